@@ -1,0 +1,62 @@
+# What every target of this tree shares: language level, warnings, sanitizers, output folders, and the library itself.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+# A program finds the library beside itself, as it does on Windows.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+
+find_package(Threads REQUIRED)
+
+add_library(qv_flags INTERFACE)
+target_compile_options(qv_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wformat=2 -Wundef
+    $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>)
+if(QV_SANITIZE)
+    target_compile_options(qv_flags INTERFACE -fsanitize=${QV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(qv_flags INTERFACE -fsanitize=${QV_SANITIZE})
+endif()
+
+# The one library. Each layer adds its sources with qv_sources().
+add_library(qvcommon SHARED)
+add_library(QvCommon::qvcommon ALIAS qvcommon)
+target_include_directories(qvcommon PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>
+    PRIVATE ${PROJECT_SOURCE_DIR})
+if(WIN32)
+    set_target_properties(qvcommon PROPERTIES PREFIX "")
+    target_compile_definitions(qvcommon PRIVATE QVCOMMON_DLL_EXPORT INTERFACE QVCOMMON_DLL_IMPORT)
+endif()
+target_compile_features(qvcommon PUBLIC cxx_std_20)
+target_link_libraries(qvcommon PRIVATE $<BUILD_INTERFACE:qv_flags> Threads::Threads)
+
+function(qv_sources)
+    list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    target_sources(qvcommon PRIVATE ${ARGN})
+endfunction()
+
+# The library throws across its border, so the compiler's run time is linked dynamically; on Windows its DLLs lie beside
+# the programs.
+if(MINGW)
+    foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libgcc_s_dw2-1.dll libwinpthread-1.dll)
+        execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll} OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+        if(NOT IS_ABSOLUTE "${path}")
+            find_file(path_${dll} ${dll} PATHS ${CMAKE_FIND_ROOT_PATH}/lib ${CMAKE_FIND_ROOT_PATH}/bin
+                /usr/${QV_MINGW_TRIPLE}/lib NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+            set(path "${path_${dll}}")
+        endif()
+        if(EXISTS "${path}")
+            file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+        endif()
+    endforeach()
+endif()
+
+# A program of this tree over the library.
+function(qv_program name)
+    add_executable(${name} ${ARGN})
+    target_link_libraries(${name} PRIVATE qvcommon qv_flags)
+endfunction()

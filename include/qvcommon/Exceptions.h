@@ -1,0 +1,68 @@
+#pragma once
+
+/// @file The library's one error type, its cancellation variant, and the functions that raise them.
+
+#include "qvcommon/framework/String.h"
+
+/// An error: text, severity, code, and whether the code is shown. Thrown by pointer; who catches one ends it with Delete().
+class QVCOMMON_API CVorbexException : public CException {
+    DECLARE_DYNAMIC(CVorbexException)
+
+public:
+    /// Empty text, severity 64, code 0, the code shown.
+    CVorbexException() = default;
+    /// The code is shown.
+    CVorbexException(int code, int severity, const char* text) : m_text(text), m_severity(severity), m_code(code) {}
+    ~CVorbexException() override;
+
+    CString GetText() { return m_text; }
+    void SetText(const char* text) { m_text = text; }
+    long GetCode() const { return m_code; }
+    void SetCode(int code) { m_code = code; }
+    /// Message-box icon bits: 16 stop, 48 exclamation, 64 information.
+    int GetSeverity() const { return m_severity; }
+    void SetSeverity(int severity) { m_severity = severity; }
+    /// Non-zero: messages carry the code in parentheses.
+    int GetReportErrorCode() const { return m_reportErrorCode; }
+    void SetReportErrorCode(int report) { m_reportErrorCode = report; }
+
+    /// Writes the text, with " (code)" after it when the code is shown, as strncpy does: at most `maximum` bytes, the rest
+    /// filled with zero bytes, and NO zero byte at the end when the message is as long as the buffer or longer.
+    /// `helpContext` is left alone. Always returns 1.
+    BOOL GetErrorMessage(char* text, UINT maximum, UINT* helpContext = nullptr) override;
+
+    /// Shows the message, at most 512 bytes of it, in a message box with the severity's bits added to `type`; when a
+    /// derived class has no message, the framework's text number `fallbackId` (0: number 0xF020).
+    /// @return the box's answer.
+    int ReportError(UINT type = 0, UINT fallbackId = 0) override;
+
+private:
+    CString m_text;
+    int m_severity = 64;
+    LONG m_code = 0;
+    int m_reportErrorCode = 1;
+};
+
+/// The user stopped the work. It has no run-time class record of its own and answers with its base's: tell it apart by the
+/// type in the catch clause.
+class QVCOMMON_API CVorbexCancelException : public CVorbexException {
+public:
+    CVorbexCancelException() = default;
+    ~CVorbexCancelException() override;
+    /// Shows nothing and returns 0: a cancellation is not reported to the user.
+    int ReportError(UINT type = 0, UINT fallbackId = 0) override;
+};
+
+/// Raises a new CVorbexException* with these values.
+[[noreturn]] QVCOMMON_API void ThrowQvException(const char* text, int severity, int code, int reportErrorCode);
+
+/// Raises a CVorbexException* with the system's message for an error number; empty where the system has none. The number
+/// itself is not kept: `code` is the caller's own.
+[[noreturn]] QVCOMMON_API void ThrowQvErrorException(unsigned long systemError, int severity, int code,
+                                                     int reportErrorCode);
+
+/// The same for the calling thread's last system error.
+[[noreturn]] QVCOMMON_API void ThrowQvLastErrorException(int severity, int code, int reportErrorCode);
+
+/// Raises a new CVorbexCancelException* with the text "User cancelled", severity 48, code 0, not shown.
+[[noreturn]] QVCOMMON_API void ThrowQvCancelException();

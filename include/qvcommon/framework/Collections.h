@@ -1,0 +1,133 @@
+#pragma once
+
+/// @file The framework's arrays, lists and maps over standard containers. They are values: copying one copies its elements.
+/// Indexes are 0-based; an index outside the array raises CInvalidArgException* and changes nothing.
+
+#include <list>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "qvcommon/framework/String.h"
+
+template <class TYPE, class ARG_TYPE = const TYPE&>
+class CArray : public CObject {
+public:
+    CArray() = default;
+    CArray(std::initializer_list<TYPE> items) : m_items(items) {}
+
+    int GetSize() const { return static_cast<int>(m_items.size()); }
+    int GetUpperBound() const { return GetSize() - 1; }
+    bool IsEmpty() const { return m_items.empty(); }
+    /// New elements are value-initialised: 0, null or empty.
+    void SetSize(int size) { m_items.resize(static_cast<std::size_t>(size)); }
+    void RemoveAll() { m_items.clear(); }
+
+    const TYPE& GetAt(int index) const { return m_items[Checked(index)]; }
+    TYPE& ElementAt(int index) { return m_items[Checked(index)]; }
+    const TYPE& operator[](int index) const { return GetAt(index); }
+    TYPE& operator[](int index) { return ElementAt(index); }
+    void SetAt(int index, ARG_TYPE item) { m_items[Checked(index)] = TYPE(item); }
+
+    /// Returns the index of the new element.
+    int Add(ARG_TYPE item) { return m_items.emplace_back(item), GetUpperBound(); }
+    int Add(TYPE&& item) requires(!std::is_trivially_copyable_v<TYPE>) {
+        return m_items.push_back(std::move(item)), GetUpperBound();
+    }
+    /// Returns the index of the first element appended.
+    int Append(const CArray& other) {
+        const int first = GetSize();
+        m_items.insert(m_items.end(), other.m_items.begin(), other.m_items.end());
+        return first;
+    }
+    void Copy(const CArray& other) { m_items = other.m_items; }
+    /// At the array's end or before the element at `index`.
+    void InsertAt(int index, ARG_TYPE item) {
+        if (index != GetSize()) Checked(index);
+        m_items.insert(m_items.begin() + index, TYPE(item));
+    }
+    void RemoveAt(int index, int count = 1) {
+        if (count <= 0) return;
+        Checked(index), Checked(index + count - 1);
+        m_items.erase(m_items.begin() + index, m_items.begin() + index + count);
+    }
+
+    auto begin() { return m_items.begin(); }
+    auto end() { return m_items.end(); }
+    auto begin() const { return m_items.begin(); }
+    auto end() const { return m_items.end(); }
+    /// The elements as the standard library's vector, for code that speaks that.
+    std::vector<TYPE>& AsStd() { return m_items; }
+    const std::vector<TYPE>& AsStd() const { return m_items; }
+
+    friend bool operator==(const CArray& a, const CArray& b) { return a.m_items == b.m_items; }
+
+private:
+    std::size_t Checked(int index) const {
+        if (index < 0 || index >= GetSize()) AfxThrowInvalidArgException();
+        return static_cast<std::size_t>(index);
+    }
+
+    std::vector<TYPE> m_items;
+};
+
+class QVCOMMON_API CStringArray : public CArray<CString, std::string_view> {
+public:
+    using CArray::CArray;
+};
+class QVCOMMON_API CUIntArray : public CArray<UINT, UINT> {
+public:
+    using CArray::CArray;
+};
+class QVCOMMON_API CDWordArray : public CArray<DWORD, DWORD> {
+public:
+    using CArray::CArray;
+};
+class QVCOMMON_API CPtrArray : public CArray<void*, void*> {
+public:
+    using CArray::CArray;
+};
+using CDoubleArray = CArray<double, double>;
+
+class QVCOMMON_API CStringList : public CObject {
+public:
+    CStringList() = default;
+    CStringList(std::initializer_list<CString> items) : m_items(items) {}
+
+    int GetCount() const { return static_cast<int>(m_items.size()); }
+    bool IsEmpty() const { return m_items.empty(); }
+    void RemoveAll() { m_items.clear(); }
+    void AddHead(std::string_view text) { m_items.emplace_front(text); }
+    void AddTail(std::string_view text) { m_items.emplace_back(text); }
+    void AddTail(CString&& text) { m_items.push_back(std::move(text)); }
+
+    auto begin() { return m_items.begin(); }
+    auto end() { return m_items.end(); }
+    auto begin() const { return m_items.begin(); }
+    auto end() const { return m_items.end(); }
+
+    friend bool operator==(const CStringList& a, const CStringList& b) { return a.m_items == b.m_items; }
+
+private:
+    std::list<CString> m_items;
+};
+
+/// Walked in the byte order of its keys.
+class QVCOMMON_API CMapStringToString : public CObject {
+public:
+    int GetCount() const { return static_cast<int>(m_items.size()); }
+    bool IsEmpty() const { return m_items.empty(); }
+    void RemoveAll() { m_items.clear(); }
+    void SetAt(std::string_view key, std::string_view value) { m_items.insert_or_assign(CString(key), CString(value)); }
+    CString& operator[](std::string_view key) { return m_items[CString(key)]; }
+    /// False, and `value` left alone, when the key is absent.
+    bool Lookup(std::string_view key, CString& value) const;
+    /// True when the key was there.
+    bool RemoveKey(std::string_view key);
+
+    auto begin() const { return m_items.begin(); }
+    auto end() const { return m_items.end(); }
+
+private:
+    std::map<CString, CString, std::less<>> m_items;
+};

@@ -1,0 +1,149 @@
+#pragma once
+
+/// @file Files: CFile, its exception, and its status. Names are paths in the library's form ("\" or the system's own
+/// separator). One object, one thread.
+
+#include <ctime>
+
+#include "qvcommon/framework/String.h"
+
+/// A failed file operation: what failed in the framework's words, in the system's number, and the file's name.
+class QVCOMMON_API CFileException : public CException {
+    DECLARE_DYNAMIC(CFileException)
+
+public:
+    enum Cause : int {
+        none,
+        generic,
+        fileNotFound,
+        badPath,
+        tooManyOpenFiles,
+        accessDenied,
+        invalidFile,
+        removeCurrentDir,
+        directoryFull,
+        badSeek,
+        hardIO,
+        sharingViolation,
+        lockViolation,
+        diskFull,
+        endOfFile
+    };
+
+    explicit CFileException(int cause = none, LONG osError = -1, const char* fileName = nullptr)
+        : m_cause(cause), m_lOsError(osError), m_strFileName(fileName) {}
+    /// A copy that the holder owns: Delete leaves it alone.
+    CFileException(const CFileException& other);
+    CFileException& operator=(const CFileException& other);
+
+    /// One line that names the file and says what failed. Always returns non-zero; the text ends with a zero byte.
+    BOOL GetErrorMessage(char* text, UINT maximum, UINT* helpContext = nullptr) override;
+
+    /// The cause for an error number of the system; `generic` for numbers that fit none.
+    static int OsErrorToException(LONG osError);
+
+    int m_cause;
+    LONG m_lOsError;  ///< the system's error number, -1 when there is none
+    CString m_strFileName;
+};
+
+[[noreturn]] QVCOMMON_API void AfxThrowFileException(int cause, LONG osError = -1, const char* fileName = nullptr);
+
+/// What the file system tells of a file. Times are seconds since 1970 UTC, -1 when not known.
+struct QVCOMMON_API CFileStatus {
+    std::time_t m_ctime = -1;  ///< creation; see the table of system differences in the documentation
+    std::time_t m_mtime = -1;
+    std::time_t m_atime = -1;
+    std::uint64_t m_size = 0;  ///< bytes
+    BYTE m_attribute = 0;      ///< CFile::Attribute bits
+    CString m_szFullName;      ///< absolute path in the library's form
+};
+
+class QVCOMMON_API CFile : public CObject {
+    DECLARE_DYNAMIC(CFile)
+
+public:
+    enum OpenFlags : UINT {
+        modeRead = 0x0000,
+        modeWrite = 0x0001,
+        modeReadWrite = 0x0002,
+        shareCompat = 0x0000,  ///< counts as shareExclusive
+        shareExclusive = 0x0010,
+        shareDenyWrite = 0x0020,
+        shareDenyRead = 0x0030,
+        shareDenyNone = 0x0040,
+        modeNoInherit = 0x0080,   ///< child processes do not get the handle
+        modeCreate = 0x1000,      ///< create; an existing file is emptied
+        modeNoTruncate = 0x2000,  ///< with modeCreate: an existing file keeps its content
+        typeText = 0x4000,        ///< for CStdioFile
+        typeBinary = 0x8000
+    };
+    enum Attribute : BYTE {
+        normal = 0,
+        readOnly = 1,
+        hidden = 2,
+        system = 4,
+        volume = 8,
+        directory = 16,
+        archive = 32
+    };
+    enum SeekPosition { begin = 0, current = 1, end = 2 };
+
+    using Handle = std::intptr_t;
+    static constexpr Handle hFileNull = -1;
+
+    CFile();
+    /// Takes over a system handle (a descriptor on Linux) that was opened elsewhere: the object closes it.
+    explicit CFile(Handle handle);
+    /// Opens at once. @throws CFileException*
+    CFile(const char* fileName, UINT openFlags);
+    /// Closes the file if it is open; a failure of that close is not reported.
+    ~CFile() override;
+    CFile(const CFile&) = delete;
+    CFile& operator=(const CFile&) = delete;
+
+    /// Opens a file. An open object is closed first.
+    ///
+    /// The share modes hold between all openers of the file, in this process and others, as the access and deny matrix of
+    /// Windows says. On Linux they bind programs that use this library. An open that is refused has not created, emptied
+    /// or changed anything.
+    /// @return non-zero on success; after 0, `*error`, if given, tells cause, system error and name, and the object is closed.
+    virtual BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr);
+    /// Closes the file. @throws CFileException* when the system could not keep what was written; the object is closed then too.
+    virtual void Close();
+    /// Closes without raising anything.
+    virtual void Abort();
+
+    /// Reads up to `count` bytes; fewer only at the end of the file. Returns the number read. @throws CFileException*
+    virtual UINT Read(void* buffer, UINT count);
+    /// Writes all bytes or raises; how much of a failed write reached the file is not known. @throws CFileException*
+    virtual void Write(const void* buffer, UINT count);
+    /// Hands what is written to the system's disk. @throws CFileException*
+    virtual void Flush();
+
+    /// Moves to `offset` bytes from the given place and returns the new position. @throws CFileException* (badSeek) before the start.
+    virtual std::uint64_t Seek(std::int64_t offset, UINT from);
+    virtual std::uint64_t GetPosition() const;
+    virtual std::uint64_t GetLength() const;
+    /// Cuts the file or extends it with zero bytes. @throws CFileException*
+    virtual void SetLength(std::uint64_t length);
+
+    bool IsOpen() const { return m_hFile != hFileNull; }
+    const CString& GetFilePath() const { return m_strFileName; }
+    Handle GetHandle() const { return m_hFile; }
+
+    /// False when the file, or folder, does not exist or cannot be asked. Never raises.
+    bool GetStatus(CFileStatus& status) const;
+    static bool GetStatus(const char* fileName, CFileStatus& status);
+    /// Sets modification time and attributes; m_size and m_szFullName are not looked at, a time of -1 is left as it is. @throws CFileException*
+    static void SetStatus(const char* fileName, const CFileStatus& status);
+    /// Deletes a file. @throws CFileException*
+    static void Remove(const char* fileName);
+    /// Renames a file. An existing file of the new name makes it fail. @throws CFileException*
+    static void Rename(const char* oldName, const char* newName);
+
+    Handle m_hFile = hFileNull;
+
+protected:
+    CString m_strFileName;
+};

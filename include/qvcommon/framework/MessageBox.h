@@ -1,0 +1,33 @@
+#pragma once
+
+/// @file The message box, and the seam by which a program shows it in its own way.
+
+#include "qvcommon/Export.h"
+#include "qvcommon/framework/Types.h"
+
+/// Shows a text to the user and waits for the answer.
+class IMessageBox {
+public:
+    virtual ~IMessageBox() = default;
+
+    /// @param style  buttons (low four bits) and icon (16 stop, 32 question, 48 exclamation, 64 information), as in the
+    ///               system's own message box.
+    /// @return the button pressed: 1 OK, 2 Cancel, 3 Abort, 4 Retry, 5 Ignore, 6 Yes, 7 No.
+    virtual int Show(const char* text, UINT style) = 0;
+};
+
+/// Shows a message box through the handler in force and returns its answer.
+///
+/// Without a handler, Windows shows the system's own box. Other systems write the text to standard error and take the
+/// answer that does no harm: OK where it is offered, else No, Cancel or Abort; never Yes.
+QVCOMMON_API int AfxMessageBox(const char* text, UINT style = 0, UINT helpId = 0);
+
+/// The same with one of the framework's texts by its number (AfxLoadString); a number without a text shows an empty box.
+QVCOMMON_API int AfxMessageBox(UINT textId, UINT style = 0, UINT helpId = static_cast<UINT>(-1));
+
+/// The framework's own text of a number: 0xF020 "no error message is available", 0xF111 "enter a number"; null if unknown.
+QVCOMMON_API const char* AfxLoadString(UINT textId);
+
+/// Puts a handler in force for the whole process, null for the default one, and returns the one before.
+/// The caller keeps the handler and its life; it must outlive its time in force. Safe from any thread.
+QVCOMMON_API IMessageBox* AfxSetMessageBox(IMessageBox* handler);

@@ -1,0 +1,40 @@
+#pragma once
+
+/// @file Buffered files of lines.
+
+#include <string>
+
+#include "qvcommon/framework/File.h"
+
+/// A file with a buffer of its own, opened with CFile::typeText (the default) or typeBinary.
+///
+/// In text mode on Windows a line feed is written as carriage return and line feed; on Linux it is written as it is.
+/// Reading text ends a line at a line feed on every system and drops a carriage return before it.
+class QVCOMMON_API CStdioFile : public CFile {
+    DECLARE_DYNAMIC(CStdioFile)
+
+public:
+    CStdioFile();
+    /// Opens at once. @throws CFileException*
+    CStdioFile(const char* fileName, UINT openFlags);
+    /// Writes what is buffered and closes; a failure is not reported: call Close to learn of it.
+    ~CStdioFile() override;
+
+    BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr) override;
+    /// Writes what is buffered, then closes. @throws CFileException*; the file is closed then too.
+    void Close() override;
+    /// Closes and drops what is buffered.
+    void Abort() override;
+    UINT Read(void* buffer, UINT count) override;
+    void Write(const void* buffer, UINT count) override;
+    void Flush() override;
+    std::uint64_t Seek(std::int64_t offset, UINT from) override;
+    std::uint64_t GetPosition() const override;
+    std::uint64_t GetLength() const override;
+    void SetLength(std::uint64_t length) override;
+
+    /// The next line without its end. False at the end of the file. @throws CFileException*
+    virtual bool ReadString(CString& line);
+    /// Writes the text in the file's mode. A failure may show only at a later write, Flush or Close. @throws CFileException*
+    virtual void WriteString(std::string_view text);
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file The framework's plain types. Where a system header defines the same name, the definitions agree, so both can be
+/// included in one source.
+
+#include <cstdint>
+#include <type_traits>
+
+using BOOL = int;
+using UINT = unsigned int;
+using BYTE = unsigned char;
+
+/// 32 bits on every system: the system's own `long` where that has 32 bits, an `int` elsewhere.
+using DWORD = std::conditional_t<sizeof(long) == 4, unsigned long, std::uint32_t>;
+using LONG = std::conditional_t<sizeof(long) == 4, long, std::int32_t>;
+
+struct HWND__;
+/// A window of the platform. Null on systems without windows.
+using HWND = HWND__*;

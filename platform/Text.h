@@ -1,0 +1,45 @@
+#pragma once
+
+/// @file The process's multibyte code page, its case rules and its collation: the one place where bytes become characters.
+///
+/// On Windows it is the ANSI code page; on Linux that of the current C locale, where the "C" locale counts as
+/// Windows-1252 and a UTF-8 locale as UTF-8. All functions follow a change of the locale made before the call. None
+/// raises anything but std::bad_alloc.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace qv::platform {
+
+enum class CodePage {
+    SingleByte,  ///< every byte is a character
+    Utf8,
+    DoubleByte  ///< lead bytes take a trail byte with them
+};
+
+CodePage CurrentCodePage();
+
+/// The length in bytes of the well-formed character at `position`; 1 for a byte that is no part of one, which then counts
+/// as a character of the single-byte code page.
+std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page);
+
+/// In upper or lower case, whole characters at a time; the length may change.
+std::string ToUpper(std::string_view text);
+std::string ToLower(std::string_view text);
+
+/// A letter, by the code page; white space, by the current locale (the non-breaking space is none). Both take one whole
+/// character, as CharacterLength measures it.
+bool IsLetter(std::string_view character);
+bool IsSpace(std::string_view character);
+
+/// The order of two texts under the locale's collation: < 0, 0, > 0.
+int Collate(std::string_view a, std::string_view b);
+/// Appends to `key` bytes whose plain order is the collation's, and returns how many.
+std::size_t AppendCollationKey(std::string_view text, std::string& key);
+
+/// To and from 16-bit wide text (UTF-16). What one side cannot hold becomes "?".
+std::u16string ToWide(std::string_view text);
+std::string FromWide(std::u16string_view text);
+
+}  // namespace qv::platform

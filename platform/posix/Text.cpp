@@ -1,0 +1,193 @@
+#include "platform/Text.h"
+
+#include <langinfo.h>
+
+#include <array>
+#include <cctype>
+#include <cstring>
+#include <cwchar>
+#include <cwctype>
+
+#include "platform/Utf8.h"
+
+namespace qv::platform {
+namespace {
+
+// The characters of Windows-1252 from 0x80 to 0x9F; the rest of it is Latin-1. Unassigned bytes stand for themselves.
+constexpr std::array<char16_t, 32> kWindows1252 = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
+                                                   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+
+char16_t FromWindows1252(unsigned char byte) {
+    return byte >= 0x80 && byte <= 0x9F ? kWindows1252[byte - 0x80u] : byte;
+}
+
+int ToWindows1252(char16_t unit) {
+    if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) return unit;
+    for (std::size_t i = 0; i < kWindows1252.size(); ++i)
+        if (kWindows1252[i] == unit) return static_cast<int>(0x80 + i);
+    return -1;
+}
+
+bool IsPlainC() {
+    return !std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968");
+}
+
+// Windows-1252 keeps its pairs of letters 32 apart, but for four.
+unsigned char LowerWindows1252(unsigned char byte) {
+    if ((byte >= 'A' && byte <= 'Z') || (byte >= 0xC0 && byte <= 0xDE && byte != 0xD7)) return byte + 32;
+    if (byte == 0x8A || byte == 0x8C || byte == 0x8E) return byte + 16;
+    return byte == 0x9F ? 0xFF : byte;
+}
+
+unsigned char UpperWindows1252(unsigned char byte) {
+    if ((byte >= 'a' && byte <= 'z') || (byte >= 0xE0 && byte <= 0xFE && byte != 0xF7)) return byte - 32;
+    if (byte == 0x9A || byte == 0x9C || byte == 0x9E) return byte - 16;
+    return byte == 0xFF ? 0x9F : byte;
+}
+
+bool IsLetterWindows1252(unsigned char byte) {
+    return LowerWindows1252(byte) != byte || UpperWindows1252(byte) != byte || byte == 0x83 || byte == 0xAA ||
+           byte == 0xB5 || byte == 0xBA || byte == 0xDF;
+}
+
+struct WideCharacter {
+    wchar_t code;
+    std::size_t length;
+    bool wellFormed;
+};
+
+WideCharacter ReadLocaleCharacter(std::string_view text, std::size_t position) {
+    std::mbstate_t state{};
+    wchar_t code = 0;
+    const std::size_t length = std::mbrtowc(&code, text.data() + position, text.size() - position, &state);
+    if (length == static_cast<std::size_t>(-1) || length == static_cast<std::size_t>(-2))
+        return {static_cast<unsigned char>(text[position]), 1, false};
+    return {code, length ? length : 1, true};
+}
+
+void AppendLocaleCharacter(std::string& out, wchar_t code) {
+    char bytes[64];
+    std::mbstate_t state{};
+    const std::size_t length = std::wcrtomb(bytes, code, &state);
+    if (length == static_cast<std::size_t>(-1))
+        out += '?';
+    else
+        out.append(bytes, length);
+}
+
+// Both cases of a text: by bytes where a byte is a character, by code point elsewhere.
+template <class ByteMap, class WideMap>
+std::string MapText(std::string_view text, unsigned char (*plain)(unsigned char), ByteMap byteMap, WideMap wideMap) {
+    const CodePage page = CurrentCodePage();
+    if (page == CodePage::Utf8)
+        return MapUtf8(text, [&](char32_t c) { return static_cast<char32_t>(wideMap(static_cast<std::wint_t>(c))); });
+    std::string out;
+    if (page == CodePage::SingleByte) {
+        const bool plainC = IsPlainC();
+        out.assign(text);
+        for (char& c : out) {
+            const auto byte = static_cast<unsigned char>(c);
+            c = static_cast<char>(plainC ? plain(byte) : byteMap(byte));
+        }
+        return out;
+    }
+    for (std::size_t i = 0; i < text.size();) {
+        const WideCharacter c = ReadLocaleCharacter(text, i);
+        if (c.wellFormed)
+            AppendLocaleCharacter(out, static_cast<wchar_t>(wideMap(static_cast<std::wint_t>(c.code))));
+        else
+            out += text[i];
+        i += c.length;
+    }
+    return out;
+}
+
+bool TestCharacter(std::string_view character, bool (*plain)(unsigned char), int (*byteTest)(int),
+                   int (*wideTest)(std::wint_t)) {
+    if (character.empty()) return false;
+    const CodePage page = CurrentCodePage();
+    const auto byte = static_cast<unsigned char>(character[0]);
+    if (page == CodePage::SingleByte) return IsPlainC() ? plain(byte) : byteTest(byte) != 0;
+    if (byte < 0x80) return byteTest(byte) != 0;
+    if (page == CodePage::Utf8) {
+        const Utf8Character c = DecodeUtf8(character, 0);
+        return c.wellFormed && wideTest(static_cast<std::wint_t>(c.code)) != 0;
+    }
+    const WideCharacter c = ReadLocaleCharacter(character, 0);
+    return c.wellFormed && wideTest(static_cast<std::wint_t>(c.code)) != 0;
+}
+
+}  // namespace
+
+CodePage CurrentCodePage() {
+    const char* const set = ::nl_langinfo(CODESET);
+    if (!std::strcmp(set, "UTF-8")) return CodePage::Utf8;
+    return MB_CUR_MAX == 1 ? CodePage::SingleByte : CodePage::DoubleByte;
+}
+
+std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page) {
+    if (page == CodePage::SingleByte || static_cast<unsigned char>(text[position]) < 0x80) return 1;
+    return page == CodePage::Utf8 ? DecodeUtf8(text, position).length : ReadLocaleCharacter(text, position).length;
+}
+
+std::string ToUpper(std::string_view text) {
+    return MapText(
+        text, UpperWindows1252, [](int c) { return std::toupper(c); }, [](std::wint_t c) { return std::towupper(c); });
+}
+
+std::string ToLower(std::string_view text) {
+    return MapText(
+        text, LowerWindows1252, [](int c) { return std::tolower(c); }, [](std::wint_t c) { return std::towlower(c); });
+}
+
+bool IsLetter(std::string_view character) {
+    return TestCharacter(character, IsLetterWindows1252, ::isalpha, ::iswalpha);
+}
+
+bool IsSpace(std::string_view character) {
+    return TestCharacter(
+        character, [](unsigned char byte) { return std::isspace(byte) != 0; }, ::isspace, ::iswspace);
+}
+
+std::u16string ToWide(std::string_view text) {
+    const CodePage page = CurrentCodePage();
+    if (page == CodePage::Utf8) return Utf8ToWide(text);
+    std::u16string out;
+    const bool plainC = IsPlainC();
+    for (std::size_t i = 0; i < text.size();) {
+        if (plainC) {
+            out += FromWindows1252(static_cast<unsigned char>(text[i++]));
+            continue;
+        }
+        const WideCharacter c = ReadLocaleCharacter(text, i);
+        i += c.length;
+        std::string utf8;
+        AppendUtf8(utf8, c.wellFormed ? static_cast<char32_t>(c.code) : U'?');
+        out += Utf8ToWide(utf8);
+    }
+    return out;
+}
+
+std::string FromWide(std::u16string_view text) {
+    if (CurrentCodePage() == CodePage::Utf8) return WideToUtf8(text);
+    std::string out;
+    if (IsPlainC()) {
+        for (const char16_t unit : text) {
+            const int byte = ToWindows1252(unit);
+            const bool low = unit >= 0xDC00 && unit < 0xE000;
+            if (!low) out += byte < 0 ? '?' : static_cast<char>(byte);
+        }
+        return out;
+    }
+    const std::string utf8 = WideToUtf8(text);
+    for (std::size_t i = 0; i < utf8.size();) {
+        const Utf8Character c = DecodeUtf8(utf8, i);
+        AppendLocaleCharacter(out, static_cast<wchar_t>(c.code));
+        i += c.length;
+    }
+    return out;
+}
+
+}  // namespace qv::platform

@@ -1,0 +1,25 @@
+#include "platform/Error.h"
+
+#include <windows.h>
+
+namespace qv::platform {
+
+unsigned long LastError() {
+    return ::GetLastError();
+}
+
+void SetLastError(unsigned long error) {
+    ::SetLastError(error);
+}
+
+std::string ErrorMessage(unsigned long error) {
+    char* text = nullptr;
+    const DWORD flags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    const DWORD language = MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT);
+    const DWORD length = ::FormatMessageA(flags, nullptr, error, language, reinterpret_cast<char*>(&text), 0, nullptr);
+    std::string message(text ? text : "", length);
+    ::LocalFree(text);
+    return message;
+}
+
+}  // namespace qv::platform
