@@ -1,8 +1,39 @@
-#include <CLI/CLI.hpp>
+#include <clocale>
+#include <cstdio>
+
+#include "qvcommon/framework/Exception.h"
+#include "tools/qv/Commands.h"
+
+namespace {
+
+constexpr int kDone = 0, kFailed = 1, kWrongUsage = 2;
+
+int Fail(const char* reason) {
+    std::fprintf(stderr, "qv: %s\n", reason);
+    return kFailed;
+}
+
+int Run(CLI::App& app, int argc, char** argv) {
+    try {
+        app.parse(argc, argv);
+        return kDone;
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kWrongUsage;
+    } catch (const std::exception& error) {
+        return Fail(error.what());
+    } catch (CException* error) {
+        char text[512] = {};
+        error->GetErrorMessage(text, sizeof text - 1);
+        error->Delete();
+        return Fail(text);
+    }
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
+    std::setlocale(LC_ALL, "");
     CLI::App app{"The QvCommon command-line companion"};
     app.require_subcommand(1);
-    CLI11_PARSE(app, argc, argv);
-    return 0;
+    return Run(app, argc, argv);
 }

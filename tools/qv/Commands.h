@@ -1,0 +1,12 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+/// Each adds one command of the tool. A command that fails throws Failed; main prints its text and exits with 1.
+namespace qv::tool {
+
+struct Failed : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace qv::tool
