@@ -23,14 +23,18 @@ CStdioFile::CStdioFile(const char* fileName, UINT openFlags) {
         AfxThrowFileException(error.m_cause, error.m_lOsError, error.m_strFileName);
 }
 
-CStdioFile::CStdioFile(Handle handle) : CFile(handle) {}
-
 CStdioFile::~CStdioFile() {
     try {
         CStdioFile::Close();
     } catch (CFileException* error) {
         error->Delete();
     }
+}
+
+void CStdioFile::Attach(Handle handle) {
+    Abort();
+    m_hFile = handle;
+    m_text = true;
 }
 
 BOOL CStdioFile::Open(const char* fileName, UINT openFlags, CFileException* error) {

@@ -21,11 +21,12 @@ public:
     CStdioFile();
     /// Opens at once. @throws CFileException*
     CStdioFile(const char* fileName, UINT openFlags);
-    /// Takes over a system handle, as a pipe's end, in text mode.
-    explicit CStdioFile(Handle handle);
     /// Writes what is buffered and closes; a failure is not reported: call Close to learn of it.
     ~CStdioFile() override;
 
+    /// Takes over a system handle that was opened elsewhere, as a pipe's end, in text mode. The file open before is closed as
+    /// by Abort.
+    void Attach(Handle handle);
     BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr) override;
     /// Writes what is buffered, then closes. @throws CFileException*; the file is closed then too.
     void Close() override;
