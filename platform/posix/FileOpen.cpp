@@ -38,7 +38,7 @@ unsigned Random() {
 }
 
 void PauseARandomMoment(int attempt) {
-    std::this_thread::sleep_for(std::chrono::microseconds(Random() % (50u << attempt)));
+    std::this_thread::sleep_for(std::chrono::microseconds(Random() % (25u << attempt)));
 }
 
 off_t StartOf(Range range) {
