@@ -116,6 +116,10 @@ public:
     friend std::strong_ordering operator<=>(const CString& a, const char* b) {
         return std::string_view(a) <=> std::string_view(b ? b : "");
     }
+    // Named, not left to be derived: std::less<> would find no operator, only the pointers that a string converts to.
+    friend bool operator<(const CString& a, const CString& b) { return a.m_text < b.m_text; }
+    friend bool operator<(const CString& a, std::string_view b) { return a.m_text < b; }
+    friend bool operator<(std::string_view a, const CString& b) { return a < b.m_text; }
 
 private:
     static std::size_t Count(int count) { return count > 0 ? static_cast<std::size_t>(count) : 0; }
