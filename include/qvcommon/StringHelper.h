@@ -153,6 +153,57 @@ public:
 
     // The user's locale, version resources, errors, identifiers, clipboard (core/StringHelperSystem.cpp)
 
+    /// The currency symbol of the user; "$" when there is none, or none below 10 bytes. On Windows from the registry (value
+    /// "sCurrency" of "Control Panel\International"), on Linux from the locale category LC_MONETARY.
+    static CString GetLocalCurrency();
+    /// The amount as the user's locale writes it; empty when it is not finite or takes 260 bytes or more. On Windows by the
+    /// system's user locale, on Linux by LC_MONETARY.
+    static CString InternationalizeCurrency(double amount);
+    /// What the user puts between the items of a list; "," when the system has nothing below 4 bytes. Linux locales know none:
+    /// there it is ";" where the comma is the decimal point, as in spreadsheets.
+    static CString GetLocaleListSeperator();
+
+    // Version resources of program files. On Linux no file has one: the results are 0 or empty.
+
+    /// The first translation: language in the high 16 bits, code page in the low ones; 0 when there is none.
+    static unsigned long GetLanguageCodepage(std::string_view file);
+    /// A value of the first translation, such as "CompanyName"; empty when there is none.
+    static CString GetVersionInfo(std::string_view file, std::string_view key);
+    /// The value "FileVersion", as its author wrote it.
+    static CString GetVersionString(std::string_view file);
+    /// The version in numbers, "1.2.3.4"; empty when there is none.
+    static CString GetFileVersionAsString(std::string_view file);
+
+    /// The system's text for the error, on Windows with its line break; empty when there is none.
+    static CString GetErrorMessage(unsigned long error);
+    /// The text for the calling thread's last error (errno on Linux).
+    static CString GetLastErrorString();
+
+    /// A new identifier in registry form, upper case, "{01234567-89AB-4CDE-8F01-23456789ABCD}", without the braces when `braces`
+    /// is 0. Empty when the system cannot give one.
+    static CString GetNewGuid(int braces);
+
+    // The clipboard. A window may be null; formats are the system's numbers, 1 is plain text. On Linux there is none: what is read
+    // is empty, what is written goes nowhere.
+
+    /// The data up to its first zero byte; empty when the clipboard has none of that format or cannot be opened.
+    static CString GetClipboard(HWND window, unsigned int format);
+    /// Replaces what the clipboard holds. Does nothing when it cannot be opened.
+    static void SetClipboard(HWND window, std::string_view text, unsigned int format);
+    /// The clipboard's plain text as TextAsVbScript writes it, under the wait cursor; empty when there is none.
+    static CString GetClipboardAsVbScript(HWND window, std::string_view variable, int escapePercent);
+    /// Script source whose value is the text: quoted runs, each tab as chr(9), and chr(10) after every line, the last one too. With a
+    /// variable's name, one statement a line that adds to it; without, one expression that ends in " + ". Any line break
+    /// ends a line. With `escapePercent`, "%" is written as "\%".
+    static CString TextAsVbScript(std::string_view text, std::string_view variable, int escapePercent);
+
+    /// Obscures a text with a key from a passing glance, as hexadecimal pairs in upper case; the first is random, so the
+    /// result differs each time. This is NOT cryptography: it keeps no secret from anyone who tries, and shows no tampering.
+    static CString SimpleEncrypt(std::string_view text, std::string_view key);
+    /// The way back, with the same key on any system. A coded text that is no whole number of hexadecimal pairs decodes to an empty
+    /// text; a wrong key gives some other text.
+    static CString SimpleDecrypt(std::string_view coded, std::string_view key);
+
     // Cutting at markers (core/StringHelperMarkers.cpp)
 
     // Finding and replacing (core/StringHelperReplace.cpp)
