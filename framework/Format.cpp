@@ -83,7 +83,7 @@ std::string ResolveStars(std::string_view spec, const FormatArg*& arg) {
     return resolved;
 }
 
-void AppendValue(std::string& out, std::string spec, char conversion, const FormatArg& arg) {
+void AppendValue(std::string& out, const std::string& spec, char conversion, const FormatArg& arg) {
     switch (conversion) {
         case 's': return AppendText(out, spec, arg.text);
         case 'c': {
@@ -121,8 +121,8 @@ void AppendFormat(std::string& out, std::string_view format, const FormatArg* ar
         } else if (spec.conversion == 's' && flags.size() == 1 && args < end) {
             out.append((args++)->text);
         } else if (end - args > spec.stars) {
-            std::string resolved = spec.stars ? ResolveStars(flags, args) : std::string(flags);
-            AppendValue(out, std::move(resolved), spec.conversion, *args++);
+            const std::string resolved = spec.stars ? ResolveStars(flags, args) : std::string(flags);
+            AppendValue(out, resolved, spec.conversion, *args++);
         }
     }
 }

@@ -31,7 +31,8 @@ public:
 
     /// Returns the index of the new element.
     int Add(ARG_TYPE item) { return m_items.emplace_back(item), GetUpperBound(); }
-    int Add(TYPE&& item) requires(!std::is_trivially_copyable_v<TYPE>) {
+    template <std::same_as<TYPE> T>
+    requires(!std::is_trivially_copyable_v<T>) int Add(T&& item) {
         return m_items.push_back(std::move(item)), GetUpperBound();
     }
     /// Returns the index of the first element appended.
@@ -99,7 +100,10 @@ public:
     void RemoveAll() { m_items.clear(); }
     void AddHead(std::string_view text) { m_items.emplace_front(text); }
     void AddTail(std::string_view text) { m_items.emplace_back(text); }
-    void AddTail(CString&& text) { m_items.push_back(std::move(text)); }
+    template <std::same_as<CString> T>
+    void AddTail(T&& text) {
+        m_items.push_back(std::move(text));
+    }
 
     auto begin() { return m_items.begin(); }
     auto end() { return m_items.end(); }

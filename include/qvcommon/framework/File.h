@@ -51,12 +51,12 @@ public:
 
 /// What the file system tells of a file. Times are seconds since 1970 UTC, -1 when not known.
 struct QVCOMMON_API CFileStatus {
-    std::time_t m_ctime = -1;  ///< creation; see the table of system differences in the documentation
+    std::time_t m_ctime = -1;  ///< creation; on Linux the birth time, else the last change of the file's record
     std::time_t m_mtime = -1;
     std::time_t m_atime = -1;
     std::uint64_t m_size = 0;  ///< bytes
-    BYTE m_attribute = 0;      ///< CFile::Attribute bits
-    CString m_szFullName;      ///< absolute path in the library's form
+    BYTE m_attribute = 0;  ///< CFile::Attribute bits; on Linux readOnly: no owner write bit, hidden: a leading point
+    CString m_szFullName;  ///< absolute path in the library's form
 };
 
 class QVCOMMON_API CFile : public CObject {
@@ -72,7 +72,7 @@ public:
         shareDenyWrite = 0x0020,
         shareDenyRead = 0x0030,
         shareDenyNone = 0x0040,
-        modeNoInherit = 0x0080,   ///< child processes do not get the handle
+        modeNoInherit = 0x0080,   ///< child programs do not get the handle; without it they may
         modeCreate = 0x1000,      ///< create; an existing file is emptied
         modeNoTruncate = 0x2000,  ///< with modeCreate: an existing file keeps its content
         typeText = 0x4000,        ///< for CStdioFile
@@ -102,17 +102,28 @@ public:
     CFile(const CFile&) = delete;
     CFile& operator=(const CFile&) = delete;
 
-    /// Opens a file. An open object is closed first.
+    /// Opens a file. An open object is closed first; when that close fails, so does the open.
     ///
     /// The share modes hold between all openers of the file, in this process and others, as the access and deny matrix of
-    /// Windows says. On Linux they bind programs that use this library. An open that is refused has not created, emptied
-    /// or changed anything.
+    /// Windows says: an open is refused (sharingViolation) when another one denies what this one wants to do, or does what
+    /// this one wants to deny. An open that is refused has not created, emptied or changed anything. Folders cannot be
+    /// opened (accessDenied).
+    ///
+    /// On Linux the share modes bind programs that use this library, over byte-range locks far beyond the end of the file,
+    /// which file systems for several machines keep too. Where a file system keeps none, a file opens for reading unguarded
+    /// and for writing not at all. Devices and pipes have no share modes. A file can be deleted and renamed while it is
+    /// open, which Windows refuses. Deny rights that a child program inherited with the handle last until it has ended.
     /// @return non-zero on success; after 0, `*error`, if given, tells cause, system error and name, and the object is closed.
     virtual BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr);
-    /// Closes the file. @throws CFileException* when the system could not keep what was written; the object is closed then too.
+    /// Closes the file; nothing happens to a closed one. @throws CFileException* when the system could not keep what was written; the object is closed then too.
     virtual void Close();
     /// Closes without raising anything.
     virtual void Abort();
+    /// Closes a file that is open exclusively and deletes it, so that no other opener is left with a deleted file in hand:
+    /// on Linux it is deleted while still held, and only if its name still leads to it; on Windows it is closed first, and
+    /// an opener that comes in between keeps the file. Never raises.
+    /// @return true when the file is deleted; it is closed in any case.
+    bool CloseAndRemove();
 
     /// Reads up to `count` bytes; fewer only at the end of the file. Returns the number read. @throws CFileException*
     virtual UINT Read(void* buffer, UINT count);
@@ -125,25 +136,33 @@ public:
     virtual std::uint64_t Seek(std::int64_t offset, UINT from);
     virtual std::uint64_t GetPosition() const;
     virtual std::uint64_t GetLength() const;
-    /// Cuts the file or extends it with zero bytes. @throws CFileException*
+    /// Cuts the file or extends it with zero bytes; the position is then the new end. @throws CFileException*
     virtual void SetLength(std::uint64_t length);
 
     bool IsOpen() const { return m_hFile != hFileNull; }
+    /// The name as it was given to Open; empty while closed.
     const CString& GetFilePath() const { return m_strFileName; }
     Handle GetHandle() const { return m_hFile; }
 
-    /// False when the file, or folder, does not exist or cannot be asked. Never raises.
+    /// False, and `status` unchanged, when the file or folder does not exist or cannot be asked, as the root of a volume
+    /// on Windows. A folder has size 0. Never raises.
     bool GetStatus(CFileStatus& status) const;
     static bool GetStatus(const char* fileName, CFileStatus& status);
-    /// Sets modification time and attributes; m_size and m_szFullName are not looked at, a time of -1 is left as it is. @throws CFileException*
+    /// Sets attributes and modification time; the time stays as it is, fractions of a second included, when m_mtime is -1 or
+    /// agrees with it to the second. The other members are not looked at. On Linux the read-only attribute takes all write
+    /// permissions away and gives the owner's back; the others cannot be set. @throws CFileException*
     static void SetStatus(const char* fileName, const CFileStatus& status);
-    /// Deletes a file. @throws CFileException*
+    /// Deletes a file. On Linux also one that is open or read-only. @throws CFileException*
     static void Remove(const char* fileName);
-    /// Renames a file. An existing file of the new name makes it fail. @throws CFileException*
+    /// Renames a file or folder. An existing file of the new name makes it fail (accessDenied). On Linux the new name has to
+    /// lie on the same file system. @throws CFileException*
     static void Rename(const char* oldName, const char* newName);
 
     Handle m_hFile = hFileNull;
 
 protected:
+    /// One read of the system: at most `count` bytes, 0 at the end of the file only. @throws CFileException*
+    UINT ReadSome(void* buffer, UINT count);
+
     CString m_strFileName;
 };

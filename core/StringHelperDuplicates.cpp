@@ -1,0 +1,107 @@
+#include <algorithm>
+
+#include "core/FirstOccurrences.h"
+#include "platform/Text.h"
+#include "qvcommon/StringHelper.h"
+
+namespace {
+
+using Flags = std::vector<bool>;
+
+// What texts are compared by: themselves, or their lower-case forms, which are kept here.
+class Keys {
+public:
+    explicit Keys(bool noCase) : m_noCase(noCase) {}
+
+    void Add(const CStringArray& texts) {
+        if (m_noCase)
+            for (const CString& text : texts) m_lower.push_back(qv::platform::ToLower(text));
+        else
+            m_views.insert(m_views.end(), texts.begin(), texts.end());
+    }
+
+    std::vector<std::uint32_t> FirstOccurrences() {
+        if (m_noCase) m_views.assign(m_lower.begin(), m_lower.end());
+        return qv::FirstOccurrences(m_views);
+    }
+
+private:
+    bool m_noCase;
+    std::vector<std::string> m_lower;
+    std::vector<std::string_view> m_views;
+};
+
+std::vector<std::uint32_t> FirstTexts(const CStringArray& texts, bool noCase) {
+    Keys keys(noCase);
+    keys.Add(texts);
+    return keys.FirstOccurrences();
+}
+
+Flags FirstOnes(const std::vector<std::uint32_t>& first) {
+    Flags kept(first.size());
+    for (std::size_t i = 0; i < first.size(); ++i) kept[i] = first[i] == i;
+    return kept;
+}
+
+// Moves the flagged items together. Those without a flag, and those past the flags, go.
+template <class Item>
+void Keep(std::vector<Item>& items, const Flags& kept) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        if (!kept[i]) continue;
+        if (count != i) items[count] = std::move(items[i]);
+        ++count;
+    }
+    items.resize(count);
+}
+
+}  // namespace
+
+void CStringHelper::RemoveDuplicates(CStringArray& texts, int noCase) {
+    Keep(texts.AsStd(), FirstOnes(FirstTexts(texts, noCase != 0)));
+}
+
+void CStringHelper::RemoveDuplicates(CDWordArray& values) {
+    const std::vector<std::uint64_t> items(values.begin(), values.end());
+    Keep(values.AsStd(), FirstOnes(qv::FirstOccurrences(items)));
+}
+
+void CStringHelper::RemoveDuplicates(CStringArray& a, CStringArray& b, int noCase) {
+    if (b.GetSize() < a.GetSize()) AfxThrowInvalidArgException();
+    const auto firstA = FirstTexts(a, noCase != 0), firstB = FirstTexts(b, noCase != 0);
+    std::vector<std::uint64_t> pairs(firstA.size());
+    for (std::size_t i = 0; i < pairs.size(); ++i) pairs[i] = std::uint64_t{firstA[i]} << 32 | firstB[i];
+    const Flags kept = FirstOnes(qv::FirstOccurrences(pairs));
+    Keep(a.AsStd(), kept);
+    Keep(b.AsStd(), kept);
+}
+
+int CStringHelper::RemoveInstancesOf(CStringArray& texts, std::string_view text, int caseSensitive) {
+    const std::string unwanted = caseSensitive ? std::string(text) : qv::platform::ToLower(text);
+    return static_cast<int>(std::erase_if(texts.AsStd(), [&](const CString& element) {
+        return caseSensitive ? element.AsStd() == unwanted : qv::platform::ToLower(element) == unwanted;
+    }));
+}
+
+int CStringHelper::RemoveInstancesOf(CStringArray& texts, const CStringArray& unwanted, int caseSensitive) {
+    Keys keys(!caseSensitive);
+    keys.Add(unwanted);
+    keys.Add(texts);
+    const auto first = keys.FirstOccurrences();
+    const std::size_t count = unwanted.AsStd().size(), before = texts.AsStd().size();
+    Flags kept(before);
+    for (std::size_t i = 0; i < before; ++i) kept[i] = first[count + i] >= count;
+    Keep(texts.AsStd(), kept);
+    return static_cast<int>(before - texts.AsStd().size());
+}
+
+void CStringHelper::CollateValues(CStringArray& names, CDoubleArray& values) {
+    if (values.GetSize() < names.GetSize()) AfxThrowInvalidArgException();
+    const auto first = FirstTexts(names, false);
+    std::vector<double>& sums = values.AsStd();
+    for (std::size_t i = 0; i < first.size(); ++i)
+        if (first[i] != i) sums[first[i]] += sums[i];
+    const Flags kept = FirstOnes(first);
+    Keep(names.AsStd(), kept);
+    Keep(sums, kept);
+}

@@ -1,0 +1,283 @@
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <unordered_set>
+
+#include "platform/Text.h"
+#include "qvcommon/StringHelper.h"
+
+using qv::platform::CharacterLength;
+using qv::platform::CodePage;
+using qv::platform::CurrentCodePage;
+
+namespace {
+
+using Texts = std::vector<CString>;
+
+// Calls `piece` with each piece of the text between separators.
+template <class Piece>
+void ForEachPiece(std::string_view text, std::string_view separator, Piece piece) {
+    std::size_t from = 0;
+    if (!separator.empty())
+        for (std::size_t hit; (hit = text.find(separator, from)) != text.npos; from = hit + separator.size())
+            piece(text.substr(from, hit - from));
+    piece(text.substr(from));
+}
+
+// Counted first, so that each text is built once, in its place.
+Texts Split(std::string_view text, std::string_view separator, bool keepEmpty) {
+    std::size_t count = 0;
+    ForEachPiece(text, separator, [&](std::string_view piece) { count += keepEmpty || !piece.empty(); });
+    Texts pieces;
+    pieces.reserve(count);
+    ForEachPiece(text, separator, [&](std::string_view piece) {
+        if (keepEmpty || !piece.empty()) pieces.emplace_back(piece);
+    });
+    return pieces;
+}
+
+void Append(Texts&& pieces, CStringArray& array) {
+    Texts& target = array.AsStd();
+    if (target.empty())
+        target = std::move(pieces);
+    else
+        target.insert(target.end(), std::make_move_iterator(pieces.begin()), std::make_move_iterator(pieces.end()));
+}
+
+// Cuts a text at any character of a set.
+class CharacterSplitter {
+public:
+    explicit CharacterSplitter(std::string_view separators) : m_page(CurrentCodePage()) {
+        for (std::size_t i = 0; i < separators.size();) {
+            const std::size_t length = CharacterLength(separators, i, m_page);
+            m_separators.insert(separators.substr(i, length));
+            m_bytes[static_cast<unsigned char>(separators[i])] = true;
+            i += length;
+        }
+    }
+
+    template <class Piece>
+    void Split(std::string_view text, Piece piece) const {
+        std::size_t from = 0;
+        for (std::size_t i = 0; i < text.size();) {
+            const std::size_t length = LengthAt(text, i);
+            if (IsSeparator(text.substr(i, length))) {
+                piece(text.substr(from, i - from));
+                from = i + length;
+            }
+            i += length;
+        }
+        piece(text.substr(from));
+    }
+
+private:
+    std::size_t LengthAt(std::string_view text, std::size_t position) const {
+        const bool plain = static_cast<unsigned char>(text[position]) < 0x80;
+        return plain ? 1 : CharacterLength(text, position, m_page);
+    }
+
+    bool IsSeparator(std::string_view character) const {
+        return m_bytes[static_cast<unsigned char>(character[0])] &&
+               (m_page == CodePage::SingleByte || m_separators.count(character));
+    }
+
+    CodePage m_page;
+    bool m_bytes[256] = {};  // the bytes that separators begin with
+    std::unordered_set<std::string_view> m_separators;
+};
+
+constexpr std::string_view kWrittenComma = "\\0x2C";
+
+void AppendQuoted(std::string& out, std::string_view field) {
+    out += '"';
+    for (char c : field) {
+        if (c == '"') out += '"';
+        out += c;
+    }
+    out += '"';
+}
+
+bool NeedsQuotes(std::string_view field) {
+    return std::any_of(field.begin(), field.end(), [](char c) { return c == '"' || c == ','; });
+}
+
+// A comma ends a field when the number of quotes before it is even: two quotes inside a quoted part leave that as it is.
+std::size_t CountFields(std::string_view text) {
+    std::size_t count = 1;
+    bool quoted = false;
+    for (char c : text) {
+        quoted ^= c == '"';
+        count += c == ',' && !quoted;
+    }
+    return count;
+}
+
+std::size_t FieldStop(std::string_view text, std::size_t from) {
+    while (from < text.size() && text[from] != ',' && text[from] != '"') ++from;
+    return from;
+}
+
+// Reads the quoted part behind the quote at `position` and returns the position behind it.
+std::size_t ReadQuoted(std::string_view text, std::size_t position, std::string& field) {
+    for (std::size_t from = position + 1;;) {
+        const std::size_t quote = std::min(text.find('"', from), text.size());
+        field.append(text.substr(from, quote - from));
+        if (text.substr(quote, 2) != "\"\"") return std::min(quote + 1, text.size());
+        field += '"';
+        from = quote + 2;
+    }
+}
+
+// Reads the field that begins at `position` and returns the position of the comma, or of the end.
+std::size_t ReadField(std::string_view text, std::size_t position, Texts& fields) {
+    std::size_t stop = FieldStop(text, position);
+    std::string& field = fields.emplace_back(text.substr(position, stop - position)).AsStd();
+    while (stop < text.size() && text[stop] == '"') {
+        const std::size_t from = ReadQuoted(text, stop, field);
+        stop = FieldStop(text, from);
+        field.append(text.substr(from, stop - from));
+    }
+    return stop;
+}
+
+}  // namespace
+
+void CStringHelper::SplitString(std::string_view text, std::string_view separator, CStringArray& pieces,
+                                int keepEmpty) {
+    Append(Split(text, separator, keepEmpty != 0), pieces);
+}
+
+void CStringHelper::SplitCharsString(std::string_view text, std::string_view separators, CStringArray& pieces) {
+    Texts found;
+    CharacterSplitter(separators).Split(text, [&](std::string_view piece) {
+        CString trimmed(piece);
+        trimmed.TrimRight();
+        trimmed.TrimLeft();
+        if (!trimmed.IsEmpty()) found.push_back(std::move(trimmed));
+    });
+    Append(std::move(found), pieces);
+}
+
+void CStringHelper::MakeString(const CStringArray& texts, std::string_view separator, CString& out, int lastIndex,
+                               int keepEmpty) {
+    CString joined = MakeString(texts, separator, lastIndex, keepEmpty);
+    if (out.IsEmpty())
+        out = std::move(joined);
+    else
+        out += joined;
+}
+
+CString CStringHelper::MakeString(const CStringArray& texts, std::string_view separator, int lastIndex, int keepEmpty) {
+    const int count = lastIndex == -1 ? texts.GetSize() : std::clamp(lastIndex, -1, texts.GetUpperBound()) + 1;
+    const auto begin = texts.begin(), end = begin + count;
+    std::size_t size = 0;
+    for (auto text = begin; text != end; ++text) size += text->AsStd().size() + separator.size();
+    std::string joined;
+    joined.reserve(size);
+    bool first = true;
+    for (auto text = begin; text != end; ++text) {
+        if (!keepEmpty && text->IsEmpty()) continue;
+        if (!first) joined += separator;
+        joined += text->AsStd();
+        first = false;
+    }
+    return joined;
+}
+
+CString CStringHelper::MakeList(const CStringArray& texts, int useAnd, std::string_view separator) {
+    const int last = texts.GetUpperBound();
+    if (last < 1) return MakeString(texts, separator, -1, 1);
+    return MakeString(texts, separator, last - 1, 1) + (useAnd ? " and " : separator) + texts[last];
+}
+
+CString CStringHelper::StringArrayToString(const CStringArray& texts) {
+    std::string out;
+    for (const CString& text : texts) {
+        if (&text != &*texts.begin()) out += ',';
+        CString written = text;
+        written.Replace(",", kWrittenComma);
+        out += written.AsStd();
+    }
+    return out;
+}
+
+void CStringHelper::StringToStringArray(std::string_view text, CStringArray& texts) {
+    Texts found = Split(text, ",", false);
+    for (CString& piece : found) piece.Replace(kWrittenComma, ",");
+    texts.AsStd() = std::move(found);
+}
+
+void CStringHelper::CsvToArray(std::string_view text, CStringArray& fields) {
+    Texts found;
+    found.reserve(CountFields(text));
+    std::size_t position = ReadField(text, 0, found);
+    while (position < text.size()) position = ReadField(text, position + 1, found);
+    fields.AsStd() = std::move(found);
+}
+
+CString CStringHelper::ArrayToCsv(const CStringArray& fields) {
+    std::size_t size = 0;
+    for (const CString& field : fields) size += field.AsStd().size() + 1;
+    std::string text;
+    text.reserve(size);
+    for (const CString& field : fields) {
+        if (&field != &*fields.begin()) text += ',';
+        if (NeedsQuotes(field))
+            AppendQuoted(text, field);
+        else
+            text += field.AsStd();
+    }
+    return text;
+}
+
+void CStringHelper::FromMultiSz(const char* buffer, CStringArray& texts) {
+    for (; buffer && *buffer; buffer += std::strlen(buffer) + 1) texts.Add(std::string_view(buffer));
+}
+
+unsigned long CStringHelper::CalculateMultiSzBufferSize(const CStringArray& texts) {
+    std::size_t size = 1;
+    for (const CString& text : texts) size += text.AsStd().size() + 1;
+    return static_cast<unsigned long>(size);
+}
+
+void CStringHelper::ToMultiSz(const CStringArray& texts, char* buffer, unsigned long size) {
+    if (size < 3) return void(std::fill_n(buffer, size, '\0'));
+    unsigned long used = 0;
+    for (const CString& text : texts) {
+        if (used + 2 > size || (used + 2 == size && !text.IsEmpty())) break;
+        const std::size_t kept = std::min<std::size_t>(text.AsStd().size(), size - used - 2);
+        std::memcpy(buffer + used, text.AsStd().data(), kept);
+        used += static_cast<unsigned long>(kept);
+        buffer[used++] = '\0';
+    }
+    buffer[used] = '\0';
+}
+
+void CStringHelper::MungeStringArrays(const CStringArray& a, const CStringArray& b, CStringArray& out) {
+    if (b.GetSize() < a.GetSize()) AfxThrowInvalidArgException();
+    Texts munged;
+    munged.reserve(a.AsStd().size());
+    for (int i = 0; i < a.GetSize(); ++i) munged.push_back(a[i] + "\n" + b[i]);
+    out.AsStd() = std::move(munged);
+}
+
+void CStringHelper::UnmungeStringArrays(const CStringArray& munged, CStringArray& a, CStringArray& b) {
+    Texts before, after;
+    for (const CString& text : munged) {
+        const std::string_view whole = text;
+        const std::size_t end = std::min(whole.find('\n'), whole.size());
+        before.emplace_back(whole.substr(0, end));
+        after.emplace_back(whole.substr(std::min(end + 1, whole.size())));
+    }
+    a.AsStd() = std::move(before);
+    b.AsStd() = std::move(after);
+}
+
+void CStringHelper::PrependString(CStringArray& texts, std::string_view text) {
+    const std::string prefix(text);
+    for (CString& element : texts) element.Insert(0, prefix);
+}
+
+void CStringHelper::CopyStringMap(const CMapStringToString& source, CMapStringToString& target) {
+    for (const auto& [key, value] : source) target.SetAt(key, value);
+}

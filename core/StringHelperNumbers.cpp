@@ -1,0 +1,118 @@
+#include <charconv>
+#include <cmath>
+
+#include "qvcommon/MathHelper.h"
+#include "qvcommon/StringHelper.h"
+
+namespace {
+
+constexpr int kNoIndex = -1, kFindIndex = -2;
+
+struct Amount {
+    double value;
+    std::string_view unit;
+};
+
+Amount Rebase(const Amount& amount, const CDoubleArray& thresholds, const CStringArray& unitNames, int index) {
+    if (index == kFindIndex) index = CMathHelper::GetIndexHighestAtOrUnder(thresholds, amount.value);
+    if (index == kNoIndex) return amount;
+    return {amount.value / thresholds[index], unitNames[index]};
+}
+
+// What is left below the threshold after `count` of it. Rounding may lead astray: a hair below zero, and anywhere when the
+// count has more digits than a double.
+double Rest(double value, double count, double threshold) {
+    const double rest = value - count * threshold;
+    if (!(rest > 0)) return 0;
+    return rest < threshold ? rest : std::fmod(value, threshold);
+}
+
+// Cut to a whole number, with all its digits, whether an int can hold it or not.
+CString WholeText(double value) {
+    CString text;
+    text.Format("%.0f", std::trunc(value) + 0.0);
+    return text;
+}
+
+void AppendPart(CString& text, double count, std::string_view unit, bool plural) {
+    if (!text.IsEmpty()) text += ", ";
+    text += WholeText(count) + " " + unit;
+    if (plural && std::trunc(count) > 1) text += 's';
+}
+
+UINT ReadNumber(std::string_view text) {
+    std::size_t i = std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size());
+    const bool negative = text.substr(i, 1) == "-";
+    if (negative || text.substr(i, 1) == "+") ++i;
+    UINT number = 0;
+    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
+        number = number * 10 + static_cast<UINT>(text[i] - '0');
+    return negative ? 0 - number : number;
+}
+
+}  // namespace
+
+CString CStringHelper::ToString(double value) {
+    CString text;
+    text.Format("%g", value);
+    return text;
+}
+
+CString CStringHelper::ToString(const CUIntArray& values) {
+    std::string text;
+    for (UINT value : values) {
+        char digits[12];
+        const auto end = std::to_chars(digits, digits + sizeof digits, static_cast<int>(value)).ptr;
+        if (!text.empty()) text += ',';
+        text.append(digits, end);
+    }
+    return text;
+}
+
+void CStringHelper::FromString(std::string_view text, CUIntArray& values) {
+    for (std::size_t from = 0; from < text.size();) {
+        const std::size_t end = std::min(text.find(',', from), text.size());
+        if (end > from) values.Add(ReadNumber(text.substr(from, end - from)));
+        from = end + 1;
+    }
+}
+
+CString CStringHelper::ToBasedString(double value, int base, std::string_view separator) {
+    double whole;
+    const double fraction = std::modf(value, &whole) * base;
+    CString text;
+    text.Format("%s%s%02d", WholeText(whole), separator, std::isnan(fraction) ? 0 : static_cast<int>(fraction));
+    return text;
+}
+
+CString CStringHelper::RebaseUnits(double value, std::string_view unitName, const CDoubleArray& thresholds,
+                                   const CStringArray& unitNames, int decimals, int index) {
+    const Amount amount = Rebase({value, unitName}, thresholds, unitNames, index);
+    CString text, unit = amount.unit;
+    unit.Replace("%%", "%");  // the unit is part of a format
+    text.Format("%.*f %s", decimals, amount.value, unit);
+    return text;
+}
+
+CString CStringHelper::RebaseUnitsRoundUp(double value, std::string_view unitName, const CDoubleArray& thresholds,
+                                          const CStringArray& unitNames) {
+    const Amount amount = Rebase({value, unitName}, thresholds, unitNames, kFindIndex);
+    CString text;
+    text.Format("%.0f %ss", amount.value + 1, amount.unit);
+    return text;
+}
+
+CString CStringHelper::ToMultibase(double value, std::string_view baseUnitName, const CDoubleArray& thresholds,
+                                   const CStringArray& unitNames, int plural) {
+    CString text;
+    while (std::isfinite(value)) {
+        // Each part leaves less than its threshold, so no threshold comes twice.
+        const int index = CMathHelper::GetIndexHighestAtOrUnder(thresholds, value);
+        if (index == kNoIndex || !(thresholds[index] > 0)) break;
+        const double count = std::floor(value / thresholds[index]);
+        AppendPart(text, count, unitNames[index], plural != 0);
+        value = Rest(value, count, thresholds[index]);
+    }
+    if (value != 0 || text.IsEmpty()) AppendPart(text, value, baseUnitName, plural != 0);
+    return text;
+}

@@ -1,0 +1,165 @@
+#include <algorithm>
+#include <iterator>
+
+#include "platform/Text.h"
+#include "qvcommon/StringHelper.h"
+
+namespace {
+
+// For each place after sorting the index before it. All orders are stable.
+using Order = std::vector<std::uint32_t>;
+
+// A text's collation key: its first bytes as a number, which settles most comparisons, and where it lies.
+struct CollationKey {
+    std::uint64_t head;
+    std::size_t start, size;
+    std::uint32_t index;
+};
+
+std::uint64_t Head(std::string_view key) {
+    std::uint64_t head = 0;
+    for (std::size_t i = 0; i < 8; ++i) head = head << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0u);
+    return head;
+}
+
+class CollationKeys {
+public:
+    template <class Texts>
+    explicit CollationKeys(const Texts& texts) {
+        for (const CString& text : texts) {
+            const std::size_t start = m_bytes.size(), size = qv::platform::AppendCollationKey(text, m_bytes);
+            const std::uint64_t head = Head(std::string_view(m_bytes).substr(start));
+            m_keys.push_back({head, start, size, static_cast<std::uint32_t>(m_keys.size())});
+        }
+    }
+
+    Order Sorted(bool descending) {
+        std::sort(m_keys.begin(), m_keys.end(), [&](const CollationKey& a, const CollationKey& b) {
+            const auto order = Compare(a, b);
+            return order == 0 ? a.index < b.index : (order < 0) != descending;
+        });
+        Order order(m_keys.size());
+        std::transform(m_keys.begin(), m_keys.end(), order.begin(), [](const CollationKey& key) { return key.index; });
+        return order;
+    }
+
+private:
+    int Compare(const CollationKey& a, const CollationKey& b) const {
+        if (a.head != b.head) return a.head < b.head ? -1 : 1;
+        return Bytes(a).compare(Bytes(b));
+    }
+
+    std::string_view Bytes(const CollationKey& key) const { return {m_bytes.data() + key.start, key.size}; }
+
+    std::string m_bytes;
+    std::vector<CollationKey> m_keys;
+};
+
+Order CollationOrder(const CStringArray& texts, bool descending) {
+    return CollationKeys(texts).Sorted(descending);
+}
+
+// A value above its index makes one number, and sorting these needs no other comparison.
+template <class Values, class Number>
+Order NumberOrder(const Values& values, bool descending, Number number) {
+    std::vector<std::uint64_t> keys;
+    keys.reserve(values.AsStd().size());
+    for (const auto& value : values) {
+        const auto key = static_cast<std::uint32_t>(number(value));
+        keys.push_back(std::uint64_t{descending ? ~key : key} << 32 | keys.size());
+    }
+    std::sort(keys.begin(), keys.end());
+    return Order(keys.begin(), keys.end());
+}
+
+Order SizeOrder(const CStringArray& texts, bool descending) {
+    return NumberOrder(texts, descending, [](const CString& text) { return text.GetLength(); });
+}
+
+template <class Array>
+void Require(const Array& companions, const CStringArray& texts) {
+    if (companions.GetSize() < texts.GetSize()) AfxThrowInvalidArgException();
+}
+
+// Items past the order keep their places.
+template <class Array>
+void Arrange(Array& array, const Order& order) {
+    auto& items = array.AsStd();
+    std::remove_reference_t<decltype(items)> arranged;
+    arranged.reserve(items.size());
+    for (std::uint32_t index : order) arranged.push_back(std::move(items[index]));
+    std::move(items.begin() + static_cast<std::ptrdiff_t>(order.size()), items.end(), std::back_inserter(arranged));
+    items = std::move(arranged);
+}
+
+template <class... Companions>
+void Sort(Order (*orderOf)(const CStringArray&, bool), bool descending, CStringArray& texts,
+          Companions&... companions) {
+    (Require(companions, texts), ...);
+    const Order order = orderOf(texts, descending);
+    Arrange(texts, order);
+    (Arrange(companions, order), ...);
+}
+
+}  // namespace
+
+void CStringHelper::SortStringArray(CStringArray& texts, int descending) {
+    Sort(CollationOrder, descending != 0, texts);
+}
+
+void CStringHelper::SortStringList(CStringList& texts, int descending) {
+    const Order order = CollationKeys(texts).Sorted(descending != 0);
+    CStringArray array;
+    array.AsStd().reserve(order.size());
+    for (CString& text : texts) array.Add(std::move(text));
+    auto target = texts.begin();
+    for (std::uint32_t index : order) *target++ = std::move(array.AsStd()[index]);
+}
+
+void CStringHelper::SortStringArrayBySize(CStringArray& texts, int descending) {
+    Sort(SizeOrder, descending != 0, texts);
+}
+
+void CStringHelper::SortStringArray(CStringArray& texts, CPtrArray& companions, int descending) {
+    Sort(CollationOrder, descending != 0, texts, companions);
+}
+
+void CStringHelper::SortStringArrayBySize(CStringArray& texts, CPtrArray& companions, int descending) {
+    Sort(SizeOrder, descending != 0, texts, companions);
+}
+
+void CStringHelper::SortStringArray(CStringArray& texts, CStringArray& companions, int descending) {
+    Sort(CollationOrder, descending != 0, texts, companions);
+}
+
+void CStringHelper::SortStringArrayBySize(CStringArray& texts, CStringArray& companions, int descending) {
+    Sort(SizeOrder, descending != 0, texts, companions);
+}
+
+void CStringHelper::SortStringArray(CStringArray& texts, CStringArray& first, CStringArray& second, int descending) {
+    Sort(CollationOrder, descending != 0, texts, first, second);
+}
+
+void CStringHelper::SortStringArray(CStringArray& texts, CStringArray& first, CUIntArray& second, int descending) {
+    Sort(CollationOrder, descending != 0, texts, first, second);
+}
+
+void CStringHelper::SortStringArray(CStringArray& texts, CDoubleArray& companions) {
+    Sort(CollationOrder, false, texts, companions);
+}
+
+void CStringHelper::SortStringArray(CStringArray& texts, CUIntArray& companions) {
+    Sort(CollationOrder, false, texts, companions);
+}
+
+void CStringHelper::IndexSortCStringArray(CStringArray& texts, CDWordArray& indexes, int descending) {
+    const Order order = CollationOrder(texts, descending != 0);
+    indexes.AsStd().assign(order.begin(), order.end());
+    Arrange(texts, order);
+}
+
+void CStringHelper::IndexSortDwordArray(CDWordArray& values, CDWordArray& indexes, int descending) {
+    const Order order = NumberOrder(values, descending != 0, [](DWORD value) { return value; });
+    Arrange(values, order);
+    indexes.AsStd().assign(order.begin(), order.end());
+}

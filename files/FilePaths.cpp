@@ -1,0 +1,89 @@
+#include "platform/Path.h"
+#include "qvcommon/FilePath.h"
+#include "qvcommon/FileUtils.h"
+
+namespace {
+
+constexpr std::size_t kLongestPart = 255, kLongestPath = 259;
+constexpr std::string_view kSeparators = "\\/";
+
+void Store(CString& part, std::string_view text, int replaceAll) {
+    if (replaceAll || !text.empty()) part = text.substr(0, kLongestPart);
+}
+
+std::string_view Given(const char* text) {
+    return text ? text : "";
+}
+
+}  // namespace
+
+void CFilePath::SplitPath(const char* path, int replaceAll) {
+    std::string_view rest = Given(path);
+    const std::size_t driveLength = qv::platform::HasDriveLetters() && rest.size() > 1 && rest[1] == ':' ? 2 : 0;
+    const std::string_view drive = rest.substr(0, driveLength);
+    rest.remove_prefix(driveLength);
+    const std::string_view directory = rest.substr(0, rest.find_last_of(kSeparators) + 1);
+    rest.remove_prefix(directory.size());
+    const std::size_t point = std::min(rest.rfind('.'), rest.size());
+    Store(m_drive, drive, replaceAll);
+    Store(m_dir, directory, replaceAll);
+    Store(m_file, rest.substr(0, point), replaceAll);
+    Store(m_ext, rest.substr(point), replaceAll);
+}
+
+CString CFilePath::GetPath(int terminate) const {
+    const CString path = MakePath(m_drive, m_dir, "", "");
+    return terminate ? CFileUtils::TerminateDir(path) : CFileUtils::UnterminateDir(path);
+}
+
+CString CFilePath::MakePath(const char* drive, const char* directory, const char* file, const char* extension) {
+    const std::string_view driveText = Given(drive), folder = Given(directory), ending = Given(extension);
+    std::string path(driveText);
+    if (!driveText.empty() && driveText.back() != ':') path += ':';
+    path += folder;
+    if (!folder.empty() && kSeparators.find(folder.back()) == kSeparators.npos) path += '\\';
+    path += Given(file);
+    if (!ending.empty() && ending.front() != '.') path += '.';
+    path += ending;
+    if (path.size() > kLongestPath) path.resize(kLongestPath);
+    return CString(std::move(path));
+}
+
+CString CFileUtils::TerminateDir(const char* path) {
+    CString text = path;
+    if (!text.IsEmpty() && !text.AsStd().ends_with('\\')) text += '\\';
+    return text;
+}
+
+CString CFileUtils::UnterminateDir(const char* path) {
+    CString text = path;
+    if (text.AsStd().ends_with('\\')) text.AsStd().pop_back();
+    return text;
+}
+
+CString CFileUtils::GetFilenameFromPath(const CString& path) {
+    return path.Mid(path.ReverseFind('\\') + 1);
+}
+
+CString CFileUtils::GetDirectoryFromPath(const CString& path) {
+    return path.Left(path.ReverseFind('\\') + 1);
+}
+
+CString CFileUtils::StripInvalidFilenameChars(const char* text) {
+    constexpr std::string_view kInvalid = "\\/:*?\"<>|";
+    CString stripped = text;
+    std::erase_if(stripped.AsStd(), [&](char c) { return kInvalid.find(c) != kInvalid.npos; });
+    stripped.TrimLeft();
+    stripped.TrimRight();
+    return stripped;
+}
+
+CString CFileUtils::FileNameToFileUrl(const char* name) {
+    CString url = CString("file://") + name;
+    url.Replace('\\', '/');
+    return url;
+}
+
+CString CFileUtils::GetNativePath(const char* path) {
+    return CString(qv::platform::NativePath(CString(path)));
+}

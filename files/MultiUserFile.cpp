@@ -1,0 +1,37 @@
+#include "qvcommon/MultiUserFile.h"
+
+#include "files/BackOff.h"
+
+namespace {
+
+/// Opens again and again while that fails with sharing violations, `retries` times after the first.
+template <class TryOpen, class Wait>
+BOOL OpenInTurn(TryOpen tryOpen, Wait wait, std::int32_t retries, CFileException* error) {
+    CFileException local;
+    CFileException& reason = error ? *error : local;
+    for (std::int32_t attempt = 0;; ++attempt) {
+        if (tryOpen(&reason)) return 1;
+        if (reason.m_cause != CFileException::sharingViolation || attempt >= retries) return 0;
+        wait();
+    }
+}
+
+}  // namespace
+
+BOOL CMultiUserFile::Open(const char* fileName, UINT openFlags, CFileException* error) {
+    const auto tryOpen = [&](CFileException* reason) { return CFile::Open(fileName, openFlags, reason); };
+    return OpenInTurn(
+        tryOpen, [this] { Wait(); }, m_retryCount, error);
+}
+
+BOOL CMultiUserFile::Open(CFile& file, const char* fileName, UINT openFlags, CFileException* error) {
+    constexpr std::int32_t kRetries = 8;
+    qv::BackOff backOff;
+    const auto tryOpen = [&](CFileException* reason) { return file.Open(fileName, openFlags, reason); };
+    return OpenInTurn(
+        tryOpen, [&] { backOff.Wait(); }, kRetries, error);
+}
+
+void CMultiUserFile::Wait() {
+    qv::Pause(500);
+}

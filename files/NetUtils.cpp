@@ -1,0 +1,7 @@
+#include "qvcommon/NetUtils.h"
+
+#include "platform/User.h"
+
+CString CNetUtils::GetCurrentUserName() {
+    return CString(qv::platform::UserName());
+}

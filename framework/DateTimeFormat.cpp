@@ -1,0 +1,128 @@
+#include <cstdio>
+#include <utility>
+
+#include "framework/DateFields.h"
+#include "platform/DateText.h"
+#include "qvcommon/framework/DateTime.h"
+
+using qv::platform::CalendarTime;
+
+namespace {
+
+// What the conversions of a format write, for one date.
+class DateWriter {
+public:
+    explicit DateWriter(const CalendarTime& time)
+        : m_time(time), m_weekday(qv::DayOfWeek(time)), m_yearDay(qv::DayOfYear(time)) {}
+
+    void Write(std::string_view format) {
+        for (std::size_t i = 0; i < format.size(); ++i) {
+            if (format[i] != '%') {
+                m_text += format[i];
+                continue;
+            }
+            const std::size_t start = i++;
+            if (i < format.size() && (format[i] == 'E' || format[i] == 'O')) ++i;
+            if (i >= format.size() || !(WriteNumber(format[i]) || WriteCompound(format[i]) || WriteText(format[i])))
+                m_text += format.substr(start, i - start + 1);
+        }
+    }
+
+    std::string Text() && { return std::move(m_text); }
+
+private:
+    bool WriteNumber(char conversion) {
+        switch (conversion) {
+            case 'Y': return Number("%d", m_time.year);
+            case 'C': return Number("%02d", m_time.year / 100);
+            case 'y': return Number("%02d", m_time.year % 100);
+            case 'm': return Number("%02d", m_time.month);
+            case 'd': return Number("%02d", m_time.day);
+            case 'e': return Number("%2d", m_time.day);
+            case 'H': return Number("%02d", m_time.hour);
+            case 'I': return Number("%02d", (m_time.hour + 11) % 12 + 1);
+            case 'M': return Number("%02d", m_time.minute);
+            case 'S': return Number("%02d", m_time.second);
+            case 'j': return Number("%03d", m_yearDay + 1);
+            case 'u': return Number("%d", DayFromMonday() + 1);
+            case 'w': return Number("%d", m_weekday);
+            case 'U': return Number("%02d", (m_yearDay + 7 - m_weekday) / 7);
+            case 'W': return Number("%02d", (m_yearDay + 7 - DayFromMonday()) / 7);
+            case 'V': return Number("%02d", IsoDay() / 7 + 1);
+            case 'G': return Number("%d", IsoYear());
+            case 'g': return Number("%02d", IsoYear() % 100);
+            default: return false;
+        }
+    }
+
+    bool WriteCompound(char conversion) {
+        switch (conversion) {
+            case 'D': return Write("%m/%d/%y"), true;
+            case 'F': return Write("%Y-%m-%d"), true;
+            case 'R': return Write("%H:%M"), true;
+            case 'T': return Write("%H:%M:%S"), true;
+            case 'r': return Write("%I:%M:%S %p"), true;
+            case 'h': return Write("%b"), true;
+            default: return false;
+        }
+    }
+
+    bool WriteText(char conversion) {
+        switch (conversion) {
+            case 'n': return m_text += '\n', true;
+            case 't': return m_text += '\t', true;
+            case '%': return m_text += '%', true;
+            case 'z':
+            case 'Z': return true;
+            case 'a':
+            case 'A':
+            case 'b':
+            case 'B':
+            case 'c':
+            case 'p':
+            case 'x':
+            case 'X': return m_text += qv::platform::FormatLocaleDate(conversion, m_time, m_weekday), true;
+            default: return false;
+        }
+    }
+
+    bool Number(const char* format, int value) {
+        char digits[16];
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"  // the literals stand in the table above
+        m_text.append(digits, static_cast<std::size_t>(std::snprintf(digits, sizeof digits, format, value)));
+#pragma GCC diagnostic pop
+        return true;
+    }
+
+    int DayFromMonday() const {
+        return (m_weekday + 6) % 7;
+    }
+
+    // ISO weeks belong to the year of their Thursday.
+    CalendarTime Thursday() const {
+        return qv::platform::FromSeconds(qv::platform::ToSeconds(m_time) + (3 - DayFromMonday()) * std::int64_t{86400});
+    }
+    int IsoDay() const {
+        return qv::DayOfYear(Thursday());
+    }
+    int IsoYear() const {
+        return Thursday().year;
+    }
+
+    CalendarTime m_time;
+    int m_weekday;
+    int m_yearDay;
+    std::string m_text;
+};
+
+}  // namespace
+
+CString COleDateTime::Format(std::string_view format) const {
+    if (m_status == null) return {};
+    const std::optional<CalendarTime> fields = m_status == valid ? qv::FieldsOf(m_dt) : std::nullopt;
+    if (!fields) return "Invalid DateTime";
+    DateWriter writer(*fields);
+    writer.Write(format);
+    return std::move(writer).Text();
+}

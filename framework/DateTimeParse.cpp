@@ -1,0 +1,358 @@
+#include <array>
+#include <ctime>
+#include <utility>
+#include <vector>
+
+#include "framework/DateFields.h"
+#include "platform/DateText.h"
+#include "platform/Text.h"
+
+namespace qv {
+namespace {
+
+using platform::CalendarTime;
+using platform::DateOrder;
+using platform::DateWord;
+using Kind = platform::DateWordKind;
+
+constexpr CalendarTime kNoDate{.year = 1899, .month = 12, .day = 30};
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+std::string LowerAscii(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+    return lower;
+}
+
+int ThisYear() {
+    const std::int64_t now = std::time(nullptr);
+    return platform::ToLocal(now).value_or(platform::FromSeconds(now)).year;
+}
+
+const std::vector<DateWord>& EnglishWords() {
+    static const std::vector<DateWord> words = [] {
+        constexpr std::array months{"january", "february", "march",     "april",   "may",      "june",
+                                    "july",    "august",   "september", "october", "november", "december"};
+        constexpr std::array weekdays{"monday", "tuesday", "wednesday", "thursday", "friday", "saturday", "sunday"};
+        std::vector<DateWord> all{{"am", Kind::Am}, {"pm", Kind::Pm}, {"utc", Kind::Zone}, {"gmt", Kind::Zone}};
+        const auto add = [&all](const std::string& name, Kind kind, int month) {
+            all.push_back({name, kind, month});
+            all.push_back({name.substr(0, 3), kind, month});
+        };
+        for (std::size_t i = 0; i < months.size(); ++i) add(months[i], Kind::Month, static_cast<int>(i) + 1);
+        for (const char* const weekday : weekdays) add(weekday, Kind::Weekday, 0);
+        return all;
+    }();
+    return words;
+}
+
+struct Number {
+    int value = 0;
+    int digits = 0;
+
+    bool MustBeYear() const { return digits > 2; }
+    int AsYear() const {
+        if (MustBeYear()) return value;
+        return value < 30 ? 2000 + value : 1900 + value;
+    }
+};
+
+// The text that is left, taken from the front.
+class Cursor {
+public:
+    explicit Cursor(std::string_view text) : m_rest(text) {}
+
+    bool AtEnd() const { return m_rest.empty(); }
+    char Next() const { return AtEnd() ? '\0' : m_rest[0]; }
+    bool Take(char c) { return Next() == c && !AtEnd() && Skip(1); }
+    bool Skip(std::size_t count) { return m_rest.remove_prefix(count), true; }
+    void SkipBlanks() {
+        while (!AtEnd() && IsBlank(Next())) Skip(1);
+    }
+
+    /// Exactly that many digits.
+    bool TakeDigits(int count, int& value) {
+        value = 0;
+        for (int i = 0; i < count; ++i) {
+            if (!IsDigit(Next())) return false;
+            value = value * 10 + (Next() - '0');
+            Skip(1);
+        }
+        return true;
+    }
+
+    /// All the digits there are; false when these are none or more than a year has.
+    bool TakeNumber(Number& number) {
+        for (number = {}; IsDigit(Next()); Skip(1)) {
+            if (++number.digits > 4) return false;
+            number.value = number.value * 10 + (Next() - '0');
+        }
+        return number.digits > 0;
+    }
+
+    /// The longest of the words that the text starts with; among equal ones the first.
+    const DateWord* TakeWord(const std::vector<DateWord>& words) {
+        const DateWord* longest = nullptr;
+        for (const DateWord& word : words)
+            if ((!longest || word.text.size() > longest->text.size()) && m_rest.starts_with(word.text)) longest = &word;
+        if (longest) Skip(longest->text.size());
+        return longest;
+    }
+
+private:
+    std::string_view m_rest;
+};
+
+// "Z", "+02", "+02:00" or "+0200".
+bool TakeIsoZone(Cursor& cursor) {
+    if (cursor.Take('z')) return true;
+    if (!cursor.Take('+') && !cursor.Take('-')) return true;
+    int hours = 0, minutes = 0;
+    if (!cursor.TakeDigits(2, hours)) return false;
+    const bool colon = cursor.Take(':');
+    if ((colon || IsDigit(cursor.Next())) && !cursor.TakeDigits(2, minutes)) return false;
+    return hours < 24 && minutes < 60;
+}
+
+bool TakeIsoTime(Cursor& cursor, CalendarTime& time) {
+    if (!cursor.TakeDigits(2, time.hour)) return false;
+    const bool colons = cursor.Take(':');
+    if (!cursor.TakeDigits(2, time.minute)) return false;
+    if (colons ? cursor.Take(':') : IsDigit(cursor.Next())) {
+        if (!cursor.TakeDigits(2, time.second)) return false;
+        if (cursor.Take('.') || cursor.Take(',')) {
+            if (!IsDigit(cursor.Next())) return false;
+            while (IsDigit(cursor.Next())) cursor.Skip(1);
+        }
+    }
+    return TakeIsoZone(cursor);
+}
+
+std::optional<double> ReadIsoDate(std::string_view lower) {
+    Cursor cursor(lower);
+    CalendarTime time;
+    if (!cursor.TakeDigits(4, time.year)) return std::nullopt;
+    const bool dashes = cursor.Take('-');
+    if (!cursor.TakeDigits(2, time.month) || cursor.Take('-') != dashes || !cursor.TakeDigits(2, time.day))
+        return std::nullopt;
+    if (!cursor.AtEnd() && !((cursor.Take('t') || cursor.Take(' ')) && TakeIsoTime(cursor, time))) return std::nullopt;
+    return cursor.AtEnd() ? DateOf(time) : std::nullopt;
+}
+
+// Reads the other forms: takes the text apart into numbers and words, and then makes the best of them.
+class DateReader {
+public:
+    DateReader(std::string_view lower, const std::vector<DateWord>& words, DateOrder order, bool dottedTimes)
+        : m_cursor(lower), m_words(words), m_order(order), m_dottedTimes(dottedTimes) {}
+
+    std::optional<double> Read() {
+        for (m_cursor.SkipBlanks(); !m_cursor.AtEnd(); m_cursor.SkipBlanks())
+            if (!ReadToken()) return std::nullopt;
+        if (m_separator != 0 && m_separator != '.') return std::nullopt;
+        if (!ApplyHalf()) return std::nullopt;
+        return m_month ? WithMonthName() : WithNumbers();
+    }
+
+private:
+    bool ReadToken() {
+        if (const DateWord* const word = m_cursor.TakeWord(m_words)) {
+            m_separator = 0;
+            return UseWord(*word);
+        }
+        if (!IsDigit(m_cursor.Next())) return UseSeparator();
+        m_separator = 0;
+        Number number;
+        return m_cursor.TakeNumber(number) && UseNumber(number);
+    }
+
+    // One between two parts, or a comma after a point.
+    bool UseSeparator() {
+        constexpr std::string_view separators = "/-.,";
+        const char c = m_cursor.Next();
+        if (!m_begun || separators.find(c) == separators.npos) return false;
+        if (m_separator != 0 && !(m_separator == '.' && c == ',')) return false;
+        m_separator = c;
+        m_lastWasNumber = m_lastWasNumber && c == '.';
+        return m_cursor.Skip(1);
+    }
+
+    bool UseWord(const DateWord& word) {
+        const bool begun = std::exchange(m_begun, true);
+        const bool afterNumber = std::exchange(m_lastWasNumber, false);
+        switch (word.kind) {
+            case Kind::Month: return UseMonth(word);
+            case Kind::Weekday: return !std::exchange(m_hasWeekday, true);
+            case Kind::Am:
+            case Kind::Pm: return UseHalf(word, afterNumber);
+            case Kind::Zone:
+            case Kind::TimeSeparator: return m_hasTime;
+            case Kind::Separator: return begun;
+        }
+        return false;
+    }
+
+    // Some locales shorten a month and a day of the week to the same text: then the other month is the month.
+    bool UseMonth(const DateWord& word) {
+        if (m_month && IsWeekdayToo(word)) return !std::exchange(m_hasWeekday, true);
+        if (m_month && (!IsWeekdayToo(*m_month) || std::exchange(m_hasWeekday, true))) return false;
+        m_month = &word;
+        return true;
+    }
+
+    bool IsWeekdayToo(const DateWord& month) const {
+        for (const DateWord& word : m_words)
+            if (word.kind == Kind::Weekday && word.text == month.text) return true;
+        return false;
+    }
+
+    // "2 PM": what looked like a part of the date was the hour.
+    bool UseHalf(const DateWord& word, bool afterNumber) {
+        if (m_half) return false;
+        m_half = &word;
+        if (m_hasTime || !afterNumber) return true;
+        const Number hour = m_numbers[--m_count];
+        m_hasTime = true;
+        m_time.hour = hour.value;
+        return hour.digits <= 2;
+    }
+
+    bool UseNumber(const Number& number) {
+        m_begun = true;
+        if (const char separator = TakeTimeSeparator()) return ReadTime(number, separator);
+        if (m_count == m_numbers.size()) return false;
+        m_numbers[m_count++] = number;
+        m_lastWasNumber = true;
+        return true;
+    }
+
+    bool DateIsComplete() const { return m_count == 3 || (m_month && m_count == 2); }
+
+    // ':', '.', 'w' for a word of the locale's; 0 when no time goes on here.
+    char TakeTimeSeparator() {
+        if (m_cursor.Take(':')) return ':';
+        if (m_dottedTimes && DateIsComplete() && m_cursor.Take('.')) return '.';
+        Cursor ahead = m_cursor;
+        const DateWord* const word = ahead.TakeWord(m_words);
+        if (!word || word->kind != Kind::TimeSeparator) return 0;
+        m_cursor = ahead;
+        return 'w';
+    }
+
+    bool ReadTime(const Number& hour, char separator) {
+        Number minute, second;
+        if (std::exchange(m_hasTime, true) || !m_cursor.TakeNumber(minute)) return false;
+        if (char next = TakeTimeSeparator()) {
+            const bool unit = next == 'w' && !IsDigit(m_cursor.Next());  // a word after the minutes, and no seconds
+            if (!unit && (next != separator && next != 'w')) return false;
+            if (!unit && !m_cursor.TakeNumber(second)) return false;
+        }
+        m_time.hour = hour.value;
+        m_time.minute = minute.value;
+        m_time.second = second.value;
+        return hour.digits <= 2 && minute.digits <= 2 && second.digits <= 2;
+    }
+
+    bool ApplyHalf() {
+        if (!m_half) return true;
+        if (!m_hasTime || m_time.hour < 1 || m_time.hour > 12) return false;
+        m_time.hour = m_time.hour % 12 + (m_half->kind == Kind::Pm ? 12 : 0);
+        return true;
+    }
+
+    std::optional<double> DateWith(int year, int month, const Number& day) const {
+        if (day.digits > 2) return std::nullopt;
+        return DateOf({year, month, day.value, m_time.hour, m_time.minute, m_time.second});
+    }
+    std::optional<double> DateWith(int year, const Number& month, const Number& day) const {
+        if (month.digits > 2) return std::nullopt;
+        return DateWith(year, month.value, day);
+    }
+
+    std::optional<double> WithMonthName() const {
+        const auto& [a, b, c, d] = m_numbers;
+        constexpr Number first{1, 1};
+        const int month = m_month->month;
+        if (m_count == 1 && a.MustBeYear()) return DateWith(a.AsYear(), month, first);
+        if (m_count == 1) return DateWith(ThisYear(), month, a);
+        if (m_count != 2) return std::nullopt;
+        const bool yearFirst = a.MustBeYear() || a.value > 31;
+        return yearFirst ? DateWith(a.AsYear(), month, b) : DateWith(b.AsYear(), month, a);
+    }
+
+    std::optional<double> WithNumbers() const {
+        const auto& [a, b, c, d] = m_numbers;
+        constexpr Number first{1, 1};
+        if (m_count == 3) return WithThreeNumbers();
+        if (m_count == 2 && a.MustBeYear()) return DateWith(a.AsYear(), b, first);
+        if (m_count == 2 && b.MustBeYear()) return DateWith(b.AsYear(), a, first);
+        if (m_count == 2) {
+            const auto dayFirst = DateWith(ThisYear(), b, a), monthFirst = DateWith(ThisYear(), a, b);
+            if (m_order == DateOrder::DayMonthYear) return dayFirst ? dayFirst : monthFirst;
+            return monthFirst ? monthFirst : dayFirst;
+        }
+        if (m_count != 0 || m_hasWeekday || !m_hasTime) return std::nullopt;
+        CalendarTime time = m_time;
+        time.year = kNoDate.year, time.month = kNoDate.month, time.day = kNoDate.day;
+        return DateOf(time);
+    }
+
+    std::optional<double> WithThreeNumbers() const {
+        const auto& [a, b, c, d] = m_numbers;
+        for (const DateOrder order :
+             {m_order, DateOrder::DayMonthYear, DateOrder::MonthDayYear, DateOrder::YearMonthDay}) {
+            const auto date = order == DateOrder::DayMonthYear   ? DateWith(c.AsYear(), b, a)
+                              : order == DateOrder::MonthDayYear ? DateWith(c.AsYear(), a, b)
+                                                                 : DateWith(a.AsYear(), b, c);
+            if (date) return date;
+        }
+        return std::nullopt;
+    }
+
+    Cursor m_cursor;
+    const std::vector<DateWord>& m_words;
+    DateOrder m_order;
+    bool m_dottedTimes;
+
+    std::array<Number, 4> m_numbers;  // of the date, and perhaps an hour
+    std::size_t m_count = 0;
+    const DateWord* m_month = nullptr;
+    const DateWord* m_half = nullptr;
+    CalendarTime m_time;
+    bool m_hasTime = false;
+    bool m_hasWeekday = false;
+    bool m_begun = false;
+    bool m_lastWasNumber = false;
+    char m_separator = 0;  // the point or dash just before, if there was one
+};
+
+std::string_view Trimmed(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+}  // namespace
+
+// The cheap readings come first; the current locale is asked for its words only when they fail.
+std::optional<double> ReadDate(std::string_view text) {
+    text = Trimmed(text);
+    const std::string lower = LowerAscii(text);
+    if (const auto date = ReadIsoDate(lower)) return date;
+    const DateOrder order = platform::CurrentDateOrder();
+    const bool dottedTimes = platform::CurrentTimesAreDotted();
+    if (const auto date = DateReader(lower, EnglishWords(), order, dottedTimes).Read()) return date;
+    std::vector<DateWord> words = platform::CurrentDateWords();
+    if (words.empty()) return std::nullopt;
+    words.insert(words.end(), EnglishWords().begin(), EnglishWords().end());
+    return DateReader(platform::ToLower(text), words, order, dottedTimes).Read();
+}
+
+}  // namespace qv

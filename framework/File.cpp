@@ -1,0 +1,201 @@
+#include "qvcommon/framework/File.h"
+
+#include <utility>
+
+#include "framework/FileFaults.h"
+#include "platform/FileOpen.h"
+#include "platform/FileStatus.h"
+#include "platform/Path.h"
+
+IMPLEMENT_DYNAMIC(CFile, CObject)
+
+using qv::CallSystem;
+using qv::FileCall;
+using qv::platform::FileFailure;
+
+static_assert(CFile::hFileNull == qv::platform::kNoFile);
+static_assert(unsigned{CFile::readOnly} == qv::platform::kReadOnly &&
+              unsigned{CFile::hidden} == qv::platform::kHidden && unsigned{CFile::system} == qv::platform::kSystem &&
+              unsigned{CFile::directory} == qv::platform::kDirectory &&
+              unsigned{CFile::archive} == qv::platform::kArchive);
+
+namespace {
+
+LONG NumberOf(const FileFailure& failure) {
+    return failure.error ? static_cast<LONG>(failure.error) : -1;
+}
+
+void Describe(const FileFailure& failure, const char* path, CFileException& error) {
+    error.m_cause = static_cast<int>(failure.cause);
+    error.m_lOsError = NumberOf(failure);
+    error.m_strFileName = path;
+}
+
+void ThrowIf(const FileFailure& failure, const char* path) {
+    if (failure) AfxThrowFileException(static_cast<int>(failure.cause), NumberOf(failure), path);
+}
+
+qv::platform::OpenRequest RequestOf(UINT flags) {
+    constexpr UINT kAccessBits = CFile::modeWrite | CFile::modeReadWrite, kShareBits = 0x0070;
+    const UINT access = flags & kAccessBits, share = flags & kShareBits;
+    qv::platform::OpenRequest request;
+    request.read = access != CFile::modeWrite;
+    request.write = access != CFile::modeRead;
+    request.denyRead = share != CFile::shareDenyWrite && share != CFile::shareDenyNone;
+    request.denyWrite = share != CFile::shareDenyRead && share != CFile::shareDenyNone;
+    request.create = flags & CFile::modeCreate;
+    request.truncate = request.create && !(flags & CFile::modeNoTruncate);
+    request.inheritable = !(flags & CFile::modeNoInherit);
+    return request;
+}
+
+bool CloseQuietly(CFile& file, CFileException* error) {
+    try {
+        file.Close();
+        return true;
+    } catch (CFileException* failed) {
+        if (error) *error = *failed;
+        failed->Delete();
+        return false;
+    }
+}
+
+void CopyInfo(const qv::platform::FileInfo& info, const char* path, CFileStatus& status) {
+    status.m_ctime = static_cast<std::time_t>(info.created);
+    status.m_mtime = static_cast<std::time_t>(info.modified);
+    status.m_atime = static_cast<std::time_t>(info.accessed);
+    status.m_size = info.size;
+    status.m_attribute = static_cast<BYTE>(info.attributes);
+    status.m_szFullName = CString(qv::platform::FullPath(path));
+}
+
+}  // namespace
+
+CFile::CFile() = default;
+
+CFile::CFile(Handle handle) : m_hFile(handle) {}
+
+CFile::CFile(const char* fileName, UINT openFlags) {
+    CFileException error;
+    if (!CFile::Open(fileName, openFlags, &error))
+        AfxThrowFileException(error.m_cause, error.m_lOsError, error.m_strFileName);
+}
+
+CFile::~CFile() {
+    CFile::Abort();
+}
+
+BOOL CFile::Open(const char* fileName, UINT openFlags, CFileException* error) {
+    const CString name = fileName;
+    if (!CloseQuietly(*this, error)) return 0;
+    const FileFailure failure =
+        CallSystem(FileCall::Open, name, [&] { return qv::platform::OpenFile(name, RequestOf(openFlags), m_hFile); });
+    if (failure && error) Describe(failure, name, *error);
+    if (failure) return 0;
+    m_strFileName = name;
+    return 1;
+}
+
+void CFile::Close() {
+    if (!IsOpen()) return;
+    const FileFailure fault = qv::FaultBefore(FileCall::Close, m_strFileName);
+    const FileFailure failure = qv::platform::CloseFile(std::exchange(m_hFile, hFileNull));
+    const CString name = std::exchange(m_strFileName, CString());
+    ThrowIf(fault ? fault : failure, name);
+}
+
+void CFile::Abort() {
+    if (IsOpen()) qv::platform::CloseFile(std::exchange(m_hFile, hFileNull));
+    m_strFileName.Empty();
+}
+
+bool CFile::CloseAndRemove() {
+    if (!IsOpen()) return false;
+    const CString name = std::exchange(m_strFileName, CString());
+    return !qv::platform::CloseAndRemove(std::exchange(m_hFile, hFileNull), name);
+}
+
+UINT CFile::ReadSome(void* buffer, UINT count) {
+    std::size_t got = 0;
+    ThrowIf(
+        CallSystem(FileCall::Read, m_strFileName, [&] { return qv::platform::ReadBytes(m_hFile, buffer, count, got); }),
+        m_strFileName);
+    return static_cast<UINT>(got);
+}
+
+UINT CFile::Read(void* buffer, UINT count) {
+    UINT total = 0;
+    while (total < count) {
+        const UINT got = ReadSome(static_cast<char*>(buffer) + total, count - total);
+        if (got == 0) break;
+        total += got;
+    }
+    return total;
+}
+
+void CFile::Write(const void* buffer, UINT count) {
+    ThrowIf(
+        CallSystem(FileCall::Write, m_strFileName, [&] { return qv::platform::WriteBytes(m_hFile, buffer, count); }),
+        m_strFileName);
+}
+
+void CFile::Flush() {
+    ThrowIf(CallSystem(FileCall::Flush, m_strFileName, [&] { return qv::platform::FlushToDisk(m_hFile); }),
+            m_strFileName);
+}
+
+std::uint64_t CFile::Seek(std::int64_t offset, UINT from) {
+    if (from > end) AfxThrowFileException(CFileException::badSeek, -1, m_strFileName);
+    std::uint64_t position = 0;
+    const auto origin = static_cast<qv::platform::SeekFrom>(from);
+    ThrowIf(CallSystem(FileCall::Seek, m_strFileName,
+                       [&] { return qv::platform::SeekTo(m_hFile, offset, origin, position); }),
+            m_strFileName);
+    return position;
+}
+
+std::uint64_t CFile::GetPosition() const {
+    std::uint64_t position = 0;
+    ThrowIf(qv::platform::SeekTo(m_hFile, 0, qv::platform::SeekFrom::Current, position), m_strFileName);
+    return position;
+}
+
+std::uint64_t CFile::GetLength() const {
+    std::uint64_t length = 0;
+    ThrowIf(qv::platform::LengthOf(m_hFile, length), m_strFileName);
+    return length;
+}
+
+void CFile::SetLength(std::uint64_t length) {
+    ThrowIf(CallSystem(FileCall::Resize, m_strFileName, [&] { return qv::platform::Resize(m_hFile, length); }),
+            m_strFileName);
+}
+
+bool CFile::GetStatus(CFileStatus& status) const {
+    qv::platform::FileInfo info;
+    if (!IsOpen() || qv::platform::StatusOf(m_hFile, m_strFileName, info)) return false;
+    CopyInfo(info, m_strFileName, status);
+    return true;
+}
+
+bool CFile::GetStatus(const char* fileName, CFileStatus& status) {
+    const CString name = fileName;
+    qv::platform::FileInfo info;
+    if (CallSystem(FileCall::Status, name, [&] { return qv::platform::StatusOf(name, info); })) return false;
+    CopyInfo(info, name, status);
+    return true;
+}
+
+void CFile::SetStatus(const char* fileName, const CFileStatus& status) {
+    ThrowIf(CallSystem(FileCall::ChangeStatus, fileName,
+                       [&] { return qv::platform::ChangeStatus(fileName, status.m_mtime, status.m_attribute); }),
+            fileName);
+}
+
+void CFile::Remove(const char* fileName) {
+    ThrowIf(CallSystem(FileCall::Remove, fileName, [&] { return qv::platform::RemoveFile(fileName); }), fileName);
+}
+
+void CFile::Rename(const char* oldName, const char* newName) {
+    ThrowIf(CallSystem(FileCall::Rename, oldName, [&] { return qv::platform::RenameFile(oldName, newName); }), oldName);
+}

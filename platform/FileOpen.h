@@ -1,0 +1,34 @@
+#pragma once
+
+/// @file How files are opened in turn with other programs, and let go of.
+
+#include "platform/File.h"
+
+namespace qv::platform {
+
+/// How a file is to be opened.
+struct OpenRequest {
+    bool read = false, write = false;
+    bool denyRead = false, denyWrite = false;  ///< what no other handle may do meanwhile
+    bool create = false;                       ///< a missing file is made
+    bool truncate = false;                     ///< an existing one is emptied
+    bool inheritable = false;                  ///< child programs get the handle too
+};
+
+/// Opens a file under the access and deny matrix: it is refused (SharingViolation) when another handle denies what it
+/// wants to do, or does what it wants to deny. Paths may use "\" on every system. A refused or failed open has changed
+/// nothing. Directories are refused (AccessDenied).
+///
+/// On Linux the matrix binds programs that open their files here, on this and other machines, as far as the file system
+/// keeps byte-range locks. Where it keeps none, a file opens for reading without any guard, and for writing not at all.
+/// Devices and pipes have no share modes there. On file systems without unnamed files (O_TMPFILE) a new file is visible
+/// for a moment before it is guarded: an opener that gets in between wins, and the refused one leaves it the empty file.
+FileFailure OpenFile(const char* path, const OpenRequest& request, FileHandle& handle);
+
+/// Closes a file that this program holds exclusively and deletes it, so that no other program gets hold of a file that is
+/// about to be deleted. On Linux it is deleted first, and only if the path still names it. On Windows it is closed first; if
+/// another program opens it in between, the deletion fails.
+/// The failure is that of the deletion; the handle is gone in any case.
+FileFailure CloseAndRemove(FileHandle handle, const char* path);
+
+}  // namespace qv::platform

@@ -1,0 +1,35 @@
+#pragma once
+
+/// @file Files by name: what the file system tells of them, and their names' changes. Paths may use "\" on every system.
+
+#include "platform/File.h"
+
+namespace qv::platform {
+
+/// Attribute bits as Windows numbers them.
+enum FileAttribute : unsigned { kReadOnly = 1, kHidden = 2, kSystem = 4, kDirectory = 16, kArchive = 32 };
+
+/// Times are seconds since 1970 UTC, -1 when the file system does not keep them.
+///
+/// On Linux: read-only means no owner write bit, hidden a leading point; there are no system and archive bits. The time of
+/// creation is the birth time where the file system has one, else the last change of the status. A directory has size 0.
+struct FileInfo {
+    std::int64_t created = -1, modified = -1, accessed = -1;
+    std::uint64_t size = 0;
+    unsigned attributes = 0;
+};
+
+/// Fails for a missing path and, on Windows, for the root of a volume, which has no entry of its own.
+FileFailure StatusOf(const char* path, FileInfo& info);
+FileFailure StatusOf(FileHandle handle, const char* path, FileInfo& info);
+
+/// Sets the attributes, and the time of modification unless that is -1 or stands to the second already. On Linux only
+/// read-only can be set: it takes all write bits, or gives the owner's.
+FileFailure ChangeStatus(const char* path, std::int64_t modified, unsigned attributes);
+
+/// Deletes a file, no directory. On Linux open and read-only files can be deleted.
+FileFailure RemoveFile(const char* path);
+/// Renames a file or directory; fails when the new name exists. On Linux not across file systems.
+FileFailure RenameFile(const char* from, const char* to);
+
+}  // namespace qv::platform

@@ -1,0 +1,103 @@
+#include "platform/DateText.h"
+
+#include <langinfo.h>
+#include <time.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/Text.h"
+
+namespace qv::platform {
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+void AddWord(std::vector<DateWord>& words, std::string_view text, DateWordKind kind, int month = 0) {
+    while (!text.empty() && kBlanks.find(text.front()) != kBlanks.npos) text.remove_prefix(1);
+    while (!text.empty() && kBlanks.find(text.back()) != kBlanks.npos) text.remove_suffix(1);
+    if (!text.empty()) words.push_back({ToLower(text), kind, month});
+}
+
+void AddNames(std::vector<DateWord>& words, nl_item first, int count, DateWordKind kind) {
+    for (int i = 0; i < count; ++i) AddWord(words, ::nl_langinfo(first + i), kind, i + 1);
+}
+
+// Position after the conversion whose percent sign stands at `at`.
+std::size_t EndOfConversion(std::string_view format, std::size_t at) {
+    constexpr std::string_view modifiers = "-_0^#EO";
+    do ++at;
+    while (at < format.size() && modifiers.find(format[at]) != modifiers.npos);
+    return std::min(at + 1, format.size());
+}
+
+// What a format has beside conversions, points and blanks; it belongs to the conversion before it.
+void AddLiterals(std::vector<DateWord>& words, std::string_view format) {
+    constexpr std::string_view points = "%/-.,: \t";
+    constexpr std::string_view ofTimes = "HIklMSTRrpP";
+    DateWordKind kind = DateWordKind::Separator;
+    for (std::size_t i = 0; i < format.size();) {
+        if (format[i] == '%') {
+            i = EndOfConversion(format, i);
+            const bool time = ofTimes.find(format[i - 1]) != ofTimes.npos;
+            kind = time ? DateWordKind::TimeSeparator : DateWordKind::Separator;
+            continue;
+        }
+        const std::size_t end = std::min(format.find_first_of(points, i), format.size());
+        AddWord(words, format.substr(i, end - i), kind);
+        i = std::max(end, i + 1);
+    }
+}
+
+}  // namespace
+
+std::optional<double> ParseSystemDate(std::string_view) {
+    return std::nullopt;
+}
+
+DateOrder CurrentDateOrder() {
+    constexpr std::string_view days = "de", months = "mbBhD", years = "yYFCG";
+    const std::string_view format = ::nl_langinfo(D_FMT);
+    for (std::size_t i = format.find('%'); i < format.size(); i = format.find('%', i)) {
+        i = EndOfConversion(format, i);
+        const char conversion = format[i - 1];
+        if (days.find(conversion) != days.npos) return DateOrder::DayMonthYear;
+        if (months.find(conversion) != months.npos) return DateOrder::MonthDayYear;
+        if (years.find(conversion) != years.npos) return DateOrder::YearMonthDay;
+    }
+    return DateOrder::YearMonthDay;
+}
+
+std::vector<DateWord> CurrentDateWords() {
+    std::vector<DateWord> words;
+    for (const nl_item first : {MON_1, ALTMON_1, ABMON_1}) AddNames(words, first, 12, DateWordKind::Month);
+    AddWord(words, ::nl_langinfo(AM_STR), DateWordKind::Am);
+    AddWord(words, ::nl_langinfo(PM_STR), DateWordKind::Pm);
+    for (const nl_item format : {D_FMT, T_FMT, D_T_FMT, T_FMT_AMPM}) AddLiterals(words, ::nl_langinfo(format));
+    for (const nl_item first : {DAY_1, ABDAY_1}) AddNames(words, first, 7, DateWordKind::Weekday);
+    return words;
+}
+
+bool CurrentTimesAreDotted() {
+    return std::strstr(::nl_langinfo(T_FMT), ".%M");
+}
+
+std::string FormatLocaleDate(char conversion, const CalendarTime& time, int dayOfWeek) {
+    struct tm fields = {};
+    fields.tm_year = time.year - 1900;
+    fields.tm_mon = time.month - 1;
+    fields.tm_mday = time.day;
+    fields.tm_hour = time.hour;
+    fields.tm_min = time.minute;
+    fields.tm_sec = time.second;
+    fields.tm_wday = dayOfWeek;
+    fields.tm_isdst = -1;  // a date without a zone: %Z within %c writes nothing
+    const char format[] = {'%', conversion, 0};
+    char text[512];
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"  // one conversion, of those the contract lists
+    return {text, ::strftime(text, sizeof text, format, &fields)};
+#pragma GCC diagnostic pop
+}
+
+}  // namespace qv::platform

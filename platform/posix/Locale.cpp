@@ -1,0 +1,35 @@
+#include "platform/Locale.h"
+
+#include <langinfo.h>
+#include <monetary.h>
+
+#include <cmath>
+#include <cstring>
+
+namespace qv::platform {
+namespace {
+
+std::string Limited(const char* text, std::size_t maximum) {
+    return std::strlen(text) < maximum ? text : "";
+}
+
+}  // namespace
+
+std::string CurrencySymbol(std::size_t maximum) {
+    const char* const placed = ::nl_langinfo(CRNCYSTR);  // the first byte tells on which side of the number it stands
+    return *placed ? Limited(placed + 1, maximum) : "";
+}
+
+std::string FormatCurrency(double amount, std::size_t maximum) {
+    if (!std::isfinite(amount)) return {};
+    std::string text(maximum, '\0');
+    const ssize_t length = ::strfmon(text.data(), text.size(), "%n", amount);
+    text.resize(length > 0 && static_cast<std::size_t>(length) < maximum ? static_cast<std::size_t>(length) : 0);
+    return text;
+}
+
+std::string ListSeparator(std::size_t maximum) {
+    return Limited(std::strcmp(::nl_langinfo(RADIXCHAR), ",") ? "," : ";", maximum);
+}
+
+}  // namespace qv::platform

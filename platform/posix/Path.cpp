@@ -1,0 +1,43 @@
+#include "platform/Path.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace qv::platform {
+namespace {
+
+std::string Replaced(std::string_view path, char from, char to) {
+    std::string text(path);
+    std::replace(text.begin(), text.end(), from, to);
+    return text;
+}
+
+}  // namespace
+
+bool HasDriveLetters() {
+    return false;
+}
+
+std::string NativePath(std::string_view path) {
+    return Replaced(path, '\\', '/');
+}
+
+std::string LibraryPath(std::string_view native) {
+    return Replaced(native, '/', '\\');
+}
+
+std::string FullPath(const char* path) {
+    std::error_code error;
+    const auto full = std::filesystem::absolute(NativePath(path), error);
+    return error ? std::string(path) : LibraryPath(full.lexically_normal().native());
+}
+
+std::string TempDirectory() {
+    const char* const named = std::getenv("TMPDIR");
+    std::string folder = LibraryPath(named && *named ? named : "/tmp");
+    if (folder.back() != '\\') folder += '\\';
+    return folder;
+}
+
+}  // namespace qv::platform

@@ -1,0 +1,54 @@
+#include "platform/Time.h"
+
+#include <windows.h>
+
+namespace qv::platform {
+namespace {
+
+// The calendar of the system's conversions, from the first file time to the last whole year.
+constexpr int kFirstYear = 1601, kLastYear = 30827;
+constexpr std::int64_t kFirstSecond = -11644473600, kLastSecond = 910670515199;
+
+std::optional<TIME_ZONE_INFORMATION> ZoneIn(int year) {
+    if (year < kFirstYear || year > kLastYear) return std::nullopt;
+    TIME_ZONE_INFORMATION zone{};
+    if (::GetTimeZoneInformationForYear(static_cast<USHORT>(year), nullptr, &zone)) return zone;
+    // A zone that the system keeps no history of has the rules of today for every year.
+    if (::GetTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID) return std::nullopt;
+    return zone;
+}
+
+SYSTEMTIME ToSystemTime(const CalendarTime& time) {
+    SYSTEMTIME system{};
+    system.wYear = static_cast<WORD>(time.year);
+    system.wMonth = static_cast<WORD>(time.month);
+    system.wDay = static_cast<WORD>(time.day);
+    system.wHour = static_cast<WORD>(time.hour);
+    system.wMinute = static_cast<WORD>(time.minute);
+    system.wSecond = static_cast<WORD>(time.second);
+    return system;
+}
+
+}  // namespace
+
+std::optional<CalendarTime> ToLocal(std::int64_t seconds) {
+    if (seconds < kFirstSecond || seconds > kLastSecond) return std::nullopt;
+    const CalendarTime time = FromSeconds(seconds);
+    const std::optional<TIME_ZONE_INFORMATION> zone = ZoneIn(time.year);
+    const SYSTEMTIME utc = ToSystemTime(time);
+    SYSTEMTIME local{};
+    if (!zone || !::SystemTimeToTzSpecificLocalTime(&*zone, &utc, &local)) return std::nullopt;
+    return CalendarTime{local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
+}
+
+std::optional<std::int64_t> FromStandard(const CalendarTime& local) {
+    const std::optional<TIME_ZONE_INFORMATION> zone = ZoneIn(local.year);
+    if (!zone) return std::nullopt;
+    return ToSeconds(local) + (zone->Bias + zone->StandardBias) * std::int64_t{60};
+}
+
+bool UseTimeZone(const char*) {
+    return false;
+}
+
+}  // namespace qv::platform

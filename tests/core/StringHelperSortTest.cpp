@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+#include "qvcommon/StringHelper.h"
+#include "tests/support/Raised.h"
+#include "tests/support/ScopedLocale.h"
+
+using namespace std::string_view_literals;
+
+namespace {
+
+using Less = bool (*)(const CString&, const CString&);
+
+bool CollatesBefore(const CString& a, const CString& b) {
+    return a.Collate(b) < 0;
+}
+
+bool IsShorter(const CString& a, const CString& b) {
+    return a.GetLength() < b.GetLength();
+}
+
+// The indexes of the texts in stable order.
+std::vector<int> Expected(const CStringArray& texts, Less less, bool descending) {
+    std::vector<int> order(texts.AsStd().size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(),
+                     [&](int a, int b) { return descending ? less(texts[b], texts[a]) : less(texts[a], texts[b]); });
+    return order;
+}
+
+CStringArray SomeTexts() {
+    CStringArray texts{"",
+                       "b",
+                       "B",
+                       "a",
+                       "A",
+                       "\xC3\xA4",
+                       "\xC3\x84",
+                       "z",
+                       "\xC3",
+                       "\xC3\xA4",
+                       "a b",
+                       "a-b",
+                       "ab",
+                       "co-op",
+                       "coop",
+                       "CO-OP",
+                       "a\0b"sv,
+                       "a\0a"sv,
+                       "a\0"sv,
+                       "\xE4\xBD\xA0",
+                       "resume",
+                       "r\xC3\xA9sum\xC3\xA9",
+                       "R\xC3\xA9sum\xC3\xA9"};
+    std::mt19937 random(3);
+    for (int i = 0; i < 300; ++i) {
+        CString text(std::string(random() % 2 ? 0 : 200, 'x'));
+        for (std::size_t length = random() % 12; length--;) text += "abAB -"[random() % 6];
+        texts.Add(std::move(text));
+    }
+    return texts;
+}
+
+// Sorts by `sort` with each text's place as its companion, and compares with the plain rule.
+template <class Companions, class Make, class Sort>
+void ExpectSorted(Less less, int descending, Make make, Sort sort) {
+    const CStringArray before = SomeTexts();
+    CStringArray texts = before;
+    Companions companions;
+    for (int i = 0; i <= before.GetSize(); ++i) companions.Add(make(i));  // one too many
+    sort(texts, companions, descending);
+    const auto order = Expected(before, less, descending != 0);
+    for (int i = 0; i < before.GetSize(); ++i) {
+        ASSERT_EQ(texts[i], before[order[static_cast<std::size_t>(i)]]) << i;
+        ASSERT_EQ(companions[i], make(order[static_cast<std::size_t>(i)])) << i;
+    }
+    EXPECT_EQ(companions[before.GetSize()], make(before.GetSize()));
+}
+
+CString Text(int i) {
+    return CStringHelper::ToString(i);
+}
+
+// Wider than 32 bits where pointers are.
+void* Pointer(int i) {
+    return reinterpret_cast<void*>(UINTPTR_MAX - static_cast<std::uintptr_t>(i));
+}
+
+class StringSort : public testing::TestWithParam<std::tuple<const char*, int>> {
+protected:
+    void SetUp() override {
+        if (!m_locale) GTEST_SKIP() << "no locale " << std::get<0>(GetParam());
+    }
+
+    ScopedLocale m_locale{std::get<0>(GetParam())};
+    int m_descending = std::get<1>(GetParam());
+};
+
+INSTANTIATE_TEST_SUITE_P(Locales, StringSort,
+                         testing::Combine(testing::Values("C", "en_US.UTF-8", "de_DE.UTF-8", "ja_JP.UTF-8",
+                                                          "en_US.ISO-8859-1", "German_Germany.1252"),
+                                          testing::Values(0, 1)));
+
+TEST_P(StringSort, ByCollationWithCompanions) {
+    ExpectSorted<CPtrArray>(CollatesBefore, m_descending, Pointer,
+                            [](auto&... all) { CStringHelper::SortStringArray(all...); });
+    ExpectSorted<CStringArray>(CollatesBefore, m_descending, Text,
+                               [](auto&... all) { CStringHelper::SortStringArray(all...); });
+    ExpectSorted<CStringArray>(CollatesBefore, m_descending, Text, [](auto& texts, auto& companions, int descending) {
+        CStringArray copy = companions;
+        CStringHelper::SortStringArray(texts, companions, copy, descending);
+        EXPECT_EQ(copy, companions);
+    });
+    ExpectSorted<CUIntArray>(
+        CollatesBefore, m_descending, [](int i) { return ~static_cast<UINT>(i); },
+        [](auto& texts, auto& companions, int descending) {
+            CStringArray copy = texts;
+            CStringHelper::SortStringArray(texts, copy, companions, descending);
+            EXPECT_EQ(copy, texts);
+        });
+}
+
+TEST_P(StringSort, BySizeWithCompanions) {
+    ExpectSorted<CPtrArray>(IsShorter, m_descending, Pointer,
+                            [](auto&... all) { CStringHelper::SortStringArrayBySize(all...); });
+    ExpectSorted<CStringArray>(IsShorter, m_descending, Text,
+                               [](auto&... all) { CStringHelper::SortStringArrayBySize(all...); });
+}
+
+TEST_P(StringSort, Alone) {
+    const CStringArray before = SomeTexts();
+    CStringArray texts = before, bySize = before, indexed = before;
+    CStringList list;
+    for (const CString& text : before) list.AddTail(text);
+    CDWordArray indexes{99};
+    CStringHelper::SortStringArray(texts, m_descending);
+    CStringHelper::SortStringArrayBySize(bySize, m_descending);
+    CStringHelper::IndexSortCStringArray(indexed, indexes, m_descending);
+    CStringHelper::SortStringList(list, m_descending);
+    const auto order = Expected(before, CollatesBefore, m_descending != 0);
+    EXPECT_TRUE(std::equal(texts.begin(), texts.end(), order.begin(), order.end(),
+                           [&](const CString& text, int i) { return text == before[i]; }));
+    EXPECT_TRUE(std::equal(indexes.begin(), indexes.end(), order.begin(), order.end(),
+                           [](DWORD index, int i) { return index == static_cast<DWORD>(i); }));
+    EXPECT_TRUE(std::equal(list.begin(), list.end(), texts.begin(), texts.end()));
+    EXPECT_EQ(indexed, texts);
+    const auto sizes = Expected(before, IsShorter, m_descending != 0);
+    EXPECT_TRUE(std::equal(bySize.begin(), bySize.end(), sizes.begin(), sizes.end(),
+                           [&](const CString& text, int i) { return text == before[i]; }));
+}
+
+TEST(StringSorting, AlwaysAscendingForms) {
+    CStringArray texts{"c", "a", "b"}, again = texts;
+    CDoubleArray doubles{3, 1.5, 2, 9};
+    CUIntArray uints{3, 1, 0xFFFFFFFF};
+    CStringHelper::SortStringArray(texts, doubles);
+    CStringHelper::SortStringArray(again, uints);
+    EXPECT_EQ(texts, (CStringArray{"a", "b", "c"}));
+    EXPECT_EQ(doubles, (CDoubleArray{1.5, 2, 3, 9}));
+    EXPECT_EQ(uints, (CUIntArray{1, 0xFFFFFFFF, 3}));
+}
+
+TEST(StringSorting, WordsAreUnsigned) {
+    CDWordArray values{7, 0xFFFFFFFF, 0, 7}, indexes;
+    CStringHelper::IndexSortDwordArray(values, indexes, 0);
+    EXPECT_EQ(values, (CDWordArray{0, 7, 7, 0xFFFFFFFF}));
+    EXPECT_EQ(indexes, (CDWordArray{2, 0, 3, 1}));
+    CStringHelper::IndexSortDwordArray(values, indexes, 1);
+    EXPECT_EQ(values, (CDWordArray{0xFFFFFFFF, 7, 7, 0}));
+    EXPECT_EQ(indexes, (CDWordArray{3, 1, 2, 0}));
+}
+
+TEST(StringSorting, ShortCompanionsChangeNothing) {
+    const CStringArray before{"b", "a"};
+    CStringArray texts = before, two{"1", "2"}, one{"1"};
+    CPtrArray pointers;
+    CUIntArray uints{1};
+    EXPECT_TRUE(Raised<CInvalidArgException>([&] { CStringHelper::SortStringArray(texts, pointers, 0); }));
+    EXPECT_TRUE(Raised<CInvalidArgException>([&] { CStringHelper::SortStringArrayBySize(texts, one, 0); }));
+    EXPECT_TRUE(Raised<CInvalidArgException>([&] { CStringHelper::SortStringArray(texts, two, uints, 0); }));
+    EXPECT_EQ(texts, before);
+    EXPECT_EQ(two, (CStringArray{"1", "2"}));
+}
+
+}  // namespace

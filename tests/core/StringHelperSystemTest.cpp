@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <limits>
+#include <set>
+
+#include "platform/Error.h"
+#include "qvcommon/StringHelper.h"
+#include "tests/support/ScopedLocale.h"
+
+using namespace std::string_view_literals;
+
+namespace {
+
+constexpr bool kWindows = std::filesystem::path::preferred_separator == '\\';
+constexpr unsigned kPlainText = 1;
+
+TEST(StringSystem, ErrorTexts) {
+    constexpr unsigned long kNoSuchFile = 2;
+    EXPECT_EQ(CStringHelper::GetErrorMessage(kNoSuchFile), qv::platform::ErrorMessage(kNoSuchFile).c_str());
+    EXPECT_GT(CStringHelper::GetErrorMessage(kNoSuchFile).GetLength(), 5);
+    EXPECT_EQ(CStringHelper::GetErrorMessage(0x1FFFFFFF), "");
+    qv::platform::SetLastError(kNoSuchFile);
+    EXPECT_EQ(CStringHelper::GetLastErrorString(), CStringHelper::GetErrorMessage(kNoSuchFile));
+}
+
+TEST(StringSystem, Guids) {
+    std::set<std::string> seen;
+    for (int i = 0; i < 100; ++i) {
+        const CString guid = CStringHelper::GetNewGuid(1);
+        ASSERT_EQ(guid.GetLength(), 38);
+        std::string shape = guid.AsStd();
+        for (char& c : shape)
+            if (std::string_view("0123456789ABCDEF").find(c) != std::string_view::npos) c = 'h';
+        EXPECT_EQ(shape, "{hhhhhhhh-hhhh-hhhh-hhhh-hhhhhhhhhhhh}");
+        EXPECT_EQ(guid[15], '4');
+        EXPECT_NE(std::string_view("89AB").find(guid[20]), std::string_view::npos);
+        EXPECT_TRUE(seen.insert(guid.AsStd()).second);
+    }
+    EXPECT_EQ(CStringHelper::GetNewGuid(0).Find("{"), -1);
+    EXPECT_EQ(CStringHelper::GetNewGuid(0).GetLength(), 36);
+}
+
+TEST(StringSystem, LocaleDecidesMoneyAndLists) {
+    if (kWindows) GTEST_SKIP() << "the user's settings decide, not the C locale";
+    struct Row {
+        const char *locale, *symbol, *amount, *separator;
+    };
+    for (const Row& row : {Row{"C", "$", "-1234.50", ","}, Row{"en_US.UTF-8", "$", "-$1,234.50", ","},
+                           Row{"de_DE.UTF-8", "\xE2\x82\xAC", "-1.234,50 \xE2\x82\xAC", ";"}}) {
+        const ScopedLocale locale(row.locale);
+        if (!locale) continue;
+        EXPECT_EQ(CStringHelper::GetLocalCurrency(), row.symbol);
+        EXPECT_EQ(CStringHelper::InternationalizeCurrency(-1234.5), row.amount);
+        EXPECT_EQ(CStringHelper::GetLocaleListSeperator(), row.separator);
+    }
+}
+
+TEST(StringSystem, MoneyIsBounded) {
+    EXPECT_NE(CStringHelper::InternationalizeCurrency(1234.5).Find("234"), -1);
+    EXPECT_EQ(CStringHelper::InternationalizeCurrency(1e300), "");
+    EXPECT_EQ(CStringHelper::InternationalizeCurrency(std::numeric_limits<double>::infinity()), "");
+    EXPECT_FALSE(CStringHelper::GetLocalCurrency().IsEmpty());
+    EXPECT_FALSE(CStringHelper::GetLocaleListSeperator().IsEmpty());
+}
+
+// The program of this suite has the resource tests/core/Version.rc on Windows.
+TEST(StringSystem, VersionResource) {
+    constexpr auto file = "qvcommon_tests.exe";
+    EXPECT_EQ(CStringHelper::GetLanguageCodepage(file), kWindows ? 0x040904E4 : 0u);
+    EXPECT_EQ(CStringHelper::GetFileVersionAsString(file), kWindows ? "1.2.3.65535" : "");
+    EXPECT_EQ(CStringHelper::GetVersionString(file), kWindows ? "1.2 (third)" : "");
+    EXPECT_EQ(CStringHelper::GetVersionInfo(file, "CompanyName"), kWindows ? "Tests \xA9" : "");
+    EXPECT_EQ(CStringHelper::GetVersionInfo(file, "Absent"), "");
+    EXPECT_EQ(CStringHelper::GetLanguageCodepage("no such file"), 0u);
+    EXPECT_EQ(CStringHelper::GetFileVersionAsString("no such file"), "");
+}
+
+TEST(StringSystem, Clipboard) {
+    CStringHelper::SetClipboard(nullptr, "one\ttwo\0cut"sv, kPlainText);
+    EXPECT_EQ(CStringHelper::GetClipboard(nullptr, kPlainText), kWindows ? "one\ttwo" : "");
+    EXPECT_EQ(CStringHelper::GetClipboardAsVbScript(nullptr, "s", 0),
+              kWindows ? "s = s + \"one\" + chr(9) + \"two\" + chr(10)\n" : "");
+    constexpr unsigned kOwnFormat = 0x0201;
+    CStringHelper::SetClipboard(nullptr, "", kOwnFormat);
+    EXPECT_EQ(CStringHelper::GetClipboard(nullptr, kPlainText), "");
+    EXPECT_EQ(CStringHelper::GetClipboardAsVbScript(nullptr, "s", 0), "");
+}
+
+TEST(StringSystem, TextAsScript) {
+    struct Row {
+        const char *text, *variable;
+        int escapePercent;
+        const char* script;
+    };
+    for (const Row& row :
+         {Row{"a", "s", 0, "s = s + \"a\" + chr(10)\n"}, Row{"", "s", 0, "s = s + chr(10)\n"},
+          Row{"", "", 0, " + chr(10) + "},
+          Row{"a\r\n\nb\rc", "", 0, "\"a\" + chr(10) +  + chr(10) + \"b\" + chr(10) + \"c\" + chr(10) + "},
+          Row{"\n\r", "s", 0, "s = s + chr(10)\ns = s + chr(10)\ns = s + chr(10)\n"},
+          Row{"\ta\t\tb\t", "", 0, "chr(9) + \"a\" + chr(9) + chr(9) + \"b\" + chr(9) + chr(10) + "},
+          Row{"say \"x\" + ", "s", 0, "s = s + \"say \"\"x\"\" + \" + chr(10)\n"},
+          Row{"5%", "s", 1, "s = s + \"5\\%\" + chr(10)\n"}, Row{"5%", "s", 0, "s = s + \"5%\" + chr(10)\n"}})
+        EXPECT_EQ(CStringHelper::TextAsVbScript(row.text, row.variable, row.escapePercent), row.script);
+}
+
+TEST(StringSystem, ObscuredTextsComeBack) {
+    std::string bytes;
+    for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+    for (const std::string& key : {std::string(), std::string("k"), bytes, std::string(1, '\0')})
+        for (const std::string& text : {std::string(), std::string("x"), bytes, std::string(50, 'a')}) {
+            const CString coded = CStringHelper::SimpleEncrypt(text, key);
+            EXPECT_EQ(coded.GetLength(), static_cast<int>(2 * text.size() + 2));
+            EXPECT_EQ(coded.AsStd().find_first_not_of("0123456789ABCDEF"), std::string::npos);
+            EXPECT_EQ(CStringHelper::SimpleDecrypt(coded, key).AsStd(), text);
+        }
+    std::set<std::string> codings;
+    for (int i = 0; i < 64; ++i) codings.insert(CStringHelper::SimpleEncrypt("the same", "key").AsStd());
+    EXPECT_GT(codings.size(), 10u);
+    EXPECT_NE(CStringHelper::SimpleDecrypt(CStringHelper::SimpleEncrypt("the same", "key"), "kez"), "the same");
+    EXPECT_EQ(CStringHelper::SimpleDecrypt("2A8EA7EDF3", "key"), CStringHelper::SimpleDecrypt("2a8ea7edf3", "key"));
+}
+
+TEST(StringSystem, MalformedCodesAreEmpty) {
+    for (const char* coded : {"", "0", "00", "000", "0g11", "00 1", "001", "0x11", "00-1"})
+        EXPECT_EQ(CStringHelper::SimpleDecrypt(coded, "key"), "") << coded;
+}
+
+}  // namespace

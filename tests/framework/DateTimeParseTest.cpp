@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+
+#include "framework/DateFields.h"
+#include "qvcommon/framework/DateTime.h"
+#include "tests/support/ScopedLocale.h"
+
+namespace {
+
+// By the library's own rules, which no system's reader stands before.
+std::string Read(std::string_view text) {
+    const std::optional<double> date = qv::ReadDate(text);
+    return date ? COleDateTime(*date).Format("%Y-%m-%d %H:%M:%S").AsStd() : "";
+}
+
+struct Row {
+    std::string_view text;
+    std::string date;
+};
+
+TEST(DateTimeParse, ReadsWhatIsWritten) {
+    const std::string year = COleDateTime::GetCurrentTime().Format("%Y").AsStd();
+    const Row rows[] = {
+        {"05 May 2004 14:03:07", "2004-05-05 14:03:07"},
+        {"30 Dec 1899 12:00:00", "1899-12-30 12:00:00"},
+        {"01 Jan 100 00:00:00", "100-01-01 00:00:00"},
+        {"31 Dec 9999 23:59:59", "9999-12-31 23:59:59"},
+        {"05 May 2004 14:03", "2004-05-05 14:03:00"},
+        {"May 05 2004, 14:03:07", "2004-05-05 14:03:07"},
+        {"  5-MAY-04\t", "2004-05-05 00:00:00"},
+        {"May 5, 2004 2:03 pm", "2004-05-05 14:03:00"},
+        {"2004-05-05", "2004-05-05 00:00:00"},
+        {"2004-05-05 14:03:07", "2004-05-05 14:03:07"},
+        {"2004-05-05T14:03:07", "2004-05-05 14:03:07"},
+        {"2004-05-05t14:03z", "2004-05-05 14:03:00"},
+        {"2004-05-05T14:03:07.999Z", "2004-05-05 14:03:07"},
+        {"2004-05-05T23:03:07+02:00", "2004-05-05 23:03:07"},
+        {"2004-05-05T23:03:07-0930", "2004-05-05 23:03:07"},
+        {"20040505T140307", "2004-05-05 14:03:07"},
+        {"2004/05/05", "2004-05-05 00:00:00"},
+        {"25/12/2004", "2004-12-25 00:00:00"},
+        {"12/25/2004", "2004-12-25 00:00:00"},
+        {"1/1/29", "2029-01-01 00:00:00"},
+        {"1/1/30", "1930-01-01 00:00:00"},
+        {"14:03", "1899-12-30 14:03:00"},
+        {"12:00:00 AM", "1899-12-30 00:00:00"},
+        {"12:00 PM", "1899-12-30 12:00:00"},
+        {"14:03:07 5 May 2004", "2004-05-05 14:03:07"},
+        {"May 2004", "2004-05-01 00:00:00"},
+        {"5 May", year + "-05-05 00:00:00"},
+    };
+    for (const Row& row : rows) EXPECT_EQ(Read(row.text), row.date) << row.text;
+}
+
+TEST(DateTimeParse, RefusesEverythingElse) {
+    const std::string_view texts[] = {"",
+                                      " ",
+                                      "INVALID",
+                                      "INVALID DATE",
+                                      "Invalid DateTime",
+                                      "30 Feb 2004",
+                                      "29 Feb 1900",
+                                      "31/31/2004",
+                                      "2004-13-01",
+                                      "2004-05-05T",
+                                      "2004-05-05T14",
+                                      "2004-05-05T24:00:00",
+                                      "2004-05-05T14:03:07+25:00",
+                                      "2004-05-05T14:03:07.Z",
+                                      "05 May 2004 14:60:00",
+                                      "05 May 2004 24:00:00",
+                                      "05 May 2004 13:00 PM",
+                                      "05 May 2004 1:2:3:4",
+                                      "05 May 2004 14:03 15:04",
+                                      "05 May 10000",
+                                      "05 May June 2004",
+                                      "05 Mayor 2004",
+                                      "1 Jan 0050",
+                                      "1/2/3/4/5",
+                                      "-5/5/2004",
+                                      "5//5/2004",
+                                      "Monday 14:03",
+                                      "14:",
+                                      ":14",
+                                      "PM",
+                                      "<date/>",
+                                      "99999999999999999999999999 May 2004",
+                                      std::string_view("05 May 2004\0", 12),
+                                      "05 May 2004 \xFF"};
+    for (const std::string_view text : texts) EXPECT_EQ(Read(text), "") << text;
+    EXPECT_EQ(Read(std::string(1 << 20, ' ') + "x"), "");
+    EXPECT_EQ(Read(std::string(1 << 20, '9')), "");
+}
+
+TEST(DateTimeParse, EveryDayThatWasWrittenComesBack) {
+    for (double number = -657434; number <= 2958465; number += 211.3) {
+        const COleDateTime date(number);
+        for (const char* const format : {"%d %b %Y %H:%M:%S", "%B %d %Y, %H:%M:%S", "%Y-%m-%dT%H:%M:%S"}) {
+            if (date.GetYear() < 1000 && format[1] == 'Y') continue;  // ISO's years have four digits
+            COleDateTime read;
+            ASSERT_TRUE(read.ParseDateTime(date.Format(format))) << date.Format(format);
+            ASSERT_EQ(read.Format(format), date.Format(format));
+        }
+    }
+}
+
+TEST(DateTimeParse, AFailureLeavesAnInvalidDate) {
+    for (const std::string_view text :
+         {std::string_view("INVALID"), std::string_view("05 May 2004\0", 12), std::string_view()}) {
+        COleDateTime date(7.0);
+        EXPECT_FALSE(date.ParseDateTime(text)) << text;
+        EXPECT_EQ(date.GetStatus(), COleDateTime::invalid);
+        EXPECT_EQ(date.m_dt, 7);
+    }
+}
+
+// What the locale's own formats write is read again, and its order of day and month is kept.
+TEST(DateTimeParse, FollowsTheLocale) {
+    struct Locale {
+        const char *name, *fifthOfApril;
+    };
+    int tried = 0;
+    for (const Locale& locale : {Locale{"C", "04/05/2004"}, Locale{"en_US.UTF-8", "4/5/2004"},
+                                 Locale{"en_GB.UTF-8", "5/4/04"}, Locale{"de_DE.UTF-8", "5.4.2004"},
+                                 Locale{"fr_FR.UTF-8", "5 AVRIL 2004"}, Locale{"es_ES.UTF-8", "mar 5 abr 2004"},
+                                 Locale{"cs_CZ.UTF-8", "5. dubna 2004"}, Locale{"fi_FI.UTF-8", "5. huhtikuuta 2004"},
+                                 Locale{"hu_HU.UTF-8", "2004. ápr. 5., hétfő"}, Locale{"ja_JP.UTF-8", "2004年4月5日"},
+                                 Locale{"ru_RU.UTF-8", "5 АПРЕЛЯ 2004"}, Locale{"sv_SE.UTF-8", "04-04-05"}}) {
+        const ScopedLocale scope(locale.name);
+        if (!scope) continue;
+        ++tried;
+        EXPECT_EQ(Read(locale.fifthOfApril), "2004-04-05 00:00:00") << locale.name;
+        for (double number = 36526.7; number < 36526 + 366; number += 5.31) {
+            const COleDateTime date(number);
+            const std::string full = date.Format("%Y-%m-%d %H:%M:%S").AsStd();
+            for (const char* const format : {"%c", "%x %X", "%d %b %Y %H:%M:%S", "%d %B %Y %X"})
+                EXPECT_EQ(Read(date.Format(format)), full) << locale.name << ": " << date.Format(format);
+            EXPECT_EQ(Read(date.Format("%x")), full.substr(0, 10) + " 00:00:00") << locale.name;
+        }
+    }
+    if (tried < 2) GTEST_SKIP() << "no locale but C is installed (checked: C)";
+}
+
+}  // namespace

@@ -1,0 +1,186 @@
+#include "qvcommon/framework/File.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/Path.h"
+#include "tests/support/FileFaults.h"
+#include "tests/support/Raised.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+constexpr UINT kNew = CFile::modeCreate | CFile::modeReadWrite;
+
+std::uint64_t SizeOf(const char* path) {
+    CFileStatus status;
+    return CFile::GetStatus(path, status) ? status.m_size : ~std::uint64_t{};
+}
+
+TEST(File, OpensAsTheFlagsSay) {
+    struct Row {
+        const char* name;
+        UINT flags;
+        int cause;
+        std::string content;
+    };
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.Native("folder"));
+    for (const Row& row : {Row{"file", CFile::modeRead, CFileException::none, "old"},
+                           Row{"file", CFile::modeWrite, CFileException::none, "old"},
+                           Row{"file", kNew | CFile::modeNoTruncate, CFileException::none, "old"},
+                           Row{"file", kNew, CFileException::none, ""},
+                           Row{"file", CFile::modeCreate | CFile::modeRead, CFileException::none, ""},
+                           Row{"file", CFile::modeCreate | CFile::modeWrite, CFileException::none, ""},
+                           Row{"missing", CFile::modeRead, CFileException::fileNotFound, ""},
+                           Row{"missing", CFile::modeNoTruncate | CFile::modeWrite, CFileException::fileNotFound, ""},
+                           Row{"no\\folder", CFile::modeRead, CFileException::badPath, ""},
+                           Row{"no\\folder", kNew, CFileException::badPath, ""},
+                           Row{"file\\below", CFile::modeRead, CFileException::badPath, ""},
+                           Row{"folder", CFile::modeRead, CFileException::accessDenied, ""},
+                           Row{"folder", kNew, CFileException::accessDenied, ""},
+                           Row{"folder\\new", kNew | CFile::modeNoTruncate, CFileException::none, ""}}) {
+        folder.Write("file", "old");
+        CFile file;
+        CFileException error;
+        EXPECT_EQ(file.Open(folder / row.name, row.flags, &error), row.cause == CFileException::none) << row.name;
+        EXPECT_EQ(error.m_cause, row.cause) << row.name;
+        EXPECT_EQ(file.IsOpen(), row.cause == CFileException::none);
+        file.Abort();
+        if (row.cause == CFileException::none)
+            EXPECT_EQ(SizeOf(folder / row.name), row.content.size()) << row.flags;
+        else
+            EXPECT_EQ(error.m_strFileName, folder / row.name);
+    }
+    EXPECT_FALSE(folder.Has("missing"));
+}
+
+TEST(File, ReadsWritesAndSeeks) {
+    const TempFolder folder;
+    CFile file(folder / "file", kNew);
+    file.Write("0123456789", 10);
+    EXPECT_EQ(file.GetPosition(), 10u);
+    EXPECT_EQ(file.Seek(-3, CFile::end), 7u);
+    char bytes[8] = {};
+    EXPECT_EQ(file.Read(bytes, 8), 3u);
+    EXPECT_STREQ(bytes, "789");
+    EXPECT_EQ(file.Read(bytes, 8), 0u);
+    EXPECT_EQ(file.Seek(2, CFile::begin), 2u);
+    const auto error = Raised<CFileException>([&] { file.Seek(-3, CFile::current); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->m_cause, CFileException::badSeek);
+    EXPECT_EQ(file.GetPosition(), 2u);
+    file.SetLength(4);
+    EXPECT_EQ(file.GetPosition(), 4u);
+    EXPECT_EQ(file.Seek(std::int64_t{5} << 30, CFile::begin), std::uint64_t{5} << 30);
+    file.SetLength(6);
+    file.Flush();
+    file.Close();
+    EXPECT_EQ(folder.Read("file"), std::string("0123\0\0", 6));
+    const auto closed = Raised<CFileException>([&] { file.Write("x", 1); });
+    ASSERT_TRUE(closed);
+    EXPECT_EQ(closed->m_cause, CFileException::invalidFile);
+}
+
+TEST(File, FailuresOfTheSystemAreRaised) {
+    using qv::FileCall;
+    const TempFolder folder;
+    struct Row {
+        FileCall call;
+        void (*action)(CFile&);
+    };
+    for (const Row& row : {Row{FileCall::Read,
+                               [](CFile& file) {
+                                   char c;
+                                   file.Read(&c, 1);
+                               }},
+                           Row{FileCall::Write, [](CFile& file) { file.Write("x", 1); }},
+                           Row{FileCall::Flush, [](CFile& file) { file.Flush(); }},
+                           Row{FileCall::Seek, [](CFile& file) { file.Seek(0, CFile::begin); }},
+                           Row{FileCall::Resize, [](CFile& file) { file.SetLength(0); }},
+                           Row{FileCall::Close, [](CFile& file) { file.Close(); }}}) {
+        CFile file(folder / "file", kNew);
+        const FileFaults faults(FileFaults::Always(row.call, qv::platform::FileCause::HardIO));
+        const auto error = Raised<CFileException>([&] { row.action(file); });
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->m_cause, CFileException::hardIO);
+        EXPECT_EQ(error->m_lOsError, 5);
+        EXPECT_EQ(error->m_strFileName, folder / "file");
+        EXPECT_EQ(file.IsOpen(), row.call != FileCall::Close);
+    }
+}
+
+TEST(File, StatusTellsSizeTimesAndAttributes) {
+    const TempFolder folder;
+    folder.Write("file", "12345");
+    CFileStatus status;
+    ASSERT_TRUE(CFile::GetStatus(folder / "file", status));
+    EXPECT_EQ(status.m_size, 5u);
+    EXPECT_EQ(status.m_szFullName, folder / "file");
+    EXPECT_NEAR(static_cast<double>(status.m_mtime), static_cast<double>(std::time(nullptr)), 5);
+    EXPECT_NEAR(static_cast<double>(status.m_ctime), static_cast<double>(std::time(nullptr)), 5);
+    EXPECT_FALSE(status.m_attribute & (CFile::directory | CFile::readOnly));
+
+    const auto exactly = std::filesystem::last_write_time(folder.Native("file"));
+    status.m_attribute |= CFile::readOnly;
+    CFile::SetStatus(folder / "file", status);
+    EXPECT_EQ(std::filesystem::last_write_time(folder.Native("file")), exactly);
+    CFileStatus changed;
+    ASSERT_TRUE(CFile::GetStatus(folder / "file", changed));
+    EXPECT_TRUE(changed.m_attribute & CFile::readOnly);
+
+    status.m_mtime = 1'000'000'001;
+    status.m_attribute = CFile::normal;
+    CFile::SetStatus(folder / "file", status);
+    CFile file(folder / "file", CFile::modeRead);
+    ASSERT_TRUE(file.GetStatus(changed));
+    EXPECT_EQ(changed.m_mtime, 1'000'000'001);
+    EXPECT_FALSE(changed.m_attribute & CFile::readOnly);
+
+    ASSERT_TRUE(CFile::GetStatus(folder / "", status));
+    EXPECT_TRUE(status.m_attribute & CFile::directory);
+    EXPECT_EQ(status.m_size, 0u);
+    EXPECT_FALSE(CFile::GetStatus(folder / "missing", status));
+    EXPECT_FALSE(CFile::GetStatus("", status));
+    EXPECT_EQ(CFile::GetStatus("\\", status), !qv::platform::HasDriveLetters());
+    EXPECT_TRUE(Raised<CFileException>([&] { CFile::SetStatus(folder / "missing", status); }));
+}
+
+TEST(File, RemovesAndRenames) {
+    const TempFolder folder;
+    folder.Write("a", "A");
+    folder.Write("b", "B");
+    const auto taken = Raised<CFileException>([&] { CFile::Rename(folder / "a", folder / "b"); });
+    ASSERT_TRUE(taken);
+    EXPECT_EQ(taken->m_cause, CFileException::accessDenied);
+    EXPECT_EQ(folder.Read("b"), "B");
+    CFile::Remove(folder / "b");
+    CFile::Rename(folder / "a", folder / "b");
+    EXPECT_EQ(folder.Read("b"), "A");
+    EXPECT_FALSE(folder.Has("a"));
+    struct Row {
+        const char* name;
+        int cause;
+    };
+    for (const Row& row : {Row{"a", CFileException::fileNotFound}, Row{"no\\a", CFileException::badPath},
+                           Row{"", CFileException::accessDenied}}) {
+        const auto error = Raised<CFileException>([&] { CFile::Remove(folder / row.name); });
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->m_cause, row.cause) << row.name;
+    }
+}
+
+TEST(FileException, NamesTheFileAndTheCause) {
+    const TempFolder folder;
+    CFile file;
+    CFileException error;
+    file.Open(folder / "missing", CFile::modeRead, &error);
+    char text[512];
+    EXPECT_TRUE(error.GetErrorMessage(text, sizeof text));
+    EXPECT_EQ(std::string(text).find((folder / "missing").AsStd() + " does not exist. ("), 0u) << text;
+    EXPECT_EQ(std::string(text).find_first_of("\r\n"), std::string::npos);
+    EXPECT_EQ(CFileException::OsErrorToException(error.m_lOsError), CFileException::fileNotFound);
+    EXPECT_TRUE(CFileException(99).GetErrorMessage(text, 8));
+    EXPECT_STREQ(text, "A file ");
+}
+
+}  // namespace

@@ -1,0 +1,88 @@
+#include "qvcommon/framework/Process.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+#include "platform/CommandLine.h"
+#include "tests/support/Child.h"
+#include "tests/support/Raised.h"
+
+namespace {
+
+QV_CHILD(ShowArguments) {
+    for (const std::string& argument : arguments) std::cout << argument << "|\n";
+    return static_cast<int>(arguments.size());
+}
+
+QV_CHILD(EchoLines) {
+    for (std::string line; std::getline(std::cin, line);) std::cout << "<" << line << ">" << std::endl;
+    return 7;
+}
+
+QV_CHILD(EndAtOnce) {
+    return 0;
+}
+
+TEST(Process, ArgumentsArriveAsTheyAre) {
+    const CStringArray arguments = {"",      "plain", "two words", "tab\there",  "\"",   "a\"b\"c",
+                                    "\\",    "end\\", "sp ace\\",  "sp ace\\\\", "\\\"", "a\\\\\"b c\\\\\\",
+                                    "$HOME", "*",     "%PATH%",    "a'b",        "^&|<>"};
+    CProcess child;
+    StartChild(child, "ShowArguments", arguments);
+    for (const CString& argument : arguments) EXPECT_EQ(LineFrom(child), argument.AsStd() + "|");
+    EXPECT_EQ(child.Wait(), arguments.GetSize());
+}
+
+TEST(Process, CommandLinesAreQuotedOnlyWhereTheyMustBe) {
+    struct Row {
+        const char *argument, *quoted;
+    };
+    for (const Row& row : {Row{"", "\"\""}, Row{"a\\b\\", "a\\b\\"}, Row{"a b\\", "\"a b\\\\\""}, Row{"\"", "\"\\\"\""},
+                           Row{"\\\\\"", "\"\\\\\\\\\\\"\""}}) {
+        std::string line;
+        qv::platform::AppendArgument(line, row.argument);
+        EXPECT_EQ(line, row.quoted);
+        qv::platform::AppendArgument(line, "x");
+        EXPECT_EQ(line, std::string(row.quoted) + " x");
+    }
+}
+
+TEST(Process, TalksOverPipesLineByLine) {
+    CProcess child;
+    StartChild(child, "EchoLines");
+    for (const char* word : {"one", "two"}) {
+        EXPECT_TRUE(child.WriteInput(std::string(word) + "\n"));
+        EXPECT_EQ(LineFrom(child), "<" + std::string(word) + ">");
+    }
+    child.CloseInput();
+    EXPECT_FALSE(child.WriteInput("late\n"));
+    EXPECT_EQ(LineFrom(child), "");
+    EXPECT_EQ(child.Wait(), 7);
+    EXPECT_EQ(child.Wait(), -1);
+}
+
+TEST(Process, WritingToOneThatHasEndedFailsAndNothingElse) {
+    CProcess child;
+    StartChild(child, "EndAtOnce");
+    EXPECT_EQ(LineFrom(child), "");
+    EXPECT_FALSE(child.WriteInput(std::string(1 << 20, 'x')));
+    EXPECT_EQ(child.Wait(), 0);
+}
+
+TEST(Process, KilledOnesGiveAnotherStatusThanSuccess) {
+    CProcess child;
+    StartChild(child, "EchoLines");
+    child.Kill();
+    EXPECT_NE(child.Wait(), 0);
+    EXPECT_FALSE(child.IsRunning());
+}
+
+TEST(Process, MissingProgramIsNamed) {
+    const auto error = Raised<CFileException>([] { CProcess().Start("no-such-program-here", {}); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->m_cause, CFileException::fileNotFound);
+    EXPECT_EQ(error->m_strFileName, "no-such-program-here");
+}
+
+}  // namespace

@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+#include "qvcommon/framework/File.h"
+#include "tests/support/Child.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+constexpr UINT kAccesses[] = {CFile::modeRead, CFile::modeWrite, CFile::modeReadWrite};
+constexpr UINT kShares[] = {CFile::shareExclusive, CFile::shareDenyWrite, CFile::shareDenyRead, CFile::shareDenyNone};
+
+/// Opens the file as each line of its input says, keeps it open until the next line, and answers with 1 or 0.
+QV_CHILD(HoldAsTold) {
+    CFile file;
+    for (std::string flags; std::getline(std::cin, flags);)
+        std::cout << file.Open(arguments.at(0).c_str(), static_cast<UINT>(std::stoul(flags))) << std::endl;
+    return 0;
+}
+
+class Holder {
+public:
+    explicit Holder(const CString& path) { StartChild(m_child, "HoldAsTold", {path}); }
+
+    bool Hold(UINT flags) {
+        m_child.WriteInput(std::to_string(flags) + "\n");
+        return LineFrom(m_child) == "1";
+    }
+
+private:
+    CProcess m_child;
+};
+
+/// What the published rule says: each side's access has to be in what the other side shares.
+bool MayBothBeOpen(UINT first, UINT second) {
+    enum : UINT { kReading = 1, kWriting = 2 };
+    const auto access = [](UINT flags) {
+        constexpr UINT kWanted[] = {kReading, kWriting, kReading | kWriting};
+        return kWanted[flags & 3];
+    };
+    const auto shared = [](UINT flags) {
+        constexpr UINT kLeft[] = {0, 0, kReading, kWriting, kReading | kWriting};
+        return kLeft[(flags & 0x70) / 16];
+    };
+    return !(access(first) & ~shared(second)) && !(access(second) & ~shared(first));
+}
+
+/// Everything of a file that an open might change.
+struct State {
+    explicit State(const CString& path) { exists = CFile::GetStatus(path, status); }
+    bool operator==(const State& other) const {
+        return exists == other.exists && status.m_size == other.status.m_size && written == other.written &&
+               status.m_ctime == other.status.m_ctime && status.m_attribute == other.status.m_attribute;
+    }
+
+    bool exists;
+    CFileStatus status;
+    std::filesystem::file_time_type written;
+};
+
+State StateOf(const TempFolder& folder, const std::string& name) {
+    State state(folder / name);
+    state.written = std::filesystem::last_write_time(folder.Native(name));
+    return state;
+}
+
+TEST(ShareModes, FollowTheMatrixBetweenProcesses) {
+    const TempFolder folder;
+    folder.Write("shared", "content");
+    Holder holder(folder / "shared");
+    int refused = 0;
+    for (const UINT access : kAccesses)
+        for (const UINT share : kShares) {
+            ASSERT_TRUE(holder.Hold(access | share));
+            const State before = StateOf(folder, "shared");
+            for (const UINT otherAccess : kAccesses)
+                for (const UINT otherShare : kShares) {
+                    const UINT held = access | share, asked = otherAccess | otherShare;
+                    CFile file;
+                    CFileException error;
+                    const bool opened = file.Open(folder / "shared", asked, &error);
+                    EXPECT_EQ(opened, MayBothBeOpen(held, asked)) << std::hex << held << " " << asked;
+                    if (opened) continue;
+                    ++refused;
+                    EXPECT_EQ(error.m_cause, CFileException::sharingViolation);
+                    EXPECT_FALSE(file.Open(folder / "shared", asked | CFile::modeCreate));
+                }
+            EXPECT_EQ(StateOf(folder, "shared"), before);
+        }
+    EXPECT_EQ(refused, 144 - 25);
+    EXPECT_EQ(folder.Read("shared"), "content");
+}
+
+TEST(ShareModes, HoldInOneProcessAndFromCreationOn) {
+    const TempFolder folder;
+    const UINT create = CFile::modeCreate | CFile::modeWrite;
+    CFile first(folder / "new", create | CFile::shareDenyRead), second;
+    EXPECT_FALSE(second.Open(folder / "new", CFile::modeRead | CFile::shareDenyNone));
+    EXPECT_FALSE(second.Open(folder / "new", create | CFile::shareCompat));
+    EXPECT_TRUE(second.Open(folder / "new", CFile::modeWrite | CFile::shareDenyNone));
+    first.Write("12", 2);
+    second.Write("3", 1);
+    first.Close();
+    second.Close();
+    EXPECT_EQ(folder.Read("new"), "32");
+    // The compatibility mode is the exclusive one.
+    EXPECT_TRUE(first.Open(folder / "new", CFile::modeRead));
+    EXPECT_FALSE(second.Open(folder / "new", CFile::modeRead | CFile::shareDenyNone));
+}
+
+TEST(ShareModes, EndWithTheHolder) {
+    const TempFolder folder;
+    folder.Write("file", "x");
+    CProcess child;
+    StartChild(child, "HoldAsTold", {folder / "file"});
+    child.WriteInput(std::to_string(CFile::modeReadWrite | CFile::shareExclusive) + "\n");
+    ASSERT_EQ(LineFrom(child), "1");
+    CFile file;
+    EXPECT_FALSE(file.Open(folder / "file", CFile::modeRead | CFile::shareDenyNone));
+    child.Kill();
+    child.Wait();
+    EXPECT_TRUE(file.Open(folder / "file", CFile::modeReadWrite | CFile::shareExclusive));
+}
+
+/// Creates, writes, and looks whether what it wrote is still alone in the file.
+QV_CHILD(CreateAgainAndAgain) {
+    int torn = 0, made = 0;
+    std::cout << "ready" << std::endl;
+    std::cin.get();
+    for (int i = 0; i < 300; ++i) {
+        CFile file;
+        if (!file.Open(arguments.at(0).c_str(), CFile::modeCreate | CFile::modeReadWrite | CFile::shareExclusive))
+            continue;
+        ++made;
+        if (file.GetLength() != 0) ++torn;
+        file.Write("mine", 4);
+        if (file.GetLength() != 4) ++torn;
+        if (i % 2) file.CloseAndRemove();
+    }
+    std::cout << torn << " " << (made > 0) << std::endl;
+    return 0;
+}
+
+TEST(ShareModes, NobodyGetsBetweenCreatingAndGuarding) {
+    const TempFolder folder;
+    CProcess children[3];
+    for (CProcess& child : children) {
+        StartChild(child, "CreateAgainAndAgain", {folder / "contended"});
+        EXPECT_EQ(LineFrom(child), "ready");
+    }
+    for (CProcess& child : children) child.WriteInput("\n");
+    for (CProcess& child : children) EXPECT_EQ(LineFrom(child), "0 1");
+}
+
+}  // namespace

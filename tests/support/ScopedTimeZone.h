@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include "platform/Time.h"
+
+/// Gives this process a time zone for as long as it lives. False where processes have no zone of their own.
+class ScopedTimeZone {
+public:
+    explicit ScopedTimeZone(const char* name) {
+        if (const char* const before = std::getenv("TZ")) m_before = before;
+        m_set = qv::platform::UseTimeZone(name);
+    }
+    ~ScopedTimeZone() {
+        if (m_set) qv::platform::UseTimeZone(m_before ? m_before->c_str() : nullptr);
+    }
+    ScopedTimeZone(const ScopedTimeZone&) = delete;
+    ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
+
+    explicit operator bool() const { return m_set; }
+
+private:
+    std::optional<std::string> m_before;
+    bool m_set;
+};
