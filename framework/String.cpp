@@ -4,9 +4,6 @@
 
 #include "platform/Text.h"
 
-using qv::platform::CharacterLength;
-using qv::platform::CurrentCodePage;
-
 char CString::GetAt(int position) const {
     if (position < 0 || position >= GetLength()) AfxThrowInvalidArgException();
     return m_text[static_cast<std::size_t>(position)];
@@ -77,31 +74,11 @@ void CString::MakeLower() {
 }
 
 void CString::TrimLeft() {
-    const auto page = CurrentCodePage();
-    std::size_t start = 0;
-    while (start < m_text.size()) {
-        const std::size_t length = CharacterLength(m_text, start, page);
-        if (!qv::platform::IsSpace(std::string_view(m_text).substr(start, length))) break;
-        start += length;
-    }
-    m_text.erase(0, start);
+    m_text.erase(0, m_text.size() - qv::platform::TrimmedLeft(m_text).size());
 }
 
 void CString::TrimRight() {
-    if (CurrentCodePage() == qv::platform::CodePage::SingleByte) {
-        while (!m_text.empty() && qv::platform::IsSpace(std::string_view(m_text).substr(m_text.size() - 1)))
-            m_text.pop_back();
-        return;
-    }
-    // Characters of several bytes are only found from the front.
-    const auto page = CurrentCodePage();
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < m_text.size();) {
-        const std::size_t length = CharacterLength(m_text, i, page);
-        if (!qv::platform::IsSpace(std::string_view(m_text).substr(i, length))) kept = i + length;
-        i += length;
-    }
-    m_text.resize(kept);
+    m_text.resize(qv::platform::TrimmedRight(m_text).size());
 }
 
 int CString::CompareNoCase(std::string_view other) const {

@@ -6,6 +6,7 @@
 /// Windows-1252 and a UTF-8 locale as UTF-8. All functions follow a change of the locale made before the call. None
 /// raises anything but std::bad_alloc.
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -27,13 +28,36 @@ QVCOMMON_INTERNAL_API CodePage CurrentCodePage();
 QVCOMMON_INTERNAL_API std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page);
 
 /// In upper or lower case, whole characters at a time; the length may change.
-std::string ToUpper(std::string_view text);
-std::string ToLower(std::string_view text);
+QVCOMMON_INTERNAL_API std::string ToUpper(std::string_view text);
+QVCOMMON_INTERNAL_API std::string ToLower(std::string_view text);
+
+enum class Case { Lower, Upper };
+
+/// The case rules of the bytes that are characters by themselves.
+struct ByteCase {
+    /// Bytes that are only part of characters stand for themselves.
+    std::array<unsigned char, 256> map;
+    /// False when some byte becomes a longer character, which the map cannot say (a Turkish "i" in UTF-8).
+    bool complete;
+};
+ByteCase CaseOfBytes(Case which);
+
+/// A character in upper or lower case, as a number: two characters have the same one only if that case gives them the same
+/// bytes.
+struct CasedCharacter {
+    char32_t code;
+    std::size_t length;  ///< of the character as it stands in the text, in bytes
+};
+CasedCharacter ReadCased(std::string_view text, std::size_t position, CodePage page, Case which);
 
 /// A letter, by the code page; white space, by the current locale (the non-breaking space is none). Both take one whole
 /// character, as CharacterLength measures it.
 bool IsLetter(std::string_view character);
 bool IsSpace(std::string_view character);
+
+/// The text without the white space at its start, or end.
+std::string_view TrimmedLeft(std::string_view text);
+std::string_view TrimmedRight(std::string_view text);
 
 /// The order of two texts under the locale's collation: < 0, 0, > 0.
 int Collate(std::string_view a, std::string_view b);

@@ -15,8 +15,103 @@ public:
     virtual ~CStringHelper() = default;
 
     // Comparing and searching (core/StringHelperCompare.cpp)
+    //
+    // Texts that are compared without regard to case are equal when their lower-case forms are, as CString::CompareNoCase
+    // has it. An element "matches" a text when it equals it, or, with a no-case flag, when it does so without regard to case.
+    // Members that look up many texts take time in line with the number of elements, not with its square.
+
+    /// 1 if the texts are equal, else 0.
+    static int Equals(std::string_view a, std::string_view b, int caseSensitive);
+    /// The same after every carriage return has been taken out of both.
+    static int EqualIgnoreNewlineType(std::string_view a, std::string_view b, int caseSensitive);
+
+    /// 1 if the first bytes of the text, as many as the prefix has, equal it; every text starts with the empty one.
+    static int StartsWith(std::string_view text, std::string_view prefix, int caseSensitive);
+    /// On success `rest` is what follows the prefix; otherwise it is left alone.
+    static int StartsWith(std::string_view text, std::string_view prefix, CString& rest, int caseSensitive);
+    static int EndsWith(std::string_view text, std::string_view suffix, int caseSensitive);
+
+    /// 1 if some element matches the text.
+    static int Find(const CStringArray& texts, std::string_view text, int noCase);
+    /// 1 if some element of `wanted` matches one of `texts`.
+    static int Find(const CStringArray& texts, const CStringArray& wanted, int noCase);
+    /// The index of the first matching element AFTER position `start` (-1 begins at the first); -1 if there is none.
+    static int GetIndex(const CStringArray& texts, std::string_view text, int noCase, int start);
+    /// How many elements equal the text, case and all.
+    static int GetCount(const CStringArray& texts, std::string_view text);
+
+    /// 1 if every element of each array matches one of the other: equal as sets, whatever the order and repetitions.
+    static int EqualContents(const CStringArray& a, const CStringArray& b, int noCase);
+    /// Sorts the elements of two arrays, case and all, into those only in the old one (`removed`), those in both, and
+    /// those only in the new one (`added`); the results are appended to the output arrays. An old element that stands in
+    /// the new array several times is kept once, with the first of them.
+    static void CompareContents(const CStringArray& oldTexts, const CStringArray& newTexts, CStringArray& removed,
+                                CStringArray& kept, CStringArray& added);
+    /// The same by index: `keptInOld` and `keptInNew` are the two indexes of each kept text.
+    static void CompareContents(const CStringArray& oldTexts, const CStringArray& newTexts, CUIntArray& removed,
+                                CUIntArray& keptInOld, CUIntArray& keptInNew, CUIntArray& added);
+    /// For every text of `chosen` that stands in `all`, case and all, sets the flag at its first index to 1. Other flags
+    /// are left alone. @throws CInvalidArgException* when `flags` is too short for an index to be set.
+    static void SetInstanceOf(const CStringArray& all, const CStringArray& chosen, CUIntArray& flags);
+
+    /// How often `find` occurs, case and all, each search going on after the occurrence before; 0 for an empty `find`.
+    static int CountOf(std::string_view text, std::string_view find);
+    static int CountOf(std::string_view text, char c);
+
+    /// 1 if the text is its own lower-case (upper-case) form; a text without letters is both.
+    static int IsLowerCase(std::string_view text);
+    static int IsUpperCase(std::string_view text);
+    /// 1 if the text is not empty and every byte is a decimal digit.
+    static int IsNumeric(std::string_view text);
+    /// 1 for 38 bytes that start with "{", end with "}" and have "-" at positions 9, 14 and 19. Nothing else is looked at.
+    static int IsGuid(std::string_view text);
+    /// 1 for 36 bytes that have "-" at positions 8, 13 and 18. Nothing else is looked at.
+    static int IsBracelessGuid(std::string_view text);
 
     // Case and white space (core/StringHelperCase.cpp)
+    //
+    // Letters, case and white space are those of the current locale; digits are 0 to 9. In a code page with characters of
+    // several bytes "byte" means character here: none is torn.
+
+    /// The text in lower case, its first byte in upper case.
+    static CString MakeSentenceCase(std::string_view text);
+    /// The same, and after every space the next letter in upper case, whatever stands between.
+    static CString MakeTitleCase(std::string_view text);
+    /// Puts the first byte of every word into upper case. Words are parted by white space and by the bytes of `separators`.
+    /// @param keepCapitals  not zero: words all in upper case stay as they are.
+    /// @param keepRest  zero: the rest of each word is put into lower case.
+    static CString MakeTitleCase(std::string_view text, int keepCapitals, int keepRest, std::string_view separators);
+
+    /// Without white space at either end.
+    static CString TrimString(std::string_view text);
+    static void TrimItems(CStringArray& texts);
+    static void TrimStringArray(CStringArray& texts) { TrimItems(texts); }
+    /// Removes the elements that consist of white space, or of nothing.
+    static void RemoveBlanks(CStringArray& texts);
+
+    /// Every line end, be it CR LF, CR or LF, as CR LF.
+    static CString GetEditFriendlyNewlines(std::string_view text);
+    /// Every CR as CR LF, also one that an LF follows already: CR LF becomes CR LF LF.
+    static CString PrintableNewlines(std::string_view text);
+    /// So many tabs, the text, and an LF if `newline` is not zero.
+    static CString GetIndentedString(std::string_view text, int tabs, int newline);
+
+    /// Removes every occurrence of each of the characters and returns how many there were.
+    static int StripChars(CString& text, std::string_view characters);
+    /// Every byte that is neither letter nor digit as "_".
+    static CString ValidateParameter(std::string_view text);
+    /// The number of runs of letters and digits.
+    static int GetWordCount(std::string_view text);
+
+    /// Both texts, with the separator between them unless one of them is empty.
+    static CString AddString(std::string_view text, std::string_view addition, std::string_view separator);
+    /// The formatted text (see Format.h).
+    template <class... A>
+    static CString Format(qv::FormatText<std::type_identity_t<A>...> format, const A&... values) {
+        CString text;
+        text.Format(format, values...);
+        return text;
+    }
 
     // Lists of texts (core/StringHelperLists.cpp, core/StringHelperDuplicates.cpp)
     //
@@ -205,8 +300,87 @@ public:
     static CString SimpleDecrypt(std::string_view coded, std::string_view key);
 
     // Cutting at markers (core/StringHelperMarkers.cpp)
+    //
+    // Markers are matched case and all, but where a flag says otherwise. An empty marker is found where the search starts.
+    // Members that return int return 1 if the marker was found, else 0 and change nothing.
+
+    /// Keeps what stands BEFORE the marker's first occurrence.
+    static int StripBefore(CString& text, std::string_view marker);
+    /// Keeps what stands AFTER the marker's first occurrence.
+    static int StripAfter(CString& text, std::string_view marker);
+    /// `head` gets what stands before the marker's first occurrence, `text` keeps what follows it.
+    static int StripLeft(CString& text, std::string_view marker, CString& head);
+    /// Removes the characters of the set from the start of the text.
+    static void StripFromLeft(CString& text, std::string_view characters);
+    /// The text up to the marker's first occurrence; all of it without one.
+    static CString RemoveAfter(std::string_view text, std::string_view marker, int noCase);
+    /// What stands between the first start marker and the end marker that follows it, or the end of the source. Without a
+    /// start marker the result is empty and the source is left alone. When the end marker was found and `consumeEnd` is not
+    /// zero, the source keeps what follows the end marker; otherwise, when `consumeStart` is not zero, what follows the
+    /// start marker. Each call that consumes moves the rest of the source to its front.
+    static CString GetStringBetween(CString& source, std::string_view startMarker, std::string_view endMarker,
+                                    int consumeStart, int consumeEnd);
+    /// 1 if the start marker occurs and no end marker stands before its first occurrence or at it.
+    static int IsStringInRange(std::string_view text, std::string_view startMarker, std::string_view endMarker);
+    /// 1 if the word occurs with a space after it, or if its FIRST occurrence ends the text. What stands before the word is
+    /// not looked at: "concat " holds the word "cat".
+    static int FindWholeWord(std::string_view text, std::string_view word);
 
     // Finding and replacing (core/StringHelperReplace.cpp)
 
+    /// The place in `text`, at or after `start`, where `find` stands when both are compared in upper case; -1 if nowhere.
+    /// Only whole characters match. The empty text is found at `start`. Time grows with the way to the result, whatever
+    /// the texts look like.
+    static int FindNoCase(std::string_view text, std::string_view find) { return FindNoCase(text, find, 0); }
+    static int FindNoCase(std::string_view text, std::string_view find, int start);
+
+    /// Replaces occurrences found by FindNoCase from left to right; each search goes on one character after the place of
+    /// the last one, so into the replacement and what has come to stand behind it. (An empty replacement thus keeps what
+    /// follows the removed text from being removed next to it.) A replacement that holds `find` anywhere but at its start
+    /// would never end: then each occurrence in the text is replaced once and the replacements are not searched. An empty
+    /// `find` changes nothing.
+    static void ReplaceNoCase(CString& text, std::string_view find, std::string_view replacement);
+
+    /// Replaces all occurrences, case and all, pass after pass from left to right, until a pass finds none: two spaces
+    /// replaced by one leave no two spaces anywhere. A replacement that holds `find` would never end: it gets one pass. One
+    /// that is no shorter than `find` may go on for very long, or for ever ("ab" by "bbaa"): it ends where it stands when
+    /// the passes after the first have written 4 MB and 16 times the text. An empty `find` changes nothing.
+    ///
+    /// Time grows with the text and, after the first pass, with the number of replacements times the length of both texts.
+    static void ReplaceAll(CString& text, std::string_view find, std::string_view replacement);
+
+    /// Replaces what stands between each start marker and the next end marker, from left to right; both markers stay, and
+    /// the search goes on at the end marker, which may thus be the next start marker. A start marker without an end marker
+    /// after it is left alone; an empty start marker is found nowhere.
+    static CString ReplaceBetween(std::string_view text, std::string_view startMarker, std::string_view endMarker,
+                                  std::string_view replacement);
+
+    /// The text in lines of at most `width` bytes, for display: trimmed, broken at the last space that fits, else after
+    /// `width` bytes or the last whole character that fits. Line ends of the text stay; all of them become CR LF. What is
+    /// left after a break is not broken again when it is no longer than `width`, line ends included. A width below 1
+    /// counts as 1; a line always takes at least one character.
+    static CString MakeMultiLine(std::string_view text, int width);
+
     // Addresses and forms (core/StringHelperUrl.cpp)
+
+    /// 0 for letters, digits and ! ' ( ) * - . / : _ ~, else 1.
+    static int IsUnsafeUrlChar(char c);
+    /// As a form sends it (application/x-www-form-urlencoded): a space as "+", every other unsafe byte as "%" and two
+    /// lower-case hexadecimal digits. "a,b & c" becomes "a%2cb+%26+c".
+    static CString Escape(std::string_view text);
+    /// The inverse, in place. A "%" without two hexadecimal digits becomes "?": when the first is missing the character in
+    /// its place goes, when the second is missing both go; at the end of the text what is left of the escape goes.
+    static void Unescape(CString& text);
+    /// Decodes "%" and two hexadecimal digits, from left to right; "+" stays. Each sequence is decoded wherever it stands in
+    /// the text at that moment, and the walk goes on at the position where it was found: what decoding puts together there
+    /// is decoded in turn, so "%2541" becomes "A". A "%" without two hexadecimal digits stays.
+    static CString UnEscapeUrl(std::string_view text);
+    /// Splits a form's fields, "name=value&name=value", unescapes both halves and appends them to the arrays. The first "="
+    /// parts them; fields without one are left out.
+    static void ParseRawHttpParams(std::string_view text, CStringArray& names, CStringArray& values);
+    /// The path of a file address: "file:" and the slashes after it are removed, case aside; a text without "file:" keeps
+    /// its slashes. When `unescape` is not zero the text is decoded by UnEscapeUrl first; when `backslashes` is not zero
+    /// every "/" becomes "\". If no file or folder of that name (up to the first "#") exists, but one with "\" before it
+    /// does, that is put before it. The part from "#" on stays in every case.
+    static CString RemoveFileProtocol(std::string_view text, int unescape, int backslashes);
 };

@@ -35,13 +35,13 @@ bool IsPlainC() {
 }
 
 // Windows-1252 keeps its pairs of letters 32 apart, but for four.
-unsigned char LowerWindows1252(unsigned char byte) {
+constexpr unsigned char LowerWindows1252(unsigned char byte) {
     if ((byte >= 'A' && byte <= 'Z') || (byte >= 0xC0 && byte <= 0xDE && byte != 0xD7)) return byte + 32;
     if (byte == 0x8A || byte == 0x8C || byte == 0x8E) return byte + 16;
     return byte == 0x9F ? 0xFF : byte;
 }
 
-unsigned char UpperWindows1252(unsigned char byte) {
+constexpr unsigned char UpperWindows1252(unsigned char byte) {
     if ((byte >= 'a' && byte <= 'z') || (byte >= 0xE0 && byte <= 0xFE && byte != 0xF7)) return byte - 32;
     if (byte == 0x9A || byte == 0x9C || byte == 0x9E) return byte - 16;
     return byte == 0xFF ? 0x9F : byte;
@@ -51,6 +51,9 @@ bool IsLetterWindows1252(unsigned char byte) {
     return LowerWindows1252(byte) != byte || UpperWindows1252(byte) != byte || byte == 0x83 || byte == 0xAA ||
            byte == 0xB5 || byte == 0xBA || byte == 0xDF;
 }
+
+// Stray bytes get numbers beyond those of all characters.
+constexpr char32_t kStrayByte = 0x110000;
 
 struct WideCharacter {
     wchar_t code;
@@ -67,6 +70,12 @@ WideCharacter ReadLocaleCharacter(std::string_view text, std::size_t position) {
     return {code, length ? length : 1, true};
 }
 
+WideCharacter ReadCharacter(std::string_view text, std::size_t position, CodePage page) {
+    if (page != CodePage::Utf8) return ReadLocaleCharacter(text, position);
+    const Utf8Character c = DecodeUtf8(text, position);
+    return {static_cast<wchar_t>(c.code), c.length, c.wellFormed};
+}
+
 void AppendLocaleCharacter(std::string& out, wchar_t code) {
     char bytes[64];
     std::mbstate_t state{};
@@ -77,46 +86,89 @@ void AppendLocaleCharacter(std::string& out, wchar_t code) {
         out.append(bytes, length);
 }
 
-// Both cases of a text: by bytes where a byte is a character, by code point elsewhere.
-template <class ByteMap, class WideMap>
-std::string MapText(std::string_view text, unsigned char (*plain)(unsigned char), ByteMap byteMap, WideMap wideMap) {
-    const CodePage page = CurrentCodePage();
-    if (page == CodePage::Utf8)
-        return MapUtf8(text, [&](char32_t c) { return static_cast<char32_t>(wideMap(static_cast<std::wint_t>(c))); });
-    std::string out;
-    if (page == CodePage::SingleByte) {
-        const bool plainC = IsPlainC();
-        out.assign(text);
-        for (char& c : out) {
-            const auto byte = static_cast<unsigned char>(c);
-            c = static_cast<char>(plainC ? plain(byte) : byteMap(byte));
-        }
-        return out;
+wchar_t WideCase(wchar_t code, Case which) {
+    const auto wide = static_cast<std::wint_t>(code);
+    return static_cast<wchar_t>(which == Case::Upper ? std::towupper(wide) : std::towlower(wide));
+}
+
+unsigned char LocaleCase(unsigned char byte, Case which) {
+    return static_cast<unsigned char>(which == Case::Upper ? std::toupper(byte) : std::tolower(byte));
+}
+
+template <class Map>
+constexpr ByteCase MakeByteCase(int count, Map map) {
+    ByteCase result{.map = {}, .complete = true};
+    for (int byte = 0; byte < 256; ++byte) {
+        const auto old = static_cast<unsigned char>(byte);
+        result.map[old] = byte < count ? map(old) : old;
     }
+    return result;
+}
+
+constexpr unsigned char LowerAscii(unsigned char byte) {
+    return byte >= 'A' && byte <= 'Z' ? byte + 32 : byte;
+}
+constexpr unsigned char UpperAscii(unsigned char byte) {
+    return byte >= 'a' && byte <= 'z' ? byte - 32 : byte;
+}
+
+const ByteCase& CaseOfWindows1252(Case which) {
+    static constexpr ByteCase lower = MakeByteCase(256, LowerWindows1252), upper = MakeByteCase(256, UpperWindows1252);
+    return which == Case::Upper ? upper : lower;
+}
+
+// Only the letter I has rules of its own in some languages; there the bytes do not tell the whole truth.
+ByteCase CaseOfAscii(Case which) {
+    static constexpr ByteCase lower = MakeByteCase(128, LowerAscii), upper = MakeByteCase(128, UpperAscii);
+    ByteCase result = which == Case::Upper ? upper : lower;
+    result.complete = WideCase(L'i', Case::Upper) == L'I' && WideCase(L'I', Case::Lower) == L'i';
+    return result;
+}
+
+void AppendCased(std::string& out, std::string_view text, std::size_t& position, CodePage page, Case which) {
+    const WideCharacter c = ReadCharacter(text, position, page);
+    if (!c.wellFormed)
+        out += text[position];
+    else if (page == CodePage::Utf8)
+        AppendUtf8(out, static_cast<char32_t>(WideCase(c.code, which)));
+    else
+        AppendLocaleCharacter(out, WideCase(c.code, which));
+    position += c.length;
+}
+
+std::size_t AsciiEnd(std::string_view text, std::size_t position) {
+    while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80) ++position;
+    return position;
+}
+
+void AppendMapped(std::string& out, std::string_view text, const ByteCase& bytes) {
+    const std::size_t start = out.size();
+    out.append(text);
+    for (std::size_t i = start; i < out.size(); ++i)
+        out[i] = static_cast<char>(bytes.map[static_cast<unsigned char>(out[i])]);
+}
+
+std::string MapText(std::string_view text, Case which) {
+    const CodePage page = CurrentCodePage();
+    const ByteCase bytes = CaseOfBytes(which);
+    std::string out;
+    out.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
-        const WideCharacter c = ReadLocaleCharacter(text, i);
-        if (c.wellFormed)
-            AppendLocaleCharacter(out, static_cast<wchar_t>(wideMap(static_cast<std::wint_t>(c.code))));
-        else
-            out += text[i];
-        i += c.length;
+        std::size_t end = i;
+        if (page == CodePage::SingleByte)
+            end = text.size();
+        else if (bytes.complete)
+            end = AsciiEnd(text, i);
+        AppendMapped(out, text.substr(i, end - i), bytes);
+        i = end;
+        if (i < text.size()) AppendCased(out, text, i, page, which);
     }
     return out;
 }
 
-bool TestCharacter(std::string_view character, bool (*plain)(unsigned char), int (*byteTest)(int),
-                   int (*wideTest)(std::wint_t)) {
-    if (character.empty()) return false;
-    const CodePage page = CurrentCodePage();
-    const auto byte = static_cast<unsigned char>(character[0]);
-    if (page == CodePage::SingleByte) return IsPlainC() ? plain(byte) : byteTest(byte) != 0;
-    if (byte < 0x80) return byteTest(byte) != 0;
-    if (page == CodePage::Utf8) {
-        const Utf8Character c = DecodeUtf8(character, 0);
-        return c.wellFormed && wideTest(static_cast<std::wint_t>(c.code)) != 0;
-    }
-    const WideCharacter c = ReadLocaleCharacter(character, 0);
-    return c.wellFormed && wideTest(static_cast<std::wint_t>(c.code)) != 0;
+bool TestWide(std::string_view character, CodePage page, int (*test)(std::wint_t)) {
+    const WideCharacter c = ReadCharacter(character, 0, page);
+    return c.wellFormed && test(static_cast<std::wint_t>(c.code)) != 0;
 }
 
 }  // namespace
@@ -133,22 +185,42 @@ std::size_t CharacterLength(std::string_view text, std::size_t position, CodePag
 }
 
 std::string ToUpper(std::string_view text) {
-    return MapText(
-        text, UpperWindows1252, [](int c) { return std::toupper(c); }, [](std::wint_t c) { return std::towupper(c); });
+    return MapText(text, Case::Upper);
 }
 
 std::string ToLower(std::string_view text) {
-    return MapText(
-        text, LowerWindows1252, [](int c) { return std::tolower(c); }, [](std::wint_t c) { return std::towlower(c); });
+    return MapText(text, Case::Lower);
+}
+
+ByteCase CaseOfBytes(Case which) {
+    if (CurrentCodePage() != CodePage::SingleByte) return CaseOfAscii(which);
+    if (IsPlainC()) return CaseOfWindows1252(which);
+    return MakeByteCase(256, [which](unsigned char byte) { return LocaleCase(byte, which); });
+}
+
+CasedCharacter ReadCased(std::string_view text, std::size_t position, CodePage page, Case which) {
+    const auto byte = static_cast<unsigned char>(text[position]);
+    if (page == CodePage::SingleByte) return {CaseOfBytes(which).map[byte], 1};
+    const WideCharacter c = ReadCharacter(text, position, page);
+    if (!c.wellFormed) return {kStrayByte + byte, 1};
+    return {static_cast<char32_t>(WideCase(c.code, which)), c.length};
 }
 
 bool IsLetter(std::string_view character) {
-    return TestCharacter(character, IsLetterWindows1252, ::isalpha, ::iswalpha);
+    if (character.empty()) return false;
+    const auto byte = static_cast<unsigned char>(character[0]);
+    if (byte < 0x80) return UpperAscii(byte) != LowerAscii(byte);
+    const CodePage page = CurrentCodePage();
+    if (page != CodePage::SingleByte) return TestWide(character, page, ::iswalpha);
+    return IsPlainC() ? IsLetterWindows1252(byte) : std::isalpha(byte) != 0;
 }
 
 bool IsSpace(std::string_view character) {
-    return TestCharacter(
-        character, [](unsigned char byte) { return std::isspace(byte) != 0; }, ::isspace, ::iswspace);
+    if (character.empty()) return false;
+    const auto byte = static_cast<unsigned char>(character[0]);
+    if (byte < 0x80) return byte == ' ' || (byte >= '\t' && byte <= '\r');
+    const CodePage page = CurrentCodePage();
+    return page == CodePage::SingleByte ? std::isspace(byte) != 0 : TestWide(character, page, ::iswspace);
 }
 
 std::u16string ToWide(std::string_view text) {

@@ -1,0 +1,45 @@
+#pragma once
+
+/// @file Walking through a text by characters, and sets of them.
+
+#include <array>
+#include <string_view>
+#include <unordered_set>
+
+#include "platform/Text.h"
+
+namespace qv {
+
+/// Calls `visit` with every character of the text, in order.
+template <class Visit>
+void ForEachCharacter(std::string_view text, Visit visit) {
+    const platform::CodePage page = platform::CurrentCodePage();
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = platform::CharacterLength(text, i, page);
+        visit(text.substr(i, length));
+        i += length;
+    }
+}
+
+/// The characters of a text, which has to stay as it is.
+class CharacterSet {
+public:
+    explicit CharacterSet(std::string_view characters) {
+        ForEachCharacter(characters, [this](std::string_view c) {
+            if (c.size() == 1)
+                m_bytes[static_cast<unsigned char>(c[0])] = true;
+            else
+                m_longer.insert(c);
+        });
+    }
+
+    bool Contains(std::string_view character) const {
+        return character.size() == 1 ? m_bytes[static_cast<unsigned char>(character[0])] : m_longer.contains(character);
+    }
+
+private:
+    std::array<bool, 256> m_bytes{};
+    std::unordered_set<std::string_view> m_longer;
+};
+
+}  // namespace qv

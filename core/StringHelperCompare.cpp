@@ -1,0 +1,156 @@
+#include <algorithm>
+
+#include "core/CaseRule.h"
+#include "core/TextIndex.h"
+#include "qvcommon/StringHelper.h"
+
+using qv::AreEqual;
+using qv::CaseRule;
+using qv::CaseRuleFor;
+using qv::TextIndex;
+
+namespace {
+
+bool AreEqual(std::string_view a, std::string_view b, int caseSensitive) {
+    return qv::AreEqual(a, b, CaseRuleFor(!caseSensitive));
+}
+
+CString WithoutCarriageReturns(std::string_view text) {
+    CString copy(text);
+    copy.Remove('\r');
+    return copy;
+}
+
+void AppendAt(CStringArray& out, const CStringArray& texts, const CUIntArray& indexes) {
+    for (const UINT index : indexes) out.Add(texts[static_cast<int>(index)]);
+}
+
+bool HasHyphensAt(std::string_view text, std::initializer_list<std::size_t> positions) {
+    return std::all_of(positions.begin(), positions.end(), [&](std::size_t i) { return text[i] == '-'; });
+}
+
+}  // namespace
+
+int CStringHelper::Equals(std::string_view a, std::string_view b, int caseSensitive) {
+    return AreEqual(a, b, caseSensitive);
+}
+
+int CStringHelper::EqualIgnoreNewlineType(std::string_view a, std::string_view b, int caseSensitive) {
+    return AreEqual(WithoutCarriageReturns(a), WithoutCarriageReturns(b), caseSensitive);
+}
+
+int CStringHelper::StartsWith(std::string_view text, std::string_view prefix, int caseSensitive) {
+    return text.size() >= prefix.size() && AreEqual(text.substr(0, prefix.size()), prefix, caseSensitive);
+}
+
+int CStringHelper::StartsWith(std::string_view text, std::string_view prefix, CString& rest, int caseSensitive) {
+    if (!StartsWith(text, prefix, caseSensitive)) return 0;
+    rest = CString(text.substr(prefix.size()));  // the text may be the string that gets the rest
+    return 1;
+}
+
+int CStringHelper::EndsWith(std::string_view text, std::string_view suffix, int caseSensitive) {
+    return text.size() >= suffix.size() && AreEqual(text.substr(text.size() - suffix.size()), suffix, caseSensitive);
+}
+
+int CStringHelper::Find(const CStringArray& texts, std::string_view text, int noCase) {
+    return GetIndex(texts, text, noCase, -1) >= 0;
+}
+
+int CStringHelper::Find(const CStringArray& texts, const CStringArray& wanted, int noCase) {
+    if (texts.IsEmpty() || wanted.IsEmpty()) return 0;
+    const TextIndex index(texts, CaseRuleFor(noCase));
+    return std::any_of(wanted.begin(), wanted.end(), [&](const CString& text) { return index.Find(text) >= 0; });
+}
+
+int CStringHelper::GetIndex(const CStringArray& texts, std::string_view text, int noCase, int start) {
+    const CaseRule rule = CaseRuleFor(noCase);
+    const auto& items = texts.AsStd();
+    for (std::size_t i = start < 0 ? 0 : static_cast<std::size_t>(start) + 1; i < items.size(); ++i)
+        if (AreEqual(items[i], text, rule)) return static_cast<int>(i);
+    return -1;
+}
+
+int CStringHelper::GetCount(const CStringArray& texts, std::string_view text) {
+    return static_cast<int>(std::count(texts.begin(), texts.end(), text));
+}
+
+int CStringHelper::EqualContents(const CStringArray& a, const CStringArray& b, int noCase) {
+    if (a == b) return 1;
+    const TextIndex index(a, CaseRuleFor(noCase));
+    std::vector<bool> seen(a.AsStd().size());
+    int count = 0;
+    for (const CString& text : b) {
+        const int found = index.Find(text);
+        if (found < 0) return 0;
+        auto mark = seen[static_cast<std::size_t>(found)];
+        count += !mark;
+        mark = true;
+    }
+    return count == index.DistinctCount();
+}
+
+void CStringHelper::CompareContents(const CStringArray& oldTexts, const CStringArray& newTexts, CStringArray& removed,
+                                    CStringArray& kept, CStringArray& added) {
+    CUIntArray removedAt, keptInOld, keptInNew, addedAt;
+    CompareContents(oldTexts, newTexts, removedAt, keptInOld, keptInNew, addedAt);
+    AppendAt(removed, oldTexts, removedAt);
+    AppendAt(kept, oldTexts, keptInOld);
+    AppendAt(added, newTexts, addedAt);
+}
+
+void CStringHelper::CompareContents(const CStringArray& oldTexts, const CStringArray& newTexts, CUIntArray& removed,
+                                    CUIntArray& keptInOld, CUIntArray& keptInNew, CUIntArray& added) {
+    const TextIndex index(newTexts, CaseRule::Exact);
+    std::vector<bool> seen(newTexts.AsStd().size());
+    for (int i = 0; i < oldTexts.GetSize(); ++i) {
+        const int found = index.Find(oldTexts[i]);
+        if (found < 0) {
+            removed.Add(static_cast<UINT>(i));
+            continue;
+        }
+        keptInOld.Add(static_cast<UINT>(i));
+        keptInNew.Add(static_cast<UINT>(found));
+        seen[static_cast<std::size_t>(found)] = true;
+    }
+    // A text stands in the old array exactly if the first of its like was seen.
+    for (int i = 0; i < newTexts.GetSize(); ++i)
+        if (!seen[static_cast<std::size_t>(index.FirstLike(i))]) added.Add(static_cast<UINT>(i));
+}
+
+void CStringHelper::SetInstanceOf(const CStringArray& all, const CStringArray& chosen, CUIntArray& flags) {
+    const TextIndex index(all, CaseRule::Exact);
+    for (const CString& text : chosen)
+        if (const int found = index.Find(text); found >= 0) flags.SetAt(found, 1);
+}
+
+int CStringHelper::CountOf(std::string_view text, std::string_view find) {
+    if (find.empty()) return 0;
+    int count = 0;
+    for (std::size_t at = text.find(find); at != text.npos; at = text.find(find, at + find.size())) ++count;
+    return count;
+}
+
+int CStringHelper::CountOf(std::string_view text, char c) {
+    return static_cast<int>(std::count(text.begin(), text.end(), c));
+}
+
+int CStringHelper::IsLowerCase(std::string_view text) {
+    return qv::platform::ToLower(text) == text;
+}
+
+int CStringHelper::IsUpperCase(std::string_view text) {
+    return qv::platform::ToUpper(text) == text;
+}
+
+int CStringHelper::IsNumeric(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
+}
+
+int CStringHelper::IsGuid(std::string_view text) {
+    return text.size() == 38 && text.front() == '{' && text.back() == '}' && HasHyphensAt(text, {9, 14, 19});
+}
+
+int CStringHelper::IsBracelessGuid(std::string_view text) {
+    return text.size() == 36 && HasHyphensAt(text, {8, 13, 18});
+}

@@ -1,0 +1,81 @@
+#include "qvcommon/Replacers.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Markers {
+    const char *start, *startReplace, *end, *endReplace;
+};
+
+CString Rewritten(const char* text, const Markers& markers, int caseSensitive = 0) {
+    CEscapedStringReplacer replacer;
+    replacer.SetStartFind(markers.start);
+    replacer.SetStartReplace(markers.startReplace);
+    replacer.SetEndFind(markers.end);
+    replacer.SetEndReplace(markers.endReplace);
+    replacer.SetCaseSentitive(caseSensitive);
+    const CEscapedStringReplacer copy = replacer;
+    CEscapedStringReplacer assigned;
+    assigned = copy;
+    return assigned.ReplaceEscapes(text);
+}
+
+TEST(Replacers, RewriteRegions) {
+    struct Row {
+        const char* text;
+        Markers markers;
+        const char* result;
+    };
+    for (const Row& row : {Row{"a[b]c[d]", {"[", "(", "]", ")"}, "a(b)c(d)"}, Row{"a[b", {"[", "(", "]", ")"}, "a(b"},
+                           Row{"a]b", {"[", "(", "]", ")"}, "a]b"}, Row{"a%b%c%d", {"%", "<", "%", ">"}, "a<b><c><d"},
+                           Row{"x<B>y</b>z", {"<b>", "*", "</B>", "*"}, "x*y*z"},
+                           Row{"abc", {"", "(", "b", ")"}, "abc"}, Row{"a[b[", {"[", "(", "", ")"}, "a()b()"},
+                           // The end marker starts with the start marker: the next search finds that again.
+                           Row{"%a%%b", {"%", "<", "%%", ">"}, "<a><%b"}})
+        EXPECT_EQ(Rewritten(row.text, row.markers), row.result) << row.text;
+    EXPECT_EQ(Rewritten("x<B>y</b>z<b>k</B>", {"<b>", "*", "</B>", "*"}, 1), "x<B>y</b>z*k*");
+}
+
+TEST(Replacers, StripTags) {
+    CStripTag tags;
+    EXPECT_EQ(tags.ReplaceEscapes("a<b>c"), "a c");
+    EXPECT_EQ(tags.ReplaceEscapes("abc"), "abc");
+    EXPECT_EQ(tags.ReplaceEscapes("a<b"), "ab");
+    EXPECT_EQ(tags.GetStartFind(), "<");
+    EXPECT_EQ(tags.GetEndReplace(), "");
+}
+
+TEST(Replacers, CollectInnerTexts) {
+    CStringArray texts{"old"};
+    CGetEscapedStrings collector(texts);
+    collector.SetStartFind("[");
+    collector.SetEndFind("]");
+    EXPECT_EQ(collector.ReplaceEscapes("x[1]y[2]z"), "xyz");
+    EXPECT_EQ(texts, (CStringArray{"old", "1", "2"}));
+}
+
+TEST(Replacers, MarkersMayChangeDuringTheWalk) {
+    class Changing : public CEscapedStringReplacer {
+        CString GetEscapedText(std::string_view inner) override {
+            SetStartFind(std::string(100, '['));
+            SetEndReplace("!");
+            return inner;
+        }
+    } replacer;
+    replacer.SetStartFind("[");
+    replacer.SetEndFind("]");
+    EXPECT_EQ(replacer.ReplaceEscapes("[1][2]"), "1!2!");
+}
+
+TEST(Replacers, LongTextsEndInTime) {
+    constexpr std::size_t size = 1 << 20;
+    const std::string open(size, '<'), closed(size, 'a');
+    CStripTag tags;
+    EXPECT_EQ(tags.ReplaceEscapes(open).GetLength(), static_cast<int>(size - 1));
+    const std::string half = closed.substr(size / 2);
+    EXPECT_GT(Rewritten(closed.c_str(), {"a", "", half.c_str(), ""}).GetLength(), 0);
+    EXPECT_GT(Rewritten(closed.c_str(), {half.c_str(), "x", half.c_str(), "y"}, 1).GetLength(), 0);
+}
+
+}  // namespace

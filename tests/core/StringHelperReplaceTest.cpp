@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "qvcommon/StringHelper.h"
+#include "tests/support/ScopedLocale.h"
+#include "tests/support/TextOracles.h"
+
+namespace {
+
+using H = CStringHelper;
+
+CString Replaced(std::string_view text, std::string_view find, std::string_view replacement) {
+    CString copy(text);
+    H::ReplaceAll(copy, find, replacement);
+    return copy;
+}
+
+CString ReplacedNoCase(std::string_view text, std::string_view find, std::string_view replacement) {
+    CString copy(text);
+    H::ReplaceNoCase(copy, find, replacement);
+    return copy;
+}
+
+/// A text of up to `maximum` pieces, few enough for occurrences to be common.
+std::string RandomText(std::mt19937& random, const std::vector<std::string>& pieces, std::size_t maximum) {
+    std::string text;
+    for (std::size_t count = random() % (maximum + 1); count > 0; --count) text += pieces[random() % pieces.size()];
+    return text;
+}
+
+void CompareFinding(const std::string& text, const std::string& find, std::size_t start) {
+    const auto found = oracle::FindNoCase(text, find, start);
+    EXPECT_EQ(H::FindNoCase(text, find, static_cast<int>(start)), found ? static_cast<int>(found->position) : -1);
+}
+
+void CompareReplacing(const std::string& text, const std::string& find, const std::string& replacement) {
+    const auto noCase = oracle::ReplaceNoCase(text, find, replacement);
+    if (noCase && !oracle::FindNoCase(replacement, find, 1)) {
+        EXPECT_EQ(ReplacedNoCase(text, find, replacement).AsStd(), *noCase);
+    }
+    if (replacement.find(find) != replacement.npos) return;
+    if (const auto all = oracle::ReplaceAll(text, find, replacement)) {
+        EXPECT_EQ(Replaced(text, find, replacement).AsStd(), *all);
+    }
+}
+
+void CompareWithOracles(const std::vector<std::string>& pieces, int rounds) {
+    std::mt19937 random(7);
+    for (int round = 0; round < rounds; ++round) {
+        const std::string text = RandomText(random, pieces, 14), find = RandomText(random, pieces, 4),
+                          replacement = RandomText(random, pieces, 4);
+        SCOPED_TRACE(text + " | " + find + " | " + replacement);
+        CompareFinding(text, find, RandomText(random, pieces, 1).size());
+        CompareFinding(text, find, 0);
+        if (!find.empty()) CompareReplacing(text, find, replacement);
+    }
+}
+
+TEST(StringHelperReplace, AgreesWithTheRulesStepByStep) {
+    const ScopedLocale plain("C");
+    CompareWithOracles({"a", "b"}, 20000);
+    CompareWithOracles({"a", "A", "b", "\xE9", "\xC9", "i", "S"}, 20000);
+}
+
+TEST(StringHelperReplace, AgreesWithTheRulesByCharacters) {
+    const Utf8Locale utf8;
+    if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
+    CompareWithOracles({"a", "A", "\u00E4", "\u00C4", "i", "\u0131", "S", "\u017F", "\u2C65", "\u023A"}, 40000);
+}
+
+TEST(StringHelperReplace, FindsWithoutCase) {
+    EXPECT_EQ(H::FindNoCase("Hello World", "WORLD"), 6);
+    EXPECT_EQ(H::FindNoCase("abcABC", "bC", 2), 4);
+    EXPECT_EQ(H::FindNoCase("abc", "", 3), 3);
+    EXPECT_EQ(H::FindNoCase("abc", "", 4), -1);
+    EXPECT_EQ(H::FindNoCase("abc", "c", -5), 2);
+    EXPECT_EQ(H::FindNoCase("abc", "abcd"), -1);
+}
+
+TEST(StringHelperReplace, FindsPlacesOfTheTextThatWasGiven) {
+    const Utf8Locale utf8;
+    if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
+    // Upper-casing shortens what stands before, and what is found.
+    EXPECT_EQ(H::FindNoCase("\u0131\u017F\u2C65 M\u0131\u017F\u017F x", "miss"), 8);
+    EXPECT_EQ(H::FindNoCase("\xA9\u00E9", "\xA9", 1), -1);
+    CString text = "M\u0131\u017F\u017F";
+    H::ReplaceNoCase(text, "iS", "*");
+    EXPECT_EQ(text, "M*\u017F");
+}
+
+TEST(StringHelperReplace, FindsAcrossBlocksAndWindows) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 300; ++round) {
+        std::string text(random() % 9000, 'x');
+        for (char& c : text) c = "stoneSTONE"[random() % 10];
+        const std::string find = text.substr(random() % (text.size() + 1), 1 + random() % 40);
+        if (find.empty()) continue;
+        CString upper(text), wanted(find);
+        upper.MakeUpper(), wanted.MakeUpper();
+        EXPECT_EQ(H::FindNoCase(text, find), upper.Find(wanted));
+    }
+}
+
+TEST(StringHelperReplace, ReplacesUntilNoneIsLeft) {
+    EXPECT_EQ(Replaced("a    b  c", "  ", " "), "a b c");
+    EXPECT_EQ(Replaced("aaabbb", "ab", ""), "");
+    EXPECT_EQ(Replaced("aab", "ab", "ba"), "baa");
+    EXPECT_EQ(Replaced("abc", "", "x"), "abc");
+    EXPECT_EQ(Replaced("a&b", "&", "&amp;"), "a&amp;b");  // holds what is sought: one pass
+    CString self = "aXbX";
+    H::ReplaceAll(self, self.Mid(1, 1), self.Left(0));
+    EXPECT_EQ(self, "ab");
+}
+
+TEST(StringHelperReplace, EndsInTimeForLongTexts) {
+    constexpr std::size_t size = 1 << 20;
+    const std::string blanks(size, ' '), half(size / 2, 'a'), tail(size / 2, 'b');
+    EXPECT_EQ(Replaced(blanks, "  ", " "), " ");
+    EXPECT_EQ(Replaced(half + tail, "ab", ""), "");
+    EXPECT_EQ(Replaced("a" + tail, "ab", "a"), "a");
+    EXPECT_EQ(Replaced("aba" + half, "aba", "ab"), "ab");
+    EXPECT_EQ(ReplacedNoCase(half, "A", "aa").GetLength(), static_cast<int>(size));
+    EXPECT_EQ(H::FindNoCase(half, half.substr(0, size / 4) + "b"), -1);
+    const std::string prefix(size / 4, 'p');
+    EXPECT_EQ(ReplacedNoCase(prefix + tail, prefix + "b", "y" + prefix).AsStd(), std::string(size / 2, 'y') + prefix);
+    // For ever, and long before that past every memory.
+    EXPECT_GT(Replaced("aabb", "ab", "bbaa").GetLength(), 4);
+    EXPECT_GT(Replaced(std::string(64, 'a') + 'b', "ab", "bba").GetLength(), 65);
+}
+
+TEST(StringHelperReplace, ReplacementsWithoutCaseGoOnOneBehindTheLast) {
+    EXPECT_EQ(ReplacedNoCase("One oNE", "one", "1"), "1 1");
+    EXPECT_EQ(ReplacedNoCase("abab", "ab", ""), "ab");      // the second has moved to where the first stood
+    EXPECT_EQ(ReplacedNoCase("abb", "AB", "xa"), "xxa");    // the end of the replacement begins the next
+    EXPECT_EQ(ReplacedNoCase("aA", "a", "(a)"), "(a)(a)");  // would never end: once each
+    EXPECT_EQ(ReplacedNoCase("cat", "CAT", "Cats"), "Cats");
+}
+
+TEST(StringHelperReplace, ReplacesBetweenMarkers) {
+    struct Row {
+        const char *text, *start, *end, *result;
+    };
+    for (const Row& row :
+         {Row{"a<1>b<2>c", "<", ">", "a<X>b<X>c"}, Row{"a<1", "<", ">", "a<1"}, Row{"><1>", "<", ">", "><X>"},
+          Row{"a%b%c%d", "%", "%", "a%X%X%d"}, Row{"a<<1>", "<", ">", "a<X>"}, Row{"ab", "", "b", "ab"},
+          Row{"<a<", "<", "", "<Xa<X"}, Row{"<!-->", "<!--", "-->", "<!-->"}})
+        EXPECT_EQ(H::ReplaceBetween(row.text, row.start, row.end, "X"), row.result) << row.text;
+}
+
+TEST(StringHelperReplace, WrapsLines) {
+    struct Row {
+        const char* text;
+        int width;
+        const char* result;
+    };
+    for (const Row& row : {Row{"the quick brown", 10, "the quick\r\nbrown"}, Row{"abcdefgh", 3, "abc\r\ndef\r\ngh"},
+                           Row{" a\r\nbc def ghi ", 4, "a\r\nbc\r\ndef\r\nghi"}, Row{"ab cd", 5, "ab cd"},
+                           Row{"ab\n cdef", 3, "ab\r\n cd\r\nef"}, Row{"a\rb", 1, "a\r\n\r\r\nb"},
+                           Row{"abc", 0, "a\r\nb\r\nc"}, Row{"abc", 2147483647, "abc"}, Row{"", 5, ""}})
+        EXPECT_EQ(H::MakeMultiLine(row.text, row.width), row.result) << row.text;
+}
+
+TEST(StringHelperReplace, WrapsWholeCharacters) {
+    const Utf8Locale utf8;
+    if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
+    EXPECT_EQ(H::MakeMultiLine("a\u00E9\u20AC\u20ACb", 4), "a\u00E9\r\n\u20AC\r\n\u20ACb");
+    EXPECT_EQ(H::MakeMultiLine("\u20AC\u20AC", 1), "\u20AC\r\n\u20AC");
+}
+
+}  // namespace
