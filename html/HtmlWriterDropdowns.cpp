@@ -8,8 +8,7 @@ void CHtmlWriter::SetDropdowns(int enabled, const char* imageDirectory) {
 }
 
 void CHtmlWriter::AddDropdownScript(const char* imageDirectory) {
-    CString directory(imageDirectory), script(qv::html::kDropdownScript);
-    CFileUtils::TerminateDir(directory);
+    CString directory = CFileUtils::TerminateDir(imageDirectory), script(qv::html::kDropdownScript);
     directory.Replace("\\", "\\\\");
     script.Replace("{imageDirectory}", directory);
     AddFormattedText(script);
