@@ -2,20 +2,15 @@
 
 /// @file The one test whether a file or folder exists.
 
-#include <algorithm>
-#include <filesystem>
-#include <string>
-#include <string_view>
+#include "qvcommon/framework/File.h"
 
 namespace qv {
 
 /// True when the system finds a file or folder of this name, in the library's form ("\" or the system's own separator). What
 /// cannot be asked does not exist.
-inline bool FileExists(std::string_view path) {
-    std::string name(path);
-    std::replace(name.begin(), name.end(), '\\', static_cast<char>(std::filesystem::path::preferred_separator));
-    std::error_code error;
-    return !name.empty() && std::filesystem::exists(name, error);
+inline bool FileExists(const CString& path) {
+    CFileStatus status;
+    return !path.IsEmpty() && path.Find('\0') < 0 && CFile::GetStatus(path, status);
 }
 
 }  // namespace qv

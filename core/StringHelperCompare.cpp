@@ -1,13 +1,13 @@
 #include <algorithm>
 
 #include "core/CaseRule.h"
-#include "core/TextIndex.h"
+#include "core/TextKeys.h"
 #include "qvcommon/StringHelper.h"
 
 using qv::AreEqual;
 using qv::CaseRule;
 using qv::CaseRuleFor;
-using qv::TextIndex;
+using qv::TextLookup;
 
 namespace {
 
@@ -59,8 +59,10 @@ int CStringHelper::Find(const CStringArray& texts, std::string_view text, int no
 
 int CStringHelper::Find(const CStringArray& texts, const CStringArray& wanted, int noCase) {
     if (texts.IsEmpty() || wanted.IsEmpty()) return 0;
-    const TextIndex index(texts, CaseRuleFor(noCase));
-    return std::any_of(wanted.begin(), wanted.end(), [&](const CString& text) { return index.Find(text) >= 0; });
+    const TextLookup lookup(texts, wanted, noCase != 0);
+    for (std::size_t i = 0; i < lookup.WantedCount(); ++i)
+        if (lookup.Find(i) != lookup.kNowhere) return 1;
+    return 0;
 }
 
 int CStringHelper::GetIndex(const CStringArray& texts, std::string_view text, int noCase, int start) {
@@ -77,17 +79,16 @@ int CStringHelper::GetCount(const CStringArray& texts, std::string_view text) {
 
 int CStringHelper::EqualContents(const CStringArray& a, const CStringArray& b, int noCase) {
     if (a == b) return 1;
-    const TextIndex index(a, CaseRuleFor(noCase));
+    const TextLookup lookup(a, b, noCase != 0);
     std::vector<bool> seen(a.AsStd().size());
-    int count = 0;
-    for (const CString& text : b) {
-        const int found = index.Find(text);
-        if (found < 0) return 0;
-        auto mark = seen[static_cast<std::size_t>(found)];
-        count += !mark;
-        mark = true;
+    for (std::size_t i = 0; i < lookup.WantedCount(); ++i) {
+        const std::size_t found = lookup.Find(i);
+        if (found == lookup.kNowhere) return 0;
+        seen[found] = true;
     }
-    return count == index.DistinctCount();
+    for (std::size_t i = 0; i < seen.size(); ++i)
+        if (!seen[lookup.FirstLike(i)]) return 0;
+    return 1;
 }
 
 void CStringHelper::CompareContents(const CStringArray& oldTexts, const CStringArray& newTexts, CStringArray& removed,
@@ -101,27 +102,27 @@ void CStringHelper::CompareContents(const CStringArray& oldTexts, const CStringA
 
 void CStringHelper::CompareContents(const CStringArray& oldTexts, const CStringArray& newTexts, CUIntArray& removed,
                                     CUIntArray& keptInOld, CUIntArray& keptInNew, CUIntArray& added) {
-    const TextIndex index(newTexts, CaseRule::Exact);
+    const TextLookup lookup(newTexts, oldTexts, false);
     std::vector<bool> seen(newTexts.AsStd().size());
-    for (int i = 0; i < oldTexts.GetSize(); ++i) {
-        const int found = index.Find(oldTexts[i]);
-        if (found < 0) {
+    for (std::size_t i = 0; i < lookup.WantedCount(); ++i) {
+        const std::size_t found = lookup.Find(i);
+        if (found == lookup.kNowhere) {
             removed.Add(static_cast<UINT>(i));
             continue;
         }
         keptInOld.Add(static_cast<UINT>(i));
         keptInNew.Add(static_cast<UINT>(found));
-        seen[static_cast<std::size_t>(found)] = true;
+        seen[found] = true;
     }
     // A text stands in the old array exactly if the first of its like was seen.
-    for (int i = 0; i < newTexts.GetSize(); ++i)
-        if (!seen[static_cast<std::size_t>(index.FirstLike(i))]) added.Add(static_cast<UINT>(i));
+    for (std::size_t i = 0; i < seen.size(); ++i)
+        if (!seen[lookup.FirstLike(i)]) added.Add(static_cast<UINT>(i));
 }
 
 void CStringHelper::SetInstanceOf(const CStringArray& all, const CStringArray& chosen, CUIntArray& flags) {
-    const TextIndex index(all, CaseRule::Exact);
-    for (const CString& text : chosen)
-        if (const int found = index.Find(text); found >= 0) flags.SetAt(found, 1);
+    const TextLookup lookup(all, chosen, false);
+    for (std::size_t i = 0; i < lookup.WantedCount(); ++i)
+        if (lookup.Find(i) != lookup.kNowhere) flags.SetAt(static_cast<int>(lookup.Find(i)), 1);
 }
 
 int CStringHelper::CountOf(std::string_view text, std::string_view find) {

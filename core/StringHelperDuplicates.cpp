@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "core/FirstOccurrences.h"
+#include "core/TextKeys.h"
 #include "platform/Text.h"
 #include "qvcommon/StringHelper.h"
 
@@ -8,31 +9,8 @@ namespace {
 
 using Flags = std::vector<bool>;
 
-// What texts are compared by: themselves, or their lower-case forms, which are kept here.
-class Keys {
-public:
-    explicit Keys(bool noCase) : m_noCase(noCase) {}
-
-    void Add(const CStringArray& texts) {
-        if (m_noCase)
-            for (const CString& text : texts) m_lower.push_back(qv::platform::ToLower(text));
-        else
-            m_views.insert(m_views.end(), texts.begin(), texts.end());
-    }
-
-    std::vector<std::uint32_t> FirstOccurrences() {
-        if (m_noCase) m_views.assign(m_lower.begin(), m_lower.end());
-        return qv::FirstOccurrences(m_views);
-    }
-
-private:
-    bool m_noCase;
-    std::vector<std::string> m_lower;
-    std::vector<std::string_view> m_views;
-};
-
 std::vector<std::uint32_t> FirstTexts(const CStringArray& texts, bool noCase) {
-    Keys keys(noCase);
+    qv::TextKeys keys(noCase);
     keys.Add(texts);
     return keys.FirstOccurrences();
 }
@@ -84,13 +62,10 @@ int CStringHelper::RemoveInstancesOf(CStringArray& texts, std::string_view text,
 }
 
 int CStringHelper::RemoveInstancesOf(CStringArray& texts, const CStringArray& unwanted, int caseSensitive) {
-    Keys keys(!caseSensitive);
-    keys.Add(unwanted);
-    keys.Add(texts);
-    const auto first = keys.FirstOccurrences();
-    const std::size_t count = unwanted.AsStd().size(), before = texts.AsStd().size();
+    const qv::TextLookup lookup(unwanted, texts, !caseSensitive);
+    const std::size_t before = texts.AsStd().size();
     Flags kept(before);
-    for (std::size_t i = 0; i < before; ++i) kept[i] = first[count + i] >= count;
+    for (std::size_t i = 0; i < before; ++i) kept[i] = lookup.Find(i) == lookup.kNowhere;
     Keep(texts.AsStd(), kept);
     return static_cast<int>(before - texts.AsStd().size());
 }

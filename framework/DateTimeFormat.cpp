@@ -1,4 +1,5 @@
-#include <cstdio>
+#include <charconv>
+#include <iterator>
 #include <utility>
 
 #include "framework/DateFields.h"
@@ -33,24 +34,24 @@ public:
 private:
     bool WriteNumber(char conversion) {
         switch (conversion) {
-            case 'Y': return Number("%d", m_time.year);
-            case 'C': return Number("%02d", m_time.year / 100);
-            case 'y': return Number("%02d", m_time.year % 100);
-            case 'm': return Number("%02d", m_time.month);
-            case 'd': return Number("%02d", m_time.day);
-            case 'e': return Number("%2d", m_time.day);
-            case 'H': return Number("%02d", m_time.hour);
-            case 'I': return Number("%02d", (m_time.hour + 11) % 12 + 1);
-            case 'M': return Number("%02d", m_time.minute);
-            case 'S': return Number("%02d", m_time.second);
-            case 'j': return Number("%03d", m_yearDay + 1);
-            case 'u': return Number("%d", DayFromMonday() + 1);
-            case 'w': return Number("%d", m_weekday);
-            case 'U': return Number("%02d", (m_yearDay + 7 - m_weekday) / 7);
-            case 'W': return Number("%02d", (m_yearDay + 7 - DayFromMonday()) / 7);
-            case 'V': return Number("%02d", IsoDay() / 7 + 1);
-            case 'G': return Number("%d", IsoYear());
-            case 'g': return Number("%02d", IsoYear() % 100);
+            case 'Y': return Number(1, m_time.year);
+            case 'C': return Number(2, m_time.year / 100);
+            case 'y': return Number(2, m_time.year % 100);
+            case 'm': return Number(2, m_time.month);
+            case 'd': return Number(2, m_time.day);
+            case 'e': return Number(2, m_time.day, ' ');
+            case 'H': return Number(2, m_time.hour);
+            case 'I': return Number(2, (m_time.hour + 11) % 12 + 1);
+            case 'M': return Number(2, m_time.minute);
+            case 'S': return Number(2, m_time.second);
+            case 'j': return Number(3, m_yearDay + 1);
+            case 'u': return Number(1, DayFromMonday() + 1);
+            case 'w': return Number(1, m_weekday);
+            case 'U': return Number(2, (m_yearDay + 7 - m_weekday) / 7);
+            case 'W': return Number(2, (m_yearDay + 7 - DayFromMonday()) / 7);
+            case 'V': return Number(2, IsoDay() / 7 + 1);
+            case 'G': return Number(1, IsoYear());
+            case 'g': return Number(2, IsoYear() % 100);
             default: return false;
         }
     }
@@ -86,29 +87,22 @@ private:
         }
     }
 
-    bool Number(const char* format, int value) {
+    bool Number(std::size_t width, int value, char fill = '0') {
         char digits[16];
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"  // the literals stand in the table above
-        m_text.append(digits, static_cast<std::size_t>(std::snprintf(digits, sizeof digits, format, value)));
-#pragma GCC diagnostic pop
+        const auto length = static_cast<std::size_t>(std::to_chars(digits, std::end(digits), value).ptr - digits);
+        if (length < width) m_text.append(width - length, fill);
+        m_text.append(digits, length);
         return true;
     }
 
-    int DayFromMonday() const {
-        return (m_weekday + 6) % 7;
-    }
+    int DayFromMonday() const { return (m_weekday + 6) % 7; }
 
     // ISO weeks belong to the year of their Thursday.
     CalendarTime Thursday() const {
         return qv::platform::FromSeconds(qv::platform::ToSeconds(m_time) + (3 - DayFromMonday()) * std::int64_t{86400});
     }
-    int IsoDay() const {
-        return qv::DayOfYear(Thursday());
-    }
-    int IsoYear() const {
-        return Thursday().year;
-    }
+    int IsoDay() const { return qv::DayOfYear(Thursday()); }
+    int IsoYear() const { return Thursday().year; }
 
     CalendarTime m_time;
     int m_weekday;

@@ -14,10 +14,9 @@ using qv::FileCall;
 using qv::platform::FileFailure;
 
 static_assert(CFile::hFileNull == qv::platform::kNoFile);
-static_assert(unsigned{CFile::readOnly} == qv::platform::kReadOnly &&
-              unsigned{CFile::hidden} == qv::platform::kHidden && unsigned{CFile::system} == qv::platform::kSystem &&
-              unsigned{CFile::directory} == qv::platform::kDirectory &&
-              unsigned{CFile::archive} == qv::platform::kArchive);
+static_assert(CFile::readOnly == qv::platform::kReadOnly && CFile::hidden == qv::platform::kHidden &&
+              CFile::system == qv::platform::kSystem && CFile::directory == qv::platform::kDirectory &&
+              CFile::archive == qv::platform::kArchive);
 
 namespace {
 

@@ -6,15 +6,18 @@
 #include <string>
 #include <string_view>
 
-#include "qvcommon/framework/Types.h"
+struct HWND__;
 
 namespace qv::platform {
 
+/// A window of the system, as the system itself declares it.
+using WindowHandle = HWND__*;
+
 /// The clipboard's data of the format, up to its first zero byte; none when it has no such data or cannot be opened.
-std::optional<std::string> ReadClipboard(HWND window, unsigned format);
+std::optional<std::string> ReadClipboard(WindowHandle window, unsigned format);
 
 /// Empties the clipboard and puts the text there with a final zero byte. False when a step fails.
-bool WriteClipboard(HWND window, std::string_view text, unsigned format);
+bool WriteClipboard(WindowHandle window, std::string_view text, unsigned format);
 
 /// Shows the wait cursor as long as it lives.
 class WaitCursor {

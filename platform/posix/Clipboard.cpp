@@ -2,11 +2,11 @@
 
 namespace qv::platform {
 
-std::optional<std::string> ReadClipboard(HWND, unsigned) {
+std::optional<std::string> ReadClipboard(WindowHandle, unsigned) {
     return std::nullopt;
 }
 
-bool WriteClipboard(HWND, std::string_view, unsigned) {
+bool WriteClipboard(WindowHandle, std::string_view, unsigned) {
     return false;
 }
 

@@ -68,9 +68,10 @@ TEST(MathHelper, CutsAfterDecimals) {
         double result;
     };
     for (const Row& row :
-         {Row{2.999, 2, 2.99}, Row{-1.555, 1, -1.5}, Row{0.29, 2, 0.28}, Row{7.9, 0, 7}, Row{1234.5, -2, 1234.5},
-          Row{1e18 + 256, 3, 1e18 + 256}, Row{kHuge, 5, kHuge}, Row{1.5, 400, 1.5}, Row{-kInfinity, 2, -kInfinity},
-          Row{0.1, std::numeric_limits<int>::max(), 0.1}, Row{0.1, std::numeric_limits<int>::min(), 0.1}})
+         {Row{2.999, 2, 2.99}, Row{-1.555, 1, -1.5}, Row{0.29, 2, 0.28}, Row{7.9, 0, 7}, Row{8.2, 1, 8.2},
+          Row{1234.5, -2, 1234.5}, Row{1e18 + 256, 3, 1e18 + 256}, Row{kHuge, 5, kHuge}, Row{1.5, 400, 1.5},
+          Row{-kInfinity, 2, -kInfinity}, Row{0.1, std::numeric_limits<int>::max(), 0.1},
+          Row{0.1, std::numeric_limits<int>::min(), 0.1}})
         EXPECT_EQ(CMathHelper::RoundToDecimalPlaces(row.value, row.places), row.result) << row.value;
     EXPECT_TRUE(std::isnan(CMathHelper::RoundToDecimalPlaces(kNaN, 2)));
     EXPECT_FALSE(std::signbit(CMathHelper::RoundToDecimalPlaces(-0.004, 2)));

@@ -4,7 +4,7 @@
 
 #include "qvcommon/StringHelper.h"
 #include "tests/support/Raised.h"
-#include "tests/support/ScopedLocale.h"
+#include "tests/support/Utf8Locale.h"
 
 namespace {
 

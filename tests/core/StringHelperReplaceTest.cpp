@@ -5,6 +5,7 @@
 #include "qvcommon/StringHelper.h"
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/TextOracles.h"
+#include "tests/support/Utf8Locale.h"
 
 namespace {
 

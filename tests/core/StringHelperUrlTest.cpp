@@ -5,8 +5,8 @@
 #include <random>
 
 #include "qvcommon/StringHelper.h"
-#include "tests/support/ScopedLocale.h"
 #include "tests/support/TextOracles.h"
+#include "tests/support/Utf8Locale.h"
 
 namespace {
 

@@ -92,7 +92,7 @@ TEST(StdioFile, ReadsAndWritesInTurn) {
     EXPECT_EQ(file.GetLength(), 18u);
     file.SetLength(5);
     file.WriteString("!");
-    file.Flush();
+    file.Close();
     EXPECT_EQ(folder.Read("both"), "one\nT!");
 }
 

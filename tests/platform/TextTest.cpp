@@ -5,6 +5,7 @@
 #include "platform/Utf8.h"
 #include "qvcommon/StringHelper.h"
 #include "tests/support/ScopedLocale.h"
+#include "tests/support/Utf8Locale.h"
 
 namespace {
 

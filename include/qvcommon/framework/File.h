@@ -55,8 +55,8 @@ struct QVCOMMON_API CFileStatus {
     std::time_t m_mtime = -1;
     std::time_t m_atime = -1;
     std::uint64_t m_size = 0;  ///< bytes
-    BYTE m_attribute = 0;  ///< CFile::Attribute bits; on Linux readOnly: no owner write bit, hidden: a leading point
-    CString m_szFullName;  ///< absolute path in the library's form
+    BYTE m_attribute = 0;      ///< CFile's bits; on Linux readOnly: no owner write bit, hidden: a leading point
+    CString m_szFullName;      ///< absolute path in the library's form
 };
 
 class QVCOMMON_API CFile : public CObject {
@@ -78,15 +78,9 @@ public:
         typeText = 0x4000,        ///< for CStdioFile
         typeBinary = 0x8000
     };
-    enum Attribute : BYTE {
-        normal = 0,
-        readOnly = 1,
-        hidden = 2,
-        system = 4,
-        volume = 8,
-        directory = 16,
-        archive = 32
-    };
+    /// Bits of CFileStatus::m_attribute.
+    static constexpr BYTE normal = 0, readOnly = 1, hidden = 2, system = 4, volume = 8, directory = 16, archive = 32;
+
     enum SeekPosition { begin = 0, current = 1, end = 2 };
 
     using Handle = std::intptr_t;

@@ -1,0 +1,63 @@
+#pragma once
+
+/// @file Looking up the texts of arrays in one another.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/FirstOccurrences.h"
+#include "platform/Text.h"
+#include "qvcommon/framework/Collections.h"
+
+namespace qv {
+
+/// What texts are compared by: themselves, or their lower-case forms, which are kept here. The arrays have to stay as they
+/// are.
+class TextKeys {
+public:
+    explicit TextKeys(bool noCase) : m_noCase(noCase) {}
+
+    void Add(const CStringArray& texts) {
+        if (m_noCase)
+            for (const CString& text : texts) m_lower.push_back(platform::ToLower(text));
+        else
+            m_views.insert(m_views.end(), texts.begin(), texts.end());
+    }
+
+    /// For each text, in the order added, the place in that order of the first one equal to it.
+    std::vector<std::uint32_t> FirstOccurrences() {
+        if (m_noCase) m_views.assign(m_lower.begin(), m_lower.end());
+        return qv::FirstOccurrences(m_views);
+    }
+
+private:
+    bool m_noCase;
+    std::vector<std::string> m_lower;
+    std::vector<std::string_view> m_views;
+};
+
+/// The elements of an array, looked up in another one.
+class TextLookup {
+public:
+    TextLookup(const CStringArray& texts, const CStringArray& wanted, bool noCase) : m_count(texts.AsStd().size()) {
+        TextKeys keys(noCase);
+        keys.Add(texts);
+        keys.Add(wanted);
+        m_first = keys.FirstOccurrences();
+    }
+
+    static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
+    std::size_t WantedCount() const { return m_first.size() - m_count; }
+    /// The index of the first element of `texts` equal to element `i` of `wanted`.
+    std::size_t Find(std::size_t i) const { return m_first[m_count + i] < m_count ? m_first[m_count + i] : kNowhere; }
+    /// The index of the first element of `texts` equal to element `i` of the same array.
+    std::size_t FirstLike(std::size_t i) const { return m_first[i]; }
+
+private:
+    std::size_t m_count;
+    std::vector<std::uint32_t> m_first;
+};
+
+}  // namespace qv
