@@ -9,4 +9,6 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+void AddReportCommand(CLI::App& app);
+
 }  // namespace qv::tool

@@ -35,5 +35,6 @@ int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"The QvCommon command-line companion"};
     app.require_subcommand(1);
+    qv::tool::AddReportCommand(app);
     return Run(app, argc, argv);
 }
