@@ -9,6 +9,7 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-void AddReportCommand(CLI::App& app);
+void AddReport(CLI::App& app);
+void AddText(CLI::App& app);
 
 }  // namespace qv::tool

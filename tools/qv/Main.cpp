@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"The QvCommon command-line companion"};
     app.require_subcommand(1);
-    qv::tool::AddReportCommand(app);
+    qv::tool::AddReport(app);
+    qv::tool::AddText(app);
     return Run(app, argc, argv);
 }

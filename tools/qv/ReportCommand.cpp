@@ -72,7 +72,7 @@ void WriteReport(const Options& options) {
 
 }  // namespace
 
-void AddReportCommand(CLI::App& app) {
+void AddReport(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand("report", "Write a browsable HTML report of a folder");
     command->add_option("FOLDER", options->folder, "The folder to report on")->required();
