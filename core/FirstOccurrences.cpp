@@ -80,15 +80,15 @@ struct Slot {
     std::uint32_t item;
 };
 
-constexpr std::uint32_t kFree = 0xFFFFFFFF;
+constexpr std::uint32_t kFree = kUnknown;
 // So far ahead the slots of the items to come are fetched: a large table lies in slow memory.
 constexpr std::size_t kAhead = 16;
 
 // Open addressing in a table at most half full. The items themselves are only compared where 32 bits of hash agree.
 template <class Item>
-std::vector<std::uint32_t> Find(std::span<const Item> items) {
+std::vector<std::uint32_t> Find(std::span<const Item> items, std::size_t known) {
     const HashKey& key = ProcessKey();
-    const std::size_t mask = std::bit_ceil(2 * items.size() + 1) - 1;
+    const std::size_t mask = std::bit_ceil(2 * known + 1) - 1;
     std::vector<Slot> table(mask + 1, Slot{0, kFree});
     std::vector<std::uint32_t> first(items.size());
     std::uint64_t ahead[kAhead] = {};
@@ -103,7 +103,7 @@ std::vector<std::uint32_t> Find(std::span<const Item> items) {
         std::size_t at = hash & mask;
         while (table[at].item != kFree && (table[at].hash != check || items[table[at].item] != items[item]))
             at = (at + 1) & mask;
-        if (table[at].item == kFree) table[at] = {check, item};
+        if (table[at].item == kFree && item < known) table[at] = {check, item};
         first[item] = table[at].item;
     }
     return first;
@@ -112,11 +112,15 @@ std::vector<std::uint32_t> Find(std::span<const Item> items) {
 }  // namespace
 
 std::vector<std::uint32_t> FirstOccurrences(std::span<const std::string_view> items) {
-    return Find(items);
+    return Find(items, items.size());
 }
 
 std::vector<std::uint32_t> FirstOccurrences(std::span<const std::uint64_t> items) {
-    return Find(items);
+    return Find(items, items.size());
+}
+
+std::vector<std::uint32_t> FirstOccurrences(std::span<const std::string_view> items, std::size_t known) {
+    return Find(items, known);
 }
 
 }  // namespace qv

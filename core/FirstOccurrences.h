@@ -14,4 +14,8 @@ namespace qv {
 std::vector<std::uint32_t> FirstOccurrences(std::span<const std::string_view> items);
 std::vector<std::uint32_t> FirstOccurrences(std::span<const std::uint64_t> items);
 
+/// The same where only the first `known` items count as occurrences; kUnknown for each later one that equals none of them.
+inline constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
+std::vector<std::uint32_t> FirstOccurrences(std::span<const std::string_view> items, std::size_t known);
+
 }  // namespace qv

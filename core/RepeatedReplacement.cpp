@@ -5,7 +5,7 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kBudget = 4 << 20, kBudgetPerByte = 16;
+constexpr std::size_t kBudget = 2 << 20, kBudgetPerByte = 16;
 // A whole pass costs a look at every byte, a local one this many for each byte written and looked at.
 constexpr std::size_t kLocalCost = 32;
 

@@ -12,7 +12,7 @@ using Flags = std::vector<bool>;
 std::vector<std::uint32_t> FirstTexts(const CStringArray& texts, bool noCase) {
     qv::TextKeys keys(noCase);
     keys.Add(texts);
-    return keys.FirstOccurrences();
+    return qv::FirstOccurrences(keys.All());
 }
 
 Flags FirstOnes(const std::vector<std::uint32_t>& first) {

@@ -2,6 +2,7 @@
 
 /// @file Looking up the texts of arrays in one another.
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,16 +20,17 @@ public:
     explicit TextKeys(bool noCase) : m_noCase(noCase) {}
 
     void Add(const CStringArray& texts) {
+        m_views.reserve(m_views.size() + texts.AsStd().size());
         if (m_noCase)
             for (const CString& text : texts) m_lower.push_back(platform::ToLower(text));
         else
             m_views.insert(m_views.end(), texts.begin(), texts.end());
     }
 
-    /// For each text, in the order added, the place in that order of the first one equal to it.
-    std::vector<std::uint32_t> FirstOccurrences() {
+    /// The texts in the order added.
+    std::span<const std::string_view> All() {
         if (m_noCase) m_views.assign(m_lower.begin(), m_lower.end());
-        return qv::FirstOccurrences(m_views);
+        return m_views;
     }
 
 private:
@@ -44,14 +46,14 @@ public:
         TextKeys keys(noCase);
         keys.Add(texts);
         keys.Add(wanted);
-        m_first = keys.FirstOccurrences();
+        m_first = FirstOccurrences(keys.All(), m_count);
     }
 
-    static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+    static constexpr std::size_t kNowhere = kUnknown;
 
     std::size_t WantedCount() const { return m_first.size() - m_count; }
-    /// The index of the first element of `texts` equal to element `i` of `wanted`.
-    std::size_t Find(std::size_t i) const { return m_first[m_count + i] < m_count ? m_first[m_count + i] : kNowhere; }
+    /// The index of the first element of `texts` equal to element `i` of `wanted`; kNowhere if there is none.
+    std::size_t Find(std::size_t i) const { return m_first[m_count + i]; }
     /// The index of the first element of `texts` equal to element `i` of the same array.
     std::size_t FirstLike(std::size_t i) const { return m_first[i]; }
 

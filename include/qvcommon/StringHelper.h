@@ -344,7 +344,7 @@ public:
     /// Replaces all occurrences, case and all, pass after pass from left to right, until a pass finds none: two spaces
     /// replaced by one leave no two spaces anywhere. A replacement that holds `find` would never end: it gets one pass. One
     /// that is no shorter than `find` may go on for very long, or for ever ("ab" by "bbaa"): it ends where it stands when
-    /// the passes after the first have written 4 MB and 16 times the text. An empty `find` changes nothing.
+    /// the passes after the first have written 2 MB and 16 times the text. An empty `find` changes nothing.
     ///
     /// Time grows with the text and, after the first pass, with the number of replacements times the length of both texts.
     static void ReplaceAll(CString& text, std::string_view find, std::string_view replacement);

@@ -34,7 +34,9 @@ TEST(TextCommand, FiltersBytes) {
         const char *input, *output;
     };
     for (const Row& row :
-         {Row{{"strip-tags"}, "a<b>c\r\n", "a c\r\n"}, Row{{"url-escape"}, "a b\r\n\x1A&", "a+b%0d%0a%1a%26"},
+         {Row{{"escape"}, "a<b>\r\n", "a&lt;b&gt;<br>"}, Row{{"unescape"}, "a&lt;b&gt;&amp;", "a<b>&"},
+          Row{{"plain"}, "x<br>y &amp; z", "x\r\ny & z"}, Row{{"strip-tags"}, "a<b>c\r\n", "a c\r\n"},
+          Row{{"url-escape"}, "a b\r\n\x1A&", "a+b%0d%0a%1a%26"},
           Row{{"url-unescape"}, "a+b%0d%0a%1a%26\n", "a b\r\n\x1A&\n"}, Row{{"title-case"}, "the END", "The End"},
           Row{{"wrap", "5"}, "ab cd ef", "ab\r\ncd ef"}, Row{{"csv-split"}, "x,\"y,\"\"z\"\r\n", "x\ny,\"z\n"},
           Row{{"csv-join"}, "x\r\ny,z\n\n", "x,\"y,z\","}, Row{{"sort"}, "b\na\r\nc", "a\nb\nc\n"},
