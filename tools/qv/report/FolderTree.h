@@ -27,9 +27,9 @@ struct FolderEntry {
     std::string path;  ///< UTF-8, from the first folder, with "/"; empty for that folder itself
     int depth = 0;
     bool isReadable = true;
-    std::vector<FileEntry> files;
-    FolderTotals own;      ///< of `files`
-    FolderTotals overall;  ///< with all folders below
+    std::vector<FileEntry> files = {};
+    FolderTotals own = {};      ///< of `files`
+    FolderTotals overall = {};  ///< with all folders below
 };
 
 /// The folder and all folders below, each before its own, sorted by name without regard to case. Links to folders are not
