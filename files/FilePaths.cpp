@@ -1,6 +1,7 @@
 #include "platform/Path.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/StringHelper.h"
 
 namespace {
 
@@ -82,6 +83,14 @@ CString CFileUtils::FileNameToFileUrl(const char* name) {
     CString url = CString("file://") + name;
     url.Replace('\\', '/');
     return url;
+}
+
+CString CFileUtils::FileUrlToFileName(const char* url) {
+    constexpr std::string_view kScheme = "file:///";
+    CString name = CStringHelper::UnEscapeUrl(CString(url));
+    if (CStringHelper::StartsWith(name, kScheme, 0)) name.Delete(0, static_cast<int>(kScheme.size()));
+    name.Replace('/', '\\');
+    return name;
 }
 
 CString CFileUtils::GetNativePath(const char* path) {

@@ -29,7 +29,7 @@ static_assert(CFileException::endOfFile == static_cast<int>(FileCause::EndOfFile
 constexpr const char* kMessages[] = {"%s: nothing went wrong.",
                                      "%s could not be used.",
                                      "%s does not exist.",
-                                     "%s is not a valid path.",
+                                     "The path %s is not valid, or a folder on it is missing.",
                                      "%s could not be opened: too many files are open.",
                                      "Access to %s was refused.",
                                      "%s is not open.",

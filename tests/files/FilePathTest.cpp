@@ -71,16 +71,26 @@ TEST(FileUtils, WorksOnPathsAsTexts) {
         Function function;
         const char *text, *result;
     };
-    for (const Row& row : {Row{CFileUtils::TerminateDir, "", ""}, Row{CFileUtils::TerminateDir, "a", "a\\"},
-                           Row{CFileUtils::TerminateDir, "a\\", "a\\"}, Row{CFileUtils::TerminateDir, "a/", "a/\\"},
-                           Row{CFileUtils::UnterminateDir, "a\\\\", "a\\"}, Row{CFileUtils::UnterminateDir, "a/", "a/"},
-                           Row{CFileUtils::UnterminateDir, "", ""}, Row{filename, "a\\b/c", "b/c"},
-                           Row{filename, "c", "c"}, Row{filename, "a\\", ""}, Row{directory, "a\\b\\c", "a\\b\\"},
-                           Row{directory, "a/b", ""}, Row{CFileUtils::StripInvalidFilenameChars, " a<b>:c ", "abc"},
+    for (const Row& row : {Row{CFileUtils::TerminateDir, "", ""},
+                           Row{CFileUtils::TerminateDir, "a", "a\\"},
+                           Row{CFileUtils::TerminateDir, "a\\", "a\\"},
+                           Row{CFileUtils::TerminateDir, "a/", "a/\\"},
+                           Row{CFileUtils::UnterminateDir, "a\\\\", "a\\"},
+                           Row{CFileUtils::UnterminateDir, "a/", "a/"},
+                           Row{CFileUtils::UnterminateDir, "", ""},
+                           Row{filename, "a\\b/c", "b/c"},
+                           Row{filename, "c", "c"},
+                           Row{filename, "a\\", ""},
+                           Row{directory, "a\\b\\c", "a\\b\\"},
+                           Row{directory, "a/b", ""},
+                           Row{CFileUtils::StripInvalidFilenameChars, " a<b>:c ", "abc"},
                            Row{CFileUtils::StripInvalidFilenameChars, "\\/:*?\"<>|", ""},
                            Row{CFileUtils::StripInvalidFilenameChars, "? x y |", "x y"},
                            Row{CFileUtils::FileNameToFileUrl, "C:\\a b", "file://C:/a b"},
-                           Row{CFileUtils::FileNameToFileUrl, "\\\\s\\x", "file:////s/x"}})
+                           Row{CFileUtils::FileNameToFileUrl, "\\\\s\\x", "file:////s/x"},
+                           Row{CFileUtils::FileUrlToFileName, "file:///C:/My%20Files/a.txt", "C:\\My Files\\a.txt"},
+                           Row{CFileUtils::FileUrlToFileName, "file://C:/a", "file:\\\\C:\\a"},
+                           Row{CFileUtils::FileUrlToFileName, "FILE%3A%2F//a%2fb", "a\\b"}})
         EXPECT_EQ(row.function(row.text), row.result) << row.text;
 }
 

@@ -8,6 +8,7 @@
 #include "qvcommon/NetUtils.h"
 #include "tests/support/Child.h"
 #include "tests/support/FileFaults.h"
+#include "tests/support/Raised.h"
 #include "tests/support/RecordingPause.h"
 #include "tests/support/TempFolder.h"
 
@@ -46,7 +47,7 @@ TEST(MultiUserFile, TriesAgainAfterSharingViolations) {
     EXPECT_FALSE(member.Open(folder / "no\\file", flags));
     EXPECT_FALSE(CMultiUserFile::Open(other, folder / "missing", CFile::modeRead));
     EXPECT_TRUE(CMultiUserFile::Open(other, folder / "new", flags));
-    EXPECT_THROW(CMultiUserFile(folder / "file", flags), CFileException*);
+    EXPECT_TRUE(Raised<CFileException>([&] { CMultiUserFile(folder / "file", flags); }));
     EXPECT_TRUE(pause.pauses.empty());
 }
 

@@ -2,7 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
-/// Each adds one command of the tool. A command that fails throws Failed; main prints its text and exits with 1.
+/// Each adds one command of the tool. A command that fails throws Failed; main prints its text and exits with 1. A command
+/// with an exit status of its own throws CLI::RuntimeError.
 namespace qv::tool {
 
 struct Failed : std::runtime_error {
@@ -11,5 +12,6 @@ struct Failed : std::runtime_error {
 
 void AddReport(CLI::App& app);
 void AddText(CLI::App& app);
+void AddLockCommand(CLI::App& app);
 
 }  // namespace qv::tool

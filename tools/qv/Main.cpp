@@ -17,6 +17,8 @@ int Run(CLI::App& app, int argc, char** argv) {
     try {
         app.parse(argc, argv);
         return kDone;
+    } catch (const CLI::RuntimeError& status) {
+        return status.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kDone : kWrongUsage;
     } catch (const std::exception& error) {
@@ -37,5 +39,6 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     qv::tool::AddReport(app);
     qv::tool::AddText(app);
+    qv::tool::AddLockCommand(app);
     return Run(app, argc, argv);
 }

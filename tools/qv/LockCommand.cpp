@@ -1,0 +1,53 @@
+#include <memory>
+
+#include "qvcommon/LockFile.h"
+#include "qvcommon/framework/Process.h"
+#include "tools/qv/Commands.h"
+
+namespace qv::tool {
+namespace {
+
+struct Options {
+    std::string document;
+    int attempts = 1;
+    std::vector<std::string> command;
+};
+
+std::string ReasonOf(const CLockFile& lock, const std::string& document) {
+    if (!lock.GetLockedBy().IsEmpty()) return document + " is locked by " + lock.GetLockedBy().AsStd();
+    char text[512];
+    CFileException error = lock.GetLockException();
+    error.GetErrorMessage(text, sizeof text);
+    return document + " could not be locked: " + text;
+}
+
+int RunLocked(const Options& options) {
+    CLockFile lock;
+    lock.SetSourceFile(options.document.c_str());
+    if (!lock.Lock(options.attempts)) throw Failed(ReasonOf(lock, options.document));
+    CStringArray arguments;
+    for (std::size_t i = 1; i < options.command.size(); ++i) arguments.Add(options.command[i]);
+    CProcess command;
+    command.Start(options.command[0].c_str(), arguments);
+    return command.Wait();
+}
+
+}  // namespace
+
+void AddLockCommand(CLI::App& app) {
+    auto* const command = app.add_subcommand("lock", "Run a command while holding the lock on a shared document");
+    const auto options = std::make_shared<Options>();
+    command->add_option("DOCUMENT", options->document, "The document; its lock file lies beside it")->required();
+    command->add_option("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
+        ->check(CLI::Range(1, 1000))
+        ->capture_default_str();
+    command->add_option("COMMAND", options->command, "The command and its arguments, after --")->required();
+    command->footer(
+        "The exit status is the command's; 1, and the holder's name, when the lock cannot be had.\n"
+        "Example:\n  qv lock plan.doc --attempts 3 -- editor plan.doc");
+    command->callback([options] {
+        if (const int status = RunLocked(*options)) throw CLI::RuntimeError(status);
+    });
+}
+
+}  // namespace qv::tool
