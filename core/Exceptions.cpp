@@ -33,10 +33,9 @@ BOOL CVorbexException::GetErrorMessage(char* text, UINT maximum, UINT*) {
         message.Format("%s (%d)", m_text, m_code);
     else
         message = m_text;
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wstringop-truncation"  // leaving out the zero byte is part of the contract
-    std::strncpy(text, message, maximum);
-#pragma GCC diagnostic pop
+    const std::size_t length = ::strnlen(message, maximum);
+    std::memcpy(text, message, length);
+    std::memset(text + length, 0, maximum - length);
     return 1;
 }
 

@@ -54,7 +54,7 @@ namespace qv {
 std::optional<CalendarTime> FieldsOf(double date) {
     if (!InRange(date)) return std::nullopt;
     const double day = std::trunc(date);
-    const auto time = static_cast<std::int64_t>(std::abs(date - day) * kDaySeconds + 0.5);
+    const auto time = std::int64_t{std::llround(std::abs(date - day) * kDaySeconds)};
     const auto last = (static_cast<std::int64_t>(kLastDay) - kDaysTo1970 + 1) * kDaySeconds - 1;
     return platform::FromSeconds(std::min((static_cast<std::int64_t>(day) - kDaysTo1970) * kDaySeconds + time, last));
 }
@@ -62,8 +62,8 @@ std::optional<CalendarTime> FieldsOf(double date) {
 std::optional<double> DateOf(const CalendarTime& fields) {
     if (!IsDate(fields.year, fields.month, fields.day)) return std::nullopt;
     if (!IsTime(fields.hour, fields.minute, fields.second)) return std::nullopt;
-    const std::int64_t midnight = platform::ToSeconds({fields.year, fields.month, fields.day});
-    const auto day = static_cast<double>(midnight / kDaySeconds + kDaysTo1970);
+    const std::int64_t days = platform::ToSeconds({fields.year, fields.month, fields.day}) / kDaySeconds;
+    const auto day = static_cast<double>(days + kDaysTo1970);
     const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{kDaySeconds};
     return day < 0 ? day - time : day + time;
 }

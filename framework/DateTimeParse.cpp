@@ -1,10 +1,9 @@
 #include <array>
 #include <ctime>
 #include <utility>
-#include <vector>
 
+#include "framework/DateCursor.h"
 #include "framework/DateFields.h"
-#include "platform/DateText.h"
 #include "platform/Text.h"
 
 namespace qv {
@@ -16,14 +15,6 @@ using platform::DateWord;
 using Kind = platform::DateWordKind;
 
 constexpr CalendarTime kNoDate{.year = 1899, .month = 12, .day = 30};
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t';
-}
 
 std::string LowerAscii(std::string_view text) {
     std::string lower(text);
@@ -54,65 +45,8 @@ const std::vector<DateWord>& EnglishWords() {
     return words;
 }
 
-struct Number {
-    int value = 0;
-    int digits = 0;
-
-    bool MustBeYear() const { return digits > 2; }
-    int AsYear() const {
-        if (MustBeYear()) return value;
-        return value < 30 ? 2000 + value : 1900 + value;
-    }
-};
-
-// The text that is left, taken from the front.
-class Cursor {
-public:
-    explicit Cursor(std::string_view text) : m_rest(text) {}
-
-    bool AtEnd() const { return m_rest.empty(); }
-    char Next() const { return AtEnd() ? '\0' : m_rest[0]; }
-    bool Take(char c) { return Next() == c && !AtEnd() && Skip(1); }
-    bool Skip(std::size_t count) { return m_rest.remove_prefix(count), true; }
-    void SkipBlanks() {
-        while (!AtEnd() && IsBlank(Next())) Skip(1);
-    }
-
-    /// Exactly that many digits.
-    bool TakeDigits(int count, int& value) {
-        value = 0;
-        for (int i = 0; i < count; ++i) {
-            if (!IsDigit(Next())) return false;
-            value = value * 10 + (Next() - '0');
-            Skip(1);
-        }
-        return true;
-    }
-
-    /// All the digits there are; false when these are none or more than a year has.
-    bool TakeNumber(Number& number) {
-        for (number = {}; IsDigit(Next()); Skip(1)) {
-            if (++number.digits > 4) return false;
-            number.value = number.value * 10 + (Next() - '0');
-        }
-        return number.digits > 0;
-    }
-
-    /// The longest of the words that the text starts with; among equal ones the first.
-    const DateWord* TakeWord(const std::vector<DateWord>& words) {
-        const DateWord* longest = nullptr;
-        for (const DateWord& word : words)
-            if ((!longest || word.text.size() > longest->text.size()) && m_rest.starts_with(word.text)) longest = &word;
-        if (longest) Skip(longest->text.size());
-        return longest;
-    }
-
-private:
-    std::string_view m_rest;
-};
-
 // "Z", "+02", "+02:00" or "+0200".
-bool TakeIsoZone(Cursor& cursor) {
+bool TakeIsoZone(DateCursor& cursor) {
     if (cursor.Take('z')) return true;
     if (!cursor.Take('+') && !cursor.Take('-')) return true;
     int hours = 0, minutes = 0;
@@ -122,7 +56,7 @@ bool TakeIsoZone(Cursor& cursor) {
     return hours < 24 && minutes < 60;
 }
 
-bool TakeIsoTime(Cursor& cursor, CalendarTime& time) {
+bool TakeIsoTime(DateCursor& cursor, CalendarTime& time) {
     if (!cursor.TakeDigits(2, time.hour)) return false;
     const bool colons = cursor.Take(':');
     if (!cursor.TakeDigits(2, time.minute)) return false;
@@ -137,7 +71,7 @@ bool TakeIsoTime(Cursor& cursor, CalendarTime& time) {
 }
 
 std::optional<double> ReadIsoDate(std::string_view lower) {
-    Cursor cursor(lower);
+    DateCursor cursor(lower);
     CalendarTime time;
     if (!cursor.TakeDigits(4, time.year)) return std::nullopt;
     const bool dashes = cursor.Take('-');
@@ -169,7 +103,7 @@ private:
         }
         if (!IsDigit(m_cursor.Next())) return UseSeparator();
         m_separator = 0;
-        Number number;
+        DateNumber number;
         return m_cursor.TakeNumber(number) && UseNumber(number);
     }
 
@@ -218,13 +152,13 @@ private:
         if (m_half) return false;
         m_half = &word;
         if (m_hasTime || !afterNumber) return true;
-        const Number hour = m_numbers[--m_count];
+        const DateNumber hour = m_numbers[--m_count];
         m_hasTime = true;
         m_time.hour = hour.value;
         return hour.digits <= 2;
     }
 
-    bool UseNumber(const Number& number) {
+    bool UseNumber(const DateNumber& number) {
         m_begun = true;
         if (const char separator = TakeTimeSeparator()) return ReadTime(number, separator);
         if (m_count == m_numbers.size()) return false;
@@ -239,15 +173,15 @@ private:
     char TakeTimeSeparator() {
         if (m_cursor.Take(':')) return ':';
         if (m_dottedTimes && DateIsComplete() && m_cursor.Take('.')) return '.';
-        Cursor ahead = m_cursor;
+        DateCursor ahead = m_cursor;
         const DateWord* const word = ahead.TakeWord(m_words);
         if (!word || word->kind != Kind::TimeSeparator) return 0;
         m_cursor = ahead;
         return 'w';
     }
 
-    bool ReadTime(const Number& hour, char separator) {
-        Number minute, second;
+    bool ReadTime(const DateNumber& hour, char separator) {
+        DateNumber minute, second;
         if (std::exchange(m_hasTime, true) || !m_cursor.TakeNumber(minute)) return false;
         if (char next = TakeTimeSeparator()) {
             const bool unit = next == 'w' && !IsDigit(m_cursor.Next());  // a word after the minutes, and no seconds
@@ -267,18 +201,18 @@ private:
         return true;
     }
 
-    std::optional<double> DateWith(int year, int month, const Number& day) const {
+    std::optional<double> DateWith(int year, int month, const DateNumber& day) const {
         if (day.digits > 2) return std::nullopt;
         return DateOf({year, month, day.value, m_time.hour, m_time.minute, m_time.second});
     }
-    std::optional<double> DateWith(int year, const Number& month, const Number& day) const {
+    std::optional<double> DateWith(int year, const DateNumber& month, const DateNumber& day) const {
         if (month.digits > 2) return std::nullopt;
         return DateWith(year, month.value, day);
     }
 
     std::optional<double> WithMonthName() const {
         const auto& [a, b, c, d] = m_numbers;
-        constexpr Number first{1, 1};
+        constexpr DateNumber first{1, 1};
         const int month = m_month->month;
         if (m_count == 1 && a.MustBeYear()) return DateWith(a.AsYear(), month, first);
         if (m_count == 1) return DateWith(ThisYear(), month, a);
@@ -289,7 +223,7 @@ private:
 
     std::optional<double> WithNumbers() const {
         const auto& [a, b, c, d] = m_numbers;
-        constexpr Number first{1, 1};
+        constexpr DateNumber first{1, 1};
         if (m_count == 3) return WithThreeNumbers();
         if (m_count == 2 && a.MustBeYear()) return DateWith(a.AsYear(), b, first);
         if (m_count == 2 && b.MustBeYear()) return DateWith(b.AsYear(), a, first);
@@ -316,12 +250,12 @@ private:
         return std::nullopt;
     }
 
-    Cursor m_cursor;
+    DateCursor m_cursor;
     const std::vector<DateWord>& m_words;
     DateOrder m_order;
     bool m_dottedTimes;
 
-    std::array<Number, 4> m_numbers;  // of the date, and perhaps an hour
+    std::array<DateNumber, 4> m_numbers;  // of the date, and perhaps an hour
     std::size_t m_count = 0;
     const DateWord* m_month = nullptr;
     const DateWord* m_half = nullptr;

@@ -13,8 +13,11 @@ namespace {
 
 using Times = std::vector<double>;
 
+// The runs come interleaved; this is the order in which they were registered.
+using Place = std::pair<std::int64_t, std::int64_t>;
+
 struct Group {
-    std::vector<std::string> order;
+    std::map<Place, std::string> order;
     std::map<std::string, Times> times;
 };
 
@@ -28,7 +31,9 @@ public:
     }
 
     void Finalize() override {
-        for (const std::string& name : m_order) Print(name, m_groups[name]);
+        std::map<Place, std::string> order;
+        for (const auto& [name, group] : m_groups) order[group.order.begin()->first] = name;
+        for (const auto& [place, name] : order) Print(name, m_groups[name]);
     }
 
 private:
@@ -40,9 +45,8 @@ private:
         const std::string& name = run.run_name.function_name;
         const std::size_t slash = name.find('/');
         const std::string groupName = name.substr(0, slash), who = name.substr(slash + 1) + Suffix(run.run_name.args);
-        if (!m_groups.count(groupName)) m_order.push_back(groupName);
         Group& group = m_groups[groupName];
-        if (!group.times.count(who)) group.order.push_back(who);
+        group.order[{run.family_index, run.per_family_instance_index}] = who;
         group.times[who].push_back(run.GetAdjustedRealTime());
     }
 
@@ -55,8 +59,8 @@ private:
 
     static void Print(const std::string& name, const Group& group) {
         std::printf("%s\n", name.c_str());
-        const Times& ours = group.times.at(group.order.front());
-        for (const std::string& who : group.order) {
+        const Times& ours = group.times.at(group.order.begin()->second);
+        for (const auto& [place, who] : group.order) {
             const Times& theirs = group.times.at(who);
             Times ratios;
             for (std::size_t i = 0; i < std::min(ours.size(), theirs.size()); ++i)
@@ -65,7 +69,6 @@ private:
         }
     }
 
-    std::vector<std::string> m_order;
     std::map<std::string, Group> m_groups;
 };
 

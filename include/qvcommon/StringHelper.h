@@ -355,10 +355,10 @@ public:
     static CString ReplaceBetween(std::string_view text, std::string_view startMarker, std::string_view endMarker,
                                   std::string_view replacement);
 
-    /// The text in lines of at most `width` bytes, for display: trimmed, broken at the last space that fits, else after
-    /// `width` bytes or the last whole character that fits. Line ends of the text stay; all of them become CR LF. What is
-    /// left after a break is not broken again when it is no longer than `width`, line ends included. A width below 1
-    /// counts as 1; a line always takes at least one character.
+    /// The text in lines of at most `width` bytes, for display. It is trimmed; its own line ends stay. A longer line ends at
+    /// the last space among its first `width` bytes, else behind as many whole characters as these hold, at least one. A
+    /// rest that is no longer than `width`, line ends included, is not broken again. All line ends become CR LF. A width
+    /// below 1 counts as 1.
     static CString MakeMultiLine(std::string_view text, int width);
 
     // Addresses and forms (core/StringHelperUrl.cpp)

@@ -59,9 +59,11 @@ void CompareWithOracles(const std::vector<std::string>& pieces, int rounds) {
 }
 
 TEST(StringHelperReplace, AgreesWithTheRulesStepByStep) {
-    const ScopedLocale plain("C");
-    CompareWithOracles({"a", "b"}, 20000);
-    CompareWithOracles({"a", "A", "b", "\xE9", "\xC9", "i", "S"}, 20000);
+    for (const char* name : {"C", "en_US.ISO-8859-1"}) {
+        const ScopedLocale locale(name);
+        CompareWithOracles({"a", "b"}, 10000);
+        CompareWithOracles({"a", "A", "b", "\xE9", "\xC9", "i", "S"}, 10000);
+    }
 }
 
 TEST(StringHelperReplace, AgreesWithTheRulesByCharacters) {

@@ -113,7 +113,7 @@ public:
 
     /// By moment, to the last bit. Dates that are not valid equal those of the same status and have no order.
     friend QVCOMMON_API std::partial_ordering operator<=>(const COleDateTime& a, const COleDateTime& b);
-    friend bool operator==(const COleDateTime& a, const COleDateTime& b) { return (a <=> b) == 0; }
+    friend bool operator==(const COleDateTime& a, const COleDateTime& b) { return std::is_eq(a <=> b); }
 
     double m_dt = 0;
     DateTimeStatus m_status = valid;

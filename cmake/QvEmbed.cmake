@@ -1,0 +1,21 @@
+# Turns a text file of the tree into a string constant: qv_embed(scripts/Page.html kPage qv::html html/Page.h) makes the
+# header html/Page.h, in the build tree, with `constexpr std::string_view qv::html::kPage`. Bytes stay as they are; a
+# changed file is taken over by the next build.
+set(QV_EMBED_DIR ${PROJECT_BINARY_DIR}/embedded)
+
+function(qv_embed file constant namespace header)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+    file(READ ${file} text)
+    file(CONFIGURE OUTPUT ${QV_EMBED_DIR}/${header} @ONLY NEWLINE_STYLE UNIX CONTENT [[
+// Made from @file@ by the build.
+#pragma once
+
+#include <string_view>
+
+namespace @namespace@ {
+
+inline constexpr std::string_view @constant@ = R"qv~(@text@)qv~";
+
+}  // namespace @namespace@
+]])
+endfunction()

@@ -1,0 +1,34 @@
+#include "qvcommon/framework/StandardStreams.h"
+
+#include <limits>
+
+#include "platform/StandardStreams.h"
+
+using qv::platform::FileFailure;
+
+namespace {
+
+constexpr std::size_t kLongestText = std::numeric_limits<int>::max(), kChunk = 1 << 16;
+
+void ThrowIf(const FileFailure& failure, const char* stream) {
+    const LONG number = failure.error ? static_cast<LONG>(failure.error) : -1;
+    if (failure) AfxThrowFileException(static_cast<int>(failure.cause), number, stream);
+}
+
+}  // namespace
+
+CString AfxReadStandardInput() {
+    const char* const name = "standard input";
+    std::string text;
+    for (std::size_t size = 0, count = 0;; size += count) {
+        if (size > kLongestText) AfxThrowFileException(CFileException::generic, -1, name);
+        if (text.size() < size + kChunk) text.resize(2 * size + kChunk);
+        const qv::platform::FileHandle input = qv::platform::StandardInput();
+        ThrowIf(qv::platform::ReadBytes(input, text.data() + size, text.size() - size, count), name);
+        if (count == 0) return text.resize(size), CString(std::move(text));
+    }
+}
+
+void AfxWriteStandardOutput(std::string_view text) {
+    ThrowIf(qv::platform::WriteBytes(qv::platform::StandardOutput(), text.data(), text.size()), "standard output");
+}

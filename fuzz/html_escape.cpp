@@ -1,0 +1,21 @@
+// Every way of escaping gives what its replacements give one after the other.
+#include <clocale>
+#include <cstdlib>
+
+#include "qvcommon/HtmlWriter.h"
+#include "tests/support/ReplacementChain.h"
+
+using namespace qv::test;
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    if (size == 0) return 0;
+    std::setlocale(LC_ALL, data[0] & 1 ? "C.UTF-8" : "C");
+    const CString text(std::string_view(reinterpret_cast<const char*>(data) + 1, size - 1));
+    const bool same = CHtmlWriter::Clean(text) == ChainClean(text) &&
+                      CHtmlWriter::CleanFloatOver(text) == ChainCleanFloatOver(text) &&
+                      CHtmlWriter::CleanScriptParameter(text, 0) == ChainCleanScriptParameter(text, 0) &&
+                      CHtmlWriter::CleanScriptParameter(text, 1) == ChainCleanScriptParameter(text, 1) &&
+                      CHtmlWriter::Dirty(text) == ChainDirty(text);
+    if (!same) std::abort();
+    return 0;
+}

@@ -1,0 +1,72 @@
+#include "html/ByteScan.h"
+#include "html/Entities.h"
+#include "html/HtmlTokenizer.h"
+#include "qvcommon/HtmlWriter.h"
+
+namespace {
+
+// Text on its way to lines, in which no blank follows another or begins a line.
+class Lines {
+public:
+    explicit Lines(std::size_t expected) { m_text.reserve(expected); }
+
+    void AddText(std::string_view text) {
+        using Breaks = qv::html::ByteSet<' ', '\r', '\n'>;
+        for (std::size_t from = 0; from < text.size();) {
+            const std::size_t end = Breaks::Find(text, from);
+            m_text += text.substr(from, end - from);
+            if (end < text.size()) AddBlank();
+            from = end + 1;
+        }
+    }
+
+    void AddBlank() {
+        if (!m_text.ends_with(' ') && !m_text.ends_with('\n')) m_text += ' ';
+    }
+
+    void AddTag(std::string_view inner) {
+        const std::string_view name = inner.substr(0, inner.find(' '));
+        if (qv::html::IsName(name, "p") || qv::html::IsName(name, "br"))
+            m_text += '\n';
+        else if (qv::html::IsName(name, "li"))
+            m_text += "\n* ";
+        else
+            AddBlank();
+    }
+
+    const std::string& Text() const { return m_text; }
+
+private:
+    std::string m_text;
+};
+
+// A "<" without a ">" after it is dropped; what follows it is text.
+Lines ReadLines(std::string_view html) {
+    Lines lines(html.size());
+    std::size_t from = 0;
+    for (;;) {
+        const std::size_t begin = html.find('<', from);
+        lines.AddText(html.substr(from, begin - from));
+        if (begin == html.npos) return lines;
+        const std::size_t end = html.find('>', begin);
+        from = begin + 1;
+        if (end == html.npos) break;
+        lines.AddTag(html.substr(from, end - from));
+        from = end + 1;
+    }
+    lines.AddText(html.substr(from));
+    return lines;
+}
+
+constexpr qv::html::Entity kEntities[] = {
+    {"&nbsp;", " "}, {"&quot;", "\""}, {"&gt;", ">"}, {"&lt;", "<"}, {"&amp;", "&"}};
+
+}  // namespace
+
+CString CHtmlWriter::HtmlToPlainText(std::string_view html) {
+    CString text = qv::html::DecodeEntities(ReadLines(html).Text(), kEntities);
+    text.TrimLeft();
+    text.TrimRight();
+    text.Replace("\n", "\r\n");
+    return text;
+}

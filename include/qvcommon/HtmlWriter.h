@@ -1,0 +1,199 @@
+#pragma once
+
+/// @file The page builder through which every HTML page of the library is written, and the text operations beside it.
+
+#include "qvcommon/HtmlDocument.h"
+#include "qvcommon/framework/StdioFile.h"
+
+/// A streaming builder: each call appends a finished piece of markup, in call order, to a text in memory or, once a file
+/// name is set, to that file. It keeps no tree, checks no nesting, tag name or attribute, and adds no line break of its own:
+/// the caller opens and closes in the right order. Only what a member says it escapes is escaped.
+///
+/// Text arguments are bytes in the process's code page and must not be null where they are a view; a `const char*` may be
+/// null where its default is. Any operation that writes raises CFileException* when the file cannot be opened or written;
+/// the text of that call is lost then. One object, one thread; the static members may run on any.
+class QVCOMMON_API CHtmlWriter : public CObject {
+    DECLARE_DYNAMIC(CHtmlWriter)
+
+public:
+    /// Any other value is accepted and means what each operation says of it.
+    enum enumAlign : int { alignNone, alignLeft, alignCenter, alignRight };
+
+    CHtmlWriter() = default;
+    /// Copies take over the accumulated text and nothing else: no file name, no open file, no dropdowns. Assigning closes
+    /// the file that this writer had open; a failure of that close is not reported.
+    CHtmlWriter(const CHtmlWriter& other);
+    CHtmlWriter& operator=(const CHtmlWriter& other);
+    /// Closes the file if it is still open; a failure is not reported: call CommitFile to learn of it.
+    ~CHtmlWriter() override = default;
+
+    /// A writer in memory with this text and the other's after it.
+    CHtmlWriter operator+(const CHtmlWriter& other) const;
+    /// Appends the other's accumulated text, to this writer's file if it has one.
+    CHtmlWriter& operator+=(const CHtmlWriter& other);
+
+    // The head. These four are the operations that derived classes change.
+
+    /// "<head>", AddTitleToHead with the same arguments, "</head>". "<html>" and "<body>" are left to the caller.
+    virtual void AddTitle(const char* title, const char* stylesheet = nullptr, const char* headTag = nullptr,
+                          const char* dropdownImageDir = nullptr);
+    /// The escaped title in "<Title>"; then, for each argument that is not null: a link to the style sheet, its backslashes
+    /// turned into slashes; `headTag` as a bare tag; the script of the drop-down sections with their pictures' folder.
+    virtual void AddTitleToHead(const char* title, const char* stylesheet = nullptr, const char* headTag = nullptr,
+                                const char* dropdownImageDir = nullptr);
+    /// "<A href=...>"; the address is not escaped.
+    virtual void OpenHotlink(const char* url);
+    virtual void CloseHotlink();
+
+    // Output (html/HtmlWriter.cpp)
+
+    /// Appends the text exactly as it is. Every other operation ends here.
+    ///
+    /// In memory the text's capacity is raised by at least 1000000 bytes whenever it is above 10000 and fewer than 1000 are
+    /// free. With a file name the file is opened at the first write, and nothing is kept in memory.
+    void AddFormattedText(std::string_view text);
+    /// Appends Clean(text).
+    void AddText(std::string_view text);
+    /// "<tag>", or "<tag attributes>" when there are attributes.
+    void AddTag(const char* tag, const char* attributes = nullptr);
+    void OpenTag(const char* tag, const char* attributes = nullptr) { AddTag(tag, attributes); }
+    void CloseTag(const char* tag);
+
+    /// The text in memory. None of these four looks at the file. References are valid until the writer changes.
+    const CString& GetHtml() const { return m_strHtml; }
+    operator const char*() const { return m_strHtml; }
+    bool IsEmpty() const { return m_strHtml.IsEmpty(); }
+    void Empty() { m_strHtml.Empty(); }
+
+    /// From now on text goes to this file; what is in memory stays there. The name takes effect when the file is opened.
+    void SetFilename(const char* name) { m_strFilename = name; }
+    CString GetFilename() const { return m_strFilename; }
+    /// Closes the file. A write after it empties the file and starts anew. @throws CFileException* when the system could
+    /// not keep what was written; the file is closed then too.
+    void CommitFile() { CloseFile(); }
+
+    // Elements (html/HtmlWriterElements.cpp)
+
+    /// "hN" around the escaped text. An alignment outside the four values writes no opening tag.
+    void AddHeading(int level, std::string_view text, enumAlign align = alignNone);
+    void AddHeading(int level, std::string_view text, const char* attributes);
+    /// "P" around the escaped text; the alignment follows the caller's attributes.
+    void AddParagraph(std::string_view text, enumAlign align = alignNone, const char* attributes = nullptr);
+    void AddBlankParagraph();
+    /// "pre" around the escaped text, whose line ends thus become "<br>".
+    void AddPreformattedParagraph(std::string_view text, const char* attributes = nullptr);
+    /// "code" around the escaped text, with four non-breaking spaces for each tab.
+    void AddCode(std::string_view text);
+    void OpenNumberList(const char* attributes = nullptr) { OpenTag("ol", attributes); }
+    void CloseNumberList() { CloseTag("ol"); }
+    void OpenBulletList(const char* attributes = nullptr) { OpenTag("ul", attributes); }
+    void CloseBulletList() { CloseTag("ul"); }
+    /// "li" around the text, which is NOT escaped.
+    void AddLine(std::string_view text, const char* attributes = nullptr);
+
+    /// An "img". The source and `extra` are not escaped, the alternative text is (CleanFloatOver); width and height, in
+    /// pixels, are written only when neither is 0. Parts that are empty leave their separating blanks.
+    void AddImage(const char* source, enumAlign align = alignNone, const char* altText = nullptr, int width = 0,
+                  int height = 0, const char* extra = nullptr);
+    /// The same, under the name that older callers use.
+    void AddUppercaseImage(const char* source, enumAlign align = alignNone, const char* altText = nullptr,
+                           int width = 0, int height = 0, const char* extra = nullptr) {
+        AddImage(source, align, altText, width, height, extra);
+    }
+
+    /// A link to a named place, in this page or another one. Neither text is escaped.
+    void OpenBookmark(const char* name, const char* page = nullptr);
+    void CloseBookmark();
+    /// An empty anchor of that name.
+    void AddBookmark(const char* name);
+    /// The name as it stands in the page: the one place where names of anchors would be normalised. It changes nothing.
+    static CString CleanBookmark(const char* name) { return name; }
+
+    // Forms (html/HtmlWriterForms.cpp). No text is escaped.
+
+    /// A form that posts to `action`, with `command` in the hidden field "MfcISAPICommand".
+    void OpenForm(const char* action, const char* command);
+    void CloseForm() { CloseTag("form"); }
+    void AddHiddenField(const char* name, const char* value);
+    void AddHiddenField(const char* name, int value);
+    /// A field `size` characters wide, empty when `value` is null.
+    void AddSingleLineTextField(const char* name, int size, const char* value = nullptr);
+    void AddSingleLineTextField(const char* name, int size, int value);
+
+    // Drop-down sections (html/HtmlWriterDropdowns.cpp)
+
+    /// Whether the page's sections can be opened and closed, and the folder that holds "open.gif" and "closed.gif".
+    void SetDropdowns(int enabled, const char* imageDirectory);
+    int GetDropdowns() const { return m_bDropdowns; }
+    /// The script of the sections and of the cookie that keeps which are open; once a page, in its head.
+    void AddDropdownScript(const char* imageDirectory);
+
+    // Other pages (html/HtmlWriterInclude.cpp)
+
+    /// Appends the body of a page, or the whole file when it has no "<body" or "<BODY" tag; lines end in a line feed then.
+    /// The file is opened so that nobody writes to it meanwhile.
+    /// @return 1, or 0 after appending nothing when the file cannot be opened or read; no error is raised for that.
+    int AddHtmlFile(const char* path);
+    /// The words of another page's body: every tag becomes a blank, the rest goes through Dirty. Empty when the file cannot
+    /// be read.
+    static CString GetFileBodyWords(const char* path);
+
+    // Plain text (html/HtmlPlainText.cpp)
+
+    /// The text of a page as a mail or a note shows it: "p" and "br" start a line, "li" a line with "* ", other tags and
+    /// line ends become a blank, blanks are joined, the five entities that Clean makes are turned back, and lines end in
+    /// CR LF. Closing tags are other tags. Time and memory grow in line with the text.
+    static CString HtmlToPlainText(std::string_view html);
+
+    // Escaping (html/HtmlEscape.cpp)
+    //
+    // The non-breaking space is byte 0xA0 in a single-byte code page; in a multibyte one it is the character U+00A0 and the
+    // byte 0xA0 where that is no part of a well-formed character.
+
+    /// For text between tags: & < > " and the non-breaking space become entities, a carriage return becomes "<br>", line
+    /// feeds are dropped. `Clean("a<b\r\n") == "a&lt;b<br>"`.
+    static CString Clean(std::string_view text);
+    /// For attribute values: the same entities; line ends stay.
+    static CString CleanFloatOver(std::string_view text);
+    /// For script strings in single quotes within an attribute. Always: \ and ' get a backslash, " becomes "&quot;", line
+    /// feeds are dropped. With `inAttributeOnly` 0 the string becomes HTML once more when the script runs, so entities are
+    /// escaped twice ("<" becomes "&amp;lt;") and a carriage return becomes "<br>".
+    static CString CleanScriptParameter(std::string_view text, int inAttributeOnly = 0);
+    /// Undoes Clean. What Clean dropped or could not tell apart stays lost: line feeds, and in a multibyte code page the
+    /// single byte 0xA0, which comes back as the character.
+    static CString Dirty(std::string_view text);
+
+    // Moving a page (html/HtmlRebase.cpp)
+
+    /// Finds the addresses of a page. Any text is accepted; time and memory grow in line with it.
+    static CHtmlDocument LoadDocument(std::string_view html);
+    /// Joins one address of an element to `newBase` if it is relative; the joining rule stands with RebaseAddress in
+    /// HtmlDocument.h. An address that was joined before is taken as it stands in the page, not joined twice.
+    /// @param element  0 to document.GetElementCount() - 1.
+    /// @param attribute  its name in lower case.
+    /// @return whether the address was joined: false without such an attribute and for addresses that stay as they are.
+    static bool RebaseElement(CHtmlDocument& document, int element, std::string_view attribute,
+                              std::string_view newBase);
+    /// The same for every element with the tag name, or for all elements when that is empty. Returns how many were joined.
+    static int RebaseCollection(CHtmlDocument& document, std::string_view tag, std::string_view attribute,
+                                std::string_view newBase);
+    /// The page's body with every relative address joined to `newBase`, all other bytes as they were.
+    static CString GetRebasedBody(std::string_view html, std::string_view newBase);
+
+protected:
+    /// Opens the file when it is not open, creating or emptying it. Others may read the file meanwhile but not write it.
+    /// Waits and tries again while another process holds it. @throws CFileException*
+    void OpenFile();
+    void CloseFile();
+
+private:
+    void AppendInMemory(std::string_view text);
+
+    CString m_strHtml;
+    CString m_strFilename;
+    CStdioFile m_file;
+    int m_bFileOpen = 0;
+    int m_bMultiUser = 1;
+    int m_bDropdowns = 0;
+    CString m_strDropdownImageDir;
+};

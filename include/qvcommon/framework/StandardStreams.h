@@ -1,0 +1,14 @@
+#pragma once
+
+/// @file The process's standard streams as bytes. Nothing is translated on either system, and nothing is shared with the
+/// buffers of the C and C++ streams: flush those before.
+
+#include "qvcommon/framework/File.h"
+
+/// All of standard input, up to its end.
+/// @throws CFileException* when it cannot be read, or is longer than a text can be (2^31 - 1 bytes).
+QVCOMMON_API CString AfxReadStandardInput();
+
+/// Writes all of the text to standard output.
+/// @throws CFileException* when not all of it could be written; how much of it was is not known.
+QVCOMMON_API void AfxWriteStandardOutput(std::string_view text);

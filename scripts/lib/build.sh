@@ -1,0 +1,29 @@
+# shellcheck shell=bash
+# Configures and builds presets.
+
+# build_preset PRESET [ARGUMENT of cmake --build...]
+build_preset() {
+    local preset=$1
+    shift
+    configure_preset "$preset" && steady "$preset" cmake --build --preset "$preset" -j "$(nproc)" "$@"
+}
+
+configure_preset() (
+    if command -v ccache > /dev/null; then
+        export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    fi
+    cd "$QV_ROOT" && cmake --preset "$1" --log-level=WARNING > /dev/null
+)
+
+# steady PRESET COMMAND...: runs a command in the tree's folder; that of a sanitized preset with addresses laid out the
+# same way on every run, where the system permits it. Sanitizers of older compilers stop at start-up when the kernel
+# spreads addresses too widely.
+steady() (
+    cd "$QV_ROOT" || exit
+    local preset=$1
+    shift
+    case $preset in
+        asan | tsan | fuzz) ! setarch -R true 2> /dev/null || exec setarch -R "$@" ;;
+    esac
+    exec "$@"
+)

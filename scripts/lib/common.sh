@@ -1,0 +1,43 @@
+# shellcheck shell=bash
+# What every command shares: where the tree is, how it speaks, where it keeps what outlives a build.
+
+# shellcheck disable=SC2034
+QV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd -P)
+# shellcheck disable=SC2034
+QV_CACHE=${XDG_CACHE_HOME:-${HOME:-/root}/.cache}/qvcommon
+
+say() {
+    printf '==> %s\n' "$*"
+}
+
+fail() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+# use PART...: reads other parts of this folder.
+use() {
+    local part
+    for part in "$@"; do
+        # shellcheck source=/dev/null
+        . "$QV_ROOT/scripts/lib/$part.sh"
+    done
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo > /dev/null; then
+        sudo "$@"
+    else
+        fail "this needs administrator rights (run it as root, or install sudo): $*"
+    fi
+}
+
+# Every command answers --help with the comment at its head.
+case ${1:-} in
+    -h | --help)
+        sed -n '2,/^[^#]/ s/^# \{0,1\}//p' "$0"
+        exit
+        ;;
+esac

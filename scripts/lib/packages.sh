@@ -1,0 +1,69 @@
+# shellcheck shell=bash
+# Installs Debian packages, only those that are asked for and only when they are missing.
+
+# What each purpose needs. The compilers of a target are the target's own, so that nobody installs all of them.
+declare -gA QV_PACKAGES=(
+    [build]="cmake ninja-build g++ ccache pkg-config libcli11-dev libxml2-dev zlib1g-dev"
+    [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
+    [tests]="googletest locales tzdata"
+    [sanitizers]="clang libclang-rt-dev llvm"
+    [format]="clang-format git"
+    [tidy]="clang clang-tidy python3"
+    [browser]="chromium chromium-driver python3"
+    [windows-x64]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
+    [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
+    [bench]="libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev"
+)
+
+# The locales that tests of texts, folding and collation switch to.
+QV_LOCALES=(en_US.UTF-8 de_DE.UTF-8 ja_JP.UTF-8 en_US.ISO-8859-1)
+
+# need PURPOSE...: installs what these purposes lack.
+need() {
+    local purpose package missing=()
+    for purpose in "$@"; do
+        for package in ${QV_PACKAGES[$purpose]}; do
+            is_installed "$package" || missing+=("$package")
+        done
+    done
+    if [ ${#missing[@]} -gt 0 ]; then
+        say "Installing for ${*}: ${missing[*]}"
+        install_packages "${missing[@]}"
+    fi
+}
+
+is_installed() {
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2> /dev/null)" = installed ]
+}
+
+install_packages() {
+    has_package_lists || as_root apt-get update -qq || true
+    apt_install "$@" && return
+    # The lists may be older than the archive.
+    as_root apt-get update -qq || true
+    apt_install "$@" || fail "these packages could not be installed: $*"
+}
+
+has_package_lists() {
+    compgen -G '/var/lib/apt/lists/*_Packages*' > /dev/null
+}
+
+apt_install() {
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends \
+        -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@" > /dev/null
+}
+
+# need_locales: compiles the missing ones of the locales that the tests use; the machine's own list stays as it is.
+need_locales() {
+    local have locale missing=()
+    have=$(locale -a | tr '[:upper:]' '[:lower:]' | tr -d -)
+    for locale in "${QV_LOCALES[@]}"; do
+        grep -qxF "$(tr '[:upper:]' '[:lower:]' <<< "$locale" | tr -d -)" <<< "$have" || missing+=("$locale")
+    done
+    if [ ${#missing[@]} -gt 0 ]; then
+        say "Compiling locales for tests: ${missing[*]}"
+        for locale in "${missing[@]}"; do
+            as_root localedef -i "${locale%%.*}" -f "${locale#*.}" "$locale" || fail "locale $locale could not be compiled"
+        done
+    fi
+}

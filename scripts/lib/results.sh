@@ -1,0 +1,51 @@
+# shellcheck shell=bash
+# Collects what each target came to, and shows it at the end.
+
+QV_RESULTS=()
+QV_PASSED=0 QV_FAILED=0 QV_SKIPPED=0
+
+# record TARGET PASSED FAILED SKIPPED SECONDS
+record() {
+    QV_RESULTS+=("$(printf '%-12s %8d %8d %8d %8d %7ds' "$1" $(($2 + $3 + $4)) "$2" "$3" "$4" "$5")")
+    QV_PASSED=$((QV_PASSED + $2)) QV_FAILED=$((QV_FAILED + $3)) QV_SKIPPED=$((QV_SKIPPED + $4))
+}
+
+# record_suite TARGET REPORT STATUS SECONDS: reads the counts from a JUnit report. A run that failed without saying of
+# which test counts as one failure.
+record_suite() {
+    local passed=0 failed=0 skipped=0
+    [ ! -s "$2" ] || read -r passed failed skipped < <(count_tests "$2")
+    [ "$3" -eq 0 ] || [ "$failed" -gt 0 ] || failed=1
+    record "$1" "$passed" "$failed" "$skipped" "$4"
+}
+
+# count_tests REPORT: "PASSED FAILED SKIPPED". A program that runs many tests says at its end how many of each there were;
+# those are counted instead of the program. One that fails otherwise, in a leak check after its tests for instance, or
+# before it comes to its end, is itself a failure.
+count_tests() {
+    awk '
+        /<testcase / {
+            match($0, / status="[a-z]*"/)
+            status = substr($0, RSTART + 9, RLENGTH - 10)
+            summed = p = f = s = 0
+        }
+        /^\[  PASSED  \] [0-9]+ tests?\./ { summed = 1; p = $4 }
+        /^\[  FAILED  \] [0-9]+ tests?, listed below:/ { f = $4 }
+        /^\[  SKIPPED \] [0-9]+ tests?, listed below:/ { s = $4 }
+        /<\/testcase>/ {
+            if (summed) { passed += p; failed += f; skipped += s }
+            if (status == "fail" && !(summed && f)) failed++
+            else if (!summed && status == "run") passed++
+            else if (!summed) skipped++
+        }
+        END { print passed + 0, failed + 0, skipped + 0 }' "$1"
+}
+
+# The last line is for programs as much as for people.
+show_results() {
+    printf '\n%-12s %8s %8s %8s %8s %8s\n' target tests passed failed skipped time
+    printf '%s\n' "${QV_RESULTS[@]}"
+    printf '\n%d passed, %d failed' "$QV_PASSED" "$QV_FAILED"
+    [ "$QV_SKIPPED" -eq 0 ] || printf ', %d skipped' "$QV_SKIPPED"
+    printf '\n'
+}

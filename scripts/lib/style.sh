@@ -1,0 +1,18 @@
+# shellcheck shell=bash
+# Which sources are ours, and how they are checked.
+
+# over_cxx_files COMMAND...: runs a command over every C++ file of the tree that version control does not ignore.
+over_cxx_files() (
+    cd "$QV_ROOT" || exit
+    # The tree may belong to another user, as it does in containers.
+    git -c safe.directory='*' ls-files -z --cached --others --exclude-standard -- '*.h' '*.cpp' | xargs -0 "$@"
+)
+
+check_format() {
+    over_cxx_files clang-format --dry-run --Werror
+}
+
+# Checks the sources of the library and its tools as the linux preset compiles them.
+check_tidy() {
+    configure_preset linux && python3 "$QV_ROOT/scripts/lib/tidy.py" "$QV_ROOT" "$QV_ROOT/build/linux"
+}

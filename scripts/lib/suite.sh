@@ -1,0 +1,63 @@
+# shellcheck shell=bash
+# Runs one target of the test suite and records what it came to. A target that cannot be prepared counts as one failure.
+
+run_target() {
+    case $1 in
+        style) run_style ;;
+        browser) run_browser ;;
+        *) run_suite "$1" "$1" -LE '^browser$' ;;
+    esac
+}
+
+# run_suite TARGET PRESET [ARGUMENT of ctest...]
+run_suite() {
+    local target=$1 preset=$2 status=0 started=$SECONDS
+    local report=$QV_ROOT/build/$preset/results-$target.xml
+    shift 2
+    rm -f "$report"
+    if ! prepare "$target" "$preset"; then
+        record "$target" 0 1 0 $((SECONDS - started))
+        return
+    fi
+    # The counts are read from the programs' output, so none of it may be cut off.
+    steady "$preset" ctest --preset "$preset" --output-junit "$report" --test-output-size-passed 100000000 \
+        --test-output-size-failed 100000000 "$@" || status=$?
+    record_suite "$target" "$report" "$status" $((SECONDS - started))
+}
+
+# prepare TARGET PRESET: a shell of its own, so that a target that cannot go on does not stop the others.
+prepare() (
+    case $1 in
+        linux) need build tests && need_locales ;;
+        asan | tsan) need build tests sanitizers && need_locales ;;
+        windows-x64) need cross tests "$1" && need_locales && wine_prepare x64 "$QV_ROOT/build/$2" ;;
+        windows-x86) need cross tests "$1" && need_locales && need_wine32 && wine_prepare x86 "$QV_ROOT/build/$2" ;;
+        browser) need build tests browser && need_locales ;;
+    esac && build_preset "$2"
+)
+
+# Until there are tests in a browser, this needs none and says nothing.
+run_browser() {
+    local started=$SECONDS
+    if ! prepare linux linux; then
+        record browser 0 1 0 $((SECONDS - started))
+    elif has_browser_tests; then
+        run_suite browser linux -L '^browser$'
+    fi
+}
+
+has_browser_tests() {
+    ! (cd "$QV_ROOT" && ctest --preset linux -N -L '^browser$' --no-tests=ignore) | grep -q '^Total Tests: 0'
+}
+
+# Two checks: how the sources are laid out, and what static analysis says of them.
+run_style() {
+    local failed=0 started=$SECONDS
+    if (need build tests format tidy); then
+        check_format || failed=$((failed + 1))
+        check_tidy || failed=$((failed + 1))
+    else
+        failed=2
+    fi
+    record style $((2 - failed)) "$failed" 0 $((SECONDS - started))
+}

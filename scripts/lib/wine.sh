@@ -1,0 +1,109 @@
+# shellcheck shell=bash
+# Runs Windows programs under Wine, and keeps what Wine needs for that.
+#
+# Each build folder has a Wine prefix of its own, so that runs of several checkouts never meet. A prefix holds its Wine
+# server for a while after the last program (a program starts in some hundredths of a second then, instead of a third),
+# and uses the driver without a screen: windows, messages, drawing and the clipboard work, and no X server is needed.
+
+QV_WINE_IDLE_SECONDS=60
+
+# wine_run ARCHITECTURE PROGRAM [ARGUMENT...]: does not return; the exit status is the program's.
+wine_run() {
+    local architecture=$1 program=$2
+    shift
+    wine_environment "$architecture" "$(wine_prefix "$architecture" "$program")"
+    wine_start
+    exec "$QV_WINE_DIR/$QV_WINE_LOADER" "$@"
+}
+
+# The prefix of the build folder that the program lies in; programs from elsewhere share one in the cache.
+wine_prefix() {
+    local folder
+    folder=$(cd "$(dirname "$2")" && pwd -P)
+    while [ -n "$folder" ]; do
+        if [ -e "$folder/CMakeCache.txt" ]; then
+            echo "$folder/wine"
+            return
+        fi
+        folder=${folder%/*}
+    done
+    echo "$QV_CACHE/wine-$1"
+}
+
+wine_environment() {
+    unset DISPLAY WAYLAND_DISPLAY WINELOADER WINESERVER
+    export WINEPREFIX=$2 WINEDEBUG=${WINEDEBUG:--all}
+    # No offers to install run times, no entries in the desktop's menus.
+    export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+    # The ANSI code page follows the locale: Windows-1252 here. File names are UTF-8.
+    export LC_ALL=${QV_WINE_LOCALE:-C.UTF-8} 2> /dev/null
+    case $1 in
+        x64)
+            QV_WINE_DIR=/usr/lib/wine QV_WINE_LOADER=wine64
+            export WINEARCH=win64
+            ;;
+        x86)
+            local tree
+            tree=$(wine32_tree)
+            QV_WINE_DIR=$tree/usr/lib/wine QV_WINE_LOADER=wine
+            export WINEARCH=win32 LD_LIBRARY_PATH=$tree/usr/lib/i386-linux-gnu
+            ;;
+    esac
+    [ -x "$QV_WINE_DIR/$QV_WINE_LOADER" ] || fail "Wine is missing; scripts/test windows-$1 installs it"
+}
+
+# Makes the prefix and starts its server, whichever is missing. What is started here holds none of the caller's pipes: a
+# caller that waits for their end would wait for the server.
+wine_start() {
+    mkdir -p "$(dirname "$WINEPREFIX")"
+    exec 9> "$WINEPREFIX.lock"
+    flock 9
+    [ -e "$WINEPREFIX/complete" ] || wine_make_prefix 9>&- || fail "the Wine prefix $WINEPREFIX could not be made"
+    # The server refuses to start beside one that runs.
+    if "$QV_WINE_DIR/wineserver" "-p$QV_WINE_IDLE_SECONDS" < /dev/null > /dev/null 2>&1 9>&-; then
+        wine_quietly wineboot 9>&-
+    fi
+    exec 9>&-
+}
+
+wine_make_prefix() {
+    rm -rf "$WINEPREFIX"
+    wine_quietly wineboot --init &&
+        wine_quietly reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f || return
+    "$QV_WINE_DIR/wineserver" -k || true
+    wine_detach_home
+    # The 32-bit half of a 64-bit prefix serves nobody here.
+    rm -rf "$WINEPREFIX/drive_c/windows/syswow64"
+    touch "$WINEPREFIX/complete"
+}
+
+wine_quietly() {
+    "$QV_WINE_DIR/$QV_WINE_LOADER" "$@" < /dev/null > /dev/null 2>&1
+}
+
+# Wine links "Documents" and its like to the user's own folders; tests shall not write there.
+wine_detach_home() {
+    find "$WINEPREFIX/drive_c/users" -type l -exec sh -c 'for link; do rm "$link" && mkdir "$link"; done' - {} +
+}
+
+# wine_prepare ARCHITECTURE BUILD-FOLDER: does the slow first start ahead of the build, in which programs are asked for
+# their tests under a time limit.
+wine_prepare() (
+    wine_environment "$1" "$2/wine"
+    wine_start
+)
+
+# wine_stop ARCHITECTURE BUILD-FOLDER: ends the server of a build folder, and with it every program that still runs.
+wine_stop() (
+    [ -e "$2/wine/complete" ] || return 0
+    wine_environment "$1" "$2/wine"
+    "$QV_WINE_DIR/wineserver" -k || true
+)
+
+# Where the 32-bit Wine is. A new release of the distribution gets a tree of its own.
+wine32_tree() {
+    local VERSION_CODENAME=unknown
+    # shellcheck source=/dev/null
+    . /etc/os-release
+    echo "$QV_CACHE/wine32-$VERSION_CODENAME"
+}

@@ -1,0 +1,103 @@
+#include <gtest/gtest.h>
+
+#include "qvcommon/HtmlWriter.h"
+#include "tests/support/ReplacementChain.h"
+#include "tests/support/ScopedLocale.h"
+
+namespace {
+
+using namespace qv::test;
+
+// Every rule against its definition, in the code pages that the system can be set to.
+class HtmlEscape : public testing::TestWithParam<const char*> {
+protected:
+    void ExpectSame(const CString& text) const {
+        EXPECT_EQ(CHtmlWriter::Clean(text), ChainClean(text)) << testing::PrintToString(text.AsStd());
+        EXPECT_EQ(CHtmlWriter::CleanFloatOver(text), ChainCleanFloatOver(text)) << testing::PrintToString(text.AsStd());
+        for (const int flag : {0, 1})
+            EXPECT_EQ(CHtmlWriter::CleanScriptParameter(text, flag), ChainCleanScriptParameter(text, flag))
+                << testing::PrintToString(text.AsStd());
+        EXPECT_EQ(CHtmlWriter::Dirty(text), ChainDirty(text)) << testing::PrintToString(text.AsStd());
+        EXPECT_EQ(CHtmlWriter::HtmlToPlainText(text), ChainPlainText(text)) << testing::PrintToString(text.AsStd());
+    }
+
+    ScopedLocale m_locale{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(CodePages, HtmlEscape, testing::Values("C", "C.UTF-8"));
+
+TEST_P(HtmlEscape, EqualsReplacingOneAfterTheOther) {
+    const std::string_view pieces[] = {"&",     "<",    ">",    "\"",   "'",        "\\",   "\n",   "\r",  " ",
+                                       "\t",    "\xA0", "\xC2", "\xC3", "\xE2\x80", "\x80", "a",    "b",   "nbsp;",
+                                       "quot;", "amp;", "am",   "p;",   "lt;",      "gt;",  "<br>", "<P>", "li x>"};
+    for (const std::string_view a : pieces)
+        for (const std::string_view b : pieces) {
+            ExpectSame(CString(a) + b);
+            for (const std::string_view c : pieces) {
+                ExpectSame(CString(a) + b + c);
+                ExpectSame("0123456789abcd" + CString(a) + b + "fedcba" + c);
+            }
+        }
+}
+
+TEST_P(HtmlEscape, FindsSpecialsAtEveryPlaceOfLongTexts) {
+    for (const std::string_view special :
+         {"<", "\"", "\xA0", "\xC3\xA0", "\xC2\xA0", "\xE2\x80\xA0", "\xC2\n\xA0", "\n"})
+        for (int before = 0; before < 40; ++before) {
+            const CString text = CString('x', before) + special + CString('\xE9', 20) + special;
+            EXPECT_EQ(CHtmlWriter::Clean(text), ChainClean(text)) << before << testing::PrintToString(text.AsStd());
+        }
+}
+
+TEST_P(HtmlEscape, DirtyUndoesClean) {
+    for (int a = 0; a < 256; ++a)
+        for (int b = 0; b < 256; ++b) {
+            CString text;
+            text += static_cast<char>(a), text += static_cast<char>(b);
+            // The documented losses: line feeds, and in UTF-8 the byte 0xA0 alone, which comes back as the character.
+            CString expected = text;
+            expected.Remove('\n');
+            ReplaceNoBreakSpaces(expected);
+            expected.Replace("&nbsp;", ChainDirty("&nbsp;"));
+            EXPECT_EQ(CHtmlWriter::Dirty(CHtmlWriter::Clean(text)), expected) << a << ' ' << b;
+        }
+}
+
+TEST(HtmlEscapeExamples, KeepTheirExactForm) {
+    EXPECT_EQ(CHtmlWriter::Clean("\"&\""), "&quot;&amp;&quot;");
+    EXPECT_EQ(CHtmlWriter::Clean("a\r\nb"), "a<br>b");
+    EXPECT_EQ(CHtmlWriter::CleanFloatOver("a\r\n<"), "a\r\n&lt;");
+    EXPECT_EQ(CHtmlWriter::CleanScriptParameter("a<b", 0), "a&amp;lt;b");
+    EXPECT_EQ(CHtmlWriter::CleanScriptParameter("it's \"\\\"\r\n<&", 1), "it\\'s &quot;\\\\&quot;\r<&");
+    EXPECT_EQ(CHtmlWriter::Dirty("&amp;lt;&LT;<BR><br>"), "&lt;&LT;<BR>\r");
+    EXPECT_EQ(CHtmlWriter::Clean(std::string_view("\0<\0", 3)), std::string_view("\0&lt;\0", 6));
+}
+
+TEST(HtmlToPlainText, MakesLines) {
+    const struct {
+        const char *html, *plain;
+    } cases[] = {
+        {"<p class=x>One</p><ul><li>Two</ul>", "One \r\n* Two"},
+        {"a<br>b<BR />c<br/>d", "a\r\nb\r\nc d"},
+        {"  <b>bold</b>  and\r\n<i>more</i> ", "bold and more"},
+        {"&lt;p&gt; &amp;lt; &quot;&nbsp;&nbsp;x", "<p> &lt; \"  x"},
+        {"a < b", "a b"},
+        {"&am<p;", "&"},
+        {"<p><p> x", "x"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(CHtmlWriter::HtmlToPlainText(c.html), c.plain) << c.html;
+}
+
+// Each of these costs a minute if any step looks at the text more than a few times.
+TEST(HtmlToPlainText, TakesHostileTextInItsStride) {
+    for (const std::string_view piece : {"<", " ", "&amp;", "\n ", "<p> ", "&", "<li>", "<x>\n"}) {
+        std::string text;
+        while (text.size() < 1000000) text += piece;
+        EXPECT_LT(CHtmlWriter::HtmlToPlainText(text).GetLength(), 2000000);
+        EXPECT_GE(CHtmlWriter::Clean(text).GetLength(), 0);
+    }
+    const std::string split = "\xC2" + std::string(4000000, '\n') + "\xA0";
+    EXPECT_LE(CHtmlWriter::Clean(split).GetLength(), 7);
+}
+
+}  // namespace

@@ -1,0 +1,24 @@
+#include "tools/qv/Progress.h"
+
+#include <cstdio>
+
+#include "platform/Terminal.h"
+
+namespace qv::tool {
+
+Progress::Progress(const char* what) : m_what(what), m_shown(platform::IsErrorTerminal()) {}
+
+Progress::~Progress() {
+    if (m_shown) std::fprintf(stderr, "\r%60s\r", "");
+}
+
+void Progress::Add(std::size_t count) {
+    m_count += count;
+    if (!m_shown) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (now < m_next) return;
+    m_next = now + std::chrono::milliseconds(100);
+    std::fprintf(stderr, "\r%zu %s", m_count, m_what);
+}
+
+}  // namespace qv::tool

@@ -1,0 +1,87 @@
+#include <chrono>
+
+#include "qvcommon/framework/File.h"
+#include "tools/qv/Commands.h"
+#include "tools/qv/Utf8Path.h"
+#include "tools/qv/report/ReportPage.h"
+#include "tools/qv/report/StyleSheet.h"
+
+namespace qv::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char *kPageName = "index.html", *kStyleSheetName = "report.css";
+
+struct Options {
+    std::string folder, output, title;
+};
+
+fs::path ExistingFolder(const std::string& argument) {
+    std::error_code failed;
+    const fs::path folder = fs::canonical(PathFromArgument(argument), failed);
+    if (failed) throw Failed(argument + ": " + failed.message());
+    if (!fs::is_directory(folder)) throw Failed(argument + ": not a folder");
+    return folder;
+}
+
+fs::path OutputFolder(const std::string& argument) {
+    std::error_code failed;
+    const fs::path folder = PathFromArgument(argument);
+    fs::create_directories(folder, failed);
+    if (failed) throw Failed(argument + ": " + failed.message());
+    return fs::canonical(folder);
+}
+
+// The folder's address as seen from the page. Where no relative path leads there (another drive), its "file:" address.
+std::string LinkPrefix(const fs::path& folder, const fs::path& output) {
+    const fs::path relative = folder.lexically_relative(output);
+    if (relative == ".") return "";
+    if (relative.empty()) return "file:///" + EncodeAddress(Utf8(folder)) + '/';
+    return EncodeAddress(Utf8(relative)) + '/';
+}
+
+// The paths that the report leaves out: its own.
+std::vector<fs::path> OwnPaths(const fs::path& output) {
+    return {output, output / kPageName, output / kStyleSheetName};
+}
+
+void WriteStyleSheet(const CString& path) {
+    CFile file(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
+    file.Write(kStyleSheet.data(), static_cast<UINT>(kStyleSheet.size()));
+    file.Close();
+}
+
+void WriteReport(const Options& options) {
+    const fs::path folder = ExistingFolder(options.folder), output = OutputFolder(options.output);
+    Progress progress("files listed");
+    const std::vector<FolderEntry> folders = ReadFolderTree(folder, OwnPaths(output), progress);
+
+    const std::string name = Utf8(folder.filename());
+    ReportPage page({.title = options.title.empty() ? "Report of " + name : Utf8(PathFromArgument(options.title)),
+                     .folder = Utf8(folder),
+                     .linkPrefix = LinkPrefix(folder, output),
+                     .styleSheet = kStyleSheetName,
+                     .written = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())});
+    const CString outputName = CString(options.output) + "\\";
+    WriteStyleSheet(outputName + kStyleSheetName);
+    page.SetFilename(outputName + kPageName);
+    page.Write(folders);
+    page.CommitFile();
+}
+
+}  // namespace
+
+void AddReport(CLI::App& app) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = app.add_subcommand("report", "Write a browsable HTML report of a folder");
+    command->add_option("FOLDER", options->folder, "The folder to report on")->required();
+    command->add_option("-o,--output", options->output, "The folder that gets index.html; made when missing")
+        ->required()
+        ->option_text("OUTDIR");
+    command->add_option("--title", options->title, "The page's title")->option_text("TEXT");
+    command->footer("Example: qv report pictures -o report --title \"Our pictures\"");
+    command->callback([options] { WriteReport(*options); });
+}
+
+}  // namespace qv::tool

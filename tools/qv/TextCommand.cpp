@@ -1,0 +1,105 @@
+#include <functional>
+#include <limits>
+#include <memory>
+
+#include "qvcommon/Replacers.h"
+#include "qvcommon/StringHelper.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Commands.h"
+
+namespace qv::tool {
+namespace {
+
+using Filter = std::function<CString(const CString&)>;
+
+CLI::App& AddFilter(CLI::App& text, const char* name, const char* description, const char* example, Filter filter) {
+    CLI::App& command = *text.add_subcommand(name, description);
+    command.footer(std::string("Example: ") + example);
+    command.callback([filter] { AfxWriteStandardOutput(filter(AfxReadStandardInput())); });
+    return command;
+}
+
+// The texts between line ends, LF or CR LF; the last line may have one or not.
+CStringArray Lines(const CString& text) {
+    CString plain = text;
+    plain.Replace("\r\n", "\n");
+    CStringArray lines;
+    if (plain.IsEmpty()) return lines;
+    CStringHelper::SplitString(plain, "\n", lines, 1);
+    if (plain[plain.GetLength() - 1] == '\n') lines.RemoveAt(lines.GetUpperBound());
+    return lines;
+}
+
+CString JoinLines(const CStringArray& lines) {
+    CString text;
+    for (const CString& line : lines) (text += line) += '\n';
+    return text;
+}
+
+// The final line end belongs to the shell's habits, not to the last field.
+CString WithoutFinalLineEnd(const CString& text) {
+    for (const std::string_view end : {"\r\n", "\n"})
+        if (CStringHelper::EndsWith(text, end, 1)) return text.Left(text.GetLength() - static_cast<int>(end.size()));
+    return text;
+}
+
+CString SplitCsv(const CString& text) {
+    CStringArray fields;
+    CStringHelper::CsvToArray(WithoutFinalLineEnd(text), fields);
+    return JoinLines(fields);
+}
+
+CString UrlUnescape(const CString& text) {
+    CString result = text;
+    CStringHelper::Unescape(result);
+    return result;
+}
+
+void AddSimpleFilters(CLI::App& text) {
+    AddFilter(text, "strip-tags", "Put a space in the place of every tag, from \"<\" to \">\"",
+              "echo 'a<b>c' | qv text strip-tags", [](const CString& in) { return CStripTag().ReplaceEscapes(in); });
+    AddFilter(text, "url-escape", "Escape as a form's field is escaped in an address",
+              "echo -n 'a b&c' | qv text url-escape", [](const CString& in) { return CStringHelper::Escape(in); });
+    AddFilter(text, "url-unescape", "The inverse of url-escape", "echo 'a+b%26c' | qv text url-unescape", UrlUnescape);
+    AddFilter(text, "title-case", "Start every word with a capital, the rest in lower case",
+              "echo 'the END' | qv text title-case",
+              [](const CString& in) { return CStringHelper::MakeTitleCase(in); });
+}
+
+void AddLineFilters(CLI::App& text) {
+    AddFilter(text, "csv-split", "Write each field of a comma-separated record on a line of its own",
+              "echo 'x,\"y,z\"' | qv text csv-split", SplitCsv);
+    AddFilter(text, "csv-join", "Join lines to a comma-separated record", "ls | qv text csv-join",
+              [](const CString& in) { return CStringHelper::ArrayToCsv(Lines(in)); });
+
+    const auto descending = std::make_shared<bool>(false);
+    AddFilter(text, "sort", "Sort lines as the current locale does", "ls | qv text sort --descending",
+              [descending](const CString& in) {
+                  CStringArray lines = Lines(in);
+                  CStringHelper::SortStringArray(lines, *descending);
+                  return JoinLines(lines);
+              })
+        .add_flag("--descending", *descending, "Last first");
+}
+
+void AddWrap(CLI::App& text) {
+    const auto width = std::make_shared<int>(0);
+    AddFilter(text, "wrap", "Break the text into lines; all line ends become CR LF", "qv text wrap 72 < letter.txt",
+              [width](const CString& in) { return CStringHelper::MakeMultiLine(in, *width); })
+        .add_option("WIDTH", *width, "The longest line, in bytes")
+        ->required()
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()));
+}
+
+}  // namespace
+
+void AddText(CLI::App& app) {
+    CLI::App& text = *app.add_subcommand("text", "Pass standard input through a filter to standard output");
+    text.footer("Example: qv text wrap 72 < letter.txt");
+    text.require_subcommand(1);
+    AddSimpleFilters(text);
+    AddLineFilters(text);
+    AddWrap(text);
+}
+
+}  // namespace qv::tool

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace qv::tool {
+
+/// A path as the command line gave it, in the process's code page. @throws Failed when it is not text of that code page.
+std::filesystem::path PathFromArgument(const std::string& argument);
+
+/// The path's text in UTF-8 with "/" between its names. On systems whose names are bytes it is these bytes. A name that
+/// has no UTF-8 form is "?".
+std::string Utf8(const std::filesystem::path& path);
+
+}  // namespace qv::tool
