@@ -1,6 +1,7 @@
 #include "qvcommon/Exceptions.h"
 
-#include <cstring>
+#include <algorithm>
+#include <string_view>
 
 #include "platform/Error.h"
 #include "qvcommon/framework/MessageBox.h"
@@ -33,9 +34,9 @@ BOOL CVorbexException::GetErrorMessage(char* text, UINT maximum, UINT*) {
         message.Format("%s (%d)", m_text, m_code);
     else
         message = m_text;
-    const std::size_t length = ::strnlen(message, maximum);
-    std::memcpy(text, message, length);
-    std::memset(text + length, 0, maximum - length);
+    const std::string_view shown = static_cast<const char*>(message);
+    const std::size_t copied = shown.copy(text, maximum);
+    std::fill(text + copied, text + maximum, '\0');
     return 1;
 }
 

@@ -87,7 +87,7 @@ void AppendLocaleCharacter(std::string& out, wchar_t code) {
 }
 
 wchar_t WideCase(wchar_t code, Case which) {
-    const auto wide = static_cast<std::wint_t>(code);
+    const std::wint_t wide{static_cast<char32_t>(code)};
     return static_cast<wchar_t>(which == Case::Upper ? std::towupper(wide) : std::towlower(wide));
 }
 

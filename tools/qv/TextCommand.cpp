@@ -13,7 +13,8 @@ namespace {
 
 using Filter = std::function<CString(const CString&)>;
 
-CLI::App& AddFilter(CLI::App& text, const char* name, const char* description, const char* example, Filter filter) {
+CLI::App& AddFilter(CLI::App& text, const char* name, const char* description, const char* example,
+                    const Filter& filter) {
     CLI::App& command = *text.add_subcommand(name, description);
     command.footer(std::string("Example: ") + example);
     command.callback([filter] { AfxWriteStandardOutput(filter(AfxReadStandardInput())); });
