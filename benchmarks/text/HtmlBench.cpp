@@ -13,7 +13,8 @@ constexpr std::size_t kSize = 1 << 20;
 
 // Report text in which every `every`-th byte is special; none for 0.
 std::string ReportText(std::size_t every) {
-    constexpr std::string_view words = "Total of the quarter by region and product line, in thousands; ", specials = "&<>\"\r\n";
+    constexpr std::string_view words = "Total of the quarter by region and product line, in thousands; ",
+                               specials = "&<>\"\r\n";
     std::string text;
     while (text.size() < kSize) text += words[text.size() % words.size()];
     for (std::size_t i = 0, n = 0; every && i < kSize; i += every) text[i] = specials[n++ % specials.size()];
@@ -26,11 +27,11 @@ void Counted(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(kSize));
 }
 
-#define QV_BENCH(group, who, expression)                                                  \
-    void Run_##group##_##who(benchmark::State& state) {                                    \
-        for (auto _ : state) benchmark::DoNotOptimize(expression);                          \
-        Counted(state);                                                                      \
-    }                                                                                         \
+#define QV_BENCH(group, who, expression)                           \
+    void Run_##group##_##who(benchmark::State& state) {            \
+        for (auto _ : state) benchmark::DoNotOptimize(expression); \
+        Counted(state);                                            \
+    }                                                              \
     BENCHMARK(Run_##group##_##who)->Name(#group "/" #who)
 
 QV_BENCH(Clean, QvCommon, CHtmlWriter::Clean(kMixed));
@@ -56,5 +57,24 @@ QV_BENCH(Dirty, Replacements, qv::test::ChainDirty(kCleaned));
 
 QV_BENCH(PlainText, QvCommon, CHtmlWriter::HtmlToPlainText(kMixed));
 QV_BENCH(PlainText, Replacements, qv::test::ChainPlainText(kMixed));
+
+// A page of 4 MB in pieces as a report writes them.
+constexpr std::string_view kPiece = "<td class=\"number\">1234</td>";
+constexpr std::size_t kPieces = 4 * kSize / kPiece.size();
+
+std::size_t BuildWithWriter() {
+    CHtmlWriter page;
+    for (std::size_t i = 0; i < kPieces; ++i) page.AddFormattedText(kPiece);
+    return static_cast<std::size_t>(page.GetHtml().GetLength());
+}
+
+std::size_t BuildWithString() {
+    std::string page;
+    for (std::size_t i = 0; i < kPieces; ++i) page += kPiece;
+    return page.size();
+}
+
+QV_BENCH(Append, QvCommon, BuildWithWriter());
+QV_BENCH(Append, String, BuildWithString());
 
 }  // namespace

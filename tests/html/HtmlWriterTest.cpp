@@ -4,6 +4,7 @@
 
 #include "html/GoldenPage.h"
 #include "qvcommon/MultiUserFile.h"
+#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
@@ -171,6 +172,25 @@ TEST(HtmlWriter, FilesThatCannotBeOpened) {
     EXPECT_EQ(other.AddHtmlFile(folder / ""), 0);
     EXPECT_TRUE(other.IsEmpty());
     EXPECT_EQ(CHtmlWriter::GetFileBodyWords(folder / "none"), "");
+}
+
+TEST(HtmlWriter, AFullDiskShowsAtTheLatestWhenThePageIsCommitted) {
+    const TempFolder folder;
+    CHtmlWriter page;
+    page.SetFilename(folder / "page.html");
+    {
+        const FileFaults faults(FileFaults::Always(qv::FileCall::Write, qv::platform::FileCause::DiskFull));
+        const auto error = Raised<CFileException>([&] {
+            page.AddText("x");
+            page.CommitFile();
+        });
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->m_cause, CFileException::diskFull);
+        page.CommitFile();
+    }
+    page.AddText("anew");
+    page.CommitFile();
+    EXPECT_EQ(folder.Read("page.html"), "anew");
 }
 
 TEST(HtmlWriter, OthersReadButDoNotWriteThePage) {
