@@ -12,6 +12,6 @@ bool WriteClipboard(WindowHandle, std::string_view, unsigned) {
 
 WaitCursor::WaitCursor() = default;
 
-WaitCursor::~WaitCursor() = default;
+WaitCursor::~WaitCursor() {}
 
 }  // namespace qv::platform

@@ -19,7 +19,7 @@ struct Options {
 
 fs::path ExistingFolder(const std::string& argument) {
     std::error_code failed;
-    const fs::path folder = fs::canonical(PathFromArgument(argument), failed);
+    fs::path folder = fs::canonical(PathFromArgument(argument), failed);
     if (failed) throw Failed(argument + ": " + failed.message());
     if (!fs::is_directory(folder)) throw Failed(argument + ": not a folder");
     return folder;

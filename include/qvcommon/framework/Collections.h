@@ -33,7 +33,7 @@ public:
     int Add(ARG_TYPE item) { return m_items.emplace_back(item), GetUpperBound(); }
     template <std::same_as<TYPE> T>
     requires(!std::is_trivially_copyable_v<T>) int Add(T&& item) {
-        return m_items.push_back(std::move(item)), GetUpperBound();
+        return m_items.push_back(std::forward<T>(item)), GetUpperBound();
     }
     /// Returns the index of the first element appended.
     int Append(const CArray& other) {
@@ -102,7 +102,7 @@ public:
     void AddTail(std::string_view text) { m_items.emplace_back(text); }
     template <std::same_as<CString> T>
     void AddTail(T&& text) {
-        m_items.push_back(std::move(text));
+        m_items.push_back(std::forward<T>(text));
     }
 
     auto begin() { return m_items.begin(); }
