@@ -20,6 +20,10 @@ CString WithExtension(const char* path, const char* extension) {
     return parts.GetFullPath();
 }
 
+CString SideFileOf(const char* lockFile) {
+    return WithExtension(lockFile, "lid");
+}
+
 enum class AfterFailure { Pause, TryAtOnce, GiveUp };
 
 AfterFailure WhatToDo(int cause) {
@@ -47,7 +51,9 @@ void IgnoringFailure(Action action) {
 }  // namespace
 
 CLockFile::~CLockFile() {
-    CLockFile::Unlock();
+    if (!m_locked) return;
+    m_file.CloseAndRemove();
+    qv::platform::RemoveFile(SideFileOf(m_path));
 }
 
 CString CLockFile::GetFile() const {
@@ -101,7 +107,7 @@ CString CLockFile::GetLockedBy() const {
 }
 
 CString CLockFile::GetLockedByFileName() const {
-    return WithExtension(m_path, "lid");
+    return SideFileOf(m_path);
 }
 
 void CLockFile::RemoveLockedBy() {

@@ -34,7 +34,7 @@ void CTempFile::Create(int useGivenName) {
 CString CTempFile::CreateCandidate() const {
     constexpr int kMostTaken = 1000;
     for (int taken = 0; taken < kMostTaken;) {
-        const CString candidate = NextCandidate();
+        CString candidate = NextCandidate();
         CFileStatus status;
         if (!m_fixedName && CFile::GetStatus(candidate, status))
             ++taken;

@@ -76,7 +76,7 @@ CFile::CFile(Handle handle) : m_hFile(handle) {}
 
 CFile::CFile(const char* fileName, UINT openFlags) {
     CFileException error;
-    if (!CFile::Open(fileName, openFlags, &error))
+    if (!OpenClosed(fileName, openFlags, &error))
         AfxThrowFileException(error.m_cause, error.m_lOsError, error.m_strFileName);
 }
 
@@ -85,8 +85,12 @@ CFile::~CFile() {
 }
 
 BOOL CFile::Open(const char* fileName, UINT openFlags, CFileException* error) {
+    const CString name = fileName;  // which may be this object's own, gone after the close
+    return CloseQuietly(*this, error) && OpenClosed(name, openFlags, error);
+}
+
+BOOL CFile::OpenClosed(const char* fileName, UINT openFlags, CFileException* error) {
     const CString name = fileName;
-    if (!CloseQuietly(*this, error)) return 0;
     const FileFailure failure =
         CallSystem(FileCall::Open, name, [&] { return qv::platform::OpenFile(name, RequestOf(openFlags), m_hFile); });
     if (failure && error) Describe(failure, name, *error);

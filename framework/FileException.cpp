@@ -52,6 +52,8 @@ CString MessageFor(int cause, const CString& name) {
 
 }  // namespace
 
+// The base says who owns the object, and nobody but its holder owns the copy.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init)
 CFileException::CFileException(const CFileException& other)
     : CException(0), m_cause(other.m_cause), m_lOsError(other.m_lOsError), m_strFileName(other.m_strFileName) {}
 

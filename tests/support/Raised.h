@@ -2,12 +2,12 @@
 
 #include <memory>
 
-/// What ends an exception object that was caught by pointer.
+#include "qvcommon/framework/Exception.h"
+
+/// What ends an exception object that was caught by pointer, whatever the pointer's type.
 struct ExceptionDelete {
-    template <class E>
-    void operator()(E* exception) const {
-        exception->Delete();
-    }
+    void operator()(CException* exception) const { exception->Delete(); }
+    void operator()(CObject* exception) const { dynamic_cast<CException&>(*exception).Delete(); }
 };
 
 /// Runs the action and returns the exception it raised by pointer to E, or null when it raised none.

@@ -10,8 +10,8 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+void AddLockCommand(CLI::App& app);
 void AddReport(CLI::App& app);
 void AddText(CLI::App& app);
-void AddLockCommand(CLI::App& app);
 
 }  // namespace qv::tool

@@ -58,7 +58,7 @@ void WriteReport(const Options& options) {
     const std::vector<FolderEntry> folders = ReadFolderTree(folder, OwnPaths(output), progress);
 
     const std::string name = Utf8(folder.filename());
-    ReportPage page({.title = options.title.empty() ? "Report of " + name : Utf8(PathFromArgument(options.title)),
+    ReportPage page({.title = options.title.empty() ? "Report of " + name : Utf8FromArgument(options.title),
                      .folder = Utf8(folder),
                      .linkPrefix = LinkPrefix(folder, output),
                      .styleSheet = kStyleSheetName,

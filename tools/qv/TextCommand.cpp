@@ -57,12 +57,12 @@ CString UrlUnescape(const CString& text) {
     return result;
 }
 
-void AddHtmlFilters(CLI::App& text) {
-    AddFilter(text, "escape", "Escape for an HTML page; line ends become \"<br>\"", "echo -n 'a<b' | qv text escape",
-              [](const CString& in) { return CHtmlWriter::Clean(in); });
+void AddPageFilters(CLI::App& text) {
+    AddFilter(text, "escape", "Escape for the text of a page; CR becomes <br>, LF is dropped",
+              "echo -n 'a<b' | qv text escape", [](const CString& in) { return CHtmlWriter::Clean(in); });
     AddFilter(text, "unescape", "The inverse of escape", "echo 'a&lt;b' | qv text unescape",
               [](const CString& in) { return CHtmlWriter::Dirty(in); });
-    AddFilter(text, "plain", "Turn an HTML page into plain text", "qv text plain < page.htm",
+    AddFilter(text, "plain", "The text of a page, with line ends CR LF", "qv text plain < page.html",
               [](const CString& in) { return CHtmlWriter::HtmlToPlainText(in); });
 }
 
@@ -108,7 +108,7 @@ void AddText(CLI::App& app) {
     CLI::App& text = *app.add_subcommand("text", "Pass standard input through a filter to standard output");
     text.footer("Example: qv text wrap 72 < letter.txt");
     text.require_subcommand(1);
-    AddHtmlFilters(text);
+    AddPageFilters(text);
     AddSimpleFilters(text);
     AddLineFilters(text);
     AddWrap(text);

@@ -2,21 +2,37 @@
 
 #include <cstdlib>
 
+#include "qvcommon/FileUtils.h"
 #include "tools/qv/Commands.h"
 
 namespace qv::tool {
+namespace {
 
 namespace fs = std::filesystem;
 
-constexpr bool kWidePaths = std::is_same_v<fs::path::value_type, wchar_t>;
+// In what the system makes its names of: bytes, or wide characters.
+template <class Text = fs::path::string_type>
+Text NativeText(const std::string& argument) {
+    if constexpr (std::is_same_v<Text, std::string>) {
+        return argument;
+    } else {
+        Text wide(argument.size(), 0);
+        const std::size_t length = std::mbstowcs(wide.data(), argument.c_str(), wide.size());
+        if (length == static_cast<std::size_t>(-1)) throw Failed(argument + ": not a text of this code page");
+        wide.resize(length);
+        return wide;
+    }
+}
+
+}  // namespace
 
 fs::path PathFromArgument(const std::string& argument) {
-    if constexpr (!kWidePaths) return argument;
-    std::wstring wide(argument.size(), L'\0');
-    const std::size_t length = std::mbstowcs(wide.data(), argument.c_str(), wide.size());
-    if (length == static_cast<std::size_t>(-1)) throw Failed(argument + ": not a text of this code page");
-    wide.resize(length);
-    return wide;
+    return NativeText(CFileUtils::GetNativePath(argument.c_str()).AsStd());
+}
+
+std::string Utf8FromArgument(const std::string& argument) {
+    const auto text = fs::path(NativeText(argument)).u8string();
+    return {text.begin(), text.end()};
 }
 
 std::string Utf8(const fs::path& path) try {

@@ -159,4 +159,7 @@ protected:
     UINT ReadSome(void* buffer, UINT count);
 
     CString m_strFileName;
+
+private:
+    BOOL OpenClosed(const char* fileName, UINT openFlags, CFileException* error);
 };

@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include "qvcommon/HtmlWriter.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tool.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string PercentDecoded(const std::string& text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (text[i] == '%')
+            out += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)), i += 2;
+        else
+            out += text[i];
+    return out;
+}
+
+fs::path FromUtf8(const std::string& text) {
+    return std::u8string(text.begin(), text.end());
+}
+
+// The files that the page's links lead to, as paths from the page; pictures stand twice, before the files of their folder.
+std::vector<std::string> LinkedFiles(const std::string& html) {
+    const CHtmlDocument page(html);
+    std::vector<std::string> files;
+    for (int i = 0; i < page.GetElementCount(); ++i) {
+        const std::string address = page.GetAddress(i, "href").AsStd();
+        if (page.GetTag(i) == "a" && !address.starts_with('#')) files.push_back(PercentDecoded(address));
+    }
+    return files;
+}
+
+class ReportCommand : public testing::Test {
+protected:
+    void Make(const std::string& name) const {
+        const fs::path path = m_folder.Native() / FromUtf8(name);
+        fs::create_directories(path.parent_path());
+        std::ofstream(path) << "12345";
+    }
+    std::string Report(const CStringArray& more = {}) const {
+        CStringArray arguments{"report", m_folder / "in", "-o", m_folder / "out"};
+        arguments.Append(more);
+        EXPECT_EQ(ToolStatus(arguments), 0);
+        return m_folder.Read("out/index.html");
+    }
+
+    TempFolder m_folder;
+};
+
+TEST_F(ReportCommand, LinksEveryFileInOrder) {
+    const std::string odd = "b #%&'+;=@\xC3\xA0\xC3\xA9.txt";
+    for (const std::string name :
+         {"in/C.txt", "in/a.txt", "in/Sub/x.PNG", "in/Sub/deep/y", "in/sibling/z", "in/.git/config"})
+        Make(name);
+    Make("in/" + odd);
+    const std::string page = Report({"--title", "T&T"});
+    const std::vector<std::string> files = LinkedFiles(page);
+    EXPECT_EQ(files, (std::vector<std::string>{"../in/a.txt", "../in/" + odd, "../in/C.txt", "../in/sibling/z",
+                                               "../in/Sub/x.PNG", "../in/Sub/x.PNG", "../in/Sub/deep/y"}));
+    for (const std::string& file : files) EXPECT_TRUE(fs::exists(m_folder.Native("out") / FromUtf8(file))) << file;
+    EXPECT_NE(page.find("<title>T&amp;T</title>"), page.npos);
+    EXPECT_NE(page.find("b #%&amp;'+;=@\xC3\xA0\xC3\xA9.txt</A>"), page.npos);
+    EXPECT_NE(page.find("6 files in 4 folders, 30 bytes (30 bytes)"), page.npos);
+    EXPECT_TRUE(fs::exists(m_folder.Native("out") / "report.css"));
+}
+
+TEST_F(ReportCommand, LeavesItselfOut) {
+    Make("in/a");
+    for (const char* const output : {"in", "in\\report"})
+        for (int times = 0; times < 2; ++times) {
+            ASSERT_EQ(ToolStatus({"report", m_folder / "in", "-o", m_folder / output}), 0);
+            const std::string page =
+                m_folder.Read(output == std::string("in") ? "in/index.html" : "in/report/index.html");
+            const std::size_t others = output == std::string("in") ? 0 : 2;
+            EXPECT_EQ(LinkedFiles(page).size(), 1 + others) << output;
+        }
+}
+
+TEST_F(ReportCommand, SaysWhatItCannotDo) {
+    Make("file");
+    EXPECT_EQ(ToolStatus({"report", m_folder / "none", "-o", m_folder / "out"}), 1);
+    EXPECT_EQ(ToolStatus({"report", m_folder / "file", "-o", m_folder / "out"}), 1);
+    EXPECT_EQ(ToolStatus({"report", m_folder / "", "-o", m_folder / "file\\out"}), 1);
+    EXPECT_EQ(ToolStatus({"report", m_folder / ""}), 2);
+    EXPECT_FALSE(m_folder.Has("out"));
+}
+
+}  // namespace
