@@ -8,7 +8,7 @@ IMPLEMENT_DYNAMIC(CHtmlWriter, CObject)
 
 namespace {
 
-constexpr std::size_t kLargeText = 10000, kHeadRoom = 1000, kStep = 1000000;
+constexpr std::size_t kLargeText = 10000, kStep = 1000000;
 
 bool LiesIn(std::string_view part, std::string_view whole) {
     const std::less_equal<const char*> upTo;
@@ -41,7 +41,7 @@ CHtmlWriter& CHtmlWriter::operator+=(const CHtmlWriter& other) {
     return *this;
 }
 
-void CHtmlWriter::AddFormattedText(std::string_view text) {
+void CHtmlWriter::AppendElsewhere(std::string_view text) {
     if (m_strFilename.IsEmpty()) {
         AppendInMemory(text);
         return;

@@ -51,7 +51,13 @@ public:
     ///
     /// In memory the text's capacity is raised by at least 1000000 bytes whenever it is above 10000 and fewer than 1000 are
     /// free. With a file name the file is opened at the first write, and nothing is kept in memory.
-    void AddFormattedText(std::string_view text);
+    void AddFormattedText(std::string_view text) {
+        std::string& html = m_strHtml.AsStd();
+        if (m_strFilename.IsEmpty() && html.capacity() >= html.size() + kHeadRoom)
+            html += text;
+        else
+            AppendElsewhere(text);
+    }
     /// Appends Clean(text).
     void AddText(std::string_view text);
     /// "<tag>", or "<tag attributes>" when there are attributes.
@@ -187,6 +193,10 @@ protected:
     void CloseFile();
 
 private:
+    static constexpr std::size_t kHeadRoom = 1000;
+
+    /// To the file, or to a text that may have to grow by the rule.
+    void AppendElsewhere(std::string_view text);
     void AppendInMemory(std::string_view text);
 
     CString m_strHtml;
