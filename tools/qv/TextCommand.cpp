@@ -2,6 +2,7 @@
 #include <limits>
 #include <memory>
 
+#include "qvcommon/HtmlWriter.h"
 #include "qvcommon/Replacers.h"
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/StandardStreams.h"
@@ -56,6 +57,15 @@ CString UrlUnescape(const CString& text) {
     return result;
 }
 
+void AddPageFilters(CLI::App& text) {
+    AddFilter(text, "escape", "Escape for the text of a page; CR becomes <br>, LF is dropped",
+              "echo -n 'a<b' | qv text escape", [](const CString& in) { return CHtmlWriter::Clean(in); });
+    AddFilter(text, "unescape", "The inverse of escape", "echo 'a&lt;b' | qv text unescape",
+              [](const CString& in) { return CHtmlWriter::Dirty(in); });
+    AddFilter(text, "plain", "The text of a page, with line ends CR LF", "qv text plain < page.html",
+              [](const CString& in) { return CHtmlWriter::HtmlToPlainText(in); });
+}
+
 void AddSimpleFilters(CLI::App& text) {
     AddFilter(text, "strip-tags", "Put a space in the place of every tag, from \"<\" to \">\"",
               "echo 'a<b>c' | qv text strip-tags", [](const CString& in) { return CStripTag().ReplaceEscapes(in); });
@@ -98,6 +108,7 @@ void AddText(CLI::App& app) {
     CLI::App& text = *app.add_subcommand("text", "Pass standard input through a filter to standard output");
     text.footer("Example: qv text wrap 72 < letter.txt");
     text.require_subcommand(1);
+    AddPageFilters(text);
     AddSimpleFilters(text);
     AddLineFilters(text);
     AddWrap(text);
