@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <span>
 #include <unordered_set>
 
+#include "core/ByteScan.h"
 #include "platform/Text.h"
 #include "qvcommon/StringHelper.h"
 
@@ -14,14 +16,22 @@ namespace {
 
 using Texts = std::vector<CString>;
 
-// Calls `piece` with each piece of the text between separators.
+// Calls `piece` with each piece of the text between separators: texts, or characters.
+template <class Separator, class Piece>
+void ForEachPiece(std::string_view text, Separator separator, std::size_t size, Piece piece) {
+    std::size_t from = 0;
+    for (std::size_t hit; (hit = text.find(separator, from)) != text.npos; from = hit + size)
+        piece(text.substr(from, hit - from));
+    piece(text.substr(from));
+}
+
 template <class Piece>
 void ForEachPiece(std::string_view text, std::string_view separator, Piece piece) {
-    std::size_t from = 0;
-    if (!separator.empty())
-        for (std::size_t hit; (hit = text.find(separator, from)) != text.npos; from = hit + separator.size())
-            piece(text.substr(from, hit - from));
-    piece(text.substr(from));
+    switch (separator.size()) {
+        case 0: return piece(text);
+        case 1: return ForEachPiece(text, separator[0], 1, piece);
+        default: return ForEachPiece(text, separator, separator.size(), piece);
+    }
 }
 
 // Counted first, so that each text is built once, in its place.
@@ -34,6 +44,12 @@ Texts Split(std::string_view text, std::string_view separator, bool keepEmpty) {
         if (keepEmpty || !piece.empty()) pieces.emplace_back(piece);
     });
     return pieces;
+}
+
+std::size_t JoinedSize(std::span<const CString> texts, std::size_t separator) {
+    std::size_t size = 0;
+    for (const CString& text : texts) size += text.AsStd().size() + separator;
+    return size;
 }
 
 void Append(Texts&& pieces, CStringArray& array) {
@@ -88,6 +104,11 @@ private:
 
 constexpr std::string_view kWrittenComma = "\\0x2C";
 
+// What ends an unquoted part of a field, or makes a written field need quotes.
+using Marks = qv::ByteSet<',', '"'>;
+
+constexpr std::size_t kFieldsAtOnce = 64;
+
 void AppendQuoted(std::string& out, std::string_view field) {
     out += '"';
     for (char c : field) {
@@ -97,24 +118,34 @@ void AppendQuoted(std::string& out, std::string_view field) {
     out += '"';
 }
 
-bool NeedsQuotes(std::string_view field) {
-    return std::any_of(field.begin(), field.end(), [](char c) { return c == '"' || c == ','; });
+// Writes a few fields, a comma behind each. A look at all of them tells whether there is any to quote.
+void AppendFields(std::string& out, std::span<const CString> fields) {
+    const std::size_t start = out.size();
+    for (const CString& field : fields) (out += field.AsStd()) += ',';
+    const std::string_view plain = std::string_view(out).substr(start);
+    const auto commas = static_cast<std::size_t>(std::count(plain.begin(), plain.end(), ','));
+    if (commas == fields.size() && plain.find('"') == plain.npos) return;
+    out.resize(start);
+    for (const CString& field : fields) {
+        if (Marks::Find(field, 0) < field.AsStd().size())
+            AppendQuoted(out, field);
+        else
+            out += field.AsStd();
+        out += ',';
+    }
 }
 
 // A comma ends a field when the number of quotes before it is even: two quotes inside a quoted part leave that as it is.
 std::size_t CountFields(std::string_view text) {
     std::size_t count = 1;
     bool quoted = false;
-    for (char c : text) {
-        quoted ^= c == '"';
-        count += c == ',' && !quoted;
+    for (std::size_t i = Marks::Find(text, 0); i < text.size(); i = Marks::Find(text, i + 1)) {
+        if (text[i] == '"')
+            quoted = !quoted;
+        else
+            count += !quoted;
     }
     return count;
-}
-
-std::size_t FieldStop(std::string_view text, std::size_t from) {
-    while (from < text.size() && text[from] != ',' && text[from] != '"') ++from;
-    return from;
 }
 
 // Reads the quoted part behind the quote at `position` and returns the position behind it.
@@ -130,11 +161,11 @@ std::size_t ReadQuoted(std::string_view text, std::size_t position, std::string&
 
 // Reads the field that begins at `position` and returns the position of the comma, or of the end.
 std::size_t ReadField(std::string_view text, std::size_t position, Texts& fields) {
-    std::size_t stop = FieldStop(text, position);
+    std::size_t stop = Marks::Find(text, position);
     std::string& field = fields.emplace_back(text.substr(position, stop - position)).AsStd();
     while (stop < text.size() && text[stop] == '"') {
         const std::size_t from = ReadQuoted(text, stop, field);
-        stop = FieldStop(text, from);
+        stop = Marks::Find(text, from);
         field.append(text.substr(from, stop - from));
     }
     return stop;
@@ -169,16 +200,14 @@ void CStringHelper::MakeString(const CStringArray& texts, std::string_view separ
 
 CString CStringHelper::MakeString(const CStringArray& texts, std::string_view separator, int lastIndex, int keepEmpty) {
     const int count = lastIndex == -1 ? texts.GetSize() : std::clamp(lastIndex, -1, texts.GetUpperBound()) + 1;
-    const auto begin = texts.begin(), end = begin + count;
-    std::size_t size = 0;
-    for (auto text = begin; text != end; ++text) size += text->AsStd().size() + separator.size();
+    const auto joining = std::span(texts.AsStd()).first(static_cast<std::size_t>(count));
     std::string joined;
-    joined.reserve(size);
+    joined.reserve(JoinedSize(joining, separator.size()));
     bool first = true;
-    for (auto text = begin; text != end; ++text) {
-        if (!keepEmpty && text->IsEmpty()) continue;
+    for (const CString& text : joining) {
+        if (!keepEmpty && text.IsEmpty()) continue;
         if (!first) joined += separator;
-        joined += text->AsStd();
+        joined += text.AsStd();
         first = false;
     }
     return joined;
@@ -209,24 +238,23 @@ void CStringHelper::StringToStringArray(std::string_view text, CStringArray& tex
 
 void CStringHelper::CsvToArray(std::string_view text, CStringArray& fields) {
     Texts found;
-    found.reserve(CountFields(text));
-    std::size_t position = ReadField(text, 0, found);
-    while (position < text.size()) position = ReadField(text, position + 1, found);
+    if (text.find('"') == text.npos) {
+        found = Split(text, ",", true);
+    } else {
+        found.reserve(CountFields(text));
+        std::size_t position = ReadField(text, 0, found);
+        while (position < text.size()) position = ReadField(text, position + 1, found);
+    }
     fields.AsStd() = std::move(found);
 }
 
 CString CStringHelper::ArrayToCsv(const CStringArray& fields) {
-    std::size_t size = 0;
-    for (const CString& field : fields) size += field.AsStd().size() + 1;
+    const Texts& texts = fields.AsStd();
     std::string text;
-    text.reserve(size);
-    for (const CString& field : fields) {
-        if (&field != &*fields.begin()) text += ',';
-        if (NeedsQuotes(field))
-            AppendQuoted(text, field);
-        else
-            text += field.AsStd();
-    }
+    text.reserve(JoinedSize(texts, 1));
+    for (std::size_t i = 0; i < texts.size(); i += kFieldsAtOnce)
+        AppendFields(text, std::span(texts).subspan(i, std::min(kFieldsAtOnce, texts.size() - i)));
+    if (!texts.empty()) text.pop_back();
     return text;
 }
 

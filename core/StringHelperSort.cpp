@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/Text.h"
+#include "core/CollationOrder.h"
 #include "qvcommon/StringHelper.h"
 
 namespace {
@@ -9,54 +9,11 @@ namespace {
 // For each place after sorting the index before it. All orders are stable.
 using Order = std::vector<std::uint32_t>;
 
-// A text's collation key: its first bytes as a number, which settles most comparisons, and where it lies.
-struct CollationKey {
-    std::uint64_t head;
-    std::size_t start, size;
-    std::uint32_t index;
-};
-
-std::uint64_t Head(std::string_view key) {
-    std::uint64_t head = 0;
-    for (std::size_t i = 0; i < 8; ++i) head = head << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0u);
-    return head;
-}
-
-class CollationKeys {
-public:
-    template <class Texts>
-    explicit CollationKeys(const Texts& texts) {
-        for (const CString& text : texts) {
-            const std::size_t start = m_bytes.size(), size = qv::platform::AppendCollationKey(text, m_bytes);
-            const std::uint64_t head = Head(std::string_view(m_bytes).substr(start));
-            m_keys.push_back({head, start, size, static_cast<std::uint32_t>(m_keys.size())});
-        }
-    }
-
-    Order Sorted(bool descending) {
-        std::sort(m_keys.begin(), m_keys.end(), [&](const CollationKey& a, const CollationKey& b) {
-            const auto order = Compare(a, b);
-            return order == 0 ? a.index < b.index : (order < 0) != descending;
-        });
-        Order order(m_keys.size());
-        std::transform(m_keys.begin(), m_keys.end(), order.begin(), [](const CollationKey& key) { return key.index; });
-        return order;
-    }
-
-private:
-    int Compare(const CollationKey& a, const CollationKey& b) const {
-        if (a.head != b.head) return a.head < b.head ? -1 : 1;
-        return Bytes(a).compare(Bytes(b));
-    }
-
-    std::string_view Bytes(const CollationKey& key) const { return {m_bytes.data() + key.start, key.size}; }
-
-    std::string m_bytes;
-    std::vector<CollationKey> m_keys;
-};
-
-Order CollationOrder(const CStringArray& texts, bool descending) {
-    return CollationKeys(texts).Sorted(descending);
+template <class Texts>
+Order CollationOrder(const Texts& texts, bool descending) {
+    std::vector<const CString*> pointers;
+    for (const CString& text : texts) pointers.push_back(&text);
+    return qv::CollationOrder(pointers, descending);
 }
 
 // A value above its index makes one number, and sorting these needs no other comparison.
@@ -104,11 +61,11 @@ void Sort(Order (*orderOf)(const CStringArray&, bool), bool descending, CStringA
 }  // namespace
 
 void CStringHelper::SortStringArray(CStringArray& texts, int descending) {
-    Sort(CollationOrder, descending != 0, texts);
+    Sort(CollationOrder<CStringArray>, descending != 0, texts);
 }
 
 void CStringHelper::SortStringList(CStringList& texts, int descending) {
-    const Order order = CollationKeys(texts).Sorted(descending != 0);
+    const Order order = CollationOrder(texts, descending != 0);
     CStringArray array;
     array.AsStd().reserve(order.size());
     for (CString& text : texts) array.Add(std::move(text));
@@ -121,7 +78,7 @@ void CStringHelper::SortStringArrayBySize(CStringArray& texts, int descending) {
 }
 
 void CStringHelper::SortStringArray(CStringArray& texts, CPtrArray& companions, int descending) {
-    Sort(CollationOrder, descending != 0, texts, companions);
+    Sort(CollationOrder<CStringArray>, descending != 0, texts, companions);
 }
 
 void CStringHelper::SortStringArrayBySize(CStringArray& texts, CPtrArray& companions, int descending) {
@@ -129,7 +86,7 @@ void CStringHelper::SortStringArrayBySize(CStringArray& texts, CPtrArray& compan
 }
 
 void CStringHelper::SortStringArray(CStringArray& texts, CStringArray& companions, int descending) {
-    Sort(CollationOrder, descending != 0, texts, companions);
+    Sort(CollationOrder<CStringArray>, descending != 0, texts, companions);
 }
 
 void CStringHelper::SortStringArrayBySize(CStringArray& texts, CStringArray& companions, int descending) {
@@ -137,19 +94,19 @@ void CStringHelper::SortStringArrayBySize(CStringArray& texts, CStringArray& com
 }
 
 void CStringHelper::SortStringArray(CStringArray& texts, CStringArray& first, CStringArray& second, int descending) {
-    Sort(CollationOrder, descending != 0, texts, first, second);
+    Sort(CollationOrder<CStringArray>, descending != 0, texts, first, second);
 }
 
 void CStringHelper::SortStringArray(CStringArray& texts, CStringArray& first, CUIntArray& second, int descending) {
-    Sort(CollationOrder, descending != 0, texts, first, second);
+    Sort(CollationOrder<CStringArray>, descending != 0, texts, first, second);
 }
 
 void CStringHelper::SortStringArray(CStringArray& texts, CDoubleArray& companions) {
-    Sort(CollationOrder, false, texts, companions);
+    Sort(CollationOrder<CStringArray>, false, texts, companions);
 }
 
 void CStringHelper::SortStringArray(CStringArray& texts, CUIntArray& companions) {
-    Sort(CollationOrder, false, texts, companions);
+    Sort(CollationOrder<CStringArray>, false, texts, companions);
 }
 
 void CStringHelper::IndexSortCStringArray(CStringArray& texts, CDWordArray& indexes, int descending) {

@@ -1,6 +1,6 @@
 #include "html/Entities.h"
 
-#include "html/ByteScan.h"
+#include "core/ByteScan.h"
 
 namespace qv::html {
 namespace {

@@ -1,13 +1,13 @@
 #include <optional>
 
-#include "html/ByteScan.h"
+#include "core/ByteScan.h"
 #include "html/Entities.h"
 #include "platform/Text.h"
 #include "qvcommon/HtmlWriter.h"
 
 namespace {
 
-using qv::html::ByteSet;
+using qv::ByteSet;
 using qv::platform::CodePage;
 
 constexpr char kNoBreakSpace = '\xA0';

@@ -1,4 +1,4 @@
-#include "html/ByteScan.h"
+#include "core/ByteScan.h"
 #include "html/Entities.h"
 #include "html/HtmlTokenizer.h"
 #include "qvcommon/HtmlWriter.h"
@@ -11,7 +11,7 @@ public:
     explicit Lines(std::size_t expected) { m_text.reserve(expected); }
 
     void AddText(std::string_view text) {
-        using Breaks = qv::html::ByteSet<' ', '\r', '\n'>;
+        using Breaks = qv::ByteSet<' ', '\r', '\n'>;
         for (std::size_t from = 0; from < text.size();) {
             const std::size_t end = Breaks::Find(text, from);
             m_text += text.substr(from, end - from);

@@ -46,6 +46,26 @@ void FindArray(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::Find(a, b, 0));
 }
 
+void RemoveDuplicates(benchmark::State& state) {
+    const CStringArray names = Names(static_cast<int>(state.range()), 0);
+    for (auto _ : state) {
+        CStringArray texts = names;
+        CStringHelper::RemoveDuplicates(texts, 0);
+        benchmark::DoNotOptimize(texts);
+    }
+}
+
+void CollateValues(benchmark::State& state) {
+    const CStringArray all = Names(static_cast<int>(state.range()), 0);
+    for (auto _ : state) {
+        CStringArray names = all;
+        CDoubleArray values;
+        values.SetSize(names.GetSize());
+        CStringHelper::CollateValues(names, values);
+        benchmark::DoNotOptimize(values);
+    }
+}
+
 void ReplaceAllBlanks(benchmark::State& state) {
     const CString blanks(' ', static_cast<int>(state.range()));
     for (auto _ : state) {
@@ -77,6 +97,8 @@ QV_GROWTH(EqualContents, EqualContents<0>, 10000);
 QV_GROWTH(EqualContentsNoCase, EqualContents<1>, 10000);
 QV_GROWTH(CompareContents, CompareContents, 10000);
 QV_GROWTH(FindArrayInArray, FindArray, 10000);
+QV_GROWTH(RemoveDuplicates, RemoveDuplicates, 10000);
+QV_GROWTH(CollateValues, CollateValues, 10000);
 QV_GROWTH(ReplaceAllBlanks, ReplaceAllBlanks, 100000);
 QV_GROWTH(ReplaceAllOneByOne, ReplaceAllOneByOne, 100000);
 QV_GROWTH(UnEscapeUrlChain, UnEscapeUrlChain, 100000);

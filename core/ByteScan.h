@@ -15,7 +15,7 @@
 #define QV_HAS_SHUFFLE 0
 #endif
 
-namespace qv::html {
+namespace qv {
 
 /// A set of bytes that is known to the compiler.
 ///
@@ -81,6 +81,6 @@ private:
 #endif
 };
 
-}  // namespace qv::html
+}  // namespace qv
 
 #undef QV_HAS_SHUFFLE

@@ -1,0 +1,76 @@
+// Splitting, joining and CSV beside the same into owned strings.
+#include <absl/strings/str_join.h>
+#include <absl/strings/str_split.h>
+#include <benchmark/benchmark.h>
+
+#include "qvcommon/StringHelper.h"
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+// A megabyte of fields of 4 to 36 bytes.
+Strings Fields() {
+    constexpr std::string_view words = "Total of the quarter by region and product line";
+    Strings fields;
+    for (std::size_t size = 0; size < 1 << 20; size += fields.back().size() + 1)
+        fields.emplace_back(words.substr(0, 4 + fields.size() * 7 % 33));
+    return fields;
+}
+
+CStringArray Array(const Strings& strings) {
+    CStringArray array;
+    for (const std::string& text : strings) array.Add(std::string_view(text));
+    return array;
+}
+
+const Strings kFields = Fields();
+const CStringArray kArray = Array(kFields);
+const std::string kText = absl::StrJoin(kFields, ","), kWide = absl::StrJoin(kFields, ", ");
+
+template <class Parse>
+void Parsed(benchmark::State& state, Parse parse) {
+    for (auto _ : state) {
+        CStringArray pieces;
+        parse(pieces);
+        benchmark::DoNotOptimize(pieces);
+    }
+}
+
+void Split(benchmark::State& state) {
+    Parsed(state, [](CStringArray& pieces) { CStringHelper::SplitString(kText, ",", pieces, 1); });
+}
+void SplitAtPair(benchmark::State& state) {
+    Parsed(state, [](CStringArray& pieces) { CStringHelper::SplitString(kWide, ", ", pieces, 0); });
+}
+void ReadCsv(benchmark::State& state) {
+    Parsed(state, [](CStringArray& pieces) { CStringHelper::CsvToArray(kText, pieces); });
+}
+void Join(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::MakeString(kArray, ",", -1, 1));
+}
+void WriteCsv(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::ArrayToCsv(kArray));
+}
+
+void AbslSplit(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(Strings(absl::StrSplit(kText, ',')));
+}
+void AbslSplitAtPair(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(Strings(absl::StrSplit(kWide, ", ", absl::SkipEmpty())));
+}
+void AbslJoin(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(absl::StrJoin(kFields, ","));
+}
+
+#define QV_BESIDE(group, ours, peer)           \
+    BENCHMARK(ours)->Name(#group "/qvcommon"); \
+    BENCHMARK(peer)->Name(#group "/Abseil")
+
+QV_BESIDE(SplitString, Split, AbslSplit);
+QV_BESIDE(SplitStringAtPair, SplitAtPair, AbslSplitAtPair);
+QV_BESIDE(CsvToArray, ReadCsv, AbslSplit);
+QV_BESIDE(MakeString, Join, AbslJoin);
+QV_BESIDE(ArrayToCsv, WriteCsv, AbslJoin);
+
+}  // namespace
