@@ -178,6 +178,18 @@ Findings ExportedHeadersThatAskTooMuch(const Tree& tree) {
     return findings;
 }
 
+Findings ExportedHeadersThatQvCommonLacks(const Tree& tree) {
+    static const std::string prefix = "include/", all = prefix + "qvcommon/QvCommon.h";
+    const auto in = tree.find(all);
+    Findings missing;
+    for (const auto& [path, source] : tree) {
+        if (!path.starts_with(prefix) || path == all || path.ends_with("/Export.h")) continue;
+        const std::string include = '"' + path.substr(prefix.size()) + '"';
+        if (in == tree.end() || std::ranges::count(in->second.includes, include) != 1) missing.push_back(path);
+    }
+    return missing;
+}
+
 class TheTree : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -205,6 +217,7 @@ TEST_F(TheTree, IncludesRunDownAndInNoCircle) {
 
 TEST_F(TheTree, ExportsHeadersThatStandAlone) {
     EXPECT_THAT(ExportedHeadersThatAskTooMuch(tree), IsEmpty());
+    EXPECT_THAT(ExportedHeadersThatQvCommonLacks(tree), IsEmpty());
 }
 
 // A tree that breaks each rule.
@@ -240,6 +253,8 @@ TEST(TreeRules, FindWhatBreaksThem) {
                             "platform/posix/Time.cpp includes \"framework/Name.h\" of a higher floor"));
     EXPECT_THAT(Circles(tree).found,
                 ElementsAre("framework/Name.h > framework/Other.h > framework/Third.h > framework/Name.h"));
+    EXPECT_THAT(ExportedHeadersThatQvCommonLacks(tree),
+                ElementsAre("include/qvcommon/FilePath.h", "include/qvcommon/MathHelper.h"));
     EXPECT_THAT(ExportedHeadersThatAskTooMuch(tree),
                 ElementsAre("include/qvcommon/FilePath.h includes \"files/Private.h\"",
                             "include/qvcommon/FilePath.h includes <gtest/gtest.h>",
