@@ -34,12 +34,18 @@ void ForEachPiece(std::string_view text, std::string_view separator, Piece piece
     }
 }
 
-// Counted first, so that each text is built once, in its place.
-Texts Split(std::string_view text, std::string_view separator, bool keepEmpty) {
+std::size_t CountPieces(std::string_view text, std::string_view separator, bool keepEmpty) {
+    if (keepEmpty && separator.size() == 1)
+        return static_cast<std::size_t>(std::count(text.begin(), text.end(), separator[0])) + 1;
     std::size_t count = 0;
     ForEachPiece(text, separator, [&](std::string_view piece) { count += keepEmpty || !piece.empty(); });
+    return count;
+}
+
+// Counted first, so that each text is built once, in its place.
+Texts Split(std::string_view text, std::string_view separator, bool keepEmpty) {
     Texts pieces;
-    pieces.reserve(count);
+    pieces.reserve(CountPieces(text, separator, keepEmpty));
     ForEachPiece(text, separator, [&](std::string_view piece) {
         if (keepEmpty || !piece.empty()) pieces.emplace_back(piece);
     });

@@ -20,22 +20,39 @@ public:
     explicit TextKeys(bool noCase) : m_noCase(noCase) {}
 
     void Add(const CStringArray& texts) {
-        m_views.reserve(m_views.size() + texts.AsStd().size());
         if (m_noCase)
-            for (const CString& text : texts) m_lower.push_back(platform::ToLower(text));
+            AddLower(texts);
         else
             m_views.insert(m_views.end(), texts.begin(), texts.end());
     }
 
     /// The texts in the order added.
     std::span<const std::string_view> All() {
-        if (m_noCase) m_views.assign(m_lower.begin(), m_lower.end());
+        if (m_noCase) m_views.clear();
+        m_views.reserve(m_ends.size());
+        std::size_t start = 0;
+        for (std::size_t end : m_ends) {
+            m_views.push_back(std::string_view(m_lower).substr(start, end - start));
+            start = end;
+        }
         return m_views;
     }
 
 private:
+    void AddLower(const CStringArray& texts) {
+        std::size_t size = m_lower.size();
+        for (const CString& text : texts) size += text.AsStd().size();
+        m_lower.reserve(size);
+        m_ends.reserve(m_ends.size() + texts.AsStd().size());
+        for (const CString& text : texts) {
+            m_lower += platform::ToLower(text);
+            m_ends.push_back(m_lower.size());
+        }
+    }
+
     bool m_noCase;
-    std::vector<std::string> m_lower;
+    std::string m_lower;  // one text behind the other
+    std::vector<std::size_t> m_ends;
     std::vector<std::string_view> m_views;
 };
 
