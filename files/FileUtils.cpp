@@ -1,6 +1,48 @@
 #include "qvcommon/FileUtils.h"
 
+#include <algorithm>
+#include <limits>
+
+#include "framework/FileFaults.h"
+#include "platform/Error.h"
+#include "platform/FileStatus.h"
+#include "platform/Volume.h"
 #include "qvcommon/framework/File.h"
+#include "qvcommon/framework/FileFind.h"
+
+namespace {
+
+bool IsSeparator(char c) {
+    return c == '\\' || c == '/';
+}
+
+qv::platform::FileFailure CreateFolder(const char* path) {
+    return qv::CallSystem(qv::FileCall::CreateFolder, path, [&] { return qv::platform::CreateFolder(path); });
+}
+
+void CreateFoldersAbove(const CString& path) {
+    const std::string text = CFileUtils::UnterminateDir(path).AsStd();
+    for (std::size_t i = 1; i < text.size(); ++i)
+        if (IsSeparator(text[i])) CreateFolder(text.substr(0, i).c_str());
+}
+
+}  // namespace
+
+bool CFileUtils::IsExist(const char* path) {
+    CFileStatus status;
+    return CFile::GetStatus(path, status) || IsVolume(path);
+}
+
+bool CFileUtils::IsVolume(const char* path) {
+    return qv::platform::IsVolume(TerminateDir(path));
+}
+
+bool CFileUtils::IsDirectory(const char* path) {
+    CString folder = UnterminateDir(path);
+    if (folder.IsEmpty()) folder = path;  // the root
+    CFileStatus status;
+    return CFile::GetStatus(folder, status) ? (status.m_attribute & CFile::directory) != 0 : IsVolume(folder);
+}
 
 bool CFileUtils::MakeWritable(const char* path) {
     CFileStatus status;
@@ -13,4 +55,44 @@ bool CFileUtils::MakeWritable(const char* path) {
         error->Delete();
         return false;
     }
+}
+
+std::int32_t CFileUtils::GetFilesize(const char* path) {
+    CFileStatus status;
+    if (!CFile::GetStatus(path, status)) return -1;
+    constexpr std::uint64_t kLargest = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(std::min(status.m_size, kLargest));
+}
+
+int CFileUtils::HasMatching(const char* pattern) {
+    return CFileFind().FindFile(pattern);
+}
+
+CString CFileUtils::GetShortPath(const char* path) {
+    return CString(qv::platform::ShortPath(CString(path)));
+}
+
+CString CFileUtils::GetUppercaseShortPath(const char* path) {
+    CString text = GetShortPath(path);
+    text.MakeUpper();
+    return text;
+}
+
+int CFileUtils::MatchesPathFormat(const char* path) {
+    const std::string_view text = path ? path : "";
+    if (text.size() < 3) return 0;
+    if (text.starts_with("\\\\") && text.find('\\', 2) != text.npos) return 1;
+    const char letter = static_cast<char>(text[0] | 0x20);
+    return letter >= 'a' && letter <= 'z' && text[1] == ':' && text[2] == '\\';
+}
+
+int QvCreateDirectory(const char* path) {
+    const CString name = path;
+    auto failure = CreateFolder(name);
+    if (failure) {
+        CreateFoldersAbove(name);
+        failure = CreateFolder(name);
+    }
+    if (failure) qv::platform::SetLastError(failure.error);
+    return !failure;
 }

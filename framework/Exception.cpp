@@ -8,6 +8,7 @@
 
 IMPLEMENT_DYNAMIC(CException, CObject)
 IMPLEMENT_DYNAMIC(CInvalidArgException, CException)
+IMPLEMENT_DYNAMIC(CUserException, CException)
 
 namespace {
 
@@ -47,4 +48,8 @@ BOOL CInvalidArgException::GetErrorMessage(char* text, UINT maximum, UINT*) {
 
 void AfxThrowInvalidArgException() {
     throw new CInvalidArgException;
+}
+
+void AfxThrowUserException() {
+    throw new CUserException;
 }

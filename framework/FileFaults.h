@@ -6,7 +6,23 @@
 
 namespace qv {
 
-enum class FileCall { Open, Read, Write, Flush, Seek, Resize, Close, Status, ChangeStatus, Remove, Rename };
+enum class FileCall {
+    Open,
+    Read,
+    Write,
+    Flush,
+    Seek,
+    Resize,
+    Close,
+    Status,
+    ChangeStatus,
+    Remove,
+    Rename,
+    Copy,
+    CreateFolder,
+    OpenFolder,
+    ListFolder
+};
 
 /// Asked before each call to the system; a failure that it gives takes the call's place.
 class IFileFaults {

@@ -32,4 +32,13 @@ FileFailure RemoveFile(const char* path);
 /// Renames a file or directory; fails when the new name exists. On Linux not across file systems.
 FileFailure RenameFile(const char* from, const char* to);
 
+/// Makes a folder. No failure when the name exists already, whatever it names.
+FileFailure CreateFolder(const char* path);
+/// Deletes an empty folder, or a link to a folder and never what that leads to. A final separator does not count.
+FileFailure RemoveFolder(const char* path);
+/// Whether the path's last name is a link to a folder.
+bool IsFolderLink(const char* path);
+/// True when both paths lead to one file or folder, by way of links too.
+bool IsSame(const char* a, const char* b);
+
 }  // namespace qv::platform

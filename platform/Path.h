@@ -24,4 +24,11 @@ std::string FullPath(const char* path);
 /// On Linux it is the environment's TMPDIR, else /tmp.
 std::string TempDirectory();
 
+/// The process's current folder, in the library's form without a final separator; empty when it is gone. ChangeFolder does
+/// nothing where it fails.
+std::string CurrentFolder();
+void ChangeFolder(const std::string& path);
+/// A folder that is always there: the Windows directory, or the root.
+std::string SystemFolder();
+
 }  // namespace qv::platform

@@ -58,6 +58,13 @@ int RenameInSteps(const char* from, const char* to) {
     return errno == EEXIST ? -1 : ::rename(from, to);
 }
 
+// With it, a link would be followed.
+std::string WithoutFinalSeparator(const char* path) {
+    std::string native = NativePath(path);
+    while (native.size() > 1 && native.back() == '/') native.pop_back();
+    return native;
+}
+
 }  // namespace
 
 FileFailure StatusOf(const char* path, FileInfo& info) {
@@ -89,6 +96,30 @@ FileFailure RenameFile(const char* from, const char* to) {
     const bool unknown = errno == EINVAL || errno == ENOSYS;
     if (unknown && !RenameInSteps(source.c_str(), target.c_str())) return {};
     return errno == ENOENT ? LastFailureAt(to) : LastFailure();
+}
+
+FileFailure CreateFolder(const char* path) {
+    return ::mkdir(NativePath(path).c_str(), 0777) && errno != EEXIST ? LastFailureAt(path) : FileFailure{};
+}
+
+FileFailure RemoveFolder(const char* path) {
+    const std::string native = WithoutFinalSeparator(path);
+    const bool removed =
+        !::rmdir(native.c_str()) || (errno == ENOTDIR && IsFolderLink(path) && !::unlink(native.c_str()));
+    return removed ? FileFailure{} : LastFailureAt(path);
+}
+
+bool IsFolderLink(const char* path) {
+    const std::string native = WithoutFinalSeparator(path);
+    struct stat status;
+    return !::lstat(native.c_str(), &status) && S_ISLNK(status.st_mode) && !::stat(native.c_str(), &status) &&
+           S_ISDIR(status.st_mode);
+}
+
+bool IsSame(const char* a, const char* b) {
+    struct stat first, second;
+    if (::stat(NativePath(a).c_str(), &first) || ::stat(NativePath(b).c_str(), &second)) return false;
+    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 }  // namespace qv::platform

@@ -13,6 +13,10 @@ std::string Replaced(std::string_view path, char from, char to) {
     return text;
 }
 
+bool IsPlainAbsolute(std::string_view native) {
+    return native.starts_with('/') && native.find("//") == native.npos && native.find("/.") == native.npos;
+}
+
 }  // namespace
 
 bool HasDriveLetters() {
@@ -28,8 +32,10 @@ std::string LibraryPath(std::string_view native) {
 }
 
 std::string FullPath(const char* path) {
+    const std::string native = NativePath(path);
+    if (IsPlainAbsolute(native)) return LibraryPath(native);
     std::error_code error;
-    const auto full = std::filesystem::absolute(NativePath(path), error);
+    const auto full = std::filesystem::absolute(native, error);
     return error ? std::string(path) : LibraryPath(full.lexically_normal().native());
 }
 
@@ -38,6 +44,20 @@ std::string TempDirectory() {
     std::string folder = LibraryPath(named && *named ? named : "/tmp");
     if (folder.back() != '\\') folder += '\\';
     return folder;
+}
+
+std::string CurrentFolder() {
+    std::error_code error;
+    return LibraryPath(std::filesystem::current_path(error).native());
+}
+
+void ChangeFolder(const std::string& path) {
+    std::error_code ignored;
+    std::filesystem::current_path(NativePath(path), ignored);
+}
+
+std::string SystemFolder() {
+    return "\\";
 }
 
 }  // namespace qv::platform

@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
+#include "platform/FileSearch.h"
 #include "platform/Path.h"
+#include "platform/windows/Owned.h"
 
 namespace qv::platform {
 namespace {
@@ -60,6 +62,13 @@ FileFailure ChangeAttributes(const std::string& native, unsigned attributes) {
                                                                                            : LastFailure();
 }
 
+/// Which file it is, on which volume.
+bool Identify(const char* path, BY_HANDLE_FILE_INFORMATION& data) {
+    constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const Owned file(::CreateFileA(path, 0, kShare, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return file && ::GetFileInformationByHandle(file.Get(), &data);
+}
+
 }  // namespace
 
 FileFailure StatusOf(const char* path, FileInfo& info) {
@@ -96,6 +105,33 @@ FileFailure RemoveFile(const char* path) {
 
 FileFailure RenameFile(const char* from, const char* to) {
     return ::MoveFileA(NativePath(from).c_str(), NativePath(to).c_str()) ? FileFailure{} : LastFailureAt(from);
+}
+
+FileFailure CreateFolder(const char* path) {
+    if (::CreateDirectoryA(NativePath(path).c_str(), nullptr)) return {};
+    const FileFailure failure = LastFailureAt(path);
+    // The root of a volume exists, but the system refuses it for another reason.
+    const DWORD attributes = ::GetFileAttributesA(path);
+    const bool folder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+    return folder || failure.error == ERROR_ALREADY_EXISTS ? FileFailure{} : failure;
+}
+
+FileFailure RemoveFolder(const char* path) {
+    return ::RemoveDirectoryA(NativePath(path).c_str()) ? FileFailure{} : LastFailureAt(path);
+}
+
+bool IsFolderLink(const char* path) {
+    std::string name = path;
+    while (name.size() > 1 && (name.back() == '\\' || name.back() == '/')) name.pop_back();
+    FileSearch search;
+    FoundEntry entry;
+    return !search.Start(name.c_str()) && search.Next(entry) && entry.IsFolder() && entry.IsLink();
+}
+
+bool IsSame(const char* a, const char* b) {
+    BY_HANDLE_FILE_INFORMATION first, second;
+    return Identify(a, first) && Identify(b, second) && first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
+           first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
 }
 
 }  // namespace qv::platform

@@ -30,4 +30,20 @@ std::string TempDirectory() {
     return length < sizeof folder ? std::string(folder, length) : std::string();
 }
 
+std::string CurrentFolder() {
+    char folder[MAX_PATH];
+    const DWORD length = ::GetCurrentDirectoryA(sizeof folder, folder);
+    return length < sizeof folder ? std::string(folder, length) : std::string();
+}
+
+void ChangeFolder(const std::string& path) {
+    ::SetCurrentDirectoryA(path.c_str());
+}
+
+std::string SystemFolder() {
+    char folder[MAX_PATH];
+    const UINT length = ::GetWindowsDirectoryA(folder, sizeof folder);
+    return length < sizeof folder ? std::string(folder, length) : std::string();
+}
+
 }  // namespace qv::platform

@@ -37,3 +37,10 @@ public:
 };
 
 [[noreturn]] QVCOMMON_API void AfxThrowInvalidArgException();
+
+/// The user stopped the work, or was told what is wrong: there is nothing more to say, and no message.
+class QVCOMMON_API CUserException : public CException {
+    DECLARE_DYNAMIC(CUserException)
+};
+
+[[noreturn]] QVCOMMON_API void AfxThrowUserException();

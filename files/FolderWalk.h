@@ -1,0 +1,46 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/FileStatus.h"
+#include "platform/Folder.h"
+#include "qvcommon/framework/String.h"
+
+namespace qv {
+
+/// Walks a tree of folders that it holds open, each by way of the one above it, so that nothing done to their names
+/// meanwhile leads it out of the tree. Links are never entered. Depth is bounded by memory, not by open files.
+class FolderWalk {
+public:
+    virtual ~FolderWalk() = default;
+
+    /// A path that is itself a link is refused. @throws what the members below do.
+    void Walk(const CString& path);
+
+protected:
+    struct Place {
+        platform::Folder folder;
+        CString path;                 ///< with its final separator
+        platform::FolderEntry entry;  ///< in the folder above
+        std::vector<platform::FolderEntry> subfolders = {};
+
+        CString PathOf(const platform::FolderEntry& entryInIt) const { return path + std::string_view(entryInIt.name); }
+    };
+
+    /// A folder's entries, before any of its subfolders is entered.
+    virtual void OnFolder(const Place& place, const std::vector<platform::FolderEntry>& entries) = 0;
+    /// After all that lies in the subfolder was walked.
+    virtual void OnLeave(const Place&, const platform::FolderEntry&) {}
+    /// A folder that cannot be opened or read to its end; the walk goes on beside it unless this raises something. `parent` is
+    /// null for the first one and when the way back to it is lost.
+    virtual void OnFailure(const platform::FileFailure& failure, const Place& place, const Place* parent) = 0;
+
+private:
+    void Enter(Place&& place, const Place* parent);
+    void Descend();
+    void Leave();
+
+    std::vector<Place> m_places;  // from the first folder down to the present one
+};
+
+}  // namespace qv

@@ -1,0 +1,161 @@
+#include "qvcommon/framework/FileFind.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "framework/FileFaults.h"
+#include "framework/FindRecord.h"
+#include "platform/Path.h"
+
+using qv::CallSystem;
+using qv::FileCall;
+using qv::platform::FileFailure;
+using qv::platform::FoundEntry;
+
+namespace {
+
+LONG NumberOf(const FileFailure& failure) {
+    if (!failure) return 0;
+    return failure.error ? static_cast<LONG>(failure.error) : -1;
+}
+
+template <std::size_t N>
+void CopyText(char (&to)[N], const std::string& from) {
+    const std::size_t length = std::min(from.size(), N - 1);
+    std::memcpy(to, from.data(), length);
+    to[length] = '\0';
+}
+
+CString RootOf(const CString& pattern) {
+    const CString folder(std::string_view(pattern).substr(0, pattern.AsStd().find_last_of("\\/") + 1));
+    CString root(qv::platform::FullPath(folder.IsEmpty() ? "." : static_cast<const char*>(folder)));
+    if (!root.AsStd().ends_with('\\')) root += '\\';
+    return root;
+}
+
+class LocalSearch : public qv::IFileSearch {
+public:
+    FileFailure Start(const char* pattern, qv::platform::LastName lastName) {
+        return CallSystem(FileCall::OpenFolder, pattern, [&] { return m_search.Start(pattern, lastName); });
+    }
+
+    bool Next(QvFindData& entry) override {
+        if (m_fault) return false;
+        m_fault = qv::FaultBefore(FileCall::ListFolder, "");
+        if (m_fault || !m_search.Next(m_entry)) return false;
+        qv::CopyRecord(m_entry, entry);
+        return true;
+    }
+
+    LONG GetError() const override { return NumberOf(m_fault ? m_fault : m_search.LeftOut()); }
+
+private:
+    qv::platform::FileSearch m_search;
+    FoundEntry m_entry;
+    FileFailure m_fault;
+};
+
+}  // namespace
+
+void qv::CopyRecord(const FoundEntry& from, QvFindData& to) {
+    to.dwFileAttributes = from.attributes;
+    to.ftCreationTime = QvFileTime::FromSteps(from.created);
+    to.ftLastAccessTime = QvFileTime::FromSteps(from.accessed);
+    to.ftLastWriteTime = QvFileTime::FromSteps(from.written);
+    to.nFileSizeHigh = static_cast<DWORD>(from.size >> 32);
+    to.nFileSizeLow = static_cast<DWORD>(from.size & 0xFFFFFFFF);
+    to.dwReserved0 = from.tag;
+    CopyText(to.cFileName, from.name);
+    CopyText(to.cAlternateFileName, from.shortName);
+}
+
+qv::IFileSearch::~IFileSearch() = default;
+
+bool qv::IsLink(const QvFindData& entry) {
+    return (entry.dwFileAttributes & platform::kReparsePoint) && (entry.dwReserved0 & platform::kStandsForAnotherPlace);
+}
+
+CFileFind::~CFileFind() = default;
+
+BOOL CFileFind::FindFile(const char* pattern, DWORD options) {
+    CFileFind::Close();
+    const CString wanted = pattern ? pattern : "*.*";
+    auto search = std::make_unique<LocalSearch>();
+    const FileFailure failure = search->Start(
+        wanted, options & refuseLinkedFolder ? qv::platform::LastName::NoLink : qv::platform::LastName::MayBeLink);
+    if (failure) return m_error = NumberOf(failure), 0;
+    return Begin(std::move(search), RootOf(wanted));
+}
+
+BOOL CFileFind::Begin(std::unique_ptr<qv::IFileSearch> search, const CString& root) {
+    Close();
+    m_search = std::move(search);
+    m_root = std::make_shared<const CString>(root);
+    return Advance();
+}
+
+bool CFileFind::Advance() {
+    auto record = std::make_shared<QvFindData>();
+    if (m_search && m_search->Next(*record))
+        m_following = std::move(record);
+    else
+        m_following = nullptr;
+    if (m_search && !m_following) m_error = m_search->GetError();
+    return m_following != nullptr;
+}
+
+BOOL CFileFind::FindNextFile() {
+    m_record = std::move(m_following);
+    return m_record && Advance();
+}
+
+void CFileFind::Close() {
+    m_search.reset();
+    m_record = m_following = nullptr;
+    m_root = nullptr;
+    m_error = 0;
+}
+
+LONG CFileFind::GetError() const {
+    return m_error;
+}
+
+CString CFileFind::GetFileName() const {
+    return m_record ? CString(m_record->cFileName) : CString();
+}
+
+CString CFileFind::GetFilePath() const {
+    return GetRoot() + GetFileName();
+}
+
+CString CFileFind::GetFileTitle() const {
+    const CString name = GetFileName();
+    const int point = name.ReverseFind('.');
+    return point < 0 ? name : name.Left(point);
+}
+
+CString CFileFind::GetRoot() const {
+    return m_root ? *m_root : CString();
+}
+
+BOOL CFileFind::MatchesMask(DWORD mask) const {
+    return m_record && (m_record->dwFileAttributes & mask);
+}
+
+BOOL CFileFind::IsDots() const {
+    if (!IsDirectory()) return 0;
+    const std::string_view name = m_record->cFileName;
+    return name == "." || name == "..";
+}
+
+BOOL CFileFind::IsLink() const {
+    return m_record && qv::IsLink(*m_record);
+}
+
+QvFileTime CFileFind::GetCreationTime() const {
+    return m_record ? m_record->ftCreationTime : QvFileTime();
+}
+
+QvFileTime CFileFind::GetLastWriteTime() const {
+    return m_record ? m_record->ftLastWriteTime : QvFileTime();
+}

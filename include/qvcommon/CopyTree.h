@@ -1,0 +1,64 @@
+#pragma once
+
+/// @file Copying a tree of folders.
+
+#include "qvcommon/framework/FileTime.h"
+#include "qvcommon/framework/String.h"
+
+/// Hears of a tree being copied. All members may be left as they are.
+class QVCOMMON_API ICopyProgress {
+public:
+    virtual void OnStartCopy();
+    /// Before each file, with its full path.
+    virtual void OnCopyFile(const char* sourcePath);
+    /// When the whole tree was copied, failures that were passed over included.
+    virtual void OnFinishCopy();
+    /// On each failure, with the system's error number and its message. Return 0 to give up the copy. Returns 1 here.
+    virtual int OnError(DWORD error, const char* message);
+
+    virtual ~ICopyProgress();  // last, so that the callbacks have the first four slots
+};
+
+/// Copies every file of a folder tree into another one. Copies keep the times and attributes of their files, so that a
+/// second run with SetLaterOnly finds them up to date. One object, one thread; observers may not change the object.
+///
+/// Links to folders are not entered, and nothing is made in their place. Links to files are copied as the files that they
+/// lead to. Devices and pipes are failures. A destination inside the source is not copied into itself.
+class QVCOMMON_API CCopyTree : public CObject {
+public:
+    /// Copies one folder and all below it, in the order of the system. Missing folders are made, existing files replaced,
+    /// read-only ones too: their attribute is taken away, also of those that are then skipped.
+    ///
+    /// A file or folder that cannot be copied, read or made is told to the observer, and the copy goes on with the next one;
+    /// without an observer nobody hears of it.
+    /// @throws CUserException* when the observer gives up. What was copied stays.
+    virtual void CopyTree(CString source, CString destination);
+    /// The same with the folders that were set, and with OnStartCopy before and OnFinishCopy behind it; the latter not when
+    /// the copy is given up.
+    virtual void CopyTree();
+    /// The number of files below a folder, folders and links to folders not counted.
+    virtual int GetFileCount(CString folder);
+    virtual int GetFileCount();
+    /// Null for none. The caller keeps its life.
+    virtual void SetProgressMonitor(ICopyProgress* progress);
+    virtual void SetDestinationDirectory(const char* folder);
+    virtual void SetSourceDirectory(const char* folder);
+    /// Non-zero: a file is skipped when the one in its place was modified in the same second or later.
+    virtual void SetLaterOnly(int laterOnly);
+
+protected:
+    /// Copies one file over an existing one. Zero when it could not, with the last system error telling why. On Linux the old
+    /// file stays as it was then. Overridden to copy in another way. The name is the one that system headers make of it.
+    virtual int CopyFileA(const char* source, const char* target);
+    /// Tells the observer of the last system error. @throws CUserException* when it gives up.
+    void OnError();
+
+private:
+    void CopyOneFile(const CString& source, const CString& target, const QvFileTime& written);
+
+    CString m_source;
+    CString m_destination;
+    ICopyProgress* m_progress = nullptr;
+    int m_laterOnly = 0;
+    CString m_outermost;  // destination of the copy under way
+};

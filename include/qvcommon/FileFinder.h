@@ -1,0 +1,142 @@
+#pragma once
+
+/// @file What a folder and its subfolders hold.
+
+#include "qvcommon/framework/Collections.h"
+#include "qvcommon/framework/FileFind.h"
+#include "qvcommon/framework/FtpFileFind.h"
+#include "qvcommon/framework/Time.h"
+
+#pragma push_macro("GetFileTitle")  // a system header's macro; the class has both names
+#undef GetFileTitle
+
+/// The record of an entry that was found, and the folder in which. A value: it outlives the search.
+class QVCOMMON_API CFoundInfo {
+public:
+    /// No record: every test is false, every text empty, every size 0.
+    CFoundInfo() = default;
+    /// Copies the record; null gives none. The system's own WIN32_FIND_DATAA will do.
+    CFoundInfo(const QvFindData* record, const char* root);
+    template <class T>
+    requires requires(const T& data) { data.dwFileAttributes, data.ftCreationTime, data.cAlternateFileName; }
+    CFoundInfo(const T* record, const char* root) : CFoundInfo(reinterpret_cast<const QvFindData*>(record), root) {
+        static_assert(sizeof(T) >= sizeof(QvFindData));
+    }
+    /// Shares a record and a root that nobody changes any more.
+    CFoundInfo(std::shared_ptr<const QvFindData> record, std::shared_ptr<const CString> root);
+
+    bool IsReadOnly() const { return MatchesMask(0x01); }
+    bool IsHidden() const { return MatchesMask(0x02); }
+    bool IsSystem() const { return MatchesMask(0x04); }
+    bool IsDirectory() const { return MatchesMask(0x10); }
+    bool IsArchived() const { return MatchesMask(0x20); }
+    bool IsNormal() const { return MatchesMask(0x80); }
+    bool IsTemporary() const { return MatchesMask(0x100); }
+    bool IsCompressed() const { return MatchesMask(0x800); }
+    /// Whether any of these attribute bits is set.
+    bool MatchesMask(DWORD mask) const;
+    /// A folder called "." or "..".
+    bool IsDots() const;
+
+    CString GetFileName() const;
+    /// The root and the name, with a "\" between them unless the root ends in a separator of either kind.
+    CString GetFilePath() const;
+    /// The name without its extension, at most 255 bytes.
+    CString GetFileTitle() const;
+    CString GetFileTitleA() const { return GetFileTitle(); }
+    /// "file://" and GetFilePath as it stands: backslashes stay.
+    CString GetFileURL() const;
+    /// The low 32 bits of the size in bytes, and all of it.
+    DWORD GetLength() const;
+    std::uint64_t GetLength64() const;
+
+    /// False, and `time` unchanged, without a record. 0, or 1970, for a time that the file system does not keep.
+    bool GetCreationTime(QvFileTime* time) const { return GetTime(&QvFindData::ftCreationTime, time); }
+    bool GetCreationTime(CTime& time) const { return GetTime(&QvFindData::ftCreationTime, time); }
+    bool GetLastAccessTime(QvFileTime* time) const { return GetTime(&QvFindData::ftLastAccessTime, time); }
+    bool GetLastAccessTime(CTime& time) const { return GetTime(&QvFindData::ftLastAccessTime, time); }
+    bool GetLastWriteTime(QvFileTime* time) const { return GetTime(&QvFindData::ftLastWriteTime, time); }
+    bool GetLastWriteTime(CTime& time) const { return GetTime(&QvFindData::ftLastWriteTime, time); }
+
+private:
+    bool GetTime(QvFileTime QvFindData::*which, QvFileTime* time) const;
+    bool GetTime(QvFileTime QvFindData::*which, CTime& time) const;
+
+    std::shared_ptr<const QvFindData> m_record;  // never changed, so copies may share it
+    std::shared_ptr<const CString> m_root;
+};
+
+#pragma pop_macro("GetFileTitle")
+
+/// Searches whose current entry can be kept.
+class QVCOMMON_API CQvFileFind : public CFileFind {
+public:
+    CFoundInfo GetFoundInfo() const { return {GetRecord(), GetSharedRoot()}; }
+};
+
+class QVCOMMON_API CQvFtpFileFind : public CFtpFileFind {
+public:
+    using CFtpFileFind::CFtpFileFind;
+    CFoundInfo GetFoundInfo() const { return {GetRecord(), GetSharedRoot()}; }
+};
+
+/// Lists the entries of a folder that match a mask, through its subfolders too if asked to.
+///
+///     FileFinder finder;
+///     finder.SetSearchPath("C:\\Work");
+///     finder.SetSearchMask("*.txt");
+///     finder.SetRecurse(1);
+///     finder.Discover();
+///     for (const CString& path : finder.GetFiles()) ...
+///
+/// A folder's matching entries come before those of its subfolders, both in the order of the system; on Linux that is by
+/// name without regard to case. The mask holds for folders too, but every subfolder is searched, whatever its name. A link
+/// to a folder is listed like a folder and never entered. A folder that cannot be searched adds nothing. One object, one
+/// thread.
+class QVCOMMON_API FileFinder : public CObject {
+public:
+    /// 0, as at first, lists files only, 1 folders only, any other value both.
+    virtual void SetIncludeDirectories(int mode);
+    /// Adds the final "\" where it is missing.
+    virtual void SetSearchPath(const char* path);
+    /// Empty at first, which matches nothing.
+    virtual void SetSearchMask(const char* mask);
+    virtual void SetRecurse(int recurse);
+
+protected:
+    /// Adds what one folder holds, and its subfolders by calling itself. `offset` is the folder's path from the search path,
+    /// empty for that itself. The subfolders get the depths `depth`, `depth` + 1 and so on, in turn.
+    virtual void Discover(const CString& path, const CString& offset, int depth);
+
+public:
+    /// Empties the arrays and searches.
+    virtual void Discover();
+
+    /// Four arrays with the same indexes: absolute path, path from the search path, depth and record of each entry.
+    virtual const CStringArray& GetFiles() const;
+    virtual const CStringArray& GetFileOffsets() const;
+    /// 0 for entries of the search path. The first subfolder of a folder has that folder's own depth, each further one 1 more
+    /// than the one before: numbers to tell siblings apart, not levels.
+    virtual const CUIntArray& GetOffsetDepths() const;
+    virtual const CArray<CFoundInfo>& GetFoundInfo() const;
+
+    /// Called before and after the entries of each folder, not once a walk, and with the title of each entry met, listed or
+    /// not. They do nothing here. An exception raised in them leaves Discover at once; what was found stays.
+    virtual void StartProgress();
+    virtual void UpdateProgress(const char* title);
+    virtual void StopProgress();
+
+private:
+    void DiscoverEntries(const CString& path, const CString& offset, int depth, CStringArray* subfolders);
+    CStringArray Subfolders(const CString& path, const CString& offset) const;
+    void Keep(const CQvFileFind& find, const CString& offset, int depth);
+
+    CString m_path;
+    CString m_mask;
+    CUIntArray m_depths;
+    CStringArray m_offsets;
+    CStringArray m_files;
+    CArray<CFoundInfo> m_foundInfo;
+    int m_recurse = 0;
+    int m_includeDirectories = 0;
+};

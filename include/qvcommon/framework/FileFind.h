@@ -1,0 +1,114 @@
+#pragma once
+
+/// @file Searches of folders: the record of an entry, and CFileFind.
+
+#include <memory>
+
+#include "qvcommon/framework/FileTime.h"
+#include "qvcommon/framework/String.h"
+
+// System headers turn these names into others with an A behind. The classes have both, so headers may come in any order.
+#pragma push_macro("FindNextFile")
+#undef FindNextFile
+#pragma push_macro("GetFileTitle")
+#undef GetFileTitle
+
+/// What a folder's listing tells of an entry. It has the layout of the system's WIN32_FIND_DATAA. Times that the file
+/// system does not keep are 0.
+///
+/// On Linux the attributes are read-only (no write bit for the owner), hidden (a leading point), directory, device (also
+/// pipes and sockets), and for links the reparse point, whose tag stands in dwReserved0; of a link, everything else is told
+/// of what it leads to. An entry with none of them is "normal". There are no short names.
+struct QvFindData {
+    DWORD dwFileAttributes = 0;
+    QvFileTime ftCreationTime, ftLastAccessTime, ftLastWriteTime;
+    DWORD nFileSizeHigh = 0, nFileSizeLow = 0;
+    DWORD dwReserved0 = 0, dwReserved1 = 0;
+    char cFileName[260] = {};
+    char cAlternateFileName[14] = {};
+};
+
+namespace qv {
+
+/// A search under way. Entries come one after the other.
+class QVCOMMON_API IFileSearch {
+public:
+    virtual ~IFileSearch();
+    /// Writes the next entry; false when there is none.
+    virtual bool Next(QvFindData& entry) = 0;
+    /// The system's error that made the search leave something out; 0 when it gave all there is.
+    virtual LONG GetError() const { return 0; }
+};
+
+/// True for a link that stands for another place: what lies below it is not below the folder that was searched.
+QVCOMMON_API bool IsLink(const QvFindData& entry);
+
+}  // namespace qv
+
+/// A search of one folder. The entries are those of the moment when the system lists them, in its order; on Linux sorted by
+/// name without regard to case. "." and ".." are among them.
+///
+///     CFileFind find;
+///     for (BOOL more = find.FindFile("folder\\*.txt"); more;) {
+///         more = find.FindNextFile();
+///         Use(find.GetFilePath());
+///     }
+///
+/// One object, one thread. The members that tell of an entry may be called after FindNextFile only.
+class QVCOMMON_API CFileFind : public CObject {
+public:
+    /// For FindFile: a folder whose own name is a link is not searched.
+    static constexpr DWORD refuseLinkedFolder = 1;
+
+    CFileFind() = default;
+    ~CFileFind() override;
+    CFileFind(const CFileFind&) = delete;
+    CFileFind& operator=(const CFileFind&) = delete;
+
+    /// Begins a search. The last part of `pattern` may hold * and ?; null means "*.*", every name, as that does everywhere.
+    /// @return zero when nothing matches or the folder cannot be read; GetError tells which.
+    virtual BOOL FindFile(const char* pattern = nullptr, DWORD options = 0);
+    /// Goes to the next entry. @return non-zero when another one follows.
+    virtual BOOL FindNextFile();
+    BOOL FindNextFileA() { return FindNextFile(); }
+    /// Ends the search.
+    virtual void Close();
+    /// The system's error that made the search fail or leave something out; 0 when it gave all there is, or has not come to
+    /// its end. On Linux names with a "\" in them are left out, since no path of this library leads there.
+    LONG GetError() const;
+
+    virtual CString GetFileName() const;
+    /// The absolute path.
+    virtual CString GetFilePath() const;
+    /// The name without its extension.
+    virtual CString GetFileTitle() const;
+    CString GetFileTitleA() const { return GetFileTitle(); }
+    /// The absolute path of the folder, with its final separator.
+    virtual CString GetRoot() const;
+
+    BOOL MatchesMask(DWORD mask) const;
+    BOOL IsDirectory() const { return MatchesMask(0x10); }
+    BOOL IsDots() const;
+    /// A link, to a file or folder.
+    BOOL IsLink() const;
+    QvFileTime GetCreationTime() const;
+    QvFileTime GetLastWriteTime() const;
+
+protected:
+    /// Makes `search` the one under way; null for none.
+    BOOL Begin(std::unique_ptr<qv::IFileSearch> search, const CString& root);
+    /// The current entry and the root, shared with those who keep them; null before the first FindNextFile.
+    const std::shared_ptr<const QvFindData>& GetRecord() const { return m_record; }
+    const std::shared_ptr<const CString>& GetSharedRoot() const { return m_root; }
+
+private:
+    bool Advance();
+
+    std::unique_ptr<qv::IFileSearch> m_search;
+    std::shared_ptr<const QvFindData> m_record, m_following;
+    std::shared_ptr<const CString> m_root;
+    LONG m_error = 0;
+};
+
+#pragma pop_macro("GetFileTitle")
+#pragma pop_macro("FindNextFile")

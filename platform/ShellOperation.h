@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/Clipboard.h"
+
+namespace qv::platform {
+
+enum class ShellFunction : unsigned { Copy = 2, Delete = 3 };
+
+/// The system shell's own copying and deleting of files and trees. Both path lists end with two zero bytes; `to` is null
+/// for a deletion. @return whether all was done and nothing aborted; nothing on systems without such a shell (Linux).
+std::optional<bool> RunShellOperation(ShellFunction function, const char* from, const char* to, unsigned short flags,
+                                      WindowHandle owner, const char* title);
+
+}  // namespace qv::platform

@@ -1,0 +1,132 @@
+#include "platform/FileSearch.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+#include <utility>
+
+#include "platform/Folder.h"
+#include "platform/Path.h"
+#include "platform/Text.h"
+#include "platform/Wildcard.h"
+
+namespace qv::platform {
+namespace {
+
+constexpr std::uint64_t kStepsASecond = 10'000'000;
+constexpr std::int64_t kSecondsUntil1970 = 11'644'473'600;
+
+std::uint64_t Steps(const struct statx_timestamp& time) {
+    const std::int64_t seconds = time.tv_sec + kSecondsUntil1970;
+    return seconds < 0 ? 0 : static_cast<std::uint64_t>(seconds) * kStepsASecond + time.tv_nsec / 100;
+}
+
+int Ask(int folder, const std::string& name, int flags, struct statx& status) {
+    return ::statx(folder, name.c_str(), flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &status);
+}
+
+std::uint32_t AttributesOf(const struct statx& status, const FoundEntry& entry) {
+    std::uint32_t attributes = 0;
+    if (S_ISDIR(status.stx_mode))
+        attributes |= kDirectory;
+    else if (!S_ISREG(status.stx_mode) && !S_ISLNK(status.stx_mode))
+        attributes |= kDevice;
+    if (!(status.stx_mode & S_IWUSR)) attributes |= kReadOnly;
+    if (entry.name.size() > 1 && entry.name[0] == '.' && entry.name != "..") attributes |= kHidden;
+    return attributes;
+}
+
+/// False for an entry that is not there any more.
+bool Describe(int folder, FoundEntry& entry) {
+    struct statx status {};
+    const bool known = !Ask(folder, entry.name, AT_SYMLINK_NOFOLLOW, status);
+    if (!known && (errno == ENOENT || errno == ENOTDIR)) return false;
+    const bool link = S_ISLNK(status.stx_mode);
+    if (struct statx target; link && !Ask(folder, entry.name, 0, target)) status = target;
+    entry.attributes = AttributesOf(status, entry) | (link ? kReparsePoint : 0);
+    entry.tag = link ? kSymbolicLinkTag : 0;
+    if (!entry.attributes) entry.attributes = kNormal;
+    entry.created = Steps(status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_ctime);
+    entry.accessed = Steps(status.stx_atime);
+    entry.written = Steps(status.stx_mtime);
+    entry.size = entry.IsFolder() ? 0 : status.stx_size;
+    return true;
+}
+
+struct Name {
+    std::string text, key;
+};
+
+bool ComesBefore(const Name& a, const Name& b) {
+    const int order = a.key.compare(b.key);
+    return order ? order < 0 : a.text < b.text;
+}
+
+}  // namespace
+
+struct FileSearch::State {
+    Folder folder;
+    std::vector<Name> names;
+    std::size_t next = 0;
+
+    bool Exists(const std::string& name) const {
+        struct stat status;
+        return !::fstatat(static_cast<int>(folder.Handle()), name.c_str(), &status, AT_SYMLINK_NOFOLLOW);
+    }
+
+    /// Gives what could not be taken.
+    FileFailure Collect(const Wildcard& mask) {
+        std::vector<FolderEntry> entries;
+        FileFailure leftOut = folder.List(entries);
+        for (FolderEntry& entry : entries) {
+            const bool unreachable = entry.name.find('\\') != entry.name.npos;
+            if (unreachable && !leftOut) leftOut = {FileCause::BadPath, EINVAL};
+            if (!unreachable && mask.Matches(entry.name)) names.push_back({std::move(entry.name), {}});
+        }
+        for (Name& name : names) name.key = ToUpper(name.text);
+        std::sort(names.begin(), names.end(), ComesBefore);
+        std::size_t dots = 0;
+        for (const char* const name : {".", ".."})
+            if (mask.Matches(name)) names.insert(names.begin() + static_cast<std::ptrdiff_t>(dots++), {name, {}});
+        return leftOut;
+    }
+};
+
+FileSearch::FileSearch() = default;
+FileSearch::~FileSearch() = default;
+FileSearch::FileSearch(FileSearch&&) noexcept = default;
+FileSearch& FileSearch::operator=(FileSearch&&) noexcept = default;
+
+FileFailure FileSearch::Start(const char* pattern, LastName lastName) {
+    m_state.reset();
+    m_leftOut = {};
+    const std::string native = NativePath(pattern);
+    const std::size_t slash = native.rfind('/');
+    const std::string mask = slash == native.npos ? native : native.substr(slash + 1);
+    auto state = std::make_unique<State>();
+    const std::string path = slash == native.npos ? "." : native.substr(0, slash + 1);
+    if (const FileFailure failure = state->folder.Open(path.c_str(), lastName)) return failure;
+
+    if (!Wildcard::IsWild(mask) && state->Exists(mask))
+        state->names.push_back({mask, {}});
+    else
+        m_leftOut = state->Collect(Wildcard(mask));
+    m_state = std::move(state);
+    return {};
+}
+
+bool FileSearch::Next(FoundEntry& entry) {
+    if (!m_state) return false;
+    while (m_state->next < m_state->names.size()) {
+        entry.name = std::move(m_state->names[m_state->next++].text);
+        if (Describe(static_cast<int>(m_state->folder.Handle()), entry)) return true;
+    }
+    m_state.reset();
+    return false;
+}
+
+}  // namespace qv::platform

@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "platform/Wildcard.h"
+#include "qvcommon/FileFinder.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The lines "depth offset" of what a finder found.
+std::vector<std::string> Lines(const FileFinder& finder) {
+    std::vector<std::string> lines;
+    for (int i = 0; i < finder.GetFiles().GetSize(); ++i)
+        lines.push_back(std::to_string(finder.GetOffsetDepths()[i]) + " " + finder.GetFileOffsets()[i].AsStd());
+    return lines;
+}
+
+class FinderTest : public testing::Test {
+protected:
+    void Make(std::initializer_list<const char*> names) const {
+        for (const fs::path name : names) {
+            fs::create_directories(m_folder.Native() / name.parent_path());
+            std::ofstream(m_folder.Native() / name) << name.string();
+        }
+    }
+    std::vector<std::string> Find(const char* mask, int recurse, int mode) {
+        m_finder.SetSearchPath(m_folder / "");
+        m_finder.SetSearchMask(mask);
+        m_finder.SetRecurse(recurse);
+        m_finder.SetIncludeDirectories(mode);
+        m_finder.Discover();
+        return Lines(m_finder);
+    }
+
+    TempFolder m_folder;
+    FileFinder m_finder;
+};
+
+TEST_F(FinderTest, ListsByMaskModeAndDepth) {
+    Make({"b.txt", "A.TXT", "c.doc", "one/x.txt", "one/deep/z.txt", "three/x.txt", "Two/x.txt", "Two/y.doc"});
+    struct Row {
+        const char* mask;
+        int recurse, mode;
+        std::vector<std::string> lines;
+    };
+    for (const Row& row :
+         {Row{"*.txt", 0, 0, {"0 A.TXT", "0 b.txt"}}, Row{"*.*", 0, 0, {"0 A.TXT", "0 b.txt", "0 c.doc"}},
+          Row{"*", 0, 1, {"0 one", "0 three", "0 Two"}}, Row{"t*", 0, 2, {"0 three", "0 Two"}}, Row{"", 0, 2, {}},
+          Row{"X.txt", 1, 0, {"0 one\\x.txt", "1 three\\x.txt", "2 Two\\x.txt"}},
+          Row{"*", 1, 1, {"0 one", "0 three", "0 Two", "0 one\\deep"}},
+          Row{"*.*",
+              1,
+              0,
+              {"0 A.TXT", "0 b.txt", "0 c.doc", "0 one\\x.txt", "0 one\\deep\\z.txt", "1 three\\x.txt", "2 Two\\x.txt",
+               "2 Two\\y.doc"}}})
+        EXPECT_EQ(Find(row.mask, row.recurse, row.mode), row.lines) << row.mask << row.recurse << row.mode;
+    const CFoundInfo last = m_finder.GetFoundInfo()[7];
+    EXPECT_EQ(last.GetFilePath(), m_finder.GetFiles()[7]);
+    EXPECT_EQ(m_finder.GetFiles()[7], m_folder / "Two\\y.doc");
+    EXPECT_EQ(last.GetLength64(), fs::file_size(m_folder.Native("Two/y.doc")));
+    m_finder.SetSearchPath(m_folder / "missing");
+    m_finder.Discover();
+    EXPECT_TRUE(m_finder.GetFoundInfo().IsEmpty());
+}
+
+TEST_F(FinderTest, CallsItsHooksOnceAFolder) {
+    struct Recorder : FileFinder {
+        std::string log;
+        void StartProgress() override { log += "("; }
+        void UpdateProgress(const char* title) override { log += std::string(title) + ","; }
+        void StopProgress() override { log += ")"; }
+    } finder;
+    Make({"a.b.c", "f/.x"});
+    finder.SetSearchPath(m_folder / "");
+    finder.SetSearchMask("*.*");
+    finder.SetRecurse(1);
+    finder.Discover();
+    EXPECT_EQ(finder.log, "(,.,a.b,f,)(,.,,)");  // the titles of "." and ".." come first
+}
+
+TEST_F(FinderTest, DoesNotEnterLinks) {
+    Make({"in/file", "out/secret"});
+    std::error_code refused;
+    fs::create_directory_symlink(m_folder.Native("out"), m_folder.Native("in/link"), refused);
+    fs::create_symlink(m_folder.Native("nowhere"), m_folder.Native("in/broken"), refused);
+    if (refused) GTEST_SKIP() << "no links here: " << refused.message();
+    m_finder.SetSearchPath(m_folder / "in");
+    m_finder.SetSearchMask("*");
+    m_finder.SetRecurse(1);
+    m_finder.SetIncludeDirectories(2);
+    m_finder.Discover();
+    EXPECT_EQ(Lines(m_finder), (std::vector<std::string>{"0 broken", "0 file", "0 link"}));
+    EXPECT_TRUE(m_finder.GetFoundInfo()[2].IsDirectory());
+    m_finder.SetSearchPath(m_folder / "in\\link");  // asked for by name
+    m_finder.Discover();
+    EXPECT_EQ(Lines(m_finder), (std::vector<std::string>{"0 secret"}));
+}
+
+TEST(FoundInfo, TellsWhatTheRecordSays) {
+    QvFindData data;
+    data.dwFileAttributes = 0x10 | 0x02 | 0x800;
+    data.nFileSizeHigh = 1;
+    data.nFileSizeLow = 5;
+    data.ftLastWriteTime = QvFileTime::FromSteps(116444736000000000ull + 15000000);
+    std::strcpy(data.cFileName, "..");
+    const CFoundInfo dots(&data, "C:/x/"), none;
+    EXPECT_TRUE(dots.IsDots() && dots.IsDirectory() && dots.IsHidden() && dots.IsCompressed());
+    EXPECT_FALSE(dots.IsReadOnly() || dots.IsNormal() || dots.IsSystem() || dots.IsArchived() || dots.IsTemporary());
+    EXPECT_EQ(dots.GetFilePath(), "C:/x/..");
+    EXPECT_EQ(dots.GetLength(), 5u);
+    EXPECT_EQ(dots.GetLength64(), (1ull << 32) + 5);
+    CTime time;
+    ASSERT_TRUE(dots.GetLastWriteTime(time));
+    EXPECT_EQ(time.GetTime(), 1);
+    std::strcpy(data.cFileName, "a.b.txt");
+    CFoundInfo file(&data, "\\\\server\\share");
+    const CFoundInfo copy = file;
+    file = none;
+    EXPECT_EQ(copy.GetFileURL(), "file://\\\\server\\share\\a.b.txt");
+    EXPECT_EQ(copy.GetFileTitle(), "a.b");
+    EXPECT_FALSE(file.MatchesMask(0xFFFFFFFF) || file.IsDots() || file.GetCreationTime(time));
+    EXPECT_EQ(file.GetFileName() + file.GetFileTitle(), "");
+}
+
+TEST(FtpFileFind, ListsWhatItsConnectionGives) {
+    struct Listing : qv::IFileSearch {
+        int left = 2;
+        bool Next(QvFindData& entry) override {
+            std::strcpy(entry.cFileName, left == 2 ? "a.txt" : "b.txt");
+            entry.nFileSizeLow = static_cast<DWORD>(left);
+            return left-- > 0;
+        }
+    };
+    struct Server : CFtpConnection {
+        std::string asked;
+        std::unique_ptr<qv::IFileSearch> Search(const char* pattern, std::uintptr_t context) override {
+            asked += pattern + std::to_string(context);
+            return asked.find("none") == asked.npos ? std::make_unique<Listing>() : nullptr;
+        }
+    } server;
+    CQvFtpFileFind find(&server, 7);
+    std::string found;
+    for (BOOL more = find.FindFile("pub/x/*.txt"); more;) {
+        more = find.FindNextFile();
+        const CFoundInfo info = find.GetFoundInfo();
+        found += info.GetFilePath().AsStd() + " " + std::to_string(info.GetLength()) + ";";
+    }
+    EXPECT_EQ(found, "pub/x/a.txt 2;pub/x/b.txt 1;");
+    EXPECT_FALSE(find.FindFile("none/*"));
+    EXPECT_EQ(server.asked, "pub/x/*.txt7none/*7");
+    EXPECT_FALSE(CFtpConnection::Connect("127.0.0.1", 1));
+}
+
+TEST(Wildcard, MeansWhatItMeansOnWindows) {
+    struct Row {
+        const char *mask, *name;
+        bool matches;
+    };
+    for (const Row& row :
+         {Row{"*.*", "name", true}, Row{"*", ".x", true}, Row{"*.", "name", true}, Row{"*.", "a.b", false},
+          Row{"a.*", "A", true}, Row{"a.*", "ab", false}, Row{"*.TXT", "x.txt", true}, Row{"*.txt", "x.txt.bak", false},
+          Row{"?", "ab", false}, Row{"a?", "a", true}, Row{"a??.c", "a.c", true}, Row{"a?c", "a.c", false},
+          Row{"*a*b*", "xxaxxbxx", true}, Row{"*a*b*", "xxbxxaxx", false}, Row{"", "", true}, Row{"", "a", false},
+          Row{"\xE4*", "\xC4pfel", true}, Row{"x*.?z", "x.y.yz", true}})
+        EXPECT_EQ(qv::platform::Wildcard(row.mask).Matches(row.name), row.matches) << row.mask << " " << row.name;
+    const std::string stars = std::string(2000, '*') + "b", name(255, 'a');
+    EXPECT_FALSE(qv::platform::Wildcard(stars).Matches(name));
+}
+
+}  // namespace
