@@ -1,0 +1,5 @@
+#include "benchmarks/support/RatioReporter.h"
+
+int main(int argc, char** argv) {
+    return RunWithRatios(argc, argv);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+/// A folder of the benchmarks' own in the system's temporary folder, gone at the end of the program.
+class Scratch {
+public:
+    Scratch() : m_path(std::filesystem::temp_directory_path() / ("qvbench" + std::to_string(::time(nullptr)))) {
+        std::filesystem::create_directories(m_path);
+    }
+    ~Scratch() { std::filesystem::remove_all(m_path); }
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+
+    std::string operator/(const std::string& name) const { return (m_path / name).string(); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+inline const Scratch& TheScratch() {
+    static const Scratch scratch;
+    return scratch;
+}
+
+/// A file of that many bytes that do not repeat, made at its first use and in the page cache then.
+inline std::string FileOf(std::size_t size) {
+    const std::string path = TheScratch() / ("file" + std::to_string(size));
+    if (std::filesystem::exists(path)) return path;
+    std::string block(1 << 20, '\0');
+    unsigned value = 1;
+    for (char& c : block) c = static_cast<char>((value = value * 1664525 + 1013904223) >> 24);
+    std::ofstream file(path, std::ios::binary);
+    for (std::size_t written = 0; written < size; written += block.size()) file << block;
+    return path;
+}

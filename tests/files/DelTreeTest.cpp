@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/File.h"
+#include "tests/support/FileFaults.h"
+#include "tests/support/Raised.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tree.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using qv::FileCall;
+using qv::platform::FileFailure;
+using Names = std::map<std::string, std::string>;
+
+bool MakeLink(const fs::path& target, const fs::path& link) {
+    std::error_code refused;
+    fs::create_directory_symlink(target, link, refused);
+    return !refused;
+}
+
+TEST(DelTree, DeletesAllAndKeepsTheRootIfToldTo) {
+    const TempFolder folder;
+    for (const int removeItself : {0, 1}) {
+        MakeTree(folder.Native("tree"), {"a", "b/c/d/", "b/read-only", "b/e/f"});
+        fs::permissions(folder.Native("tree/b/read-only"), fs::perms::owner_read);
+        CFileUtils::DelTree(folder / "tree\\", removeItself);
+        EXPECT_EQ(ReadTree(folder.Native()), removeItself ? Names{} : (Names{{"tree/", ""}}));
+    }
+    CFileUtils::DelTree(folder / "tree", 1);
+    CFileUtils::DelTree(folder / "no\\such", 1);
+    CFileUtils::DelTree("", 1);
+    MakeTree(folder.Native(), {"file"});
+    EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::DelTree(folder / "file", 0); }));
+    EXPECT_TRUE(folder.Has("file"));
+}
+
+TEST(DelTree, LeavesTheCurrentFolderFirst) {
+    const TempFolder folder;
+    const fs::path before = fs::current_path();
+    fs::create_directory(folder.Native("here"));
+    fs::current_path(folder.Native("here"));
+    CString here(fs::current_path().string());
+    here.Replace('/', '\\');
+    CFileUtils::DelTree(here, 1);
+    EXPECT_FALSE(folder.Has("here"));
+    EXPECT_TRUE(fs::current_path().string() == "/" || fs::exists(fs::current_path() / "system32"));
+    fs::current_path(before);
+}
+
+TEST(DelTree, DeletesLinksButNothingBehindThem) {
+    const TempFolder folder;
+    MakeTree(folder.Native(), {"outside/kept", "tree/sub/x"});
+    if (!MakeLink(folder.Native("outside"), folder.Native("tree/sub/link"))) GTEST_SKIP() << "no links here";
+    CFileUtils::DelTree(folder / "tree", 1);
+    const Names kept{{"outside/", ""}, {"outside/kept", "outside/kept"}};
+    EXPECT_EQ(ReadTree(folder.Native()), kept);
+    MakeLink(folder.Native("outside"), folder.Native("link"));
+    EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::DelTree(folder / "link", 0); }));
+    EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::DelTree(folder / "link\\", 0); }));
+    CFileUtils::DelTree(folder / "link\\", 1);
+    EXPECT_EQ(ReadTree(folder.Native()), kept);
+}
+
+// Just before a folder is opened, someone puts a link in its place: the worst moment.
+TEST(DelTree, IsNotLedOutsideByAFolderThatBecomesALink) {
+    const TempFolder folder;
+    MakeTree(folder.Native(), {"outside/kept", "tree/a/b/c/x", "tree/a/y"});
+    if (!MakeLink(folder.Native("outside"), folder.Native("probe"))) GTEST_SKIP() << "no links here";
+    const CString victim = folder / "tree\\a\\b\\";
+    const FileFaults swap([&](FileCall call, const char* path) {
+        if (call == FileCall::OpenFolder && victim == path) {
+            fs::rename(folder.Native("tree/a/b"), folder.Native("moved"));
+            MakeLink(folder.Native("outside"), folder.Native("tree/a/b"));
+        }
+        return FileFailure{};
+    });
+    CFileUtils::DelTree(folder / "tree", 1);
+    EXPECT_FALSE(folder.Has("tree"));
+    EXPECT_EQ(folder.Read("outside/kept"), "outside/kept");
+    EXPECT_EQ(folder.Read("moved/c/x"), "tree/a/b/c/x");
+}
+
+TEST(DelTree, GoesDeeperThanFilesMayBeOpen) {
+    const TempFolder folder;
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.Native());
+    int depth = 0;
+    for (std::error_code refused; depth < 3000 && !refused; ++depth) {
+        fs::create_directory("d", refused);
+        if (!refused) fs::current_path("d", refused);
+    }
+    fs::current_path(before);
+    EXPECT_GT(depth, 50);
+    CFileUtils::DelTree(folder / "d", 1);
+    EXPECT_FALSE(folder.Has("d"));
+}
+
+TEST(DelTree, NamesWhatItCannotDelete) {
+    const TempFolder folder;
+    MakeTree(folder.Native(), {"tree/a/x"});
+    const CString file = folder / "tree\\a\\x";
+    const FileFaults faults([&](FileCall call, const char* path) {
+        const bool failing = call == FileCall::Remove && file == path;
+        return failing ? FileFailure{qv::platform::FileCause::HardIO, 5} : FileFailure{};
+    });
+    const auto error = Raised<CFileException>([&] { CFileUtils::DelTree(folder / "tree", 1); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->m_strFileName, file);
+    EXPECT_EQ(error->m_cause, CFileException::hardIO);
+}
+
+}  // namespace

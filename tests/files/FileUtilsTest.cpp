@@ -1,0 +1,272 @@
+#include "qvcommon/FileUtils.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iostream>
+
+#include "platform/Path.h"
+#include "qvcommon/TimeHelper.h"
+#include "qvcommon/framework/File.h"
+#include "tests/support/Child.h"
+#include "tests/support/FileFaults.h"
+#include "tests/support/Raised.h"
+#include "tests/support/RecordingMessageBox.h"
+#include "tests/support/RecordingPause.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tree.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void MakeReadOnly(const fs::path& file) {
+    fs::permissions(file, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                    fs::perm_options::remove);
+}
+
+TEST(FileUtils, TellsWhatIsThere) {
+    const TempFolder folder;
+    folder.Write("file", "12345");
+    fs::create_directory(folder.Native("empty"));
+    const CString root(qv::platform::HasDriveLetters() ? "C:\\" : "\\");
+    struct Row {
+        CString path;
+        bool exists, isFolder;
+        int size;
+    };
+    for (const Row& row : {Row{folder / "file", true, false, 5}, Row{folder / "empty", true, true, 0},
+                           Row{folder / "empty\\", true, true, 0}, Row{folder / "none", false, false, -1},
+                           Row{folder / "file\\none", false, false, -1}, Row{root, true, true, -2},
+                           Row{"", false, false, -1}, Row{CString('x', 5000), false, false, -1}}) {
+        EXPECT_EQ(CFileUtils::IsExist(row.path), row.exists) << row.path.AsStd();
+        EXPECT_EQ(CFileUtils::IsDirectory(row.path), row.isFolder) << row.path.AsStd();
+        EXPECT_TRUE(row.size == -2 || CFileUtils::GetFilesize(row.path) == row.size) << row.path.AsStd();
+    }
+    EXPECT_TRUE(CFileUtils::IsVolume(root));
+    EXPECT_FALSE(CFileUtils::IsVolume(folder / "empty"));
+    EXPECT_TRUE(CFileUtils::HasMatching(folder / "F*"));
+    EXPECT_TRUE(CFileUtils::HasMatching(folder / "empty\\*.*"));
+    EXPECT_FALSE(CFileUtils::HasMatching(folder / "empty\\?x*"));
+    EXPECT_EQ(CFileUtils::GetShortPath(folder / "none"), folder / "none");
+    EXPECT_EQ(CFileUtils::GetUppercaseShortPath("q:\\no such"), "Q:\\NO SUCH");
+}
+
+TEST(FileUtils, KnowsPathFormats) {
+    for (const char* const path : {"c:\\", "Z:\\a b", "\\\\server\\share", "\\\\s\\"})
+        EXPECT_TRUE(CFileUtils::MatchesPathFormat(path)) << path;
+    for (const char* const path : {"", "C:", "1:\\", "C:/x", "\\\\server", "a\\b", "\\\\"})
+        EXPECT_FALSE(CFileUtils::MatchesPathFormat(path)) << path;
+}
+
+TEST(FileUtils, FilesBeyond4GbKeepTheirLength) {
+    const TempFolder folder;
+    folder.Write("long", "");
+    std::error_code full;
+    fs::resize_file(folder.Native("long"), (5ull << 30) + 7, full);
+    if (full) GTEST_SKIP() << full.message();
+    EXPECT_EQ(CFileUtils::GetFilesize(folder / "long"), 2147483647);
+    EXPECT_EQ(CFileUtils::ReadFile(folder / "long"), "");
+}
+
+TEST(FileUtils, GivesDatesOfTheFirstMatch) {
+    const TempFolder folder;
+    folder.Write("a.txt", "");
+    CFileStatus status;
+    ASSERT_TRUE(CFile::GetStatus(folder / "a.txt", status));
+    status.m_mtime = 1083765787;
+    CFile::SetStatus(folder / "a.txt", status);
+    const CString expected = COleDateTime(status.m_mtime).Format("%b %d %Y, %H:%M:%S");
+    EXPECT_EQ(CFileUtils::GetDateModified(folder / "*.TXT"), expected);
+    EXPECT_EQ(CFileUtils::GetDateModified(folder / "a.txt", "%Y"), "2004");
+    LONG time = 3;
+    EXPECT_FALSE(CFileUtils::GetDateModified(folder / "b*", time));
+    EXPECT_EQ(time, 3);
+    EXPECT_TRUE(CFileUtils::GetDateModified(folder / "a*", time));
+    const auto steps = (1083765787ull + 11644473600ull) * 10000000;
+    EXPECT_EQ(time, CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(steps)));
+    EXPECT_EQ(CFileUtils::GetDateModified(folder / "b*"), "");
+}
+
+TEST(FileUtils, FindsTheLatestSubfolder) {
+    const TempFolder folder;
+    CString name = "kept", date = "kept";
+    folder.Write("9", "");
+    CFileUtils::FindLastestSubdir(folder / "*", name, date);
+    CFileUtils::FindLastestSubdirByName(folder / "*", name);
+    EXPECT_EQ(name + date, "keptkept");
+    struct Row {
+        std::vector<const char*> names;
+        const char* latest;
+    };
+    for (const Row& row : {Row{{"none", "nothing"}, "none"}, Row{{"1.10", "1.9"}, "1.9"},
+                           Row{{"2.10", "v1.2.3"}, "2.10"}, Row{{"a7", "b7"}, "a7"}, Row{{"v10", "v9", "w"}, "v10"}}) {
+        const TempFolder fresh;
+        for (const char* const made : row.names) fs::create_directory(fresh.Native(made));
+        CFileUtils::FindLastestSubdirByName(fresh / "*.*", name);
+        EXPECT_EQ(name, row.latest);
+    }
+    fs::create_directory(folder.Native("new"));
+    CFileUtils::FindLastestSubdir(folder / "*", name, date);
+    EXPECT_EQ(name, "new");
+    EXPECT_GE(date, CString("Jan"));
+    EXPECT_EQ(date.Mid(6, 3), " 20");
+}
+
+TEST(FileUtils, MakesFolderChains) {
+    const TempFolder folder;
+    folder.Write("file", "");
+    for (const char* const path : {"a\\b\\c", "a\\b\\c\\", "a/d/e", "f\\", "a"}) {
+        EXPECT_TRUE(QvCreateDirectory(folder / path)) << path;
+        EXPECT_TRUE(CFileUtils::IsDirectory(folder / path)) << path;
+    }
+    EXPECT_FALSE(QvCreateDirectory(folder / "file\\x"));
+    EXPECT_FALSE(QvCreateDirectory(folder / std::string(300, 'x')));
+    EXPECT_FALSE(QvCreateDirectory(""));
+}
+
+TEST(FileUtils, AsksBeforeItMakesAFolder) {
+    const TempFolder folder;
+    folder.Write("file", "");
+    const std::string question = "The directory specified can not be found.  Would you like to create it?";
+    struct Row {
+        CString path;
+        int answer, valid;
+        std::vector<std::string> texts;
+    };
+    for (const Row& row :
+         {Row{folder / "", 6, 1, {}}, Row{"", 6, 0, {"No directory was specified."}},
+          Row{folder / "a\\b", 7, 0, {question}}, Row{folder / "a\\b", 2, 0, {question}},
+          Row{folder / "a\\b", 6, 1, {question}}, Row{folder / "a\\b", 7, 1, {}},
+          Row{folder / "file\\b", 6, 0, {question, "The directory specified could not be created."}}}) {
+        const RecordingMessageBox box(row.answer);
+        EXPECT_EQ(ValidateDir(row.path), row.valid) << row.path.AsStd();
+        std::vector<std::string> texts;
+        for (const auto& shown : box.shown) {
+            texts.push_back(shown.text);
+            EXPECT_EQ(shown.style, shown.text == question ? 52u : 48u);
+        }
+        EXPECT_EQ(texts, row.texts);
+    }
+}
+
+TEST(WholeFiles, AreReadAsTheyWereWritten) {
+    const TempFolder folder;
+    std::string bytes;
+    for (int i = 0; i < 70000; ++i) bytes += static_cast<char>(i * 7);
+    const CString path = folder / "new\\er\\file";
+    EXPECT_EQ(Raised<CFileException>([&] { CFileUtils::WriteFile(path, CString("x"), 1, 0); })->m_cause,
+              CFileException::badPath);
+    for (const int multiUser : {0, 1}) {
+        CFileUtils::WriteFile(path, CString(bytes + bytes), multiUser, 1);
+        MakeReadOnly(folder.Native("new/er/file"));
+        CFileUtils::WriteFile(path, CString(bytes), multiUser, 0);
+        EXPECT_EQ(CFileUtils::ReadFile(path).AsStd(), bytes);
+    }
+    for (const CString& none : {folder / "none", folder / "new", CString(""), CString('x', 5000)})
+        EXPECT_EQ(CFileUtils::ReadFile(none), "");
+}
+
+TEST(WholeFiles, HaveLines) {
+    const TempFolder folder;
+    CStringArray lines{"old"};
+    CFileUtils::WriteFile(folder / "x", CStringArray{"a", "", "b c"}, 0, 0);
+    CFileUtils::ReadFile(folder / "x", lines);
+    EXPECT_EQ(lines, (CStringArray{"a", "", "b c"}));
+    folder.Write("y", std::string("a\r\nb\n\n\0c\rd", 10));
+    CFileUtils::ReadFile(folder / "y", lines);
+    EXPECT_EQ(lines, (CStringArray{"a", "b", "", std::string("\0c\rd", 4)}));
+    CFileUtils::WriteFile(folder / "none\\x", CStringArray{"lost"}, 1, 0);
+    CFileUtils::ReadFile(folder / "none\\x", lines);
+    EXPECT_TRUE(lines.IsEmpty());
+}
+
+TEST(WholeFiles, WaitForOthersOnlyWhenToldTo) {
+    const TempFolder folder;
+    folder.Write("x", "old");
+    const RecordingPause pause;
+    {
+        const CFile holder(folder / "x", CFile::modeRead | CFile::shareDenyWrite);
+        EXPECT_EQ(CFileUtils::ReadFile(folder / "x"), "old");
+        EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::WriteFile(folder / "x", CString("new"), 0, 0); }));
+        EXPECT_TRUE(pause.pauses.empty());
+        EXPECT_EQ(Raised<CFileException>([&] { CFileUtils::WriteFile(folder / "x", CString("new"), 1, 0); })->m_cause,
+                  CFileException::sharingViolation);
+        EXPECT_EQ(pause.pauses.size(), 8u);
+        EXPECT_EQ(CFileUtils::Log(folder / "x", "line", 0), 0);
+        EXPECT_GT(pause.pauses.size(), 100u);
+    }
+    EXPECT_EQ(CFileUtils::ReadFile(folder / "x"), "old");
+}
+
+TEST(WholeFiles, BackupsAreMoved) {
+    const TempFolder folder;
+    CFileUtils::BackupFile(folder / "none.txt");
+    for (const char* const text : {"first", "second"}) {
+        folder.Write("a.txt", text);
+        MakeReadOnly(folder.Native("a.txt"));
+        CFileUtils::BackupFile(folder / "a.txt");
+        EXPECT_EQ(ReadTree(folder.Native()), (std::map<std::string, std::string>{{"a.bak", text}}));
+    }
+    EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::BackupFile(folder / "a.bak"); }));
+    EXPECT_EQ(folder.Read("a.bak"), "second");
+    fs::create_directory(folder.Native("b.bak"));
+    folder.Write("b.txt", "kept");
+    EXPECT_EQ(Raised<CFileException>([&] { CFileUtils::BackupFile(folder / "b.txt"); })->m_strFileName,
+              folder / "b.txt");
+    EXPECT_EQ(folder.Read("b.txt"), "kept");
+}
+
+TEST(WholeFiles, BackupsOfPathsTooLongForThePartsAreRefused) {
+    const TempFolder folder;
+    const std::string deep = "a/" + std::string(120, 'b') + "/" + std::string(120, 'c');
+    std::error_code refused;
+    fs::create_directories(folder.Native(deep), refused);
+    if (refused) GTEST_SKIP() << "no such long paths: " << refused.message();
+    folder.Write(deep + "/x.txt", "kept");
+    EXPECT_EQ(Raised<CFileException>([&] { CFileUtils::BackupFile(folder / (deep + "/x.txt")); })->m_cause,
+              CFileException::badPath);
+    EXPECT_EQ(folder.Read(deep + "/x.txt"), "kept");
+}
+
+constexpr int kLoggers = 8, kLinesEach = 60;
+
+QV_CHILD(Logger) {
+    const std::string filler(static_cast<std::size_t>(std::stoi(arguments.at(1))) * 9000, '.');
+    std::cin.get();
+    for (int i = 0; i < kLinesEach; ++i)
+        if (!CFileUtils::Log(arguments.at(0).c_str(), (arguments.at(1) + filler + std::to_string(i)).c_str(), 0))
+            return 1;
+    return 0;
+}
+
+TEST(Log, LosesAndTearsNoLineOfManyProcesses) {
+    const TempFolder folder;
+    std::vector<CProcess> loggers(kLoggers);
+    CStringArray expected, lines;
+    for (int i = 0; i < kLoggers; ++i) {
+        StartChild(loggers[static_cast<std::size_t>(i)], "Logger", {folder / "log", std::to_string(i)});
+        for (int line = 0; line < kLinesEach; ++line)
+            expected.Add(std::to_string(i) + std::string(static_cast<std::size_t>(i) * 9000, '.') +
+                         std::to_string(line));
+    }
+    for (CProcess& logger : loggers) logger.WriteInput("go\n");
+    for (CProcess& logger : loggers) EXPECT_EQ(logger.Wait(), 0);
+    CFileUtils::ReadFile(folder / "log", lines);
+    std::sort(lines.begin(), lines.end());
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(lines, expected);
+}
+
+TEST(Log, StampsAndEndsLinesWithCrLf) {
+    const TempFolder folder;
+    const CString before = COleDateTime::GetCurrentTime().Format("%c ");
+    EXPECT_TRUE(CFileUtils::Log(folder / "log", "one", 1));
+    const CString after = COleDateTime::GetCurrentTime().Format("%c ");
+    EXPECT_TRUE(CFileUtils::Log(folder / "log", "two", 0));
+    const std::string log = folder.Read("log");
+    EXPECT_TRUE(log == before.AsStd() + "one\r\ntwo\r\n" || log == after.AsStd() + "one\r\ntwo\r\n") << log;
+    EXPECT_FALSE(CFileUtils::Log(folder / "none\\log", "three", 0));
+}
+
+}  // namespace
