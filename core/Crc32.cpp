@@ -17,18 +17,18 @@ namespace {
 
 constexpr std::uint32_t kPolynomial = 0xEDB88320;  // the lowest bit stands for the highest power
 
-constexpr std::size_t kSlices = 16;
-using Tables = std::array<std::array<std::uint32_t, 256>, kSlices>;
+constexpr std::size_t kWord = 8, kStrands = 5, kBraid = kWord * kStrands;
+using Table = std::array<std::uint32_t, 256>;
 
 /// tables[n][b] is what byte b comes to when n more bytes follow it.
-constexpr Tables MakeTables() {
-    Tables tables{};
+constexpr std::array<Table, kBraid> MakeTables() {
+    std::array<Table, kBraid> tables{};
     for (std::uint32_t byte = 0; byte < 256; ++byte) {
         std::uint32_t value = byte;
         for (int bit = 0; bit < 8; ++bit) value = value >> 1 ^ (value & 1 ? kPolynomial : 0);
         tables[0][byte] = value;
     }
-    for (std::size_t n = 1; n < kSlices; ++n)
+    for (std::size_t n = 1; n < kBraid; ++n)
         for (std::size_t byte = 0; byte < 256; ++byte) {
             const std::uint32_t before = tables[n - 1][byte];
             tables[n][byte] = before >> 8 ^ tables[0][before & 255];
@@ -36,7 +36,7 @@ constexpr Tables MakeTables() {
     return tables;
 }
 
-constexpr Tables kTables = MakeTables();
+constexpr std::array<Table, kBraid> kTables = MakeTables();
 
 std::uint64_t Word(const char* data) {
     std::uint64_t word;
@@ -44,18 +44,38 @@ std::uint64_t Word(const char* data) {
     return word;
 }
 
-/// The sum of the tables' entries for eight bytes that `after` more bytes follow.
-std::uint32_t Slice(std::uint64_t word, std::size_t after) {
-    std::uint32_t sum = 0;
-    for (std::size_t i = 0; i < 8; ++i) sum ^= kTables[after + 7 - i][word >> (8 * i) & 255];
-    return sum;
+/// What the eight bytes of a word come to when so many more follow them.
+template <std::size_t Following>
+inline std::uint32_t Sum(std::uint64_t word) {
+    const Table* const tables = &kTables[Following];
+    return tables[7][word & 255] ^ tables[6][word >> 8 & 255] ^ tables[5][word >> 16 & 255] ^
+           tables[4][word >> 24 & 255] ^ tables[3][word >> 32 & 255] ^ tables[2][word >> 40 & 255] ^
+           tables[1][word >> 48 & 255] ^ tables[0][word >> 56];
 }
 
-/// Both take and give the register as it is between two bytes.
+/// Every strand takes each fifth word and knows nothing of the others, so that the processor can follow all five at once.
+/// The last braid ties them together.
+std::uint32_t AddBraids(std::uint32_t state, const char* data, std::size_t count) {
+    std::uint32_t strands[kStrands] = {state};
+    for (; count > 1; data += kBraid, --count) {
+        std::uint64_t words[kStrands];
+        for (std::size_t i = 0; i < kStrands; ++i) words[i] = Word(data + i * kWord) ^ strands[i];
+        for (std::size_t i = 0; i < kStrands; ++i) strands[i] = Sum<kBraid - kWord>(words[i]);
+    }
+    state = 0;
+    for (std::size_t i = 0; i < kStrands; ++i) state = Sum<0>(Word(data + i * kWord) ^ strands[i] ^ state);
+    return state;
+}
+
+/// Takes and gives the register as it is between two bytes.
 std::uint32_t AddBytes(std::uint32_t state, const char* data, std::size_t size) {
-    if constexpr (std::endian::native == std::endian::little)
-        for (; size >= kSlices; data += kSlices, size -= kSlices)
-            state = Slice(Word(data) ^ state, 8) ^ Slice(Word(data + 8), 0);
+    if constexpr (std::endian::native == std::endian::little) {
+        if (const std::size_t braids = size / kBraid) {
+            state = AddBraids(state, data, braids);
+            data += braids * kBraid, size -= braids * kBraid;
+        }
+        for (; size >= kWord; data += kWord, size -= kWord) state = Sum<0>(Word(data) ^ state);
+    }
     for (; size > 0; ++data, --size) state = state >> 8 ^ kTables[0][(state ^ static_cast<unsigned char>(*data)) & 255];
     return state;
 }
@@ -110,8 +130,42 @@ QV_FOLDING std::uint32_t AddByFolding(std::uint32_t state, const char* data, std
     return AddBytes(AddBytes(0, rest, sizeof rest), data, size);
 }
 
+#define QV_WIDE_FOLDING [[gnu::target("vpclmulqdq,avx512f,pclmul,sse4.1")]]
+
+constexpr std::size_t kWideLane = 64, kWideLanes = 4, kWideRound = kWideLane * kWideLanes;
+
+template <int Bits>
+QV_WIDE_FOLDING inline __m512i OverWide() {
+    constexpr std::uint64_t kLow = PowerOfX(Bits + 32), kHigh = PowerOfX(Bits - 32);
+    constexpr std::uint64_t kFactors[] = {kLow, kHigh, kLow, kHigh, kLow, kHigh, kLow, kHigh};
+    return _mm512_loadu_si512(kFactors);
+}
+
+QV_WIDE_FOLDING inline __m512i FoldWide(__m512i from, __m512i over, const char* to) {
+    const __m512i low = _mm512_clmulepi64_epi128(from, over, 0x00), high = _mm512_clmulepi64_epi128(from, over, 0x11);
+    constexpr int kXorOfThree = 0x96;
+    return _mm512_ternarylogic_epi64(low, high, _mm512_loadu_si512(to), kXorOfThree);
+}
+
+/// The same with four times the width. What the lanes hold in the end stands for all that came before, too.
+QV_WIDE_FOLDING std::uint32_t AddByWideFolding(std::uint32_t state, const char* data, std::size_t size) {
+    if (size < 2 * kWideRound) return AddByFolding(state, data, size);
+    __m512i lanes[kWideLanes];
+    for (std::size_t i = 0; i < kWideLanes; ++i) lanes[i] = _mm512_loadu_si512(data + i * kWideLane);
+    lanes[0] = _mm512_xor_si512(lanes[0], _mm512_zextsi128_si512(_mm_cvtsi32_si128(static_cast<int>(state))));
+    data += kWideRound, size -= kWideRound;
+    const __m512i overRound = OverWide<kWideRound * 8>();
+    for (; size >= kWideRound; data += kWideRound, size -= kWideRound)
+        for (std::size_t i = 0; i < kWideLanes; ++i) lanes[i] = FoldWide(lanes[i], overRound, data + i * kWideLane);
+    char rest[kWideRound];
+    for (std::size_t i = 0; i < kWideLanes; ++i) _mm512_storeu_si512(rest + i * kWideLane, lanes[i]);
+    return AddByFolding(AddByFolding(0, rest, sizeof rest), data, size);
+}
+
 auto* BestWay() {
-    return __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("sse4.1") ? AddByFolding : AddBytes;
+    if (!__builtin_cpu_supports("pclmul") || !__builtin_cpu_supports("sse4.1")) return AddBytes;
+    const bool wide = __builtin_cpu_supports("vpclmulqdq") && __builtin_cpu_supports("avx512f");
+    return wide ? AddByWideFolding : AddByFolding;
 }
 
 #else

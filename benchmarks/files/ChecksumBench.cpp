@@ -6,7 +6,6 @@
 
 #include "benchmarks/files/Scratch.h"
 #include "core/Crc32.h"
-#include "platform/FileOpen.h"
 #include "qvcommon/Checksum.h"
 
 namespace {
@@ -49,7 +48,6 @@ void OfFile(benchmark::State& state) {
 
 // Reading alone, in the same steps.
 void ReadOnly(benchmark::State& state) {
-    using namespace qv::platform;
     const std::string path = FileOf(kGigabyte);
     constexpr std::size_t kStep = 128 * 1024;
     const auto buffer = std::make_unique<char[]>(kStep);

@@ -1,0 +1,61 @@
+#include "qvcommon/Checksum.h"
+
+#include <gtest/gtest.h>
+
+#include "core/Crc32.h"
+#include "tests/support/FileFaults.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+// Bit by bit, as the standard defines it.
+unsigned long PlainCrc(std::string_view data) {
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (const char c : data) {
+        crc ^= static_cast<unsigned char>(c);
+        for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+    }
+    return ~crc;
+}
+
+std::string Bytes(std::size_t size) {
+    std::string bytes;
+    for (std::size_t i = 0; i < size; ++i) bytes += static_cast<char>(i * i * 31 + (i >> 5));
+    return bytes;
+}
+
+TEST(Checksum, IsThatOfTheStandard) {
+    EXPECT_EQ(MemCRC("123456789", 9), 0xCBF43926u);
+    EXPECT_EQ(MemCRC("x", 0), 0u);
+    EXPECT_EQ(MemCRC("x", -1), 0u);
+    // Lengths and places around each step of the fast ways.
+    const std::string bytes = Bytes(5000);
+    for (std::size_t size = 1; size < 1100; ++size)
+        for (const std::size_t at : {0, 1, 13}) {
+            const std::string_view part = std::string_view(bytes).substr(at, size);
+            const unsigned long crc = PlainCrc(part);
+            ASSERT_EQ(MemCRC(part.data(), static_cast<int>(size)), crc) << size;
+            ASSERT_EQ(qv::Crc32ByTables(0, part.data(), size), crc) << size;
+            ASSERT_EQ(qv::Crc32(qv::Crc32(0, part.data(), size / 3), part.data() + size / 3, size - size / 3), crc)
+                << size;
+        }
+}
+
+TEST(Checksum, OfAFileIsThatOfItsBytesOrNothing) {
+    const TempFolder folder;
+    for (const std::size_t size : {std::size_t{0}, std::size_t{9}, std::size_t{300001}, std::size_t{9 << 20}}) {
+        const std::string bytes = Bytes(size);
+        folder.Write("x", bytes);
+        EXPECT_EQ(FileCRC(folder / "x"), MemCRC(bytes.data(), static_cast<int>(size))) << size;
+    }
+    for (const char* const path : {"none", "", "none\\x"}) EXPECT_EQ(FileCRC(folder / path), 0u);
+    int reads = 0;
+    const FileFaults faults([&](qv::FileCall call, const char*) {
+        const bool fails = call == qv::FileCall::Read && ++reads == 3;
+        return fails ? qv::platform::FileFailure{qv::platform::FileCause::HardIO, 5} : qv::platform::FileFailure{};
+    });
+    EXPECT_EQ(FileCRC(folder / "x"), 0u);
+    EXPECT_EQ(reads, 3);
+}
+
+}  // namespace
