@@ -2,7 +2,10 @@
 
 /// @file Everything that the library exports.
 
+#include "qvcommon/Checksum.h"
+#include "qvcommon/CopyTree.h"
 #include "qvcommon/Exceptions.h"
+#include "qvcommon/FileFinder.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/HtmlDocument.h"
@@ -15,12 +18,15 @@
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/TempFile.h"
 #include "qvcommon/TimeHelper.h"
+#include "qvcommon/Validators.h"
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/DateTime.h"
 #include "qvcommon/framework/Exception.h"
 #include "qvcommon/framework/File.h"
+#include "qvcommon/framework/FileFind.h"
 #include "qvcommon/framework/FileTime.h"
 #include "qvcommon/framework/Format.h"
+#include "qvcommon/framework/FtpFileFind.h"
 #include "qvcommon/framework/MessageBox.h"
 #include "qvcommon/framework/Module.h"
 #include "qvcommon/framework/Object.h"
@@ -28,4 +34,6 @@
 #include "qvcommon/framework/StandardStreams.h"
 #include "qvcommon/framework/StdioFile.h"
 #include "qvcommon/framework/String.h"
+#include "qvcommon/framework/Time.h"
 #include "qvcommon/framework/Types.h"
+#include "qvcommon/framework/Window.h"

@@ -10,7 +10,13 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+void AddBackup(CLI::App& app);
+void AddCopy(CLI::App& app);
+void AddCrc(CLI::App& app);
+void AddDelete(CLI::App& app);
+void AddFind(CLI::App& app);
 void AddLockCommand(CLI::App& app);
+void AddLog(CLI::App& app);
 void AddReport(CLI::App& app);
 void AddText(CLI::App& app);
 

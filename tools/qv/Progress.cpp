@@ -6,7 +6,8 @@
 
 namespace qv::tool {
 
-Progress::Progress(const char* what) : m_what(what), m_shown(platform::IsErrorTerminal()) {}
+Progress::Progress(const char* what, std::size_t total)
+    : m_what(what), m_total(total), m_shown(platform::IsErrorTerminal()) {}
 
 Progress::~Progress() {
     if (m_shown) std::fprintf(stderr, "\r%60s\r", "");
@@ -18,7 +19,10 @@ void Progress::Add(std::size_t count) {
     const auto now = std::chrono::steady_clock::now();
     if (now < m_next) return;
     m_next = now + std::chrono::milliseconds(100);
-    std::fprintf(stderr, "\r%zu %s", m_count, m_what);
+    if (m_total)
+        std::fprintf(stderr, "\r%zu of %zu %s", m_count, m_total, m_what);
+    else
+        std::fprintf(stderr, "\r%zu %s", m_count, m_what);
 }
 
 }  // namespace qv::tool

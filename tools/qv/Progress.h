@@ -8,8 +8,8 @@ namespace qv::tool {
 /// One line on standard error that counts, when that is a terminal; nothing otherwise. The line goes with the object.
 class Progress {
 public:
-    /// What is counted: "files read". The text has to outlive the object.
-    explicit Progress(const char* what);
+    /// What is counted: "files read", of how many; 0 when that is not known. The text has to outlive the object.
+    explicit Progress(const char* what, std::size_t total = 0);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -18,6 +18,7 @@ public:
 
 private:
     const char* m_what;
+    std::size_t m_total;
     bool m_shown;
     std::size_t m_count = 0;
     std::chrono::steady_clock::time_point m_next{};

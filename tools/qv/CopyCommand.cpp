@@ -1,0 +1,81 @@
+#include <cstdio>
+#include <memory>
+
+#include "qvcommon/CopyTree.h"
+#include "qvcommon/FileUtils.h"
+#include "tools/qv/Commands.h"
+#include "tools/qv/Progress.h"
+
+namespace qv::tool {
+namespace {
+
+struct Options {
+    std::string source, target;
+    bool laterOnly = false;
+};
+
+/// Counts what was copied, and tells of each failure by the name of what it was about.
+class ReportedCopy : public CCopyTree, ICopyProgress {
+public:
+    explicit ReportedCopy(const Options& options) {
+        SetSourceDirectory(options.source.c_str());
+        SetDestinationDirectory(options.target.c_str());
+        SetLaterOnly(options.laterOnly);
+        SetProgressMonitor(this);
+    }
+
+    /// The number of failures.
+    int Run() {
+        Progress progress("files copied", static_cast<std::size_t>(GetFileCount()));
+        m_progress = &progress;
+        CCopyTree::CopyTree();
+        m_progress = nullptr;
+        return m_failures;
+    }
+
+protected:
+    using CCopyTree::CopyTree;
+    void CopyTree(CString source, CString destination) override {
+        m_subject = source;
+        CCopyTree::CopyTree(source, destination);
+        m_subject = source;
+    }
+    int CopyFileA(const char* source, const char* target) override {
+        m_subject = source;
+        return CCopyTree::CopyFileA(source, target);
+    }
+
+private:
+    void OnCopyFile(const char*) override { m_progress->Add(); }
+    int OnError(DWORD, const char* message) override {
+        std::fprintf(stderr, "qv: %s: %s\n", static_cast<const char*>(CFileUtils::GetNativePath(m_subject)), message);
+        return ++m_failures;
+    }
+
+    Progress* m_progress = nullptr;
+    CString m_subject;
+    int m_failures = 0;
+};
+
+void Copy(const Options& options) {
+    if (!CFileUtils::IsDirectory(options.source.c_str())) throw Failed(options.source + ": not a folder");
+    if (const int failures = ReportedCopy(options).Run())
+        throw Failed(std::to_string(failures) + (failures == 1 ? " failure" : " failures"));
+}
+
+}  // namespace
+
+void AddCopy(CLI::App& app) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = app.add_subcommand("copy", "Copy a folder tree, with times and attributes");
+    command->add_option("SOURCE", options->source, "The folder to copy")->required();
+    command->add_option("TARGET", options->target, "The folder that gets what SOURCE holds; made when missing")
+        ->required();
+    command->add_flag("--later-only", options->laterOnly, "Leave files alone that are as new or newer in TARGET");
+    command->footer(
+        "A file that cannot be copied is named, and the others are copied all the same.\n"
+        "Example: qv copy documents backup --later-only");
+    command->callback([options] { Copy(*options); });
+}
+
+}  // namespace qv::tool

@@ -1,0 +1,106 @@
+#include <cstdio>
+#include <memory>
+
+#include "qvcommon/Checksum.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/File.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Commands.h"
+
+namespace qv::tool {
+namespace {
+
+CLI::App* AddFileCommand(CLI::App& app, const char* name, const char* description, const char* argument,
+                         std::string& value, const char* help, const char* example) {
+    CLI::App* const command = app.add_subcommand(name, description);
+    command->add_option(argument, value, help)->required();
+    command->footer(std::string("Example: ") + example);
+    return command;
+}
+
+/// Reads a file to its end. @throws CFileException* when that cannot be done.
+void TryReading(const std::string& path) {
+    CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyNone);
+    char buffer[4096];
+    while (file.Read(buffer, sizeof buffer) > 0) continue;
+}
+
+/// A checksum of 0 may also mean that the file could not be read.
+unsigned long CrcOf(const std::string& path) {
+    const unsigned long crc = FileCRC(path.c_str());
+    if (crc == 0) TryReading(path);
+    return crc;
+}
+
+void PrintCrcs(const std::vector<std::string>& paths) {
+    int failures = 0;
+    for (const std::string& path : paths) try {
+            CString line;
+            line.Format("%08X  %s\n", CrcOf(path), path);
+            AfxWriteStandardOutput(line);
+        } catch (CFileException* error) {
+            char text[512];
+            error->GetErrorMessage(text, sizeof text);
+            error->Delete();
+            std::fprintf(stderr, "qv: %s\n", text);
+            ++failures;
+        }
+    if (failures) throw Failed(std::to_string(failures) + " of " + std::to_string(paths.size()) + " could not be read");
+}
+
+}  // namespace
+
+void AddDelete(CLI::App& app) {
+    struct Options {
+        std::string folder;
+        bool keepRoot = false;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        AddFileCommand(app, "delete", "Delete a folder with all that it holds; links are not followed", "FOLDER",
+                       options->folder, "The folder", "qv delete build --keep-root");
+    command->add_flag("--keep-root", options->keepRoot, "Keep the folder itself, empty");
+    command->callback([options] {
+        const char* const folder = options->folder.c_str();
+        if (!CFileUtils::IsDirectory(folder)) throw Failed(options->folder + ": not a folder");
+        CFileUtils::DelTree(folder, !options->keepRoot);
+        if (!options->keepRoot && CFileUtils::IsExist(folder)) throw Failed(options->folder + ": could not be deleted");
+    });
+}
+
+void AddBackup(CLI::App& app) {
+    const auto file = std::make_shared<std::string>();
+    AddFileCommand(app, "backup", "Rename a file to the same name with the extension \"bak\"", "FILE", *file,
+                   "The file", "qv backup letter.txt")
+        ->callback([file] {
+            if (!CFileUtils::IsExist(file->c_str())) throw Failed(*file + ": no such file");
+            CFileUtils::BackupFile(file->c_str());
+        });
+}
+
+void AddLog(CLI::App& app) {
+    struct Options {
+        std::string file, text;
+        bool stamp = false;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        AddFileCommand(app, "log", "Add a line to a file that others log to, too", "FILE", options->file,
+                       "The log; made when missing", "qv log night.log \"backup done\" --stamp");
+    command->add_option("TEXT", options->text, "The line")->required();
+    command->add_flag("--stamp", options->stamp, "Put the time in front");
+    command->callback([options] {
+        if (!CFileUtils::Log(options->file.c_str(), options->text.c_str(), options->stamp))
+            throw Failed(options->file + ": the line could not be written");
+    });
+}
+
+void AddCrc(CLI::App& app) {
+    const auto files = std::make_shared<std::vector<std::string>>();
+    CLI::App* const command = app.add_subcommand("crc", "Print the CRC-32 of files: 8 hex digits, two blanks, name");
+    command->add_option("FILE", *files, "The files")->required();
+    command->footer("Example: qv crc *.zip");
+    command->callback([files] { PrintCrcs(*files); });
+}
+
+}  // namespace qv::tool

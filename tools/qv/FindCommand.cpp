@@ -1,0 +1,64 @@
+#include <map>
+#include <memory>
+
+#include "qvcommon/FileFinder.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Commands.h"
+#include "tools/qv/Progress.h"
+
+namespace qv::tool {
+namespace {
+
+struct Options {
+    std::string folder, mask = "*";
+    bool recurse = false;
+    int folders = 0;
+};
+
+class CountingFinder : public FileFinder {
+public:
+    void UpdateProgress(const char*) override { m_progress.Add(); }
+
+private:
+    Progress m_progress{"entries looked at"};
+};
+
+void Find(const Options& options) {
+    if (!CFileUtils::IsDirectory(options.folder.c_str())) throw Failed(options.folder + ": not a folder");
+    CountingFinder finder;
+    finder.SetSearchPath(options.folder.c_str());
+    finder.SetSearchMask(options.mask.c_str());
+    finder.SetRecurse(options.recurse);
+    finder.SetIncludeDirectories(options.folders);
+    finder.Discover();
+    CString lines;
+    for (int i = 0; i < finder.GetFileOffsets().GetSize(); ++i) {
+        CString line;
+        line.Format("%u\t%s\n", finder.GetOffsetDepths()[i], CFileUtils::GetNativePath(finder.GetFileOffsets()[i]));
+        lines += line;
+    }
+    AfxWriteStandardOutput(lines);
+}
+
+}  // namespace
+
+void AddFind(CLI::App& app) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = app.add_subcommand("find", "List what a folder holds: depth number, tab, relative path");
+    command->add_option("FOLDER", options->folder, "The folder to search")->required();
+    command->add_option("--mask", options->mask, "Which names, with * and ?")
+        ->option_text("MASK")
+        ->capture_default_str();
+    command->add_flag("--recurse", options->recurse, "Search the folders below it too");
+    const std::map<std::string, int> modes{{"none", 0}, {"only", 1}, {"too", 2}};
+    command->add_option("--folders", options->folders, "Whether folders are listed: none, only or too")
+        ->transform(CLI::CheckedTransformer(modes))
+        ->option_text("MODE");
+    command->footer(
+        "The depth numbers siblings: the first folder below another has that one's number, each further one 1 more.\n"
+        "Example: qv find documents --mask '*.txt' --recurse");
+    command->callback([options] { Find(*options); });
+}
+
+}  // namespace qv::tool
