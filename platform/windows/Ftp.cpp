@@ -1,6 +1,7 @@
 #include "platform/Ftp.h"
 
 #include <windows.h>
+
 #include <wininet.h>
 
 namespace qv::platform {

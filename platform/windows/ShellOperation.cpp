@@ -1,7 +1,8 @@
 #include "platform/ShellOperation.h"
 
-#include <shellapi.h>
 #include <windows.h>
+
+#include <shellapi.h>
 
 namespace qv::platform {
 

@@ -24,7 +24,28 @@ Text NativeText(const std::string& argument) {
     }
 }
 
+template <class Text>
+std::string Narrow(const Text& native) {
+    if constexpr (std::is_same_v<Text, std::string>) {
+        return native;
+    } else {
+        std::string text;
+        for (const auto c : native) {
+            char bytes[16];
+            const int length = std::wctomb(bytes, c);
+            text.append(length > 0 ? bytes : "?", length > 0 ? static_cast<std::size_t>(length) : 1);
+        }
+        return text;
+    }
+}
+
 }  // namespace
+
+CString ArgumentFromPath(const fs::path& path) {
+    CString text(Narrow(path.native()));
+    text.Replace('/', '\\');
+    return text;
+}
 
 fs::path PathFromArgument(const std::string& argument) {
     return NativeText(CFileUtils::GetNativePath(argument.c_str()).AsStd());

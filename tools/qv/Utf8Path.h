@@ -3,10 +3,15 @@
 #include <filesystem>
 #include <string>
 
+#include "qvcommon/framework/String.h"
+
 namespace qv::tool {
 
 /// A path as the command line gave it: in the process's code page, in the library's form or the system's own. @throws Failed when it is not text of that code page.
 std::filesystem::path PathFromArgument(const std::string& argument);
+
+/// The way back: the library's form in the process's code page, "?" for what that does not have.
+CString ArgumentFromPath(const std::filesystem::path& path);
 
 /// Any argument in UTF-8. @throws Failed when it is not text of the process's code page.
 std::string Utf8FromArgument(const std::string& argument);

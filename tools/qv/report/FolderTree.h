@@ -14,6 +14,7 @@ struct FileEntry {
     std::string name;  ///< UTF-8
     std::uintmax_t size = 0;
     std::time_t modified = 0;
+    unsigned long checksum = 0;  ///< CRC-32; 0 for a file that cannot be read, too
 };
 
 struct FolderTotals {

@@ -46,6 +46,12 @@ CString Size(std::uintmax_t bytes) {
     return CStringHelper::RebaseUnits(static_cast<double>(bytes), "bytes", thresholds, units, 1, -2);
 }
 
+CString Checksum(unsigned long checksum) {
+    CString text;
+    text.Format("%08X", checksum);
+    return text;
+}
+
 CString Date(std::time_t time) {
     return COleDateTime(time).Format("%Y-%m-%d %H:%M");
 }
@@ -187,7 +193,7 @@ void ReportPage::AddFolder(const FolderEntry& folder, std::size_t index) {
     CloseTag("h2");
     AddPictures(folder);
     OpenTag("table", "class=\"files\"");
-    AddColumns({"Name", "Size", "Bytes", "Changed"});
+    AddColumns({"Name", "Size", "Bytes", "Changed", "CRC-32"});
     OpenTag("tbody");
     for (const FileEntry& file : folder.files) AddFileRow(folder, file);
     CloseTag("tbody");
@@ -222,6 +228,7 @@ void ReportPage::AddFileRow(const FolderEntry& folder, const FileEntry& file) {
     AddCell(Size(file.size));
     AddCell(Number(file.size), "class=\"number exact\"");
     AddCell(Date(file.modified));
+    AddCell(Checksum(file.checksum), "class=\"number exact\"");
     CloseTag("tr");
 }
 
