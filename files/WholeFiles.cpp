@@ -1,7 +1,9 @@
 #include <limits>
 
 #include "framework/Pause.h"
+#include "framework/ReadAhead.h"
 #include "platform/FileStatus.h"
+#include "platform/Memory.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/MultiUserFile.h"
@@ -30,6 +32,21 @@ bool Try(Action action) {
 /// CFilePath cuts long paths, and a cut path is another file's.
 bool FitsFilePath(const CString& path) {
     return CFilePath(path).GetFullPath() == path;
+}
+
+/// Up to `size` bytes. Those of a long file are copied block by block, while the next ones are read, into memory that
+/// nobody had to fill before.
+void ReadInto(std::string& text, CFile& file, std::size_t size) {
+    if (size < qv::ReadAhead::kLong) {
+        text.resize(size);
+        text.resize(file.Read(text.data(), static_cast<UINT>(size)));
+        return;
+    }
+    text.reserve(size);
+    qv::platform::ExpectWriting(text.data(), size);
+    qv::ReadAhead blocks(file, size);
+    for (auto block = blocks.Next(); !block.empty() && text.size() < size; block = blocks.Next())
+        text += block.substr(0, size - text.size());
 }
 
 bool OpenToMake(CFile& file, const CString& path, int multiUser, int createDirectory, CFileException* error) {
@@ -73,8 +90,8 @@ CString CFileUtils::ReadFile(const char* path) {
     if (!CFile::GetStatus(name, status) || (status.m_attribute & CFile::directory)) return {};
     if (status.m_size > std::numeric_limits<int>::max() || status.m_size == 0) return {};
     if (!CMultiUserFile::Open(file, name, kToRead)) return {};
-    std::string text(static_cast<std::size_t>(status.m_size), '\0');
-    const bool whole = Try([&] { text.resize(file.Read(text.data(), static_cast<UINT>(text.size()))); });
+    std::string text;
+    const bool whole = Try([&] { ReadInto(text, file, static_cast<std::size_t>(status.m_size)); });
     return whole ? CString(std::move(text)) : CString();
 }
 
