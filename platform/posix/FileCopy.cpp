@@ -145,8 +145,7 @@ FileFailure ReplaceUnused(Staged& staged, const char* to) {
     if (there && !S_ISREG(target.st_mode)) return NoFile(target);
     FileHandle handle = kNoFile;
     if (there)
-        if (const FileFailure failure = OpenFile(to, {.write = true, .denyRead = true, .denyWrite = true}, handle))
-            return failure;
+        if (const FileFailure failure = OpenFile(to, {.write = true, .denyWrite = true}, handle)) return failure;
     const Owned held(static_cast<int>(handle));
     errno = staged.Replace();
     return errno ? LastFailureAt(to) : FileFailure{};

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/Path.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/Raised.h"
@@ -99,6 +100,7 @@ TEST_F(CopyTreeTest, ErrorsAreToldAndMayEndIt) {
 }
 
 TEST_F(CopyTreeTest, KeepsHolesAndFilesBeyond4Gb) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "files have no holes here, and 4 GB take long to copy";
     MakeTree(m_folder.Native(), {"from/"});
     std::ofstream file(m_folder.Native("from/long"), std::ios::binary);
     file.seekp((4ll << 30) + 12345);
@@ -128,7 +130,7 @@ TEST_F(CopyTreeTest, CanCopyInAnotherWay) {
 TEST_F(CopyTreeTest, RespectsShareModes) {
     MakeTree(m_folder.Native(), {"from/a", "to/a"});
     {
-        const CFile used(m_folder / "to\\a", CFile::modeRead | CFile::shareDenyNone);
+        const CFile used(m_folder / "to\\a", CFile::modeRead | CFile::shareDenyWrite);
         EXPECT_EQ(Copy("to"), "start;a;error;finish;");
     }
     const CFile kept(m_folder / "from\\a", CFile::modeRead | CFile::shareExclusive);
