@@ -1,7 +1,8 @@
 #include "qvcommon/Checksum.h"
 
+#include <memory>
+
 #include "core/Crc32.h"
-#include "framework/ReadAhead.h"
 #include "qvcommon/framework/File.h"
 
 unsigned long MemCRC(const char* data, int length) {
@@ -9,13 +10,14 @@ unsigned long MemCRC(const char* data, int length) {
 }
 
 unsigned long FileCRC(const char* path) {
+    // So much stays in the processor's own memory between reading and adding up.
+    constexpr UINT kStep = 128 * 1024;
     CFile file;
     if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone)) return 0;
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);
     std::uint32_t crc = 0;
     try {
-        qv::ReadAhead blocks(file, file.GetLength());
-        for (auto block = blocks.Next(); !block.empty(); block = blocks.Next())
-            crc = qv::Crc32(crc, block.data(), block.size());
+        while (const UINT count = file.Read(buffer.get(), kStep)) crc = qv::Crc32(crc, buffer.get(), count);
     } catch (CFileException* error) {
         error->Delete();
         return 0;

@@ -1,7 +1,8 @@
+#include <algorithm>
 #include <limits>
+#include <memory>
 
 #include "framework/Pause.h"
-#include "framework/ReadAhead.h"
 #include "platform/FileStatus.h"
 #include "platform/Memory.h"
 #include "qvcommon/FilePath.h"
@@ -34,19 +35,18 @@ bool FitsFilePath(const CString& path) {
     return CFilePath(path).GetFullPath() == path;
 }
 
-/// Up to `size` bytes. Those of a long file are copied block by block, while the next ones are read, into memory that
-/// nobody had to fill before.
+/// Up to `size` bytes, by way of a small buffer that stays in the processor's own memory: so the text's memory is touched
+/// once only, and need not be filled before.
 void ReadInto(std::string& text, CFile& file, std::size_t size) {
-    if (size < qv::ReadAhead::kLong) {
-        text.resize(size);
-        text.resize(file.Read(text.data(), static_cast<UINT>(size)));
-        return;
-    }
+    constexpr std::size_t kStep = 256 * 1024;
     text.reserve(size);
     qv::platform::ExpectWriting(text.data(), size);
-    qv::ReadAhead blocks(file, size);
-    for (auto block = blocks.Next(); !block.empty() && text.size() < size; block = blocks.Next())
-        text += block.substr(0, size - text.size());
+    const auto buffer = std::make_unique_for_overwrite<char[]>(std::min(size, kStep));
+    while (text.size() < size) {
+        const UINT count = file.Read(buffer.get(), static_cast<UINT>(std::min(size - text.size(), kStep)));
+        if (count == 0) return;
+        text.append(buffer.get(), count);
+    }
 }
 
 bool OpenToMake(CFile& file, const CString& path, int multiUser, int createDirectory, CFileException* error) {
