@@ -1,5 +1,6 @@
 #include "qvcommon/framework/Window.h"
 
+#include <atomic>
 #include <utility>
 
 #include "platform/Window.h"
@@ -11,6 +12,8 @@ using platform::WindowKind;
 
 namespace {
 
+std::atomic<CWnd*> g_mainWindow = nullptr;
+
 /// The objects that stand for windows of this thread.
 std::map<HWND, CWnd*>& Objects() {
     static thread_local std::map<HWND, CWnd*> objects;
@@ -18,6 +21,14 @@ std::map<HWND, CWnd*>& Objects() {
 }
 
 }  // namespace
+
+CWnd* AfxGetMainWnd() {
+    return g_mainWindow;
+}
+
+void AfxSetMainWnd(CWnd* window) {
+    g_mainWindow = window;
+}
 
 CWnd::~CWnd() {
     const bool owned = m_owned;

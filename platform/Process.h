@@ -30,6 +30,9 @@ void KillProcess(std::intptr_t process);
 /// WriteBytes into a pipe: a reader that is gone is a failure, never a signal.
 FileFailure WriteToPipe(FileHandle pipe, const void* data, std::size_t size);
 
+/// The system's number of the running program.
+int CurrentProcessId();
+
 /// The path of the running program, in the system's own form.
 QVCOMMON_INTERNAL_API std::string CurrentProgram();
 

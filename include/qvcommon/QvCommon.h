@@ -2,6 +2,7 @@
 
 /// @file Everything that the library exports.
 
+#include "qvcommon/ChangeWatchers.h"
 #include "qvcommon/Checksum.h"
 #include "qvcommon/CopyTree.h"
 #include "qvcommon/Exceptions.h"
@@ -11,13 +12,17 @@
 #include "qvcommon/HtmlDocument.h"
 #include "qvcommon/HtmlWriter.h"
 #include "qvcommon/LockFile.h"
+#include "qvcommon/LockedObjects.h"
 #include "qvcommon/MathHelper.h"
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
+#include "qvcommon/ReadWriteLock.h"
 #include "qvcommon/Replacers.h"
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/TempFile.h"
 #include "qvcommon/TimeHelper.h"
+#include "qvcommon/TimerThread.h"
+#include "qvcommon/UserMessages.h"
 #include "qvcommon/Validators.h"
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/DateTime.h"
@@ -34,6 +39,7 @@
 #include "qvcommon/framework/StandardStreams.h"
 #include "qvcommon/framework/StdioFile.h"
 #include "qvcommon/framework/String.h"
+#include "qvcommon/framework/Synchronization.h"
 #include "qvcommon/framework/Time.h"
 #include "qvcommon/framework/Types.h"
 #include "qvcommon/framework/Window.h"

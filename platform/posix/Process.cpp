@@ -93,6 +93,10 @@ FileFailure WriteToPipe(FileHandle pipe, const void* data, std::size_t size) {
     return failure;
 }
 
+int CurrentProcessId() {
+    return ::getpid();
+}
+
 std::string CurrentProgram() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).native();

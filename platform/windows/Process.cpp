@@ -118,6 +118,10 @@ FileFailure WriteToPipe(FileHandle pipe, const void* data, std::size_t size) {
     return WriteBytes(pipe, data, size);
 }
 
+int CurrentProcessId() {
+    return static_cast<int>(::GetCurrentProcessId());
+}
+
 std::string CurrentProgram() {
     std::string path(32768, '\0');
     path.resize(::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size())));

@@ -15,9 +15,12 @@ void AddCopy(CLI::App& app);
 void AddCrc(CLI::App& app);
 void AddDelete(CLI::App& app);
 void AddFind(CLI::App& app);
+void AddListen(CLI::App& app);
 void AddLockCommand(CLI::App& app);
 void AddLog(CLI::App& app);
 void AddReport(CLI::App& app);
+void AddSend(CLI::App& app);
 void AddText(CLI::App& app);
+void AddWatch(CLI::App& app);
 
 }  // namespace qv::tool

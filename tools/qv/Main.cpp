@@ -37,14 +37,17 @@ int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"The QvCommon command-line companion"};
     app.require_subcommand(1);
-    qv::tool::AddFind(app);
-    qv::tool::AddCopy(app);
-    qv::tool::AddDelete(app);
     qv::tool::AddBackup(app);
-    qv::tool::AddLog(app);
+    qv::tool::AddCopy(app);
     qv::tool::AddCrc(app);
+    qv::tool::AddDelete(app);
+    qv::tool::AddFind(app);
+    qv::tool::AddListen(app);
+    qv::tool::AddLog(app);
     qv::tool::AddLockCommand(app);
     qv::tool::AddReport(app);
+    qv::tool::AddSend(app);
     qv::tool::AddText(app);
+    qv::tool::AddWatch(app);
     return Run(app, argc, argv);
 }

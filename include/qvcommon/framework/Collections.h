@@ -116,22 +116,37 @@ private:
     std::list<CString> m_items;
 };
 
-/// Walked in the byte order of its keys.
-class QVCOMMON_API CMapStringToString : public CObject {
+/// A map by texts, walked in the byte order of its keys.
+template <class VALUE, class ARG_VALUE>
+class CStringMap : public CObject {
 public:
     int GetCount() const { return static_cast<int>(m_items.size()); }
     bool IsEmpty() const { return m_items.empty(); }
     void RemoveAll() { m_items.clear(); }
-    void SetAt(std::string_view key, std::string_view value) { m_items.insert_or_assign(CString(key), CString(value)); }
-    CString& operator[](std::string_view key) { return m_items[CString(key)]; }
+    void SetAt(std::string_view key, ARG_VALUE value) { m_items.insert_or_assign(CString(key), VALUE(value)); }
+    VALUE& operator[](std::string_view key) { return m_items[CString(key)]; }
     /// False, and `value` left alone, when the key is absent.
-    bool Lookup(std::string_view key, CString& value) const;
+    bool Lookup(std::string_view key, VALUE& value) const {
+        const auto found = m_items.find(key);
+        if (found == m_items.end()) return false;
+        value = found->second;
+        return true;
+    }
     /// True when the key was there.
-    bool RemoveKey(std::string_view key);
+    bool RemoveKey(std::string_view key) {
+        const auto found = m_items.find(key);
+        if (found == m_items.end()) return false;
+        m_items.erase(found);
+        return true;
+    }
 
     auto begin() const { return m_items.begin(); }
     auto end() const { return m_items.end(); }
 
 private:
-    std::map<CString, CString, std::less<>> m_items;
+    std::map<CString, VALUE, std::less<>> m_items;
 };
+
+class QVCOMMON_API CMapStringToString : public CStringMap<CString, std::string_view> {};
+/// The pointers' objects belong to the caller.
+class QVCOMMON_API CMapStringToPtr : public CStringMap<void*, void*> {};

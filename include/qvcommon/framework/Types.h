@@ -17,3 +17,6 @@ using LONG = std::conditional_t<sizeof(long) == 4, long, std::int32_t>;
 struct HWND__;
 /// A window of the platform. Null on systems without windows.
 using HWND = HWND__*;
+
+/// An object of the system, such as a thread.
+using HANDLE = void*;

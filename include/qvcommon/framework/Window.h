@@ -53,6 +53,11 @@ private:
 #pragma pop_macro("SetWindowText")
 #pragma pop_macro("GetWindowText")
 
+/// The application's main window: the object that AfxSetMainWnd named last, null at first. The caller keeps its life. Both
+/// are for any thread.
+QVCOMMON_API CWnd* AfxGetMainWnd();
+QVCOMMON_API void AfxSetMainWnd(CWnd* window);
+
 class QVCOMMON_API CComboBox : public CWnd {
 public:
     void AddString(const char* text);

@@ -1,0 +1,33 @@
+#pragma once
+
+/// @file Events that threads wait on, by a clock that nobody sets: a change of the system's time neither shortens nor
+/// prolongs a wait.
+
+#include <cstdint>
+#include <memory>
+
+#include "qvcommon/Export.h"
+
+namespace qv::platform {
+
+/// An auto-reset event, not signalled at first: a signal ends one wait, the present one or the next. Any thread may call
+/// any member. Raises std::bad_alloc when the system gives none.
+class QVCOMMON_INTERNAL_API Event {
+public:
+    Event();
+    ~Event();
+    Event(const Event&) = delete;
+    Event& operator=(const Event&) = delete;
+
+    void Set();
+    void Reset();
+    void Wait();
+    /// False when the time is over.
+    bool WaitFor(std::uint64_t milliseconds);
+
+private:
+    struct Body;
+    std::unique_ptr<Body> m_body;
+};
+
+}  // namespace qv::platform

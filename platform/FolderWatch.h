@@ -1,0 +1,44 @@
+#pragma once
+
+/// @file Waiting for changes in a folder.
+
+#include <memory>
+
+namespace qv::platform {
+
+/// What counts as a change, as Windows numbers it. Where Linux cannot tell two of them apart it counts too many, never too
+/// few: a file written to counts as a change of its size, and a change of an entry's attributes, times or owner as one of
+/// kAttributes, kLastWrite and kSecurity alike.
+enum FolderChange : unsigned {
+    kFileNames = 0x1,    ///< files made, deleted, renamed, moved in or out
+    kFolderNames = 0x2,  ///< the same of folders
+    kAttributes = 0x4,
+    kSize = 0x8,
+    kLastWrite = 0x10,
+    kLastAccess = 0x20,
+    kCreation = 0x40,
+    kSecurity = 0x100
+};
+
+/// A watched folder. Its thread waits and arms anew; any thread may stop it.
+class FolderWatch {
+public:
+    virtual ~FolderWatch() = default;
+
+    /// Returns once the watch is armed: no later change is missed. Null when the folder is none, may not be read, or the
+    /// system has no watches left. On Linux subfolders that may not be read are left out, links to folders are not
+    /// followed.
+    static std::unique_ptr<FolderWatch> Open(const char* folder, bool subfolders, unsigned changes);
+
+    enum class Event { Change, Stop, Failure };
+    /// Waits, without limit, for the next change that has not been told yet; changes that came together are told as one.
+    /// A change goes before a stop.
+    virtual Event Wait() = 0;
+    /// To be called after each change. False when the folder is not watched any longer: it is gone, or on Linux on a file
+    /// system that is.
+    virtual bool Rearm() = 0;
+    /// Ends the wait, the present one or the next.
+    virtual void Stop() = 0;
+};
+
+}  // namespace qv::platform

@@ -1,0 +1,47 @@
+#pragma once
+
+/// @file Hidden windows that take texts from other programs of the same user, found by the name of their class.
+///
+/// Windows has windows. On Linux a window is a Unix socket named by the class, in a folder that only the user may enter
+/// (/run/user/UID/qvcommon, or /tmp/qvcommon-UID where there is no such), beside a file whose lock lasts as long as the
+/// window: the name of a window that died is free. Both ends make sure that the other is the same user's.
+///
+/// On every system a window's texts arrive on the thread that opened it, while that thread pumps messages or itself waits
+/// for a text of its own to be handled.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/Clipboard.h"
+
+namespace qv::platform {
+
+/// Longer names of classes are refused, in bytes; on Linux "/", "%" and a leading point count three.
+inline constexpr std::size_t kLongestClassName = 240;
+/// Longer texts are not sent, and not taken.
+inline constexpr std::size_t kLongestMessage = 64 << 20;
+
+class MessageReceiver {
+public:
+    virtual ~MessageReceiver() = default;
+    virtual void OnMessage(WindowHandle sender, std::string_view text) = 0;
+};
+
+/// Null when there is such a window already, on any thread of any program of the user, or the system refuses. The receiver
+/// has to outlive the window.
+WindowHandle OpenMessageWindow(const std::string& className, MessageReceiver& receiver);
+/// On the thread that opened it. Who is waiting for it to handle a text waits no longer.
+void CloseMessageWindow(WindowHandle window);
+
+/// Null when there is none.
+WindowHandle FindMessageWindow(const std::string& className);
+
+/// Returns when the window has handled the text, or is gone; false when it is gone or could not be reached.
+bool SendMessageText(WindowHandle window, std::string_view text, WindowHandle sender);
+
+/// Handles what comes in for the calling thread's windows: returns true once something has been handled, false when the
+/// time is over.
+bool PumpMessages(std::uint32_t milliseconds);
+
+}  // namespace qv::platform

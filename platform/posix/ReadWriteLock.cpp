@@ -1,0 +1,122 @@
+#include "platform/ReadWriteLock.h"
+
+#include <atomic>
+#include <cstdint>
+
+namespace qv::platform {
+
+// All counts lie in one word, so that a lock that nobody waits for costs one exchange each way. Who has to wait enters a
+// count by the same exchange that finds the lock taken, and sleeps until the turn that it has seen before is over; who
+// releases reads the counts by the exchange that releases, so no wake-up gets lost between the two.
+class ReadWriteLock {
+public:
+    void StartRead() {
+        Word word = m_word.load(std::memory_order_relaxed);
+        while (!(word & kClosedToReaders))
+            if (m_word.compare_exchange_weak(word, word + kReader, std::memory_order_acquire)) return;
+        WaitToRead();
+    }
+
+    void EndRead() {
+        const Word before = m_word.fetch_sub(kReader, std::memory_order_release);
+        if ((before & kReaders) == kReader && before & kWaitingWriters) WakeOneWriter();
+    }
+
+    void StartWrite() {
+        Word word = m_word.load(std::memory_order_relaxed);
+        while (!(word & (kTaken | kQueueing)))
+            if (m_word.compare_exchange_weak(word, word + kWriter, std::memory_order_acquire)) return;
+        WaitToWrite();
+    }
+
+    void EndWrite() {
+        const Word before = m_word.fetch_sub(kWriter, std::memory_order_release);
+        if (before & kWaitingWriters)
+            WakeOneWriter();
+        else if (before & kWaitingReaders)
+            WakeAllReaders();
+    }
+
+private:
+    using Word = std::uint64_t;
+
+    // From the lowest bit: active readers, the active writer, queueing, waiting writers, waiting readers.
+    static constexpr Word kReader = 1, kReaders = (Word{1} << 20) - 1;
+    static constexpr Word kWriter = Word{1} << 20;
+    static constexpr Word kQueueing = Word{1} << 21;
+    static constexpr Word kWaitingWriter = Word{1} << 22, kWaitingWriters = ((Word{1} << 21) - 1) << 22;
+    static constexpr Word kWaitingReader = Word{1} << 43, kWaitingReaders = ~Word{0} << 43;
+    static constexpr Word kTaken = kReaders | kWriter;
+    static constexpr Word kClosedToReaders = kWriter | kWaitingWriters;
+    // A writer that has been woken so often, and found the lock taken again, closes it to writers that come anew.
+    static constexpr int kPatience = 4;
+
+    void WaitToRead() {
+        for (Word counted = 0;;) {
+            const std::uint32_t turn = m_readersTurn.load();
+            Word word = m_word.load();
+            if (!(word & kClosedToReaders)) {
+                if (m_word.compare_exchange_strong(word, word + kReader - counted)) return;
+            } else if (counted || m_word.compare_exchange_strong(word, word + kWaitingReader)) {
+                counted = kWaitingReader;
+                m_readersTurn.wait(turn);
+            }
+        }
+    }
+
+    void WaitToWrite() {
+        Word counted = 0, closed = 0;
+        for (int woken = 0;;) {
+            const std::uint32_t turn = m_writersTurn.load();
+            Word word = m_word.load();
+            if (!(word & kTaken) && (counted || !(word & kQueueing))) {
+                if (m_word.compare_exchange_strong(word, word + kWriter - counted - closed)) return;
+            } else if (!counted) {
+                if (m_word.compare_exchange_strong(word, word + kWaitingWriter)) {
+                    counted = kWaitingWriter;
+                    m_writersTurn.wait(turn);
+                }
+            } else if (woken >= kPatience && !(word & kQueueing)) {
+                if (m_word.compare_exchange_strong(word, word + kQueueing)) closed = kQueueing;
+            } else {
+                ++woken;
+                m_writersTurn.wait(turn);
+            }
+        }
+    }
+
+    void WakeOneWriter() {
+        ++m_writersTurn;
+        m_writersTurn.notify_one();
+    }
+
+    void WakeAllReaders() {
+        ++m_readersTurn;
+        m_readersTurn.notify_all();
+    }
+
+    std::atomic<Word> m_word = 0;
+    std::atomic<std::uint32_t> m_readersTurn = 0, m_writersTurn = 0;
+};
+
+std::shared_ptr<ReadWriteLock> MakeReadWriteLock() {
+    return std::make_shared<ReadWriteLock>();
+}
+
+void StartRead(ReadWriteLock& lock) {
+    lock.StartRead();
+}
+
+void EndRead(ReadWriteLock& lock) {
+    lock.EndRead();
+}
+
+void StartWrite(ReadWriteLock& lock) {
+    lock.StartWrite();
+}
+
+void EndWrite(ReadWriteLock& lock) {
+    lock.EndWrite();
+}
+
+}  // namespace qv::platform

@@ -1,0 +1,224 @@
+#include "qvcommon/ReadWriteLock.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <random>
+#include <thread>
+#include <vector>
+
+#include "qvcommon/LockedObjects.h"
+#include "tests/support/Blocked.h"
+
+namespace {
+
+TEST(ReadWriteLock, AWaitingWriterKeepsNewReadersOut) {
+    CReadWriteLock lock;
+    std::atomic<int> turns = 0;
+    int writersTurn = 0, readersTurn = 0;
+    lock.StartRead();
+    lock.StartRead();
+    Background writer([&] {
+        lock.StartWrite();
+        writersTurn = ++turns;
+        lock.EndWrite();
+    });
+    ASSERT_TRUE(writer.IsBlocked());
+    Background reader([&] {
+        lock.StartRead();
+        readersTurn = ++turns;
+        lock.EndRead();
+    });
+    EXPECT_TRUE(reader.IsBlocked());
+    lock.EndRead();
+    EXPECT_TRUE(writer.IsBlocked());
+    lock.EndRead();
+    ASSERT_TRUE(writer.Ends() && reader.Ends());
+    EXPECT_LT(writersTurn, readersTurn);
+}
+
+TEST(ReadWriteLock, AWriterHandsOverToAWriterThenToAllReaders) {
+    CReadWriteLock lock;
+    std::atomic<int> reading = 0;
+    std::atomic<bool> wrote = false, early = false;
+    lock.StartWrite();
+    const auto read = [&] {
+        lock.StartRead();
+        early = early || !wrote;
+        for (++reading; reading < 3;) std::this_thread::yield();  // all of them hold it at once
+        lock.EndRead();
+    };
+    Background first(read), second(read), third(read);
+    ASSERT_TRUE(first.IsBlocked() && second.IsBlocked() && third.IsBlocked());
+    Background writer([&] {
+        lock.StartWrite();
+        wrote = true;
+        lock.EndWrite();
+    });
+    ASSERT_TRUE(writer.IsBlocked());
+    lock.EndWrite();
+    EXPECT_TRUE(writer.Ends() && first.Ends() && second.Ends() && third.Ends());
+    EXPECT_FALSE(early);
+}
+
+TEST(ReadWriteLock, AWriterGetsInBesideOneThatNeverRests) {
+    CReadWriteLock lock;
+    std::atomic<bool> done = false;
+    const auto hog = [&] {
+        while (!done) {
+            lock.StartWrite();
+            lock.EndWrite();
+        }
+    };
+    Background one(hog), two(hog);
+    for (int i = 0; i < 100; ++i) {
+        lock.StartWrite();
+        lock.EndWrite();
+    }
+    done = true;
+}
+
+// Plain variables under the lock: the thread sanitizer finds what the counts do not.
+TEST(ReadWriteLock, KeepsReadersAndWritersApart) {
+    CReadWriteLock lock;
+    long first = 0, second = 0;
+    std::atomic<long> torn = 0, writes = 0;
+    const auto work = [&](unsigned seed) {
+        std::mt19937 random(seed);
+        for (int i = 0; i < 3000; ++i) {
+            if (random() % 4) {
+                lock.StartRead();
+                torn += first != second;
+                lock.EndRead();
+            } else {
+                lock.StartWrite();
+                ++first;
+                if (random() % 8 == 0) std::this_thread::yield();
+                ++second;
+                lock.EndWrite();
+                ++writes;
+            }
+        }
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (unsigned seed = 0; seed < 8; ++seed) threads.emplace_back(work, seed);
+    }
+    EXPECT_EQ(torn, 0);
+    EXPECT_EQ(first, writes);
+    EXPECT_EQ(second, writes);
+}
+
+class Counted : public CLockableObject {
+public:
+    explicit Counted(std::atomic<int>& alive) : m_alive(alive) { ++m_alive; }
+    Counted(const Counted& other) : CLockableObject(other), m_alive(other.m_alive) { ++m_alive; }
+    ~Counted() override { --m_alive; }
+
+    int m_value = 0;
+
+private:
+    std::atomic<int>& m_alive;
+};
+
+TEST(LockedObjectMap, KeepsWhatItsCallersGive) {
+    std::atomic<int> alive = 0;
+    CLockedObjectMap map;
+    auto* const one = new Counted(alive);
+    Counted other(alive);
+    EXPECT_EQ(map.AddItem("one", one), 1);
+    EXPECT_EQ(map.AddItem("one", &other), 0);
+    EXPECT_TRUE(map.IsExist("one"));
+    EXPECT_FALSE(map.IsExist("ONE"));
+    CLockedRef reference;
+    EXPECT_EQ(map.GetAt("two", reference, 1), 0);
+    EXPECT_EQ(reference.Get(), nullptr);
+    EXPECT_EQ(map.GetAt("one", reference, 0), 1);
+    EXPECT_EQ(reference.Get(), one);
+    EXPECT_EQ(map.RemoveAt("two"), nullptr);
+    map.SetAt("two", one);
+    EXPECT_EQ(map.GetAt("two", reference, 1), 1);  // what it held for writing was released first
+    map.SetAt("two", &other);
+    reference.SetDeleted();
+    EXPECT_EQ(reference.Get(), nullptr);
+    EXPECT_EQ(map.RemoveAt("two", 0), &other);
+    EXPECT_EQ(alive, 2);
+}
+
+TEST(LockedObjectMap, RemovingAndClearingWaitForWhoHolds) {
+    std::atomic<int> alive = 0;
+    CLockedObjectMap map;
+    map.AddItem("held", new Counted(alive));
+    map.AddItem("copied", new Counted(alive));
+    auto held = std::make_unique<CLockedRef>();
+    ASSERT_TRUE(map.GetAt("held", *held, 1));
+    {
+        std::unique_ptr<CLockableObject> removed;
+        Background remover([&] { removed.reset(map.RemoveAt("held")); });
+        EXPECT_TRUE(remover.IsBlocked());
+        EXPECT_FALSE(map.IsExist("held"));
+        held.reset();
+        EXPECT_TRUE(remover.Ends());
+        EXPECT_NE(removed, nullptr);
+    }
+    EXPECT_EQ(alive, 1);
+
+    held = std::make_unique<CLockedRef>();
+    ASSERT_TRUE(map.GetAt("copied", *held, 0));
+    Counted copy(static_cast<Counted&>(*held->Get()));
+    CLockedObjectMap copies;
+    copies.AddItem("copy", &copy);
+    Background reader([&] {
+        CLockedRef reference;
+        copies.GetAt("copy", reference, 1);
+    });
+    Background clearer([&] { map.Clear(); });
+    EXPECT_TRUE(reader.IsBlocked()) << "a copy shares its original's lock";
+    EXPECT_TRUE(clearer.IsBlocked());
+    held.reset();
+    EXPECT_TRUE(reader.Ends() && clearer.Ends());
+    EXPECT_EQ(alive, 1);
+    EXPECT_TRUE(map.IsEmpty());
+}
+
+TEST(LockedObjectMap, SurvivesEverythingAtOnce) {
+    std::atomic<int> alive = 0;
+    std::atomic<long> added = 0, counted = 0, sum = 0;
+    CLockedObjectMap map;
+    const auto take = [&](CLockableObject* object) {
+        if (!object) return;
+        sum += static_cast<Counted*>(object)->m_value;
+        delete object;
+    };
+    const auto work = [&](unsigned seed) {
+        std::mt19937 random(seed);
+        for (int i = 0; i < 1000; ++i) {
+            const CString key(static_cast<char>('a' + random() % 5));
+            const unsigned action = random() % 8;
+            if (action == 0) {
+                auto object = std::make_unique<Counted>(alive);
+                if (map.AddItem(key, object.get())) static_cast<void>(object.release()), ++added;
+            } else if (action == 1) {
+                take(map.RemoveAt(key));
+            } else {
+                CLockedRef reference;
+                if (!map.GetAt(key, reference, action > 3)) continue;
+                auto& object = static_cast<Counted&>(*reference.Get());
+                if (action > 3)
+                    EXPECT_GE(object.m_value, 0);
+                else
+                    ++object.m_value, ++counted;
+            }
+        }
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (unsigned seed = 0; seed < 6; ++seed) threads.emplace_back(work, seed);
+    }
+    for (const char* key : {"a", "b", "c", "d", "e"}) take(map.RemoveAt(key));
+    EXPECT_GT(added, 0);
+    EXPECT_EQ(sum, counted);
+    EXPECT_EQ(alive, 0);
+}
+
+}  // namespace

@@ -1,0 +1,174 @@
+#include "qvcommon/TimerThread.h"
+
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "platform/Event.h"
+#include "qvcommon/ChangeWatchers.h"
+#include "tests/support/RecordingMessageBox.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+using qv::platform::Event;
+
+class Recorder : public CTimerThread {
+public:
+    explicit Recorder(int stopItselfAt = 0) : m_stopItselfAt(stopItselfAt) {}
+    ~Recorder() override { CTimerThread::StopThread(); }
+
+    void OnThreadStart() override { m_log += '<'; }
+    void OnTick() override {
+        m_log += '.';
+        ++m_ticks;
+        ticked.Set();
+        if (m_ticks != m_stopItselfAt) return;
+        parking.Set();
+        StopThread();
+    }
+    void OnThreadStop() override { m_log += '>'; }
+
+    const std::string& LogOfStopped() const { return m_log; }
+
+    Event ticked, parking;
+
+private:
+    int m_ticks = 0, m_stopItselfAt;
+    std::string m_log;
+};
+
+TEST(TimerThread, TicksAtOnceAndStopsWithoutWaitingForTheInterval) {
+    Recorder timer;
+    EXPECT_EQ(timer.GetTickSeconds(), 900U);
+    timer.StopThread();
+    for (int i = 0; i < 2; ++i) {
+        timer.StartThread(4'000'000'000);  // in milliseconds more than 32 bits
+        timer.ticked.Wait();
+        timer.StopThread();
+    }
+    EXPECT_EQ(timer.GetTickSeconds(), 4'000'000'000U);
+    EXPECT_EQ(timer.LogOfStopped(), "<.><.>");
+}
+
+TEST(TimerThread, TicksOnWithoutAnInterval) {
+    Recorder timer;
+    timer.StartThread(0);
+    for (int i = 0; i < 10; ++i) timer.ticked.Wait();
+    timer.StopThread();
+    EXPECT_GE(timer.LogOfStopped().size(), 12U);
+}
+
+// The parked thread would take the signal of the next one's end, or touch an object that is gone.
+TEST(TimerThread, AThreadThatStopsItselfParksAndDisturbsNobody) {
+    for (int i = 0; i < 20; ++i) {
+        Recorder timer(1);
+        timer.StartThread(0);
+        timer.parking.Wait();
+        timer.StopThread();
+        timer.StartThread(900);
+        timer.ticked.Wait();
+        timer.StopThread();
+    }
+}
+
+struct Thread {
+    Event ran;
+    int argument = 0;
+};
+
+TEST(Threads, RunTheirFunction) {
+    Thread thread;
+    DWORD id = 0;
+    const HANDLE handle = QvCreateThread(
+        [](void* argument) -> UINT {
+            static_cast<Thread*>(argument)->argument = 7;
+            static_cast<Thread*>(argument)->ran.Set();
+            return 3;
+        },
+        &thread, &id);
+    ASSERT_TRUE(handle);
+    thread.ran.Wait();
+    EXPECT_EQ(thread.argument, 7);
+    EXPECT_NE(id, 0U);
+    QvCloseThread(handle);
+    QvCloseThread(nullptr);
+}
+
+// Tells of each message, and lets the user take his time.
+class SlowMessageBox : public IMessageBox {
+public:
+    SlowMessageBox() : m_before(AfxSetMessageBox(this)) {}
+    ~SlowMessageBox() override { AfxSetMessageBox(m_before); }
+    SlowMessageBox(const SlowMessageBox&) = delete;
+    SlowMessageBox& operator=(const SlowMessageBox&) = delete;
+
+    int Show(const char* text, UINT style) override {
+        {
+            const std::scoped_lock lock(m_mutex);
+            m_texts += text + std::to_string(style) + ' ';
+        }
+        shown.Set();
+        closed.Wait();
+        return 1;
+    }
+
+    std::string Texts() {
+        const std::scoped_lock lock(m_mutex);
+        return m_texts;
+    }
+
+    Event shown, closed;
+
+private:
+    IMessageBox* m_before;
+    std::mutex m_mutex;
+    std::string m_texts;
+};
+
+TEST(DeletedFileWatchManager, TellsOnceOfEachDeletion) {
+    const TempFolder folder;
+    SlowMessageBox box;
+    folder.Write("kept", "");
+    CDeletedFileWatchManager manager(0, 0);
+    manager.AddFile(folder / "kept", "no");
+    manager.AddFile(folder / "gone", "one");
+    box.shown.Wait();
+    manager.AddFile(folder / "gone", "not this");
+    EXPECT_EQ(box.Texts(), "one64 ");
+    box.closed.Set();
+    // The path leaves the set after the box is closed; only then a new watcher is started.
+    while (box.Texts() == "one64 ") {
+        manager.AddFile(folder / "gone", "two");
+        if (box.shown.WaitFor(1)) break;
+    }
+    EXPECT_EQ(box.Texts(), "one64 two64 ");
+    box.closed.Set();
+    manager.Close();
+    manager.Close();
+    EXPECT_EQ(box.Texts(), "one64 two64 ");
+}
+
+TEST(DeletedFileWatchManager, ClosesAtAnyMoment) {
+    const TempFolder folder;
+    SlowMessageBox box;
+    for (int i = 0; i < 50; ++i) {
+        CDeletedFileWatchManager manager(i % 2 ? 900 : 0, 1);
+        for (int file = 0; file < 3; ++file) manager.AddFile(folder / "gone", "x");
+        if (i % 3) box.shown.Wait();
+        for (int file = 0; file < 3; ++file) box.closed.Set();
+        if (i % 5 == 0) box.shown.WaitFor(1);
+        // Those whose message comes late are let go too while the manager closes.
+        std::atomic<bool> done = false;
+        const std::jthread user([&] {
+            while (!done) box.closed.Set(), box.shown.WaitFor(1);
+        });
+        manager.Close();
+        done = true;
+    }
+    EXPECT_FALSE(box.Texts().empty());
+}
+
+}  // namespace

@@ -1,0 +1,62 @@
+#include <iostream>
+#include <memory>
+
+#include "qvcommon/UserMessages.h"
+#include "tools/qv/Commands.h"
+
+namespace qv::tool {
+namespace {
+
+struct Options {
+    std::string name, text;
+    unsigned count = 0;
+};
+
+// Prints each text as a line.
+class Printer : public CUserMessageListener {
+public:
+    unsigned m_printed = 0;
+
+    void OnUserMessage(const CString& text) override {
+        std::cout << text.AsStd() << std::endl;
+        ++m_printed;
+    }
+};
+
+void Listen(const Options& options) {
+    constexpr DWORD aWhile = 60'000;
+    Printer listener;
+    if (!listener.Create(options.name.c_str(), 0)) {
+        if (CUserMessageListener::DoesListenerExist(options.name.c_str(), 0))
+            throw Failed("somebody listens as " + options.name + " already");
+        throw Failed("cannot listen as " + options.name);
+    }
+    while (std::cout && (options.count == 0 || listener.m_printed < options.count)) listener.PumpMessages(aWhile);
+}
+
+void Send(const Options& options) {
+    if (!CUserMessageListener::SendUserMessage(options.name.c_str(), 0, CString(options.text)))
+        throw Failed("nobody listens as " + options.name);
+}
+
+}  // namespace
+
+void AddListen(CLI::App& app) {
+    auto* const command = app.add_subcommand("listen", "Print the texts that are sent to a name");
+    const auto options = std::make_shared<Options>();
+    command->add_option("NAME", options->name, "The name; one program at a time listens to it")->required();
+    command->add_option("--count", options->count, "End after so many texts");
+    command->footer("Example:\n  qv listen builds --count 1");
+    command->callback([options] { Listen(*options); });
+}
+
+void AddSend(CLI::App& app) {
+    auto* const command = app.add_subcommand("send", "Send a text to the program that listens to a name");
+    const auto options = std::make_shared<Options>();
+    command->add_option("NAME", options->name, "The name")->required();
+    command->add_option("TEXT", options->text, "The text")->required();
+    command->footer("Returns when the text has been handled.\nExample:\n  qv send builds \"all green\"");
+    command->callback([options] { Send(*options); });
+}
+
+}  // namespace qv::tool

@@ -1,0 +1,80 @@
+#include <chrono>
+#include <condition_variable>
+#include <iostream>
+#include <memory>
+#include <mutex>
+
+#include "qvcommon/ChangeWatchers.h"
+#include "tools/qv/Commands.h"
+
+namespace qv::tool {
+namespace {
+
+struct Options {
+    std::string folder;
+    bool flat = false, names = false, attributes = false, writes = false;
+    unsigned count = 0;
+};
+
+// Prints a line for each change.
+class Printer : public CDirChangeWatcher {
+public:
+    explicit Printer(unsigned count) : m_left(count) {}
+    ~Printer() override { Stop(); }
+
+    void OnChange() override {
+        const std::scoped_lock lock(m_mutex);
+        if (m_done) return;
+        std::cout << "changed" << std::endl;
+        m_done = !std::cout || (m_left > 0 && --m_left == 0);
+        m_told.notify_one();
+    }
+
+    // False when the watch ended before that.
+    bool WaitUntilDone() {
+        constexpr auto look = std::chrono::milliseconds(200);
+        std::unique_lock lock(m_mutex);
+        while (!m_told.wait_for(lock, look, [this] { return m_done; }))
+            if (!IsWatching()) return false;
+        return true;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_told;
+    unsigned m_left;  // 0 for no end
+    bool m_done = false;
+};
+
+// No flag leaves the watcher's own filter.
+DWORD FilterOf(const Options& options) {
+    return (options.names ? 0x03U : 0U) | (options.attributes ? 0x04U : 0U) | (options.writes ? 0x18U : 0U);
+}
+
+void Watch(const Options& options) {
+    Printer watcher(options.count);
+    watcher.SetDirectory(options.folder.c_str());
+    watcher.SetCheckSubdirectories(!options.flat);
+    if (const DWORD filter = FilterOf(options)) watcher.SetFilter(filter);
+    if (!watcher.Start()) throw Failed(options.folder + " cannot be watched");
+    if (!watcher.WaitUntilDone()) throw Failed(options.folder + " is not there any longer");
+}
+
+}  // namespace
+
+void AddWatch(CLI::App& app) {
+    auto* const command = app.add_subcommand("watch", "Print a line \"changed\" for each change in a folder");
+    const auto options = std::make_shared<Options>();
+    command->add_option("FOLDER", options->folder, "The folder")->required();
+    command->add_flag("--flat", options->flat, "Without its subfolders");
+    command->add_flag("--names", options->names, "Files and folders made, deleted, renamed");
+    command->add_flag("--attributes", options->attributes, "Changes of attributes");
+    command->add_flag("--writes", options->writes, "Changes of contents");
+    command->add_option("--count", options->count, "End after so many lines");
+    command->footer(
+        "Without one of the last flags: names of files, and contents. Changes that come together give one line.\n"
+        "Example:\n  qv watch inbox --names --count 1 && print inbox/*");
+    command->callback([options] { Watch(*options); });
+}
+
+}  // namespace qv::tool
