@@ -40,7 +40,8 @@ int CDirChangeWatcher::Start() {
     auto watch = std::make_shared<Watch>();
     watch->folder = FolderWatch::Open(m_folder, m_checkSubfolders != 0, m_filter);
     if (!watch->folder) return 0;
-    watch->before = m_watch;
+    watch->before = Current();
+    Replace(watch);
     auto start = std::make_unique<Body>(Body{this, watch});
     const HANDLE thread = QvCreateThread(
         [](void* argument) -> UINT {
@@ -49,10 +50,9 @@ int CDirChangeWatcher::Start() {
             return 1;
         },
         start.get(), nullptr);
-    if (!thread) return 0;
+    if (!thread) return Replace(watch->before), 0;
     static_cast<void>(start.release());  // the thread's own now
     QvCloseThread(thread);
-    m_watch = std::move(watch);
     return 1;
 }
 
@@ -62,8 +62,8 @@ void CDirChangeWatcher::OnChange() {
 
 void CDirChangeWatcher::Stop() {
     bool ended = true;
-    for (std::shared_ptr<Watch> watch = m_watch; watch; watch = watch->before) ended &= watch->End();
-    if (ended) m_watch = nullptr;
+    for (std::shared_ptr<Watch> watch = Current(); watch; watch = watch->before) ended &= watch->End();
+    if (ended) Replace(nullptr);
 }
 
 int CDirChangeWatcher::HasChanged(int reset) {
@@ -71,7 +71,18 @@ int CDirChangeWatcher::HasChanged(int reset) {
 }
 
 int CDirChangeWatcher::IsWatching() {
-    return m_watch && m_watch->watching && !m_watch->stopping;
+    const std::shared_ptr<Watch> watch = Current();
+    return watch && watch->watching && !watch->stopping;
+}
+
+std::shared_ptr<CDirChangeWatcher::Watch> CDirChangeWatcher::Current() {
+    const std::scoped_lock guard(m_guard);
+    return m_watch;
+}
+
+void CDirChangeWatcher::Replace(std::shared_ptr<Watch> watch) {
+    const std::scoped_lock guard(m_guard);
+    m_watch.swap(watch);
 }
 
 // After each OnChange the object may be gone; what the thread goes on with is its own share of the watch.

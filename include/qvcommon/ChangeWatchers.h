@@ -14,7 +14,8 @@
 /// together, or while OnChange runs, are told once. What has changed after Start returned is never missed.
 ///
 /// Virtual operations, in slot order: the destructor, Start, OnChange, Stop, HasChanged, SetDirectory,
-/// SetCheckSubdirectories, SetFilter, IsWatching. HasChanged is for any thread, the others for one at a time.
+/// SetCheckSubdirectories, SetFilter, IsWatching. HasChanged and IsWatching are for any thread, the others
+/// for one at a time.
 ///
 /// Subfolders that appear while watching are watched too, and what they hold by then counts as a change; so does an
 /// overflow of the system's list of changes. Links to folders are not followed.
@@ -57,11 +58,14 @@ private:
     struct Body;
 
     void Run(Watch& watch);
+    std::shared_ptr<Watch> Current();
+    void Replace(std::shared_ptr<Watch> watch);
 
     CString m_folder;
     int m_checkSubfolders = 1;
     DWORD m_filter = 0x19;
     std::atomic<int> m_changed = 0;
+    std::mutex m_guard;              // of the pointer alone
     std::shared_ptr<Watch> m_watch;  // the thread holds it too
 };
 

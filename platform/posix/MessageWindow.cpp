@@ -313,10 +313,10 @@ Woken WaitFor(int descriptor, short events, std::optional<Clock::time_point> end
     for (;;) {
         Wait wait = AllOwnDescriptors();
         if (descriptor != -1) wait.Add(descriptor, nullptr, events);
-        ::poll(wait.polled.data(), wait.polled.size(), TimeLeft(end));
+        const int ready = ::poll(wait.polled.data(), wait.polled.size(), TimeLeft(end));
         if (descriptor != -1 && wait.polled.back().revents) return Woken::ByDescriptor;
         if (HandleOne(wait) && descriptor == -1) return Woken::ByMessage;
-        if (end && Clock::now() >= *end) return Woken::ByTime;
+        if (ready <= 0 && end && Clock::now() >= *end) return Woken::ByTime;
     }
 }
 

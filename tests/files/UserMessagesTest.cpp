@@ -1,0 +1,252 @@
+#include "qvcommon/UserMessages.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <random>
+#include <thread>
+#include <vector>
+
+#include "platform/Path.h"
+#include "qvcommon/StringHelper.h"
+#include "tests/support/Blocked.h"
+#include "tests/support/Child.h"
+#include "tests/support/Tool.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+CString UniqueName() {
+    return CString("qvtest/.%" + std::to_string(std::random_device()()));
+}
+
+int Send(const CString& name, const std::string& text) {
+    return CUserMessageListener::SendUserMessage(name, 0, CString(text));
+}
+
+class Listener : public CUserMessageListener {
+public:
+    using CUserMessageListener::GetWindowClassName;
+
+    void OnUserMessage(const CString& text) override { m_texts.push_back(text.AsStd()); }
+    void OnCopyData(HWND sender, const CCopyData& data) override {
+        m_sender = sender;
+        CUserMessageListener::OnCopyData(sender, data);
+    }
+
+    std::vector<std::string> m_texts;
+    HWND m_sender = nullptr;
+};
+
+/// Listens, and prints the size of each text. A text "die" ends it inside its handler, "end" behind it; one that begins with
+/// "answer" is sent back to its sender, twice.
+QV_CHILD(Listen) {
+    class Answering : public Listener {
+        void OnCopyData(HWND sender, const CCopyData& data) override {
+            Listener::OnCopyData(sender, data);
+            const std::string text = m_texts.back();
+            if (text == "die") std::_Exit(1);
+            if (text.starts_with("answer"))
+                for (int i = 0; i < 2; ++i) QvSendIpcMessage(sender, CString(text), m_hWnd);
+            std::cout << text.size() << std::endl;
+        }
+    } listener;
+    std::cout << (listener.Create(arguments.at(0).c_str(), 0) ? "listening" : "refused") << std::endl;
+    while (listener.m_hWnd && (listener.m_texts.empty() || listener.m_texts.back() != "end"))
+        listener.PumpMessages(10'000);
+    std::string line;
+    if (!listener.m_hWnd) std::getline(std::cin, line);
+    return 0;
+}
+
+// A child that listens to the name.
+class ListeningChild {
+public:
+    explicit ListeningChild(const CString& name) {
+        StartChild(process, "Listen", {name});
+        first = LineFrom(process);
+    }
+
+    CProcess process;
+    std::string first;
+};
+
+TEST(UserMessages, TextsOfAnyBytesArriveWhole) {
+    const CString name = UniqueName();
+    EXPECT_EQ(Send(name, "nobody"), 0);
+    ListeningChild child(name);
+    ASSERT_EQ(child.first, "listening");
+    EXPECT_TRUE(CUserMessageListener::DoesListenerExist(name, 0));
+    EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 1));
+    for (const std::string& text : {""s, "a"s, "\0\xFF\0"s, std::string(4096, 'x'), std::string(5'000'000, 'y')}) {
+        EXPECT_EQ(Send(name, text), 1);
+        EXPECT_EQ(LineFrom(child.process), std::to_string(text.size()));
+    }
+    EXPECT_EQ(Send(name, std::string((64 << 20) + 1, 'z')), 1) << "found, but not sent";
+    EXPECT_EQ(Send(name, "end"), 1);
+    EXPECT_EQ(LineFrom(child.process), "3");
+    EXPECT_EQ(child.process.Wait(), 0);
+    EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 0));
+}
+
+TEST(UserMessages, OneListenerOfANameAtMost) {
+    const CString name = UniqueName();
+    Listener first, second;
+    ASSERT_TRUE(first.Create(name, 0));
+    EXPECT_FALSE(first.Create(name, 0));
+    EXPECT_FALSE(second.Create(name, 0));
+    EXPECT_EQ(ListeningChild(name).first, "refused");
+    EXPECT_TRUE(second.Create(name, 1)) << "the process's own name is another one";
+    EXPECT_TRUE(CUserMessageListener::DoesListenerExist(name, 1));
+    EXPECT_EQ(Listener::GetWindowClassName("a", 0), "a");
+    Listener none;
+    EXPECT_FALSE(none.Create("", 0));
+    EXPECT_FALSE(none.Create(std::string(241, 'x').c_str(), 0));
+    EXPECT_TRUE(none.Create(std::string(240, 'x').c_str(), 0));
+    // To one's own thread a text goes directly.
+    EXPECT_EQ(Send(name, "own"), 1);
+    EXPECT_EQ(first.m_texts, std::vector<std::string>{"own"});
+    EXPECT_FALSE(CUserMessageListener::PumpMessages(1));
+}
+
+TEST(UserMessages, TwoThatCreateAtTheSameInstantNeverBothListen) {
+    for (int round = 0; round < 20; ++round) {
+        const CString name = UniqueName();
+        CProcess children[3];
+        for (CProcess& child : children) StartChild(child, "Listen", {name});
+        int listening = 0;
+        for (CProcess& child : children) listening += LineFrom(child) == "listening";
+        EXPECT_EQ(listening, 1);
+        EXPECT_EQ(Send(name, "end"), 1);
+        for (CProcess& child : children) child.CloseInput();
+        for (CProcess& child : children) child.Wait();
+    }
+}
+
+TEST(UserMessages, WhoWaitsForAnAnswerTakesTexts) {
+    const CString name = UniqueName(), ownName = UniqueName();
+    ListeningChild child(name);
+    Listener listener;
+    ASSERT_TRUE(listener.Create(ownName, 0));
+    EXPECT_EQ(CUserMessageListener::SendUserMessage(name, 0, CString("answer me"), listener.m_hWnd), 1);
+    EXPECT_EQ(listener.m_texts, (std::vector<std::string>{"answer me", "answer me"}));
+    EXPECT_NE(listener.m_sender, nullptr);
+    // Without a sender the main window is named.
+    AfxSetMainWnd(&listener);
+    EXPECT_EQ(Send(name, "answer too"), 1);
+    AfxSetMainWnd(nullptr);
+    EXPECT_EQ(listener.m_texts.back(), "answer too");
+    Send(name, "end");
+}
+
+TEST(UserMessages, ADeadListenerLeavesItsNameAndItsSendersFree) {
+    const CString name = UniqueName();
+    const int rounds = qv::platform::HasDriveLetters() ? 20 : 100;  // a program starts slowly under an emulation
+    std::mt19937 random(9);
+    for (int round = 0; round < rounds; ++round) {
+        ListeningChild child(name);
+        ASSERT_EQ(child.first, "listening") << round;
+        if (random() % 3) {
+            EXPECT_EQ(Send(name, random() % 2 ? "die" : std::string(300'000, 'x')), 1);
+        }
+        child.process.Kill();
+        child.process.Wait();
+        EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 0));
+        EXPECT_EQ(Send(name, "x"), 0);
+    }
+    Listener listener;
+    EXPECT_TRUE(listener.Create(name, 0));
+}
+
+QV_CHILD(SendWithoutEnd) {
+    const CString text(std::string(static_cast<std::size_t>(std::stoi(arguments.at(1))), 's'));
+    std::cout << "sending" << std::endl;
+    while (CUserMessageListener::SendUserMessage(arguments.at(0).c_str(), 0, text)) {
+    }
+    return 0;
+}
+
+TEST(UserMessages, AKilledSenderCostsNothing) {
+    const CString name = UniqueName();
+    Listener listener;
+    ASSERT_TRUE(listener.Create(name, 0));
+    const int rounds = qv::platform::HasDriveLetters() ? 10 : 100;
+    for (int round = 0; round < rounds; ++round) {
+        const std::size_t size = round % 2 ? 3'000'000 : 10;
+        CProcess sender;
+        StartChild(sender, "SendWithoutEnd", {name, CString(std::to_string(size))});
+        ASSERT_EQ(LineFrom(sender), "sending");
+        for (int i = round % 4; i > 0; --i) listener.PumpMessages(10'000);
+        sender.Kill();
+        sender.Wait();
+        while (listener.PumpMessages(0)) {
+        }
+        for (const std::string& text : listener.m_texts) ASSERT_EQ(text.size(), size);
+        listener.m_texts.clear();
+    }
+}
+
+// What no sender of ours sends, to the socket of a name.
+constexpr const char* kGarbage = R"(
+import os, socket, struct, sys
+runtime = f"/run/user/{os.geteuid()}"
+own = os.path.isdir(runtime) and os.stat(runtime).st_uid == os.geteuid()
+folder = runtime + "/qvcommon" if own else f"/tmp/qvcommon-{os.geteuid()}"
+assert os.stat(folder).st_mode & 0o777 == 0o700
+name = sys.argv[1].encode()
+path = folder + "/" + sys.argv[2]
+head = lambda target, sender, text, mark=b"QVM1": mark + struct.pack("=III", target, sender, text)
+frames = [b"", b"QV", b"GET / HTTP/1.1\r\n\r\n", head(len(name), 0, 5), head(len(name), 0, 5) + name + b"abc",
+          head(len(name), 0, 0xFFFFFFFF) + name, head(0xFFFFFFFF, 0, 0), head(len(name), 0, 1, b"QVM2") + name + b"x",
+          head(len(name), 0, 1) + name + b"xyz", head(3, 0, 1) + b"otherx"]
+kept = []
+for frame in frames * 10:
+    peer = socket.socket(socket.AF_UNIX)
+    peer.connect(path)
+    try:
+        peer.sendall(frame)
+    except BrokenPipeError:
+        pass
+    kept.append(peer)
+    if len(kept) > 60: kept.pop(0)
+print("sent", flush=True)
+sys.stdin.read()
+)";
+
+TEST(UserMessages, GarbageCostsItsSenderTheConnection) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system's own messages have no frames";
+    const CString name("qvtest" + std::to_string(std::random_device()()));
+    ListeningChild child(name);
+    CProcess peer;
+    try {
+        peer.Start("python3", {"-c", kGarbage, name, name}, CProcess::pipeInput | CProcess::pipeOutput);
+    } catch (CFileException* error) {
+        error->Delete();
+        GTEST_SKIP() << "no python3";
+    }
+    EXPECT_EQ(LineFrom(peer), "sent");
+    EXPECT_EQ(Send(name, "still there"), 1);
+    EXPECT_EQ(LineFrom(child.process), "11") << "and nothing else was taken for a text";
+    peer.CloseInput();
+    EXPECT_EQ(peer.Wait(), 0);
+    Send(name, "end");
+}
+
+TEST(MessageCommands, CarryTextsBetweenPrograms) {
+    const CString name = UniqueName();
+    EXPECT_EQ(ToolStatus({"send", name, "nobody"}), 1);
+    EXPECT_EQ(ToolStatus({"send", name}), 2);
+    Background sender([&] {
+        while (!CUserMessageListener::DoesListenerExist(name, 0)) std::this_thread::yield();
+        EXPECT_EQ(ToolStatus({"listen", name}), 1);
+        EXPECT_EQ(ToolStatus({"send", name, "one two"}), 0);
+        EXPECT_EQ(ToolStatus({"send", name, ""}), 0);
+    });
+    const ToolAnswer answer = RunTool({"listen", name, "--count", "2"});
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(CStringHelper::GetEditFriendlyNewlines(answer.output), "one two\r\n\r\n");
+}
+
+}  // namespace
