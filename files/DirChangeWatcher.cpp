@@ -7,8 +7,8 @@
 using qv::platform::FolderWatch;
 
 struct CDirChangeWatcher::Watch {
-    std::unique_ptr<FolderWatch> folder;
-    qv::platform::Event finished;
+    std::unique_ptr<FolderWatch> folder;  // there once it is armed, null when it could not be opened
+    qv::platform::Event armed, finished;
     std::atomic<bool> watching = true, stopping = false;
     std::atomic<std::thread::id> thread = {};
     std::shared_ptr<Watch> before = {};  // whose OnChange started this one
@@ -38,8 +38,6 @@ CDirChangeWatcher::~CDirChangeWatcher() {
 int CDirChangeWatcher::Start() {
     Stop();
     auto watch = std::make_shared<Watch>();
-    watch->folder = FolderWatch::Open(m_folder, m_checkSubfolders != 0, m_filter);
-    if (!watch->folder) return 0;
     watch->before = Current();
     Replace(watch);
     auto start = std::make_unique<Body>(Body{this, watch});
@@ -53,6 +51,8 @@ int CDirChangeWatcher::Start() {
     if (!thread) return Replace(watch->before), 0;
     static_cast<void>(start.release());  // the thread's own now
     QvCloseThread(thread);
+    watch->armed.Wait();
+    if (!watch->folder) return Replace(watch->before), 0;
     return 1;
 }
 
@@ -85,13 +85,18 @@ void CDirChangeWatcher::Replace(std::shared_ptr<Watch> watch) {
     m_watch.swap(watch);
 }
 
-// After each OnChange the object may be gone; what the thread goes on with is its own share of the watch.
+// The system's own notifications belong to the thread that asks for them, so all is done on this one. After each OnChange
+// the object may be gone; what the thread goes on with is its own share of the watch.
 void CDirChangeWatcher::Run(Watch& watch) {
     watch.thread = std::this_thread::get_id();
+    watch.folder = FolderWatch::Open(m_folder, m_checkSubfolders != 0, m_filter);
+    watch.armed.Set();
+    if (!watch.folder) return;
     while (watch.folder->Wait() == FolderWatch::Event::Change) {
         OnChange();
         if (watch.stopping || !watch.folder->Rearm()) break;
     }
+    watch.folder->Close();
     watch.watching = false;
     watch.finished.Set();
 }

@@ -20,7 +20,7 @@ enum FolderChange : unsigned {
     kSecurity = 0x100
 };
 
-/// A watched folder. Its thread waits and arms anew; any thread may stop it.
+/// A watched folder. One thread opens it, waits, arms anew and closes; any thread may stop it.
 class FolderWatch {
 public:
     virtual ~FolderWatch() = default;
@@ -39,6 +39,8 @@ public:
     virtual bool Rearm() = 0;
     /// Ends the wait, the present one or the next.
     virtual void Stop() = 0;
+    /// Ends the watch; only Stop may be called afterwards.
+    virtual void Close() = 0;
 };
 
 }  // namespace qv::platform

@@ -200,6 +200,8 @@ public:
         static_cast<void>(!::write(m_stop.Get(), &one, sizeof one));
     }
 
+    void Close() override { m_events.Close(); }
+
 private:
     // Reads what there is; true when it holds a change.
     bool ReadEvents() {

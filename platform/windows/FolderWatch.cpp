@@ -9,7 +9,7 @@ class ChangeNotification : public FolderWatch {
 public:
     explicit ChangeNotification(HANDLE notification)
         : m_stop(::CreateEventA(nullptr, FALSE, FALSE, nullptr)), m_waited{notification, m_stop.Get()} {}
-    ~ChangeNotification() override { ::FindCloseChangeNotification(m_waited[0]); }
+    ~ChangeNotification() override { ChangeNotification::Close(); }
     ChangeNotification(const ChangeNotification&) = delete;
     ChangeNotification& operator=(const ChangeNotification&) = delete;
 
@@ -24,6 +24,11 @@ public:
     bool Rearm() override { return ::FindNextChangeNotification(m_waited[0]); }
 
     void Stop() override { ::SetEvent(m_stop.Get()); }
+
+    void Close() override {
+        if (m_waited[0] != INVALID_HANDLE_VALUE) ::FindCloseChangeNotification(m_waited[0]);
+        m_waited[0] = INVALID_HANDLE_VALUE;
+    }
 
 private:
     Owned m_stop;
