@@ -191,6 +191,22 @@ public:
     void StartQuickMenuPage();
     void CloseQuickMenu();
 
+    // Browsers of today (html/HtmlWriterSupport.cpp)
+
+    /// Writes a script that gives a browser of today what the scripts of sections, popups, quick menu and navigation bars
+    /// expect of an old one; in an old one it does nothing. Once a page, in its head, best from an override of
+    /// AddTitleToHead; nothing else of the page changes. With it
+    /// - sections and bars open, close and remember, also a single one, and a page from a disk that gets no cookies
+    ///   remembers for as long as its window lives;
+    /// - popups appear beside the pointer, or beside a term that has the focus, within the window, and go with Escape;
+    /// - the quick menu follows the scroll, whether or not the page calls scrollMenu;
+    /// - what opens and closes takes the focus, Enter and Space, and tells its state (aria-expanded);
+    /// - a link into a closed section opens it.
+    ///
+    /// To other scripts of the page the browser then looks like an old one too: document.all counts as true, elements have
+    /// "all", styles "pixelTop", and the browser's application name is empty.
+    void AddBrowserSupport();
+
     // Other pages (html/HtmlWriterInclude.cpp)
 
     /// Appends the body of a page, or the whole file when it has no "<body" or "<BODY" tag; lines end in a line feed then.

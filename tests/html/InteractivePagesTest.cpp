@@ -8,10 +8,12 @@
 #include "html/GoldenQuickMenuPage.h"
 #include "html/GoldenSectionsPage.h"
 #include "html/GoldenTreePage.h"
+#include "qvcommon/HtmlAssets.h"
 #include "qvcommon/HtmlTreeMenu.h"
 #include "qvcommon/SortedHtmlWriter.h"
 #include "tests/support/Raised.h"
 #include "tests/support/SamplePages.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/TextOracles.h"
 #include "tests/support/Utf8Locale.h"
 
@@ -43,6 +45,34 @@ TEST(InteractivePages, AreWrittenInTheirExactForm) {
                 sample.write(page);
                 EXPECT_EQ(WithNumberedNodes(page.GetHtml().AsStd()), expected) << name;
             }
+}
+
+TEST(InteractivePages, DifferByNothingButTheSupport) {
+    CHtmlWriter support;
+    support.AddBrowserSupport();
+    for (const Sample& sample : SamplePages()) {
+        SamplePage plain(false), today(true);
+        sample.write(plain);
+        sample.write(today);
+        CString html = today.GetHtml();
+        EXPECT_EQ(html.Replace(support.GetHtml(), ""), 1);
+        EXPECT_EQ(WithNumberedNodes(html.AsStd()), WithNumberedNodes(plain.GetHtml().AsStd())) << sample.name;
+    }
+}
+
+TEST(HtmlAssets, LieBesideThePages) {
+    const TempFolder folder;
+    CStringArray names;
+    CHtmlAssets::GetNames(names);
+    folder.Write("open.gif", std::string(CHtmlAssets::GetBytes("open.gif")) + "x");
+    CHtmlAssets::CopyTo(folder / "");
+    const auto whenWritten = std::filesystem::last_write_time(folder.Native("open.gif"));
+    for (const CString& name : names) EXPECT_EQ(folder.Read(name.AsStd()), CHtmlAssets::GetBytes(name)) << name;
+    EXPECT_EQ(CHtmlAssets::GetBytes("folder.gif").substr(0, 6), "GIF89a");
+    EXPECT_TRUE(CHtmlAssets::GetBytes("none").empty());
+    CHtmlAssets::CopyTo(folder / "");
+    EXPECT_EQ(std::filesystem::last_write_time(folder.Native("open.gif")), whenWritten);
+    EXPECT_TRUE(Raised<CFileException>([&] { CHtmlAssets::CopyTo(folder / "none"); }));
 }
 
 // The rules of the glossary as they are told, whatever that costs.

@@ -6,6 +6,7 @@
 void SamplePage::AddTitleToHead(const char* title, const char* stylesheet, const char* headTag,
                                 const char* dropdownImageDir) {
     CHtmlWriter::AddTitleToHead(title, stylesheet, headTag, dropdownImageDir);
+    if (m_support) AddBrowserSupport();
 }
 
 namespace {
@@ -79,7 +80,7 @@ void AddOrder(CHtmlWriter& page, const char* id, int option, int allowRollup) {
     bar.SetOption(option);
     bar.SetRollupGuid(id);
     bar.SetAllowRollup(allowRollup);
-    bar.SetSelectionImage(allowRollup ? "assets/selected.gif" : "");
+    bar.SetSelectionImage(allowRollup ? "assets/closed.gif" : "");
     bar.GenerateHtml(page);
 }
 
