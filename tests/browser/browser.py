@@ -10,6 +10,7 @@ import subprocess
 import tempfile
 import threading
 import unittest
+import urllib.parse
 import urllib.request
 
 BIN = pathlib.Path(os.environ["QV_BIN"])
@@ -33,6 +34,9 @@ class Pages(http.server.SimpleHTTPRequestHandler):
         self.send_header("Content-Length", str(len(body)))
         self.end_headers()
         self.wfile.write(body)
+
+    def translate_path(self, path):
+        return os.fsdecode(os.path.join(os.fsencode(self.directory), urllib.parse.unquote_to_bytes(path.lstrip("/"))))
 
     def log_message(self, *_):
         pass
