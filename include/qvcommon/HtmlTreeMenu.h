@@ -42,9 +42,9 @@ public:
     /// (GetHtml asks for the latter in both states.)
     virtual CString GetImage(int expanded);
 
-    /// The folder of the pictures, for all trees; gets a final "\" where it lacks it, and stands in script strings: "img"
-    /// has to be given as "img\\", two backslashes, or "img/" and two backslashes; empty for the page's own folder. Not
-    /// safe while another thread works with a tree.
+    /// The folder of the pictures, for all trees; gets a final "\" where it lacks it. It stands in script strings: pass
+    /// img and two backslashes for the folder "img", or nothing for the page's own. Not safe while another thread works
+    /// with a tree.
     static void SetImageDir(const char* directory);
 
 protected:

@@ -1,6 +1,7 @@
 #include "tools/qv/report/FileKinds.h"
 
 #include <algorithm>
+#include <string>
 
 namespace qv::tool {
 namespace {
@@ -88,9 +89,8 @@ char Lower(char c) {
 const FileKind& KindOf(std::string_view fileName) {
     const std::size_t point = fileName.rfind('.');
     if (point == fileName.npos || fileName.size() - point > kLongest) return kUnknown;
-    char text[kLongest];
-    const auto end = std::transform(fileName.begin() + static_cast<std::ptrdiff_t>(point), fileName.end(), text, Lower);
-    const std::string_view extension(text, static_cast<std::size_t>(end - text));
+    std::string extension(fileName.substr(point));
+    std::ranges::transform(extension, extension.begin(), Lower);
     const auto* const kind = std::ranges::lower_bound(kKinds, extension, {}, &FileKind::extension);
     return kind != std::end(kKinds) && kind->extension == extension ? *kind : kUnknown;
 }
