@@ -32,7 +32,7 @@ public:
     /// Calls `visit(index of the pattern)` for each pattern that ends with the unit read last, the longest first.
     template <class Visit>
     void ForEachFound(State state, Visit visit) const {
-        if (m_nodes[state].pattern == kNone) state = m_nodes[state].shorter;
+        if (state != kStart && m_nodes[state].pattern == kNone) state = m_nodes[state].shorter;
         for (; state != kStart; state = m_nodes[state].shorter) visit(std::size_t{m_nodes[state].pattern});
     }
 

@@ -48,30 +48,46 @@ public:
 
     std::vector<GlossaryHit> Run() {
         const PatternSet set(m_patterns);
-        PatternSet::State state = PatternSet::kStart;
-        m_starts.reserve(m_text.size() + 1);
-        for (std::size_t i = 0; i < m_text.size();) {
-            const platform::CasedCharacter c = m_reader.Read(m_text, i);
-            m_starts.push_back(static_cast<std::uint32_t>(i));
-            i += c.length;
-            state = set.Next(state, c.code);
-            set.ForEachFound(state, [&](std::size_t term) { Consider(term, i); });
-        }
+        m_reader.IsByBytes() ? WalkBytes(set) : WalkCharacters(set);
         return std::move(m_hits);
     }
 
 private:
-    void Consider(std::size_t term, std::size_t end) {
-        const std::size_t first = m_starts.size() - m_patterns[term].size(), begin = m_starts[first];
-        const auto before = [&] { return m_text.substr(m_starts[first - 1], begin - m_starts[first - 1]); };
-        const bool startsWord = first == 0 || !IsLetterOrDigit(before());
+    void WalkBytes(const PatternSet& set) {
+        const auto& upper = m_reader.Bytes().map;
+        PatternSet::State state = PatternSet::kStart;
+        for (std::size_t i = 0; i < m_text.size();) {
+            state = set.Next(state, upper[static_cast<unsigned char>(m_text[i++])]);
+            set.ForEachFound(state, [&](std::size_t term) { Consider(term, i - m_patterns[term].size(), i); });
+        }
+    }
+
+    void WalkCharacters(const PatternSet& set) {
+        PatternSet::State state = PatternSet::kStart;
+        std::vector<std::uint32_t> starts;  // of the characters read so far
+        starts.reserve(m_text.size());
+        for (std::size_t i = 0; i < m_text.size();) {
+            const platform::CasedCharacter c = m_reader.Read(m_text, i);
+            starts.push_back(static_cast<std::uint32_t>(i));
+            i += c.length;
+            state = set.Next(state, c.code);
+            set.ForEachFound(state, [&](std::size_t term) {
+                const std::size_t first = starts.size() - m_patterns[term].size();
+                Consider(term, starts[first], i, first > 0 ? starts[first - 1] : 0);
+            });
+        }
+    }
+
+    // `before` is where the character before the occurrence begins.
+    void Consider(std::size_t term, std::size_t begin, std::size_t end, std::size_t before) {
+        const bool startsWord = begin == 0 || !IsLetterOrDigit(m_text.substr(before, begin - before));
         if (startsWord && EndsWord(m_text, end, m_reader.Page())) m_hits.push_back({begin, end, term});
     }
+    void Consider(std::size_t term, std::size_t begin, std::size_t end) { Consider(term, begin, end, begin - 1); }
 
     std::string_view m_text;
     CaseReader m_reader{CaseRule::Ignore};
     std::vector<PatternSet::Units> m_patterns;
-    std::vector<std::uint32_t> m_starts;  // of the characters read so far
     std::vector<GlossaryHit> m_hits;
 };
 
