@@ -193,3 +193,11 @@ class AsTheyWere(SamplePages):
         self.go("bars.html")
         self.check(BARS, [True, True])
         self.check("document.querySelectorAll('[role],[tabindex]').length", 0)
+
+    def test_an_old_browser_is_left_alone(self):
+        self.go("sections-today.html")
+        support = self.browser.value("document.querySelectorAll('script')[1].textContent")
+        self.go("sections.html")
+        self.browser.run("Object.defineProperty(document, 'all', {value: {}}); eval(arguments[0])", support)
+        self.check("['all' in document.body, 'pixelTop' in document.body.style, navigator.appName, "
+                   "document.querySelectorAll('style').length]", [False, False, "Netscape", 0])
