@@ -173,6 +173,20 @@ class Today(SamplePages):
         self.check("document.querySelectorAll('b').length", 0)
 
 
+    def test_hostile_texts_are_shown_as_they_are(self):
+        self.go("hostile-today.html")
+        self.check("document.title", "<script>harm()</script>")
+        articles = self.browser.value("[...document.querySelectorAll('article')].map(a => [a.dataset.text].concat(['h3', "
+                                      "'#menuHeading', '.mnu a', 'th', '.clsSelected', 'article > p'].map(s => "
+                                      "a.querySelector(s).textContent), (a.querySelector('.Glossary').onmouseover(), "
+                                      "document.getElementById('qvPopup').textContent)))")
+        self.assertEqual(len(articles), 10)
+        for code, *shown in articles:
+            text = bytes.fromhex(code).decode("cp1252").replace("\r", "").replace("\n", "")
+            self.assertEqual(shown, [text, text, text, "\u00a0%s (%s)" % (text, text), text, text + " term", text])
+        self.check("document.querySelectorAll('body script:not([language], [type]), [onclick*=harm]').length", 0)
+
+
 class AsTheyWere(SamplePages):
     """Without the support a page is as it always was: it shows its contents, and its scripts find no old browser."""
 

@@ -2,6 +2,7 @@
 
 #include "qvcommon/HtmlTreeMenu.h"
 #include "qvcommon/NavBar.h"
+#include "qvcommon/StringHelper.h"
 
 void SamplePage::AddTitleToHead(const char* title, const char* stylesheet, const char* headTag,
                                 const char* dropdownImageDir) {
@@ -122,10 +123,56 @@ void WriteTree(CHtmlWriter& page) {
     End(page);
 }
 
+// Texts that would call a function, end an element or break a string if they got through, in every place that takes a text.
+constexpr const char* kHostile[] = {"<script>harm()</script>",
+                                    "\"onclick=\"harm()",
+                                    "'onclick='harm()",
+                                    "</title></td>-->]]><!--",
+                                    "&lt;&#60;&amp;lt;&nbsp",
+                                    "\\'\\\\');harm();('\\",
+                                    "\x01\x7F\xC3\xA9\xFF\xC3",
+                                    "a\r\nb",
+                                    "');harm();(\"",
+                                    "${harm()}`"};
+
+CString Hex(std::string_view text) {
+    CString hex;
+    for (const char c : text) hex += CStringHelper::Format("%02x", static_cast<unsigned char>(c));
+    return hex;
+}
+
+void AddEverywhere(CHtmlWriter& page, const char* text) {
+    page.OpenTag("article", "data-text=\"" + Hex(text) + '"');
+    page.AddDropdownTitle(3, text);
+    page.StartDropdownText();
+    page.EndDropdownText();
+    page.OpenQuickMenu(text);
+    page.AddQuickMenuLink("#", text);
+    page.StartQuickMenuPage();
+    page.CloseQuickMenu();
+    COptionNavBar bar;
+    bar.SetName(text);
+    bar.SetRollupGuid("B" + Hex(text));
+    bar.SetOptions({text});
+    bar.GenerateHtml(page);
+    page.AddGlossarizedParagraph(CString(text) + " term", {"term"}, {text});
+    page.CloseTag("article");
+}
+
+void WriteHostile(CHtmlWriter& page) {
+    Begin(page, kHostile[0], nullptr, "assets");
+    page.AddPopupScript();
+    page.SetDropdowns(1, "assets");
+    CNavBar::ms_strRolledUpImage = "assets/rolledup.gif";
+    for (const char* const text : kHostile) AddEverywhere(page, text);
+    page.AddDropdownCookie();
+    End(page);
+}
+
 constexpr Sample kSamples[] = {{"sections", WriteSections}, {"section", WriteSingleSection},
                                {"popups", WritePopups},     {"quickmenu", WriteQuickMenu},
                                {"bars", WriteBars},         {"bar", WriteSingleBar},
-                               {"tree", WriteTree}};
+                               {"tree", WriteTree},         {"hostile", WriteHostile}};
 
 }  // namespace
 
