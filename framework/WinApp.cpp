@@ -5,8 +5,6 @@
 #include "platform/Process.h"
 #include "platform/Profile.h"
 
-using qv::platform::ProfilePlace;
-
 namespace {
 
 std::atomic<CWinApp*> g_application{nullptr};

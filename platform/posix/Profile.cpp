@@ -51,7 +51,7 @@ void MakeFolders(const std::string& folder) {
 // What the path leads to; the path itself while nothing is there.
 std::string Target(const std::string& path) {
     char* const real = ::realpath(path.c_str(), nullptr);
-    const std::string target = real ? real : path;
+    std::string target = real ? real : path;
     std::free(real);
     return target;
 }
