@@ -65,6 +65,7 @@ TEST_F(ReportCommand, LinksEveryFileInOrder) {
     EXPECT_NE(page.find("<title>T&amp;T</title>"), page.npos);
     EXPECT_NE(page.find("b #%&amp;'+;=@\xC3\xA0\xC3\xA9.txt</A>"), page.npos);
     EXPECT_NE(page.find("6 files in 4 folders &middot; 30 bytes (30 bytes)"), page.npos);
+    EXPECT_NE(page.find(">CBF53A1C<"), page.npos);  // of "12345"
     for (const char* const asset : {"report.css", "qvcommon.css", "TreeMenu.js", "open.gif"})
         EXPECT_TRUE(fs::exists(m_folder.Native("out/report-files") / asset)) << asset;
 }

@@ -10,8 +10,9 @@ FileRow MakeRow(const FileEntry& file, const std::string& folderAddress) {
     const CString address = folderAddress + EncodeAddress(file.name), name = EscapedText(file.name);
     FileRow row{&file, &kind, {}, {}, {}};
     row.begin = "\n<tr><td><A href=\"" + address + "\">" + name + "</A></td><td>";
-    row.end = "</td><td class=\"number\">" + Size(file.size) + "</td><td class=\"number exact\">" + Number(file.size) +
-              "</td><td class=\"number\">" + Date(file.modified) + "</td></tr>";
+    row.end = "</td><td class=\"number\" title=\"" + Counted(file.size, "byte") + "\">" + Size(file.size) +
+              "</td><td class=\"number\">" + Date(file.modified) + "</td><td class=\"number exact\">" +
+              Checksum(file.checksum) + "</td></tr>";
     if (kind.isShownByBrowsers) {
         const CString title = EscapedValue(file.name);
         row.thumbnail = "\n<A href=\"" + address + "\"><img src=\"" + address + "\" alt=\"" + title + "\" title=\"" +

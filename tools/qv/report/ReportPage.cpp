@@ -141,7 +141,7 @@ void ReportPage::AddFolder(const FolderRows& rows, std::size_t index) {
     if (!folder.isReadable) AddFormattedText("<p><em>This folder could not be read to its end.</em></p>");
     AddPictures(rows);
     OpenTag("table", "class=\"files\"");
-    AddColumns({"Name", "Kind", "Size", "Bytes", "Changed"});
+    AddColumns({"Name", "Kind", "Size", "Changed", "CRC-32"});
     OpenTag("tbody");
     // A kind is explained where a folder first has it.
     std::map<const FileKind*, bool> explained;

@@ -97,6 +97,12 @@ CString Size(std::uintmax_t bytes) {
     return CStringHelper::RebaseUnits(static_cast<double>(bytes), "bytes", thresholds, units, 1, -2);
 }
 
+CString Checksum(unsigned long checksum) {
+    CString text;
+    text.Format("%08X", checksum);
+    return text;
+}
+
 CString Date(std::time_t time) {
     return COleDateTime(time).Format("%Y-%m-%d %H:%M");
 }

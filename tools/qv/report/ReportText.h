@@ -27,6 +27,8 @@ CString Number(std::uintmax_t value);
 CString Counted(std::uintmax_t count, const char* one);
 /// In the unit that suits it: "1.5 MB".
 CString Size(std::uintmax_t bytes);
+/// Eight hexadecimal digits.
+CString Checksum(unsigned long checksum);
 /// To the minute, in local time.
 CString Date(std::time_t time);
 
