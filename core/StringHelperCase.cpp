@@ -3,16 +3,13 @@
 
 using qv::CharacterSet;
 using qv::ForEachCharacter;
+using qv::IsLetterOrDigit;
 using qv::platform::IsLetter;
 using qv::platform::IsSpace;
 using qv::platform::ToLower;
 using qv::platform::ToUpper;
 
 namespace {
-
-bool IsLetterOrDigit(std::string_view character) {
-    return (character[0] >= '0' && character[0] <= '9') || IsLetter(character);
-}
 
 std::string_view Trimmed(std::string_view text) {
     return qv::platform::TrimmedRight(qv::platform::TrimmedLeft(text));

@@ -19,6 +19,7 @@ using Place = std::pair<std::int64_t, std::int64_t>;
 struct Group {
     std::map<Place, std::string> order;
     std::map<std::string, Times> times;
+    std::map<std::string, Times> rates;  // MB a second, of those who count bytes
 };
 
 class RatioReporter : public benchmark::BenchmarkReporter {
@@ -48,6 +49,8 @@ private:
         Group& group = m_groups[groupName];
         group.order[{run.family_index, run.per_family_instance_index}] = who;
         group.times[who].push_back(run.GetAdjustedRealTime());
+        if (const auto rate = run.counters.find("bytes_per_second"); rate != run.counters.end())
+            group.rates[who].push_back(rate->second.value / 1e6);
     }
 
     static std::string Suffix(const std::string& args) { return args.empty() ? "" : "/" + args; }
@@ -65,7 +68,10 @@ private:
             Times ratios;
             for (std::size_t i = 0; i < std::min(ours.size(), theirs.size()); ++i)
                 ratios.push_back(theirs[i] / ours[i]);
-            std::printf("    %-44s %12.0f ns  %8.2f x\n", who.c_str(), Median(theirs), Median(ratios));
+            std::printf("    %-44s %12.0f ns  %8.2f x", who.c_str(), Median(theirs), Median(ratios));
+            if (const auto rates = group.rates.find(who); rates != group.rates.end())
+                std::printf("  %7.0f MB/s", Median(rates->second));
+            std::printf("\n");
         }
     }
 

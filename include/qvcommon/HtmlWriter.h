@@ -3,6 +3,7 @@
 /// @file The page builder through which every HTML page of the library is written, and the text operations beside it.
 
 #include "qvcommon/HtmlDocument.h"
+#include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/StdioFile.h"
 
 /// A streaming builder: each call appends a finished piece of markup, in call order, to a text in memory or, once a file
@@ -127,12 +128,84 @@ public:
     void AddSingleLineTextField(const char* name, int size, int value);
 
     // Drop-down sections (html/HtmlWriterDropdowns.cpp)
+    //
+    // A section is a hot spot with the title, and a body that is closed when the page loads; a click on the hot spot opens
+    // and closes it. Which are open is kept in a cookie that is named by the page's path and lasts until the browser is
+    // closed, by their places in the page. A page with navigation bars that roll up has no room for sections: both use
+    // the same cookie and the same functions.
+    //
+    // The scripts of this and the next two groups speak the object model of old browsers. AddBrowserSupport makes them
+    // work in those of today.
 
-    /// Whether the page's sections can be opened and closed, and the folder that holds "open.gif" and "closed.gif".
+    /// Whether AddDropdownTitle, StartDropdownText and EndDropdownText write sections, and the folder that holds "open.gif"
+    /// and "closed.gif", which gets a final "\" where it lacks it. (Browsers read "\" in addresses as "/".)
     void SetDropdowns(int enabled, const char* imageDirectory);
     int GetDropdowns() const { return m_bDropdowns; }
-    /// The script of the sections and of the cookie that keeps which are open; once a page, in its head.
+
+    /// With dropdowns on: a section and its hot spot with picture and escaped text, the section left open. Off: a heading.
+    void AddDropdownTitle(int level, std::string_view text);
+    /// With dropdowns on: the section's body, and the end of body and section. Off: nothing.
+    void StartDropdownText();
+    void EndDropdownText();
+
+    /// The tags that the three above are made of, whether dropdowns are on or off.
+    void OpenDropdownSection();
+    void OpenDropdownHotspot();
+    void OpenDropdownText();
+    void AddDropdownImage(const char* directory);
+    void CloseDropdownSection() { CloseTag("div"); }
+    void CloseDropdownHotspot() { CloseTag("div"); }
+    void CloseDropdownText() { CloseTag("div"); }
+
+    /// The script of the sections and of the cookie; once a page, in its head. A quote in the folder would end the script's
+    /// string: it must hold none.
     void AddDropdownScript(const char* imageDirectory);
+    /// Restores what the cookie says, and saves it when the page is left; once a page, after its last section.
+    void AddDropdownCookie();
+
+    // Glossary popups (html/HtmlWriterGlossary.cpp)
+
+    /// The box and its functions; once a page, in its body before the first term.
+    void AddPopupScript();
+    /// The attributes that show the message while the pointer is over their element. The message has to be a text that
+    /// CleanScriptParameter(text, 0) gave, tags around it included. The ";" between the two attributes belongs to them.
+    static CString GetPopupCalls(std::string_view message);
+    /// Clean(text), with every term in it in a span that pops up its explanation. Terms are found as whole words without
+    /// regard to case; a plural "s" or "es" behind a term stays outside the span. A hit is left out when it starts in, or
+    /// right behind, one of a term further ahead in the array, or an earlier one of the same term. (One that starts before
+    /// such a hit and reaches into it is kept: the text that both cover then stands in both spans.) An empty term is found
+    /// nowhere. Time grows in line with the text, the terms and the result.
+    /// @throws CInvalidArgException* when there are fewer explanations than terms.
+    static CString GetGlossarizedText(std::string_view text, const CStringArray& terms,
+                                      const CStringArray& explanations);
+    /// "P" around GetGlossarizedText.
+    void AddGlossarizedParagraph(std::string_view text, const CStringArray& terms, const CStringArray& explanations);
+
+    // The quick menu, a column that stays beside the page while it scrolls (html/HtmlWriterQuickMenu.cpp)
+
+    /// The function scrollMenu, which the page has to call when it scrolls; AddBrowserSupport calls it too.
+    void AddQuickMenuScript();
+    /// In this order: the menu with its escaped title, its links (escaped texts), the page's content, the end of that.
+    void OpenQuickMenu(std::string_view title);
+    void AddQuickMenuLink(const char* url, std::string_view text);
+    void StartQuickMenuPage();
+    void CloseQuickMenu();
+
+    // Browsers of today (html/HtmlWriterSupport.cpp)
+
+    /// Writes a script that gives a browser of today what the scripts of sections, popups, quick menu and navigation bars
+    /// expect of an old one; in an old one it does nothing. Once a page, in its head, best from an override of
+    /// AddTitleToHead; nothing else of the page changes. With it
+    /// - sections and bars open, close and remember, also a single one, and a page from a disk that gets no cookies
+    ///   remembers for as long as its window lives;
+    /// - popups appear beside the pointer, or beside a term that has the focus, within the window, and go with Escape;
+    /// - the quick menu follows the scroll, whether or not the page calls scrollMenu;
+    /// - what opens and closes takes the focus, Enter and Space, and tells its state (aria-expanded);
+    /// - a link into a closed section opens it.
+    ///
+    /// To other scripts of the page the browser then looks like an old one too: document.all counts as true, elements have
+    /// "all", styles "pixelTop", and the browser's application name is empty.
+    void AddBrowserSupport();
 
     // Other pages (html/HtmlWriterInclude.cpp)
 
@@ -191,6 +264,10 @@ protected:
     /// Waits and tries again while another process holds it. @throws CFileException*
     void OpenFile();
     void CloseFile();
+
+    /// 1 if the part of the text, `length` bytes from `start`, stands by itself as a glossary's terms have to. It has to
+    /// begin and end between characters of the text.
+    static int IsWholeWord(std::string_view text, int start, int length);
 
 private:
     static constexpr std::size_t kHeadRoom = 1000;

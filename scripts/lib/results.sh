@@ -24,6 +24,7 @@ record_suite() {
 # before it comes to its end, is itself a failure.
 count_tests() {
     awk '
+        function named(what) { return match($0, what "=[0-9]+") ? substr($0, RSTART + length(what) + 1, RLENGTH) + 0 : 0 }
         /<testcase / {
             match($0, / status="[a-z]*"/)
             status = substr($0, RSTART + 9, RLENGTH - 10)
@@ -32,6 +33,8 @@ count_tests() {
         /^\[  PASSED  \] [0-9]+ tests?\./ { summed = 1; p = $4 }
         /^\[  FAILED  \] [0-9]+ tests?, listed below:/ { f = $4 }
         /^\[  SKIPPED \] [0-9]+ tests?, listed below:/ { s = $4 }
+        /^Ran [0-9]+ tests? in / { summed = 1; p = $2 }
+        /^(OK|FAILED) \(/ { f = named("failures") + named("errors"); s = named("skipped"); p = p > f + s ? p - f - s : 0 }
         /<\/testcase>/ {
             if (summed) { passed += p; failed += f; skipped += s }
             if (status == "fail" && !(summed && f)) failed++

@@ -22,13 +22,14 @@ fs::path FromUtf8(const std::string& text) {
     return std::u8string(text.begin(), text.end());
 }
 
-// The files that the page's links lead to, as paths from the page; pictures stand twice, before the files of their folder.
+// The files that the page's links lead to, as paths from the page, but for its other orders; pictures stand twice, before
+// the files of their folder.
 std::vector<std::string> LinkedFiles(const std::string& html) {
     const CHtmlDocument page(html);
     std::vector<std::string> files;
     for (int i = 0; i < page.GetElementCount(); ++i) {
         const std::string address = page.GetAddress(i, "href").AsStd();
-        if (page.GetTag(i) == "a" && !address.starts_with('#')) files.push_back(PercentDecoded(address));
+        if (page.GetTag(i) == "a" && !address.starts_with("by-")) files.push_back(PercentDecoded(address));
     }
     return files;
 }
@@ -63,20 +64,39 @@ TEST_F(ReportCommand, LinksEveryFileInOrder) {
     for (const std::string& file : files) EXPECT_TRUE(fs::exists(m_folder.Native("out") / FromUtf8(file))) << file;
     EXPECT_NE(page.find("<title>T&amp;T</title>"), page.npos);
     EXPECT_NE(page.find("b #%&amp;'+;=@\xC3\xA0\xC3\xA9.txt</A>"), page.npos);
-    EXPECT_NE(page.find("6 files in 4 folders, 30 bytes (30 bytes)"), page.npos);
-    EXPECT_NE(page.find("CBF53A1C"), page.npos);  // of "12345"
-    EXPECT_TRUE(fs::exists(m_folder.Native("out") / "report.css"));
+    EXPECT_NE(page.find("6 files in 4 folders &middot; 30 bytes (30 bytes)"), page.npos);
+    EXPECT_NE(page.find(">CBF53A1C<"), page.npos);  // of "12345"
+    for (const char* const asset : {"report.css", "qvcommon.css", "TreeMenu.js", "open.gif"})
+        EXPECT_TRUE(fs::exists(m_folder.Native("out/report-files") / asset)) << asset;
+}
+
+TEST_F(ReportCommand, HasAPageForEachOrder) {
+    for (const auto& [name, size, age] : {std::tuple{"a", 3, 2}, {"b", 9, 3}, {"c", 3, 1}}) {
+        Make(std::string("in/") + name);
+        const fs::path path = m_folder.Native("in") / name;
+        fs::resize_file(path, static_cast<std::uintmax_t>(size));
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(age));
+    }
+    const std::pair<const char*, const char*> pages[] = {
+        {"index.html", "abc"}, {"by-size.html", "bac"}, {"by-date.html", "cab"}};
+    Report();
+    for (const auto& [page, order] : pages) {
+        std::string found;
+        for (const std::string& file : LinkedFiles(m_folder.Read(std::string("out/") + page))) {
+            if (file == "index.html") continue;  // a link to the first order
+            found += file.substr(file.rfind('/') + 1);
+        }
+        EXPECT_EQ(found, order) << page;
+    }
 }
 
 TEST_F(ReportCommand, LeavesItselfOut) {
-    Make("in/a");
-    for (const char* const output : {"in", "in\\report"})
+    for (const std::string folder : {"in", "other"})
         for (int times = 0; times < 2; ++times) {
-            ASSERT_EQ(ToolStatus({"report", m_folder / "in", "-o", m_folder / output}), 0);
-            const std::string page =
-                m_folder.Read(output == std::string("in") ? "in/index.html" : "in/report/index.html");
-            const std::size_t others = output == std::string("in") ? 0 : 2;
-            EXPECT_EQ(LinkedFiles(page).size(), 1 + others) << output;
+            Make(folder + "/a");
+            const std::string output = folder == "in" ? "in" : "other/report";
+            ASSERT_EQ(ToolStatus({"report", m_folder / folder, "-o", m_folder / output}), 0);
+            EXPECT_EQ(LinkedFiles(m_folder.Read(output + "/index.html")).size(), 1u) << output;
         }
 }
 

@@ -1,5 +1,6 @@
 #include <chrono>
 
+#include "qvcommon/HtmlAssets.h"
 #include "qvcommon/framework/File.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Utf8Path.h"
@@ -11,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char *kPageName = "index.html", *kStyleSheetName = "report.css";
+constexpr FileOrder kOrders[] = {FileOrder::Name, FileOrder::Size, FileOrder::Date};
 
 struct Options {
     std::string folder, output, title;
@@ -43,11 +44,17 @@ std::string LinkPrefix(const fs::path& folder, const fs::path& output) {
 
 // The paths that the report leaves out: its own.
 std::vector<fs::path> OwnPaths(const fs::path& output) {
-    return {output, output / kPageName, output / kStyleSheetName};
+    std::vector<fs::path> paths{output, output / ReportPage::kAssetFolder};
+    for (const FileOrder order : kOrders) paths.push_back(output / ReportPage::NameOf(order));
+    return paths;
 }
 
-void WriteStyleSheet(const CString& path) {
-    CFile file(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
+void WriteAssets(const fs::path& output, const CString& outputName) {
+    const CString folder = outputName + ReportPage::kAssetFolder + "\\";
+    std::error_code failed;
+    fs::create_directory(output / ReportPage::kAssetFolder, failed);
+    CHtmlAssets::CopyTo(folder);
+    CFile file(folder + ReportPage::kStyleSheet, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
     file.Write(kStyleSheet.data(), static_cast<UINT>(kStyleSheet.size()));
     file.Close();
 }
@@ -58,16 +65,19 @@ void WriteReport(const Options& options) {
     const std::vector<FolderEntry> folders = ReadFolderTree(folder, OwnPaths(output), progress);
 
     const std::string name = Utf8(folder.filename());
-    ReportPage page({.title = options.title.empty() ? "Report of " + name : Utf8FromArgument(options.title),
-                     .folder = Utf8(folder),
-                     .linkPrefix = LinkPrefix(folder, output),
-                     .styleSheet = kStyleSheetName,
-                     .written = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())});
-    const CString outputName = CString(options.output) + "\\";
-    WriteStyleSheet(outputName + kStyleSheetName);
-    page.SetFilename(outputName + kPageName);
-    page.Write(folders);
-    page.CommitFile();
+    const ReportHeader header{.title = options.title.empty() ? "Report of " + name : Utf8FromArgument(options.title),
+                              .folder = Utf8(folder),
+                              .written = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())};
+    const CString outputName = CString(options.output) + "\\", menu = FolderMenu(folders, name);
+    WriteAssets(output, outputName);
+    std::vector<FolderRows> rows = MakeRows(folders, LinkPrefix(folder, output));
+    for (const FileOrder order : kOrders) {
+        for (FolderRows& folderRows : rows) Sort(folderRows, order);
+        ReportPage page(header, order);
+        page.SetFilename(outputName + ReportPage::NameOf(order));
+        page.Write(rows, menu);
+        page.CommitFile();
+    }
 }
 
 }  // namespace
@@ -76,7 +86,9 @@ void AddReport(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand("report", "Write a browsable HTML report of a folder");
     command->add_option("FOLDER", options->folder, "The folder to report on")->required();
-    command->add_option("-o,--output", options->output, "The folder that gets index.html; made when missing")
+    command
+        ->add_option("-o,--output", options->output,
+                     "The folder that gets index.html and what belongs to it; made when missing")
         ->required()
         ->option_text("OUTDIR");
     command->add_option("--title", options->title, "The page's title")->option_text("TEXT");

@@ -1,49 +1,55 @@
 #pragma once
 
-#include <string>
+#include <map>
 
 #include "qvcommon/HtmlWriter.h"
-#include "tools/qv/report/FolderTree.h"
+#include "tools/qv/report/FolderRows.h"
 
 namespace qv::tool {
 
 /// What a report says besides the tree itself. All texts are UTF-8.
 struct ReportHeader {
     std::string title;
-    std::string folder;      ///< shown below the title
-    std::string linkPrefix;  ///< address of the folder as seen from the page, encoded; empty or ending in "/"
-    std::string styleSheet;  ///< address of the style sheet
+    std::string folder;  ///< shown below the title
     std::time_t written = 0;
 };
 
-/// A page in UTF-8, whatever the process's code page is. Each part of the page is one call.
+/// One of the pages of a report: the same sections, a folder each, with their files in one order. In UTF-8, whatever the
+/// process's code page is.
 class ReportPage : public CHtmlWriter {
 public:
-    explicit ReportPage(ReportHeader header) : m_header(std::move(header)) {}
+    /// The folder beside the pages that holds what they all need.
+    static constexpr const char* kAssetFolder = "report-files";
+    static constexpr const char* kStyleSheet = "report.css";
+    /// The page's file name.
+    static const char* NameOf(FileOrder order);
 
-    void Write(const std::vector<FolderEntry>& folders);
-    /// Declares the character set and the width, then the title and the style sheet.
-    void AddTitleToHead(const char* title, const char* styleSheet, const char* headTag,
+    ReportPage(const ReportHeader& header, FileOrder order) : m_header(header), m_order(order) {}
+
+    /// @param menu  the script of the tree menu.
+    void Write(const std::vector<FolderRows>& folders, const CString& menu);
+    /// Declares the character set and the width; then the title, the style sheets and the scripts.
+    void AddTitleToHead(const char* title, const char* stylesheet, const char* headTag,
                         const char* dropdownImageDir) override;
 
 private:
-    void AddUtf8(std::string_view text);
-    void AddSummary(const FolderTotals& totals);
-    void AddContents(const std::vector<FolderEntry>& folders);
-    void AddContentsRow(const FolderEntry& folder, std::size_t index);
-    void AddFolder(const FolderEntry& folder, std::size_t index);
-    void AddPictures(const FolderEntry& folder);
-    void AddFileRow(const FolderEntry& folder, const FileEntry& file);
-    void AddTotals(const std::vector<FolderEntry>& folders);
+    void AddUtf8(std::string_view text) { AddFormattedText(EscapedText(text)); }
+    void AddSummary(const FolderTotals& totals, std::size_t folders);
+    void AddOrders();
+    void OpenSection(std::string_view title, const CString& summary);
+    void CloseSection();
+    void AddFolder(const FolderRows& rows, std::size_t index);
+    void AddPictures(const FolderRows& rows);
+    void AddKinds(const std::vector<FolderRows>& folders);
     void AddColumns(std::initializer_list<const char*> titles);
-    void AddCell(const CString& text, const char* attributes = "class=\"number\"");
-    std::string Address(const FolderEntry& folder, const FileEntry& file) const;
-    std::string Name(const FolderEntry& folder) const;
+    const CString& ExplainedKind(const FileKind& kind);
 
-    ReportHeader m_header;
+    const ReportHeader& m_header;
+    FileOrder m_order;
+    std::map<const FileKind*, CString> m_explainedKinds;
 };
 
-/// The UTF-8 path of a relative address: "/" stays, everything but letters, digits and "-._~" becomes %XX.
-std::string EncodeAddress(std::string_view path);
+/// The script of the menu of all folders; each leads to the section of its files on the same page.
+CString FolderMenu(const std::vector<FolderEntry>& folders, const std::string& rootName);
 
 }  // namespace qv::tool

@@ -1,5 +1,0 @@
-#include "benchmarks/support/RatioReporter.h"
-
-int main(int argc, char** argv) {
-    return RunWithRatios(argc, argv);
-}

@@ -1,0 +1,54 @@
+#include "qvcommon/framework/WinApp.h"
+
+#include <atomic>
+
+#include "platform/Process.h"
+#include "platform/Profile.h"
+
+namespace {
+
+std::atomic<CWinApp*> g_application{nullptr};
+
+// The program's file name without folder and extension.
+std::string ProgramName() {
+    const std::string path = qv::platform::CurrentProgram();
+    const std::string name = path.substr(path.find_last_of("/\\") + 1);
+    const std::size_t point = name.rfind('.');
+    return point == 0 ? name : name.substr(0, point);
+}
+
+CString AsFileName(CString name) {
+    name.Replace('/', '_');
+    name.Replace('\\', '_');
+    return name == "." || name == ".." ? CString("_") : name;
+}
+
+}  // namespace
+
+CWinApp::CWinApp(const char* name) : m_pszAppName(AsFileName(name ? name : ProgramName().c_str())) {
+    m_before = g_application.exchange(this);
+}
+
+CWinApp::~CWinApp() {
+    CWinApp* self = this;
+    g_application.compare_exchange_strong(self, m_before);
+}
+
+void CWinApp::SetRegistryKey(const char* company) {
+    m_company = AsFileName(company);
+}
+
+CString CWinApp::GetProfileString(const char* section, const char* entry, const char* otherwise) const {
+    const auto value = qv::platform::ReadProfile({m_company.AsStd(), m_pszAppName.AsStd()}, section, entry);
+    return value ? CString(*value) : CString(otherwise);
+}
+
+BOOL CWinApp::WriteProfileString(const char* section, const char* entry, const char* value) {
+    return qv::platform::WriteProfile({m_company.AsStd(), m_pszAppName.AsStd()}, section, entry, value);
+}
+
+CWinApp* AfxGetApp() {
+    if (CWinApp* const application = g_application) return application;
+    static CWinApp own;
+    return &own;
+}

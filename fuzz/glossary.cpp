@@ -1,0 +1,17 @@
+// The terms are marked that the rules give one after the other.
+#include <clocale>
+
+#include "fuzz/FuzzInput.h"
+#include "tests/support/GlossaryRules.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzInput input(data, size);
+    std::setlocale(LC_ALL, "C");  // the plain rules measure a hit by its term
+    CStringArray terms, explanations;
+    for (int n = input.Flag() ? 3 : 8; n > 0; --n) terms.Add(input.Text()), explanations.Add("<" + terms[0] + ">");
+    const std::string_view text = input.Rest().substr(0, 2000);
+    Require(CHtmlWriter::GetGlossarizedText(text, terms, explanations) ==
+                qv::test::MarkTermByTerm(text, terms, explanations),
+            "marked by the rules");
+    return 0;
+}

@@ -1,0 +1,221 @@
+// Draws a menu in the form of a tree, where the page's script calls drawMenu. A page makes the tree by
+//
+//   menu = new TreeMenu(directory, name, target, style, remembers, plain);
+//   node = menu.addItem(new TreeNode(text, picture, link, isOpen, folds, style, target, openPicture));
+//   node.addItem(...);
+//   menu.drawMenu();
+//   menu.resetBranches();
+//
+// directory    of this script; not used
+// name         of the variable that holds the menu; not used
+// target       the frame that links open in, where a node names none
+// style        the list's style class, or a node's
+// remembers    whether the window remembers which branches were opened and closed, for all pages of the folder
+// plain        no pictures on the top level
+// text         shown as it is: no markup
+// link         may be empty
+// isOpen       whether a branch is open at first, as are those that lead to the current page
+// folds        whether the branch can be opened and closed
+//
+// Branches are drawn when they are opened for the first time, so that large trees open at once. The arrow keys, Home, End,
+// Enter and Space work as in any tree.
+(function () {
+  "use strict";
+
+  function addItem(node) {
+    node.parent = this;
+    this.items.push(node);
+    return node;
+  }
+
+  function element(name, className, parent) {
+    var made = document.createElement(name);
+    if (className) made.className = className;
+    if (parent) parent.appendChild(made);
+    return made;
+  }
+
+  // ---- A node
+
+  function TreeNode(text, picture, link, isOpen, folds, style, target, openPicture) {
+    this.text = text;
+    this.picture = picture;
+    this.openPicture = openPicture || picture;
+    this.link = link;
+    this.isFirstOpen = this.isOpen = Boolean(isOpen);
+    this.folds = folds !== false;
+    this.style = style;
+    this.target = target;
+    this.items = [];
+  }
+
+  TreeNode.prototype.addItem = addItem;
+
+  TreeNode.prototype.menu = function () {
+    var root = this;
+    while (root.parent) root = root.parent;
+    return root;
+  };
+
+  // What the window remembers it by: its own text and those above it.
+  TreeNode.prototype.path = function () {
+    return (this.parent.parent ? this.parent.path() : "") + "\n" + this.text;
+  };
+
+  TreeNode.prototype.draw = function (list) {
+    var item = this.item = element("li", "", list), row = element("span", "treeMenuRow", item), menu = this.menu();
+    item.treeNode = this;
+    item.tabIndex = -1;
+    item.setAttribute("role", "treeitem");
+    this.twist = element("span", "treeMenuTwist", row);
+    this.twist.setAttribute("aria-hidden", "true");
+    this.drawPicture(row, menu);
+    this.drawText(row, menu);
+    if (this.style) item.setAttribute("aria-current", "true");
+    this.showState();
+  };
+
+  TreeNode.prototype.drawPicture = function (row, menu) {
+    if (!this.picture || (menu.plain && this.parent === menu)) return;
+    this.image = element("img", "", row);
+    this.image.alt = "";
+  };
+
+  TreeNode.prototype.drawText = function (row, menu) {
+    var text = element(this.link ? "a" : "span", this.style, row);
+    text.textContent = this.text;
+    if (!this.link) return;
+    text.href = this.link;
+    text.target = this.target || menu.target;
+    text.tabIndex = -1;
+  };
+
+  TreeNode.prototype.isBranch = function () { return this.items.length > 0; };
+
+  TreeNode.prototype.showState = function () {
+    if (!this.item) return;
+    if (this.image) this.image.src = this.isOpen ? this.openPicture : this.picture;
+    if (!this.isBranch()) return;
+    this.item.setAttribute("aria-expanded", String(this.isOpen));
+    this.twist.textContent = !this.folds ? "" : this.isOpen ? "\u25BE" : "\u25B8";
+    if (this.isOpen && !this.list) this.drawList();
+    if (this.list) this.list.hidden = !this.isOpen;
+  };
+
+  TreeNode.prototype.drawList = function () {
+    var list = this.list = element("ul", "", this.item);
+    list.setAttribute("role", "group");
+    this.items.forEach(function (node) { node.draw(list); });
+  };
+
+  TreeNode.prototype.setOpen = function (isOpen) {
+    if (!this.isBranch() || !this.folds || this.isOpen === isOpen) return;
+    this.isOpen = isOpen;
+    this.showState();
+    this.menu().remember(this);
+  };
+
+  // ---- The menu
+
+  function TreeMenu(directory, name, target, style, remembers, plain) {
+    this.target = target;
+    this.style = style;
+    this.remembers = remembers;
+    this.plain = plain;
+    this.items = [];
+  }
+
+  TreeMenu.prototype.addItem = addItem;
+
+  TreeMenu.prototype.drawMenu = function () {
+    var script = document.currentScript, list = this.list = element("ul", this.style);
+    list.setAttribute("role", "tree");
+    if (script) script.parentNode.insertBefore(list, script);
+    else document.body.appendChild(list);
+    this.items.forEach(function (node) { node.draw(list); });
+    this.current = list.querySelector("[aria-current]") || list.firstElementChild;
+    if (this.current) this.current.tabIndex = 0;
+    list.addEventListener("click", this.onClick.bind(this));
+    list.addEventListener("keydown", this.onKey.bind(this));
+  };
+
+  // Every branch as the window remembers it, else as it was first.
+  TreeMenu.prototype.resetBranches = function () {
+    var states = this.readStates(), open = this.items.slice();
+    while (open.length) {
+      var node = open.pop(), state = states[node.path()];
+      open.push.apply(open, node.items);
+      if (!node.isBranch()) continue;
+      node.isOpen = state === undefined || !node.folds ? node.isFirstOpen : state;
+      node.showState();
+    }
+  };
+
+  TreeMenu.prototype.storageKey = function () {
+    return "TreeMenu " + location.pathname.replace(/[^\/]*$/, "");
+  };
+
+  TreeMenu.prototype.readStates = function () {
+    try { return (this.remembers && JSON.parse(sessionStorage.getItem(this.storageKey()))) || {}; }
+    catch (unreadable) { return {}; }
+  };
+
+  TreeMenu.prototype.remember = function (node) {
+    if (!this.remembers) return;
+    var states = this.readStates();
+    states[node.path()] = node.isOpen;
+    try { sessionStorage.setItem(this.storageKey(), JSON.stringify(states)); } catch (refused) { }
+  };
+
+  // One item is in the order of the Tab key, the one that had the focus last.
+  TreeMenu.prototype.focusOn = function (item) {
+    if (!item) return;
+    this.current.tabIndex = -1;
+    this.current = item;
+    item.tabIndex = 0;
+    item.focus();
+  };
+
+  TreeMenu.prototype.onClick = function (event) {
+    var item = event.target.closest("li"), node = item && item.treeNode;
+    if (!node) return;
+    this.focusOn(item);
+    if (!event.target.closest("a")) node.setOpen(!node.isOpen);
+  };
+
+  function shownItems(list) {
+    return Array.prototype.filter.call(list.querySelectorAll("li"), function (item) {
+      return item.getClientRects().length > 0;
+    });
+  }
+
+  TreeMenu.prototype.onKey = function (event) {
+    var item = event.target.closest("li"), node = item && item.treeNode;
+    if (!node || event.altKey || event.ctrlKey || event.metaKey) return;
+    var items = shownItems(this.list), place = items.indexOf(item), link = item.querySelector(".treeMenuRow a");
+    switch (event.key) {
+      case "ArrowDown": this.focusOn(items[place + 1]); break;
+      case "ArrowUp": this.focusOn(items[place - 1]); break;
+      case "Home": this.focusOn(items[0]); break;
+      case "End": this.focusOn(items[items.length - 1]); break;
+      case "ArrowRight":
+        if (node.isBranch() && !node.isOpen) node.setOpen(true);
+        else if (node.isBranch()) this.focusOn(node.items[0].item);
+        break;
+      case "ArrowLeft":
+        if (node.isBranch() && node.isOpen && node.folds) node.setOpen(false);
+        else this.focusOn(node.parent.item);
+        break;
+      case " ": node.setOpen(!node.isOpen); break;
+      case "Enter":
+        if (link) link.click();
+        else node.setOpen(!node.isOpen);
+        break;
+      default: return;
+    }
+    event.preventDefault();
+  };
+
+  window.TreeMenu = TreeMenu;
+  window.TreeNode = TreeNode;
+})();

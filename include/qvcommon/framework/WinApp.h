@@ -1,0 +1,43 @@
+#pragma once
+
+/// @file The application, as far as the library asks it: the profile in which it keeps its settings.
+
+#include "qvcommon/framework/String.h"
+
+/// A program makes one before it uses the profile; without any, AfxGetApp gives one of the library's own. The profile may be
+/// used from any thread and by several processes at once: no write undoes another one.
+///
+/// Where the profile is:
+/// - Windows, after SetRegistryKey: below HKEY_CURRENT_USER\Software\COMPANY\APPLICATION, a key a section;
+/// - Windows otherwise: the private profile APPLICATION.INI of the Windows folder, whose rules for quotes and blanks around
+///   a value hold, and which keeps no line ends;
+/// - Linux: the file COMPANY/APPLICATION.ini, or APPLICATION.ini, in the user's configuration folder ($XDG_CONFIG_HOME,
+///   else ~/.config). Every write puts a whole new file in the old one's place; lines that it does not concern stay.
+///
+/// Sections and entries go by their names without regard to case. A text ends at its first zero byte.
+class QVCOMMON_API CWinApp : public CObject {
+public:
+    /// The application's name; by default that of the program file without its extension. It names a file: path separators
+    /// in it become "_".
+    explicit CWinApp(const char* name = nullptr);
+    ~CWinApp() override;
+    CWinApp(const CWinApp&) = delete;
+    CWinApp& operator=(const CWinApp&) = delete;
+
+    /// The company under whose name the profile is kept, on Windows in the registry. To be called before the profile is used.
+    void SetRegistryKey(const char* company);
+
+    /// The value, or `otherwise` when there is none or the profile cannot be read.
+    CString GetProfileString(const char* section, const char* entry, const char* otherwise = nullptr) const;
+    /// @return 0 when the system could not keep the value; the profile is as it was then.
+    BOOL WriteProfileString(const char* section, const char* entry, const char* value);
+
+    CString m_pszAppName;
+
+private:
+    CString m_company;
+    CWinApp* m_before;
+};
+
+/// The application object; never null.
+QVCOMMON_API CWinApp* AfxGetApp();

@@ -1,0 +1,26 @@
+#pragma once
+
+/// @file The text of an INI file: lines "[section]", "name=value" and comments that begin with ";" or "#".
+///
+/// Names go without regard to the case of A to Z. Of sections and of entries with the same name the first counts. Blanks
+/// around names and values are no part of them. What would not come back otherwise is escaped on writing: in names bytes
+/// as "%" and two hexadecimal digits, values in double quotes with the escapes \\ \" and \x and two hexadecimal digits.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "qvcommon/Export.h"
+
+namespace qv::platform {
+
+/// Accepts any text. Nothing when there is no such entry.
+QVCOMMON_INTERNAL_API std::optional<std::string> FindIniValue(std::string_view text, std::string_view section,
+                                                              std::string_view entry);
+
+/// The text with the value set, every other line as it was. A new entry goes behind the last one of its section, a new
+/// section to the end.
+QVCOMMON_INTERNAL_API std::string WithIniValue(std::string_view text, std::string_view section, std::string_view entry,
+                                               std::string_view value);
+
+}  // namespace qv::platform

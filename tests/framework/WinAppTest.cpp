@@ -1,0 +1,108 @@
+#include "qvcommon/framework/WinApp.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "platform/IniText.h"
+#include "tests/support/Child.h"
+#include "tests/support/ScopedProfile.h"
+
+namespace {
+
+using qv::platform::FindIniValue;
+using qv::platform::WithIniValue;
+
+TEST(IniText, FindsWhatOtherProgramsWrote) {
+    constexpr std::string_view text =
+        "\xEF\xBB\xBF; comment\r\nlost=1\n[ One ]\r\n a = x = y \r\n;a=2\n#a=3\nA=4\nquoted=\"  "
+        "\\\"\\\\\\x0A\\q\"\nopen=\"\n"
+        "=unnamed\n[two]\na=5\n[one]\nb=6\n%41%zz%=7\n[";
+    const struct {
+        const char *section, *entry, *value;
+    } cases[] = {
+        {"ONE", "a", "x = y"}, {"one", "quoted", "  \"\\\n\\q"}, {"one", "open", "\""}, {"two", "A", "5"},
+        {"one", "b", nullptr}, {"one", "", "unnamed"},           {"", "lost", nullptr}, {"three", "a", nullptr}};
+    for (const auto& c : cases) {
+        const auto value = FindIniValue(text, c.section, c.entry);
+        EXPECT_EQ(value, c.value ? std::optional<std::string>(c.value) : std::nullopt) << c.entry;
+    }
+}
+
+TEST(IniText, LeavesOtherLinesAlone) {
+    const struct {
+        const char *before, *section, *entry, *after;
+    } cases[] = {{"", "s", "e", "[s]\ne=v\n"},
+                 {"x", "s", "e", "x\n\n[s]\ne=v\n"},
+                 {"[S]\r\nE = 1\r\nf=2", "s", "e", "[S]\r\ne=v\nf=2"},
+                 {"[s]\n\n[t]\ne=1\n", "s", "e", "[s]\ne=v\n\n[t]\ne=1\n"},
+                 {"[t]\n[s]\na=1\n; b\n\n\n", "s", "e", "[t]\n[s]\na=1\n; b\ne=v\n\n\n"}};
+    for (const auto& c : cases) EXPECT_EQ(WithIniValue(c.before, c.section, c.entry, "v"), c.after) << c.before;
+}
+
+TEST(IniText, GivesBackWhatItTook) {
+    std::string text;
+    for (int i = 0; i < 65536; ++i) {
+        const std::string pair{static_cast<char>(i >> 8), static_cast<char>(i)};
+        text = WithIniValue("[other]\n", pair, pair, pair);
+        ASSERT_EQ(FindIniValue(text, pair, pair), pair) << text;
+        ASSERT_EQ(FindIniValue(WithIniValue(text, "other", "x", "\\"), pair, pair), pair) << text;
+    }
+}
+
+TEST(WinApp, KeepsTextsInTheProfile) {
+    const TempFolder folder;
+    for (const char* const company : {"", "QvCommon/Tests"}) {
+        ScopedProfile app(folder.Native().string());
+        if (*company) app.SetRegistryKey(company);
+        EXPECT_EQ(AfxGetApp(), &app);
+        const CString fresh = std::to_string(std::random_device()());
+        EXPECT_EQ(app.GetProfileString("Section", fresh), "");
+        EXPECT_EQ(app.GetProfileString("Section", fresh, "none"), "none");
+        for (const char* const value : {"a,b=c;[d]", "", "\xE9t\xE9 \\ \"x\"", "last"}) {
+            EXPECT_TRUE(app.WriteProfileString("Section", fresh, value));
+            EXPECT_EQ(app.GetProfileString("SECTION", fresh, "none"), value);
+        }
+        EXPECT_TRUE(app.WriteProfileString("Section 2", fresh, "other"));
+        EXPECT_EQ(app.GetProfileString("Section", fresh), "last");
+        if (app.IsFile()) {
+            EXPECT_TRUE(folder.Has(*company ? "QvCommon_Tests/QvCommonTests.ini" : "QvCommonTests.ini"));
+        }
+    }
+    EXPECT_TRUE(AfxGetApp());
+}
+
+TEST(WinApp, SaysWhenAValueIsNotKept) {
+    const TempFolder folder;
+    folder.Write("file", "");
+    const ScopedProfile app((folder.Native() / "file").string());
+    if (!app.IsFile()) GTEST_SKIP() << "profiles are no files";
+    EXPECT_FALSE(AfxGetApp()->WriteProfileString("s", "e", "v"));
+    EXPECT_EQ(app.GetProfileString("s", "e", "none"), "none");
+}
+
+QV_CHILD(WriteProfile) {
+    ScopedProfile app(arguments.at(0));
+    app.SetRegistryKey("QvCommonTests");
+    for (int i = 0; i < 40; ++i)
+        if (!app.WriteProfileString("Battle", (arguments.at(1) + std::to_string(i)).c_str(), arguments.at(2).c_str()))
+            return 1;
+    return 0;
+}
+
+TEST(WinApp, NoWriterUndoesAnother) {
+    const TempFolder folder;
+    const std::string run = std::to_string(std::random_device()());
+    CProcess writers[4];
+    for (int i = 0; i < 4; ++i)
+        StartChild(writers[i], "WriteProfile",
+                   {folder.Native().string(), CString(std::string(1, static_cast<char>('a' + i))), run});
+    for (CProcess& writer : writers) EXPECT_EQ(writer.Wait(), 0);
+    ScopedProfile app(folder.Native().string());
+    app.SetRegistryKey("QvCommonTests");
+    for (const char writer : {'a', 'b', 'c', 'd'})
+        for (int i = 0; i < 40; ++i)
+            ASSERT_EQ(app.GetProfileString("Battle", CString(writer) + std::to_string(i).c_str()), run.c_str());
+}
+
+}  // namespace

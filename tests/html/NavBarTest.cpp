@@ -1,0 +1,115 @@
+#include "qvcommon/NavBar.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/Raised.h"
+#include "tests/support/ScopedProfile.h"
+
+namespace {
+
+class NavBars : public testing::Test {
+protected:
+    // The texts of the bar's rows, the current one in brackets.
+    static CString Rows(CNavBar& bar) {
+        CHtmlWriter page;
+        bar.SetAllowRollup(0);
+        bar.GenerateHtml(page);
+        CString html = page.GetHtml().Mid(page.GetHtml().Find("<TBODY><TR><TD"));
+        for (const auto& [find, replacement] : {std::pair{"<TD class=\"clsSelected\">", "["},
+                                                {"<TR>", ""},
+                                                {"<TD>", ""},
+                                                {"</TD>", " "},
+                                                {"<TBODY>", ""}})
+            html.Replace(find, replacement);
+        return CHtmlWriter::HtmlToPlainText(html);
+    }
+
+    TempFolder m_folder;
+    ScopedProfile m_app{m_folder.Native().string()};
+    // Profiles that are no files outlive the test.
+    const CString m_section = m_folder.Native().parent_path().filename().string();
+};
+
+TEST_F(NavBars, OptionsGoByTheirIndex) {
+    COptionNavBar bar;
+    bar.SetOptions({"One", "Two", "two"});
+    EXPECT_EQ(bar.ProcessCommand("2"), 0);
+    bar.SetCommand("Go");
+    const struct {
+        const char* command;
+        int result, option;
+        const char* text;
+    } cases[] = {
+        {"Go1", 1, 1, "Two"}, {"go2", 0, 1, "Two"}, {"Go", 1, 0, "One"}, {"Go9", 1, 9, ""}, {"Go-1", 1, -1, ""}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(bar.ProcessCommand(c.command), c.result) << c.command;
+        EXPECT_EQ(bar.GetOption(), c.option);
+        EXPECT_EQ(bar.GetSubHeading(), c.text);
+    }
+    EXPECT_EQ(bar.SetOptionByText("TWO"), 1);
+    EXPECT_EQ(bar.GetOption(), 1);
+    EXPECT_EQ(bar.SetOptionByText("Three"), 0);
+    EXPECT_EQ(bar.GetOption(), -1);
+}
+
+TEST_F(NavBars, StringOptionsAreKeptInTheProfile) {
+    CStringOptionNavBar bar(m_section, "Option"), other(m_section, "Option"), own("", "");
+    for (CStringOptionNavBar* const b : {&bar, &other, &own}) b->SetOptions({"Red", "Blue"}), b->SetCommand("c:");
+    EXPECT_EQ(bar.ProcessCommand("c:bLUE"), 1);
+    EXPECT_EQ(bar.ProcessCommand("c:Green"), 0);
+    EXPECT_EQ(other.GetOption(), "Blue");
+    EXPECT_EQ(Rows(other), "Red [Blue");
+    EXPECT_EQ(Rows(own), "Red Blue");
+    own.SetOption("Red");
+    EXPECT_EQ(own.GetOption(), "Red");
+    bar.SetOption("Gone");
+    EXPECT_EQ(other.GetSubHeading(), "");
+    EXPECT_EQ(Rows(other), "Red Blue");
+    EXPECT_EQ(m_app.GetProfileString(m_section, "Option", "none"), "");
+}
+
+TEST_F(NavBars, GroupsGoByTheirKeys) {
+    CGroupNavBar bar(m_section, "Group");
+    bar.SetGroups({"Mine", "Yours"}, {"k1", "K1"});
+    EXPECT_TRUE(Raised<CInvalidArgException>([&] { bar.SetGroups({"a"}, {}); }));
+    bar.SetCommand("g=");
+    EXPECT_EQ(bar.ProcessCommand("g=K1"), 1);
+    EXPECT_EQ(bar.ProcessCommand("g=k2"), 0);
+    EXPECT_EQ(CGroupNavBar(m_section, "Group").GetOption(), "K1");
+    EXPECT_EQ(bar.GetGroup(), "Yours");
+    EXPECT_EQ(Rows(bar), "Mine [Yours");
+    m_app.WriteProfileString(m_section, "Group", "gone");
+    EXPECT_EQ(Rows(bar), "Mine Yours");
+    EXPECT_EQ(m_app.GetProfileString(m_section, "Group", "none"), "");
+}
+
+struct Recent : CMruNavBar {
+    using CMruNavBar::CMruNavBar;
+    CString GetDisplayText(const CString& id) override { return id == "hidden" ? CString() : "<" + id + ">"; }
+};
+
+TEST_F(NavBars, TheLastUsedComeFirst) {
+    Recent bar(3, m_section, "Mru");
+    const struct {
+        const char *id, *stored, *rows;
+    } cases[] = {{"a", "a,,", "[<a>"},
+                 {"b", "b,a,", "[<b> <a>"},
+                 {"a", "a,b,", "[<a> <b>"},
+                 {"hidden", "hidden,a,b", "<a> <b>"},
+                 {"A", "A,hidden,a", "[<A> <a>"},
+                 {"a", "a,A,hidden", "[<a> <A>"}};
+    for (const auto& c : cases) {
+        bar.AddId(c.id);
+        EXPECT_EQ(m_app.GetProfileString(m_section, "Mru"), c.stored);
+        EXPECT_EQ(Rows(bar), c.rows);
+    }
+    EXPECT_EQ(bar.GetSubHeading(), "<a>");
+    Recent one(1, m_section, "Mru"), none(-1, "", "");
+    one.AddId("x");
+    none.AddId("y");
+    EXPECT_EQ(m_app.GetProfileString(m_section, "Mru"), "x");
+    EXPECT_EQ(Rows(none), "[<y>");
+    EXPECT_EQ(Rows(bar), "<x>");
+}
+
+}  // namespace

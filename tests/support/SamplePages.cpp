@@ -1,0 +1,181 @@
+#include "tests/support/SamplePages.h"
+
+#include "qvcommon/HtmlTreeMenu.h"
+#include "qvcommon/NavBar.h"
+#include "qvcommon/StringHelper.h"
+
+void SamplePage::AddTitleToHead(const char* title, const char* stylesheet, const char* headTag,
+                                const char* dropdownImageDir) {
+    CHtmlWriter::AddTitleToHead(title, stylesheet, headTag, dropdownImageDir);
+    if (m_support) AddBrowserSupport();
+}
+
+namespace {
+
+void Begin(CHtmlWriter& page, const char* title, const char* bodyAttributes = nullptr,
+           const char* imageDirectory = nullptr) {
+    page.OpenTag("html");
+    page.AddTitle(title, "assets\\qvcommon.css", nullptr, imageDirectory);
+    page.OpenTag("body", bodyAttributes);
+}
+
+void End(CHtmlWriter& page) {
+    page.CloseTag("body");
+    page.CloseTag("html");
+}
+
+void AddSection(CHtmlWriter& page, const char* title, const char* text) {
+    page.AddDropdownTitle(2, title);
+    page.StartDropdownText();
+    page.AddBookmark(text);
+    page.AddParagraph(text);
+    page.EndDropdownText();
+}
+
+void WriteSections(CHtmlWriter& page) {
+    Begin(page, "Sections", nullptr, "assets");
+    page.SetDropdowns(0, "");
+    AddSection(page, "No section", "plain");
+    page.SetDropdowns(1, "assets");
+    for (const char* const text : {"one", "two", "three"}) AddSection(page, "A <section>", text);
+    page.AddDropdownCookie();
+    End(page);
+}
+
+void WriteSingleSection(CHtmlWriter& page) {
+    Begin(page, "One section", nullptr, "assets\\");
+    page.SetDropdowns(1, "assets\\");
+    AddSection(page, "Alone", "one");
+    page.AddDropdownCookie();
+    End(page);
+}
+
+void WritePopups(CHtmlWriter& page) {
+    Begin(page, "Glossary");
+    page.AddPopupScript();
+    page.AddGlossarizedParagraph("Cats, a dog and the cat's category & a DOG.", {"dog", "CAT"},
+                                 {"it's <b>", "\"A\\pet\"\r\nof \xA0 ours"});
+    page.AddFormattedText("<p style=\"position:absolute;right:8px;bottom:8px\">");
+    page.AddFormattedText(CHtmlWriter::GetGlossarizedText("dog", {"dog"}, {"in the corner"}));
+    page.AddFormattedText("</p>");
+    End(page);
+}
+
+void WriteQuickMenu(CHtmlWriter& page) {
+    Begin(page, "Quick menu", "onscroll=\"scrollMenu()\"");
+    page.AddQuickMenuScript();
+    page.OpenQuickMenu("Menu & more");
+    page.AddQuickMenuLink("#a", "<A>");
+    page.AddQuickMenuLink("#b", "B");
+    page.StartQuickMenuPage();
+    page.AddFormattedText("<div style=\"height:5000px\">Long</div>");
+    page.CloseQuickMenu();
+    End(page);
+}
+
+void AddOrder(CHtmlWriter& page, const char* id, int option, int allowRollup) {
+    COptionNavBar bar;
+    bar.SetName("Order & size");
+    bar.SetCommand("order?by=");
+    bar.SetOptions({"Name", "<Size>", "Date"});
+    bar.SetOption(option);
+    bar.SetRollupGuid(id);
+    bar.SetAllowRollup(allowRollup);
+    bar.SetSelectionImage(allowRollup ? "assets/closed.gif" : "");
+    bar.GenerateHtml(page);
+}
+
+void WriteBars(CHtmlWriter& page) {
+    Begin(page, "Bars");
+    CNavBar::AddRollupScript("assets\\rolledup.gif", "assets\\rolleddown.gif", page);
+    AddOrder(page, "B1", 1, 1);
+    AddOrder(page, "B2", 7, 1);
+    AddOrder(page, "B3", 0, 0);
+    CNavBar::AddRollupScriptCookie(page);
+    End(page);
+}
+
+void WriteSingleBar(CHtmlWriter& page) {
+    Begin(page, "One bar");
+    CNavBar::AddRollupScript("assets\\rolledup.gif", "assets\\rolleddown.gif", page);
+    AddOrder(page, "B1", 1, 1);
+    CNavBar::AddRollupScriptCookie(page);
+    End(page);
+}
+
+void WriteTree(CHtmlWriter& page) {
+    CHtmlTreeNode::SetImageDir("assets\\\\");
+    CHtmlTreeBuilder tree;
+    page.OpenTag("html");
+    page.OpenTag("head");
+    page.AddTitleToHead("Tree", "assets\\qvcommon.css");
+    page.AddFormattedText(tree.GetDropdownScript("assets"));
+    page.CloseTag("head");
+    page.OpenTag("body");
+    tree.SetSelectedStyle("treeMenuSelected");
+    CHtmlTreeNode* const fruit = tree.AddNode(new CHtmlTreeNode("Fruit", "", "#fruit", 0));
+    CHtmlTreeNode* const apples = fruit->AddNode(new CHtmlTreeNode("Apples", "", "", 0));
+    apples->AddNode(new CHtmlTreeNode("Cox\\x27s <b>Orange</b>", "assets/open.gif", "#cox", 1));
+    fruit->AddNode(new CHtmlTreeNode("Pears", "", "#pears", 0))
+        ->AddNode(new CHtmlTreeNode("Conference", "", "#conference", 0));
+    tree.SetTargetFrame("_self");
+    page.AddFormattedText(tree.GetHtml());
+    End(page);
+}
+
+// Texts that would call a function, end an element or break a string if they got through, in every place that takes a text.
+constexpr const char* kHostile[] = {"<script>harm()</script>",
+                                    "\"onclick=\"harm()",
+                                    "'onclick='harm()",
+                                    "</title></td>-->]]><!--",
+                                    "&lt;&#60;&amp;lt;&nbsp",
+                                    "\\'\\\\');harm();('\\",
+                                    "\x01\x7F\xC3\xA9\xFF\xC3",
+                                    "a\r\nb",
+                                    "');harm();(\"",
+                                    "${harm()}`"};
+
+CString Hex(std::string_view text) {
+    CString hex;
+    for (const char c : text) hex += CStringHelper::Format("%02x", static_cast<unsigned char>(c));
+    return hex;
+}
+
+void AddEverywhere(CHtmlWriter& page, const char* text) {
+    page.OpenTag("article", "data-text=\"" + Hex(text) + '"');
+    page.AddDropdownTitle(3, text);
+    page.StartDropdownText();
+    page.EndDropdownText();
+    page.OpenQuickMenu(text);
+    page.AddQuickMenuLink("#", text);
+    page.StartQuickMenuPage();
+    page.CloseQuickMenu();
+    COptionNavBar bar;
+    bar.SetName(text);
+    bar.SetRollupGuid("B" + Hex(text));
+    bar.SetOptions({text});
+    bar.GenerateHtml(page);
+    page.AddGlossarizedParagraph(CString(text) + " term", {"term"}, {text});
+    page.CloseTag("article");
+}
+
+void WriteHostile(CHtmlWriter& page) {
+    Begin(page, kHostile[0], nullptr, "assets");
+    page.AddPopupScript();
+    page.SetDropdowns(1, "assets");
+    CNavBar::ms_strRolledUpImage = "assets/rolledup.gif";
+    for (const char* const text : kHostile) AddEverywhere(page, text);
+    page.AddDropdownCookie();
+    End(page);
+}
+
+constexpr Sample kSamples[] = {{"sections", WriteSections}, {"section", WriteSingleSection},
+                               {"popups", WritePopups},     {"quickmenu", WriteQuickMenu},
+                               {"bars", WriteBars},         {"bar", WriteSingleBar},
+                               {"tree", WriteTree},         {"hostile", WriteHostile}};
+
+}  // namespace
+
+std::span<const Sample> SamplePages() {
+    return kSamples;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <span>
+
+#include "qvcommon/HtmlWriter.h"
+
+/// A page of one family of interactive elements, as applications write them.
+class SamplePage : public CHtmlWriter {
+public:
+    /// @param support  whether the page carries what browsers of today need.
+    explicit SamplePage(bool support) : m_support(support) {}
+    void AddTitleToHead(const char* title, const char* stylesheet, const char* headTag,
+                        const char* dropdownImageDir) override;
+
+private:
+    bool m_support;
+};
+
+struct Sample {
+    const char* name;
+    void (*write)(CHtmlWriter& page);
+};
+
+std::span<const Sample> SamplePages();

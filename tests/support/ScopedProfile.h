@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/Profile.h"
+#include "qvcommon/framework/WinApp.h"
+#include "tests/support/TempFolder.h"
+
+/// An application whose profile lies in a folder of its own, where the system keeps profiles in folders.
+class ScopedProfile : public CWinApp {
+public:
+    explicit ScopedProfile(const std::string& folder) : CWinApp("QvCommonTests") {
+        m_isFile = qv::platform::UseProfileFolder(folder.c_str());
+    }
+    ~ScopedProfile() override { qv::platform::UseProfileFolder(nullptr); }
+
+    bool IsFile() const { return m_isFile; }
+
+private:
+    bool m_isFile;
+};

@@ -1,0 +1,46 @@
+#include "tools/qv/report/FolderRows.h"
+
+#include <algorithm>
+
+namespace qv::tool {
+namespace {
+
+FileRow MakeRow(const FileEntry& file, const std::string& folderAddress) {
+    const FileKind& kind = KindOf(file.name);
+    const CString address = folderAddress + EncodeAddress(file.name), name = EscapedText(file.name);
+    FileRow row{&file, &kind, {}, {}, {}};
+    row.begin = "\n<tr><td><A href=\"" + address + "\">" + name + "</A></td><td>";
+    row.end = "</td><td class=\"number\" title=\"" + Counted(file.size, "byte") + "\">" + Size(file.size) +
+              "</td><td class=\"number\">" + Date(file.modified) + "</td><td class=\"number exact\">" +
+              Checksum(file.checksum) + "</td></tr>";
+    if (kind.isShownByBrowsers) {
+        const CString title = EscapedValue(file.name);
+        row.thumbnail = "\n<A href=\"" + address + "\"><img src=\"" + address + "\" alt=\"" + title + "\" title=\"" +
+                        title + "\" loading=\"lazy\" decoding=\"async\"></A>";
+    }
+    return row;
+}
+
+}  // namespace
+
+std::vector<FolderRows> MakeRows(const std::vector<FolderEntry>& folders, const std::string& linkPrefix) {
+    std::vector<FolderRows> all;
+    for (const FolderEntry& folder : folders) {
+        FolderRows rows{&folder, {}};
+        const std::string address = linkPrefix + EncodeAddress(folder.path.empty() ? "" : folder.path + '/');
+        for (const FileEntry& file : folder.files) rows.files.push_back(MakeRow(file, address));
+        all.push_back(std::move(rows));
+    }
+    return all;
+}
+
+void Sort(FolderRows& rows, FileOrder order) {
+    std::sort(rows.files.begin(), rows.files.end(), [order](const FileRow& a, const FileRow& b) {
+        if (order == FileOrder::Size && a.file->size != b.file->size) return a.file->size > b.file->size;
+        if (order == FileOrder::Date && a.file->modified != b.file->modified)
+            return a.file->modified > b.file->modified;
+        return a.file < b.file;
+    });
+}
+
+}  // namespace qv::tool
