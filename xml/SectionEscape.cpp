@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "html/ByteScan.h"
+
 namespace qv {
 namespace {
 
@@ -27,11 +29,10 @@ const Entity* EntityAt(std::string_view text) {
 }  // namespace
 
 void AppendSectionText(std::string& out, std::string_view text) {
+    using Specials = html::ByteSet<'&', '<', '>', '\n', '\r'>;
     std::size_t from = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const std::string_view escape = kEscapes[static_cast<unsigned char>(text[i])];
-        if (escape.empty()) continue;
-        out.append(text, from, i - from).append(escape);
+    for (std::size_t i = Specials::Find(text, 0); i < text.size(); i = Specials::Find(text, from)) {
+        out.append(text, from, i - from).append(kEscapes[static_cast<unsigned char>(text[i])]);
         from = i + 1;
     }
     out.append(text, from);

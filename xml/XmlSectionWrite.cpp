@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 
 #include "qvcommon/XmlSection.h"
@@ -9,13 +10,27 @@ namespace {
 
 constexpr int kStep = 4;
 
-void AppendTag(std::string& out, std::string_view begin, std::string_view tag) {
-    out += begin;
-    const std::size_t from = out.size();
-    out += tag;
-    for (std::size_t i = from; i < out.size(); ++i)
-        if (out[i] == ' ') out[i] = '_';
-    out += '>';
+// A tag as it is written, without a copy where it stands so already.
+class WrittenTag {
+public:
+    explicit WrittenTag(std::string_view tag) : m_view(tag) {
+        if (tag.find(' ') == tag.npos) return;
+        m_cleaned = CXmlSection::CleanTag(tag);
+        m_view = m_cleaned;
+    }
+    WrittenTag(const WrittenTag&) = delete;
+    WrittenTag& operator=(const WrittenTag&) = delete;
+
+    operator std::string_view() const { return m_view; }
+
+private:
+    CString m_cleaned;
+    std::string_view m_view;
+};
+
+// Room for one more line; the text grows by doubling.
+void Reserve(std::string& text, std::size_t more) {
+    if (text.capacity() - text.size() < more) text.reserve(std::max(2 * text.capacity(), text.size() + more));
 }
 
 }  // namespace
@@ -26,12 +41,20 @@ void CXmlSection::AppendRawXml(std::string_view text, BOOL indentAfter, BOOL out
     if (indentAfter) m_indent += kStep;
 }
 
+void CXmlSection::BeginLine(std::string_view tag, std::size_t length) {
+    Reserve(m_text, static_cast<std::size_t>(m_indent) + 2 * tag.size() + length + 8);
+    (m_text.append(static_cast<std::size_t>(m_indent), ' ') += '<').append(tag) += '>';
+}
+
+void CXmlSection::EndLine(std::string_view tag) {
+    m_text.append("</").append(tag).append(">\n");
+}
+
 void CXmlSection::AddElement(std::string_view tag, std::string_view escaped) {
-    m_text.append(static_cast<std::size_t>(m_indent), ' ');
-    AppendTag(m_text, "<", tag);
+    const WrittenTag written(tag);
+    BeginLine(written, escaped.size());
     m_text += escaped;
-    AppendTag(m_text, "</", tag);
-    m_text += '\n';
+    EndLine(written);
 }
 
 void CXmlSection::OpenElement(std::string_view tag) {
@@ -44,11 +67,10 @@ void CXmlSection::CloseElement(std::string_view tag) {
 
 void CXmlSection::AddString(std::string_view tag, std::string_view text, BOOL force) {
     if (text.empty() && !force) return;
-    m_text.append(static_cast<std::size_t>(m_indent), ' ');
-    AppendTag(m_text, "<", tag);
+    const WrittenTag written(tag);
+    BeginLine(written, text.size());
     qv::AppendSectionText(m_text, text);
-    AppendTag(m_text, "</", tag);
-    m_text += '\n';
+    EndLine(written);
 }
 
 void CXmlSection::AddInteger(std::string_view tag, int value, BOOL force) {
@@ -101,9 +123,10 @@ void CXmlSection::AddSection(const CXmlSection& section, BOOL force) {
     if (section.m_node) return AddElement(section.m_tag, section.m_node->Content());
     OpenElement(section.m_tag);
     const std::string_view lines = section.m_text;
+    Reserve(m_text, lines.size() + lines.size() / 2);
     for (std::size_t from = 0, end; from < lines.size(); from = end + 1) {
         end = std::min(lines.find('\n', from), lines.size());
-        AppendRawXml(lines.substr(from, end - from), 0, 0);
+        m_text.append(static_cast<std::size_t>(m_indent), ' ').append(lines, from, end + 1 - from);
     }
     CloseElement(section.m_tag);
 }

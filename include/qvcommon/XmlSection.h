@@ -122,6 +122,8 @@ public:
     [[noreturn]] static void ThrowXmlException(int number, const char* message);
 
 private:
+    void BeginLine(std::string_view tag, std::size_t length);
+    void EndLine(std::string_view tag);
     void AddElement(std::string_view tag, std::string_view escaped);
     void OpenElement(std::string_view tag);
     void CloseElement(std::string_view tag);

@@ -7,17 +7,26 @@
 
 #include <libxml/tree.h>
 
+#include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "xml/dom/Backend.h"
 
 namespace qv::dom {
 
+/// The child elements of one name, in order, of a parent that a path with an index has passed.
+struct NamedChildren {
+    std::string name;
+    std::vector<xmlNode*> nodes;
+};
+
 struct Tree {
     xmlDoc* doc;
     bool keepSpace = false;
     MSXML2::IXMLDOMParseError problem;
+    std::unordered_map<const xmlNode*, NamedChildren> children = {};  // until the tree changes
     std::size_t nodes = 0;                                   // Nodes in it
     std::unordered_map<xmlNode*, std::size_t> orphans = {};  // the top of each, and how many Nodes there are in it
 };
@@ -51,8 +60,8 @@ void ReplaceTree(Node& document, xmlDoc* doc);
 void Detach(Tree& tree, xmlNode* node);
 /// Makes a node, which may be an orphan or stand elsewhere, part of the tree. It has no parent then.
 void Adopt(Tree& tree, Node& node, xmlNode* parent);
-/// The node came to stand in an orphan, perhaps.
-void JoinOrphan(Tree& tree, xmlNode* node);
+/// To be called when a node has come to stand in the tree, or in an orphan.
+void Joined(Tree& tree, xmlNode* node);
 
 bool IsOrdinary(const xmlNode* node);
 /// The name as it is written, compared without building it.

@@ -70,6 +70,7 @@ void ReleaseOrphan(Tree& tree, std::unordered_map<xmlNode*, std::size_t>::iterat
 
 // Namespaces that the node uses from outside stay with the document.
 std::size_t Unlink(Tree& tree, xmlNode* node) {
+    tree.children.clear();
     const std::size_t nodes = CountNodes(node);
     const auto orphan = node->parent ? OrphanOf(tree, node) : tree.orphans.end();
     xmlDOMWrapRemoveNode(nullptr, tree.doc, node, 0);
@@ -173,7 +174,8 @@ void Adopt(Tree& tree, Node& node, xmlNode* parent) {
     ForgetNode(from);
 }
 
-void JoinOrphan(Tree& tree, xmlNode* node) {
+void Joined(Tree& tree, xmlNode* node) {
+    tree.children.clear();
     const auto orphan = OrphanOf(tree, node);
     if (orphan != tree.orphans.end()) orphan->second += CountNodes(node);
 }

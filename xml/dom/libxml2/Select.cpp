@@ -11,7 +11,7 @@ namespace {
 // element is looked at once.
 class Walk {
 public:
-    Walk(xmlNode* context, const SimplePath& path) : m_context(context), m_steps(path.steps) {}
+    Walk(Tree& tree, xmlNode* context, const SimplePath& path) : m_tree(tree), m_context(context), m_steps(path.steps) {}
 
     // Calls `found` with each node that the path selects, in document order, until it returns true.
     template <class Found>
@@ -49,9 +49,21 @@ private:
     xmlNode* Down(const xmlNode* parent) {
         if (parent->type != XML_ELEMENT_NODE && parent->type != XML_DOCUMENT_NODE) return nullptr;
         int left = std::max(m_steps[m_depth].index, 0);
+        if (left >= kFar) return FarChild(parent, static_cast<std::size_t>(left));
         for (xmlNode* child = parent->children; child; child = child->next)
             if (Matches(child) && left-- == 0) return child;
         return nullptr;
+    }
+
+    // Looked up, so that many paths to many siblings do not walk past all of them again and again.
+    xmlNode* FarChild(const xmlNode* parent, std::size_t index) {
+        NamedChildren& known = m_tree.children[parent];
+        if (known.name != m_steps[m_depth].name) {
+            known = {std::string(m_steps[m_depth].name), {}};
+            for (xmlNode* child = parent->children; child; child = child->next)
+                if (Matches(child)) known.nodes.push_back(child);
+        }
+        return index < known.nodes.size() ? known.nodes[index] : nullptr;
     }
 
     // The next match among the siblings; an index selects one only.
@@ -69,6 +81,9 @@ private:
         return Again(node);
     }
 
+    static constexpr int kFar = 8;
+
+    Tree& m_tree;
     xmlNode* m_context;
     xmlNode* m_parent = nullptr;  // the match of the step before
     const std::vector<PathStep>& m_steps;
@@ -79,7 +94,7 @@ template <class Found>
 void WalkSimple(Node& context, const SimplePath& path, Found found) {
     xmlNode* const from = path.absolute ? reinterpret_cast<xmlNode*>(context.tree->doc) : context.node;
     if (path.steps.empty()) return void(found(from));
-    Walk walk(from, path);
+    Walk walk(*context.tree, from, path);
     if (!path.steps[0].attribute) return walk.Run(found);
     if (xmlAttr* const attribute = FindAttribute(from, path.steps[0].name))
         found(reinterpret_cast<xmlNode*>(attribute));

@@ -1,3 +1,4 @@
+#include <cstring>
 #include <new>
 
 #include "xml/dom/libxml2/Internals.h"
@@ -56,7 +57,8 @@ bool HasName(const xmlNs* ns, const xmlChar* local, std::string_view name) {
         if (!name.starts_with(prefix) || name.size() <= prefix.size() || name[prefix.size()] != ':') return false;
         name.remove_prefix(prefix.size() + 1);
     }
-    return View(local) == name;
+    const auto* const text = reinterpret_cast<const char*>(local);
+    return std::strncmp(text, name.data(), name.size()) == 0 && text[name.size()] == 0;
 }
 
 std::string QualifiedName(const xmlNs* ns, const xmlChar* local) {
@@ -109,7 +111,7 @@ std::vector<IXMLDOMNode> Attributes(Node& node) {
 void Insert(Node& parent, Node& child, Node* reference) {
     Adopt(*parent.tree, child, parent.node->type == XML_ELEMENT_NODE ? parent.node : nullptr);
     Link(parent.node, child.node, reference ? reference->node : nullptr);
-    JoinOrphan(*parent.tree, child.node);
+    Joined(*parent.tree, child.node);
     if (child.node->type == XML_ELEMENT_NODE) xmlDOMWrapReconcileNamespaces(nullptr, child.node, 0);
 }
 
