@@ -33,6 +33,16 @@ void Reserve(std::string& text, std::size_t more) {
     if (text.capacity() - text.size() < more) text.reserve(std::max(2 * text.capacity(), text.size() + more));
 }
 
+// Whole lines, each behind so many blanks.
+void AppendIndented(std::string& text, std::string_view lines, std::size_t indent) {
+    const auto count = static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n'));
+    Reserve(text, lines.size() + count * indent);
+    for (std::size_t from = 0, end; from < lines.size(); from = end) {
+        end = lines.find('\n', from) + 1;
+        text.append(indent, ' ').append(lines, from, end - from);
+    }
+}
+
 }  // namespace
 
 void CXmlSection::AppendRawXml(std::string_view text, BOOL indentAfter, BOOL outdentBefore) {
@@ -122,12 +132,7 @@ void CXmlSection::AddSection(const CXmlSection& section, BOOL force) {
     if (&section == this) return AddSection(CXmlSection(section), force);
     if (section.m_node) return AddElement(section.m_tag, section.m_node->Content());
     OpenElement(section.m_tag);
-    const std::string_view lines = section.m_text;
-    Reserve(m_text, lines.size() + lines.size() / 2);
-    for (std::size_t from = 0, end; from < lines.size(); from = end + 1) {
-        end = std::min(lines.find('\n', from), lines.size());
-        m_text.append(static_cast<std::size_t>(m_indent), ' ').append(lines, from, end + 1 - from);
-    }
+    AppendIndented(m_text, section.m_text, static_cast<std::size_t>(m_indent));
     CloseElement(section.m_tag);
 }
 

@@ -27,7 +27,7 @@ struct Tree {
     bool keepSpace = false;
     MSXML2::IXMLDOMParseError problem;
     std::unordered_map<const xmlNode*, NamedChildren> children = {};  // until the tree changes
-    std::size_t nodes = 0;                                   // Nodes in it
+    std::size_t nodes = 0;                                            // Nodes in it
     std::unordered_map<xmlNode*, std::size_t> orphans = {};  // the top of each, and how many Nodes there are in it
 };
 

@@ -11,7 +11,8 @@ namespace {
 // element is looked at once.
 class Walk {
 public:
-    Walk(Tree& tree, xmlNode* context, const SimplePath& path) : m_tree(tree), m_context(context), m_steps(path.steps) {}
+    Walk(Tree& tree, xmlNode* context, const SimplePath& path)
+        : m_tree(tree), m_context(context), m_steps(path.steps) {}
 
     // Calls `found` with each node that the path selects, in document order, until it returns true.
     template <class Found>
