@@ -20,6 +20,8 @@ constexpr auto kEscapes = [] {
     return table;
 }();
 
+using Specials = html::ByteSet<'&', '<', '>', '\n', '\r'>;
+
 const Entity* EntityAt(std::string_view text) {
     for (const Entity& entity : kEntities)
         if (text.starts_with(entity.text)) return &entity;
@@ -28,8 +30,11 @@ const Entity* EntityAt(std::string_view text) {
 
 }  // namespace
 
+bool NeedsEscapes(std::string_view text) {
+    return Specials::Find(text, 0) != text.size();
+}
+
 void AppendSectionText(std::string& out, std::string_view text) {
-    using Specials = html::ByteSet<'&', '<', '>', '\n', '\r'>;
     std::size_t from = 0;
     for (std::size_t i = Specials::Find(text, 0); i < text.size(); i = Specials::Find(text, from)) {
         out.append(text, from, i - from).append(kEscapes[static_cast<unsigned char>(text[i])]);

@@ -5,6 +5,7 @@
 
 namespace qv {
 
+bool NeedsEscapes(std::string_view text);
 /// Appends the text with its specials escaped.
 void AppendSectionText(std::string& out, std::string_view text);
 /// The inverse.

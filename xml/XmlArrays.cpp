@@ -22,6 +22,12 @@ bool Read(const Node& element, std::string_view path, int index, Items& items) {
     return true;
 }
 
+void ReadNode(const Node& node, Items& items) {
+    CString text = node.get_text();
+    text.Replace("\n", "\r\n");
+    items.push_back(std::move(text));
+}
+
 // Names and indexes, the last step a plain name.
 bool EndsInName(std::string_view path) {
     const auto simple = qv::dom::ReadSimplePath(path);
@@ -46,7 +52,7 @@ std::vector<Nodes> ByIndex(const Node& element, std::string_view path) {
 
 void ReadByIndex(const Node& element, std::string_view path, Items& items) {
     if (EndsInName(path)) {
-        for (const Nodes& nodes : ByIndex(element, path)) Read(nodes.front(), ".", 0, items);
+        for (const Nodes& nodes : ByIndex(element, path)) ReadNode(nodes.front(), items);
         return;
     }
     for (int i = 0; Read(element, path, i, items); ++i) continue;
@@ -72,9 +78,8 @@ std::optional<NumberedPath> TakeApart(std::string_view format) {
 
 // The first of some nodes in which the rest of the path leads somewhere.
 bool ReadBelow(const Nodes& nodes, std::string_view below, Items& items) {
-    for (const Node& node : nodes)
-        if (Read(node, below.empty() ? "." : below, 0, items)) return true;
-    return false;
+    if (below.empty()) return ReadNode(nodes.front(), items), true;
+    return std::any_of(nodes.begin(), nodes.end(), [&](const Node& node) { return Read(node, below, 0, items); });
 }
 
 // "list/item[%d]/value"

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 #include "qvcommon/XmlSection.h"
 #include "xml/Numbers.h"
@@ -33,10 +34,33 @@ void Reserve(std::string& text, std::size_t more) {
     if (text.capacity() - text.size() < more) text.reserve(std::max(2 * text.capacity(), text.size() + more));
 }
 
+char* Put(char* to, std::string_view text) {
+    std::memcpy(to, text.data(), text.size());
+    return to + text.size();
+}
+
+// "<tag>text</tag>" and its line end, put together before they are appended: most lines are short.
+void AppendLine(std::string& out, std::size_t indent, std::string_view tag, std::string_view text) {
+    constexpr std::size_t kMarks = 6, kShort = 256;
+    const std::size_t size = indent + 2 * tag.size() + text.size() + kMarks;
+    Reserve(out, size);
+    if (size > kShort) {
+        (out.append(indent, ' ') += '<').append(tag).append(">").append(text).append("</").append(tag).append(">\n");
+        return;
+    }
+    char line[kShort];
+    std::memset(line, ' ', indent);
+    char* at = line + indent;
+    *at++ = '<';
+    at = Put(at, tag);
+    *at++ = '>';
+    at = Put(Put(Put(Put(at, text), "</"), tag), ">\n");
+    out.append(line, at);
+}
+
 // Whole lines, each behind so many blanks.
 void AppendIndented(std::string& text, std::string_view lines, std::size_t indent) {
-    const auto count = static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n'));
-    Reserve(text, lines.size() + count * indent);
+    Reserve(text, lines.size() + lines.size() / 4);
     for (std::size_t from = 0, end; from < lines.size(); from = end) {
         end = lines.find('\n', from) + 1;
         text.append(indent, ' ').append(lines, from, end - from);
@@ -51,36 +75,29 @@ void CXmlSection::AppendRawXml(std::string_view text, BOOL indentAfter, BOOL out
     if (indentAfter) m_indent += kStep;
 }
 
-void CXmlSection::BeginLine(std::string_view tag, std::size_t length) {
-    Reserve(m_text, static_cast<std::size_t>(m_indent) + 2 * tag.size() + length + 8);
-    (m_text.append(static_cast<std::size_t>(m_indent), ' ') += '<').append(tag) += '>';
-}
-
-void CXmlSection::EndLine(std::string_view tag) {
-    m_text.append("</").append(tag).append(">\n");
-}
-
 void CXmlSection::AddElement(std::string_view tag, std::string_view escaped) {
-    const WrittenTag written(tag);
-    BeginLine(written, escaped.size());
-    m_text += escaped;
-    EndLine(written);
+    AppendLine(m_text, static_cast<std::size_t>(m_indent), WrittenTag(tag), escaped);
 }
 
 void CXmlSection::OpenElement(std::string_view tag) {
-    AppendRawXml("<" + CleanTag(tag) + ">", 1, 0);
+    const WrittenTag written(tag);
+    (m_text.append(static_cast<std::size_t>(m_indent), ' ') += '<').append(written).append(">\n");
+    m_indent += kStep;
 }
 
 void CXmlSection::CloseElement(std::string_view tag) {
-    AppendRawXml("</" + CleanTag(tag) + ">", 0, 1);
+    const WrittenTag written(tag);
+    m_indent = std::max(m_indent - kStep, 0);
+    m_text.append(static_cast<std::size_t>(m_indent), ' ').append("</").append(written).append(">\n");
 }
 
+// Most texts need no escapes.
 void CXmlSection::AddString(std::string_view tag, std::string_view text, BOOL force) {
     if (text.empty() && !force) return;
-    const WrittenTag written(tag);
-    BeginLine(written, text.size());
-    qv::AppendSectionText(m_text, text);
-    EndLine(written);
+    if (!qv::NeedsEscapes(text)) return AddElement(tag, text);
+    m_escaped.clear();
+    qv::AppendSectionText(m_escaped, text);
+    AddElement(tag, m_escaped);
 }
 
 void CXmlSection::AddInteger(std::string_view tag, int value, BOOL force) {

@@ -12,30 +12,43 @@ namespace {
 constexpr std::size_t kSize = 10 << 20;
 constexpr std::string_view kName = "Report of the quarter & more", kNote = "12,5 <high>";
 
-void AddRecord(CXmlSection& section, int number) {
-    CXmlSection record("Record");
-    record.AddInteger("Number", number + 1);
-    record.AddString("Name", kName);
-    record.AddString("Note", kNote);
-    record.AddStringArray("Values", {"one", "two", "three"});
-    section.AddSection(record);
+const CStringArray kValues{"one", "two", "three"};
+
+void AddValues(CXmlSection& section, int number) {
+    section.AddInteger("Number", number + 1);
+    section.AddString("Name", kName);
+    section.AddString("Note", kNote);
+    section.AddStringArray("Values", kValues);
 }
 
-int Records() {
-    CXmlSection one;
-    AddRecord(one, 1000);
-    return static_cast<int>(kSize) / one.GetRawXml().GetLength();
-}
-
-CString WriteAll() {
+// Each record's tags as lines of their own.
+CString WriteFlat(int records) {
     CXmlSection section;
     section.AppendRawXml("<Root>", 1, 0);
-    for (int i = 0, count = Records(); i < count; ++i) AddRecord(section, i);
+    for (int i = 0; i < records; ++i) {
+        section.AppendRawXml("<Record>", 1, 0);
+        AddValues(section, i);
+        section.AppendRawXml("</Record>", 0, 1);
+    }
     section.AppendRawXml("</Root>", 0, 1);
     return section.GetRawXml();
 }
 
-const CString kText = WriteAll();
+// Each record as a section of its own, put into the other.
+CString WriteNested(int records) {
+    CXmlSection section;
+    section.AppendRawXml("<Root>", 1, 0);
+    for (int i = 0; i < records; ++i) {
+        CXmlSection record("Record");
+        AddValues(record, i);
+        section.AddSection(record);
+    }
+    section.AppendRawXml("</Root>", 0, 1);
+    return section.GetRawXml();
+}
+
+const int kRecords = static_cast<int>(kSize) / WriteFlat(1).GetLength();
+const CString kText = WriteFlat(kRecords);
 
 void Counted(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * kText.GetLength());
@@ -66,10 +79,16 @@ void Read_pugixml(benchmark::State& state) {
 BENCHMARK(Read_pugixml)->Name("SetRawXml/pugixml");
 
 void Write_QvCommon(benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(WriteAll());
+    for (auto _ : state) benchmark::DoNotOptimize(WriteFlat(kRecords));
     Counted(state);
 }
 BENCHMARK(Write_QvCommon)->Name("Write/QvCommon");
+
+void Write_Nested(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(WriteNested(kRecords));
+    Counted(state);
+}
+BENCHMARK(Write_Nested)->Name("Write/QvCommon_nested");
 
 // The tree is there already.
 void Write_pugixml(benchmark::State& state) {

@@ -122,14 +122,13 @@ public:
     [[noreturn]] static void ThrowXmlException(int number, const char* message);
 
 private:
-    void BeginLine(std::string_view tag, std::size_t length);
-    void EndLine(std::string_view tag);
     void AddElement(std::string_view tag, std::string_view escaped);
     void OpenElement(std::string_view tag);
     void CloseElement(std::string_view tag);
 
     CString m_tag;
     std::string m_text;                             // the lines written
+    std::string m_escaped;                          // room for the text of a line
     int m_indent = 0;                               // in blanks
     std::shared_ptr<const qv::SectionNode> m_node;  // what was read
 };
