@@ -30,6 +30,14 @@ void ReadAll(const CXmlHelper::Node& root, std::string_view path) {
     if (way.Find('@') < 0) Require(root.selectSingleNode(way) == node, "a node's path leads to it");
 }
 
+// Such a path would make as many elements.
+bool HasLongNumber(std::string_view path) {
+    int digits = 0;
+    for (const char c : path)
+        if (digits = c >= '0' && c <= '9' ? digits + 1 : 0; digits > 2) return true;
+    return false;
+}
+
 void Change(const CXmlHelper::Element& root, std::string_view path) {
     const auto document = root.get_ownerDocument();
     Try([&] { CXmlHelper::SetString(root, path, "x"); });
@@ -37,8 +45,7 @@ void Change(const CXmlHelper::Element& root, std::string_view path) {
     Try([&] { CXmlHelper::Sort(root, ".", 1); });
     Try([&] { CXmlHelper::SetXml(root, CXmlHelper::GetInnerXml(root)); });
     Try([&] { CXmlHelper::DeleteEmptyElements(root, ""); });
-    if (path.size() < 40 && path.find("00") == path.npos && path.find("99") == path.npos)
-        Try([&] { CXmlHelper::CreateXmlPath(document, path, "v"); });
+    Try([&] { CXmlHelper::CreateXmlPath(document, path, "v"); });
     Try([&] { CXmlHelper::DeleteXmlPath(document, path); });
 }
 
@@ -57,6 +64,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(static_cast<bool>(again), "what was written is read");
     Require(again.get_xml() == markup, "it is what it was");
     Try([&] { ReadAll(root, path); });
-    if (path.find_first_of("0123456789") == path.npos || path.size() < 12) Change(root, path);
+    if (!HasLongNumber(path)) Change(root, path);
     return 0;
 }

@@ -64,6 +64,7 @@ bool Load(Node& document, std::string_view bytes, const char* encoding, int opti
         return false;
     }
     PrepareLibrary();
+    const Silence silence;
     const Context context(xmlNewParserCtxt());
     if (!context) throw std::bad_alloc();
     FirstError first;
@@ -117,6 +118,7 @@ bool LoadBytes(Node& document, std::string_view bytes) {
 }
 
 std::string Save(Node& document) {
+    const Silence silence;
     xmlChar* text = nullptr;
     int size = 0;
     const xmlDoc* const doc = document.tree->doc;

@@ -23,4 +23,12 @@ void FirstError::Take(void* data, xmlError* error) {
     xmlStopParser(context);
 }
 
+Silence::Silence() : m_before(xmlStructuredError), m_context(xmlStructuredErrorContext) {
+    xmlSetStructuredErrorFunc(nullptr, [](void*, xmlError*) {});
+}
+
+Silence::~Silence() {
+    xmlSetStructuredErrorFunc(m_context, m_before);
+}
+
 }  // namespace qv::dom

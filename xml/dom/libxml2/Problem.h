@@ -14,4 +14,17 @@ struct FirstError {
     static void Take(void* data, xmlError* error);
 };
 
+/// Keeps libxml2 from writing to standard error what no parser is asked about, on this thread, for as long as it lives.
+class Silence {
+public:
+    Silence();
+    ~Silence();
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+private:
+    xmlStructuredErrorFunc m_before;
+    void* m_context;
+};
+
 }  // namespace qv::dom

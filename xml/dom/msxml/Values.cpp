@@ -40,7 +40,10 @@ std::string TextOf(Node& node) {
     return text.InCodePage();
 }
 
+// What is taken out first lives on for those who have handles to it; what a text replaces may not.
 void SetText(Node& node, std::string_view text) {
+    if (TypeOf(node) == MSXML2::NODE_ELEMENT)
+        for (IXMLDOMNode child; (child = FirstChild(node));) Remove(node, child.Get());
     Check(Com(node)->put_text(Text(text).Get()));
 }
 
@@ -56,8 +59,12 @@ void SetAttribute(Node& element, std::string_view name, std::string_view value) 
     Check(ElementOf(element)->setAttribute(Text(name).Get(), Variant(value).Get()));
 }
 
+// By the map, which leaves the attribute to those who have handles to it; the element's own operation may not.
 void RemoveAttribute(Node& element, std::string_view name) {
-    Check(ElementOf(element)->removeAttribute(Text(name).Get()));
+    Owned<::IXMLDOMNamedNodeMap> map;
+    if (Check(ElementOf(element)->get_attributes(&map)) != S_OK || !map) return;
+    Owned<::IXMLDOMNode> removed;
+    Check(map->removeNamedItem(Text(name).Get(), &removed));
 }
 
 }  // namespace qv::dom
