@@ -22,5 +22,6 @@ void AddReport(CLI::App& app);
 void AddSend(CLI::App& app);
 void AddText(CLI::App& app);
 void AddWatch(CLI::App& app);
+void AddXml(CLI::App& app);
 
 }  // namespace qv::tool

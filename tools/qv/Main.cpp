@@ -49,5 +49,6 @@ int main(int argc, char** argv) {
     qv::tool::AddSend(app);
     qv::tool::AddText(app);
     qv::tool::AddWatch(app);
+    qv::tool::AddXml(app);
     return Run(app, argc, argv);
 }

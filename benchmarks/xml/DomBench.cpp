@@ -1,0 +1,86 @@
+// Values by path, beside the evaluators of two XML libraries.
+#include <benchmark/benchmark.h>
+#include <libxml/parser.h>
+#include <libxml/xpath.h>
+
+#include <pugixml.hpp>
+
+#include "qvcommon/XmlHelper.h"
+
+namespace {
+
+// A hundred groups of a hundred elements.
+const std::string& Document() {
+    static const std::string text = [] {
+        std::string xml = "<list>";
+        for (int group = 0; group < 100; ++group) {
+            xml += "<group>";
+            for (int item = 0; item < 100; ++item) xml += "<item><v>" + std::to_string(group * item) + "</v></item>";
+            xml += "</group>";
+        }
+        return xml += "</list>";
+    }();
+    return text;
+}
+
+void GetString_QvCommon(benchmark::State& state) {
+    const auto root = CXmlHelper::GetDocumentElement(Document());
+    CString value;
+    for (auto _ : state) benchmark::DoNotOptimize(CXmlHelper::GetString(root, "group[50]/item[50]/v[0]", value));
+}
+BENCHMARK(GetString_QvCommon)->Name("GetString/QvCommon");
+
+void GetString_libxml2(benchmark::State& state) {
+    xmlDoc* const doc = xmlReadMemory(Document().data(), static_cast<int>(Document().size()), nullptr, nullptr, 0);
+    xmlXPathContext* const context = xmlXPathNewContext(doc);
+    context->node = xmlDocGetRootElement(doc);
+    for (auto _ : state) {
+        const auto* const path = reinterpret_cast<const xmlChar*>("group[51]/item[51]/v[1]");
+        xmlXPathObject* const found = xmlXPathEval(path, context);
+        xmlChar* const text = xmlNodeGetContent(found->nodesetval->nodeTab[0]);
+        benchmark::DoNotOptimize(text);
+        xmlFree(text);
+        xmlXPathFreeObject(found);
+    }
+    xmlXPathFreeContext(context);
+    xmlFreeDoc(doc);
+}
+BENCHMARK(GetString_libxml2)->Name("GetString/libxml2");
+
+void GetString_pugixml(benchmark::State& state) {
+    pugi::xml_document doc;
+    doc.load_string(Document().c_str());
+    const pugi::xml_node root = doc.document_element();
+    for (auto _ : state) {
+        CString value = root.select_node("group[51]/item[51]/v[1]").node().text().get();
+        benchmark::DoNotOptimize(value);
+    }
+}
+BENCHMARK(GetString_pugixml)->Name("GetString/pugixml");
+
+CString List(int count) {
+    CString xml = "<list>";
+    for (int i = 0; i < count; ++i) xml += "<item><v>x</v></item>";
+    return xml += "</list>";
+}
+
+// Ten times the items: the second line of each group is to stay near 10 times the first.
+template <int Mode>
+void GetStringArray(benchmark::State& state) {
+    const auto root = CXmlHelper::GetDocumentElement(List(static_cast<int>(state.range())));
+    for (auto _ : state) {
+        CStringArray values;
+        CXmlHelper::GetStringArray(root, Mode ? "item[%d]/v" : "item", values, Mode);
+        if (values.GetSize() != state.range()) state.SkipWithError("items are missing");
+    }
+}
+BENCHMARK(GetStringArray<0>)->Name("Growth_ArrayByIndex/qvcommon")->Arg(1000)->Arg(10000);
+BENCHMARK(GetStringArray<1>)->Name("Growth_ArrayByFormat/qvcommon")->Arg(1000)->Arg(10000);
+
+void CreateXmlPath(benchmark::State& state) {
+    const CString path = "list/item[" + CString(std::to_string(state.range() - 1)) + "]";
+    for (auto _ : state) CXmlHelper::CreateXmlPath(CXmlHelper::CreateDocument(), path, "v");
+}
+BENCHMARK(CreateXmlPath)->Name("Growth_CreateXmlPath/qvcommon")->Arg(1000)->Arg(10000);
+
+}  // namespace

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qv {
+
+bool NeedsEscapes(std::string_view text);
+/// Appends the text with its specials escaped.
+void AppendSectionText(std::string& out, std::string_view text);
+/// The inverse.
+std::string SectionTextOf(std::string_view escaped);
+
+}  // namespace qv

@@ -1,0 +1,167 @@
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+#include "qvcommon/XmlSection.h"
+#include "xml/Numbers.h"
+#include "xml/SectionEscape.h"
+#include "xml/SectionText.h"
+
+namespace {
+
+constexpr int kStep = 4;
+
+// A tag as it is written, without a copy where it stands so already.
+class WrittenTag {
+public:
+    explicit WrittenTag(std::string_view tag) : m_view(tag) {
+        if (tag.find(' ') == tag.npos) return;
+        m_cleaned = CXmlSection::CleanTag(tag);
+        m_view = m_cleaned;
+    }
+    WrittenTag(const WrittenTag&) = delete;
+    WrittenTag& operator=(const WrittenTag&) = delete;
+
+    operator std::string_view() const { return m_view; }
+
+private:
+    CString m_cleaned;
+    std::string_view m_view;
+};
+
+// Room for one more line; the text grows by doubling.
+void Reserve(std::string& text, std::size_t more) {
+    if (text.capacity() - text.size() < more) text.reserve(std::max(2 * text.capacity(), text.size() + more));
+}
+
+char* Put(char* to, std::string_view text) {
+    std::memcpy(to, text.data(), text.size());
+    return to + text.size();
+}
+
+// "<tag>text</tag>" and its line end, put together before they are appended: most lines are short.
+void AppendLine(std::string& out, std::size_t indent, std::string_view tag, std::string_view text) {
+    constexpr std::size_t kMarks = 6, kShort = 256;
+    const std::size_t size = indent + 2 * tag.size() + text.size() + kMarks;
+    Reserve(out, size);
+    if (size > kShort) {
+        (out.append(indent, ' ') += '<').append(tag).append(">").append(text).append("</").append(tag).append(">\n");
+        return;
+    }
+    char line[kShort];
+    std::memset(line, ' ', indent);
+    char* at = line + indent;
+    *at++ = '<';
+    at = Put(at, tag);
+    *at++ = '>';
+    at = Put(Put(Put(Put(at, text), "</"), tag), ">\n");
+    out.append(line, at);
+}
+
+// Whole lines, each behind so many blanks.
+void AppendIndented(std::string& text, std::string_view lines, std::size_t indent) {
+    Reserve(text, lines.size() + lines.size() / 4);
+    for (std::size_t from = 0, end; from < lines.size(); from = end) {
+        end = lines.find('\n', from) + 1;
+        text.append(indent, ' ').append(lines, from, end - from);
+    }
+}
+
+}  // namespace
+
+void CXmlSection::AppendRawXml(std::string_view text, BOOL indentAfter, BOOL outdentBefore) {
+    if (outdentBefore) m_indent = std::max(m_indent - kStep, 0);
+    m_text.append(static_cast<std::size_t>(m_indent), ' ').append(text) += '\n';
+    if (indentAfter) m_indent += kStep;
+}
+
+void CXmlSection::AddElement(std::string_view tag, std::string_view escaped) {
+    AppendLine(m_text, static_cast<std::size_t>(m_indent), WrittenTag(tag), escaped);
+}
+
+void CXmlSection::OpenElement(std::string_view tag) {
+    const WrittenTag written(tag);
+    (m_text.append(static_cast<std::size_t>(m_indent), ' ') += '<').append(written).append(">\n");
+    m_indent += kStep;
+}
+
+void CXmlSection::CloseElement(std::string_view tag) {
+    const WrittenTag written(tag);
+    m_indent = std::max(m_indent - kStep, 0);
+    m_text.append(static_cast<std::size_t>(m_indent), ' ').append("</").append(written).append(">\n");
+}
+
+// Most texts need no escapes.
+void CXmlSection::AddString(std::string_view tag, std::string_view text, BOOL force) {
+    if (text.empty() && !force) return;
+    if (!qv::NeedsEscapes(text)) return AddElement(tag, text);
+    m_escaped.clear();
+    qv::AppendSectionText(m_escaped, text);
+    AddElement(tag, m_escaped);
+}
+
+void CXmlSection::AddInteger(std::string_view tag, int value, BOOL force) {
+    char digits[16];
+    if (value || force)
+        AddElement(tag, {digits, static_cast<std::size_t>(std::to_chars(digits, digits + 16, value).ptr - digits)});
+}
+
+void CXmlSection::AddDouble(std::string_view tag, double value, BOOL force) {
+    if (value != 0 || force) AddElement(tag, qv::WriteFixed(value));
+}
+
+void CXmlSection::AddBool(std::string_view tag, BOOL value, BOOL force) {
+    if (value || force) AddElement(tag, value ? "TRUE" : "FALSE");
+}
+
+void CXmlSection::AddDate(std::string_view tag, const COleDateTime& value, BOOL force) {
+    const bool valid = value.GetStatus() == COleDateTime::valid;
+    if (valid || force) AddElement(tag, valid ? qv::WriteDate(value, false) : "INVALID DATE");
+}
+
+void CXmlSection::AddStringArray(std::string_view tag, const CStringArray& texts, BOOL force) {
+    if (texts.IsEmpty() && !force) return;
+    OpenElement(tag);
+    for (const CString& text : texts) AddString("ITEM", text, force);
+    CloseElement(tag);
+}
+
+void CXmlSection::AddStringToStringMap(std::string_view tag, const CMapStringToString& map, BOOL force) {
+    if (map.IsEmpty() && !force) return;
+    OpenElement(tag);
+    for (const auto& [key, value] : map) {
+        OpenElement("ENTRY");
+        AddString("KEY", key, 1);
+        AddString("VALUE", value, 1);
+        CloseElement("ENTRY");
+    }
+    CloseElement(tag);
+}
+
+void CXmlSection::AddStringToIntMap(std::string_view tag, const CMapStringToInt& map, BOOL force) {
+    CMapStringToString texts;
+    for (const auto& [key, value] : map) texts.SetAt(key, std::to_string(value));
+    AddStringToStringMap(tag, texts, force);
+}
+
+void CXmlSection::AddSection(const CXmlSection& section, BOOL force) {
+    if (section.EmptyForSave() && !force) return;
+    if (&section == this) return AddSection(CXmlSection(section), force);
+    if (section.m_node) return AddElement(section.m_tag, section.m_node->Content());
+    OpenElement(section.m_tag);
+    AppendIndented(m_text, section.m_text, static_cast<std::size_t>(m_indent));
+    CloseElement(section.m_tag);
+}
+
+void CXmlSection::AddObject(const CXmlObject& object, BOOL force) {
+    CXmlSection section(CleanTag(object.GetType()));
+    object.SaveXml(section);
+    AddSection(section, force);
+}
+
+void CXmlSection::AddObjectArray(std::string_view tag, const CXmlObjectArray& objects, BOOL force) {
+    if (objects.IsEmpty() && !force) return;
+    OpenElement(tag);
+    for (const CXmlObject* const object : objects) AddObject(*object, 1);
+    CloseElement(tag);
+}
