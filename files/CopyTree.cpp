@@ -92,6 +92,7 @@ void CCopyTree::CopyTree() {
 void CCopyTree::CopyTree(CString source, CString destination) {
     source = CFileUtils::TerminateDir(source);
     destination = CFileUtils::TerminateDir(destination);
+    const bool fresh = !CFileUtils::IsDirectory(destination);
     if (!QvCreateDirectory(destination)) OnError();
     const bool nested = !m_outermost.IsEmpty();
     const Scoped outermost(m_outermost, nested ? m_outermost : destination);
@@ -99,8 +100,9 @@ void CCopyTree::CopyTree(CString source, CString destination) {
     for (BOOL more = find.FindFile(source + "*.*", nested ? CFileFind::refuseLinkedFolder : 0); more;) {
         more = find.FindNextFile();
         const CString from = source + find.GetFileName(), to = destination + find.GetFileName();
+        const QvFileTime written = find.GetLastWriteTime();
         if (!find.IsDirectory())
-            CopyOneFile(from, to, find.GetLastWriteTime());
+            CopyOneFile(from, to, fresh ? nullptr : &written);
         else if (!find.IsDots() && !find.IsLink() && !qv::platform::IsSame(from, m_outermost))
             CopyTree(from, to);
     }
@@ -109,12 +111,13 @@ void CCopyTree::CopyTree(CString source, CString destination) {
     OnError();
 }
 
-void CCopyTree::CopyOneFile(const CString& source, const CString& target, const QvFileTime& written) {
+/// In a folder that was made a moment ago there is nothing to be asked for: `written` is null then.
+void CCopyTree::CopyOneFile(const CString& source, const CString& target, const QvFileTime* written) {
     CFileStatus status;
-    if (CFile::GetStatus(target, status)) {
+    if (written && CFile::GetStatus(target, status)) {
         MakeWritable(target, status);
-        const auto seconds = written.UnixSeconds();
-        if (m_laterOnly && written.Steps() != 0 && seconds && status.m_mtime >= *seconds) return;
+        const auto seconds = written->UnixSeconds();
+        if (m_laterOnly && written->Steps() != 0 && seconds && status.m_mtime >= *seconds) return;
     }
     if (m_progress) m_progress->OnCopyFile(source);
     if (!CopyFileA(source, target)) OnError();

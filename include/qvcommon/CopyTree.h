@@ -54,7 +54,7 @@ protected:
     void OnError();
 
 private:
-    void CopyOneFile(const CString& source, const CString& target, const QvFileTime& written);
+    void CopyOneFile(const CString& source, const CString& target, const QvFileTime* written);
 
     CString m_source;
     CString m_destination;

@@ -88,22 +88,22 @@ int CopyAll(int from, int to) {
     return 0;
 }
 
-/// A file beside the target that is gone at the end of the scope unless it took the target's place.
+/// A file in the target's folder that is gone at the end of the scope unless it took the target's place. It has no name of
+/// its own where the file system makes such files: then nothing is left behind, however the process ends.
 class Staged {
 public:
     explicit Staged(const std::string& target) : m_target(target) {
-        static std::atomic<unsigned> count = 0;
-        const std::size_t name = target.rfind('/') + 1;
-        for (int tries = 0; !m_file && tries < 100; ++tries) {
-            char own[48];
-            std::snprintf(own, sizeof own, ".qv%lx.%x", static_cast<unsigned long>(::getpid()), count++);
-            m_path = target.substr(0, name) + own;
-            m_file = Owned(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-            if (!m_file && errno != EEXIST) break;
-        }
+        const std::string folder = FolderOf(target);
+        m_file = Owned(::open(folder.empty() ? "." : folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+        if (m_file) return;
+        const auto make = [&](const std::string& name) {
+            m_file = Owned(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+            return m_file ? 0 : errno;
+        };
+        errno = TakeName(make);
     }
     ~Staged() {
-        if (!m_path.empty()) ::unlink(m_path.c_str());
+        if (!m_name.empty()) ::unlink(m_name.c_str());
     }
     Staged(const Staged&) = delete;
     Staged& operator=(const Staged&) = delete;
@@ -111,25 +111,56 @@ public:
     explicit operator bool() const { return static_cast<bool>(m_file); }
     int Get() const { return m_file.Get(); }
 
-    /// 0, or an error number. The system may tell only now that it could not keep what was written.
+    // Each gives 0 or an error number.
+
+    int MoveToFreeName() {
+        if (m_name.empty()) return Link(m_target);
+        return Moved(::renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_target.c_str(), RENAME_NOREPLACE));
+    }
+    int Replace() {
+        const int error = m_name.empty() ? TakeName([&](const std::string& name) { return Link(name); }) : 0;
+        return error ? error : Moved(::rename(m_name.c_str(), m_target.c_str()));
+    }
+    /// The system may tell only now that it could not keep what was written.
     int Close() {
         const int result = ::close(m_file.Release());
         return result && errno != EINTR ? errno : 0;
     }
-    int MoveToFreeName() {
-        return Moved(::renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, m_target.c_str(), RENAME_NOREPLACE));
-    }
-    int Replace() { return Moved(::rename(m_path.c_str(), m_target.c_str())); }
 
 private:
+    static std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
+    /// Tries names beside the target's until one is free.
+    template <class Take>
+    int TakeName(Take take) {
+        static std::atomic<unsigned> count = 0;
+        int error = EEXIST;
+        for (int tries = 0; error == EEXIST && tries < 100; ++tries) {
+            char own[48];
+            std::snprintf(own, sizeof own, ".qv%lx.%x", static_cast<unsigned long>(::getpid()), count++);
+            const std::string name = FolderOf(m_target) + own;
+            error = take(name);
+            if (!error) m_name = name;
+        }
+        return error;
+    }
+
+    int Link(const std::string& name) {
+        if (!::linkat(m_file.Get(), "", AT_FDCWD, name.c_str(), AT_EMPTY_PATH)) return 0;
+        if (errno == EEXIST) return errno;
+        // Not everybody may link a descriptor as it is.
+        const std::string unnamed = "/proc/self/fd/" + std::to_string(m_file.Get());
+        return ::linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) ? errno : 0;
+    }
+
     int Moved(int result) {
         if (result) return errno;
-        m_path.clear();
+        m_name.clear();
         return 0;
     }
 
     const std::string& m_target;
-    std::string m_path;
+    std::string m_name;
     Owned m_file;
 };
 
@@ -172,9 +203,13 @@ FileFailure CopyWholeFile(const char* from, const char* to) {
     Staged staged(target);
     if (!staged) return LastFailureAt(to);
     errno = CopyAll(file.Get(), staged.Get());
-    if (!errno) errno = staged.Close();
     if (errno) return LastFailure();
-    return Place(staged, to);
+    if (const FileFailure failure = Place(staged, to)) return failure;
+    errno = staged.Close();
+    if (!errno) return {};
+    const FileFailure failure = LastFailure();
+    ::unlink(target.c_str());
+    return failure;
 }
 
 }  // namespace qv::platform

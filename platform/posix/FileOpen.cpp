@@ -140,7 +140,9 @@ int Claim(int file, const std::string& native, const OpenRequest& request) {
     if (!error) error = SeesOthers(file, request);
     const bool unguarded = error > 0 && !request.write;
     if (error && !unguarded) return error;
-    if (!Names(native, status)) return kNameMoved;
+    // Who only reads and denies nothing may hold a file whose name has just gone; anybody else must not.
+    const bool onlyReads = !request.write && !request.denyRead && !request.denyWrite && !request.truncate;
+    if (!onlyReads && !Names(native, status)) return kNameMoved;
     return request.truncate ? Empty(file, native, request) : kOpened;
 }
 
