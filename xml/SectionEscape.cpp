@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "html/ByteScan.h"
+#include "core/ByteScan.h"
 
 namespace qv {
 namespace {
@@ -20,7 +20,7 @@ constexpr auto kEscapes = [] {
     return table;
 }();
 
-using Specials = html::ByteSet<'&', '<', '>', '\n', '\r'>;
+using Specials = ByteSet<'&', '<', '>', '\n', '\r'>;
 
 const Entity* EntityAt(std::string_view text) {
     for (const Entity& entity : kEntities)

@@ -2,9 +2,11 @@
 
 /// @file Everything that the library exports.
 
+#include "qvcommon/ClassFactory.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/HistoryMgr.h"
 #include "qvcommon/HtmlDocument.h"
 #include "qvcommon/HtmlWriter.h"
 #include "qvcommon/LockFile.h"
@@ -15,7 +17,14 @@
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/TempFile.h"
 #include "qvcommon/TimeHelper.h"
+#include "qvcommon/XmlDom.h"
+#include "qvcommon/XmlDomElement.h"
+#include "qvcommon/XmlException.h"
+#include "qvcommon/XmlHelper.h"
+#include "qvcommon/XmlObject.h"
+#include "qvcommon/XmlSection.h"
 #include "qvcommon/framework/Collections.h"
+#include "qvcommon/framework/ComError.h"
 #include "qvcommon/framework/DateTime.h"
 #include "qvcommon/framework/Exception.h"
 #include "qvcommon/framework/File.h"
@@ -28,4 +37,5 @@
 #include "qvcommon/framework/StandardStreams.h"
 #include "qvcommon/framework/StdioFile.h"
 #include "qvcommon/framework/String.h"
+#include "qvcommon/framework/StringToIntMap.h"
 #include "qvcommon/framework/Types.h"
