@@ -182,7 +182,8 @@ public:
     bool loadXML(std::string_view text) const;
     /// The same for the bytes of a file, in the encoding that they declare.
     bool load(std::string_view bytes) const;
-    /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8. White space is as it was loaded; the
+    /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write that one.
+    /// White space is as it was loaded; the
     /// DOM's own line end may follow.
     std::string save() const;
 

@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "xml/dom/Markup.h"
 #include "xml/dom/msxml/Problem.h"
 
 namespace qv::dom {
@@ -88,6 +89,38 @@ bool Load(Node& document, VARIANT_BOOL loaded, const VARIANT& input) {
     return false;
 }
 
+std::string Written(Node& document) {
+    Owned<::IStream> stream;
+    Check(::CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+    Check(ComDocument(document)->save(Variant(stream.Get()).Get()));
+    return BytesOf(stream.Get());
+}
+
+std::string MarkupIn(Node& document) {
+    Retain(document);
+    return MarkupOf(IXMLDOMNode(&document));
+}
+
+// True when the bytes, read again, are the document.
+bool Means(std::string_view bytes, Node& document) {
+    HRESULT error = 0;
+    const MSXML2::IXMLDOMDocument copy(CreateDocument(error));
+    SetAsync(copy.Get(), false);
+    VARIANT_BOOL keepSpace = VARIANT_TRUE;
+    ComDocument(document)->get_preserveWhiteSpace(&keepSpace);
+    SetKeepSpace(copy.Get(), keepSpace == VARIANT_TRUE);
+    return LoadBytes(copy.Get(), bytes) && MarkupIn(copy.Get()) == MarkupIn(document);
+}
+
+// The bytes with another encoding in their declaration, if they have one.
+std::string Declared(std::string bytes, std::string_view encoding) {
+    const std::size_t name = bytes.find("encoding=");
+    const std::size_t end = bytes.find("?>");
+    if (name == bytes.npos || name > end) return bytes;
+    const std::size_t first = bytes.find_first_of("\"'", name), last = bytes.find(bytes[first], first + 1);
+    return bytes.replace(first + 1, last - first - 1, encoding);
+}
+
 }  // namespace
 
 Node* CreateDocument(HRESULT& error) {
@@ -139,11 +172,13 @@ bool LoadBytes(Node& document, std::string_view bytes) {
     return Load(document, loaded, input.AsVariant());
 }
 
+// Some DOMs write UTF-8 whatever they declare.
 std::string Save(Node& document) {
-    Owned<::IStream> stream;
-    Check(::CreateStreamOnHGlobal(nullptr, TRUE, &stream));
-    Check(ComDocument(document)->save(Variant(stream.Get()).Get()));
-    return BytesOf(stream.Get());
+    std::string bytes = Written(document);
+    if (Means(bytes, document)) return bytes;
+    bytes = Declared(std::move(bytes), "UTF-8");
+    if (!Means(bytes, document)) _com_raise_error(_com_error::kFail, "the document could not be written");
+    return bytes;
 }
 
 IXMLDOMNode DocumentElement(Node& document) {
