@@ -91,7 +91,8 @@ bool CabinetWriter::AddFile(const CString& source, const CString& name, bool exe
         m_pendingEntries += kFileSize + stored.name.size() + 1;
         ++m_pendingFiles;
         m_folder.files.push_back(std::move(stored));
-        if (m_pendingFiles <= kMostFiles && PendingSize() <= m_description.maximumSize) return;
+        if (MayStillFit()) return;
+        // A file that lies in two cabinets ends its folder: readers expect nothing behind it in the second one.
         EndFolder();
         WriteCabinets(false, false);
     });

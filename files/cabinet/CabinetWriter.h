@@ -40,11 +40,11 @@ private:
     bool Run(Action action);
     void OpenStore();
     void Store(const CompressedBlock& block);
-    void Append(const CString& source, StoredFile& file);
     void ReadInto(OpenedFile& source, StoredFile& file);
     void MakeRoom(std::uint64_t size, Compression compression);
     void EndFolder();
     std::uint64_t PendingSize() const;
+    bool MayStillFit() const;
 
     IMakerCallbacks& m_callbacks;
     QvCabinetDescription m_description;

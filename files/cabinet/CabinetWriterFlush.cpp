@@ -276,15 +276,25 @@ std::uint64_t CabinetWriter::PendingSize() const {
     return HeaderSize(false) + m_pendingEntries + data;
 }
 
+/// Whether all that waits fits into one cabinet that is not the last, however badly the blocks compress that are under way.
+bool CabinetWriter::MayStillFit() const {
+    constexpr std::uint64_t kLongestHead = kDataSize + 255 + (kLargestCompressed - kBlockSize);
+    const std::uint64_t underWay = m_folder.size - m_folder.blocks.size() * kBlockSize;
+    const std::uint64_t most = underWay + (underWay / kBlockSize + 1) * kLongestHead;
+    return m_pendingFiles <= kMostFiles && PendingSize() + most + 2 * kLongestName <= m_description.maximumSize;
+}
+
 /// Writes cabinets that are full; with `all` the last one too.
 void CabinetWriter::WriteCabinets(bool all, bool getNextCabinet) {
     while (!m_folders.empty() || (all && !m_wroteCabinet)) {
-        Plan plan = PlanCabinet(m_folders, m_start, SizesWith(HeaderSize(false)));
+        const bool mayBeLast = all && !getNextCabinet;
+        Plan plan = PlanCabinet(m_folders, m_start, SizesWith(HeaderSize(!mayBeLast)));
         if (plan.isLast && !all) return;
+        if (!plan.isLast && mayBeLast) plan = PlanCabinet(m_folders, m_start, SizesWith(HeaderSize(true)));
         const bool hasNext = !plan.isLast || getNextCabinet;
-        if (hasNext) plan = PlanCabinet(m_folders, m_start, SizesWith(HeaderSize(true)));
         WriteCabinet(plan, hasNext);
         DropWritten(plan);
+        getNextCabinet = getNextCabinet && !plan.isLast;
     }
 }
 
