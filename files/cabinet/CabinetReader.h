@@ -17,7 +17,7 @@ struct ReadLimits {
     std::uint64_t expansion;  ///< totalSize may be so many times the size of the cabinets
 };
 
-/// Copies members out of cabinets. Memory is bounded by about 512 KB and what the cabinet's own lists of folders take (8
+/// Copies members out of cabinets. Memory is bounded by about 2 MB and what the cabinet's own lists of folders take (8
 /// bytes each); the time is in line with the data: members that overlap, and folders or members out of order, are corrupt.
 /// The error record has to outlive the object.
 class QVCOMMON_INTERNAL_API CabinetReader {

@@ -4,11 +4,7 @@
 
 namespace qv::cabinet {
 
-FolderStream::FolderStream(IMemory& memory, OpenNext open)
-    : m_openNext(std::move(open)),
-      m_decompressor(memory),
-      m_compressed(memory, kLargestData, kNoMemory),
-      m_blocks(memory, 2 * kBlockSize, kNoMemory) {}
+FolderStream::FolderStream(IMemory& memory, OpenNext open) : m_openNext(std::move(open)), m_decompressor(memory) {}
 
 bool FolderStream::IsOn(Serial cabinet, unsigned folder) const {
     if (!m_selected) return false;
@@ -21,6 +17,7 @@ void FolderStream::Select(Serial cabinet, unsigned folder) {
     m_first = m_present = cabinet;
     m_folder = folder;
     m_cabinet.reset();
+    m_decompressor.Clear();
     m_offset = 0;
     m_block = {};
     m_next = 0;
@@ -62,34 +59,32 @@ Bytes FolderStream::Read(std::uint32_t most) {
     return bytes;
 }
 
-/// Two places take turns: a block's history is the one before it.
+/// What this cabinet still has is read ahead. An error in it counts when its block is needed.
 void FolderStream::NextBlock() {
     if (!m_cabinet) Open();
-    std::size_t uncompressed = 0;
-    const std::size_t size = ReadCompressed(uncompressed);
-    const Bytes history = m_block, compressed{m_compressed.Get(), size};
-    unsigned char* const out = m_blocks.Get() + (m_block.data() == m_blocks.Get() ? kBlockSize : 0);
-    if (m_compression == kMszip) {
-        if (!m_decompressor.Decompress(history, compressed, {out, uncompressed}))
-            throw EngineFailure{kCannotDecompress};
-    } else {
-        if (size != uncompressed) throw EngineFailure{kCorrupt};
-        std::copy_n(compressed.data(), size, out);
-    }
-    m_block = {out, uncompressed};
+    if (m_decompressor.IsEmpty()) ReadBlock();
+    m_block = m_decompressor.Take();
     m_next = 0;
+    while (m_blocksLeft > 1 && m_decompressor.HasRoom()) {
+        try {
+            ReadBlock();
+        } catch (const EngineFailure& failure) {
+            m_decompressor.PutError(failure.error);
+            m_blocksLeft = 0;
+        }
+    }
 }
 
 /// Joins what lies of a block in several cabinets.
-std::size_t FolderStream::ReadCompressed(std::size_t& uncompressed) {
+void FolderStream::ReadBlock() {
     if (m_blocksLeft == 0) GoOnInNextCabinet();
-    std::size_t size = ReadPart(0, uncompressed);
+    std::size_t uncompressed = 0, size = ReadPart(0, uncompressed);
     while (uncompressed == 0) {
         if (m_blocksLeft > 0) throw EngineFailure{kCorrupt};
         GoOnInNextCabinet();
         size += ReadPart(size, uncompressed);
     }
-    return size;
+    m_decompressor.Put(static_cast<Compression>(m_compression), size, uncompressed);
 }
 
 std::size_t FolderStream::ReadPart(std::size_t at, std::size_t& uncompressed) {
@@ -99,7 +94,7 @@ std::size_t FolderStream::ReadPart(std::size_t at, std::size_t& uncompressed) {
     const std::size_t size = Get16(head + 4);
     uncompressed = Get16(head + 6);
     if (size > kLargestData - at || uncompressed > kBlockSize) throw EngineFailure{kCorrupt};
-    unsigned char* const data = m_compressed.Get() + at;
+    unsigned char* const data = m_decompressor.Room() + at;
     if (!input.Read(data, size)) throw EngineFailure{kCorrupt};
     // 0 stands for a checksum that nobody made.
     const std::uint32_t checksum = Get32(head);

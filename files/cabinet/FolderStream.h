@@ -5,8 +5,8 @@
 #include <functional>
 #include <memory>
 
+#include "files/cabinet/BlockDecompressor.h"
 #include "files/cabinet/CabinetIndex.h"
-#include "files/cabinet/Mszip.h"
 
 namespace qv::cabinet {
 
@@ -32,14 +32,13 @@ public:
 private:
     bool IsOn(Serial cabinet, unsigned folder) const;
     void NextBlock();
-    std::size_t ReadCompressed(std::size_t& uncompressed);
+    void ReadBlock();
     std::size_t ReadPart(std::size_t at, std::size_t& uncompressed);
     void GoOnInNextCabinet();
     void Open();
 
     OpenNext m_openNext;
-    MszipDecompressor m_decompressor;
-    Buffer m_compressed, m_blocks;
+    BlockDecompressor m_decompressor;
     std::unique_ptr<OpenCabinet> m_cabinet;  ///< null until data is needed
     Serial m_first = 0, m_present = 0;       ///< where the folder starts, and the cabinet being read
     unsigned m_folder = 0;                   ///< its number in the first one

@@ -39,7 +39,8 @@ std::size_t Store(Bytes block, unsigned char* out) {
 
 MszipCompressor::MszipCompressor(IMemory& memory) {
     UseMemory(m_stream, memory);
-    constexpr int kLevel = 6, kMemory = 8;
+    // With the history primed, this is smaller than level 6 without, at two thirds of the time.
+    constexpr int kLevel = 4, kMemory = 8;
     if (deflateInit2(&m_stream, kLevel, Z_DEFLATED, kRawDeflate, kMemory, Z_DEFAULT_STRATEGY) != Z_OK)
         throw EngineFailure{3};
 }

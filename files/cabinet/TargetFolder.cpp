@@ -20,11 +20,14 @@ std::optional<std::vector<std::string>> SafeNames(std::string_view path) {
     std::vector<std::string> names;
     for (;;) {
         const std::size_t end = path.find_first_of(kSeparators);
-        names.emplace_back(path.substr(0, end));
-        if (!platform::IsPlainName(names.back())) return std::nullopt;
-        if (end == path.npos) return names;
+        const std::string_view name = path.substr(0, end);
+        if (name != ".") names.emplace_back(name);
+        if (name != "." && !platform::IsPlainName(names.back())) return std::nullopt;
+        if (end == path.npos) break;
         path.remove_prefix(end + 1);
     }
+    if (names.empty()) return std::nullopt;
+    return names;
 }
 
 void TargetFolder::SetRoot(const CString& root) {

@@ -12,8 +12,8 @@
 namespace qv::cabinet {
 
 /// The names of a relative path, folders first, with either separator between them. Nothing when it is no such path or
-/// could lead out of the folder that it is taken from: absolute, with a drive, empty names, "." and "..", and what
-/// platform::IsPlainName refuses. A final separator is passed over.
+/// could lead out of the folder that it is taken from: absolute, with a drive, empty names, "..", and what
+/// platform::IsPlainName refuses. A name "." and a final separator are passed over.
 std::optional<std::vector<std::string>> SafeNames(std::string_view path);
 
 /// A folder into which members are brought. Every folder on the way to a member is opened by way of the one above it and is
