@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "qvcommon/XmlHelper.h"
-#include "xml/ElementKey.h"
+#include "xml/Elements.h"
 #include "xml/dom/Markup.h"
 
 namespace {
@@ -13,16 +13,8 @@ namespace {
 using Node = MSXML2::IXMLDOMNode;
 using Element = MSXML2::IXMLDOMElement;
 using Nodes = std::vector<Node>;
-
-Nodes ChildrenOf(const Node& parent) {
-    Nodes children;
-    for (Node child = parent.get_firstChild(); child; child = child.get_nextSibling()) children.push_back(child);
-    return children;
-}
-
-bool IsElement(const Node& node) {
-    return node.get_nodeType() == MSXML2::NODE_ELEMENT;
-}
+using qv::ChildrenOf;
+using qv::IsElement;
 
 bool IsBlank(std::string_view text) {
     return text.find_first_not_of(" \t\r\n") == text.npos;
@@ -68,15 +60,8 @@ private:
     std::unordered_map<std::string, std::deque<std::size_t>> m_waiting;
 };
 
-bool IsDeclaration(const CString& name) {
-    return name == "xmlns" || name.Left(6) == "xmlns:";
-}
-
 void TakeOver(const Element& to, const Element& from) {
-    for (const Node& attribute : to.get_attributes()) to.removeAttribute(attribute.get_nodeName());
-    for (const Node& attribute : from.get_attributes())
-        if (const CString name = attribute.get_nodeName(); !IsDeclaration(name))
-            to.setAttribute(name, attribute.get_nodeValue());
+    qv::CopyAttributes(to, from);
     for (const Node& child : ChildrenOf(to)) to.removeChild(child);
     InsertAll(to, ChildrenOf(from), nullptr);
 }

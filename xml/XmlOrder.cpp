@@ -3,28 +3,21 @@
 
 #include "platform/Text.h"
 #include "qvcommon/XmlHelper.h"
+#include "xml/Elements.h"
 #include "xml/dom/Backend.h"
 
 namespace {
 
 using Node = MSXML2::IXMLDOMNode;
 using Nodes = std::vector<Node>;
-
-bool IsElement(const Node& node) {
-    return node.get_nodeType() == MSXML2::NODE_ELEMENT;
-}
+using qv::ChildrenOf;
+using qv::IsElement;
 
 bool HoldsNothing(const Node& element) {
     if (!element.get_attributes().empty()) return false;
     for (Node child = element.get_firstChild(); child; child = child.get_nextSibling())
         if (IsElement(child)) return false;
     return std::string_view(element.get_text()).find_first_not_of(" \t\r\n") == std::string_view::npos;
-}
-
-Nodes ChildrenOf(const Node& parent) {
-    Nodes children;
-    for (Node child = parent.get_firstChild(); child; child = child.get_nextSibling()) children.push_back(child);
-    return children;
 }
 
 std::string KeyText(const Node& element, std::string_view pattern) {

@@ -17,6 +17,9 @@ std::string Reason(const wchar_t* text) {
     return reason.empty() ? "error" : reason;
 }
 
+// COM's interfaces have no destructors; nobody deletes this one.
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 // Keeps the first error. Lives on the stack, whoever counts references to it.
 class FirstError final : public ::ISAXErrorHandler {
 public:
