@@ -9,7 +9,8 @@
 ///
 /// On Windows the DOM is MSXML's (DOMDocument 3.0, through COM, which is initialised for a thread that has not done so);
 /// on Linux it is libxml2's. They agree on what is promised here. Where the COM DOM is Wine's: a single text of more than
-/// 10 MB is refused, and a prefix that was never declared is not.
+/// 10 MB is refused, a prefix that was never declared is not, and the place of an error may be that of the last tag before
+/// it, or 0.
 ///
 /// Texts are bytes in the process's code page. Names and texts that XML cannot hold (a name with a blank, control
 /// characters) raise E_INVALIDARG.

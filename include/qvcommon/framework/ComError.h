@@ -8,10 +8,12 @@
 class QVCOMMON_API _com_error {
 public:
     /// The codes that the library itself raises; a platform's DOM adds its own.
-    static constexpr HRESULT kPointer = static_cast<HRESULT>(0x80004003);      ///< E_POINTER: a null handle was used
-    static constexpr HRESULT kFail = static_cast<HRESULT>(0x80004005);         ///< E_FAIL
-    static constexpr HRESULT kInvalidArg = static_cast<HRESULT>(0x80070057);   ///< E_INVALIDARG
-    static constexpr HRESULT kOutOfMemory = static_cast<HRESULT>(0x8007000E);  ///< E_OUTOFMEMORY
+    enum Code : HRESULT {
+        kPointer = static_cast<HRESULT>(0x80004003),     ///< E_POINTER: a null handle was used
+        kFail = static_cast<HRESULT>(0x80004005),        ///< E_FAIL
+        kInvalidArg = static_cast<HRESULT>(0x80070057),  ///< E_INVALIDARG
+        kOutOfMemory = static_cast<HRESULT>(0x8007000E)  ///< E_OUTOFMEMORY
+    };
 
     explicit _com_error(HRESULT error, CString description = {});
     _com_error(const _com_error&) = default;
