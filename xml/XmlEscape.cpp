@@ -126,26 +126,30 @@ void CXmlHelper::SetupInvalidCharArray() {
     });
 }
 
-void CXmlHelper::Clean(CString& text) {
+CString& CXmlHelper::Clean(CString& text) {
     SetupInvalidCharArray();
     static const Table table = TableOf(kTextEntities);
     Escape(text, table);
+    return text;
 }
 
-void CXmlHelper::Dirty(CString& text) {
+CString& CXmlHelper::Dirty(CString& text) {
     SetupInvalidCharArray();
     Unescape(text, kTextEntities, true);
+    return text;
 }
 
-void CXmlHelper::CleanAttribute(CString& text) {
+CString& CXmlHelper::CleanAttribute(CString& text) {
     SetupInvalidCharArray();
     static const Table table = TableOf(kAttributeEntities);
     Escape(text, table);
+    return text;
 }
 
-void CXmlHelper::DirtyAttribute(CString& text) {
+CString& CXmlHelper::DirtyAttribute(CString& text) {
     SetupInvalidCharArray();
     Unescape(text, kAttributeEntities, true);
+    return text;
 }
 
 void CXmlHelper::CleanInvalidChars(CString& text) {

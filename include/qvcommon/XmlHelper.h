@@ -168,23 +168,20 @@ public:
     //
     // What XML reserves becomes entities, and the bytes 0x80 to 0x9F character references with their number: "a<b" is
     // "a&lt;b", byte 0x93 "&#147;". In a code page with characters of several bytes only bytes that are no part of a
-    // character count. Line ends and control characters pass. Texts are changed in place, in one pass.
+    // character count. Line ends and control characters pass. One pass; a CString that is not const is changed in place and
+    // returned, any other text stays as it is.
 
     /// & < >
-    static void Clean(CString& text);
+    static CString& Clean(CString& text);
     /// The inverse; every "\n" becomes "\r\n" besides. "&amp;lt;" gives "&lt;".
-    static void Dirty(CString& text);
+    static CString& Dirty(CString& text);
     /// & " ' < >
-    static void CleanAttribute(CString& text);
-    static void DirtyAttribute(CString& text);
-    static CString Clean(std::string_view text) { return Changed(text, Clean); }
-    static CString Dirty(std::string_view text) { return Changed(text, Dirty); }
-    static CString CleanAttribute(std::string_view text) { return Changed(text, CleanAttribute); }
-    static CString DirtyAttribute(std::string_view text) { return Changed(text, DirtyAttribute); }
-    static CString Clean(const char* text) { return Changed(text, Clean); }
-    static CString Dirty(const char* text) { return Changed(text, Dirty); }
-    static CString CleanAttribute(const char* text) { return Changed(text, CleanAttribute); }
-    static CString DirtyAttribute(const char* text) { return Changed(text, DirtyAttribute); }
+    static CString& CleanAttribute(CString& text);
+    static CString& DirtyAttribute(CString& text);
+    static CString Clean(const CString& text) { return Changed(text, Clean); }
+    static CString Dirty(const CString& text) { return Changed(text, Dirty); }
+    static CString CleanAttribute(const CString& text) { return Changed(text, CleanAttribute); }
+    static CString DirtyAttribute(const CString& text) { return Changed(text, DirtyAttribute); }
 
 protected:
     /// The references alone.
@@ -198,7 +195,7 @@ protected:
     static CStringArray ms_InvalidCharsSearch, ms_InvalidCharsReplace;
 
 private:
-    static CString Changed(CString text, void (*change)(CString&)) { return change(text), text; }
+    static CString Changed(CString text, CString& (*change)(CString&)) { return std::move(change(text)); }
 
     CString m_xml;
 };

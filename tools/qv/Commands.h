@@ -13,5 +13,6 @@ struct Failed : std::runtime_error {
 void AddLockCommand(CLI::App& app);
 void AddReport(CLI::App& app);
 void AddText(CLI::App& app);
+void AddXml(CLI::App& app);
 
 }  // namespace qv::tool
