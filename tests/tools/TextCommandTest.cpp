@@ -17,7 +17,8 @@ TEST(TextCommand, FiltersBytes) {
     };
     for (const Row& row :
          {Row{{"escape"}, "a<\r\n", "a&lt;<br>"}, Row{{"unescape"}, "a&lt;<br>", "a<\r"},
-          Row{{"plain"}, "<p>a<br>b", "a\r\nb"}, Row{{"strip-tags"}, "a<b>c\r\n", "a c\r\n"},
+          Row{{"plain"}, "<p>a<br>b", "a\r\nb"}, Row{{"xml-escape"}, "a<\"\n", "a&lt;\"\n"},
+          Row{{"xml-unescape"}, "&amp;lt;\n", "&lt;\r\n"}, Row{{"strip-tags"}, "a<b>c\r\n", "a c\r\n"},
           Row{{"url-escape"}, "a b\r\n\x1A&", "a+b%0d%0a%1a%26"},
           Row{{"url-unescape"}, "a+b%0d%0a%1a%26\n", "a b\r\n\x1A&\n"}, Row{{"title-case"}, "the END", "The End"},
           Row{{"wrap", "5"}, "ab cd ef", "ab\r\ncd ef"}, Row{{"csv-split"}, "x,\"y,\"\"z\"\r\n", "x\ny,\"z\n"},

@@ -19,5 +19,6 @@ void AddLockCommand(CLI::App& app);
 void AddLog(CLI::App& app);
 void AddReport(CLI::App& app);
 void AddText(CLI::App& app);
+void AddXml(CLI::App& app);
 
 }  // namespace qv::tool

@@ -46,5 +46,6 @@ int main(int argc, char** argv) {
     qv::tool::AddLockCommand(app);
     qv::tool::AddReport(app);
     qv::tool::AddText(app);
+    qv::tool::AddXml(app);
     return Run(app, argc, argv);
 }

@@ -5,6 +5,7 @@
 #include "qvcommon/HtmlWriter.h"
 #include "qvcommon/Replacers.h"
 #include "qvcommon/StringHelper.h"
+#include "qvcommon/XmlHelper.h"
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
 
@@ -66,6 +67,13 @@ void AddPageFilters(CLI::App& text) {
               [](const CString& in) { return CHtmlWriter::HtmlToPlainText(in); });
 }
 
+void AddXmlFilters(CLI::App& text) {
+    AddFilter(text, "xml-escape", "Escape for the text of an XML element", "echo -n 'a<b' | qv text xml-escape",
+              [](const CString& in) { return CXmlHelper::Clean(in); });
+    AddFilter(text, "xml-unescape", "The inverse of xml-escape; LF becomes CR LF",
+              "echo 'a&lt;b' | qv text xml-unescape", [](const CString& in) { return CXmlHelper::Dirty(in); });
+}
+
 void AddSimpleFilters(CLI::App& text) {
     AddFilter(text, "strip-tags", "Put a space in the place of every tag, from \"<\" to \">\"",
               "echo 'a<b>c' | qv text strip-tags", [](const CString& in) { return CStripTag().ReplaceEscapes(in); });
@@ -109,6 +117,7 @@ void AddText(CLI::App& app) {
     text.footer("Example: qv text wrap 72 < letter.txt");
     text.require_subcommand(1);
     AddPageFilters(text);
+    AddXmlFilters(text);
     AddSimpleFilters(text);
     AddLineFilters(text);
     AddWrap(text);

@@ -14,6 +14,9 @@ using BYTE = unsigned char;
 using DWORD = std::conditional_t<sizeof(long) == 4, unsigned long, std::uint32_t>;
 using LONG = std::conditional_t<sizeof(long) == 4, long, std::int32_t>;
 
+/// What a COM operation came to: negative for a failure.
+using HRESULT = LONG;
+
 struct HWND__;
 /// A window of the platform. Null on systems without windows.
 using HWND = HWND__*;

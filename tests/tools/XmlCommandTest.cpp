@@ -1,0 +1,55 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tool.h"
+
+namespace {
+
+TEST(XmlCommand, GetsSetsAndCreates) {
+    const TempFolder folder;
+    const CString file = folder / "a.xml";
+    struct Row {
+        CStringArray arguments;
+        int status;
+        const char* output;
+    };
+    for (const Row& row :
+         {Row{{"get", file, "r"}, 1, ""}, Row{{"create", file, "r/item[1]", "a<b"}, 0, "r[0]/item[1]\n"},
+          Row{{"get", file, "r/item[1]"}, 0, "a<b\n"}, Row{{"get", file, "r/item[2]"}, 1, ""},
+          Row{{"set", file, "r/item[0]", "TruE", "--type", "bool"}, 0, ""}, Row{{"get", file, "r/item"}, 0, "TRUE\n"},
+          Row{{"set", file, "r/item[2]", "x"}, 1, ""}, Row{{"set", file, "r/item", "x1", "--type", "integer"}, 1, ""},
+          Row{{"set", file, "r/item", "2004-05-05 14:03", "--type", "date"}, 0, ""},
+          Row{{"get", file, "r/item", "--type", "date"}, 0, "05 May 2004 14:03:00\n"},
+          Row{{"get", file, "r/item", "--type", "integer"}, 0, "5\n"},
+          Row{{"create", file, "r/@k", "v"}, 0, "r[0]/@k\n"}, Row{{"get", file, "r/@k"}, 0, "v\n"},
+          Row{{"get", file, "r["}, 1, ""}, Row{{"create", file, "other"}, 1, ""},
+          Row{{"get", file, "r", "--type", "odd"}, 2, ""}, Row{{"set", file, "r"}, 2, ""},
+          Row{{"get", "--help"}, 0, nullptr}}) {
+        CStringArray arguments{"xml"};
+        arguments.Append(row.arguments);
+        const ToolAnswer answer = RunTool(arguments);
+        EXPECT_EQ(answer.status, row.status)
+            << row.arguments[0].AsStd() << " " << row.arguments[2 % row.arguments.GetSize()].AsStd();
+        if (row.output) {
+            EXPECT_EQ(answer.output, row.output);
+        }
+    }
+}
+
+TEST(XmlCommand, LeavesTheRestOfTheFile) {
+    const TempFolder folder;
+    const std::string before = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n<!--\xE4-->\n<r>\n  <a>\xF6</a>\n</r>";
+    folder.Write("b.xml", before);
+    EXPECT_EQ(ToolStatus({"xml", "set", folder / "b.xml", "r/a", "x"}), 0);
+    const std::string after = folder.Read("b.xml");
+    EXPECT_NE(after.find("<!--\xE4-->"), after.npos) << after;
+    EXPECT_NE(after.find("<r>\n  <a>x</a>\n</r>"), after.npos) << after;
+    folder.Write("bad.xml", "<r>\n<a></r>");
+    EXPECT_EQ(ToolStatus({"xml", "set", folder / "bad.xml", "r", "x"}), 1);
+    EXPECT_EQ(folder.Read("bad.xml"), "<r>\n<a></r>");
+    std::size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder.Native())) ++files;
+    EXPECT_EQ(files, 2u);
+}
+
+}  // namespace

@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+
+#include "qvcommon/ClassFactory.h"
+#include "qvcommon/XmlDomElement.h"
+#include "qvcommon/XmlException.h"
+#include "tests/support/Raised.h"
+
+namespace {
+
+int g_alive = 0;
+
+class Wrapper : public CXmlDomElement {
+public:
+    Wrapper() { ++g_alive; }
+    ~Wrapper() override { --g_alive; }
+};
+class BigWrapper : public Wrapper {};
+
+class XmlDomElement : public ::testing::Test {
+protected:
+    XmlDomElement() {
+        CQVClassFactory::Register<Wrapper>("a");
+        CQVClassFactory::Register<Wrapper>("b");
+        CQVClassFactory::Register<BigWrapper>("a typ=\"big\"");
+        CQVClassFactory::Register("wrong", [] { return static_cast<CObject*>(new CStringArray); });
+    }
+    ~XmlDomElement() override {
+        for (const char* const key : {"a", "b", "a typ=\"big\"", "wrong"})
+            EXPECT_TRUE(CQVClassFactory::Unregister(key));
+        EXPECT_FALSE(CQVClassFactory::CreateObject("a"));
+    }
+
+    std::vector<std::string> Keys() {
+        std::vector<std::string> keys;
+        for (CXmlDomElement* const child : root.GetChildren()) keys.push_back(child->GetFullTag().AsStd());
+        return keys;
+    }
+
+    CXmlDomElement root;
+};
+
+using ::testing::ElementsAre;
+
+TEST_F(XmlDomElement, WrapsWhatHasAClass) {
+    EXPECT_EQ(root.LoadXml("<r>t<a/><none/><!--c--><a typ='big'/><a typ='odd'/><wrong/><b><a>x</a></b></r>"), 1);
+    EXPECT_THAT(Keys(), ElementsAre("a", "a typ=\"big\"", "b"));
+    EXPECT_TRUE(dynamic_cast<BigWrapper*>(root.GetChildren()[1]));
+    CXmlDomElement* const inner = root.GetElement("b/a");
+    ASSERT_TRUE(inner);
+    EXPECT_EQ(inner, root.GetChildren()[2]->GetChildren()[0]);
+    EXPECT_EQ(inner->GetParent(), root.GetChildren()[2]);
+    EXPECT_EQ(inner->GetNodePath(&root), "b[0]/a[0]");
+    EXPECT_EQ(inner->GetElementMask(), "/r/b/a");
+    EXPECT_EQ(inner->GetElement("/r/b", 0, 1), root.GetChildren()[2]);
+    EXPECT_EQ(root.GetElement("none"), nullptr);
+    EXPECT_TRUE(root.IsDocElement() && !inner->IsDocElement());
+    CXmlDomElement* const made = root.GetElement("r/b", 2, 1, 1);
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made->GetNodePath(), "/r[0]/b[2]");
+    CString text;
+    EXPECT_EQ(inner->GetString(".", text), 1);
+    EXPECT_EQ(text, "x");
+}
+
+TEST_F(XmlDomElement, KeepsWrappersOfWhatStays) {
+    root.LoadXml("<r><a>1</a><b>2</b><a>3</a></r>");
+    const CXmlDomElementArray before = root.GetChildren();
+    EXPECT_EQ(&root.GetChildren(), &root.GetChildren());
+    EXPECT_EQ(root.SetXml("<b>4</b><a>3</a><a typ='big'/>"), 1);
+    ASSERT_THAT(Keys(), ElementsAre("b", "a", "a typ=\"big\""));
+    EXPECT_EQ(root.GetChildren()[0], before[1]);
+    EXPECT_EQ(root.GetChildren()[1], before[2]);
+    EXPECT_EQ(g_alive, 3);
+    EXPECT_EQ(root.GetXml(), "<r><b>4</b><a>3</a><a typ=\"big\"/></r>");
+    EXPECT_EQ(root.MoveChildUp(1), 1);
+    EXPECT_EQ(root.MoveChildUp(0) + root.MoveChildUp(9), 0);
+    EXPECT_EQ(root.GetXml(), "<r><a>3</a><b>4</b><a typ=\"big\"/></r>");
+    EXPECT_EQ(root.AppendXml("<x>t<b>5</b></x>", 0)->GetXml(), "<b>5</b>");
+    EXPECT_EQ(root.RemoveChild(root.GetChildren()[0]), 1);
+    EXPECT_EQ(root.RemoveChild(&root) + root.RemoveChild(-1), 0);
+    EXPECT_EQ(root.RemoveNodes("a/@typ"), 1);
+    EXPECT_EQ(root.RemoveNodes("none"), 0);
+    EXPECT_EQ(root.RemoveNodes("b[0]"), 1);
+    EXPECT_EQ(root.GetXml(), "<r><a/>t<b>5</b></r>");
+    EXPECT_EQ(root.GetChildren().GetSize(), 2);
+    CXmlDomElement other;
+    other.LoadXml("<z k='1'><b>5</b><a/></z>");
+    root.SyncNode(other);
+    EXPECT_EQ(root.GetXml(), "<r k=\"1\"><b>5</b><a/></r>");
+    EXPECT_EQ(root.GetChildren().GetSize(), 2);
+    EXPECT_EQ(root.SetString(".", "text"), 1);
+    EXPECT_EQ(root.GetChildren().GetSize(), 0);
+    root.AppendXml("<a/>", 1);
+    root.RemoveChildren();
+    EXPECT_EQ(root.GetXml(), "<r k=\"1\">text</r>");
+    EXPECT_EQ(g_alive, 0);
+}
+
+TEST_F(XmlDomElement, IsEmptyAfterAnUnparsableText) {
+    EXPECT_EQ(root.LoadXml("<a>"), 0);
+    EXPECT_EQ(root.HasDomElement(), 0);
+    try {
+        root.GetChildren();
+        ADD_FAILURE();
+    } catch (const _com_error& error) {
+        EXPECT_EQ(error.Error(), _com_error::kPointer);
+    }
+    const auto problem = root.GetDomDoc().get_parseError();
+    const auto raised = Raised<CXmlException>([&] { CXmlException::Throw(problem, 48, 9); });
+    ASSERT_TRUE(raised);
+    EXPECT_EQ(raised->GetText(), problem.get_reason());
+    EXPECT_EQ(raised->GetErrorCode(), problem.get_errorCode());
+    EXPECT_TRUE(raised->GetSeverity() == 48 && raised->GetDetail() == 9);
+    const auto own = Raised<CVorbexException>([] { CXmlException::Throw("text", 16, 3, 4); });
+    ASSERT_TRUE(own && own->IsKindOf(RUNTIME_CLASS(CXmlException)));
+    EXPECT_EQ(static_cast<CXmlException&>(*own).GetErrorCode(), 3);
+}
+
+}  // namespace

@@ -1,0 +1,297 @@
+#include <gmock/gmock.h>
+
+#include "qvcommon/XmlHelper.h"
+#include "tests/support/Raised.h"
+#include "tests/support/ScopedLocale.h"
+#include "tests/support/Utf8Locale.h"
+
+namespace {
+
+using MSXML2::IXMLDOMDocument;
+using MSXML2::IXMLDOMElement;
+using MSXML2::IXMLDOMNode;
+using ::testing::ElementsAre;
+
+IXMLDOMElement Root(std::string_view xml) {
+    IXMLDOMElement root = CXmlHelper::GetDocumentElement(xml);
+    EXPECT_TRUE(root) << xml;
+    return root;
+}
+
+CString TextAt(const IXMLDOMNode& element, const char* path, int index = 0) {
+    CString text = "left alone";
+    CXmlHelper::GetString(element, path, text, index);
+    return text;
+}
+
+TEST(XmlHelper, ReadsTypedValues) {
+    struct Row {
+        const char* text;
+        int integer;
+        double real;
+        BOOL yes;
+    };
+    for (const Row& row : {Row{"12abc", 12, 12, 0},
+                           {"-7.5e1x", -7, -75, 0},
+                           {" +3", 3, 3, 0},
+                           {"true", 0, 0, 1},
+                           {"TrUe", 0, 0, 1},
+                           {"yes", 0, 0, 0},
+                           {"1", 1, 1, 0},
+                           {"99999999999", 2147483647, 99999999999.0, 0},
+                           {"-99999999999", -2147483647 - 1, -99999999999.0, 0},
+                           {"1e-999", 1, 0, 0},
+                           {"0x10", 0, 0, 0},
+                           {"", 0, 0, 0},
+                           {"+-1", 0, 0, 0}}) {
+        const IXMLDOMElement root = Root(CString("<r><v>") + row.text + "</v></r>");
+        int integer = 77;
+        double real = 77;
+        BOOL yes = 77;
+        EXPECT_EQ(CXmlHelper::GetInteger(root, "v", integer), 1);
+        EXPECT_EQ(CXmlHelper::GetDouble(root, "v", real), 1);
+        EXPECT_EQ(CXmlHelper::GetBool(root, "v", yes), 1);
+        EXPECT_EQ(integer, row.integer) << row.text;
+        EXPECT_EQ(real, row.real) << row.text;
+        EXPECT_EQ(yes, row.yes) << row.text;
+        integer = 77, real = 77, yes = 77;
+        COleDateTime date;
+        EXPECT_EQ(CXmlHelper::GetInteger(root, "none", integer), 0);
+        EXPECT_EQ(CXmlHelper::GetDouble(root, "v", real, 1), 0);
+        EXPECT_EQ(CXmlHelper::GetBool(root, "none", yes), 0);
+        EXPECT_EQ(CXmlHelper::GetDate(root, "none", date), 0);
+        EXPECT_EQ(integer, 77);
+        EXPECT_EQ(real, 77);
+        EXPECT_EQ(yes, 0);
+        EXPECT_EQ(date.GetStatus(), COleDateTime::invalid);
+    }
+}
+
+TEST(XmlHelper, WritesWhatItReads) {
+    for (const char* const locale : {"C", "de_DE.UTF-8"}) {
+        const ScopedLocale scope(locale);
+        const IXMLDOMElement root = Root("<r><v a='1'/><v/></r>");
+        EXPECT_EQ(CXmlHelper::SetString(root, "v", " <&>\r\na\nb\r\n", 1), 1);
+        EXPECT_EQ(TextAt(root, "v", 1), "<&>\r\na\r\nb");
+        EXPECT_EQ(CXmlHelper::SetInteger(root, "v", -2147483647 - 1), 1);
+        EXPECT_EQ(TextAt(root, "v"), "-2147483648");
+        EXPECT_EQ(CXmlHelper::SetDouble(root, "v/@a", 0.1 + 0.2), 1);
+        EXPECT_EQ(TextAt(root, "v/@a"), "0.3");
+        EXPECT_EQ(CXmlHelper::SetDouble(root, "v", 1e20), 1);
+        EXPECT_EQ(TextAt(root, "v"), "1e+20");
+        EXPECT_EQ(CXmlHelper::SetBool(root, "v", 7), 1);
+        EXPECT_EQ(TextAt(root, "v"), "TRUE");
+        COleDateTime date(2004, 5, 5, 14, 3, 7), back;
+        EXPECT_EQ(CXmlHelper::SetDate(root, "v", date), 1);
+        EXPECT_EQ(TextAt(root, "v"), "05 May 2004 14:03:07");
+        EXPECT_EQ(CXmlHelper::GetDate(root, "v", back), 1);
+        EXPECT_EQ(back, date);
+        date.SetStatus(COleDateTime::invalid);
+        EXPECT_EQ(CXmlHelper::SetDate(root, "v", date), 1);
+        EXPECT_EQ(TextAt(root, "v"), "INVALID");
+        EXPECT_EQ(CXmlHelper::GetDate(root, "v", back), 1);
+        EXPECT_EQ(back.GetStatus(), COleDateTime::invalid);
+        const CString before = root.get_xml();
+        EXPECT_EQ(CXmlHelper::SetString(root, "none", "x"), 0);
+        EXPECT_EQ(CXmlHelper::SetBool(root, "v", 1, 2), 0);
+        EXPECT_EQ(root.get_xml(), before);
+    }
+}
+
+TEST(XmlHelper, ReadsArraysItemByItem) {
+    const IXMLDOMElement root = Root(
+        "<r><v>1</v><g><w>a</w></g><v>2</v><g><w>b</w><w>c</w><x1>p</x1><x0>q</x0></g><g><w>d</w><w>e</w><w>f</w></"
+        "g><v>3</v>"
+        "<i><k>s</k></i><i/><i><k>t</k></i></r>");
+    struct Row {
+        const char* path;
+        int mode;
+        CStringArray items;
+    };
+    for (const Row& row :
+         {Row{"v", 0, {"1", "2", "3"}}, Row{"none", 0, {}}, Row{"g/w", 0, {"a", "c", "f"}}, Row{"v[1]", 0, {"2"}},
+          Row{".//w", 0, {"a", "c", "f"}}, Row{"v[%d]", 1, {"1", "2", "3"}}, Row{"g/w[%d]", 1, {"a", "c", "f"}},
+          Row{"g[%d]/w", 1, {"a", "b", "d"}}, Row{"i[%d]/k", 1, {"s"}}, Row{"g/x%d", 1, {"q", "p"}},
+          Row{"/r/v[%d]", 1, {"1", "2", "3"}}, Row{"*[%d]", 1, {"1", "a", "2", "bcpq", "def", "3", "s", "", "t"}},
+          Row{"v[. = %d + 1]", 1, {"1", "2", "3"}}}) {
+        CStringArray items{"before"}, expected{"before"}, literal{"before"};
+        expected.Append(row.items);
+        EXPECT_EQ(CXmlHelper::GetStringArray(root, row.path, items, row.mode), 1);
+        EXPECT_EQ(items, expected) << row.path;
+        // Item by item, as it is defined.
+        CString text;
+        for (int i = 0;; ++i) {
+            CString path(row.path);
+            if (row.mode) path.Format(qv::RuntimeFormat{row.path}, i);
+            if (!CXmlHelper::GetString(root, path, text, row.mode ? 0 : i)) break;
+            literal.Add(text);
+        }
+        EXPECT_EQ(literal, expected) << row.path;
+    }
+    CStringArray none;
+    EXPECT_EQ(CXmlHelper::GetStringArray(root, "none", none), 0);
+    EXPECT_TRUE(Raised<CInvalidArgException>([&] { CXmlHelper::GetStringArray(root, "v", none, 1); }));
+    CUIntArray numbers;
+    CDoubleArray reals;
+    EXPECT_EQ(CXmlHelper::GetIntegerArray(root, "v", numbers), 1);
+    EXPECT_EQ(CXmlHelper::GetBoolArray(root, "v", numbers), 1);
+    EXPECT_EQ(CXmlHelper::GetDoubleArray(root, "v", reals), 1);
+    EXPECT_EQ(numbers, (CUIntArray{1, 2, 3, 0, 0, 0}));
+    EXPECT_EQ(reals, (CDoubleArray{1, 2, 3}));
+}
+
+TEST(XmlHelper, MakesPathsAndDeletesThem) {
+    const IXMLDOMDocument document = CXmlHelper::CreateDocument();
+    struct Row {
+        const char *path, *value, *made, *markup;
+    };
+    for (const Row& row :
+         {Row{"r", "", "r[0]", "<r/>"},
+          Row{"r/item[2]", "<v/>", "r[0]/item[2]", "<r><item><v/></item><item><v/></item><item><v/></item></r>"},
+          Row{"/r/item[1]/v", "x", "/r[0]/item[1]/v[0]", nullptr},
+          Row{"r/item[3]/@k", "a<b", "r[0]/item[3]/@k",
+              "<r><item><v/></item><item><v/></item><item><v/></item><item k=\"a&lt;b\">a&lt;b</item></r>"}}) {
+        const char* const value = std::string_view(row.made).ends_with("@k") ? "a&lt;b" : row.value;
+        EXPECT_EQ(CXmlHelper::CreateXmlPath(document, row.path, value), row.made);
+        EXPECT_TRUE(document.selectSingleNode(row.made)) << row.path;
+        if (row.markup && !std::string_view(row.made).ends_with("@k")) {
+            EXPECT_EQ(document.get_xml(), row.markup);
+        }
+    }
+    const CString before = document.get_xml();
+    const auto codeOf = [&](const char* path, const char* value) {
+        try {
+            CXmlHelper::CreateXmlPath(document, path, value);
+        } catch (const _com_error& error) {
+            return error.Error();
+        }
+        return HRESULT{0};
+    };
+    EXPECT_EQ(codeOf("r/item[@k='none']", ""), _com_error::kInvalidArg);
+    EXPECT_EQ(codeOf("r/item[999999999]", ""), _com_error::kInvalidArg);
+    EXPECT_EQ(codeOf("second", ""), _com_error::kInvalidArg);
+    EXPECT_EQ(codeOf("r/q[1]", "</q><q>"), _com_error::kPointer);
+    EXPECT_EQ(codeOf("r//x", ""), _com_error::kFail);
+    EXPECT_EQ(document.get_xml(), before);
+    EXPECT_EQ(CXmlHelper::DeleteXmlPath(document, "r/item[1]"), "/r[0]/item[1]");
+    EXPECT_EQ(CXmlHelper::DeleteXmlPath(document, "r/item[2]/@k"), "/r[0]/item[2]/@k");
+    EXPECT_EQ(CXmlHelper::DeleteXmlPath(document, "r/item[2]/@k"), "");
+    EXPECT_EQ(CXmlHelper::DeleteXmlPath(document, "none"), "");
+    EXPECT_EQ(CXmlHelper::DeleteXmlPath(document, "r"), "/r[0]");
+    EXPECT_FALSE(document.get_documentElement());
+}
+
+TEST(XmlHelper, NamesPlaces) {
+    const IXMLDOMElement root = Root("<r>t<a/><b><a/>x<!--c-->y</b><b k='1'/></r>");
+    struct Row {
+        const char *path, *indexed, *fromB;
+    };
+    for (const Row& row :
+         {Row{".", "/r[0]", "/r[0]"}, Row{"b[0]", "/r[0]/b[0]", ""}, Row{"b/a", "/r[0]/b[0]/a[0]", "a[0]"},
+          Row{"b/text()[1]", "/r[0]/b[0]/text()[1]", "text()[1]"}, Row{"b[1]", "/r[0]/b[1]", "/r[0]/b[1]"},
+          Row{"b/comment()", "/r[0]/b[0]/comment()[0]", "comment()[0]"}, Row{"b[1]/@k", "@k", "@k"}}) {
+        const IXMLDOMNode node = root.selectSingleNode(row.path), b = root.selectSingleNode("b");
+        EXPECT_EQ(CXmlHelper::GetIndexedPath(node), row.indexed);
+        EXPECT_EQ(CXmlHelper::GetNodePath(node, b), row.fromB);
+    }
+    EXPECT_EQ(CXmlHelper::GetIndexedName(root.selectSingleNode("b[1]"), 1), "b[2]");
+    EXPECT_EQ(CXmlHelper::GetElementMask(IXMLDOMElement(root.selectSingleNode("b/a"))), "/r/b/a");
+    EXPECT_EQ(CXmlHelper::GetIndexedPath("/r/a[2]/b/@k"), "/r[0]/a[2]/b[0]/@k");
+    EXPECT_EQ(CXmlHelper::GetIndexedPath("a[b/c='/']/."), "a[b/c='/']/.");
+    EXPECT_EQ(CXmlHelper::GetTagIndex(0) + CXmlHelper::GetTagIndex(-5) + CXmlHelper::GetTagIndex(2), "[2]");
+}
+
+TEST(XmlHelper, InsertsFragments) {
+    const IXMLDOMElement root = Root("<r><a/></r>");
+    EXPECT_EQ(CXmlHelper::AppendXml(root, "<x><b>1</b>t<c/></x>", 0).get_nodeName(), "b");
+    EXPECT_EQ(CXmlHelper::AppendXml(root, "<d k='1'/>", 1).get_nodeName(), "d");
+    EXPECT_EQ(CXmlHelper::AppendXmlBeforeNode(root, "<x><e/><f/></x>", root.selectSingleNode("b"), 0).get_nodeName(),
+              "e");
+    EXPECT_FALSE(CXmlHelper::AppendXml(root, "<x/>", 0));
+    EXPECT_FALSE(CXmlHelper::AppendXml(root, " \n", 1));
+    EXPECT_EQ(root.get_xml(), "<r><a/><e/><f/><b>1</b>t<c/><d k=\"1\"/></r>");
+    EXPECT_EQ(CXmlHelper::GetInnerXml(root), "<a/><e/><f/><b>1</b>t<c/><d k=\"1\"/>");
+    EXPECT_EQ(CXmlHelper::GetInnerXml("<a> x<b>&amp;</b></a>"), " x<b>&amp;</b>");
+    EXPECT_EQ(CXmlHelper::GetInnerXml("<a>"), "");
+    const IXMLDOMNode b = root.selectSingleNode("b"), d = root.selectSingleNode("d");
+    EXPECT_EQ(CXmlHelper::SetXml(root, "<d>new</d>tail<b>1</b><!--c--><z/>"), 1);
+    EXPECT_EQ(root.get_xml(), "<r><d>new</d>tail<b>1</b><!--c--><z/></r>");
+    EXPECT_EQ(root.selectSingleNode("b"), b);
+    EXPECT_EQ(root.selectSingleNode("d"), d);
+    EXPECT_EQ(CXmlHelper::SetXml(root, "<broken>"), 0);
+    EXPECT_EQ(CXmlHelper::SetXml(root, "</x><x>"), 0);
+    EXPECT_EQ(root.selectSingleNode("z").get_xml(), "<z/>");
+    EXPECT_EQ(CXmlHelper::AddElement(root, "n", 12L).get_xml(), "<n>12</n>");
+    EXPECT_EQ(CXmlHelper::AddElement(root, "n", "a<b").get_xml(), "<n>a&lt;b</n>");
+    EXPECT_EQ(CXmlHelper::MakeElement("t", "a<b") + CXmlHelper::MakeElement("t", 5), "<t>a&lt;b</t><t>5</t>");
+    CXmlHelper instance("<r>1</r>");
+    EXPECT_EQ(instance.BuildXmlTree().get_text(), "1");
+    instance.SetXml("<bad>");
+    EXPECT_EQ(instance.GetXml(), "<bad>");
+    EXPECT_FALSE(instance.BuildXmlTree());
+}
+
+TEST(XmlHelper, ReadsAndSetsAttributes) {
+    const IXMLDOMElement root = Root("<r n='12x' t='a&amp;b'><i k='1'/><i/><j k='3'/><i k='2'/></r>");
+    UINT number = 5;
+    CString text = "left";
+    EXPECT_EQ(CXmlHelper::GetAttribute(root, "none", number) + CXmlHelper::GetAttribute(root, "none", text), 0);
+    EXPECT_TRUE(number == 5 && text == "left");
+    EXPECT_EQ(CXmlHelper::GetAttribute(root, "n", number) + CXmlHelper::GetAttribute(root, "t", text), 2);
+    EXPECT_TRUE(number == 12 && text == "a&b");
+    CXmlHelper::SetAttribute(root, "n", 4294967295u);
+    CXmlHelper::AddAttribute(root, "new", "<\"'\n>");
+    EXPECT_EQ(CXmlHelper::GetAttribute(root, "n", number) + CXmlHelper::GetAttribute(root, "new", text), 2);
+    EXPECT_TRUE(number == 4294967295u && text == "<\"'\n>");
+    CStringArray texts;
+    CUIntArray numbers;
+    EXPECT_EQ(CXmlHelper::GetAttributeArray(root, "i", "k", texts), 1);
+    EXPECT_EQ(CXmlHelper::GetAttributeArray(root, "*", "k", numbers), 1);
+    EXPECT_EQ(texts, (CStringArray{"1", "2"}));
+    EXPECT_EQ(numbers, (CUIntArray{1, 3, 2}));
+}
+
+TEST(XmlHelper, PrunesAndSorts) {
+    const IXMLDOMElement empty = Root("<r><a><b> </b></a><c k=''/><d>x</d><e><!--n--></e></r>");
+    EXPECT_EQ(CXmlHelper::DeleteEmptyElements(empty, ""), 3);
+    EXPECT_EQ(empty.get_xml(), "<r><c k=\"\"/><d>x</d></r>");
+    EXPECT_EQ(CXmlHelper::DeleteIfEmpty(Root("<r/>")), 0);
+    const auto sorted = [](const std::function<void(const IXMLDOMElement&)>& sort) {
+        const IXMLDOMElement root = Root("<r>t<i k='b'>1</i><j k='a'>2</j><!--c--><i k='c'>1</i><i>0</i></r>");
+        sort(root);
+        return root.get_xml();
+    };
+    using Element = IXMLDOMElement;
+    EXPECT_EQ(sorted([](const Element& r) { CXmlHelper::Sort(r, "@k", 0); }),
+              "<r>t<i>0</i><j k=\"a\">2</j><!--c--><i k=\"b\">1</i><i k=\"c\">1</i></r>");
+    EXPECT_EQ(sorted([](const Element& r) {
+                  CXmlHelper::Sort(r, CStringArray{".", "@k"}, 1);
+              }),
+              "<r>t<j k=\"a\">2</j><i k=\"c\">1</i><!--c--><i k=\"b\">1</i><i>0</i></r>");
+    EXPECT_EQ(sorted([](const Element& r) { CXmlHelper::Sort(r, CStringArray{"."}, "i", 0); }),
+              "<r>t<i>0</i><j k=\"a\">2</j><!--c--><i k=\"b\">1</i><i k=\"c\">1</i></r>");
+    EXPECT_EQ(sorted([](const Element& r) { CXmlHelper::SortSection(r, ".", 2, -1, 0); }),
+              "<r>t<i k=\"b\">1</i><j k=\"a\">2</j><!--c--><i>0</i><i k=\"c\">1</i></r>");
+}
+
+TEST(XmlHelper, EscapesAndUnescapes) {
+    struct Row {
+        const char *text, *clean, *attribute;
+    };
+    for (const Row& row : {Row{"a<b & c", "a&lt;b &amp; c", "a&lt;b &amp; c"},
+                           Row{"\x93q\x9F\xA0\x7F", "&#147;q&#159;\xA0\x7F", "&#147;q&#159;\xA0\x7F"},
+                           Row{"\"'>", "\"'&gt;", "&quot;&apos;&gt;"}, Row{"&lt;", "&amp;lt;", "&amp;lt;"},
+                           Row{"\x01\t", "\x01\t", "\x01\t"}, Row{"", "", ""}}) {
+        EXPECT_EQ(CXmlHelper::Clean(row.text), row.clean);
+        EXPECT_EQ(CXmlHelper::CleanAttribute(row.text), row.attribute);
+        EXPECT_EQ(CXmlHelper::Dirty(row.clean), row.text);
+        EXPECT_EQ(CXmlHelper::DirtyAttribute(row.attribute), row.text);
+    }
+    EXPECT_EQ(CXmlHelper::Dirty("a\nb&#127;&#160;&#1470;&amp;#147;&quot;"), "a\r\nb&#127;&#160;&#1470;&#147;&quot;");
+    const Utf8Locale utf8;
+    if (utf8) {
+        EXPECT_EQ(CXmlHelper::Clean("\xE2\x82\xAC\x93"), "\xE2\x82\xAC&#147;");
+    }
+}
+
+}  // namespace

@@ -1,0 +1,288 @@
+// Documents, paths and what they lead to: one table, whatever DOM is behind it.
+#include <gmock/gmock.h>
+
+#include "qvcommon/XmlHelper.h"
+#include "tests/support/ScopedLocale.h"
+#include "tests/support/Utf8Locale.h"
+#include "xml/dom/Path.h"
+
+namespace {
+
+using MSXML2::IXMLDOMDocument;
+using MSXML2::IXMLDOMElement;
+using MSXML2::IXMLDOMNode;
+using ::testing::ElementsAre;
+
+constexpr const char* kTree =
+    "<r><a>1</a><b i='x'>2</b><a>3<c>in0</c><c>in1</c></a><a k=\"v\">4</a><p><q/></p><p><q>deep</q><q>er</q></p></r>";
+constexpr const char* kNames = "<a xmlns='u' xmlns:p='v'><p:b p:k='7'>1</p:b><b>2</b></a>";
+
+struct Row {
+    const char *document, *path, *text;  // null: no node
+};
+
+const Row kRows[] = {
+    // Indexes count from 0; no index is the first that leads on.
+    {kTree, "a", "1"},
+    {kTree, "a[0]", "1"},
+    {kTree, "a[1]/c[1]", "in1"},
+    {kTree, "a[2]", "4"},
+    {kTree, "a[3]", nullptr},
+    {kTree, "a[99999999999]", nullptr},
+    {kTree, "a/c", "in0"},
+    {kTree, "a[0]/c", nullptr},
+    {kTree, "p/q[1]", "er"},
+    {kTree, "*[1]", "2"},
+    {kTree, "*[1]/@i", "x"},
+    {kTree, "a[ 2 ]", "4"},
+    // Attributes, absolute paths, the document
+    {kTree, "b/@i", "x"},
+    {kTree, "a/@k", "v"},
+    {kTree, "@i", nullptr},
+    {kTree, "/r/a[1]/c", "in0"},
+    {kTree, "/r[0]/b[0]", "2"},
+    {kTree, "/a", nullptr},
+    {kTree, "..", "123in0in14deeper"},
+    {kTree, "/", "123in0in14deeper"},
+    // Descendants, predicates, unions
+    {kTree, "//c[1]", "in1"},
+    {kTree, ".//q[1]", "er"},
+    {kTree, "a[@k='v']", "4"},
+    {kTree, "a[c='in1']/c[0]", "in0"},
+    {kTree, "a[@k][0]", "4"},
+    {kTree, "a[2][@k]", "4"},
+    {kTree, "a[c and c='in1']", "3in0in1"},
+    {kTree, "a[not(c)][1]", "4"},
+    {kTree, "a[last()]", "4"},
+    {kTree, "zz | b", "2"},
+    {kTree, "a[1]/text()", "3"},
+    {kTree, "child::a[1]/c", "in0"},
+    {kTree, "a[count(c) * 2 = 4]", "3in0in1"},
+    {kTree, "a[.='4']", "4"},
+    {"<and><or>1</or></and>", "or", "1"},
+    {"<r><and>x</and><div>y</div></r>", "and[. = 'x' and ../div = 'y']", "x"},
+    // White space in texts
+    {"<r><a>  x  y\n z </a></r>", "a", "x  y\n z"},
+    {"<r> <a> </a> </r>", "a", ""},
+    {"<r><a xml:space='preserve'> x </a></r>", "a", " x "},
+    {"<r><a>&#32;x&#32;</a></r>", "a", "x"},
+    {"<r><a>l1\r\nl2\rl3</a></r>", "a", "l1\nl2\nl3"},
+    {"<r a=' x  y\n'/>", "@a", " x  y "},
+    {"<r> <b> x</b><c>y</c>  z </r>", ".", "xy  z"},
+    // References, CDATA, comments
+    {"<r>&lt;&amp;&quot;&apos;&gt;&#65;&#x42;</r>", ".", "<&\"'>AB"},
+    {"<r>x<![CDATA[ <&> ]]>y</r>", ".", "x <&> y"},
+    {"<r><![CDATA[ p ]]></r>", ".", " p "},
+    {"<r>x<!--c-->y<?pi z?>w</r>", ".", "xyw"},
+    // Names are what is written, prefix and all
+    {kNames, "b", "2"},
+    {kNames, "p:b", "1"},
+    {kNames, "p:b/@p:k", "7"},
+    {kNames, "//b", "2"},
+    {kNames, "/a/p:b[@p:k='7']", "1"},
+    {kNames, "*[name()='p:b']", "1"},
+    {"<r xmlns='u' a='1'/>", "/r/@a", "1"},
+};
+
+TEST(XmlPaths, LeadToTheSameOnEverySystem) {
+    for (const Row& row : kRows) {
+        const IXMLDOMElement root = CXmlHelper::GetDocumentElement(row.document);
+        ASSERT_TRUE(root) << row.document;
+        const IXMLDOMNode node = root.selectSingleNode(row.path);
+        EXPECT_EQ(!node, !row.text) << row.path;
+        if (!node || !row.text) continue;
+        CString expected(row.text);
+        EXPECT_EQ(node.get_text(), expected) << row.path;
+        CString text;
+        EXPECT_EQ(CXmlHelper::GetString(root, row.path, text), 1);
+        expected.Replace("\n", "\r\n");
+        EXPECT_EQ(text, expected) << row.path;
+    }
+}
+
+// What is walked and what is evaluated find the same nodes, in the same order.
+TEST(XmlPaths, AreWalkedAsTheyAreEvaluated) {
+    const IXMLDOMElement root = CXmlHelper::GetDocumentElement(kTree);
+    for (const char* const path : {"a", "a/c", "a[1]/c", "p/q", "p/q[1]", "*", "*/*", "*/c[1]", "a/@k", "*/@i",
+                                   "/r/*/q", "/*/p[1]/q", "p[1]/q[0]", "x/y"}) {
+        ASSERT_TRUE(qv::dom::ReadSimplePath(path)) << path;
+        const auto walked = root.selectNodes(path), evaluated = root.selectNodes(CString(path) + " | zz");
+        ASSERT_EQ(walked.size(), evaluated.size()) << path;
+        for (std::size_t i = 0; i < walked.size(); ++i) EXPECT_EQ(walked[i].get_xml(), evaluated[i].get_xml()) << path;
+    }
+}
+
+TEST(XmlPaths, ThatAreNoneRaise) {
+    const IXMLDOMElement root = CXmlHelper::GetDocumentElement(kTree);
+    const std::string deep(100, '('), longest(100000, 'a');
+    const CString paths[] = {"",  "a[",   "a[[",    "[",   "@",  "a['",      "a b",  "a/", "//",
+                             "!", "$x",   "f()",    "a[1", "a]", "count(a)", "a::b", deep, longest + "|b",
+                             "]", "a[(]", "a[')']]"};
+    for (const CString& path : paths) {
+        HRESULT code = 0;
+        try {
+            root.selectSingleNode(path);
+        } catch (const _com_error& error) {
+            code = error.Error();
+        }
+        EXPECT_EQ(code, _com_error::kFail) << path.AsStd().substr(0, 40);
+    }
+}
+
+TEST(XmlPaths, SpeakTheCodePage) {
+    for (const char* const locale : {"C", "C.UTF-8"}) {
+        const ScopedLocale scope(locale);
+        const bool utf8 = qv::platform::CurrentCodePage() == qv::platform::CodePage::Utf8;
+        const CString umlaut = utf8 ? "\xC3\xA4" : "\xE4";
+        const IXMLDOMElement root =
+            CXmlHelper::GetDocumentElement("<r><" + umlaut + ">" + umlaut + "</" + umlaut + "></r>");
+        ASSERT_TRUE(root);
+        for (const CString& path : {umlaut, "zz|" + umlaut, "//" + umlaut + "[.='" + umlaut + "']"})
+            EXPECT_EQ(root.selectSingleNode(path).get_text(), umlaut) << path.AsStd();
+        EXPECT_EQ(root.get_xml(), "<r><" + umlaut + ">" + umlaut + "</" + umlaut + "></r>");
+    }
+}
+
+struct Refused {
+    std::string document;
+    long line;  // 0: not the same on every system
+};
+
+// Some COM DOMs tell where the last thing stood that they understood.
+bool TellsExactPlaces() {
+    const IXMLDOMDocument document = CXmlHelper::CreateDocument();
+    CXmlHelper::LoadXml(document, "<a>\n\n<b x=1/></a>");
+    return document.get_parseError().get_line() == 3;
+}
+
+TEST(XmlDocuments, ThatAreBadGiveANullHandleAndAReason) {
+    const bool exact = TellsExactPlaces();
+    const std::string bomb = "<!DOCTYPE r [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b '&a;&a;&a;&a;'>]><r>&b;</r>";
+    const std::string deep = [] {
+        std::string text;
+        for (int i = 0; i < 1000000; ++i) text += "<a>";
+        return text;
+    }();
+    const Refused documents[] = {{"", 0},
+                                 {"  ", 0},
+                                 {"text", 1},
+                                 {"<a>", 0},
+                                 {"<a>\n<b></c>\n</a>", 2},
+                                 {"<a>\n\n<b x=1/></a>", 3},
+                                 {"<a/><b/>", 1},
+                                 {"<a>&foo;</a>", 1},
+                                 {"<a>&#0;</a>", 1},
+                                 {"<a>\n\x01</a>", 2},
+                                 {std::string("<a>\n\0</a>", 9), 2},
+                                 {"<a x='1' x='2'/>", 1},
+                                 {"<a>x ]]> y</a>", 1},
+                                 {"<a b='<'/>", 1},
+                                 {" <?xml version='1.0'?><a/>", 1},
+                                 {bomb, 1},
+                                 {"<!DOCTYPE r [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><r>&x;</r>", 1},
+                                 {"<!DOCTYPE r [<!ATTLIST r a CDATA 'big'>]><r/>", 1},
+                                 {"\n<!DOCTYPE r [<!ENTITY % p SYSTEM 'http://localhost/'> %p;]><r/>", 2},
+                                 {deep, 1}};
+    for (const Refused& row : documents) {
+        const std::string shown = row.document.substr(0, 60);
+        const IXMLDOMDocument document = CXmlHelper::CreateDocument();
+        ASSERT_EQ(CXmlHelper::LoadXml(document, "<old/>"), 1);
+        EXPECT_EQ(CXmlHelper::LoadXml(document, row.document), 0) << shown;
+        EXPECT_FALSE(document.get_documentElement()) << shown;
+        const auto problem = document.get_parseError();
+        EXPECT_NE(problem.get_errorCode(), 0) << shown;
+        EXPECT_FALSE(problem.get_reason().IsEmpty()) << shown;
+        if (row.line && exact) {
+            EXPECT_EQ(problem.get_line(), row.line) << shown << ": " << problem.get_reason().AsStd();
+            EXPECT_GT(problem.get_linepos(), 0) << shown;
+        } else if (row.line) {
+            EXPECT_LE(problem.get_line(), row.line) << shown << ": " << problem.get_reason().AsStd();
+        }
+        EXPECT_FALSE(CXmlHelper::GetDocumentElement(row.document));
+        EXPECT_EQ(CXmlHelper::LoadXml(document, "<new/>"), 1);
+        EXPECT_EQ(document.get_parseError().get_errorCode(), 0);
+    }
+}
+
+TEST(XmlDocuments, AtTheLimitsLoad) {
+    std::string deep;
+    for (int i = 0; i < 255; ++i) deep += "<a>";
+    for (int i = 0; i < 255; ++i) deep += "</a>";
+    std::string comments = "<a><!-- " + std::string(1000, '<') + " --><![CDATA[" + std::string(1000, '<') + "]]></a>";
+    for (const std::string& text :
+         {deep, comments, std::string("<!DOCTYPE r SYSTEM 'http://localhost/never.dtd'><r/>"),
+          "<a>" + std::string(9000000, 'x') + "</a>", std::string("<?xml version='1.0' encoding='utf-8'?><r>\xE4</r>")})
+        EXPECT_TRUE(CXmlHelper::GetDocumentElement(text)) << text.substr(0, 60);
+    const Utf8Locale utf8;
+    if (utf8) {
+        EXPECT_FALSE(CXmlHelper::GetDocumentElement("<a>\xE4</a>"));
+    }
+}
+
+TEST(XmlDocuments, GoThroughFilesInTheirEncoding) {
+    const std::string declared = "<?xml version=\"1.0\" encoding=\"";
+    for (const auto& [encoding, umlaut] : {std::pair("utf-8", "\xC3\xA4"), std::pair("iso-8859-1", "\xE4")}) {
+        const IXMLDOMDocument document = CXmlHelper::CreateDocument();
+        document.put_preserveWhiteSpace(true);
+        ASSERT_TRUE(document.load(declared + encoding + "\"?>\n<r> <a>" + umlaut + "</a></r>"));
+        EXPECT_EQ(CXmlHelper::SetString(document.get_documentElement(), "a", "x"), 1);
+        document.get_documentElement().setAttribute("k", "v");
+        const std::string saved = document.save();
+        EXPECT_NE(saved.find(encoding), saved.npos) << saved;
+        EXPECT_NE(saved.find("<r k=\"v\"> <a>x</a></r>"), saved.npos) << saved;
+    }
+    const IXMLDOMDocument wide = CXmlHelper::CreateDocument();
+    EXPECT_TRUE(wide.load(std::string("\xFF\xFE<\0r\0/\0>\0", 10)));
+    EXPECT_FALSE(wide.load(std::string("\xFF\xFE<\0!\0D\0O\0C\0T\0Y\0P\0E\0 \0r\0[\0]\0>\0<\0r\0/\0>\0", 42)));
+}
+
+TEST(XmlNodes, OutliveTheirPlaceAndTheirDocument) {
+    IXMLDOMElement kept, moved;
+    {
+        const IXMLDOMElement root = CXmlHelper::GetDocumentElement("<r xmlns:p='v'><p:a><p:b>1</p:b></p:a><c/></r>");
+        const IXMLDOMNode a = root.selectSingleNode("p:a");
+        kept = IXMLDOMElement(a.selectSingleNode("p:b"));
+        root.removeChild(a);
+        EXPECT_FALSE(root.selectSingleNode("p:a"));
+        const IXMLDOMElement other = CXmlHelper::GetDocumentElement("<o><z>2</z></o>");
+        moved = IXMLDOMElement(other.selectSingleNode("z"));
+        root.insertBefore(moved, root.selectSingleNode("c"));
+        EXPECT_EQ(root.get_xml(), "<r xmlns:p=\"v\"><z>2</z><c/></r>");
+        EXPECT_EQ(other.get_xml(), "<o/>");
+        root.put_text("gone");
+    }
+    EXPECT_EQ(kept.get_text(), "1");
+    EXPECT_EQ(kept.get_xml(), "<p:b xmlns:p=\"v\">1</p:b>");
+    moved.put_text("3");
+    EXPECT_EQ(moved.get_xml(), "<z>3</z>");
+}
+
+TEST(XmlNodes, ReportWhatCannotBe) {
+    const IXMLDOMElement root = CXmlHelper::GetDocumentElement("<r><a><b/></a></r>");
+    const IXMLDOMNode a = root.selectSingleNode("a"), b = root.selectSingleNode("a/b");
+    const auto codeOf = [](const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const _com_error& error) {
+            return error.Error();
+        }
+        return HRESULT{0};
+    };
+    const auto invalid = _com_error::kInvalidArg;
+    EXPECT_EQ(codeOf([&] { b.appendChild(a); }), invalid);
+    EXPECT_EQ(codeOf([&] { a.appendChild(a); }), invalid);
+    EXPECT_EQ(codeOf([&] { root.removeChild(b); }), invalid);
+    EXPECT_EQ(codeOf([&] { root.insertBefore(a, b); }), invalid);
+    EXPECT_EQ(codeOf([&] { root.setAttribute("1 bad", "v"); }), invalid);
+    EXPECT_EQ(codeOf([&] { root.put_text("a\x01"); }), invalid);
+    EXPECT_EQ(codeOf([&] { root.get_ownerDocument().createElement("a b"); }), invalid);
+    EXPECT_EQ(codeOf([&] { CXmlHelper::AppendXml(root.get_ownerDocument(), "<second/>", 1); }), invalid);
+    EXPECT_EQ(codeOf([&] { IXMLDOMNode().get_text(); }), _com_error::kPointer);
+    EXPECT_EQ(codeOf([&] { CXmlHelper::AppendXml(root, "<bad>", 1); }), _com_error::kPointer);
+    EXPECT_EQ(root.get_xml(), "<r><a><b/></a></r>");
+    EXPECT_STREQ(_com_error(_com_error::kPointer).ErrorMessage(), "Invalid pointer");
+    EXPECT_EQ(a, b.get_parentNode());
+    EXPECT_FALSE(a == b);
+}
+
+}  // namespace

@@ -1,0 +1,197 @@
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "qvcommon/TempFile.h"
+#include "qvcommon/XmlHelper.h"
+#include "qvcommon/framework/File.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Commands.h"
+#include "tools/qv/Utf8Path.h"
+
+namespace qv::tool {
+namespace {
+
+namespace fs = std::filesystem;
+using Document = MSXML2::IXMLDOMDocument;
+
+struct Options {
+    std::string file, path, value, type = "string";
+};
+
+std::string ReadFile(const std::string& name) {
+    CFile file(name.c_str(), CFile::modeRead | CFile::shareDenyWrite);
+    std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+    std::size_t size = 0;
+    while (size < bytes.size()) {
+        const auto wanted = static_cast<UINT>(std::min<std::size_t>(bytes.size() - size, 1 << 30));
+        const UINT count = file.Read(bytes.data() + size, wanted);
+        if (count == 0) break;
+        size += count;
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+Document Load(const Options& options, bool keepSpace) {
+    const Document document = CXmlHelper::CreateDocument();
+    document.put_preserveWhiteSpace(keepSpace);
+    if (document.load(ReadFile(options.file))) return document;
+    const auto problem = document.get_parseError();
+    throw Failed(options.file + ": line " + std::to_string(problem.get_line()) + ", column " +
+                 std::to_string(problem.get_linepos()) + ": " + problem.get_reason().AsStd());
+}
+
+void WriteFile(const char* name, std::string_view bytes) {
+    CFile file(name, CFile::modeWrite | CFile::shareExclusive);
+    file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
+    file.Flush();
+    file.Close();
+}
+
+// Written in full beside the old file before it takes its place; through a link the file behind it.
+void Save(const Options& options, const Document& document) {
+    const fs::path named = PathFromArgument(options.file);
+    const bool exists = fs::exists(named);
+    const fs::path target = exists ? fs::canonical(named) : fs::absolute(named);
+    CTempFile temporary;
+    temporary.SetDirectory((target.parent_path() / "").string().c_str());
+    temporary.SetExtension("tmp");
+    temporary.Create();
+    WriteFile(temporary.GetFilename(), document.save());
+    const fs::path written = PathFromArgument(temporary.GetFilename().AsStd());
+    if (exists) fs::permissions(written, fs::status(target).permissions());
+    fs::rename(written, target);
+    temporary.SetDeleteOnDtor(0);
+}
+
+void Print(const CString& line) {
+    AfxWriteStandardOutput(line + "\n");
+}
+
+int WholeNumber(const std::string& text) {
+    std::size_t end = 0;
+    const int value = std::stoi(text, &end);
+    if (end != text.size()) throw std::invalid_argument(text);
+    return value;
+}
+
+double Number(const std::string& text) {
+    std::size_t end = 0;
+    const double value = std::stod(text, &end);
+    if (end != text.size()) throw std::invalid_argument(text);
+    return value;
+}
+
+BOOL TruthValue(const std::string& text) {
+    const CString value(text);
+    if (value.CompareNoCase("true") && value.CompareNoCase("false")) throw std::invalid_argument(text);
+    return value.CompareNoCase("true") == 0;
+}
+
+COleDateTime Date(const std::string& text) {
+    COleDateTime date;
+    if (!date.ParseDateTime(text)) throw std::invalid_argument(text);
+    return date;
+}
+
+// Puts the value, as its type writes it, at the path; false when nothing is there.
+bool SetValue(const Document& document, const Options& options) {
+    const std::string& value = options.value;
+    try {
+        if (options.type == "integer") return CXmlHelper::SetInteger(document, options.path, WholeNumber(value));
+        if (options.type == "double") return CXmlHelper::SetDouble(document, options.path, Number(value));
+        if (options.type == "bool") return CXmlHelper::SetBool(document, options.path, TruthValue(value));
+        if (options.type == "date") return CXmlHelper::SetDate(document, options.path, Date(value));
+    } catch (const std::logic_error&) {  // what the standard library raises for texts that are no numbers
+        throw Failed("\"" + value + "\" is no " + options.type);
+    }
+    return CXmlHelper::SetString(document, options.path, value);
+}
+
+// The value as its type reads and writes it.
+bool GetValue(const Document& document, const Options& options, CString& text) {
+    const auto formatted = [&](auto value, auto get, auto set) {
+        if (!get(document, options.path, value, 0)) return false;
+        const auto scratch = CXmlHelper::GetDocumentElement("<value/>");
+        set(scratch, ".", value, 0);
+        return CXmlHelper::GetString(scratch, ".", text, 0) != 0;
+    };
+    using Helper = CXmlHelper;
+    if (options.type == "integer") return formatted(0, Helper::GetInteger, Helper::SetInteger);
+    if (options.type == "double") return formatted(0.0, Helper::GetDouble, Helper::SetDouble);
+    if (options.type == "bool") return formatted(BOOL{0}, Helper::GetBool, Helper::SetBool);
+    if (options.type == "date") return formatted(COleDateTime(), Helper::GetDate, Helper::SetDate);
+    const auto node = document.selectSingleNode(options.path);
+    if (node) text = node.get_text();
+    return static_cast<bool>(node);
+}
+
+[[noreturn]] void NothingThere(const Options& options) {
+    throw Failed("nothing stands at " + options.path + " in " + options.file);
+}
+
+void Get(const Options& options) {
+    CString text;
+    if (!GetValue(Load(options, false), options, text)) NothingThere(options);
+    Print(text);
+}
+
+void Set(const Options& options) {
+    const Document document = Load(options, true);
+    if (!SetValue(document, options)) NothingThere(options);
+    Save(options, document);
+}
+
+void Create(const Options& options, bool hasValue) {
+    const bool exists = fs::exists(PathFromArgument(options.file));
+    const Document document = exists ? Load(options, true) : CXmlHelper::CreateDocument();
+    const CString made = CXmlHelper::CreateXmlPath(document, options.path);
+    if (hasValue && !SetValue(document, options)) NothingThere(options);
+    Save(options, document);
+    Print(made);
+}
+
+void Run(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const _com_error& error) {
+        const std::string reason = error.Description().AsStd();
+        throw Failed(std::string(error.ErrorMessage()) + (reason.empty() ? "" : ": ") + reason);
+    }
+}
+
+CLI::App& AddAction(CLI::App& xml, const char* name, const char* description, const char* example,
+                    const std::shared_ptr<Options>& options) {
+    CLI::App& action = *xml.add_subcommand(name, description);
+    action.footer(std::string("Example: ") + example);
+    action.add_option("FILE", options->file, "The XML document")->required();
+    action.add_option("PATH", options->path, "The way from the document down: names, indexes from 0, a final @name")
+        ->required();
+    action.add_option("--type", options->type, "How the value is read and written")
+        ->check(CLI::IsMember({"string", "integer", "double", "bool", "date"}))
+        ->capture_default_str();
+    return action;
+}
+
+}  // namespace
+
+void AddXml(CLI::App& app) {
+    CLI::App& xml = *app.add_subcommand("xml", "Read and change values in XML documents, by path");
+    xml.footer("Example: qv xml get settings.xml settings/window/@width --type integer");
+    xml.require_subcommand(1);
+    const auto options = std::make_shared<Options>();
+    AddAction(xml, "get", "Write the value at a path", "qv xml get settings.xml settings/name[2]", options)
+        .callback([options] { Run([&] { Get(*options); }); });
+    CLI::App& set = AddAction(xml, "set", "Change the value at a path that exists; the rest of the file stays",
+                              "qv xml set settings.xml settings/seen \"5 May 2004\" --type date", options);
+    set.add_option("VALUE", options->value, "The new value")->required();
+    set.callback([options] { Run([&] { Set(*options); }); });
+    CLI::App& create =
+        AddAction(xml, "create", "Make what is missing of a path, and of the file, and write the path with all indexes",
+                  "qv xml create settings.xml settings/name[2] Anna", options);
+    const CLI::Option* const value = create.add_option("VALUE", options->value, "The value to set");
+    create.callback([options, value] { Run([&] { Create(*options, value->count() > 0); }); });
+}
+
+}  // namespace qv::tool

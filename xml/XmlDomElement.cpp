@@ -1,0 +1,132 @@
+#include "qvcommon/XmlDomElement.h"
+
+#include <memory>
+
+#include "qvcommon/ClassFactory.h"
+#include "xml/Elements.h"
+#include "xml/dom/Backend.h"
+
+IMPLEMENT_DYNAMIC(CXmlDomElement, CObject)
+
+CXmlDomElement::~CXmlDomElement() {
+    DeleteChildren();
+}
+
+void CXmlDomElement::DeleteChildren() {
+    for (CXmlDomElement* const child : m_children) delete child;
+    m_children.RemoveAll();
+}
+
+CString CXmlDomElement::GetFullTag() {
+    return qv::KeyOfElement(m_element);
+}
+
+void CXmlDomElement::SetElement(const Element& element, CXmlDomElement* root) {
+    m_element = element;
+    m_parsed = 0;
+    m_root = root ? root : this;
+}
+
+BOOL CXmlDomElement::HasDomElement() {
+    return static_cast<bool>(m_element);
+}
+
+CXmlDomElement::Element CXmlDomElement::GetDomElement() {
+    if (!m_parsed && m_element) Parse();
+    return m_element;
+}
+
+const CXmlDomElementArray& CXmlDomElement::GetChildren() {
+    if (!m_parsed) Parse();
+    return m_children;
+}
+
+CXmlDomElement::Document CXmlDomElement::GetDomDoc() {
+    if (m_root && m_root != this) return m_root->GetDomDoc();
+    if (!m_document) {
+        m_document = m_element ? m_element.get_ownerDocument() : CXmlHelper::CreateDocument();
+        m_document.put_async(false);
+        m_document.put_validateOnParse(false);
+        m_root = this;
+    }
+    return m_document;
+}
+
+// Wrappers whose elements are still children stay, others go, new ones follow.
+void CXmlDomElement::Parse() {
+    std::vector<Node> known;
+    for (const CXmlDomElement* const child : m_children) known.emplace_back(child->m_element);
+    const std::vector<int> indexes = qv::dom::IndexesAmong(m_element.Get(), known);
+    m_parsed = 1;
+    std::vector<bool> keep(known.size());
+    auto index = indexes.begin();
+    for (Node node = m_element.get_firstChild(); node; node = node.get_nextSibling()) {
+        const Element element(node);
+        if (!element) continue;
+        const int place = *index++;
+        if (place >= 0)
+            keep[static_cast<std::size_t>(place)] = true;
+        else if (CXmlDomElement* const child = MakeChild(element))
+            m_children.Add(child);
+    }
+    for (int i = static_cast<int>(keep.size()) - 1; i >= 0; --i) {
+        if (keep[static_cast<std::size_t>(i)]) continue;
+        delete m_children[i];
+        m_children.RemoveAt(i);
+    }
+}
+
+CXmlDomElement* CXmlDomElement::MakeChild(const Element& element) {
+    std::unique_ptr<CObject> object(CQVClassFactory::CreateObject(qv::KeyOfElement(element)));
+    auto* const child = dynamic_cast<CXmlDomElement*>(object.get());
+    if (!child) return nullptr;
+    child->SetElement(element, m_root ? m_root : this);
+    object.release();
+    return child;
+}
+
+// Something changed below, no matter where.
+void CXmlDomElement::ParseAgain() {
+    m_parsed = 0;
+    for (CXmlDomElement* const child : m_children) child->ParseAgain();
+}
+
+CXmlDomElement* CXmlDomElement::FindElementForNode(const Node& node) {
+    if (!m_element || !node) return nullptr;
+    if (m_element == node) return this;
+    for (CXmlDomElement* const child : GetChildren())
+        if (qv::dom::Holds(child->m_element.Get(), node.Get())) return child->FindElementForNode(node);
+    return nullptr;
+}
+
+CXmlDomElement* CXmlDomElement::GetElement(std::string_view path, int index, int fromDocument, int create) {
+    const CString full = CString(path) + CXmlHelper::GetTagIndex(index);
+    const Node start = fromDocument ? Node(GetDomDoc()) : Node(m_element);
+    Node node = start.selectSingleNode(full);
+    if (!node && create && fromDocument) {
+        node = start.selectSingleNode(CXmlHelper::CreateXmlPath(GetDomDoc(), full));
+        m_root->ParseAgain();
+    }
+    return (fromDocument ? m_root : this)->FindElementForNode(node);
+}
+
+CXmlDomElement* CXmlDomElement::GetParent() {
+    const Node parent = m_element.get_parentNode();
+    return m_root && m_root != this ? m_root->FindElementForNode(parent) : nullptr;
+}
+
+BOOL CXmlDomElement::IsDocElement() const {
+    const Node parent = m_element.get_parentNode();
+    return parent && parent.get_nodeType() == MSXML2::NODE_DOCUMENT;
+}
+
+CString CXmlDomElement::GetNodePath(const CXmlDomElement* base) const {
+    return CXmlHelper::GetNodePath(m_element, base ? base->m_element : Element());
+}
+
+BOOL CXmlDomElement::LoadXml(std::string_view xml) {
+    const Document document = GetDomDoc();
+    const BOOL loaded = CXmlHelper::LoadXml(document, xml);
+    if (m_root == this) SetElement(document.get_documentElement());
+    return loaded;
+}

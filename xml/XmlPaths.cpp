@@ -1,0 +1,167 @@
+#include <algorithm>
+
+#include "qvcommon/XmlHelper.h"
+#include "xml/PathText.h"
+
+namespace {
+
+using Node = MSXML2::IXMLDOMNode;
+using Element = MSXML2::IXMLDOMElement;
+using MSXML2::DOMNodeType;
+
+constexpr long long kMostMissing = 1 << 24;
+
+CString ElementText(std::string_view name, std::string_view value) {
+    CString text("<");
+    return ((((text += name) += ">") += value) += "</") += name, text += ">";
+}
+
+long long CountOf(const Node& parent, std::string_view name) {
+    long long count = 0;
+    for (Node child = parent.get_firstChild(); child; child = child.get_nextSibling())
+        count += child.get_nodeType() == MSXML2::NODE_ELEMENT && child.get_nodeName() == name;
+    return count;
+}
+
+// Makes the elements of one name that are missing, up to an index. The first is parsed alone, so that no value gets
+// anywhere that would not make an element of its own.
+void AppendMissing(const Node& parent, const qv::IndexedStep& step, std::string_view value) {
+    const long long missing = step.index + 1 - CountOf(parent, step.name);
+    if (!step.valid || missing < 1 || missing > kMostMissing)
+        _com_raise_error(_com_error::kInvalidArg, "the path cannot be made");
+    const CString text = ElementText(step.name, value);
+    CXmlHelper::AppendXml(parent, text, 1);
+    if (missing == 1) return;
+    CString others("<x>");
+    for (long long i = 1; i < missing; ++i) others += text;
+    CXmlHelper::AppendXml(parent, others += "</x>", 0);
+}
+
+void AddMissingAttribute(const Node& parent, std::string_view step, std::string_view value) {
+    if (parent.selectSingleNode(step)) return;
+    Element(parent).setAttribute(step.substr(1), value);
+}
+
+// One step further down from `parent`, made if it is missing.
+Node MakeStep(const Node& parent, std::string_view step, std::string_view value) {
+    if (Node found = parent.selectSingleNode(step)) return found;
+    AppendMissing(parent, qv::ReadIndexedStep(step), value);
+    return parent.selectSingleNode(step);
+}
+
+const char* TestOf(DOMNodeType type) {
+    switch (type) {
+        case MSXML2::NODE_TEXT:
+        case MSXML2::NODE_CDATA_SECTION: return "text()";
+        case MSXML2::NODE_COMMENT: return "comment()";
+        default: return "processing-instruction()";
+    }
+}
+
+CString NameInPath(const Node& node) {
+    const DOMNodeType type = node.get_nodeType();
+    if (type == MSXML2::NODE_ELEMENT) return node.get_nodeName();
+    if (type == MSXML2::NODE_ATTRIBUTE) return "@" + node.get_nodeName();
+    return type == MSXML2::NODE_DOCUMENT ? "" : TestOf(type);
+}
+
+CString Joined(const std::vector<CString>& fromInside) {
+    CString path;
+    for (auto step = fromInside.rbegin(); step != fromInside.rend(); ++step) {
+        if (!path.IsEmpty()) path += '/';
+        path += *step;
+    }
+    return path;
+}
+
+// The path from the node that `base` is, or from the root.
+CString PathDownTo(Node node, const Node& base, int first) {
+    std::vector<CString> steps;
+    if (node.get_nodeType() == MSXML2::NODE_ATTRIBUTE) return CXmlHelper::GetIndexedName(node);
+    while (node && node.get_nodeType() != MSXML2::NODE_DOCUMENT) {
+        if (base && node == base) return Joined(steps);
+        steps.push_back(CXmlHelper::GetIndexedName(node, first));
+        node = node.get_parentNode();
+    }
+    return base && node && node == base ? Joined(steps) : "/" + Joined(steps);
+}
+
+}  // namespace
+
+CString CXmlHelper::GetTagIndex(int index) {
+    CString suffix;
+    if (index > 0) suffix.Format("[%d]", index);
+    return suffix;
+}
+
+CString CXmlHelper::CreateXmlPath(const Document& document, std::string_view path, std::string_view value) {
+    Node parent = document;
+    parent.Get();
+    const bool absolute = path.starts_with('/');
+    if (absolute) path.remove_prefix(1);
+    CString made;
+    for (const std::string_view step : qv::StepsOf(path)) {
+        if (!made.IsEmpty() || absolute) made += '/';
+        made += step;
+        if (step.starts_with('@')) {
+            AddMissingAttribute(parent, step, value);
+            continue;
+        }
+        const CString indexed = GetIndexedPath(step);
+        made = made.Left(made.GetLength() - static_cast<int>(step.size())) + indexed;
+        parent = MakeStep(parent, indexed, value);
+    }
+    return made;
+}
+
+CString CXmlHelper::DeleteXmlPath(const Document& document, std::string_view path) {
+    const Node node = document.selectSingleNode(path);
+    if (!node || node.get_nodeType() == MSXML2::NODE_DOCUMENT) return {};
+    if (node.get_nodeType() != MSXML2::NODE_ATTRIBUTE) {
+        const CString indexed = GetNodePath(node, nullptr);
+        node.get_parentNode().removeChild(node);
+        return indexed;
+    }
+    const Element owner(document.selectSingleNode(CString(path) + "/.."));
+    const CString indexed = GetNodePath(owner, nullptr) + "/" + GetIndexedName(node);
+    owner.removeAttribute(node.get_nodeName());
+    return indexed;
+}
+
+CString CXmlHelper::GetIndexedPath(std::string_view path) {
+    CString indexed;
+    bool first = true;
+    for (const std::string_view step : qv::StepsOf(path)) {
+        if (!std::exchange(first, false)) indexed += '/';
+        indexed += step;
+        if (qv::TakesIndex(step)) indexed += "[0]";
+    }
+    return indexed;
+}
+
+CString CXmlHelper::GetIndexedName(const Node& node, int first) {
+    const CString name = NameInPath(node);
+    if (name.IsEmpty() || name[0] == '@') return name;
+    int place = first;
+    for (Node before = node.get_previousSibling(); before; before = before.get_previousSibling())
+        place += NameInPath(before) == name;
+    CString indexed;
+    indexed.Format("%s[%d]", name, place);
+    return indexed;
+}
+
+CString CXmlHelper::GetIndexedPath(const Node& node, int first) {
+    return node.get_nodeType() == MSXML2::NODE_DOCUMENT ? "/" : PathDownTo(node, nullptr, first);
+}
+
+CString CXmlHelper::GetNodePath(const Node& node, const Node& base) {
+    return PathDownTo(node, base, 0);
+}
+
+CString CXmlHelper::GetElementMask(const Element& element) {
+    std::vector<CString> names;
+    for (Node node = element; node && node.get_nodeType() == MSXML2::NODE_ELEMENT; node = node.get_parentNode())
+        names.push_back(node.get_nodeName());
+    element.Get();
+    return "/" + Joined(names);
+}

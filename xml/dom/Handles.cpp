@@ -1,0 +1,219 @@
+#include <algorithm>
+
+#include "qvcommon/XmlDom.h"
+#include "xml/dom/Backend.h"
+#include "xml/dom/Markup.h"
+#include "xml/dom/Screening.h"
+
+namespace MSXML2 {
+namespace {
+
+namespace dom = qv::dom;
+
+void Require(bool holds, const char* what) {
+    if (!holds) _com_raise_error(_com_error::kInvalidArg, what);
+}
+
+void RequireText(std::string_view text) {
+    Require(dom::CanBeHeld(text), "XML cannot hold this text");
+}
+
+void RequireName(std::string_view name) {
+    Require(dom::IsName(name), "this is no name in XML");
+}
+
+bool IsChildOf(const IXMLDOMNode& child, const IXMLDOMNode& parent) {
+    return child.get_nodeType() != NODE_ATTRIBUTE && child.get_parentNode() == parent;
+}
+
+// What may stand below what.
+void RequireFit(const IXMLDOMNode& parent, const IXMLDOMNode& child) {
+    const DOMNodeType outer = parent.get_nodeType(), inner = child.get_nodeType();
+    const bool text = inner == NODE_TEXT || inner == NODE_CDATA_SECTION;
+    const bool note = inner == NODE_COMMENT || inner == NODE_PROCESSING_INSTRUCTION;
+    Require((outer == NODE_ELEMENT && (text || note || inner == NODE_ELEMENT)) ||
+                (outer == NODE_DOCUMENT && (note || inner == NODE_ELEMENT)),
+            "the node cannot stand here");
+    Require(!dom::Holds(child.Get(), parent.Get()), "a node cannot stand inside itself");
+}
+
+void RequireNoOtherRoot(const IXMLDOMNode& document, const IXMLDOMNode& child) {
+    const IXMLDOMNode root = dom::DocumentElement(document.Get());
+    Require(!root || root == child, "a document has one root");
+}
+
+}  // namespace
+
+IXMLDOMNode::IXMLDOMNode(const IXMLDOMNode& other) : m_node(other.m_node) {
+    if (m_node) dom::Retain(*m_node);
+}
+
+IXMLDOMNode::~IXMLDOMNode() {
+    if (m_node) dom::Release(*m_node);
+}
+
+dom::Node& IXMLDOMNode::Get() const {
+    if (!m_node) _com_raise_error(_com_error::kPointer);
+    return *m_node;
+}
+
+bool operator==(const IXMLDOMNode& a, const IXMLDOMNode& b) {
+    return a.m_node == b.m_node || (a.m_node && b.m_node && dom::SameNode(*a.m_node, *b.m_node));
+}
+
+DOMNodeType IXMLDOMNode::get_nodeType() const {
+    return dom::TypeOf(Get());
+}
+
+CString IXMLDOMNode::get_nodeName() const {
+    return dom::NameOf(Get());
+}
+
+CString IXMLDOMNode::get_nodeValue() const {
+    return dom::ValueOf(Get());
+}
+
+CString IXMLDOMNode::get_namespaceURI() const {
+    return dom::NamespaceOf(Get());
+}
+
+CString IXMLDOMNode::get_text() const {
+    return dom::TextOf(Get());
+}
+
+void IXMLDOMNode::put_text(std::string_view text) const {
+    RequireText(text);
+    if (text.find("\r\n") == text.npos) return dom::SetText(Get(), text);
+    CString plain(text);
+    plain.Replace("\r\n", "\n");
+    dom::SetText(Get(), plain);
+}
+
+CString IXMLDOMNode::get_xml() const {
+    Get();
+    return dom::MarkupOf(*this);
+}
+
+IXMLDOMNode IXMLDOMNode::get_parentNode() const {
+    return dom::Parent(Get());
+}
+
+IXMLDOMNode IXMLDOMNode::get_firstChild() const {
+    return dom::FirstChild(Get());
+}
+
+IXMLDOMNode IXMLDOMNode::get_nextSibling() const {
+    return dom::NextSibling(Get());
+}
+
+IXMLDOMNode IXMLDOMNode::get_previousSibling() const {
+    return dom::PreviousSibling(Get());
+}
+
+IXMLDOMDocument IXMLDOMNode::get_ownerDocument() const {
+    return IXMLDOMDocument(dom::OwnerDocument(Get()));
+}
+
+std::vector<IXMLDOMNode> IXMLDOMNode::get_attributes() const {
+    return dom::Attributes(Get());
+}
+
+IXMLDOMNode IXMLDOMNode::selectSingleNode(std::string_view path) const {
+    return dom::SelectFirst(Get(), path);
+}
+
+std::vector<IXMLDOMNode> IXMLDOMNode::selectNodes(std::string_view path) const {
+    return dom::SelectAll(Get(), path);
+}
+
+IXMLDOMNode IXMLDOMNode::appendChild(const IXMLDOMNode& child) const {
+    return insertBefore(child, nullptr);
+}
+
+IXMLDOMNode IXMLDOMNode::insertBefore(const IXMLDOMNode& child, const IXMLDOMNode& reference) const {
+    RequireFit(*this, child);
+    if (get_nodeType() == NODE_DOCUMENT && child.get_nodeType() == NODE_ELEMENT) RequireNoOtherRoot(*this, child);
+    if (child == reference) return child;
+    Require(!reference || IsChildOf(reference, *this), "the reference is no child of the node");
+    dom::Insert(Get(), child.Get(), reference.m_node);
+    return child;
+}
+
+IXMLDOMNode IXMLDOMNode::removeChild(const IXMLDOMNode& child) const {
+    Require(IsChildOf(child, *this), "the node is no child of the other");
+    dom::Remove(Get(), child.Get());
+    return child;
+}
+
+IXMLDOMElement::IXMLDOMElement(IXMLDOMNode node) {
+    if (node && node.get_nodeType() == NODE_ELEMENT) IXMLDOMNode::operator=(std::move(node));
+}
+
+bool IXMLDOMElement::getAttribute(std::string_view name, CString& value) const {
+    return dom::GetAttribute(Get(), name, value);
+}
+
+void IXMLDOMElement::setAttribute(std::string_view name, std::string_view value) const {
+    RequireName(name);
+    RequireText(value);
+    dom::SetAttribute(Get(), name, value);
+}
+
+void IXMLDOMElement::removeAttribute(std::string_view name) const {
+    dom::RemoveAttribute(Get(), name);
+}
+
+IXMLDOMDocument::IXMLDOMDocument(IXMLDOMNode node) {
+    if (node && node.get_nodeType() == NODE_DOCUMENT) IXMLDOMNode::operator=(std::move(node));
+}
+
+HRESULT IXMLDOMDocument::CreateInstance() {
+    HRESULT error = 0;
+    *this = IXMLDOMDocument(dom::CreateDocument(error));
+    return error;
+}
+
+void IXMLDOMDocument::put_async(bool async) const {
+    dom::SetAsync(Get(), async);
+}
+
+void IXMLDOMDocument::put_validateOnParse(bool validate) const {
+    dom::SetValidate(Get(), validate);
+}
+
+void IXMLDOMDocument::put_preserveWhiteSpace(bool preserve) const {
+    dom::SetKeepSpace(Get(), preserve);
+}
+
+bool IXMLDOMDocument::loadXML(std::string_view text) const {
+    dom::Node& document = Get();
+    const IXMLDOMParseError problem = dom::Screen(text);
+    if (problem.get_errorCode() == 0) return dom::LoadText(document, text);
+    return dom::SetProblem(document, problem), false;
+}
+
+bool IXMLDOMDocument::load(std::string_view bytes) const {
+    dom::Node& document = Get();
+    const IXMLDOMParseError problem = dom::ScreenBytes(bytes);
+    if (problem.get_errorCode() == 0) return dom::LoadBytes(document, bytes);
+    return dom::SetProblem(document, problem), false;
+}
+
+std::string IXMLDOMDocument::save() const {
+    return dom::Save(Get());
+}
+
+IXMLDOMElement IXMLDOMDocument::get_documentElement() const {
+    return IXMLDOMElement(dom::DocumentElement(Get()));
+}
+
+IXMLDOMParseError IXMLDOMDocument::get_parseError() const {
+    return dom::Problem(Get());
+}
+
+IXMLDOMElement IXMLDOMDocument::createElement(std::string_view tag) const {
+    RequireName(tag);
+    return IXMLDOMElement(dom::CreateElement(Get(), tag));
+}
+
+}  // namespace MSXML2

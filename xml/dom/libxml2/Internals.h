@@ -1,0 +1,66 @@
+#pragma once
+
+/// @file The nodes of libxml2 behind the handles.
+///
+/// A node that has handles has one Node, at its `_private`. A Tree is an xmlDoc with everything that belongs to it: it
+/// lives as long as a Node in it. What was taken out of the document lives on as an orphan while handles look at it.
+
+#include <libxml/tree.h>
+
+#include <string_view>
+#include <unordered_map>
+
+#include "xml/dom/Backend.h"
+
+namespace qv::dom {
+
+struct Tree {
+    xmlDoc* doc;
+    bool keepSpace = false;
+    MSXML2::IXMLDOMParseError problem;
+    std::size_t nodes = 0;                                   // Nodes in it
+    std::unordered_map<xmlNode*, std::size_t> orphans = {};  // the top of each, and how many Nodes there are in it
+};
+
+struct Node {
+    xmlNode* node;
+    Tree* tree;
+    std::size_t references;
+};
+
+inline const xmlChar* Xml(const char* text) {
+    return reinterpret_cast<const xmlChar*>(text);
+}
+inline std::string_view View(const xmlChar* text) {
+    return text ? reinterpret_cast<const char*>(text) : "";
+}
+
+/// To and from the code page.
+std::string ToUtf8(std::string_view text);
+std::string FromUtf8(std::string_view utf8);
+
+/// A reference to a node; null for null.
+Node* Refer(Tree& tree, xmlNode* node);
+inline IXMLDOMNode HandleTo(Tree& tree, xmlNode* node) {
+    return IXMLDOMNode(Refer(tree, node));
+}
+
+/// Puts another document in the place of a document's content.
+void ReplaceTree(Node& document, xmlDoc* doc);
+/// Takes a node out of what it stands in; without handles it is gone.
+void Detach(Tree& tree, xmlNode* node);
+/// Makes a node, which may be an orphan or stand elsewhere, part of the tree. It has no parent then.
+void Adopt(Tree& tree, Node& node, xmlNode* parent);
+/// The node came to stand in an orphan, perhaps.
+void JoinOrphan(Tree& tree, xmlNode* node);
+
+bool IsOrdinary(const xmlNode* node);
+/// The name as it is written, compared without building it.
+bool HasName(const xmlNs* ns, const xmlChar* local, std::string_view name);
+std::string QualifiedName(const xmlNs* ns, const xmlChar* local);
+xmlAttr* FindAttribute(xmlNode* element, std::string_view name);
+
+/// libxml2 must be set up before several threads use it.
+void PrepareLibrary();
+
+}  // namespace qv::dom

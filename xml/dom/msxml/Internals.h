@@ -1,0 +1,119 @@
+#pragma once
+
+/// @file The COM objects behind the handles. A Node is what a handle and its copies share: one reference to an object.
+
+#include <windows.h>
+// After windows.h
+#include <msxml2.h>
+
+#include <string_view>
+#include <utility>
+
+#include "xml/dom/Backend.h"
+
+namespace qv::dom {
+
+struct Node {
+    ::IXMLDOMNode* object;
+    long references = 1;
+    MSXML2::IXMLDOMParseError problem = {};  // of a document, where the DOM itself does not know it
+};
+
+inline ::IXMLDOMNode* Com(Node& node) {
+    return node.object;
+}
+inline ::IXMLDOMDocument* ComDocument(Node& document) {
+    return static_cast<::IXMLDOMDocument*>(document.object);
+}
+
+/// Raises what a call came to. S_FALSE says that there is nothing.
+inline HRESULT Check(HRESULT result) {
+    if (result < 0) _com_raise_error(result);
+    return result;
+}
+
+/// One reference to an interface.
+template <class T>
+class Owned {
+public:
+    Owned() = default;
+    explicit Owned(T* pointer) : m_pointer(pointer) {}
+    Owned(Owned&& other) noexcept : m_pointer(other.Release()) {}
+    Owned& operator=(Owned&&) = delete;
+    ~Owned() {
+        if (m_pointer) m_pointer->Release();
+    }
+
+    /// Where a call puts the reference.
+    T** operator&() { return &m_pointer; }
+    T* operator->() const { return m_pointer; }
+    T* Get() const { return m_pointer; }
+    T* Release() { return std::exchange(m_pointer, nullptr); }
+    explicit operator bool() const { return m_pointer != nullptr; }
+
+private:
+    T* m_pointer = nullptr;
+};
+
+/// The same object by another of its interfaces; null when it has none of that kind.
+template <class T>
+Owned<T> As(::IUnknown* object, const IID& iid) {
+    Owned<T> other;
+    object->QueryInterface(iid, reinterpret_cast<void**>(&other));
+    return other;
+}
+
+/// A text of COM's; converted from and to the code page.
+class Text {
+public:
+    Text() = default;
+    explicit Text(std::string_view text);
+    explicit Text(BSTR text) : m_text(text) {}
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+    ~Text() { ::SysFreeString(m_text); }
+
+    BSTR* operator&() { return &m_text; }
+    BSTR Get() const { return m_text; }
+    std::string InCodePage() const;
+
+private:
+    BSTR m_text = nullptr;
+};
+
+class Variant {
+public:
+    Variant() { ::VariantInit(&m_value); }
+    explicit Variant(std::string_view text);
+    explicit Variant(::IUnknown* object);
+    Variant(const Variant&) = delete;
+    Variant& operator=(const Variant&) = delete;
+    ~Variant() { ::VariantClear(&m_value); }
+
+    VARIANT* operator&() { return &m_value; }
+    const VARIANT& Get() const { return m_value; }
+    /// Empty when it is no text.
+    std::string InCodePage() const;
+
+private:
+    VARIANT m_value;
+};
+
+/// A handle that takes over the reference; a null one for null.
+inline IXMLDOMNode HandleTo(::IXMLDOMNode* object) {
+    return object ? IXMLDOMNode(new Node{object}) : nullptr;
+}
+
+/// What an interface's call gave out, as a handle.
+template <class T>
+IXMLDOMNode Answer(HRESULT result, Owned<T>& node) {
+    Check(result);
+    return HandleTo(node.Release());
+}
+
+inline constexpr IID kNode = {0x2933BF80, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+inline constexpr IID kDocument = {0x2933BF81, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+inline constexpr IID kElement = {0x2933BF86, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+inline constexpr IID kDocument2 = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+
+}  // namespace qv::dom

@@ -1,0 +1,37 @@
+#include "xml/dom/msxml/Internals.h"
+
+namespace qv::dom {
+namespace {
+
+// The expression, or an error where there is none: what a DOM makes of a text that is no path is not always an error.
+std::string Checked(std::string_view path) {
+    const std::optional<std::string> xpath = ToXPath(path);
+    if (!xpath || xpath->empty()) _com_raise_error(_com_error::kFail, "the path cannot be read");
+    return *xpath;
+}
+
+HRESULT CheckPath(HRESULT result) {
+    if (result < 0) _com_raise_error(_com_error::kFail, "the path selects no nodes");
+    return result;
+}
+
+}  // namespace
+
+IXMLDOMNode SelectFirst(Node& context, std::string_view path) {
+    Owned<::IXMLDOMNode> found;
+    CheckPath(Com(context)->selectSingleNode(Text(Checked(path)).Get(), &found));
+    return HandleTo(found.Release());
+}
+
+std::vector<IXMLDOMNode> SelectAll(Node& context, std::string_view path) {
+    Owned<::IXMLDOMNodeList> list;
+    CheckPath(Com(context)->selectNodes(Text(Checked(path)).Get(), &list));
+    std::vector<IXMLDOMNode> all;
+    for (;;) {
+        Owned<::IXMLDOMNode> node;
+        if (Check(list->nextNode(&node)) != S_OK || !node) return all;
+        all.push_back(HandleTo(node.Release()));
+    }
+}
+
+}  // namespace qv::dom
