@@ -26,6 +26,11 @@ bool IsBareName(std::string_view name) {
 
 }  // namespace
 
+CabinetReader::CabinetReader(IReaderCallbacks& callbacks, QvCabinetError& error)
+    : m_callbacks(callbacks), m_error(error) {}
+
+CabinetReader::~CabinetReader() = default;
+
 bool CabinetReader::IsCabinet(const CString& path, QvCabinetInfo& info) {
     const int error = ErrorOf([&] { info = OpenCabinet(m_callbacks, path, OpenCabinet::Depth::Head).Info(); });
     m_error = {error, 0, error != 0};

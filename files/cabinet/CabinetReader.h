@@ -22,7 +22,10 @@ struct ReadLimits {
 /// The error record has to outlive the object.
 class QVCOMMON_INTERNAL_API CabinetReader {
 public:
-    CabinetReader(IReaderCallbacks& callbacks, QvCabinetError& error) : m_callbacks(callbacks), m_error(error) {}
+    CabinetReader(IReaderCallbacks& callbacks, QvCabinetError& error);
+    ~CabinetReader();
+    CabinetReader(const CabinetReader&) = delete;
+    CabinetReader& operator=(const CabinetReader&) = delete;
 
     /// Whether the file is a cabinet, by its head; then `info` is filled in. The error record tells why not.
     bool IsCabinet(const CString& path, QvCabinetInfo& info);

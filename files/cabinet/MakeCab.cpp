@@ -199,6 +199,10 @@ CString CMakeCab::GetFciErrorString(int error) const {
 }
 
 void CMakeCab::DirectoryToCab(const char* folder, const char* cabinet, int recurse) {
+    CMakeCab().Pack(folder, cabinet, recurse);
+}
+
+void CMakeCab::Pack(const char* folder, const char* cabinet, int recurse) {
     const CFilePath target(cabinet);
     if (target.GetFullPath() != cabinet) AfxThrowFileException(CFileException::badPath, -1, cabinet);
     CStringArray entries, files;
@@ -216,11 +220,10 @@ void CMakeCab::DirectoryToCab(const char* folder, const char* cabinet, int recur
             if (!info.IsDirectory()) files.Add(finder.GetFiles()[i]);
         }
     }
-    CMakeCab maker;
-    maker.SetDestPath(CFileUtils::TerminateDir(target.GetPath(1)));
-    maker.SetName(target.GetFile());
-    maker.CreateNewCab();
-    maker.AddManifest(entries);
-    for (const CString& file : files) maker.AddFile(file);
-    maker.Commit();
+    SetDestPath(CFileUtils::TerminateDir(target.GetPath(1)));
+    SetName(target.GetFile());
+    CreateNewCab();
+    AddManifest(entries);
+    for (const CString& file : files) AddFile(file);
+    Commit();
 }

@@ -25,6 +25,8 @@ std::optional<CStringArray> ReadManifest(std::string_view text) {
         error->Delete();
         return std::nullopt;
     }
+    CXmlSection list;
+    if (!text.empty() && !section.GetSection(kTag, list)) return std::nullopt;
     section.GetStringArray(kTag, entries);
     return entries;
 }

@@ -21,8 +21,8 @@ CString ToMemberName(const CString& name) {
     return NeedsUtf8(name) ? CString(platform::WideToUtf8(platform::ToWide(name))) : name;
 }
 
-CString FromMemberName(const CString& name, bool isUtf8) {
-    if (!isUtf8 || !NeedsUtf8(name)) return name;
+CString FromMemberName(const CString& name) {
+    if (!NeedsUtf8(name)) return name;
     CString text(platform::FromWide(platform::Utf8ToWide(name)));
     text.Replace('?', '_');
     return text;

@@ -11,7 +11,7 @@ CString WithBackslashes(const char* path);
 /// Whether the name is stored in UTF-8, and marked so.
 bool NeedsUtf8(const CString& name);
 CString ToMemberName(const CString& name);
-/// The way back. Characters that the code page lacks become "_"; a name that is not marked stays as it is.
-CString FromMemberName(const CString& name, bool isUtf8);
+/// The way back from a name that is marked. Characters that the code page lacks become "_".
+CString FromMemberName(const CString& name);
 
 }  // namespace qv::cabinet

@@ -39,6 +39,10 @@ public:
     explicit Context(CReadCab& owner) : reader(*this, owner.m_error), m_owner(owner) {}
 
     std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) override {
+        if (notification.attributes & kNameIsUtf8) {
+            notification.name = FromMemberName(notification.name);
+            notification.attributes &= static_cast<std::uint16_t>(~kNameIsUtf8);
+        }
         return m_owner.Notify(type, notification);
     }
     /// Also the end of a member that did not get complete.
@@ -229,7 +233,7 @@ int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     }
     CString path;
     if (!m_useManifest)
-        path = m_destPath + FromMemberName(notification.name, notification.attributes & kNameIsUtf8);
+        path = m_destPath + notification.name;
     else if (m_nextManifest < m_manifest.GetSize())
         path = Substituted(m_manifest[m_nextManifest++], 0);
     Target target;
@@ -243,8 +247,7 @@ int CReadCab::NotifyCloseFileInfo(QvCabinetNotification& notification) {
     const bool stampsTarget = !m_useManifest || m_restoreTimes;
     if (!m_context->Complete(notification.file, stampsTarget ? &stamp : nullptr)) return 0;
     if (!stampsTarget && !m_destPath.IsEmpty()) {
-        const CString name = FromMemberName(notification.name, notification.attributes & kNameIsUtf8);
-        if (const auto names = SafeNames(name)) m_context->Stamp({m_destPath, *names}, stamp);
+        if (const auto names = SafeNames(notification.name)) m_context->Stamp({m_destPath, *names}, stamp);
     }
     NotifyCopyComplete(notification);
     return 1;
@@ -293,8 +296,11 @@ CString CReadCab::GetFdiErrorString(int error) const {
 }
 
 void CReadCab::CabToDirectory(const char* folder, const char* cabinet) {
-    CReadCab reader;
-    reader.AddSubstitution("*ROOT*", CFileUtils::TerminateDir(folder));
-    reader.UseManifest(1);
-    reader.ReadCab(cabinet);
+    CReadCab().Unpack(folder, cabinet);
+}
+
+void CReadCab::Unpack(const char* folder, const char* cabinet) {
+    AddSubstitution(kRoot, CFileUtils::TerminateDir(folder));
+    UseManifest(1);
+    ReadCab(cabinet);
 }

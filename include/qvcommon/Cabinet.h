@@ -73,6 +73,8 @@ public:
     /// entry is "*ROOT*" and the relative path, with a final "\" for a folder; the files follow in that order. Links to
     /// folders are stored as empty folders; devices and pipes are left out. @throws as AddManifest and AddFile.
     static void DirectoryToCab(const char* folder, const char* cabinet, int recurse);
+    /// The same by this object, so that overridden members hear of it. Sets name and destination folder.
+    void Pack(const char* folder, const char* cabinet, int recurse);
 
 private:
     class Context;
@@ -131,7 +133,8 @@ public:
     virtual void UseManifest(int use);
     /// Every `source` in a manifest's entry becomes `target`; pairs are applied in the order in which they were added.
     virtual void AddSubstitution(const char* source, const char* target);
-    /// What the engine tells goes through here to the members below. Other types are answered with 0.
+    /// What the engine tells goes through here to the members below. Other types are answered with 0. Names of members are
+    /// in the process's code page here, where the cabinet marks them as UTF-8; what that lacks is "_".
     virtual int Notify(int type, QvCabinetNotification& notification);
 
 protected:
@@ -161,6 +164,8 @@ public:
 
     /// Unpacks what CMakeCab::DirectoryToCab packed. The folder is made when it is missing. @throws as ReadCab.
     static void CabToDirectory(const char* folder, const char* cabinet);
+    /// The same by this object, so that overridden members hear of it. Adds a substitution and sets the use of the manifest.
+    void Unpack(const char* folder, const char* cabinet);
 
 private:
     class Context;

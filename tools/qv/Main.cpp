@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
     qv::tool::AddBackup(app);
     qv::tool::AddLog(app);
     qv::tool::AddCrc(app);
+    qv::tool::AddArchiveCommands(app);
     qv::tool::AddLockCommand(app);
     qv::tool::AddReport(app);
     qv::tool::AddText(app);
