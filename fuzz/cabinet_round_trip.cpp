@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QvCabinetDescription cabinet;
     QvCabinetError error;
     cabinet.cabinetName = "set0";
-    cabinet.maximumSize = 700u + Get16(data);
+    cabinet.maximumSize = 4000u + Get16(data);  // room for the list of all members that may lie in one block
     cabinet.dataReserve = data[2];
     std::map<std::string, std::string> members;
     auto writer = CabinetWriter::Create(maker, cabinet, error, 1);
