@@ -50,6 +50,8 @@ public:
     void LetGo();
     FileFailure TakeBack(const Folder& child);
 
+    /// Where an entry lies. On Windows only, whose calls take paths.
+    std::string PathOf(const std::string& name) const { return m_path + name; }
     /// The system's handle; a descriptor on Linux.
     std::intptr_t Handle() const { return m_handle; }
 

@@ -2,6 +2,8 @@
 
 /// @file Everything that the library exports.
 
+#include "qvcommon/Cabinet.h"
+#include "qvcommon/CabinetRecords.h"
 #include "qvcommon/ChangeWatchers.h"
 #include "qvcommon/Checksum.h"
 #include "qvcommon/ClassFactory.h"

@@ -10,6 +10,7 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+void AddArchiveCommands(CLI::App& app);
 void AddBackup(CLI::App& app);
 void AddCopy(CLI::App& app);
 void AddCrc(CLI::App& app);

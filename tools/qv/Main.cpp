@@ -40,6 +40,7 @@ int main(int argc, char** argv) {
     qv::tool::AddBackup(app);
     qv::tool::AddCopy(app);
     qv::tool::AddCrc(app);
+    qv::tool::AddArchiveCommands(app);
     qv::tool::AddDelete(app);
     qv::tool::AddFind(app);
     qv::tool::AddListen(app);

@@ -1,0 +1,125 @@
+// Packs and unpacks 200 MB of source text, binaries and pictures of this machine, beside gcab, cabextract and 7z as
+// processes. Prints the archives' sizes and the most memory that packing took.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "benchmarks/support/RatioReporter.h"
+#include "qvcommon/Cabinet.h"
+#include "qvcommon/framework/Process.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path g_folder = fs::temp_directory_path() / "qv-cabinet-bench";
+
+/// Copies files until there are so many bytes of them.
+void Gather(const char* name, std::initializer_list<const char*> roots, std::initializer_list<const char*> extensions,
+            std::uintmax_t bytes) {
+    int count = 0;
+    for (const char* const root : roots)
+        for (const fs::directory_entry& entry :
+             fs::recursive_directory_iterator(root, fs::directory_options::skip_permission_denied)) {
+            std::error_code error;
+            if (bytes == 0 || entry.is_symlink(error) || !entry.is_regular_file(error)) continue;
+            const std::string extension = entry.path().extension().string();
+            const bool wanted = extensions.size() == 0 ||
+                                std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
+            if (!wanted || entry.file_size() == 0 || entry.file_size() > bytes) continue;
+            const fs::path to = g_folder / "in" / name / std::to_string(count / 100);
+            fs::create_directories(to);
+            fs::copy_file(entry.path(), to / (std::to_string(count++) + extension), error);
+            if (!error) bytes -= entry.file_size();
+        }
+}
+
+int Run(const char* program, const CStringArray& arguments) {
+    CProcess process;
+    process.Start(program, arguments, CProcess::pipeOutput);
+    for (CString line; process.Output().ReadString(line);) continue;
+    return process.Wait();
+}
+
+std::string At(const char* name) {
+    return (g_folder / name).string();
+}
+
+void Measure(const char* name, std::function<int()> action, const char* out) {
+    benchmark::RegisterBenchmark(name,
+                                 [=](benchmark::State& state) {
+                                     for (auto _ : state) {
+                                         state.PauseTiming();
+                                         fs::remove_all(g_folder / out);
+                                         if (!fs::path(out).has_extension()) fs::create_directory(g_folder / out);
+                                         state.ResumeTiming();
+                                         if (action() != 0) state.SkipWithError("failed, or not installed");
+                                     }
+                                 })
+        ->UseRealTime()
+        ->Iterations(1);
+}
+
+int WithGcab() {
+    CStringArray arguments = {"-c", "-z", At("gcab.cab")};
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(g_folder / "in"))
+        if (entry.is_regular_file()) arguments.Add(entry.path().string());
+    return Run("gcab", arguments);
+}
+
+void Register() {
+    Measure(
+        "Pack/ours", [] { return CMakeCab::DirectoryToCab(At("in").c_str(), At("ours.cab").c_str(), 1), 0; },
+        "ours.cab");
+    Measure("Pack/gcab", &WithGcab, "gcab.cab");
+    Measure(
+        "Unpack/ours", [] { return CReadCab::CabToDirectory(At("out").c_str(), At("ours.cab").c_str()), 0; }, "out");
+    Measure(
+        "Unpack/gcab",
+        [] {
+            return Run("gcab", {"-x", "-C", At("out gcab"), At("gcab.cab")});
+        },
+        "out gcab");
+    Measure(
+        "Unpack/cabextract",
+        [] {
+            return Run("cabextract", {"-q", "-d", At("out ce"), At("gcab.cab")});
+        },
+        "out ce");
+    Measure(
+        "Unpack/7zz",
+        [] {
+            return Run("7zz", {"x", "-y", "-o" + At("out 7z"), At("gcab.cab")});
+        },
+        "out 7z");
+}
+
+std::string MostMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmHWM")) return line;
+    return "not known here";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    fs::remove_all(g_folder);
+    Gather("text", {"/usr/include"}, {".h", ".hpp", ".ipp"}, 100'000'000);
+    Gather("binaries", {"/usr/bin", "/usr/lib"}, {"", ".so", ".a"}, 75'000'000);
+    Gather("pictures", {"/usr/share"}, {".png", ".jpg", ".gif", ".ico", ".bmp"}, 25'000'000);
+    CMakeCab::DirectoryToCab(At("in").c_str(), At("ours.cab").c_str(), 1);
+    std::printf("memory of packing: %s (bound: 32768 kB)\n", MostMemory().c_str());
+    if (WithGcab() == 0)
+        std::printf("size: ours %ju, gcab %ju bytes\n", fs::file_size(g_folder / "ours.cab"),
+                    fs::file_size(g_folder / "gcab.cab"));
+    Register();
+    const int status = RunWithRatios(argc, argv);
+    fs::remove_all(g_folder);
+    return status;
+}

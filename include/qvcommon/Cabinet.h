@@ -1,0 +1,194 @@
+#pragma once
+
+/// @file Cabinet archives: the published cabinet format with MSZIP compression, and a manifest that maps the members back to
+/// a folder tree. docs/formats/cabinet.md describes what is written and what is read.
+///
+///     CMakeCab::DirectoryToCab("C:\\Work", "D:\\work.cab", 1);
+///     CReadCab::CabToDirectory("C:\\Copy", "D:\\work.cab");
+
+#include <memory>
+
+#include "qvcommon/CabinetRecords.h"
+#include "qvcommon/TempFile.h"
+#include "qvcommon/framework/Collections.h"
+
+/// Makes an archive: name and folder, CreateNewCab, files, Commit.
+///
+/// Data is compressed on all cores; the archive does not depend on their number. What is not committed waits in a temporary
+/// file beside the archive. An archive that grows beyond GetMediaSize, or 65535 members, goes on in "NAME1.cab",
+/// "NAME2.cab" and so on. Memory stays below 32 MB but for the names of the members; one object, one thread.
+///
+/// Every failure of the engine ends the archive, deletes a cabinet that is half written, and raises a CVorbexException* with
+/// severity 16, the number of GetFciErrorString and its text. Exceptions that overridden members raise go through to the
+/// caller and end the archive too.
+class QVCOMMON_API CMakeCab : public CObject {
+public:
+    CMakeCab();
+    /// Drops an archive that was not committed.
+    ~CMakeCab() override;
+    CMakeCab(const CMakeCab&) = delete;
+    CMakeCab& operator=(const CMakeCab&) = delete;
+
+    /// The archive's name, without the extension.
+    virtual void SetName(const char* name);
+    /// The archive's folder; the final "\" is added where it is missing.
+    virtual void SetDestPath(const char* path);
+    virtual CString GetName() const;
+    virtual CString GetDestPath() const;
+
+    /// Begins an archive; one that was not committed is dropped. Nothing of the archive's own name is touched before Commit,
+    /// unless it grows into a set. @throws CVorbexException*
+    virtual void CreateNewCab();
+    /// Adds the list as a member called "CabMan", six capital letters and ".xml": a "MANIFEST" of "ITEM"s, one a line.
+    /// @throws CVorbexException*, and CFileException* when the list cannot be brought into a temporary file.
+    virtual void AddManifest(const CStringArray& entries);
+    /// Adds a file under its bare name. Names beyond ASCII are stored in UTF-8 and marked so. Its time is stored as local
+    /// time in steps of two seconds, at least 1980 and at most 2107. On Linux every file counts as one to be archived, as a
+    /// new file does on Windows, so that both systems store the same. @throws CVorbexException*; also (number 8) for a file
+    /// of 2147450881 bytes or more and a name longer than 255.
+    virtual void AddFile(const char* path);
+    /// Files added later are compressed apart from those before. @throws CVorbexException*
+    virtual void AddFolder();
+    /// Completes the archive on disk. @throws CVorbexException*
+    virtual void Commit();
+
+    /// Called for every member that is written into a cabinet; `continued`: its start lies in the cabinet before. -1 stops
+    /// (number 7). Accepts everything.
+    virtual int FilePlaced(const QvCabinetDescription& cabinet, const char* name, DWORD size, BOOL continued);
+    /// Called as work goes on. Type 0: a block was compressed, its size afterwards and before. 1: bytes brought into the
+    /// cabinet so far, and of all. 2: a cabinet is complete, its size twice. -1 stops (number 7). Accepts everything.
+    virtual long Status(UINT type, DWORD first, DWORD second);
+    /// Names the next cabinet of a set, or the first: "%s.cab" or, unless its number is 0, "%s%d.cab". 0 stops (number 7).
+    virtual BOOL GetNextCab(QvCabinetDescription& cabinet, DWORD previousSize);
+
+protected:
+    /// Bytes that a cabinet may have, and that a folder may have before the next file starts a new one: 2147483647.
+    virtual DWORD GetMediaSize() const;
+    virtual DWORD GetFolderThreshold() const;
+    virtual CString GetFciErrorString(int error) const;
+
+public:
+    /// Packs a folder, with `recurse` non-zero through all its subfolders. The archive lies in the folder of `cabinet` and
+    /// has its name with the extension "cab", whatever extension is given. Its first member is the manifest, in which an
+    /// entry is "*ROOT*" and the relative path, with a final "\" for a folder; the files follow in that order. Links to
+    /// folders are stored as empty folders; devices and pipes are left out. @throws as AddManifest and AddFile.
+    static void DirectoryToCab(const char* folder, const char* cabinet, int recurse);
+    /// The same by this object, so that overridden members hear of it. Sets name and destination folder.
+    void Pack(const char* folder, const char* cabinet, int recurse);
+
+private:
+    class Context;
+
+    template <class Action>
+    void Run(Action action);
+    void Check(bool succeeded);
+
+    CString m_destPath;
+    CString m_name;
+    std::unique_ptr<Context> m_context;
+    QvCabinetError m_error;
+};
+
+/// What extraction accepts. More is refused as a corrupt cabinet, before it is written.
+struct QvCabinetLimits {
+    std::uint64_t members = 1'000'000;
+    std::uint64_t totalSize = std::uint64_t{64} << 30;  ///< bytes of all members
+    /// Times that all members may be as large as the cabinets. Compression alone does not get there: it takes members that
+    /// share their data.
+    std::uint64_t expansion = 1000;
+};
+
+/// Extracts an archive, and the cabinets that continue it.
+///
+/// Safety: members land in the target folder or nowhere. That is the destination folder; without one, each substitution's
+/// target that ends in a separator (as later substitutions leave it); without those the current folder. A member or
+/// manifest entry that is absolute, has a drive, names with "..", or names that the system would take for something else
+/// (on Windows devices, streams, final points and blanks) is refused, and the extraction with it: number 4. Links in the
+/// target folder are never followed; a link in a member's place is replaced.
+///
+/// A member is written under a temporary name (".qv" and numbers) beside its place, and takes its name when it is complete,
+/// replacing a read-only file too; missing folders are made. A failed extraction leaves the members before the failure.
+///
+/// Failures raise a CVorbexException* with severity 16, the number of GetFdiErrorString and its text. Exceptions that
+/// overridden members raise go through to the caller. One object, one thread.
+class QVCOMMON_API CReadCab {
+public:
+    CReadCab();
+    virtual ~CReadCab();
+    CReadCab(const CReadCab&) = delete;
+    CReadCab& operator=(const CReadCab&) = delete;
+
+    /// Extracts every member: under its own name (which may have folders) in the destination folder, or, with the manifest,
+    /// where the manifest says. @throws CVorbexException*
+    ///
+    /// The manifest is the first member. One that cannot be read, or is longer than 32 MB, and one with fewer files than
+    /// there are members behind it: number 4. Entries that are left over are passed over.
+    virtual void ReadCab(const char* path);
+    /// Non-zero when the file is a cabinet; its head is then in `info`. Raises nothing.
+    virtual int GetCabInfo(const char* path, QvCabinetInfo& info);
+    virtual void CloseHfdi();
+    /// The final "\" is added where it is missing.
+    virtual void SetDestPath(const char* path);
+    virtual CString GetDestPath() const;
+    virtual void UseManifest(int use);
+    /// Every `source` in a manifest's entry becomes `target`; pairs are applied in the order in which they were added.
+    virtual void AddSubstitution(const char* source, const char* target);
+    /// What the engine tells goes through here to the members below. Other types are answered with 0. Names of members are
+    /// in the process's code page here, where the cabinet marks them as UTF-8; what that lacks is "_".
+    virtual int Notify(int type, QvCabinetNotification& notification);
+
+protected:
+    virtual int NotifyCabinetInfo(QvCabinetNotification& notification);
+    virtual int NotifyPartialFile(QvCabinetNotification& notification);
+    /// Opens a member's target and gives its number, or -1, which ends the extraction with number 11.
+    virtual int NotifyCopyFile(QvCabinetNotification& notification);
+    /// Completes the member. Its time and attributes are given to the destination folder's file of its own name: to a member
+    /// that the manifest led elsewhere they are not.
+    virtual int NotifyCloseFileInfo(QvCabinetNotification& notification);
+    virtual int NotifyNextCabinet(QvCabinetNotification& notification);
+    virtual int NotifyEnumerate(QvCabinetNotification& notification);
+    /// Called before every member.
+    virtual void NotifyChangeFolder(QvCabinetNotification& notification);
+    /// Called behind every member. After the first one it reads the manifest, if that is used, and makes its folders.
+    virtual void NotifyCopyComplete(QvCabinetNotification& notification);
+    /// @throws CVorbexException*
+    virtual void OpenHfdi();
+    virtual CString GetFdiErrorString(int error) const;
+
+public:
+    const QvCabinetLimits& GetLimits() const;
+    /// Also between two cabinets.
+    void SetLimits(const QvCabinetLimits& limits);
+    /// Non-zero: with the manifest, too, members get their times and attributes. Zero at first.
+    void SetRestoreTimes(int restore);
+
+    /// Unpacks what CMakeCab::DirectoryToCab packed. The folder is made when it is missing. @throws as ReadCab.
+    static void CabToDirectory(const char* folder, const char* cabinet);
+    /// The same by this object, so that overridden members hear of it. Adds a substitution and sets the use of the manifest.
+    void Unpack(const char* folder, const char* cabinet);
+
+private:
+    class Context;
+    struct Target;
+
+    CString Substituted(CString entry, int first) const;
+    CStringArray Roots() const;
+    bool FindTarget(const CString& path, Target& target) const;
+    int OpenManifest();
+    void LoadManifest();
+    [[noreturn]] void Fail(int error);
+
+    int m_lastFolder = -1;
+    BOOL m_useManifest = 0;
+    CStringArray m_manifest;
+    BOOL m_manifestLoaded = 0;
+    int m_nextManifest = 0;
+    CStringArray m_sources;
+    CStringArray m_targets;
+    std::unique_ptr<Context> m_context;
+    QvCabinetError m_error;
+    CString m_destPath;
+    CTempFile m_manifestFile;
+    QvCabinetLimits m_limits;
+    BOOL m_restoreTimes = 0;
+};

@@ -1,0 +1,196 @@
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <random>
+
+#include "tests/support/MemoryCabinets.h"
+
+namespace {
+
+using namespace qv::cabinet;
+using Files = std::map<std::string, std::string>;
+using ::testing::AllOf;
+using ::testing::Ge;
+using ::testing::Le;
+
+std::string Noise(std::size_t size, unsigned seed) {
+    std::minstd_rand random(seed);
+    std::string text(size, '\0');
+    for (char& c : text) c = static_cast<char>(random() >> 7);
+    return text;
+}
+
+std::string Prose(std::size_t size) {
+    std::string text;
+    for (unsigned i = 0; text.size() < size; ++i) text += "line " + std::to_string(i * i) + " of a text\n";
+    return text.substr(0, size);
+}
+
+/// Around the borders of blocks, compressible and not, empty ones in front, between and at the end.
+Files Members() {
+    return {{"a", ""},
+            {"b", Prose(32767)},
+            {"c", "x"},
+            {"d", ""},
+            {"e", Noise(32768, 1)},
+            {"f", Prose(100000) + Noise(40000, 2)},
+            {"g", std::string(70000, '\0')},
+            {"h", Noise(1, 3)},
+            {"i", ""}};
+}
+
+struct Made {
+    bool done = false;
+    QvCabinetError error;
+};
+
+Made Make(MemoryMaker& maker, const Files& members, QvCabinetDescription cabinet = {}, int compression = kMszip,
+          unsigned threads = 1) {
+    Made made;
+    maker.files.insert(members.begin(), members.end());
+    cabinet.cabinetName = "set0";
+    cabinet.diskName = "disk";
+    cabinet.setId = 7;
+    const auto writer = CabinetWriter::Create(maker, cabinet, made.error, threads);
+    made.done = writer != nullptr;
+    for (const auto& [name, content] : members) {
+        made.done = made.done && writer->AddFile(CString(name), CString(name), false, compression);
+        if (name == "c") made.done = made.done && writer->FlushFolder();
+    }
+    made.done = made.done && writer->FlushCabinet(false);
+    return made;
+}
+
+TEST(CabinetEngine, ReadsBackWhatItWroteWhateverTheCabinetsSizeAndReserves) {
+    for (const int compression : {kStored, kMszip})
+        for (const std::uint32_t size : {0x7FFFFFFFu, 60000u, 40000u, 5000u, 800u})
+            for (const bool reserves : {false, true}) {
+                SCOPED_TRACE(std::to_string(size) + (reserves ? " with reserves" : ""));
+                MemoryMaker maker;
+                QvCabinetDescription cabinet;
+                cabinet.maximumSize = size + (reserves ? 1000 : 0);
+                if (reserves) cabinet.headerReserve = 777, cabinet.folderReserve = 255, cabinet.dataReserve = 9;
+                ASSERT_TRUE(Make(maker, Members(), cabinet, compression).done);
+                for (const auto& [name, bytes] : maker.files)
+                    EXPECT_TRUE(!name.starts_with("set") || bytes.size() <= cabinet.maximumSize) << name;
+                EXPECT_EQ(maker.files.contains("set1"), size <= 60000) << "a set, where one cabinet is too small";
+                MemoryReader reader;
+                reader.files = maker.files;
+                ASSERT_EQ(reader.Copy(), 0);
+                EXPECT_EQ(reader.members, Members());
+            }
+}
+
+TEST(CabinetEngine, WritesTheSameBytesWithAnyNumberOfThreads) {
+    std::string one;
+    for (const unsigned threads : {1u, 2u, 5u, 16u}) {
+        MemoryMaker maker;
+        ASSERT_TRUE(Make(maker, Members(), {}, kMszip, threads).done);
+        if (one.empty()) one = maker.files["set0"];
+        EXPECT_EQ(maker.files["set0"], one) << threads;
+    }
+}
+
+TEST(CabinetEngine, HoldsTenThousandMembersAndGoesOnBehindTheMostThatACabinetHolds) {
+    MemoryMaker maker;
+    QvCabinetDescription cabinet;
+    QvCabinetError error;
+    cabinet.cabinetName = "set0";
+    const auto writer = CabinetWriter::Create(maker, cabinet, error, 1);
+    for (const auto& [source, content] : {std::pair<const char*, const char*>{"m", "member"}, {"e", ""}})
+        maker.files[source] = content;
+    for (int i = 0; i < 70000; ++i)
+        ASSERT_TRUE(writer->AddFile(i < 10000 ? "m" : "e", CString(std::to_string(i)), false, kMszip));
+    ASSERT_TRUE(writer->FlushCabinet(false));
+    EXPECT_TRUE(maker.files.contains("set1"));
+    MemoryReader reader;
+    reader.files = maker.files;
+    ASSERT_EQ(reader.Copy(), 0);
+    EXPECT_EQ(reader.members.size(), 70000u);
+    EXPECT_EQ(reader.members["9999"], "member");
+}
+
+TEST(CabinetEngine, TellsOfTheNextCabinetAndOfPartialFiles) {
+    MemoryMaker maker;
+    QvCabinetDescription cabinet;
+    cabinet.maximumSize = 100000;
+    ASSERT_TRUE(Make(maker, {{"a", Prose(9000)}, {"f", Noise(150000, 2)}, {"z", "end"}}, cabinet).done);
+    MemoryReader whole, second, lost, passing;
+    whole.files = second.files = lost.files = passing.files = maker.files;
+    EXPECT_EQ(whole.Copy(), 0);
+    // Head; a; f, which needs the next cabinet; end of the list; the second list, with z.
+    EXPECT_EQ(whole.heard,
+              "0232403523"
+              "5");
+    EXPECT_EQ(second.Copy("set1"), 0);
+    EXPECT_EQ(second.heard, "01235") << "f is told of, z is copied";
+    passing.passOver = true;
+    EXPECT_EQ(passing.Copy(), 0);
+    lost.files.erase("set1");
+    EXPECT_EQ(lost.Copy(), 1);
+    EXPECT_EQ(lost.members.count("f"), 0u);
+    lost.files["set1"] = maker.files["set0"];
+    EXPECT_EQ(lost.Copy(), 10);
+}
+
+/// Whatever call fails, the engine says so, gives everything back and leaves no cabinet that is not whole.
+TEST(CabinetEngine, SurvivesAFailureOfEachCallback) {
+    const Files members = {{"a", Prose(50000)}, {"b", ""}, {"c", Noise(40000, 5)}};
+    QvCabinetDescription cabinet;
+    cabinet.maximumSize = 30000;
+    bool done = false;
+    long call = 0;
+    for (; !done && call < 1000; ++call) {
+        MemoryMaker maker;
+        maker.failingCall = call;
+        const Made made = Make(maker, members, cabinet);
+        done = made.done && maker.calls <= call;
+        EXPECT_THAT(made.error.error, AllOf(Ge(made.done ? 0 : 1), Le(made.done ? 0 : 8))) << call;
+        EXPECT_EQ(maker.allocated, 0) << call;
+        EXPECT_EQ(maker.opened, 0) << call;
+        EXPECT_FALSE(maker.files.contains("temp")) << call;
+        for (const auto& [name, bytes] : maker.files)
+            EXPECT_TRUE(!name.starts_with("set") ||
+                        bytes.size() == Get32(reinterpret_cast<const unsigned char*>(&bytes[8])));
+    }
+    EXPECT_TRUE(done);
+    EXPECT_GT(call, 40);
+    MemoryMaker maker;
+    ASSERT_TRUE(Make(maker, members, cabinet).done);
+    for (call = 0, done = false; !done && call < 1000; ++call) {
+        MemoryReader reader;
+        reader.files = maker.files;
+        reader.failingCall = call;
+        const int error = reader.Copy();
+        done = reader.calls <= call;
+        EXPECT_THAT(error, AllOf(Ge(0), Le(done ? 0 : 11))) << call;
+        EXPECT_EQ(reader.allocated, 0) << call;
+        EXPECT_EQ(reader.opened, 0) << call;
+        for (const auto& [name, content] : reader.members) EXPECT_EQ(content, members.at(name)) << call;
+    }
+    EXPECT_TRUE(done);
+}
+
+TEST(CabinetEngine, RefusesWhatTheFormatCannotHold) {
+    MemoryMaker maker;
+    maker.files["a"] = "x";
+    QvCabinetError error;
+    const std::pair<int, std::function<bool(CabinetWriter&)>> cases[] = {
+        {5, [](CabinetWriter& writer) { return writer.AddFile("a", "a", false, 3); }},
+        {1, [](CabinetWriter& writer) { return writer.AddFile("missing", "a", false, kMszip); }},
+        {8, [](CabinetWriter& writer) { return writer.AddFile("a", CString('n', 256), false, kMszip); }}};
+    for (const auto& [number, action] : cases) {
+        const auto writer = CabinetWriter::Create(maker, {}, error, 1);
+        EXPECT_FALSE(action(*writer));
+        EXPECT_EQ(error.error, number);
+        EXPECT_FALSE(writer->FlushCabinet(false)) << "nothing goes on after a failure";
+    }
+    QvCabinetDescription tiny;
+    tiny.maximumSize = 40;
+    EXPECT_EQ(Make(maker, {{"b", "y"}}, tiny).error.error, 6);
+    tiny = {};
+    tiny.failOnIncompressible = 1;
+    EXPECT_EQ(Make(maker, {{"b", Noise(40000, 1)}}, tiny).error.error, 8);
+}
+
+}  // namespace

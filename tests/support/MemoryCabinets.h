@@ -1,0 +1,124 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "files/cabinet/CabinetReader.h"
+#include "files/cabinet/CabinetWriter.h"
+
+/// The cabinet engine's callbacks over files in memory. Any call can be made to fail.
+template <class Interface>
+class MemoryCalls : public Interface {
+public:
+    using Handle = qv::cabinet::Handle;
+
+    std::map<std::string, std::string> files;
+    long failingCall = -1;  ///< counted from 0
+    long calls = 0;
+    int allocated = 0, opened = 0;  ///< and not given back
+
+    void* Allocate(std::size_t size) override { return Fails() ? nullptr : (++allocated, std::malloc(size)); }
+    void Free(void* memory) override {
+        if (memory) --allocated;
+        std::free(memory);
+    }
+    Handle Open(const CString& path, qv::cabinet::OpenMode mode) override {
+        const bool create = mode == qv::cabinet::OpenMode::Create;
+        if (Fails() || (!create && !files.contains(path.AsStd()))) return qv::cabinet::kNoHandle;
+        if (create) files[path.AsStd()].clear();
+        ++opened;
+        m_open.push_back({path.AsStd(), 0});
+        return static_cast<Handle>(m_open.size());
+    }
+    std::int64_t Read(Handle file, void* buffer, std::size_t size) override {
+        if (Fails()) return -1;
+        Place& place = At(file);
+        const std::size_t count = files[place.path].copy(static_cast<char*>(buffer), size, place.at);
+        place.at += count;
+        return static_cast<std::int64_t>(count);
+    }
+    bool Write(Handle file, const void* data, std::size_t size) override {
+        if (Fails()) return false;
+        Place& place = At(file);
+        files[place.path].replace(place.at, size, static_cast<const char*>(data), size);
+        place.at += size;
+        return true;
+    }
+    bool Close(Handle) override {
+        --opened;
+        return !Fails();
+    }
+    std::int64_t Seek(Handle file, std::int64_t offset, qv::cabinet::Origin origin) override {
+        if (Fails()) return -1;
+        Place& place = At(file);
+        const std::size_t from = origin == qv::cabinet::Origin::Begin     ? 0
+                                 : origin == qv::cabinet::Origin::Current ? place.at
+                                                                          : files[place.path].size();
+        place.at = std::min(from + static_cast<std::size_t>(offset), files[place.path].size());
+        return static_cast<std::int64_t>(place.at);
+    }
+
+protected:
+    bool Fails() { return calls++ == failingCall; }
+
+private:
+    struct Place {
+        std::string path;
+        std::size_t at;
+    };
+    Place& At(Handle file) { return m_open.at(static_cast<std::size_t>(file - 1)); }
+
+    std::vector<Place> m_open;
+};
+
+/// Makes cabinets called "set0", "set1" and so on.
+class MemoryMaker : public MemoryCalls<qv::cabinet::IMakerCallbacks> {
+public:
+    bool Delete(const CString& path) override { return files.erase(path.AsStd()) == 1; }
+    CString TempName() override { return Fails() ? "" : "temp"; }
+    int FilePlaced(const QvCabinetDescription&, const CString&, std::uint32_t, BOOL) override { return Answer(); }
+    long Status(qv::cabinet::StatusType, std::uint32_t, std::uint32_t) override { return Answer(); }
+    int GetNextCabinet(QvCabinetDescription& cabinet, std::uint32_t) override {
+        cabinet.cabinetName.Format("set%d", cabinet.cabinetNumber);
+        return Fails() ? 0 : 1;
+    }
+    Handle GetOpenInfo(const CString& path, std::uint16_t& date, std::uint16_t& time,
+                       std::uint16_t& attributes) override {
+        date = 0x5A21, time = 0x6000, attributes = 0x20;
+        return Open(path, qv::cabinet::OpenMode::Read);
+    }
+
+private:
+    int Answer() { return Fails() ? -1 : 0; }
+};
+
+/// Copies every member into `members`, and tells of notifications in `heard`.
+class MemoryReader : public MemoryCalls<qv::cabinet::IReaderCallbacks> {
+public:
+    std::map<std::string, std::string> members;
+    std::string heard;  ///< the types, as digits
+    bool passOver = false;
+
+    std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) override {
+        heard += static_cast<char>('0' + type);
+        if (type == QvCabinetNotification::closeFileInfo && !Close(notification.file)) return 0;
+        if (Fails()) return -1;
+        if (type == QvCabinetNotification::copyFile)
+            return passOver ? 0 : Open("target " + notification.name, qv::cabinet::OpenMode::Create);
+        if (type != QvCabinetNotification::closeFileInfo) return 0;
+        members[notification.name.AsStd()] = files["target " + notification.name.AsStd()];
+        return 1;
+    }
+
+    /// The error's number; 0 when it went well.
+    int Copy(const char* name = "set0",
+             const qv::cabinet::ReadLimits& limits = {1'000'000, std::uint64_t{1} << 36, 1000}) {
+        QvCabinetError error;
+        qv::cabinet::CabinetReader reader(*this, error);
+        const bool copied = reader.Copy(name, "", limits);
+        return copied == !error.failed ? error.error : -1;
+    }
+};

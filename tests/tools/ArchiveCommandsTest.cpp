@@ -1,0 +1,29 @@
+#include <gmock/gmock.h>
+
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tool.h"
+
+namespace {
+
+TEST(ArchiveCommands, PackListAndUnpack) {
+    const TempFolder folder;
+    std::filesystem::create_directories(folder.Native("in/sub"));
+    folder.Write("in/a.txt", "hello");
+    folder.Write("in/sub/b.txt", "there");
+    EXPECT_EQ(ToolStatus({"pack", folder / "in", folder / "p.x"}), 0);
+    EXPECT_EQ(ToolStatus({"unpack", folder / "p.cab", folder / "out"}), 0);
+    EXPECT_EQ(folder.Read("out/sub/b.txt"), "there");
+    const ToolAnswer list = RunTool({"list", folder / "p.cab"});
+    EXPECT_EQ(list.status, 0);
+    EXPECT_THAT(list.output, ::testing::HasSubstr("CabMan"));
+    EXPECT_THAT(list.output, ::testing::ContainsRegex("5\t20..-..-.. ..:..:..\tb.txt"));
+    EXPECT_EQ(ToolStatus({"pack", "--no-recurse", folder / "in", folder / "flat.cab"}), 0);
+    EXPECT_EQ(ToolStatus({"unpack", "--no-manifest", folder / "flat.cab", folder / "bare"}), 0);
+    EXPECT_EQ(folder.Read("bare/a.txt"), "hello");
+    EXPECT_FALSE(folder.Has("bare/b.txt"));
+    EXPECT_EQ(ToolStatus({"pack", folder / "missing", folder / "m.cab"}), 1);
+    EXPECT_EQ(ToolStatus({"list", folder / "in\\a.txt"}), 1);
+    EXPECT_EQ(ToolStatus({"pack", folder / "in"}), 2);
+}
+
+}  // namespace
