@@ -11,6 +11,7 @@
 #include "qvcommon/MathHelper.h"
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
+#include "qvcommon/ParseEmf.h"
 #include "qvcommon/Replacers.h"
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/TempFile.h"
