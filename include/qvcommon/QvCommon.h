@@ -2,6 +2,7 @@
 
 /// @file Everything that the library exports.
 
+#include "qvcommon/DIBitmap.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
@@ -18,6 +19,7 @@
 #include "qvcommon/TimeHelper.h"
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/DateTime.h"
+#include "qvcommon/framework/DeviceContext.h"
 #include "qvcommon/framework/Exception.h"
 #include "qvcommon/framework/File.h"
 #include "qvcommon/framework/FileTime.h"

@@ -5,7 +5,7 @@
 declare -gA QV_PACKAGES=(
     [build]="cmake ninja-build g++ ccache pkg-config libcli11-dev libxml2-dev zlib1g-dev"
     [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
-    [tests]="googletest locales tzdata"
+    [tests]="googletest imagemagick locales netpbm tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
     [format]="clang-format git"
     [tidy]="clang clang-tidy python3"

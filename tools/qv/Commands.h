@@ -10,6 +10,7 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+void AddBmp(CLI::App& app);
 void AddEmf(CLI::App& app);
 void AddLockCommand(CLI::App& app);
 void AddReport(CLI::App& app);

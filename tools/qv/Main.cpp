@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"The QvCommon command-line companion"};
     app.require_subcommand(1);
+    qv::tool::AddBmp(app);
     qv::tool::AddEmf(app);
     qv::tool::AddLockCommand(app);
     qv::tool::AddReport(app);
