@@ -12,7 +12,7 @@ declare -gA QV_PACKAGES=(
     [browser]="chromium chromium-driver python3"
     [windows-x64]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
     [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
-    [bench]="libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev"
+    [bench]="libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev libmagickwand-dev libsdl2-dev libuemf-dev"
 )
 
 # The locales that tests of texts, folding and collation switch to.
