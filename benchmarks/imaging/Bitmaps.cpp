@@ -94,7 +94,7 @@ void SaveMagick(benchmark::State& state) {
     DestroyMagickWand(wand);
 }
 
-#define QV_BITMAP(function, name) BENCHMARK(function)->Name(name)->Unit(benchmark::kMillisecond)->UseRealTime()
+#define QV_BITMAP(function, name) BENCHMARK(function)->Name(name)->UseRealTime()
 QV_BITMAP(Load, "LoadBitmap_100MB/qvcommon");
 QV_BITMAP(LoadBare, "LoadBitmap_100MB/bare_read");
 QV_BITMAP(LoadSdl, "LoadBitmap_100MB/SDL");

@@ -69,8 +69,8 @@ void ReadOnly(benchmark::State& state) {
     }
 }
 
-BENCHMARK(Walk)->Name("Metafile_100MB/walk")->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(ReadOnly)->Name("Metafile_100MB/read_into_memory")->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(Peer)->Name("Metafile_100MB/libUEMF")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Walk)->Name("Metafile_100MB/walk")->UseRealTime();
+BENCHMARK(ReadOnly)->Name("Metafile_100MB/read_into_memory")->UseRealTime();
+BENCHMARK(Peer)->Name("Metafile_100MB/libUEMF")->UseRealTime();
 
 }  // namespace
