@@ -5,7 +5,7 @@
 declare -gA QV_PACKAGES=(
     [build]="cmake ninja-build g++ ccache pkg-config libcli11-dev libxml2-dev zlib1g-dev"
     [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
-    [tests]="7zip cabextract gcab googletest locales python3 tzdata"
+    [tests]="7zip cabextract gcab googletest imagemagick locales netpbm python3 tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
     [format]="clang-format git"
     [tidy]="clang clang-tidy python3"
@@ -13,7 +13,7 @@ declare -gA QV_PACKAGES=(
     [windows-x64]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
     [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
     [bench]="libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
-        7zip cabextract gcab"
+        7zip cabextract gcab libmagickwand-dev libsdl2-dev libuemf-dev"
 )
 
 # The locales that tests of texts, folding and collation switch to.

@@ -5,18 +5,15 @@
 #include "platform/Process.h"
 #include "qvcommon/framework/Process.h"
 
-/// What the command-line tool answers to arguments and standard input, byte for byte.
+/// What a program answers to arguments and standard input, byte for byte.
 struct ToolAnswer {
     int status;
     std::string output;
 };
 
-inline ToolAnswer RunTool(const CStringArray& arguments, std::string_view input = {}) {
-    // The tool lies beside the test program.
-    const std::string self = qv::platform::CurrentProgram();
-    const std::string program = self.substr(0, self.find_last_of("/\\") + 1) + "qv";
+inline ToolAnswer RunProgram(const char* program, const CStringArray& arguments, std::string_view input = {}) {
     CProcess process;
-    process.Start(program.c_str(), arguments, CProcess::pipeInput | CProcess::pipeOutput);
+    process.Start(program, arguments, CProcess::pipeInput | CProcess::pipeOutput);
     process.WriteInput(input);
     process.CloseInput();
     ToolAnswer answer{0, {}};
@@ -24,6 +21,12 @@ inline ToolAnswer RunTool(const CStringArray& arguments, std::string_view input 
     while (const UINT count = process.Output().CFile::Read(buffer, sizeof buffer)) answer.output.append(buffer, count);
     answer.status = process.Wait();
     return answer;
+}
+
+inline ToolAnswer RunTool(const CStringArray& arguments, std::string_view input = {}) {
+    // The tool lies beside the test program.
+    const std::string self = qv::platform::CurrentProgram();
+    return RunProgram((self.substr(0, self.find_last_of("/\\") + 1) + "qv").c_str(), arguments, input);
 }
 
 inline int ToolStatus(const CStringArray& arguments) {

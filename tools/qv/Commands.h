@@ -12,9 +12,11 @@ struct Failed : std::runtime_error {
 
 void AddArchiveCommands(CLI::App& app);
 void AddBackup(CLI::App& app);
+void AddBmp(CLI::App& app);
 void AddCopy(CLI::App& app);
 void AddCrc(CLI::App& app);
 void AddDelete(CLI::App& app);
+void AddEmf(CLI::App& app);
 void AddFind(CLI::App& app);
 void AddListen(CLI::App& app);
 void AddLockCommand(CLI::App& app);

@@ -37,11 +37,13 @@ int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"The QvCommon command-line companion"};
     app.require_subcommand(1);
+    qv::tool::AddArchiveCommands(app);
     qv::tool::AddBackup(app);
+    qv::tool::AddBmp(app);
     qv::tool::AddCopy(app);
     qv::tool::AddCrc(app);
-    qv::tool::AddArchiveCommands(app);
     qv::tool::AddDelete(app);
+    qv::tool::AddEmf(app);
     qv::tool::AddFind(app);
     qv::tool::AddListen(app);
     qv::tool::AddLog(app);

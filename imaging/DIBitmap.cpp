@@ -1,0 +1,143 @@
+#include "qvcommon/DIBitmap.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+
+#include "imaging/DibFormat.h"
+
+using namespace qv::imaging;
+
+CDIBitmap::~CDIBitmap() = default;
+
+CBmpPalette::CBmpPalette(const CDIBitmap& bitmap) {
+    if (!bitmap.m_info) return;
+    m_count =
+        static_cast<int>(std::min<std::size_t>(CDIBitmap::GetPalEntries(bitmap.m_info->header), DibInfo::capacity));
+    std::copy_n(bitmap.m_info->colours, m_count, m_entries);
+}
+
+DibColour CBmpPalette::GetEntry(int index) const {
+    if (index < 0 || index >= m_count) AfxThrowInvalidArgException();
+    return m_entries[index];
+}
+
+BOOL CDIBitmap::Load(const char* path) {
+    CFile file;
+    if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit | CFile::typeBinary)) return 0;
+    const BOOL loaded = Load(file);
+    file.Close();
+    return loaded;
+}
+
+BOOL CDIBitmap::Load(CFile& file) {
+    m_info.reset();
+    m_bits.reset();
+    m_palette.reset();
+    m_bitsSize = 0;
+    const std::uint64_t start = file.GetPosition();
+
+    std::array<BYTE, kFileHeaderSize> fileHeader = {};
+    file.Read(fileHeader.data(), kFileHeaderSize);
+    std::uint16_t type;
+    std::memcpy(&type, fileHeader.data(), sizeof type);
+    if (type != kBitmapType) throw "Error:Unexpected file type, not a DIB\n";
+
+    auto info = std::make_unique<DibInfo>();
+    file.Read(&info->header, sizeof info->header);
+    if (info->header.size != sizeof info->header) throw "Error:OS2 PM BMP Format not supported\n";
+    file.Read(info->colours, sizeof info->colours);
+
+    DWORD total, offset;
+    std::memcpy(&total, fileHeader.data() + 2, sizeof total);
+    std::memcpy(&offset, fileHeader.data() + 10, sizeof offset);
+    const std::uint64_t length = file.GetLength(), rowsAt = start + offset;
+    // A total below the offset wraps to a number that no file reaches: then the rows are what is left of the file.
+    const std::size_t size = std::min<std::uint64_t>(total - offset, length > rowsAt ? length - rowsAt : 0);
+    auto bits = std::make_unique_for_overwrite<BYTE[]>(size);
+    file.Seek(static_cast<std::int64_t>(rowsAt), CFile::begin);
+    m_bitsSize = file.Read(bits.get(), static_cast<UINT>(size));
+
+    m_info = std::move(info);
+    m_bits = std::move(bits);
+    CreatePalette();
+    m_padded = 1;
+    return 1;
+}
+
+BOOL CDIBitmap::CreatePalette() {
+    constexpr int deepestWithPalette = 8;
+    m_palette.reset();
+    if (m_info && GetBitsPerPixel() <= deepestWithPalette) m_palette = std::make_unique<CBmpPalette>(*this);
+    return m_palette != nullptr;
+}
+
+int CDIBitmap::GetColorCount() const {
+    switch (GetBitsPerPixel()) {
+        case 1: return 2;
+        case 4: return 16;
+        case 8: return 256;
+        default: return 0;
+    }
+}
+
+DWORD CDIBitmap::GetPalEntries(const DibHeader& header) {
+    if (header.coloursUsed) return header.coloursUsed;
+    return header.bitCount < 32 ? DWORD{1} << header.bitCount : 0;
+}
+
+std::int64_t CDIBitmap::LastByte(int bitsPerPixel, int width) {
+    return (std::int64_t{bitsPerPixel} * std::max(width, 0) + 7) / 8;
+}
+
+std::int64_t CDIBitmap::GetBytesPerLine(int bitsPerPixel, int width) {
+    return (std::int64_t{bitsPerPixel} * std::max(width, 0) + 31) / 32 * 4;
+}
+
+std::int64_t CDIBitmap::RowCount() const {
+    return std::abs(std::int64_t{GetHeight()});
+}
+
+bool CDIBitmap::HoldsRows(std::int64_t rowSize) const {
+    if (!m_info || !m_bits || GetWidth() < 0) return false;
+    return rowSize == 0 || RowCount() <= static_cast<std::int64_t>(m_bitsSize) / rowSize;
+}
+
+std::int64_t CDIBitmap::PresentRowSize() const {
+    return m_padded ? GetBytesPerLine(GetBitsPerPixel(), GetWidth()) : LastByte(GetBitsPerPixel(), GetWidth());
+}
+
+BOOL CDIBitmap::PadBits() {
+    const std::int64_t padded = GetBytesPerLine(GetBitsPerPixel(), GetWidth());
+    const std::int64_t packed = LastByte(GetBitsPerPixel(), GetWidth());
+    if (!m_info || !m_bits) return 0;
+    if (m_padded || padded == packed) return 1;
+    if (!HoldsRows(padded)) return 0;
+    // Rows only move up, so the last one goes first and none is overwritten before it has moved.
+    for (std::int64_t row = RowCount() - 1; row >= 0; --row) {
+        BYTE* const target = m_bits.get() + row * padded;
+        std::memmove(target, m_bits.get() + row * packed, static_cast<std::size_t>(packed));
+        std::fill(target + packed, target + padded, BYTE{0});
+    }
+    return 1;
+}
+
+BOOL CDIBitmap::UnPadBits() {
+    const std::int64_t padded = GetBytesPerLine(GetBitsPerPixel(), GetWidth());
+    const std::int64_t packed = LastByte(GetBitsPerPixel(), GetWidth());
+    if (!m_info || !m_bits) return 0;
+    if (!m_padded || padded == packed) return 1;
+    if (!HoldsRows(padded)) return 0;
+    for (std::int64_t row = 1; row < RowCount(); ++row)
+        std::memmove(m_bits.get() + row * packed, m_bits.get() + row * padded, static_cast<std::size_t>(packed));
+    return 1;
+}
+
+std::unique_ptr<BYTE[]> CDIBitmap::CopyPaddedRows() const {
+    const std::int64_t padded = GetBytesPerLine(GetBitsPerPixel(), GetWidth()), size = PresentRowSize();
+    auto rows = std::make_unique<BYTE[]>(static_cast<std::size_t>(padded * RowCount()));
+    for (std::int64_t row = 0; row < RowCount(); ++row)
+        std::memcpy(rows.get() + row * padded, m_bits.get() + row * size, static_cast<std::size_t>(size));
+    return rows;
+}

@@ -1,0 +1,125 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+
+#include "imaging/DibFormat.h"
+#include "qvcommon/DIBitmap.h"
+
+using namespace qv::imaging;
+
+namespace {
+
+constexpr std::int64_t kLargestFile = std::numeric_limits<DWORD>::max();
+// What stands before the pixels.
+constexpr std::int64_t kLargestHead = kFileHeaderSize + sizeof(DibInfo);
+
+// The rows of the layout that Save writes, in bytes, as if every bitmap had 8 bits per pixel.
+std::int64_t RowOfBytes(int width) {
+    return (std::int64_t{width} * 8 + 31) / 32 * 4;
+}
+
+// What the file header of that layout counts for a row.
+std::int64_t CountedRow(int bitsPerPixel, int width) {
+    const std::int64_t wholeBytes = std::int64_t{width} * bitsPerPixel / 8 * 8;
+    return (wholeBytes + 31) / 8 / 4 * 4;
+}
+
+void WriteFileHeader(CFile& file, std::int64_t total, std::int64_t offset) {
+    const auto total32 = static_cast<DWORD>(total), offset32 = static_cast<DWORD>(offset);
+    std::array<BYTE, kFileHeaderSize> bytes = {};
+    std::memcpy(bytes.data(), &kBitmapType, sizeof kBitmapType);
+    std::memcpy(bytes.data() + 2, &total32, sizeof total32);
+    std::memcpy(bytes.data() + 10, &offset32, sizeof offset32);
+    file.Write(bytes.data(), kFileHeaderSize);
+}
+
+void WriteZeroes(CFile& file, std::int64_t count) {
+    static const std::array<BYTE, 4096> zeroes = {};
+    for (; count > 0; count -= static_cast<std::int64_t>(zeroes.size()))
+        file.Write(zeroes.data(), static_cast<UINT>(std::min(count, static_cast<std::int64_t>(zeroes.size()))));
+}
+
+template <class SaveTo>
+BOOL SaveAs(const char* path, SaveTo saveTo) {
+    CFile file;
+    constexpr UINT fresh = CFile::modeCreate | CFile::modeWrite | CFile::modeNoInherit | CFile::typeBinary;
+    if (!file.Open(path, fresh)) return 0;
+    const BOOL saved = saveTo(file);
+    file.Close();
+    return saved;
+}
+
+}  // namespace
+
+// No product here exceeds 64 bits: rows that the buffer holds bound them all.
+std::int64_t CDIBitmap::SavedSize() const {
+    return RowCount() * GetBitsPerPixel() * RowOfBytes(GetWidth()) / 8;
+}
+
+bool CDIBitmap::CanSave() const {
+    if (!HoldsRows(GetBytesPerLine(GetBitsPerPixel(), GetWidth()))) return false;
+    const std::int64_t counted = RowCount() * CountedRow(GetBitsPerPixel(), GetWidth());
+    return std::max(SavedSize(), counted) <= kLargestFile - kLargestHead;
+}
+
+BOOL CDIBitmap::Save(const char* path) {
+    return CanSave() && SaveAs(path, [this](CFile& file) { return Save(file); });
+}
+
+BOOL CDIBitmap::Save(CFile& file) {
+    if (!CanSave() || !PadBits()) return 0;
+    const std::int64_t table = std::int64_t{GetColorCount()} * static_cast<std::int64_t>(sizeof(DibColour));
+    const std::int64_t offset = static_cast<std::int64_t>(kFileHeaderSize + sizeof(DibHeader)) + table;
+    WriteFileHeader(file, offset + RowCount() * CountedRow(GetBitsPerPixel(), GetWidth()), offset);
+    m_info->header.imageSize = 0;
+    file.Write(&m_info->header, sizeof m_info->header);
+    file.Write(m_info->colours, static_cast<UINT>(table));
+
+    const std::int64_t count = SavedSize();
+    const std::int64_t held = std::min(count, static_cast<std::int64_t>(m_bitsSize));
+    file.Write(m_bits.get(), static_cast<UINT>(held));
+    WriteZeroes(file, count - held);
+    return 1;
+}
+
+bool CDIBitmap::CanSaveWhole() const {
+    if (!m_info || !IsFormat(m_info->header)) return false;
+    return (HasRunLengths(m_info->header) || HoldsRows(PresentRowSize())) && WholeSize() <= kLargestFile - kLargestHead;
+}
+
+// Of the pixels, in bytes.
+std::int64_t CDIBitmap::WholeSize() const {
+    if (HasRunLengths(m_info->header)) return static_cast<std::int64_t>(m_bitsSize);
+    return RowCount() * GetBytesPerLine(GetBitsPerPixel(), GetWidth());
+}
+
+// Masks and colours, in bytes; the header then says how many colours there are.
+std::size_t CDIBitmap::WholeTableSize(DibHeader& header) const {
+    const std::size_t masks = header.compression == kMasks ? 3 : header.compression == kMasksWithAlpha ? 4 : 0;
+    const std::size_t colours = GetColorCount() ? GetPalEntries(header) : header.coloursUsed;
+    const std::size_t kept = std::min(colours, DibInfo::capacity - masks);
+    if (header.coloursUsed) header.coloursUsed = static_cast<DWORD>(kept);
+    return (masks + kept) * sizeof(DibColour);
+}
+
+BOOL CDIBitmap::SaveWhole(const char* path) {
+    return CanSaveWhole() && SaveAs(path, [this](CFile& file) { return SaveWhole(file); });
+}
+
+BOOL CDIBitmap::SaveWhole(CFile& file) {
+    if (!CanSaveWhole()) return 0;
+    DibHeader header = m_info->header;
+    const std::size_t table = WholeTableSize(header);
+    const std::int64_t size = WholeSize();
+    const bool needsPadding = !m_padded && !HasRunLengths(header);
+    const std::unique_ptr<BYTE[]> copy = needsPadding ? CopyPaddedRows() : nullptr;
+
+    const auto offset = static_cast<std::int64_t>(kFileHeaderSize + sizeof header + table);
+    header.imageSize = static_cast<DWORD>(size);
+    WriteFileHeader(file, offset + size, offset);
+    file.Write(&header, sizeof header);
+    file.Write(m_info->colours, static_cast<UINT>(table));
+    file.Write(copy ? copy.get() : m_bits.get(), static_cast<UINT>(size));
+    return 1;
+}

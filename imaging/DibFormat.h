@@ -1,0 +1,31 @@
+#pragma once
+
+#include "qvcommon/DIBitmap.h"
+
+/// @file The BMP format in what is not in the information header itself.
+
+namespace qv::imaging {
+
+enum DibCompression : DWORD { kNoCompression = 0, kRunLength8 = 1, kRunLength4 = 2, kMasks = 3, kMasksWithAlpha = 6 };
+
+inline constexpr std::uint16_t kBitmapType = 0x4D42;  // "BM"
+inline constexpr std::size_t kFileHeaderSize = 14;
+
+inline bool HasRunLengths(const DibHeader& header) {
+    return header.compression == kRunLength8 || header.compression == kRunLength4;
+}
+
+/// Whether the format has this depth with this compression.
+inline bool IsFormat(const DibHeader& header) {
+    const int bits = header.bitCount;
+    switch (header.compression) {
+        case kNoCompression: return bits == 1 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
+        case kRunLength8: return bits == 8;
+        case kRunLength4: return bits == 4;
+        case kMasks:
+        case kMasksWithAlpha: return bits == 16 || bits == 32;
+        default: return false;
+    }
+}
+
+}  // namespace qv::imaging

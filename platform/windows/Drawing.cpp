@@ -1,0 +1,74 @@
+#include "platform/Drawing.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+namespace qv::platform {
+namespace {
+
+struct DeleteContext {
+    void operator()(HDC context) const { ::DeleteDC(context); }
+};
+struct DeleteBitmap {
+    void operator()(HBITMAP bitmap) const { ::DeleteObject(bitmap); }
+};
+using OwnedContext = std::unique_ptr<std::remove_pointer_t<HDC>, DeleteContext>;
+using OwnedBitmap = std::unique_ptr<std::remove_pointer_t<HBITMAP>, DeleteBitmap>;
+
+// A section of 32-bit pixels, the top row first.
+OwnedBitmap MakeSection(HDC context, int width, int height, std::uint32_t*& pixels) {
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    void* bits = nullptr;
+    OwnedBitmap bitmap(::CreateDIBSection(context, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    pixels = static_cast<std::uint32_t*>(bits);
+    return bitmap;
+}
+
+// What lies in the area goes to the caller, without the byte that the system leaves undefined.
+void CopyArea(const std::uint32_t* pixels, const PixelBuffer& target, const DrawArea& area) {
+    const int left = std::max(area.x, 0), top = std::max(area.y, 0);
+    const auto right = static_cast<int>(std::min<long long>(area.x + static_cast<long long>(area.width), target.width));
+    const auto bottom =
+        static_cast<int>(std::min<long long>(area.y + static_cast<long long>(area.height), target.height));
+    for (int y = top; y < bottom; ++y)
+        for (int x = left; x < right; ++x)
+            target.pixels[static_cast<std::ptrdiff_t>(y) * target.pitch + x] =
+                pixels[static_cast<std::ptrdiff_t>(y) * target.width + x] & 0xFFFFFF;
+}
+
+}  // namespace
+
+bool DrawOnContext(void* context, const DibRows& source, const DrawArea& area) {
+    const auto dc = static_cast<HDC>(context);
+    if (!::GetObjectType(dc)) return false;
+    const auto* info = static_cast<const BITMAPINFO*>(source.info);
+    const int rows = std::abs(info->bmiHeader.biHeight);
+    const int mode = ::SetStretchBltMode(dc, COLORONCOLOR);
+    const int drawn = ::StretchDIBits(dc, area.x, area.y, area.width, area.height, source.firstColumn, 0,
+                                      source.columns, rows, source.rows, info, DIB_RGB_COLORS, SRCCOPY);
+    if (mode) ::SetStretchBltMode(dc, mode);
+    return drawn != static_cast<int>(GDI_ERROR);
+}
+
+bool DrawOnPixels(const PixelBuffer& target, const DibRows& source, const DrawArea& area) {
+    const OwnedContext context(::CreateCompatibleDC(nullptr));
+    std::uint32_t* pixels = nullptr;
+    const OwnedBitmap bitmap = context ? MakeSection(context.get(), target.width, target.height, pixels) : nullptr;
+    if (!bitmap) return false;
+    const HGDIOBJ before = ::SelectObject(context.get(), bitmap.get());
+    const bool drawn = DrawOnContext(context.get(), source, area);
+    ::GdiFlush();
+    if (drawn) CopyArea(pixels, target, area);
+    ::SelectObject(context.get(), before);
+    return drawn;
+}
+
+}  // namespace qv::platform

@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "qvcommon/DIBitmap.h"
+#include "qvcommon/framework/Exception.h"
+#include "tests/support/Bitmap.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tool.h"
+
+namespace {
+
+using namespace qv::test;
+
+TEST(BmpCommand, PrintsAndConverts) {
+    const TempFolder folder;
+    const std::string good = BitmapFile({.width = 5, .height = -3, .bits = 8, .coloursUsed = 7});
+    // The writer forgot the sizes, and left something between colours and rows.
+    std::string odd = good.substr(0, 54 + 28) + "gap." + good.substr(54 + 28);
+    odd.replace(2, 4, Words({0})).replace(10, 4, Words({54 + 28 + 4})).replace(34, 4, Words({0}));
+    folder.Write("odd.bmp", odd);
+    EXPECT_EQ(RunTool({"bmp", "info", folder / "odd.bmp"}).output,
+              "header size\t40\nwidth\t5\nheight\t-3\nplanes\t1\nbits per pixel\t8\ncompression\t0\nimage size\t0\n"
+              "horizontal pixels per metre\t2835\nvertical pixels per metre\t2836\ncolours used\t7\n"
+              "colours important\t0\npacked row\t5\npadded row\t8\npixel bytes\t24\npalette\t7\n");
+    EXPECT_EQ(ToolStatus({"bmp", "convert", folder / "odd.bmp", folder / "odd.bmp"}), 0);
+    EXPECT_EQ(folder.Read("odd.bmp"), good);
+    folder.Write("cut.bmp", good.substr(0, good.size() - 1));
+    folder.Write("text.bmp", "no bitmap");
+    for (const char* const broken : {"cut.bmp", "text.bmp", "none.bmp"})
+        EXPECT_EQ(ToolStatus({"bmp", "convert", folder / broken, folder / "odd.bmp"}), 1) << broken;
+    EXPECT_EQ(folder.Read("odd.bmp"), good);
+    EXPECT_EQ(ToolStatus({"bmp", "info"}), 2);
+}
+
+// Pictures of other programs: each is loaded, saved whole, and shown to the program again.
+class OtherPrograms : public testing::Test {
+protected:
+    void Need(const char* program) {
+        try {
+            RunProgram(program, {"-version"});
+        } catch (CException* missing) {
+            missing->Delete();
+            GTEST_SKIP() << program << " is not there";
+        }
+    }
+    // @return the depth.
+    int SaveAgain(const std::string& from, const std::string& to) {
+        struct Depth : CDIBitmap {
+            using CDIBitmap::GetBitsPerPixel;
+        } bitmap;
+        EXPECT_EQ(bitmap.Load(m_folder / from), 1) << from;
+        EXPECT_EQ(bitmap.SaveWhole(m_folder / to), 1) << from;
+        return bitmap.GetBitsPerPixel();
+    }
+    CString Native(const std::string& name) const { return CString(m_folder.Native(name).string()); }
+
+    TempFolder m_folder;
+};
+
+TEST_F(OtherPrograms, ImageMagickSeesTheSamePixels) {
+    Need("convert");
+    if (IsSkipped()) return;
+    const std::vector<CStringArray> kinds = {{"-monochrome", "-type", "bilevel"},
+                                             {"-colors", "13", "-type", "palette"},
+                                             {"-colors", "200", "-type", "palette"},
+                                             {"-colors", "200", "-type", "palette", "-compress", "RLE"},
+                                             {"-define", "bmp:subtype=RGB555"},
+                                             {"-define", "bmp:subtype=RGB565"},
+                                             {"-type", "truecolor"}};
+    std::set<int> depths;
+    for (const CStringArray& kind : kinds) {
+        // One run makes all widths, one more asks for the pixels of all files.
+        CStringArray make = {"-limit", "thread", "1", "-size", "70x5", "-seed", "7", "plasma:", "-depth", "8"};
+        make.Append(kind);
+        CStringArray ask[2] = {{"-format", "%#\n"}, {"-format", "%#\n"}};
+        for (int width = 1; width <= 70; ++width) {
+            const std::string name = std::to_string(width) + ".bmp";
+            CString size;
+            size.Format("%dx5+0+0", width);
+            make.Append({"(", "+clone", "-crop", size, "+repage"});
+            make.Append({"-write", "BMP3:" + Native(name), "+delete", ")"});
+            ask[0].Add(Native(name));
+            ask[1].Add(Native("again" + name));
+        }
+        make.Append({"null:"});
+        ASSERT_EQ(RunProgram("convert", make).status, 0);
+        for (int width = 1; width <= 70; ++width) {
+            const std::string name = std::to_string(width) + ".bmp";
+            depths.insert(SaveAgain(name, "again" + name));
+        }
+        const std::string before = RunProgram("identify", ask[0]).output;
+        EXPECT_EQ(std::count(before.begin(), before.end(), '\n'), 70);
+        EXPECT_EQ(RunProgram("identify", ask[1]).output, before);
+    }
+    // It writes 32 bits only with headers of other sizes.
+    EXPECT_EQ(depths, (std::set<int>{1, 4, 8, 16, 24}));
+}
+
+TEST_F(OtherPrograms, NetpbmSeesTheSamePixels) {
+    Need("ppmtobmp");
+    if (IsSkipped()) return;
+    for (const char* const bits : {"1", "4", "8", "24"})
+        for (int width = 1; width <= 70; ++width) {
+            std::string picture = "P6 " + std::to_string(width) + " 3 255\n";
+            for (int i = 0; i < width * 3; ++i)
+                picture.append(3, static_cast<char>(*bits == '1' ? 255 * (i % 3 % 2) : i % 15 * 17));
+            m_folder.Write("a.bmp", RunProgram("ppmtobmp", {"-quiet", "-windows", "-bpp", bits}, picture).output);
+            EXPECT_EQ(SaveAgain("a.bmp", "b.bmp"), std::atoi(bits));
+            const std::string before = RunProgram("bmptopnm", {"-quiet", Native("a.bmp")}).output;
+            EXPECT_EQ(before.substr(0, 1), "P");
+            EXPECT_TRUE(RunProgram("bmptopnm", {"-quiet", Native("b.bmp")}).output == before) << bits << " " << width;
+        }
+}
+
+}  // namespace

@@ -1,0 +1,77 @@
+#include <memory>
+
+#include "qvcommon/DIBitmap.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Commands.h"
+#include "tools/qv/WholeFile.h"
+
+namespace qv::tool {
+namespace {
+
+class Bitmap : public CDIBitmap {
+public:
+    explicit Bitmap(const std::string& path) try {
+        CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit);
+        Load(file);
+    } catch (const char* text) {
+        const std::string_view line = text;
+        throw Failed(path + ": " + std::string(line.substr(0, line.find('\n'))));
+    }
+
+    std::string Info() const {
+        const DibHeader& header = m_info->header;
+        const int bits = GetBitsPerPixel(), width = GetWidth();
+        std::string lines;
+        const auto add = [&](const char* label, std::int64_t number) {
+            (((lines += label) += '\t') += std::to_string(number)) += '\n';
+        };
+        add("header size", header.size);
+        add("width", width);
+        add("height", GetHeight());
+        add("planes", header.planes);
+        add("bits per pixel", bits);
+        add("compression", header.compression);
+        add("image size", header.imageSize);
+        add("horizontal pixels per metre", header.horizontalPerMetre);
+        add("vertical pixels per metre", header.verticalPerMetre);
+        add("colours used", header.coloursUsed);
+        add("colours important", header.coloursImportant);
+        add("packed row", LastByte(bits, width));
+        add("padded row", GetBytesPerLine(bits, width));
+        add("pixel bytes", static_cast<std::int64_t>(m_bitsSize));
+        add("palette", GetPalette() ? GetPalette()->GetCount() : 0);
+        return lines;
+    }
+};
+
+void Convert(const std::string& path, const std::string& out) {
+    Bitmap bitmap(path);
+    WholeFile file(out);
+    if (!bitmap.SaveWhole(file.File())) throw Failed(path + ": rows are missing, or no bitmap has this depth");
+    file.Commit();
+}
+
+}  // namespace
+
+void AddBmp(CLI::App& app) {
+    CLI::App& bmp = *app.add_subcommand("bmp", "Look into bitmap files, and write them anew");
+    bmp.footer("Example: qv bmp info photo.bmp");
+    bmp.require_subcommand(1);
+    const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
+
+    CLI::App& info =
+        *bmp.add_subcommand("info", "Print the header's fields, the sizes of rows in bytes, and the colours");
+    info.add_option("FILE", *path, "The bitmap")->required();
+    info.footer("Example:\n  qv bmp info photo.bmp");
+    info.callback([path] { AfxWriteStandardOutput(Bitmap(*path).Info()); });
+
+    CLI::App& convert =
+        *bmp.add_subcommand("convert", "Write a bitmap as the format asks for: sizes, masks, colours, rows");
+    convert.add_option("FILE", *path, "The bitmap")->required();
+    convert.add_option("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one")
+        ->required();
+    convert.footer("Example:\n  qv bmp convert odd.bmp clean.bmp");
+    convert.callback([path, out] { Convert(*path, *out); });
+}
+
+}  // namespace qv::tool

@@ -1,0 +1,153 @@
+#include <array>
+#include <memory>
+#include <utility>
+
+#include "qvcommon/ParseEmf.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Commands.h"
+#include "tools/qv/Utf8Path.h"
+#include "tools/qv/WholeFile.h"
+
+namespace qv::tool {
+namespace {
+
+// A walk that insists on a header and on the record that ends a metafile.
+class WholeMetafile : public CParseEmf {
+public:
+    void Walk(const std::string& path) {
+        if (!ProcessFile(path.c_str())) throw Failed(path + ": the file ends before its end-of-file record");
+    }
+
+    int ProcessMetafileRecords(CFile& file) override {
+        m_firstRecord = 1;
+        return CParseEmf::ProcessMetafileRecords(file);
+    }
+};
+
+// Lines for standard output, written in bulk.
+class Lines {
+public:
+    ~Lines() {
+        try {
+            Write();
+        } catch (CException* error) {
+            error->Delete();
+        }
+    }
+
+    void Add(const std::string& line) {
+        constexpr std::size_t enough = 64 * 1024;
+        (m_text += line) += '\n';
+        if (m_text.size() >= enough) Write();
+    }
+    void Write() { AfxWriteStandardOutput(std::exchange(m_text, {})); }
+
+private:
+    std::string m_text;
+};
+
+// "LABEL<tab>NUMBER NUMBER...", of the record's words from `offset` on.
+std::string Numbers(const char* label, const EmfRecord& record, std::size_t offset, std::size_t count) {
+    std::string line = label;
+    for (std::size_t i = 0; i < count; ++i)
+        (line += i ? ' ' : '\t') += std::to_string(static_cast<LONG>(record.Word(offset + i * sizeof(DWORD))));
+    return line;
+}
+
+// The header's description in UTF-8: the program's name, a zero and the picture's name. Nothing of it may command the
+// terminal.
+std::string Description(const EmfRecord& header) {
+    constexpr std::size_t lengthAt = 60, offsetAt = 64;
+    const std::uint64_t length = header.Word(lengthAt), offset = header.Word(offsetAt);
+    if (offset == 0 || !header.Holds(offset, length * sizeof(char16_t))) return "";
+    std::u16string text(static_cast<std::size_t>(length), u'\0');
+    std::memcpy(text.data(), header.At(static_cast<std::size_t>(offset)), text.size() * sizeof(char16_t));
+    text.erase(text.find_last_not_of(u'\0') + 1);
+    std::string shown = Utf8(std::filesystem::path(text));
+    for (char& c : shown)
+        if (c == 0)
+            c = '|';
+        else if (static_cast<unsigned char>(c) < ' ' || c == 0x7F)
+            c = '?';
+    return shown;
+}
+
+class RecordList : public WholeMetafile {
+public:
+    explicit RecordList(const std::string& path) {
+        Walk(path);
+        m_lines.Write();
+    }
+
+    void ParseMetafileRecord(EmfRecord* record) override {
+        std::array<char, 32> name = {};
+        GetFunctionNameFromId(record->type, name.data(), name.size() - 1);
+        m_lines.Add(std::to_string(++m_number) + '\t' + name.data() + '\t' + std::to_string(record->size));
+        WholeMetafile::ParseMetafileRecord(record);
+    }
+
+    void OnHeader(EmfRecord* record) override {
+        m_lines.Add(Numbers("bounds", *record, 8, 4));
+        m_lines.Add(Numbers("frame", *record, 24, 4));
+        m_lines.Add(Numbers("device", *record, 72, 2));
+        m_lines.Add(Numbers("millimetres", *record, 80, 2));
+        m_lines.Add("description\t" + Description(*record));
+    }
+
+private:
+    Lines m_lines;
+    std::uint64_t m_number = 0;
+};
+
+class Normaliser : public WholeMetafile {
+public:
+    explicit Normaliser(CFile& out) : m_out(out) {}
+
+    void ParseGenericMetafileRecord(EmfRecord* record) override {
+        WholeMetafile::ParseGenericMetafileRecord(record);
+        m_out.Write(record, record->size);
+    }
+
+private:
+    CFile& m_out;
+};
+
+void Normalise(const std::string& path, const std::string& out) {
+    WholeFile file(out);
+    Normaliser(file.File()).Walk(path);
+    file.Commit();
+}
+
+void AddList(CLI::App& emf) {
+    CLI::App& command = *emf.add_subcommand("list", "List the records of a metafile: number, name and size in bytes");
+    const auto path = std::make_shared<std::string>();
+    command.add_option("FILE", *path, "The metafile")->required();
+    command.footer(
+        "Behind the first record stand the header's bounds and frame (left, top, right, bottom), the device's size in "
+        "pixels\n"
+        "and millimetres, and the description.\nExample:\n  qv emf list drawing.emf");
+    command.callback([path] { RecordList{*path}; });
+}
+
+void AddNormalise(CLI::App& emf) {
+    CLI::App& command = *emf.add_subcommand(
+        "normalise", "Write a metafile anew with the bytes cleared that the format leaves undefined");
+    const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
+    command.add_option("FILE", *path, "The metafile")->required();
+    command.add_option("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one")
+        ->required();
+    command.footer("Example:\n  qv emf normalise drawing.emf clean.emf");
+    command.callback([path, out] { Normalise(*path, *out); });
+}
+
+}  // namespace
+
+void AddEmf(CLI::App& app) {
+    CLI::App& emf = *app.add_subcommand("emf", "Look into enhanced metafiles, and make them comparable");
+    emf.footer("Example: qv emf list drawing.emf");
+    emf.require_subcommand(1);
+    AddList(emf);
+    AddNormalise(emf);
+}
+
+}  // namespace qv::tool
