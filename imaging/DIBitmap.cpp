@@ -137,6 +137,7 @@ BOOL CDIBitmap::UnPadBits() {
 std::unique_ptr<BYTE[]> CDIBitmap::CopyPaddedRows() const {
     const std::int64_t padded = GetBytesPerLine(GetBitsPerPixel(), GetWidth()), size = PresentRowSize();
     auto rows = std::make_unique<BYTE[]>(static_cast<std::size_t>(padded * RowCount()));
+    if (padded == 0) return rows;  // without a width there may be billions of rows
     for (std::int64_t row = 0; row < RowCount(); ++row)
         std::memcpy(rows.get() + row * padded, m_bits.get() + row * size, static_cast<std::size_t>(size));
     return rows;

@@ -300,6 +300,7 @@ TEST_F(DIBitmap, BoundsWhatAFileSays) {
         BOOL whole;
     } files[] = {{"good", BitmapFile(five), 24, 1},
                  {"width times depth overflows", with(18, 0x20000001), 24, 0},
+                 {"billions of rows without a width", with(18, 0).replace(22, 4, Words({0x7FFFFFFF})), 24, 1},
                  {"width negative", with(18, 0xFFFFFFFB), 24, 0},
                  {"height negative", with(22, 0xFFFFFFFD), 24, 1},
                  {"height of the least number", with(22, 0x80000000), 24, 0},
