@@ -12,6 +12,11 @@
 
 namespace {
 
+struct Magick {
+    Magick() { MagickWandGenesis(); }
+    ~Magick() { MagickWandTerminus(); }
+} const g_magick;
+
 constexpr int kWidth = 5824, kHeight = qv::bench::kFileSize / (3 * kWidth);
 
 const qv::bench::BenchFile& Picture() {
