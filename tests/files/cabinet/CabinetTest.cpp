@@ -86,9 +86,8 @@ TEST(Cabinet, LeavesMembersTheirBareNamesWithoutTheManifest) {
     reader.ReadCab(folder / "p.cab");
     const Tree out = TreeAt(folder.Native("out"));
     EXPECT_EQ(out.size(), 5u) << "one of the three of one name";
-    EXPECT_EQ(out.at("\xC3\xA4.txt"), "umlaut");
+    EXPECT_EQ(folder.Read("out/\xC3\xA4.txt"), "umlaut");
     EXPECT_THAT(out.at("same.txt"), ::testing::AnyOf("one", "two", std::string(100000, 'x') + "three"));
-    EXPECT_THAT(std::prev(out.end(), out.size() > 4 ? 0 : 1) == out.end(), true);
     const auto manifest =
         std::find_if(out.begin(), out.end(), [](const auto& item) { return item.first.starts_with("CabMan"); });
     ASSERT_NE(manifest, out.end());
