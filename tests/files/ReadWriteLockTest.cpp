@@ -124,8 +124,8 @@ private:
 TEST(LockedObjectMap, KeepsWhatItsCallersGive) {
     std::atomic<int> alive = 0;
     CLockedObjectMap map;
-    auto* const one = new Counted(alive);
-    Counted other(alive);
+    Counted first(alive), other(alive);
+    auto* const one = &first;
     EXPECT_EQ(map.AddItem("one", one), 1);
     EXPECT_EQ(map.AddItem("one", &other), 0);
     EXPECT_TRUE(map.IsExist("one"));
