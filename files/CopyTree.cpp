@@ -77,7 +77,7 @@ int CCopyTree::GetFileCount() {
     return GetFileCount(m_source);
 }
 
-int CCopyTree::GetFileCount(CString folder) {
+int CCopyTree::GetFileCount(CString folder) {  // NOLINT(performance-unnecessary-value-param): as it is called
     FileCount count;
     count.Walk(folder);
     return count.files;

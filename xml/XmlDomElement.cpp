@@ -81,7 +81,7 @@ CXmlDomElement* CXmlDomElement::MakeChild(const Element& element) {
     auto* const child = dynamic_cast<CXmlDomElement*>(object.get());
     if (!child) return nullptr;
     child->SetElement(element, m_root ? m_root : this);
-    object.release();
+    static_cast<void>(object.release());  // the child tree owns it now
     return child;
 }
 

@@ -118,12 +118,12 @@ CString CXmlHelper::DeleteXmlPath(const Document& document, std::string_view pat
     const Node node = document.selectSingleNode(path);
     if (!node || node.get_nodeType() == MSXML2::NODE_DOCUMENT) return {};
     if (node.get_nodeType() != MSXML2::NODE_ATTRIBUTE) {
-        const CString indexed = GetNodePath(node, nullptr);
+        CString indexed = GetNodePath(node, nullptr);
         node.get_parentNode().removeChild(node);
         return indexed;
     }
     const Element owner(document.selectSingleNode(CString(path) + "/.."));
-    const CString indexed = GetNodePath(owner, nullptr) + "/" + GetIndexedName(node);
+    CString indexed = GetNodePath(owner, nullptr) + "/" + GetIndexedName(node);
     owner.removeAttribute(node.get_nodeName());
     return indexed;
 }
@@ -140,7 +140,7 @@ CString CXmlHelper::GetIndexedPath(std::string_view path) {
 }
 
 CString CXmlHelper::GetIndexedName(const Node& node, int first) {
-    const CString name = NameInPath(node);
+    CString name = NameInPath(node);
     if (name.IsEmpty() || name[0] == '@') return name;
     int place = first;
     for (Node before = node.get_previousSibling(); before; before = before.get_previousSibling())

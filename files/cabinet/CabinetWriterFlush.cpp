@@ -78,7 +78,7 @@ private:
 namespace {
 
 std::size_t NamesSize(const QvCabinetDescription& cabinet) {
-    return static_cast<std::size_t>(cabinet.cabinetName.GetLength() + cabinet.diskName.GetLength() + 2);
+    return cabinet.cabinetName.AsStd().size() + cabinet.diskName.AsStd().size() + 2;
 }
 
 void PutNames(CabinetOutput& out, const QvCabinetDescription& cabinet) {

@@ -34,7 +34,7 @@ std::string ReadFile(const std::string& name) {
 }
 
 Document Load(const Options& options, bool keepSpace) {
-    const Document document = CXmlHelper::CreateDocument();
+    Document document = CXmlHelper::CreateDocument();
     document.put_preserveWhiteSpace(keepSpace);
     if (document.load(ReadFile(options.file))) return document;
     const auto problem = document.get_parseError();
