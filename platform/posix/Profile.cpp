@@ -26,7 +26,7 @@ std::string Home() {
     return found && entry.pw_dir ? entry.pw_dir : "";
 }
 
-// By the XDG Base Directory Specification; relative paths in the variable count for nothing.
+// Where freedesktop.org puts the base directories; relative paths in the variable count for nothing.
 std::string ConfigurationFolder() {
     if (!g_folder.empty()) return g_folder;
     const char* const folder = std::getenv("XDG_CONFIG_HOME");
