@@ -7,6 +7,7 @@ declare -gA QV_PACKAGES=(
     [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
     [tests]="7zip cabextract gcab googletest imagemagick locales netpbm python3 tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
+    [packages]="dpkg-dev file"
     [format]="clang-format git"
     [tidy]="clang clang-tidy python3"
     [browser]="chromium chromium-driver python3"
