@@ -12,7 +12,7 @@ install(TARGETS qvcommon EXPORT QvCommonTargets
     RUNTIME COMPONENT library
     LIBRARY COMPONENT library NAMELINK_COMPONENT development
     ARCHIVE COMPONENT development)
-install(FILES ${QV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
+install(PROGRAMS ${QV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
 
 # Headers, the files that pages expect beside them, and what finds the library for CMake and pkg-config.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/qvcommon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)

@@ -34,6 +34,14 @@ need() {
     fi
 }
 
+# need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed.
+need_for_building() {
+    case $1 in
+        windows-*) need cross "$1" ;;
+        *) need build packages ;;
+    esac
+}
+
 is_installed() {
     [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2> /dev/null)" = installed ]
 }

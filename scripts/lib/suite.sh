@@ -34,16 +34,21 @@ prepare() (
         windows-x64) need cross tests "$1" && need_locales && wine_prepare x64 "$QV_ROOT/build/$2" ;;
         windows-x86) need cross tests "$1" && need_locales && need_wine32 && wine_prepare x86 "$QV_ROOT/build/$2" ;;
         browser) need build tests browser && need_locales ;;
-        install) prepare_installable windows-x64 && prepare_installable linux && return ;;
+        install) prepare_installable linux windows-x86 windows-x64 && return ;;
     esac && build_preset "$2"
 )
 
-# prepare_installable PRESET: builds what is installed and packed, without the test suite.
+# prepare_installable PRESET...: builds what is installed and packed, without the test suite.
 prepare_installable() {
-    case $1 in
-        linux) need build tests packages ;;
-        windows-*) need cross tests "$1" && wine_prepare "${1#windows-}" "$QV_ROOT/build/$1" ;;
-    esac && build_preset "$1" --target qvcommon qv
+    local preset
+    need tests
+    for preset in "$@"; do
+        need_for_building "$preset"
+        case $preset in
+            windows-x64) wine_prepare x64 "$QV_ROOT/build/$preset" ;;
+            windows-x86) need_wine32 && wine_prepare x86 "$QV_ROOT/build/$preset" ;;
+        esac && build_preset "$preset" --target qvcommon qv || return
+    done
 }
 
 # Until there are tests in a browser, this needs none and says nothing.
