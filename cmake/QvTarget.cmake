@@ -12,6 +12,7 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 # A program finds the library beside itself, as it does on Windows.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
+include(GNUInstallDirs)
 find_package(Threads REQUIRED)
 
 add_library(qv_flags INTERFACE)
@@ -30,8 +31,9 @@ endif()
 
 # The one library. Each layer adds its sources with qv_sources().
 add_library(qvcommon SHARED)
-add_library(QvCommon::qvcommon ALIAS qvcommon)
-target_include_directories(qvcommon PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>
+add_library(QvCommon::QvCommon ALIAS qvcommon)
+set_target_properties(qvcommon PROPERTIES EXPORT_NAME QvCommon VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+target_include_directories(qvcommon PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
     PRIVATE ${PROJECT_SOURCE_DIR})
 if(WIN32)
     set_target_properties(qvcommon PROPERTIES PREFIX "")
@@ -45,6 +47,21 @@ function(qv_sources)
     target_sources(qvcommon PRIVATE ${ARGN})
 endfunction()
 
+# qv_version_resource(TARGET "What it is"): says in a Windows file which version it is.
+function(qv_version_resource target QV_FILE_DESCRIPTION)
+    if(NOT WIN32)
+        return()
+    endif()
+    get_target_property(type ${target} TYPE)
+    set(QV_FILE_TYPE $<IF:$<STREQUAL:${type},EXECUTABLE>,0x1L,0x2L>)
+    set(QV_FILE_NAME $<TARGET_FILE_NAME:${target}>)
+    set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/package/Version.rc.in ${script}.in @ONLY)
+    file(GENERATE OUTPUT ${script} INPUT ${script}.in)
+    target_sources(${target} PRIVATE ${script})
+endfunction()
+qv_version_resource(qvcommon "Common components for desktop applications")
+
 # The library throws across its border, so the compiler's run time is linked dynamically; on Windows its DLLs lie beside
 # the programs.
 if(MINGW)
@@ -57,6 +74,7 @@ if(MINGW)
         endif()
         if(EXISTS "${path}")
             file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+            list(APPEND QV_RUNTIME_DLLS ${path})
         endif()
     endforeach()
 endif()

@@ -7,6 +7,7 @@ declare -gA QV_PACKAGES=(
     [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
     [tests]="7zip cabextract gcab googletest imagemagick locales netpbm python3 tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
+    [packages]="dpkg-dev file"
     [format]="clang-format git"
     [tidy]="clang clang-tidy python3"
     [browser]="chromium chromium-driver python3"
@@ -31,6 +32,14 @@ need() {
         say "Installing for ${*}: ${missing[*]}"
         install_packages "${missing[@]}"
     fi
+}
+
+# need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed.
+need_for_building() {
+    case $1 in
+        windows-*) need cross "$1" ;;
+        *) need build packages ;;
+    esac
 }
 
 is_installed() {

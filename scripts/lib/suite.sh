@@ -5,7 +5,8 @@ run_target() {
     case $1 in
         style) run_style ;;
         browser) run_browser ;;
-        *) run_suite "$1" "$1" -LE '^browser$' ;;
+        install) run_suite install linux -L '^install$' ;;
+        *) run_suite "$1" "$1" -LE '^(browser|install)$' ;;
     esac
 }
 
@@ -33,8 +34,22 @@ prepare() (
         windows-x64) need cross tests "$1" && need_locales && wine_prepare x64 "$QV_ROOT/build/$2" ;;
         windows-x86) need cross tests "$1" && need_locales && need_wine32 && wine_prepare x86 "$QV_ROOT/build/$2" ;;
         browser) need build tests browser && need_locales ;;
+        install) prepare_installable linux windows-x86 windows-x64 && return ;;
     esac && build_preset "$2"
 )
+
+# prepare_installable PRESET...: builds what is installed and packed, without the test suite.
+prepare_installable() {
+    local preset
+    need tests
+    for preset in "$@"; do
+        need_for_building "$preset"
+        case $preset in
+            windows-x64) wine_prepare x64 "$QV_ROOT/build/$preset" ;;
+            windows-x86) need_wine32 && wine_prepare x86 "$QV_ROOT/build/$preset" ;;
+        esac && build_preset "$preset" --target qvcommon qv || return
+    done
+}
 
 # Until there are tests in a browser, this needs none and says nothing.
 run_browser() {

@@ -1,0 +1,49 @@
+// A metafile's records, counted by kind, and what its header says.
+//
+//   metafile_list FILE.emf
+
+#include <cstdio>
+#include <map>
+#include <string>
+
+#include "qvcommon/Exceptions.h"
+#include "qvcommon/ParseEmf.h"
+
+class Listing : public CParseEmf {
+public:
+    std::map<std::string, int> m_counts;
+
+    // Without this a file that does not begin with a header would be walked all the same.
+    int ProcessMetafileRecords(CFile& file) override {
+        m_firstRecord = 1;
+        return CParseEmf::ProcessMetafileRecords(file);
+    }
+
+    // Every record comes by here. It is whole and may be read and changed within its size, but not kept.
+    void ParseMetafileRecord(EmfRecord* record) override {
+        char name[32] = {};
+        GetFunctionNameFromId(record->type, name, sizeof name - 1);
+        ++m_counts[name];
+        CParseEmf::ParseMetafileRecord(record);  // calls the hooks below
+    }
+
+    // One hook for each of a few record types. Word gives 0 where a record does not hold it, so a damaged one does no harm.
+    void OnHeader(EmfRecord* header) override {
+        const auto at = [&](std::size_t offset) { return static_cast<int>(header->Word(offset)); };
+        std::printf("bounds %d,%d to %d,%d\n", at(8), at(12), at(16), at(20));
+    }
+};
+
+int main(int argc, char** argv) try {
+    if (argc != 2) return std::fputs("usage: metafile_list FILE.emf\n", stderr), 2;
+    Listing listing;
+    const int complete = listing.ProcessFile(argv[1]);
+    for (const auto& [name, count] : listing.m_counts) std::printf("%5d %s\n", count, name.c_str());
+    if (!complete) return std::fputs("the file ends before its last record\n", stderr), 1;
+    return 0;
+} catch (CException* error) {  // no such file, no metafile, or one with a record of a size that cannot be
+    char reason[512] = {};
+    error->GetErrorMessage(reason, sizeof reason - 1);
+    error->Delete();
+    return std::fprintf(stderr, "%s\n", reason), 1;
+}

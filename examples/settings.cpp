@@ -1,0 +1,57 @@
+// Settings in an XML document: read by path with their types, changed, and written back.
+//
+//   settings FILE
+//
+// Each run counts itself. The first one makes the file.
+
+#include <clocale>
+#include <cstdio>
+
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/XmlHelper.h"
+
+static CXmlHelper::Document Load(const char* path) {
+    const CXmlHelper::Document document = CXmlHelper::CreateDocument();
+    if (!CFileUtils::IsExist(path)) return document;
+    if (!document.load(CFileUtils::ReadFile(path))) {  // in whatever encoding the file declares
+        const auto problem = document.get_parseError();
+        std::fprintf(stderr, "%s, line %ld: %s\n", path, problem.get_line(), problem.get_reason().AsStd().c_str());
+        AfxThrowUserException();
+    }
+    return document;
+}
+
+static void Count(const char* path) {
+    const CXmlHelper::Document settings = Load(path);
+
+    // Makes what is missing of a path. What is there stays as it is.
+    CXmlHelper::CreateXmlPath(settings, "settings/runs");
+
+    int runs = 0;  // an empty element counts as 0, too
+    CXmlHelper::GetInteger(settings, "settings/runs", runs);
+    CXmlHelper::SetInteger(settings, "settings/runs", runs + 1);
+
+    // Indexes count from 0, so this is the third user; CreateXmlPath makes the two before as well.
+    CXmlHelper::CreateXmlPath(settings, "settings/user[2]/@name");
+    CXmlHelper::SetString(settings, "settings/user[2]/@name", "Anna & Bert");
+
+    // A value that is missing is no error: Get gives 0 and leaves the variable, so it may hold the default.
+    BOOL dark = 0;
+    if (!CXmlHelper::GetBool(settings, "settings/dark", dark)) std::puts("no choice of colours yet");
+
+    CFileUtils::WriteFile(path, settings.save(), 0, 1);
+    std::printf("run %d\n%s\n", runs + 1, settings.get_documentElement().get_xml().AsStd().c_str());
+}
+
+int main(int argc, char** argv) try {
+    std::setlocale(LC_ALL, "");
+    if (argc != 2) return std::fputs("usage: settings FILE\n", stderr), 2;
+    Count(argv[1]);
+} catch (const _com_error& error) {  // from the DOM, by value: a path that cannot be read, a name that XML has not
+    return std::fprintf(stderr, "%s\n", error.ErrorMessage()), 1;
+} catch (CException* error) {
+    char reason[512] = {};
+    error->GetErrorMessage(reason, sizeof reason - 1);
+    error->Delete();
+    return std::fprintf(stderr, "%s\n", reason), 1;
+}

@@ -1,0 +1,101 @@
+"""The packages that scripts/package makes, installed and tried."""
+
+import os
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+import zipfile
+
+from trees import ROOT, Tree, launcher, run
+
+PACKAGES = ROOT / "build/packages"
+DEBIAN = ["libqvcommon0", "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
+
+
+def is_installed(package):
+    return subprocess.run(["dpkg", "-s", package], capture_output=True).returncode == 0
+
+
+class Debian(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        run(ROOT / "scripts/package", "debian")
+        cls.files = {file.name.split("_")[0]: file for file in (PACKAGES / "debian").glob("*.deb")}
+
+    def field(self, package, name):
+        return run("dpkg-deb", "-f", self.files[package], name).strip()
+
+    def test_what_they_say(self):
+        self.assertEqual(sorted(self.files), sorted(DEBIAN))
+        version = self.field("libqvcommon0", "Version")
+        for package in ("libqvcommon-dev", "qvcommon-tools"):
+            self.assertIn(f"libqvcommon0 (= {version})", self.field(package, "Depends"))
+        for library in ("libc6", "libstdc++6", "libxml2", "zlib1g"):
+            self.assertIn(library + " ", self.field("libqvcommon0", "Depends"))
+        self.assertEqual(self.field("qvcommon-doc", "Architecture"), "all")
+
+    def test_unpacked(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for file in self.files.values():
+                run("dpkg-deb", "-x", file, folder)
+            self.assertEqual(run(f"{folder}/usr/bin/qv", "text", "escape", input="a<b"), "a&lt;b")
+
+    def test_installed(self):
+        if os.getuid() != 0:
+            self.skipTest("packages are installed by root alone")
+        if any(map(is_installed, DEBIAN)) or shutil.which("qv"):
+            self.skipTest("the library is installed on this machine already")
+        self.addCleanup(run, "dpkg", "--purge", *DEBIAN)
+        run("dpkg", "--install", *self.files.values())
+        self.assertEqual(run("qv", "text", "escape", input="a<b"), "a&lt;b")
+        self.assertRegex(run("ldd", "/usr/bin/qv"), r"libqvcommon\.so\.0 => /(usr/(bin/\.\./)?)?lib/")
+        # As a newcomer does it: nothing is said of where the library is.
+        with tempfile.TemporaryDirectory() as folder:
+            run("cmake", "-S", "/usr/share/doc/qvcommon/examples", "-B", folder, "-G", "Ninja", *launcher())
+            run("cmake", "--build", folder, "--target", "settings")
+            self.assertIn("run 1", run(f"{folder}/settings", f"{folder}/a.xml"))
+            flags = run("pkg-config", "--cflags", "--libs", "qvcommon").split()
+            run("g++", "-std=c++20", ROOT / "examples/text_cleanup.cpp", *flags, "-o", f"{folder}/text_cleanup")
+            self.assertEqual(run(f"{folder}/text_cleanup", input="<b>x</b>"), "x\n")
+
+
+class Windows:
+    """One zip, unpacked into a folder of its own."""
+
+    def test_zip(self):
+        tree = Tree(self.target)
+        run(ROOT / "scripts/package", self.target)
+        zips = list((PACKAGES / self.target).iterdir())
+        self.assertRegex(str(zips), rf"^\[[^,]*qvcommon-\d+\.\d+\.\d+-{self.target}\.zip'\)\]$")
+        folder = tree.build / "unpacked"
+        shutil.rmtree(folder, ignore_errors=True)
+        with zipfile.ZipFile(zips[0]) as archive:
+            archive.extractall(folder)
+        binaries = folder / zips[0].stem / "bin"
+        self.assertEqual(run(*tree.runner, binaries / "qv.exe", "text", "escape", input="a<b"), "a&lt;b")
+
+        # What is not a part of Windows lies beside the program, whatever this machine has elsewhere; with its licence.
+        here = {file.name for file in binaries.iterdir()}
+        for file in binaries.iterdir():
+            needed = re.findall(r"DLL Name: (\S+)", run("objdump", "-p", file))
+            self.assertLessEqual({name for name in needed if re.match(r"lib|zlib|qv", name)}, here, file)
+        licences = binaries.parent / "share/doc/qvcommon/licences"
+        notes = (licences / "README.txt").read_text()
+        for name in here - {"qv.exe", "qvcommon.dll"}:
+            self.assertIn(re.sub(r"libgcc_s_.*", "libgcc_s_*.dll", name), notes)
+        for text in re.findall(r"\S+(?<!README)\.txt", notes):
+            self.assertGreater((licences / text).stat().st_size, 1000)
+
+
+class Windows64(Windows, unittest.TestCase):
+    target = "windows-x64"
+
+
+class Windows86(Windows, unittest.TestCase):
+    target = "windows-x86"
+
+
+if __name__ == "__main__":
+    unittest.main()

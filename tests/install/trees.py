@@ -1,0 +1,78 @@
+"""Installed trees of the library, made from the build folders and then moved, so that nothing can lead back to where they
+were first; and the examples, built against them from outside."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+EXAMPLES = ROOT / "examples"
+WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Werror"
+
+
+def run(*command, status=0, **options):
+    """What a program writes, to both streams unless told otherwise; it has to end with this status, None for any."""
+    options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "text": True, "timeout": 120, **options}
+    done = subprocess.run([str(word) for word in command], **options)
+    if status is not None and done.returncode != status:
+        raise AssertionError(f"{command}: status {done.returncode}, not {status}\n{done.stdout}")
+    return done.stdout
+
+
+def launcher():
+    return ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
+
+
+class Tree:
+    """The build folder of a preset, what it installs, and how its programs are run."""
+
+    def __init__(self, preset):
+        self.windows = preset.startswith("windows")
+        self.build = ROOT / "build" / preset
+        self.prefix = self.build / "installed"
+        self.work = self.build / "install-work"
+        self.runner = [ROOT / "scripts/lib" / preset.replace("windows", "wine")] if self.windows else []
+        self.suffix = ".exe" if self.windows else ""
+
+    def install(self):
+        first = self.build / "install-first"
+        for folder in (first, self.prefix, self.work):
+            shutil.rmtree(folder, ignore_errors=True)
+        self.work.mkdir()
+        run("cmake", "--install", self.build, "--prefix", first)
+        first.rename(self.prefix)
+        return self
+
+    def where(self):
+        """What tells CMake where the library is. The cross compiler's search keeps to its own folders."""
+        if not self.windows:
+            return [f"-DCMAKE_PREFIX_PATH={self.prefix}"]
+        return [f"-DQvCommon_DIR={self.prefix}/lib/cmake/QvCommon",
+                f"--toolchain={ROOT}/cmake/toolchains/{self.build.name}.cmake"]
+
+    def build_with_cmake(self):
+        """The folder with the programs. On Windows they lie beside the library, as they do when they are shipped."""
+        folder = self.work / "cmake"
+        run("cmake", "-S", EXAMPLES, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release", *self.where(), *launcher(),
+            f"-DCMAKE_CXX_FLAGS={WARNINGS}")
+        run("cmake", "--build", folder)
+        if not self.windows:
+            return folder
+        for program in folder.glob("*.exe"):
+            shutil.copy(program, self.prefix / "bin")
+        return self.prefix / "bin"
+
+    def build_with_pkg_config(self):
+        folder = self.work / "pkg-config"
+        folder.mkdir()
+        flags = run("pkg-config", "--cflags", "--libs", "qvcommon", env=self.pkg_config_environment()).split()
+        compiler = ["ccache", "g++"] if shutil.which("ccache") else ["g++"]
+        for source in EXAMPLES.glob("*.cpp"):
+            part = folder / (source.stem + ".o")
+            run(*compiler, "-std=c++20", *WARNINGS.split(), *flags, "-c", source, "-o", part)
+            run("g++", part, *flags, f"-Wl,-rpath,{self.prefix}/lib", "-o", folder / source.stem)
+        return folder
+
+    def pkg_config_environment(self):
+        return {**os.environ, "PKG_CONFIG_PATH": str(self.prefix / "lib/pkgconfig")}
