@@ -9,6 +9,7 @@ declare -gA QV_PACKAGES=(
     [sanitizers]="clang libclang-rt-dev llvm"
     [packages]="dpkg-dev file"
     [format]="clang-format git"
+    [docs]="doxygen graphviz"
     [tidy]="clang clang-tidy python3"
     [browser]="chromium chromium-driver python3"
     [windows-x64]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"

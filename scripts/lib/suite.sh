@@ -65,14 +65,15 @@ has_browser_tests() {
     ! (cd "$QV_ROOT" && ctest --preset linux -N -L '^browser$' --no-tests=ignore) | grep -q '^Total Tests: 0'
 }
 
-# Two checks: how the sources are laid out, and what static analysis says of them.
+# Three checks: how the sources are laid out, what static analysis says of them, and whether the documentation can be made.
 run_style() {
     local failed=0 started=$SECONDS
-    if (need build tests format tidy); then
+    if (need build tests format tidy docs); then
         check_format || failed=$((failed + 1))
         check_tidy || failed=$((failed + 1))
+        make_docs || failed=$((failed + 1))
     else
-        failed=2
+        failed=3
     fi
-    record style $((2 - failed)) "$failed" 0 $((SECONDS - started))
+    record style $((3 - failed)) "$failed" 0 $((SECONDS - started))
 }

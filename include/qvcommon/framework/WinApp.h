@@ -8,7 +8,7 @@
 /// used from any thread and by several processes at once: no write undoes another one.
 ///
 /// Where the profile is:
-/// - Windows, after SetRegistryKey: below HKEY_CURRENT_USER\Software\COMPANY\APPLICATION, a key a section;
+/// - Windows, after SetRegistryKey: below `HKEY_CURRENT_USER\Software\COMPANY\APPLICATION`, a key a section;
 /// - Windows otherwise: the private profile APPLICATION.INI of the Windows folder, whose rules for quotes and blanks around
 ///   a value hold, and which keeps no line ends;
 /// - Linux: the file COMPANY/APPLICATION.ini, or APPLICATION.ini, in the user's configuration folder ($XDG_CONFIG_HOME,
