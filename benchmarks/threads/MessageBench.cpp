@@ -40,6 +40,7 @@ void Ours(benchmark::State& state) {
     for (auto _ : state)
         if (!CUserMessageListener::SendUserMessage(name, 0, text)) return state.SkipWithError("not delivered");
     CUserMessageListener::SendUserMessage(name, 0, "end");
+    child.Wait();
 }
 
 QV_CHILD(Echo) {
