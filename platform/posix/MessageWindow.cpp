@@ -284,7 +284,7 @@ std::shared_ptr<MessageWindow> OwnWindow(std::string_view className) {
 
 void Handle(MessageWindow& window, Connection& message) {
     const std::string_view sender = message.Sender();
-    window.receiver->OnMessage(sender.empty() ? nullptr : AllHandles().Of(std::string(sender)), message.Text());
+    window.receiver->OnMessage(sender.empty() ? nullptr : AllHandles().Of(std::string(sender)), 0, message.Text());
     Answer(message.socket.Get(), kHandled);
     if (window.IsOpen()) window.Keep({std::move(message.socket)});
 }
@@ -479,7 +479,7 @@ WindowHandle FindMessageWindow(const std::string& className) {
 bool SendMessageText(WindowHandle handle, std::string_view text, WindowHandle sender) {
     const std::string target = AllHandles().NameOf(handle);
     if (target.empty() || text.size() > kLongestMessage) return false;
-    if (const auto own = OwnWindow(target)) return own->receiver->OnMessage(sender, text), true;
+    if (const auto own = OwnWindow(target)) return own->receiver->OnMessage(sender, 0, text), true;
     std::string head = Head(target, AllHandles().NameOf(sender), text.size());
     if (text.size() <= 4096) head += std::exchange(text, {});  // in one call
     for (;;) {

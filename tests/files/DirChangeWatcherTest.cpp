@@ -207,6 +207,7 @@ TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
 
 // More changes than the system keeps, while OnChange is busy: that counts as a change, and what was lost is watched again.
 TEST(DirChangeWatcher, AnOverflowIsAChange) {
+    if (OnWindows()) GTEST_SKIP() << "the system keeps the one change that it tells of";
     int kept = 0;
     std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> kept;
     if (kept == 0 || kept > 100'000) GTEST_SKIP() << "no such end of the list, or one too far away";
