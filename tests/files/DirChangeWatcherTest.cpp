@@ -169,9 +169,9 @@ TEST(DirChangeWatcher, MissesNothing) {
     std::mt19937 random(4);
     std::vector<std::string> folders = {""};
     Watcher watcher(tree / "", 0x1B);
-    for (int i = 0; i < 150; ++i) {
+    for (int i = 0; i < 300; ++i) {
         const std::string folder = folders[random() % folders.size()], name = folder + std::to_string(i);
-        switch (random() % 4) {
+        switch (random() % 5) {
             case 0:
                 fs::create_directory(tree.Native(name));
                 folders.push_back(name + '/');
@@ -184,6 +184,11 @@ TEST(DirChangeWatcher, MissesNothing) {
                     if (path.starts_with(folder)) path = to + '/' + path.substr(folder.size());
                 break;
             }
+            case 2:
+                if (folder.empty() || random() % 3) continue;
+                fs::remove_all(tree.Native(folder));
+                std::erase_if(folders, [folder](const std::string& path) { return path.starts_with(folder); });
+                break;
             default: tree.Write(name, "x");
         }
         ASSERT_TRUE(watcher.SeesChange()) << i << ", " << name;
