@@ -329,18 +329,28 @@ bool HandleOne(const Wait& wait) {
 }
 
 // To fall asleep and be woken takes longer than an answer, or the next text of a lively conversation, where the other end
-// has a processor of its own: so long it is worth looking before.
-Clock::time_point EndOfLooking() {
-    static const auto looking = std::chrono::microseconds(std::thread::hardware_concurrency() > 1 ? 30 : 0);
-    return Clock::now() + looking;
-}
+// has a processor of its own: it is worth looking a moment before. Where looking is in vain, it is done ever more rarely.
+class Looking {
+public:
+    // What is ready; 0 when it did not look, or nothing came.
+    int Look(std::vector<pollfd>& polled, Clock::time_point end) {
+        if (m_left > 0) return --m_left, 0;
+        end = std::min(end, Clock::now() + std::chrono::microseconds(30));
+        int ready = 0;
+        do ready = ::poll(polled.data(), polled.size(), 0);
+        while (ready == 0 && Clock::now() < end);
+        m_pause = ready == 0 ? std::min(2 * m_pause + 1, 127) : 0;
+        m_left = m_pause;
+        return ready;
+    }
 
-// 0 when nothing has come until then.
-int Look(std::vector<pollfd>& polled, Clock::time_point end) {
-    int ready = 0;
-    do ready = ::poll(polled.data(), polled.size(), 0);
-    while (ready == 0 && Clock::now() < end);
-    return ready;
+private:
+    int m_pause = 0, m_left = 0;  // waits without a look: after the last one in vain, and still to come
+};
+
+Looking& OwnLooking() {
+    static thread_local Looking looking;
+    return looking;
 }
 
 // In milliseconds; a second at most, so that silent connections are looked through now and then.
@@ -356,7 +366,7 @@ Woken WaitFor(int descriptor, short events, std::optional<Clock::time_point> end
     for (;;) {
         Wait wait = AllOwnDescriptors();
         if (descriptor != -1) wait.Add(descriptor, nullptr, events);
-        int ready = Look(wait.polled, std::min(end.value_or(Clock::time_point::max()), EndOfLooking()));
+        int ready = OwnLooking().Look(wait.polled, end.value_or(Clock::time_point::max()));
         if (ready == 0) ready = ::poll(wait.polled.data(), wait.polled.size(), TimeLeft(end));
         if (descriptor != -1 && wait.polled.back().revents) return Woken::ByDescriptor;
         if (HandleOne(wait) && descriptor == -1) return Woken::ByMessage;
@@ -420,11 +430,15 @@ bool SendAll(int socket, std::string_view data) {
 
 // 0 when the window is gone.
 char ReceiveAnswer(int socket) {
-    for (const auto end = EndOfLooking();;) {
-        const bool others = !OwnWindows().empty(), look = Clock::now() < end;
-        if (others) WaitFor(socket, POLLIN, std::nullopt);
+    std::vector<pollfd> polled = {{socket, POLLIN, 0}};
+    for (;;) {
+        const bool alone = OwnWindows().empty();
+        if (alone)
+            OwnLooking().Look(polled, Clock::time_point::max());
+        else
+            WaitFor(socket, POLLIN, std::nullopt);
         char answer = 0;
-        const ssize_t size = ::recv(socket, &answer, 1, others || look ? MSG_DONTWAIT : 0);
+        const ssize_t size = ::recv(socket, &answer, 1, alone ? 0 : MSG_DONTWAIT);
         if (size >= 0) return size == 1 ? answer : '\0';
         if (errno != EAGAIN && errno != EINTR) return 0;
     }
