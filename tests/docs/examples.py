@@ -29,7 +29,7 @@ def example(page):
     body, count = re.subn(r"^int main\(\)", "static void Example()", re.sub(r"^#include .*$", "", code, flags=re.M), flags=re.M)
     if count != 1:
         sys.exit(f"{page}: the example has no main")
-    name = "".join(part.capitalize() for part in page.stem.split("-"))
+    name = "".join(part.capitalize() for part in page.stem.lower().split("-"))
     return includes, (
         f'namespace {name}Page {{\n#line {first} "{page.as_posix()}"\n{body}\n'
         f'TEST(Pages, {name}) {{ Compare(Example, R"~({match["output"]})~"); }}\n}}\n'
