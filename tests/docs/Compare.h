@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "qvcommon/framework/Exception.h"
 #include "tests/support/TempFolder.h"
 
 /// Runs an example of the documentation in a fresh folder, and compares what it prints with what its page says.
@@ -13,7 +14,12 @@ inline void Compare(void (*run)(), const std::string& page) {
     std::filesystem::current_path(folder.Native());
     std::fflush(stdout);
     testing::internal::CaptureStdout();
-    run();
+    try {
+        run();
+    } catch (CException* error) {
+        std::printf("raised %s\n", error->GetRuntimeClass()->m_lpszClassName);
+        error->Delete();
+    }
     std::fflush(stdout);
     const std::string printed = testing::internal::GetCapturedStdout();
     std::filesystem::current_path(before);
