@@ -8,6 +8,7 @@ declare -gA QV_PACKAGES=(
     [tests]="7zip cabextract gcab googletest imagemagick locales netpbm python3 tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
     [packages]="dpkg-dev file"
+    [install]="groff-base"
     [format]="clang-format git"
     [tidy]="clang clang-tidy python3"
     [browser]="chromium chromium-driver python3"

@@ -13,7 +13,7 @@ WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Werror"
 
 def run(*command, status=0, **options):
     """What a program writes, to both streams unless told otherwise; it has to end with this status, None for any."""
-    options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "text": True, "timeout": 120, **options}
+    options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "text": True, "timeout": 60, **options}
     done = subprocess.run([str(word) for word in command], **options)
     if status is not None and done.returncode != status:
         raise AssertionError(f"{command}: status {done.returncode}, not {status}\n{done.stdout}")
