@@ -49,7 +49,7 @@ void OfFile(benchmark::State& state) {
 // Reading alone, in the same steps.
 void ReadOnly(benchmark::State& state) {
     const std::string path = FileOf(kGigabyte);
-    constexpr std::size_t kStep = 128 * 1024;
+    constexpr std::size_t kStep = 256 * 1024;
     const auto buffer = std::make_unique<char[]>(kStep);
     for (auto _ : state) {
         std::FILE* const file = std::fopen(path.c_str(), "rb");

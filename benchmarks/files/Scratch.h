@@ -4,10 +4,11 @@
 #include <fstream>
 #include <string>
 
-/// A folder of the benchmarks' own in the system's temporary folder, gone at the end of the program.
+/// A folder of the benchmarks' own, gone at the end of the program. It lies in memory where the system has such a file
+/// system: what is compared are programs, not the moods of a disk.
 class Scratch {
 public:
-    Scratch() : m_path(std::filesystem::temp_directory_path() / ("qvbench" + std::to_string(::time(nullptr)))) {
+    Scratch() : m_path(Base() / ("qvbench" + std::to_string(::time(nullptr)))) {
         std::filesystem::create_directories(m_path);
     }
     ~Scratch() { std::filesystem::remove_all(m_path); }
@@ -17,6 +18,11 @@ public:
     std::string operator/(const std::string& name) const { return (m_path / name).string(); }
 
 private:
+    static std::filesystem::path Base() {
+        const std::filesystem::path memory = "/dev/shm";
+        return std::filesystem::exists(memory) ? memory : std::filesystem::temp_directory_path();
+    }
+
     std::filesystem::path m_path;
 };
 

@@ -48,7 +48,7 @@ private:
         const std::string groupName = name.substr(0, slash), who = name.substr(slash + 1) + Suffix(run.run_name.args);
         Group& group = m_groups[groupName];
         group.order[{run.family_index, run.per_family_instance_index}] = who;
-        group.times[who].push_back(run.GetAdjustedRealTime());
+        group.times[who].push_back(run.real_accumulated_time / static_cast<double>(run.iterations) * 1e9);
         if (const auto rate = run.counters.find("bytes_per_second"); rate != run.counters.end())
             group.rates[who].push_back(rate->second.value / 1e6);
     }

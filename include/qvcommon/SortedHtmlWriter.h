@@ -2,8 +2,8 @@
 
 /// @file Sections of a page, written in any order and put out sorted.
 
-#include <map>
 #include <memory>
+#include <unordered_map>
 
 #include "qvcommon/HtmlWriter.h"
 
@@ -41,5 +41,5 @@ private:
     CMapStringToString m_footers;
     CString m_strGlobalHeader;
     CString m_strGlobalFooter;
-    std::map<CString, std::size_t, std::less<>> m_places;  // of the keys
+    std::unordered_map<CString, std::size_t> m_places;  // of the keys
 };

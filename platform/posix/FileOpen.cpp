@@ -114,12 +114,24 @@ bool IsLink(const std::string& native) {
     return !::lstat(native.c_str(), &named) && S_ISLNK(named.st_mode);
 }
 
-Owned OpenDescriptor(const std::string& native, const OpenRequest& request, int flags) {
-    const int access = request.read && request.write ? O_RDWR : request.write ? O_WRONLY : O_RDONLY;
+Owned OpenWaiting(const std::string& native, int flags) {
     int file = -1;
-    do file = ::open(native.c_str(), access | flags | O_CLOEXEC | O_NOCTTY, 0666);
+    do file = ::open(native.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0666);
     while (file == -1 && errno == EINTR);
     return Owned(file);
+}
+
+/// Does not wait for a pipe's other end. Of files, only those that another program holds on a lease would be waited for.
+Owned OpenDescriptor(const std::string& native, const OpenRequest& request, int flags) {
+    const int access = request.read && request.write ? O_RDWR : request.write ? O_WRONLY : O_RDONLY;
+    Owned file = OpenWaiting(native, access | flags | O_NONBLOCK);
+    return file || errno != EWOULDBLOCK ? std::move(file) : OpenWaiting(native, access | flags);
+}
+
+/// For pipes and devices: once they are open, reading and writing waits as usual.
+int AllowWaiting(int file) {
+    const int flags = ::fcntl(file, F_GETFL);
+    return flags == -1 || ::fcntl(file, F_SETFL, flags & ~O_NONBLOCK) ? errno : kOpened;
 }
 
 /// Truncating comes last, when nobody can object any more.
@@ -135,7 +147,7 @@ int Claim(int file, const std::string& native, const OpenRequest& request) {
     struct stat status;
     if (::fstat(file, &status)) return errno;
     if (S_ISDIR(status.st_mode)) return EISDIR;
-    if (!S_ISREG(status.st_mode)) return kOpened;
+    if (!S_ISREG(status.st_mode)) return AllowWaiting(file);
     int error = MarkPresence(file, request, request.read);
     if (!error) error = SeesOthers(file, request);
     const bool unguarded = error > 0 && !request.write;

@@ -5,7 +5,11 @@
 namespace qv::dom {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+void Trim(std::string_view& text, bool left, bool right) {
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    while (left && !text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (right && !text.empty() && isBlank(text.back())) text.remove_suffix(1);
+}
 
 bool IsText(const xmlNode* node) {
     return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
@@ -41,8 +45,7 @@ Gathered Gather(const xmlNode* top) {
 
 std::string_view Trimmed(const Gathered& all) {
     std::string_view text = all.text;
-    if (all.trimLeft) text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    if (all.trimRight) text = text.substr(0, text.find_last_not_of(kBlanks) + 1);
+    Trim(text, all.trimLeft, all.trimRight);
     return text;
 }
 
@@ -63,9 +66,8 @@ std::string TextOfElement(const Tree& tree, xmlNode* node) {
     const bool keep = tree.keepSpace || xmlNodeGetSpacePreserve(node) == 1;
     if (IsPlainText(node->children)) {
         std::string_view text = View(node->children->content);
-        if (keep) return FromUtf8(text);
-        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-        return FromUtf8(text.substr(0, text.find_last_not_of(kBlanks) + 1));
+        Trim(text, !keep, !keep);
+        return FromUtf8(text);
     }
     const Gathered all = Gather(node);
     return FromUtf8(keep ? std::string_view(all.text) : Trimmed(all));
