@@ -35,11 +35,12 @@ need() {
     fi
 }
 
-# need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed.
+# need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed. Their build files
+# name the tests, too.
 need_for_building() {
     case $1 in
-        windows-*) need cross "$1" ;;
-        *) need build packages ;;
+        windows-*) need cross tests "$1" ;;
+        *) need build tests packages ;;
     esac
 }
 

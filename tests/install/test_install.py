@@ -161,6 +161,11 @@ class OnWindows(Examples, unittest.TestCase):
         cls.tree = Tree("windows-x64").install()
         cls.programs = cls.tree.build_with_cmake()
 
+    def test_built_by_pkg_config(self):
+        built = self.tree.build_with_pkg_config("x86_64-w64-mingw32-g++-posix", "settings")
+        shutil.copy(built / "settings.exe", self.programs)
+        self.test_settings()
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -63,15 +63,15 @@ class Tree:
             shutil.copy(program, self.prefix / "bin")
         return self.prefix / "bin"
 
-    def build_with_pkg_config(self):
+    def build_with_pkg_config(self, compiler="g++", names="*"):
         folder = self.work / "pkg-config"
         folder.mkdir()
         flags = run("pkg-config", "--cflags", "--libs", "qvcommon", env=self.pkg_config_environment()).split()
-        compiler = ["ccache", "g++"] if shutil.which("ccache") else ["g++"]
-        for source in EXAMPLES.glob("*.cpp"):
+        cache = ["ccache"] if shutil.which("ccache") else []
+        for source in EXAMPLES.glob(names + ".cpp"):
             part = folder / (source.stem + ".o")
-            run(*compiler, "-std=c++20", *WARNINGS.split(), *flags, "-c", source, "-o", part)
-            run("g++", part, *flags, f"-Wl,-rpath,{self.prefix}/lib", "-o", folder / source.stem)
+            run(*cache, compiler, "-std=c++20", *WARNINGS.split(), *flags, "-c", source, "-o", part)
+            run(compiler, part, *flags, f"-Wl,-rpath,{self.prefix}/lib", "-o", folder / (source.stem + self.suffix))
         return folder
 
     def pkg_config_environment(self):
