@@ -3,11 +3,13 @@ were first; and the examples, built against them from outside."""
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 EXAMPLES = ROOT / "examples"
+VERSION = re.search(r"project\(QvCommon VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text())[1]
 WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Werror"
 
 
