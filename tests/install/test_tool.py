@@ -93,6 +93,12 @@ class OnLinux(Tool, unittest.TestCase):
             with self.subTest(command), open("/dev/full", "w") as full:
                 ok = 0 if command == "text plain" else 1  # nothing to write
                 self.qv(*command.split(), stdout=full, stderr=subprocess.PIPE, status=ok)
+        with open("/dev/full", "w") as full:
+            listener = subprocess.Popen(self.command("listen", self.folder.name), stdout=full, stderr=subprocess.PIPE)
+            while subprocess.run(self.command("send", self.folder.name, "text"), capture_output=True).returncode:
+                self.assertIsNone(listener.poll())
+            self.assertIn(b"standard output", listener.communicate(timeout=60)[1])
+            self.assertEqual(listener.returncode, 1)
 
     def test_manual_page(self):
         page = self.tree.prefix / "share/man/man1/qv.1"

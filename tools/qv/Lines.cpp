@@ -24,4 +24,20 @@ void Lines::Write() {
     AfxWriteStandardOutput(std::exchange(m_text, {}));
 }
 
+bool LiveLines::Write(const std::string& line) {
+    if (m_failure) return false;
+    try {
+        AfxWriteStandardOutput(line + '\n');
+        return true;
+    } catch (CFileException* error) {
+        m_failure = std::make_unique<CFileException>(*error);
+        error->Delete();
+        return false;
+    }
+}
+
+void LiveLines::Check() const {
+    if (m_failure) AfxThrowFileException(m_failure->m_cause, m_failure->m_lOsError, m_failure->m_strFileName);
+}
+
 }  // namespace qv::tool

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
+
+#include "qvcommon/framework/File.h"
 
 namespace qv::tool {
 
@@ -19,6 +22,18 @@ public:
 
 private:
     std::string m_text;
+};
+
+/// Lines that have to be seen at once, written from where no exception may leave.
+class LiveLines {
+public:
+    /// False when it failed, now or before: nothing is written any more.
+    bool Write(const std::string& line);
+    /// @throws CFileException* when a line could not be written.
+    void Check() const;
+
+private:
+    std::unique_ptr<CFileException> m_failure;
 };
 
 }  // namespace qv::tool
