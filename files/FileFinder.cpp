@@ -7,7 +7,11 @@ namespace {
 constexpr const char* kEveryName = "*.*";
 
 CString Below(const CString& offset, const CString& name) {
-    return offset.IsEmpty() ? name : offset + '\\' + name;
+    if (offset.IsEmpty()) return name;
+    std::string path;
+    path.reserve(offset.AsStd().size() + 1 + name.AsStd().size());
+    path.append(offset).append(1, '\\').append(name);
+    return CString(std::move(path));
 }
 
 bool IsToBeEntered(const CFileFind& find) {

@@ -125,13 +125,12 @@ CString CFileFind::GetFileName() const {
 }
 
 CString CFileFind::GetFilePath() const {
-    return GetRoot() + GetFileName();
+    return m_record && m_root ? *m_root + m_record->cFileName : GetRoot();
 }
 
 CString CFileFind::GetFileTitle() const {
-    const CString name = GetFileName();
-    const int point = name.ReverseFind('.');
-    return point < 0 ? name : name.Left(point);
+    const std::string_view name = m_record ? m_record->cFileName : "";
+    return CString(name.substr(0, name.rfind('.')));
 }
 
 CString CFileFind::GetRoot() const {
