@@ -9,8 +9,8 @@ class CUserMessageListener::Receiver : public platform::MessageReceiver {
 public:
     explicit Receiver(CUserMessageListener& listener) : m_listener(listener) {}
 
-    void OnMessage(HWND sender, std::string_view text) override {
-        m_listener.OnCopyData(sender, {0, static_cast<DWORD>(text.size()), text.data()});
+    void OnMessage(HWND sender, std::uintptr_t tag, std::string_view text) override {
+        m_listener.OnCopyData(sender, {tag, static_cast<DWORD>(text.size()), text.data()});
     }
 
 private:

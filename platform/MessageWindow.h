@@ -25,7 +25,8 @@ inline constexpr std::size_t kLongestMessage = 64 << 20;
 class MessageReceiver {
 public:
     virtual ~MessageReceiver() = default;
-    virtual void OnMessage(WindowHandle sender, std::string_view text) = 0;
+    /// @param tag  0 for texts sent from here; other programs on Windows may send other ones.
+    virtual void OnMessage(WindowHandle sender, std::uintptr_t tag, std::string_view text) = 0;
 };
 
 /// Null when there is such a window already, on any thread of any program of the user, or the system refuses. The receiver

@@ -28,7 +28,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Who connects and then says nothing more is let go after a while, or sooner when others want in.
+// Who is connected and says nothing more is let go after a while, or sooner when others want in.
 constexpr auto kPatience = std::chrono::seconds(10);
 constexpr std::size_t kMostConnections = 64;
 
@@ -163,6 +163,11 @@ struct Header {
 };
 
 constexpr char kHandled = 1;
+constexpr char kNotTaken = 2;  // and the connection is closed: a text that is on its way has to be sent on a new one
+
+void Answer(int socket, char answer) {
+    static_cast<void>(::send(socket, &answer, 1, MSG_NOSIGNAL | MSG_DONTWAIT));
+}
 
 bool IsSameUser(int socket) {
     ucred peer{};
@@ -216,14 +221,20 @@ struct MessageWindow {
 
     void Accept() {
         Owned socket(::accept4(listener.Get(), nullptr, nullptr, SOCK_CLOEXEC));
-        if (!socket || !IsSameUser(socket.Get())) return;
-        if (connections.size() == kMostConnections)
-            connections.erase(std::min_element(connections.begin(), connections.end(),
-                                               [](const auto& a, const auto& b) { return a.heard < b.heard; }));
-        connections.push_back({std::move(socket)});
+        if (socket && IsSameUser(socket.Get())) Keep({std::move(socket)});
     }
 
-    // A complete message, which is then none of the connections any more.
+    void Keep(Connection connection) {
+        if (connections.size() == kMostConnections) {
+            const auto silent = std::min_element(connections.begin(), connections.end(),
+                                                 [](const auto& a, const auto& b) { return a.heard < b.heard; });
+            Answer(silent->socket.Get(), kNotTaken);
+            connections.erase(silent);
+        }
+        connections.push_back(std::move(connection));
+    }
+
+    // A complete message, which is none of the connections until it has been handled.
     std::optional<Connection> Read(int socket) {
         const auto connection = std::find_if(connections.begin(), connections.end(),
                                              [socket](const auto& one) { return one.socket.Get() == socket; });
@@ -237,7 +248,23 @@ struct MessageWindow {
     }
 
     void DropSilent() {
-        std::erase_if(connections, [](const auto& one) { return Clock::now() - one.heard > kPatience; });
+        std::erase_if(connections, [now = Clock::now()](const auto& one) {
+            if (now - one.heard <= kPatience) return false;
+            Answer(one.socket.Get(), kNotTaken);
+            return true;
+        });
+    }
+
+    bool IsOpen() const { return listener.Get() != -1; }
+
+    // Whoever is at work with it may keep the rest for a while.
+    void Close() {
+        connections.clear();
+        listener.Close();
+        // While the lock is held nobody else makes these anew.
+        ::unlink(path.c_str());
+        ::unlink((path + ".lock").c_str());
+        lock.Close();
     }
 };
 
@@ -255,10 +282,11 @@ std::shared_ptr<MessageWindow> OwnWindow(std::string_view className) {
     return nullptr;
 }
 
-void Handle(MessageWindow& window, const Connection& message) {
+void Handle(MessageWindow& window, Connection& message) {
     const std::string_view sender = message.Sender();
-    window.receiver->OnMessage(sender.empty() ? nullptr : AllHandles().Of(std::string(sender)), message.Text());
-    ::send(message.socket.Get(), &kHandled, 1, MSG_NOSIGNAL | MSG_DONTWAIT);
+    window.receiver->OnMessage(sender.empty() ? nullptr : AllHandles().Of(std::string(sender)), 0, message.Text());
+    Answer(message.socket.Get(), kHandled);
+    if (window.IsOpen()) window.Keep({std::move(message.socket)});
 }
 
 // ---- Waiting
@@ -292,12 +320,37 @@ bool HandleOne(const Wait& wait) {
         if (!wait.polled[i].revents || !window) continue;
         if (wait.polled[i].fd == window->listener.Get()) {
             window->Accept();
-        } else if (const auto message = window->Read(wait.polled[i].fd)) {
+        } else if (auto message = window->Read(wait.polled[i].fd)) {
             Handle(*window, *message);
             return true;
         }
     }
     return false;
+}
+
+// To fall asleep and be woken takes longer than an answer, or the next text of a lively conversation, where the other end
+// has a processor of its own: it is worth looking a moment before. Where looking is in vain, it is done ever more rarely.
+class Looking {
+public:
+    // What is ready; 0 when it did not look, or nothing came.
+    int Look(std::vector<pollfd>& polled, Clock::time_point end) {
+        if (m_left > 0) return --m_left, 0;
+        end = std::min(end, Clock::now() + std::chrono::microseconds(30));
+        int ready = 0;
+        do ready = ::poll(polled.data(), polled.size(), 0);
+        while (ready == 0 && Clock::now() < end);
+        m_pause = ready == 0 ? std::min(2 * m_pause + 1, 127) : 0;
+        m_left = m_pause;
+        return ready;
+    }
+
+private:
+    int m_pause = 0, m_left = 0;  // waits without a look: after the last one in vain, and still to come
+};
+
+Looking& OwnLooking() {
+    static thread_local Looking looking;
+    return looking;
 }
 
 // In milliseconds; a second at most, so that silent connections are looked through now and then.
@@ -313,7 +366,8 @@ Woken WaitFor(int descriptor, short events, std::optional<Clock::time_point> end
     for (;;) {
         Wait wait = AllOwnDescriptors();
         if (descriptor != -1) wait.Add(descriptor, nullptr, events);
-        const int ready = ::poll(wait.polled.data(), wait.polled.size(), TimeLeft(end));
+        int ready = OwnLooking().Look(wait.polled, end.value_or(Clock::time_point::max()));
+        if (ready == 0) ready = ::poll(wait.polled.data(), wait.polled.size(), TimeLeft(end));
         if (descriptor != -1 && wait.polled.back().revents) return Woken::ByDescriptor;
         if (HandleOne(wait) && descriptor == -1) return Woken::ByMessage;
         if (ready <= 0 && end && Clock::now() >= *end) return Woken::ByTime;
@@ -324,6 +378,7 @@ Woken WaitFor(int descriptor, short events, std::optional<Clock::time_point> end
 
 // A window that has just taken its name may not listen yet.
 Owned Connect(const std::string& path) {
+    if (path.empty()) return Owned();
     const sockaddr_un address = AddressOf(path);
     for (int attempt = 0; attempt < 100; ++attempt) {
         Owned socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -333,6 +388,31 @@ Owned Connect(const std::string& path) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return Owned();
+}
+
+// The calling thread's last conversation stays open: another text to the same window needs no more than to be sent.
+struct Conversation {
+    std::string target = {};
+    Owned socket = Owned();
+
+    // The other end says nothing unless it is asked, but when it closes.
+    bool IsOpenTo(const std::string& className) const {
+        char byte;
+        return socket && target == className && ::recv(socket.Get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT) < 0 &&
+               errno == EAGAIN;
+    }
+};
+
+Conversation& LastConversation() {
+    static thread_local Conversation conversation;
+    return conversation;
+}
+
+// It is taken away while a text is on its way, since handlers that run meanwhile may send too.
+Owned ReachWindow(const std::string& className) {
+    Conversation last = std::exchange(LastConversation(), {});
+    if (last.IsOpenTo(className)) return std::move(last.socket);
+    return Connect(SocketPath(className));
 }
 
 bool SendAll(int socket, std::string_view data) {
@@ -348,14 +428,28 @@ bool SendAll(int socket, std::string_view data) {
     return true;
 }
 
-bool ReceiveAnswer(int socket) {
+// 0 when the window is gone.
+char ReceiveAnswer(int socket) {
+    std::vector<pollfd> polled = {{socket, POLLIN, 0}};
     for (;;) {
-        WaitFor(socket, POLLIN, std::nullopt);
+        const bool alone = OwnWindows().empty();
+        if (alone)
+            OwnLooking().Look(polled, Clock::time_point::max());
+        else
+            WaitFor(socket, POLLIN, std::nullopt);
         char answer = 0;
-        const ssize_t size = ::recv(socket, &answer, 1, MSG_DONTWAIT);
-        if (size >= 0) return size == 1 && answer == kHandled;
-        if (errno != EAGAIN && errno != EINTR) return false;
+        const ssize_t size = ::recv(socket, &answer, 1, alone ? 0 : MSG_DONTWAIT);
+        if (size >= 0) return size == 1 ? answer : '\0';
+        if (errno != EAGAIN && errno != EINTR) return 0;
     }
+}
+
+std::string Head(const std::string& target, const std::string& sender, std::size_t textSize) {
+    Header header;
+    header.targetSize = static_cast<std::uint32_t>(target.size());
+    header.senderSize = static_cast<std::uint32_t>(sender.size());
+    header.textSize = static_cast<std::uint32_t>(textSize);
+    return std::string(reinterpret_cast<const char*>(&header), sizeof header) + target + sender;
 }
 
 Owned Listen(const std::string& path) {
@@ -384,34 +478,33 @@ WindowHandle OpenMessageWindow(const std::string& className, MessageReceiver& re
 
 void CloseMessageWindow(WindowHandle handle) {
     const std::string className = AllHandles().NameOf(handle);
-    std::erase_if(OwnWindows(), [&](const std::shared_ptr<MessageWindow>& window) {
-        if (window->className != className) return false;
-        // While the lock is held nobody else makes these anew.
-        ::unlink(window->path.c_str());
-        ::unlink((window->path + ".lock").c_str());
-        return true;
-    });
+    if (const auto window = OwnWindow(className)) {
+        window->Close();
+        std::erase(OwnWindows(), window);
+    }
 }
 
 WindowHandle FindMessageWindow(const std::string& className) {
+    if (LastConversation().IsOpenTo(className)) return AllHandles().Of(className);
     const std::string path = SocketPath(className);
     return !path.empty() && IsLocked(path + ".lock") ? AllHandles().Of(className) : nullptr;
 }
 
 bool SendMessageText(WindowHandle handle, std::string_view text, WindowHandle sender) {
-    const std::string target = AllHandles().NameOf(handle), from = AllHandles().NameOf(sender);
-    const std::string path = SocketPath(target);
-    if (path.empty() || text.size() > kLongestMessage) return false;
-    if (const auto own = OwnWindow(target)) return own->receiver->OnMessage(sender, text), true;
-    const Owned socket = Connect(path);
-    Header header;
-    header.targetSize = static_cast<std::uint32_t>(target.size());
-    header.senderSize = static_cast<std::uint32_t>(from.size());
-    header.textSize = static_cast<std::uint32_t>(text.size());
-    std::string head(reinterpret_cast<const char*>(&header), sizeof header);
-    head += target + from;
+    const std::string target = AllHandles().NameOf(handle);
+    if (target.empty() || text.size() > kLongestMessage) return false;
+    if (const auto own = OwnWindow(target)) return own->receiver->OnMessage(sender, 0, text), true;
+    std::string head = Head(target, AllHandles().NameOf(sender), text.size());
     if (text.size() <= 4096) head += std::exchange(text, {});  // in one call
-    return socket && SendAll(socket.Get(), head) && SendAll(socket.Get(), text) && ReceiveAnswer(socket.Get());
+    for (;;) {
+        Owned socket = ReachWindow(target);
+        if (!socket) return false;
+        // An answer may be there even to what could not be sent.
+        static_cast<void>(SendAll(socket.Get(), head) && SendAll(socket.Get(), text));
+        const char answer = ReceiveAnswer(socket.Get());
+        if (answer == kHandled) LastConversation() = {target, std::move(socket)};
+        if (answer != kNotTaken) return answer == kHandled;
+    }
 }
 
 bool PumpMessages(std::uint32_t milliseconds) {

@@ -8,6 +8,9 @@ namespace qv::platform {
 // All counts lie in one word, so that a lock that nobody waits for costs one exchange each way. Who has to wait enters a
 // count by the same exchange that finds the lock taken, and sleeps until the turn that it has seen before is over; who
 // releases reads the counts by the exchange that releases, so no wake-up gets lost between the two.
+//
+// Who has been woken takes a while to come. Meanwhile others may take and release the lock many times; a flag keeps them
+// from waking more threads, which would find it taken. Whoever finds the lock taken lowers the flag before it sleeps.
 class ReadWriteLock {
 public:
     void StartRead() {
@@ -40,12 +43,13 @@ public:
 private:
     using Word = std::uint64_t;
 
-    // From the lowest bit: active readers, the active writer, queueing, waiting writers, waiting readers.
+    // From the lowest bit: active readers, the active writer, queueing, who has been woken, waiting writers, waiting readers.
     static constexpr Word kReader = 1, kReaders = (Word{1} << 20) - 1;
     static constexpr Word kWriter = Word{1} << 20;
     static constexpr Word kQueueing = Word{1} << 21;
-    static constexpr Word kWaitingWriter = Word{1} << 22, kWaitingWriters = ((Word{1} << 21) - 1) << 22;
-    static constexpr Word kWaitingReader = Word{1} << 43, kWaitingReaders = ~Word{0} << 43;
+    static constexpr Word kWriterWoken = Word{1} << 22, kReadersWoken = Word{1} << 23;
+    static constexpr Word kWaitingWriter = Word{1} << 24, kWaitingWriters = ((Word{1} << 20) - 1) << 24;
+    static constexpr Word kWaitingReader = Word{1} << 44, kWaitingReaders = ~Word{0} << 44;
     static constexpr Word kTaken = kReaders | kWriter;
     static constexpr Word kClosedToReaders = kWriter | kWaitingWriters;
     // A writer that has been woken so often, and found the lock taken again, closes it to writers that come anew.
@@ -56,9 +60,11 @@ private:
             const std::uint32_t turn = m_readersTurn.load();
             Word word = m_word.load();
             if (!(word & kClosedToReaders)) {
-                if (m_word.compare_exchange_strong(word, word + kReader - counted)) return;
-            } else if (counted || m_word.compare_exchange_strong(word, word + kWaitingReader)) {
-                counted = kWaitingReader;
+                if (m_word.compare_exchange_strong(word, (word & ~kReadersWoken) + kReader - counted)) return;
+            } else if (!counted || word & kReadersWoken) {
+                const Word entered = counted ? 0 : kWaitingReader;
+                if (m_word.compare_exchange_strong(word, (word & ~kReadersWoken) + entered)) counted = kWaitingReader;
+            } else {
                 m_readersTurn.wait(turn);
             }
         }
@@ -70,12 +76,10 @@ private:
             const std::uint32_t turn = m_writersTurn.load();
             Word word = m_word.load();
             if (!(word & kTaken) && (counted || !(word & kQueueing))) {
-                if (m_word.compare_exchange_strong(word, word + kWriter - counted - closed)) return;
-            } else if (!counted) {
-                if (m_word.compare_exchange_strong(word, word + kWaitingWriter)) {
-                    counted = kWaitingWriter;
-                    m_writersTurn.wait(turn);
-                }
+                if (m_word.compare_exchange_strong(word, (word & ~kWriterWoken) + kWriter - counted - closed)) return;
+            } else if (!counted || word & kWriterWoken) {
+                const Word entered = counted ? 0 : kWaitingWriter;
+                if (m_word.compare_exchange_strong(word, (word & ~kWriterWoken) + entered)) counted = kWaitingWriter;
             } else if (woken >= kPatience && !(word & kQueueing)) {
                 if (m_word.compare_exchange_strong(word, word + kQueueing)) closed = kQueueing;
             } else {
@@ -86,13 +90,23 @@ private:
     }
 
     void WakeOneWriter() {
+        if (!Raise(kWriterWoken, kWaitingWriters)) return;
         ++m_writersTurn;
         m_writersTurn.notify_one();
     }
 
     void WakeAllReaders() {
+        if (!Raise(kReadersWoken, kWaitingReaders)) return;
         ++m_readersTurn;
         m_readersTurn.notify_all();
+    }
+
+    // False when the lock is taken again, whose end will wake then, when nobody waits any more, or when the flag is up.
+    bool Raise(Word flag, Word waiting) {
+        Word word = m_word.load(std::memory_order_relaxed);
+        while (!(word & (flag | kTaken)) && word & waiting)
+            if (m_word.compare_exchange_weak(word, word | flag, std::memory_order_relaxed)) return true;
+        return false;
     }
 
     std::atomic<Word> m_word = 0;

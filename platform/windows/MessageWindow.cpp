@@ -10,7 +10,8 @@ thread_local std::uint64_t g_handled = 0;
 LRESULT Take(HWND window, HWND sender, const COPYDATASTRUCT& data) {
     auto* const receiver = reinterpret_cast<MessageReceiver*>(::GetWindowLongPtrA(window, GWLP_USERDATA));
     if (receiver && data.cbData <= kLongestMessage) {
-        receiver->OnMessage(sender, {static_cast<const char*>(data.lpData), data.lpData ? data.cbData : 0});
+        receiver->OnMessage(sender, data.dwData,
+                            {static_cast<const char*>(data.lpData), data.lpData ? data.cbData : 0});
         ++g_handled;
     }
     return ::DefWindowProcA(window, WM_COPYDATA, reinterpret_cast<WPARAM>(sender), reinterpret_cast<LPARAM>(&data));

@@ -52,6 +52,8 @@ public:
 
     void StartWrite() {
         Guard guard(m_guard);
+        // Readers that come from now on have to wait; a signal left over from an earlier turn would let them spin.
+        ::ResetEvent(m_readersEvent.Get());
         while (m_state != 0) {
             ++m_waitingWriters;
             guard.WaitOutside(m_writerEvent);

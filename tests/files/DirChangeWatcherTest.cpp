@@ -169,9 +169,9 @@ TEST(DirChangeWatcher, MissesNothing) {
     std::mt19937 random(4);
     std::vector<std::string> folders = {""};
     Watcher watcher(tree / "", 0x1B);
-    for (int i = 0; i < 150; ++i) {
+    for (int i = 0; i < 300; ++i) {
         const std::string folder = folders[random() % folders.size()], name = folder + std::to_string(i);
-        switch (random() % 4) {
+        switch (random() % 5) {
             case 0:
                 fs::create_directory(tree.Native(name));
                 folders.push_back(name + '/');
@@ -184,6 +184,11 @@ TEST(DirChangeWatcher, MissesNothing) {
                     if (path.starts_with(folder)) path = to + '/' + path.substr(folder.size());
                 break;
             }
+            case 2:
+                if (folder.empty() || random() % 3) continue;
+                fs::remove_all(tree.Native(folder));
+                std::erase_if(folders, [folder](const std::string& path) { return path.starts_with(folder); });
+                break;
             default: tree.Write(name, "x");
         }
         ASSERT_TRUE(watcher.SeesChange()) << i << ", " << name;
@@ -202,6 +207,56 @@ TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
         fs::remove_all(tree.Native("renamed"));
         while (watcher.IsWatching()) std::this_thread::yield();
         EXPECT_FALSE(watcher.Start());
+    }
+}
+
+// More changes than the system keeps, while OnChange is busy: that counts as a change, and what was lost is watched again.
+TEST(DirChangeWatcher, AnOverflowIsAChange) {
+    if (OnWindows()) GTEST_SKIP() << "the system keeps the one change that it tells of";
+    int kept = 0;
+    std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> kept;
+    if (kept == 0 || kept > 100'000) GTEST_SKIP() << "no such end of the list, or one too far away";
+    class Busy : public Watcher {
+    public:
+        using Watcher::Watcher;
+        ~Busy() override { Stop(); }
+        void OnChange() override {
+            Watcher::OnChange();
+            if (!m_free) m_goOn.Wait();
+        }
+        std::atomic<bool> m_free = false;
+        qv::platform::Event m_goOn;
+    };
+    const TempFolder tree;
+    MakeTree(tree);
+    Busy watcher(tree / "", 0x01);
+    tree.Write("new", "");
+    ASSERT_TRUE(watcher.SeesChange());
+    for (int i = 0; i <= kept; i += 2) {
+        fs::rename(tree.Native("file"), tree.Native("other"));
+        fs::rename(tree.Native("other"), tree.Native("file"));
+    }
+    fs::create_directory(tree.Native("lost"));
+    watcher.m_free = true;
+    watcher.m_goOn.Set();
+    EXPECT_TRUE(watcher.SeesChange());
+    watcher.Settle();
+    tree.Write("lost/late", "");
+    EXPECT_TRUE(watcher.SeesChange());
+    EXPECT_TRUE(watcher.IsWatching());
+}
+
+TEST(DirChangeWatcher, AnUnmountEndsTheWatch) {
+    if (OnWindows()) GTEST_SKIP() << "the system keeps a watched volume";
+    const TempFolder tree;
+    const std::string at = tree.Native().string();
+    for (const char* const folder : {"", "below"}) {
+        if (std::system(("mount -t tmpfs tmpfs " + at + " 2> /dev/null").c_str())) GTEST_SKIP() << "may not mount";
+        fs::create_directories(tree.Native("below"));
+        Watcher watcher(tree / folder, 0x19);
+        EXPECT_EQ(std::system(("umount " + at).c_str()), 0);
+        EXPECT_TRUE(watcher.SeesChange());
+        while (watcher.IsWatching()) std::this_thread::yield();
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include "qvcommon/LockedObjects.h"
 #include "tests/support/Blocked.h"
+#include "tests/support/Watchdog.h"
 
 namespace {
 
@@ -62,6 +63,7 @@ TEST(ReadWriteLock, AWriterHandsOverToAWriterThenToAllReaders) {
 }
 
 TEST(ReadWriteLock, AWriterGetsInBesideOneThatNeverRests) {
+    const Watchdog watchdog("a writer");
     CReadWriteLock lock;
     std::atomic<bool> done = false;
     const auto hog = [&] {
@@ -80,6 +82,7 @@ TEST(ReadWriteLock, AWriterGetsInBesideOneThatNeverRests) {
 
 // Plain variables under the lock: the thread sanitizer finds what the counts do not.
 TEST(ReadWriteLock, KeepsReadersAndWritersApart) {
+    const Watchdog watchdog("a lock");
     CReadWriteLock lock;
     long first = 0, second = 0;
     std::atomic<long> torn = 0, writes = 0;
@@ -182,6 +185,7 @@ TEST(LockedObjectMap, RemovingAndClearingWaitForWhoHolds) {
 }
 
 TEST(LockedObjectMap, SurvivesEverythingAtOnce) {
+    const Watchdog watchdog("a map");
     std::atomic<int> alive = 0;
     std::atomic<long> added = 0, counted = 0, sum = 0;
     CLockedObjectMap map;
@@ -192,7 +196,7 @@ TEST(LockedObjectMap, SurvivesEverythingAtOnce) {
     };
     const auto work = [&](unsigned seed) {
         std::mt19937 random(seed);
-        for (int i = 0; i < 1000; ++i) {
+        for (int i = 0; i < 10'000; ++i) {
             const CString key(static_cast<char>('a' + random() % 5));
             const unsigned action = random() % 8;
             if (action == 0) {
