@@ -12,7 +12,7 @@ namespace qv::cabinet {
 inline constexpr const char* kRoot = "*ROOT*";
 
 /// The manifest's text, with a line feed after each line.
-CString ManifestText(const CStringArray& entries);
+QVCOMMON_INTERNAL_API CString ManifestText(const CStringArray& entries);
 /// The entries of a manifest; nothing when the text is none. An empty text is an empty manifest. Lines end as they will.
 QVCOMMON_INTERNAL_API std::optional<CStringArray> ReadManifest(std::string_view text);
 

@@ -7,11 +7,9 @@
 #include <sys/un.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -21,7 +19,7 @@
 #include <vector>
 
 #include "platform/Window.h"
-#include "platform/posix/Owned.h"
+#include "platform/posix/MessageConnection.h"
 
 namespace qv::platform {
 namespace {
@@ -148,70 +146,6 @@ bool IsLocked(const std::string& path) {
     struct flock range = WholeFile(F_WRLCK);
     return file && !::fcntl(file.Get(), F_OFD_GETLK, &range) && range.l_type != F_UNLCK;
 }
-
-// ---- Messages on their way
-
-struct Header {
-    std::array<char, 4> mark = {'Q', 'V', 'M', '1'};
-    std::uint32_t targetSize = 0, senderSize = 0, textSize = 0;
-
-    bool IsSound() const {
-        return mark == Header().mark && targetSize <= kLongestClassName && senderSize <= kLongestClassName &&
-               textSize <= kLongestMessage;
-    }
-    std::size_t Total() const { return sizeof(Header) + targetSize + senderSize + textSize; }
-};
-
-constexpr char kHandled = 1;
-constexpr char kNotTaken = 2;  // and the connection is closed: a text that is on its way has to be sent on a new one
-
-void Answer(int socket, char answer) {
-    static_cast<void>(::send(socket, &answer, 1, MSG_NOSIGNAL | MSG_DONTWAIT));
-}
-
-bool IsSameUser(int socket) {
-    ucred peer{};
-    socklen_t size = sizeof peer;
-    return !::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) && peer.uid == ::geteuid();
-}
-
-// A sender's end of the conversation, as a window sees it.
-struct Connection {
-    Owned socket;
-    std::string received = {};
-    Clock::time_point heard = Clock::now();
-
-    enum class State { Partial, Complete, Broken };
-
-    State Receive() {
-        char buffer[65536];
-        const ssize_t size = ::recv(socket.Get(), buffer, sizeof buffer, MSG_DONTWAIT);
-        if (size < 0 && (errno == EAGAIN || errno == EINTR)) return State::Partial;
-        if (size <= 0) return State::Broken;
-        received.append(buffer, static_cast<std::size_t>(size));
-        heard = Clock::now();
-        if (received.size() < sizeof(Header)) return State::Partial;
-        const Header header = ReadHeader();
-        if (!header.IsSound() || received.size() > header.Total()) return State::Broken;
-        return received.size() == header.Total() ? State::Complete : State::Partial;
-    }
-
-    Header ReadHeader() const {
-        Header header;
-        std::memcpy(&header, received.data(), sizeof header);
-        return header;
-    }
-    std::string_view Target() const { return Part(sizeof(Header), ReadHeader().targetSize); }
-    std::string_view Sender() const { return Part(sizeof(Header) + Target().size(), ReadHeader().senderSize); }
-    std::string_view Text() const {
-        return Part(sizeof(Header) + Target().size() + Sender().size(), ReadHeader().textSize);
-    }
-
-private:
-    std::string_view Part(std::size_t from, std::size_t size) const {
-        return std::string_view(received).substr(from, size);
-    }
-};
 
 struct MessageWindow {
     std::string className, path;
@@ -445,7 +379,7 @@ char ReceiveAnswer(int socket) {
 }
 
 std::string Head(const std::string& target, const std::string& sender, std::size_t textSize) {
-    Header header;
+    MessageHead header;
     header.targetSize = static_cast<std::uint32_t>(target.size());
     header.senderSize = static_cast<std::uint32_t>(sender.size());
     header.textSize = static_cast<std::uint32_t>(textSize);

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "platform/Path.h"
+#include "platform/Process.h"
 #include "qvcommon/Checksum.h"
 #include "qvcommon/CopyTree.h"
 #include "qvcommon/FileFinder.h"
@@ -11,6 +12,7 @@
 #include "qvcommon/framework/File.h"
 #include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/Tool.h"
 #include "tests/support/Tree.h"
 
 namespace {
@@ -68,6 +70,30 @@ TEST(HostileTree, PipesAreListedAndDeletedAndNeverOpened) {
     EXPECT_EQ(folder.Read("to/z"), "z");
     CFileUtils::DelTree(folder / "from", 1);
     EXPECT_FALSE(folder.Has("from"));
+}
+
+/// The tool as run by a user who is not allowed everything.
+ToolAnswer RunAsNobody(const CStringArray& arguments) {
+    const fs::path tool = fs::path(qv::platform::CurrentProgram()).replace_filename("qv");
+    CStringArray words = {"--reuid=65534", "--regid=65534", "--clear-groups", CString(tool.string())};
+    words.Append(arguments);
+    return RunProgram("setpriv", words);
+}
+
+TEST(HostileTree, WhatMayNotBeReadIsToldAndPassedOver) {
+    const TempFolder folder;
+    if (qv::platform::HasDriveLetters() || RunAsNobody({"--help"}).status != 0) GTEST_SKIP() << "no other user here";
+    MakeTree(folder.Native(), {"from/a", "from/locked/x", "from/z", "open/"});
+    fs::permissions(folder.Native("from/locked"), fs::perms::none);
+    fs::permissions(folder.Native("open"), fs::perms::all);
+    const CString from = folder / "from", to = folder / "open\\to";
+    EXPECT_EQ(RunAsNobody({"find", from, "--recurse"}).output, "0\ta\n0\tz\n");
+    EXPECT_EQ(RunAsNobody({"copy", from, to}).status, 1);
+    const auto copied = ReadTree(folder.Native("open/to"));
+    EXPECT_EQ(copied.size(), 3u);  // the folder itself comes along, empty
+    EXPECT_EQ(copied.at("z"), "from/z");
+    EXPECT_EQ(RunAsNobody({"delete", from}).status, 1);
+    EXPECT_EQ(ReadTree(folder.Native("from")).size(), 4u);
 }
 
 TEST(HostileTree, WhatVanishesDuringTheWalkIsPassedOver) {
