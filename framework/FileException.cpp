@@ -1,6 +1,7 @@
 #include "framework/MessageText.h"
 #include "platform/Error.h"
 #include "platform/FileCause.h"
+#include "platform/Path.h"
 #include "qvcommon/framework/File.h"
 
 IMPLEMENT_DYNAMIC(CFileException, CException)
@@ -25,7 +26,7 @@ static_assert(CFileException::lockViolation == static_cast<int>(FileCause::LockV
 static_assert(CFileException::diskFull == static_cast<int>(FileCause::DiskFull));
 static_assert(CFileException::endOfFile == static_cast<int>(FileCause::EndOfFile));
 
-/// What each cause says about a file; "%s" is its name.
+/// What each cause says about a file; "%s" is its name, as users of the system write it.
 constexpr const char* kMessages[] = {"%s: nothing went wrong.",
                                      "%s could not be used.",
                                      "%s does not exist.",
@@ -46,7 +47,7 @@ CString MessageFor(int cause, const CString& name) {
     const bool known = cause >= 0 && cause < static_cast<int>(std::size(kMessages));
     CString text;
     text.Format(qv::RuntimeFormat{kMessages[known ? cause : CFileException::generic]},
-                name.IsEmpty() ? CString("A file") : name);
+                name.IsEmpty() ? CString("A file") : CString(qv::platform::NativePath(name)));
     return text;
 }
 

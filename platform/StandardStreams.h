@@ -10,4 +10,8 @@ namespace qv::platform {
 FileHandle StandardInput();
 FileHandle StandardOutput();
 
+/// Whether the system's number of a failed write says that a pipe's other end is closed. (Linux ends a process at such a
+/// write, unless that was told to ignore it.)
+QVCOMMON_INTERNAL_API bool IsReaderGone(std::uint32_t error);
+
 }  // namespace qv::platform

@@ -18,8 +18,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/MessageFrame.h"
 #include "platform/Window.h"
-#include "platform/posix/MessageConnection.h"
+#include "platform/posix/Owned.h"
 
 namespace qv::platform {
 namespace {
@@ -147,6 +148,36 @@ bool IsLocked(const std::string& path) {
     return file && !::fcntl(file.Get(), F_OFD_GETLK, &range) && range.l_type != F_UNLCK;
 }
 
+// ---- A sender's end of the conversation, as a window sees it
+
+constexpr char kHandled = 1;
+constexpr char kNotTaken = 2;  // and the connection is closed: a text that is on its way has to be sent on a new one
+
+void Answer(int socket, char answer) {
+    static_cast<void>(::send(socket, &answer, 1, MSG_NOSIGNAL | MSG_DONTWAIT));
+}
+
+bool IsSameUser(int socket) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return !::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) && peer.uid == ::geteuid();
+}
+
+struct Connection {
+    Owned socket;
+    MessageFrame frame = {};
+    Clock::time_point heard = Clock::now();
+
+    MessageFrame::State Receive() {
+        char buffer[65536];
+        const ssize_t size = ::recv(socket.Get(), buffer, sizeof buffer, MSG_DONTWAIT);
+        if (size < 0 && (errno == EAGAIN || errno == EINTR)) return MessageFrame::State::Partial;
+        if (size <= 0) return MessageFrame::State::Broken;
+        heard = Clock::now();
+        return frame.Add({buffer, static_cast<std::size_t>(size)});
+    }
+};
+
 struct MessageWindow {
     std::string className, path;
     Owned lock, listener;
@@ -173,11 +204,11 @@ struct MessageWindow {
         const auto connection = std::find_if(connections.begin(), connections.end(),
                                              [socket](const auto& one) { return one.socket.Get() == socket; });
         if (connection == connections.end()) return std::nullopt;
-        const Connection::State state = connection->Receive();
-        if (state == Connection::State::Partial) return std::nullopt;
+        const MessageFrame::State state = connection->Receive();
+        if (state == MessageFrame::State::Partial) return std::nullopt;
         std::optional<Connection> message(std::move(*connection));
         connections.erase(connection);
-        if (state == Connection::State::Complete && message->Target() == className) return message;
+        if (state == MessageFrame::State::Complete && message->frame.Target() == className) return message;
         return std::nullopt;
     }
 
@@ -217,8 +248,9 @@ std::shared_ptr<MessageWindow> OwnWindow(std::string_view className) {
 }
 
 void Handle(MessageWindow& window, Connection& message) {
-    const std::string_view sender = message.Sender();
-    window.receiver->OnMessage(sender.empty() ? nullptr : AllHandles().Of(std::string(sender)), 0, message.Text());
+    const std::string_view sender = message.frame.Sender();
+    window.receiver->OnMessage(sender.empty() ? nullptr : AllHandles().Of(std::string(sender)), 0,
+                               message.frame.Text());
     Answer(message.socket.Get(), kHandled);
     if (window.IsOpen()) window.Keep({std::move(message.socket)});
 }
@@ -378,14 +410,6 @@ char ReceiveAnswer(int socket) {
     }
 }
 
-std::string Head(const std::string& target, const std::string& sender, std::size_t textSize) {
-    MessageHead header;
-    header.targetSize = static_cast<std::uint32_t>(target.size());
-    header.senderSize = static_cast<std::uint32_t>(sender.size());
-    header.textSize = static_cast<std::uint32_t>(textSize);
-    return std::string(reinterpret_cast<const char*>(&header), sizeof header) + target + sender;
-}
-
 Owned Listen(const std::string& path) {
     const sockaddr_un address = AddressOf(path);
     Owned socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
@@ -428,7 +452,7 @@ bool SendMessageText(WindowHandle handle, std::string_view text, WindowHandle se
     const std::string target = AllHandles().NameOf(handle);
     if (target.empty() || text.size() > kLongestMessage) return false;
     if (const auto own = OwnWindow(target)) return own->receiver->OnMessage(sender, 0, text), true;
-    std::string head = Head(target, AllHandles().NameOf(sender), text.size());
+    std::string head = MessageFrame::Opening(target, AllHandles().NameOf(sender), text.size());
     if (text.size() <= 4096) head += std::exchange(text, {});  // in one call
     for (;;) {
         Owned socket = ReachWindow(target);

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace qv::platform {
 
 FileHandle StandardInput() {
@@ -10,6 +12,10 @@ FileHandle StandardInput() {
 
 FileHandle StandardOutput() {
     return STDOUT_FILENO;
+}
+
+bool IsReaderGone(std::uint32_t error) {
+    return error == EPIPE;
 }
 
 }  // namespace qv::platform

@@ -8,6 +8,7 @@ declare -gA QV_PACKAGES=(
     [tests]="7zip cabextract gcab googletest imagemagick locales netpbm python3 tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
     [packages]="dpkg-dev file"
+    [install]="groff-base"
     [format]="clang-format git"
     [docs]="doxygen graphviz"
     [tidy]="clang clang-tidy python3"
@@ -36,11 +37,12 @@ need() {
     fi
 }
 
-# need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed.
+# need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed. Their build files
+# name the tests, too.
 need_for_building() {
     case $1 in
-        windows-*) need cross "$1" ;;
-        *) need build packages ;;
+        windows-*) need cross tests "$1" ;;
+        *) need build tests packages ;;
     esac
 }
 

@@ -41,7 +41,7 @@ prepare() (
 # prepare_installable PRESET...: builds what is installed and packed, without the test suite.
 prepare_installable() {
     local preset
-    need tests
+    need install
     for preset in "$@"; do
         need_for_building "$preset"
         case $preset in

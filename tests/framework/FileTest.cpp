@@ -176,7 +176,7 @@ TEST(FileException, NamesTheFileAndTheCause) {
     file.Open(folder / "missing", CFile::modeRead, &error);
     char text[512];
     EXPECT_TRUE(error.GetErrorMessage(text, sizeof text));
-    EXPECT_EQ(std::string(text).find((folder / "missing").AsStd() + " does not exist. ("), 0u) << text;
+    EXPECT_EQ(std::string(text).find(folder.Native("missing").string() + " does not exist. ("), 0u) << text;
     EXPECT_EQ(std::string(text).find_first_of("\r\n"), std::string::npos);
     EXPECT_EQ(CFileException::OsErrorToException(error.m_lOsError), CFileException::fileNotFound);
     EXPECT_TRUE(CFileException(99).GetErrorMessage(text, 8));

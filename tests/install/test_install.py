@@ -7,7 +7,7 @@ import subprocess
 import tempfile
 import unittest
 
-from trees import ROOT, Tree, launcher, run
+from trees import ROOT, VERSION, Tree, launcher, run
 
 METAFILE = ROOT / "tests/data/emf/inkscape.emf"
 
@@ -120,7 +120,9 @@ class WithCMake(Examples, unittest.TestCase):
 
     def test_versions_that_are_accepted(self):
         project = self.folder / "CMakeLists.txt"
-        for wanted, status in (("0.1", 0), ("0.1.0 EXACT", 0), ("0.0.9", 1), ("0.2", 1), ("1", 1)):
+        major, minor, _ = map(int, VERSION.split("."))
+        for wanted, status in ((f"{major}.{minor}", 0), (VERSION + " EXACT", 0), (f"{major}.{minor + 1}", 1),
+                               (str(major + 1), 1)):
             project.write_text("cmake_minimum_required(VERSION 3.25)\nproject(wants NONE)\n"
                                f"find_package(QvCommon {wanted} REQUIRED)\n")
             run("cmake", "-S", self.folder, "-B", self.folder / "build", f"-DCMAKE_PREFIX_PATH={self.tree.prefix}",
@@ -150,7 +152,7 @@ class WithPkgConfig(Examples, unittest.TestCase):
 
     def test_version(self):
         ask = ["pkg-config", "--modversion", "qvcommon"]
-        self.assertRegex(run(*ask, env=self.tree.pkg_config_environment()), r"^\d+\.\d+\.\d+\n$")
+        self.assertEqual(run(*ask, env=self.tree.pkg_config_environment()), VERSION + "\n")
 
 
 class OnWindows(Examples, unittest.TestCase):
@@ -160,6 +162,11 @@ class OnWindows(Examples, unittest.TestCase):
     def setUpClass(cls):
         cls.tree = Tree("windows-x64").install()
         cls.programs = cls.tree.build_with_cmake()
+
+    def test_built_by_pkg_config(self):
+        built = self.tree.build_with_pkg_config("x86_64-w64-mingw32-g++-posix", "settings")
+        shutil.copy(built / "settings.exe", self.programs)
+        self.test_settings()
 
 
 if __name__ == "__main__":

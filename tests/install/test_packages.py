@@ -8,7 +8,7 @@ import tempfile
 import unittest
 import zipfile
 
-from trees import ROOT, Tree, launcher, run
+from trees import ROOT, VERSION, Tree, launcher, run
 
 PACKAGES = ROOT / "build/packages"
 DEBIAN = ["libqvcommon0", "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
@@ -68,13 +68,16 @@ class Windows:
         tree = Tree(self.target)
         run(ROOT / "scripts/package", self.target)
         zips = list((PACKAGES / self.target).iterdir())
-        self.assertRegex(str(zips), rf"^\[[^,]*qvcommon-\d+\.\d+\.\d+-{self.target}\.zip'\)\]$")
+        self.assertEqual([file.name for file in zips], [f"qvcommon-{VERSION}-{self.target}.zip"])
         folder = tree.build / "unpacked"
         shutil.rmtree(folder, ignore_errors=True)
         with zipfile.ZipFile(zips[0]) as archive:
             archive.extractall(folder)
         binaries = folder / zips[0].stem / "bin"
         self.assertEqual(run(*tree.runner, binaries / "qv.exe", "text", "escape", input="a<b"), "a&lt;b")
+        for name in ("qv.exe", "qvcommon.dll"):
+            said, version = (re.escape(text.encode("utf-16-le")) for text in ("ProductVersion", VERSION))
+            self.assertRegex((binaries / name).read_bytes(), said + rb"\0+" + version)
 
         # What is not a part of Windows lies beside the program, whatever this machine has elsewhere; with its licence.
         here = {file.name for file in binaries.iterdir()}

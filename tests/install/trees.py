@@ -3,17 +3,19 @@ were first; and the examples, built against them from outside."""
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 EXAMPLES = ROOT / "examples"
+VERSION = re.search(r"project\(QvCommon VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text())[1]
 WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Werror"
 
 
 def run(*command, status=0, **options):
     """What a program writes, to both streams unless told otherwise; it has to end with this status, None for any."""
-    options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "text": True, "timeout": 120, **options}
+    options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "text": True, "timeout": 60, **options}
     done = subprocess.run([str(word) for word in command], **options)
     if status is not None and done.returncode != status:
         raise AssertionError(f"{command}: status {done.returncode}, not {status}\n{done.stdout}")
@@ -63,15 +65,15 @@ class Tree:
             shutil.copy(program, self.prefix / "bin")
         return self.prefix / "bin"
 
-    def build_with_pkg_config(self):
+    def build_with_pkg_config(self, compiler="g++", names="*"):
         folder = self.work / "pkg-config"
         folder.mkdir()
         flags = run("pkg-config", "--cflags", "--libs", "qvcommon", env=self.pkg_config_environment()).split()
-        compiler = ["ccache", "g++"] if shutil.which("ccache") else ["g++"]
-        for source in EXAMPLES.glob("*.cpp"):
+        cache = ["ccache"] if shutil.which("ccache") else []
+        for source in EXAMPLES.glob(names + ".cpp"):
             part = folder / (source.stem + ".o")
-            run(*compiler, "-std=c++20", *WARNINGS.split(), *flags, "-c", source, "-o", part)
-            run("g++", part, *flags, f"-Wl,-rpath,{self.prefix}/lib", "-o", folder / source.stem)
+            run(*cache, compiler, "-std=c++20", *WARNINGS.split(), *flags, "-c", source, "-o", part)
+            run(compiler, part, *flags, f"-Wl,-rpath,{self.prefix}/lib", "-o", folder / (source.stem + self.suffix))
         return folder
 
     def pkg_config_environment(self):

@@ -21,9 +21,7 @@ TEST(ArchiveCommands, PackListAndUnpack) {
     EXPECT_EQ(ToolStatus({"unpack", "--no-manifest", folder / "flat.cab", folder / "bare"}), 0);
     EXPECT_EQ(folder.Read("bare/a.txt"), "hello");
     EXPECT_FALSE(folder.Has("bare/b.txt"));
-    EXPECT_EQ(ToolStatus({"pack", folder / "missing", folder / "m.cab"}), 1);
     EXPECT_EQ(ToolStatus({"list", folder / "in\\a.txt"}), 1);
-    EXPECT_EQ(ToolStatus({"pack", folder / "in"}), 2);
 }
 
 }  // namespace

@@ -23,7 +23,6 @@ TEST(LockCommand, RunsTheCommandUnderTheLockAndGivesItsStatus) {
     EXPECT_EQ(ToolStatus({"lock", document, "--", self, "--child=LookAtLock", document}), 11);
     EXPECT_EQ(ToolStatus({"lock", folder / "other", "--", self, "--child=LookAtLock", document}), 10);
     EXPECT_EQ(ToolStatus({"lock", document, "--", "no-such-program-here"}), 1);
-    EXPECT_EQ(ToolStatus({"lock", document}), 2);
     EXPECT_EQ(ToolStatus({"lock", document, "--attempts", "0", "--", self}), 2);
     EXPECT_TRUE(std::filesystem::is_empty(folder.Native()));
     CLockFile holder;

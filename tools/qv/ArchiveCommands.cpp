@@ -1,9 +1,9 @@
-#include <cstdio>
 #include <memory>
 
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Lines.h"
 #include "tools/qv/Progress.h"
 
 namespace qv::tool {
@@ -38,14 +38,25 @@ private:
 
 /// Opens no member.
 class Listing : public CReadCab {
+public:
+    explicit Listing(const std::string& archive) {
+        ReadCab(archive.c_str());
+        m_lines.Write();
+    }
+
 protected:
     int NotifyCopyFile(QvCabinetNotification& member) override {
         const unsigned date = member.date, time = member.time;
-        std::printf("%u\t%04u-%02u-%02u %02u:%02u:%02u\t%s\n", static_cast<unsigned>(member.size), 1980 + (date >> 9),
+        CString line;
+        line.Format("%u\t%04u-%02u-%02u %02u:%02u:%02u\t%s", static_cast<unsigned>(member.size), 1980 + (date >> 9),
                     (date >> 5) & 15, date & 31, time >> 11, (time >> 5) & 63, (time & 31) * 2,
                     static_cast<const char*>(member.name));
+        m_lines.Add(line.AsStd());
         return 0;
     }
+
+private:
+    Lines m_lines;
 };
 
 void Pack(const Options& options) {
@@ -86,7 +97,7 @@ void AddList(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     command->add_option("ARCHIVE", options->archive, "The archive")->required();
     command->footer("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
-    command->callback([options] { Listing().ReadCab(options->archive.c_str()); });
+    command->callback([options] { Listing{options->archive}; });
 }
 
 }  // namespace

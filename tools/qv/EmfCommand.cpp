@@ -1,10 +1,9 @@
 #include <array>
 #include <memory>
-#include <utility>
 
 #include "qvcommon/ParseEmf.h"
-#include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Lines.h"
 #include "tools/qv/Utf8Path.h"
 #include "tools/qv/WholeFile.h"
 
@@ -22,28 +21,6 @@ public:
         m_firstRecord = 1;
         return CParseEmf::ProcessMetafileRecords(file);
     }
-};
-
-// Lines for standard output, written in bulk.
-class Lines {
-public:
-    ~Lines() {
-        try {
-            Write();
-        } catch (CException* error) {
-            error->Delete();
-        }
-    }
-
-    void Add(const std::string& line) {
-        constexpr std::size_t enough = 64 * 1024;
-        (m_text += line) += '\n';
-        if (m_text.size() >= enough) Write();
-    }
-    void Write() { AfxWriteStandardOutput(std::exchange(m_text, {})); }
-
-private:
-    std::string m_text;
 };
 
 // "LABEL<tab>NUMBER NUMBER...", of the record's words from `offset` on.

@@ -1,8 +1,10 @@
 #include <clocale>
 #include <cstdio>
+#include <iostream>
 
-#include "qvcommon/framework/Exception.h"
-#include "tools/qv/Commands.h"
+#include "platform/StandardStreams.h"
+#include "qvcommon/framework/File.h"
+#include "tools/qv/CommandLine.h"
 
 namespace {
 
@@ -11,6 +13,20 @@ constexpr int kDone = 0, kFailed = 1, kWrongUsage = 2;
 int Fail(const char* reason) {
     std::fprintf(stderr, "qv: %s\n", reason);
     return kFailed;
+}
+
+// Whether a write failed because the reader of our output has had enough, as "head" has: that is nobody's mistake.
+bool IsReaderGone(const CException& error) {
+    const auto* const file = dynamic_cast<const CFileException*>(&error);
+    return file && qv::platform::IsReaderGone(static_cast<std::uint32_t>(file->m_lOsError));
+}
+
+int Report(CException* error) {
+    char text[512] = {};
+    const bool quiet = IsReaderGone(*error);
+    error->GetErrorMessage(text, sizeof text - 1);
+    error->Delete();
+    return quiet ? kFailed : Fail(text);
 }
 
 int Run(CLI::App& app, int argc, char** argv) {
@@ -24,10 +40,7 @@ int Run(CLI::App& app, int argc, char** argv) {
     } catch (const std::exception& error) {
         return Fail(error.what());
     } catch (CException* error) {
-        char text[512] = {};
-        error->GetErrorMessage(text, sizeof text - 1);
-        error->Delete();
-        return Fail(text);
+        return Report(error);
     }
 }
 
@@ -36,22 +49,7 @@ int Run(CLI::App& app, int argc, char** argv) {
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"The QvCommon command-line companion"};
-    app.require_subcommand(1);
-    qv::tool::AddArchiveCommands(app);
-    qv::tool::AddBackup(app);
-    qv::tool::AddBmp(app);
-    qv::tool::AddCopy(app);
-    qv::tool::AddCrc(app);
-    qv::tool::AddDelete(app);
-    qv::tool::AddEmf(app);
-    qv::tool::AddFind(app);
-    qv::tool::AddListen(app);
-    qv::tool::AddLog(app);
-    qv::tool::AddLockCommand(app);
-    qv::tool::AddReport(app);
-    qv::tool::AddSend(app);
-    qv::tool::AddText(app);
-    qv::tool::AddWatch(app);
-    qv::tool::AddXml(app);
-    return Run(app, argc, argv);
+    qv::tool::SetUp(app);
+    const int status = Run(app, argc, argv);
+    return std::cout.flush() || status ? status : Fail("standard output could not be written");
 }

@@ -1,8 +1,8 @@
-#include <iostream>
 #include <memory>
 
 #include "qvcommon/UserMessages.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Lines.h"
 
 namespace qv::tool {
 namespace {
@@ -16,9 +16,11 @@ struct Options {
 class Printer : public CUserMessageListener {
 public:
     unsigned m_printed = 0;
+    bool m_failed = false;
+    LiveLines m_lines;
 
     void OnUserMessage(const CString& text) override {
-        std::cout << text.AsStd() << std::endl;
+        m_failed = !m_lines.Write(text.AsStd());
         ++m_printed;
     }
 };
@@ -31,7 +33,9 @@ void Listen(const Options& options) {
             throw Failed("somebody listens as " + options.name + " already");
         throw Failed("cannot listen as " + options.name);
     }
-    while (std::cout && (options.count == 0 || listener.m_printed < options.count)) listener.PumpMessages(aWhile);
+    while (!listener.m_failed && (options.count == 0 || listener.m_printed < options.count))
+        listener.PumpMessages(aWhile);
+    listener.m_lines.Check();
 }
 
 void Send(const Options& options) {

@@ -1,11 +1,11 @@
 #include <chrono>
 #include <condition_variable>
-#include <iostream>
 #include <memory>
 #include <mutex>
 
 #include "qvcommon/ChangeWatchers.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Lines.h"
 
 namespace qv::tool {
 namespace {
@@ -25,17 +25,17 @@ public:
     void OnChange() override {
         const std::scoped_lock lock(m_mutex);
         if (m_done) return;
-        std::cout << "changed" << std::endl;
-        m_done = !std::cout || (m_left > 0 && --m_left == 0);
+        m_done = !m_lines.Write("changed") || (m_left > 0 && --m_left == 0);
         m_told.notify_one();
     }
 
-    // False when the watch ended before that.
+    // False when the watch ended before that. @throws CFileException* when a line could not be written.
     bool WaitUntilDone() {
         constexpr auto look = std::chrono::milliseconds(200);
         std::unique_lock lock(m_mutex);
         while (!m_told.wait_for(lock, look, [this] { return m_done; }))
             if (!IsWatching()) return false;
+        m_lines.Check();
         return true;
     }
 
@@ -44,6 +44,7 @@ private:
     std::condition_variable m_told;
     unsigned m_left;  // 0 for no end
     bool m_done = false;
+    LiveLines m_lines;
 };
 
 // No flag leaves the watcher's own filter.

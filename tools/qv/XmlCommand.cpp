@@ -54,6 +54,7 @@ void Save(const Options& options, const Document& document) {
     const fs::path named = PathFromArgument(options.file);
     const bool exists = fs::exists(named);
     const fs::path target = exists ? fs::canonical(named) : fs::absolute(named);
+    if (!fs::is_directory(target.parent_path())) throw Failed(options.file + ": its folder does not exist");
     CTempFile temporary;
     temporary.SetDirectory((target.parent_path() / "").string().c_str());
     temporary.SetExtension("tmp");

@@ -1,0 +1,43 @@
+#include "tools/qv/Lines.h"
+
+#include <utility>
+
+#include "qvcommon/framework/StandardStreams.h"
+
+namespace qv::tool {
+
+Lines::~Lines() {
+    try {
+        Write();
+    } catch (CException* error) {
+        error->Delete();
+    }
+}
+
+void Lines::Add(const std::string& line) {
+    constexpr std::size_t enough = 64 * 1024;
+    (m_text += line) += '\n';
+    if (m_text.size() >= enough) Write();
+}
+
+void Lines::Write() {
+    AfxWriteStandardOutput(std::exchange(m_text, {}));
+}
+
+bool LiveLines::Write(const std::string& line) {
+    if (m_failure) return false;
+    try {
+        AfxWriteStandardOutput(line + '\n');
+        return true;
+    } catch (CFileException* error) {
+        m_failure = std::make_unique<CFileException>(*error);
+        error->Delete();
+        return false;
+    }
+}
+
+void LiveLines::Check() const {
+    if (m_failure) AfxThrowFileException(m_failure->m_cause, m_failure->m_lOsError, m_failure->m_strFileName);
+}
+
+}  // namespace qv::tool
