@@ -224,6 +224,19 @@ TEST_F(TheTree, ExportsHeadersThatStandAlone) {
     EXPECT_THAT(ExportedHeadersThatQvCommonLacks(tree), IsEmpty());
 }
 
+TEST_F(TheTree, NamesEveryHeaderInTheReadme) {
+    std::stringstream readme;
+    readme << std::ifstream(fs::path(QV_SOURCE_DIR) / "README.md").rdbuf();
+    Findings missing;
+    for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(QV_SOURCE_DIR) / "include/qvcommon")) {
+        const std::string name = entry.path().filename().string();
+        if (!entry.is_directory() && name != "Export.h" && name != "QvCommon.h" &&
+            readme.str().find('`' + name + '`') == std::string::npos)
+            missing.push_back(name);
+    }
+    EXPECT_THAT(missing, IsEmpty());
+}
+
 // A tree that breaks each rule.
 TEST(TreeRules, FindWhatBreaksThem) {
     const std::pair<const char*, const char*> files[] = {
