@@ -35,7 +35,8 @@ static void Count(const char* path) {
     CXmlHelper::CreateXmlPath(settings, "settings/user[2]/@name");
     CXmlHelper::SetString(settings, "settings/user[2]/@name", "Anna & Bert");
 
-    // A value that is missing is no error: Get gives 0 and leaves the variable, so it may hold the default.
+    // A value that is missing is no error: Get gives 0 and, but for truth values and dates, leaves the variable, so it may
+    // hold the default.
     BOOL dark = 0;
     if (!CXmlHelper::GetBool(settings, "settings/dark", dark)) std::puts("no choice of colours yet");
 
