@@ -230,7 +230,7 @@ public:
     // byte 0xA0 where that is no part of a well-formed character.
 
     /// For text between tags: & < > " and the non-breaking space become entities, a carriage return becomes "<br>", line
-    /// feeds are dropped. `Clean("a<b\r\n") == "a&lt;b<br>"`.
+    /// feeds are dropped. Clean("a<b\r\n") gives "a&lt;b<br>".
     static CString Clean(std::string_view text);
     /// For attribute values: the same entities; line ends stay.
     static CString CleanFloatOver(std::string_view text);
