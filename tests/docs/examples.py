@@ -13,25 +13,24 @@ import sys
 BLOCKS = re.compile(r"^```cpp\n(?P<code>.*?)^```\n.*?^```text\n(?P<output>.*?)^```\n", re.M | re.S)
 
 
-def lines_before(text, position):
-    return text.count("\n", 0, position)
-
-
 def example(page):
+    """The includes of a page's example, and the example as a test; neither for a page that has none."""
     text = page.read_text()
-    found = BLOCKS.findall(text)
-    if len(found) != 1:
-        sys.exit(f"{page}: {len(found)} examples with their output, where one is due")
+    blocks = text.count("```cpp\n")
+    if blocks == 0:
+        return [], ""
     match = BLOCKS.search(text)
-    code = match["code"]
-    includes = re.findall(r"^#include .*\n", code, re.M)
-    first = lines_before(text, match.start("code")) + 1
-    body, count = re.subn(r"^int main\(\)", "static void Example()", re.sub(r"^#include .*$", "", code, flags=re.M), flags=re.M)
-    if count != 1:
+    if blocks > 1 or not match:
+        sys.exit(f"{page}: one example is due, with what it prints")
+    includes = re.findall(r"^#include .*\n", match["code"], re.M)
+    body, mains = re.subn(r"^int main\(\)", "static void Example()", re.sub(r"^#include .*$", "", match["code"], flags=re.M),
+                          flags=re.M)
+    if mains != 1:
         sys.exit(f"{page}: the example has no main")
     name = "".join(part.capitalize() for part in page.stem.lower().split("-"))
+    line = text.count("\n", 0, match.start("code")) + 1
     return includes, (
-        f'namespace {name}Page {{\n#line {first} "{page.as_posix()}"\n{body}\n'
+        f'namespace {name}Page {{\n#line {line} "{page.as_posix()}"\n{body}\n'
         f'TEST(Pages, {name}) {{ Compare(Example, R"~({match["output"]})~"); }}\n}}\n'
     )
 
@@ -40,7 +39,7 @@ def main(output, *pages):
     found = [example(pathlib.Path(page)) for page in pages]
     includes = sorted({line for lines, _ in found for line in lines})
     pathlib.Path(output).write_text(
-        '#include "tests/docs/Compare.h"\n' + "".join(includes) + "\n" + "\n".join(body for _, body in found)
+        '#include "tests/docs/Compare.h"\n' + "".join(includes) + "\n" + "\n".join(body for _, body in found if body)
     )
 
 
