@@ -55,7 +55,13 @@ void ReadByIndex(const Node& element, std::string_view path, Items& items) {
         for (const Nodes& nodes : ByIndex(element, path)) ReadNode(nodes.front(), items);
         return;
     }
-    for (int i = 0; Read(element, path, i, items); ++i) continue;
+    Node last;
+    for (int i = 0;; ++i) {
+        Node node = element.selectSingleNode(CString(path) + CXmlHelper::GetTagIndex(i));
+        if (!node || node == last) return;  // the same node again: a path like "a|b" has no place for an index
+        ReadNode(node, items);
+        last = std::move(node);
+    }
 }
 
 // A format of a path, taken apart at the step in which its number stands.
@@ -109,13 +115,29 @@ bool ReadNumberedNames(const Node& element, const NumberedPath& path, Items& ite
     }
 }
 
+// A format whose number makes no difference would find the same for ever. No path has more places than there are nodes.
+class Bound {
+public:
+    explicit Bound(const Node& element) : m_element(element) {}
+
+    bool Allows(int index) {
+        if (index >= m_most) m_most = static_cast<int>(m_element.selectNodes("//node()|//@*").size());
+        return index < m_most;
+    }
+
+private:
+    const Node& m_element;
+    int m_most = 1000;  // up to here it is not worth counting
+};
+
 void ReadByFormat(const Node& element, std::string_view format, Items& items) {
     CString path;
     path.Format(qv::RuntimeFormat{format}, 0);
     const auto numbered = TakeApart(format);
     if (numbered && (ReadNumberedIndexes(element, *numbered, items) || ReadNumberedNames(element, *numbered, items)))
         return;
-    for (int i = 0; Read(element, path, 0, items);) path.Format(qv::RuntimeFormat{format}, ++i);
+    Bound bound(element);
+    for (int i = 0; bound.Allows(i) && Read(element, path, 0, items);) path.Format(qv::RuntimeFormat{format}, ++i);
 }
 
 template <class Array, class Convert>

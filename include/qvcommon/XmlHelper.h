@@ -137,6 +137,7 @@ public:
     /// Append the values at path, path[1], path[2] and so on up to the first that is missing (`mode` 0), or at the paths that
     /// `path`, a format with one "%d", gives for 0, 1, 2 and so on. Time is in line with the elements beside them for paths
     /// of names and indexes whose last step has none ("list/item"), and formats of such with "%d" as an index or in a name.
+    /// Reading ends, too, where an index finds the node before it again, and behind more items than there are nodes.
     /// @return 1 when the array is not empty at the end. @throws CInvalidArgException* for a format without its "%d".
     static BOOL GetStringArray(const Node& element, std::string_view path, CStringArray& values, int mode = 0);
     static BOOL GetIntegerArray(const Node& element, std::string_view path, CUIntArray& values, int mode = 0);

@@ -131,6 +131,12 @@ TEST(XmlHelper, ReadsArraysItemByItem) {
     CStringArray none;
     EXPECT_EQ(CXmlHelper::GetStringArray(root, "none", none), 0);
     EXPECT_TRUE(Raised<CInvalidArgException>([&] { CXmlHelper::GetStringArray(root, "v", none, 1); }));
+    // Paths that find the same for every number come to an end.
+    CStringArray once, often;
+    EXPECT_EQ(CXmlHelper::GetStringArray(root, "v|i", once), 1);
+    EXPECT_EQ(once, CStringArray{"1"});
+    EXPECT_EQ(CXmlHelper::GetStringArray(root, "v[. != %d - 9]", often, 1), 1);
+    EXPECT_LE(often.GetSize(), 1000);
     CUIntArray numbers;
     CDoubleArray reals;
     EXPECT_EQ(CXmlHelper::GetIntegerArray(root, "v", numbers), 1);

@@ -115,9 +115,17 @@ TEST(XmlPaths, AreWalkedAsTheyAreEvaluated) {
 TEST(XmlPaths, ThatAreNoneRaise) {
     const IXMLDOMElement root = CXmlHelper::GetDocumentElement(kTree);
     const std::string deep(100, '('), longest(100000, 'a');
-    const CString paths[] = {"",  "a[",   "a[[",    "[",   "@",  "a['",      "a b",  "a/", "//",
-                             "!", "$x",   "f()",    "a[1", "a]", "count(a)", "a::b", deep, longest + "|b",
-                             "]", "a[(]", "a[')']]"};
+    const CString paths[] = {"",         "a[",
+                             "a[[",      "[",
+                             "@",        "a['",
+                             "a b",      "a/",
+                             "//",       "!",
+                             "$x",       "f()",
+                             "a[1",      "a]",
+                             "count(a)", "a::b",
+                             deep,       longest + "|b",
+                             "]",        "a[(]",
+                             "a[')']]",  std::string_view("a\0", 2)};
     for (const CString& path : paths) {
         HRESULT code = 0;
         try {

@@ -100,7 +100,8 @@ public:
     explicit Translation(std::string_view path) : m_path(path) {}
 
     std::optional<std::string> Run() {
-        if (m_path.size() > kLongest) return std::nullopt;
+        // An evaluator would stop reading at a zero byte.
+        if (m_path.size() > kLongest || m_path.find('\0') != m_path.npos) return std::nullopt;
         while (m_at < m_path.size())
             if (!Step()) return std::nullopt;
         if (!m_open.empty()) return std::nullopt;
