@@ -4,7 +4,8 @@
 
 namespace qv::platform {
 
-/// Whether the path, with its final separator, is the root of a volume: on Linux a folder on which a file system is mounted.
+/// Whether the path, with its final separator, is the root of a volume: on Linux "/" and folders on which a
+/// file system is mounted.
 bool IsVolume(const char* path);
 
 /// The short (8.3) form of a path; the path as it is where there is none, as always on Linux.

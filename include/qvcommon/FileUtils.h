@@ -43,7 +43,8 @@ public:
 
     /// True for a file, a folder and the root of a volume.
     static bool IsExist(const char* path);
-    /// True for the root of a volume, with or without its final "\"; on Linux for a folder on which a file system is mounted.
+    /// True for the root of a volume, with or without its final "\"; on Linux for "/" and a folder on which a file system is
+    /// mounted.
     static bool IsVolume(const char* path);
     static bool IsDirectory(const char* path);
     /// Takes the read-only attribute away. True when that is done or nothing of that name exists; false when the system
