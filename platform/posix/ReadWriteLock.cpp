@@ -90,21 +90,22 @@ private:
     }
 
     void WakeOneWriter() {
-        if (!Raise(kWriterWoken, kWaitingWriters)) return;
+        if (!Raise(kWriterWoken, kWaitingWriters, kTaken)) return;
         ++m_writersTurn;
         m_writersTurn.notify_one();
     }
 
     void WakeAllReaders() {
-        if (!Raise(kReadersWoken, kWaitingReaders)) return;
+        if (!Raise(kReadersWoken, kWaitingReaders, kClosedToReaders)) return;
         ++m_readersTurn;
         m_readersTurn.notify_all();
     }
 
-    // False when the lock is taken again, whose end will wake then, when nobody waits any more, or when the flag is up.
-    bool Raise(Word flag, Word waiting) {
+    // False when those who wait could not get in, because of others whose end will wake them, when nobody waits any more,
+    // or when the flag is up. A reader that came first is no hindrance to readers, and would not wake them at its end.
+    bool Raise(Word flag, Word waiting, Word closed) {
         Word word = m_word.load(std::memory_order_relaxed);
-        while (!(word & (flag | kTaken)) && word & waiting)
+        while (!(word & (flag | closed)) && word & waiting)
             if (m_word.compare_exchange_weak(word, word | flag, std::memory_order_relaxed)) return true;
         return false;
     }

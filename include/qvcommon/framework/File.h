@@ -36,7 +36,8 @@ public:
     CFileException(const CFileException& other);
     CFileException& operator=(const CFileException& other);
 
-    /// One line that names the file, in the system's own form, and says what failed. Always returns non-zero; the text ends with a zero byte.
+    /// One line that names the file, in the system's own form, and says what failed. Always returns non-zero; the text ends
+    /// with a zero byte.
     BOOL GetErrorMessage(char* text, UINT maximum, UINT* helpContext = nullptr) override;
 
     /// The cause for an error number of the system; `generic` for numbers that fit none.
