@@ -1,0 +1,149 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <random>
+#include <semaphore>
+#include <thread>
+#include <utility>
+#include <vector>
+
+/// Runs threads one at a time and lets them take turns in an order drawn by chance, at each operation on a Stepped value:
+/// orders that a machine comes to once in a year, the same ones at every run.
+class Interleaving {
+public:
+    explicit Interleaving(unsigned seed) : m_random(seed) {}
+
+    /// Runs the actions to their ends. False when a moment came at which all that had not ended slept; they are given up.
+    bool Run(const std::vector<std::function<void()>>& actions) {
+        for (std::size_t i = 0; i < actions.size(); ++i) m_threads.push_back(std::make_unique<Thread>());
+        for (std::size_t i = 0; i < actions.size(); ++i)
+            m_threads[i]->m_thread =
+                std::jthread([this, self = m_threads[i].get(), action = actions[i]] { Live(*self, action); });
+        Choose()->m_turn.release();
+        for (const auto& thread : m_threads) thread->m_thread.join();
+        return !m_stuck;
+    }
+
+    /// Lets another thread go first, perhaps.
+    static void Step() { t_run->HandOver(); }
+    /// Returns when the place has been woken.
+    static void Sleep(const void* place) {
+        t_self->m_sleepsOn = place;
+        Step();
+        if (t_run->m_stuck) throw GivenUp();
+    }
+    static void WakeOne(const void* place) {
+        std::vector<Thread*> asleep = t_run->Those([=](const Thread& thread) { return thread.m_sleepsOn == place; });
+        if (!asleep.empty()) t_run->OneOf(asleep)->m_sleepsOn = nullptr;
+    }
+    static void WakeAll(const void* place) {
+        for (Thread* thread : t_run->Those([=](const Thread& one) { return one.m_sleepsOn == place; }))
+            thread->m_sleepsOn = nullptr;
+    }
+
+private:
+    struct GivenUp {};
+    struct Thread {
+        std::binary_semaphore m_turn{0};
+        const void* m_sleepsOn = nullptr;
+        bool m_ended = false;
+        std::jthread m_thread;
+    };
+
+    void Live(Thread& self, const std::function<void()>& action) {
+        t_run = this;
+        t_self = &self;
+        self.m_turn.acquire();
+        try {
+            action();
+        } catch (const GivenUp&) {
+        }
+        self.m_ended = true;
+        if (Thread* next = Choose()) next->m_turn.release();
+    }
+
+    void HandOver() {
+        Thread* const self = t_self;
+        Thread* const next = Choose();
+        if (next == self) return;
+        next->m_turn.release();
+        self->m_turn.acquire();
+    }
+
+    // Whose turn it is, null when all have ended.
+    Thread* Choose() {
+        const auto runs = [](const Thread& thread) { return !thread.m_ended && !thread.m_sleepsOn; };
+        std::vector<Thread*> ready = Those(runs);
+        if (ready.empty()) {
+            for (Thread* thread : Those([](const Thread& one) { return !one.m_ended; })) {
+                m_stuck = true;
+                thread->m_sleepsOn = nullptr;
+            }
+            ready = Those(runs);
+        }
+        return ready.empty() ? nullptr : OneOf(ready);
+    }
+
+    template <class Test>
+    std::vector<Thread*> Those(Test test) const {
+        std::vector<Thread*> found;
+        for (const auto& thread : m_threads)
+            if (test(*thread)) found.push_back(thread.get());
+        return found;
+    }
+
+    Thread* OneOf(const std::vector<Thread*>& threads) { return threads[m_random() % threads.size()]; }
+
+    static inline thread_local Interleaving* t_run = nullptr;
+    static inline thread_local Thread* t_self = nullptr;
+
+    std::mt19937 m_random;
+    std::vector<std::unique_ptr<Thread>> m_threads;
+    bool m_stuck = false;
+};
+
+/// An atomic value whose operations are the steps of an Interleaving. Orders of memory play no part.
+template <class T>
+class Stepped {
+public:
+    Stepped(T value) : m_value(value) {}
+
+    T load(std::memory_order = {}) const {
+        Interleaving::Step();
+        return m_value;
+    }
+    bool compare_exchange_strong(T& expected, T value, std::memory_order = {}) {
+        Interleaving::Step();
+        const bool same = m_value == expected;
+        (same ? m_value : expected) = same ? value : m_value;
+        return same;
+    }
+    bool compare_exchange_weak(T& expected, T value, std::memory_order = {}) {
+        return compare_exchange_strong(expected, value);
+    }
+    T fetch_sub(T value, std::memory_order = {}) {
+        Interleaving::Step();
+        return std::exchange(m_value, m_value - value);
+    }
+    T operator++() {
+        Interleaving::Step();
+        return ++m_value;
+    }
+    void wait(T old) const {
+        for (Interleaving::Step(); m_value == old;) Interleaving::Sleep(this);
+    }
+    void notify_one() {
+        Interleaving::Step();
+        Interleaving::WakeOne(this);
+    }
+    void notify_all() {
+        Interleaving::Step();
+        Interleaving::WakeAll(this);
+    }
+
+private:
+    T m_value;
+};
