@@ -72,37 +72,37 @@ void Unpack(const Options& options) {
     unpack.ReadCab(options.archive.c_str());
 }
 
-void AddPack(CLI::App& app) {
-    auto* const command = app.add_subcommand("pack", "Pack a folder into a cabinet archive");
+void AddPack(Command app) {
+    Command command = app.Add("pack", "Pack a folder into a cabinet archive");
     const auto options = std::make_shared<Options>();
-    command->add_option("FOLDER", options->folder, "The folder")->required();
-    command->add_option("ARCHIVE", options->archive, "The archive; its extension becomes .cab")->required();
-    command->add_flag("--no-recurse", options->noRecurse, "Leave out what subfolders hold");
-    command->footer("Example:\n  qv pack photos photos.cab");
-    command->callback([options] { Pack(*options); });
+    command.AddOption("FOLDER", options->folder, "The folder").Require();
+    command.AddOption("ARCHIVE", options->archive, "The archive; its extension becomes .cab").Require();
+    command.AddFlag("--no-recurse", options->noRecurse, "Leave out what subfolders hold");
+    command.SetFooter("Example:\n  qv pack photos photos.cab");
+    command.SetAction([options] { Pack(*options); });
 }
 
-void AddUnpack(CLI::App& app) {
-    auto* const command = app.add_subcommand("unpack", "Unpack a cabinet archive into a folder");
+void AddUnpack(Command app) {
+    Command command = app.Add("unpack", "Unpack a cabinet archive into a folder");
     const auto options = std::make_shared<Options>();
-    command->add_option("ARCHIVE", options->archive, "The archive")->required();
-    command->add_option("FOLDER", options->folder, "Where to; made when it is missing")->required();
-    command->add_flag("--no-manifest", options->noManifest, "For archives of other makers: members by their own names");
-    command->footer("Example:\n  qv unpack photos.cab copy-of-photos");
-    command->callback([options] { Unpack(*options); });
+    command.AddOption("ARCHIVE", options->archive, "The archive").Require();
+    command.AddOption("FOLDER", options->folder, "Where to; made when it is missing").Require();
+    command.AddFlag("--no-manifest", options->noManifest, "For archives of other makers: members by their own names");
+    command.SetFooter("Example:\n  qv unpack photos.cab copy-of-photos");
+    command.SetAction([options] { Unpack(*options); });
 }
 
-void AddList(CLI::App& app) {
-    auto* const command = app.add_subcommand("list", "List the members of a cabinet archive");
+void AddList(Command app) {
+    Command command = app.Add("list", "List the members of a cabinet archive");
     const auto options = std::make_shared<Options>();
-    command->add_option("ARCHIVE", options->archive, "The archive")->required();
-    command->footer("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
-    command->callback([options] { Listing{options->archive}; });
+    command.AddOption("ARCHIVE", options->archive, "The archive").Require();
+    command.SetFooter("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
+    command.SetAction([options] { Listing{options->archive}; });
 }
 
 }  // namespace
 
-void AddArchiveCommands(CLI::App& app) {
+void AddArchiveCommands(Command app) {
     AddPack(app);
     AddUnpack(app);
     AddList(app);

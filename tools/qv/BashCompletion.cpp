@@ -1,5 +1,7 @@
 #include "tools/qv/CommandLine.h"
 
+#include <CLI/CLI.hpp>
+
 namespace qv::tool {
 namespace {
 

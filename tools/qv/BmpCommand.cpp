@@ -53,25 +53,21 @@ void Convert(const std::string& path, const std::string& out) {
 
 }  // namespace
 
-void AddBmp(CLI::App& app) {
-    CLI::App& bmp = *app.add_subcommand("bmp", "Look into bitmap files, and write them anew");
-    bmp.footer("Example: qv bmp info photo.bmp");
-    bmp.require_subcommand(1);
+void AddBmp(Command app) {
+    Command bmp = app.AddFamily("bmp", "Look into bitmap files, and write them anew");
+    bmp.SetFooter("Example: qv bmp info photo.bmp");
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
 
-    CLI::App& info =
-        *bmp.add_subcommand("info", "Print the header's fields, the sizes of rows in bytes, and the colours");
-    info.add_option("FILE", *path, "The bitmap")->required();
-    info.footer("Example:\n  qv bmp info photo.bmp");
-    info.callback([path] { AfxWriteStandardOutput(Bitmap(*path).Info()); });
+    Command info = bmp.Add("info", "Print the header's fields, the sizes of rows in bytes, and the colours");
+    info.AddOption("FILE", *path, "The bitmap").Require();
+    info.SetFooter("Example:\n  qv bmp info photo.bmp");
+    info.SetAction([path] { AfxWriteStandardOutput(Bitmap(*path).Info()); });
 
-    CLI::App& convert =
-        *bmp.add_subcommand("convert", "Write a bitmap as the format asks for: sizes, masks, colours, rows");
-    convert.add_option("FILE", *path, "The bitmap")->required();
-    convert.add_option("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one")
-        ->required();
-    convert.footer("Example:\n  qv bmp convert odd.bmp clean.bmp");
-    convert.callback([path, out] { Convert(*path, *out); });
+    Command convert = bmp.Add("convert", "Write a bitmap as the format asks for: sizes, masks, colours, rows");
+    convert.AddOption("FILE", *path, "The bitmap").Require();
+    convert.AddOption("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
+    convert.SetFooter("Example:\n  qv bmp convert odd.bmp clean.bmp");
+    convert.SetAction([path, out] { Convert(*path, *out); });
 }
 
 }  // namespace qv::tool

@@ -1,5 +1,7 @@
 #include "tools/qv/CommandLine.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 
 #include "tools/qv/Commands.h"
@@ -22,8 +24,7 @@ void AddPrinter(CLI::App& app, const char* option, std::string (*text)(const CLI
     app.add_flag_callback(option, print, description);
 }
 
-}  // namespace
-
+// All commands, the version, and the two options that print what there is.
 void SetUp(CLI::App& app) {
     app.name("qv");
     app.formatter(std::make_shared<HelpText>());
@@ -36,7 +37,22 @@ void SetUp(CLI::App& app) {
     AddPrinter(app, "--man-page", &ManPage, "Print the manual page and exit");
     for (const auto add : {AddArchiveCommands, AddBackup, AddBmp, AddCopy, AddCrc, AddDelete, AddEmf, AddFind,
                            AddListen, AddLockCommand, AddLog, AddReport, AddSend, AddText, AddWatch, AddXml})
-        add(app);
+        add(Command(app));
+}
+
+}  // namespace
+
+int Run(int argc, char** argv) {
+    CLI::App app{"The QvCommon command-line companion"};
+    SetUp(app);
+    try {
+        app.parse(argc, argv);
+        return kDone;
+    } catch (const Ended& ended) {
+        return ended.status;
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kWrongUsage;
+    }
 }
 
 Commands CommandsOf(const CLI::App& command) {

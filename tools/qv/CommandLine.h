@@ -1,13 +1,22 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
 
 /// The tool's command line as a whole, and what can be told of it. All of it is read from the parser itself, so nothing
 /// here knows a command by name.
 namespace qv::tool {
 
-/// Adds all commands, the version, and the two options that print what follows.
-void SetUp(CLI::App& app);
+/// The tool's exit statuses, beside those that a command has of its own.
+enum ExitStatus { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+
+/// Reads the command line and carries out its command; the exit status. What a command raises passes through.
+int Run(int argc, char** argv);
 
 using Commands = std::vector<const CLI::App*>;
 /// The commands right below one, by name.

@@ -1,30 +1,25 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "tools/qv/Command.h"
 
-/// Each adds one command of the tool. A command that fails throws Failed; main prints its text and exits with 1. A command
-/// with an exit status of its own throws CLI::RuntimeError.
+/// Each adds one command of the tool, or a family.
 namespace qv::tool {
 
-struct Failed : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-void AddArchiveCommands(CLI::App& app);
-void AddBackup(CLI::App& app);
-void AddBmp(CLI::App& app);
-void AddCopy(CLI::App& app);
-void AddCrc(CLI::App& app);
-void AddDelete(CLI::App& app);
-void AddEmf(CLI::App& app);
-void AddFind(CLI::App& app);
-void AddListen(CLI::App& app);
-void AddLockCommand(CLI::App& app);
-void AddLog(CLI::App& app);
-void AddReport(CLI::App& app);
-void AddSend(CLI::App& app);
-void AddText(CLI::App& app);
-void AddWatch(CLI::App& app);
-void AddXml(CLI::App& app);
+void AddArchiveCommands(Command app);
+void AddBackup(Command app);
+void AddBmp(Command app);
+void AddCopy(Command app);
+void AddCrc(Command app);
+void AddDelete(Command app);
+void AddEmf(Command app);
+void AddFind(Command app);
+void AddListen(Command app);
+void AddLockCommand(Command app);
+void AddLog(Command app);
+void AddReport(Command app);
+void AddSend(Command app);
+void AddText(Command app);
+void AddWatch(Command app);
+void AddXml(Command app);
 
 }  // namespace qv::tool

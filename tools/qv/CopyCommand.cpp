@@ -65,17 +65,16 @@ void Copy(const Options& options) {
 
 }  // namespace
 
-void AddCopy(CLI::App& app) {
+void AddCopy(Command app) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("copy", "Copy a folder tree, with times and attributes");
-    command->add_option("SOURCE", options->source, "The folder to copy")->required();
-    command->add_option("TARGET", options->target, "The folder that gets what SOURCE holds; made when missing")
-        ->required();
-    command->add_flag("--later-only", options->laterOnly, "Leave files alone that are as new or newer in TARGET");
-    command->footer(
+    Command command = app.Add("copy", "Copy a folder tree, with times and attributes");
+    command.AddOption("SOURCE", options->source, "The folder to copy").Require();
+    command.AddOption("TARGET", options->target, "The folder that gets what SOURCE holds; made when missing").Require();
+    command.AddFlag("--later-only", options->laterOnly, "Leave files alone that are as new or newer in TARGET");
+    command.SetFooter(
         "A file that cannot be copied is named, and the others are copied all the same.\n"
         "Example: qv copy documents backup --later-only");
-    command->callback([options] { Copy(*options); });
+    command.SetAction([options] { Copy(*options); });
 }
 
 }  // namespace qv::tool

@@ -95,34 +95,32 @@ void Normalise(const std::string& path, const std::string& out) {
     file.Commit();
 }
 
-void AddList(CLI::App& emf) {
-    CLI::App& command = *emf.add_subcommand("list", "List the records of a metafile: number, name and size in bytes");
+void AddList(Command emf) {
+    Command command = emf.Add("list", "List the records of a metafile: number, name and size in bytes");
     const auto path = std::make_shared<std::string>();
-    command.add_option("FILE", *path, "The metafile")->required();
-    command.footer(
+    command.AddOption("FILE", *path, "The metafile").Require();
+    command.SetFooter(
         "Behind the first record stand the header's bounds and frame (left, top, right, bottom), the device's size in "
         "pixels\n"
         "and millimetres, and the description.\nExample:\n  qv emf list drawing.emf");
-    command.callback([path] { RecordList{*path}; });
+    command.SetAction([path] { RecordList{*path}; });
 }
 
-void AddNormalise(CLI::App& emf) {
-    CLI::App& command = *emf.add_subcommand(
-        "normalise", "Write a metafile anew with the bytes cleared that the format leaves undefined");
+void AddNormalise(Command emf) {
+    Command command =
+        emf.Add("normalise", "Write a metafile anew with the bytes cleared that the format leaves undefined");
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
-    command.add_option("FILE", *path, "The metafile")->required();
-    command.add_option("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one")
-        ->required();
-    command.footer("Example:\n  qv emf normalise drawing.emf clean.emf");
-    command.callback([path, out] { Normalise(*path, *out); });
+    command.AddOption("FILE", *path, "The metafile").Require();
+    command.AddOption("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
+    command.SetFooter("Example:\n  qv emf normalise drawing.emf clean.emf");
+    command.SetAction([path, out] { Normalise(*path, *out); });
 }
 
 }  // namespace
 
-void AddEmf(CLI::App& app) {
-    CLI::App& emf = *app.add_subcommand("emf", "Look into enhanced metafiles, and make them comparable");
-    emf.footer("Example: qv emf list drawing.emf");
-    emf.require_subcommand(1);
+void AddEmf(Command app) {
+    Command emf = app.AddFamily("emf", "Look into enhanced metafiles, and make them comparable");
+    emf.SetFooter("Example: qv emf list drawing.emf");
     AddList(emf);
     AddNormalise(emf);
 }

@@ -10,11 +10,11 @@
 namespace qv::tool {
 namespace {
 
-CLI::App* AddFileCommand(CLI::App& app, const char* name, const char* description, const char* argument,
-                         std::string& value, const char* help, const char* example) {
-    CLI::App* const command = app.add_subcommand(name, description);
-    command->add_option(argument, value, help)->required();
-    command->footer(std::string("Example: ") + example);
+Command AddFileCommand(Command app, const char* name, const char* description, const char* argument, std::string& value,
+                       const char* help, const char* example) {
+    Command command = app.Add(name, description);
+    command.AddOption(argument, value, help).Require();
+    command.SetFooter(std::string("Example: ") + example);
     return command;
 }
 
@@ -50,17 +50,16 @@ void PrintCrcs(const std::vector<std::string>& paths) {
 
 }  // namespace
 
-void AddDelete(CLI::App& app) {
+void AddDelete(Command app) {
     struct Options {
         std::string folder;
         bool keepRoot = false;
     };
     const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        AddFileCommand(app, "delete", "Delete a folder with all that it holds; links are not followed", "FOLDER",
-                       options->folder, "The folder", "qv delete build --keep-root");
-    command->add_flag("--keep-root", options->keepRoot, "Keep the folder itself, empty");
-    command->callback([options] {
+    Command command = AddFileCommand(app, "delete", "Delete a folder with all that it holds; links are not followed",
+                                     "FOLDER", options->folder, "The folder", "qv delete build --keep-root");
+    command.AddFlag("--keep-root", options->keepRoot, "Keep the folder itself, empty");
+    command.SetAction([options] {
         const char* const folder = options->folder.c_str();
         if (!CFileUtils::IsDirectory(folder)) throw Failed(options->folder + ": not a folder");
         CFileUtils::DelTree(folder, !options->keepRoot);
@@ -68,39 +67,38 @@ void AddDelete(CLI::App& app) {
     });
 }
 
-void AddBackup(CLI::App& app) {
+void AddBackup(Command app) {
     const auto file = std::make_shared<std::string>();
     AddFileCommand(app, "backup", "Rename a file to the same name with the extension \"bak\"", "FILE", *file,
                    "The file", "qv backup letter.txt")
-        ->callback([file] {
+        .SetAction([file] {
             if (!CFileUtils::IsExist(file->c_str())) throw Failed(*file + ": no such file");
             CFileUtils::BackupFile(file->c_str());
         });
 }
 
-void AddLog(CLI::App& app) {
+void AddLog(Command app) {
     struct Options {
         std::string file, text;
         bool stamp = false;
     };
     const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        AddFileCommand(app, "log", "Add a line to a file that others log to, too", "FILE", options->file,
-                       "The log; made when missing", "qv log night.log \"backup done\" --stamp");
-    command->add_option("TEXT", options->text, "The line")->required();
-    command->add_flag("--stamp", options->stamp, "Put the time in front");
-    command->callback([options] {
+    Command command = AddFileCommand(app, "log", "Add a line to a file that others log to, too", "FILE", options->file,
+                                     "The log; made when missing", "qv log night.log \"backup done\" --stamp");
+    command.AddOption("TEXT", options->text, "The line").Require();
+    command.AddFlag("--stamp", options->stamp, "Put the time in front");
+    command.SetAction([options] {
         if (!CFileUtils::Log(options->file.c_str(), options->text.c_str(), options->stamp))
             throw Failed(options->file + ": the line could not be written");
     });
 }
 
-void AddCrc(CLI::App& app) {
+void AddCrc(Command app) {
     const auto files = std::make_shared<std::vector<std::string>>();
-    CLI::App* const command = app.add_subcommand("crc", "Print the CRC-32 of files: 8 hex digits, two blanks, name");
-    command->add_option("FILE", *files, "The files")->required();
-    command->footer("Example: qv crc *.zip");
-    command->callback([files] { PrintCrcs(*files); });
+    Command command = app.Add("crc", "Print the CRC-32 of files: 8 hex digits, two blanks, name");
+    command.AddOption("FILE", *files, "The files").Require();
+    command.SetFooter("Example: qv crc *.zip");
+    command.SetAction([files] { PrintCrcs(*files); });
 }
 
 }  // namespace qv::tool

@@ -43,22 +43,19 @@ void Find(const Options& options) {
 
 }  // namespace
 
-void AddFind(CLI::App& app) {
+void AddFind(Command app) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("find", "List what a folder holds: depth number, tab, relative path");
-    command->add_option("FOLDER", options->folder, "The folder to search")->required();
-    command->add_option("--mask", options->mask, "Which names, with * and ?")
-        ->option_text("MASK")
-        ->capture_default_str();
-    command->add_flag("--recurse", options->recurse, "Search the folders below it too");
+    Command command = app.Add("find", "List what a folder holds: depth number, tab, relative path");
+    command.AddOption("FOLDER", options->folder, "The folder to search").Require();
+    command.AddOption("--mask", options->mask, "Which names, with * and ?").CallValue("MASK").ShowDefault();
+    command.AddFlag("--recurse", options->recurse, "Search the folders below it too");
     const std::map<std::string, int> modes{{"none", 0}, {"only", 1}, {"too", 2}};
-    command->add_option("--folders", options->folders, "Whether folders are listed: none, only or too")
-        ->transform(CLI::CheckedTransformer(modes))
-        ->option_text("MODE");
-    command->footer(
+    command.AddOption("--folders", options->folders, modes, "Whether folders are listed: none, only or too")
+        .CallValue("MODE");
+    command.SetFooter(
         "The depth numbers siblings: the first folder below another has that one's number, each further one 1 more.\n"
         "Example: qv find documents --mask '*.txt' --recurse");
-    command->callback([options] { Find(*options); });
+    command.SetAction([options] { Find(*options); });
 }
 
 }  // namespace qv::tool

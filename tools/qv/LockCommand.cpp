@@ -34,19 +34,19 @@ int RunLocked(const Options& options) {
 
 }  // namespace
 
-void AddLockCommand(CLI::App& app) {
-    auto* const command = app.add_subcommand("lock", "Run a command while holding the lock on a shared document");
+void AddLockCommand(Command app) {
+    Command command = app.Add("lock", "Run a command while holding the lock on a shared document");
     const auto options = std::make_shared<Options>();
-    command->add_option("DOCUMENT", options->document, "The document; its lock file lies beside it")->required();
-    command->add_option("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
-        ->check(CLI::Range(1, 1000))
-        ->capture_default_str();
-    command->add_option("COMMAND", options->command, "The command and its arguments, after --")->required();
-    command->footer(
+    command.AddOption("DOCUMENT", options->document, "The document; its lock file lies beside it").Require();
+    command.AddOption("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
+        .Between(1, 1000)
+        .ShowDefault();
+    command.AddOption("COMMAND", options->command, "The command and its arguments, after --").Require();
+    command.SetFooter(
         "The exit status is the command's; 1, and the holder's name, when the lock cannot be had.\n"
         "Example:\n  qv lock plan.doc --attempts 3 -- editor plan.doc");
-    command->callback([options] {
-        if (const int status = RunLocked(*options)) throw CLI::RuntimeError(status);
+    command.SetAction([options] {
+        if (const int status = RunLocked(*options)) throw Ended{status};
     });
 }
 

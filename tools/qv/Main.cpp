@@ -1,5 +1,6 @@
 #include <clocale>
 #include <cstdio>
+#include <exception>
 #include <iostream>
 
 #include "platform/StandardStreams.h"
@@ -8,7 +9,7 @@
 
 namespace {
 
-constexpr int kDone = 0, kFailed = 1, kWrongUsage = 2;
+using qv::tool::kFailed;
 
 int Fail(const char* reason) {
     std::fprintf(stderr, "qv: %s\n", reason);
@@ -29,14 +30,9 @@ int Report(CException* error) {
     return quiet ? kFailed : Fail(text);
 }
 
-int Run(CLI::App& app, int argc, char** argv) {
+int Run(int argc, char** argv) {
     try {
-        app.parse(argc, argv);
-        return kDone;
-    } catch (const CLI::RuntimeError& status) {
-        return status.get_exit_code();
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kDone : kWrongUsage;
+        return qv::tool::Run(argc, argv);
     } catch (const std::exception& error) {
         return Fail(error.what());
     } catch (CException* error) {
@@ -48,8 +44,6 @@ int Run(CLI::App& app, int argc, char** argv) {
 
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
-    CLI::App app{"The QvCommon command-line companion"};
-    qv::tool::SetUp(app);
-    const int status = Run(app, argc, argv);
+    const int status = Run(argc, argv);
     return std::cout.flush() || status ? status : Fail("standard output could not be written");
 }

@@ -45,22 +45,22 @@ void Send(const Options& options) {
 
 }  // namespace
 
-void AddListen(CLI::App& app) {
-    auto* const command = app.add_subcommand("listen", "Print the texts that are sent to a name");
+void AddListen(Command app) {
+    Command command = app.Add("listen", "Print the texts that are sent to a name");
     const auto options = std::make_shared<Options>();
-    command->add_option("NAME", options->name, "The name; one program at a time listens to it")->required();
-    command->add_option("--count", options->count, "End after so many texts");
-    command->footer("Example:\n  qv listen builds --count 1");
-    command->callback([options] { Listen(*options); });
+    command.AddOption("NAME", options->name, "The name; one program at a time listens to it").Require();
+    command.AddOption("--count", options->count, "End after so many texts");
+    command.SetFooter("Example:\n  qv listen builds --count 1");
+    command.SetAction([options] { Listen(*options); });
 }
 
-void AddSend(CLI::App& app) {
-    auto* const command = app.add_subcommand("send", "Send a text to the program that listens to a name");
+void AddSend(Command app) {
+    Command command = app.Add("send", "Send a text to the program that listens to a name");
     const auto options = std::make_shared<Options>();
-    command->add_option("NAME", options->name, "The name")->required();
-    command->add_option("TEXT", options->text, "The text")->required();
-    command->footer("Returns when the text has been handled.\nExample:\n  qv send builds \"all green\"");
-    command->callback([options] { Send(*options); });
+    command.AddOption("NAME", options->name, "The name").Require();
+    command.AddOption("TEXT", options->text, "The text").Require();
+    command.SetFooter("Returns when the text has been handled.\nExample:\n  qv send builds \"all green\"");
+    command.SetAction([options] { Send(*options); });
 }
 
 }  // namespace qv::tool

@@ -82,18 +82,18 @@ void WriteReport(const Options& options) {
 
 }  // namespace
 
-void AddReport(CLI::App& app) {
+void AddReport(Command app) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("report", "Write a browsable HTML report of a folder");
-    command->add_option("FOLDER", options->folder, "The folder to report on")->required();
+    Command command = app.Add("report", "Write a browsable HTML report of a folder");
+    command.AddOption("FOLDER", options->folder, "The folder to report on").Require();
     command
-        ->add_option("-o,--output", options->output,
-                     "The folder that gets index.html and what belongs to it; made when missing")
-        ->required()
-        ->option_text("OUTDIR");
-    command->add_option("--title", options->title, "The page's title")->option_text("TEXT");
-    command->footer("Example: qv report pictures -o report --title \"Our pictures\"");
-    command->callback([options] { WriteReport(*options); });
+        .AddOption("-o,--output", options->output,
+                   "The folder that gets index.html and what belongs to it; made when missing")
+        .Require()
+        .CallValue("OUTDIR");
+    command.AddOption("--title", options->title, "The page's title").CallValue("TEXT");
+    command.SetFooter("Example: qv report pictures -o report --title \"Our pictures\"");
+    command.SetAction([options] { WriteReport(*options); });
 }
 
 }  // namespace qv::tool

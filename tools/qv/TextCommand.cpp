@@ -14,11 +14,10 @@ namespace {
 
 using Filter = std::function<CString(const CString&)>;
 
-CLI::App& AddFilter(CLI::App& text, const char* name, const char* description, const char* example,
-                    const Filter& filter) {
-    CLI::App& command = *text.add_subcommand(name, description);
-    command.footer(std::string("Example: ") + example);
-    command.callback([filter] { AfxWriteStandardOutput(filter(AfxReadStandardInput())); });
+Command AddFilter(Command text, const char* name, const char* description, const char* example, const Filter& filter) {
+    Command command = text.Add(name, description);
+    command.SetFooter(std::string("Example: ") + example);
+    command.SetAction([filter] { AfxWriteStandardOutput(filter(AfxReadStandardInput())); });
     return command;
 }
 
@@ -58,7 +57,7 @@ CString UrlUnescape(const CString& text) {
     return result;
 }
 
-void AddPageFilters(CLI::App& text) {
+void AddPageFilters(Command text) {
     AddFilter(text, "escape", "Escape for the text of a page; CR becomes <br>, LF is dropped",
               "echo -n 'a<b' | qv text escape", [](const CString& in) { return CHtmlWriter::Clean(in); });
     AddFilter(text, "unescape", "The inverse of escape", "echo 'a&lt;b' | qv text unescape",
@@ -67,14 +66,14 @@ void AddPageFilters(CLI::App& text) {
               [](const CString& in) { return CHtmlWriter::HtmlToPlainText(in); });
 }
 
-void AddXmlFilters(CLI::App& text) {
+void AddXmlFilters(Command text) {
     AddFilter(text, "xml-escape", "Escape for the text of an XML element", "echo -n 'a<b' | qv text xml-escape",
               [](const CString& in) { return CXmlHelper::Clean(in); });
     AddFilter(text, "xml-unescape", "The inverse of xml-escape; LF becomes CR LF",
               "echo 'a&lt;b' | qv text xml-unescape", [](const CString& in) { return CXmlHelper::Dirty(in); });
 }
 
-void AddSimpleFilters(CLI::App& text) {
+void AddSimpleFilters(Command text) {
     AddFilter(text, "strip-tags", "Put a space in the place of every tag, from \"<\" to \">\"",
               "echo 'a<b>c' | qv text strip-tags", [](const CString& in) { return CStripTag().ReplaceEscapes(in); });
     AddFilter(text, "url-escape", "Escape as a form's field is escaped in an address",
@@ -85,7 +84,7 @@ void AddSimpleFilters(CLI::App& text) {
               [](const CString& in) { return CStringHelper::MakeTitleCase(in); });
 }
 
-void AddLineFilters(CLI::App& text) {
+void AddLineFilters(Command text) {
     AddFilter(text, "csv-split", "Write each field of a comma-separated record on a line of its own",
               "echo 'x,\"y,z\"' | qv text csv-split", SplitCsv);
     AddFilter(text, "csv-join", "Join lines to a comma-separated record", "ls | qv text csv-join",
@@ -98,24 +97,23 @@ void AddLineFilters(CLI::App& text) {
                   CStringHelper::SortStringArray(lines, *descending);
                   return JoinLines(lines);
               })
-        .add_flag("--descending", *descending, "Last first");
+        .AddFlag("--descending", *descending, "Last first");
 }
 
-void AddWrap(CLI::App& text) {
+void AddWrap(Command text) {
     const auto width = std::make_shared<int>(0);
     AddFilter(text, "wrap", "Break the text into lines; all line ends become CR LF", "qv text wrap 72 < letter.txt",
               [width](const CString& in) { return CStringHelper::MakeMultiLine(in, *width); })
-        .add_option("WIDTH", *width, "The longest line, in bytes")
-        ->required()
-        ->check(CLI::Range(1, std::numeric_limits<int>::max()));
+        .AddOption("WIDTH", *width, "The longest line, in bytes")
+        .Require()
+        .Between(1, std::numeric_limits<int>::max());
 }
 
 }  // namespace
 
-void AddText(CLI::App& app) {
-    CLI::App& text = *app.add_subcommand("text", "Pass standard input through a filter to standard output");
-    text.footer("Example: qv text wrap 72 < letter.txt");
-    text.require_subcommand(1);
+void AddText(Command app) {
+    Command text = app.AddFamily("text", "Pass standard input through a filter to standard output");
+    text.SetFooter("Example: qv text wrap 72 < letter.txt");
     AddPageFilters(text);
     AddXmlFilters(text);
     AddSimpleFilters(text);

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "qvcommon/FileUtils.h"
-#include "tools/qv/Commands.h"
+#include "tools/qv/Command.h"
 
 namespace qv::tool {
 namespace {

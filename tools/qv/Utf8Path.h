@@ -7,7 +7,8 @@
 
 namespace qv::tool {
 
-/// A path as the command line gave it: in the process's code page, in the library's form or the system's own. @throws Failed when it is not text of that code page.
+/// A path as the command line gave it: in the process's code page, in the library's form or the system's own.
+/// @throws Failed when it is not text of that code page.
 std::filesystem::path PathFromArgument(const std::string& argument);
 
 /// The way back: the library's form in the process's code page, "?" for what that does not have.

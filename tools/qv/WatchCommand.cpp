@@ -63,19 +63,19 @@ void Watch(const Options& options) {
 
 }  // namespace
 
-void AddWatch(CLI::App& app) {
-    auto* const command = app.add_subcommand("watch", "Print a line \"changed\" for each change in a folder");
+void AddWatch(Command app) {
+    Command command = app.Add("watch", "Print a line \"changed\" for each change in a folder");
     const auto options = std::make_shared<Options>();
-    command->add_option("FOLDER", options->folder, "The folder")->required();
-    command->add_flag("--flat", options->flat, "Without its subfolders");
-    command->add_flag("--names", options->names, "Files and folders made, deleted, renamed");
-    command->add_flag("--attributes", options->attributes, "Changes of attributes");
-    command->add_flag("--writes", options->writes, "Changes of contents");
-    command->add_option("--count", options->count, "End after so many lines");
-    command->footer(
+    command.AddOption("FOLDER", options->folder, "The folder").Require();
+    command.AddFlag("--flat", options->flat, "Without its subfolders");
+    command.AddFlag("--names", options->names, "Files and folders made, deleted, renamed");
+    command.AddFlag("--attributes", options->attributes, "Changes of attributes");
+    command.AddFlag("--writes", options->writes, "Changes of contents");
+    command.AddOption("--count", options->count, "End after so many lines");
+    command.SetFooter(
         "Without one of the last flags: names of files, and contents. Changes that come together give one line.\n"
         "Example:\n  qv watch inbox --names --count 1 && print inbox/*");
-    command->callback([options] { Watch(*options); });
+    command.SetAction([options] { Watch(*options); });
 }
 
 }  // namespace qv::tool

@@ -1,7 +1,7 @@
 #include "tools/qv/WholeFile.h"
 
 #include "qvcommon/FileUtils.h"
-#include "tools/qv/Commands.h"
+#include "tools/qv/Command.h"
 #include "tools/qv/Utf8Path.h"
 
 namespace qv::tool {

@@ -162,37 +162,36 @@ void Run(const std::function<void()>& action) {
     }
 }
 
-CLI::App& AddAction(CLI::App& xml, const char* name, const char* description, const char* example,
-                    const std::shared_ptr<Options>& options) {
-    CLI::App& action = *xml.add_subcommand(name, description);
-    action.footer(std::string("Example: ") + example);
-    action.add_option("FILE", options->file, "The XML document")->required();
-    action.add_option("PATH", options->path, "The way from the document down: names, indexes from 0, a final @name")
-        ->required();
-    action.add_option("--type", options->type, "How the value is read and written")
-        ->check(CLI::IsMember({"string", "integer", "double", "bool", "date"}))
-        ->capture_default_str();
+Command AddAction(Command xml, const char* name, const char* description, const char* example,
+                  const std::shared_ptr<Options>& options) {
+    Command action = xml.Add(name, description);
+    action.SetFooter(std::string("Example: ") + example);
+    action.AddOption("FILE", options->file, "The XML document").Require();
+    action.AddOption("PATH", options->path, "The way from the document down: names, indexes from 0, a final @name")
+        .Require();
+    action.AddOption("--type", options->type, "How the value is read and written")
+        .OneOf({"string", "integer", "double", "bool", "date"})
+        .ShowDefault();
     return action;
 }
 
 }  // namespace
 
-void AddXml(CLI::App& app) {
-    CLI::App& xml = *app.add_subcommand("xml", "Read and change values in XML documents, by path");
-    xml.footer("Example: qv xml get settings.xml settings/window/@width --type integer");
-    xml.require_subcommand(1);
+void AddXml(Command app) {
+    Command xml = app.AddFamily("xml", "Read and change values in XML documents, by path");
+    xml.SetFooter("Example: qv xml get settings.xml settings/window/@width --type integer");
     const auto options = std::make_shared<Options>();
     AddAction(xml, "get", "Write the value at a path", "qv xml get settings.xml settings/name[2]", options)
-        .callback([options] { Run([&] { Get(*options); }); });
-    CLI::App& set = AddAction(xml, "set", "Change the value at a path that exists; the rest of the file stays",
-                              "qv xml set settings.xml settings/seen \"5 May 2004\" --type date", options);
-    set.add_option("VALUE", options->value, "The new value")->required();
-    set.callback([options] { Run([&] { Set(*options); }); });
-    CLI::App& create =
+        .SetAction([options] { Run([&] { Get(*options); }); });
+    Command set = AddAction(xml, "set", "Change the value at a path that exists; the rest of the file stays",
+                            "qv xml set settings.xml settings/seen \"5 May 2004\" --type date", options);
+    set.AddOption("VALUE", options->value, "The new value").Require();
+    set.SetAction([options] { Run([&] { Set(*options); }); });
+    Command create =
         AddAction(xml, "create", "Make what is missing of a path, and of the file, and write the path with all indexes",
                   "qv xml create settings.xml settings/name[2] Anna", options);
-    const CLI::Option* const value = create.add_option("VALUE", options->value, "The value to set");
-    create.callback([options, value] { Run([&] { Create(*options, value->count() > 0); }); });
+    const Option value = create.AddOption("VALUE", options->value, "The value to set");
+    create.SetAction([options, value] { Run([&] { Create(*options, value.IsGiven()); }); });
 }
 
 }  // namespace qv::tool
