@@ -111,8 +111,8 @@ QV_FOLDING inline __m128i Fold(__m128i from, __m128i over, __m128i to) {
 
 constexpr std::size_t kLane = 16, kLanes = 8, kRound = kLane * kLanes;
 
-/// Eight lanes side by side keep the multiplier busy; in the end they are folded into the last one, whose 16 bytes then stand
-/// for all that came before.
+/// Eight lanes side by side keep the multiplier busy; in the end they are folded into the last one, whose 16 bytes then
+/// stand for all that came before.
 QV_FOLDING std::uint32_t AddByFolding(std::uint32_t state, const char* data, std::size_t size) {
     if (size < kRound) return AddBytes(state, data, size);
     __m128i lanes[kLanes];

@@ -6,8 +6,8 @@
 
 namespace qv {
 
-/// True when the system finds a file or folder of this name, in the library's form ("\" or the system's own separator). What
-/// cannot be asked does not exist.
+/// True when the system finds a file or folder of this name, in the library's form ("\" or the system's own separator).
+/// What cannot be asked does not exist.
 inline bool FileExists(const CString& path) {
     CFileStatus status;
     return !path.IsEmpty() && path.Find('\0') < 0 && CFile::GetStatus(path, status);

@@ -10,7 +10,8 @@
 namespace qv {
 
 /// For each item the index of the first item equal to it; its own for the first ones. The hash is keyed afresh in each
-/// process, so nobody can prepare items that slow it down. At most 2^32 - 2 items; views have to stay valid during the call.
+/// process, so nobody can prepare items that slow it down. At most 2^32 - 2 items; views have to stay valid during the
+/// call.
 std::vector<std::uint32_t> FirstOccurrences(std::span<const std::string_view> items);
 std::vector<std::uint32_t> FirstOccurrences(std::span<const std::uint64_t> items);
 

@@ -31,8 +31,8 @@ protected:
     virtual void OnFolder(const Place& place, const std::vector<platform::FolderEntry>& entries) = 0;
     /// After all that lies in the subfolder was walked.
     virtual void OnLeave(const Place&, const platform::FolderEntry&) {}
-    /// A folder that cannot be opened or read to its end; the walk goes on beside it unless this raises something. `parent` is
-    /// null for the first one and when the way back to it is lost.
+    /// A folder that cannot be opened or read to its end; the walk goes on beside it unless this raises something.
+    /// `parent` is null for the first one and when the way back to it is lost.
     virtual void OnFailure(const platform::FileFailure& failure, const Place& place, const Place* parent) = 0;
 
 private:

@@ -13,7 +13,8 @@ bool Within(int first, int count, std::int64_t limit) {
     return first >= 0 && count > 0 && std::int64_t{first} + count <= limit;
 }
 
-// What the platform's contract asks of a header: no colour but those that the bitmap has, no field that says something else.
+// What the platform's contract asks of a header: no colour but those that the bitmap has, no field that says something
+// else.
 void Settle(DibInfo& info, std::size_t entries) {
     DibHeader& header = info.header;
     if (header.bitCount <= 8)

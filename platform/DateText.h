@@ -37,8 +37,8 @@ std::optional<double> ParseSystemDate(std::string_view text);
 /// The order in which the locale writes a date in numbers: on Linux the current C locale, on Windows the user's.
 DateOrder CurrentDateOrder();
 
-/// The words of the current locale's dates and times. Of two with one text the first is more likely meant. None on Windows, where ParseSystemDate knows
-/// them.
+/// The words of the current locale's dates and times. Of two with one text the first is more likely meant. None on
+/// Windows, where ParseSystemDate knows them.
 std::vector<DateWord> CurrentDateWords();
 /// True when the current locale writes points between hours, minutes and seconds. Never on Windows, for the same reason.
 bool CurrentTimesAreDotted();

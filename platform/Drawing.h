@@ -1,6 +1,7 @@
 #pragma once
 
-/// @file Drawing of device-independent bitmaps. Only Windows has device contexts; a buffer of pixels can be drawn on everywhere.
+/// @file Drawing of device-independent bitmaps. Only Windows has device contexts; a buffer of pixels can be drawn on
+/// everywhere.
 
 #include <cstdint>
 

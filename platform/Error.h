@@ -12,7 +12,8 @@ namespace qv::platform {
 QVCOMMON_INTERNAL_API unsigned long LastError();
 QVCOMMON_INTERNAL_API void SetLastError(unsigned long error);
 
-/// The system's message for an error number, as the system formats it (on Windows a line break ends it); empty if it has none.
+/// The system's message for an error number, as the system formats it (on Windows a line break ends it); empty if it
+/// has none.
 QVCOMMON_INTERNAL_API std::string ErrorMessage(unsigned long error);
 
 }  // namespace qv::platform

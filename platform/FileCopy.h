@@ -8,11 +8,11 @@ namespace qv::platform {
 /// the owner). A file that has the new name is replaced; nothing but files is copied or replaced, and devices and pipes
 /// are never opened. Paths may use "\" on every system.
 ///
-/// The share modes of both files count: the copy fails when someone denies reading the one, or denies writing the other. On Windows
-/// the old file is written over, and a copy that fails leaves none. On Linux the copy is written under another name beside
-/// the target ("." in front) and takes its place when it is whole, so a failure, or the end of the process, leaves the old
-/// file as it was; a target that is a link is replaced by the copy; holes stay holes. When the call is back, the copy need
-/// not have reached the disk.
+/// The share modes of both files count: the copy fails when someone denies reading the one, or denies writing the
+/// other. On Windows the old file is written over, and a copy that fails leaves none. On Linux the copy is written
+/// under another name beside the target ("." in front) and takes its place when it is whole, so a failure, or the end
+/// of the process, leaves the old file as it was; a target that is a link is replaced by the copy; holes stay holes.
+/// When the call is back, the copy need not have reached the disk.
 FileFailure CopyWholeFile(const char* from, const char* to);
 
 }  // namespace qv::platform

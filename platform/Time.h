@@ -25,8 +25,9 @@ struct CalendarTime {
 std::int64_t ToSeconds(const CalendarTime& time);
 CalendarTime FromSeconds(std::int64_t seconds);
 
-/// The local time at `seconds` since 1970 UTC, by the rules that the system has for the zone at that time: Linux by the zone
-/// database for every year, Windows by the zone's rules of that year, from 1601 on. Nothing where the system has no answer.
+/// The local time at `seconds` since 1970 UTC, by the rules that the system has for the zone at that time: Linux by the
+/// zone database for every year, Windows by the zone's rules of that year, from 1601 on. Nothing where the system has
+/// no answer.
 std::optional<CalendarTime> ToLocal(std::int64_t seconds);
 
 /// The seconds since 1970 UTC at which local clocks show `local`. Where they show it twice, the first time counts; a time

@@ -47,7 +47,8 @@ public:
 private:
     using Word = std::uint64_t;
 
-    // From the lowest bit: active readers, the active writer, queueing, who has been woken, waiting writers, waiting readers.
+    // From the lowest bit: active readers, the active writer, queueing, who has been woken, waiting writers, waiting
+    // readers.
     static constexpr Word kReader = 1, kReaders = (Word{1} << 20) - 1;
     static constexpr Word kWriter = Word{1} << 20;
     static constexpr Word kQueueing = Word{1} << 21;

@@ -8,8 +8,8 @@
 
 namespace qv {
 
-/// What selects the class of an element: its name, and, where it has an attribute "typ", a blank and that attribute's markup:
-/// `item typ="big"`.
+/// What selects the class of an element: its name, and, where it has an attribute "typ", a blank and that attribute's
+/// markup: `item typ="big"`.
 CString KeyOfElement(const MSXML2::IXMLDOMElement& element);
 
 bool IsElement(const MSXML2::IXMLDOMNode& node);

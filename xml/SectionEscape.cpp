@@ -43,7 +43,8 @@ void AppendSectionText(std::string& out, std::string_view text) {
     out.append(text, from);
 }
 
-// In one pass: no escape overlaps another, and none is made by what another stands for but after "&amp;", which counts last.
+// In one pass: no escape overlaps another, and none is made by what another stands for but after "&amp;", which counts
+// last.
 std::string SectionTextOf(std::string_view escaped) {
     std::string out;
     std::size_t from = 0;

@@ -20,8 +20,8 @@ std::optional<std::vector<std::string>> SafeNames(std::string_view path);
 /// no link, so what lies in the folder, and what happens to it meanwhile, leads nowhere else. Only the folder itself may be
 /// reached through links.
 ///
-/// A member is written under a name of its own (".qv" and numbers) and takes its name when it is complete; until then a file
-/// that has this name is left alone. One member at a time.
+/// A member is written under a name of its own (".qv" and numbers) and takes its name when it is complete; until then a
+/// file that has this name is left alone. One member at a time.
 class TargetFolder {
 public:
     ~TargetFolder() { Discard(); }

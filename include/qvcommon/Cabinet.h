@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file Cabinet archives: the published cabinet format with MSZIP compression, and a manifest that maps the members back to
-/// a folder tree. docs/formats/cabinet.md describes what is written and what is read.
+/// @file Cabinet archives: the published cabinet format with MSZIP compression, and a manifest that maps the members
+/// back to a folder tree. docs/formats/cabinet.md describes what is written and what is read.
 ///
 ///     CMakeCab::DirectoryToCab("C:\\Work", "D:\\work.cab", 1);
 ///     CReadCab::CabToDirectory("C:\\Copy", "D:\\work.cab");
@@ -18,9 +18,9 @@
 /// file beside the archive. An archive that grows beyond GetMediaSize, or 65535 members, goes on in "NAME1.cab",
 /// "NAME2.cab" and so on. Memory stays below 32 MB but for the names of the members; one object, one thread.
 ///
-/// Every failure of the engine ends the archive, deletes a cabinet that is half written, and raises a CVorbexException* with
-/// severity 16, the number of GetFciErrorString and its text. Exceptions that overridden members raise go through to the
-/// caller and end the archive too.
+/// Every failure of the engine ends the archive, deletes a cabinet that is half written, and raises a CVorbexException*
+/// with severity 16, the number of GetFciErrorString and its text. Exceptions that overridden members raise go through
+/// to the caller and end the archive too.
 class QVCOMMON_API CMakeCab : public CObject {
 public:
     CMakeCab();
@@ -36,8 +36,8 @@ public:
     virtual CString GetName() const;
     virtual CString GetDestPath() const;
 
-    /// Begins an archive; one that was not committed is dropped. Nothing of the archive's own name is touched before Commit,
-    /// unless it grows into a set. @throws CVorbexException*
+    /// Begins an archive; one that was not committed is dropped. Nothing of the archive's own name is touched before
+    /// Commit, unless it grows into a set. @throws CVorbexException*
     virtual void CreateNewCab();
     /// Adds the list as a member called "CabMan", six capital letters and ".xml": a "MANIFEST" of "ITEM"s, one a line.
     /// @throws CVorbexException*, and CFileException* when the list cannot be brought into a temporary file.
@@ -142,8 +142,8 @@ protected:
     virtual int NotifyPartialFile(QvCabinetNotification& notification);
     /// Opens a member's target and gives its number, or -1, which ends the extraction with number 11.
     virtual int NotifyCopyFile(QvCabinetNotification& notification);
-    /// Completes the member. Its time and attributes are given to the destination folder's file of its own name: to a member
-    /// that the manifest led elsewhere they are not.
+    /// Completes the member. Its time and attributes are given to the destination folder's file of its own name: to a
+    /// member that the manifest led elsewhere they are not.
     virtual int NotifyCloseFileInfo(QvCabinetNotification& notification);
     virtual int NotifyNextCabinet(QvCabinetNotification& notification);
     virtual int NotifyEnumerate(QvCabinetNotification& notification);
@@ -164,7 +164,8 @@ public:
 
     /// Unpacks what CMakeCab::DirectoryToCab packed. The folder is made when it is missing. @throws as ReadCab.
     static void CabToDirectory(const char* folder, const char* cabinet);
-    /// The same by this object, so that overridden members hear of it. Adds a substitution and sets the use of the manifest.
+    /// The same by this object, so that overridden members hear of it. Adds a substitution and sets the use of the
+    /// manifest.
     void Unpack(const char* folder, const char* cabinet);
 
 private:

@@ -53,8 +53,8 @@ struct QvCabinetNotification {
         copyFile = 2,
         /// All of a member was written to `file`, which has to be closed now. 0 means that this failed, -1 stops.
         closeFileInfo = 3,
-        /// The next cabinet of the set, `name` on `disk`, is needed from `path`. `error` is 0, or tells why the cabinet found
-        /// there before would not do; a new `path` or `name` then has it looked for there. -1 stops.
+        /// The next cabinet of the set, `name` on `disk`, is needed from `path`. `error` is 0, or tells why the cabinet
+        /// found there before would not do; a new `path` or `name` then has it looked for there. -1 stops.
         nextCabinet = 4,
         /// The members of a cabinet were gone through. -1 stops.
         enumerate = 5

@@ -29,8 +29,8 @@ public:
     /// Copies one folder and all below it, in the order of the system. Missing folders are made, existing files replaced,
     /// read-only ones too: their attribute is taken away, also of those that are then skipped.
     ///
-    /// A file or folder that cannot be copied, read or made is told to the observer, and the copy goes on with the next one;
-    /// without an observer nobody hears of it.
+    /// A file or folder that cannot be copied, read or made is told to the observer, and the copy goes on with the next
+    /// one; without an observer nobody hears of it.
     /// @throws CUserException* when the observer gives up. What was copied stays.
     virtual void CopyTree(CString source, CString destination);
     /// The same with the folders that were set, and with OnStartCopy before and OnFinishCopy behind it; the latter not when
@@ -47,8 +47,9 @@ public:
     virtual void SetLaterOnly(int laterOnly);
 
 protected:
-    /// Copies one file over an existing one. Zero when it could not, with the last system error telling why. On Linux the old
-    /// file stays as it was then. Overridden to copy in another way. The name is the one that system headers make of it.
+    /// Copies one file over an existing one. Zero when it could not, with the last system error telling why. On Linux
+    /// the old file stays as it was then. Overridden to copy in another way. The name is the one that system headers
+    /// make of it.
     virtual int CopyFileA(const char* source, const char* target);
     /// Tells the observer of the last system error. @throws CUserException* when it gives up.
     void OnError();

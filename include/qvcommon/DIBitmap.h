@@ -79,13 +79,13 @@ public:
     /// Writes the bitmap in the layout that older readers of 8-bit bitmaps know, at the file's position. It is whole for 8
     /// bits per pixel ONLY: use SaveWhole for everything else.
     ///
-    /// Rows are padded first (PadBits), and imageSize becomes 0. The colour table has 2, 16 or 256 entries for 1, 4 or 8 bits
-    /// and none for other depths, so masks are lost. The pixels written are height x bits x R / 8 bytes, R being the length
-    /// of a padded row of 8 bits per pixel: fewer than there are for depths below 8, where rows are lost; for greater
-    /// depths there may be more, and zero bytes fill what the buffer does not hold.
+    /// Rows are padded first (PadBits), and imageSize becomes 0. The colour table has 2, 16 or 256 entries for 1, 4 or
+    /// 8 bits and none for other depths, so masks are lost. The pixels written are height x bits x R / 8 bytes, R being
+    /// the length of a padded row of 8 bits per pixel: fewer than there are for depths below 8, where rows are lost;
+    /// for greater depths there may be more, and zero bytes fill what the buffer does not hold.
     ///
-    /// @return 1; 0 with nothing written when the object is empty or lacks rows (as those of run lengths), PadBits fails, or
-    /// the file would reach 4 GB. @throws CFileException*; how much is written is then not known.
+    /// @return 1; 0 with nothing written when the object is empty or lacks rows (as those of run lengths), PadBits
+    /// fails, or the file would reach 4 GB. @throws CFileException*; how much is written is then not known.
     virtual BOOL Save(CFile& file);
     /// Makes the file anew. @return 0 also when it cannot be made; where there is nothing to save no file is touched.
     virtual BOOL Save(const char* path);
@@ -94,8 +94,8 @@ public:
     /// into an area.
     ///
     /// Areas are in pixels, or in logical units of a device context, from the top left corner. Where pixels become fewer or
-    /// more, the nearest one is taken. What lies outside the target is cut off. Pixels of 16 and 32 bits follow their masks;
-    /// indices without a colour are black. Run lengths that end early leave black.
+    /// more, the nearest one is taken. What lies outside the target is cut off. Pixels of 16 and 32 bits follow their
+    /// masks; indices without a colour are black. Run lengths that end early leave black.
     ///
     /// @return 1; 0 with nothing drawn when the object is empty or lacks rows, has a depth that no bitmap has, an area is
     /// empty, the part lies outside the bitmap, or the system cannot draw on the target (on Linux: on a device context).
@@ -105,8 +105,9 @@ public:
                          int partHeight);
 
     /// Writes what the format asks for, at every depth: the header with its masks and its colour table as long as
-    /// coloursUsed or the depth says (at most 256), then all rows, padded, in the order that they have (a negative height is
-    /// kept). Run lengths are written as they were read. imageSize is set to what is written; the object stays as it is.
+    /// coloursUsed or the depth says (at most 256), then all rows, padded, in the order that they have (a negative
+    /// height is kept). Run lengths are written as they were read. imageSize is set to what is written; the object
+    /// stays as it is.
     ///
     /// @return 1; 0 with nothing written when the object is empty or lacks rows, has a depth or compression that no bitmap
     /// has, or the file would reach 4 GB. @throws CFileException*; how much is written is then not known.

@@ -104,8 +104,8 @@ public:
     virtual void SetRecurse(int recurse);
 
 protected:
-    /// Adds what one folder holds, and its subfolders by calling itself. `offset` is the folder's path from the search path,
-    /// empty for that itself. The subfolders get the depths `depth`, `depth` + 1 and so on, in turn.
+    /// Adds what one folder holds, and its subfolders by calling itself. `offset` is the folder's path from the search
+    /// path, empty for that itself. The subfolders get the depths `depth`, `depth` + 1 and so on, in turn.
     virtual void Discover(const CString& path, const CString& offset, int depth);
 
 public:
@@ -115,8 +115,8 @@ public:
     /// Four arrays with the same indexes: absolute path, path from the search path, depth and record of each entry.
     virtual const CStringArray& GetFiles() const;
     virtual const CStringArray& GetFileOffsets() const;
-    /// 0 for entries of the search path. The first subfolder of a folder has that folder's own depth, each further one 1 more
-    /// than the one before: numbers to tell siblings apart, not levels.
+    /// 0 for entries of the search path. The first subfolder of a folder has that folder's own depth, each further one
+    /// 1 more than the one before: numbers to tell siblings apart, not levels.
     virtual const CUIntArray& GetOffsetDepths() const;
     virtual const CArray<CFoundInfo>& GetFoundInfo() const;
 

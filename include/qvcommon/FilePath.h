@@ -15,7 +15,8 @@ public:
     CFilePath& operator=(const char* path) { return SplitPath(path, 1), *this; }
 
     /// The drive is a letter and a colon in front; the directory goes up to and including the last separator; the extension
-    /// begins at the last point of the rest. With `replaceAll` zero, a part that is empty in the new path keeps its old text.
+    /// begins at the last point of the rest. With `replaceAll` zero, a part that is empty in the new path keeps its old
+    /// text.
     void SplitPath(const char* path, int replaceAll);
 
     CString GetDir() const { return m_dir; }

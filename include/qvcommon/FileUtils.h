@@ -43,8 +43,8 @@ public:
 
     /// True for a file, a folder and the root of a volume.
     static bool IsExist(const char* path);
-    /// True for the root of a volume, with or without its final "\"; on Linux for "/" and a folder on which a file system is
-    /// mounted.
+    /// True for the root of a volume, with or without its final "\"; on Linux for "/" and a folder on which a file
+    /// system is mounted.
     static bool IsVolume(const char* path);
     static bool IsDirectory(const char* path);
     /// Takes the read-only attribute away. True when that is done or nothing of that name exists; false when the system
@@ -73,14 +73,15 @@ public:
     /// The name of the matching subfolder that was created last, and when, as "May 05 2004, 14:03:07". Both are left alone
     /// when there is none.
     static void FindLastestSubdir(const char* pattern, CString& name, CString& date);
-    /// The name of the matching subfolder that carries the highest number: what follows from its first digit on, without any
-    /// point but the first, so "v1.2.3" counts 1.23 and "2.10" counts 2.1. Of equal ones the first; 0 without a digit. Left
-    /// alone when there is none.
+    /// The name of the matching subfolder that carries the highest number: what follows from its first digit on,
+    /// without any point but the first, so "v1.2.3" counts 1.23 and "2.10" counts 2.1. Of equal ones the first; 0
+    /// without a digit. Left alone when there is none.
     static void FindLastestSubdirByName(const char* pattern, CString& name);
 
     // Whole files (files/WholeFiles.cpp)
     //
-    // They wait, as CMultiUserFile::Open does, while another opener's share mode is in the way, unless a flag says otherwise.
+    // They wait, as CMultiUserFile::Open does, while another opener's share mode is in the way, unless a flag says
+    // otherwise.
 
     /// All bytes of a file; empty when it cannot be opened or read to its end, or is 2 GB or longer. Its length is what the
     /// system tells before it is opened, so devices and pipes count as empty. Raises nothing but std::bad_alloc.
@@ -97,9 +98,9 @@ public:
     /// @throws CFileException* when what was written could not be kept.
     static void WriteFile(const char* path, const CStringArray& lines, int multiUser, int createDirectory);
 
-    /// Adds one line to a file, which is made when missing: with `stamp` non-zero the local time as "%c" writes it and a blank,
-    /// then the text, then CR LF. Lines of several threads and processes that log at once are never mixed nor lost: each
-    /// waits for the others, up to about 20 seconds.
+    /// Adds one line to a file, which is made when missing: with `stamp` non-zero the local time as "%c" writes it and
+    /// a blank, then the text, then CR LF. Lines of several threads and processes that log at once are never mixed nor
+    /// lost: each waits for the others, up to about 20 seconds.
     /// @return zero when the line could not be written; the file is then as it was, as far as the system lets it.
     static int Log(const char* path, const char* text, int stamp);
 
@@ -133,12 +134,12 @@ public:
         shellNoRecursion = 0x1000          ///< folders without their subfolders
     };
 
-    /// Copies files and folders as the system's shell does; the last part of `source` may hold wild cards. An existing folder
-    /// takes the sources into itself, anything else is the copy's own name.
+    /// Copies files and folders as the system's shell does; the last part of `source` may hold wild cards. An existing
+    /// folder takes the sources into itself, anything else is the copy's own name.
     ///
     /// Without a shell (Linux) this library does the same: it copies trees with times and attributes, asks and tells by
-    /// message boxes what the flags do not forbid (files to be replaced, folders to be made, failures), and shows its progress
-    /// to the handler of SetShellProgress, in the place of a window of its own; nothing can be undone.
+    /// message boxes what the flags do not forbid (files to be replaced, folders to be made, failures), and shows its
+    /// progress to the handler of SetShellProgress, in the place of a window of its own; nothing can be undone.
     /// @param title  of the progress window; null for none of its own.
     /// @return 1 when all was copied and the user stopped nothing, else 0. Paths longer than 1302 bytes give 0.
     static int ShellCopyFile(const char* source, const char* destination, unsigned short flags, HWND owner,
@@ -147,8 +148,8 @@ public:
     /// deleted, never followed.
     static int ShellDeleteFile(const char* path, unsigned short flags, HWND owner, const char* title);
 
-    /// Puts a handler in force for the whole process, null for none, and returns the one before. Windows has its own progress
-    /// window and never asks it. The caller keeps its life.
+    /// Puts a handler in force for the whole process, null for none, and returns the one before. Windows has its own
+    /// progress window and never asks it. The caller keeps its life.
     static IShellProgress* SetShellProgress(IShellProgress* handler);
 };
 

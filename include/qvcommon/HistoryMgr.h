@@ -17,10 +17,10 @@ struct QvPoint {
 
 /// The pages visited, newest first, the one that is shown, and a step back or forward that was asked for.
 ///
-/// The view asks GetBackUrl or GetForwardUrl, goes there, and calls UpdateHistory once the page is shown: only then does the
-/// position move. A page that comes instead is an ordinary visit, and the step is forgotten. Positions count from the
-/// newest page: back is up, forward is down. URLs are compared byte by byte. The order of the virtual members is part of the
-/// interface. One object, one thread.
+/// The view asks GetBackUrl or GetForwardUrl, goes there, and calls UpdateHistory once the page is shown: only then
+/// does the position move. A page that comes instead is an ordinary visit, and the step is forgotten. Positions count
+/// from the newest page: back is up, forward is down. URLs are compared byte by byte. The order of the virtual members
+/// is part of the interface. One object, one thread.
 class QVCOMMON_API CHistoryMgr : public CObject {
 public:
     CHistoryMgr() = default;

@@ -74,8 +74,9 @@ namespace qv {
 /// Joins the value of an address attribute to a base, if it is relative.
 ///
 /// The base is one of
-/// - a folder: "pages\img", "..\x", "/srv/pages", "C:\Pages", "\\server\share\pages". "\" and "/" both separate, a final one
-///   may be missing. Bytes that mean something in an address become %XX; a drive or a server gives a "file:" address;
+/// - a folder: "pages\img", "..\x", "/srv/pages", "C:\Pages", "\\server\share\pages". "\" and "/" both separate, a
+///   final one may be missing. Bytes that mean something in an address become %XX; a drive or a server gives a "file:"
+///   address;
 /// - an address "scheme://host/path" or "//host/path", taken as RFC 3986 says: what follows the last "/" of the path, the
 ///   query and the fragment do not count.
 ///

@@ -7,8 +7,8 @@
 #include "qvcommon/framework/StdioFile.h"
 
 /// A streaming builder: each call appends a finished piece of markup, in call order, to a text in memory or, once a file
-/// name is set, to that file. It keeps no tree, checks no nesting, tag name or attribute, and adds no line break of its own:
-/// the caller opens and closes in the right order. Only what a member says it escapes is escaped.
+/// name is set, to that file. It keeps no tree, checks no nesting, tag name or attribute, and adds no line break of its
+/// own: the caller opens and closes in the right order. Only what a member says it escapes is escaped.
 ///
 /// Text arguments are bytes in the process's code page and must not be null where they are a view; a `const char*` may be
 /// null where its default is. Any operation that writes raises CFileException* when the file cannot be opened or written;

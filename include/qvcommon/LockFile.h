@@ -38,8 +38,8 @@ public:
     virtual bool Lock(int attempts);
     virtual bool IsLocked() const;
     /// Gives the lock back and deletes lock file and side file; failures to delete are ignored. Without the lock it does
-    /// nothing. Between the two deletions a new holder may have written its side file, which then goes too: the side file is
-    /// for information only.
+    /// nothing. Between the two deletions a new holder may have written its side file, which then goes too: the side
+    /// file is for information only.
     virtual void Unlock();
 
     /// The failure of the last failed try; cause 0 and system error -1 before any.

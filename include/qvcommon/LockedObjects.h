@@ -72,8 +72,8 @@ public:
     /// An object that the key had is neither unlocked nor deleted.
     void SetAt(const char* key, CLockableObject* object, int lockMap = 1);
 
-    /// Takes the key away and waits, without the map's lock, until nobody holds its object. The object is the caller's then;
-    /// null, at once, when the key is absent.
+    /// Takes the key away and waits, without the map's lock, until nobody holds its object. The object is the caller's
+    /// then; null, at once, when the key is absent.
     CLockableObject* RemoveAt(const char* key, int lockMap = 1);
 
     /// Waits, with the map's lock, until nobody holds an object, and deletes it, one after the other.

@@ -24,8 +24,8 @@ public:
     /// The sum over the `n` periods i of (in[i] - out[i]) * (1 - rate)^i: each period's net amount, discounted by the
     /// factor 1 - rate a period. 0 when n is 0 or less.
     static double GetNpr(const double* in, const double* out, int n, double rate);
-    /// The rate at which GetNpr is 0, to within 0.015, searched upwards from 0 by doubling and halving. When there is none the search ends all the
-    /// same, after at most 1000 steps of two GetNpr each, with a rate that means nothing.
+    /// The rate at which GetNpr is 0, to within 0.015, searched upwards from 0 by doubling and halving. When there is
+    /// none the search ends all the same, after at most 1000 steps of two GetNpr each, with a rate that means nothing.
     static double GetIrr(const double* in, const double* out, int n);
 
     /// The value cut, not rounded, after `places` decimals: (2.999, 2) gives 2.99, (-1.555, 1) gives -1.5. What the double

@@ -18,8 +18,8 @@ public:
     /// @return non-zero on success; after 0, `*error`, if given, tells why the last try failed. Never raises.
     BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr) override;
 
-    /// The same for any file object, through its own Open: at most 9 times, with pauses of 500, 750, 1125, 1687, 2530, 3795,
-    /// 5692 and 8538 ms in between.
+    /// The same for any file object, through its own Open: at most 9 times, with pauses of 500, 750, 1125, 1687, 2530,
+    /// 3795, 5692 and 8538 ms in between.
     static BOOL Open(CFile& file, const char* fileName, UINT openFlags, CFileException* error = nullptr);
 
 protected:

@@ -61,8 +61,8 @@ public:
     virtual void OnHeader(EmfRecord* record);          ///< the first record, when the first-record flag is set
     virtual void OnSetWindowOrgEx(EmfRecord* record);  ///< type 10
 
-    /// Raises a CVorbexException* with severity 48, the number as code, and its text. Where an override returns instead, the
-    /// walk ends with 0.
+    /// Raises a CVorbexException* with severity 48, the number as code, and its text. Where an override returns
+    /// instead, the walk ends with 0.
     virtual void Error(int number);
 
     /// Walks the records from the file's position on, up to the end-of-file record (type 14).
@@ -89,8 +89,8 @@ public:
     virtual void ParseExtCreatePen(EmfRecord* record);
     virtual void ParseExtTextOutW(EmfRecord* record);
 
-    /// Zeroes the characters behind the terminating zero, up to `count` characters in all. A buffer without one in its first
-    /// `count` characters stays as it is.
+    /// Zeroes the characters behind the terminating zero, up to `count` characters in all. A buffer without one in its
+    /// first `count` characters stays as it is.
     virtual void ZeroOutUnusedStringSpaceW(char16_t* buffer, unsigned count);
 
     /// Copies the name of a record type as strncpy does: at most `size` bytes, filled up with zero bytes, and NO zero byte

@@ -37,8 +37,9 @@ public:
     virtual void SetEndReplace(std::string_view text);
 
 protected:
-    /// What takes the place of a region's inner text: the inner text itself. Called once a region, in order. It may call the
-    /// setters; new replacements count from then on, new markers and a new case rule from the next ReplaceEscapes on.
+    /// What takes the place of a region's inner text: the inner text itself. Called once a region, in order. It may
+    /// call the setters; new replacements count from then on, new markers and a new case rule from the next
+    /// ReplaceEscapes on.
     virtual CString GetEscapedText(std::string_view inner);
 
 private:

@@ -17,8 +17,8 @@ public:
     // Comparing and searching (core/StringHelperCompare.cpp)
     //
     // Texts that are compared without regard to case are equal when their lower-case forms are, as CString::CompareNoCase
-    // has it. An element "matches" a text when it equals it, or, with a no-case flag, when it does so without regard to case.
-    // Members that look up many texts take time in line with the number of elements, not with its square.
+    // has it. An element "matches" a text when it equals it, or, with a no-case flag, when it does so without regard to
+    // case. Members that look up many texts take time in line with the number of elements, not with its square.
 
     /// 1 if the texts are equal, else 0.
     static int Equals(std::string_view a, std::string_view b, int caseSensitive);
@@ -142,20 +142,20 @@ public:
     static void StringToStringArray(std::string_view text, CStringArray& texts);
 
     /// Reads one record of comma-separated values. Clears the array first. A quote opens a quoted part wherever it stands;
-    /// in it, two quotes are one, and a single one closes it. A comma outside ends the field. All other bytes are kept, blanks
-    /// and line ends too. A quoted part that is never closed reaches to the end. An empty text is one empty field.
+    /// in it, two quotes are one, and a single one closes it. A comma outside ends the field. All other bytes are kept,
+    /// blanks and line ends too. A quoted part that is never closed reaches to the end. An empty text is one empty field.
     static void CsvToArray(std::string_view text, CStringArray& fields);
     /// One record of comma-separated values, no line end. Fields with a quote or a comma are quoted, others written as they
     /// are: CsvToArray gives any array but the empty one back.
     static CString ArrayToCsv(const CStringArray& fields);
 
-    /// Appends each zero-terminated text of the buffer up to the first empty one. A null buffer holds none. There is no size to
-    /// check: the caller vouches for the two zero bytes at the end.
+    /// Appends each zero-terminated text of the buffer up to the first empty one. A null buffer holds none. There is no
+    /// size to check: the caller vouches for the two zero bytes at the end.
     static void FromMultiSz(const char* buffer, CStringArray& texts);
     /// The bytes that ToMultiSz needs to write every element whole.
     static unsigned long CalculateMultiSzBufferSize(const CStringArray& texts);
-    /// Writes the elements, each with a zero byte, and a final zero byte, never more than `size` bytes. The element that does not
-    /// fit is cut, those after it are left out. A size below 3 holds no element: all its bytes become zero.
+    /// Writes the elements, each with a zero byte, and a final zero byte, never more than `size` bytes. The element
+    /// that does not fit is cut, those after it are left out. A size below 3 holds no element: all its bytes become zero.
     static void ToMultiSz(const CStringArray& texts, char* buffer, unsigned long size);
 
     /// Fills `out` with a[i], a line feed, b[i].
@@ -218,30 +218,30 @@ public:
     static CString ToString(double value);
     /// The values joined by ",", each as a signed number: 4294967295 is "-1".
     static CString ToString(const CUIntArray& values);
-    /// Appends the numbers of a list with "," between them; empty pieces count for nothing. Each is read as atoi does: white
-    /// space, a sign, digits, up to the first byte that is none of these. Both "-1" and "4294967295" give 4294967295: a
-    /// number too large is taken modulo 2 to the power 32.
+    /// Appends the numbers of a list with "," between them; empty pieces count for nothing. Each is read as atoi does:
+    /// white space, a sign, digits, up to the first byte that is none of these. Both "-1" and "4294967295" give
+    /// 4294967295: a number too large is taken modulo 2 to the power 32.
     static void FromString(std::string_view text, CUIntArray& values);
 
     /// The integer part, the separator, and the fraction in units of 1/base, cut to a whole number of at least two digits:
     /// 2.5 to the base 60 with ":" is "2:30". Of a negative value both parts carry the sign.
     static CString ToBasedString(double value, int base, std::string_view separator);
 
-    /// The value in the unit `unitNames[index]`, that is divided by `thresholds[index]`: "1.5 KB". Index -2 stands for the highest
-    /// threshold at or under the value, -1 for the value as it is, in `unitName`. `%%` in a unit's name is one percent sign.
-    /// Negative `decimals` mean six.
+    /// The value in the unit `unitNames[index]`, that is divided by `thresholds[index]`: "1.5 KB". Index -2 stands for
+    /// the highest threshold at or under the value, -1 for the value as it is, in `unitName`. `%%` in a unit's name is
+    /// one percent sign. Negative `decimals` mean six.
     /// @throws CInvalidArgException* for an index outside either array.
     static CString RebaseUnits(double value, std::string_view unitName, const CDoubleArray& thresholds,
                                const CStringArray& unitNames, int decimals, int index);
-    /// The same with index -2, one added before rounding to the nearest whole number, and an "s" after the unit, both always:
-    /// 2048 at the threshold 1024 is "3 KBs".
+    /// The same with index -2, one added before rounding to the nearest whole number, and an "s" after the unit, both
+    /// always: 2048 at the threshold 1024 is "3 KBs".
     /// @throws CInvalidArgException* when the unit's name is missing.
     static CString RebaseUnitsRoundUp(double value, std::string_view unitName, const CDoubleArray& thresholds,
                                       const CStringArray& unitNames);
-    /// The value as a sum of units: "1 hour, 2 minutes, 5 seconds". Takes the highest threshold at or under what is left, time
-    /// and again; a rest that is not zero, or the only part, is in the base unit. A count above 1 gets an "s" after its unit
-    /// when `plural` is not zero. Counts are cut to whole numbers. Thresholds that are not above zero end the search, so
-    /// it always ends; a value that is not finite is in the base unit.
+    /// The value as a sum of units: "1 hour, 2 minutes, 5 seconds". Takes the highest threshold at or under what is
+    /// left, time and again; a rest that is not zero, or the only part, is in the base unit. A count above 1 gets an
+    /// "s" after its unit when `plural` is not zero. Counts are cut to whole numbers. Thresholds that are not above
+    /// zero end the search, so it always ends; a value that is not finite is in the base unit.
     /// @throws CInvalidArgException* when a unit's name is missing.
     static CString ToMultibase(double value, std::string_view baseUnitName, const CDoubleArray& thresholds,
                                const CStringArray& unitNames, int plural);
@@ -254,8 +254,8 @@ public:
     /// The amount as the user's locale writes it; empty when it is not finite or takes 260 bytes or more. On Windows by the
     /// system's user locale, on Linux by LC_MONETARY.
     static CString InternationalizeCurrency(double amount);
-    /// What the user puts between the items of a list; "," when the system has nothing below 4 bytes. Linux locales know none:
-    /// there it is ";" where the comma is the decimal point, as in spreadsheets.
+    /// What the user puts between the items of a list; "," when the system has nothing below 4 bytes. Linux locales
+    /// know none: there it is ";" where the comma is the decimal point, as in spreadsheets.
     static CString GetLocaleListSeperator();
 
     // Version resources of program files. On Linux no file has one: the results are 0 or empty.
@@ -274,12 +274,12 @@ public:
     /// The text for the calling thread's last error (errno on Linux).
     static CString GetLastErrorString();
 
-    /// A new identifier in registry form, upper case, "{01234567-89AB-4CDE-8F01-23456789ABCD}", without the braces when `braces`
-    /// is 0. Empty when the system cannot give one.
+    /// A new identifier in registry form, upper case, "{01234567-89AB-4CDE-8F01-23456789ABCD}", without the braces when
+    /// `braces` is 0. Empty when the system cannot give one.
     static CString GetNewGuid(int braces);
 
-    // The clipboard. A window may be null; formats are the system's numbers, 1 is plain text. On Linux there is none: what is read
-    // is empty, what is written goes nowhere.
+    // The clipboard. A window may be null; formats are the system's numbers, 1 is plain text. On Linux there is none:
+    // what is read is empty, what is written goes nowhere.
 
     /// The data up to its first zero byte; empty when the clipboard has none of that format or cannot be opened.
     static CString GetClipboard(HWND window, unsigned int format);
@@ -287,16 +287,17 @@ public:
     static void SetClipboard(HWND window, std::string_view text, unsigned int format);
     /// The clipboard's plain text as TextAsVbScript writes it, under the wait cursor; empty when there is none.
     static CString GetClipboardAsVbScript(HWND window, std::string_view variable, int escapePercent);
-    /// Script source whose value is the text: quoted runs, each tab as chr(9), and chr(10) after every line, the last one too. With a
-    /// variable's name, one statement a line that adds to it; without, one expression that ends in " + ". Any line break
-    /// ends a line. With `escapePercent`, "%" is written as "\%".
+    /// Script source whose value is the text: quoted runs, each tab as chr(9), and chr(10) after every line, the last
+    /// one too. With a variable's name, one statement a line that adds to it; without, one expression that ends in " +
+    /// ". Any line break ends a line. With `escapePercent`, "%" is written as "\%".
     static CString TextAsVbScript(std::string_view text, std::string_view variable, int escapePercent);
 
     /// Obscures a text with a key from a passing glance, as hexadecimal pairs in upper case; the first is random, so the
-    /// result differs each time. This is NOT cryptography: it keeps no secret from anyone who tries, and shows no tampering.
+    /// result differs each time. This is NOT cryptography: it keeps no secret from anyone who tries, and shows no
+    /// tampering.
     static CString SimpleEncrypt(std::string_view text, std::string_view key);
-    /// The way back, with the same key on any system. A coded text that is no whole number of hexadecimal pairs decodes to an empty
-    /// text; a wrong key gives some other text.
+    /// The way back, with the same key on any system. A coded text that is no whole number of hexadecimal pairs decodes
+    /// to an empty text; a wrong key gives some other text.
     static CString SimpleDecrypt(std::string_view coded, std::string_view key);
 
     // Cutting at markers (core/StringHelperMarkers.cpp)
@@ -355,10 +356,10 @@ public:
     static CString ReplaceBetween(std::string_view text, std::string_view startMarker, std::string_view endMarker,
                                   std::string_view replacement);
 
-    /// The text in lines of at most `width` bytes, for display. It is trimmed; its own line ends stay. A longer line ends at
-    /// the last space among its first `width` bytes, else behind as many whole characters as these hold, at least one. A
-    /// rest that is no longer than `width`, line ends included, is not broken again. All line ends become CR LF. A width
-    /// below 1 counts as 1.
+    /// The text in lines of at most `width` bytes, for display. It is trimmed; its own line ends stay. A longer line
+    /// ends at the last space among its first `width` bytes, else behind as many whole characters as these hold, at
+    /// least one. A rest that is no longer than `width`, line ends included, is not broken again. All line ends become
+    /// CR LF. A width below 1 counts as 1.
     static CString MakeMultiLine(std::string_view text, int width);
 
     // Addresses and forms (core/StringHelperUrl.cpp)
@@ -371,9 +372,9 @@ public:
     /// The inverse, in place. A "%" without two hexadecimal digits becomes "?": when the first is missing the character in
     /// its place goes, when the second is missing both go; at the end of the text what is left of the escape goes.
     static void Unescape(CString& text);
-    /// Decodes "%" and two hexadecimal digits, from left to right; "+" stays. Each sequence is decoded wherever it stands in
-    /// the text at that moment, and the walk goes on at the position where it was found: what decoding puts together there
-    /// is decoded in turn, so "%2541" becomes "A". A "%" without two hexadecimal digits stays.
+    /// Decodes "%" and two hexadecimal digits, from left to right; "+" stays. Each sequence is decoded wherever it
+    /// stands in the text at that moment, and the walk goes on at the position where it was found: what decoding puts
+    /// together there is decoded in turn, so "%2541" becomes "A". A "%" without two hexadecimal digits stays.
     static CString UnEscapeUrl(std::string_view text);
     /// Splits a form's fields, "name=value&name=value", unescapes both halves and appends them to the arrays. The first "="
     /// parts them; fields without one are left out.

@@ -7,8 +7,8 @@
 /// A temporary file. By default it lies in the system's temporary folder, is called "QV", six random capital letters and a
 /// final point, and is deleted with the object.
 ///
-/// The names are no secret and the file is no reserved one: two makers of the same name are told apart only by a look before
-/// the file is made. One object, one thread; different objects may work in different threads.
+/// The names are no secret and the file is no reserved one: two makers of the same name are told apart only by a look
+/// before the file is made. One object, one thread; different objects may work in different threads.
 class QVCOMMON_API CTempFile : public CObject {
 public:
     CTempFile();
@@ -17,9 +17,9 @@ public:
     CTempFile(const CTempFile&) = delete;
     CTempFile& operator=(const CTempFile&) = delete;
 
-    /// Makes an empty, closed file and owns it; a file owned before is deleted first. With `useGivenName` non-zero, or after
-    /// SetFilename, it takes the present name if there is one, and empties a file of that name; otherwise a fresh one.
-    /// A folder that does not exist keeps it looking for ever: set one that does.
+    /// Makes an empty, closed file and owns it; a file owned before is deleted first. With `useGivenName` non-zero, or
+    /// after SetFilename, it takes the present name if there is one, and empties a file of that name; otherwise a fresh
+    /// one. A folder that does not exist keeps it looking for ever: set one that does.
     /// @throws CFileException* with the system's error and the name when too many files are open, access is refused or
     /// folder or disk is full; with accessDenied and no name when a given name cannot be made for another reason, or after
     /// 1000 fresh names that exist. The object is then as before, but for the file owned before, which is gone.

@@ -47,8 +47,8 @@ public:
     static long FileTimeToUnixTime(const QvFileTime& time);
 
     /// From local time to UTC and back, by the rules that the system's zone has at that date (not by today's difference),
-    /// for repeated and skipped hours as in GetTimeT. To the second: fractions are rounded. The date is left unchanged where
-    /// the system cannot tell (Windows: before 1601) and where the result is no valid date.
+    /// for repeated and skipped hours as in GetTimeT. To the second: fractions are rounded. The date is left unchanged
+    /// where the system cannot tell (Windows: before 1601) and where the result is no valid date.
     static void ConvertToUtc(COleDateTime& date);
     static void ConvertToLocal(COleDateTime& date);
 

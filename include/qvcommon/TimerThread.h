@@ -18,8 +18,8 @@ QVCOMMON_API void QvCloseThread(HANDLE thread);
 /// A thread that calls OnTick when it starts and then again and again, an interval after the last call ended. Time is
 /// measured by a clock that nobody sets.
 ///
-/// Virtual operations, in slot order: the destructor, StartThread, StopThread, OnTick, OnThreadStart, OnThreadStop. The last
-/// three run on the timer thread and must guard what they share with others; no exception may leave them. The other
+/// Virtual operations, in slot order: the destructor, StartThread, StopThread, OnTick, OnThreadStart, OnThreadStop. The
+/// last three run on the timer thread and must guard what they share with others; no exception may leave them. The other
 /// members are for one thread at a time. The object must outlive its thread, so a derived class is stopped before it ends:
 /// at the latest by its own destructor.
 class QVCOMMON_API CTimerThread {

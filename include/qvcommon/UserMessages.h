@@ -23,8 +23,8 @@ struct CCopyData {
     const void* m_data;    ///< without a terminating zero byte; valid during the call
 };
 
-/// A hidden window that takes texts. One of a name exists at most among the programs of a user, also when two make it at the
-/// same moment; the name is free again when the listener ends or its program dies.
+/// A hidden window that takes texts. One of a name exists at most among the programs of a user, also when two make it
+/// at the same moment; the name is free again when the listener ends or its program dies.
 ///
 /// The protocol on Linux: docs/formats/messages.md. Other users can neither listen in a user's name, nor send, nor read.
 ///
@@ -38,8 +38,8 @@ public:
     ~CUserMessageListener() override;
 
     /// Makes the window. With `perProcess` non-zero the name holds for this process only.
-    /// @return non-zero; 0 when one of the name exists already, this object has its window, the name is empty or longer than
-    /// 240 bytes, or the system refuses. (On Linux "/", "%" and a leading point count three bytes.)
+    /// @return non-zero; 0 when one of the name exists already, this object has its window, the name is empty or longer
+    /// than 240 bytes, or the system refuses. (On Linux "/", "%" and a leading point count three bytes.)
     int Create(const char* name, int perProcess);
 
     static int DoesListenerExist(const char* name, int perProcess);
@@ -48,8 +48,8 @@ public:
     static int SendUserMessage(const char* name, int perProcess, const char* text, HWND sender = nullptr);
     static int SendUserMessage(const char* name, int perProcess, const CString& text, HWND sender = nullptr);
 
-    /// Handles what comes in for the calling thread's listeners, for at most so long. Non-zero as soon as something has been
-    /// handled; 0 when the time is over.
+    /// Handles what comes in for the calling thread's listeners, for at most so long. Non-zero as soon as something has
+    /// been handled; 0 when the time is over.
     static int PumpMessages(DWORD milliseconds);
 
     /// One text, with all its bytes. The base does nothing. It may send texts itself, and end the listener.

@@ -36,9 +36,9 @@ QVCOMMON_API void DDX_TrimCBString(CDataExchange* exchange, int id, CString& tex
 QVCOMMON_API void DDX_ExtendedText(CDataExchange* exchange, int id, CString& text);
 
 /// Shows the value in the printf format, and reads it back from the first 32 characters of the control's text. A text that
-/// still is what the format makes of the value leaves the value alone, with all its digits. What is no number is told to the
-/// user (the framework's text 0xF111) and fails the exchange. @throws CInvalidArgException* for a format that does not take
-/// one real number.
+/// still is what the format makes of the value leaves the value alone, with all its digits. What is no number is told
+/// to the user (the framework's text 0xF111) and fails the exchange. @throws CInvalidArgException* for a format that
+/// does not take one real number.
 QVCOMMON_API void DDX_Text_Display_Formatted(CDataExchange* exchange, int id, double& value, const char* format);
 
 QVCOMMON_API void DDX_Text(CDataExchange* exchange, CCodeEditCtrl& control, CString& text);

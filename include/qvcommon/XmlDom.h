@@ -78,7 +78,8 @@ public:
     CString get_namespaceURI() const;
 
     /// The text of a node and all below it, character references and CDATA resolved, without comments and instructions.
-    /// White space at both ends is cut off, unless the document keeps it, xml:space="preserve" holds, or it stands in CDATA.
+    /// White space at both ends is cut off, unless the document keeps it, xml:space="preserve" holds, or it stands in
+    /// CDATA.
     CString get_text() const;
     /// Replaces all content of an element, or the value of an attribute, text or comment. CR LF is stored as LF.
     void put_text(std::string_view text) const;
@@ -114,7 +115,8 @@ public:
     IXMLDOMNode appendChild(const IXMLDOMNode& child) const;
     /// The same, to before a child of this node; at the end for a null `reference`.
     IXMLDOMNode insertBefore(const IXMLDOMNode& child, const IXMLDOMNode& reference) const;
-    /// Takes a child out; it lives on through its handles. @throws _com_error E_INVALIDARG when it is no child of this node.
+    /// Takes a child out; it lives on through its handles. @throws _com_error E_INVALIDARG when it is no child of this
+    /// node.
     IXMLDOMNode removeChild(const IXMLDOMNode& child) const;
 
     /// For the library's own use: the node behind the handle. @throws _com_error E_POINTER
@@ -182,8 +184,8 @@ public:
     bool loadXML(std::string_view text) const;
     /// The same for the bytes of a file, in the encoding that they declare.
     bool load(std::string_view bytes) const;
-    /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write that one.
-    /// White space is as it was loaded; the
+    /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write
+    /// that one. White space is as it was loaded; the
     /// DOM's own line end may follow.
     std::string save() const;
 

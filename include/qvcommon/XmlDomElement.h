@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file A tree of objects over a tree of elements: each wraps one element and owns the wrappers of its child elements, whose
-/// classes are chosen by what the elements are called.
+/// @file A tree of objects over a tree of elements: each wraps one element and owns the wrappers of its child elements,
+/// whose classes are chosen by what the elements are called.
 
 #include "qvcommon/XmlHelper.h"
 
@@ -88,20 +88,20 @@ public:
     BOOL LoadXml(std::string_view xml);
     /// CXmlHelper::SetXml on this element.
     BOOL SetXml(std::string_view xml);
-    /// CXmlHelper::AppendXml at the end of this element. @return the wrapper of the first element inserted, null when it has
-    /// none.
+    /// CXmlHelper::AppendXml at the end of this element. @return the wrapper of the first element inserted, null when
+    /// it has none.
     CXmlDomElement* AppendXml(std::string_view xml, BOOL root);
 
     /// Take a child's element out of the document and destroy its wrapper. 0, and nothing done, for what is no child.
     BOOL RemoveChild(CXmlDomElement* child);
     BOOL RemoveChild(int position);
-    /// Moves a child, its element and its wrapper, to before the one in front of it. 0 for the first and for a position that
-    /// does not exist.
+    /// Moves a child, its element and its wrapper, to before the one in front of it. 0 for the first and for a position
+    /// that does not exist.
     BOOL MoveChildUp(int position);
     /// Removes all child elements, wrapped or not; texts, comments and attributes stay.
     void RemoveChildren();
-    /// Makes this element like the other: its attributes and content. Elements that are the same in both stay the nodes that
-    /// they are, as do their wrappers (CXmlHelper::SetXml).
+    /// Makes this element like the other: its attributes and content. Elements that are the same in both stay the nodes
+    /// that they are, as do their wrappers (CXmlHelper::SetXml).
     void SyncNode(const CXmlDomElement& source);
     static void SyncNode(const Element& target, const Element& source);
 

@@ -3,9 +3,10 @@
 /// @file Typed values in small XML documents, addressed by path, and what goes with them: building and deleting of paths,
 /// fragments, sorting, escaping.
 ///
-/// **Paths** are those of IXMLDOMNode::selectSingleNode (XmlDom.h): steps between "/", indexes in brackets from ZERO, a final
-/// "@name" for an attribute; relative to the element that is passed, or, with a "/" in front, to its document. An `index`
-/// argument is written behind the path as GetTagIndex has it: 0 and below add nothing, so they mean the first match.
+/// **Paths** are those of IXMLDOMNode::selectSingleNode (XmlDom.h): steps between "/", indexes in brackets from ZERO, a
+/// final "@name" for an attribute; relative to the element that is passed, or, with a "/" in front, to its document. An
+/// `index` argument is written behind the path as GetTagIndex has it: 0 and below add nothing, so they mean the first
+/// match.
 ///
 /// **Results**: members of type BOOL give 1 or 0; a node that is missing is reported by 0 and never raised. A null handle
 /// raises _com_error with E_POINTER (0x80004003), a path that cannot be read E_FAIL, a DOM call that fails its own code. A
@@ -44,9 +45,9 @@ public:
     /// nothing when the text does not parse.
     static CString GetInnerXml(std::string_view xml);
     static CString GetInnerXml(const Node& node);
-    /// Replaces the markup inside an element. Attributes of the element stay. Child elements that the new markup repeats stay
-    /// the nodes that they were: first those that are the same to the letter, then, in order, those with the same name and
-    /// the same "typ" attribute, whose attributes and content are replaced. Linear.
+    /// Replaces the markup inside an element. Attributes of the element stay. Child elements that the new markup
+    /// repeats stay the nodes that they were: first those that are the same to the letter, then, in order, those with
+    /// the same name and the same "typ" attribute, whose attributes and content are replaced. Linear.
     /// @return 0 when the markup does not parse; nothing is changed then.
     static BOOL SetXml(const Element& element, std::string_view xml);
 
@@ -85,9 +86,9 @@ public:
     static CString GetIndexedName(const Node& node, int first = 0);
     /// The same for all nodes from the root down to this one: "/r[0]/item[2]".
     static CString GetIndexedPath(const Node& node, int first = 0);
-    /// The path that leads from `base` to a node below it, "item[2]/v[0]"; empty for the node itself. From the document down,
-    /// with "/" in front, when the base is null or does not hold the node. An attribute, whose element the DOM does not
-    /// tell, is "@name".
+    /// The path that leads from `base` to a node below it, "item[2]/v[0]"; empty for the node itself. From the document
+    /// down, with "/" in front, when the base is null or does not hold the node. An attribute, whose element the DOM
+    /// does not tell, is "@name".
     static CString GetNodePath(const Node& node, const Node& base);
     /// The names from the root down, without indexes: "/r/item", the path of all elements that stand at such a place.
     static CString GetElementMask(const Element& element);
@@ -134,10 +135,11 @@ public:
     static BOOL GetDate(const Node& element, std::string_view path, COleDateTime& value, int index = 0);
     static BOOL SetDate(const Node& element, std::string_view path, const COleDateTime& value, int index = 0);
 
-    /// Append the values at path, path[1], path[2] and so on up to the first that is missing (`mode` 0), or at the paths that
-    /// `path`, a format with one "%d", gives for 0, 1, 2 and so on. Time is in line with the elements beside them for paths
-    /// of names and indexes whose last step has none ("list/item"), and formats of such with "%d" as an index or in a name.
-    /// Reading ends, too, where an index finds the node before it again, and behind more items than there are nodes.
+    /// Append the values at path, path[1], path[2] and so on up to the first that is missing (`mode` 0), or at the
+    /// paths that `path`, a format with one "%d", gives for 0, 1, 2 and so on. Time is in line with the elements beside
+    /// them for paths of names and indexes whose last step has none ("list/item"), and formats of such with "%d" as an
+    /// index or in a name. Reading ends, too, where an index finds the node before it again, and behind more items than
+    /// there are nodes.
     /// @return 1 when the array is not empty at the end. @throws CInvalidArgException* for a format without its "%d".
     static BOOL GetStringArray(const Node& element, std::string_view path, CStringArray& values, int mode = 0);
     static BOOL GetIntegerArray(const Node& element, std::string_view path, CUIntArray& values, int mode = 0);

@@ -81,8 +81,8 @@ public:
     ///
     /// Linear in time and memory, however deep elements are nested.
     /// @return the number of bytes read.
-    /// @throws CVorbexException* (severity 16, code 1) for tags that are not closed or do not match, and for a stray ">". The
-    /// section is then empty.
+    /// @throws CVorbexException* (severity 16, code 1) for tags that are not closed or do not match, and for a stray
+    /// ">". The section is then empty.
     int SetRawXml(std::string_view text);
 
     /// The text of element number `index`, from 0, with that tag, its escapes undone.
@@ -102,9 +102,9 @@ public:
     BOOL GetStringArray(std::string_view tag, CStringArray& texts) const;
     BOOL GetStringToStringMap(std::string_view tag, CMapStringToString& map) const;
     BOOL GetStringToIntMap(std::string_view tag, CMapStringToInt& map) const;
-    /// Appends a new object for every section in the array, in order, made by CXmlObjectFactory, those of unknown types left
-    /// out; or all of them of the given class, if it makes objects and they are CXmlObjects. They are the caller's, also
-    /// when loading one raises.
+    /// Appends a new object for every section in the array, in order, made by CXmlObjectFactory, those of unknown types
+    /// left out; or all of them of the given class, if it makes objects and they are CXmlObjects. They are the
+    /// caller's, also when loading one raises.
     BOOL GetObjectArray(std::string_view tag, CXmlObjectArray& objects, const CRuntimeClass* type = nullptr) const;
 
     /// The key of an element: the index in eight or more lower-case hexadecimal digits, and the tag, its blanks as "_".

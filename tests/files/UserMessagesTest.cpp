@@ -43,8 +43,8 @@ public:
     HWND m_sender = nullptr;
 };
 
-/// Listens, and prints the size of each text. A text "die" ends it inside its handler, "end" behind it; one that begins with
-/// "answer" is sent back to its sender, twice.
+/// Listens, and prints the size of each text. A text "die" ends it inside its handler, "end" behind it; one that begins
+/// with "answer" is sent back to its sender, twice.
 QV_CHILD(Listen) {
     class Answering : public Listener {
         void OnCopyData(HWND sender, const CCopyData& data) override {

@@ -8,8 +8,8 @@
 #include <stop_token>
 #include <thread>
 
-/// Ends the test program when its scope takes longer than anything there may take: threads that wait for each other for ever
-/// fail a test by name instead of hanging the suite.
+/// Ends the test program when its scope takes longer than anything there may take: threads that wait for each other for
+/// ever fail a test by name instead of hanging the suite.
 class Watchdog {
 public:
     explicit Watchdog(const char* what, std::chrono::seconds patience = std::chrono::seconds(120))

@@ -90,7 +90,8 @@ public:
     /// - Years of two digits are 1930 to 2029.
     /// - Times "14:03", "14:03:07", "2:03 PM" and "2 PM", before or after the date; UTC or GMT after one means nothing.
     /// - Months, days of the week (which mean nothing either) and AM and PM by the names of the C locale and, on Linux, of
-    ///   the current one, in any case; and on Linux the words, and within times the points, that the current locale writes between numbers.
+    ///   the current one, in any case; and on Linux the words, and within times the points, that the current locale
+    ///   writes between numbers.
     /// So every date that Format wrote in the "C" or the current locale by "%d %b %Y %H:%M:%S" comes back.
     ///
     /// @return false, and an invalid date, for anything else. Takes time in line with the text's length.

@@ -108,9 +108,11 @@ public:
     /// which file systems for several machines keep too. Where a file system keeps none, a file opens for reading unguarded
     /// and for writing not at all. Devices and pipes have no share modes. A file can be deleted and renamed while it is
     /// open, which Windows refuses. Deny rights that a child program inherited with the handle last until it has ended.
-    /// @return non-zero on success; after 0, `*error`, if given, tells cause, system error and name, and the object is closed.
+    /// @return non-zero on success; after 0, `*error`, if given, tells cause, system error and name, and the object is
+    /// closed.
     virtual BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr);
-    /// Closes the file; nothing happens to a closed one. @throws CFileException* when the system could not keep what was written; the object is closed then too.
+    /// Closes the file; nothing happens to a closed one. @throws CFileException* when the system could not keep what
+    /// was written; the object is closed then too.
     virtual void Close();
     /// Closes without raising anything.
     virtual void Abort();
@@ -127,7 +129,8 @@ public:
     /// Hands what is written to the system's disk. @throws CFileException*
     virtual void Flush();
 
-    /// Moves to `offset` bytes from the given place and returns the new position. @throws CFileException* (badSeek) before the start.
+    /// Moves to `offset` bytes from the given place and returns the new position. @throws CFileException* (badSeek)
+    /// before the start.
     virtual std::uint64_t Seek(std::int64_t offset, UINT from);
     virtual std::uint64_t GetPosition() const;
     virtual std::uint64_t GetLength() const;
@@ -143,14 +146,14 @@ public:
     /// on Windows. A folder has size 0. Never raises.
     bool GetStatus(CFileStatus& status) const;
     static bool GetStatus(const char* fileName, CFileStatus& status);
-    /// Sets attributes and modification time; the time stays as it is, fractions of a second included, when m_mtime is -1 or
-    /// agrees with it to the second. The other members are not looked at. On Linux the read-only attribute takes all write
-    /// permissions away and gives the owner's back; the others cannot be set. @throws CFileException*
+    /// Sets attributes and modification time; the time stays as it is, fractions of a second included, when m_mtime is
+    /// -1 or agrees with it to the second. The other members are not looked at. On Linux the read-only attribute takes
+    /// all write permissions away and gives the owner's back; the others cannot be set. @throws CFileException*
     static void SetStatus(const char* fileName, const CFileStatus& status);
     /// Deletes a file. On Linux also one that is open or read-only. @throws CFileException*
     static void Remove(const char* fileName);
-    /// Renames a file or folder. An existing file of the new name makes it fail (accessDenied). On Linux the new name has to
-    /// lie on the same file system. @throws CFileException*
+    /// Renames a file or folder. An existing file of the new name makes it fail (accessDenied). On Linux the new name
+    /// has to lie on the same file system. @throws CFileException*
     static void Rename(const char* oldName, const char* newName);
 
     Handle m_hFile = hFileNull;

@@ -24,8 +24,8 @@ public:
     /// Writes what is buffered and closes; a failure is not reported: call Close to learn of it.
     ~CStdioFile() override;
 
-    /// Takes over a system handle that was opened elsewhere, as a pipe's end, in text mode. The file open before is closed as
-    /// by Abort.
+    /// Takes over a system handle that was opened elsewhere, as a pipe's end, in text mode. The file open before is
+    /// closed as by Abort.
     void Attach(Handle handle);
     BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr) override;
     /// Writes what is buffered, then closes. @throws CFileException*; the file is closed then too.
@@ -43,7 +43,8 @@ public:
     /// The next line without its end, however long. False, and an empty line, at the end of the file. In binary mode a
     /// carriage return before the line feed stays. @throws CFileException*
     virtual bool ReadString(CString& line);
-    /// Writes the text in the file's mode. A failure may show only at a later write, Flush or Close. @throws CFileException*
+    /// Writes the text in the file's mode. A failure may show only at a later write, Flush or Close. @throws
+    /// CFileException*
     virtual void WriteString(std::string_view text);
 
 private:

@@ -4,8 +4,8 @@
 
 #include "qvcommon/framework/String.h"
 
-/// A program makes one before it uses the profile; without any, AfxGetApp gives one of the library's own. The profile may be
-/// used from any thread and by several processes at once: no write undoes another one.
+/// A program makes one before it uses the profile; without any, AfxGetApp gives one of the library's own. The profile
+/// may be used from any thread and by several processes at once: no write undoes another one.
 ///
 /// Where the profile is:
 /// - Windows, after SetRegistryKey: below `HKEY_CURRENT_USER\Software\COMPANY\APPLICATION`, a key a section;
@@ -24,7 +24,8 @@ public:
     CWinApp(const CWinApp&) = delete;
     CWinApp& operator=(const CWinApp&) = delete;
 
-    /// The company under whose name the profile is kept, on Windows in the registry. To be called before the profile is used.
+    /// The company under whose name the profile is kept, on Windows in the registry. To be called before the profile is
+    /// used.
     void SetRegistryKey(const char* company);
 
     /// The value, or `otherwise` when there is none or the profile cannot be read.

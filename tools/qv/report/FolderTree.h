@@ -34,7 +34,8 @@ struct FolderEntry {
 };
 
 /// The folder and all folders below, each before its own, sorted by name without regard to case. Links to folders are not
-/// entered, ".git" is left out, and so are the paths in `skipped` and names that the library cannot reach (with "\" on Linux).
+/// entered, ".git" is left out, and so are the paths in `skipped` and names that the library cannot reach (with "\" on
+/// Linux).
 std::vector<FolderEntry> ReadFolderTree(const std::filesystem::path& folder,
                                         const std::vector<std::filesystem::path>& skipped, Progress& progress);
 

@@ -6,8 +6,8 @@
 
 namespace qv::dom {
 
-/// What a parser, whose `_private` it is, finds wrong: the first error counts, what follows it is often made by it. Ends the
-/// parsing.
+/// What a parser, whose `_private` it is, finds wrong: the first error counts, what follows it is often made by it.
+/// Ends the parsing.
 struct FirstError {
     MSXML2::IXMLDOMParseError problem;
 
