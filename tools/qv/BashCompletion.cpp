@@ -1,6 +1,4 @@
-#include "tools/qv/CommandLine.h"
-
-#include <CLI/CLI.hpp>
+#include "tools/qv/CommandDescription.h"
 
 namespace qv::tool {
 namespace {
@@ -32,60 +30,54 @@ constexpr std::string_view kTail = R"(            esac
 }
 complete -o default -F _qv qv)";
 
-std::string Joined(const std::vector<std::string>& words) {
-    return CLI::detail::join(words, " ");
-}
-
-std::vector<std::string> NamesOf(const CLI::Option& option) {
+// The long ones; a single letter needs no completion.
+std::vector<std::string> NamesOf(const OptionDescription& option) {
     std::vector<std::string> names;
-    for (const std::string& name : option.get_lnames()) names.push_back("--" + name);
+    for (const std::string& name : option.names)
+        if (name.starts_with("--")) names.push_back(name);
     return names;
 }
 
-std::vector<const CLI::Option*> NamedOptions(const CLI::App& command) {
-    return command.get_options(
-        [](const CLI::Option* option) { return option->nonpositional() && !option->get_group().empty(); });
-}
-
-Commands AllOf(const CLI::App& command) {
-    Commands all = {&command};
-    for (const CLI::App* const below : CommandsOf(command)) {
-        const Commands more = AllOf(*below);
-        all.insert(all.end(), more.begin(), more.end());
-    }
-    return all;
-}
-
-std::string ValueCases(const CLI::App& command) {
+std::string ValueCases(const CommandDescription& command) {
     std::string cases;
-    for (const CLI::Option* const option : NamedOptions(command))
-        for (const std::string& name : NamesOf(*option))
-            if (const auto choices = ChoicesOf(*option); !choices.empty())
-                cases += "        \"" + PathOf(command) + " " + name + "\") words='" + Joined(choices) + "' ;;\n";
-            else if (!ValueOf(*option).empty())
-                cases += "        \"" + PathOf(command) + " " + name + "\") ;;\n";
+    for (const OptionDescription& option : command.options)
+        for (const std::string& name : NamesOf(option))
+            if (!option.choices.empty())
+                cases +=
+                    "        \"" + command.path + " " + name + "\") words='" + Join(option.choices, " ") + "' ;;\n";
+            else if (!option.value.empty())
+                cases += "        \"" + command.path + " " + name + "\") ;;\n";
     return cases;
 }
 
-std::string WordCase(const CLI::App& command) {
-    std::vector<std::string> options, commands;
-    for (const CLI::Option* const option : NamedOptions(command))
-        for (const std::string& name : NamesOf(*option)) options.push_back(name);
-    for (const CLI::App* const below : CommandsOf(command)) commands.push_back(below->get_name());
-    return "                \"" + PathOf(command) + "\") options='" + Joined(options) + "' commands='" +
-           Joined(commands) + "' ;;\n";
+std::string WordCase(const CommandDescription& command) {
+    std::vector<std::string> options = {"--help"}, commands;
+    for (const OptionDescription& option : command.options)
+        for (const std::string& name : NamesOf(option)) options.push_back(name);
+    for (const CommandDescription& below : command.commands) commands.push_back(below.name);
+    return "                \"" + command.path + "\") options='" + Join(options, " ") + "' commands='" +
+           Join(commands, " ") + "' ;;\n";
 }
+
+struct Cases {
+    std::string paths, values, words;
+
+    void Add(const CommandDescription& command) {
+        values += ValueCases(command);
+        words += WordCase(command);
+        for (const CommandDescription& below : command.commands) {
+            paths += (paths.empty() ? "            \"" : " | \"") + below.path + '"';
+            Add(below);
+        }
+    }
+};
 
 }  // namespace
 
-std::string BashCompletion(const CLI::App& app) {
-    std::string paths, values, words;
-    for (const CLI::App* const command : AllOf(app)) {
-        if (command != &app) paths += (paths.empty() ? "            \"" : " | \"") + PathOf(*command) + '"';
-        values += ValueCases(*command);
-        words += WordCase(*command);
-    }
-    return std::string(kHead) + paths + std::string(kValues) + values + std::string(kWords) + words +
+std::string BashCompletion(const CommandDescription& tool) {
+    Cases cases;
+    cases.Add(tool);
+    return std::string(kHead) + cases.paths + std::string(kValues) + cases.values + std::string(kWords) + cases.words +
            std::string(kTail);
 }
 

@@ -4,10 +4,58 @@
 
 #include <algorithm>
 
+#include "tools/qv/CommandDescription.h"
 #include "tools/qv/Commands.h"
 
 namespace qv::tool {
 namespace {
+
+std::string ValueOf(const CLI::Option& option) {
+    if (!option.get_option_text().empty()) return option.get_option_text();
+    const std::string type = option.get_type_name();
+    if (option.get_type_size() == 0 || type.empty()) return "";
+    if (type.find('{') != type.npos) return type.substr(type.find('{'));
+    return type.starts_with("TEXT") ? "TEXT" : "N";
+}
+
+// The parser keeps them in its description of the type only: "TEXT:{a,b}" and "INT:value in {a->0,b->1} OR {0,1}".
+std::vector<std::string> ChoicesOf(const CLI::Option& option) {
+    const std::string type = option.get_type_name();
+    const std::size_t open = type.find('{');
+    if (open == type.npos) return {};
+    std::vector<std::string> choices = CLI::detail::split(type.substr(open + 1, type.find('}') - open - 1), ',');
+    for (std::string& choice : choices) choice = choice.substr(0, choice.find("->"));
+    return choices;
+}
+
+std::vector<std::string> NamesOf(const CLI::Option& option) {
+    if (option.get_positional()) return {option.get_name(true)};
+    return CLI::detail::split(option.get_name(false, true), ',');
+}
+
+OptionDescription Describe(const CLI::Option& option) {
+    return {.names = NamesOf(option),
+            .value = ValueOf(option),
+            .choices = ChoicesOf(option),
+            .description = option.get_description(),
+            .operand = option.get_positional(),
+            .required = option.get_required(),
+            .many = option.get_expected_max() > 1};
+}
+
+CommandDescription Describe(const CLI::App& command, const std::string& parent = "") {
+    CommandDescription described;
+    described.name = command.get_name();
+    described.path = parent + described.name;
+    described.description = command.get_description();
+    described.footer = command.get_footer();
+    for (const CLI::Option* const option : command.get_options())
+        if (option != command.get_help_ptr()) described.options.push_back(Describe(*option));
+    for (const CLI::App* const below : command.get_subcommands([](const CLI::App*) { return true; }))
+        described.commands.push_back(Describe(*below, described.path + ' '));
+    std::ranges::sort(described.commands, {}, &CommandDescription::name);
+    return described;
+}
 
 // Help without what the parser's own has for programmers: the types of texts, and "REQUIRED" behind every position.
 class HelpText : public CLI::Formatter {
@@ -19,8 +67,9 @@ public:
     }
 };
 
-void AddPrinter(CLI::App& app, const char* option, std::string (*text)(const CLI::App&), const char* description) {
-    const auto print = [&app, text] { throw CLI::CallForVersion(text(app), 0); };
+void AddPrinter(CLI::App& app, const char* option, std::string (*text)(const CommandDescription&),
+                const char* description) {
+    const auto print = [&app, text] { throw CLI::CallForVersion(text(Describe(app)), 0); };
     app.add_flag_callback(option, print, description);
 }
 
@@ -53,45 +102,6 @@ int Run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kDone : kWrongUsage;
     }
-}
-
-Commands CommandsOf(const CLI::App& command) {
-    Commands commands = command.get_subcommands([](const CLI::App*) { return true; });
-    std::ranges::sort(commands, {}, &CLI::App::get_name);
-    return commands;
-}
-
-Commands LeavesOf(const CLI::App& command) {
-    Commands leaves;
-    for (const CLI::App* const below : CommandsOf(command)) {
-        const Commands found = LeavesOf(*below);
-        leaves.insert(leaves.end(), found.begin(), found.end());
-        if (found.empty()) leaves.push_back(below);
-    }
-    return leaves;
-}
-
-std::string PathOf(const CLI::App& command) {
-    const CLI::App* const parent = command.get_parent();
-    return parent ? PathOf(*parent) + " " + command.get_name() : command.get_name();
-}
-
-std::string ValueOf(const CLI::Option& option) {
-    if (!option.get_option_text().empty()) return option.get_option_text();
-    const std::string type = option.get_type_name();
-    if (option.get_type_size() == 0 || type.empty()) return "";
-    if (type.find('{') != type.npos) return type.substr(type.find('{'));
-    return type.starts_with("TEXT") ? "TEXT" : "N";
-}
-
-// The parser keeps them in its description of the type only: "TEXT:{a,b}" and "INT:value in {a->0,b->1} OR {0,1}".
-std::vector<std::string> ChoicesOf(const CLI::Option& option) {
-    const std::string type = option.get_type_name();
-    const std::size_t open = type.find('{');
-    if (open == type.npos) return {};
-    std::vector<std::string> choices = CLI::detail::split(type.substr(open + 1, type.find('}') - open - 1), ',');
-    for (std::string& choice : choices) choice = choice.substr(0, choice.find("->"));
-    return choices;
 }
 
 }  // namespace qv::tool

@@ -1,6 +1,4 @@
-#include "tools/qv/CommandLine.h"
-
-#include <CLI/CLI.hpp>
+#include "tools/qv/CommandDescription.h"
 
 namespace qv::tool {
 namespace {
@@ -40,60 +38,54 @@ std::string Plain(std::string_view text) {
     return out;
 }
 
-std::vector<const CLI::Option*> Shown(const CLI::App& command, bool positional) {
-    return command.get_options([positional](const CLI::Option* option) {
-        return option->get_positional() == positional && !option->get_group().empty();
-    });
+// A name, and what the option takes.
+std::string With(const std::string& name, const OptionDescription& option) {
+    return option.operand || option.value.empty() ? name : name + " " + option.value;
 }
 
-std::string NameOf(const CLI::Option& option) {
-    if (option.get_positional()) return option.get_name(true);
-    const std::string value = ValueOf(option);
-    return CLI::detail::find_and_replace(option.get_name(false, true), ",", ", ") + (value.empty() ? "" : " " + value);
-}
-
-std::string ShortName(const CLI::Option& option) {
-    const std::string value = ValueOf(option);
-    const std::string name =
-        option.get_snames().empty() ? "--" + option.get_lnames().front() : "-" + option.get_snames().front();
-    return value.empty() ? name : name + " " + value;
-}
-
-// The options first: what follows the names may be another program's line.
-std::string Usage(const CLI::App& command) {
-    std::string usage = PathOf(command);
-    const auto add = [&usage](const CLI::Option& option, const std::string& text) {
-        usage += option.get_required() ? " " + text : " [" + text + "]";
-    };
-    for (const CLI::Option* const option : Shown(command, false))
-        if (option != command.get_help_ptr()) add(*option, ShortName(*option));
-    for (const CLI::Option* const option : Shown(command, true))
-        add(*option, option->get_name(true) + (option->get_expected_max() > 1 ? "..." : ""));
+// The options first: what follows the operands may be another program's line.
+std::string Usage(const CommandDescription& command) {
+    std::string usage = command.path;
+    for (const bool operands : {false, true})
+        for (const OptionDescription& option : command.options)
+            if (option.operand == operands) {
+                const std::string text = With(option.names.front(), option) + (operands && option.many ? "..." : "");
+                usage += option.required ? " " + text : " [" + text + "]";
+            }
     return usage;
 }
 
-std::string Section(const CLI::App& command) {
-    std::string text = ".SS " + Plain(PathOf(command)) + "\n.B " + Plain(Usage(command)) + "\n.P\n" +
-                       Plain(command.get_description()) + ".\n";
-    for (const bool positional : {true, false})
-        for (const CLI::Option* const option : Shown(command, positional))
-            if (option != command.get_help_ptr())
-                text += ".TP\n.B " + Plain(NameOf(*option)) + "\n" + Plain(option->get_description()) + ".\n";
-    return text + ".P\n.nf\n" + Plain(command.get_footer()) + "\n.fi\n";
+std::string Section(const CommandDescription& command) {
+    std::string text =
+        ".SS " + Plain(command.path) + "\n.B " + Plain(Usage(command)) + "\n.P\n" + Plain(command.description) + ".\n";
+    for (const bool operands : {true, false})
+        for (const OptionDescription& option : command.options)
+            if (option.operand == operands)
+                text += ".TP\n.B " + Plain(With(Join(option.names, ", "), option)) + "\n" + Plain(option.description) +
+                        ".\n";
+    return text + ".P\n.nf\n" + Plain(command.footer) + "\n.fi\n";
+}
+
+// The commands that do something themselves: "text wrap", not "text".
+void AddLeaves(const CommandDescription& command, std::vector<const CommandDescription*>& leaves) {
+    if (command.commands.empty()) leaves.push_back(&command);
+    for (const CommandDescription& below : command.commands) AddLeaves(below, leaves);
 }
 
 }  // namespace
 
-std::string ManPage(const CLI::App& app) {
+std::string ManPage(const CommandDescription& tool) {
+    std::vector<const CommandDescription*> leaves;
+    AddLeaves(tool, leaves);
     std::string text = ".TH QV 1 \"\" \"QvCommon " QV_VERSION
                        "\" \"User Commands\"\n"
                        ".SH NAME\nqv \\- " +
-                       Plain(app.get_description()) +
+                       Plain(tool.description) +
                        "\n"
                        ".SH SYNOPSIS\n.nf\n.B qv [\\-\\-help] [\\-\\-version]\n";
-    for (const CLI::App* const command : LeavesOf(app)) text += ".B " + Plain(Usage(*command)) + "\n";
+    for (const CommandDescription* const command : leaves) text += ".B " + Plain(Usage(*command)) + "\n";
     text += ".fi\n.SH COMMANDS\n";
-    for (const CLI::App* const command : LeavesOf(app)) text += Section(*command);
+    for (const CommandDescription* const command : leaves) text += Section(*command);
     return text + std::string(kRest);
 }
 
