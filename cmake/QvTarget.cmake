@@ -53,7 +53,10 @@ if(WIN32)
 endif()
 target_compile_features(qvcommon PUBLIC cxx_std_20)
 target_link_libraries(qvcommon PRIVATE $<BUILD_INTERFACE:qv_flags> Threads::Threads)
-qv_precompile(qvcommon)
+# On Windows it would change what the library exports: the type information of pointers comes and goes with it.
+if(NOT WIN32)
+    qv_precompile(qvcommon)
+endif()
 
 function(qv_sources)
     list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
