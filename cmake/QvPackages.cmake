@@ -32,6 +32,7 @@ else()
     set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
     set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
     set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+    set(CPACK_PRE_BUILD_SCRIPTS ${QV_PACKAGE_FILES}/Debian.cmake)
     set(same "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 
     # The library's package carries the number of the binary interface, so that those of two interfaces can lie side by
@@ -41,6 +42,7 @@ else()
     set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library})
     set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
     set(CPACK_DEBIAN_LIBRARY_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${QV_PACKAGE_FILES}/triggers)
 
     set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headers, the files that pages expect, and what CMake and pkg-config ask for.")
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libqvcommon-dev)

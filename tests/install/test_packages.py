@@ -36,6 +36,12 @@ class Debian(unittest.TestCase):
             self.assertIn(library + " ", self.field("libqvcommon0", "Depends"))
         self.assertEqual(self.field("qvcommon-doc", "Architecture"), "all")
 
+    def test_what_lintian_says(self):
+        if not shutil.which("lintian"):
+            self.skipTest("lintian is missing")
+        # No licence has been chosen yet.
+        run("lintian", "--allow-root", "--fail-on", "error", "--suppress-tags", "no-copyright-file", *self.files.values())
+
     def test_unpacked(self):
         with tempfile.TemporaryDirectory() as folder:
             for file in self.files.values():

@@ -1,0 +1,21 @@
+# What Debian asks of each package beyond what is installed: compressed manual pages and a changelog.
+
+function(compress file)
+    execute_process(COMMAND gzip -9 -n -f ${file} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+foreach(component ${CPACK_COMPONENTS_ALL})
+    set(root ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr)
+    file(GLOB pages ${root}/share/man/man*/*.[1-9])
+    foreach(page ${pages})
+        compress(${page})
+    endforeach()
+
+    string(TOUPPER ${component} COMPONENT)
+    set(changelog ${root}/share/doc/${CPACK_DEBIAN_${COMPONENT}_PACKAGE_NAME}/changelog.Debian)
+    file(WRITE ${changelog} "qvcommon (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium\n\n"
+        "  * What is new stands in CHANGELOG.md, in the package qvcommon-doc.\n\n"
+        " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
+    compress(${changelog})
+endforeach()
