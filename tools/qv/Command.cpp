@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <utility>
+
 namespace qv::tool {
 
 Option& Option::Require() {
