@@ -18,15 +18,14 @@ configure_preset() (
     cd "$QV_ROOT" && cmake --preset "$1" --log-level=WARNING > /dev/null
 )
 
-# steady PRESET COMMAND...: runs a command in the tree's folder; that of a sanitized preset with addresses laid out the
-# same way on every run, where the system permits it. Sanitizers of older compilers stop at start-up when the kernel
-# spreads addresses too widely.
+# steady PRESET COMMAND...: runs a command in the folder of the tree; that of a sanitized preset at fixed addresses, since
+# sanitizers of older compilers stop at start-up when the kernel spreads addresses too widely.
 steady() (
     cd "$QV_ROOT" || exit
     local preset=$1
     shift
     case $preset in
-        asan | tsan | fuzz) ! setarch -R true 2> /dev/null || exec setarch -R "$@" ;;
+        asan | tsan | fuzz) at_fixed_addresses "$@" ;;
+        *) exec "$@" ;;
     esac
-    exec "$@"
 )

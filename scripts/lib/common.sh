@@ -34,6 +34,13 @@ as_root() {
     fi
 }
 
+# at_fixed_addresses COMMAND...: becomes the command, whose memory is laid out the same way on every run where the system
+# permits it.
+at_fixed_addresses() {
+    ! setarch -R true 2> /dev/null || exec setarch -R "$@"
+    exec "$@"
+}
+
 # Every command answers --help with the comment at its head.
 case ${1:-} in
     -h | --help)

@@ -13,7 +13,7 @@ wine_run() {
     shift
     wine_environment "$architecture" "$(wine_prefix "$architecture" "$program")"
     wine_start
-    exec "$QV_WINE_DIR/$QV_WINE_LOADER" "$@"
+    at_fixed_addresses "$QV_WINE_DIR/$QV_WINE_LOADER" "$@"
 }
 
 # The prefix of the build folder that the program lies in; programs from elsewhere share one in the cache.
@@ -32,7 +32,8 @@ wine_prefix() {
 
 wine_environment() {
     unset DISPLAY WAYLAND_DISPLAY WINELOADER WINESERVER
-    export WINEPREFIX=$2 WINEDEBUG=${WINEDEBUG:--all}
+    # Of Wine's own messages only those of a process that finds no place in memory: it says nothing else.
+    export WINEPREFIX=$2 WINEDEBUG=${WINEDEBUG:--all,err+virtual}
     # No offers to install run times, no entries in the desktop's menus.
     export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
     # The ANSI code page follows the locale: Windows-1252 here. File names are UTF-8.
@@ -61,7 +62,7 @@ wine_start() {
     [ -e "$WINEPREFIX/complete" ] || wine_make_prefix 9>&- || fail "the Wine prefix $WINEPREFIX could not be made"
     # The server refuses to start beside one that runs.
     if "$QV_WINE_DIR/wineserver" "-p$QV_WINE_IDLE_SECONDS" < /dev/null > /dev/null 2>&1 9>&-; then
-        wine_quietly wineboot 9>&-
+        wine_quietly wineboot 9>&- || fail "Wine could not be started in $WINEPREFIX"
     fi
     exec 9>&-
 }
@@ -77,9 +78,9 @@ wine_make_prefix() {
     touch "$WINEPREFIX/complete"
 }
 
-wine_quietly() {
-    "$QV_WINE_DIR/$QV_WINE_LOADER" "$@" < /dev/null > /dev/null 2>&1
-}
+wine_quietly() (
+    at_fixed_addresses "$QV_WINE_DIR/$QV_WINE_LOADER" "$@" < /dev/null > /dev/null 2>&1
+)
 
 # Wine links "Documents" and its like to the user's own folders; tests shall not write there.
 wine_detach_home() {
