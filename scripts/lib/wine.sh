@@ -59,10 +59,11 @@ wine_start() {
     mkdir -p "$(dirname "$WINEPREFIX")"
     exec 9> "$WINEPREFIX.lock"
     flock 9
-    [ -e "$WINEPREFIX/complete" ] || wine_make_prefix 9>&- || fail "the Wine prefix $WINEPREFIX could not be made"
+    [ -e "$WINEPREFIX/complete" ] || wine_make_prefix 9>&- ||
+        fail "the Wine prefix $WINEPREFIX could not be made: $(cat "$WINEPREFIX.log")"
     # The server refuses to start beside one that runs.
     if "$QV_WINE_DIR/wineserver" "-p$QV_WINE_IDLE_SECONDS" < /dev/null > /dev/null 2>&1 9>&-; then
-        wine_quietly wineboot 9>&- || fail "Wine could not be started in $WINEPREFIX"
+        wine_quietly wineboot 9>&- || fail "Wine could not be started in $WINEPREFIX: $(cat "$WINEPREFIX.log")"
     fi
     exec 9>&-
 }
@@ -78,8 +79,9 @@ wine_make_prefix() {
     touch "$WINEPREFIX/complete"
 }
 
+# wine_quietly PROGRAM [ARGUMENT...]: what it says goes to a log beside the prefix.
 wine_quietly() (
-    at_fixed_addresses "$QV_WINE_DIR/$QV_WINE_LOADER" "$@" < /dev/null > /dev/null 2>&1
+    at_fixed_addresses "$QV_WINE_DIR/$QV_WINE_LOADER" "$@" < /dev/null > "$WINEPREFIX.log" 2>&1
 )
 
 # Wine links "Documents" and its like to the user's own folders; tests shall not write there.

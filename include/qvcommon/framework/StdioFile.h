@@ -43,8 +43,8 @@ public:
     /// The next line without its end, however long. False, and an empty line, at the end of the file. In binary mode a
     /// carriage return before the line feed stays. @throws CFileException*
     virtual bool ReadString(CString& line);
-    /// Writes the text in the file's mode. A failure may show only at a later write, Flush or Close. @throws
-    /// CFileException*
+    /// Writes the text in the file's mode. A failure may show only at a later write, Flush or Close.
+    /// @throws CFileException*
     virtual void WriteString(std::string_view text);
 
 private:
