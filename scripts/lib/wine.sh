@@ -63,9 +63,17 @@ wine_start() {
         fail "the Wine prefix $WINEPREFIX could not be made: $(cat "$WINEPREFIX.log")"
     # The server refuses to start beside one that runs.
     if "$QV_WINE_DIR/wineserver" "-p$QV_WINE_IDLE_SECONDS" < /dev/null > /dev/null 2>&1 9>&-; then
-        wine_quietly wineboot 9>&- || fail "Wine could not be started in $WINEPREFIX: $(cat "$WINEPREFIX.log")"
+        wine_boot 9>&-
     fi
     exec 9>&-
+}
+
+# A server whose start has failed does not stay: the next program would finish the start itself, and what it starts would
+# hold the caller's pipes.
+wine_boot() {
+    wine_quietly wineboot && return
+    "$QV_WINE_DIR/wineserver" -k || true
+    fail "Wine could not be started in $WINEPREFIX: $(cat "$WINEPREFIX.log")"
 }
 
 wine_make_prefix() {

@@ -320,7 +320,7 @@ TEST(UserMessages, OtherUsersNeitherListenNorSendNorRead) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system keeps sessions apart";
     const CString name("qvtest" + std::to_string(std::random_device()()));
     const fs::path socket = SocketOf(name), folder = socket.parent_path();
-    OtherUser spy, listener;
+    OtherUser spy;
     ListeningChild child(name);
     ASSERT_EQ(child.first, "listening");
     if (!spy.Start({"env", "PATH=/usr/bin:/bin", "python3", "-c", kStranger, CString(socket.string()), name}) ||
@@ -334,7 +334,7 @@ TEST(UserMessages, OtherUsersNeitherListenNorSendNorRead) {
     fs::permissions(folder, fs::perms::owner_all);
     // The same name of another user is another one. A tree in a private folder is not theirs to run.
     const std::string program = qv::platform::CurrentProgram();
-    OtherUser probe;
+    OtherUser probe, listener;
     if (probe.Start({CString(program), "--gtest_list_tests"}) && !LineFrom(probe.process).empty()) {
         ASSERT_TRUE(listener.Start({CString(program), "--child=Listen", name}));
         EXPECT_EQ(LineFrom(listener.process), "listening");

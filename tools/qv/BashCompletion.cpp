@@ -31,7 +31,7 @@ constexpr std::string_view kTail = R"(            esac
 complete -o default -F _qv qv)";
 
 // The long ones; a single letter needs no completion.
-std::vector<std::string> NamesOf(const OptionDescription& option) {
+std::vector<std::string> LongNamesOf(const OptionDescription& option) {
     std::vector<std::string> names;
     for (const std::string& name : option.names)
         if (name.starts_with("--")) names.push_back(name);
@@ -41,7 +41,7 @@ std::vector<std::string> NamesOf(const OptionDescription& option) {
 std::string ValueCases(const CommandDescription& command) {
     std::string cases;
     for (const OptionDescription& option : command.options)
-        for (const std::string& name : NamesOf(option))
+        for (const std::string& name : LongNamesOf(option))
             if (!option.choices.empty())
                 cases +=
                     "        \"" + command.path + " " + name + "\") words='" + Join(option.choices, " ") + "' ;;\n";
@@ -53,7 +53,7 @@ std::string ValueCases(const CommandDescription& command) {
 std::string WordCase(const CommandDescription& command) {
     std::vector<std::string> options = {"--help"}, commands;
     for (const OptionDescription& option : command.options)
-        for (const std::string& name : NamesOf(option)) options.push_back(name);
+        for (const std::string& name : LongNamesOf(option)) options.push_back(name);
     for (const CommandDescription& below : command.commands) commands.push_back(below.name);
     return "                \"" + command.path + "\") options='" + Join(options, " ") + "' commands='" +
            Join(commands, " ") + "' ;;\n";
