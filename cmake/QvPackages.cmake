@@ -37,7 +37,7 @@ else()
 
     # The library's package carries the number of the binary interface, so that those of two interfaces can lie side by
     # side.
-    set(library libqvcommon${PROJECT_VERSION_MAJOR})
+    set(library libqvcommon${QV_INTERFACE_VERSION})
     set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "The shared library.")
     set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library})
     set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)

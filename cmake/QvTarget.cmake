@@ -41,26 +41,38 @@ function(qv_precompile target)
     endif()
 endfunction()
 
-# The one library. Each layer adds its sources with qv_sources().
+# The library's objects. Each floor adds its sources with qv_sources(). The shared library and the programs that look inside
+# it (tests, benchmarks, fuzz targets) link the same objects, so that nothing is exported for their sake.
+add_library(qvcommon_objects OBJECT)
+set_target_properties(qvcommon_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
+target_include_directories(qvcommon_objects PUBLIC ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR})
+target_compile_features(qvcommon_objects PUBLIC cxx_std_20)
+target_link_libraries(qvcommon_objects PRIVATE qv_flags Threads::Threads)
+if(WIN32)
+    target_compile_definitions(qvcommon_objects PUBLIC QVCOMMON_DLL_EXPORT)
+endif()
+
+# The one library. Until 1.0 each minor version is a binary interface of its own (docs/versions.md).
+set(QV_INTERFACE_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 add_library(qvcommon SHARED)
 add_library(QvCommon::QvCommon ALIAS qvcommon)
-set_target_properties(qvcommon PROPERTIES EXPORT_NAME QvCommon VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-target_include_directories(qvcommon PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-    PRIVATE ${PROJECT_SOURCE_DIR})
+set_target_properties(qvcommon PROPERTIES EXPORT_NAME QvCommon VERSION ${PROJECT_VERSION} SOVERSION ${QV_INTERFACE_VERSION})
+target_include_directories(qvcommon INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 if(WIN32)
     set_target_properties(qvcommon PROPERTIES PREFIX "")
-    target_compile_definitions(qvcommon PRIVATE QVCOMMON_DLL_EXPORT INTERFACE QVCOMMON_DLL_IMPORT)
+    target_compile_definitions(qvcommon INTERFACE QVCOMMON_DLL_IMPORT)
 endif()
 target_compile_features(qvcommon PUBLIC cxx_std_20)
-target_link_libraries(qvcommon PRIVATE $<BUILD_INTERFACE:qv_flags> Threads::Threads)
+target_link_libraries(qvcommon PRIVATE $<BUILD_INTERFACE:qvcommon_objects>)
 # On Windows it would change what the library exports: the type information of pointers comes and goes with it.
 if(NOT WIN32)
-    qv_precompile(qvcommon)
+    qv_precompile(qvcommon_objects)
 endif()
 
 function(qv_sources)
     list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
-    target_sources(qvcommon PRIVATE ${ARGN})
+    target_sources(qvcommon_objects PRIVATE ${ARGN})
 endfunction()
 
 # qv_version_resource(TARGET "What it is"): says in a Windows file which version it is.
@@ -95,8 +107,14 @@ if(MINGW)
     endforeach()
 endif()
 
-# A program of this tree over the library.
+# A program of this tree over the shared library: it sees the exported headers alone.
 function(qv_program name)
     add_executable(${name} ${ARGN})
     target_link_libraries(${name} PRIVATE qvcommon qv_flags)
+endfunction()
+
+# A program that contains the library's objects and may look inside.
+function(qv_internal_program name)
+    add_executable(${name} ${ARGN})
+    target_link_libraries(${name} PRIVATE qvcommon_objects qv_flags)
 endfunction()

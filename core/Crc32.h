@@ -3,14 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "qvcommon/Export.h"
-
 namespace qv {
 
 /// Carries a CRC-32 over more bytes. It starts with 0 and needs nothing at the end: Crc32(Crc32(0, a), b) is that of both.
-QVCOMMON_INTERNAL_API std::uint32_t Crc32(std::uint32_t crc, const char* data, std::size_t size);
+std::uint32_t Crc32(std::uint32_t crc, const char* data, std::size_t size);
 
 /// The same by tables, on any processor.
-QVCOMMON_INTERNAL_API std::uint32_t Crc32ByTables(std::uint32_t crc, const char* data, std::size_t size);
+std::uint32_t Crc32ByTables(std::uint32_t crc, const char* data, std::size_t size);
 
 }  // namespace qv

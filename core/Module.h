@@ -11,6 +11,6 @@ enum class ModuleEvent { ProcessAttach, ProcessDetach, ThreadAttach, ThreadDetac
 /// Registers the library as an extension module when a process attaches, and ends the registration when it detaches;
 /// threads come and go without notice. Runs under the loader's lock: it does nothing there but this.
 /// @return false only when registering failed, which makes the load fail; nothing is registered then.
-QVCOMMON_INTERNAL_API bool ModuleEntry(void* module, ModuleEvent event, AFX_EXTENSION_MODULE& record);
+bool ModuleEntry(void* module, ModuleEvent event, AFX_EXTENSION_MODULE& record);
 
 }  // namespace qv

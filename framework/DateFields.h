@@ -18,6 +18,6 @@ int DayOfWeek(const platform::CalendarTime& fields);
 int DayOfYear(const platform::CalendarTime& fields);
 
 /// Reads a date by the library's own rules (see COleDateTime::ParseDateTime).
-QVCOMMON_INTERNAL_API std::optional<double> ReadDate(std::string_view text);
+std::optional<double> ReadDate(std::string_view text);
 
 }  // namespace qv

@@ -32,7 +32,7 @@ public:
 };
 
 /// Puts a handler in force for the whole process, null for none, and returns the one before. The caller keeps its life.
-QVCOMMON_INTERNAL_API IFileFaults* SetFileFaults(IFileFaults* faults);
+IFileFaults* SetFileFaults(IFileFaults* faults);
 
 platform::FileFailure FaultBefore(FileCall call, const char* path);
 

@@ -2,8 +2,6 @@
 
 /// @file The clock behind every pause that the library promises, and the seam by which tests take its place.
 
-#include "qvcommon/Export.h"
-
 namespace qv {
 
 class IPause {
@@ -17,6 +15,6 @@ void Pause(unsigned long long milliseconds);
 
 /// Puts a handler in force for the whole process, null for the real clock, and returns the one before. The caller keeps
 /// its life. Safe from any thread.
-QVCOMMON_INTERNAL_API IPause* SetPause(IPause* handler);
+IPause* SetPause(IPause* handler);
 
 }  // namespace qv

@@ -32,3 +32,11 @@ CString AfxReadStandardInput() {
 void AfxWriteStandardOutput(std::string_view text) {
     ThrowIf(qv::platform::WriteBytes(qv::platform::StandardOutput(), text.data(), text.size()), "standard output");
 }
+
+bool AfxIsReaderGone(const CFileException& error) {
+    return error.m_lOsError > 0 && qv::platform::IsReaderGone(static_cast<std::uint32_t>(error.m_lOsError));
+}
+
+bool AfxIsErrorTerminal() {
+    return qv::platform::IsErrorTerminal();
+}

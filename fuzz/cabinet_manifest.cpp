@@ -1,4 +1,4 @@
-#include "files/cabinet/Manifest.h"
+#include "cabinet/Manifest.h"
 #include "fuzz/FuzzInput.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -4,8 +4,6 @@
 
 #include <cstdint>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 struct DosTime {
@@ -17,8 +15,8 @@ struct DosTime {
 
 /// The local time at `seconds` since 1970 UTC, by the rules that the zone has at that date; times outside the range become
 /// its ends.
-QVCOMMON_INTERNAL_API DosTime ToDosTime(std::int64_t seconds);
+DosTime ToDosTime(std::int64_t seconds);
 /// The way back; -1 for numbers that name no time.
-QVCOMMON_INTERNAL_API std::int64_t FromDosTime(const DosTime& time);
+std::int64_t FromDosTime(const DosTime& time);
 
 }  // namespace qv::platform

@@ -4,16 +4,14 @@
 
 #include <string>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 /// The calling thread's last system error (errno on Linux).
-QVCOMMON_INTERNAL_API unsigned long LastError();
-QVCOMMON_INTERNAL_API void SetLastError(unsigned long error);
+unsigned long LastError();
+void SetLastError(unsigned long error);
 
 /// The system's message for an error number, as the system formats it (on Windows a line break ends it); empty if it
 /// has none.
-QVCOMMON_INTERNAL_API std::string ErrorMessage(unsigned long error);
+std::string ErrorMessage(unsigned long error);
 
 }  // namespace qv::platform

@@ -6,13 +6,11 @@
 #include <cstdint>
 #include <memory>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 /// An auto-reset event, not signalled at first: a signal ends one wait, the present one or the next. Any thread may call
 /// any member. Raises std::bad_alloc when the system gives none.
-class QVCOMMON_INTERNAL_API Event {
+class Event {
 public:
     Event();
     ~Event();

@@ -14,7 +14,7 @@ using FileHandle = std::intptr_t;
 inline constexpr FileHandle kNoFile = -1;
 
 /// What a line feed is written as in a text file.
-QVCOMMON_INTERNAL_API std::string_view TextLineEnd();
+std::string_view TextLineEnd();
 
 /// Reads at most `size` bytes; `count` is 0 at the end of the file only. May give fewer bytes than there are.
 FileFailure ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count);

@@ -2,8 +2,6 @@
 
 /// @file Why a file operation failed: the system's error number, and the framework's word for it.
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 /// The framework's causes, with its numbers.

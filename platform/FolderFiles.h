@@ -13,7 +13,7 @@ namespace qv::platform {
 /// Whether the name, given to the calls below, names an entry of the folder and nothing else: not the folder itself or the
 /// one above, without separators. On Windows neither a device (NUL, COM1.txt), a stream or a drive ("a:b"), nor a name that
 /// the system changes or refuses (final blanks and points, control characters, wild cards).
-QVCOMMON_INTERNAL_API bool IsPlainName(std::string_view name);
+bool IsPlainName(std::string_view name);
 
 /// No failure when there is something of that name already, whatever it is.
 FileFailure MakeFolderIn(const Folder& folder, const std::string& name);

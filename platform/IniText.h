@@ -10,17 +10,15 @@
 #include <string>
 #include <string_view>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 /// Accepts any text. Nothing when there is no such entry.
-QVCOMMON_INTERNAL_API std::optional<std::string> FindIniValue(std::string_view text, std::string_view section,
+std::optional<std::string> FindIniValue(std::string_view text, std::string_view section,
                                                               std::string_view entry);
 
 /// The text with the value set, every other line as it was. A new entry goes behind the last one of its section, a new
 /// section to the end.
-QVCOMMON_INTERNAL_API std::string WithIniValue(std::string_view text, std::string_view section, std::string_view entry,
+std::string WithIniValue(std::string_view text, std::string_view section, std::string_view entry,
                                                std::string_view value);
 
 }  // namespace qv::platform

@@ -5,12 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 /// True where a path may begin with a drive letter and a colon.
-QVCOMMON_INTERNAL_API bool HasDriveLetters();
+bool HasDriveLetters();
 
 /// The form that system calls take: on Linux every "\" becomes "/". Every call with a path goes through this one place.
 std::string NativePath(std::string_view path);

@@ -34,6 +34,6 @@ FileFailure WriteToPipe(FileHandle pipe, const void* data, std::size_t size);
 int CurrentProcessId();
 
 /// The path of the running program, in the system's own form.
-QVCOMMON_INTERNAL_API std::string CurrentProgram();
+std::string CurrentProgram();
 
 }  // namespace qv::platform

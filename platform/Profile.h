@@ -5,8 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 /// Whose settings. Both are names of files; the company's may be empty.
@@ -29,6 +27,6 @@ bool WriteProfile(const ProfilePlace& place, const char* section, const char* en
 
 /// Makes the folder take the place of the user's configuration folder in this process; null ends that. False, and nothing
 /// done, where settings are not kept in a folder. Not safe while other threads use a profile.
-QVCOMMON_INTERNAL_API bool UseProfileFolder(const char* folder);
+bool UseProfileFolder(const char* folder);
 
 }  // namespace qv::platform

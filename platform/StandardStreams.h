@@ -10,8 +10,11 @@ namespace qv::platform {
 FileHandle StandardInput();
 FileHandle StandardOutput();
 
-/// Whether the system's number of a failed write says that a pipe's other end is closed. (Linux ends a process at such a
-/// write, unless that was told to ignore it.)
-QVCOMMON_INTERNAL_API bool IsReaderGone(std::uint32_t error);
+/// Whether the system's number of a failed write means that the reader has closed the pipe. On Linux such a write raises
+/// SIGPIPE, which ends a process that does not ignore it.
+bool IsReaderGone(std::uint32_t error);
+
+/// Whether standard error is a terminal.
+bool IsErrorTerminal();
 
 }  // namespace qv::platform

@@ -11,8 +11,6 @@
 #include <string>
 #include <string_view>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 enum class CodePage {
@@ -21,15 +19,15 @@ enum class CodePage {
     DoubleByte  ///< lead bytes take a trail byte with them
 };
 
-QVCOMMON_INTERNAL_API CodePage CurrentCodePage();
+CodePage CurrentCodePage();
 
 /// The length in bytes of the well-formed character at `position`; 1 for a byte that is no part of one, which then counts
 /// as a character of the single-byte code page.
-QVCOMMON_INTERNAL_API std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page);
+std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page);
 
 /// In upper or lower case, whole characters at a time; the length may change.
-QVCOMMON_INTERNAL_API std::string ToUpper(std::string_view text);
-QVCOMMON_INTERNAL_API std::string ToLower(std::string_view text);
+std::string ToUpper(std::string_view text);
+std::string ToLower(std::string_view text);
 
 enum class Case { Lower, Upper };
 

@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <optional>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 struct CalendarTime {
@@ -33,13 +31,13 @@ std::optional<CalendarTime> ToLocal(std::int64_t seconds);
 /// The seconds since 1970 UTC at which local clocks show `local`. Where they show it twice, the first time counts; a time
 /// that they skip is read by the clock before the skip, so half past a skipped two o'clock is half past three. Nothing
 /// where ToLocal has no answer.
-QVCOMMON_INTERNAL_API std::optional<std::int64_t> FromLocal(const CalendarTime& local);
+std::optional<std::int64_t> FromLocal(const CalendarTime& local);
 
 /// The same for clocks that do not know daylight saving time and stay on the zone's standard time.
 std::optional<std::int64_t> FromStandard(const CalendarTime& local);
 
 /// Gives this process a time zone of its own, by its name in the zone database; null goes back to the system's. False, and
 /// nothing is done, on systems whose processes all share one zone (Windows). Not while other threads run.
-QVCOMMON_INTERNAL_API bool UseTimeZone(const char* name);
+bool UseTimeZone(const char* name);
 
 }  // namespace qv::platform

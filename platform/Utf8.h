@@ -6,8 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 struct Utf8Character {
@@ -19,7 +17,7 @@ struct Utf8Character {
 /// The character at `position`, which has to lie in the text.
 Utf8Character DecodeUtf8(std::string_view text, std::size_t position);
 
-QVCOMMON_INTERNAL_API void AppendUtf8(std::string& out, char32_t code);
+void AppendUtf8(std::string& out, char32_t code);
 
 /// UTF-16 either way. Bytes that are no part of a character, and lone surrogates, become "?".
 std::u16string Utf8ToWide(std::string_view text);

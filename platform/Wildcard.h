@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "qvcommon/Export.h"
-
 namespace qv::platform {
 
 /// A mask for names of files, as Windows reads them: "*" any text, "?" any character or none at a point or the end, without
@@ -12,9 +10,9 @@ namespace qv::platform {
 /// Takes time in line with the mask's length times the name's.
 class Wildcard {
 public:
-    QVCOMMON_INTERNAL_API explicit Wildcard(std::string_view mask);
+    explicit Wildcard(std::string_view mask);
 
-    QVCOMMON_INTERNAL_API bool Matches(std::string_view name) const;
+    bool Matches(std::string_view name) const;
 
     static bool IsWild(std::string_view mask) { return mask.find_first_of("*?") != mask.npos; }
 

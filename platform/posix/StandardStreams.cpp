@@ -18,4 +18,8 @@ bool IsReaderGone(std::uint32_t error) {
     return error == EPIPE;
 }
 
+bool IsErrorTerminal() {
+    return ::isatty(STDERR_FILENO) == 1;
+}
+
 }  // namespace qv::platform

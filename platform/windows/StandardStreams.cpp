@@ -1,6 +1,9 @@
 #include "platform/StandardStreams.h"
 
+#include <io.h>
 #include <windows.h>
+
+#include <cstdio>
 
 namespace qv::platform {
 namespace {
@@ -22,6 +25,10 @@ FileHandle StandardOutput() {
 
 bool IsReaderGone(std::uint32_t error) {
     return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
+}
+
+bool IsErrorTerminal() {
+    return ::_isatty(::_fileno(stderr)) != 0;
 }
 
 }  // namespace qv::platform

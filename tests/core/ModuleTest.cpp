@@ -2,23 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "qvcommon/Exceptions.h"
-
 namespace {
 
 using qv::ModuleEntry;
 using qv::ModuleEvent;
-
-TEST(Module, LoadingTheLibraryRegisteredIt) {
-    const CDynLinkLibrary* const library = CDynLinkLibrary::GetFirst();
-    ASSERT_TRUE(library);
-    EXPECT_TRUE(library->GetModule().hModule);
-    EXPECT_FALSE(library->IsSystem());
-    EXPECT_EQ(CRuntimeClass::FromName("CVorbexException"), RUNTIME_CLASS(CVorbexException));
-    EXPECT_EQ(RUNTIME_CLASS(CVorbexException)->m_wSchema, 0xFFFFu);
-    EXPECT_FALSE(RUNTIME_CLASS(CVorbexException)->CreateObject());
-    EXPECT_FALSE(CRuntimeClass::FromName("CNoSuchClass"));
-}
 
 TEST(Module, ComesAndGoesWithTheProcess) {
     const CDynLinkLibrary* const before = CDynLinkLibrary::GetFirst();

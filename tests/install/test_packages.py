@@ -11,7 +11,7 @@ import zipfile
 from trees import ROOT, VERSION, Tree, launcher, run
 
 PACKAGES = ROOT / "build/packages"
-DEBIAN = ["libqvcommon0", "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
+DEBIAN = ["libqvcommon0.1", "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
 
 
 def is_installed(package):
@@ -29,11 +29,11 @@ class Debian(unittest.TestCase):
 
     def test_what_they_say(self):
         self.assertEqual(sorted(self.files), sorted(DEBIAN))
-        version = self.field("libqvcommon0", "Version")
+        version = self.field("libqvcommon0.1", "Version")
         for package in ("libqvcommon-dev", "qvcommon-tools"):
-            self.assertIn(f"libqvcommon0 (= {version})", self.field(package, "Depends"))
+            self.assertIn(f"libqvcommon0.1 (= {version})", self.field(package, "Depends"))
         for library in ("libc6", "libstdc++6", "libxml2", "zlib1g"):
-            self.assertIn(library + " ", self.field("libqvcommon0", "Depends"))
+            self.assertIn(library + " ", self.field("libqvcommon0.1", "Depends"))
         self.assertEqual(self.field("qvcommon-doc", "Architecture"), "all")
 
     def test_what_lintian_says(self):

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "files/cabinet/CabinetReader.h"
-#include "files/cabinet/CabinetWriter.h"
+#include "cabinet/CabinetReader.h"
+#include "cabinet/CabinetWriter.h"
 
 /// The cabinet engine's callbacks over files in memory. Any call can be made to fail.
 template <class Interface>

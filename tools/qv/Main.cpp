@@ -3,8 +3,7 @@
 #include <exception>
 #include <iostream>
 
-#include "platform/StandardStreams.h"
-#include "qvcommon/framework/File.h"
+#include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/CommandLine.h"
 
 namespace {
@@ -19,7 +18,7 @@ int Fail(const char* reason) {
 // Whether a write failed because the reader of our output has had enough, as "head" has: that is nobody's mistake.
 bool IsReaderGone(const CException& error) {
     const auto* const file = dynamic_cast<const CFileException*>(&error);
-    return file && qv::platform::IsReaderGone(static_cast<std::uint32_t>(file->m_lOsError));
+    return file && AfxIsReaderGone(*file);
 }
 
 int Report(CException* error) {

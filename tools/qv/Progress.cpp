@@ -2,12 +2,12 @@
 
 #include <cstdio>
 
-#include "platform/Terminal.h"
+#include "qvcommon/framework/StandardStreams.h"
 
 namespace qv::tool {
 
 Progress::Progress(const char* what, std::size_t total)
-    : m_what(what), m_total(total), m_shown(platform::IsErrorTerminal()) {}
+    : m_what(what), m_total(total), m_shown(AfxIsErrorTerminal()) {}
 
 Progress::~Progress() {
     if (m_shown) std::fprintf(stderr, "\r%60s\r", "");

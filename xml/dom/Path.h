@@ -7,8 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "qvcommon/Export.h"
-
 namespace qv::dom {
 
 /// "name", "name[2]", "*", "*[0]" or, at the end of a path only, "@name".
@@ -24,7 +22,7 @@ struct SimplePath {
 };
 
 /// The steps of a path, which has to outlive them; nothing when it is not a simple one.
-QVCOMMON_INTERNAL_API std::optional<SimplePath> ReadSimplePath(std::string_view path);
+std::optional<SimplePath> ReadSimplePath(std::string_view path);
 
 /// The path in XPath 1.0: indexes from 1, names compared as they are written. Nothing when it is too long (64 KiB) or too
 /// deep (64 levels of brackets) for an evaluator to be trusted with it, or its brackets and quotes do not match.

@@ -12,3 +12,9 @@ QVCOMMON_API CString AfxReadStandardInput();
 /// Writes all of the text to standard output.
 /// @throws CFileException* when not all of it could be written; how much of it was is not known.
 QVCOMMON_API void AfxWriteStandardOutput(std::string_view text);
+
+/// Whether the error of a write says that the reader of the pipe has closed its end, as "head" does when it has enough.
+QVCOMMON_API bool AfxIsReaderGone(const CFileException& error);
+
+/// Whether standard error is a terminal, so that progress shown there may be seen. Never throws.
+QVCOMMON_API bool AfxIsErrorTerminal();

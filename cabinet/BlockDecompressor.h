@@ -1,0 +1,63 @@
+#pragma once
+
+/// @file Decompression of a folder's blocks, ahead of the one who takes them.
+
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "cabinet/Mszip.h"
+
+namespace qv::cabinet {
+
+/// Takes a folder's blocks and gives their data in the same order. A thread of its own works on them, once there are enough
+/// to be worth it. Memory is taken when the object is made. One thread uses it.
+class BlockDecompressor {
+public:
+    /// @throws EngineFailure 5 without memory.
+    explicit BlockDecompressor(IMemory& memory);
+    ~BlockDecompressor();
+    BlockDecompressor(const BlockDecompressor&) = delete;
+    BlockDecompressor& operator=(const BlockDecompressor&) = delete;
+
+    bool IsEmpty() const { return m_taken == m_put; }
+    /// Whether another block may be put.
+    bool HasRoom() const { return m_put - m_taken < kSlots - 1; }
+    /// kLargestData bytes for the next block.
+    unsigned char* Room();
+    /// The next block: what lies in the room is so long, and is to give that many bytes.
+    void Put(Compression compression, std::size_t size, std::size_t uncompressed);
+    /// In a block's place, an error that Take is to raise.
+    void PutError(int error);
+    /// The data of the oldest block put, which there has to be; valid until the next call. @throws EngineFailure
+    Bytes Take();
+    /// Drops everything: the next block is a folder's first.
+    void Clear();
+
+private:
+    static constexpr std::size_t kSlots = 16;
+    struct Slot;
+
+    Slot& SlotAt(std::size_t number) const { return *m_slots[number % kSlots]; }
+    void Queue();
+    void RunNext();
+    void Work();
+    void StartWorker();
+
+    std::unique_ptr<Slot> m_slots[kSlots];
+    MszipDecompressor m_decompressor;
+    std::thread m_worker;
+    bool m_hasWorker = false, m_mayHaveWorker = true;
+
+    // Blocks are numbered through. The mutex guards the numbers that the worker sees; who moves one may read it without.
+    std::mutex m_mutex;
+    std::condition_variable m_queued, m_done;
+    std::size_t m_first = 0;  ///< the folder's first block
+    std::size_t m_put = 0;    ///< moved by the owner
+    std::size_t m_run = 0;    ///< moved by whoever decompresses
+    std::size_t m_taken = 0;  ///< the owner's own
+    bool m_stop = false;
+};
+
+}  // namespace qv::cabinet

@@ -1,0 +1,88 @@
+#pragma once
+
+/// @file An opened cabinet: its head, its folders, and its members one by one.
+
+#include <vector>
+
+#include "cabinet/Callbacks.h"
+#include "cabinet/Format.h"
+
+namespace qv::cabinet {
+
+inline constexpr int kNotFound = 1, kNotACabinet = 2, kUnknownVersion = 3, kCorrupt = 4, kNoMemory = 5,
+                     kUnknownCompression = 6, kCannotDecompress = 7, kCannotWriteTarget = 8, kReserveMismatch = 9,
+                     kWrongCabinet = 10, kAborted = 11;
+
+/// Reads a file from front to back through a buffer.
+class Input {
+public:
+    /// @throws EngineFailure kNotFound when the file cannot be opened, kNoMemory.
+    Input(IFiles& files, const CString& path);
+
+    /// False when the file cannot be positioned.
+    bool MoveTo(std::uint64_t place);
+    /// False when there are not that many bytes.
+    bool Read(void* to, std::size_t size);
+    std::uint64_t Length() const { return m_length; }
+
+private:
+    IFiles& m_files;
+    OpenedFile m_file;
+    Buffer m_buffer;
+    std::size_t m_next = 0, m_filled = 0;
+    std::uint64_t m_end = 0;  ///< the place in the file behind the buffer
+    std::uint64_t m_length = 0;
+};
+
+struct FolderEntry {
+    std::uint32_t place;   ///< of the first block
+    std::uint16_t blocks;  ///< in this cabinet
+    std::uint16_t compression;
+};
+
+struct MemberEntry {
+    std::uint32_t size, offset;
+    std::uint16_t folder, date, time, attributes;
+    CString name;
+
+    bool IsContinued() const { return folder == kFromPrevious || folder == kPreviousAndNext; }
+    bool Continues() const { return folder == kToNext || folder == kPreviousAndNext; }
+};
+
+/// Every number of it is checked against the file's length before it is used.
+class OpenCabinet {
+public:
+    enum class Depth { Head, Everything };
+
+    /// @throws EngineFailure kNotFound, kNotACabinet, kUnknownVersion, kCorrupt, kNoMemory.
+    OpenCabinet(IFiles& files, const CString& path, Depth depth = Depth::Everything);
+
+    const QvCabinetInfo& Info() const { return m_info; }
+    const std::vector<FolderEntry>& Folders() const { return m_folders; }
+    std::uint8_t DataReserve() const { return m_dataReserve; }
+    const CString& PreviousName() const { return m_previousName; }
+    const CString& NextName() const { return m_nextName; }
+    const CString& NextDisk() const { return m_nextDisk; }
+
+    /// The members in their order; false behind the last. Data may not be read in between. @throws EngineFailure kCorrupt
+    bool NextMember(MemberEntry& member);
+    /// The bytes of the cabinet. Reading members may not go on afterwards.
+    Input& Data() { return m_input; }
+
+private:
+    void ReadHead();
+    void ReadFolders();
+    CString ReadName();
+    void Need(void* to, std::size_t size);
+
+    Input m_input;
+    QvCabinetInfo m_info;
+    std::uint32_t m_filesPlace = 0;
+    std::uint64_t m_place = 0;  ///< how far the head was read
+    std::uint8_t m_folderReserve = 0, m_dataReserve = 0;
+    CString m_previousName, m_nextName, m_nextDisk;
+    std::vector<FolderEntry> m_folders;
+    std::uint32_t m_membersRead = 0;
+};
+
+}  // namespace qv::cabinet

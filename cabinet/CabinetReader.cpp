@@ -1,0 +1,210 @@
+#include "cabinet/CabinetReader.h"
+
+#include <algorithm>
+#include <new>
+
+namespace qv::cabinet {
+namespace {
+
+/// Runs an operation; gives the error's number, 0 when there was none.
+template <class Action>
+int ErrorOf(Action action) {
+    try {
+        action();
+        return 0;
+    } catch (const EngineFailure& failure) {
+        return failure.error;
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    }
+}
+
+/// A cabinet may only name its neighbours, no other place.
+bool IsBareName(std::string_view name) {
+    return !name.empty() && name.find_first_of("\\/:") == name.npos && name != "." && name != "..";
+}
+
+}  // namespace
+
+CabinetReader::CabinetReader(IReaderCallbacks& callbacks, QvCabinetError& error)
+    : m_callbacks(callbacks), m_error(error) {}
+
+CabinetReader::~CabinetReader() = default;
+
+bool CabinetReader::IsCabinet(const CString& path, QvCabinetInfo& info) {
+    const int error = ErrorOf([&] { info = OpenCabinet(m_callbacks, path, OpenCabinet::Depth::Head).Info(); });
+    m_error = {error, 0, error != 0};
+    return error == 0;
+}
+
+bool CabinetReader::Copy(const CString& name, const CString& folder, const ReadLimits& limits) {
+    m_limits = limits;
+    m_places.clear();
+    m_present = 0;
+    m_members = m_totalSize = m_cabinetSizes = 0;
+    const int error = ErrorOf([&] { CopySet(name, folder); });
+    m_stream.reset();
+    m_error = {error, 0, error != 0};
+    return error == 0;
+}
+
+void CabinetReader::CopySet(const CString& name, const CString& folder) {
+    auto cabinet = std::make_unique<OpenCabinet>(m_callbacks, folder + name);
+    m_stream = std::make_unique<FolderStream>(m_callbacks, [this](Serial serial) { return OpenPlace(serial); });
+    Enter(*cabinet, name, folder);
+    for (;;) {
+        CopyCabinet(*cabinet);
+        if (!cabinet->Info().hasNext) return;
+        // The stream may have opened it already.
+        ++m_present;
+        cabinet = m_present < m_places.size() ? OpenPlace(m_present) : FindNext(*cabinet);
+    }
+}
+
+/// A cabinet of the set that was opened for the first time.
+void CabinetReader::Enter(const OpenCabinet& cabinet, const CString& name, const CString& folder) {
+    m_places.push_back({name, folder, cabinet.Info().cabinetNumber, cabinet.Info().setId});
+    m_cabinetSizes += cabinet.Info().size;
+    QvCabinetNotification notification;
+    notification.name = cabinet.NextName();
+    notification.disk = cabinet.NextDisk();
+    notification.path = folder;
+    notification.setId = cabinet.Info().setId;
+    notification.cabinetNumber = cabinet.Info().cabinetNumber;
+    Notify(QvCabinetNotification::cabinetInfo, notification);
+}
+
+std::intptr_t CabinetReader::Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) {
+    const std::intptr_t answer = m_callbacks.Notify(type, notification);
+    if (answer == -1) throw EngineFailure{kAborted};
+    return answer;
+}
+
+/// For the stream, and for going on to a cabinet where the stream was before.
+std::unique_ptr<OpenCabinet> CabinetReader::OpenPlace(Serial serial) {
+    if (serial < m_places.size())
+        return std::make_unique<OpenCabinet>(m_callbacks, m_places[serial].folder + m_places[serial].name);
+    const Place& last = m_places.back();
+    return FindNext(OpenCabinet(m_callbacks, last.folder + last.name));
+}
+
+/// Looks for the cabinet behind the last one known, wherever the callback says that it is.
+std::unique_ptr<OpenCabinet> CabinetReader::FindNext(const OpenCabinet& cabinet) {
+    if (!IsBareName(cabinet.NextName())) throw EngineFailure{kCorrupt};
+    const Place before = m_places.back();
+    QvCabinetNotification asked;
+    asked.name = cabinet.NextName();
+    asked.disk = cabinet.NextDisk();
+    asked.path = before.folder;
+    asked.setId = before.setId;
+    asked.cabinetNumber = static_cast<std::uint16_t>(before.number + 1);
+    if (asked.cabinetNumber == 0) throw EngineFailure{kWrongCabinet};
+    for (CString tried;;) {
+        QvCabinetNotification notification = asked;
+        Notify(QvCabinetNotification::nextCabinet, notification);
+        const CString path = notification.path + notification.name;
+        if (asked.error != 0 && path == tried) throw EngineFailure{asked.error};
+        tried = path;
+        std::unique_ptr<OpenCabinet> next;
+        asked.error = ErrorOf([&] {
+            next = std::make_unique<OpenCabinet>(m_callbacks, path);
+            const QvCabinetInfo& info = next->Info();
+            const bool fits =
+                info.setId == asked.setId && info.cabinetNumber == asked.cabinetNumber && info.hasPrevious;
+            if (!fits) throw EngineFailure{kWrongCabinet};
+        });
+        if (asked.error != 0) continue;
+        Enter(*next, notification.name, notification.path);
+        return next;
+    }
+}
+
+void CabinetReader::CopyCabinet(OpenCabinet& cabinet) {
+    m_lastFolder = -1;
+    m_goesOn = false;
+    for (MemberEntry member; cabinet.NextMember(member);) CopyMember(member, cabinet);
+    QvCabinetNotification notification;
+    notification.setId = cabinet.Info().setId;
+    notification.cabinetNumber = cabinet.Info().cabinetNumber;
+    Notify(QvCabinetNotification::enumerate, notification);
+}
+
+unsigned CabinetReader::FolderOf(const MemberEntry& member, const OpenCabinet& cabinet) const {
+    const std::size_t folders = cabinet.Folders().size();
+    const bool exists = member.IsContinued() ? folders > 0 && cabinet.Info().hasPrevious
+                        : member.Continues() ? folders > 0 && cabinet.Info().hasNext
+                                             : member.folder < folders;
+    const bool spans = !member.IsContinued() || !member.Continues() || (folders == 1 && cabinet.Info().hasNext);
+    if (!exists || !spans) throw EngineFailure{kCorrupt};
+    if (member.IsContinued()) return 0;
+    return member.Continues() ? static_cast<unsigned>(folders - 1) : member.folder;
+}
+
+/// What lies in order is read in one go.
+void CabinetReader::CheckOrder(const MemberEntry& member, unsigned folder) {
+    if (static_cast<int>(folder) < m_lastFolder) throw EngineFailure{kCorrupt};
+    if (static_cast<int>(folder) > m_lastFolder) m_lastEnd = 0;
+    m_lastFolder = static_cast<int>(folder);
+    if (member.size == 0) return;
+    if (member.offset < m_lastEnd) throw EngineFailure{kCorrupt};
+    m_lastEnd = std::uint64_t{member.offset} + member.size;
+    if (m_lastEnd > 0xFFFFFFFF) throw EngineFailure{kCorrupt};
+}
+
+void CabinetReader::Count(const MemberEntry& member) {
+    ++m_members;
+    m_totalSize += member.size;
+    const bool tooMuch = m_members > m_limits.members || m_totalSize > m_limits.totalSize ||
+                         m_totalSize / std::max<std::uint64_t>(m_limits.expansion, 1) > m_cabinetSizes;
+    if (tooMuch) throw EngineFailure{kCorrupt};
+}
+
+void CabinetReader::CopyMember(const MemberEntry& member, const OpenCabinet& cabinet) {
+    const unsigned folder = FolderOf(member, cabinet);
+    CheckOrder(member, folder);
+    if (member.IsContinued()) {
+        // In the cabinets behind the first one it was copied already.
+        m_goesOn = m_present > 0;
+        if (m_present == 0) TellPartial(member, cabinet);
+        return;
+    }
+    Count(member);
+    if (!m_goesOn || folder > 0) m_stream->Select(m_present, folder);
+    QvCabinetNotification notification;
+    notification.size = member.size;
+    notification.name = member.name;
+    notification.date = member.date;
+    notification.time = member.time;
+    notification.attributes = member.attributes;
+    notification.setId = cabinet.Info().setId;
+    notification.cabinetNumber = cabinet.Info().cabinetNumber;
+    notification.folder = member.folder;
+    const Handle target = Notify(QvCabinetNotification::copyFile, notification);
+    if (target == 0) return;
+    Extract(member, target);
+    notification.file = target;
+    if (Notify(QvCabinetNotification::closeFileInfo, notification) == 0) throw EngineFailure{kCannotWriteTarget};
+}
+
+void CabinetReader::Extract(const MemberEntry& member, Handle target) {
+    try {
+        if (member.size > 0) m_stream->MoveTo(member.offset);
+        for (std::uint32_t left = member.size; left > 0;) {
+            const Bytes bytes = m_stream->Read(left);
+            if (!m_callbacks.Write(target, bytes.data(), bytes.size())) throw EngineFailure{kCannotWriteTarget};
+            left -= static_cast<std::uint32_t>(bytes.size());
+        }
+    } catch (...) {
+        m_callbacks.Close(target);
+        throw;
+    }
+}
+
+void CabinetReader::TellPartial(const MemberEntry& member, const OpenCabinet& cabinet) {
+    QvCabinetNotification notification;
+    notification.name = member.name;
+    notification.disk = cabinet.PreviousName();
+    Notify(QvCabinetNotification::partialFile, notification);
+}
+
+}  // namespace qv::cabinet

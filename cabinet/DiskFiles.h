@@ -1,0 +1,61 @@
+#pragma once
+
+/// @file The engine's files on disk.
+
+#include <new>
+#include <vector>
+
+#include "cabinet/Callbacks.h"
+#include "platform/FileOpen.h"
+
+namespace qv::cabinet {
+
+/// Opened files by numbers from 1 on. Calls go through the seam by which tests make them fail.
+class DiskFiles {
+public:
+    DiskFiles() = default;
+    ~DiskFiles();
+    DiskFiles(const DiskFiles&) = delete;
+    DiskFiles& operator=(const DiskFiles&) = delete;
+
+    Handle Open(const CString& path, OpenMode mode);
+    /// Takes over a file that was opened elsewhere.
+    Handle Add(platform::FileHandle file, const CString& path);
+    std::int64_t Read(Handle number, void* buffer, std::size_t size);
+    bool Write(Handle number, const void* data, std::size_t size);
+    bool Close(Handle number);
+    std::int64_t Seek(Handle number, std::int64_t offset, Origin origin);
+    static bool Delete(const CString& path);
+    /// The system's handle; kNoFile for no number of this object.
+    platform::FileHandle SystemHandle(Handle number) const;
+
+private:
+    struct Entry {
+        platform::FileHandle file = platform::kNoFile;
+        CString path;
+    };
+
+    Entry* Find(Handle number);
+
+    std::vector<Entry> m_entries;
+};
+
+/// The calls of an engine's interface that have to do with memory and files.
+template <class Interface>
+class OnDisk : public Interface {
+public:
+    void* Allocate(std::size_t size) override { return ::operator new(size, std::nothrow); }
+    void Free(void* memory) override { ::operator delete(memory); }
+    Handle Open(const CString& path, OpenMode mode) override { return m_files.Open(path, mode); }
+    std::int64_t Read(Handle file, void* buffer, std::size_t size) override { return m_files.Read(file, buffer, size); }
+    bool Write(Handle file, const void* data, std::size_t size) override { return m_files.Write(file, data, size); }
+    bool Close(Handle file) override { return m_files.Close(file); }
+    std::int64_t Seek(Handle file, std::int64_t offset, Origin origin) override {
+        return m_files.Seek(file, offset, origin);
+    }
+
+protected:
+    DiskFiles m_files;
+};
+
+}  // namespace qv::cabinet

@@ -1,0 +1,53 @@
+#pragma once
+
+/// @file The data of a folder, through all cabinets of a set that have some of it.
+
+#include <functional>
+#include <memory>
+
+#include "cabinet/BlockDecompressor.h"
+#include "cabinet/CabinetIndex.h"
+
+namespace qv::cabinet {
+
+/// A cabinet's place in the set that is read: 0 for the first one opened.
+using Serial = unsigned;
+
+/// Gives the uncompressed data of one folder at a time, from front to back.
+class FolderStream {
+public:
+    using OpenNext = std::function<std::unique_ptr<OpenCabinet>(Serial)>;
+
+    /// @param open  opens a cabinet of the set by its serial; it gives up by an EngineFailure.
+    FolderStream(IMemory& memory, OpenNext open);
+
+    /// Goes to the start of a folder, unless the stream is on this folder already. Nothing is read yet.
+    void Select(Serial cabinet, unsigned folder);
+    /// Passes over data up to a place in the folder, which does not lie before the present one. @throws as Read.
+    void MoveTo(std::uint32_t offset);
+    /// At least one and at most `most` bytes of data, valid until the next call. @throws EngineFailure kCorrupt where there
+    /// are none or where they are not what their checksum says, kUnknownCompression, kCannotDecompress, and what
+    /// OpenNext does.
+    Bytes Read(std::uint32_t most);
+
+private:
+    bool IsOn(Serial cabinet, unsigned folder) const;
+    void NextBlock();
+    void ReadBlock();
+    std::size_t ReadPart(std::size_t at, std::size_t& uncompressed);
+    void GoOnInNextCabinet();
+    void Open();
+
+    OpenNext m_openNext;
+    BlockDecompressor m_decompressor;
+    std::unique_ptr<OpenCabinet> m_cabinet;  ///< null until data is needed
+    Serial m_first = 0, m_present = 0;       ///< where the folder starts, and the cabinet being read
+    unsigned m_folder = 0;                   ///< its number in the first one
+    bool m_selected = false;
+    unsigned m_compression = 0, m_blocksLeft = 0;
+    std::uint32_t m_offset = 0;  ///< of the next byte
+    Bytes m_block;               ///< the present one
+    std::size_t m_next = 0;      ///< the next byte in it
+};
+
+}  // namespace qv::cabinet

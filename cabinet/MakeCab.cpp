@@ -1,0 +1,229 @@
+#include <algorithm>
+#include <cstdio>
+#include <random>
+
+#include "cabinet/CabinetWriter.h"
+#include "cabinet/DiskFiles.h"
+#include "cabinet/Manifest.h"
+#include "cabinet/MemberName.h"
+#include "framework/FileFaults.h"
+#include "platform/DosTime.h"
+#include "platform/FolderFiles.h"
+#include "qvcommon/Cabinet.h"
+#include "qvcommon/Exceptions.h"
+#include "qvcommon/FileFinder.h"
+#include "qvcommon/FilePath.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/StdioFile.h"
+
+using namespace qv::cabinet;
+using qv::platform::FileInfo;
+
+namespace {
+
+constexpr int kSeverity = 16;
+constexpr std::uint16_t kSetId = 5193;
+constexpr DWORD kDeviceAttribute = 0x40;
+
+CString RandomTempName(const CString& folder) {
+    std::random_device random;
+    char name[32];
+    std::snprintf(name, sizeof name, ".qv%08x%08x.tmp", random(), random());
+    return folder + name;
+}
+
+/// In the list, and then as a member.
+bool IsListed(const CFoundInfo& info) {
+    return info.IsDirectory() || !info.MatchesMask(kDeviceAttribute);
+}
+
+}  // namespace
+
+class CMakeCab::Context : public OnDisk<IMakerCallbacks> {
+public:
+    explicit Context(CMakeCab& owner) : m_owner(owner) {}
+
+    bool Delete(const CString& path) override { return DiskFiles::Delete(path); }
+    CString TempName() override { return RandomTempName(m_owner.m_destPath); }
+    int FilePlaced(const QvCabinetDescription& cabinet, const CString& name, std::uint32_t size,
+                   BOOL continued) override {
+        return m_owner.FilePlaced(cabinet, name, size, continued);
+    }
+    long Status(StatusType type, std::uint32_t first, std::uint32_t second) override {
+        return m_owner.Status(static_cast<UINT>(type), first, second);
+    }
+    int GetNextCabinet(QvCabinetDescription& cabinet, std::uint32_t previousSize) override {
+        return m_owner.GetNextCab(cabinet, previousSize);
+    }
+
+    Handle GetOpenInfo(const CString& path, std::uint16_t& date, std::uint16_t& time,
+                       std::uint16_t& attributes) override {
+        const Handle handle = Open(path, OpenMode::Read);
+        FileInfo info;
+        if (handle == kNoHandle || qv::platform::StatusOf(m_files.SystemHandle(handle), path, info)) {
+            if (handle != kNoHandle) Close(handle);
+            return kNoHandle;
+        }
+        const qv::platform::DosTime stamp = qv::platform::ToDosTime(info.modified);
+        date = stamp.date;
+        time = stamp.time;
+        attributes = static_cast<std::uint16_t>(info.attributes & kFileAttributes);
+        if (!qv::platform::KeepsArchiveBit()) attributes |= qv::platform::kArchive;
+        if (NeedsUtf8(CFileUtils::GetFilenameFromPath(path))) attributes |= kNameIsUtf8;
+        return handle;
+    }
+
+    std::unique_ptr<CabinetWriter> writer;  // ends before what it calls
+
+private:
+    CMakeCab& m_owner;
+};
+
+CMakeCab::CMakeCab() = default;
+
+CMakeCab::~CMakeCab() = default;
+
+void CMakeCab::SetName(const char* name) {
+    m_name = name;
+}
+
+void CMakeCab::SetDestPath(const char* path) {
+    m_destPath = CFileUtils::TerminateDir(path);
+}
+
+CString CMakeCab::GetName() const {
+    return m_name;
+}
+
+CString CMakeCab::GetDestPath() const {
+    return m_destPath;
+}
+
+void CMakeCab::CreateNewCab() {
+    m_context.reset();
+    QvCabinetDescription cabinet;
+    cabinet.maximumSize = GetMediaSize();
+    cabinet.folderThreshold = GetFolderThreshold();
+    cabinet.setId = kSetId;
+    cabinet.diskName = m_name;
+    cabinet.cabinetPath = m_destPath;
+    GetNextCab(cabinet, 0);
+    m_context = std::make_unique<Context>(*this);
+    m_context->writer = CabinetWriter::Create(*m_context, cabinet, m_error);
+    Check(m_context->writer != nullptr);
+}
+
+/// Runs an operation of the engine. A failed one is the archive's end.
+template <class Action>
+void CMakeCab::Run(Action action) {
+    bool succeeded = false;
+    if (!m_context) m_error = {6, 0, 1};
+    try {
+        succeeded = m_context && action(*m_context->writer);
+    } catch (...) {
+        m_context.reset();
+        throw;
+    }
+    Check(succeeded);
+}
+
+void CMakeCab::Check(bool succeeded) {
+    if (succeeded) return;
+    m_context.reset();
+    throw new CVorbexException(m_error.error, kSeverity, GetFciErrorString(m_error.error));
+}
+
+void CMakeCab::AddFile(const char* path) {
+    const CString source = WithBackslashes(path);
+    const CString name = CFileUtils::GetFilenameFromPath(source);
+    Run([&](CabinetWriter& writer) { return writer.AddFile(source, ToMemberName(name), false, kMszip); });
+}
+
+void CMakeCab::AddFolder() {
+    Run([](CabinetWriter& writer) { return writer.FlushFolder(); });
+}
+
+void CMakeCab::Commit() {
+    Run([](CabinetWriter& writer) { return writer.FlushCabinet(false); });
+    m_context.reset();
+}
+
+void CMakeCab::AddManifest(const CStringArray& entries) {
+    CTempFile list;
+    list.SetPrefix("CabMan");
+    list.SetExtension("xml");
+    list.Create();
+    CStdioFile file(list.GetFilename(), CFile::modeCreate | CFile::modeWrite | CFile::typeText);
+    file.WriteString(ManifestText(entries));
+    file.Close();
+    AddFile(list.GetFilename());
+}
+
+int CMakeCab::FilePlaced(const QvCabinetDescription&, const char*, DWORD, BOOL) {
+    return 0;
+}
+
+long CMakeCab::Status(UINT, DWORD, DWORD) {
+    return 0;
+}
+
+BOOL CMakeCab::GetNextCab(QvCabinetDescription& cabinet, DWORD) {
+    if (cabinet.cabinetNumber == 0)
+        cabinet.cabinetName.Format("%s.cab", m_name);
+    else
+        cabinet.cabinetName.Format("%s%d.cab", m_name, cabinet.cabinetNumber);
+    return 1;
+}
+
+DWORD CMakeCab::GetMediaSize() const {
+    return 0x7FFFFFFF;
+}
+
+DWORD CMakeCab::GetFolderThreshold() const {
+    return 0x7FFFFFFF;
+}
+
+CString CMakeCab::GetFciErrorString(int error) const {
+    switch (error) {
+        case 0: return "No error";
+        case 1: return "Failure opening file to be stored in cabinet";
+        case 2: return "Failure reading file to be stored in cabinet";
+        case 3: return "Insufficient memory in FCI";
+        case 4: return "Could not create a temporary file";
+        case 5: return "Unknown compression type";
+        case 6: return "Could not create cabinet file";
+        case 7: return "Client requested abort";
+        case 8: return "Failure compressing data";
+        default: return "Unknown error";
+    }
+}
+
+void CMakeCab::DirectoryToCab(const char* folder, const char* cabinet, int recurse) {
+    CMakeCab().Pack(folder, cabinet, recurse);
+}
+
+void CMakeCab::Pack(const char* folder, const char* cabinet, int recurse) {
+    const CFilePath target(cabinet);
+    if (target.GetFullPath() != cabinet) AfxThrowFileException(CFileException::badPath, -1, cabinet);
+    CStringArray entries, files;
+    {
+        FileFinder finder;
+        finder.SetSearchPath(folder);
+        finder.SetSearchMask("*.*");
+        finder.SetRecurse(recurse);
+        finder.SetIncludeDirectories(2);
+        finder.Discover();
+        for (int i = 0; i < finder.GetFiles().GetSize(); ++i) {
+            const CFoundInfo& info = finder.GetFoundInfo()[i];
+            if (!IsListed(info)) continue;
+            entries.Add(kRoot + finder.GetFileOffsets()[i] + (info.IsDirectory() ? "\\" : ""));
+            if (!info.IsDirectory()) files.Add(finder.GetFiles()[i]);
+        }
+    }
+    SetDestPath(CFileUtils::TerminateDir(target.GetPath(1)));
+    SetName(target.GetFile());
+    CreateNewCab();
+    AddManifest(entries);
+    for (const CString& file : files) AddFile(file);
+    Commit();
+}

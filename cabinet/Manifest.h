@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file The list of a tree's entries that stands in an archive as its first member: docs/formats/cabinet.md.
+
+#include <optional>
+
+#include "qvcommon/framework/Collections.h"
+
+namespace qv::cabinet {
+
+/// What the root of the tree is written as.
+inline constexpr const char* kRoot = "*ROOT*";
+
+/// The manifest's text, with a line feed after each line.
+CString ManifestText(const CStringArray& entries);
+/// The entries of a manifest; nothing when the text is none. An empty text is an empty manifest. Lines end as they will.
+std::optional<CStringArray> ReadManifest(std::string_view text);
+
+}  // namespace qv::cabinet

@@ -1,0 +1,41 @@
+// What only holds for the shared library itself: that loading it registers it, and that its exceptions reach the program.
+
+#include <gtest/gtest.h>
+
+#include "qvcommon/Exceptions.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/File.h"
+#include "qvcommon/framework/Module.h"
+
+namespace {
+
+TEST(SharedLibrary, RegistersItselfWhenItIsLoaded) {
+    const CDynLinkLibrary* const library = CDynLinkLibrary::GetFirst();
+    ASSERT_TRUE(library);
+    EXPECT_TRUE(library->GetModule().hModule);
+    EXPECT_FALSE(library->IsSystem());
+    EXPECT_EQ(CRuntimeClass::FromName("CVorbexException"), RUNTIME_CLASS(CVorbexException));
+    EXPECT_EQ(RUNTIME_CLASS(CVorbexException)->m_wSchema, 0xFFFFu);
+    EXPECT_FALSE(RUNTIME_CLASS(CVorbexException)->CreateObject());
+    EXPECT_FALSE(CRuntimeClass::FromName("CNoSuchClass"));
+}
+
+template <class Caught, class Action>
+bool IsCaughtAs(Action action) {
+    try {
+        action();
+    } catch (Caught* error) {
+        error->Delete();
+        return true;
+    }
+    return false;
+}
+
+TEST(SharedLibrary, ThrowsWhatProgramsCatchByTypeAndByBase) {
+    EXPECT_TRUE(IsCaughtAs<CVorbexCancelException>(&ThrowQvCancelException));
+    EXPECT_TRUE(IsCaughtAs<CVorbexException>(&ThrowQvCancelException));
+    EXPECT_TRUE(IsCaughtAs<CFileException>([] { CFile::Remove("no such folder\\no such file"); }));
+    EXPECT_TRUE(IsCaughtAs<CException>([] { CFile::Remove("no such folder\\no such file"); }));
+}
+
+}  // namespace
