@@ -4,6 +4,7 @@
 #include <random>
 
 #include "framework/FileFaults.h"
+#include "platform/Ascii.h"
 #include "qvcommon/FileUtils.h"
 
 namespace qv::cabinet {
@@ -14,8 +15,7 @@ using platform::Folder;
 
 std::optional<std::vector<std::string>> SafeNames(std::string_view path) {
     constexpr const char* kSeparators = "\\/";
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    if (path.size() >= 2 && path[1] == ':' && isLetter(path[0])) return std::nullopt;
+    if (path.size() >= 2 && path[1] == ':' && ascii::IsLetter(path[0])) return std::nullopt;
     if (path.ends_with('\\') || path.ends_with('/')) path.remove_suffix(1);
     std::vector<std::string> names;
     for (;;) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "platform/Ascii.h"
 #include "platform/Text.h"
 
 namespace qv {
@@ -23,7 +24,7 @@ void ForEachCharacter(std::string_view text, Visit visit) {
 
 /// Of one whole character: a letter of the current locale, or 0 to 9.
 inline bool IsLetterOrDigit(std::string_view character) {
-    return (character[0] >= '0' && character[0] <= '9') || platform::IsLetter(character);
+    return ascii::IsDigit(character[0]) || platform::IsLetter(character);
 }
 
 /// The characters of a text, which has to stay as it is.

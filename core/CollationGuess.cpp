@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/Ascii.h"
 #include "platform/Utf8.h"
 
 namespace qv {
@@ -44,7 +45,7 @@ CollationGuess::CollationGuess() : m_page(platform::CurrentCodePage()) {
 
 void CollationGuess::Append(std::string_view text, std::string& ranks) const {
     for (std::size_t i = 0; i < text.size();) {
-        const bool plain = static_cast<unsigned char>(text[i]) < 0x80;
+        const bool plain = ascii::IsAscii(text[i]);
         const std::size_t length = plain ? 1 : platform::CharacterLength(text, i, m_page);
         if (const std::uint8_t rank = RankAt(text, i, length); rank != kIgnored) ranks += static_cast<char>(rank);
         i += length;

@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "core/ByteScan.h"
+#include "platform/Ascii.h"
 #include "platform/Text.h"
 #include "qvcommon/StringHelper.h"
 
@@ -94,7 +95,7 @@ public:
 
 private:
     std::size_t LengthAt(std::string_view text, std::size_t position) const {
-        const bool plain = static_cast<unsigned char>(text[position]) < 0x80;
+        const bool plain = qv::ascii::IsAscii(text[position]);
         return plain ? 1 : CharacterLength(text, position, m_page);
     }
 

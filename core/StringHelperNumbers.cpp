@@ -1,6 +1,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "platform/Ascii.h"
 #include "qvcommon/MathHelper.h"
 #include "qvcommon/StringHelper.h"
 
@@ -41,12 +42,11 @@ void AppendPart(CString& text, double count, std::string_view unit, bool plural)
 }
 
 UINT ReadNumber(std::string_view text) {
-    std::size_t i = std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size());
+    std::size_t i = std::min(text.find_first_not_of(qv::ascii::kSpaces), text.size());
     const bool negative = text.substr(i, 1) == "-";
     if (negative || text.substr(i, 1) == "+") ++i;
     UINT number = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
-        number = number * 10 + static_cast<UINT>(text[i] - '0');
+    for (; i < text.size() && qv::ascii::IsDigit(text[i]); ++i) number = number * 10 + static_cast<UINT>(text[i] - '0');
     return negative ? 0 - number : number;
 }
 

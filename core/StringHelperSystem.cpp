@@ -5,6 +5,7 @@
 #include "platform/Clipboard.h"
 #include "platform/Error.h"
 #include "platform/Guid.h"
+#include "platform/Hex.h"
 #include "platform/Locale.h"
 #include "platform/VersionResource.h"
 #include "qvcommon/StringHelper.h"
@@ -16,26 +17,14 @@ namespace {
 constexpr std::size_t kCurrencySymbolBytes = 10, kCurrencyBytes = 260, kListSeparatorBytes = 4;
 constexpr unsigned kPlainText = 1;
 
-void AppendHexPair(std::string& out, unsigned char byte) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    out += digits[byte >> 4];
-    out += digits[byte & 15];
-}
-
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
-
 std::optional<std::string> ReadHexPairs(std::string_view text) {
     if (text.size() % 2) return std::nullopt;
     std::string bytes;
     bytes.reserve(text.size() / 2);
     for (std::size_t i = 0; i < text.size(); i += 2) {
-        const int high = HexDigit(text[i]), low = HexDigit(text[i + 1]);
-        if (high < 0 || low < 0) return std::nullopt;
-        bytes += static_cast<char>(high << 4 | low);
+        const std::optional<char> byte = qv::HexByteAt(text, i);
+        if (!byte) return std::nullopt;
+        bytes += *byte;
     }
     return bytes;
 }
@@ -145,7 +134,7 @@ CString CStringHelper::GetNewGuid(int braces) {
     std::string text;
     for (std::size_t i = 0; i < guid->size(); ++i) {
         if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
-        AppendHexPair(text, (*guid)[i]);
+        qv::AppendHex(text, (*guid)[i]);
     }
     return braces ? "{" + text + "}" : text;
 }
@@ -178,11 +167,11 @@ CString CStringHelper::SimpleEncrypt(std::string_view text, std::string_view key
     const auto salt = static_cast<unsigned char>(std::random_device()());
     std::string coded;
     coded.reserve(2 * text.size() + 2);
-    AppendHexPair(coded, salt);
+    qv::AppendHex(coded, salt);
     Mask mask(salt, key);
     for (char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        AppendHexPair(coded, byte ^ mask.Next());
+        qv::AppendHex(coded, static_cast<unsigned char>(byte ^ mask.Next()));
         mask.Stir(byte);
     }
     return coded;

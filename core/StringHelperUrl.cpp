@@ -1,11 +1,12 @@
 #include "core/CharacterSet.h"
 #include "core/FileExists.h"
 #include "core/UrlDecoding.h"
+#include "platform/PercentCode.h"
 #include "qvcommon/StringHelper.h"
 
 namespace {
 
-constexpr std::string_view kSafePunctuation = "!'()*-./:_~";
+constexpr std::string_view kSafePunctuation = "!'()*-./:_~", kPathPunctuation = "-._~/";
 
 // What stands for the "%" at this position, and how many bytes that takes.
 struct UnescapeStep {
@@ -14,7 +15,7 @@ struct UnescapeStep {
 };
 
 UnescapeStep UnescapeAt(std::string_view text, std::size_t position) {
-    if (const auto byte = qv::EscapedByteAt(text, position)) return {*byte, 3};
+    if (const auto byte = qv::PercentByteAt(text, position)) return {*byte, 3};
     const auto page = qv::platform::CurrentCodePage();
     const auto after = [&](std::size_t i) {
         return i < text.size() ? i + qv::platform::CharacterLength(text, i, page) : i;
@@ -40,12 +41,10 @@ void AddParameter(std::string_view field, CStringArray& names, CStringArray& val
 }  // namespace
 
 int CStringHelper::IsUnsafeUrlChar(char c) {
-    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'), digit = c >= '0' && c <= '9';
-    return !letter && !digit && kSafePunctuation.find(c) == kSafePunctuation.npos;
+    return !qv::ascii::IsLetterOrDigit(c) && kSafePunctuation.find(c) == kSafePunctuation.npos;
 }
 
 CString CStringHelper::Escape(std::string_view text) {
-    constexpr char digits[] = "0123456789abcdef";
     std::string out;
     out.reserve(text.size() + text.size() / 2);
     for (const char c : text) {
@@ -54,10 +53,20 @@ CString CStringHelper::Escape(std::string_view text) {
         } else if (c == ' ') {
             out += '+';
         } else {
-            const auto byte = static_cast<unsigned char>(c);
-            (out += '%') += {digits[byte >> 4], digits[byte & 15]};
+            qv::AppendPercent(out, c, qv::HexCase::Lower);
         }
     }
+    return out;
+}
+
+CString CStringHelper::EscapePath(std::string_view path) {
+    std::string out;
+    out.reserve(path.size() + path.size() / 2);
+    for (const char c : path)
+        if (qv::ascii::IsLetterOrDigit(c) || kPathPunctuation.find(c) != kPathPunctuation.npos)
+            out += c;
+        else
+            qv::AppendPercent(out, c);
     return out;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Ascii.h"
+
 namespace qv {
 
 using platform::CodePage;
@@ -13,10 +15,6 @@ constexpr std::size_t kWindow = 4096;
 
 unsigned char ByteAt(std::string_view text, std::size_t position) {
     return static_cast<unsigned char>(text[position]);
-}
-
-bool IsAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 // The common bytes of texts, the most common first; an occurrence is recognised by bytes that are not among them.
@@ -40,7 +38,7 @@ TextSearch::TextSearch(std::string_view text, std::string_view find, CaseRule ru
 
 // Bytes will do where they are characters, and for an ASCII text in UTF-8. Elsewhere a trail byte may look like a letter.
 bool TextSearch::PrepareAnchors() {
-    const bool asciiInUtf8 = m_reader.Page() == CodePage::Utf8 && m_reader.Bytes().complete && IsAscii(m_find);
+    const bool asciiInUtf8 = m_reader.Page() == CodePage::Utf8 && m_reader.Bytes().complete && ascii::IsAscii(m_find);
     if (!m_reader.IsByBytes() && !asciiInUtf8) return false;
     m_upper.assign(m_find);
     for (char& c : m_upper) c = static_cast<char>(m_reader.Bytes().map[static_cast<unsigned char>(c)]);

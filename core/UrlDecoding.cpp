@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/ByteChain.h"
+#include "platform/PercentCode.h"
 
 namespace qv {
 namespace {
@@ -16,12 +17,11 @@ int DigitIndex(char c) {
     return found == kDigits.npos ? -1 : static_cast<int>(found);
 }
 
-int DigitValue(int index) {
-    return index < 16 ? index : index - 6;
-}
-
-char ByteOf(int high, int low) {
-    return static_cast<char>(DigitValue(high) << 4 | DigitValue(low));
+// Of one of the escapes, which are numbered by their two digits.
+char ByteOf(int escape) {
+    const auto high = static_cast<std::size_t>(escape) / kDigits.size();
+    const auto low = static_cast<std::size_t>(escape) % kDigits.size();
+    return static_cast<char>(HexDigitValue(kDigits[high]) << 4 | HexDigitValue(kDigits[low]));
 }
 
 // Decoding such a byte may put a new escape together.
@@ -73,7 +73,7 @@ private:
         std::size_t shifted = 0;
         for (const Node node : TakePlaces(escape)) {
             if (m_passed[node]) shifted += 2;
-            Decode(node, ByteOf(escape / kKinds, escape % kKinds));
+            Decode(node, ByteOf(escape));
         }
         for (; shifted > 0 && at != ByteChain::kEnd; --shifted) at = Pass(at);
         return at;
@@ -95,7 +95,9 @@ private:
         m_chain.Remove(m_chain.Next(node));
         m_chain.Remove(m_chain.Next(node));
         const Node before = m_chain.Previous(node);
-        Note(node), Note(before), Note(m_chain.Previous(before));
+        Note(node);
+        Note(before);
+        Note(m_chain.Previous(before));
     }
 
     ByteChain m_chain;
@@ -107,22 +109,11 @@ private:
 
 }  // namespace
 
-bool IsHexDigit(char c) {
-    return DigitIndex(c) >= 0;
-}
-
-std::optional<char> EscapedByteAt(std::string_view text, std::size_t position) {
-    if (text.size() - position < 3 || text[position] != '%') return {};
-    const int high = DigitIndex(text[position + 1]), low = DigitIndex(text[position + 2]);
-    if (high < 0 || low < 0) return {};
-    return ByteOf(high, low);
-}
-
 std::string DecodeUrl(std::string_view text) {
     std::string out;
     std::size_t from = 0;
     for (std::size_t at = text.find('%'); at != text.npos; at = text.find('%', at)) {
-        const std::optional<char> byte = EscapedByteAt(text, at);
+        const std::optional<char> byte = PercentByteAt(text, at);
         if (byte && MayJoinEscape(*byte)) return UrlDecoder(text).Run();
         if (byte) {
             out.append(text.substr(from, at - from)) += *byte;

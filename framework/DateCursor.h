@@ -3,17 +3,12 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Ascii.h"
 #include "platform/DateText.h"
 
 namespace qv {
 
-inline bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-inline bool IsBlank(char c) {
-    return c == ' ' || c == '\t';
-}
+using ascii::IsDigit;
 
 /// A number of a date, as it was written.
 struct DateNumber {
@@ -36,9 +31,7 @@ public:
     char Next() const { return AtEnd() ? '\0' : m_rest[0]; }
     bool Take(char c) { return Next() == c && !AtEnd() && Skip(1); }
     bool Skip(std::size_t count) { return m_rest.remove_prefix(count), true; }
-    void SkipBlanks() {
-        while (!AtEnd() && IsBlank(Next())) Skip(1);
-    }
+    void SkipBlanks() { m_rest = ascii::TrimmedLeft(m_rest, ascii::kBlanks); }
 
     /// Exactly that many digits.
     bool TakeDigits(int count, int& value) {

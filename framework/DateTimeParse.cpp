@@ -16,13 +16,6 @@ using Kind = platform::DateWordKind;
 
 constexpr CalendarTime kNoDate{.year = 1899, .month = 12, .day = 30};
 
-std::string LowerAscii(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-    return lower;
-}
-
 int ThisYear() {
     const std::int64_t now = std::time(nullptr);
     return platform::ToLocal(now).value_or(platform::FromSeconds(now)).year;
@@ -267,18 +260,12 @@ private:
     char m_separator = 0;  // the point or dash just before, if there was one
 };
 
-std::string_view Trimmed(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 }  // namespace
 
 // The cheap readings come first; the current locale is asked for its words only when they fail.
 std::optional<double> ReadDate(std::string_view text) {
-    text = Trimmed(text);
-    const std::string lower = LowerAscii(text);
+    text = ascii::Trimmed(text, ascii::kBlanks);
+    const std::string lower = ascii::ToLower(text);
     if (const auto date = ReadIsoDate(lower)) return date;
     const DateOrder order = platform::CurrentDateOrder();
     const bool dottedTimes = platform::CurrentTimesAreDotted();

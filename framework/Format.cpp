@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "platform/Ascii.h"
+
 namespace qv {
 namespace {
 
@@ -46,7 +48,7 @@ Layout ReadLayout(std::string_view spec) {
     std::size_t i = 1;
     auto number = [&] {
         std::size_t n = 0;
-        for (; i < spec.size() && spec[i] >= '0' && spec[i] <= '9'; ++i)
+        for (; i < spec.size() && qv::ascii::IsDigit(spec[i]); ++i)
             if (n < 100000000) n = n * 10 + static_cast<std::size_t>(spec[i] - '0');
         return n;
     };

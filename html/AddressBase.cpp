@@ -1,29 +1,15 @@
 #include "html/AddressBase.h"
 
 #include "html/AddressParts.h"
+#include "platform/PercentCode.h"
 #include "qvcommon/HtmlDocument.h"
 
 namespace qv::html {
 namespace {
 
-bool IsLetter(char c) {
-    return (c | 0x20) >= 'a' && (c | 0x20) <= 'z';
-}
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-void AppendPercent(std::string& out, char c) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    const auto byte = static_cast<unsigned char>(c);
-    out += '%', out += digits[byte >> 4], out += digits[byte & 15];
-}
-
 // Bytes that would end a value, or a tag, in one or the other way of quoting.
 bool BreaksValue(char c) {
-    return (static_cast<unsigned char>(c) <= ' ' || c == '\x7F') ||
-           std::string_view("\"'<>`").find(c) != std::string_view::npos;
+    return c == ' ' || ascii::IsControl(c) || std::string_view("\"'<>`").find(c) != std::string_view::npos;
 }
 
 // A folder's name as the path of an address.
@@ -44,7 +30,7 @@ std::string EncodeFolder(std::string_view folder) {
 }
 
 bool HasDrive(std::string_view text) {
-    return text.size() >= 2 && IsLetter(text[0]) && text[1] == ':';
+    return text.size() >= 2 && ascii::IsLetter(text[0]) && text[1] == ':';
 }
 
 std::string FolderAddress(std::string_view folder) {
@@ -70,7 +56,7 @@ std::string NormalisePath(std::string_view value) {
         const ValueCharacter c = ReadValueCharacter(value, i);
         if (c.code == '?' || c.code == '#') break;
         const bool plain =
-            IsLetter(c.code) || IsDigit(c.code) || std::string_view(":.+").find(c.code) != std::string_view::npos;
+            ascii::IsLetterOrDigit(c.code) || std::string_view(":.+").find(c.code) != std::string_view::npos;
         if (IsSeparator(c.code))
             out += '/';
         else if (plain)

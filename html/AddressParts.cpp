@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Hex.h"
+
 namespace qv::html {
 namespace {
 
@@ -15,22 +17,21 @@ constexpr NamedReference kNamedReferences[] = {{"&sol;", '/'},   {"&bsol;", '\\'
                                                {"&colon;", ':'}, {"&num;", '#'},      {"&quest;", '?'},
                                                {"&Tab;", '\t'},  {"&NewLine;", '\n'}, {"&plus;", '+'}};
 
-constexpr std::string_view kDigits = "0123456789", kHexDigits = "0123456789abcdefABCDEF";
-
 char CodeOf(std::string_view digits, bool hex) {
     unsigned code = 0;
     for (const char c : digits) {
-        const unsigned digit = c <= '9' ? static_cast<unsigned>(c - '0') : static_cast<unsigned>((c | 0x20) - 'a') + 10;
+        const auto digit = static_cast<unsigned>(HexDigitValue(c));
         code = std::min(code * (hex ? 16 : 10) + digit, 0x80u);
     }
     return code == 0 ? ValueCharacter::kOther : static_cast<char>(code);
 }
 
 ValueCharacter ReadNumericReference(std::string_view text) {
-    const bool hex = text.size() > 2 && (text[2] | 0x20) == 'x';
+    const bool hex = text.size() > 2 && ascii::ToLower(text[2]) == 'x';
     const std::size_t begin = hex ? 3 : 2;
-    const std::size_t end = std::min(text.find_first_not_of(hex ? kHexDigits : kDigits, begin), text.size());
-    if (end <= begin) return {'&', 1};
+    std::size_t end = begin;
+    while (end < text.size() && (hex ? IsHexDigit(text[end]) : ascii::IsDigit(text[end]))) ++end;
+    if (end == begin) return {'&', 1};
     const bool closed = end < text.size() && text[end] == ';';
     return {CodeOf(text.substr(begin, end - begin), hex), end + (closed ? 1 : 0)};
 }
@@ -39,16 +40,12 @@ bool IsPassedOver(char c) {
     return c == '\t' || c == '\n' || c == '\r';
 }
 
-bool IsBlank(char c) {
+bool IsPassedOverAtEnds(char c) {
     return static_cast<unsigned char>(c) <= ' ';
 }
 
-bool IsLetter(char c) {
-    return (c | 0x20) >= 'a' && (c | 0x20) <= 'z';
-}
-
 bool IsSchemeCharacter(char c) {
-    return IsLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
+    return ascii::IsLetterOrDigit(c) || c == '+' || c == '-' || c == '.';
 }
 
 // Walks over the characters that count.
@@ -57,7 +54,10 @@ public:
     explicit Reader(std::string_view value) : m_value(value) { Settle(); }
     bool AtEnd() const { return m_position >= m_value.size(); }
     char Code() const { return AtEnd() ? '\0' : m_character.code; }
-    void Next() { m_position += m_character.length, Settle(); }
+    void Next() {
+        m_position += m_character.length;
+        Settle();
+    }
 
 private:
     void Settle() {
@@ -73,7 +73,7 @@ private:
 };
 
 bool HasScheme(Reader reader) {
-    if (!IsLetter(reader.Code())) return false;
+    if (!ascii::IsLetter(reader.Code())) return false;
     while (!reader.AtEnd() && IsSchemeCharacter(reader.Code())) reader.Next();
     return reader.Code() == ':';
 }
@@ -86,7 +86,7 @@ bool IsSeparator(char c) {
 
 ValueCharacter ReadValueCharacter(std::string_view value, std::size_t position) {
     const char c = value[position];
-    if (c != '&') return {static_cast<unsigned char>(c) < 0x80 ? c : ValueCharacter::kOther, 1};
+    if (c != '&') return {ascii::IsAscii(c) ? c : ValueCharacter::kOther, 1};
     const std::string_view rest = value.substr(position);
     if (rest.starts_with("&#")) return ReadNumericReference(rest);
     for (const NamedReference& named : kNamedReferences)
@@ -98,14 +98,14 @@ TrimmedValue Trim(std::string_view value) {
     std::size_t begin = 0;
     while (begin < value.size()) {
         const ValueCharacter c = ReadValueCharacter(value, begin);
-        if (!IsBlank(c.code)) break;
+        if (!IsPassedOverAtEnds(c.code)) break;
         begin += c.length;
     }
     std::size_t end = begin;
     for (std::size_t i = begin; i < value.size();) {
         const ValueCharacter c = ReadValueCharacter(value, i);
         i += c.length;
-        if (!IsBlank(c.code)) end = i;
+        if (!IsPassedOverAtEnds(c.code)) end = i;
     }
     return {value.substr(0, begin), value.substr(begin, end - begin), value.substr(end)};
 }

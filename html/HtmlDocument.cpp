@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "html/HtmlTokenizer.h"
+#include "platform/Ascii.h"
 
 namespace {
 
@@ -72,9 +73,8 @@ const CHtmlDocument::Element& CHtmlDocument::At(int element) const {
 }
 
 CString CHtmlDocument::GetTag(int element) const {
-    std::string name = m_html.substr(At(element).nameBegin, At(element).nameLength);
-    std::transform(name.begin(), name.end(), name.begin(), qv::html::LowerAscii);
-    return name;
+    const Element& found = At(element);
+    return qv::ascii::ToLower(std::string_view(m_html).substr(found.nameBegin, found.nameLength));
 }
 
 std::optional<std::size_t> CHtmlDocument::FindAddress(int element, std::string_view attribute) const {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Ascii.h"
+
 namespace qv::html {
 namespace {
 
@@ -11,10 +13,7 @@ constexpr std::string_view kSpace = "\t\n\f\r ";
 constexpr std::string_view kRawElements[] = {"script", "style",  "textarea", "title",
                                              "xmp",    "iframe", "noembed",  "noframes"};
 
-bool IsLetter(char c) {
-    return LowerAscii(c) >= 'a' && LowerAscii(c) <= 'z';
-}
-
+// HTML's white space; the vertical tab is not part of it.
 bool IsSpace(char c) {
     return kSpace.find(c) != kSpace.npos;
 }
@@ -32,16 +31,14 @@ bool IsRawElement(std::string_view name) {
 bool NameFollows(std::string_view html, std::size_t position, std::string_view name) {
     if (position > html.size() || html.size() - position <= name.size()) return false;
     const std::string_view found = html.substr(position, name.size());
-    return EndsName(html[position + name.size()]) &&
-           std::equal(found.begin(), found.end(), name.begin(),
-                      [](char a, char b) { return LowerAscii(a) == LowerAscii(b); });
+    return EndsName(html[position + name.size()]) && ascii::EqualsIgnoreCase(found, name);
 }
 
 }  // namespace
 
 bool IsName(std::string_view text, std::string_view lowerCaseName) {
     return std::equal(text.begin(), text.end(), lowerCaseName.begin(), lowerCaseName.end(),
-                      [](char a, char b) { return LowerAscii(a) == b; });
+                      [](char a, char b) { return ascii::ToLower(a) == b; });
 }
 
 std::size_t HtmlTokenizer::EndOfSpace(std::size_t position) const {
@@ -61,7 +58,7 @@ bool HtmlTokenizer::NextTag(Tag& tag) {
         if (m_position == m_html.npos) break;
         const bool isEnd = At(m_position + 1) == '/';
         const char first = At(m_position + (isEnd ? 2 : 1));
-        if (IsLetter(first)) {
+        if (ascii::IsLetter(first)) {
             tag.begin = m_position;
             tag.isEnd = isEnd;
             ReadName(tag);

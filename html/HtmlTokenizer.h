@@ -57,11 +57,7 @@ private:
     bool m_complete = false;
 };
 
-/// Lower case of ASCII letters, the only ones that names in a page may hold.
-constexpr char LowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-/// Whether a text equals a lower-case name.
+/// Whether a text equals a lower-case name but for the case of its ASCII letters.
 bool IsName(std::string_view text, std::string_view lowerCaseName);
 
 }  // namespace qv::html

@@ -2,48 +2,22 @@
 
 #include <algorithm>
 
+#include "platform/PercentCode.h"
+
 namespace qv::platform {
 namespace {
 
-constexpr std::string_view kDigits = "0123456789ABCDEF";
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
-}
-
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\r';
-}
-
-bool IsControl(char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
+using ascii::IsControl;
 
 std::string_view Trimmed(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-    return text;
+    return ascii::Trimmed(text, " \t\r");
 }
 
-void AppendHex(std::string& out, char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    out += kDigits[byte >> 4];
-    out += kDigits[byte & 15];
-}
-
-// The byte that two hexadecimal digits at the position stand for.
+// Only upper-case digits are an escape: those are what is written.
 std::optional<char> HexAt(std::string_view text, std::size_t position) {
-    int value = 0;
-    for (std::size_t i = position; i < position + 2; ++i) {
-        const std::size_t digit = i < text.size() ? kDigits.find(text[i]) : kDigits.npos;
-        if (digit == kDigits.npos) return std::nullopt;
-        value = value * 16 + static_cast<int>(digit);
-    }
-    return static_cast<char>(value);
+    const auto byte = HexByteAt(text, position);
+    if (!byte || ascii::IsLower(text[position]) || ascii::IsLower(text[position + 1])) return std::nullopt;
+    return byte;
 }
 
 std::string EncodeName(std::string_view name) {
@@ -54,7 +28,7 @@ std::string EncodeName(std::string_view name) {
         if (plain && !(atEnd && name[i] == ' '))
             out += name[i];
         else
-            out += '%', AppendHex(out, name[i]);
+            AppendPercent(out, name[i]);
     }
     return out;
 }
@@ -76,9 +50,9 @@ std::string EncodeValue(std::string_view value) {
     std::string out = "\"";
     for (const char c : value) {
         if (c == '\\' || c == '"')
-            out += '\\', out += c;
+            out += {'\\', c};
         else if (IsControl(c))
-            out += "\\x", AppendHex(out, c);
+            AppendHex(out += "\\x", c);
         else
             out += c;
     }
@@ -89,14 +63,18 @@ std::string DecodeValue(std::string_view value) {
     if (value.size() < 2 || value.front() != '"' || value.back() != '"') return std::string(value);
     value = value.substr(1, value.size() - 2);
     std::string out;
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        const std::string_view rest = value.substr(i);
-        if (rest.starts_with("\\\\") || rest.starts_with("\\\""))
-            out += rest[1], ++i;
-        else if (const auto byte = rest.starts_with("\\x") ? HexAt(rest, 2) : std::nullopt)
-            out += *byte, i += 3;
-        else
-            out += rest[0];
+    while (!value.empty()) {
+        std::size_t length = 1;
+        if (value.starts_with("\\\\") || value.starts_with("\\\"")) {
+            out += value[1];
+            length = 2;
+        } else if (const auto byte = value.starts_with("\\x") ? HexAt(value, 2) : std::nullopt) {
+            out += *byte;
+            length = 4;
+        } else {
+            out += value[0];
+        }
+        value.remove_prefix(length);
     }
     return out;
 }
@@ -128,7 +106,7 @@ private:
         isBlank = line.empty();
         if (line.starts_with('[')) {
             const std::string_view section = Trimmed(line.substr(1, line.find(']') - 1));
-            inSection = !m_found && SameName(DecodeName(section), m_section);
+            inSection = !m_found && ascii::EqualsIgnoreCase(DecodeName(section), m_section);
             m_found |= inSection;
         } else if (const std::size_t sign = line.find('='); sign != line.npos && line[0] != ';' && line[0] != '#') {
             name = Trimmed(line.substr(0, sign));
@@ -142,7 +120,7 @@ private:
 };
 
 bool IsEntry(const IniLines& line, std::string_view entry) {
-    return line.inSection && line.name.data() && SameName(DecodeName(line.name), entry);
+    return line.inSection && line.name.data() && ascii::EqualsIgnoreCase(DecodeName(line.name), entry);
 }
 
 }  // namespace

@@ -4,13 +4,14 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/Ascii.h"
+
 namespace qv {
 namespace {
 
 // What the C library skips in front of a number.
 std::string_view WithoutBlanks(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-    return text;
+    return ascii::TrimmedLeft(text, ascii::kSpaces);
 }
 
 // from_chars knows no plus sign.
@@ -47,11 +48,7 @@ double ReadDouble(std::string_view text) {
 }
 
 bool ReadBool(std::string_view text) {
-    constexpr std::string_view yes = "true";
-    if (text.size() != yes.size()) return false;
-    for (std::size_t i = 0; i < yes.size(); ++i)
-        if ((text[i] | 32) != yes[i]) return false;
-    return true;
+    return ascii::EqualsIgnoreCase(text, "true");
 }
 
 std::string WriteShort(double value) {

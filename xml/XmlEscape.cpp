@@ -2,6 +2,7 @@
 #include <charconv>
 #include <mutex>
 
+#include "platform/Ascii.h"
 #include "platform/Text.h"
 #include "qvcommon/XmlHelper.h"
 
@@ -41,7 +42,7 @@ void AppendReference(std::string& out, char c) {
 }
 
 std::size_t LengthAt(std::string_view text, std::size_t i, CodePage page) {
-    return static_cast<unsigned char>(text[i]) < 0x80 ? 1 : qv::platform::CharacterLength(text, i, page);
+    return qv::ascii::IsAscii(text[i]) ? 1 : qv::platform::CharacterLength(text, i, page);
 }
 
 void Escape(CString& text, const Table& table) {

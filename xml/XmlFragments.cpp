@@ -6,6 +6,7 @@
 
 #include "qvcommon/XmlHelper.h"
 #include "xml/Elements.h"
+#include "xml/dom/Characters.h"
 #include "xml/dom/Markup.h"
 
 namespace {
@@ -15,10 +16,6 @@ using Element = MSXML2::IXMLDOMElement;
 using Nodes = std::vector<Node>;
 using qv::ChildrenOf;
 using qv::IsElement;
-
-bool IsBlank(std::string_view text) {
-    return text.find_first_not_of(" \t\r\n") == text.npos;
-}
 
 // The root of a fragment; its document lives as long as its nodes.
 Element Parse(std::string_view xml) {
@@ -119,7 +116,7 @@ CXmlHelper::Node CXmlHelper::AppendXml(const Node& parent, std::string_view xml,
 CXmlHelper::Node CXmlHelper::AppendXmlBeforeNode(const Node& parent, std::string_view xml, const Node& reference,
                                                  BOOL root) {
     parent.Get();
-    if (IsBlank(xml)) return nullptr;
+    if (qv::dom::IsBlank(xml)) return nullptr;
     const Element fragment = Parse(xml);
     fragment.Get();
     return InsertAll(parent, root ? Nodes{fragment} : ChildrenOf(fragment), reference);

@@ -5,6 +5,7 @@
 #include "qvcommon/XmlHelper.h"
 #include "xml/Elements.h"
 #include "xml/dom/Backend.h"
+#include "xml/dom/Characters.h"
 
 namespace {
 
@@ -17,7 +18,7 @@ bool HoldsNothing(const Node& element) {
     if (!element.get_attributes().empty()) return false;
     for (Node child = element.get_firstChild(); child; child = child.get_nextSibling())
         if (IsElement(child)) return false;
-    return std::string_view(element.get_text()).find_first_not_of(" \t\r\n") == std::string_view::npos;
+    return qv::dom::IsBlank(element.get_text());
 }
 
 std::string KeyText(const Node& element, std::string_view pattern) {

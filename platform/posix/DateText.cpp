@@ -6,16 +6,14 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/Ascii.h"
 #include "platform/Text.h"
 
 namespace qv::platform {
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
-
 void AddWord(std::vector<DateWord>& words, std::string_view text, DateWordKind kind, int month = 0) {
-    while (!text.empty() && kBlanks.find(text.front()) != kBlanks.npos) text.remove_prefix(1);
-    while (!text.empty() && kBlanks.find(text.back()) != kBlanks.npos) text.remove_suffix(1);
+    text = ascii::Trimmed(text, ascii::kBlanks);
     if (!text.empty()) words.push_back({ToLower(text), kind, month});
 }
 

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "platform/MessageFrame.h"
+#include "platform/PercentCode.h"
 #include "platform/Window.h"
 #include "platform/posix/Owned.h"
 
@@ -81,10 +82,11 @@ std::string MessageFolder() {
 std::string Escaped(const std::string& name) {
     std::string out;
     for (const char c : name) {
-        char code[4];
-        std::snprintf(code, sizeof code, "%%%02X", static_cast<unsigned char>(c));
         const bool plain = c != '/' && c != '%' && c != '\0' && !(c == '.' && out.empty());
-        out += plain ? std::string(1, c) : code;
+        if (plain)
+            out += c;
+        else
+            AppendPercent(out, c);
     }
     return out;
 }

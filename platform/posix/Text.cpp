@@ -8,6 +8,7 @@
 #include <cwchar>
 #include <cwctype>
 
+#include "platform/Ascii.h"
 #include "platform/Utf8.h"
 
 namespace qv::platform {
@@ -105,13 +106,6 @@ constexpr ByteCase MakeByteCase(int count, Map map) {
     return result;
 }
 
-constexpr unsigned char LowerAscii(unsigned char byte) {
-    return byte >= 'A' && byte <= 'Z' ? byte + 32 : byte;
-}
-constexpr unsigned char UpperAscii(unsigned char byte) {
-    return byte >= 'a' && byte <= 'z' ? byte - 32 : byte;
-}
-
 const ByteCase& CaseOfWindows1252(Case which) {
     static constexpr ByteCase lower = MakeByteCase(256, LowerWindows1252), upper = MakeByteCase(256, UpperWindows1252);
     return which == Case::Upper ? upper : lower;
@@ -119,7 +113,13 @@ const ByteCase& CaseOfWindows1252(Case which) {
 
 // Only the letter I has rules of its own in some languages; there the bytes do not tell the whole truth.
 ByteCase CaseOfAscii(Case which) {
-    static constexpr ByteCase lower = MakeByteCase(128, LowerAscii), upper = MakeByteCase(128, UpperAscii);
+    constexpr auto toLower = [](unsigned char byte) {
+        return static_cast<unsigned char>(ascii::ToLower(static_cast<char>(byte)));
+    };
+    constexpr auto toUpper = [](unsigned char byte) {
+        return static_cast<unsigned char>(ascii::ToUpper(static_cast<char>(byte)));
+    };
+    static constexpr ByteCase lower = MakeByteCase(128, toLower), upper = MakeByteCase(128, toUpper);
     ByteCase result = which == Case::Upper ? upper : lower;
     result.complete = WideCase(L'i', Case::Upper) == L'I' && WideCase(L'I', Case::Lower) == L'i';
     return result;
@@ -137,7 +137,7 @@ void AppendCased(std::string& out, std::string_view text, std::size_t& position,
 }
 
 std::size_t AsciiEnd(std::string_view text, std::size_t position) {
-    while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80) ++position;
+    while (position < text.size() && ascii::IsAscii(text[position])) ++position;
     return position;
 }
 
@@ -180,7 +180,7 @@ CodePage CurrentCodePage() {
 }
 
 std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page) {
-    if (page == CodePage::SingleByte || static_cast<unsigned char>(text[position]) < 0x80) return 1;
+    if (page == CodePage::SingleByte || ascii::IsAscii(text[position])) return 1;
     return page == CodePage::Utf8 ? DecodeUtf8(text, position).length : ReadLocaleCharacter(text, position).length;
 }
 
@@ -209,7 +209,7 @@ CasedCharacter ReadCased(std::string_view text, std::size_t position, CodePage p
 bool IsLetter(std::string_view character) {
     if (character.empty()) return false;
     const auto byte = static_cast<unsigned char>(character[0]);
-    if (byte < 0x80) return UpperAscii(byte) != LowerAscii(byte);
+    if (byte < 0x80) return ascii::IsLetter(character[0]);
     const CodePage page = CurrentCodePage();
     if (page != CodePage::SingleByte) return TestWide(character, page, ::iswalpha);
     return IsPlainC() ? IsLetterWindows1252(byte) : std::isalpha(byte) != 0;
@@ -218,7 +218,7 @@ bool IsLetter(std::string_view character) {
 bool IsSpace(std::string_view character) {
     if (character.empty()) return false;
     const auto byte = static_cast<unsigned char>(character[0]);
-    if (byte < 0x80) return byte == ' ' || (byte >= '\t' && byte <= '\r');
+    if (byte < 0x80) return ascii::IsSpace(character[0]);
     const CodePage page = CurrentCodePage();
     return page == CodePage::SingleByte ? std::isspace(byte) != 0 : TestWide(character, page, ::iswspace);
 }

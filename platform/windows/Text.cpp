@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstring>
 
+#include "platform/Ascii.h"
 #include "platform/Utf8.h"
 
 namespace qv::platform {
@@ -129,15 +130,14 @@ CasedCharacter ReadCased(std::string_view text, std::size_t position, CodePage p
 }
 
 bool IsLetter(std::string_view character) {
-    if (character.size() == 1 && static_cast<unsigned char>(character[0]) < 0x80)
-        return (character[0] | 32) >= 'a' && (character[0] | 32) <= 'z';
+    if (character.size() == 1 && ascii::IsAscii(character[0])) return ascii::IsLetter(character[0]);
     return TestWide(character, C1_ALPHA);
 }
 
 bool IsSpace(std::string_view character) {
     if (character.empty()) return false;
     const auto byte = static_cast<unsigned char>(character[0]);
-    if (byte < 0x80) return byte == ' ' || (byte >= '\t' && byte <= '\r');
+    if (byte < 0x80) return ascii::IsSpace(character[0]);
     if (character.size() > 1) return TestWide(character, C1_SPACE);
     return CurrentCodePage() == CodePage::SingleByte && std::isspace(byte);
 }

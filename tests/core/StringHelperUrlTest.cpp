@@ -31,6 +31,7 @@ TEST(StringHelperUrl, EscapesEveryPairOfBytesAndBack) {
 
 TEST(StringHelperUrl, EscapesAsStated) {
     EXPECT_EQ(H::Escape("a,b & c\xE9"), "a%2cb+%26+c%e9");
+    EXPECT_EQ(H::EscapePath("a b/c#1+%\xE9-._~"), "a%20b/c%231%2B%25%E9-._~");
     EXPECT_EQ(H::IsUnsafeUrlChar('\0'), 1);
     int safe = 0;
     for (int c = 0; c < 256; ++c) safe += !H::IsUnsafeUrlChar(static_cast<char>(c));

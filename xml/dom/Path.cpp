@@ -5,24 +5,15 @@
 #include <charconv>
 #include <utility>
 
+#include "xml/dom/Characters.h"
+
 namespace qv::dom {
 namespace {
 
 constexpr std::size_t kLongest = 1 << 16;
 constexpr std::size_t kDeepest = 64;
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool IsSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-bool StartsName(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
-}
-bool ContinuesName(char c) {
-    return StartsName(c) || IsDigit(c) || c == '-' || c == '.';
-}
+using ascii::IsDigit;
 
 // Those of XPath 1.0, and its tests of nodes. An evaluator may complain of others where nobody wants to read it.
 bool IsFunction(std::string_view name) {

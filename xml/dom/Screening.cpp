@@ -4,6 +4,7 @@
 
 #include "platform/Text.h"
 #include "platform/Utf8.h"
+#include "xml/dom/Characters.h"
 
 namespace qv::dom {
 namespace {
@@ -91,18 +92,8 @@ private:
     int m_depth = 0;
 };
 
-bool IsNameByte(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 0x80 || (byte >= '0' && byte <= '9') || ((byte | 32) >= 'a' && (byte | 32) <= 'z') || c == '_' ||
-           c == '-' || c == '.';
-}
-
-bool StartsName(char c) {
-    return IsNameByte(c) && c != '-' && c != '.' && !(c >= '0' && c <= '9');
-}
-
 bool IsNamePart(std::string_view part) {
-    return !part.empty() && StartsName(part[0]) && std::all_of(part.begin(), part.end(), IsNameByte);
+    return !part.empty() && StartsName(part[0]) && std::all_of(part.begin(), part.end(), ContinuesName);
 }
 
 }  // namespace
@@ -131,9 +122,7 @@ bool IsName(std::string_view name) {
 }
 
 bool CanBeHeld(std::string_view text) {
-    const auto isControl = [](char c) {
-        return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\r' && c != '\n';
-    };
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 && !IsSpace(c); };
     return std::none_of(text.begin(), text.end(), isControl) && FindBroken(text) == text.npos;
 }
 

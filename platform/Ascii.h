@@ -1,0 +1,87 @@
+#pragma once
+
+/// @file ASCII characters, whatever the process's code page is. A byte from 0x80 on is in no class and has no case. What
+/// follows the code page or the locale is in platform/Text.h.
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace qv::ascii {
+
+/// Space and tab.
+inline constexpr std::string_view kBlanks = " \t";
+/// What C's isspace accepts in the "C" locale.
+inline constexpr std::string_view kSpaces = " \t\n\v\f\r";
+
+constexpr bool IsAscii(char c) {
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
+constexpr bool IsAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return IsAscii(c); });
+}
+
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+constexpr bool IsUpper(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+constexpr bool IsLower(char c) {
+    return c >= 'a' && c <= 'z';
+}
+
+constexpr bool IsLetter(char c) {
+    return IsUpper(c) || IsLower(c);
+}
+
+constexpr bool IsLetterOrDigit(char c) {
+    return IsLetter(c) || IsDigit(c);
+}
+
+constexpr bool IsSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+constexpr bool IsControl(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
+constexpr char ToLower(char c) {
+    return IsUpper(c) ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+constexpr char ToUpper(char c) {
+    return IsLower(c) ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
+/// A copy with its ASCII letters in lower case.
+inline std::string ToLower(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) c = ToLower(c);
+    return lower;
+}
+
+/// Whether the texts are equal but for the case of their ASCII letters.
+constexpr bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return ToLower(x) == ToLower(y); });
+}
+
+/// The text without those of the given characters that it starts with, ends with, or both.
+constexpr std::string_view TrimmedLeft(std::string_view text, std::string_view blanks) {
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text;
+}
+
+constexpr std::string_view TrimmedRight(std::string_view text, std::string_view blanks) {
+    return text.substr(0, text.find_last_not_of(blanks) + 1);  // npos + 1 is 0
+}
+
+constexpr std::string_view Trimmed(std::string_view text, std::string_view blanks) {
+    return TrimmedRight(TrimmedLeft(text, blanks), blanks);
+}
+
+}  // namespace qv::ascii

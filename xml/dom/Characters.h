@@ -1,0 +1,29 @@
+#pragma once
+
+/// @file XML's classes of characters, as far as single bytes show them: a byte from 0x80 on may be part of any name.
+
+#include "platform/Ascii.h"
+
+namespace qv::dom {
+
+inline constexpr std::string_view kSpaces = " \t\r\n";
+
+constexpr bool IsSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+/// Also true for an empty text.
+constexpr bool IsBlank(std::string_view text) {
+    return text.find_first_not_of(kSpaces) == text.npos;
+}
+
+/// Names here have no prefix: a colon is in neither class.
+constexpr bool StartsName(char c) {
+    return ascii::IsLetter(c) || c == '_' || !ascii::IsAscii(c);
+}
+
+constexpr bool ContinuesName(char c) {
+    return StartsName(c) || ascii::IsDigit(c) || c == '-' || c == '.';
+}
+
+}  // namespace qv::dom
