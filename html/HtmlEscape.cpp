@@ -2,12 +2,14 @@
 
 #include "core/ByteScan.h"
 #include "html/Entities.h"
+#include "platform/Hex.h"
 #include "platform/Text.h"
 #include "qvcommon/HtmlWriter.h"
 
 namespace {
 
 using qv::ByteSet;
+using qv::ascii::IsAscii;
 using qv::platform::CodePage;
 
 constexpr char kNoBreakSpace = '\xA0';
@@ -99,13 +101,21 @@ struct PlainScriptRule {
     }
 };
 
+struct Utf8TextRule {
+    using Specials = ByteSet<'&', '<', '>', '\n', '\r', '"'>;
+    static constexpr bool kDropsLineFeeds = false;  // what joins around one is not looked at
+    static std::string_view Replacement(char c) { return TextRule::Replacement(c); }
+};
+
+struct Utf8AttributeRule {
+    using Specials = ByteSet<'&', '<', '>', '"'>;
+    static constexpr bool kDropsLineFeeds = false;
+    static std::string_view Replacement(char c) { return TextRule::Replacement(c); }
+};
+
 // The only specials that can be a later byte of a longer character.
 bool MayBeInsideCharacter(char c) {
     return c == kNoBreakSpace || c == '\\';
-}
-
-bool IsAscii(char c) {
-    return static_cast<unsigned char>(c) < 0x80;
 }
 
 std::size_t EndOfLineFeeds(std::string_view text, std::size_t position) {
@@ -175,6 +185,10 @@ CString Escape(std::string_view text) {
     return out;
 }
 
+bool IsPlainInScripts(char c) {
+    return qv::ascii::IsLetterOrDigit(c) || !IsAscii(c) || std::string_view(" -._").find(c) != std::string_view::npos;
+}
+
 std::string_view NoBreakSpaceInCodePage() {
     return qv::platform::CurrentCodePage() == CodePage::Utf8 ? kNoBreakSpaceUtf8 : kNoBreakSpaceUtf8.substr(1);
 }
@@ -198,4 +212,28 @@ CString CHtmlWriter::Dirty(std::string_view text) {
     const qv::html::Entity entities[] = {
         {"&nbsp;", noBreakSpace}, {"&quot;", "\""}, {"<br>", "\r"}, {"&gt;", ">"}, {"&lt;", "<"}, {"&amp;", "&"}};
     return qv::html::DecodeEntities(text, entities);
+}
+
+CString CHtmlWriter::CleanUtf8(std::string_view text) {
+    return Escape<Utf8TextRule>(text);
+}
+
+CString CHtmlWriter::CleanFloatOverUtf8(std::string_view text) {
+    return Escape<Utf8AttributeRule>(text);
+}
+
+CString CHtmlWriter::CleanScriptUtf8(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (; !text.empty(); text.remove_prefix(1)) {
+        if (text.starts_with("\xE2\x80\xA8") || text.starts_with("\xE2\x80\xA9")) {
+            out += text[2] == '\xA8' ? "\\u2028" : "\\u2029";
+            text.remove_prefix(2);
+        } else if (IsPlainInScripts(text[0])) {
+            out += text[0];
+        } else {
+            qv::AppendHex(out += "\\x", text[0]);
+        }
+    }
+    return out;
 }

@@ -73,6 +73,18 @@ TEST(HtmlEscapeExamples, KeepTheirExactForm) {
     EXPECT_EQ(CHtmlWriter::Clean(std::string_view("\0<\0", 3)), std::string_view("\0&lt;\0", 6));
 }
 
+// The code page, in which these bytes are other characters, must not matter.
+TEST_P(HtmlEscape, LeavesUtf8Whole) {
+    constexpr const char* letters = "\xC3\xA0\xC2\xA0\xE2\x80\xA6\xF0\x9F\x98\xA0\xA0\xC3";
+    for (const CString text : {letters, "\xE2\x80", "plain"}) {
+        EXPECT_EQ(CHtmlWriter::CleanUtf8("<" + text + "\r\n\"&>"), "&lt;" + text + "<br>&quot;&amp;&gt;");
+        EXPECT_EQ(CHtmlWriter::CleanFloatOverUtf8("<" + text + "\r\n'&>"), "&lt;" + text + "\r\n'&amp;&gt;");
+        EXPECT_EQ(CHtmlWriter::CleanScriptUtf8("it's</" + text + ">\n\"\\"),
+                  "it\\x27s\\x3C\\x2F" + text + "\\x3E\\x0A\\x22\\x5C");
+    }
+    EXPECT_EQ(CHtmlWriter::CleanScriptUtf8("a\xE2\x80\xA8\xE2\x80\xA9-_. 1"), "a\\u2028\\u2029-_. 1");
+}
+
 TEST(HtmlToPlainText, MakesLines) {
     const struct {
         const char *html, *plain;

@@ -1,6 +1,7 @@
 #include <chrono>
 
 #include "qvcommon/HtmlAssets.h"
+#include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/File.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Utf8Path.h"
@@ -35,11 +36,11 @@ fs::path OutputFolder(const std::string& argument) {
 }
 
 // The folder's address as seen from the page. Where no relative path leads there (another drive), its "file:" address.
-std::string LinkPrefix(const fs::path& folder, const fs::path& output) {
+CString LinkPrefix(const fs::path& folder, const fs::path& output) {
     const fs::path relative = folder.lexically_relative(output);
     if (relative == ".") return "";
-    if (relative.empty()) return "file:///" + EncodeAddress(Utf8(folder)) + '/';
-    return EncodeAddress(Utf8(relative)) + '/';
+    if (relative.empty()) return "file:///" + CStringHelper::EscapePath(Utf8(folder)) + '/';
+    return CStringHelper::EscapePath(Utf8(relative)) + '/';
 }
 
 // The paths that the report leaves out: its own.

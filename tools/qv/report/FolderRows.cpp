@@ -2,19 +2,23 @@
 
 #include <algorithm>
 
+#include "qvcommon/HtmlWriter.h"
+#include "qvcommon/StringHelper.h"
+
 namespace qv::tool {
 namespace {
 
-FileRow MakeRow(const FileEntry& file, const std::string& folderAddress) {
+FileRow MakeRow(const FileEntry& file, const CString& folderAddress) {
     const FileKind& kind = KindOf(file.name);
-    const CString address = folderAddress + EncodeAddress(file.name), name = EscapedText(file.name);
+    const CString address = folderAddress + CStringHelper::EscapePath(file.name);
+    const CString name = CHtmlWriter::CleanUtf8(file.name);
     FileRow row{&file, &kind, {}, {}, {}};
     row.begin = "\n<tr><td><A href=\"" + address + "\">" + name + "</A></td><td>";
     row.end = "</td><td class=\"number\" title=\"" + Counted(file.size, "byte") + "\">" + Size(file.size) +
               "</td><td class=\"number\">" + Date(file.modified) + "</td><td class=\"number exact\">" +
               Checksum(file.checksum) + "</td></tr>";
     if (kind.isShownByBrowsers) {
-        const CString title = EscapedValue(file.name);
+        const CString title = CHtmlWriter::CleanFloatOverUtf8(file.name);
         row.thumbnail = "\n<A href=\"" + address + "\"><img src=\"" + address + "\" alt=\"" + title + "\" title=\"" +
                         title + "\" loading=\"lazy\" decoding=\"async\"></A>";
     }
@@ -23,11 +27,11 @@ FileRow MakeRow(const FileEntry& file, const std::string& folderAddress) {
 
 }  // namespace
 
-std::vector<FolderRows> MakeRows(const std::vector<FolderEntry>& folders, const std::string& linkPrefix) {
+std::vector<FolderRows> MakeRows(const std::vector<FolderEntry>& folders, const CString& linkPrefix) {
     std::vector<FolderRows> all;
     for (const FolderEntry& folder : folders) {
         FolderRows rows{&folder, {}};
-        const std::string address = linkPrefix + EncodeAddress(folder.path.empty() ? "" : folder.path + '/');
+        const CString address = linkPrefix + CStringHelper::EscapePath(folder.path.empty() ? "" : folder.path + '/');
         for (const FileEntry& file : folder.files) rows.files.push_back(MakeRow(file, address));
         all.push_back(std::move(rows));
     }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "tools/qv/report/Figures.h"
 #include "tools/qv/report/FileKinds.h"
 #include "tools/qv/report/FolderTree.h"
-#include "tools/qv/report/ReportText.h"
 
 namespace qv::tool {
 
@@ -24,7 +24,7 @@ struct FolderRows {
 };
 
 /// @param linkPrefix  what comes before the file's path in an address, encoded.
-std::vector<FolderRows> MakeRows(const std::vector<FolderEntry>& folders, const std::string& linkPrefix);
+std::vector<FolderRows> MakeRows(const std::vector<FolderEntry>& folders, const CString& linkPrefix);
 
 /// The largest and the latest come first; those that are alike go by their names, in the order of the folder.
 void Sort(FolderRows& rows, FileOrder order);

@@ -32,8 +32,9 @@ CString FolderMenu(const std::vector<FolderEntry>& folders, const std::string& r
         way.resize(static_cast<std::size_t>(folder.depth) + 1);
         const std::string name = folder.path.empty() ? rootName : LastName(folder.path);
         // What leads to the selected node is open at first: the outermost folder.
-        way.push_back(way.back()->AddNode(new CHtmlTreeNode(
-            ScriptText(name), (CString(ReportPage::kAssetFolder) + "/folder.gif"), link, folder.path.empty())));
+        way.push_back(way.back()->AddNode(new CHtmlTreeNode(CHtmlWriter::CleanScriptUtf8(name),
+                                                            (CString(ReportPage::kAssetFolder) + "/folder.gif"), link,
+                                                            folder.path.empty())));
     }
     return menu.GetHtml();
 }

@@ -33,7 +33,7 @@ public:
                         const char* dropdownImageDir) override;
 
 private:
-    void AddUtf8(std::string_view text) { AddFormattedText(EscapedText(text)); }
+    void AddUtf8(std::string_view text) { AddFormattedText(CleanUtf8(text)); }
     void AddSummary(const FolderTotals& totals, std::size_t folders);
     void AddOrders();
     void OpenSection(std::string_view title, const CString& summary);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+
+#include "qvcommon/framework/String.h"
+
+/// Figures of a report, in UTF-8 whatever the process's code page is.
+namespace qv::tool {
+
+/// In groups of three digits.
+CString Number(std::uintmax_t value);
+/// "1 file", "2 files".
+CString Counted(std::uintmax_t count, const char* one);
+/// In the unit that suits it: "1.5 MB".
+CString Size(std::uintmax_t bytes);
+/// Eight hexadecimal digits.
+CString Checksum(unsigned long checksum);
+/// To the minute, in local time.
+CString Date(std::time_t time);
+
+}  // namespace qv::tool
