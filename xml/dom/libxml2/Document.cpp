@@ -4,6 +4,7 @@
 #include <memory>
 #include <new>
 
+#include "xml/dom/Characters.h"
 #include "xml/dom/libxml2/Internals.h"
 #include "xml/dom/libxml2/Problem.h"
 
@@ -33,25 +34,19 @@ void RefuseEntity(void* data, const xmlChar*, int, const xmlChar*, const xmlChar
     xmlStopParser(static_cast<xmlParserCtxt*>(data));
 }
 
-bool IsBlank(const xmlNode* node) {
-    return node->type == XML_TEXT_NODE && View(node->content).find_first_not_of(" \t\r\n") == std::string_view::npos;
+bool IsBlankText(const xmlNode* node) {
+    return node->type == XML_TEXT_NODE && IsBlank(View(node->content));
 }
 
 bool KeepsSpace(xmlNode* node) {
     return xmlNodeGetSpacePreserve(node) == 1;
 }
 
-xmlNode* NextNode(xmlNode* node, xmlNode* top) {
-    if (node->type == XML_ELEMENT_NODE && node->children) return node->children;
-    while (node != top && !node->next) node = node->parent;
-    return node == top ? nullptr : node->next;
-}
-
 void DropBlanks(xmlDoc* doc) {
-    auto* const top = reinterpret_cast<xmlNode*>(doc);
+    const auto* const top = reinterpret_cast<const xmlNode*>(doc);
     for (xmlNode* node = doc->children; node;) {
-        xmlNode* const blank = IsBlank(node) && !KeepsSpace(node->parent) ? node : nullptr;
-        node = NextNode(node, top);
+        xmlNode* const blank = IsBlankText(node) && !KeepsSpace(node->parent) ? node : nullptr;
+        node = NextInSubtree(top, node);
         if (!blank) continue;
         xmlUnlinkNode(blank);
         xmlFreeNode(blank);

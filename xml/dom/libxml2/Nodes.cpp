@@ -1,9 +1,9 @@
 #include <libxml/parser.h>
 
-#include <algorithm>
 #include <mutex>
 #include <new>
 
+#include "platform/Ascii.h"
 #include "platform/Text.h"
 #include "platform/Utf8.h"
 #include "xml/dom/libxml2/Internals.h"
@@ -15,19 +15,9 @@ Node* PrivateOf(const xmlNode* node) {
     return static_cast<Node*>(node->_private);
 }
 
-bool IsAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 xmlNode* TopOf(xmlNode* node) {
     while (node->parent) node = node->parent;
     return node;
-}
-
-xmlNode* NextInSubtree(const xmlNode* top, xmlNode* node) {
-    if (node->type == XML_ELEMENT_NODE && node->children) return node->children;
-    while (node != top && !node->next) node = node->parent;
-    return node == top ? nullptr : node->next;
 }
 
 // Calls `visit` with every node of the subtree, attributes too.
@@ -81,12 +71,12 @@ std::size_t Unlink(Tree& tree, xmlNode* node) {
 }  // namespace
 
 std::string ToUtf8(std::string_view text) {
-    if (IsAscii(text) || platform::CurrentCodePage() == platform::CodePage::Utf8) return std::string(text);
+    if (ascii::IsAscii(text) || platform::CurrentCodePage() == platform::CodePage::Utf8) return std::string(text);
     return platform::WideToUtf8(platform::ToWide(text));
 }
 
 std::string FromUtf8(std::string_view utf8) {
-    if (IsAscii(utf8) || platform::CurrentCodePage() == platform::CodePage::Utf8) return std::string(utf8);
+    if (ascii::IsAscii(utf8) || platform::CurrentCodePage() == platform::CodePage::Utf8) return std::string(utf8);
     return platform::FromWide(platform::Utf8ToWide(utf8));
 }
 

@@ -1,14 +1,14 @@
 #include <new>
 
+#include "xml/dom/Characters.h"
 #include "xml/dom/libxml2/Internals.h"
 
 namespace qv::dom {
 namespace {
 
-void Trim(std::string_view& text, bool left, bool right) {
-    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
-    while (left && !text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (right && !text.empty() && isBlank(text.back())) text.remove_suffix(1);
+std::string_view Trimmed(std::string_view text, bool left, bool right) {
+    if (left) text = ascii::TrimmedLeft(text, kSpaces);
+    return right ? ascii::TrimmedRight(text, kSpaces) : text;
 }
 
 bool IsText(const xmlNode* node) {
@@ -19,12 +19,6 @@ xmlAttr* AsAttribute(xmlNode* node) {
     return reinterpret_cast<xmlAttr*>(node);
 }
 
-xmlNode* Next(const xmlNode* top, const xmlNode* node) {
-    if (node->type != XML_DTD_NODE && !IsText(node) && node->children) return node->children;
-    while (node != top && !node->next) node = node->parent;
-    return node == top ? nullptr : node->next;
-}
-
 // The texts below a node, one after the other, and whether the outermost ones may be trimmed.
 struct Gathered {
     std::string text;
@@ -33,7 +27,7 @@ struct Gathered {
 
 Gathered Gather(const xmlNode* top) {
     Gathered all;
-    for (const xmlNode* node = top; node; node = Next(top, node)) {
+    for (const xmlNode* node = top; node; node = NextInSubtree(top, node)) {
         if (!IsText(node) || !node->content) continue;
         const bool exact = node->type == XML_CDATA_SECTION_NODE;
         if (all.text.empty()) all.trimLeft = !exact;
@@ -41,12 +35,6 @@ Gathered Gather(const xmlNode* top) {
         all.text += View(node->content);
     }
     return all;
-}
-
-std::string_view Trimmed(const Gathered& all) {
-    std::string_view text = all.text;
-    Trim(text, all.trimLeft, all.trimRight);
-    return text;
 }
 
 // Declarations of namespaces have no node of their own: they are handed out as attributes of the element.
@@ -65,12 +53,10 @@ bool IsPlainText(const xmlNode* node) {
 std::string TextOfElement(const Tree& tree, xmlNode* node) {
     const bool keep = tree.keepSpace || xmlNodeGetSpacePreserve(node) == 1;
     if (IsPlainText(node->children)) {
-        std::string_view text = View(node->children->content);
-        Trim(text, !keep, !keep);
-        return FromUtf8(text);
+        return FromUtf8(Trimmed(View(node->children->content), !keep, !keep));
     }
     const Gathered all = Gather(node);
-    return FromUtf8(keep ? std::string_view(all.text) : Trimmed(all));
+    return FromUtf8(Trimmed(all.text, !keep && all.trimLeft, !keep && all.trimRight));
 }
 
 xmlNode* NewText(Tree& tree, const std::string& utf8) {
