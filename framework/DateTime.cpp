@@ -175,8 +175,10 @@ bool COleDateTime::ParseDateTime(std::string_view text) {
     std::optional<double> date;
     if (text.find('\0') == text.npos) date = qv::platform::ParseSystemDate(text);
     if (!date) date = qv::ReadDate(text);
-    *this = date ? COleDateTime(*date) : *this;
-    if (!date) m_status = invalid;
+    if (date)
+        *this = COleDateTime(*date);
+    else
+        m_status = invalid;
     return m_status == valid;
 }
 

@@ -83,7 +83,7 @@ public:
     std::optional<double> Read() {
         for (m_cursor.SkipBlanks(); !m_cursor.AtEnd(); m_cursor.SkipBlanks())
             if (!ReadToken()) return std::nullopt;
-        if (m_separator != 0 && m_separator != '.') return std::nullopt;
+        if (m_separator && m_separator != '.') return std::nullopt;
         if (!ApplyHalf()) return std::nullopt;
         return m_month ? WithMonthName() : WithNumbers();
     }
@@ -91,11 +91,11 @@ public:
 private:
     bool ReadToken() {
         if (const DateWord* const word = m_cursor.TakeWord(m_words)) {
-            m_separator = 0;
+            m_separator.reset();
             return UseWord(*word);
         }
         if (!IsDigit(m_cursor.Next())) return UseSeparator();
-        m_separator = 0;
+        m_separator.reset();
         DateNumber number;
         return m_cursor.TakeNumber(number) && UseNumber(number);
     }
@@ -105,7 +105,7 @@ private:
         constexpr std::string_view separators = "/-.,";
         const char c = m_cursor.Next();
         if (!m_begun || separators.find(c) == separators.npos) return false;
-        if (m_separator != 0 && !(m_separator == '.' && c == ',')) return false;
+        if (m_separator && !(m_separator == '.' && c == ',')) return false;
         m_separator = c;
         m_lastWasNumber = m_lastWasNumber && c == '.';
         return m_cursor.Skip(1);
@@ -153,7 +153,7 @@ private:
 
     bool UseNumber(const DateNumber& number) {
         m_begun = true;
-        if (const char separator = TakeTimeSeparator()) return ReadTime(number, separator);
+        if (const auto separator = TakeTimeSeparator()) return ReadTime(number, *separator);
         if (m_count == m_numbers.size()) return false;
         m_numbers[m_count++] = number;
         m_lastWasNumber = true;
@@ -162,24 +162,28 @@ private:
 
     bool DateIsComplete() const { return m_count == 3 || (m_month && m_count == 2); }
 
-    // ':', '.', 'w' for a word of the locale's; 0 when no time goes on here.
-    char TakeTimeSeparator() {
-        if (m_cursor.Take(':')) return ':';
-        if (m_dottedTimes && DateIsComplete() && m_cursor.Take('.')) return '.';
+    // A word is one of the locale's.
+    enum class TimeSeparator { Colon, Point, Word };
+
+    // Nothing when no time continues here.
+    std::optional<TimeSeparator> TakeTimeSeparator() {
+        if (m_cursor.Take(':')) return TimeSeparator::Colon;
+        if (m_dottedTimes && DateIsComplete() && m_cursor.Take('.')) return TimeSeparator::Point;
         DateCursor ahead = m_cursor;
         const DateWord* const word = ahead.TakeWord(m_words);
-        if (!word || word->kind != Kind::TimeSeparator) return 0;
+        if (!word || word->kind != Kind::TimeSeparator) return std::nullopt;
         m_cursor = ahead;
-        return 'w';
+        return TimeSeparator::Word;
     }
 
-    bool ReadTime(const DateNumber& hour, char separator) {
+    bool ReadTime(const DateNumber& hour, TimeSeparator separator) {
         DateNumber minute, second;
         if (std::exchange(m_hasTime, true) || !m_cursor.TakeNumber(minute)) return false;
-        if (char next = TakeTimeSeparator()) {
-            const bool unit = next == 'w' && !IsDigit(m_cursor.Next());  // a word after the minutes, and no seconds
-            if (!unit && (next != separator && next != 'w')) return false;
-            if (!unit && !m_cursor.TakeNumber(second)) return false;
+        if (const auto next = TakeTimeSeparator()) {
+            const bool isWord = next == TimeSeparator::Word;
+            const bool isUnit = isWord && !IsDigit(m_cursor.Next());  // a word after the minutes, and no seconds
+            if (!isUnit && !isWord && next != separator) return false;
+            if (!isUnit && !m_cursor.TakeNumber(second)) return false;
         }
         m_time.hour = hour.value;
         m_time.minute = minute.value;
@@ -227,7 +231,9 @@ private:
         }
         if (m_count != 0 || m_hasWeekday || !m_hasTime) return std::nullopt;
         CalendarTime time = m_time;
-        time.year = kNoDate.year, time.month = kNoDate.month, time.day = kNoDate.day;
+        time.year = kNoDate.year;
+        time.month = kNoDate.month;
+        time.day = kNoDate.day;
         return DateOf(time);
     }
 
@@ -257,7 +263,7 @@ private:
     bool m_hasWeekday = false;
     bool m_begun = false;
     bool m_lastWasNumber = false;
-    char m_separator = 0;  // the point or dash just before, if there was one
+    std::optional<char> m_separator;  // just before
 };
 
 }  // namespace
