@@ -72,7 +72,8 @@ std::uint32_t AddBytes(std::uint32_t state, const char* data, std::size_t size) 
     if constexpr (std::endian::native == std::endian::little) {
         if (const std::size_t braids = size / kBraid) {
             state = AddBraids(state, data, braids);
-            data += braids * kBraid, size -= braids * kBraid;
+            data += braids * kBraid;
+            size -= braids * kBraid;
         }
         for (; size >= kWord; data += kWord, size -= kWord) state = Sum<0>(Word(data) ^ state);
     }
@@ -118,7 +119,8 @@ QV_FOLDING std::uint32_t AddByFolding(std::uint32_t state, const char* data, std
     __m128i lanes[kLanes];
     for (std::size_t i = 0; i < kLanes; ++i) lanes[i] = Load(data + i * kLane);
     lanes[0] = _mm_xor_si128(lanes[0], _mm_cvtsi32_si128(static_cast<int>(state)));
-    data += kRound, size -= kRound;
+    data += kRound;
+    size -= kRound;
     const __m128i overRound = Over<kRound * 8>(), overLane = Over<kLane * 8>();
     for (; size >= kRound; data += kRound, size -= kRound)
         for (std::size_t i = 0; i < kLanes; ++i) lanes[i] = Fold(lanes[i], overRound, Load(data + i * kLane));
@@ -153,7 +155,8 @@ QV_WIDE_FOLDING std::uint32_t AddByWideFolding(std::uint32_t state, const char* 
     __m512i lanes[kWideLanes];
     for (std::size_t i = 0; i < kWideLanes; ++i) lanes[i] = _mm512_loadu_si512(data + i * kWideLane);
     lanes[0] = _mm512_xor_si512(lanes[0], _mm512_zextsi128_si512(_mm_cvtsi32_si128(static_cast<int>(state))));
-    data += kWideRound, size -= kWideRound;
+    data += kWideRound;
+    size -= kWideRound;
     const __m512i overRound = OverWide<kWideRound * 8>();
     for (; size >= kWideRound; data += kWideRound, size -= kWideRound)
         for (std::size_t i = 0; i < kWideLanes; ++i) lanes[i] = FoldWide(lanes[i], overRound, data + i * kWideLane);

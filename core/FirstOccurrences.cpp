@@ -37,17 +37,23 @@ public:
 
     std::uint64_t Finish() {
         m_c ^= 0xFF;
-        Round(), Round(), Round();
+        Round();
+        Round();
+        Round();
         return m_a ^ m_b ^ m_c ^ m_d;
     }
 
 private:
     void Round() {
-        m_a += m_b, m_c += m_d;
-        m_b = std::rotl(m_b, 13) ^ m_a, m_d = std::rotl(m_d, 16) ^ m_c;
+        m_a += m_b;
+        m_c += m_d;
+        m_b = std::rotl(m_b, 13) ^ m_a;
+        m_d = std::rotl(m_d, 16) ^ m_c;
         m_a = std::rotl(m_a, 32);
-        m_c += m_b, m_a += m_d;
-        m_b = std::rotl(m_b, 17) ^ m_c, m_d = std::rotl(m_d, 21) ^ m_a;
+        m_c += m_b;
+        m_a += m_d;
+        m_b = std::rotl(m_b, 17) ^ m_c;
+        m_d = std::rotl(m_d, 21) ^ m_a;
         m_c = std::rotl(m_c, 32);
     }
 

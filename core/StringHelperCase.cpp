@@ -55,10 +55,12 @@ CString CStringHelper::MakeTitleCase(std::string_view text, int keepCapitals, in
         word.clear();
     };
     ForEachCharacter(text, [&](std::string_view c) {
-        if (IsSpace(c) || parting.Contains(c))
-            emitWord(), out += c;
-        else
+        if (IsSpace(c) || parting.Contains(c)) {
+            emitWord();
+            out += c;
+        } else {
             word += c;
+        }
     });
     emitWord();
     return out;

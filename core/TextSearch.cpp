@@ -46,10 +46,12 @@ bool TextSearch::PrepareAnchors() {
     const std::size_t looked = std::min<std::size_t>(m_upper.size(), 256);
     std::size_t first = 0, second = 0;
     for (std::size_t i = 1; i < looked; ++i) {
-        if (Rarity(ByteAt(m_upper, i)) >= Rarity(ByteAt(m_upper, first)))
-            second = first, first = i;
-        else if (second == first || Rarity(ByteAt(m_upper, i)) > Rarity(ByteAt(m_upper, second)))
+        if (Rarity(ByteAt(m_upper, i)) >= Rarity(ByteAt(m_upper, first))) {
+            second = first;
+            first = i;
+        } else if (second == first || Rarity(ByteAt(m_upper, i)) > Rarity(ByteAt(m_upper, second))) {
             second = i;
+        }
     }
     return SetAnchor(m_first, first) && SetAnchor(m_second, second);
 }
@@ -149,7 +151,10 @@ Occurrence TextSearch::FindByAutomaton(std::size_t from) {
         m_automaton.emplace(m_reader.ReadAll(m_find));
         m_starts.resize(m_automaton->Size());
     }
-    if (from > m_read) m_read = from, m_state = 0;
+    if (from > m_read) {
+        m_read = from;
+        m_state = 0;
+    }
     const std::size_t size = m_starts.size();
     while (m_read < m_text.size()) {
         const platform::CasedCharacter c = m_reader.Read(m_text, m_read);

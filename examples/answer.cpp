@@ -24,12 +24,18 @@ protected:
 
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
-    if (argc != 2) return std::fputs("usage: answer NAME\n", stderr), 2;
+    if (argc != 2) {
+        std::fputs("usage: answer NAME\n", stderr);
+        return 2;
+    }
 
     // One listener of a name exists at most among the programs of a user. The name is free again when its program ends or
     // dies, so this is also a way to be the only instance of a program.
     Answerer answerer;
-    if (!answerer.Create(argv[1], 0)) return std::fprintf(stderr, "somebody is %s already\n", argv[1]), 1;
+    if (!answerer.Create(argv[1], 0)) {
+        std::fprintf(stderr, "somebody is %s already\n", argv[1]);
+        return 1;
+    }
     std::puts("listening");
     std::fflush(stdout);
 

@@ -15,17 +15,25 @@ public:
 
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
-    if (argc < 3) return std::fputs("usage: ask NAME TEXT...\n", stderr), 2;
+    if (argc < 3) {
+        std::fputs("usage: ask NAME TEXT...\n", stderr);
+        return 2;
+    }
 
     // To be answered, listen as well. This name holds for this process alone, so any number of askers may run.
     Asker asker;
-    if (!asker.Create("ask", 1)) return std::fputs("cannot listen\n", stderr), 1;
+    if (!asker.Create("ask", 1)) {
+        std::fputs("cannot listen\n", stderr);
+        return 1;
+    }
 
     for (int i = 2; i < argc; ++i) {
         // Returns when the other program has handled the text. Its answer came in meanwhile: a thread that waits for a
         // text of its own to be handled goes on taking texts, so two that send to each other do not block.
-        if (!asker.SendUserMessage(argv[1], 0, CString(argv[i]), asker.m_hWnd))
-            return std::fprintf(stderr, "nobody listens as %s\n", argv[1]), 1;
+        if (!asker.SendUserMessage(argv[1], 0, CString(argv[i]), asker.m_hWnd)) {
+            std::fprintf(stderr, "nobody listens as %s\n", argv[1]);
+            return 1;
+        }
         std::printf("%s: %s\n", argv[i], asker.m_answer.AsStd().c_str());
     }
 }

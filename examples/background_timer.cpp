@@ -36,7 +36,10 @@ private:
 
 int main(int argc, char** argv) {
     const int ticks = argc == 2 ? std::atoi(argv[1]) : 0;
-    if (ticks < 1) return std::fputs("usage: background_timer TICKS\n", stderr), 2;
+    if (ticks < 1) {
+        std::fputs("usage: background_timer TICKS\n", stderr);
+        return 2;
+    }
 
     Countdown countdown(ticks);
     countdown.StartThread(1);  // seconds; the first tick comes at once, each next one a second after the last ended

@@ -35,15 +35,22 @@ public:
 };
 
 int main(int argc, char** argv) try {
-    if (argc != 2) return std::fputs("usage: metafile_list FILE.emf\n", stderr), 2;
+    if (argc != 2) {
+        std::fputs("usage: metafile_list FILE.emf\n", stderr);
+        return 2;
+    }
     Listing listing;
     const int complete = listing.ProcessFile(argv[1]);
     for (const auto& [name, count] : listing.m_counts) std::printf("%5d %s\n", count, name.c_str());
-    if (!complete) return std::fputs("the file ends before its last record\n", stderr), 1;
+    if (!complete) {
+        std::fputs("the file ends before its last record\n", stderr);
+        return 1;
+    }
     return 0;
 } catch (CException* error) {  // no such file, no metafile, or one with a record of a size that cannot be
     char reason[512] = {};
     error->GetErrorMessage(reason, sizeof reason - 1);
     error->Delete();
-    return std::fprintf(stderr, "%s\n", reason), 1;
+    std::fprintf(stderr, "%s\n", reason);
+    return 1;
 }

@@ -27,7 +27,10 @@ class Unpacker : public CReadCab {
 
 int main(int argc, char** argv) try {
     std::setlocale(LC_ALL, "");
-    if (argc != 4) return std::fputs("usage: pack_folder FOLDER ARCHIVE.cab COPY\n", stderr), 2;
+    if (argc != 4) {
+        std::fputs("usage: pack_folder FOLDER ARCHIVE.cab COPY\n", stderr);
+        return 2;
+    }
     const char *const folder = argv[1], *const archive = argv[2], *const copy = argv[3];
 
     // Packs on all cores. A list of names and folders goes in as the first member, so that the tree can be built again.
@@ -52,5 +55,6 @@ int main(int argc, char** argv) try {
     char reason[512] = {};
     error->GetErrorMessage(reason, sizeof reason - 1);
     error->Delete();
-    return std::fprintf(stderr, "%s\n", reason), 1;
+    std::fprintf(stderr, "%s\n", reason);
+    return 1;
 }

@@ -52,11 +52,15 @@ static void WriteReport(const CString& folder) {
 
 int main(int argc, char** argv) try {
     std::setlocale(LC_ALL, "");  // texts are in the code page of the locale: set it before anything else
-    if (argc != 2) return std::fputs("usage: report_page FOLDER\n", stderr), 2;
+    if (argc != 2) {
+        std::fputs("usage: report_page FOLDER\n", stderr);
+        return 2;
+    }
     WriteReport(argv[1]);
 } catch (CException* error) {  // the library throws pointers; who catches one ends it with Delete
     char reason[512] = {};
     error->GetErrorMessage(reason, sizeof reason - 1);
     error->Delete();
-    return std::fprintf(stderr, "%s\n", reason), 1;
+    std::fprintf(stderr, "%s\n", reason);
+    return 1;
 }

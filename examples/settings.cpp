@@ -46,13 +46,18 @@ static void Count(const char* path) {
 
 int main(int argc, char** argv) try {
     std::setlocale(LC_ALL, "");
-    if (argc != 2) return std::fputs("usage: settings FILE\n", stderr), 2;
+    if (argc != 2) {
+        std::fputs("usage: settings FILE\n", stderr);
+        return 2;
+    }
     Count(argv[1]);
 } catch (const _com_error& error) {  // from the DOM, by value: a path that cannot be read, a name that XML has not
-    return std::fprintf(stderr, "%s\n", error.ErrorMessage()), 1;
+    std::fprintf(stderr, "%s\n", error.ErrorMessage());
+    return 1;
 } catch (CException* error) {
     char reason[512] = {};
     error->GetErrorMessage(reason, sizeof reason - 1);
     error->Delete();
-    return std::fprintf(stderr, "%s\n", reason), 1;
+    std::fprintf(stderr, "%s\n", reason);
+    return 1;
 }

@@ -12,7 +12,10 @@
 
 int main(int argc, char** argv) try {
     std::setlocale(LC_ALL, "");
-    if (argc != 3) return std::fputs("usage: shared_document FILE LINE\n", stderr), 2;
+    if (argc != 3) {
+        std::fputs("usage: shared_document FILE LINE\n", stderr);
+        return 2;
+    }
     const char* const document = argv[1];
 
     // The lock is a file beside the document, with the extension "lck". It holds between processes and between machines,
@@ -41,5 +44,6 @@ int main(int argc, char** argv) try {
     char reason[512] = {};
     error->GetErrorMessage(reason, sizeof reason - 1);
     error->Delete();
-    return std::fprintf(stderr, "%s\n", reason), 1;
+    std::fprintf(stderr, "%s\n", reason);
+    return 1;
 }

@@ -36,13 +36,19 @@ private:
 
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");
-    if (argc != 2) return std::fputs("usage: watched_folder FOLDER\n", stderr), 2;
+    if (argc != 2) {
+        std::fputs("usage: watched_folder FOLDER\n", stderr);
+        return 2;
+    }
     const CString folder = argv[1];
 
     Watcher watcher;
     watcher.SetDirectory(folder);
     watcher.SetCheckSubdirectories(1);
-    if (!watcher.Start()) return std::fprintf(stderr, "%s cannot be watched\n", argv[1]), 1;
+    if (!watcher.Start()) {
+        std::fprintf(stderr, "%s cannot be watched\n", argv[1]);
+        return 1;
+    }
     std::puts("watching");
     std::fflush(stdout);
 

@@ -30,7 +30,10 @@ public:
     bool AtEnd() const { return m_rest.empty(); }
     char Next() const { return AtEnd() ? '\0' : m_rest[0]; }
     bool Take(char c) { return Next() == c && !AtEnd() && Skip(1); }
-    bool Skip(std::size_t count) { return m_rest.remove_prefix(count), true; }
+    bool Skip(std::size_t count) {
+        m_rest.remove_prefix(count);
+        return true;
+    }
     void SkipBlanks() { m_rest = ascii::TrimmedLeft(m_rest, ascii::kBlanks); }
 
     /// Exactly that many digits.

@@ -58,23 +58,24 @@ private:
 
     bool WriteCompound(char conversion) {
         switch (conversion) {
-            case 'D': return Write("%m/%d/%y"), true;
-            case 'F': return Write("%Y-%m-%d"), true;
-            case 'R': return Write("%H:%M"), true;
-            case 'T': return Write("%H:%M:%S"), true;
-            case 'r': return Write("%I:%M:%S %p"), true;
-            case 'h': return Write("%b"), true;
+            case 'D': Write("%m/%d/%y"); break;
+            case 'F': Write("%Y-%m-%d"); break;
+            case 'R': Write("%H:%M"); break;
+            case 'T': Write("%H:%M:%S"); break;
+            case 'r': Write("%I:%M:%S %p"); break;
+            case 'h': Write("%b"); break;
             default: return false;
         }
+        return true;
     }
 
     bool WriteText(char conversion) {
         switch (conversion) {
-            case 'n': return m_text += '\n', true;
-            case 't': return m_text += '\t', true;
-            case '%': return m_text += '%', true;
+            case 'n': m_text += '\n'; break;
+            case 't': m_text += '\t'; break;
+            case '%': m_text += '%'; break;
             case 'z':
-            case 'Z': return true;
+            case 'Z': break;
             case 'a':
             case 'A':
             case 'b':
@@ -82,9 +83,10 @@ private:
             case 'c':
             case 'p':
             case 'x':
-            case 'X': return m_text += qv::platform::FormatLocaleDate(conversion, m_time, m_weekday), true;
+            case 'X': m_text += qv::platform::FormatLocaleDate(conversion, m_time, m_weekday); break;
             default: return false;
         }
+        return true;
     }
 
     bool Number(std::size_t width, int value, char fill = '0') {

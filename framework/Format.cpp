@@ -55,7 +55,10 @@ Layout ReadLayout(std::string_view spec) {
     for (; i < spec.size() && std::string_view("-+ #0").find(spec[i]) != std::string_view::npos; ++i)
         layout.left |= spec[i] == '-';
     layout.width = number();
-    if (i < spec.size() && spec[i] == '.') ++i, layout.precision = number();
+    if (i < spec.size() && spec[i] == '.') {
+        ++i;
+        layout.precision = number();
+    }
     return layout;
 }
 

@@ -47,13 +47,16 @@ const CRuntimeClass* CRuntimeClass::First() {
 }
 
 CDumpContext& CDumpContext::operator<<(const char* text) {
-    return m_out << text, *this;
+    m_out << text;
+    return *this;
 }
 CDumpContext& CDumpContext::operator<<(const void* address) {
-    return m_out << address, *this;
+    m_out << address;
+    return *this;
 }
 CDumpContext& CDumpContext::operator<<(int value) {
-    return m_out << value, *this;
+    m_out << value;
+    return *this;
 }
 
 const CRuntimeClass CObject::classCObject("CObject", static_cast<int>(sizeof(CObject)), 0xFFFF, nullptr, nullptr);

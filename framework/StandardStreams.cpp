@@ -25,7 +25,10 @@ CString AfxReadStandardInput() {
         if (text.size() < size + kChunk) text.resize(2 * size + kChunk);
         const qv::platform::FileHandle input = qv::platform::StandardInput();
         ThrowIf(qv::platform::ReadBytes(input, text.data() + size, text.size() - size, count), name);
-        if (count == 0) return text.resize(size), CString(std::move(text));
+        if (count == 0) {
+            text.resize(size);
+            return CString(std::move(text));
+        }
     }
 }
 

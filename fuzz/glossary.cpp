@@ -8,7 +8,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzInput input(data, size);
     std::setlocale(LC_ALL, "C");  // the plain rules measure a hit by its term
     CStringArray terms, explanations;
-    for (int n = input.Flag() ? 3 : 8; n > 0; --n) terms.Add(input.Text()), explanations.Add("<" + terms[0] + ">");
+    for (int n = input.Flag() ? 3 : 8; n > 0; --n) {
+        terms.Add(input.Text());
+        explanations.Add("<" + terms[0] + ">");
+    }
     const std::string_view text = input.Rest().substr(0, 2000);
     Require(CHtmlWriter::GetGlossarizedText(text, terms, explanations) ==
                 qv::test::MarkTermByTerm(text, terms, explanations),

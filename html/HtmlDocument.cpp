@@ -47,7 +47,10 @@ CHtmlDocument::CHtmlDocument(std::string_view html) : m_html(html), m_bodyEnd(ht
         }
         ReadAddresses(tokenizer, tag.name, addresses);
         if (!tokenizer.IsComplete()) break;
-        if (isBody && !hasBody) hasBody = true, m_bodyBegin = tokenizer.EndOfTag();
+        if (isBody && !hasBody) {
+            hasBody = true;
+            m_bodyBegin = tokenizer.EndOfTag();
+        }
         AddElement(tag.name, addresses);
     }
 }

@@ -168,7 +168,10 @@ void HtmlTokenizer::SkipScript() {
         const bool ends = NameFollows(m_html, m_position + 2, "script") && rest.starts_with("</");
         if (ends && !inner) return;
         if (ends) inner = false;
-        if (rest.starts_with("<!--")) hidden = true, m_position += 1;
+        if (rest.starts_with("<!--")) {
+            hidden = true;
+            m_position += 1;
+        }
         if (rest.starts_with("-->")) hidden = inner = false;
         if (hidden && rest.starts_with("<") && NameFollows(m_html, m_position + 1, "script")) inner = true;
     }

@@ -71,7 +71,10 @@ void CHtmlWriter::AddText(std::string_view text) {
 void CHtmlWriter::AddTag(const char* tag, const char* attributes) {
     CString text("<");
     text += tag;
-    if (attributes && *attributes) text += ' ', text += attributes;
+    if (attributes && *attributes) {
+        text += ' ';
+        text += attributes;
+    }
     AddFormattedText(text += '>');
 }
 

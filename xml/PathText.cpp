@@ -11,16 +11,18 @@ std::vector<std::string_view> StepsOf(std::string_view path) {
     char quote = 0;
     for (std::size_t i = 0; i < path.size(); ++i) {
         const char c = path[i];
-        if (quote)
+        if (quote) {
             quote = c == quote ? '\0' : quote;
-        else if (c == '\'' || c == '"')
+        } else if (c == '\'' || c == '"') {
             quote = c;
-        else if (c == '[' || c == '(')
+        } else if (c == '[' || c == '(') {
             ++depth;
-        else if (c == ']' || c == ')')
+        } else if (c == ']' || c == ')') {
             --depth;
-        else if (c == '/' && depth <= 0)
-            steps.push_back(path.substr(from, i - from)), from = i + 1;
+        } else if (c == '/' && depth <= 0) {
+            steps.push_back(path.substr(from, i - from));
+            from = i + 1;
+        }
     }
     steps.push_back(path.substr(from));
     return steps;

@@ -84,7 +84,10 @@ std::optional<NumberedPath> TakeApart(std::string_view format) {
 
 // The first of some nodes in which the rest of the path leads somewhere.
 bool ReadBelow(const Nodes& nodes, std::string_view below, Items& items) {
-    if (below.empty()) return ReadNode(nodes.front(), items), true;
+    if (below.empty()) {
+        ReadNode(nodes.front(), items);
+        return true;
+    }
     return std::any_of(nodes.begin(), nodes.end(), [&](const Node& node) { return Read(node, below, 0, items); });
 }
 

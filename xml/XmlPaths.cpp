@@ -12,8 +12,9 @@ using MSXML2::DOMNodeType;
 constexpr long long kMostMissing = 1 << 24;
 
 CString ElementText(std::string_view name, std::string_view value) {
-    CString text("<");
-    return ((((text += name) += ">") += value) += "</") += name, text += ">";
+    std::string text;
+    text.append("<").append(name).append(">").append(value).append("</").append(name).append(">");
+    return text;
 }
 
 long long CountOf(const Node& parent, std::string_view name) {

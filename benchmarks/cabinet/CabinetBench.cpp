@@ -74,11 +74,20 @@ int WithGcab() {
 
 void Register() {
     Measure(
-        "Pack/ours", [] { return CMakeCab::DirectoryToCab(At("in").c_str(), At("ours.cab").c_str(), 1), 0; },
+        "Pack/ours",
+        [] {
+            CMakeCab::DirectoryToCab(At("in").c_str(), At("ours.cab").c_str(), 1);
+            return 0;
+        },
         "ours.cab");
     Measure("Pack/gcab", &WithGcab, "gcab.cab");
     Measure(
-        "Unpack/ours", [] { return CReadCab::CabToDirectory(At("out").c_str(), At("ours.cab").c_str()), 0; }, "out");
+        "Unpack/ours",
+        [] {
+            CReadCab::CabToDirectory(At("out").c_str(), At("ours.cab").c_str());
+            return 0;
+        },
+        "out");
     Measure(
         "Unpack/gcab",
         [] {

@@ -12,7 +12,10 @@ class QVCOMMON_API CFilePath : public CObject {
 public:
     CFilePath() = default;
     CFilePath(const char* path) { SplitPath(path, 1); }
-    CFilePath& operator=(const char* path) { return SplitPath(path, 1), *this; }
+    CFilePath& operator=(const char* path) {
+        SplitPath(path, 1);
+        return *this;
+    }
 
     /// The drive is a letter and a colon in front; the directory goes up to and including the last separator; the extension
     /// begins at the last point of the rest. With `replaceAll` zero, a part that is empty in the new path keeps its old

@@ -7,7 +7,10 @@
 #include "tests/support/SamplePages.h"
 
 int main(int argc, char** argv) {
-    if (argc != 2) return std::fputs("usage: sample_pages FOLDER\n", stderr), 2;
+    if (argc != 2) {
+        std::fputs("usage: sample_pages FOLDER\n", stderr);
+        return 2;
+    }
     const std::string folder = argv[1];
     for (const Sample& sample : SamplePages())
         for (const bool support : {false, true}) {

@@ -69,7 +69,11 @@ TEST(CabinetEngine, ReadsBackWhatItWroteWhateverTheCabinetsSizeAndReserves) {
                 MemoryMaker maker;
                 QvCabinetDescription cabinet;
                 cabinet.maximumSize = size + (reserves ? 1000 : 0);
-                if (reserves) cabinet.headerReserve = 777, cabinet.folderReserve = 255, cabinet.dataReserve = 9;
+                if (reserves) {
+                    cabinet.headerReserve = 777;
+                    cabinet.folderReserve = 255;
+                    cabinet.dataReserve = 9;
+                }
                 ASSERT_TRUE(Make(maker, Members(), cabinet, compression).done);
                 for (const auto& [name, bytes] : maker.files)
                     EXPECT_TRUE(!name.starts_with("set") || bytes.size() <= cabinet.maximumSize) << name;

@@ -184,7 +184,8 @@ public:
             value += static_cast<std::uint32_t>(member.size() - 1);
             std::memcpy(&bytes[at], &value, 4);
         };
-        grow(8), grow(36);
+        grow(8);
+        grow(36);
         folder.Write("named.cab", bytes);
     }
 };
@@ -216,9 +217,10 @@ TEST(Cabinet, WritesNothingOutsideItsFolder) {
                 byManifest ? "" : name);
             const Tree before = outside();
             CReadCab reader;
-            if (byManifest)
-                reader.UseManifest(1), reader.AddSubstitution("*ROOT*", folder / "a\\target\\");
-            else
+            if (byManifest) {
+                reader.UseManifest(1);
+                reader.AddSubstitution("*ROOT*", folder / "a\\target\\");
+            } else
                 reader.SetDestPath(folder / "a\\target");
             EXPECT_EQ(Error([&] { reader.ReadCab(folder / "named.cab"); }), accepted ? 0 : 4);
             EXPECT_EQ(outside(), before);
@@ -295,7 +297,10 @@ TEST(Cabinet, WritesASetThatItReadsAsOne) {
 
     private:
         DWORD GetMediaSize() const override { return 4000; }
-        int FilePlaced(const QvCabinetDescription&, const char*, DWORD, BOOL) override { return ++placed, 0; }
+        int FilePlaced(const QvCabinetDescription&, const char*, DWORD, BOOL) override {
+            ++placed;
+            return 0;
+        }
     };
     const TempFolder folder;
     MakeTree(folder);

@@ -30,24 +30,35 @@ struct Recipe {
     std::string Build() const {
         std::string list;
         for (const Member& member : members) {
-            Add32(list, member.size), Add32(list, member.offset), Add16(list, member.folder);
+            Add32(list, member.size);
+            Add32(list, member.offset);
+            Add16(list, member.folder);
             list += std::string(6, '\0') + member.name + '\0';
         }
         const std::size_t head = kHeaderSize + reserves.size(), place = head + kFolderSize * folders;
         std::string block, cabinet;
         Add32(block, hasChecksum ? checksum : 0);
-        Add16(block, dataSize ? dataSize : static_cast<unsigned>(data.size())), Add16(block, uncompressed);
+        Add16(block, dataSize ? dataSize : static_cast<unsigned>(data.size()));
+        Add16(block, uncompressed);
         block += data;
         const std::size_t all = place + list.size() + block.size();
-        Add32(cabinet, signature), Add32(cabinet, 0), Add32(cabinet, size ? size : static_cast<std::uint32_t>(all));
-        Add32(cabinet, 0), Add32(cabinet, filesPlace ? filesPlace : static_cast<std::uint32_t>(place)),
-            Add32(cabinet, 0);
-        Add16(cabinet, minor | 1 << 8), Add16(cabinet, folders), Add16(cabinet, static_cast<unsigned>(members.size()));
-        Add16(cabinet, flags), Add16(cabinet, 0), Add16(cabinet, 0);
+        Add32(cabinet, signature);
+        Add32(cabinet, 0);
+        Add32(cabinet, size ? size : static_cast<std::uint32_t>(all));
+        Add32(cabinet, 0);
+        Add32(cabinet, filesPlace ? filesPlace : static_cast<std::uint32_t>(place));
+        Add32(cabinet, 0);
+        Add16(cabinet, minor | 1 << 8);
+        Add16(cabinet, folders);
+        Add16(cabinet, static_cast<unsigned>(members.size()));
+        Add16(cabinet, flags);
+        Add16(cabinet, 0);
+        Add16(cabinet, 0);
         cabinet += reserves;
         for (unsigned i = 0; i < folders; ++i) {
             Add32(cabinet, dataPlace ? dataPlace : static_cast<std::uint32_t>(place + list.size()));
-            Add16(cabinet, blocks), Add16(cabinet, compression);
+            Add16(cabinet, blocks);
+            Add16(cabinet, compression);
         }
         return cabinet + list + block;
     }
@@ -57,7 +68,10 @@ private:
         to += static_cast<char>(value & 255);
         to += static_cast<char>(value >> 8 & 255);
     }
-    static void Add32(std::string& to, std::uint32_t value) { Add16(to, value & 0xFFFF), Add16(to, value >> 16); }
+    static void Add32(std::string& to, std::uint32_t value) {
+        Add16(to, value & 0xFFFF);
+        Add16(to, value >> 16);
+    }
 };
 
 /// Nothing is made up: what was read stands in the archive's data, if that is given.

@@ -98,7 +98,10 @@ TEST(StringHelperCompare, ContentsAgreeWithTheRuleStepByStep) {
         for (int i = 0; i < oldTexts.GetSize(); ++i) {
             const int j = H::GetIndex(newTexts, oldTexts[i], 0, -1);
             (j < 0 ? wantRemoved : wantOld).Add(static_cast<UINT>(i));
-            if (j >= 0) wantNew.Add(static_cast<UINT>(j)), seen[static_cast<std::size_t>(j)] = true;
+            if (j >= 0) {
+                wantNew.Add(static_cast<UINT>(j));
+                seen[static_cast<std::size_t>(j)] = true;
+            }
         }
         for (int j = 0; j < newTexts.GetSize(); ++j)
             if (!seen[static_cast<std::size_t>(j)] && !H::Find(oldTexts, newTexts[j], 0))

@@ -227,7 +227,10 @@ TEST_P(StringDuplicates, FirstOnesStay) {
             pairSeen |= same && Same(b[i], b[j], m_noCase);
         }
         if (!seen) expected.Add(a[i]);
-        if (!pairSeen) expectedA.Add(a[i]), expectedB.Add(b[i]);
+        if (!pairSeen) {
+            expectedA.Add(a[i]);
+            expectedB.Add(b[i]);
+        }
     }
     CStringHelper::RemoveDuplicates(texts, m_noCase);
     EXPECT_EQ(texts, expected);

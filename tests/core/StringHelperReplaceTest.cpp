@@ -100,7 +100,8 @@ TEST(StringHelperReplace, FindsAcrossBlocksAndWindows) {
         const std::string find = text.substr(random() % (text.size() + 1), 1 + random() % 40);
         if (find.empty()) continue;
         CString upper(text), wanted(find);
-        upper.MakeUpper(), wanted.MakeUpper();
+        upper.MakeUpper();
+        wanted.MakeUpper();
         EXPECT_EQ(H::FindNoCase(text, find), upper.Find(wanted));
     }
 }

@@ -69,7 +69,10 @@ TEST(StringHelperUrl, DecodesInTheOrderOfTheRule) {
 
 TEST(StringHelperUrl, DecodesLongChainsInTime) {
     std::string chain = "%", distinct;
-    for (int i = 0; i < 300000; ++i) chain += "25", distinct += i % 2 ? "%25%" : "%4%31";
+    for (int i = 0; i < 300000; ++i) {
+        chain += "25";
+        distinct += i % 2 ? "%25%" : "%4%31";
+    }
     EXPECT_EQ(H::UnEscapeUrl(chain + "41"), "A");
     EXPECT_LT(H::UnEscapeUrl(distinct).AsStd().size(), distinct.size());
 }

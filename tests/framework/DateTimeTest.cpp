@@ -26,9 +26,16 @@ TEST(DateTime, EveryDayOfTheRangeFollowsTheCalendar) {
         ASSERT_EQ(COleDateTime(year, month, day, 0, 0, 0).m_dt, number);
         const bool leap = year % 400 == 0 || (year % 4 == 0 && year % 100 != 0);
         const int length = month == 2 ? 28 + leap : month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
-        weekday = weekday % 7 + 1, ++yearDay;
-        if (++day > length) day = 1, ++month;
-        if (month > 12) month = yearDay = 1, ++year;
+        weekday = weekday % 7 + 1;
+        ++yearDay;
+        if (++day > length) {
+            day = 1;
+            ++month;
+        }
+        if (month > 12) {
+            month = yearDay = 1;
+            ++year;
+        }
     }
     EXPECT_EQ(year, 10000);
 }
@@ -137,15 +144,22 @@ std::string WrittenByTheCLibrary(char conversion, const std::tm& fields) {
 // Where the system's C library knows the conversion and the year.
 TEST(DateTime, FormatAgreesWithTheCLibrary) {
     std::tm epoch{};
-    epoch.tm_year = 70, epoch.tm_mday = 1;
+    epoch.tm_year = 70;
+    epoch.tm_mday = 1;
     const bool modern = WrittenByTheCLibrary('F', epoch) == "1970-01-01";
     const std::string known = modern ? "aAbBdHIjmMpSUwWyY%cxXDeFgGhnrRtTuV" : "aAbBdHIjmMpSUwWyY%cxX";
     for (double number = modern ? kFirst : 2; number <= kLast; number += 97.53) {
         const COleDateTime date(number);
         std::tm fields{};
-        fields.tm_year = date.GetYear() - 1900, fields.tm_mon = date.GetMonth() - 1, fields.tm_mday = date.GetDay();
-        fields.tm_hour = date.GetHour(), fields.tm_min = date.GetMinute(), fields.tm_sec = date.GetSecond();
-        fields.tm_wday = date.GetDayOfWeek() - 1, fields.tm_yday = date.GetDayOfYear() - 1, fields.tm_isdst = -1;
+        fields.tm_year = date.GetYear() - 1900;
+        fields.tm_mon = date.GetMonth() - 1;
+        fields.tm_mday = date.GetDay();
+        fields.tm_hour = date.GetHour();
+        fields.tm_min = date.GetMinute();
+        fields.tm_sec = date.GetSecond();
+        fields.tm_wday = date.GetDayOfWeek() - 1;
+        fields.tm_yday = date.GetDayOfYear() - 1;
+        fields.tm_isdst = -1;
         for (const char conversion : known) {
             const char format[] = {'%', conversion, 0};
             ASSERT_EQ(date.Format(format).AsStd(), WrittenByTheCLibrary(conversion, fields))

@@ -53,7 +53,8 @@ TEST_P(HtmlEscape, DirtyUndoesClean) {
     for (int a = 0; a < 256; ++a)
         for (int b = 0; b < 256; ++b) {
             CString text;
-            text += static_cast<char>(a), text += static_cast<char>(b);
+            text += static_cast<char>(a);
+            text += static_cast<char>(b);
             // The documented losses: line feeds, and in UTF-8 the byte 0xA0 alone, which comes back as the character.
             CString expected = text;
             expected.Remove('\n');

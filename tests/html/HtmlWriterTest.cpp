@@ -18,32 +18,69 @@ TEST(HtmlWriter, WritesEachElementInItsExactForm) {
         void (*write)(CHtmlWriter& page);
         const char* html;
     } cases[] = {
-        {[](CHtmlWriter& p) { p.OpenTag("b", ""), p.AddText("<"), p.CloseTag("b"); }, "<b>&lt;</b>"},
+        {[](CHtmlWriter& p) {
+             p.OpenTag("b", "");
+             p.AddText("<");
+             p.CloseTag("b");
+         },
+         "<b>&lt;</b>"},
         {[](CHtmlWriter& p) { p.AddHeading(2, "A<B", kCenter); }, "<h2 ALIGN=CENTER>A&lt;B</h2>"},
-        {[](CHtmlWriter& p) { p.AddHeading(1, "x"), p.AddHeading(3, "y", "id=1"); }, "<h1>x</h1><h3 id=1>y</h3>"},
+        {[](CHtmlWriter& p) {
+             p.AddHeading(1, "x");
+             p.AddHeading(3, "y", "id=1");
+         },
+         "<h1>x</h1><h3 id=1>y</h3>"},
         {[](CHtmlWriter& p) { p.AddHeading(2, "A<B", kOdd); }, "A&lt;B</h2>"},
         {[](CHtmlWriter& p) { p.AddParagraph("x"); }, "<P>x</P>"},
         {[](CHtmlWriter& p) { p.AddParagraph("x", kRight, "class=\"a\""); }, "<P class=\"a\" ALIGN=RIGHT>x</P>"},
-        {[](CHtmlWriter& p) { p.AddParagraph("x", kLeft), p.AddParagraph("y", kOdd); }, "<P  ALIGN=LEFT>x</P><P>y</P>"},
+        {[](CHtmlWriter& p) {
+             p.AddParagraph("x", kLeft);
+             p.AddParagraph("y", kOdd);
+         },
+         "<P  ALIGN=LEFT>x</P><P>y</P>"},
         {[](CHtmlWriter& p) { p.AddBlankParagraph(); }, "<P>&nbsp;</P>"},
         {[](CHtmlWriter& p) { p.AddPreformattedParagraph("a\r\nb", "c"); }, "<pre c>a<br>b</pre>"},
         {[](CHtmlWriter& p) { p.AddCode("\tif(a<b)"); }, "<code>&nbsp;&nbsp;&nbsp;&nbsp;if(a&lt;b)</code>"},
-        {[](CHtmlWriter& p) { p.OpenNumberList("start=3"), p.AddLine("<b>"), p.CloseNumberList(); },
+        {[](CHtmlWriter& p) {
+             p.OpenNumberList("start=3");
+             p.AddLine("<b>");
+             p.CloseNumberList();
+         },
          "<ol start=3><li><b></li></ol>"},
-        {[](CHtmlWriter& p) { p.OpenBulletList(), p.AddLine("x", "y"), p.CloseBulletList(); }, "<ul><li y>x</li></ul>"},
+        {[](CHtmlWriter& p) {
+             p.OpenBulletList();
+             p.AddLine("x", "y");
+             p.CloseBulletList();
+         },
+         "<ul><li y>x</li></ul>"},
         {[](CHtmlWriter& p) { p.AddImage("a.gif", kNone, "", 0, 0, ""); }, "<img border=\"0\" src=\"a.gif\"   >"},
         {[](CHtmlWriter& p) { p.AddImage("a&.gif", kLeft, "\"<", 3, 0, "x"); },
          "<img border=\"0\" src=\"a&.gif\" ALIGN=LEFT alt=\"&quot;&lt;\" x>"},
         {[](CHtmlWriter& p) { p.AddUppercaseImage("a", kOdd, nullptr, 3, 4); },
          "<img border=\"0\" src=\"a\"   WIDTH=\"3\" HEIGHT=\"4\" >"},
-        {[](CHtmlWriter& p) { p.OpenHotlink("a?b&c"), p.CloseHotlink(); }, "<A href=\"a?b&c\"></A>"},
-        {[](CHtmlWriter& p) { p.OpenBookmark("n"), p.CloseBookmark(), p.OpenBookmark("n", "p"); },
+        {[](CHtmlWriter& p) {
+             p.OpenHotlink("a?b&c");
+             p.CloseHotlink();
+         },
+         "<A href=\"a?b&c\"></A>"},
+        {[](CHtmlWriter& p) {
+             p.OpenBookmark("n");
+             p.CloseBookmark();
+             p.OpenBookmark("n", "p");
+         },
          "<A href=\"#n\"></A><A href=\"p#n\">"},
         {[](CHtmlWriter& p) { p.AddBookmark("n<"); }, "<A Name=\"n<\"></A>"},
-        {[](CHtmlWriter& p) { p.OpenForm("go", "do"), p.AddHiddenField("n", 0), p.CloseForm(); },
+        {[](CHtmlWriter& p) {
+             p.OpenForm("go", "do");
+             p.AddHiddenField("n", 0);
+             p.CloseForm();
+         },
          "<form method=\"POST\" action=\"go\"><input type=\"HIDDEN\" name=\"MfcISAPICommand\" value=\"do\">"
          "<input type=\"HIDDEN\" name=\"n\" value=\"0\"></form>"},
-        {[](CHtmlWriter& p) { p.AddSingleLineTextField("n", 10), p.AddSingleLineTextField("m", 5, -2); },
+        {[](CHtmlWriter& p) {
+             p.AddSingleLineTextField("n", 10);
+             p.AddSingleLineTextField("m", 5, -2);
+         },
          "<input type type=\"text\" name=\"n\" size=\"10\"><input type type=\"text\" name=\"m\" size=\"5\" "
          "value=\"-2\">"},
         {[](CHtmlWriter& p) { p.AddSingleLineTextField("n", 1, ""); },

@@ -123,7 +123,10 @@ TEST(Glossary, KnowsWholeWords) {
 struct Shouting : CHtmlTreeNode {
     using CHtmlTreeNode::CHtmlTreeNode;
     CString GetHtml(const char* parentId) override { return "[" + CHtmlTreeNode::GetHtml(parentId) + "]"; }
-    int IsSelected() override { return ++asked, 1; }
+    int IsSelected() override {
+        ++asked;
+        return 1;
+    }
     int asked = 0;
 };
 

@@ -54,7 +54,10 @@ TEST_F(NavBars, OptionsGoByTheirIndex) {
 
 TEST_F(NavBars, StringOptionsAreKeptInTheProfile) {
     CStringOptionNavBar bar(m_section, "Option"), other(m_section, "Option"), own("", "");
-    for (CStringOptionNavBar* const b : {&bar, &other, &own}) b->SetOptions({"Red", "Blue"}), b->SetCommand("c:");
+    for (CStringOptionNavBar* const b : {&bar, &other, &own}) {
+        b->SetOptions({"Red", "Blue"});
+        b->SetCommand("c:");
+    }
     EXPECT_EQ(bar.ProcessCommand("c:bLUE"), 1);
     EXPECT_EQ(bar.ProcessCommand("c:Green"), 0);
     EXPECT_EQ(other.GetOption(), "Blue");

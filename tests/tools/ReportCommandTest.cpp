@@ -11,10 +11,12 @@ namespace fs = std::filesystem;
 std::string PercentDecoded(const std::string& text) {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i)
-        if (text[i] == '%')
-            out += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)), i += 2;
-        else
+        if (text[i] == '%') {
+            out += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else {
             out += text[i];
+        }
     return out;
 }
 

@@ -26,12 +26,17 @@ public:
     CStringArray offered;
 
 protected:
-    int ChooseFromMenu(const CStringArray& texts, QvPoint, HWND) override { return offered = texts, choice; }
+    int ChooseFromMenu(const CStringArray& texts, QvPoint, HWND) override {
+        offered = texts;
+        return choice;
+    }
     CString GetBackMenuUrl(QvPoint point, HWND window) override {
-        return offered.RemoveAll(), CHistoryMgr::GetBackMenuUrl(point, window);
+        offered.RemoveAll();
+        return CHistoryMgr::GetBackMenuUrl(point, window);
     }
     CString GetForwardMenuUrl(QvPoint point, HWND window) override {
-        return offered.RemoveAll(), CHistoryMgr::GetForwardMenuUrl(point, window);
+        offered.RemoveAll();
+        return CHistoryMgr::GetForwardMenuUrl(point, window);
     }
 
 public:

@@ -189,14 +189,16 @@ bool IXMLDOMDocument::loadXML(std::string_view text) const {
     dom::Node& document = Get();
     const IXMLDOMParseError problem = dom::Screen(text);
     if (problem.get_errorCode() == 0) return dom::LoadText(document, text);
-    return dom::SetProblem(document, problem), false;
+    dom::SetProblem(document, problem);
+    return false;
 }
 
 bool IXMLDOMDocument::load(std::string_view bytes) const {
     dom::Node& document = Get();
     const IXMLDOMParseError problem = dom::ScreenBytes(bytes);
     if (problem.get_errorCode() == 0) return dom::LoadBytes(document, bytes);
-    return dom::SetProblem(document, problem), false;
+    dom::SetProblem(document, problem);
+    return false;
 }
 
 std::string IXMLDOMDocument::save() const {

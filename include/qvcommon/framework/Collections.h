@@ -30,10 +30,14 @@ public:
     void SetAt(int index, ARG_TYPE item) { m_items[Checked(index)] = TYPE(item); }
 
     /// Returns the index of the new element.
-    int Add(ARG_TYPE item) { return m_items.emplace_back(item), GetUpperBound(); }
+    int Add(ARG_TYPE item) {
+        m_items.emplace_back(item);
+        return GetUpperBound();
+    }
     template <std::same_as<TYPE> T>
     requires(!std::is_trivially_copyable_v<T>) int Add(T&& item) {
-        return m_items.push_back(std::forward<T>(item)), GetUpperBound();
+        m_items.push_back(std::forward<T>(item));
+        return GetUpperBound();
     }
     /// Returns the index of the first element appended.
     int Append(const CArray& other) {
@@ -49,7 +53,8 @@ public:
     }
     void RemoveAt(int index, int count = 1) {
         if (count <= 0) return;
-        Checked(index), Checked(index + count - 1);
+        Checked(index);
+        Checked(index + count - 1);
         m_items.erase(m_items.begin() + index, m_items.begin() + index + count);
     }
 

@@ -81,14 +81,19 @@ constexpr FormatSpec ReadFormatSpec(std::string_view format, std::size_t positio
     std::size_t i = position + 1;
     auto at = [&](std::string_view set) { return i < format.size() && set.find(format[i]) != set.npos; };
     auto number = [&] {
-        if (at("*"))
-            ++spec.stars, ++i;
-        else
+        if (at("*")) {
+            ++spec.stars;
+            ++i;
+        } else {
             while (at(digits)) ++i;
+        }
     };
     while (at(flags)) ++i;
     number();
-    if (at(".")) ++i, number();
+    if (at(".")) {
+        ++i;
+        number();
+    }
     spec.flagsEnd = i;
     const bool wide = at("I");
     while (at(lengths)) ++i;

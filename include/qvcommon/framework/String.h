@@ -42,13 +42,34 @@ public:
         return GetAt(static_cast<int>(position));
     }
 
-    CString& operator=(const char* text) { return m_text = text ? text : "", *this; }
-    CString& operator=(std::string_view text) { return m_text = text, *this; }
-    CString& operator=(char c) { return m_text = c, *this; }
-    CString& operator+=(std::string_view text) { return m_text += text, *this; }
-    CString& operator+=(const char* text) { return m_text += text ? text : "", *this; }
-    CString& operator+=(const CString& text) { return m_text += text.m_text, *this; }
-    CString& operator+=(char c) { return m_text += c, *this; }
+    CString& operator=(const char* text) {
+        m_text = text ? text : "";
+        return *this;
+    }
+    CString& operator=(std::string_view text) {
+        m_text = text;
+        return *this;
+    }
+    CString& operator=(char c) {
+        m_text = c;
+        return *this;
+    }
+    CString& operator+=(std::string_view text) {
+        m_text += text;
+        return *this;
+    }
+    CString& operator+=(const char* text) {
+        m_text += text ? text : "";
+        return *this;
+    }
+    CString& operator+=(const CString& text) {
+        m_text += text.m_text;
+        return *this;
+    }
+    CString& operator+=(char c) {
+        m_text += c;
+        return *this;
+    }
 
     /// Parts of the text; positions and counts outside it are cut to it.
     CString Mid(int first) const { return Mid(first, GetLength()); }

@@ -21,7 +21,10 @@ CString Size(std::uintmax_t bytes) {
     CDoubleArray thresholds;
     CStringArray units;
     double threshold = 1;
-    for (const char* const unit : {"KB", "MB", "GB", "TB", "PB"}) thresholds.Add(threshold *= 1024), units.Add(unit);
+    for (const char* const unit : {"KB", "MB", "GB", "TB", "PB"}) {
+        thresholds.Add(threshold *= 1024);
+        units.Add(unit);
+    }
     return CStringHelper::RebaseUnits(static_cast<double>(bytes), "bytes", thresholds, units, 1, -2);
 }
 

@@ -21,7 +21,10 @@ struct FolderTotals {
     std::uintmax_t files = 0;
     std::uintmax_t bytes = 0;
 
-    void Add(const FolderTotals& other) { files += other.files, bytes += other.bytes; }
+    void Add(const FolderTotals& other) {
+        files += other.files;
+        bytes += other.bytes;
+    }
 };
 
 struct FolderEntry {

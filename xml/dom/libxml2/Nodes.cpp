@@ -87,7 +87,10 @@ void PrepareLibrary() {
 
 Node* Refer(Tree& tree, xmlNode* node) {
     if (!node) return nullptr;
-    if (Node* const known = PrivateOf(node)) return ++known->references, known;
+    if (Node* const known = PrivateOf(node)) {
+        ++known->references;
+        return known;
+    }
     const auto orphan = OrphanOf(tree, node);
     auto* const fresh = new Node{node, &tree, 1};
     if (orphan != tree.orphans.end()) ++orphan->second;
@@ -157,7 +160,10 @@ void Adopt(Tree& tree, Node& node, xmlNode* parent) {
     if (xmlDOMWrapAdoptNode(nullptr, from->doc, node.node, tree.doc, parent, 0) != 0) throw std::bad_alloc();
     std::size_t moved = 0;
     ForEachInSubtree(node.node, [&](const xmlNode* inside) {
-        if (Node* const known = PrivateOf(inside)) known->tree = &tree, ++moved;
+        if (Node* const known = PrivateOf(inside)) {
+            known->tree = &tree;
+            ++moved;
+        }
     });
     tree.nodes += moved;
     from->nodes -= moved - 1;

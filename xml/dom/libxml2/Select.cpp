@@ -19,14 +19,17 @@ public:
     void Run(Found found) {
         xmlNode* node = Down(m_context);
         while (m_depth > 0 || node) {
-            if (!node)
+            if (!node) {
                 node = Up();
-            else if (m_depth + 1 == m_steps.size() ? found(node) : Attribute(node, found))
+            } else if (m_depth + 1 == m_steps.size() ? found(node) : Attribute(node, found)) {
                 return;
-            else if (m_depth + 1 == m_steps.size() || IsLastElement())
+            } else if (m_depth + 1 == m_steps.size() || IsLastElement()) {
                 node = Again(node);
-            else
-                ++m_depth, m_parent = node, node = Down(node);
+            } else {
+                ++m_depth;
+                m_parent = node;
+                node = Down(node);
+            }
         }
     }
 

@@ -75,7 +75,10 @@ bool StandAtOnePlace(Node& a, Node& b) {
     const IXMLDOMNode parentOfA = Parent(a), parentOfB = Parent(b);
     if (!parentOfA || !parentOfB || !(parentOfA == parentOfB)) return false;
     IXMLDOMNode beforeA = PreviousSibling(a), beforeB = PreviousSibling(b);
-    while (beforeA && beforeB) beforeA = beforeA.get_previousSibling(), beforeB = beforeB.get_previousSibling();
+    while (beforeA && beforeB) {
+        beforeA = beforeA.get_previousSibling();
+        beforeB = beforeB.get_previousSibling();
+    }
     return !beforeA && !beforeB;
 }
 

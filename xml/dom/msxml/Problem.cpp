@@ -44,7 +44,10 @@ private:
     HRESULT Keep(::ISAXLocator* where, const wchar_t* text, HRESULT code) {
         if (problem.get_errorCode() != 0) return S_OK;
         int line = 0, column = 0;
-        if (where) where->getLineNumber(&line), where->getColumnNumber(&column);
+        if (where) {
+            where->getLineNumber(&line);
+            where->getColumnNumber(&column);
+        }
         problem = {code < 0 ? code : E_FAIL, Reason(text), line, column};
         return S_OK;
     }
