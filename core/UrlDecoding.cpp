@@ -12,16 +12,10 @@ namespace {
 
 constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
 
-int DigitIndex(char c) {
-    const std::size_t found = kDigits.find(c);
-    return found == kDigits.npos ? -1 : static_cast<int>(found);
-}
-
 // Of one of the escapes, which are numbered by their two digits.
-char ByteOf(int escape) {
-    const auto high = static_cast<std::size_t>(escape) / kDigits.size();
-    const auto low = static_cast<std::size_t>(escape) % kDigits.size();
-    return static_cast<char>(HexDigitValue(kDigits[high]) << 4 | HexDigitValue(kDigits[low]));
+char ByteOf(std::size_t escape) {
+    const char high = kDigits[escape / kDigits.size()], low = kDigits[escape % kDigits.size()];
+    return static_cast<char>(HexDigitValue(high) << 4 | HexDigitValue(low));
 }
 
 // Decoding such a byte may put a new escape together.
@@ -39,28 +33,27 @@ public:
 
     std::string Run() {
         for (Node at = m_chain.Next(ByteChain::kEnd); at != ByteChain::kEnd;) {
-            const int escape = EscapeAt(at);
-            at = escape < 0 ? Pass(at) : DecodeEverywhere(escape, at);
+            const auto escape = EscapeAt(at);
+            at = escape ? DecodeEverywhere(*escape, at) : Pass(at);
         }
         return m_chain.Text();
     }
 
 private:
     using Node = ByteChain::Node;
-    static constexpr int kKinds = static_cast<int>(kDigits.size());
 
-    // Which escape stands here; -1 for none.
-    int EscapeAt(Node node) const {
-        if (node == ByteChain::kEnd || m_chain.Byte(node) != '%') return -1;
+    // The number of the escape that begins here.
+    std::optional<std::size_t> EscapeAt(Node node) const {
+        if (node == ByteChain::kEnd || m_chain.Byte(node) != '%') return std::nullopt;
         const Node first = m_chain.Next(node), second = m_chain.Next(first);
-        if (first == ByteChain::kEnd || second == ByteChain::kEnd) return -1;
-        const int high = DigitIndex(m_chain.Byte(first)), low = DigitIndex(m_chain.Byte(second));
-        return high < 0 || low < 0 ? -1 : high * kKinds + low;
+        if (first == ByteChain::kEnd || second == ByteChain::kEnd) return std::nullopt;
+        const std::size_t high = kDigits.find(m_chain.Byte(first)), low = kDigits.find(m_chain.Byte(second));
+        if (high == kDigits.npos || low == kDigits.npos) return std::nullopt;
+        return high * kDigits.size() + low;
     }
 
     void Note(Node node) {
-        const int escape = EscapeAt(node);
-        if (escape >= 0) m_places[static_cast<std::size_t>(escape)].push_back(node);
+        if (const auto escape = EscapeAt(node)) m_places[*escape].push_back(node);
     }
 
     Node Pass(Node node) {
@@ -69,7 +62,7 @@ private:
     }
 
     // Returns what then stands at the position where `at` stood: further on by two for each escape decoded before it.
-    Node DecodeEverywhere(int escape, Node at) {
+    Node DecodeEverywhere(std::size_t escape, Node at) {
         std::size_t shifted = 0;
         for (const Node node : TakePlaces(escape)) {
             if (m_passed[node]) shifted += 2;
@@ -79,10 +72,10 @@ private:
         return at;
     }
 
-    std::vector<Node> TakePlaces(int escape) {
+    std::vector<Node> TakePlaces(std::size_t escape) {
         std::vector<Node> places;
         ++m_event;
-        for (const Node node : std::exchange(m_places[static_cast<std::size_t>(escape)], {})) {
+        for (const Node node : std::exchange(m_places[escape], {})) {
             if (!m_chain.IsIn(node) || m_taken[node] == m_event || EscapeAt(node) != escape) continue;
             m_taken[node] = m_event;
             places.push_back(node);
@@ -115,11 +108,13 @@ std::string DecodeUrl(std::string_view text) {
     for (std::size_t at = text.find('%'); at != text.npos; at = text.find('%', at)) {
         const std::optional<char> byte = PercentByteAt(text, at);
         if (byte && MayJoinEscape(*byte)) return UrlDecoder(text).Run();
-        if (byte) {
-            out.append(text.substr(from, at - from)) += *byte;
-            from = at + 3;
+        if (!byte) {
+            ++at;
+            continue;
         }
-        at += byte ? 3 : 1;
+        out.append(text.substr(from, at - from)) += *byte;
+        at += 3;
+        from = at;
     }
     return out.append(text.substr(from));
 }
