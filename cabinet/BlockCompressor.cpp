@@ -14,7 +14,9 @@ constexpr std::size_t kHead = kDataSize + 255;
 
 /// A block, the one before it, and what becomes of it.
 struct BlockCompressor::Job {
-    explicit Job(IMemory& memory) : in(memory, 2 * kBlockSize, 3), out(memory, kHead + kLargestCompressed, 3) {}
+    explicit Job(IMemory& memory)
+        : in(memory, 2 * kBlockSize, WriteError::NoMemory),
+          out(memory, kHead + kLargestCompressed, WriteError::NoMemory) {}
 
     unsigned char* Block() const { return in.Get() + kBlockSize; }
     unsigned char* Result() const { return out.Get() + kHead; }
@@ -122,7 +124,7 @@ void BlockCompressor::GiveOutOldest() {
         job.state = State::Free;
     }
     ++m_oldest;
-    if (job.compressed == 0) throw EngineFailure{8};
+    if (job.compressed == 0) throw EngineFailure{WriteError::CannotCompress};
     m_receiver({job.Result(), job.compressed, job.size});
 }
 

@@ -1,6 +1,7 @@
 #include "cabinet/BlockDecompressor.h"
 
 #include <cstring>
+#include <optional>
 #include <system_error>
 
 namespace qv::cabinet {
@@ -8,17 +9,17 @@ namespace {
 
 /// Up to here a thread costs more than it saves.
 constexpr std::size_t kFewBlocks = 3;
-constexpr int kCorruptData = 4, kNoMemoryLeft = 5, kCannotInflate = 7;
 
 }  // namespace
 
 struct BlockDecompressor::Slot {
-    explicit Slot(IMemory& memory) : in(memory, kLargestData, kNoMemoryLeft), out(memory, kBlockSize, kNoMemoryLeft) {}
+    explicit Slot(IMemory& memory)
+        : in(memory, kLargestData, ReadError::NoMemory), out(memory, kBlockSize, ReadError::NoMemory) {}
 
     Buffer in, out;
     Compression compression = kStored;
     std::size_t size = 0, uncompressed = 0;
-    int error = 0;
+    std::optional<EngineFailure> failure;
 };
 
 BlockDecompressor::BlockDecompressor(IMemory& memory) : m_decompressor(memory) {
@@ -43,12 +44,12 @@ void BlockDecompressor::Put(Compression compression, std::size_t size, std::size
     slot.compression = compression;
     slot.size = size;
     slot.uncompressed = uncompressed;
-    slot.error = 0;
+    slot.failure.reset();
     Queue();
 }
 
-void BlockDecompressor::PutError(int error) {
-    SlotAt(m_put).error = error;
+void BlockDecompressor::PutFailure(EngineFailure failure) {
+    SlotAt(m_put).failure = failure;
     Queue();
 }
 
@@ -92,16 +93,19 @@ void BlockDecompressor::Work() {
 /// A block's history is the one before it, whose slot is not used again before this one is taken.
 void BlockDecompressor::RunNext() {
     Slot& slot = SlotAt(m_run);
-    if (slot.error) return;
+    if (slot.failure) return;
     const Bytes in{slot.in.Get(), slot.size};
     if (slot.compression == kStored) {
-        if (slot.size != slot.uncompressed) slot.error = kCorruptData;
-        if (!slot.error) std::memcpy(slot.out.Get(), slot.in.Get(), slot.size);
+        if (slot.size != slot.uncompressed)
+            slot.failure = ReadError::Corrupt;
+        else
+            std::memcpy(slot.out.Get(), slot.in.Get(), slot.size);
         return;
     }
     Bytes history;
     if (m_run > m_first) history = {SlotAt(m_run - 1).out.Get(), SlotAt(m_run - 1).uncompressed};
-    if (!m_decompressor.Decompress(history, in, {slot.out.Get(), slot.uncompressed})) slot.error = kCannotInflate;
+    if (!m_decompressor.Decompress(history, in, {slot.out.Get(), slot.uncompressed}))
+        slot.failure = ReadError::CannotDecompress;
 }
 
 Bytes BlockDecompressor::Take() {
@@ -111,7 +115,7 @@ Bytes BlockDecompressor::Take() {
         m_done.wait(lock, [this] { return m_run > m_taken; });
     }
     ++m_taken;
-    if (slot.error) throw EngineFailure{slot.error};
+    if (slot.failure) throw *slot.failure;
     return {slot.out.Get(), slot.uncompressed};
 }
 

@@ -15,7 +15,7 @@ namespace qv::cabinet {
 /// to be worth it. Memory is taken when the object is made. One thread uses it.
 class BlockDecompressor {
 public:
-    /// @throws EngineFailure 5 without memory.
+    /// @throws EngineFailure NoMemory.
     explicit BlockDecompressor(IMemory& memory);
     ~BlockDecompressor();
     BlockDecompressor(const BlockDecompressor&) = delete;
@@ -29,7 +29,7 @@ public:
     /// The next block: what lies in the room is so long, and is to give that many bytes.
     void Put(Compression compression, std::size_t size, std::size_t uncompressed);
     /// In a block's place, an error that Take is to raise.
-    void PutError(int error);
+    void PutFailure(EngineFailure failure);
     /// The data of the oldest block put, which there has to be; valid until the next call. @throws EngineFailure
     Bytes Take();
     /// Drops everything: the next block is a folder's first.

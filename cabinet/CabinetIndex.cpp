@@ -11,10 +11,12 @@ constexpr std::size_t kInputBuffer = 64 * 1024;
 }  // namespace
 
 Input::Input(IFiles& files, const CString& path)
-    : m_files(files), m_file(files, files.Open(path, OpenMode::Read)), m_buffer(files, kInputBuffer, kNoMemory) {
-    if (!m_file) throw EngineFailure{kNotFound};
+    : m_files(files),
+      m_file(files, files.Open(path, OpenMode::Read)),
+      m_buffer(files, kInputBuffer, ReadError::NoMemory) {
+    if (!m_file) throw EngineFailure{ReadError::NotFound};
     m_length = static_cast<std::uint64_t>(std::max<std::int64_t>(files.Seek(m_file.Get(), 0, Origin::End), 0));
-    if (!MoveTo(0)) throw EngineFailure{kNotACabinet};
+    if (!MoveTo(0)) throw EngineFailure{ReadError::NotACabinet};
 }
 
 bool Input::MoveTo(std::uint64_t place) {
@@ -50,23 +52,23 @@ bool Input::Read(void* to, std::size_t size) {
 OpenCabinet::OpenCabinet(IFiles& files, const CString& path, Depth depth) : m_input(files, path) {
     ReadHead();
     if (depth == Depth::Head) return;
-    if (m_info.size > m_input.Length()) throw EngineFailure{kCorrupt};
+    if (m_info.size > m_input.Length()) throw EngineFailure{ReadError::Corrupt};
     ReadFolders();
     const bool inFile = m_filesPlace >= m_place && m_filesPlace <= m_info.size;
-    if (!inFile || !m_input.MoveTo(m_filesPlace)) throw EngineFailure{kCorrupt};
+    if (!inFile || !m_input.MoveTo(m_filesPlace)) throw EngineFailure{ReadError::Corrupt};
     m_place = m_filesPlace;
 }
 
 /// Reads what the cabinet says that it has.
 void OpenCabinet::Need(void* to, std::size_t size) {
     m_place += size;
-    if (m_place > m_info.size || !m_input.Read(to, size)) throw EngineFailure{kCorrupt};
+    if (m_place > m_info.size || !m_input.Read(to, size)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void OpenCabinet::ReadHead() {
     unsigned char head[kHeaderSize];
-    if (!m_input.Read(head, sizeof head) || Get32(head) != kSignature) throw EngineFailure{kNotACabinet};
-    if (head[24] != kMinorVersion || head[25] != kMajorVersion) throw EngineFailure{kUnknownVersion};
+    if (!m_input.Read(head, sizeof head) || Get32(head) != kSignature) throw EngineFailure{ReadError::NotACabinet};
+    if (head[24] != kMinorVersion || head[25] != kMajorVersion) throw EngineFailure{ReadError::UnknownVersion};
     m_place = sizeof head;
     m_info.size = Get32(head + 8);
     m_filesPlace = Get32(head + 16);
@@ -84,7 +86,7 @@ void OpenCabinet::ReadHead() {
         m_folderReserve = sizes[2];
         m_dataReserve = sizes[3];
         m_place += Get16(sizes);
-        if (m_place > m_info.size || !m_input.MoveTo(m_place)) throw EngineFailure{kCorrupt};
+        if (m_place > m_info.size || !m_input.MoveTo(m_place)) throw EngineFailure{ReadError::Corrupt};
     }
     if (flags & kHasPrevious) {
         m_previousName = ReadName();
@@ -102,7 +104,7 @@ CString OpenCabinet::ReadName() {
         Need(name + length, 1);
         if (name[length] == '\0') return CString(std::string_view(name, length));
     }
-    throw EngineFailure{kCorrupt};
+    throw EngineFailure{ReadError::Corrupt};
 }
 
 void OpenCabinet::ReadFolders() {
@@ -112,7 +114,7 @@ void OpenCabinet::ReadFolders() {
         Need(entry, kFolderSize + m_folderReserve);
         m_folders.push_back({Get32(entry), Get16(entry + 4), Get16(entry + 6)});
         const FolderEntry& folder = m_folders.back();
-        if (folder.blocks > 0 && folder.place >= m_info.size) throw EngineFailure{kCorrupt};
+        if (folder.blocks > 0 && folder.place >= m_info.size) throw EngineFailure{ReadError::Corrupt};
     }
 }
 

@@ -9,14 +9,10 @@
 
 namespace qv::cabinet {
 
-inline constexpr int kNotFound = 1, kNotACabinet = 2, kUnknownVersion = 3, kCorrupt = 4, kNoMemory = 5,
-                     kUnknownCompression = 6, kCannotDecompress = 7, kCannotWriteTarget = 8, kReserveMismatch = 9,
-                     kWrongCabinet = 10, kAborted = 11;
-
 /// Reads a file from front to back through a buffer.
 class Input {
 public:
-    /// @throws EngineFailure kNotFound when the file cannot be opened, kNoMemory.
+    /// @throws EngineFailure NotFound when the file cannot be opened, NoMemory.
     Input(IFiles& files, const CString& path);
 
     /// False when the file cannot be positioned.
@@ -54,7 +50,7 @@ class OpenCabinet {
 public:
     enum class Depth { Head, Everything };
 
-    /// @throws EngineFailure kNotFound, kNotACabinet, kUnknownVersion, kCorrupt, kNoMemory.
+    /// @throws EngineFailure NotFound, NotACabinet, UnknownVersion, Corrupt, NoMemory.
     OpenCabinet(IFiles& files, const CString& path, Depth depth = Depth::Everything);
 
     const QvCabinetInfo& Info() const { return m_info; }
@@ -64,7 +60,7 @@ public:
     const CString& NextName() const { return m_nextName; }
     const CString& NextDisk() const { return m_nextDisk; }
 
-    /// The members in their order; false behind the last. Data may not be read in between. @throws EngineFailure kCorrupt
+    /// The members in their order; false behind the last. Data may not be read in between. @throws EngineFailure Corrupt
     bool NextMember(MemberEntry& member);
     /// The bytes of the cabinet. Reading members may not go on afterwards.
     Input& Data() { return m_input; }

@@ -2,21 +2,26 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 
 namespace qv::cabinet {
 namespace {
 
-/// Runs an operation; gives the error's number, 0 when there was none.
+/// Runs an operation; nullopt when it succeeds.
 template <class Action>
-int ErrorOf(Action action) {
+std::optional<EngineFailure> FailureOf(Action action) {
     try {
         action();
-        return 0;
+        return std::nullopt;
     } catch (const EngineFailure& failure) {
-        return failure.error;
+        return failure;
     } catch (const std::bad_alloc&) {
-        return kNoMemory;
+        return ReadError::NoMemory;
     }
+}
+
+QvCabinetError RecordOf(const std::optional<EngineFailure>& failure) {
+    return {failure ? failure->error : 0, 0, failure.has_value()};
 }
 
 /// A cabinet may only name its neighbours, no other place.
@@ -32,9 +37,9 @@ CabinetReader::CabinetReader(IReaderCallbacks& callbacks, QvCabinetError& error)
 CabinetReader::~CabinetReader() = default;
 
 bool CabinetReader::IsCabinet(const CString& path, QvCabinetInfo& info) {
-    const int error = ErrorOf([&] { info = OpenCabinet(m_callbacks, path, OpenCabinet::Depth::Head).Info(); });
-    m_error = {error, 0, error != 0};
-    return error == 0;
+    const auto failure = FailureOf([&] { info = OpenCabinet(m_callbacks, path, OpenCabinet::Depth::Head).Info(); });
+    m_error = RecordOf(failure);
+    return !failure;
 }
 
 bool CabinetReader::Copy(const CString& name, const CString& folder, const ReadLimits& limits) {
@@ -42,10 +47,10 @@ bool CabinetReader::Copy(const CString& name, const CString& folder, const ReadL
     m_places.clear();
     m_present = 0;
     m_members = m_totalSize = m_cabinetSizes = 0;
-    const int error = ErrorOf([&] { CopySet(name, folder); });
+    const auto failure = FailureOf([&] { CopySet(name, folder); });
     m_stream.reset();
-    m_error = {error, 0, error != 0};
-    return error == 0;
+    m_error = RecordOf(failure);
+    return !failure;
 }
 
 void CabinetReader::CopySet(const CString& name, const CString& folder) {
@@ -76,7 +81,7 @@ void CabinetReader::Enter(const OpenCabinet& cabinet, const CString& name, const
 
 std::intptr_t CabinetReader::Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) {
     const std::intptr_t answer = m_callbacks.Notify(type, notification);
-    if (answer == -1) throw EngineFailure{kAborted};
+    if (answer == -1) throw EngineFailure{ReadError::Aborted};
     return answer;
 }
 
@@ -90,7 +95,7 @@ std::unique_ptr<OpenCabinet> CabinetReader::OpenPlace(Serial serial) {
 
 /// Looks for the cabinet behind the last one known, wherever the callback says that it is.
 std::unique_ptr<OpenCabinet> CabinetReader::FindNext(const OpenCabinet& cabinet) {
-    if (!IsBareName(cabinet.NextName())) throw EngineFailure{kCorrupt};
+    if (!IsBareName(cabinet.NextName())) throw EngineFailure{ReadError::Corrupt};
     const Place before = m_places.back();
     QvCabinetNotification asked;
     asked.name = cabinet.NextName();
@@ -98,22 +103,24 @@ std::unique_ptr<OpenCabinet> CabinetReader::FindNext(const OpenCabinet& cabinet)
     asked.path = before.folder;
     asked.setId = before.setId;
     asked.cabinetNumber = static_cast<std::uint16_t>(before.number + 1);
-    if (asked.cabinetNumber == 0) throw EngineFailure{kWrongCabinet};
+    if (asked.cabinetNumber == 0) throw EngineFailure{ReadError::WrongCabinet};
+    std::optional<EngineFailure> failure;
     for (CString tried;;) {
         QvCabinetNotification notification = asked;
         Notify(QvCabinetNotification::nextCabinet, notification);
         const CString path = notification.path + notification.name;
-        if (asked.error != 0 && path == tried) throw EngineFailure{asked.error};
+        if (failure && path == tried) throw *failure;
         tried = path;
         std::unique_ptr<OpenCabinet> next;
-        asked.error = ErrorOf([&] {
+        failure = FailureOf([&] {
             next = std::make_unique<OpenCabinet>(m_callbacks, path);
             const QvCabinetInfo& info = next->Info();
             const bool fits =
                 info.setId == asked.setId && info.cabinetNumber == asked.cabinetNumber && info.hasPrevious;
-            if (!fits) throw EngineFailure{kWrongCabinet};
+            if (!fits) throw EngineFailure{ReadError::WrongCabinet};
         });
-        if (asked.error != 0) continue;
+        asked.error = RecordOf(failure).error;
+        if (failure) continue;
         Enter(*next, notification.name, notification.path);
         return next;
     }
@@ -135,20 +142,20 @@ unsigned CabinetReader::FolderOf(const MemberEntry& member, const OpenCabinet& c
                         : member.Continues() ? folders > 0 && cabinet.Info().hasNext
                                              : member.folder < folders;
     const bool spans = !member.IsContinued() || !member.Continues() || (folders == 1 && cabinet.Info().hasNext);
-    if (!exists || !spans) throw EngineFailure{kCorrupt};
+    if (!exists || !spans) throw EngineFailure{ReadError::Corrupt};
     if (member.IsContinued()) return 0;
     return member.Continues() ? static_cast<unsigned>(folders - 1) : member.folder;
 }
 
 /// What lies in order is read in one go.
 void CabinetReader::CheckOrder(const MemberEntry& member, unsigned folder) {
-    if (static_cast<int>(folder) < m_lastFolder) throw EngineFailure{kCorrupt};
+    if (static_cast<int>(folder) < m_lastFolder) throw EngineFailure{ReadError::Corrupt};
     if (static_cast<int>(folder) > m_lastFolder) m_lastEnd = 0;
     m_lastFolder = static_cast<int>(folder);
     if (member.size == 0) return;
-    if (member.offset < m_lastEnd) throw EngineFailure{kCorrupt};
+    if (member.offset < m_lastEnd) throw EngineFailure{ReadError::Corrupt};
     m_lastEnd = std::uint64_t{member.offset} + member.size;
-    if (m_lastEnd > 0xFFFFFFFF) throw EngineFailure{kCorrupt};
+    if (m_lastEnd > 0xFFFFFFFF) throw EngineFailure{ReadError::Corrupt};
 }
 
 void CabinetReader::Count(const MemberEntry& member) {
@@ -156,7 +163,7 @@ void CabinetReader::Count(const MemberEntry& member) {
     m_totalSize += member.size;
     const bool tooMuch = m_members > m_limits.members || m_totalSize > m_limits.totalSize ||
                          m_totalSize / std::max<std::uint64_t>(m_limits.expansion, 1) > m_cabinetSizes;
-    if (tooMuch) throw EngineFailure{kCorrupt};
+    if (tooMuch) throw EngineFailure{ReadError::Corrupt};
 }
 
 void CabinetReader::CopyMember(const MemberEntry& member, const OpenCabinet& cabinet) {
@@ -183,7 +190,8 @@ void CabinetReader::CopyMember(const MemberEntry& member, const OpenCabinet& cab
     if (target == 0) return;
     Extract(member, target);
     notification.file = target;
-    if (Notify(QvCabinetNotification::closeFileInfo, notification) == 0) throw EngineFailure{kCannotWriteTarget};
+    if (Notify(QvCabinetNotification::closeFileInfo, notification) == 0)
+        throw EngineFailure{ReadError::CannotWriteTarget};
 }
 
 void CabinetReader::Extract(const MemberEntry& member, Handle target) {
@@ -191,7 +199,8 @@ void CabinetReader::Extract(const MemberEntry& member, Handle target) {
         if (member.size > 0) m_stream->MoveTo(member.offset);
         for (std::uint32_t left = member.size; left > 0;) {
             const Bytes bytes = m_stream->Read(left);
-            if (!m_callbacks.Write(target, bytes.data(), bytes.size())) throw EngineFailure{kCannotWriteTarget};
+            if (!m_callbacks.Write(target, bytes.data(), bytes.size()))
+                throw EngineFailure{ReadError::CannotWriteTarget};
             left -= static_cast<std::uint32_t>(bytes.size());
         }
     } catch (...) {

@@ -9,9 +9,6 @@ namespace {
 /// Keeps a folder's members within one cabinet's number, also when others are listed before them.
 constexpr std::size_t kMostFilesOfFolder = 60000;
 
-constexpr int kOpenFile = 1, kReadFile = 2, kNoMemory = 3, kTempFile = 4, kUnknownCompression = 5, kAborted = 7,
-              kCannotCompress = 8;
-
 }  // namespace
 
 std::unique_ptr<CabinetWriter> CabinetWriter::Create(IMakerCallbacks& callbacks,
@@ -26,7 +23,7 @@ std::unique_ptr<CabinetWriter> CabinetWriter::Create(IMakerCallbacks& callbacks,
     } catch (const EngineFailure& failure) {
         error = {failure.error, error.type, 1};
     } catch (const std::bad_alloc&) {
-        error = {kNoMemory, 0, 1};
+        error = {NumberOf(WriteError::NoMemory), 0, 1};
     }
     return nullptr;
 }
@@ -55,9 +52,9 @@ bool CabinetWriter::Run(Action action) {
     } catch (const EngineFailure& failure) {
         m_error = {failure.error, m_error.type, 1};
     } catch (const std::bad_alloc&) {
-        m_error = {kNoMemory, 0, 1};
+        m_error = {NumberOf(WriteError::NoMemory), 0, 1};
     } catch (...) {
-        m_error = {kAborted, 0, 1};
+        m_error = {NumberOf(WriteError::Aborted), 0, 1};
         throw;
     }
     return false;
@@ -68,24 +65,24 @@ void CabinetWriter::OpenStore() {
     if (!m_storeName.IsEmpty()) m_store.Take(m_callbacks.Open(m_storeName, OpenMode::Create));
     if (!m_store) {
         m_storeName.Empty();
-        throw EngineFailure{kTempFile};
+        throw EngineFailure{WriteError::TempFile};
     }
 }
 
 bool CabinetWriter::AddFile(const CString& source, const CString& name, bool executable, int compression) {
     return Run([&] {
-        if (compression != kStored && compression != kMszip) throw EngineFailure{kUnknownCompression};
+        if (compression != kStored && compression != kMszip) throw EngineFailure{WriteError::UnknownCompression};
         if (name.IsEmpty() || static_cast<std::size_t>(name.GetLength()) >= kLongestName)
-            throw EngineFailure{kCannotCompress};
+            throw EngineFailure{WriteError::CannotCompress};
         OpenedFile file(m_callbacks);
         StoredFile stored;
         file.Take(m_callbacks.GetOpenInfo(source, stored.date, stored.time, stored.attributes));
-        if (!file) throw EngineFailure{kOpenFile};
+        if (!file) throw EngineFailure{WriteError::OpenFile};
         stored.attributes &= kFileAttributes | kNameIsUtf8;
         if (executable) stored.attributes |= kExecutable;
         stored.name = name.AsStd();
         const std::int64_t size = m_callbacks.Seek(file.Get(), 0, Origin::End);
-        if (size > 0 && m_callbacks.Seek(file.Get(), 0, Origin::Begin) != 0) throw EngineFailure{kReadFile};
+        if (size > 0 && m_callbacks.Seek(file.Get(), 0, Origin::Begin) != 0) throw EngineFailure{WriteError::ReadFile};
         MakeRoom(static_cast<std::uint64_t>(std::max<std::int64_t>(size, 0)), static_cast<Compression>(compression));
         ReadInto(file, stored);
         m_pendingEntries += kFileSize + stored.name.size() + 1;
@@ -100,7 +97,7 @@ bool CabinetWriter::AddFile(const CString& source, const CString& name, bool exe
 
 /// Starts a new folder where the present one cannot take the file.
 void CabinetWriter::MakeRoom(std::uint64_t size, Compression compression) {
-    if (size > kLargestFolder) throw EngineFailure{kCannotCompress};
+    if (size > kLargestFolder) throw EngineFailure{WriteError::CannotCompress};
     const bool full = size > kLargestFolder - m_folder.size || m_folder.files.size() >= kMostFilesOfFolder ||
                       m_folder.size >= m_description.folderThreshold;
     if (full || compression != m_folder.compression) EndFolder();
@@ -115,9 +112,10 @@ void CabinetWriter::ReadInto(OpenedFile& source, StoredFile& file) {
     for (;;) {
         const std::span<unsigned char> room = m_compressor.Room();
         const std::int64_t count = m_callbacks.Read(source.Get(), room.data(), room.size());
-        if (count < 0) throw EngineFailure{kReadFile};
+        if (count < 0) throw EngineFailure{WriteError::ReadFile};
         if (count == 0) break;
-        if (static_cast<std::uint32_t>(count) > kLargestFolder - m_folder.size) throw EngineFailure{kCannotCompress};
+        if (static_cast<std::uint32_t>(count) > kLargestFolder - m_folder.size)
+            throw EngineFailure{WriteError::CannotCompress};
         m_folder.size += static_cast<std::uint32_t>(count);
         m_compressor.Add(static_cast<std::size_t>(count));
         if (static_cast<std::size_t>(count) < room.size()) break;
@@ -128,17 +126,17 @@ void CabinetWriter::ReadInto(OpenedFile& source, StoredFile& file) {
 /// Receives what the compressor gives out.
 void CabinetWriter::Store(const CompressedBlock& block) {
     if (m_description.failOnIncompressible && m_folder.compression == kMszip && block.size >= block.uncompressed)
-        throw EngineFailure{kCannotCompress};
+        throw EngineFailure{WriteError::CannotCompress};
     const std::size_t head = kDataSize + m_description.dataReserve;
     unsigned char* const record = block.data - head;
     std::fill(record, block.data, static_cast<unsigned char>(0));
     PutDataHeader(record, block.data, block.size, block.uncompressed);
-    if (!m_callbacks.Write(m_store.Get(), record, head + block.size)) throw EngineFailure{kTempFile};
+    if (!m_callbacks.Write(m_store.Get(), record, head + block.size)) throw EngineFailure{WriteError::TempFile};
     m_stored += static_cast<std::int64_t>(head + block.size);
     m_folder.blocks.push_back(static_cast<std::uint16_t>(block.size));
     const auto compressed = static_cast<std::uint32_t>(block.size),
                uncompressed = static_cast<std::uint32_t>(block.uncompressed);
-    if (m_callbacks.Status(StatusType::File, compressed, uncompressed) == -1) throw EngineFailure{kAborted};
+    if (m_callbacks.Status(StatusType::File, compressed, uncompressed) == -1) throw EngineFailure{WriteError::Aborted};
 }
 
 bool CabinetWriter::FlushFolder() {

@@ -6,7 +6,6 @@
 namespace qv::cabinet {
 namespace {
 
-constexpr int kTempFile = 4, kCabinetFile = 6, kAborted = 7;
 constexpr std::size_t kOutputBuffer = 64 * 1024;
 
 }  // namespace
@@ -15,9 +14,12 @@ constexpr std::size_t kOutputBuffer = 64 * 1024;
 class CabinetOutput {
 public:
     CabinetOutput(IMakerCallbacks& callbacks, const CString& path)
-        : m_callbacks(callbacks), m_path(path), m_buffer(callbacks, kOutputBuffer, 3), m_file(callbacks) {
+        : m_callbacks(callbacks),
+          m_path(path),
+          m_buffer(callbacks, kOutputBuffer, WriteError::NoMemory),
+          m_file(callbacks) {
         m_file.Take(callbacks.Open(path, OpenMode::Create));
-        if (!m_file) throw EngineFailure{kCabinetFile};
+        if (!m_file) throw EngineFailure{WriteError::CabinetFile};
     }
     ~CabinetOutput() {
         if (m_path.IsEmpty()) return;
@@ -56,14 +58,14 @@ public:
     std::uint64_t Size() const { return m_size; }
     void Keep() {
         Flush();
-        if (!m_file.Close()) throw EngineFailure{kCabinetFile};
+        if (!m_file.Close()) throw EngineFailure{WriteError::CabinetFile};
         m_path.Empty();
     }
 
 private:
     void Flush() {
         if (m_filled > 0 && !m_callbacks.Write(m_file.Get(), m_buffer.Get(), m_filled))
-            throw EngineFailure{kCabinetFile};
+            throw EngineFailure{WriteError::CabinetFile};
         m_filled = 0;
     }
 
@@ -89,7 +91,7 @@ void PutNames(CabinetOutput& out, const QvCabinetDescription& cabinet) {
 void CheckNames(const QvCabinetDescription& cabinet) {
     for (const CString& name : {cabinet.cabinetName, cabinet.diskName})
         if (static_cast<std::size_t>(name.GetLength()) >= kLongestName || name.Find('\0') >= 0)
-            throw EngineFailure{kCabinetFile};
+            throw EngineFailure{WriteError::CabinetFile};
 }
 
 bool HasReserves(const QvCabinetDescription& cabinet) {
@@ -187,7 +189,7 @@ private:
             const BOOL continued = listed == kFromPrevious || listed == kPreviousAndNext;
             const int answer =
                 m_source.callbacks.FilePlaced(m_source.cabinet, CString(file.name), file.size, continued);
-            if (answer == -1) throw EngineFailure{kAborted};
+            if (answer == -1) throw EngineFailure{WriteError::Aborted};
         }
     }
 
@@ -213,10 +215,10 @@ private:
         const bool goesOn = part.Continues() && block + 1 == part.endBlock;
         const std::size_t from = block == part.firstBlock ? part.skip : 0;
         const std::size_t to = goesOn ? part.lastBytes : folder.blocks[block];
-        const Buffer data(m_source.callbacks, to - from, 3);
+        const Buffer data(m_source.callbacks, to - from, WriteError::NoMemory);
         SeekStore(place + DataHead() + from);
         if (m_source.callbacks.Read(m_source.store, data.Get(), to - from) != static_cast<std::int64_t>(to - from))
-            throw EngineFailure{kTempFile};
+            throw EngineFailure{WriteError::TempFile};
         unsigned char head[kDataSize];
         PutDataHeader(head, data.Get(), to - from, goesOn ? 0 : folder.UncompressedBlock(block));
         out.Put(head, sizeof head);
@@ -230,17 +232,19 @@ private:
             const std::span<unsigned char> room = out.Room();
             const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(size, room.size()));
             if (m_source.callbacks.Read(m_source.store, room.data(), part) != static_cast<std::int64_t>(part))
-                throw EngineFailure{kTempFile};
+                throw EngineFailure{WriteError::TempFile};
             out.Filled(part);
             size -= part;
             m_copied += static_cast<std::uint32_t>(part);
-            if (m_source.callbacks.Status(StatusType::Folder, m_copied, m_total) == -1) throw EngineFailure{kAborted};
+            if (m_source.callbacks.Status(StatusType::Folder, m_copied, m_total) == -1)
+                throw EngineFailure{WriteError::Aborted};
         }
     }
 
     void SeekStore(std::uint64_t place) {
         const auto wanted = static_cast<std::int64_t>(place);
-        if (m_source.callbacks.Seek(m_source.store, wanted, Origin::Begin) != wanted) throw EngineFailure{kTempFile};
+        if (m_source.callbacks.Seek(m_source.store, wanted, Origin::Begin) != wanted)
+            throw EngineFailure{WriteError::TempFile};
     }
 
     const Source& m_source;
@@ -303,7 +307,7 @@ void CabinetWriter::WriteCabinet(const Plan& plan, bool hasNext) {
     if (hasNext) {
         ++next.cabinetNumber;
         const auto size = static_cast<std::uint32_t>(HeaderSize(false) + plan.size);
-        if (m_callbacks.GetNextCabinet(next, size) == 0) throw EngineFailure{kAborted};
+        if (m_callbacks.GetNextCabinet(next, size) == 0) throw EngineFailure{WriteError::Aborted};
         CheckNames(next);
     }
     CheckNames(m_description);
@@ -315,9 +319,9 @@ void CabinetWriter::WriteCabinet(const Plan& plan, bool hasNext) {
     CabinetOutput out(m_callbacks, m_description.cabinetPath + m_description.cabinetName);
     image.Write(out);
     const auto planned = static_cast<std::uint32_t>(image.TotalSize()), size = static_cast<std::uint32_t>(out.Size());
-    if (m_callbacks.Status(StatusType::Cabinet, planned, size) == -1) throw EngineFailure{kAborted};
+    if (m_callbacks.Status(StatusType::Cabinet, planned, size) == -1) throw EngineFailure{WriteError::Aborted};
     out.Keep();
-    if (m_callbacks.Seek(m_store.Get(), 0, Origin::End) < 0) throw EngineFailure{kTempFile};
+    if (m_callbacks.Seek(m_store.Get(), 0, Origin::End) < 0) throw EngineFailure{WriteError::TempFile};
     m_wroteCabinet = true;
     m_hasPrevious = hasNext;
     m_previous = std::exchange(m_description, next);

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 
+#include "cabinet/Errors.h"
 #include "qvcommon/CabinetRecords.h"
 
 namespace qv::cabinet {
@@ -64,18 +65,13 @@ public:
     virtual std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) = 0;
 };
 
-/// How the engine's own functions give up; its operations turn it into an error record.
-struct EngineFailure {
-    int error;
-};
-
 /// Memory that is given back at the end of its scope.
 class Buffer {
 public:
-    /// @throws EngineFailure with the number given.
-    Buffer(IMemory& memory, std::size_t size, int error)
+    /// @throws EngineFailure the one given, without memory.
+    Buffer(IMemory& memory, std::size_t size, EngineFailure failure)
         : m_memory(memory), m_bytes(static_cast<unsigned char*>(memory.Allocate(size))) {
-        if (!m_bytes) throw EngineFailure{error};
+        if (!m_bytes) throw failure;
     }
     ~Buffer() { m_memory.Free(m_bytes); }
     Buffer(const Buffer&) = delete;
@@ -98,7 +94,10 @@ public:
 
     explicit operator bool() const { return m_handle != kNoHandle; }
     Handle Get() const { return m_handle; }
-    void Take(Handle handle) { Close(), m_handle = handle; }
+    void Take(Handle handle) {
+        Close();
+        m_handle = handle;
+    }
     bool Close() {
         if (m_handle == kNoHandle) return true;
         const Handle handle = m_handle;

@@ -25,26 +25,27 @@ void FolderStream::Select(Serial cabinet, unsigned folder) {
 
 void FolderStream::Open() {
     m_cabinet = m_openNext(m_first);
-    if (!m_selected || m_folder >= m_cabinet->Folders().size()) throw EngineFailure{kCorrupt};
+    if (!m_selected || m_folder >= m_cabinet->Folders().size()) throw EngineFailure{ReadError::Corrupt};
     const FolderEntry& folder = m_cabinet->Folders()[m_folder];
     m_compression = folder.compression & kCompressionMask;
-    if (m_compression != kStored && m_compression != kMszip) throw EngineFailure{kUnknownCompression};
+    if (m_compression != kStored && m_compression != kMszip) throw EngineFailure{ReadError::UnknownCompression};
     m_blocksLeft = folder.blocks;
-    if (m_blocksLeft > 0 && !m_cabinet->Data().MoveTo(folder.place)) throw EngineFailure{kCorrupt};
+    if (m_blocksLeft > 0 && !m_cabinet->Data().MoveTo(folder.place)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void FolderStream::GoOnInNextCabinet() {
-    if (!m_cabinet->Info().hasNext || m_folder + 1 != m_cabinet->Folders().size()) throw EngineFailure{kCorrupt};
+    if (!m_cabinet->Info().hasNext || m_folder + 1 != m_cabinet->Folders().size())
+        throw EngineFailure{ReadError::Corrupt};
     const std::uint8_t reserve = m_cabinet->DataReserve();
     m_cabinet = m_openNext(m_present + 1);
     ++m_present;
     m_folder = 0;
-    if (m_cabinet->DataReserve() != reserve) throw EngineFailure{kReserveMismatch};
-    if (m_cabinet->Folders().empty()) throw EngineFailure{kWrongCabinet};
+    if (m_cabinet->DataReserve() != reserve) throw EngineFailure{ReadError::ReserveMismatch};
+    if (m_cabinet->Folders().empty()) throw EngineFailure{ReadError::WrongCabinet};
     const FolderEntry& folder = m_cabinet->Folders()[0];
-    if ((folder.compression & kCompressionMask) != m_compression) throw EngineFailure{kWrongCabinet};
+    if ((folder.compression & kCompressionMask) != m_compression) throw EngineFailure{ReadError::WrongCabinet};
     m_blocksLeft = folder.blocks;
-    if (m_blocksLeft == 0 || !m_cabinet->Data().MoveTo(folder.place)) throw EngineFailure{kCorrupt};
+    if (m_blocksLeft == 0 || !m_cabinet->Data().MoveTo(folder.place)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void FolderStream::MoveTo(std::uint32_t offset) {
@@ -69,7 +70,7 @@ void FolderStream::NextBlock() {
         try {
             ReadBlock();
         } catch (const EngineFailure& failure) {
-            m_decompressor.PutError(failure.error);
+            m_decompressor.PutFailure(failure);
             m_blocksLeft = 0;
         }
     }
@@ -80,7 +81,7 @@ void FolderStream::ReadBlock() {
     if (m_blocksLeft == 0) GoOnInNextCabinet();
     std::size_t uncompressed = 0, size = ReadPart(0, uncompressed);
     while (uncompressed == 0) {
-        if (m_blocksLeft > 0) throw EngineFailure{kCorrupt};
+        if (m_blocksLeft > 0) throw EngineFailure{ReadError::Corrupt};
         GoOnInNextCabinet();
         size += ReadPart(size, uncompressed);
     }
@@ -90,15 +91,16 @@ void FolderStream::ReadBlock() {
 std::size_t FolderStream::ReadPart(std::size_t at, std::size_t& uncompressed) {
     unsigned char head[kDataSize + 255];
     Input& input = m_cabinet->Data();
-    if (!input.Read(head, kDataSize + m_cabinet->DataReserve())) throw EngineFailure{kCorrupt};
+    if (!input.Read(head, kDataSize + m_cabinet->DataReserve())) throw EngineFailure{ReadError::Corrupt};
     const std::size_t size = Get16(head + 4);
     uncompressed = Get16(head + 6);
-    if (size > kLargestData - at || uncompressed > kBlockSize) throw EngineFailure{kCorrupt};
+    if (size > kLargestData - at || uncompressed > kBlockSize) throw EngineFailure{ReadError::Corrupt};
     unsigned char* const data = m_decompressor.Room() + at;
-    if (!input.Read(data, size)) throw EngineFailure{kCorrupt};
+    if (!input.Read(data, size)) throw EngineFailure{ReadError::Corrupt};
     // 0 stands for a checksum that nobody made.
     const std::uint32_t checksum = Get32(head);
-    if (checksum != 0 && checksum != Checksum(head + 4, 4, Checksum(data, size))) throw EngineFailure{kCorrupt};
+    if (checksum != 0 && checksum != Checksum(head + 4, 4, Checksum(data, size)))
+        throw EngineFailure{ReadError::Corrupt};
     --m_blocksLeft;
     return size;
 }

@@ -115,7 +115,7 @@ private:
     }
 
     bool EndBefore(const Cut& from, const Plan& before) {
-        if (m_plan.parts.empty()) throw EngineFailure{6};
+        if (m_plan.parts.empty()) throw EngineFailure{WriteError::CabinetFile};
         m_plan.files = before.files;
         m_plan.size = before.size;
         m_plan.end = from;

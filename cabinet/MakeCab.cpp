@@ -117,7 +117,7 @@ void CMakeCab::CreateNewCab() {
 template <class Action>
 void CMakeCab::Run(Action action) {
     bool succeeded = false;
-    if (!m_context) m_error = {6, 0, 1};
+    if (!m_context) m_error = {NumberOf(WriteError::CabinetFile), 0, 1};
     try {
         succeeded = m_context && action(*m_context->writer);
     } catch (...) {
@@ -184,18 +184,18 @@ DWORD CMakeCab::GetFolderThreshold() const {
 }
 
 CString CMakeCab::GetFciErrorString(int error) const {
-    switch (error) {
-        case 0: return "No error";
-        case 1: return "Failure opening file to be stored in cabinet";
-        case 2: return "Failure reading file to be stored in cabinet";
-        case 3: return "Insufficient memory in FCI";
-        case 4: return "Could not create a temporary file";
-        case 5: return "Unknown compression type";
-        case 6: return "Could not create cabinet file";
-        case 7: return "Client requested abort";
-        case 8: return "Failure compressing data";
-        default: return "Unknown error";
+    switch (static_cast<WriteError>(error)) {
+        case WriteError::None: return "No error";
+        case WriteError::OpenFile: return "Failure opening file to be stored in cabinet";
+        case WriteError::ReadFile: return "Failure reading file to be stored in cabinet";
+        case WriteError::NoMemory: return "Insufficient memory in FCI";
+        case WriteError::TempFile: return "Could not create a temporary file";
+        case WriteError::UnknownCompression: return "Unknown compression type";
+        case WriteError::CabinetFile: return "Could not create cabinet file";
+        case WriteError::Aborted: return "Client requested abort";
+        case WriteError::CannotCompress: return "Failure compressing data";
     }
+    return "Unknown error";
 }
 
 void CMakeCab::DirectoryToCab(const char* folder, const char* cabinet, int recurse) {

@@ -42,7 +42,7 @@ MszipCompressor::MszipCompressor(IMemory& memory) {
     // With the history primed, this is smaller than level 6 without, at two thirds of the time.
     constexpr int kLevel = 4, kMemory = 8;
     if (deflateInit2(&m_stream, kLevel, Z_DEFLATED, kRawDeflate, kMemory, Z_DEFAULT_STRATEGY) != Z_OK)
-        throw EngineFailure{3};
+        throw EngineFailure{WriteError::NoMemory};
 }
 
 MszipCompressor::~MszipCompressor() {
@@ -67,12 +67,12 @@ std::size_t MszipCompressor::Compress(Bytes history, Bytes block, unsigned char*
 
 MszipDecompressor::MszipDecompressor(IMemory& memory) {
     UseMemory(m_stream, memory);
-    if (inflateInit2(&m_stream, kRawDeflate) != Z_OK) throw EngineFailure{5};
+    if (inflateInit2(&m_stream, kRawDeflate) != Z_OK) throw EngineFailure{ReadError::NoMemory};
     // Takes the window's memory now.
     constexpr unsigned char kAny = 0;
     if (inflateSetDictionary(&m_stream, &kAny, 1) == Z_OK) return;
     inflateEnd(&m_stream);
-    throw EngineFailure{5};
+    throw EngineFailure{ReadError::NoMemory};
 }
 
 MszipDecompressor::~MszipDecompressor() {

@@ -17,7 +17,7 @@ using Bytes = std::span<const unsigned char>;
 
 class MszipCompressor {
 public:
-    /// @throws EngineFailure 3 without memory.
+    /// @throws EngineFailure NoMemory.
     explicit MszipCompressor(IMemory& memory);
     ~MszipCompressor();
     MszipCompressor(const MszipCompressor&) = delete;
@@ -33,7 +33,7 @@ private:
 
 class MszipDecompressor {
 public:
-    /// @throws EngineFailure 5 without memory.
+    /// @throws EngineFailure NoMemory.
     explicit MszipDecompressor(IMemory& memory);
     ~MszipDecompressor();
     MszipDecompressor(const MszipDecompressor&) = delete;

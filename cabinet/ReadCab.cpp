@@ -105,7 +105,7 @@ void CReadCab::ReadCab(const char* path) {
     m_manifestLoaded = 0;
     m_nextManifest = 0;
     if (!m_context) OpenHfdi();
-    if (!m_context) Fail(kNoMemory);
+    if (!m_context) Fail(NumberOf(ReadError::NoMemory));
     bool copied = false;
     try {
         copied =
@@ -228,7 +228,7 @@ int CReadCab::OpenManifest() {
 int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     if (notification.folder != m_lastFolder) NotifyChangeFolder(notification);
     if (m_useManifest && !m_manifestLoaded) {
-        if (notification.size > kLargestManifest) throw EngineFailure{kCorrupt};
+        if (notification.size > kLargestManifest) throw EngineFailure{ReadError::Corrupt};
         return OpenManifest();
     }
     CString path;
@@ -238,7 +238,7 @@ int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
         path = Substituted(m_manifest[m_nextManifest++], 0);
     Target target;
     const bool isFile = !path.IsEmpty() && !IsFolderText(path);
-    if (!isFile || !FindTarget(path, target)) throw EngineFailure{kCorrupt};
+    if (!isFile || !FindTarget(path, target)) throw EngineFailure{ReadError::Corrupt};
     return static_cast<int>(m_context->Create(target));
 }
 
@@ -264,7 +264,7 @@ void CReadCab::LoadManifest() {
     CStdioFile file(m_manifestFile.GetFilename(), CFile::modeRead | CFile::typeText);
     while (file.ReadString(line)) (text += line) += '\n';
     std::optional<CStringArray> entries = ReadManifest(text);
-    if (!entries) throw EngineFailure{kCorrupt};
+    if (!entries) throw EngineFailure{ReadError::Corrupt};
     for (CString& entry : *entries) {
         if (!entry.AsStd().ends_with('\\')) {
             m_manifest.Add(std::move(entry));
@@ -272,27 +272,27 @@ void CReadCab::LoadManifest() {
         }
         Target folder;
         const CString path = Substituted(entry, 0);
-        if (!FindTarget(path, folder)) throw EngineFailure{kCorrupt};
-        if (!m_context->MakeFolder(folder)) throw EngineFailure{kCannotWriteTarget};
+        if (!FindTarget(path, folder)) throw EngineFailure{ReadError::Corrupt};
+        if (!m_context->MakeFolder(folder)) throw EngineFailure{ReadError::CannotWriteTarget};
     }
 }
 
 CString CReadCab::GetFdiErrorString(int error) const {
-    switch (error) {
-        case 0: return "No error";
-        case 1: return "Cabinet not found";
-        case 2: return "Not a cabinet";
-        case 3: return "Unknown cabinet version";
-        case 4: return "Corrupt cabinet";
-        case 5: return "Memory allocation failed";
-        case 6: return "Unknown compression type";
-        case 7: return "Failure decompressing data";
-        case 8: return "Failure writing to target file";
-        case 9: return "Cabinets in set have different RESERVE sizes";
-        case 10: return "Cabinet returned on fdintNEXT_CABINET is incorrect";
-        case 11: return "User aborted";
-        default: return "Unknown error";
+    switch (static_cast<ReadError>(error)) {
+        case ReadError::None: return "No error";
+        case ReadError::NotFound: return "Cabinet not found";
+        case ReadError::NotACabinet: return "Not a cabinet";
+        case ReadError::UnknownVersion: return "Unknown cabinet version";
+        case ReadError::Corrupt: return "Corrupt cabinet";
+        case ReadError::NoMemory: return "Memory allocation failed";
+        case ReadError::UnknownCompression: return "Unknown compression type";
+        case ReadError::CannotDecompress: return "Failure decompressing data";
+        case ReadError::CannotWriteTarget: return "Failure writing to target file";
+        case ReadError::ReserveMismatch: return "Cabinets in set have different RESERVE sizes";
+        case ReadError::WrongCabinet: return "Cabinet returned on fdintNEXT_CABINET is incorrect";
+        case ReadError::Aborted: return "User aborted";
     }
+    return "Unknown error";
 }
 
 void CReadCab::CabToDirectory(const char* folder, const char* cabinet) {
