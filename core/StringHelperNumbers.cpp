@@ -42,11 +42,12 @@ void AppendPart(CString& text, double count, std::string_view unit, bool plural)
 }
 
 UINT ReadNumber(std::string_view text) {
-    std::size_t i = std::min(text.find_first_not_of(qv::ascii::kSpaces), text.size());
-    const bool negative = text.substr(i, 1) == "-";
-    if (negative || text.substr(i, 1) == "+") ++i;
+    text = qv::ascii::TrimmedLeft(text, qv::ascii::IsSpace);
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
     UINT number = 0;
-    for (; i < text.size() && qv::ascii::IsDigit(text[i]); ++i) number = number * 10 + static_cast<UINT>(text[i] - '0');
+    for (; !text.empty() && qv::ascii::IsDigit(text[0]); text.remove_prefix(1))
+        number = number * 10 + static_cast<UINT>(text[0] - '0');
     return negative ? 0 - number : number;
 }
 

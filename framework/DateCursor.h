@@ -34,7 +34,7 @@ public:
         m_rest.remove_prefix(count);
         return true;
     }
-    void SkipBlanks() { m_rest = ascii::TrimmedLeft(m_rest, ascii::kBlanks); }
+    void SkipBlanks() { m_rest = ascii::TrimmedLeft(m_rest, ascii::IsBlank); }
 
     /// Exactly that many digits.
     bool TakeDigits(int count, int& value) {

@@ -270,7 +270,7 @@ private:
 
 // The cheap readings come first; the current locale is asked for its words only when they fail.
 std::optional<double> ReadDate(std::string_view text) {
-    text = ascii::Trimmed(text, ascii::kBlanks);
+    text = ascii::Trimmed(text, ascii::IsBlank);
     const std::string lower = ascii::ToLower(text);
     if (const auto date = ReadIsoDate(lower)) return date;
     const DateOrder order = platform::CurrentDateOrder();

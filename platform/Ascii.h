@@ -9,11 +9,6 @@
 
 namespace qv::ascii {
 
-/// Space and tab.
-inline constexpr std::string_view kBlanks = " \t";
-/// What C's isspace accepts in the "C" locale.
-inline constexpr std::string_view kSpaces = " \t\n\v\f\r";
-
 constexpr bool IsAscii(char c) {
     return static_cast<unsigned char>(c) < 0x80;
 }
@@ -42,6 +37,11 @@ constexpr bool IsLetterOrDigit(char c) {
     return IsLetter(c) || IsDigit(c);
 }
 
+constexpr bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+/// Blanks, line ends, the vertical tab and the form feed, as C's isspace in the "C" locale.
 constexpr bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -70,18 +70,22 @@ constexpr bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return ToLower(x) == ToLower(y); });
 }
 
-/// The text without those of the given characters that it starts with, ends with, or both.
-constexpr std::string_view TrimmedLeft(std::string_view text, std::string_view blanks) {
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+/// The text without the characters of a class that it starts with, ends with, or both.
+template <class Class>
+constexpr std::string_view TrimmedLeft(std::string_view text, Class drops) {
+    while (!text.empty() && drops(text.front())) text.remove_prefix(1);
     return text;
 }
 
-constexpr std::string_view TrimmedRight(std::string_view text, std::string_view blanks) {
-    return text.substr(0, text.find_last_not_of(blanks) + 1);  // npos + 1 is 0
+template <class Class>
+constexpr std::string_view TrimmedRight(std::string_view text, Class drops) {
+    while (!text.empty() && drops(text.back())) text.remove_suffix(1);
+    return text;
 }
 
-constexpr std::string_view Trimmed(std::string_view text, std::string_view blanks) {
-    return TrimmedRight(TrimmedLeft(text, blanks), blanks);
+template <class Class>
+constexpr std::string_view Trimmed(std::string_view text, Class drops) {
+    return TrimmedRight(TrimmedLeft(text, drops), drops);
 }
 
 }  // namespace qv::ascii

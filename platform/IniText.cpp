@@ -10,7 +10,7 @@ namespace {
 using ascii::IsControl;
 
 std::string_view Trimmed(std::string_view text) {
-    return ascii::Trimmed(text, " \t\r");
+    return ascii::Trimmed(text, [](char c) { return ascii::IsBlank(c) || c == '\r'; });
 }
 
 // Only upper-case digits are an escape: those are what is written.

@@ -11,7 +11,7 @@ namespace {
 
 // What the C library skips in front of a number.
 std::string_view WithoutBlanks(std::string_view text) {
-    return ascii::TrimmedLeft(text, ascii::kSpaces);
+    return ascii::TrimmedLeft(text, ascii::IsSpace);
 }
 
 // from_chars knows no plus sign.

@@ -13,7 +13,7 @@ namespace qv::platform {
 namespace {
 
 void AddWord(std::vector<DateWord>& words, std::string_view text, DateWordKind kind, int month = 0) {
-    text = ascii::Trimmed(text, ascii::kBlanks);
+    text = ascii::Trimmed(text, ascii::IsBlank);
     if (!text.empty()) words.push_back({ToLower(text), kind, month});
 }
 

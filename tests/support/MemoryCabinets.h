@@ -20,7 +20,11 @@ public:
     long calls = 0;
     int allocated = 0, opened = 0;  ///< and not given back
 
-    void* Allocate(std::size_t size) override { return Fails() ? nullptr : (++allocated, std::malloc(size)); }
+    void* Allocate(std::size_t size) override {
+        if (Fails()) return nullptr;
+        ++allocated;
+        return std::malloc(size);
+    }
     void Free(void* memory) override {
         if (memory) --allocated;
         std::free(memory);

@@ -48,9 +48,8 @@ protected:
     int NotifyCopyFile(QvCabinetNotification& member) override {
         const unsigned date = member.date, time = member.time;
         CString line;
-        line.Format("%u\t%04u-%02u-%02u %02u:%02u:%02u\t%s", static_cast<unsigned>(member.size), 1980 + (date >> 9),
-                    (date >> 5) & 15, date & 31, time >> 11, (time >> 5) & 63, (time & 31) * 2,
-                    static_cast<const char*>(member.name));
+        line.Format("%u\t%04u-%02u-%02u %02u:%02u:%02u\t%s", member.size, 1980 + (date >> 9), (date >> 5) & 15,
+                    date & 31, time >> 11, (time >> 5) & 63, (time & 31) * 2, member.name);
         m_lines.Add(line.AsStd());
         return 0;
     }

@@ -6,15 +6,13 @@
 
 namespace qv::dom {
 
-inline constexpr std::string_view kSpaces = " \t\r\n";
-
 constexpr bool IsSpace(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 /// Also true for an empty text.
 constexpr bool IsBlank(std::string_view text) {
-    return text.find_first_not_of(kSpaces) == text.npos;
+    return std::all_of(text.begin(), text.end(), IsSpace);
 }
 
 /// Names here have no prefix: a colon is in neither class.

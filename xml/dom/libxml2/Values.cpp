@@ -7,8 +7,8 @@ namespace qv::dom {
 namespace {
 
 std::string_view Trimmed(std::string_view text, bool left, bool right) {
-    if (left) text = ascii::TrimmedLeft(text, kSpaces);
-    return right ? ascii::TrimmedRight(text, kSpaces) : text;
+    if (left) text = ascii::TrimmedLeft(text, IsSpace);
+    return right ? ascii::TrimmedRight(text, IsSpace) : text;
 }
 
 bool IsText(const xmlNode* node) {
