@@ -41,8 +41,8 @@ public:
     void Start(Compression compression);
     /// Where the next bytes go, up to the end of the present block: never empty.
     std::span<unsigned char> Room();
-    /// That many bytes were put into the room. @throws EngineFailure CannotCompress when the compressor broke down, and what
-    /// the receiver throws; Abandon then, before anything else.
+    /// That many bytes were put into the room. @throws EngineFailure CannotCompress when the compressor broke down, and
+    /// what the receiver throws; Abandon then, before anything else.
     void Add(std::size_t size);
     /// Gives out everything, a short last block too. @throws as Add.
     void Finish();

@@ -60,7 +60,8 @@ public:
     const CString& NextName() const { return m_nextName; }
     const CString& NextDisk() const { return m_nextDisk; }
 
-    /// The members in their order; false behind the last. Data may not be read in between. @throws EngineFailure Corrupt
+    /// The members in their order; false behind the last. Data may not be read in between. @throws EngineFailure
+    /// Corrupt
     bool NextMember(MemberEntry& member);
     /// The bytes of the cabinet. Reading members may not go on afterwards.
     Input& Data() { return m_input; }

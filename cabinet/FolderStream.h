@@ -25,8 +25,8 @@ public:
     void Select(Serial cabinet, unsigned folder);
     /// Passes over data up to a place in the folder, which does not lie before the present one. @throws as Read.
     void MoveTo(std::uint32_t offset);
-    /// At least one and at most `most` bytes of data, valid until the next call. @throws EngineFailure Corrupt where there
-    /// are none or where they are not what their checksum says, UnknownCompression, CannotDecompress, and what
+    /// At least one and at most `most` bytes of data, valid until the next call. @throws EngineFailure Corrupt where
+    /// there are none or where they are not what their checksum says, UnknownCompression, CannotDecompress, and what
     /// OpenNext does.
     Bytes Read(std::uint32_t most);
 

@@ -67,7 +67,8 @@ struct LayoutSizes {
     std::size_t folder = kFolderSize, data = kDataSize;
 };
 
-/// Puts as much into a cabinet as there is room for. @throws EngineFailure CabinetFile when there is not enough for anything.
+/// Puts as much into a cabinet as there is room for. @throws EngineFailure CabinetFile when there is not enough for
+/// anything.
 Plan PlanCabinet(const std::vector<StoredFolder>& folders, const Cut& start, const LayoutSizes& sizes);
 
 /// The number under which a file's folder is listed, or nothing (-1) when the part does not list the file.

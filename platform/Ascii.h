@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file ASCII characters, whatever the process's code page is. A byte from 0x80 on is in no class and has no case. What
-/// follows the code page or the locale is in platform/Text.h.
+/// @file ASCII characters, whatever the process's code page is. A byte from 0x80 on is in no class and has no case.
+/// What follows the code page or the locale is in platform/Text.h.
 
 #include <algorithm>
 #include <string>

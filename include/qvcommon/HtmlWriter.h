@@ -242,17 +242,17 @@ public:
     /// single byte 0xA0, which comes back as the character.
     static CString Dirty(std::string_view text);
 
-    // For pages in UTF-8, whatever the process's code page is. Only ASCII characters are looked at: the non-breaking space
-    // stays a character, and bytes that are not UTF-8 stay as they are (browsers show U+FFFD for them).
+    // For pages in UTF-8, whatever the process's code page is. Only ASCII characters are looked at: the non-breaking
+    // space stays a character, and bytes that are not UTF-8 stay as they are (browsers show U+FFFD for them).
 
     /// For text between tags, otherwise as Clean.
     static CString CleanUtf8(std::string_view text);
     /// For attribute values, otherwise as CleanFloatOver.
     static CString CleanFloatOverUtf8(std::string_view text);
-    /// For script strings, in single or double quotes, in a script element or in an attribute of either quotes: nothing in
-    /// the result means anything to the script or to the page around it. Letters, digits and " -._" stay, every other ASCII
-    /// character becomes "\x" and two hexadecimal digits, and U+2028 and U+2029, which end a script's line, "\u2028" and
-    /// "\u2029". CleanScriptUtf8("it's") gives "it\x27s".
+    /// For script strings, in single or double quotes, in a script element or in an attribute of either quotes: nothing
+    /// in the result means anything to the script or to the page around it. Letters, digits and " -._" stay, every
+    /// other ASCII character becomes "\x" and two hexadecimal digits, and U+2028 and U+2029, which end a script's line,
+    /// "\u2028" and "\u2029". CleanScriptUtf8("it's") gives "it\x27s".
     static CString CleanScriptUtf8(std::string_view text);
 
     // Moving a page (html/HtmlRebase.cpp)

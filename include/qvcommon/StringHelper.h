@@ -369,11 +369,12 @@ public:
     /// As a form sends it (application/x-www-form-urlencoded): a space as "+", every other unsafe byte as "%" and two
     /// lower-case hexadecimal digits. "a,b & c" becomes "a%2cb+%26+c".
     static CString Escape(std::string_view text);
-    /// A path as part of an address (RFC 3986): letters, digits and - . _ ~ / stay, every other byte becomes "%" and two
-    /// upper-case hexadecimal digits. "a b/c#1" becomes "a%20b/c%231".
+    /// A path as part of an address (RFC 3986): letters, digits and - . _ ~ / stay, every other byte becomes "%" and
+    /// two upper-case hexadecimal digits. "a b/c#1" becomes "a%20b/c%231".
     static CString EscapePath(std::string_view path);
-    /// The inverse of Escape, in place. A "%" without two hexadecimal digits becomes "?": when the first is missing the character in
-    /// its place goes, when the second is missing both go; at the end of the text what is left of the escape goes.
+    /// The inverse of Escape, in place. A "%" without two hexadecimal digits becomes "?": when the first is missing the
+    /// character in its place goes, when the second is missing both go; at the end of the text what is left of the
+    /// escape goes.
     static void Unescape(CString& text);
     /// Decodes "%" and two hexadecimal digits, from left to right; "+" stays. Each sequence is decoded wherever it
     /// stands in the text at that moment, and the walk goes on at the position where it was found: what decoding puts

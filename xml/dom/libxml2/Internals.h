@@ -63,8 +63,8 @@ void Adopt(Tree& tree, Node& node, xmlNode* parent);
 /// To be called when a node has come to stand in the tree, or in an orphan.
 void Joined(Tree& tree, xmlNode* node);
 
-/// The node after `node` in document order below `top`, or null. Only elements are entered: attributes, and what a document
-/// type declaration holds, are passed over.
+/// The node after `node` in document order below `top`, or null. Only elements are entered: attributes, and what a
+/// document type declaration holds, are passed over.
 inline xmlNode* NextInSubtree(const xmlNode* top, const xmlNode* node) {
     if (node->type == XML_ELEMENT_NODE && node->children) return node->children;
     while (node != top && !node->next) node = node->parent;
