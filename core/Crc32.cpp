@@ -50,7 +50,7 @@ inline std::uint32_t Sum(std::uint64_t word) {
     const Table* const tables = &kTables[Following];
     return tables[7][word & 255] ^ tables[6][word >> 8 & 255] ^ tables[5][word >> 16 & 255] ^
            tables[4][word >> 24 & 255] ^ tables[3][word >> 32 & 255] ^ tables[2][word >> 40 & 255] ^
-           tables[1][word >> 48 & 255] ^ tables[0][word >> 56];
+           tables[1][word >> 48 & 255] ^ tables[0][static_cast<std::uint8_t>(word >> 56)];
 }
 
 /// Every strand takes each fifth word and knows nothing of the others, so that the processor can follow all five at once.

@@ -95,6 +95,7 @@ template <class Item>
 std::vector<std::uint32_t> Find(std::span<const Item> items, std::size_t known) {
     const HashKey& key = ProcessKey();
     const std::size_t mask = std::bit_ceil(2 * known + 1) - 1;
+    const auto placeOf = [mask](std::uint64_t hash) { return static_cast<std::size_t>(hash) & mask; };
     std::vector<Slot> table(mask + 1, Slot{0, kFree});
     std::vector<std::uint32_t> first(items.size());
     std::uint64_t ahead[kAhead] = {};
@@ -102,11 +103,11 @@ std::vector<std::uint32_t> Find(std::span<const Item> items, std::size_t known) 
         const std::uint64_t hash = ahead[i % kAhead];
         if (i < items.size()) {
             ahead[i % kAhead] = Hash(key, items[i]);
-            __builtin_prefetch(&table[ahead[i % kAhead] & mask], 1);
+            __builtin_prefetch(&table[placeOf(ahead[i % kAhead])], 1);
         }
         if (i < kAhead) continue;
         const auto item = static_cast<std::uint32_t>(i - kAhead), check = static_cast<std::uint32_t>(hash >> 32);
-        std::size_t at = hash & mask;
+        std::size_t at = placeOf(hash);
         while (table[at].item != kFree && (table[at].hash != check || items[table[at].item] != items[item]))
             at = (at + 1) & mask;
         if (table[at].item == kFree && item < known) table[at] = {check, item};

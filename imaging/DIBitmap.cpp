@@ -54,10 +54,10 @@ BOOL CDIBitmap::Load(CFile& file) {
     std::memcpy(&offset, fileHeader.data() + 10, sizeof offset);
     const std::uint64_t length = file.GetLength(), rowsAt = start + offset;
     // A total below the offset wraps to a number that no file reaches: then the rows are what is left of the file.
-    const std::size_t size = std::min<std::uint64_t>(total - offset, length > rowsAt ? length - rowsAt : 0);
+    const auto size = static_cast<UINT>(std::min<std::uint64_t>(total - offset, length > rowsAt ? length - rowsAt : 0));
     auto bits = std::make_unique_for_overwrite<BYTE[]>(size);
     file.Seek(static_cast<std::int64_t>(rowsAt), CFile::begin);
-    m_bitsSize = file.Read(bits.get(), static_cast<UINT>(size));
+    m_bitsSize = file.Read(bits.get(), size);
 
     m_info = std::move(info);
     m_bits = std::move(bits);

@@ -19,7 +19,6 @@
 #include <vector>
 
 #include "platform/MessageFrame.h"
-#include "platform/PercentCode.h"
 #include "platform/Window.h"
 #include "platform/posix/Owned.h"
 
@@ -82,11 +81,10 @@ std::string MessageFolder() {
 std::string Escaped(const std::string& name) {
     std::string out;
     for (const char c : name) {
+        char code[4];
+        std::snprintf(code, sizeof code, "%%%02X", static_cast<unsigned char>(c));
         const bool plain = c != '/' && c != '%' && c != '\0' && !(c == '.' && out.empty());
-        if (plain)
-            out += c;
-        else
-            AppendPercent(out, c);
+        out += plain ? std::string(1, c) : code;
     }
     return out;
 }
