@@ -8,11 +8,16 @@ over_cxx_files() (
     git -c safe.directory='*' ls-files -z --cached --others --exclude-standard -- '*.h' '*.cpp' | xargs -0 "$@"
 )
 
+# Checks the rules of the tree, and before that the rules themselves.
+check_tree() {
+    python3 -B "$QV_ROOT/scripts/lib/tree_test.py" && python3 -B "$QV_ROOT/scripts/lib/tree.py" "$QV_ROOT"
+}
+
 check_format() {
     over_cxx_files clang-format --dry-run --Werror
 }
 
 # Checks the sources of the library and its tools as the linux preset compiles them.
 check_tidy() {
-    configure_preset linux && python3 "$QV_ROOT/scripts/lib/tidy.py" "$QV_ROOT" "$QV_ROOT/build/linux"
+    configure_preset linux && python3 -B "$QV_ROOT/scripts/lib/tidy.py" "$QV_ROOT" "$QV_ROOT/build/linux"
 }

@@ -65,15 +65,16 @@ has_browser_tests() {
     ! (cd "$QV_ROOT" && ctest --preset linux -N -L '^browser$' --no-tests=ignore) | grep -q '^Total Tests: 0'
 }
 
-# Three checks: how the sources are laid out, what static analysis says of them, and whether the documentation can be made.
+# Four checks: the rules of the tree, how the sources are laid out, what static analysis finds in them, and whether the
+# documentation can be made.
 run_style() {
-    local failed=0 started=$SECONDS
+    local check passed=0 failed=0 started=$SECONDS
     if (need build tests format tidy docs); then
-        check_format || failed=$((failed + 1))
-        check_tidy || failed=$((failed + 1))
-        make_docs || failed=$((failed + 1))
+        for check in check_tree check_format check_tidy make_docs; do
+            if "$check"; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
+        done
     else
-        failed=3
+        failed=4
     fi
-    record style $((3 - failed)) "$failed" 0 $((SECONDS - started))
+    record style "$passed" "$failed" 0 $((SECONDS - started))
 }

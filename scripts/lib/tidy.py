@@ -13,15 +13,15 @@ import shlex
 import subprocess
 import sys
 
-LAYERS = ("platform", "framework", "core", "xml", "html", "files", "imaging", "tools")
+from tree import FLOORS
 
 
 def sources(root, build):
     """The compile commands of our own sources, one a file."""
-    commands = {}
+    commands, folders = {}, " ".join(FLOORS).split()
     for entry in json.loads((build / "compile_commands.json").read_text()):
         path = pathlib.Path(entry["directory"], entry["file"]).resolve()
-        if path.is_relative_to(root) and path.relative_to(root).parts[0] in LAYERS:
+        if path.is_relative_to(root) and path.relative_to(root).parts[0] in folders:
             commands[path] = entry
     return commands
 

@@ -1,0 +1,205 @@
+"""The rules of this source tree that no compiler checks: tree.py ROOT
+
+A rule is a function under @rule that takes the tree, a dictionary of texts by path, and yields what breaks it. Exit
+status 1 when anything does. tree_test.py breaks each rule.
+"""
+
+import pathlib
+import re
+import subprocess
+import sys
+
+# From the ground up. An include runs down, or sideways within a floor.
+FLOORS = ("platform", "framework", "core", "threads", "files xml imaging", "messages dialogs cabinet html", "tools")
+# The folders that implement the exported headers; those of include/qvcommon/framework/ belong to framework/.
+HEADERS = {
+    "platform": "Export",
+    "core": "Checksum Exceptions MathHelper Replacers StringHelper TimeHelper",
+    "threads": "LockedObjects ReadWriteLock TimerThread",
+    "files": "ChangeWatchers CopyTree FileFinder FilePath FileUtils LockFile MultiUserFile NetUtils TempFile",
+    "xml": "ClassFactory HistoryMgr XmlDom XmlDomElement XmlException XmlHelper XmlObject XmlSection",
+    "imaging": "DIBitmap ParseEmf",
+    "messages": "UserMessages",
+    "dialogs": "Validators",
+    "cabinet": "Cabinet CabinetRecords",
+    "html": "HtmlAssets HtmlDocument HtmlTreeMenu HtmlWriter NavBar SortedHtmlWriter",
+    "tools": "QvCommon",
+}
+# The sides of each contract, and the one other place that may speak to the operating system: there it is the peer.
+SIDES = (("platform/posix/", "platform/windows/"), ("xml/dom/libxml2/", "xml/dom/msxml/"))
+SYSTEM_PLACES = (*SIDES[0], *SIDES[1], "benchmarks/threads/system/")
+# The headers of other packages, by folder. What is neither here nor of C++ itself is the operating system's.
+PACKAGES = {
+    "core/": r"[ti]mmintrin\.h",
+    "cabinet/": r"zlib\.h",
+    "tools/qv/": r"CLI/.*",
+    "tests/": r"(gtest|gmock)/.*",
+    "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
+                   r"QString",
+}
+# Programs over the installed library, and what they include within the tree.
+CLIENTS = {"tools/": ("qvcommon/", "tools/"), "examples/": ("qvcommon/",), "tests/border/": ("qvcommon/",)}
+LONGEST = 300
+TABLES = {"include/qvcommon/StringHelper.h": "one class, a list of declarations with their contracts"}
+
+SYSTEM_MACRO = re.compile(
+    r"\b(_?WIN(32|64)|__WIN(32|64)__|__CYGWIN__|__MINGW(32|64)__|_MSC_VER|_?_?linux(__)?|__gnu_linux__|(__?)?unix(__)?|"
+    r"__APPLE__|__ANDROID__|__GLIBC__|_POSIX_\w+|_WIN32_WINNT)\b")
+# A type or a name of one system in code, a declaration that only one has, a data member that only one uses.
+ONE_SYSTEM = re.compile(
+    r"^[^/\n]*\b(HANDLE|HWND|HMODULE|HINSTANCE|DWORD|FILETIME|WIN32_\w+|(?:dev|gid|ino|mode|off|pid|ssize|uid)_t|"
+    r"sockaddr|timespec|\w*(?:Posix|Windows|Win32|Linux)\w*)\b|[Oo]n (?:Windows|Linux) only[.,;]|"
+    r"\bm_\w+.*//.*\b(?:Windows|Linux)\b", re.M)
+
+RULES = []
+
+
+def rule(check):
+    RULES.append(check)
+    return check
+
+
+def cxx(tree):
+    return ((path, text) for path, text in sorted(tree.items()) if path.endswith((".h", ".cpp")))
+
+
+def includes(text):
+    """As they are written, with their quotes or brackets."""
+    return re.findall(r'^[ \t]*#[ \t]*include[ \t]*([<"][^>"\n]*[>"])', text, re.M)
+
+
+def targets(tree, text):
+    """The includes that are files of the tree: what is written, and the path."""
+    found = ((name, path) for name in includes(text) for path in (name[1:-1], "include/" + name[1:-1]))
+    return ((name, path) for name, path in found if path in tree)
+
+
+def floor_of(path):
+    """None for what is on no floor, such as tests."""
+    folder, stem = path.split("/")[0], pathlib.PurePosixPath(path).stem
+    if path.startswith("include/qvcommon/framework/"):
+        folder = "framework"
+    elif folder == "include":
+        folder = next((folder for folder, stems in HEADERS.items() if stem in stems.split()), None)
+    return next((number for number, floor in enumerate(FLOORS) if folder in floor.split()), None)
+
+
+@rule
+def systems_keep_to_their_places(tree):
+    for path, text in cxx(tree):
+        if path.startswith(SYSTEM_PLACES):
+            continue
+        known = "|".join([r"[a-z_]+", *(names for folder, names in PACKAGES.items() if path.startswith(folder))])
+        for name in includes(text):
+            if name[0] == "<" and not re.fullmatch(known, name[1:-1]):
+                yield f"{path} includes {name}"
+        for line in re.findall(r"^[ \t]*#[ \t]*(?:if|el)\w*[ \t]+(.*)", text, re.M):
+            if SYSTEM_MACRO.search(line):
+                yield f"{path} asks for a system: {line}"
+
+
+@rule
+def contracts_name_no_system(tree):
+    """Comments may say how the systems differ."""
+    for path, text in cxx(tree):
+        if re.fullmatch(r"platform/\w+\.h", path):
+            yield from (f"{path} is of one system: {match[1] or match[0]}" for match in ONE_SYSTEM.finditer(text))
+
+
+@rule
+def both_sides_answer(tree):
+    """A source directly in the folder of a side answers a contract, and the other side has one of that name. A helper
+    has no contract's name and a header of its own beside it; what is in folders further down is a helper too."""
+    for side, other in (sides for pair in SIDES for sides in (pair, pair[::-1])):
+        contract = "platform/{}.h" if side.startswith("platform/") else side + "{}.cpp"
+        for path in sorted(path for path in tree if re.fullmatch(side + r"\w+\.cpp", path)):
+            stem = path[len(side):-4]
+            if side + stem + ".h" in tree and "platform/" + stem + ".h" not in tree:
+                continue
+            if contract.format(stem) not in tree:
+                yield f"{path} answers no contract"
+            if other + stem + ".cpp" not in tree:
+                yield f"{path} has no counterpart in {other}"
+
+
+@rule
+def includes_run_down(tree):
+    for path, text in cxx(tree):
+        floor = floor_of(path)
+        for name, target in targets(tree, text) if floor is not None else ():
+            place = next((place for place in SYSTEM_PLACES if target.startswith(place)), "")
+            if (floor_of(target) or 0) > floor or not path.startswith(place):
+                yield f"{path} includes {name} of a higher floor or a system's own"
+
+
+@rule
+def includes_make_no_circle(tree):
+    done, way, circles = set(), [], []
+
+    def walk(path):
+        if path in way:
+            circles.append(" > ".join(way[way.index(path):] + [path]))
+        elif path not in done:
+            done.add(path)
+            way.append(path)
+            for _, target in targets(tree, tree[path]):
+                walk(target)
+            way.pop()
+
+    for path, _ in cxx(tree):
+        walk(path)
+    return circles
+
+
+@rule
+def exported_headers_are_complete(tree):
+    whole = includes(tree["include/qvcommon/QvCommon.h"])
+    exported = {path: text for path, text in cxx(tree) if path.startswith("include/")}
+    for path, text in exported.items():
+        name = path.removeprefix("include/")
+        for other in includes(text):
+            if other[0] == '"' and "include/" + other[1:-1] not in tree:
+                yield f"{path} includes {other}"
+        if floor_of(path) is None:
+            yield f"{path} is not in HEADERS"
+        if name not in ("qvcommon/Export.h", "qvcommon/QvCommon.h"):
+            if whole.count(f'"{name}"') != 1:
+                yield f"QvCommon.h does not include {name} once"
+            if name.count("/") == 1 and f"`{name[9:]}`" not in tree["README.md"]:
+                yield f"README.md does not name {name}"
+
+
+@rule
+def clients_see_exported_headers_alone(tree):
+    for path, text in cxx(tree):
+        own = next((own for folder, own in CLIENTS.items() if path.startswith(folder)), "")
+        others = (name for name in includes(text) if name[0] == '"' and not name[1:].startswith(own))
+        yield from (f"{path} includes {name}" for name in others)
+
+
+@rule
+def files_are_short(tree):
+    for path, text in sorted(tree.items()):
+        lines = text.count("\n")
+        data = re.match(r"(tests/data|fuzz/seeds|abi|docs)/|.*\.md$|\.git", path)
+        if lines > LONGEST and not data and path not in TABLES:
+            yield f"{path} has {lines} lines"
+
+
+def read(root):
+    """The texts that version control knows, or would take. The tree may belong to another user."""
+    command = ["git", "-c", "safe.directory=*", "ls-files", "-z", "--cached", "--others", "--exclude-standard"]
+    names = subprocess.run(command, cwd=root, stdout=subprocess.PIPE, check=True, text=True).stdout.split("\0")
+    files = {name: root / name for name in names if name and (root / name).is_file()}
+    return {name: file.read_text(errors="replace") for name, file in files.items()}
+
+
+def main(root):
+    tree = read(pathlib.Path(root))
+    findings = [f"{finding} ({check.__name__})" for check in RULES for finding in check(tree)]
+    print(*findings, f"{len(tree)} files, {len(RULES)} rules, {len(findings)} findings", sep="\n")
+    return 1 if findings or not tree else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
