@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <new>
 
+#include "cabinet/Errors.h"
+
 namespace qv::cabinet {
 namespace {
 

@@ -63,7 +63,6 @@ private:
     bool m_wroteCabinet = false;
     BlockCompressor m_compressor;
 
-    friend class CabinetOutput;
     void WriteCabinets(bool all, bool getNextCabinet);
     void WriteCabinet(const Plan& plan, bool hasNext);
     LayoutSizes SizesWith(std::uint64_t header) const;

@@ -113,7 +113,7 @@ public:
         return text;
     }
 
-    // Lists of texts (core/StringHelperLists.cpp, core/StringHelperDuplicates.cpp)
+    // Lists of texts (core/StringHelperLists.cpp, core/StringHelperCsv.cpp, core/StringHelperDuplicates.cpp)
     //
     // An array that an operation writes may also be one that it reads, and a text argument may be one of its elements; two
     // arrays that it writes have to be different ones.

@@ -1,0 +1,46 @@
+#pragma once
+
+/// @file The contents of one cabinet, in the order of the file.
+
+#include "cabinet/CabinetOutput.h"
+#include "cabinet/Layout.h"
+
+namespace qv::cabinet {
+
+/// Writes one cabinet as planned. What it refers to must outlive it.
+class CabinetImage {
+public:
+    struct Source {
+        IMakerCallbacks& callbacks;
+        Handle store;  ///< the file of the compressed blocks
+        const std::vector<StoredFolder>& folders;
+        const QvCabinetDescription &cabinet, &previous, &next;
+    };
+
+    CabinetImage(const Source& source, const Plan& plan, unsigned flags, std::uint64_t headerSize);
+
+    /// @throws EngineFailure when the store cannot be read, the output not written, or a callback stops.
+    void Write(CabinetOutput& out);
+    std::uint64_t TotalSize() const { return m_headerSize + m_plan.size; }
+
+private:
+    std::uint64_t DataHead() const { return kDataSize + m_source.cabinet.dataReserve; }
+    void PutHeader(CabinetOutput& out);
+    std::uint64_t DataSizeOf(const FolderPart& part) const;
+    void PutFolders(CabinetOutput& out);
+    void PutFiles(CabinetOutput& out, const FolderPart& part, std::size_t index);
+    void PutData(CabinetOutput& out, const FolderPart& part);
+    void PutSplitBlock(CabinetOutput& out, const FolderPart& part, std::size_t block, std::uint64_t place);
+    void CopyStored(CabinetOutput& out, std::uint64_t place, std::uint64_t size);
+    void SeekStore(std::uint64_t place);
+
+    const Source& m_source;
+    const Plan& m_plan;
+    unsigned m_flags;
+    std::uint64_t m_headerSize;
+    std::uint64_t m_entries = 0;  ///< bytes of the list of folders
+    std::uint64_t m_list = 0;     ///< and of files
+    std::uint32_t m_copied = 0, m_total = 0;
+};
+
+}  // namespace qv::cabinet

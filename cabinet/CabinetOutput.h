@@ -1,0 +1,43 @@
+#pragma once
+
+/// @file A cabinet file that is being written.
+
+#include <span>
+#include <string_view>
+
+#include "cabinet/Callbacks.h"
+
+namespace qv::cabinet {
+
+/// Collects what is written and passes it to the callbacks in large pieces. Unless the file is kept, it is deleted at the
+/// end of its scope. Every member may throw EngineFailure when the file cannot be written.
+class CabinetOutput {
+public:
+    CabinetOutput(IMakerCallbacks& callbacks, const CString& path);
+    ~CabinetOutput();
+    CabinetOutput(const CabinetOutput&) = delete;
+    CabinetOutput& operator=(const CabinetOutput&) = delete;
+
+    void Put(const void* data, std::size_t size);
+    /// With a zero byte at the end.
+    void PutText(std::string_view text);
+    void PutZeros(std::size_t count);
+    /// Where more bytes may be put, then counted by Filled(). Never empty.
+    std::span<unsigned char> Room();
+    void Filled(std::size_t size);
+    /// The bytes so far.
+    std::uint64_t Size() const { return m_size; }
+    void Keep();
+
+private:
+    void Flush();
+
+    IMakerCallbacks& m_callbacks;
+    CString m_path;  ///< empty once the file is kept
+    Buffer m_buffer;
+    OpenedFile m_file;
+    std::size_t m_filled = 0;
+    std::uint64_t m_size = 0;
+};
+
+}  // namespace qv::cabinet

@@ -1,0 +1,106 @@
+#include "cabinet/Manifest.h"
+#include "cabinet/MemberName.h"
+#include "cabinet/ReadCabContext.h"
+#include "platform/DosTime.h"
+#include "qvcommon/framework/StdioFile.h"
+
+using namespace qv::cabinet;
+
+namespace {
+
+constexpr std::uint32_t kLargestManifest = 32 << 20;
+
+bool IsFolderText(std::string_view path) {
+    return path.ends_with('\\') || path.ends_with('/');
+}
+
+qv::platform::FileStamp StampOf(const QvCabinetNotification& member) {
+    return {qv::platform::FromDosTime({member.date, member.time}), member.attributes & unsigned{kFileAttributes}};
+}
+
+}  // namespace
+
+/// The entry with the substitutions from the given one on.
+CString CReadCab::Substituted(CString entry, int first) const {
+    for (int i = first; i < m_sources.GetSize(); ++i) entry.Replace(m_sources[i], m_targets[i]);
+    return entry;
+}
+
+/// Where members may go.
+CStringArray CReadCab::Roots() const {
+    if (!m_destPath.IsEmpty()) return {m_destPath};
+    CStringArray roots;
+    for (int i = 0; i < m_targets.GetSize(); ++i)
+        if (IsFolderText(m_targets[i])) roots.Add(Substituted(m_targets[i], i + 1));
+    if (roots.IsEmpty()) roots.Add("");
+    return roots;
+}
+
+/// False for a path that lies outside.
+bool CReadCab::FindTarget(const CString& path, Target& target) const {
+    for (const CString& root : Roots()) {
+        if (!path.AsStd().starts_with(root.AsStd())) continue;
+        std::optional<std::vector<std::string>> names = SafeNames(path.Mid(root.GetLength()));
+        if (!names) continue;
+        target = {root, std::move(*names)};
+        return true;
+    }
+    return false;
+}
+
+int CReadCab::OpenManifest() {
+    m_manifestFile.Create();
+    return static_cast<int>(m_context->Open(m_manifestFile.GetFilename(), OpenMode::Create));
+}
+
+void CReadCab::LoadManifest() {
+    CString text, line;
+    CStdioFile file(m_manifestFile.GetFilename(), CFile::modeRead | CFile::typeText);
+    while (file.ReadString(line)) (text += line) += '\n';
+    std::optional<CStringArray> entries = ReadManifest(text);
+    if (!entries) throw EngineFailure{ReadError::Corrupt};
+    for (CString& entry : *entries) {
+        if (!entry.AsStd().ends_with('\\')) {
+            m_manifest.Add(std::move(entry));
+            continue;
+        }
+        Target folder;
+        const CString path = Substituted(entry, 0);
+        if (!FindTarget(path, folder)) throw EngineFailure{ReadError::Corrupt};
+        if (!m_context->MakeFolder(folder)) throw EngineFailure{ReadError::CannotWriteTarget};
+    }
+}
+
+int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
+    if (notification.folder != m_lastFolder) NotifyChangeFolder(notification);
+    if (m_useManifest && !m_manifestLoaded) {
+        if (notification.size > kLargestManifest) throw EngineFailure{ReadError::Corrupt};
+        return OpenManifest();
+    }
+    CString path;
+    if (!m_useManifest)
+        path = m_destPath + notification.name;
+    else if (m_nextManifest < m_manifest.GetSize())
+        path = Substituted(m_manifest[m_nextManifest++], 0);
+    Target target;
+    const bool isFile = !path.IsEmpty() && !IsFolderText(path);
+    if (!isFile || !FindTarget(path, target)) throw EngineFailure{ReadError::Corrupt};
+    return static_cast<int>(m_context->Create(target));
+}
+
+int CReadCab::NotifyCloseFileInfo(QvCabinetNotification& notification) {
+    const qv::platform::FileStamp stamp = StampOf(notification);
+    const bool stampsTarget = !m_useManifest || m_restoreTimes;
+    if (!m_context->Complete(notification.file, stampsTarget ? &stamp : nullptr)) return 0;
+    if (!stampsTarget && !m_destPath.IsEmpty()) {
+        if (const auto names = SafeNames(notification.name)) m_context->Stamp({m_destPath, *names}, stamp);
+    }
+    NotifyCopyComplete(notification);
+    return 1;
+}
+
+void CReadCab::NotifyCopyComplete(QvCabinetNotification&) {
+    if (m_manifestLoaded || !m_useManifest) return;
+    m_manifestLoaded = 1;
+    LoadManifest();
+}
