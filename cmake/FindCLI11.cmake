@@ -1,0 +1,17 @@
+# Finds CLI11 by its own package files, as the target CLI11::CLI11.
+#
+#   find_package(CLI11 REQUIRED)
+#
+# It is headers only, so a cross build takes it from the building machine. There its include folder is that of all
+# packages, whose headers a cross compiler must not see, so CLI11's are copied to a folder of their own.
+
+find_package(CLI11 QUIET CONFIG PATHS /usr NO_CMAKE_FIND_ROOT_PATH)
+
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(CLI11 CONFIG_MODE)
+
+if(CLI11_FOUND AND CMAKE_CROSSCOMPILING)
+    get_target_property(headers CLI11::CLI11 INTERFACE_INCLUDE_DIRECTORIES)
+    file(COPY ${headers}/CLI DESTINATION ${PROJECT_BINARY_DIR}/CLI11)
+    set_target_properties(CLI11::CLI11 PROPERTIES INTERFACE_INCLUDE_DIRECTORIES ${PROJECT_BINARY_DIR}/CLI11)
+endif()
