@@ -15,7 +15,7 @@ TEST(StringNumbers, Reals) {
     EXPECT_EQ(CStringHelper::ToString(0.1), "0.1");
     EXPECT_EQ(CStringHelper::ToString(-1234567.0), "-1.23457e+06");
     EXPECT_EQ(CStringHelper::ToString(1e100), "1e+100");
-    const ScopedLocale german("de_DE.UTF-8");
+    const ScopedLocale german(GermanLocale());
     if (!german) GTEST_SKIP() << "no German locale";
     EXPECT_EQ(CStringHelper::ToString(0.5), "0,5");
 }

@@ -3,6 +3,8 @@
 #include <clocale>
 #include <string>
 
+#include "platform/Path.h"
+
 /// Sets the C locale for as long as it lives. False when the system has no locale of that name; nothing changes then.
 class ScopedLocale {
 public:
@@ -18,3 +20,8 @@ private:
     std::string m_before;
     bool m_set;
 };
+
+/// The German locale under the name that the system knows.
+inline const char* GermanLocale() {
+    return qv::platform::HasDriveLetters() ? "German_Germany.1252" : "de_DE.UTF-8";
+}
