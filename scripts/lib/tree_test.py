@@ -72,6 +72,7 @@ FINDINGS = {
 class TreeTest(unittest.TestCase):
     def test_each_rule(self):
         self.maxDiff = None
+        self.assertTrue(all(FINDINGS.values()))
         self.assertEqual({check.__name__: list(check(TREE)) for check in tree.RULES}, FINDINGS)
 
 
