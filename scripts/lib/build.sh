@@ -1,9 +1,6 @@
 # shellcheck shell=bash
 # Configures and builds presets.
 
-# What ccache asks for before it deals with precompiled headers.
-export CCACHE_SLOPPINESS=pch_defines,time_macros
-
 # build_preset PRESET [ARGUMENT of cmake --build...]
 build_preset() {
     local preset=$1
