@@ -13,17 +13,9 @@ constexpr std::size_t kOutputBuffer = 64 * 1024;
 
 CabinetOutput::CabinetOutput(IMakerCallbacks& callbacks, const CString& path)
     : m_callbacks(callbacks),
-      m_path(path),
       m_buffer(callbacks, kOutputBuffer, WriteError::NoMemory),
-      m_file(callbacks) {
-    m_file.Take(callbacks.Open(path, OpenMode::Create));
+      m_file(callbacks, callbacks.CreateCabinet(path)) {
     if (!m_file) throw EngineFailure{WriteError::CabinetFile};
-}
-
-CabinetOutput::~CabinetOutput() {
-    if (m_path.IsEmpty()) return;
-    m_file.Close();
-    m_callbacks.Delete(m_path);
 }
 
 void CabinetOutput::Put(const void* data, std::size_t size) {
@@ -58,8 +50,7 @@ void CabinetOutput::Filled(std::size_t size) {
 
 void CabinetOutput::Keep() {
     Flush();
-    if (!m_file.Close()) throw EngineFailure{WriteError::CabinetFile};
-    m_path.Empty();
+    if (!m_callbacks.Commit(m_file.Release())) throw EngineFailure{WriteError::CabinetFile};
 }
 
 void CabinetOutput::Flush() {

@@ -9,12 +9,11 @@
 
 namespace qv::cabinet {
 
-/// Collects what is written and passes it to the callbacks in large pieces. Unless the file is kept, it is deleted at the
+/// Collects what is written and passes it to the callbacks in large pieces. Unless the file is kept, it is dropped at the
 /// end of its scope. Every member may throw EngineFailure when the file cannot be written.
 class CabinetOutput {
 public:
     CabinetOutput(IMakerCallbacks& callbacks, const CString& path);
-    ~CabinetOutput();
     CabinetOutput(const CabinetOutput&) = delete;
     CabinetOutput& operator=(const CabinetOutput&) = delete;
 
@@ -33,7 +32,6 @@ private:
     void Flush();
 
     IMakerCallbacks& m_callbacks;
-    CString m_path;  ///< empty once the file is kept
     Buffer m_buffer;
     OpenedFile m_file;
     std::size_t m_filled = 0;

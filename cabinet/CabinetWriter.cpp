@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <new>
 
-#include "cabinet/Errors.h"
-
 namespace qv::cabinet {
 namespace {
 
@@ -40,8 +38,6 @@ CabinetWriter::CabinetWriter(IMakerCallbacks& callbacks, const QvCabinetDescript
 
 CabinetWriter::~CabinetWriter() {
     m_compressor.Abandon();
-    m_store.Close();
-    if (!m_storeName.IsEmpty()) m_callbacks.Delete(m_storeName);
 }
 
 /// Runs an operation; a failed one is the last.
@@ -63,12 +59,8 @@ bool CabinetWriter::Run(Action action) {
 }
 
 void CabinetWriter::OpenStore() {
-    m_storeName = m_callbacks.TempName();
-    if (!m_storeName.IsEmpty()) m_store.Take(m_callbacks.Open(m_storeName, OpenMode::Create));
-    if (!m_store) {
-        m_storeName.Empty();
-        throw EngineFailure{WriteError::TempFile};
-    }
+    m_store.Take(m_callbacks.CreateStore());
+    if (!m_store) throw EngineFailure{WriteError::TempFile};
 }
 
 bool CabinetWriter::AddFile(const CString& source, const CString& name, bool executable, int compression) {

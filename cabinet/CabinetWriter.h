@@ -20,7 +20,7 @@ public:
     /// Null when that failed. @param threads  0: as many as the machine has.
     static std::unique_ptr<CabinetWriter> Create(IMakerCallbacks& callbacks, const QvCabinetDescription& description,
                                                  QvCabinetError& error, unsigned threads = 0);
-    /// Deletes the temporary file. What was not flushed is lost.
+    /// What was not flushed is lost.
     ~CabinetWriter();
     CabinetWriter(const CabinetWriter&) = delete;
     CabinetWriter& operator=(const CabinetWriter&) = delete;
@@ -51,7 +51,6 @@ private:
     QvCabinetDescription m_previous;  ///< the cabinet before, when m_hasPrevious
     bool m_hasPrevious = false;
     QvCabinetError& m_error;
-    CString m_storeName;
     OpenedFile m_store;
     std::int64_t m_stored = 0;
     StoredFolder m_folder;  ///< the one being filled

@@ -5,6 +5,7 @@
 /// failed one.
 
 #include <cstddef>
+#include <utility>
 
 #include "cabinet/Errors.h"
 #include "qvcommon/CabinetRecords.h"
@@ -45,9 +46,12 @@ enum class StatusType {
 
 class IMakerCallbacks : public IFiles {
 public:
-    virtual bool Delete(const CString& path) = 0;
-    /// A name for a new file; empty when there is none.
-    virtual CString TempName() = 0;
+    /// A file for what waits for its cabinet, to be written and read; it is gone once it is closed.
+    virtual Handle CreateStore() = 0;
+    /// A new cabinet file. It replaces what has its name when it is committed, and is dropped when it is closed before.
+    virtual Handle CreateCabinet(const CString& path) = 0;
+    /// Gives a new cabinet file its name. The handle is gone; after false the file too.
+    virtual bool Commit(Handle file) = 0;
     /// A member was entered into a cabinet. -1 stops.
     virtual int FilePlaced(const QvCabinetDescription& cabinet, const CString& name, std::uint32_t size,
                            BOOL continued) = 0;
@@ -98,11 +102,10 @@ public:
         Close();
         m_handle = handle;
     }
+    Handle Release() { return std::exchange(m_handle, kNoHandle); }
     bool Close() {
         if (m_handle == kNoHandle) return true;
-        const Handle handle = m_handle;
-        m_handle = kNoHandle;
-        return m_files.Close(handle);
+        return m_files.Close(Release());
     }
 
 private:

@@ -1,7 +1,6 @@
 #include "cabinet/DiskFiles.h"
 
-#include "framework/FileFaults.h"
-#include "platform/FileStatus.h"
+#include <utility>
 
 namespace qv::cabinet {
 
@@ -9,8 +8,7 @@ using platform::FileHandle;
 using platform::kNoFile;
 
 DiskFiles::~DiskFiles() {
-    for (const Entry& entry : m_entries)
-        if (entry.file != kNoFile) platform::CloseFile(entry.file);
+    for (std::size_t i = 1; i <= m_entries.size(); ++i) Close(static_cast<Handle>(i));
 }
 
 DiskFiles::Entry* DiskFiles::Find(Handle number) {
@@ -24,20 +22,53 @@ FileHandle DiskFiles::SystemHandle(Handle number) const {
     return entry ? entry->file : kNoFile;
 }
 
-Handle DiskFiles::Add(FileHandle file, const CString& path) {
+Handle DiskFiles::Add(Entry entry) {
     std::size_t free = 0;
     while (free < m_entries.size() && m_entries[free].file != kNoFile) ++free;
     if (free == m_entries.size()) m_entries.emplace_back();
-    m_entries[free] = {file, path};
+    m_entries[free] = std::move(entry);
     return static_cast<Handle>(free + 1);
+}
+
+Handle DiskFiles::Add(FileHandle file) {
+    return Add(Entry{.file = file});
+}
+
+void DiskFiles::Release(Handle number) {
+    if (Entry* const entry = Find(number)) entry->file = kNoFile;
 }
 
 Handle DiskFiles::Open(const CString& path, OpenMode mode) {
     const bool create = mode == OpenMode::Create;
     const platform::OpenRequest request = {.read = true, .write = create, .create = create, .truncate = create};
     FileHandle file = kNoFile;
-    const auto open = [&] { return platform::OpenFile(path, request, file); };
-    return CallSystem(FileCall::Open, path, open) ? kNoHandle : Add(file, path);
+    return platform::OpenFile(path, request, file).ok() ? Add(file) : kNoHandle;
+}
+
+Handle DiskFiles::CreateTemporary(const CString& folder) {
+    platform::AtomicFile file;
+    if (!file.Create(folder + "temporary").ok()) return kNoHandle;
+    const FileHandle handle = file.Handle();
+    return Add(Entry{.file = handle, .replacement = std::move(file)});
+}
+
+Handle DiskFiles::CreateReplacement(const CString& path) {
+    FileHandle old = kNoFile;
+    const platform::Status use = platform::OpenFile(path, {.write = true}, old);
+    if (!use.ok() && use.cause() != platform::FileCause::FileNotFound) return kNoHandle;
+    // Nothing was written through it.
+    if (use.ok()) platform::CloseFile(old).IgnoreError();
+    platform::AtomicFile file;
+    if (!file.Create(path).ok()) return kNoHandle;
+    const FileHandle handle = file.Handle();
+    return Add(Entry{.file = handle, .replacement = std::move(file)});
+}
+
+bool DiskFiles::Commit(Handle number) {
+    Entry* const entry = Find(number);
+    if (!entry) return false;
+    entry->file = kNoFile;
+    return entry->replacement.Commit(platform::IfExists::Replace, platform::Durability::Deferred).ok();
 }
 
 std::int64_t DiskFiles::Read(Handle number, void* buffer, std::size_t size) {
@@ -47,8 +78,7 @@ std::int64_t DiskFiles::Read(Handle number, void* buffer, std::size_t size) {
     while (total < size) {
         std::size_t count = 0;
         auto* const to = static_cast<char*>(buffer) + total;
-        const auto read = [&] { return platform::ReadBytes(entry->file, to, size - total, count); };
-        if (CallSystem(FileCall::Read, entry->path, read)) return -1;
+        if (!platform::ReadBytes(entry->file, to, size - total, count).ok()) return -1;
         if (count == 0) break;
         total += count;
     }
@@ -57,17 +87,16 @@ std::int64_t DiskFiles::Read(Handle number, void* buffer, std::size_t size) {
 
 bool DiskFiles::Write(Handle number, const void* data, std::size_t size) {
     Entry* const entry = Find(number);
-    const auto write = [&] { return platform::WriteBytes(entry->file, data, size); };
-    return entry && !CallSystem(FileCall::Write, entry->path, write);
+    return entry && platform::WriteBytes(entry->file, data, size).ok();
 }
 
 bool DiskFiles::Close(Handle number) {
     Entry* const entry = Find(number);
     if (!entry) return false;
-    const platform::FileFailure fault = FaultBefore(FileCall::Close, entry->path);
-    const platform::FileFailure failure = platform::CloseFile(entry->file);
-    entry->file = kNoFile;
-    return !fault && !failure;
+    const FileHandle file = std::exchange(entry->file, kNoFile);
+    if (entry->replacement.Handle() == kNoFile) return platform::CloseFile(file).ok();
+    entry->replacement.Drop();
+    return true;
 }
 
 std::int64_t DiskFiles::Seek(Handle number, std::int64_t offset, Origin origin) {
@@ -75,13 +104,9 @@ std::int64_t DiskFiles::Seek(Handle number, std::int64_t offset, Origin origin) 
                                             platform::SeekFrom::End};
     Entry* const entry = Find(number);
     std::uint64_t position = 0;
-    const auto seek = [&] { return platform::SeekTo(entry->file, offset, kFrom[static_cast<int>(origin)], position); };
-    if (!entry || CallSystem(FileCall::Seek, entry->path, seek)) return -1;
+    if (!entry) return -1;
+    if (!platform::SeekTo(entry->file, offset, kFrom[static_cast<int>(origin)], position).ok()) return -1;
     return static_cast<std::int64_t>(position);
-}
-
-bool DiskFiles::Delete(const CString& path) {
-    return !CallSystem(FileCall::Remove, path, [&] { return platform::RemoveFile(path); });
 }
 
 }  // namespace qv::cabinet

@@ -6,11 +6,12 @@
 #include <vector>
 
 #include "cabinet/Callbacks.h"
+#include "platform/AtomicFile.h"
 #include "platform/FileOpen.h"
 
 namespace qv::cabinet {
 
-/// Opened files by numbers from 1 on. Calls go through the seam by which tests make them fail.
+/// Opened files by numbers from 1 on.
 class DiskFiles {
 public:
     DiskFiles() = default;
@@ -19,23 +20,31 @@ public:
     DiskFiles& operator=(const DiskFiles&) = delete;
 
     Handle Open(const CString& path, OpenMode mode);
+    /// A file that is gone once it is closed, in the folder.
+    Handle CreateTemporary(const CString& folder);
+    /// A new version of a file: Commit puts it in the old one's place, Close drops it. kNoHandle also while another
+    /// program uses the old one so that it could not be written.
+    Handle CreateReplacement(const CString& path);
+    bool Commit(Handle number);
     /// Takes over a file that was opened elsewhere.
-    Handle Add(platform::FileHandle file, const CString& path);
+    Handle Add(platform::FileHandle file);
+    /// Forgets a file without closing it.
+    void Release(Handle number);
     std::int64_t Read(Handle number, void* buffer, std::size_t size);
     bool Write(Handle number, const void* data, std::size_t size);
     bool Close(Handle number);
     std::int64_t Seek(Handle number, std::int64_t offset, Origin origin);
-    static bool Delete(const CString& path);
     /// The system's handle; kNoFile for no number of this object.
     platform::FileHandle SystemHandle(Handle number) const;
 
 private:
     struct Entry {
         platform::FileHandle file = platform::kNoFile;
-        CString path;
+        platform::AtomicFile replacement = {};  ///< owns the handle, for those that were created
     };
 
     Entry* Find(Handle number);
+    Handle Add(Entry entry);
 
     std::vector<Entry> m_entries;
 };

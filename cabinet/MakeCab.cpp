@@ -1,12 +1,9 @@
 #include <algorithm>
-#include <cstdio>
-#include <random>
 
 #include "cabinet/CabinetWriter.h"
 #include "cabinet/DiskFiles.h"
 #include "cabinet/Manifest.h"
 #include "cabinet/MemberName.h"
-#include "framework/FileFaults.h"
 #include "platform/DosTime.h"
 #include "platform/FolderFiles.h"
 #include "qvcommon/Cabinet.h"
@@ -25,13 +22,6 @@ constexpr int kSeverity = 16;
 constexpr std::uint16_t kSetId = 5193;
 constexpr DWORD kDeviceAttribute = 0x40;
 
-CString RandomTempName(const CString& folder) {
-    std::random_device random;
-    char name[32];
-    std::snprintf(name, sizeof name, ".qv%08x%08x.tmp", random(), random());
-    return folder + name;
-}
-
 /// In the list, and then as a member.
 bool IsListed(const CFoundInfo& info) {
     return info.IsDirectory() || !info.MatchesMask(kDeviceAttribute);
@@ -43,8 +33,9 @@ class CMakeCab::Context : public OnDisk<IMakerCallbacks> {
 public:
     explicit Context(CMakeCab& owner) : m_owner(owner) {}
 
-    bool Delete(const CString& path) override { return DiskFiles::Delete(path); }
-    CString TempName() override { return RandomTempName(m_owner.m_destPath); }
+    Handle CreateStore() override { return m_files.CreateTemporary(m_owner.m_destPath); }
+    Handle CreateCabinet(const CString& path) override { return m_files.CreateReplacement(path); }
+    bool Commit(Handle file) override { return m_files.Commit(file); }
     int FilePlaced(const QvCabinetDescription& cabinet, const CString& name, std::uint32_t size,
                    BOOL continued) override {
         return m_owner.FilePlaced(cabinet, name, size, continued);
@@ -60,7 +51,7 @@ public:
                        std::uint16_t& attributes) override {
         const Handle handle = Open(path, OpenMode::Read);
         FileInfo info;
-        if (handle == kNoHandle || qv::platform::StatusOf(m_files.SystemHandle(handle), path, info)) {
+        if (handle == kNoHandle || !qv::platform::StatusOf(m_files.SystemHandle(handle), path, info).ok()) {
             if (handle != kNoHandle) Close(handle);
             return kNoHandle;
         }

@@ -1,9 +1,11 @@
 #pragma once
 
-/// @file What CReadCab holds while it reads: the engine, and the files and folders that are made.
+/// @file What CReadCab holds while it reads: the engine, and the files and folders that are made. All of it is inline:
+/// a member defined elsewhere would be exported with its outer class.
 
 #include "cabinet/CabinetReader.h"
 #include "cabinet/DiskFiles.h"
+#include "cabinet/MemberName.h"
 #include "cabinet/TargetFolder.h"
 #include "qvcommon/Cabinet.h"
 
@@ -17,20 +19,60 @@ class CReadCab::Context : public qv::cabinet::OnDisk<qv::cabinet::IReaderCallbac
 public:
     explicit Context(CReadCab& owner) : reader(*this, owner.m_error), m_owner(owner) {}
 
-    std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) override;
+    std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) override {
+        using namespace qv::cabinet;
+        if (notification.attributes & kNameIsUtf8) {
+            notification.name = FromMemberName(notification.name);
+            notification.attributes &= static_cast<std::uint16_t>(~kNameIsUtf8);
+        }
+        return m_owner.Notify(type, notification);
+    }
+
     /// Discards the file of Create that was not completed.
-    bool Close(qv::cabinet::Handle file) override;
+    bool Close(qv::cabinet::Handle file) override {
+        if (file != m_staged) return OnDisk::Close(file);
+        Unstage();
+        m_folder.Discard();
+        return true;
+    }
 
     /// kNoHandle when the file cannot be made.
-    qv::cabinet::Handle Create(const Target& target);
+    qv::cabinet::Handle Create(const Target& target) {
+        qv::platform::FileHandle file = qv::platform::kNoFile;
+        m_folder.SetRoot(target.root);
+        if (!m_folder.Create(target.names, file).ok()) return qv::cabinet::kNoHandle;
+        m_staged = m_files.Add(file);
+        return m_staged;
+    }
+
     /// Closes a member's file; one that Create made takes its name.
-    bool Complete(qv::cabinet::Handle file, const qv::platform::FileStamp* stamp);
-    void Stamp(const Target& target, const qv::platform::FileStamp& stamp);
-    bool MakeFolder(const Target& target);
+    bool Complete(qv::cabinet::Handle file, const qv::platform::FileStamp* stamp) {
+        if (file != m_staged) return Close(file);
+        // A file system that keeps no such times or attributes has the file all the same.
+        if (stamp) qv::platform::StampFile(m_files.SystemHandle(file), *stamp).IgnoreError();
+        Unstage();
+        return m_folder.Commit().ok();
+    }
+
+    void Stamp(const Target& target, const qv::platform::FileStamp& stamp) {
+        m_folder.SetRoot(target.root);
+        // A file system that keeps no such times or attributes has the file all the same.
+        m_folder.Stamp(target.names, stamp).IgnoreError();
+    }
+
+    bool MakeFolder(const Target& target) {
+        m_folder.SetRoot(target.root);
+        return m_folder.MakeFolder(target.names).ok();
+    }
 
     qv::cabinet::CabinetReader reader;
 
 private:
+    void Unstage() {
+        m_files.Release(m_staged);
+        m_staged = qv::cabinet::kNoHandle;
+    }
+
     CReadCab& m_owner;
     qv::cabinet::TargetFolder m_folder;
     qv::cabinet::Handle m_staged = qv::cabinet::kNoHandle;  ///< of Create, until it is complete

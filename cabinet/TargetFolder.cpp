@@ -1,17 +1,12 @@
 #include "cabinet/TargetFolder.h"
 
-#include <cstdio>
-#include <random>
-
-#include "framework/FileFaults.h"
 #include "platform/Ascii.h"
 #include "qvcommon/FileUtils.h"
 
 namespace qv::cabinet {
 
-using platform::FileCause;
-using platform::FileFailure;
 using platform::Folder;
+using platform::Status;
 
 std::optional<std::vector<std::string>> SafeNames(std::string_view path) {
     constexpr const char* kSeparators = "\\/";
@@ -36,30 +31,31 @@ void TargetFolder::SetRoot(const CString& root) {
     m_rootIsOpen = m_isIn = false;
 }
 
-FileFailure TargetFolder::OpenRoot(bool make) {
+Status TargetFolder::OpenRoot(bool make) {
     if (m_rootIsOpen) return {};
     const CString path = m_root.IsEmpty() ? CString(".\\") : m_root;
-    FileFailure failure = m_rootFolder.Open(path, platform::LastName::MayBeLink);
-    if (failure && make && QvCreateDirectory(path)) failure = m_rootFolder.Open(path, platform::LastName::MayBeLink);
-    m_rootIsOpen = !failure;
-    return failure;
+    Status status = m_rootFolder.Open(path, platform::LastName::MayBeLink);
+    if (!status.ok() && make && QvCreateDirectory(path))
+        status = m_rootFolder.Open(path, platform::LastName::MayBeLink);
+    m_rootIsOpen = status.ok();
+    return status;
 }
 
 /// Opens the folder that the first `count` names lead to.
-FileFailure TargetFolder::Enter(const std::vector<std::string>& names, std::size_t count, bool make) {
+Status TargetFolder::Enter(const std::vector<std::string>& names, std::size_t count, bool make) {
     const std::vector<std::string> wanted(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(count));
     if (m_isIn && wanted == m_names) return {};
     m_isIn = false;
-    if (const FileFailure failure = OpenRoot(make)) return failure;
+    if (const Status status = OpenRoot(make); !status.ok()) return status;
     const Folder* parent = &m_rootFolder;
     for (const std::string& name : wanted) {
         Folder next;
-        FileFailure failure = next.OpenIn(*parent, name);
-        if (failure && make) {
-            failure = platform::MakeFolderIn(*parent, name);
-            if (!failure) failure = next.OpenIn(*parent, name);
+        Status status = next.OpenIn(*parent, name);
+        if (!status.ok() && make) {
+            status = platform::MakeFolderIn(*parent, name);
+            if (status.ok()) status = next.OpenIn(*parent, name);
         }
-        if (failure) return failure;
+        if (!status.ok()) return status;
         m_folder = std::move(next);
         parent = &m_folder;
     }
@@ -68,50 +64,29 @@ FileFailure TargetFolder::Enter(const std::vector<std::string>& names, std::size
     return {};
 }
 
-FileFailure TargetFolder::MakeFolder(const std::vector<std::string>& names) {
-    return CallSystem(FileCall::CreateFolder, m_root, [&] { return Enter(names, names.size(), true); });
+Status TargetFolder::MakeFolder(const std::vector<std::string>& names) {
+    return Enter(names, names.size(), true);
 }
 
-FileFailure TargetFolder::Create(const std::vector<std::string>& names, platform::FileHandle& handle) {
+Status TargetFolder::Create(const std::vector<std::string>& names, platform::FileHandle& handle) {
     Discard();
-    if (const FileFailure failure = Enter(names, names.size() - 1, true)) return failure;
-    const Folder& folder = m_names.empty() ? m_rootFolder : m_folder;
-    static const unsigned run = std::random_device()();
-    FileFailure failure;
-    for (int tries = 0; tries < 100; ++tries) {
-        char own[32];
-        std::snprintf(own, sizeof own, ".qv%08x.%x", run, m_count++);
-        failure = CallSystem(FileCall::Open, own, [&] { return platform::CreateFileIn(folder, own, handle); });
-        if (!failure) {
-            m_stagedName = own;
-            m_finalName = names.back();
-            break;
-        }
-        if (failure.cause == FileCause::DiskFull || failure.cause == FileCause::TooManyOpenFiles) break;
-    }
-    return failure;
+    if (const Status status = Enter(names, names.size() - 1, true); !status.ok()) return status;
+    const Status status = m_member.CreateIn(m_names.empty() ? m_rootFolder : m_folder, names.back());
+    handle = m_member.Handle();
+    return status;
 }
 
-FileFailure TargetFolder::Commit() {
-    if (m_stagedName.empty()) return {};
-    const Folder& folder = m_names.empty() ? m_rootFolder : m_folder;
-    const FileFailure failure = CallSystem(FileCall::Rename, m_finalName.c_str(),
-                                           [&] { return platform::MoveOverIn(folder, m_stagedName, m_finalName); });
-    if (failure)
-        Discard();
-    else
-        m_stagedName.clear();
-    return failure;
+Status TargetFolder::Commit() {
+    if (m_member.Handle() == platform::kNoFile) return {};
+    return m_member.Commit(platform::IfExists::Replace, platform::Durability::Deferred);
 }
 
 void TargetFolder::Discard() {
-    if (m_stagedName.empty()) return;
-    platform::RemoveFileIn(m_names.empty() ? m_rootFolder : m_folder, m_stagedName);
-    m_stagedName.clear();
+    m_member.Drop();
 }
 
-FileFailure TargetFolder::Stamp(const std::vector<std::string>& names, const platform::FileStamp& stamp) {
-    if (const FileFailure failure = Enter(names, names.size() - 1, false)) return failure;
+Status TargetFolder::Stamp(const std::vector<std::string>& names, const platform::FileStamp& stamp) {
+    if (const Status status = Enter(names, names.size() - 1, false); !status.ok()) return status;
     return platform::StampFileIn(m_names.empty() ? m_rootFolder : m_folder, names.back(), stamp);
 }
 

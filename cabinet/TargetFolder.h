@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/AtomicFile.h"
 #include "platform/FolderFiles.h"
 #include "qvcommon/framework/String.h"
 
@@ -20,27 +21,24 @@ std::optional<std::vector<std::string>> SafeNames(std::string_view path);
 /// no link, so what lies in the folder, and what happens to it meanwhile, leads nowhere else. Only the folder itself may be
 /// reached through links.
 ///
-/// A member is written under a name of its own (".qv" and numbers) and takes its name when it is complete; until then a
-/// file that has this name is left alone. One member at a time.
+/// A member takes its name when it is complete; until then a file that has this name is left alone. One member at a time.
 class TargetFolder {
 public:
-    ~TargetFolder() { Discard(); }
-
     /// The folder, with its final separator, is made when needed. The empty text is the current folder.
     void SetRoot(const CString& root);
-    platform::FileFailure MakeFolder(const std::vector<std::string>& names);
-    /// Makes the member's folders and its file.
-    platform::FileFailure Create(const std::vector<std::string>& names, platform::FileHandle& handle);
-    /// The file, which is closed, gets its name. A failure discards it.
-    platform::FileFailure Commit();
-    /// Deletes the file, which is closed, if there is one that has not got its name.
+    platform::Status MakeFolder(const std::vector<std::string>& names);
+    /// Makes the member's folders and its file, whose handle stays this object's own.
+    platform::Status Create(const std::vector<std::string>& names, platform::FileHandle& handle);
+    /// Gives the file its name and closes it. A failure discards it.
+    platform::Status Commit();
+    /// Deletes the file that has not got its name, if there is one.
     void Discard();
     /// Stamps a file that is there.
-    platform::FileFailure Stamp(const std::vector<std::string>& names, const platform::FileStamp& stamp);
+    platform::Status Stamp(const std::vector<std::string>& names, const platform::FileStamp& stamp);
 
 private:
-    platform::FileFailure Enter(const std::vector<std::string>& names, std::size_t count, bool make);
-    platform::FileFailure OpenRoot(bool make);
+    platform::Status Enter(const std::vector<std::string>& names, std::size_t count, bool make);
+    platform::Status OpenRoot(bool make);
 
     CString m_root;
     platform::Folder m_rootFolder;
@@ -48,8 +46,7 @@ private:
     platform::Folder m_folder;         ///< where the last member went
     std::vector<std::string> m_names;  ///< of that one, when m_isIn
     bool m_isIn = false;
-    std::string m_stagedName, m_finalName;
-    unsigned m_count = 0;
+    platform::AtomicFile m_member;
 };
 
 }  // namespace qv::cabinet

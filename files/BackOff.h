@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/Pause.h"
+#include "platform/Clock.h"
 
 namespace qv {
 
@@ -8,14 +8,14 @@ namespace qv {
 class BackOff {
 public:
     void Wait() {
-        Pause(m_delay);
+        platform::Sleep(m_delay);
         if (m_delay <= kLongest) m_delay = m_delay * 3 / 2;
     }
 
 private:
-    static constexpr unsigned long long kLongest = 1ull << 40;  // decades: far from overflowing, too
+    static constexpr std::chrono::milliseconds kLongest{std::chrono::hours{1 << 18}};  // decades, far from overflowing
 
-    unsigned long long m_delay = 500;
+    std::chrono::milliseconds m_delay{500};
 };
 
 }  // namespace qv

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "files/FolderWalk.h"
-#include "framework/FileFaults.h"
 #include "platform/Error.h"
 #include "platform/FileCopy.h"
 #include "qvcommon/FileUtils.h"
@@ -29,7 +28,7 @@ protected:
     void OnFolder(const Place&, const std::vector<qv::platform::FolderEntry>& entries) override {
         for (const auto& entry : entries) files += entry.kind == qv::platform::EntryKind::File;
     }
-    void OnFailure(const qv::platform::FileFailure&, const Place&, const Place*) override {}
+    void OnFailure(const qv::platform::Status&, const Place&, const Place*) override {}
 };
 
 /// Keeps a value for the time of a scope.
@@ -124,10 +123,9 @@ void CCopyTree::CopyOneFile(const CString& source, const CString& target, const 
 }
 
 int CCopyTree::CopyFileA(const char* source, const char* target) {
-    const auto failure =
-        qv::CallSystem(qv::FileCall::Copy, source, [&] { return qv::platform::CopyWholeFile(source, target); });
-    if (failure) qv::platform::SetLastError(failure.error);
-    return !failure;
+    const qv::platform::Status status = qv::platform::CopyWholeFile(source, target);
+    if (!status.ok()) qv::platform::SetLastError(status.error());
+    return status.ok();
 }
 
 void CCopyTree::OnError() {

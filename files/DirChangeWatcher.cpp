@@ -1,14 +1,16 @@
+#include <future>
 #include <thread>
 
-#include "platform/Event.h"
 #include "platform/FolderWatch.h"
 #include "qvcommon/ChangeWatchers.h"
+#include "threads/DetachedThread.h"
 
 using qv::platform::FolderWatch;
 
 struct CDirChangeWatcher::Watch {
-    std::unique_ptr<FolderWatch> folder;  // there once it is armed, null when it could not be opened
-    qv::platform::Event armed, finished;
+    std::unique_ptr<FolderWatch> folder;  // set once it is armed, null when it could not be opened
+    std::promise<void> armed, finished;
+    const std::shared_future<void> end = finished.get_future().share();
     std::atomic<bool> watching = true, stopping = false;
     std::atomic<std::thread::id> thread = {};
     std::shared_ptr<Watch> before = {};  // whose OnChange started this one
@@ -18,15 +20,9 @@ struct CDirChangeWatcher::Watch {
         stopping = true;
         folder->Stop();
         if (thread.load() == std::this_thread::get_id()) return false;
-        finished.Wait();
-        finished.Set();  // for who else asks
+        end.wait();
         return true;
     }
-};
-
-struct CDirChangeWatcher::Body {
-    CDirChangeWatcher* watcher;
-    std::shared_ptr<Watch> watch;
 };
 
 CDirChangeWatcher::CDirChangeWatcher() = default;
@@ -40,20 +36,10 @@ int CDirChangeWatcher::Start() {
     auto watch = std::make_shared<Watch>();
     watch->before = Current();
     Replace(watch);
-    auto start = std::make_unique<Body>(Body{this, watch});
-    const HANDLE thread = QvCreateThread(
-        [](void* argument) -> UINT {
-            const std::unique_ptr<Body> given(static_cast<Body*>(argument));
-            given->watcher->Run(*given->watch);
-            return 1;
-        },
-        start.get(), nullptr);
-    if (!thread) return Replace(watch->before), 0;
-    static_cast<void>(start.release());  // the thread's own now
-    QvCloseThread(thread);
-    watch->armed.Wait();
-    if (!watch->folder) return Replace(watch->before), 0;
-    return 1;
+    if (qv::StartDetached([this, watch] { Run(*watch); })) watch->armed.get_future().wait();
+    if (watch->folder) return 1;
+    Replace(watch->before);
+    return 0;
 }
 
 void CDirChangeWatcher::OnChange() {
@@ -85,12 +71,12 @@ void CDirChangeWatcher::Replace(std::shared_ptr<Watch> watch) {
     m_watch.swap(watch);
 }
 
-// The system's own notifications belong to the thread that asks for them, so all is done on this one. After each OnChange
-// the object may be gone; what the thread goes on with is its own share of the watch.
+// The system's own notifications belong to the thread that asks for them, so all is done on this one. After each
+// OnChange the object may be gone; the thread goes on with its own share of the watch.
 void CDirChangeWatcher::Run(Watch& watch) {
     watch.thread = std::this_thread::get_id();
     watch.folder = FolderWatch::Open(m_folder, m_checkSubfolders != 0, m_filter);
-    watch.armed.Set();
+    watch.armed.set_value();
     if (!watch.folder) return;
     while (watch.folder->Wait() == FolderWatch::Event::Change) {
         OnChange();
@@ -98,5 +84,5 @@ void CDirChangeWatcher::Run(Watch& watch) {
     }
     watch.folder->Close();
     watch.watching = false;
-    watch.finished.Set();
+    watch.finished.set_value();
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "framework/FileFaults.h"
 #include "platform/Error.h"
 #include "platform/FileStatus.h"
 #include "platform/Volume.h"
@@ -16,14 +15,11 @@ bool IsSeparator(char c) {
     return c == '\\' || c == '/';
 }
 
-qv::platform::FileFailure CreateFolder(const char* path) {
-    return qv::CallSystem(qv::FileCall::CreateFolder, path, [&] { return qv::platform::CreateFolder(path); });
-}
-
 void CreateFoldersAbove(const CString& path) {
     const std::string text = CFileUtils::UnterminateDir(path).AsStd();
     for (std::size_t i = 1; i < text.size(); ++i)
-        if (IsSeparator(text[i])) CreateFolder(text.substr(0, i).c_str());
+        // What cannot be made shows when the last folder is.
+        if (IsSeparator(text[i])) qv::platform::CreateFolder(text.substr(0, i).c_str()).IgnoreError();
 }
 
 }  // namespace
@@ -88,11 +84,11 @@ int CFileUtils::MatchesPathFormat(const char* path) {
 
 int QvCreateDirectory(const char* path) {
     const CString name = path;
-    auto failure = CreateFolder(name);
-    if (failure) {
+    qv::platform::Status status = qv::platform::CreateFolder(name);
+    if (!status.ok()) {
         CreateFoldersAbove(name);
-        failure = CreateFolder(name);
+        status = qv::platform::CreateFolder(name);
     }
-    if (failure) qv::platform::SetLastError(failure.error);
-    return !failure;
+    if (!status.ok()) qv::platform::SetLastError(status.error());
+    return status.ok();
 }

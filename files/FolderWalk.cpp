@@ -1,7 +1,5 @@
 #include "files/FolderWalk.h"
 
-#include "framework/FileFaults.h"
-
 namespace qv {
 namespace {
 
@@ -11,24 +9,22 @@ constexpr std::size_t kHeldOpen = 64;
 }  // namespace
 
 using platform::EntryKind;
-using platform::FileFailure;
 using platform::FolderEntry;
+using platform::Status;
 
 void FolderWalk::Walk(const CString& path) {
     Place first{.folder = {}, .path = path, .entry = {}};
     if (!first.path.AsStd().ends_with('\\')) first.path += '\\';
-    const FileFailure failure =
-        CallSystem(FileCall::OpenFolder, path, [&] { return first.folder.Open(path, platform::LastName::NoLink); });
-    if (failure) return OnFailure(failure, first, nullptr);
+    const Status status = first.folder.Open(path, platform::LastName::NoLink);
+    if (!status.ok()) return OnFailure(status, first, nullptr);
     Enter(std::move(first), nullptr);
     while (!m_places.empty()) m_places.back().subfolders.empty() ? Leave() : Descend();
 }
 
 void FolderWalk::Enter(Place&& place, const Place* parent) {
     std::vector<FolderEntry> entries;
-    const FileFailure failure =
-        CallSystem(FileCall::ListFolder, place.path, [&] { return place.folder.List(entries); });
-    if (failure) OnFailure(failure, place, parent);
+    const Status status = place.folder.List(entries);
+    if (!status.ok()) OnFailure(status, place, parent);
     OnFolder(place, entries);
     for (FolderEntry& entry : entries)
         if (entry.kind == EntryKind::Folder) place.subfolders.push_back(std::move(entry));
@@ -41,12 +37,11 @@ void FolderWalk::Descend() {
     Place place{.folder = {}, .path = {}, .entry = std::move(parent.subfolders.back())};
     parent.subfolders.pop_back();
     place.path = parent.PathOf(place.entry) + '\\';
-    const FileFailure failure = CallSystem(FileCall::OpenFolder, place.path,
-                                           [&] { return place.folder.OpenIn(parent.folder, place.entry.name); });
-    if (failure)
-        OnFailure(failure, place, &parent);
-    else
+    const Status status = place.folder.OpenIn(parent.folder, place.entry.name);
+    if (status.ok())
         Enter(std::move(place), &parent);
+    else
+        OnFailure(status, place, &parent);
 }
 
 void FolderWalk::Leave() {
@@ -54,12 +49,12 @@ void FolderWalk::Leave() {
     m_places.pop_back();
     if (m_places.empty()) return;
     Place& parent = m_places.back();
-    const FileFailure failure = parent.folder.TakeBack(left.folder);
+    const Status status = parent.folder.TakeBack(left.folder);
     left.folder.Close();
-    if (failure)
-        OnFailure(failure, parent, nullptr);
-    else
+    if (status.ok())
         OnLeave(parent, left.entry);
+    else
+        OnFailure(status, parent, nullptr);
 }
 
 }  // namespace qv

@@ -33,7 +33,7 @@ protected:
     virtual void OnLeave(const Place&, const platform::FolderEntry&) {}
     /// A folder that cannot be opened or read to its end; the walk goes on beside it unless this raises something.
     /// `parent` is null for the first one and when the way back to it is lost.
-    virtual void OnFailure(const platform::FileFailure& failure, const Place& place, const Place* parent) = 0;
+    virtual void OnFailure(const platform::Status& failure, const Place& place, const Place* parent) = 0;
 
 private:
     void Enter(Place&& place, const Place* parent);

@@ -53,7 +53,8 @@ void IgnoringFailure(Action action) {
 CLockFile::~CLockFile() {
     if (!m_locked) return;
     m_file.CloseAndRemove();
-    qv::platform::RemoveFile(SideFileOf(m_path));
+    // A side file that stays names a holder that is gone, until the next one overwrites it.
+    qv::platform::RemoveFile(SideFileOf(m_path)).IgnoreError();
 }
 
 CString CLockFile::GetFile() const {
@@ -111,7 +112,8 @@ CString CLockFile::GetLockedByFileName() const {
 }
 
 void CLockFile::RemoveLockedBy() {
-    qv::platform::RemoveFile(GetLockedByFileName());
+    // A side file that stays names a holder that is gone, until the next one overwrites it.
+    qv::platform::RemoveFile(GetLockedByFileName()).IgnoreError();
 }
 
 void CLockFile::WriteLockedBy() {

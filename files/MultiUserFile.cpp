@@ -33,5 +33,5 @@ BOOL CMultiUserFile::Open(CFile& file, const char* fileName, UINT openFlags, CFi
 }
 
 void CMultiUserFile::Wait() {
-    qv::Pause(500);
+    qv::platform::Sleep(std::chrono::milliseconds(500));
 }

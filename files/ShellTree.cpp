@@ -1,6 +1,5 @@
 #include "files/ShellTree.h"
 
-#include "framework/FileFaults.h"
 #include "platform/Error.h"
 #include "platform/FileCopy.h"
 #include "platform/FileStatus.h"
@@ -101,18 +100,20 @@ bool ShellTree::CopyFolder(const CString& source, const CString& target, bool re
 
 bool ShellTree::CopyOneFile(const CString& source, const CString& target) {
     CFileUtils::MakeWritable(target);
-    const auto failure = CallSystem(FileCall::Copy, source, [&] { return platform::CopyWholeFile(source, target); });
-    return !failure || Fail(source, failure.error);
+    const platform::Status status = platform::CopyWholeFile(source, target);
+    return status.ok() || Fail(source, status.error());
 }
 
 bool ShellTree::DeleteItem(const Item& item) {
     if (!Show(item.path)) return false;
     if (!Confirm("Are you sure that you want to delete %s?", item.path)) return true;
     try {
-        if (item.isFolder)
+        if (item.isFolder) {
             CFileUtils::DelTree(item.path, 1);
-        else
-            CFileUtils::MakeWritable(item.path), CFile::Remove(item.path);
+        } else {
+            CFileUtils::MakeWritable(item.path);
+            CFile::Remove(item.path);
+        }
         return true;
     } catch (CFileException* error) {
         const auto number = static_cast<unsigned long>(error->m_lOsError);

@@ -1,9 +1,9 @@
 #include "qvcommon/TempFile.h"
 
 #include <cstdlib>
-#include <ctime>
 #include <mutex>
 
+#include "platform/Clock.h"
 #include "platform/FileStatus.h"
 #include "platform/Path.h"
 #include "qvcommon/framework/File.h"
@@ -68,7 +68,7 @@ bool CTempFile::TryCreate(const CString& candidate) const {
 }
 
 void CTempFile::RemoveFile() {
-    if (!m_created || qv::platform::RemoveFile(m_filename) || m_fixedName) return;
+    if (!m_created || !qv::platform::RemoveFile(m_filename).ok() || m_fixedName) return;
     m_created = false;
     m_filename.Empty();
 }
@@ -83,7 +83,7 @@ void CTempFile::SetFilename(const char* filename) {
 
 CString CTempFile::GetRandomName() {
     static std::once_flag seeded;
-    std::call_once(seeded, [] { std::srand(static_cast<unsigned>(std::time(nullptr))); });
+    std::call_once(seeded, [] { std::srand(static_cast<unsigned>(qv::platform::SecondsNow())); });
     CString name;
     for (int i = 0; i < 6; ++i) name += static_cast<char>('A' + std::rand() % 26);
     return name;

@@ -2,7 +2,7 @@
 #include <limits>
 #include <memory>
 
-#include "framework/Pause.h"
+#include "platform/Clock.h"
 #include "platform/FileStatus.h"
 #include "platform/Memory.h"
 #include "qvcommon/FilePath.h"
@@ -58,12 +58,12 @@ bool OpenToMake(CFile& file, const CString& path, int multiUser, int createDirec
 /// Others hold a log for a moment only, so this asks again soon, and long.
 bool OpenToLog(CFile& file, const CString& path) {
     constexpr int kTries = 700;
-    constexpr unsigned long long kLongestPause = 32;
+    constexpr int kLongestPause = 32;
     CFileException error;
     for (int i = 0; i < kTries; ++i) {
         if (file.Open(path, kToAdd, &error)) return true;
         if (error.m_cause != CFileException::sharingViolation) return false;
-        qv::Pause(std::min(kLongestPause, 1ull + static_cast<unsigned long long>(i) / 2));
+        qv::platform::Sleep(std::chrono::milliseconds(std::min(kLongestPause, 1 + i / 2)));
     }
     return false;
 }

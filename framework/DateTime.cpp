@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "framework/DateFields.h"
+#include "platform/Clock.h"
 #include "platform/DateText.h"
 
 using qv::platform::CalendarTime;
@@ -84,7 +85,7 @@ COleDateTimeSpan::COleDateTimeSpan(double days)
     : m_span(days), m_status(std::abs(days) < kTooLongSpan ? valid : invalid) {}
 
 COleDateTimeSpan::COleDateTimeSpan(long days, int hours, int minutes, int seconds)
-    : COleDateTimeSpan(days + hours / 24.0 + minutes / (24.0 * 60) + seconds / (24.0 * 60 * 60)) {}
+    : COleDateTimeSpan(static_cast<double>(days) + hours / 24.0 + minutes / (24.0 * 60) + seconds / (24.0 * 60 * 60)) {}
 
 COleDateTimeSpan COleDateTimeSpan::operator-() const {
     COleDateTimeSpan span = *this;
@@ -110,7 +111,7 @@ COleDateTime::COleDateTime(int year, int month, int day, int hour, int minute, i
 }
 
 COleDateTime COleDateTime::GetCurrentTime() {
-    return COleDateTime(std::time(nullptr));
+    return COleDateTime(static_cast<std::time_t>(qv::platform::SecondsNow()));
 }
 
 namespace {

@@ -1,9 +1,9 @@
 #include <array>
-#include <ctime>
 #include <utility>
 
 #include "framework/DateCursor.h"
 #include "framework/DateFields.h"
+#include "platform/Clock.h"
 #include "platform/Text.h"
 
 namespace qv {
@@ -17,7 +17,7 @@ using Kind = platform::DateWordKind;
 constexpr CalendarTime kNoDate{.year = 1899, .month = 12, .day = 30};
 
 int ThisYear() {
-    const std::int64_t now = std::time(nullptr);
+    const std::int64_t now = platform::SecondsNow();
     return platform::ToLocal(now).value_or(platform::FromSeconds(now)).year;
 }
 

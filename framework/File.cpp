@@ -2,16 +2,15 @@
 
 #include <utility>
 
-#include "framework/FileFaults.h"
+#include "framework/FileErrors.h"
 #include "platform/FileOpen.h"
 #include "platform/FileStatus.h"
 #include "platform/Path.h"
 
 IMPLEMENT_DYNAMIC(CFile, CObject)
 
-using qv::CallSystem;
-using qv::FileCall;
-using qv::platform::FileFailure;
+using qv::ThrowIfFailed;
+using qv::platform::Status;
 
 static_assert(CFile::hFileNull == qv::platform::kNoFile);
 static_assert(CFile::readOnly == qv::platform::kReadOnly && CFile::hidden == qv::platform::kHidden &&
@@ -19,20 +18,6 @@ static_assert(CFile::readOnly == qv::platform::kReadOnly && CFile::hidden == qv:
               CFile::archive == qv::platform::kArchive);
 
 namespace {
-
-LONG NumberOf(const FileFailure& failure) {
-    return failure.error ? static_cast<LONG>(failure.error) : -1;
-}
-
-void Describe(const FileFailure& failure, const char* path, CFileException& error) {
-    error.m_cause = static_cast<int>(failure.cause);
-    error.m_lOsError = NumberOf(failure);
-    error.m_strFileName = path;
-}
-
-void ThrowIf(const FileFailure& failure, const char* path) {
-    if (failure) AfxThrowFileException(static_cast<int>(failure.cause), NumberOf(failure), path);
-}
 
 qv::platform::OpenRequest RequestOf(UINT flags) {
     constexpr UINT kAccessBits = CFile::modeWrite | CFile::modeReadWrite, kShareBits = 0x0070;
@@ -91,38 +76,35 @@ BOOL CFile::Open(const char* fileName, UINT openFlags, CFileException* error) {
 
 BOOL CFile::OpenClosed(const char* fileName, UINT openFlags, CFileException* error) {
     const CString name = fileName;
-    const FileFailure failure =
-        CallSystem(FileCall::Open, name, [&] { return qv::platform::OpenFile(name, RequestOf(openFlags), m_hFile); });
-    if (failure && error) Describe(failure, name, *error);
-    if (failure) return 0;
+    const Status status = qv::platform::OpenFile(name, RequestOf(openFlags), m_hFile);
+    if (!status.ok() && error) qv::Describe(status, name, *error);
+    if (!status.ok()) return 0;
     m_strFileName = name;
     return 1;
 }
 
 void CFile::Close() {
     if (!IsOpen()) return;
-    const FileFailure fault = qv::FaultBefore(FileCall::Close, m_strFileName);
-    const FileFailure failure = qv::platform::CloseFile(std::exchange(m_hFile, hFileNull));
+    const Status status = qv::platform::CloseFile(std::exchange(m_hFile, hFileNull));
     const CString name = std::exchange(m_strFileName, CString());
-    ThrowIf(fault ? fault : failure, name);
+    ThrowIfFailed(status, name);
 }
 
 void CFile::Abort() {
-    if (IsOpen()) qv::platform::CloseFile(std::exchange(m_hFile, hFileNull));
+    // The caller gives up what was written.
+    if (IsOpen()) qv::platform::CloseFile(std::exchange(m_hFile, hFileNull)).IgnoreError();
     m_strFileName.Empty();
 }
 
 bool CFile::CloseAndRemove() {
     if (!IsOpen()) return false;
     const CString name = std::exchange(m_strFileName, CString());
-    return !qv::platform::CloseAndRemove(std::exchange(m_hFile, hFileNull), name);
+    return qv::platform::CloseAndRemove(std::exchange(m_hFile, hFileNull), name).ok();
 }
 
 UINT CFile::ReadSome(void* buffer, UINT count) {
     std::size_t got = 0;
-    ThrowIf(
-        CallSystem(FileCall::Read, m_strFileName, [&] { return qv::platform::ReadBytes(m_hFile, buffer, count, got); }),
-        m_strFileName);
+    ThrowIfFailed(qv::platform::ReadBytes(m_hFile, buffer, count, got), m_strFileName);
     return static_cast<UINT>(got);
 }
 
@@ -137,46 +119,40 @@ UINT CFile::Read(void* buffer, UINT count) {
 }
 
 void CFile::Write(const void* buffer, UINT count) {
-    ThrowIf(
-        CallSystem(FileCall::Write, m_strFileName, [&] { return qv::platform::WriteBytes(m_hFile, buffer, count); }),
-        m_strFileName);
+    ThrowIfFailed(qv::platform::WriteBytes(m_hFile, buffer, count), m_strFileName);
 }
 
 void CFile::Flush() {
-    ThrowIf(CallSystem(FileCall::Flush, m_strFileName, [&] { return qv::platform::FlushToDisk(m_hFile); }),
-            m_strFileName);
+    ThrowIfFailed(qv::platform::FlushToDisk(m_hFile), m_strFileName);
 }
 
 std::uint64_t CFile::Seek(std::int64_t offset, UINT from) {
     if (from > end) AfxThrowFileException(CFileException::badSeek, -1, m_strFileName);
     std::uint64_t position = 0;
     const auto origin = static_cast<qv::platform::SeekFrom>(from);
-    ThrowIf(CallSystem(FileCall::Seek, m_strFileName,
-                       [&] { return qv::platform::SeekTo(m_hFile, offset, origin, position); }),
-            m_strFileName);
+    ThrowIfFailed(qv::platform::SeekTo(m_hFile, offset, origin, position), m_strFileName);
     return position;
 }
 
 std::uint64_t CFile::GetPosition() const {
     std::uint64_t position = 0;
-    ThrowIf(qv::platform::SeekTo(m_hFile, 0, qv::platform::SeekFrom::Current, position), m_strFileName);
+    ThrowIfFailed(qv::platform::SeekTo(m_hFile, 0, qv::platform::SeekFrom::Current, position), m_strFileName);
     return position;
 }
 
 std::uint64_t CFile::GetLength() const {
     std::uint64_t length = 0;
-    ThrowIf(qv::platform::LengthOf(m_hFile, length), m_strFileName);
+    ThrowIfFailed(qv::platform::LengthOf(m_hFile, length), m_strFileName);
     return length;
 }
 
 void CFile::SetLength(std::uint64_t length) {
-    ThrowIf(CallSystem(FileCall::Resize, m_strFileName, [&] { return qv::platform::Resize(m_hFile, length); }),
-            m_strFileName);
+    ThrowIfFailed(qv::platform::Resize(m_hFile, length), m_strFileName);
 }
 
 bool CFile::GetStatus(CFileStatus& status) const {
     qv::platform::FileInfo info;
-    if (!IsOpen() || qv::platform::StatusOf(m_hFile, m_strFileName, info)) return false;
+    if (!IsOpen() || !qv::platform::StatusOf(m_hFile, m_strFileName, info).ok()) return false;
     CopyInfo(info, m_strFileName, status);
     return true;
 }
@@ -184,21 +160,19 @@ bool CFile::GetStatus(CFileStatus& status) const {
 bool CFile::GetStatus(const char* fileName, CFileStatus& status) {
     const CString name = fileName;
     qv::platform::FileInfo info;
-    if (CallSystem(FileCall::Status, name, [&] { return qv::platform::StatusOf(name, info); })) return false;
+    if (!qv::platform::StatusOf(name, info).ok()) return false;
     CopyInfo(info, name, status);
     return true;
 }
 
 void CFile::SetStatus(const char* fileName, const CFileStatus& status) {
-    ThrowIf(CallSystem(FileCall::ChangeStatus, fileName,
-                       [&] { return qv::platform::ChangeStatus(fileName, status.m_mtime, status.m_attribute); }),
-            fileName);
+    ThrowIfFailed(qv::platform::ChangeStatus(fileName, status.m_mtime, status.m_attribute), fileName);
 }
 
 void CFile::Remove(const char* fileName) {
-    ThrowIf(CallSystem(FileCall::Remove, fileName, [&] { return qv::platform::RemoveFile(fileName); }), fileName);
+    ThrowIfFailed(qv::platform::RemoveFile(fileName), fileName);
 }
 
 void CFile::Rename(const char* oldName, const char* newName) {
-    ThrowIf(CallSystem(FileCall::Rename, oldName, [&] { return qv::platform::RenameFile(oldName, newName); }), oldName);
+    ThrowIfFailed(qv::platform::RenameFile(oldName, newName), oldName);
 }

@@ -1,7 +1,7 @@
 #include "framework/MessageText.h"
 #include "platform/Error.h"
-#include "platform/FileCause.h"
 #include "platform/Path.h"
+#include "platform/Status.h"
 #include "qvcommon/framework/File.h"
 
 IMPLEMENT_DYNAMIC(CFileException, CException)

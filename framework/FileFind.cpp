@@ -3,21 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
-#include "framework/FileFaults.h"
+#include "framework/FileErrors.h"
 #include "framework/FindRecord.h"
 #include "platform/Path.h"
 
-using qv::CallSystem;
-using qv::FileCall;
-using qv::platform::FileFailure;
 using qv::platform::FoundEntry;
+using qv::platform::Status;
 
 namespace {
-
-LONG NumberOf(const FileFailure& failure) {
-    if (!failure) return 0;
-    return failure.error ? static_cast<LONG>(failure.error) : -1;
-}
 
 template <std::size_t N>
 void CopyText(char (&to)[N], const std::string& from) {
@@ -35,24 +28,19 @@ CString RootOf(const CString& pattern) {
 
 class LocalSearch : public qv::IFileSearch {
 public:
-    FileFailure Start(const char* pattern, qv::platform::LastName lastName) {
-        return CallSystem(FileCall::OpenFolder, pattern, [&] { return m_search.Start(pattern, lastName); });
-    }
+    Status Start(const char* pattern, qv::platform::LastName lastName) { return m_search.Start(pattern, lastName); }
 
     bool Next(QvFindData& entry) override {
-        if (m_fault) return false;
-        m_fault = qv::FaultBefore(FileCall::ListFolder, "");
-        if (m_fault || !m_search.Next(m_entry)) return false;
+        if (!m_search.Next(m_entry)) return false;
         qv::CopyRecord(m_entry, entry);
         return true;
     }
 
-    LONG GetError() const override { return NumberOf(m_fault ? m_fault : m_search.LeftOut()); }
+    LONG GetError() const override { return m_search.LeftOut().ok() ? 0 : qv::OsErrorOf(m_search.LeftOut()); }
 
 private:
     qv::platform::FileSearch m_search;
     FoundEntry m_entry;
-    FileFailure m_fault;
 };
 
 }  // namespace
@@ -81,9 +69,12 @@ BOOL CFileFind::FindFile(const char* pattern, DWORD options) {
     CFileFind::Close();
     const CString wanted = pattern ? pattern : "*.*";
     auto search = std::make_unique<LocalSearch>();
-    const FileFailure failure = search->Start(
+    const Status status = search->Start(
         wanted, options & refuseLinkedFolder ? qv::platform::LastName::NoLink : qv::platform::LastName::MayBeLink);
-    if (failure) return m_error = NumberOf(failure), 0;
+    if (!status.ok()) {
+        m_error = qv::OsErrorOf(status);
+        return 0;
+    }
     return Begin(std::move(search), RootOf(wanted));
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "framework/FileErrors.h"
 #include "platform/Process.h"
 
 CProcess::~CProcess() {
@@ -13,26 +14,28 @@ void CProcess::Start(const char* program, const CStringArray& arguments, UINT pi
     std::vector<std::string> words;
     for (const CString& argument : arguments) words.push_back(argument.AsStd());
     qv::platform::ChildProcess child;
-    const auto failure =
-        qv::platform::StartProcess(program, words, (pipes & pipeInput) != 0, (pipes & pipeOutput) != 0, child);
-    if (failure) AfxThrowFileException(static_cast<int>(failure.cause), static_cast<LONG>(failure.error), program);
+    qv::ThrowIfFailed(
+        qv::platform::StartProcess(program, words, (pipes & pipeInput) != 0, (pipes & pipeOutput) != 0, child),
+        program);
     m_process = child.process;
     m_input = child.input;
     m_output.Attach(child.output);
 }
 
 bool CProcess::WriteInput(std::string_view text) {
-    return m_input != kNone && !qv::platform::WriteToPipe(m_input, text.data(), text.size());
+    return m_input != kNone && qv::platform::WriteToPipe(m_input, text.data(), text.size()).ok();
 }
 
 void CProcess::CloseInput() {
-    if (m_input != kNone) qv::platform::CloseFile(std::exchange(m_input, kNone));
+    // What was written to the pipe has arrived, or WriteInput has said otherwise.
+    if (m_input != kNone) qv::platform::CloseFile(std::exchange(m_input, kNone)).IgnoreError();
 }
 
 int CProcess::Wait() {
     CloseInput();
     int status = -1;
-    if (IsRunning()) qv::platform::WaitForProcess(std::exchange(m_process, kNone), status);
+    // Without a status the result stays -1.
+    if (IsRunning()) qv::platform::WaitForProcess(std::exchange(m_process, kNone), status).IgnoreError();
     return status;
 }
 

@@ -2,18 +2,12 @@
 
 #include <limits>
 
+#include "framework/FileErrors.h"
 #include "platform/StandardStreams.h"
-
-using qv::platform::FileFailure;
 
 namespace {
 
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max(), kChunk = 1 << 16;
-
-void ThrowIf(const FileFailure& failure, const char* stream) {
-    const LONG number = failure.error ? static_cast<LONG>(failure.error) : -1;
-    if (failure) AfxThrowFileException(static_cast<int>(failure.cause), number, stream);
-}
 
 }  // namespace
 
@@ -24,7 +18,7 @@ CString AfxReadStandardInput() {
         if (size > kLongestText) AfxThrowFileException(CFileException::generic, -1, name);
         if (text.size() < size + kChunk) text.resize(2 * size + kChunk);
         const qv::platform::FileHandle input = qv::platform::StandardInput();
-        ThrowIf(qv::platform::ReadBytes(input, text.data() + size, text.size() - size, count), name);
+        qv::ThrowIfFailed(qv::platform::ReadBytes(input, text.data() + size, text.size() - size, count), name);
         if (count == 0) {
             text.resize(size);
             return CString(std::move(text));
@@ -33,7 +27,8 @@ CString AfxReadStandardInput() {
 }
 
 void AfxWriteStandardOutput(std::string_view text) {
-    ThrowIf(qv::platform::WriteBytes(qv::platform::StandardOutput(), text.data(), text.size()), "standard output");
+    qv::ThrowIfFailed(qv::platform::WriteBytes(qv::platform::StandardOutput(), text.data(), text.size()),
+                      "standard output");
 }
 
 bool AfxIsReaderGone(const CFileException& error) {

@@ -1,17 +1,15 @@
 #include "qvcommon/framework/Synchronization.h"
 
-#include "platform/CriticalSection.h"
-
-CCriticalSection::CCriticalSection() : m_section(qv::platform::MakeCriticalSection()) {}
+CCriticalSection::CCriticalSection() = default;
 
 CCriticalSection::~CCriticalSection() = default;
 
 BOOL CCriticalSection::Lock() {
-    qv::platform::Enter(*m_section);
+    m_mutex.lock();
     return 1;
 }
 
 BOOL CCriticalSection::Unlock() {
-    qv::platform::Leave(*m_section);
+    m_mutex.unlock();
     return 1;
 }

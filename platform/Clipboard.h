@@ -6,12 +6,9 @@
 #include <string>
 #include <string_view>
 
-struct HWND__;
+#include "platform/WindowHandle.h"
 
 namespace qv::platform {
-
-/// A window of the system, as the system itself declares it.
-using WindowHandle = HWND__*;
 
 /// The clipboard's data of the format, up to its first zero byte; none when it has no such data or cannot be opened.
 std::optional<std::string> ReadClipboard(WindowHandle window, unsigned format);

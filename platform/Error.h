@@ -6,7 +6,9 @@
 
 namespace qv::platform {
 
-/// The calling thread's last system error (errno on Linux).
+/// The calling thread's last system error (errno on Linux). Failures of this layer are statuses and do not pass through
+/// here: it is there for the exported functions that report the last error of a call that the program itself has made, or
+/// that leave their own failure there for the program to read.
 unsigned long LastError();
 void SetLastError(unsigned long error);
 

@@ -1,15 +1,19 @@
 #pragma once
 
-/// @file Events that threads wait on, by a clock that nobody sets: a change of the system's time neither shortens nor
-/// prolongs a wait.
+/// @file Events that threads wait on by the steady clock: a change of the system's time neither shortens nor prolongs a
+/// wait.
+///
+/// In place of a condition variable where a wait has a limit. MinGW's std::condition_variable has the system clock
+/// alone: it waits until a time of that clock, for ever where the time is 49 days off, or in 32-bit programs after
+/// January 2038.
 
 #include <cstdint>
 #include <memory>
 
 namespace qv::platform {
 
-/// An auto-reset event, not signalled at first: a signal ends one wait, the present one or the next. Any thread may call
-/// any member. Raises std::bad_alloc when the system gives none.
+/// An auto-reset event, not signalled at first: a signal ends one wait, the present one or the next. Any thread may
+/// call any member. Raises std::bad_alloc when the system gives none.
 class Event {
 public:
     Event();

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/FileCause.h"
+#include "platform/Status.h"
 
 namespace qv::platform {
 
@@ -17,19 +17,19 @@ inline constexpr FileHandle kNoFile = -1;
 std::string_view TextLineEnd();
 
 /// Reads at most `size` bytes; `count` is 0 at the end of the file only. May give fewer bytes than there are.
-FileFailure ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count);
+Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count);
 /// Writes all bytes, or fails with an unknown part of them written.
-FileFailure WriteBytes(FileHandle handle, const void* data, std::size_t size);
+Status WriteBytes(FileHandle handle, const void* data, std::size_t size);
 /// Hands what was written to the disk.
-FileFailure FlushToDisk(FileHandle handle);
+Status FlushToDisk(FileHandle handle);
 
 enum class SeekFrom { Begin, Current, End };
-FileFailure SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position);
-FileFailure LengthOf(FileHandle handle, std::uint64_t& length);
+Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position);
+Status LengthOf(FileHandle handle, std::uint64_t& length);
 /// Cuts the file, or extends it with zero bytes; the position is then its end.
-FileFailure Resize(FileHandle handle, std::uint64_t length);
+Status Resize(FileHandle handle, std::uint64_t length);
 
 /// The handle is gone afterwards, also when the close reports that the system could not keep what was written.
-FileFailure CloseFile(FileHandle handle);
+Status CloseFile(FileHandle handle);
 
 }  // namespace qv::platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileCause.h"
+#include "platform/Status.h"
 
 namespace qv::platform {
 
@@ -13,6 +13,6 @@ namespace qv::platform {
 /// under another name beside the target ("." in front) and takes its place when it is whole, so a failure, or the end
 /// of the process, leaves the old file as it was; a target that is a link is replaced by the copy; holes stay holes.
 /// When the call is back, the copy need not have reached the disk.
-FileFailure CopyWholeFile(const char* from, const char* to);
+Status CopyWholeFile(const char* from, const char* to);
 
 }  // namespace qv::platform

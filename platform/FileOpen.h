@@ -25,12 +25,12 @@ struct OpenRequest {
 /// nobody reads is refused, and reading one that nobody writes finds its end. On file systems without unnamed files
 /// (O_TMPFILE) a new file is visible for a moment before it is guarded: an opener that gets in between wins, and the
 /// refused one leaves it the empty file.
-FileFailure OpenFile(const char* path, const OpenRequest& request, FileHandle& handle);
+Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle);
 
 /// Closes a file that this program holds exclusively and deletes it, so that no other program gets hold of a file that is
 /// about to be deleted. On Linux it is deleted first, and only if the path still names it. On Windows it is closed
 /// first; if another program opens it in between, the deletion fails.
 /// The failure is that of the deletion; the handle is gone in any case.
-FileFailure CloseAndRemove(FileHandle handle, const char* path);
+Status CloseAndRemove(FileHandle handle, const char* path);
 
 }  // namespace qv::platform

@@ -20,22 +20,22 @@ struct FileInfo {
 };
 
 /// Fails for a missing path and, on Windows, for the root of a volume, which has no entry of its own.
-FileFailure StatusOf(const char* path, FileInfo& info);
-FileFailure StatusOf(FileHandle handle, const char* path, FileInfo& info);
+Status StatusOf(const char* path, FileInfo& info);
+Status StatusOf(FileHandle handle, const char* path, FileInfo& info);
 
 /// Sets the attributes, and the time of modification unless that is -1 or stands to the second already. On Linux only
 /// read-only can be set: it takes all write bits, or gives the owner's.
-FileFailure ChangeStatus(const char* path, std::int64_t modified, unsigned attributes);
+Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes);
 
 /// Deletes a file, no directory. On Linux open and read-only files can be deleted.
-FileFailure RemoveFile(const char* path);
+Status RemoveFile(const char* path);
 /// Renames a file or directory; fails when the new name exists. On Linux not across file systems.
-FileFailure RenameFile(const char* from, const char* to);
+Status RenameFile(const char* from, const char* to);
 
 /// Makes a folder. No failure when the name exists already, whatever it names.
-FileFailure CreateFolder(const char* path);
+Status CreateFolder(const char* path);
 /// Deletes an empty folder, or a link to a folder and never what that leads to. A final separator does not count.
-FileFailure RemoveFolder(const char* path);
+Status RemoveFolder(const char* path);
 /// Whether the path's last name is a link to a folder.
 bool IsFolderLink(const char* path);
 /// True when both paths lead to one file or folder, by way of links too.

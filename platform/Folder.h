@@ -3,12 +3,12 @@
 /// @file Folders that are held open, so that what is done in them cannot be led elsewhere. Paths may use "\" on every
 /// system; names of entries are the system's own.
 
-#include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/FileCause.h"
 #include "platform/FileSearch.h"
+#include "platform/Status.h"
 
 namespace qv::platform {
 
@@ -27,38 +27,36 @@ struct FolderEntry {
 /// Windows the folder can be neither renamed nor replaced while it is open here.
 class Folder {
 public:
-    Folder() = default;
+    Folder();
     Folder(Folder&& other) noexcept;
     Folder& operator=(Folder&& other) noexcept;
-    ~Folder() { Close(); }
+    ~Folder();
 
-    FileFailure Open(const char* path, LastName lastName);
+    Status Open(const char* path, LastName lastName);
     /// Opens a folder in another one, which has to be open. Anything but a folder is refused, links too.
-    FileFailure OpenIn(const Folder& parent, const std::string& name);
+    Status OpenIn(const Folder& parent, const std::string& name);
     void Close();
 
-    /// All entries but "." and "..", in no order. After a failure `entries` has those that were read.
-    FileFailure List(std::vector<FolderEntry>& entries) const;
+    /// Appends all entries but "." and "..", in no order. After a failure `entries` has those that were read.
+    Status List(std::vector<FolderEntry>& entries) const;
     /// Deletes one entry: a folder only when it is empty, a link never with what it leads to. Takes the read-only attribute
     /// away where that keeps the entry.
-    FileFailure Remove(const FolderEntry& entry) const;
+    Status Remove(const FolderEntry& entry) const;
     /// Lets entries be deleted where the folder's own permissions refuse it. Does nothing on Windows.
-    FileFailure AllowRemoval() const;
+    Status AllowRemoval() const;
 
-    /// Gives the descriptor back for a while, and takes the same folder again by way of one in it. Fails when that one was
-    /// moved elsewhere. On Windows, where paths are short, nothing happens.
+    /// Gives the system's handle back for a while, and opens the same folder again by way of one in it. Fails when that
+    /// one was moved elsewhere. Does nothing on Windows, where trees are not deep enough to run out of handles.
     void LetGo();
-    FileFailure TakeBack(const Folder& child);
+    Status TakeBack(const Folder& child);
 
-    /// Where an entry lies. On Windows only, whose calls take paths.
-    std::string PathOf(const std::string& name) const { return m_path + name; }
-    /// The system's handle; a descriptor on Linux.
-    std::intptr_t Handle() const { return m_handle; }
+    /// What the system needs of an open folder, null before Open: FolderBody.h of each system defines it, for the
+    /// implementations of this layer alone.
+    struct Body;
+    const Body* GetBody() const { return m_body.get(); }
 
 private:
-    std::intptr_t m_handle = kNoFile;
-    [[maybe_unused]] std::uint64_t m_volume = 0, m_number = 0;  // which folder it is
-    std::string m_path;                                         // on Windows, with its final separator
+    std::unique_ptr<Body> m_body;
 };
 
 }  // namespace qv::platform

@@ -16,13 +16,13 @@ namespace qv::platform {
 bool IsPlainName(std::string_view name);
 
 /// No failure when there is something of that name already, whatever it is.
-FileFailure MakeFolderIn(const Folder& folder, const std::string& name);
+Status MakeFolderIn(const Folder& folder, const std::string& name);
 /// Makes a file that did not exist, for writing. On Windows nobody else may use it meanwhile.
-FileFailure CreateFileIn(const Folder& folder, const std::string& name, FileHandle& handle);
-FileFailure RemoveFileIn(const Folder& folder, const std::string& name);
+Status CreateFileIn(const Folder& folder, const std::string& name, FileHandle& handle);
+Status RemoveFileIn(const Folder& folder, const std::string& name);
 /// Gives a file another name, in the place of a file or link of that name, read-only or not; a folder is not replaced. On
 /// Linux an opener of the replaced file keeps it; on Windows that one makes the call fail.
-FileFailure MoveOverIn(const Folder& folder, const std::string& from, const std::string& to);
+Status MoveOverIn(const Folder& folder, const std::string& from, const std::string& to);
 
 /// Whether files have an archive bit. Where they have none, every file counts as one that has it set.
 bool KeepsArchiveBit();
@@ -34,8 +34,8 @@ struct FileStamp {
 };
 
 /// Sets the times of writing and creation (of writing alone on Linux), and the attributes.
-FileFailure StampFile(FileHandle handle, const FileStamp& stamp);
+Status StampFile(FileHandle handle, const FileStamp& stamp);
 /// The same for a file that is there.
-FileFailure StampFileIn(const Folder& folder, const std::string& name, const FileStamp& stamp);
+Status StampFileIn(const Folder& folder, const std::string& name, const FileStamp& stamp);
 
 }  // namespace qv::platform

@@ -149,4 +149,11 @@ std::string WithIniValue(std::string_view text, std::string_view section, std::s
     return out + assignment + std::string(text.substr(place));
 }
 
+std::string WithoutIniValue(std::string_view text, std::string_view section, std::string_view entry) {
+    std::string out;
+    for (IniLines line(text, section); line.Next();)
+        if (!IsEntry(line, entry)) out += text.substr(line.begin, line.End() - line.begin);
+    return out;
+}
+
 }  // namespace qv::platform

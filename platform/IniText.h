@@ -13,12 +13,14 @@
 namespace qv::platform {
 
 /// Accepts any text. Nothing when there is no such entry.
-std::optional<std::string> FindIniValue(std::string_view text, std::string_view section,
-                                                              std::string_view entry);
+std::optional<std::string> FindIniValue(std::string_view text, std::string_view section, std::string_view entry);
 
 /// The text with the value set, every other line as it was. A new entry goes behind the last one of its section, a new
 /// section to the end.
 std::string WithIniValue(std::string_view text, std::string_view section, std::string_view entry,
-                                               std::string_view value);
+                         std::string_view value);
+
+/// The text without the entry, however often it is there, every other line as it was.
+std::string WithoutIniValue(std::string_view text, std::string_view section, std::string_view entry);
 
 }  // namespace qv::platform

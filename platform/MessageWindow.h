@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Clipboard.h"
+#include "platform/WindowHandle.h"
 
 namespace qv::platform {
 

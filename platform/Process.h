@@ -18,17 +18,17 @@ struct ChildProcess {
 /// Starts a program, without a shell. A name without a separator is looked for as the system does (PATH). Standard streams
 /// without a pipe are this program's own. On Windows the child gets no other handle of this program; on Linux it gets the
 /// descriptors that are marked inheritable.
-FileFailure StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput,
-                         bool pipeOutput, ChildProcess& child);
+Status StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput, bool pipeOutput,
+                    ChildProcess& child);
 
 /// Waits for the end of the program and frees its record; to be called once. A program that a signal ended on Linux gives
 /// 128 plus the signal's number.
-FileFailure WaitForProcess(std::intptr_t process, int& exitStatus);
+Status WaitForProcess(std::intptr_t process, int& exitStatus);
 /// Ends the program at once, wherever it stands; it is still to be waited for.
 void KillProcess(std::intptr_t process);
 
 /// WriteBytes into a pipe: a reader that is gone is a failure, never a signal.
-FileFailure WriteToPipe(FileHandle pipe, const void* data, std::size_t size);
+Status WriteToPipe(FileHandle pipe, const void* data, std::size_t size);
 
 /// The system's number of the running program.
 int CurrentProcessId();

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/Clipboard.h"
+#include "platform/WindowHandle.h"
 
 namespace qv::platform {
 

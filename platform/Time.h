@@ -8,6 +8,10 @@
 
 namespace qv::platform {
 
+/// File times count ticks of 100 ns since 1601-01-01 UTC, the beginning of a cycle of 400 Gregorian years.
+inline constexpr std::int64_t kTicksPerSecond = 10'000'000;
+inline constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+
 struct CalendarTime {
     int year = 1970;
     int month = 1;  ///< from 1

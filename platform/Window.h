@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/Clipboard.h"
+#include "platform/WindowHandle.h"
 
 namespace qv::platform {
 

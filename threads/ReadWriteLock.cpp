@@ -1,23 +1,24 @@
 #include "qvcommon/ReadWriteLock.h"
 
-#include "platform/ReadWriteLock.h"
+#include "threads/Turn.h"
+#include "threads/WordLock.h"
 
-namespace platform = qv::platform;
+struct CReadWriteLock::Lock : qv::WordLock<std::atomic<std::uint64_t>, qv::Turn> {};
 
-CReadWriteLock::CReadWriteLock() : m_lock(platform::MakeReadWriteLock()) {}
+CReadWriteLock::CReadWriteLock() : m_lock(std::make_shared<Lock>()) {}
 
 void CReadWriteLock::StartRead() {
-    platform::StartRead(*m_lock);
+    m_lock->StartRead();
 }
 
 void CReadWriteLock::EndRead() {
-    platform::EndRead(*m_lock);
+    m_lock->EndRead();
 }
 
 void CReadWriteLock::StartWrite() {
-    platform::StartWrite(*m_lock);
+    m_lock->StartWrite();
 }
 
 void CReadWriteLock::EndWrite() {
-    platform::EndWrite(*m_lock);
+    m_lock->EndWrite();
 }

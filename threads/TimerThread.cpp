@@ -2,6 +2,7 @@
 
 #include "platform/Event.h"
 #include "platform/Thread.h"
+#include "threads/DetachedThread.h"
 
 HANDLE QvCreateThread(UINT (*function)(void* argument), void* argument, DWORD* id) {
     std::uint32_t number = 0;
@@ -19,11 +20,6 @@ struct CTimerThread::State {
     qv::platform::Event stop, finished;
 };
 
-struct CTimerThread::Start {
-    CTimerThread* timer;
-    std::shared_ptr<State> state;
-};
-
 CTimerThread::CTimerThread() : m_state(std::make_shared<State>()) {}
 
 CTimerThread::~CTimerThread() = default;
@@ -33,20 +29,7 @@ void CTimerThread::StartThread(DWORD seconds) {
     // A thread that parked itself keeps the old events, where no signal meant for others reaches it.
     if (!m_state->running) m_state = std::make_shared<State>();
     m_state->running = true;
-    auto start = std::make_unique<Start>(Start{this, m_state});
-    const HANDLE thread = QvCreateThread(
-        [](void* argument) -> UINT {
-            const std::unique_ptr<Start> given(static_cast<Start*>(argument));
-            given->timer->Run(*given->state);
-            return 1;
-        },
-        start.get(), nullptr);
-    if (!thread) {
-        m_state->running = false;
-        return;
-    }
-    static_cast<void>(start.release());  // the thread's own now
-    QvCloseThread(thread);
+    if (!qv::StartDetached([this, state = m_state] { Run(*state); })) m_state->running = false;
 }
 
 void CTimerThread::StopThread() {

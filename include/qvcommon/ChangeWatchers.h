@@ -55,7 +55,6 @@ public:
 
 private:
     struct Watch;
-    struct Body;
 
     void Run(Watch& watch);
     std::shared_ptr<Watch> Current();

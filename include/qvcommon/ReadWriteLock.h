@@ -6,33 +6,31 @@
 
 #include "qvcommon/framework/Synchronization.h"
 
-namespace qv::platform {
-class ReadWriteLock;
-}
-
-/// A lock of many readers or one writer. Writers come first: while one waits, no new reader gets in, and a writer that has
-/// finished hands over to the next writer before any reader.
+/// A lock of many readers or one writer. Writers come first: while one waits, no new reader gets in, and a writer that
+/// has finished hands over to the next writer before any reader.
 ///
-///     held by      | StartRead                    | StartWrite | EndRead                   | EndWrite
-///     -------------+------------------------------+------------+---------------------------+----------------------------
-///     nobody       | reads; waits if a writer is  | writes     |                           |
-///                  | waiting (it is on its way)   |            |                           |
-///     n readers    | reads; waits if a writer is  | waits      | n - 1 readers; the last   |
-///                  | waiting                      |            | one wakes a writer        |
-///     a writer     | waits                        | waits      |                           | nobody; wakes one writer if
-///                  |                              |            |                           | any waits, else all readers
+///     held by     | StartRead                    | StartWrite | EndRead                  | EndWrite
+///     ------------+------------------------------+------------+--------------------------+------------------------
+///     nobody      | reads; waits if a writer is  | writes     |                          |
+///                 | waiting (it is on its way)   |            |                          |
+///     n readers   | reads; waits if a writer is  | waits      | n - 1 readers; the last  |
+///                 | waiting                      |            | one wakes a writer       |
+///     a writer    | waits                        | waits      |                          | nobody; wakes a writer
+///                 |                              |            |                          | if any waits, else all
+///                 |                              |            |                          | readers
 ///
-/// Waits have no limit. Not re-entrant: a thread that holds the lock and asks to write, or that writes and asks to read,
-/// waits for ever; one that reads and asks to read waits for ever if a writer came between. Readers wait as long as writers
-/// keep coming. A writer that has been passed by others several times is not passed any more by writers that come later.
+/// Waits have no limit. Not re-entrant: a thread that holds the lock and asks to write, or that writes and asks to
+/// read, waits for ever; one that reads and asks to read waits for ever if a writer came between. Readers wait as long
+/// as writers keep coming. A writer that has been passed by others several times is not passed any more by writers that
+/// come later.
+///
+/// At most 2^31 readers hold the lock at once; the next one waits until another one ends.
 ///
 /// Any thread may call any member; who ends is who started. A copy is the same lock: it shares everything with the lock
-/// that it was copied from, and the system's objects behind them go with the last of them.
-///
-/// Built on two events and a mutex on Windows, on one atomic word and the kernel's wait-on-address on Linux.
+/// that it was copied from.
 class QVCOMMON_API CReadWriteLock {
 public:
-    /// @throws std::bad_alloc when the system has no objects left.
+    /// @throws std::bad_alloc when no memory is left.
     CReadWriteLock();
 
     void StartRead();
@@ -41,7 +39,8 @@ public:
     void EndWrite();
 
 private:
-    std::shared_ptr<qv::platform::ReadWriteLock> m_lock;
+    struct Lock;
+    std::shared_ptr<Lock> m_lock;
 };
 
 /// Holds a critical section, another object's, for the length of a scope.

@@ -46,7 +46,6 @@ public:
 
 private:
     struct State;
-    struct Start;
 
     void Run(State& state);
 

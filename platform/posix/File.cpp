@@ -1,9 +1,8 @@
 #include "platform/File.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
+
+#include "platform/posix/UniqueFd.h"
 
 namespace qv::platform {
 namespace {
@@ -14,73 +13,59 @@ int Descriptor(FileHandle handle) {
     return static_cast<int>(handle);
 }
 
-/// Repeats a system call for as long as signals interrupt it.
-template <class Call>
-auto Uninterrupted(Call call) {
-    auto result = call();
-    while (result == -1 && errno == EINTR) result = call();
-    return result;
-}
-
-template <class Call>
-FileFailure Checked(Call call) {
-    return Uninterrupted(call) == -1 ? LastFailure() : FileFailure{};
-}
-
 }  // namespace
 
 std::string_view TextLineEnd() {
     return "\n";
 }
 
-FileFailure ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count) {
-    const ssize_t got = Uninterrupted([&] { return ::read(Descriptor(handle), buffer, size); });
-    count = got > 0 ? static_cast<std::size_t>(got) : 0;
-    return got < 0 ? LastFailure() : FileFailure{};
+Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count) {
+    const auto got = sys::read(Descriptor(handle), buffer, size);
+    count = got.ok() ? static_cast<std::size_t>(got.value()) : 0;
+    return got.status();
 }
 
-FileFailure WriteBytes(FileHandle handle, const void* data, std::size_t size) {
+Status WriteBytes(FileHandle handle, const void* data, std::size_t size) {
     for (auto* next = static_cast<const char*>(data); size > 0;) {
-        const ssize_t written = Uninterrupted([&] { return ::write(Descriptor(handle), next, size); });
-        if (written < 0) return LastFailure();
-        next += written;
-        size -= static_cast<std::size_t>(written);
+        const auto written = sys::write(Descriptor(handle), next, size);
+        if (!written.ok()) return written.status();
+        next += written.value();
+        size -= static_cast<std::size_t>(written.value());
     }
     return {};
 }
 
-FileFailure FlushToDisk(FileHandle handle) {
-    const FileFailure failure = Checked([&] { return ::fsync(Descriptor(handle)); });
-    // Pipes and terminals have no disk behind them.
-    return failure.error == EINVAL || failure.error == EROFS ? FileFailure{} : failure;
+Status FlushToDisk(FileHandle handle) {
+    const auto flushed = sys::fsync(Descriptor(handle));
+    // Pipes and terminals have no disk.
+    return flushed.error() == EINVAL || flushed.error() == EROFS ? Status() : flushed.status();
 }
 
-FileFailure SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position) {
+Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position) {
     constexpr int kWhence[] = {SEEK_SET, SEEK_CUR, SEEK_END};
-    const off_t reached = ::lseek(Descriptor(handle), offset, kWhence[static_cast<int>(from)]);
-    if (reached == -1)
-        return errno == EBADF ? LastFailure() : FileFailure{FileCause::BadSeek, static_cast<unsigned long>(errno)};
-    position = static_cast<std::uint64_t>(reached);
-    return {};
+    const auto reached = sys::lseek(Descriptor(handle), offset, kWhence[static_cast<int>(from)]);
+    const bool nowhere = reached.error() == EINVAL || reached.error() == EOVERFLOW || reached.error() == ENXIO;
+    if (nowhere) return {FileCause::BadSeek, reached.error()};
+    if (reached.ok()) position = static_cast<std::uint64_t>(reached.value());
+    return reached.status();
 }
 
-FileFailure LengthOf(FileHandle handle, std::uint64_t& length) {
+Status LengthOf(FileHandle handle, std::uint64_t& length) {
     struct stat status;
-    if (::fstat(Descriptor(handle), &status)) return LastFailure();
-    length = static_cast<std::uint64_t>(status.st_size);
-    return {};
+    const auto asked = sys::fstat(Descriptor(handle), &status);
+    if (asked.ok()) length = static_cast<std::uint64_t>(status.st_size);
+    return asked.status();
 }
 
-FileFailure Resize(FileHandle handle, std::uint64_t length) {
-    const FileFailure failure = Checked([&] { return ::ftruncate(Descriptor(handle), static_cast<off_t>(length)); });
-    if (failure) return failure;
+Status Resize(FileHandle handle, std::uint64_t length) {
+    const auto resized = sys::ftruncate(Descriptor(handle), static_cast<off_t>(length));
+    if (!resized.ok()) return resized.status();
     std::uint64_t position;
     return SeekTo(handle, 0, SeekFrom::End, position);
 }
 
-FileFailure CloseFile(FileHandle handle) {
-    // An interrupted close has closed: the number may be another thread's file already.
-    return ::close(Descriptor(handle)) && errno != EINTR ? LastFailure() : FileFailure{};
+Status CloseFile(FileHandle handle) {
+    return UniqueFd(Descriptor(handle)).Close();
 }
 
 }  // namespace qv::platform

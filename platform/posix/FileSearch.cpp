@@ -1,32 +1,25 @@
 #include "platform/FileSearch.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
-
 #include <algorithm>
 #include <cerrno>
-#include <optional>
 #include <utility>
 
-#include "platform/Folder.h"
 #include "platform/Path.h"
 #include "platform/Text.h"
+#include "platform/Time.h"
 #include "platform/Wildcard.h"
+#include "platform/posix/FolderBody.h"
 
 namespace qv::platform {
 namespace {
 
-constexpr std::uint64_t kStepsASecond = 10'000'000;
-constexpr std::int64_t kSecondsUntil1970 = 11'644'473'600;
-
-std::uint64_t Steps(const struct statx_timestamp& time) {
-    const std::int64_t seconds = time.tv_sec + kSecondsUntil1970;
-    return seconds < 0 ? 0 : static_cast<std::uint64_t>(seconds) * kStepsASecond + time.tv_nsec / 100;
+std::uint64_t Ticks(const struct statx_timestamp& time) {
+    const std::int64_t seconds = time.tv_sec + kSecondsFrom1601To1970;
+    return seconds < 0 ? 0 : static_cast<std::uint64_t>(seconds) * kTicksPerSecond + time.tv_nsec / 100;
 }
 
-int Ask(int folder, const std::string& name, int flags, struct statx& status) {
-    return ::statx(folder, name.c_str(), flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &status);
+Result<int> Query(int folder, const std::string& name, int flags, struct statx& status) {
+    return sys::statx(folder, name.c_str(), flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &status);
 }
 
 std::uint32_t AttributesOf(const struct statx& status, const FoundEntry& entry) {
@@ -43,16 +36,16 @@ std::uint32_t AttributesOf(const struct statx& status, const FoundEntry& entry) 
 /// False for an entry that is not there any more.
 bool Describe(int folder, FoundEntry& entry) {
     struct statx status {};
-    const bool known = !Ask(folder, entry.name, AT_SYMLINK_NOFOLLOW, status);
-    if (!known && (errno == ENOENT || errno == ENOTDIR)) return false;
+    const auto asked = Query(folder, entry.name, AT_SYMLINK_NOFOLLOW, status);
+    if (asked.error() == ENOENT || asked.error() == ENOTDIR) return false;
     const bool link = S_ISLNK(status.stx_mode);
-    if (struct statx target; link && !Ask(folder, entry.name, 0, target)) status = target;
+    if (struct statx target; link && Query(folder, entry.name, 0, target).ok()) status = target;
     entry.attributes = AttributesOf(status, entry) | (link ? kReparsePoint : 0);
     entry.tag = link ? kSymbolicLinkTag : 0;
     if (!entry.attributes) entry.attributes = kNormal;
-    entry.created = Steps(status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_ctime);
-    entry.accessed = Steps(status.stx_atime);
-    entry.written = Steps(status.stx_mtime);
+    entry.created = Ticks(status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_ctime);
+    entry.accessed = Ticks(status.stx_atime);
+    entry.written = Ticks(status.stx_mtime);
     entry.size = entry.IsFolder() ? 0 : status.stx_size;
     return true;
 }
@@ -75,16 +68,16 @@ struct FileSearch::State {
 
     bool Exists(const std::string& name) const {
         struct stat status;
-        return !::fstatat(static_cast<int>(folder.Handle()), name.c_str(), &status, AT_SYMLINK_NOFOLLOW);
+        return sys::fstatat(DescriptorOf(folder), name.c_str(), &status, AT_SYMLINK_NOFOLLOW).ok();
     }
 
-    /// Gives what could not be taken.
-    FileFailure Collect(const Wildcard& mask) {
+    /// Returns why entries were skipped.
+    Status Collect(const Wildcard& mask) {
         std::vector<FolderEntry> entries;
-        FileFailure leftOut = folder.List(entries);
+        Status leftOut = folder.List(entries);
         for (FolderEntry& entry : entries) {
             const bool unreachable = entry.name.find('\\') != entry.name.npos;
-            if (unreachable && !leftOut) leftOut = {FileCause::BadPath, EINVAL};
+            if (unreachable) leftOut = leftOut.Or({FileCause::BadPath, EINVAL});
             if (!unreachable && mask.Matches(entry.name)) names.push_back({std::move(entry.name), {}});
         }
         for (Name& name : names) name.key = ToUpper(name.text);
@@ -101,7 +94,7 @@ FileSearch::~FileSearch() = default;
 FileSearch::FileSearch(FileSearch&&) noexcept = default;
 FileSearch& FileSearch::operator=(FileSearch&&) noexcept = default;
 
-FileFailure FileSearch::Start(const char* pattern, LastName lastName) {
+Status FileSearch::Start(const char* pattern, LastName lastName) {
     m_state.reset();
     m_leftOut = {};
     const std::string native = NativePath(pattern);
@@ -109,7 +102,9 @@ FileFailure FileSearch::Start(const char* pattern, LastName lastName) {
     const std::string mask = slash == native.npos ? native : native.substr(slash + 1);
     auto state = std::make_unique<State>();
     const std::string path = slash == native.npos ? "." : native.substr(0, slash + 1);
-    if (const FileFailure failure = state->folder.Open(path.c_str(), lastName)) return failure;
+    const Status opened = state->folder.Open(path.c_str(), lastName);
+    // Of the pattern it is the folder that is missing, not the file.
+    if (!opened.ok()) return opened.error() == ENOENT ? Status::OfErrorAt(ENOENT, pattern) : opened;
 
     if (!Wildcard::IsWild(mask) && state->Exists(mask))
         state->names.push_back({mask, {}});
@@ -123,7 +118,7 @@ bool FileSearch::Next(FoundEntry& entry) {
     if (!m_state) return false;
     while (m_state->next < m_state->names.size()) {
         entry.name = std::move(m_state->names[m_state->next++].text);
-        if (Describe(static_cast<int>(m_state->folder.Handle()), entry)) return true;
+        if (Describe(DescriptorOf(m_state->folder), entry)) return true;
     }
     m_state.reset();
     return false;

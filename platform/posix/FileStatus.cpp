@@ -1,13 +1,11 @@
 #include "platform/FileStatus.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstdio>
+#include <string>
 
 #include "platform/Path.h"
+#include "platform/posix/RenameNoReplace.h"
+#include "platform/posix/SameFile.h"
 
 namespace qv::platform {
 namespace {
@@ -35,27 +33,18 @@ FileInfo InfoOf(const struct statx& status, const std::string& native) {
     return info;
 }
 
-FileFailure Query(int folder, const char* name, int flags, const char* path, FileInfo& info) {
+Status Query(int folder, const char* name, int flags, const char* path, FileInfo& info) {
     struct statx status;
-    if (::statx(folder, name, flags, STATX_BASIC_STATS | STATX_BTIME, &status)) return LastFailureAt(path);
+    const auto asked = sys::statx(folder, name, flags, STATX_BASIC_STATS | STATX_BTIME, &status);
+    if (!asked.ok()) return asked.statusAt(path);
     info = InfoOf(status, NativePath(path));
     return {};
 }
 
-FileFailure ChangeMode(const std::string& native, mode_t mode, bool readOnly) {
+Status ChangeMode(const std::string& native, mode_t mode, bool readOnly) {
     if (readOnly == !(mode & S_IWUSR)) return {};
     const mode_t changed = readOnly ? mode & ~kAllWriteBits : mode | S_IWUSR;
-    return ::chmod(native.c_str(), changed & 07777) ? LastFailure() : FileFailure{};
-}
-
-// Without RENAME_NOREPLACE (network file systems): a second name for a file refuses to replace too.
-int RenameInSteps(const char* from, const char* to) {
-    struct stat status;
-    if (!::lstat(to, &status)) return errno = EEXIST, -1;
-    if (::lstat(from, &status)) return -1;
-    if (S_ISDIR(status.st_mode)) return ::rename(from, to);
-    if (!::linkat(AT_FDCWD, from, AT_FDCWD, to, 0)) return ::unlink(from);
-    return errno == EEXIST ? -1 : ::rename(from, to);
+    return sys::fchmodat(AT_FDCWD, native.c_str(), changed & 07777, 0).status();
 }
 
 // With it, a link would be followed.
@@ -65,61 +54,64 @@ std::string WithoutFinalSeparator(const char* path) {
     return native;
 }
 
+bool IsOfType(const std::string& native, int flags, mode_t type) {
+    struct stat status;
+    return sys::fstatat(AT_FDCWD, native.c_str(), &status, flags).ok() && (status.st_mode & S_IFMT) == type;
+}
+
 }  // namespace
 
-FileFailure StatusOf(const char* path, FileInfo& info) {
+Status StatusOf(const char* path, FileInfo& info) {
     return Query(AT_FDCWD, NativePath(path).c_str(), 0, path, info);
 }
 
-FileFailure StatusOf(FileHandle handle, const char* path, FileInfo& info) {
+Status StatusOf(FileHandle handle, const char* path, FileInfo& info) {
     return Query(static_cast<int>(handle), "", AT_EMPTY_PATH, path, info);
 }
 
-FileFailure ChangeStatus(const char* path, std::int64_t modified, unsigned attributes) {
+Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes) {
     const std::string native = NativePath(path);
     struct stat status;
-    if (::stat(native.c_str(), &status)) return LastFailureAt(path);
+    const auto asked = sys::fstatat(AT_FDCWD, native.c_str(), &status, 0);
+    if (!asked.ok()) return asked.statusAt(path);
     if (modified != -1 && modified != status.st_mtime) {
         const timespec times[2] = {{0, UTIME_OMIT}, {static_cast<time_t>(modified), 0}};
-        if (::utimensat(AT_FDCWD, native.c_str(), times, 0)) return LastFailure();
+        const auto changed = sys::utimensat(AT_FDCWD, native.c_str(), times, 0);
+        if (!changed.ok()) return changed.status();
     }
     return ChangeMode(native, status.st_mode, attributes & kReadOnly);
 }
 
-FileFailure RemoveFile(const char* path) {
-    return ::unlink(NativePath(path).c_str()) ? LastFailureAt(path) : FileFailure{};
+Status RemoveFile(const char* path) {
+    return sys::unlinkat(AT_FDCWD, NativePath(path).c_str(), 0).statusAt(path);
 }
 
-FileFailure RenameFile(const char* from, const char* to) {
+Status RenameFile(const char* from, const char* to) {
     const std::string source = NativePath(from), target = NativePath(to);
-    if (!::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE)) return {};
-    const bool unknown = errno == EINVAL || errno == ENOSYS;
-    if (unknown && !RenameInSteps(source.c_str(), target.c_str())) return {};
-    return errno == ENOENT ? LastFailureAt(to) : LastFailure();
+    return RenameNoReplace(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str()).statusAt(to);
 }
 
-FileFailure CreateFolder(const char* path) {
-    return ::mkdir(NativePath(path).c_str(), 0777) && errno != EEXIST ? LastFailureAt(path) : FileFailure{};
+Status CreateFolder(const char* path) {
+    const auto made = sys::mkdirat(AT_FDCWD, NativePath(path).c_str(), 0777);
+    return made.error() == EEXIST ? Status() : made.statusAt(path);
 }
 
-FileFailure RemoveFolder(const char* path) {
+Status RemoveFolder(const char* path) {
     const std::string native = WithoutFinalSeparator(path);
-    const bool removed =
-        !::rmdir(native.c_str()) || (errno == ENOTDIR && IsFolderLink(path) && !::unlink(native.c_str()));
-    return removed ? FileFailure{} : LastFailureAt(path);
+    const auto removed = sys::unlinkat(AT_FDCWD, native.c_str(), AT_REMOVEDIR);
+    const bool isLink = removed.error() == ENOTDIR && IsFolderLink(path);
+    return (isLink ? sys::unlinkat(AT_FDCWD, native.c_str(), 0) : removed).statusAt(path);
 }
 
 bool IsFolderLink(const char* path) {
     const std::string native = WithoutFinalSeparator(path);
-    struct stat status;
-    return !::lstat(native.c_str(), &status) && S_ISLNK(status.st_mode) && !::stat(native.c_str(), &status) &&
-           S_ISDIR(status.st_mode);
+    return IsOfType(native, AT_SYMLINK_NOFOLLOW, S_IFLNK) && IsOfType(native, 0, S_IFDIR);
 }
 
 bool IsSame(const char* a, const char* b) {
-    struct stat first, second;
-    if (::stat(NativePath(a).c_str(), &first) || ::stat(NativePath(b).c_str(), &second)) return false;
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+    struct stat first;
+    return sys::fstatat(AT_FDCWD, NativePath(a).c_str(), &first, 0).ok() &&
+           LeadsTo(AT_FDCWD, NativePath(b).c_str(), first);
 }
 
 }  // namespace qv::platform

@@ -1,37 +1,28 @@
 #include "platform/Folder.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <memory>
 #include <utility>
 
 #include "platform/Path.h"
+#include "platform/posix/FolderBody.h"
 
 namespace qv::platform {
 namespace {
 
-constexpr int kFolderOnly = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 constexpr std::size_t kBufferSize = 32 * 1024;
 
-int OpenAt(int parent, const char* name, int flags) {
-    int folder = -1;
-    do folder = ::openat(parent, name, kFolderOnly | flags);
-    while (folder == -1 && errno == EINTR);
-    return folder;
+Result<int> OpenAt(int parent, const char* name, int flags) {
+    return sys::openat_folder(parent, name, flags);
 }
 
 bool LeadsToFolder(int parent, const char* name) {
     struct stat status;
-    return !::fstatat(parent, name, &status, AT_NO_AUTOMOUNT) && S_ISDIR(status.st_mode);
+    return sys::fstatat(parent, name, &status, AT_NO_AUTOMOUNT).ok() && S_ISDIR(status.st_mode);
 }
 
 EntryKind KindOf(int parent, const char* name, unsigned char type) {
     struct stat status;
-    if (type == DT_UNKNOWN && !::fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT))
+    if (type == DT_UNKNOWN && sys::fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT).ok())
         type = IFTODT(status.st_mode);
     if (type == DT_DIR) return EntryKind::Folder;
     return type == DT_LNK && LeadsToFolder(parent, name) ? EntryKind::FolderLink : EntryKind::File;
@@ -43,48 +34,41 @@ bool IsDots(const char* name) {
 
 }  // namespace
 
-Folder::Folder(Folder&& other) noexcept {
-    *this = std::move(other);
-}
+Folder::Folder() = default;
+Folder::Folder(Folder&& other) noexcept = default;
+Folder& Folder::operator=(Folder&& other) noexcept = default;
+Folder::~Folder() = default;
 
-Folder& Folder::operator=(Folder&& other) noexcept {
-    if (this == &other) return *this;
-    Close();
-    m_handle = std::exchange(other.m_handle, kNoFile);
-    m_volume = other.m_volume;
-    m_number = other.m_number;
-    return *this;
-}
-
-FileFailure Folder::Open(const char* path, LastName lastName) {
+Status Folder::Open(const char* path, LastName lastName) {
     Close();
     std::string native = NativePath(path);
     // A final separator would have the link before it followed.
     if (lastName == LastName::NoLink)
         while (native.size() > 1 && native.back() == '/') native.pop_back();
-    m_handle = OpenAt(AT_FDCWD, native.c_str(), lastName == LastName::NoLink ? O_NOFOLLOW : 0);
-    return m_handle == kNoFile ? LastFailureAt(path) : FileFailure{};
+    const auto folder = OpenAt(AT_FDCWD, native.c_str(), lastName == LastName::NoLink ? O_NOFOLLOW : 0);
+    if (!folder.ok()) return folder.statusAt(path);
+    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder)});
+    return {};
 }
 
-FileFailure Folder::OpenIn(const Folder& parent, const std::string& name) {
-    const int folder = OpenAt(static_cast<int>(parent.m_handle), name.c_str(), O_NOFOLLOW);
-    if (folder == -1) return LastFailure();
-    Close();
-    m_handle = folder;
+Status Folder::OpenIn(const Folder& parent, const std::string& name) {
+    const auto folder = OpenAt(DescriptorOf(parent), name.c_str(), O_NOFOLLOW);
+    if (!folder.ok()) return folder.status();
+    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder)});
     return {};
 }
 
 void Folder::Close() {
-    if (m_handle != kNoFile) ::close(static_cast<int>(std::exchange(m_handle, kNoFile)));
+    m_body.reset();
 }
 
-FileFailure Folder::List(std::vector<FolderEntry>& entries) const {
-    const int folder = static_cast<int>(m_handle);
+Status Folder::List(std::vector<FolderEntry>& entries) const {
+    const int folder = DescriptorOf(*this);
     alignas(dirent64) char buffer[kBufferSize];
     for (;;) {
-        const ssize_t size = ::getdents64(folder, buffer, sizeof buffer);
-        if (size <= 0) return size < 0 ? LastFailure() : FileFailure{};
-        for (const char* next = buffer; next < buffer + size;) {
+        const auto size = sys::getdents64(folder, buffer, sizeof buffer);
+        if (!size.ok() || size.value() == 0) return size.status();
+        for (const char* next = buffer; next < buffer + size.value();) {
             const auto& entry = *reinterpret_cast<const dirent64*>(next);
             if (!IsDots(entry.d_name)) entries.push_back({entry.d_name, KindOf(folder, entry.d_name, entry.d_type)});
             next += entry.d_reclen;
@@ -92,34 +76,33 @@ FileFailure Folder::List(std::vector<FolderEntry>& entries) const {
     }
 }
 
-FileFailure Folder::Remove(const FolderEntry& entry) const {
+Status Folder::Remove(const FolderEntry& entry) const {
     const int flags = entry.kind == EntryKind::Folder ? AT_REMOVEDIR : 0;
-    return ::unlinkat(static_cast<int>(m_handle), entry.name.c_str(), flags) ? LastFailure() : FileFailure{};
+    return sys::unlinkat(DescriptorOf(*this), entry.name.c_str(), flags).status();
 }
 
-FileFailure Folder::AllowRemoval() const {
+Status Folder::AllowRemoval() const {
     struct stat status;
-    const int folder = static_cast<int>(m_handle);
-    if (::fstat(folder, &status)) return LastFailure();
-    return ::fchmod(folder, (status.st_mode & 07777) | S_IRWXU) ? LastFailure() : FileFailure{};
+    const int folder = DescriptorOf(*this);
+    if (const auto asked = sys::fstat(folder, &status); !asked.ok()) return asked.status();
+    return sys::fchmod(folder, (status.st_mode & 07777) | S_IRWXU).status();
 }
 
 void Folder::LetGo() {
     struct stat status;
-    if (::fstat(static_cast<int>(m_handle), &status)) return;
-    m_volume = status.st_dev;
-    m_number = status.st_ino;
-    Close();
+    if (!m_body || !sys::fstat(m_body->descriptor.Get(), &status).ok()) return;
+    *m_body = {.descriptor = UniqueFd(), .identity = FileIdentity(status)};
 }
 
-FileFailure Folder::TakeBack(const Folder& child) {
-    if (m_handle != kNoFile) return {};
+Status Folder::TakeBack(const Folder& child) {
+    if (m_body && m_body->descriptor) return {};
+    const auto opened = OpenAt(DescriptorOf(child), "..", O_NOFOLLOW);
+    if (!opened.ok()) return opened.status();
+    UniqueFd parent(opened);
     struct stat status;
-    Folder parent;
-    parent.m_handle = OpenAt(static_cast<int>(child.m_handle), "..", O_NOFOLLOW);
-    if (parent.m_handle == kNoFile || ::fstat(static_cast<int>(parent.m_handle), &status)) return LastFailure();
-    if (status.st_dev != m_volume || status.st_ino != m_number) return {FileCause::BadPath, ESTALE};
-    *this = std::move(parent);
+    if (const auto asked = sys::fstat(parent.Get(), &status); !asked.ok()) return asked.status();
+    if (!m_body || m_body->identity != FileIdentity(status)) return {FileCause::BadPath, ESTALE};
+    m_body->descriptor = std::move(parent);
     return {};
 }
 

@@ -1,32 +1,18 @@
 #include "platform/FolderFiles.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstdio>
 
-#include "platform/posix/Owned.h"
+#include "platform/posix/FolderBody.h"
 
 namespace qv::platform {
 namespace {
 
 constexpr mode_t kAllWriteBits = S_IWUSR | S_IWGRP | S_IWOTH;
 
-int Descriptor(const Folder& folder) {
-    return static_cast<int>(folder.Handle());
-}
-
-FileFailure Checked(int result) {
-    return result == -1 ? LastFailure() : FileFailure{};
-}
-
-int OpenIn(const Folder& folder, const std::string& name, int flags) {
-    int file = -1;
-    do file = ::openat(Descriptor(folder), name.c_str(), flags | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
-    while (file == -1 && errno == EINTR);
-    return file;
+Result<int> OpenIn(const Folder& folder, const std::string& name, int flags) {
+    constexpr mode_t kNewFile = 0666;
+    flags |= O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    return sys::openat(DescriptorOf(folder), name.c_str(), flags, kNewFile);
 }
 
 }  // namespace
@@ -36,43 +22,46 @@ bool IsPlainName(std::string_view name) {
            name.find_first_of(std::string_view("/\\\0", 3)) == name.npos;
 }
 
-FileFailure MakeFolderIn(const Folder& folder, const std::string& name) {
-    return ::mkdirat(Descriptor(folder), name.c_str(), 0777) && errno != EEXIST ? LastFailure() : FileFailure{};
+Status MakeFolderIn(const Folder& folder, const std::string& name) {
+    const auto made = sys::mkdirat(DescriptorOf(folder), name.c_str(), 0777);
+    return made.error() == EEXIST ? Status() : made.status();
 }
 
-FileFailure CreateFileIn(const Folder& folder, const std::string& name, FileHandle& handle) {
-    const int file = OpenIn(folder, name, O_WRONLY | O_CREAT | O_EXCL);
-    if (file == -1) return LastFailure();
-    handle = file;
-    return {};
+Status CreateFileIn(const Folder& folder, const std::string& name, FileHandle& handle) {
+    const auto file = OpenIn(folder, name, O_WRONLY | O_CREAT | O_EXCL);
+    if (file.ok()) handle = file.value();
+    return file.status();
 }
 
-FileFailure RemoveFileIn(const Folder& folder, const std::string& name) {
-    return Checked(::unlinkat(Descriptor(folder), name.c_str(), 0));
+Status RemoveFileIn(const Folder& folder, const std::string& name) {
+    return sys::unlinkat(DescriptorOf(folder), name.c_str(), 0).status();
 }
 
-FileFailure MoveOverIn(const Folder& folder, const std::string& from, const std::string& to) {
-    return Checked(::renameat(Descriptor(folder), from.c_str(), Descriptor(folder), to.c_str()));
+Status MoveOverIn(const Folder& folder, const std::string& from, const std::string& to) {
+    return sys::renameat(DescriptorOf(folder), from.c_str(), DescriptorOf(folder), to.c_str()).status();
 }
 
 bool KeepsArchiveBit() {
     return false;
 }
 
-FileFailure StampFile(FileHandle handle, const FileStamp& stamp) {
+Status StampFile(FileHandle handle, const FileStamp& stamp) {
     const int file = static_cast<int>(handle);
     struct stat status;
-    if (::fstat(file, &status)) return LastFailure();
+    if (const auto asked = sys::fstat(file, &status); !asked.ok()) return asked.status();
     const timespec times[2] = {{0, UTIME_OMIT}, {static_cast<time_t>(stamp.time), 0}};
-    if (stamp.time != -1 && ::futimens(file, times)) return LastFailure();
+    if (stamp.time != -1)
+        if (const auto set = sys::futimens(file, times); !set.ok()) return set.status();
     const bool readOnly = stamp.attributes & kReadOnly;
     const mode_t mode = readOnly ? status.st_mode & ~kAllWriteBits : status.st_mode | S_IWUSR;
-    return mode == status.st_mode ? FileFailure{} : Checked(::fchmod(file, mode & 07777));
+    return mode == status.st_mode ? Status() : sys::fchmod(file, mode & 07777).status();
 }
 
-FileFailure StampFileIn(const Folder& folder, const std::string& name, const FileStamp& stamp) {
-    const Owned file(OpenIn(folder, name, O_RDONLY));
-    return file ? StampFile(file.Get(), stamp) : LastFailure();
+Status StampFileIn(const Folder& folder, const std::string& name, const FileStamp& stamp) {
+    const auto opened = OpenIn(folder, name, O_RDONLY);
+    if (!opened.ok()) return opened.status();
+    const UniqueFd file(opened);
+    return StampFile(file.Get(), stamp);
 }
 
 }  // namespace qv::platform

@@ -1,17 +1,16 @@
 #include "platform/Guid.h"
 
-#include <sys/random.h>
-
-#include <cerrno>
+#include "platform/posix/System.h"
 
 namespace qv::platform {
 
 std::optional<Guid> NewGuid() {
     Guid guid{};
-    ssize_t got;
-    do got = ::getrandom(guid.data(), guid.size(), 0);  // so few bytes come all at once
-    while (got < 0 && errno == EINTR);
-    if (got != static_cast<ssize_t>(guid.size())) return std::nullopt;
+    for (std::size_t filled = 0; filled < guid.size();) {
+        const auto got = sys::getrandom(guid.data() + filled, guid.size() - filled, 0);
+        if (!got.ok()) return std::nullopt;
+        filled += static_cast<std::size_t>(got.value());
+    }
     guid[6] = static_cast<unsigned char>((guid[6] & 0x0F) | 0x40);  // RFC 4122: version 4, random
     guid[8] = static_cast<unsigned char>((guid[8] & 0x3F) | 0x80);  // and its variant
     return guid;

@@ -1,12 +1,17 @@
 #include "platform/MessageBox.h"
 
-#include <cstdio>
+#include <string>
+
+#include "platform/File.h"
+#include "platform/posix/System.h"
 
 namespace qv::platform {
 
 int ShowMessageBox(const char* text, unsigned style) {
     enum Answer { Ok = 1, Cancel = 2, Abort = 3, No = 7 };
-    std::fprintf(stderr, "%s\n", text);
+    const std::string line = std::string(text) + '\n';
+    // There is nowhere else to report that standard error is closed.
+    WriteBytes(STDERR_FILENO, line.data(), line.size()).IgnoreError();
     switch (style & 15) {
         case 2: return Abort;   // abort, retry, ignore
         case 3:                 // yes, no, cancel

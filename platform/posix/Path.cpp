@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
+
+#include "platform/posix/System.h"
 
 namespace qv::platform {
 namespace {
@@ -34,9 +37,9 @@ std::string LibraryPath(std::string_view native) {
 std::string FullPath(const char* path) {
     const std::string native = NativePath(path);
     if (IsPlainAbsolute(native)) return LibraryPath(native);
-    std::error_code error;
-    const auto full = std::filesystem::absolute(native, error);
-    return error ? std::string(path) : LibraryPath(full.lexically_normal().native());
+    const std::string current = native.starts_with('/') ? "/" : NativePath(CurrentFolder());
+    if (native.empty() || current.empty()) return path;
+    return LibraryPath((std::filesystem::path(current) / native).lexically_normal().native());
 }
 
 std::string TempDirectory() {
@@ -47,13 +50,12 @@ std::string TempDirectory() {
 }
 
 std::string CurrentFolder() {
-    std::error_code error;
-    return LibraryPath(std::filesystem::current_path(error).native());
+    const std::unique_ptr<char, decltype(&std::free)> folder(sys::getcwd().value(), &std::free);
+    return folder ? LibraryPath(folder.get()) : "";
 }
 
 void ChangeFolder(const std::string& path) {
-    std::error_code ignored;
-    std::filesystem::current_path(NativePath(path), ignored);
+    sys::chdir(NativePath(path).c_str()).IgnoreError();  // as the contract says
 }
 
 std::string SystemFolder() {

@@ -1,30 +1,24 @@
 #include "platform/Process.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstring>
-#include <filesystem>
+#include <climits>
 
 #include "platform/Path.h"
-#include "platform/posix/Owned.h"
+#include "platform/posix/UniqueFd.h"
 
 namespace qv::platform {
 namespace {
 
 struct Pipe {
-    Owned read, write;
+    UniqueFd read, write;
 
-    bool Make() {
+    Status Make() {
         int ends[2];
-        if (::pipe2(ends, O_CLOEXEC)) return false;
-        read = Owned(ends[0]);
-        write = Owned(ends[1]);
-        return true;
+        const auto made = sys::pipe2(ends, O_CLOEXEC);
+        if (!made.ok()) return made.status();
+        read = UniqueFd(ends[0]);
+        write = UniqueFd(ends[1]);
+        return {};
     }
 };
 
@@ -35,7 +29,7 @@ struct Actions {
     Actions(const Actions&) = delete;
     Actions& operator=(const Actions&) = delete;
 
-    void Use(const Owned& file, int as) {
+    void Use(const UniqueFd& file, int as) {
         if (file) ::posix_spawn_file_actions_adddup2(&list, file.Get(), as);
     }
 
@@ -50,47 +44,68 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     return pointers;
 }
 
+/// Keeps the calling thread's SIGPIPE from being delivered for the life of the object.
+class BrokenPipeSignals {
+public:
+    // None of these calls fails with the arguments given here.
+    BrokenPipeSignals() {
+        ::sigemptyset(&m_broken);
+        ::sigaddset(&m_broken, SIGPIPE);
+        sys::sigpending(&m_pending).IgnoreError();
+        sys::pthread_sigmask(SIG_BLOCK, &m_broken, &m_before).IgnoreError();
+    }
+    ~BrokenPipeSignals() { sys::pthread_sigmask(SIG_SETMASK, &m_before, nullptr).IgnoreError(); }
+    BrokenPipeSignals(const BrokenPipeSignals&) = delete;
+    BrokenPipeSignals& operator=(const BrokenPipeSignals&) = delete;
+
+    /// Takes the signal that a write has raised, and leaves one that was pending before.
+    void TakeOwn() const {
+        constexpr timespec kAtOnce{};
+        // It may have been taken already, by another thread of the program.
+        if (!::sigismember(&m_pending, SIGPIPE)) sys::sigtimedwait(&m_broken, nullptr, &kAtOnce).IgnoreError();
+    }
+
+private:
+    sigset_t m_broken{}, m_pending{}, m_before{};
+};
+
 }  // namespace
 
-FileFailure StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput,
-                         bool pipeOutput, ChildProcess& child) {
+Status StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput, bool pipeOutput,
+                    ChildProcess& child) {
     Pipe input, output;
-    if ((pipeInput && !input.Make()) || (pipeOutput && !output.Make())) return LastFailure();
+    const Status madeInput = pipeInput ? input.Make() : Status();
+    const Status made = madeInput.ok() && pipeOutput ? output.Make() : madeInput;
+    if (!made.ok()) return made;
     Actions actions;
     actions.Use(input.read, STDIN_FILENO);
     actions.Use(output.write, STDOUT_FILENO);
     std::vector<std::string> words = {NativePath(program)};
     words.insert(words.end(), arguments.begin(), arguments.end());
     pid_t id = -1;
-    errno = ::posix_spawnp(&id, words[0].c_str(), &actions.list, nullptr, Pointers(words).data(), environ);
-    if (errno) return LastFailureAt(program);
+    const auto started = sys::posix_spawnp(&id, words[0].c_str(), &actions.list, Pointers(words).data());
+    if (!started.ok()) return started.statusAt(program);
     child = {id, input.write.Release(), output.read.Release()};
     return {};
 }
 
-FileFailure WaitForProcess(std::intptr_t process, int& exitStatus) {
+Status WaitForProcess(std::intptr_t process, int& exitStatus) {
     int status = 0;
-    while (::waitpid(static_cast<pid_t>(process), &status, 0) == -1)
-        if (errno != EINTR) return LastFailure();
+    const auto ended = sys::waitpid(static_cast<pid_t>(process), &status, 0);
+    if (!ended.ok()) return ended.status();
     exitStatus = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
     return {};
 }
 
 void KillProcess(std::intptr_t process) {
-    ::kill(static_cast<pid_t>(process), SIGKILL);
+    sys::kill(static_cast<pid_t>(process), SIGKILL).IgnoreError();  // one that cannot be killed has ended
 }
 
-FileFailure WriteToPipe(FileHandle pipe, const void* data, std::size_t size) {
-    sigset_t broken, before, pending;
-    sigemptyset(&broken);
-    sigaddset(&broken, SIGPIPE);
-    ::sigpending(&pending);
-    ::pthread_sigmask(SIG_BLOCK, &broken, &before);
-    const FileFailure failure = WriteBytes(pipe, data, size);
-    constexpr timespec kAtOnce{};
-    if (failure.error == EPIPE && !sigismember(&pending, SIGPIPE)) ::sigtimedwait(&broken, nullptr, &kAtOnce);
-    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return failure;
+Status WriteToPipe(FileHandle pipe, const void* data, std::size_t size) {
+    const BrokenPipeSignals blocked;
+    const Status written = WriteBytes(pipe, data, size);
+    if (written.error() == EPIPE) blocked.TakeOwn();
+    return written;
 }
 
 int CurrentProcessId() {
@@ -98,8 +113,9 @@ int CurrentProcessId() {
 }
 
 std::string CurrentProgram() {
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).native();
+    char path[PATH_MAX];
+    const auto size = sys::readlink("/proc/self/exe", path, sizeof path);
+    return size.ok() ? std::string(path, static_cast<std::size_t>(size.value())) : "";
 }
 
 }  // namespace qv::platform

@@ -1,8 +1,8 @@
 #include "platform/StandardStreams.h"
 
-#include <unistd.h>
-
 #include <cerrno>
+
+#include "platform/posix/System.h"
 
 namespace qv::platform {
 
@@ -19,7 +19,7 @@ bool IsReaderGone(std::uint32_t error) {
 }
 
 bool IsErrorTerminal() {
-    return ::isatty(STDERR_FILENO) == 1;
+    return sys::isatty(STDERR_FILENO).value() == 1;
 }
 
 }  // namespace qv::platform

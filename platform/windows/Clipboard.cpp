@@ -1,17 +1,18 @@
 #include "platform/Clipboard.h"
 
-#include <windows.h>
-
 #include <cstring>
+#include <memory>
+
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 namespace {
 
 class OpenedClipboard {
 public:
-    explicit OpenedClipboard(HWND window) : m_open(::OpenClipboard(window)) {}
+    explicit OpenedClipboard(HWND window) : m_open(sys::OpenClipboard(window).ok()) {}
     ~OpenedClipboard() {
-        if (m_open) ::CloseClipboard();
+        if (m_open) sys::CloseClipboard().IgnoreError();  // fails only where it is not open
     }
     OpenedClipboard(const OpenedClipboard&) = delete;
     OpenedClipboard& operator=(const OpenedClipboard&) = delete;
@@ -19,25 +20,30 @@ public:
     explicit operator bool() const { return m_open; }
 
 private:
-    BOOL m_open;
+    bool m_open;
 };
 
-HGLOBAL SharedCopy(std::string_view text) {
-    const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE, text.size() + 1);
-    auto* const bytes = static_cast<char*>(memory ? ::GlobalLock(memory) : nullptr);
-    if (!bytes) return ::GlobalFree(memory), nullptr;
+struct FreeGlobal {
+    void operator()(void* memory) const { ::GlobalFree(memory); }
+};
+using GlobalMemory = std::unique_ptr<void, FreeGlobal>;
+
+GlobalMemory SharedCopy(std::string_view text) {
+    GlobalMemory memory(::GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE, text.size() + 1));
+    auto* const bytes = static_cast<char*>(memory ? ::GlobalLock(memory.get()) : nullptr);
+    if (!bytes) return nullptr;
     std::memcpy(bytes, text.data(), text.size());
     bytes[text.size()] = '\0';
-    ::GlobalUnlock(memory);
+    ::GlobalUnlock(memory.get());
     return memory;
 }
 
 }  // namespace
 
-std::optional<std::string> ReadClipboard(HWND window, unsigned format) {
-    if (!::IsClipboardFormatAvailable(format)) return std::nullopt;
+std::optional<std::string> ReadClipboard(WindowHandle window, unsigned format) {
+    if (!sys::IsClipboardFormatAvailable(format).value()) return std::nullopt;
     const OpenedClipboard clipboard(window);
-    const HANDLE data = clipboard ? ::GetClipboardData(format) : nullptr;
+    const HANDLE data = clipboard ? sys::GetClipboardData(format).value() : nullptr;
     const auto* const bytes = static_cast<const char*>(data ? ::GlobalLock(data) : nullptr);
     if (!bytes) return std::nullopt;
     std::string text(bytes, ::strnlen(bytes, ::GlobalSize(data)));
@@ -45,14 +51,13 @@ std::optional<std::string> ReadClipboard(HWND window, unsigned format) {
     return text;
 }
 
-bool WriteClipboard(HWND window, std::string_view text, unsigned format) {
+bool WriteClipboard(WindowHandle window, std::string_view text, unsigned format) {
     const OpenedClipboard clipboard(window);
-    if (!clipboard || !::EmptyClipboard()) return false;
-    const HGLOBAL copy = SharedCopy(text);
-    if (!copy) return false;
-    if (::SetClipboardData(format, copy)) return true;
-    ::GlobalFree(copy);
-    return false;
+    if (!clipboard || !sys::EmptyClipboard().ok()) return false;
+    GlobalMemory copy = SharedCopy(text);
+    if (!copy || !sys::SetClipboardData(format, copy.get()).ok()) return false;
+    static_cast<void>(copy.release());  // the clipboard's own now
+    return true;
 }
 
 WaitCursor::WaitCursor() : m_before(::SetCursor(::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)))) {}

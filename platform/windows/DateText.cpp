@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "platform/Text.h"
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 namespace {
@@ -34,7 +35,9 @@ std::optional<double> ParseSystemDate(std::string_view text) {
 DateOrder CurrentDateOrder() {
     DWORD order = 0;
     constexpr LCTYPE type = LOCALE_IDATE | LOCALE_RETURN_NUMBER;
-    ::GetLocaleInfoW(LOCALE_USER_DEFAULT, type, reinterpret_cast<wchar_t*>(&order), sizeof order / sizeof(wchar_t));
+    const int size = sizeof order / sizeof(wchar_t);
+    // Without an answer it is the first order.
+    sys::GetLocaleInfoW(LOCALE_USER_DEFAULT, type, reinterpret_cast<wchar_t*>(&order), size).IgnoreError();
     return order == 1 ? DateOrder::DayMonthYear : order == 2 ? DateOrder::YearMonthDay : DateOrder::MonthDayYear;
 }
 

@@ -1,25 +1,18 @@
 #include "platform/Drawing.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <cstddef>
-#include <memory>
+
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
-struct DeleteContext {
-    void operator()(HDC context) const { ::DeleteDC(context); }
-};
-struct DeleteBitmap {
-    void operator()(HBITMAP bitmap) const { ::DeleteObject(bitmap); }
-};
-using OwnedContext = std::unique_ptr<std::remove_pointer_t<HDC>, DeleteContext>;
-using OwnedBitmap = std::unique_ptr<std::remove_pointer_t<HBITMAP>, DeleteBitmap>;
+using UniqueContext = UniqueResource<HDC, sys::DeleteDC>;
+using UniqueBitmap = UniqueResource<HBITMAP, sys::DeleteObject>;
 
 // A section of 32-bit pixels, the top row first.
-OwnedBitmap MakeSection(HDC context, int width, int height, std::uint32_t*& pixels) {
+UniqueBitmap MakeSection(HDC context, int width, int height, std::uint32_t*& pixels) {
     BITMAPINFO info = {};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = width;
@@ -27,7 +20,7 @@ OwnedBitmap MakeSection(HDC context, int width, int height, std::uint32_t*& pixe
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
     void* bits = nullptr;
-    OwnedBitmap bitmap(::CreateDIBSection(context, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    UniqueBitmap bitmap(sys::CreateDIBSection(context, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     pixels = static_cast<std::uint32_t*>(bits);
     return bitmap;
 }
@@ -48,26 +41,27 @@ void CopyArea(const std::uint32_t* pixels, const PixelBuffer& target, const Draw
 
 bool DrawOnContext(void* context, const DibRows& source, const DrawArea& area) {
     const auto dc = static_cast<HDC>(context);
-    if (!::GetObjectType(dc)) return false;
+    if (!sys::GetObjectType(dc).ok()) return false;
     const auto* info = static_cast<const BITMAPINFO*>(source.info);
     const int rows = std::abs(info->bmiHeader.biHeight);
     const int mode = ::SetStretchBltMode(dc, COLORONCOLOR);
-    const int drawn = ::StretchDIBits(dc, area.x, area.y, area.width, area.height, source.firstColumn, 0,
-                                      source.columns, rows, source.rows, info, DIB_RGB_COLORS, SRCCOPY);
+    const auto drawn = sys::StretchDIBits(dc, area.x, area.y, area.width, area.height, source.firstColumn, 0,
+                                          source.columns, rows, source.rows, info, DIB_RGB_COLORS, SRCCOPY);
     if (mode) ::SetStretchBltMode(dc, mode);
-    return drawn != static_cast<int>(GDI_ERROR);
+    return drawn.ok();
 }
 
 bool DrawOnPixels(const PixelBuffer& target, const DibRows& source, const DrawArea& area) {
-    const OwnedContext context(::CreateCompatibleDC(nullptr));
+    const UniqueContext context(sys::CreateCompatibleDC(nullptr));
+    if (!context) return false;
     std::uint32_t* pixels = nullptr;
-    const OwnedBitmap bitmap = context ? MakeSection(context.get(), target.width, target.height, pixels) : nullptr;
+    const UniqueBitmap bitmap = MakeSection(context.Get(), target.width, target.height, pixels);
     if (!bitmap) return false;
-    const HGDIOBJ before = ::SelectObject(context.get(), bitmap.get());
-    const bool drawn = DrawOnContext(context.get(), source, area);
+    const HGDIOBJ before = ::SelectObject(context.Get(), bitmap.Get());
+    const bool drawn = DrawOnContext(context.Get(), source, area);
     ::GdiFlush();
     if (drawn) CopyArea(pixels, target, area);
-    ::SelectObject(context.get(), before);
+    ::SelectObject(context.Get(), before);
     return drawn;
 }
 

@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/windows/Owned.h"
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 
 struct Event::Body {
-    Owned handle;
+    UniqueHandle handle;
 };
 
 Event::Event() : m_body(std::make_unique<Body>()) {
-    m_body->handle = Owned(::CreateEventA(nullptr, FALSE, FALSE, nullptr));
+    m_body->handle = UniqueHandle(::CreateEventA(nullptr, FALSE, FALSE, nullptr));
     if (!m_body->handle) throw std::bad_alloc();
 }
 

@@ -1,16 +1,16 @@
 #include "platform/File.h"
 
-#include <windows.h>
-
 #include <algorithm>
+
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
 constexpr std::size_t kLargestTransfer = 0x7FFFF000;
 
-HANDLE System(FileHandle handle) {
-    return reinterpret_cast<HANDLE>(handle);
+DWORD TransferSize(std::size_t size) {
+    return static_cast<DWORD>(std::min(size, kLargestTransfer));
 }
 
 LARGE_INTEGER Large(std::int64_t value) {
@@ -19,69 +19,65 @@ LARGE_INTEGER Large(std::int64_t value) {
     return large;
 }
 
-FileFailure Checked(BOOL succeeded) {
-    return succeeded ? FileFailure{} : LastFailure();
-}
-
 }  // namespace
 
 std::string_view TextLineEnd() {
     return "\r\n";
 }
 
-FileFailure ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count) {
+Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count) {
     DWORD got = 0;
-    const auto wanted = static_cast<DWORD>(std::min(size, kLargestTransfer));
-    const bool done = ::ReadFile(System(handle), buffer, wanted, &got, nullptr);
-    count = done ? got : 0;
+    const auto read = sys::ReadFile(SystemHandle(handle), buffer, TransferSize(size), &got, nullptr);
+    count = read.ok() ? got : 0;
     // A pipe whose writer is gone has ended.
-    return done || ::GetLastError() == ERROR_BROKEN_PIPE ? FileFailure{} : LastFailure();
+    return read.error() == ERROR_BROKEN_PIPE ? Status() : read.status();
 }
 
-FileFailure WriteBytes(FileHandle handle, const void* data, std::size_t size) {
+Status WriteBytes(FileHandle handle, const void* data, std::size_t size) {
     for (auto* next = static_cast<const char*>(data); size > 0;) {
-        DWORD written = 0;
-        const auto part = static_cast<DWORD>(std::min(size, kLargestTransfer));
-        if (!::WriteFile(System(handle), next, part, &written, nullptr)) return LastFailure();
-        if (written == 0) return {FileCause::DiskFull, ERROR_DISK_FULL};
-        next += written;
-        size -= written;
+        DWORD count = 0;
+        const auto written = sys::WriteFile(SystemHandle(handle), next, TransferSize(size), &count, nullptr);
+        if (!written.ok()) return written.status();
+        if (count == 0) return Status::OfError(ERROR_DISK_FULL);
+        next += count;
+        size -= count;
     }
     return {};
 }
 
-FileFailure FlushToDisk(FileHandle handle) {
-    const FileFailure failure = Checked(::FlushFileBuffers(System(handle)));
+Status FlushToDisk(FileHandle handle) {
+    const auto flushed = sys::FlushFileBuffers(SystemHandle(handle));
     // A file that is open for reading only has nothing to hand over; consoles have no disk behind them.
-    return failure.error == ERROR_ACCESS_DENIED || failure.error == ERROR_INVALID_FUNCTION ? FileFailure{} : failure;
+    const bool needless = flushed.error() == ERROR_ACCESS_DENIED || flushed.error() == ERROR_INVALID_FUNCTION;
+    return needless ? Status() : flushed.status();
 }
 
-FileFailure SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position) {
+Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position) {
     constexpr DWORD kMethod[] = {FILE_BEGIN, FILE_CURRENT, FILE_END};
     LARGE_INTEGER reached;
-    if (!::SetFilePointerEx(System(handle), Large(offset), &reached, kMethod[static_cast<int>(from)])) {
-        const DWORD error = ::GetLastError();
-        return error == ERROR_INVALID_HANDLE ? LastFailure() : FileFailure{FileCause::BadSeek, error};
-    }
-    position = static_cast<std::uint64_t>(reached.QuadPart);
-    return {};
+    const auto sought =
+        sys::SetFilePointerEx(SystemHandle(handle), Large(offset), &reached, kMethod[static_cast<int>(from)]);
+    const bool nowhere = sought.error() == ERROR_NEGATIVE_SEEK || sought.error() == ERROR_INVALID_PARAMETER;
+    if (nowhere) return {FileCause::BadSeek, sought.error()};
+    if (sought.ok()) position = static_cast<std::uint64_t>(reached.QuadPart);
+    return sought.status();
 }
 
-FileFailure LengthOf(FileHandle handle, std::uint64_t& length) {
+Status LengthOf(FileHandle handle, std::uint64_t& length) {
     LARGE_INTEGER size;
-    if (!::GetFileSizeEx(System(handle), &size)) return LastFailure();
-    length = static_cast<std::uint64_t>(size.QuadPart);
-    return {};
+    const auto asked = sys::GetFileSizeEx(SystemHandle(handle), &size);
+    if (asked.ok()) length = static_cast<std::uint64_t>(size.QuadPart);
+    return asked.status();
 }
 
-FileFailure Resize(FileHandle handle, std::uint64_t length) {
+Status Resize(FileHandle handle, std::uint64_t length) {
     std::uint64_t position;
-    const FileFailure failure = SeekTo(handle, static_cast<std::int64_t>(length), SeekFrom::Begin, position);
-    return failure ? failure : Checked(::SetEndOfFile(System(handle)));
+    const Status sought = SeekTo(handle, static_cast<std::int64_t>(length), SeekFrom::Begin, position);
+    return sought.ok() ? sys::SetEndOfFile(SystemHandle(handle)).status() : sought;
 }
 
-FileFailure CloseFile(FileHandle handle) {
-    return Checked(::CloseHandle(System(handle)));
+Status CloseFile(FileHandle handle) {
+    return sys::CloseHandle(SystemHandle(handle)).status();
 }
 
 }  // namespace qv::platform

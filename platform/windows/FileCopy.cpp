@@ -1,13 +1,12 @@
 #include "platform/FileCopy.h"
 
-#include <windows.h>
-
 #include "platform/Path.h"
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 
-FileFailure CopyWholeFile(const char* from, const char* to) {
-    return ::CopyFileA(NativePath(from).c_str(), NativePath(to).c_str(), FALSE) ? FileFailure{} : LastFailureAt(from);
+Status CopyWholeFile(const char* from, const char* to) {
+    return sys::CopyFileA(NativePath(from).c_str(), NativePath(to).c_str(), FALSE).statusAt(from);
 }
 
 }  // namespace qv::platform

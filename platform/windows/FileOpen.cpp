@@ -1,8 +1,8 @@
 #include "platform/FileOpen.h"
 
-#include <windows.h>
-
+#include "platform/FileStatus.h"
 #include "platform/Path.h"
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
@@ -22,18 +22,17 @@ DWORD DispositionOf(const OpenRequest& request) {
 
 }  // namespace
 
-FileFailure OpenFile(const char* path, const OpenRequest& request, FileHandle& handle) {
+Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle) {
     SECURITY_ATTRIBUTES security = {sizeof security, nullptr, request.inheritable};
-    const HANDLE file = ::CreateFileA(NativePath(path).c_str(), AccessOf(request), SharingOf(request), &security,
-                                      DispositionOf(request), FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return LastFailureAt(path);
-    handle = reinterpret_cast<FileHandle>(file);
-    return {};
+    const auto file = sys::CreateFileA(NativePath(path).c_str(), AccessOf(request), SharingOf(request), &security,
+                                       DispositionOf(request), FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file.ok()) handle = ContractHandle(file.value());
+    return file.statusAt(path);
 }
 
-FileFailure CloseAndRemove(FileHandle handle, const char* path) {
-    CloseFile(handle);
-    return ::DeleteFileA(NativePath(path).c_str()) ? FileFailure{} : LastFailure();
+Status CloseAndRemove(FileHandle handle, const char* path) {
+    CloseFile(handle).IgnoreError();  // what the file holds is about to be deleted
+    return RemoveFile(path);
 }
 
 }  // namespace qv::platform

@@ -1,6 +1,8 @@
 #include "platform/FileSearch.h"
 
-#include <windows.h>
+#include "platform/Path.h"
+#include "platform/windows/FindData.h"
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
@@ -12,16 +14,9 @@ std::string FolderOf(const std::string& pattern) {
 }  // namespace
 
 struct FileSearch::State {
-    HANDLE search = INVALID_HANDLE_VALUE;
     WIN32_FIND_DATAA data;
+    UniqueSearch search;
     bool first = true;
-
-    State() = default;
-    State(const State&) = delete;
-    State& operator=(const State&) = delete;
-    ~State() {
-        if (search != INVALID_HANDLE_VALUE) ::FindClose(search);
-    }
 };
 
 FileSearch::FileSearch() = default;
@@ -29,27 +24,29 @@ FileSearch::~FileSearch() = default;
 FileSearch::FileSearch(FileSearch&&) noexcept = default;
 FileSearch& FileSearch::operator=(FileSearch&&) noexcept = default;
 
-FileFailure FileSearch::Start(const char* pattern, LastName lastName) {
+Status FileSearch::Start(const char* pattern, LastName lastName) {
     m_state.reset();
     m_leftOut = {};
     if (lastName == LastName::NoLink && IsFolderLink(FolderOf(pattern).c_str()))
-        return {FileCause::BadPath, ERROR_DIRECTORY};
+        return Status::OfError(ERROR_DIRECTORY);
     auto state = std::make_unique<State>();
-    state->search = ::FindFirstFileA(pattern, &state->data);
-    if (state->search == INVALID_HANDLE_VALUE)
-        return ::GetLastError() == ERROR_FILE_NOT_FOUND ? FileFailure{} : LastFailureAt(pattern);
+    const auto found = sys::FindFirstFileA(NativePath(pattern).c_str(), &state->data);
+    if (!found.ok()) return found.error() == ERROR_FILE_NOT_FOUND ? Status() : found.statusAt(pattern);
+    state->search = UniqueSearch(found);
     m_state = std::move(state);
     return {};
 }
 
 bool FileSearch::Next(FoundEntry& entry) {
     if (!m_state) return false;
-    if (!m_state->first && !::FindNextFileA(m_state->search, &m_state->data)) {
-        if (::GetLastError() != ERROR_NO_MORE_FILES) m_leftOut = LastFailure();
-        m_state.reset();
-        return false;
+    if (!std::exchange(m_state->first, false)) {
+        const auto found = sys::FindNextFileA(m_state->search.Get(), &m_state->data);
+        if (!found.ok()) {
+            if (found.error() != ERROR_NO_MORE_FILES) m_leftOut = found.status();
+            m_state.reset();
+            return false;
+        }
     }
-    m_state->first = false;
     CopyFindData(m_state->data, entry);
     return true;
 }

@@ -1,24 +1,26 @@
 #include "platform/Folder.h"
 
-#include <windows.h>
-
-#include <utility>
+#include "platform/Path.h"
+#include "platform/windows/FolderBody.h"
+#include "platform/windows/WritableScope.h"
 
 namespace qv::platform {
 namespace {
 
-HANDLE OpenKept(const std::string& path) {
-    // Without the right to share its deletion, nobody can rename the folder or put another one in its place.
-    return ::CreateFileA(path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                         nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+/// Without the right to share its deletion, nobody can rename the folder or put another one in its place.
+Result<HANDLE> OpenKept(const std::string& path) {
+    return sys::CreateFileA_folder(path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,
+                                   FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                   FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
 }
 
-FileFailure CheckFolder(HANDLE folder) {
+Status CheckFolder(const UniqueHandle& folder) {
     BY_HANDLE_FILE_INFORMATION info;
-    if (!::GetFileInformationByHandle(folder, &info)) return LastFailure();
+    const auto asked = sys::GetFileInformationByHandle(folder.Get(), &info);
+    if (!asked.ok()) return asked.status();
     const bool plain =
         (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && !(info.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
-    return plain ? FileFailure{} : FileFailure{FileCause::BadPath, ERROR_DIRECTORY};
+    return plain ? Status() : Status::OfError(ERROR_DIRECTORY);
 }
 
 std::string Terminated(std::string path) {
@@ -33,61 +35,54 @@ EntryKind KindOf(const FoundEntry& entry) {
 
 }  // namespace
 
-Folder::Folder(Folder&& other) noexcept {
-    *this = std::move(other);
-}
+Folder::Folder() = default;
+Folder::Folder(Folder&& other) noexcept = default;
+Folder& Folder::operator=(Folder&& other) noexcept = default;
+Folder::~Folder() = default;
 
-Folder& Folder::operator=(Folder&& other) noexcept {
-    if (this == &other) return *this;
+Status Folder::Open(const char* path, LastName lastName) {
     Close();
-    m_handle = std::exchange(other.m_handle, kNoFile);
-    m_path = std::move(other.m_path);
-    return *this;
+    std::string native = NativePath(path);
+    const auto opened = OpenKept(native);
+    if (!opened.ok()) return opened.statusAt(path);
+    UniqueHandle folder(opened);
+    if (lastName == LastName::NoLink)
+        if (const Status checked = CheckFolder(folder); !checked.ok()) return checked;
+    m_body = std::make_unique<Body>(Body{std::move(folder), Terminated(std::move(native))});
+    return {};
 }
 
-FileFailure Folder::Open(const char* path, LastName lastName) {
-    Close();
-    const HANDLE folder = OpenKept(path);
-    if (folder == INVALID_HANDLE_VALUE) return LastFailureAt(path);
-    m_handle = reinterpret_cast<FileHandle>(folder);
-    m_path = Terminated(path);
-    const FileFailure failure = lastName == LastName::NoLink ? CheckFolder(folder) : FileFailure{};
-    if (failure) Close();
-    return failure;
-}
-
-FileFailure Folder::OpenIn(const Folder& parent, const std::string& name) {
-    return Open((parent.m_path + name).c_str(), LastName::NoLink);
+Status Folder::OpenIn(const Folder& parent, const std::string& name) {
+    return Open(PathIn(parent, name).c_str(), LastName::NoLink);
 }
 
 void Folder::Close() {
-    if (m_handle != kNoFile) ::CloseHandle(reinterpret_cast<HANDLE>(std::exchange(m_handle, kNoFile)));
+    m_body.reset();
 }
 
-FileFailure Folder::List(std::vector<FolderEntry>& entries) const {
+Status Folder::List(std::vector<FolderEntry>& entries) const {
     FileSearch search;
-    if (const FileFailure failure = search.Start((m_path + "*").c_str())) return failure;
+    if (const Status started = search.Start(PathIn(*this, "*").c_str()); !started.ok()) return started;
     for (FoundEntry entry; search.Next(entry);)
         if (!entry.IsDots()) entries.push_back({entry.name, KindOf(entry)});
     return search.LeftOut();
 }
 
-FileFailure Folder::Remove(const FolderEntry& entry) const {
-    const std::string path = m_path + entry.name;
-    const DWORD attributes = ::GetFileAttributesA(path.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
-        ::SetFileAttributesA(path.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
-    const BOOL removed = entry.kind == EntryKind::File ? ::DeleteFileA(path.c_str()) : ::RemoveDirectoryA(path.c_str());
-    return removed ? FileFailure{} : LastFailure();
+Status Folder::Remove(const FolderEntry& entry) const {
+    const std::string path = PathIn(*this, entry.name);
+    WritableScope removed(path);
+    const Status status = entry.kind == EntryKind::File ? RemoveFile(path.c_str()) : RemoveFolder(path.c_str());
+    if (status.ok()) removed.Dismiss();
+    return status;
 }
 
-FileFailure Folder::AllowRemoval() const {
+Status Folder::AllowRemoval() const {
     return {};
 }
 
 void Folder::LetGo() {}
 
-FileFailure Folder::TakeBack(const Folder&) {
+Status Folder::TakeBack(const Folder&) {
     return {};
 }
 

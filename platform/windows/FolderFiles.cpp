@@ -1,23 +1,20 @@
 #include "platform/FolderFiles.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <array>
+
+#include "platform/windows/FileTime.h"
+#include "platform/windows/FolderBody.h"
+#include "platform/windows/WritableScope.h"
 
 namespace qv::platform {
 namespace {
 
 constexpr unsigned kSettable = kReadOnly | kHidden | kSystem | kArchive;
-constexpr std::int64_t kTicksASecond = 10'000'000, kTicksUntil1970 = 116'444'736'000'000'000;
 
-FileFailure Checked(BOOL succeeded) {
-    return succeeded ? FileFailure{} : LastFailure();
-}
-
-HANDLE OpenIn(const Folder& folder, const std::string& name, DWORD access, DWORD sharing, DWORD disposition) {
-    return ::CreateFileA(folder.PathOf(name).c_str(), access, sharing, nullptr, disposition,
-                         FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+Result<HANDLE> OpenIn(const Folder& folder, const std::string& name, DWORD access, DWORD sharing, DWORD disposition) {
+    return sys::CreateFileA(PathIn(folder, name).c_str(), access, sharing, nullptr, disposition,
+                            FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
 }
 
 char Upper(char c) {
@@ -49,56 +46,55 @@ bool IsPlainName(std::string_view name) {
     return std::none_of(name.begin(), name.end(), isRefused) && !IsDevice(name);
 }
 
-FileFailure MakeFolderIn(const Folder& folder, const std::string& name) {
-    if (::CreateDirectoryA(folder.PathOf(name).c_str(), nullptr)) return {};
-    return ::GetLastError() == ERROR_ALREADY_EXISTS ? FileFailure{} : LastFailure();
+Status MakeFolderIn(const Folder& folder, const std::string& name) {
+    const auto made = sys::CreateDirectoryA(PathIn(folder, name).c_str(), nullptr);
+    return made.error() == ERROR_ALREADY_EXISTS ? Status() : made.status();
 }
 
-FileFailure CreateFileIn(const Folder& folder, const std::string& name, FileHandle& handle) {
-    const HANDLE file = OpenIn(folder, name, GENERIC_WRITE, 0, CREATE_NEW);
-    if (file == INVALID_HANDLE_VALUE) return LastFailure();
-    handle = reinterpret_cast<FileHandle>(file);
-    return {};
+Status CreateFileIn(const Folder& folder, const std::string& name, FileHandle& handle) {
+    const auto file = OpenIn(folder, name, GENERIC_WRITE, 0, CREATE_NEW);
+    if (file.ok()) handle = ContractHandle(file.value());
+    return file.status();
 }
 
-FileFailure RemoveFileIn(const Folder& folder, const std::string& name) {
-    const std::string path = folder.PathOf(name);
-    if (::DeleteFileA(path.c_str())) return {};
-    ::SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-    return Checked(::DeleteFileA(path.c_str()));
+Status RemoveFileIn(const Folder& folder, const std::string& name) {
+    const std::string path = PathIn(folder, name);
+    if (sys::DeleteFileA(path.c_str()).ok()) return {};
+    WritableScope removed(path);
+    const auto status = sys::DeleteFileA(path.c_str()).status();
+    if (status.ok()) removed.Dismiss();
+    return status;
 }
 
-FileFailure MoveOverIn(const Folder& folder, const std::string& from, const std::string& to) {
-    const std::string source = folder.PathOf(from), target = folder.PathOf(to);
-    const DWORD attributes = ::GetFileAttributesA(target.c_str());
-    const bool readOnlyFile = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) &&
-                              !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-    if (readOnlyFile) ::SetFileAttributesA(target.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
-    return Checked(::MoveFileExA(source.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING));
+Status MoveOverIn(const Folder& folder, const std::string& from, const std::string& to) {
+    const std::string source = PathIn(folder, from), target = PathIn(folder, to);
+    WritableScope replaced(target);
+    const auto status = sys::MoveFileExA(source.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING).status();
+    if (status.ok()) replaced.Dismiss();
+    return status;
 }
 
 bool KeepsArchiveBit() {
     return true;
 }
 
-FileFailure StampFile(FileHandle handle, const FileStamp& stamp) {
+Status StampFile(FileHandle handle, const FileStamp& stamp) {
     FILE_BASIC_INFO info{};  // times of 0 stay
     if (stamp.time != -1) {
-        info.CreationTime.QuadPart = stamp.time * kTicksASecond + kTicksUntil1970;
+        info.CreationTime.QuadPart = TicksAt(stamp.time);
         info.LastWriteTime = info.CreationTime;
     }
     const DWORD attributes = stamp.attributes & kSettable;
     info.FileAttributes = attributes ? attributes : FILE_ATTRIBUTE_NORMAL;
-    return Checked(::SetFileInformationByHandle(reinterpret_cast<HANDLE>(handle), FileBasicInfo, &info, sizeof info));
+    return sys::SetFileInformationByHandle(SystemHandle(handle), FileBasicInfo, &info, DWORD{sizeof info}).status();
 }
 
-FileFailure StampFileIn(const Folder& folder, const std::string& name, const FileStamp& stamp) {
-    const HANDLE file = OpenIn(folder, name, FILE_WRITE_ATTRIBUTES,
+Status StampFileIn(const Folder& folder, const std::string& name, const FileStamp& stamp) {
+    const auto opened = OpenIn(folder, name, FILE_WRITE_ATTRIBUTES,
                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING);
-    if (file == INVALID_HANDLE_VALUE) return LastFailure();
-    const FileFailure failure = StampFile(reinterpret_cast<FileHandle>(file), stamp);
-    ::CloseHandle(file);
-    return failure;
+    if (!opened.ok()) return opened.status();
+    const UniqueHandle file(opened);
+    return StampFile(ContractHandle(file.Get()), stamp);
 }
 
 }  // namespace qv::platform

@@ -1,46 +1,47 @@
 #include "platform/FolderWatch.h"
 
-#include "platform/windows/Owned.h"
+#include "platform/Path.h"
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
+using UniqueNotification = UniqueResource<HANDLE, sys::FindCloseChangeNotification>;
+
 class ChangeNotification : public FolderWatch {
 public:
-    explicit ChangeNotification(HANDLE notification)
-        : m_stop(::CreateEventA(nullptr, FALSE, FALSE, nullptr)), m_waited{notification, m_stop.Get()} {}
-    ~ChangeNotification() override { ChangeNotification::Close(); }
-    ChangeNotification(const ChangeNotification&) = delete;
-    ChangeNotification& operator=(const ChangeNotification&) = delete;
+    ChangeNotification(UniqueNotification notification, UniqueHandle stop)
+        : m_notification(std::move(notification)), m_stop(std::move(stop)) {}
 
     Event Wait() override {
-        switch (::WaitForMultipleObjects(2, m_waited, FALSE, INFINITE)) {
+        const HANDLE waited[] = {m_notification.Get(), m_stop.Get()};
+        switch (sys::WaitForMultipleObjects(2, waited, FALSE, INFINITE).value()) {
             case WAIT_OBJECT_0: return Event::Change;
             case WAIT_OBJECT_0 + 1: return Event::Stop;
             default: return Event::Failure;
         }
     }
 
-    bool Rearm() override { return ::FindNextChangeNotification(m_waited[0]); }
+    bool Rearm() override { return sys::FindNextChangeNotification(m_notification.Get()).ok(); }
 
-    void Stop() override { ::SetEvent(m_stop.Get()); }
+    // The event is there as long as this object, and the system fails for no other reason.
+    void Stop() override { sys::SetEvent(m_stop.Get()).IgnoreError(); }
 
-    void Close() override {
-        if (m_waited[0] != INVALID_HANDLE_VALUE) ::FindCloseChangeNotification(m_waited[0]);
-        m_waited[0] = INVALID_HANDLE_VALUE;
-    }
+    // Whatever the close reports, no change is told any more.
+    void Close() override { m_notification.Close().IgnoreError(); }
 
 private:
-    Owned m_stop;
-    HANDLE m_waited[2];
+    UniqueNotification m_notification;
+    UniqueHandle m_stop;
 };
 
 }  // namespace
 
 std::unique_ptr<FolderWatch> FolderWatch::Open(const char* folder, bool subfolders, unsigned changes) {
-    const HANDLE notification = ::FindFirstChangeNotificationA(folder, subfolders, changes);
-    if (notification == INVALID_HANDLE_VALUE) return nullptr;
-    return std::make_unique<ChangeNotification>(notification);
+    UniqueHandle stop(sys::CreateEventA(nullptr, FALSE, FALSE, nullptr));
+    UniqueNotification notification(sys::FindFirstChangeNotificationA(NativePath(folder).c_str(), subfolders, changes));
+    if (!stop || !notification) return nullptr;
+    return std::make_unique<ChangeNotification>(std::move(notification), std::move(stop));
 }
 
 }  // namespace qv::platform

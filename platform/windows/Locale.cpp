@@ -1,31 +1,32 @@
 #include "platform/Locale.h"
 
-#include <windows.h>
-
 #include <charconv>
 #include <cmath>
 #include <cstring>
+
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
 // The system's functions give the length of what they wrote with its zero byte, or 0.
-std::string Written(std::string buffer, int length) {
-    buffer.resize(length > 0 ? static_cast<std::size_t>(length - 1) : 0);
+std::string Written(std::string buffer, const Result<int>& length) {
+    buffer.resize(length.ok() ? static_cast<std::size_t>(length.value() - 1) : 0);
     return buffer;
 }
 
 }  // namespace
 
 std::string CurrencySymbol(std::size_t maximum) {
-    HKEY key = nullptr;
-    if (::RegOpenKeyExA(HKEY_CURRENT_USER, "Control Panel\\International", 0, KEY_QUERY_VALUE, &key)) return {};
+    HKEY opened = nullptr;
+    constexpr const char* kName = "Control Panel\\International";
+    if (!sys::RegOpenKeyExA(HKEY_CURRENT_USER, kName, 0, KEY_QUERY_VALUE, &opened).ok()) return {};
+    const UniqueKey key(opened);
     std::string text(maximum, '\0');
     DWORD type = 0, size = static_cast<DWORD>(maximum);
-    const LSTATUS status =
-        ::RegQueryValueExA(key, "sCurrency", nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
-    ::RegCloseKey(key);
-    if (status || type != REG_SZ) return {};
+    const auto read =
+        sys::RegQueryValueExA(key.Get(), "sCurrency", nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
+    if (!read.ok() || type != REG_SZ) return {};
     text.resize(::strnlen(text.data(), size));
     return text;
 }
@@ -36,14 +37,14 @@ std::string FormatCurrency(double amount, std::size_t maximum) {
     char plain[512];
     *std::to_chars(plain, plain + sizeof plain - 1, amount, std::chars_format::fixed, 6).ptr = '\0';
     std::string text(maximum, '\0');
-    const int length =
-        ::GetCurrencyFormatA(LOCALE_USER_DEFAULT, 0, plain, nullptr, text.data(), static_cast<int>(maximum));
+    const auto length =
+        sys::GetCurrencyFormatA(LOCALE_USER_DEFAULT, 0, plain, nullptr, text.data(), static_cast<int>(maximum));
     return Written(std::move(text), length);
 }
 
 std::string ListSeparator(std::size_t maximum) {
     std::string text(maximum, '\0');
-    const int length = ::GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_SLIST, text.data(), static_cast<int>(maximum));
+    const auto length = sys::GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_SLIST, text.data(), static_cast<int>(maximum));
     return Written(std::move(text), length);
 }
 

@@ -1,11 +1,11 @@
 #include "platform/MessageBox.h"
 
-#include <windows.h>
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 
 int ShowMessageBox(const char* text, unsigned style) {
-    return ::MessageBoxA(::GetActiveWindow(), text, nullptr, style | MB_TASKMODAL);
+    return sys::MessageBoxA(::GetActiveWindow(), text, nullptr, style | MB_TASKMODAL).value();
 }
 
 }  // namespace qv::platform

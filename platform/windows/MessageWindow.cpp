@@ -1,6 +1,6 @@
 #include "platform/MessageWindow.h"
 
-#include <windows.h>
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
@@ -8,7 +8,7 @@ namespace {
 thread_local std::uint64_t g_handled = 0;
 
 LRESULT Take(HWND window, HWND sender, const COPYDATASTRUCT& data) {
-    auto* const receiver = reinterpret_cast<MessageReceiver*>(::GetWindowLongPtrA(window, GWLP_USERDATA));
+    auto* const receiver = reinterpret_cast<MessageReceiver*>(sys::GetWindowLongPtrA(window, GWLP_USERDATA).value());
     if (receiver && data.cbData <= kLongestMessage) {
         receiver->OnMessage(sender, data.dwData,
                             {static_cast<const char*>(data.lpData), data.lpData ? data.cbData : 0});
@@ -24,8 +24,9 @@ LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM first, LPARAM second) 
 
 HMODULE OwnModule() {
     HMODULE module = nullptr;
-    ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                         reinterpret_cast<LPCSTR>(&OwnModule), &module);
+    constexpr DWORD kFlags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    // An address of a module that is loaded always has one.
+    sys::GetModuleHandleExA(kFlags, reinterpret_cast<LPCSTR>(&OwnModule), &module).IgnoreError();
     return module;
 }
 
@@ -35,20 +36,47 @@ public:
     explicit NameGuard(const std::string& className) {
         std::string name = "Local\\qvcommon-";
         for (const char c : className) name += c == '\\' ? '/' : c;
-        m_mutex = ::CreateMutexA(nullptr, FALSE, name.c_str());
-        if (m_mutex) ::WaitForSingleObject(m_mutex, INFINITE);
+        m_mutex = UniqueHandle(sys::CreateMutexA(nullptr, FALSE, name.c_str()));
+        m_held = m_mutex && sys::WaitForSingleObject_mutex(m_mutex.Get(), INFINITE).ok();
     }
     ~NameGuard() {
-        if (!m_mutex) return;
-        ::ReleaseMutex(m_mutex);
-        ::CloseHandle(m_mutex);
+        if (m_held) sys::ReleaseMutex(m_mutex.Get()).IgnoreError();  // a thread that holds it may release it
     }
     NameGuard(const NameGuard&) = delete;
     NameGuard& operator=(const NameGuard&) = delete;
 
 private:
-    HANDLE m_mutex;
+    UniqueHandle m_mutex;
+    bool m_held = false;
 };
+
+HWND MakeHiddenWindow(const std::string& className) {
+    WNDCLASSA windowClass{};
+    windowClass.lpfnWndProc = &::DefWindowProcA;
+    windowClass.hInstance = OwnModule();
+    windowClass.lpszClassName = className.c_str();
+    sys::RegisterClassA(&windowClass).IgnoreError();  // fails when an earlier window has registered it
+    return sys::CreateWindowExA(WS_EX_TOPMOST, className.c_str(), "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
+                                windowClass.hInstance, nullptr)
+        .value();
+}
+
+// The earlier value, which the call returns, is of no use.
+void SetWindowValue(HWND window, int index, LONG_PTR value) {
+    sys::SetWindowLongPtrA(window, index, value).IgnoreError();
+}
+
+bool IsThere(HWND window) {
+    return sys::IsWindow(window).value();
+}
+
+void DispatchWaiting() {
+    MSG message;
+    while (sys::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE).value()) {
+        ::TranslateMessage(&message);
+        ::DispatchMessageA(&message);
+    }
+}
 
 }  // namespace
 
@@ -56,47 +84,39 @@ HWND OpenMessageWindow(const std::string& className, MessageReceiver& receiver) 
     if (className.empty() || className.size() > kLongestClassName) return nullptr;
     const NameGuard guard(className);
     if (FindMessageWindow(className)) return nullptr;
-    WNDCLASSA windowClass{};
-    windowClass.lpfnWndProc = &::DefWindowProcA;
-    windowClass.hInstance = OwnModule();
-    windowClass.lpszClassName = className.c_str();
-    ::RegisterClassA(&windowClass);  // fails when an earlier window has registered it
-    const HWND window = ::CreateWindowExA(WS_EX_TOPMOST, className.c_str(), "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
-                                          windowClass.hInstance, nullptr);
+    const HWND window = MakeHiddenWindow(className);
     if (!window) return nullptr;
-    ::SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&receiver));
-    ::SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Answer));
+    SetWindowValue(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&receiver));
+    SetWindowValue(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Answer));
     return window;
 }
 
 void CloseMessageWindow(HWND window) {
-    ::DestroyWindow(window);
+    sys::DestroyWindow(window).IgnoreError();  // fails when the window is gone already
 }
 
 HWND FindMessageWindow(const std::string& className) {
-    return className.empty() ? nullptr : ::FindWindowA(className.c_str(), nullptr);
+    return className.empty() ? nullptr : sys::FindWindowA(className.c_str(), nullptr).value();
 }
 
 bool SendMessageText(HWND window, std::string_view text, HWND sender) {
-    if (text.size() > kLongestMessage || !::IsWindow(window)) return false;
+    if (text.size() > kLongestMessage || !IsThere(window)) return false;
     COPYDATASTRUCT data{0, static_cast<DWORD>(text.size()), const_cast<char*>(text.data())};
-    ::SendMessageA(window, WM_COPYDATA, reinterpret_cast<WPARAM>(sender), reinterpret_cast<LPARAM>(&data));
-    return ::IsWindow(window);
+    const auto sent =
+        sys::SendMessageA(window, WM_COPYDATA, reinterpret_cast<WPARAM>(sender), reinterpret_cast<LPARAM>(&data));
+    return sent.ok() && IsThere(window);
 }
 
 // Messages that were sent are handled inside the call that looks for posted ones.
 bool PumpMessages(std::uint32_t milliseconds) {
     const std::uint64_t before = g_handled, end = ::GetTickCount64() + milliseconds;
     for (;;) {
-        MSG message;
-        while (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-            ::TranslateMessage(&message);
-            ::DispatchMessageA(&message);
-        }
+        DispatchWaiting();
         if (g_handled != before) return true;
         const std::uint64_t now = ::GetTickCount64();
         if (now >= end) return false;
-        ::MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT);
+        const auto left = static_cast<DWORD>(end - now);
+        if (!sys::MsgWaitForMultipleObjects(0, nullptr, FALSE, left, QS_ALLINPUT).ok()) return false;
     }
 }
 

@@ -1,8 +1,17 @@
 #include "platform/Path.h"
 
-#include <windows.h>
+#include "platform/windows/System.h"
 
 namespace qv::platform {
+namespace {
+
+// Calls that fill a buffer return the length without the zero byte, or the size that the buffer should have had.
+template <class Length>
+std::string Filled(const char (&buffer)[MAX_PATH], const Result<Length>& length) {
+    return length.ok() && length.value() < MAX_PATH ? std::string(buffer, length.value()) : std::string();
+}
+
+}  // namespace
 
 bool HasDriveLetters() {
     return true;
@@ -17,33 +26,33 @@ std::string LibraryPath(std::string_view native) {
 }
 
 std::string FullPath(const char* path) {
-    std::string full(::GetFullPathNameA(path, 0, nullptr, nullptr), '\0');
-    const DWORD length = ::GetFullPathNameA(path, static_cast<DWORD>(full.size()), full.data(), nullptr);
-    if (length == 0 || length >= full.size()) return path;
-    full.resize(length);
+    const std::string native = NativePath(path);
+    const auto size = sys::GetFullPathNameA(native.c_str(), 0, nullptr, nullptr);
+    if (!size.ok()) return path;
+    std::string full(size.value(), '\0');
+    const auto length = sys::GetFullPathNameA(native.c_str(), size.value(), full.data(), nullptr);
+    if (!length.ok() || length.value() >= full.size()) return path;
+    full.resize(length.value());
     return full;
 }
 
 std::string TempDirectory() {
     char folder[MAX_PATH];
-    const DWORD length = ::GetTempPathA(sizeof folder, folder);
-    return length < sizeof folder ? std::string(folder, length) : std::string();
+    return Filled(folder, sys::GetTempPathA(MAX_PATH, folder));
 }
 
 std::string CurrentFolder() {
     char folder[MAX_PATH];
-    const DWORD length = ::GetCurrentDirectoryA(sizeof folder, folder);
-    return length < sizeof folder ? std::string(folder, length) : std::string();
+    return Filled(folder, sys::GetCurrentDirectoryA(MAX_PATH, folder));
 }
 
 void ChangeFolder(const std::string& path) {
-    ::SetCurrentDirectoryA(path.c_str());
+    sys::SetCurrentDirectoryA(NativePath(path).c_str()).IgnoreError();  // the contract
 }
 
 std::string SystemFolder() {
     char folder[MAX_PATH];
-    const UINT length = ::GetWindowsDirectoryA(folder, sizeof folder);
-    return length < sizeof folder ? std::string(folder, length) : std::string();
+    return Filled(folder, sys::GetWindowsDirectoryA(folder, MAX_PATH));
 }
 
 }  // namespace qv::platform

@@ -1,120 +1,151 @@
 #include "platform/Process.h"
 
-#include <windows.h>
-
 #include "platform/CommandLine.h"
-#include "platform/windows/Owned.h"
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
 struct Pipe {
-    Owned read, write;
+    UniqueHandle read, write;
 
-    bool Make() {
-        HANDLE ends[2];
-        if (!::CreatePipe(&ends[0], &ends[1], nullptr, 0)) return false;
-        read = Owned(ends[0]);
-        write = Owned(ends[1]);
-        return true;
+    Status Make() {
+        HANDLE readEnd = nullptr, writeEnd = nullptr;
+        const auto made = sys::CreatePipe(&readEnd, &writeEnd, nullptr, 0);
+        if (!made.ok()) return made.status();
+        read = UniqueHandle(readEnd);
+        write = UniqueHandle(writeEnd);
+        return {};
     }
 };
 
-/// A copy that children inherit; none for a stream that this program does not have.
-Owned Inheritable(HANDLE handle) {
+/// The standard streams of a child, which inherits them; none where it has no such stream.
+struct Streams {
+    UniqueHandle input, output, errors;
+
+    std::vector<HANDLE> All() const {
+        std::vector<HANDLE> handles;
+        for (const UniqueHandle* const handle : {&input, &output, &errors})
+            if (*handle) handles.push_back(handle->Get());
+        return handles;
+    }
+};
+
+Status Duplicate(HANDLE handle, UniqueHandle& inheritable) {
     HANDLE copy = nullptr;
     const HANDLE self = ::GetCurrentProcess();
-    ::DuplicateHandle(self, handle, self, &copy, 0, TRUE, DUPLICATE_SAME_ACCESS);
-    return Owned(copy);
+    const auto made = sys::DuplicateHandle(self, handle, self, &copy, 0, TRUE, DUPLICATE_SAME_ACCESS);
+    if (made.ok()) inheritable = UniqueHandle(copy);
+    return made.status();
 }
 
-Owned StandardStream(const Owned& pipe, DWORD stream) {
-    return Inheritable(pipe ? pipe.Get() : ::GetStdHandle(stream));
+Status MakeStream(const UniqueHandle& pipe, DWORD own, UniqueHandle& stream) {
+    if (pipe) return Duplicate(pipe.Get(), stream);
+    // This program may have no such stream. Then the child has none.
+    Duplicate(sys::GetStdHandle(own).value(), stream).IgnoreError();
+    return {};
 }
 
 /// The list of exactly the handles that a child gets.
 class Inheritance {
 public:
-    explicit Inheritance(std::vector<HANDLE> handles) : m_handles(std::move(handles)) {
-        SIZE_T size = 0;
-        ::InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
-        m_buffer.resize(size);
-        m_valid = ::InitializeProcThreadAttributeList(List(), 1, 0, &size) &&
-                  ::UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, m_handles.data(),
-                                              m_handles.size() * sizeof(HANDLE), nullptr, nullptr);
+    Inheritance() = default;
+    ~Inheritance() {
+        if (m_initialized) ::DeleteProcThreadAttributeList(List());
     }
-    ~Inheritance() { ::DeleteProcThreadAttributeList(List()); }
     Inheritance(const Inheritance&) = delete;
     Inheritance& operator=(const Inheritance&) = delete;
 
-    bool IsValid() const { return m_valid; }
+    Status Fill(std::vector<HANDLE> handles) {
+        m_handles = std::move(handles);
+        SIZE_T size = 0;
+        // Fails for want of a buffer, and tells its size.
+        sys::InitializeProcThreadAttributeList(nullptr, 1, 0, &size).IgnoreError();
+        m_buffer.resize(size);
+        const auto initialized = sys::InitializeProcThreadAttributeList(List(), 1, 0, &size);
+        if (!initialized.ok()) return initialized.status();
+        m_initialized = true;
+        return sys::UpdateProcThreadAttribute(List(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, m_handles.data(),
+                                              m_handles.size() * sizeof(HANDLE), nullptr, nullptr)
+            .status();
+    }
+
     LPPROC_THREAD_ATTRIBUTE_LIST List() { return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(m_buffer.data()); }
 
 private:
     std::vector<HANDLE> m_handles;
     std::vector<char> m_buffer;
-    bool m_valid = false;
+    bool m_initialized = false;
 };
 
-FileFailure Create(std::string commandLine, const Owned& input, const Owned& output, const Owned& errors,
-                   Owned& process) {
-    std::vector<HANDLE> handles;
-    for (const Owned* handle : {&input, &output, &errors})
-        if (*handle) handles.push_back(handle->Get());
-    Inheritance inheritance(handles);
-    if (!handles.empty() && !inheritance.IsValid()) return LastFailure();
+Status Create(std::string commandLine, const Streams& streams, UniqueHandle& process) {
+    const std::vector<HANDLE> handles = streams.All();
+    const bool inherits = !handles.empty();
+    Inheritance inheritance;
+    if (inherits)
+        if (const Status filled = inheritance.Fill(handles); !filled.ok()) return filled;
     STARTUPINFOEXA start = {};
     start.StartupInfo.cb = sizeof start;
     start.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
-    start.StartupInfo.hStdInput = input.Get();
-    start.StartupInfo.hStdOutput = output.Get();
-    start.StartupInfo.hStdError = errors.Get();
-    start.lpAttributeList = handles.empty() ? nullptr : inheritance.List();
+    start.StartupInfo.hStdInput = streams.input.Get();
+    start.StartupInfo.hStdOutput = streams.output.Get();
+    start.StartupInfo.hStdError = streams.errors.Get();
+    start.lpAttributeList = inherits ? inheritance.List() : nullptr;
     PROCESS_INFORMATION created;
-    if (!::CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, !handles.empty(), EXTENDED_STARTUPINFO_PRESENT,
-                          nullptr, nullptr, &start.StartupInfo, &created))
-        return LastFailure();
-    ::CloseHandle(created.hThread);
-    process = Owned(created.hProcess);
+    const auto made = sys::CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, inherits,
+                                          EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &start.StartupInfo, &created);
+    if (!made.ok()) return made.status();
+    const UniqueHandle thread(created.hThread);
+    process = UniqueHandle(created.hProcess);
     return {};
 }
 
-FileHandle OurEnd(Owned& pipe) {
-    return pipe ? reinterpret_cast<FileHandle>(pipe.Release()) : kNoFile;
+FileHandle OurEnd(UniqueHandle& pipe) {
+    return pipe ? ContractHandle(pipe.Release()) : kNoFile;
+}
+
+std::string CommandLine(const char* program, const std::vector<std::string>& arguments) {
+    std::string commandLine;
+    AppendArgument(commandLine, program);
+    for (const std::string& argument : arguments) AppendArgument(commandLine, argument);
+    return commandLine;
 }
 
 }  // namespace
 
-FileFailure StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput,
-                         bool pipeOutput, ChildProcess& child) {
+Status StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput, bool pipeOutput,
+                    ChildProcess& child) {
     Pipe input, output;
-    if ((pipeInput && !input.Make()) || (pipeOutput && !output.Make())) return LastFailure();
-    std::string commandLine;
-    AppendArgument(commandLine, program);
-    for (const std::string& argument : arguments) AppendArgument(commandLine, argument);
-    Owned process;
-    const FileFailure failure =
-        Create(std::move(commandLine), StandardStream(input.read, STD_INPUT_HANDLE),
-               StandardStream(output.write, STD_OUTPUT_HANDLE), StandardStream(Owned(), STD_ERROR_HANDLE), process);
-    if (failure) return failure;
-    child = {reinterpret_cast<std::intptr_t>(process.Release()), OurEnd(input.write), OurEnd(output.read)};
+    if (pipeInput)
+        if (const Status made = input.Make(); !made.ok()) return made;
+    if (pipeOutput)
+        if (const Status made = output.Make(); !made.ok()) return made;
+    Streams streams;
+    const Status made = MakeStream(input.read, STD_INPUT_HANDLE, streams.input)
+                            .Or(MakeStream(output.write, STD_OUTPUT_HANDLE, streams.output))
+                            .Or(MakeStream(UniqueHandle(), STD_ERROR_HANDLE, streams.errors));
+    if (!made.ok()) return made;
+    UniqueHandle process;
+    if (const Status started = Create(CommandLine(program, arguments), streams, process); !started.ok()) return started;
+    child = {ContractHandle(process.Release()), OurEnd(input.write), OurEnd(output.read)};
     return {};
 }
 
-FileFailure WaitForProcess(std::intptr_t process, int& exitStatus) {
-    const Owned handle(reinterpret_cast<HANDLE>(process));
+Status WaitForProcess(std::intptr_t process, int& exitStatus) {
+    const UniqueHandle handle(SystemHandle(process));
+    const auto waited = sys::WaitForSingleObject(handle.Get(), INFINITE);
+    if (!waited.ok()) return waited.status();
     DWORD code = 0;
-    if (::WaitForSingleObject(handle.Get(), INFINITE) != WAIT_OBJECT_0) return LastFailure();
-    if (!::GetExitCodeProcess(handle.Get(), &code)) return LastFailure();
-    exitStatus = static_cast<int>(code);
-    return {};
+    const auto ended = sys::GetExitCodeProcess(handle.Get(), &code);
+    if (ended.ok()) exitStatus = static_cast<int>(code);
+    return ended.status();
 }
 
 void KillProcess(std::intptr_t process) {
-    ::TerminateProcess(reinterpret_cast<HANDLE>(process), 1);
+    sys::TerminateProcess(SystemHandle(process), 1).IgnoreError();  // it may have ended by itself
 }
 
-FileFailure WriteToPipe(FileHandle pipe, const void* data, std::size_t size) {
+Status WriteToPipe(FileHandle pipe, const void* data, std::size_t size) {
     return WriteBytes(pipe, data, size);
 }
 
@@ -124,7 +155,7 @@ int CurrentProcessId() {
 
 std::string CurrentProgram() {
     std::string path(32768, '\0');
-    path.resize(::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    path.resize(sys::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size())).value());
     return path;
 }
 

@@ -1,69 +1,87 @@
 #include "platform/Profile.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <vector>
+
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
-/// A key that is closed at the end of its scope; null when it could not be had.
-class Key {
-public:
-    Key(const ProfilePlace& place, const char* section, bool create) {
-        const std::string path = "Software\\" + place.company + '\\' + place.application + '\\' + section;
-        const LSTATUS status = create ? ::RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE,
-                                                          nullptr, &m_key, nullptr)
-                                      : ::RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, &m_key);
-        if (status != ERROR_SUCCESS) m_key = nullptr;
-    }
-    ~Key() {
-        if (m_key) ::RegCloseKey(m_key);
-    }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
+std::string KeyName(const ProfilePlace& place, const char* section) {
+    return "Software\\" + place.company + '\\' + place.application + '\\' + section;
+}
 
-    HKEY Get() const { return m_key; }
+/// The section's key; none, with the reason in `opened`, when it cannot be had.
+UniqueKey OpenKey(const ProfilePlace& place, const char* section, REGSAM access, Status& opened) {
+    HKEY key = nullptr;
+    opened = sys::RegOpenKeyExA(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, access, &key).status();
+    return UniqueKey(opened.ok() ? key : nullptr);
+}
 
-private:
-    HKEY m_key = nullptr;
-};
+UniqueKey CreateKey(const ProfilePlace& place, const char* section) {
+    HKEY key = nullptr;
+    const auto made = sys::RegCreateKeyExA(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, nullptr, 0,
+                                           KEY_SET_VALUE, nullptr, &key, nullptr);
+    return UniqueKey(made.ok() ? key : nullptr);
+}
 
 std::string UpToZero(const std::vector<char>& bytes) {
     return {bytes.begin(), std::find(bytes.begin(), bytes.end(), '\0')};
 }
 
-std::optional<std::string> ReadRegistry(const Key& key, const char* entry) {
+std::optional<std::string> ReadRegistry(const ProfilePlace& place, const char* section, const char* entry) {
+    Status opened;
+    const UniqueKey key = OpenKey(place, section, KEY_QUERY_VALUE, opened);
+    if (!key) return std::nullopt;
     std::vector<char> value(256);
     for (;;) {
         auto size = static_cast<DWORD>(value.size());
         DWORD type = REG_NONE;
-        const LSTATUS status =
-            ::RegQueryValueExA(key.Get(), entry, nullptr, &type, reinterpret_cast<BYTE*>(value.data()), &size);
-        if (status == ERROR_MORE_DATA) {
-            value.resize(2 * value.size() > size ? 2 * value.size() : size);  // it may have grown meanwhile
+        const auto read =
+            sys::RegQueryValueExA(key.Get(), entry, nullptr, &type, reinterpret_cast<BYTE*>(value.data()), &size);
+        if (read.error() == ERROR_MORE_DATA) {
+            value.resize(std::max<std::size_t>(2 * value.size(), size));  // it may have grown meanwhile
             continue;
         }
-        if (status != ERROR_SUCCESS || type != REG_SZ) return std::nullopt;
+        if (!read.ok() || type != REG_SZ) return std::nullopt;
         value.resize(size);
         return UpToZero(value);
     }
+}
+
+bool WriteRegistry(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
+    const UniqueKey key = CreateKey(place, section);
+    const auto* const bytes = reinterpret_cast<const BYTE*>(value);
+    const auto size = static_cast<DWORD>(std::char_traits<char>::length(value) + 1);
+    return key && sys::RegSetValueExA(key.Get(), entry, 0, REG_SZ, bytes, size).ok();
+}
+
+bool DeleteFromRegistry(const ProfilePlace& place, const char* section, const char* entry) {
+    Status deleted;
+    if (const UniqueKey key = OpenKey(place, section, KEY_SET_VALUE, deleted))
+        deleted = sys::RegDeleteValueA(key.Get(), entry).status();
+    return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
 }
 
 std::string FileOf(const ProfilePlace& place) {
     return place.application + ".INI";
 }
 
-// Two defaults tell a value from none; the system says only that the buffer was full.
+/// Two defaults tell a value from none; the system says only that the buffer was full.
 std::optional<std::string> ReadFile(const ProfilePlace& place, const char* section, const char* entry) {
     std::vector<char> value(256);
+    const std::string file = FileOf(place);
     const auto read = [&](const char* otherwise) {
-        return ::GetPrivateProfileStringA(section, entry, otherwise, value.data(), static_cast<DWORD>(value.size()),
-                                          FileOf(place).c_str());
+        const auto size = static_cast<DWORD>(value.size());
+        return sys::GetPrivateProfileStringA(file.c_str(), section, entry, otherwise, value.data(), size);
     };
-    while (read("") + 1 == value.size()) value.resize(2 * value.size());
-    if (value[0] == '\0' && read("?") > 0) return std::nullopt;
+    auto length = read("");
+    while (length.ok() && length.value() + 1 == value.size()) {
+        value.resize(2 * value.size());
+        length = read("");
+    }
+    if (!length.ok() || (length.value() == 0 && read("?").value() > 0)) return std::nullopt;
     return UpToZero(value);
 }
 
@@ -74,17 +92,13 @@ bool UseProfileFolder(const char*) {
 }
 
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry) {
-    if (place.company.empty()) return ReadFile(place, section, entry);
-    const Key key(place, section, false);
-    return key.Get() ? ReadRegistry(key, entry) : std::nullopt;
+    return place.company.empty() ? ReadFile(place, section, entry) : ReadRegistry(place, section, entry);
 }
 
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
-    if (place.company.empty()) return ::WritePrivateProfileStringA(section, entry, value, FileOf(place).c_str()) != 0;
-    const Key key(place, section, true);
-    const auto* const bytes = reinterpret_cast<const BYTE*>(value);
-    const auto size = static_cast<DWORD>(std::char_traits<char>::length(value) + 1);
-    return key.Get() && ::RegSetValueExA(key.Get(), entry, 0, REG_SZ, bytes, size) == ERROR_SUCCESS;
+    if (place.company.empty())
+        return sys::WritePrivateProfileStringA(FileOf(place).c_str(), section, entry, value).ok();
+    return value ? WriteRegistry(place, section, entry, value) : DeleteFromRegistry(place, section, entry);
 }
 
 }  // namespace qv::platform

@@ -1,8 +1,6 @@
 #include "platform/ShellOperation.h"
 
-#include <windows.h>
-
-#include <shellapi.h>
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 
@@ -15,7 +13,7 @@ std::optional<bool> RunShellOperation(ShellFunction function, const char* from, 
     operation.pTo = to;
     operation.fFlags = flags;
     operation.lpszProgressTitle = title;
-    return ::SHFileOperationA(&operation) == 0 && !operation.fAnyOperationsAborted;
+    return sys::SHFileOperationA(&operation).ok() && !operation.fAnyOperationsAborted;
 }
 
 }  // namespace qv::platform

@@ -1,16 +1,17 @@
 #include "platform/StandardStreams.h"
 
 #include <io.h>
-#include <windows.h>
 
 #include <cstdio>
+
+#include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
 FileHandle Stream(DWORD which) {
-    const HANDLE handle = ::GetStdHandle(which);
-    return handle ? reinterpret_cast<FileHandle>(handle) : kNoFile;
+    const auto handle = sys::GetStdHandle(which);
+    return handle.ok() && handle.value() ? ContractHandle(handle.value()) : kNoFile;
 }
 
 }  // namespace

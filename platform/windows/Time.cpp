@@ -1,20 +1,20 @@
 #include "platform/Time.h"
 
-#include <windows.h>
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 namespace {
 
 // The calendar of the system's conversions, from the first file time to the last whole year.
 constexpr int kFirstYear = 1601, kLastYear = 30827;
-constexpr std::int64_t kFirstSecond = -11644473600, kLastSecond = 910670515199;
+constexpr std::int64_t kFirstSecond = -kSecondsFrom1601To1970, kLastSecond = 910670515199;
 
 std::optional<TIME_ZONE_INFORMATION> ZoneIn(int year) {
     if (year < kFirstYear || year > kLastYear) return std::nullopt;
     TIME_ZONE_INFORMATION zone{};
-    if (::GetTimeZoneInformationForYear(static_cast<USHORT>(year), nullptr, &zone)) return zone;
+    if (sys::GetTimeZoneInformationForYear(static_cast<USHORT>(year), nullptr, &zone).ok()) return zone;
     // A zone that the system keeps no history of has the rules of today for every year.
-    if (::GetTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID) return std::nullopt;
+    if (!sys::GetTimeZoneInformation(&zone).ok()) return std::nullopt;
     return zone;
 }
 

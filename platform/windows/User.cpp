@@ -1,13 +1,13 @@
 #include "platform/User.h"
 
-#include <windows.h>
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 
 std::string UserName() {
-    char name[64] = "Unknown";
+    char name[64];
     DWORD size = sizeof name;
-    return ::GetUserNameA(name, &size) ? name : "Unknown";
+    return sys::GetUserNameA(name, &size).ok() ? name : "Unknown";
 }
 
 }  // namespace qv::platform

@@ -1,13 +1,16 @@
 #include "platform/VersionResource.h"
 
-#include <windows.h>
+#include "platform/Path.h"
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 
 VersionResource::VersionResource(const std::string& file) {
-    const DWORD size = ::GetFileVersionInfoSizeA(file.c_str(), nullptr);
-    m_block.resize(size);
-    if (size && !::GetFileVersionInfoA(file.c_str(), 0, size, m_block.data())) m_block.clear();
+    const std::string native = NativePath(file);
+    const auto size = sys::GetFileVersionInfoSizeA(native.c_str(), nullptr);
+    if (!size.ok()) return;
+    m_block.resize(size.value());
+    if (!sys::GetFileVersionInfoA(native.c_str(), 0, size.value(), m_block.data()).ok()) m_block.clear();
 }
 
 std::string VersionResource::Value(const std::string& path) const {

@@ -1,17 +1,19 @@
 #include "platform/Volume.h"
 
-#include <windows.h>
+#include "platform/Path.h"
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 
 bool IsVolume(const char* path) {
-    return *path && ::GetVolumeInformationA(path, nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0);
+    return *path &&
+           sys::GetVolumeInformationA(NativePath(path).c_str(), nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0).ok();
 }
 
 std::string ShortPath(const char* path) {
     char text[MAX_PATH];
-    const DWORD length = ::GetShortPathNameA(path, text, sizeof text);
-    return length > 0 && length < sizeof text ? std::string(text, length) : std::string(path);
+    const auto length = sys::GetShortPathNameA(NativePath(path).c_str(), text, MAX_PATH);
+    return length.ok() && length.value() < MAX_PATH ? std::string(text, length.value()) : std::string(path);
 }
 
 }  // namespace qv::platform

@@ -1,6 +1,6 @@
 #include "platform/Window.h"
 
-#include <windows.h>
+#include "platform/windows/System.h"
 
 namespace qv::platform {
 namespace {
@@ -23,43 +23,51 @@ LPARAM Text(const std::string& text) {
     return reinterpret_cast<LPARAM>(text.c_str());
 }
 
+// -1, which is CB_ERR and LB_ERR, when the control refuses the message or cannot be reached.
+LRESULT Send(WindowHandle window, UINT message, WPARAM first, LPARAM second) {
+    const auto sent = sys::SendMessageA(window, message, first, second);
+    return sent.ok() ? sent.value() : LB_ERR;
+}
+
 }  // namespace
 
 WindowHandle MakeWindow(WindowKind kind, WindowHandle dialog, int id) {
     const Style style = StyleOf(kind);
     constexpr int kWidth = 200, kHeight = 100;
-    return ::CreateWindowExA(0, style.className, "", style.bits, 0, 0, kWidth, kHeight, dialog,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    return sys::CreateWindowExA(0, style.className, "", style.bits, 0, 0, kWidth, kHeight, dialog,
+                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr)
+        .value();
 }
 
 void EndWindow(WindowHandle window) {
-    ::DestroyWindow(window);
+    sys::DestroyWindow(window).IgnoreError();  // fails when the window is gone already
 }
 
 WindowHandle ControlOf(WindowHandle dialog, int id) {
-    return ::GetDlgItem(dialog, id);
+    return sys::GetDlgItem(dialog, id).value();
 }
 
 std::string TextOf(WindowHandle window) {
-    std::string text(static_cast<std::size_t>(::GetWindowTextLengthA(window)), '\0');
-    const int length = ::GetWindowTextA(window, text.data(), static_cast<int>(text.size()) + 1);
-    text.resize(static_cast<std::size_t>(length));
+    std::string text(static_cast<std::size_t>(sys::GetWindowTextLengthA(window).value()), '\0');
+    const auto length = sys::GetWindowTextA(window, text.data(), static_cast<int>(text.size()) + 1);
+    text.resize(static_cast<std::size_t>(length.value()));
     return text;
 }
 
 void PutText(WindowHandle window, const std::string& text) {
-    ::SetWindowTextA(window, text.c_str());
+    // A window that takes no text keeps what it shows.
+    sys::SetWindowTextA(window, text.c_str()).IgnoreError();
 }
 
 void ChooseText(WindowHandle comboBox, const std::string& text) {
     const auto everyItem = static_cast<WPARAM>(-1);
-    const bool chosen = !text.empty() && ::SendMessageA(comboBox, CB_SELECTSTRING, everyItem, Text(text)) != CB_ERR;
+    const bool chosen = !text.empty() && Send(comboBox, CB_SELECTSTRING, everyItem, Text(text)) != CB_ERR;
     if (!chosen) PutText(comboBox, text);
 }
 
 void FocusOn(WindowHandle window, bool markAll) {
-    ::SetFocus(window);
-    if (markAll) ::SendMessageA(window, EM_SETSEL, 0, -1);
+    sys::SetFocus(window).IgnoreError();  // the system may keep the keyboard where it is
+    if (markAll) Send(window, EM_SETSEL, 0, -1);
 }
 
 WindowHandle FocusedWindow() {
@@ -67,21 +75,21 @@ WindowHandle FocusedWindow() {
 }
 
 void AddItem(WindowHandle box, WindowKind kind, const std::string& text) {
-    ::SendMessageA(box, kind == WindowKind::ComboBox ? CB_ADDSTRING : LB_ADDSTRING, 0, Text(text));
+    Send(box, kind == WindowKind::ComboBox ? CB_ADDSTRING : LB_ADDSTRING, 0, Text(text));
 }
 
 int ItemCount(WindowHandle listBox) {
-    const LRESULT count = ::SendMessageA(listBox, LB_GETCOUNT, 0, 0);
+    const LRESULT count = Send(listBox, LB_GETCOUNT, 0, 0);
     return count == LB_ERR ? 0 : static_cast<int>(count);
 }
 
 void SetItemData(WindowHandle listBox, int item, std::intptr_t data) {
-    ::SendMessageA(listBox, LB_SETITEMDATA, static_cast<WPARAM>(item), data);
+    Send(listBox, LB_SETITEMDATA, static_cast<WPARAM>(item), data);
 }
 
 std::intptr_t ItemData(WindowHandle listBox, int item) {
     if (item < 0 || item >= ItemCount(listBox)) return 0;
-    return ::SendMessageA(listBox, LB_GETITEMDATA, static_cast<WPARAM>(item), 0);
+    return Send(listBox, LB_GETITEMDATA, static_cast<WPARAM>(item), 0);
 }
 
 }  // namespace qv::platform

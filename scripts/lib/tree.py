@@ -37,6 +37,17 @@ PACKAGES = {
     "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
                    r"QString",
 }
+# What platform/ may call beside its tables of system calls: System.h of each side says why.
+PURE_CALLS = {
+    "platform/posix/": r"dladdr gete?uid gettid getpid localtime_r mktime nl_langinfo posix_spawn_file_actions_\w+ setenv "
+                       r"sig\w+set sigismember strerrordesc_np strerror_r strfmon strftime sysconf tzset unsetenv",
+    "platform/windows/": r"_fileno _isatty CloseHandle CoCreateGuid CreateEventA CreateThread DefWindowProcA "
+                         r"DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush GetACP GetActiveWindow GetCPInfo "
+                         r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetStringTypeW GetTickCount64 Global\w+ IsDBCSLeadByte "
+                         r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar ResetEvent SelectObject SetCursor SetEvent "
+                         r"SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime TranslateMessage "
+                         r"VarDateFromStr VerQueryValueA WaitForSingleObject WideCharToMultiByte",
+}
 # Programs over the installed library, and what they include within the tree.
 CLIENTS = {"tools/": ("qvcommon/", "tools/"), "examples/": ("qvcommon/",), "tests/border/": ("qvcommon/",)}
 LONGEST = 300
@@ -107,6 +118,17 @@ def contracts_name_no_system(tree):
 
 
 @rule
+def system_calls_go_through_the_table(tree):
+    for path, text in cxx(tree):
+        pure = next((calls for side, calls in PURE_CALLS.items() if path.startswith(side)), None)
+        if pure is None or re.search(r"/(System|SystemCall|Status)\.(h|cpp)$", path):
+            continue
+        for name in re.findall(r"(?<![\w>:])::([A-Za-z_]\w*)\(", re.sub(r"//.*", "", text)):
+            if not re.fullmatch("|".join(pure.split()), name):
+                yield f"{path} calls {name}"
+
+
+@rule
 def both_sides_answer(tree):
     """A source directly in the folder of a side answers a contract, and the other side has one of that name. A helper
     has no contract's name and a header of its own beside it; what is in folders further down is a helper too."""
@@ -128,7 +150,9 @@ def includes_run_down(tree):
         floor = floor_of(path)
         for name, target in targets(tree, text) if floor is not None else ():
             place = next((place for place in SYSTEM_PLACES if target.startswith(place)), "")
-            if (floor_of(target) or 0) > floor or not path.startswith(place):
+            # A backend of the DOM may use what its system's side of the platform has.
+            shared = any(path.startswith(dom) and place == side for side, dom in zip(*SIDES))
+            if (floor_of(target) or 0) > floor or not (shared or path.startswith(place)):
                 yield f"{path} includes {name} of a higher floor or a system's own"
 
 

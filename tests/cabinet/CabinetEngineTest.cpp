@@ -152,7 +152,7 @@ TEST(CabinetEngine, SurvivesAFailureOfEachCallback) {
         EXPECT_THAT(made.error.error, AllOf(Ge(made.done ? 0 : 1), Le(made.done ? 0 : 8))) << call;
         EXPECT_EQ(maker.allocated, 0) << call;
         EXPECT_EQ(maker.opened, 0) << call;
-        EXPECT_FALSE(maker.files.contains("temp")) << call;
+        EXPECT_FALSE(maker.files.contains("store")) << call;
         for (const auto& [name, bytes] : maker.files)
             EXPECT_TRUE(!name.starts_with("set") ||
                         bytes.size() == Get32(reinterpret_cast<const unsigned char*>(&bytes[8])));

@@ -38,7 +38,8 @@ public:
             value += static_cast<std::uint32_t>(member.size() - 1);
             std::memcpy(&bytes[at], &value, 4);
         };
-        grow(8), grow(36);
+        grow(8);
+        grow(36);
         folder.Write("named.cab", bytes);
     }
 };
@@ -70,10 +71,12 @@ TEST(CabinetTarget, WritesNothingOutsideItsFolder) {
                 byManifest ? "" : name);
             const auto before = outside();
             CReadCab reader;
-            if (byManifest)
-                reader.UseManifest(1), reader.AddSubstitution("*ROOT*", folder / "a\\target\\");
-            else
+            if (byManifest) {
+                reader.UseManifest(1);
+                reader.AddSubstitution("*ROOT*", folder / "a\\target\\");
+            } else {
                 reader.SetDestPath(folder / "a\\target");
+            }
             EXPECT_EQ(CabinetError([&] { reader.ReadCab(folder / "named.cab"); }), accepted ? 0 : 4);
             EXPECT_EQ(outside(), before);
             EXPECT_EQ(fs::is_empty(folder.Native("a/target")), !accepted);

@@ -3,11 +3,12 @@
 #include <random>
 
 #include "platform/DosTime.h"
+#include "platform/Path.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/CabinetError.h"
-#include "tests/support/FileFaults.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tree.h"
 
@@ -95,7 +96,7 @@ TEST(Cabinet, KeepsTimesAndAttributes) {
 }
 
 TEST(Cabinet, TellsWhatFailedAndLeavesNothingHalf) {
-    using qv::FileCall;
+    using qv::platform::CallKind;
     using qv::platform::FileCause;
     const TempFolder folder;
     MakeTree(folder);
@@ -114,10 +115,12 @@ TEST(Cabinet, TellsWhatFailedAndLeavesNothingHalf) {
     EXPECT_EQ(none->GetText(), "Cabinet not found");
     CMakeCab::DirectoryToCab(folder / "in", folder / "p", 1);
     const Tree before = ReadTree(folder.Native());
-    for (const FileCall call : {FileCall::Write, FileCall::Read, FileCall::Close, FileCall::Rename}) {
+    for (const CallKind call : {CallKind::Write, CallKind::Read, CallKind::Close, CallKind::Rename}) {
+        // Windows says all there is to say of written data before its file is closed.
+        if (call == CallKind::Close && qv::platform::HasDriveLetters()) continue;
         fs::create_directory(folder.Native("out"));
         {
-            const FileFaults faults(FileFaults::Always(call, FileCause::DiskFull));
+            const SystemFaults faults(SystemFaults::Always(call, FileCause::DiskFull));
             EXPECT_NE(CabinetError([&] {
                           CReadCab reader;
                           reader.SetDestPath(folder / "out");
@@ -138,7 +141,10 @@ TEST(Cabinet, WritesASetThatItReadsAsOne) {
 
     private:
         DWORD GetMediaSize() const override { return 4000; }
-        int FilePlaced(const QvCabinetDescription&, const char*, DWORD, BOOL) override { return ++placed, 0; }
+        int FilePlaced(const QvCabinetDescription&, const char*, DWORD, BOOL) override {
+            ++placed;
+            return 0;
+        }
     };
     const TempFolder folder;
     MakeTree(folder);

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/Crc32.h"
-#include "tests/support/FileFaults.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -50,9 +50,9 @@ TEST(Checksum, OfAFileIsThatOfItsBytesOrNothing) {
     }
     for (const char* const path : {"none", "", "none\\x"}) EXPECT_EQ(FileCRC(folder / path), 0u);
     int reads = 0;
-    const FileFaults faults([&](qv::FileCall call, const char*) {
-        const bool fails = call == qv::FileCall::Read && ++reads == 3;
-        return fails ? qv::platform::FileFailure{qv::platform::FileCause::HardIO, 5} : qv::platform::FileFailure{};
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        const bool fails = call.kind == qv::platform::CallKind::Read && ++reads == 3;
+        return fails ? SystemFaults::Of(qv::platform::FileCause::HardIO) : SystemFaults::Fault{};
     });
     EXPECT_EQ(FileCRC(folder / "x"), 0u);
     EXPECT_EQ(reads, 3);

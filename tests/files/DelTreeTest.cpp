@@ -3,16 +3,16 @@
 #include "platform/Path.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tree.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using qv::FileCall;
-using qv::platform::FileFailure;
+using qv::platform::CallKind;
+using qv::platform::Status;
 using Names = std::map<std::string, std::string>;
 
 bool MakeLink(const fs::path& target, const fs::path& link) {
@@ -69,13 +69,13 @@ TEST(DelTree, IsNotLedOutsideByAFolderThatBecomesALink) {
     const TempFolder folder;
     MakeTree(folder.Native(), {"outside/kept", "tree/a/b/c/x", "tree/a/y"});
     if (!MakeLink(folder.Native("outside"), folder.Native("probe"))) GTEST_SKIP() << "no links here";
-    const CString victim = folder / "tree\\a\\b\\";
-    const FileFaults swap([&](FileCall call, const char* path) {
-        if (call == FileCall::OpenFolder && victim == path) {
+    bool swapped = false;
+    const SystemFaults swap([&](const SystemFaults::Call& call) {
+        if (call.kind == CallKind::OpenFolder && LastName(call) == "b" && !std::exchange(swapped, true)) {
             fs::rename(folder.Native("tree/a/b"), folder.Native("moved"));
             MakeLink(folder.Native("outside"), folder.Native("tree/a/b"));
         }
-        return FileFailure{};
+        return SystemFaults::Fault{};
     });
     CFileUtils::DelTree(folder / "tree", 1);
     EXPECT_FALSE(folder.Has("tree"));
@@ -104,9 +104,9 @@ TEST(DelTree, NamesWhatItCannotDelete) {
     const TempFolder folder;
     MakeTree(folder.Native(), {"tree/a/x"});
     const CString file = folder / "tree\\a\\x";
-    const FileFaults faults([&](FileCall call, const char* path) {
-        const bool failing = call == FileCall::Remove && file == path;
-        return failing ? FileFailure{qv::platform::FileCause::HardIO, 5} : FileFailure{};
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        const bool failing = call.kind == CallKind::Remove && LastName(call) == "x";
+        return failing ? SystemFaults::Of(qv::platform::FileCause::HardIO) : SystemFaults::Fault{};
     });
     const auto error = Raised<CFileException>([&] { CFileUtils::DelTree(folder / "tree", 1); });
     ASSERT_TRUE(error);

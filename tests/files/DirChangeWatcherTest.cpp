@@ -4,64 +4,20 @@
 #include <random>
 #include <thread>
 
-#include "platform/Event.h"
-#include "platform/Path.h"
-#include "qvcommon/ChangeWatchers.h"
 #include "qvcommon/framework/File.h"
-#include "tests/support/TempFolder.h"
+#include "tests/files/Watching.h"
 #include "tests/support/Tool.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kPatience = 20'000, kAWhile = 60;  // milliseconds
-
-class Watcher : public CDirChangeWatcher {
-public:
-    Watcher(const CString& folder, DWORD filter, int subfolders = 1) {
-        SetDirectory(folder);
-        SetFilter(filter);
-        SetCheckSubdirectories(subfolders);
-        EXPECT_TRUE(Start());
-    }
-    ~Watcher() override { Stop(); }
-
-    void OnChange() override {
-        CDirChangeWatcher::OnChange();
-        m_changed.Set();
-    }
-
-    bool SeesChange() { return m_changed.WaitFor(kPatience); }
-    // Until nothing has come for a while.
-    void Settle() {
-        while (m_changed.WaitFor(kAWhile)) {
-        }
-    }
-    bool StaysQuiet() { return !m_changed.WaitFor(kAWhile); }
-
-private:
-    qv::platform::Event m_changed;
-};
-
-bool OnWindows() {
-    return qv::platform::HasDriveLetters();
-}
-
-// The tree in which operations are done: "file" and "folder", "sub" with the same in it.
-void MakeTree(const TempFolder& tree) {
-    for (const char* const folder : {"", "sub/"}) {
-        fs::create_directories(tree.Native(folder + std::string("folder")));
-        tree.Write(folder + std::string("file"), "text");
-    }
-}
-
 // Windows does; an emulation may tell only of the watched folder itself.
 bool WatchesSubfolders() {
     static const bool watches = [] {
         if (!OnWindows()) return true;
         const TempFolder tree;
-        MakeTree(tree);
+        MakeWatchedTree(tree);
         Watcher watcher(tree / "", 0x01);
         tree.Write("sub/new", "");
         return !watcher.StaysQuiet();
@@ -99,7 +55,7 @@ TEST(DirChangeWatcher, TheFilterSaysWhatCounts) {
             for (const char* const folder : {"", "sub"}) {
                 if (*folder && !WatchesSubfolders()) continue;
                 const TempFolder tree;
-                MakeTree(tree);
+                MakeWatchedTree(tree);
                 Watcher watcher(tree / "", filter);
                 operation.run(tree.Native(folder));
                 const bool name = operation.bits & 0x03 && filter & 0x03;
@@ -114,7 +70,7 @@ TEST(DirChangeWatcher, TheFilterSaysWhatCounts) {
 
 TEST(DirChangeWatcher, KeepsTheChangeUntilItIsReset) {
     const TempFolder tree;
-    MakeTree(tree);
+    MakeWatchedTree(tree);
     Watcher watcher(tree / "", 0x01, 0);
     EXPECT_FALSE(watcher.HasChanged(0));
     tree.Write("sub/new", "");
@@ -135,7 +91,7 @@ TEST(DirChangeWatcher, KeepsTheChangeUntilItIsReset) {
 TEST(DirChangeWatcher, FollowsFoldersThatAppear) {
     if (!WatchesSubfolders()) GTEST_SKIP() << "the system does not tell of subfolders";
     const TempFolder tree, elsewhere;
-    MakeTree(elsewhere);
+    MakeWatchedTree(elsewhere);
     for (int round = 0; round < 30; ++round) {
         const std::string top = "top" + std::to_string(round);
         Watcher watcher(tree / "", 0x01);
@@ -193,123 +149,6 @@ TEST(DirChangeWatcher, MissesNothing) {
         }
         ASSERT_TRUE(watcher.SeesChange()) << i << ", " << name;
     }
-}
-
-TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
-    if (OnWindows()) GTEST_SKIP() << "the system keeps a watched folder";
-    for (const int subfolders : {0, 1}) {
-        const TempFolder tree;
-        fs::create_directories(tree.Native("watched/sub"));
-        Watcher watcher(tree / "watched", 0x10, subfolders);
-        fs::rename(tree.Native("watched"), tree.Native("renamed"));
-        EXPECT_TRUE(watcher.SeesChange());
-        EXPECT_TRUE(subfolders || watcher.IsWatching());
-        fs::remove_all(tree.Native("renamed"));
-        while (watcher.IsWatching()) std::this_thread::yield();
-        EXPECT_FALSE(watcher.Start());
-    }
-}
-
-// More changes than the system keeps, while OnChange is busy: that counts as a change, and what was lost is watched again.
-TEST(DirChangeWatcher, AnOverflowIsAChange) {
-    if (OnWindows()) GTEST_SKIP() << "the system keeps the one change that it tells of";
-    int kept = 0;
-    std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> kept;
-    if (kept == 0 || kept > 100'000) GTEST_SKIP() << "no such end of the list, or one too far away";
-    class Busy : public Watcher {
-    public:
-        using Watcher::Watcher;
-        ~Busy() override { Stop(); }
-        void OnChange() override {
-            Watcher::OnChange();
-            if (!m_free) m_goOn.Wait();
-        }
-        std::atomic<bool> m_free = false;
-        qv::platform::Event m_goOn;
-    };
-    const TempFolder tree;
-    MakeTree(tree);
-    Busy watcher(tree / "", 0x01);
-    tree.Write("new", "");
-    ASSERT_TRUE(watcher.SeesChange());
-    for (int i = 0; i <= kept; i += 2) {
-        fs::rename(tree.Native("file"), tree.Native("other"));
-        fs::rename(tree.Native("other"), tree.Native("file"));
-    }
-    fs::create_directory(tree.Native("lost"));
-    watcher.m_free = true;
-    watcher.m_goOn.Set();
-    EXPECT_TRUE(watcher.SeesChange());
-    watcher.Settle();
-    tree.Write("lost/late", "");
-    EXPECT_TRUE(watcher.SeesChange());
-    EXPECT_TRUE(watcher.IsWatching());
-}
-
-TEST(DirChangeWatcher, AnUnmountEndsTheWatch) {
-    if (OnWindows()) GTEST_SKIP() << "the system keeps a watched volume";
-    const TempFolder tree;
-    const std::string at = tree.Native().string();
-    for (const char* const folder : {"", "below"}) {
-        if (std::system(("mount -t tmpfs tmpfs " + at + " 2> /dev/null").c_str())) GTEST_SKIP() << "may not mount";
-        fs::create_directories(tree.Native("below"));
-        Watcher watcher(tree / folder, 0x19);
-        EXPECT_EQ(std::system(("umount " + at).c_str()), 0);
-        EXPECT_TRUE(watcher.SeesChange());
-        while (watcher.IsWatching()) std::this_thread::yield();
-    }
-}
-
-// Stops, starts anew or ends its watcher from inside OnChange.
-class Acting : public CDirChangeWatcher {
-public:
-    explicit Acting(void (*act)(Acting&)) : m_act(act) {}
-    ~Acting() override { Stop(); }
-
-    void OnChange() override {
-        const std::shared_ptr<qv::platform::Event> told = m_told;
-        m_act(*this);
-        told->Set();
-    }
-
-    std::shared_ptr<qv::platform::Event> m_told = std::make_shared<qv::platform::Event>();
-
-private:
-    void (*m_act)(Acting&);
-};
-
-TEST(DirChangeWatcher, OnChangeMayEndIt) {
-    const TempFolder tree;
-    void (*const acts[])(Acting&) = {[](Acting& watcher) { watcher.Stop(); }, [](Acting& watcher) { watcher.Start(); },
-                                     [](Acting& watcher) { delete &watcher; }};
-    int files = 0;
-    for (const auto& act : acts) {
-        auto* const watcher = new Acting(act);
-        const auto told = watcher->m_told;
-        watcher->SetDirectory(tree / "");
-        ASSERT_TRUE(watcher->Start());
-        tree.Write(std::to_string(++files), "");
-        ASSERT_TRUE(told->WaitFor(kPatience));
-        if (&act == &acts[2]) continue;
-        EXPECT_EQ(watcher->IsWatching(), &act == &acts[1]);
-        delete watcher;
-    }
-}
-
-TEST(DirChangeWatcher, StopsWhileChangesPourIn) {
-    const TempFolder tree;
-    std::atomic<bool> done = false;
-    const std::jthread writer([&] {
-        for (int i = 0; !done; ++i) tree.Write("file" + std::to_string(i % 10), "x");
-    });
-    for (int i = 0; i < 50; ++i) {
-        Watcher watcher(tree / "", 0x19);
-        if (i % 2) {
-            EXPECT_TRUE(watcher.SeesChange());
-        }
-        watcher.Stop();
-    }
-    done = true;
 }
 
 TEST(WatchCommand, PrintsALineForEachChange) {

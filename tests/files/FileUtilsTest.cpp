@@ -9,10 +9,10 @@
 #include "qvcommon/TimeHelper.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/Child.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
+#include "tests/support/RecordingClock.h"
 #include "tests/support/RecordingMessageBox.h"
-#include "tests/support/RecordingPause.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tree.h"
 
@@ -181,20 +181,38 @@ TEST(WholeFiles, HaveLines) {
     EXPECT_TRUE(lines.IsEmpty());
 }
 
+TEST(WholeFiles, AFailedReadGivesNothingRatherThanAPart) {
+    const TempFolder folder;
+    folder.Write("x", std::string(100'000, 'x') + "\ny");
+    for (int failing = 1; failing < 6; ++failing) {
+        int reads = 0;
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            const bool fails = call.kind == qv::platform::CallKind::Read && ++reads == failing;
+            return fails ? SystemFaults::Of(qv::platform::FileCause::HardIO) : SystemFaults::Fault{};
+        });
+        CStringArray lines;
+        const CString text = CFileUtils::ReadFile(folder / "x");
+        EXPECT_EQ(text.IsEmpty(), reads >= failing) << failing;
+        reads = 0;
+        CFileUtils::ReadFile(folder / "x", lines);
+        EXPECT_EQ(lines.IsEmpty(), reads >= failing) << failing;
+    }
+}
+
 TEST(WholeFiles, WaitForOthersOnlyWhenToldTo) {
     const TempFolder folder;
     folder.Write("x", "old");
-    const RecordingPause pause;
+    const RecordingClock clock;
     {
         const CFile holder(folder / "x", CFile::modeRead | CFile::shareDenyWrite);
         EXPECT_EQ(CFileUtils::ReadFile(folder / "x"), "old");
         EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::WriteFile(folder / "x", CString("new"), 0, 0); }));
-        EXPECT_TRUE(pause.pauses.empty());
+        EXPECT_TRUE(clock.pauses.empty());
         EXPECT_EQ(Raised<CFileException>([&] { CFileUtils::WriteFile(folder / "x", CString("new"), 1, 0); })->m_cause,
                   CFileException::sharingViolation);
-        EXPECT_EQ(pause.pauses.size(), 8u);
+        EXPECT_EQ(clock.pauses.size(), 8u);
         EXPECT_EQ(CFileUtils::Log(folder / "x", "line", 0), 0);
-        EXPECT_GT(pause.pauses.size(), 100u);
+        EXPECT_GT(clock.pauses.size(), 100u);
     }
     EXPECT_EQ(CFileUtils::ReadFile(folder / "x"), "old");
 }

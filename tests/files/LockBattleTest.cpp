@@ -5,7 +5,7 @@
 #include <random>
 #include <thread>
 
-#include "framework/Pause.h"
+#include "platform/Clock.h"
 #include "platform/Path.h"
 #include "qvcommon/LockFile.h"
 #include "tests/support/Child.h"
@@ -18,11 +18,13 @@
 namespace {
 
 /// Waits hardly at all between two tries.
-class ShortPause : public qv::IPause {
+class HastyClock : public qv::platform::IClock {
 public:
-    ShortPause() { qv::SetPause(this); }
-    ~ShortPause() override { qv::SetPause(nullptr); }
-    void Pause(unsigned long long) override {
+    HastyClock() { qv::platform::SetClock(this); }
+    ~HastyClock() override { qv::platform::SetClock(nullptr); }
+    std::chrono::system_clock::time_point Now() override { return std::chrono::system_clock::now(); }
+    std::chrono::steady_clock::time_point SteadyNow() override { return std::chrono::steady_clock::now(); }
+    void Sleep(std::chrono::nanoseconds) override {
         std::this_thread::sleep_for(std::chrono::microseconds(std::random_device()() % 200));
     }
 };
@@ -35,7 +37,7 @@ void Report(const char* what) {
 
 QV_CHILD(FightForLock) {
     using Clock = std::chrono::steady_clock;
-    const ShortPause pause;
+    const HastyClock clock;
     CLockFile lock;
     lock.SetSourceFile(arguments.at(0).c_str());
     for (auto last = Clock::now();; last = Clock::now()) {

@@ -7,24 +7,25 @@
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
 #include "tests/support/Child.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
-#include "tests/support/RecordingPause.h"
+#include "tests/support/RecordingClock.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
 
-using Pauses = std::vector<unsigned long long>;
-using qv::FileCall;
+using Pauses = std::vector<long long>;
+using qv::platform::CallKind;
 using qv::platform::FileCause;
-using qv::platform::FileFailure;
 
-/// Fails the opening of every file that is not a side file, and counts how often that was asked.
-FileFaults::Decision OpenFails(FileCause cause, int& asked) {
-    return [cause, &asked](FileCall call, const char* path) {
-        const bool fails = call == FileCall::Open && !std::string_view(path).ends_with(".lid");
-        asked += fails;
-        return fails ? FileFailure{cause, 32} : FileFailure{};
+/// Fails the opening of every file that is not a side file, and counts the failed attempts, each of which reads the side
+/// file.
+SystemFaults::Decision OpenFails(FileCause cause, int& attempts) {
+    return [fault = SystemFaults::Of(cause), &attempts](const SystemFaults::Call& call) {
+        if (call.kind != CallKind::Open) return SystemFaults::Fault{};
+        const bool isSideFile = call.path.ends_with(".lid");
+        attempts += isSideFile;
+        return isSideFile ? SystemFaults::Fault{} : fault;
     };
 }
 
@@ -32,39 +33,40 @@ TEST(MultiUserFile, TriesAgainAfterSharingViolations) {
     const TempFolder folder;
     const UINT flags = CFile::modeCreate | CFile::modeReadWrite;
     const CFile holder(folder / "file", flags);
-    RecordingPause pause;
+    RecordingClock clock;
     CFileException error;
     CMultiUserFile member;
     EXPECT_FALSE(member.Open(folder / "file", flags, &error));
-    EXPECT_EQ(pause.pauses, Pauses(10, 500));
+    EXPECT_EQ(clock.pauses, Pauses(10, 500));
     EXPECT_EQ(error.m_cause, CFileException::sharingViolation);
     EXPECT_EQ(error.m_strFileName, folder / "file");
-    pause.pauses.clear();
+    clock.pauses.clear();
     CFile other;
     EXPECT_FALSE(CMultiUserFile::Open(other, folder / "file", flags));
-    EXPECT_EQ(pause.pauses, (Pauses{500, 750, 1125, 1687, 2530, 3795, 5692, 8538}));
-    pause.pauses.clear();
+    EXPECT_EQ(clock.pauses, (Pauses{500, 750, 1125, 1687, 2530, 3795, 5692, 8538}));
+    clock.pauses.clear();
     EXPECT_FALSE(member.Open(folder / "no\\file", flags));
     EXPECT_FALSE(CMultiUserFile::Open(other, folder / "missing", CFile::modeRead));
     EXPECT_TRUE(CMultiUserFile::Open(other, folder / "new", flags));
     EXPECT_TRUE(Raised<CFileException>([&] { CMultiUserFile(folder / "file", flags); }));
-    EXPECT_TRUE(pause.pauses.empty());
+    EXPECT_TRUE(clock.pauses.empty());
 }
 
 TEST(MultiUserFile, TriesStopAtTheFirstSuccessOrOtherFailure) {
     const TempFolder folder;
     for (const FileCause last : {FileCause::None, FileCause::LockViolation}) {
-        RecordingPause pause;
+        RecordingClock clock;
         int asked = 0;
-        const FileFaults faults([&](FileCall call, const char*) {
-            if (call != FileCall::Open) return FileFailure{};
-            return FileFailure{++asked < 4 ? FileCause::SharingViolation : last, 1};
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            if (call.kind != CallKind::Open) return SystemFaults::Fault{};
+            const FileCause cause = ++asked < 4 ? FileCause::SharingViolation : last;
+            return cause == FileCause::None ? SystemFaults::Fault{} : SystemFaults::Of(cause);
         });
         CFileException error;
         CFile file;
         EXPECT_EQ(CMultiUserFile::Open(file, folder / "new", CFile::modeCreate | CFile::modeWrite, &error),
                   last == FileCause::None);
-        EXPECT_EQ(pause.pauses, (Pauses{500, 750, 1125}));
+        EXPECT_EQ(clock.pauses, (Pauses{500, 750, 1125}));
         EXPECT_EQ(error.m_cause,
                   last == FileCause::None ? CFileException::sharingViolation : CFileException::lockViolation);
     }
@@ -88,11 +90,11 @@ TEST(LockFile, IsHeldByOneAndNamesIt) {
     EXPECT_EQ(folder.Read("report.lid"), CNetUtils::GetCurrentUserName().AsStd());
     EXPECT_EQ(std::filesystem::file_size(folder.Native("report.lck")), 0u);
 
-    RecordingPause pause;
+    RecordingClock clock;
     CLockFile lock;
     lock.SetSourceFile(folder / "report.abc");
     EXPECT_FALSE(lock.Lock(3));
-    EXPECT_EQ(pause.pauses, (Pauses{500, 750, 1125}));
+    EXPECT_EQ(clock.pauses, (Pauses{500, 750, 1125}));
     EXPECT_EQ(lock.GetLockedBy(), CNetUtils::GetCurrentUserName());
     EXPECT_EQ(lock.GetLockException().m_cause, CFileException::sharingViolation);
     EXPECT_EQ(lock.GetLockException().m_strFileName, folder / "report.lck");
@@ -124,11 +126,11 @@ TEST(LockFile, OneLeftBehindIsNoLock) {
         EXPECT_FALSE(lock.Lock(0));
         EXPECT_TRUE(lock.Lock(1));
         EXPECT_EQ(folder.Read("report.lid"), CNetUtils::GetCurrentUserName().AsStd());
-        int asked = 0;
-        const FileFaults faults(OpenFails(FileCause::Generic, asked));
+        int attempts = 0;
+        const SystemFaults faults(OpenFails(FileCause::Generic, attempts));
         EXPECT_TRUE(lock.Lock(5));
         EXPECT_TRUE(lock.Lock(0));
-        EXPECT_EQ(asked, 0);
+        EXPECT_EQ(attempts, 0);
     }
     EXPECT_TRUE(std::filesystem::is_empty(folder.Native()));
 }
@@ -137,18 +139,20 @@ TEST(LockFile, WhatFollowsAFailureDependsOnItsCause) {
     const TempFolder folder;
     folder.Write("document.lid", "holder");
     for (int cause = CFileException::generic; cause <= CFileException::endOfFile; ++cause) {
+        const auto error = SystemFaults::ErrorFor(static_cast<FileCause>(cause));
+        if (!error) continue;  // no call of this system fails so
         const bool pauses = cause == CFileException::directoryFull || cause == CFileException::sharingViolation ||
                             cause == CFileException::lockViolation || cause == CFileException::diskFull;
-        RecordingPause pause;
-        int asked = 0;
-        const FileFaults faults(OpenFails(static_cast<FileCause>(cause), asked));
+        RecordingClock clock;
+        int attempts = 0;
+        const SystemFaults faults(OpenFails(static_cast<FileCause>(cause), attempts));
         CLockFile lock;
         lock.SetSourceFile(folder / "document");
         EXPECT_FALSE(lock.Lock(3));
-        EXPECT_EQ(asked, pauses || cause == CFileException::generic ? 3 : 1) << cause;
-        EXPECT_EQ(pause.pauses, pauses ? Pauses({500, 750, 1125}) : Pauses()) << cause;
+        EXPECT_EQ(attempts, pauses || cause == CFileException::generic ? 3 : 1) << cause;
+        EXPECT_EQ(clock.pauses, pauses ? Pauses({500, 750, 1125}) : Pauses()) << cause;
         EXPECT_EQ(lock.GetLockException().m_cause, cause);
-        EXPECT_EQ(lock.GetLockException().m_lOsError, 32);
+        EXPECT_EQ(lock.GetLockException().m_lOsError, static_cast<LONG>(*error));
         EXPECT_EQ(lock.GetLockedBy(), "holder");
     }
     CLockFile lock;
@@ -166,8 +170,8 @@ TEST(LockFile, SideFilesNeverMakeALockFail) {
         CLockFile first, second;
         first.SetSourceFile(folder / name);
         second.SetSourceFile(folder / name);
-        RecordingPause pause;
-        const FileFaults faults(FileFaults::Always(FileCall::Write, FileCause::DiskFull));
+        RecordingClock clock;
+        const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Write, FileCause::DiskFull));
         EXPECT_TRUE(first.Lock(1));
         folder.Write("b.lid", std::string(1 << 20, 'x'));
         EXPECT_FALSE(second.Lock(1));

@@ -7,15 +7,14 @@
 
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
 
-using qv::FileCall;
+using qv::platform::CallKind;
 using qv::platform::FileCause;
-using qv::platform::FileFailure;
 
 bool Exists(const CString& path) {
     CFileStatus status;
@@ -79,24 +78,23 @@ TEST(TempFile, FailuresByCause) {
         FileCause cause;
         bool given;
         int raised;
-        LONG error;
         bool named;
     };
     const TempFolder folder;
-    for (const Row& row : {Row{FileCause::TooManyOpenFiles, false, CFileException::tooManyOpenFiles, 5, true},
-                           Row{FileCause::AccessDenied, false, CFileException::accessDenied, 5, true},
-                           Row{FileCause::DirectoryFull, false, CFileException::directoryFull, 5, true},
-                           Row{FileCause::DiskFull, true, CFileException::diskFull, 5, true},
-                           Row{FileCause::SharingViolation, true, CFileException::accessDenied, -1, false},
-                           Row{FileCause::BadPath, true, CFileException::accessDenied, -1, false}}) {
+    for (const Row& row : {Row{FileCause::TooManyOpenFiles, false, CFileException::tooManyOpenFiles, true},
+                           Row{FileCause::AccessDenied, false, CFileException::accessDenied, true},
+                           Row{FileCause::DirectoryFull, false, CFileException::directoryFull, true},
+                           Row{FileCause::DiskFull, true, CFileException::diskFull, true},
+                           Row{FileCause::SharingViolation, true, CFileException::accessDenied, false},
+                           Row{FileCause::BadPath, true, CFileException::accessDenied, false}}) {
         CTempFile file;
         if (row.given) file.SetFilename(folder / "given");
         file.SetDirectory(folder / "");
-        const FileFaults faults(FileFaults::Always(FileCall::Open, row.cause));
+        const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Open, row.cause));
         const auto error = Raised<CFileException>([&] { file.Create(); });
         ASSERT_TRUE(error);
         EXPECT_EQ(error->m_cause, row.raised);
-        EXPECT_EQ(error->m_lOsError, row.error);
+        EXPECT_EQ(error->m_lOsError, row.named ? static_cast<LONG>(*SystemFaults::ErrorFor(row.cause)) : -1);
         EXPECT_EQ(!error->m_strFileName.IsEmpty(), row.named);
         EXPECT_EQ(file.GetFilename(), row.given ? folder / "given" : CString());
     }
@@ -108,10 +106,10 @@ TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
     file.SetDirectory(folder / "");
     std::set<std::string> tried;
     {
-        const FileFaults faults([&](FileCall call, const char* path) {
-            const bool fails = call == FileCall::Open && tried.size() < 1500;
-            if (fails) tried.insert(path);
-            return fails ? FileFailure{FileCause::BadPath, 3} : FileFailure{};
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            const bool fails = call.kind == CallKind::Open && tried.size() < 1500;
+            if (fails) tried.insert(std::string(call.path));
+            return fails ? SystemFaults::Of(FileCause::BadPath) : SystemFaults::Fault{};
         });
         file.Create();
         EXPECT_EQ(tried.size(), 1500u);
@@ -120,9 +118,9 @@ TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
     int looks = 0;
     // Whatever name is looked at, it is taken in that moment.
     {
-        const FileFaults faults([&](FileCall call, const char* path) {
-            if (call == FileCall::Status && ++looks) std::ofstream(CFileUtils::GetNativePath(path).AsStd());
-            return FileFailure{};
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            if (call.kind == CallKind::Status && ++looks) std::ofstream(std::string(call.path));
+            return SystemFaults::Fault{};
         });
         const auto error = Raised<CFileException>([&] { file.Create(); });
         ASSERT_TRUE(error);

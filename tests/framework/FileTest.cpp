@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/Path.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -82,30 +82,30 @@ TEST(File, ReadsWritesAndSeeks) {
 }
 
 TEST(File, FailuresOfTheSystemAreRaised) {
-    using qv::FileCall;
+    using qv::platform::CallKind;
     const TempFolder folder;
     struct Row {
-        FileCall call;
+        CallKind call;
         void (*action)(CFile&);
     };
-    for (const Row& row : {Row{FileCall::Read,
+    for (const Row& row : {Row{CallKind::Read,
                                [](CFile& file) {
                                    char c;
                                    file.Read(&c, 1);
                                }},
-                           Row{FileCall::Write, [](CFile& file) { file.Write("x", 1); }},
-                           Row{FileCall::Flush, [](CFile& file) { file.Flush(); }},
-                           Row{FileCall::Seek, [](CFile& file) { file.Seek(0, CFile::begin); }},
-                           Row{FileCall::Resize, [](CFile& file) { file.SetLength(0); }},
-                           Row{FileCall::Close, [](CFile& file) { file.Close(); }}}) {
+                           Row{CallKind::Write, [](CFile& file) { file.Write("x", 1); }},
+                           Row{CallKind::Flush, [](CFile& file) { file.Flush(); }},
+                           Row{CallKind::Seek, [](CFile& file) { file.Seek(0, CFile::begin); }},
+                           Row{CallKind::Resize, [](CFile& file) { file.SetLength(0); }},
+                           Row{CallKind::Close, [](CFile& file) { file.Close(); }}}) {
         CFile file(folder / "file", kNew);
-        const FileFaults faults(FileFaults::Always(row.call, qv::platform::FileCause::HardIO));
+        const SystemFaults faults(SystemFaults::Always(row.call, qv::platform::FileCause::HardIO));
         const auto error = Raised<CFileException>([&] { row.action(file); });
         ASSERT_TRUE(error);
         EXPECT_EQ(error->m_cause, CFileException::hardIO);
-        EXPECT_EQ(error->m_lOsError, 5);
+        EXPECT_EQ(error->m_lOsError, static_cast<LONG>(*SystemFaults::ErrorFor(qv::platform::FileCause::HardIO)));
         EXPECT_EQ(error->m_strFileName, folder / "file");
-        EXPECT_EQ(file.IsOpen(), row.call != FileCall::Close);
+        EXPECT_EQ(file.IsOpen(), row.call != CallKind::Close);
     }
 }
 

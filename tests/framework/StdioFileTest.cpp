@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/File.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -97,12 +97,12 @@ TEST(StdioFile, ReadsAndWritesInTurn) {
 }
 
 TEST(StdioFile, LosesNothingSilently) {
-    using qv::FileCall;
+    using qv::platform::CallKind;
     const TempFolder folder;
-    for (const FileCall failing : {FileCall::Write, FileCall::Close}) {
+    for (const CallKind failing : {CallKind::Write, CallKind::Close}) {
         CStdioFile file(folder / "full", kNew);
         file.WriteString("text");
-        const FileFaults faults(FileFaults::Always(failing, qv::platform::FileCause::DiskFull));
+        const SystemFaults faults(SystemFaults::Always(failing, qv::platform::FileCause::DiskFull));
         const auto error = Raised<CFileException>([&] { file.Close(); });
         ASSERT_TRUE(error);
         EXPECT_EQ(error->m_cause, CFileException::diskFull);
@@ -111,7 +111,8 @@ TEST(StdioFile, LosesNothingSilently) {
     }
     CStdioFile file(folder / "full", kNew);
     {
-        const FileFaults faults(FileFaults::Always(FileCall::Write, qv::platform::FileCause::DiskFull));
+        const SystemFaults faults(
+            SystemFaults::Always(qv::platform::CallKind::Write, qv::platform::FileCause::DiskFull));
         file.WriteString("lost");
         EXPECT_TRUE(Raised<CFileException>([&] { file.Flush(); }));
         EXPECT_TRUE(Raised<CFileException>([&] { file.WriteString(std::string(100'000, 'x')); }));

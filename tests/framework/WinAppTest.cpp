@@ -65,6 +65,9 @@ TEST(WinApp, KeepsTextsInTheProfile) {
         }
         EXPECT_TRUE(app.WriteProfileString("Section 2", fresh, "other"));
         EXPECT_EQ(app.GetProfileString("Section", fresh), "last");
+        for (int again = 0; again < 2; ++again) EXPECT_TRUE(app.WriteProfileString("Section", fresh, nullptr));
+        EXPECT_EQ(app.GetProfileString("Section", fresh, "none"), "none");
+        EXPECT_EQ(app.GetProfileString("Section 2", fresh), "other");
         if (app.IsFile()) {
             EXPECT_TRUE(folder.Has(*company ? "QvCommon_Tests/QvCommonTests.ini" : "QvCommonTests.ini"));
         }

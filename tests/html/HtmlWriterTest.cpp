@@ -4,8 +4,8 @@
 
 #include "html/GoldenPage.h"
 #include "qvcommon/MultiUserFile.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -216,7 +216,8 @@ TEST(HtmlWriter, AFullDiskShowsAtTheLatestWhenThePageIsCommitted) {
     CHtmlWriter page;
     page.SetFilename(folder / "page.html");
     {
-        const FileFaults faults(FileFaults::Always(qv::FileCall::Write, qv::platform::FileCause::DiskFull));
+        const SystemFaults faults(
+            SystemFaults::Always(qv::platform::CallKind::Write, qv::platform::FileCause::DiskFull));
         const auto error = Raised<CFileException>([&] {
             page.AddText("x");
             page.CommitFile();

@@ -1,8 +1,8 @@
 #include "tests/support/DIBitmapTest.h"
 
 #include "tests/support/Bitmap.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 
 namespace {
 
@@ -121,7 +121,7 @@ TEST_F(DIBitmap, SavesTheLayoutOf8BitBitmaps) {
     EXPECT_EQ(Bitmap().Save(m_folder / "c.bmp"), 0);
     EXPECT_FALSE(m_folder.Has("c.bmp"));
     EXPECT_EQ(bitmap.Save(m_folder / "none/c.bmp") + bitmap.SaveWhole(m_folder / "none/c.bmp"), 0);
-    const FileFaults faults(FileFaults::Always(qv::FileCall::Write, qv::platform::FileCause::DiskFull));
+    const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Write, qv::platform::FileCause::DiskFull));
     EXPECT_TRUE(Raised<CFileException>([&] { bitmap.Save(m_folder / "c.bmp"); }));
     EXPECT_TRUE(Raised<CFileException>([&] { bitmap.SaveWhole(m_folder / "c.bmp"); }));
 }

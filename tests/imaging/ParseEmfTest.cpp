@@ -7,9 +7,9 @@
 
 #include "qvcommon/Exceptions.h"
 #include "tests/support/Damage.h"
-#include "tests/support/FileFaults.h"
 #include "tests/support/Metafile.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -120,7 +120,7 @@ TEST_F(ParseEmf, LeavesTheFileBehindTheEndRecordAndFreeAfterErrors) {
     EXPECT_EQ(file.GetPosition(), 2 + SmallMetafile(7).size());
     file.Close();
     {
-        const FileFaults faults(FileFaults::Always(qv::FileCall::Read, qv::platform::FileCause::HardIO));
+        const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Read, qv::platform::FileCause::HardIO));
         EXPECT_EQ(Outcome(walk, m_folder / "a.emf"), 105);
     }
     EXPECT_TRUE(file.Open(m_folder / "a.emf", CFile::modeRead | CFile::shareExclusive));

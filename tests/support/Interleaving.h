@@ -1,28 +1,31 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <random>
-#include <semaphore>
 #include <thread>
 #include <utility>
 #include <vector>
 
-/// Runs threads one at a time and lets them take turns in an order drawn by chance, at each operation on a Stepped value:
-/// orders that a machine comes to once in a year, the same ones at every run.
+/// Runs threads one at a time and switches between them, in an order drawn by chance, at each operation on a Stepped
+/// value: orders that a machine comes to once in a year, the same ones at every run.
 class Interleaving {
 public:
     explicit Interleaving(unsigned seed) : m_random(seed) {}
 
-    /// Runs the actions to their ends. False when a moment came at which all that had not ended slept; they are given up.
+    /// Runs the actions to their ends. False when a moment came at which all that had not ended slept; they are given
+    /// up.
     bool Run(const std::vector<std::function<void()>>& actions) {
         for (std::size_t i = 0; i < actions.size(); ++i) m_threads.push_back(std::make_unique<Thread>());
         for (std::size_t i = 0; i < actions.size(); ++i)
             m_threads[i]->m_thread =
                 std::jthread([this, self = m_threads[i].get(), action = actions[i]] { Live(*self, action); });
-        Choose()->m_turn.release();
+        Resume(Choose());
         for (const auto& thread : m_threads) thread->m_thread.join();
         return !m_stuck;
     }
@@ -47,7 +50,7 @@ public:
 private:
     struct GivenUp {};
     struct Thread {
-        std::binary_semaphore m_turn{0};
+        std::condition_variable m_turn;
         const void* m_sleepsOn = nullptr;
         bool m_ended = false;
         std::jthread m_thread;
@@ -56,21 +59,32 @@ private:
     void Live(Thread& self, const std::function<void()>& action) {
         t_run = this;
         t_self = &self;
-        self.m_turn.acquire();
+        Await(self);
         try {
             action();
         } catch (const GivenUp&) {
         }
         self.m_ended = true;
-        if (Thread* next = Choose()) next->m_turn.release();
+        Resume(Choose());
     }
 
     void HandOver() {
         Thread* const self = t_self;
         Thread* const next = Choose();
         if (next == self) return;
-        next->m_turn.release();
-        self->m_turn.acquire();
+        Resume(next);
+        Await(*self);
+    }
+
+    void Resume(Thread* next) {
+        if (!next) return;
+        const std::scoped_lock lock(m_mutex);
+        m_running = next;
+        next->m_turn.notify_one();
+    }
+    void Await(Thread& self) {
+        std::unique_lock lock(m_mutex);
+        self.m_turn.wait(lock, [&] { return m_running == &self; });
     }
 
     // Whose turn it is, null when all have ended.
@@ -102,48 +116,60 @@ private:
 
     std::mt19937 m_random;
     std::vector<std::unique_ptr<Thread>> m_threads;
+    std::mutex m_mutex;
+    Thread* m_running = nullptr;
     bool m_stuck = false;
 };
 
-/// An atomic value whose operations are the steps of an Interleaving. Orders of memory play no part.
-template <class T>
-class Stepped {
+/// An atomic word whose operations are the steps of an Interleaving. Orders of memory play no part.
+class SteppedWord {
 public:
-    Stepped(T value) : m_value(value) {}
+    SteppedWord(std::uint64_t value) : m_value(value) {}
 
-    T load(std::memory_order = {}) const {
+    std::uint64_t load(std::memory_order) const {
         Interleaving::Step();
         return m_value;
     }
-    bool compare_exchange_strong(T& expected, T value, std::memory_order = {}) {
+    bool compare_exchange_weak(std::uint64_t& expected, std::uint64_t value, std::memory_order) {
         Interleaving::Step();
         const bool same = m_value == expected;
         (same ? m_value : expected) = same ? value : m_value;
         return same;
     }
-    bool compare_exchange_weak(T& expected, T value, std::memory_order = {}) {
-        return compare_exchange_strong(expected, value);
-    }
-    T fetch_sub(T value, std::memory_order = {}) {
+    std::uint64_t fetch_sub(std::uint64_t value, std::memory_order) {
         Interleaving::Step();
         return std::exchange(m_value, m_value - value);
     }
-    T operator++() {
+
+private:
+    std::uint64_t m_value;
+};
+
+/// qv::Turn in such steps.
+class SteppedTurn {
+public:
+    std::uint64_t Now() const {
         Interleaving::Step();
-        return ++m_value;
+        return m_number;
     }
-    void wait(T old) const {
-        for (Interleaving::Step(); m_value == old;) Interleaving::Sleep(this);
+    void WaitFor(std::uint64_t turn) const {
+        for (Interleaving::Step(); m_number == turn;) Interleaving::Sleep(this);
     }
-    void notify_one() {
-        Interleaving::Step();
+    void EndForOne() {
+        Advance();
         Interleaving::WakeOne(this);
     }
-    void notify_all() {
-        Interleaving::Step();
+    void EndForAll() {
+        Advance();
         Interleaving::WakeAll(this);
     }
 
 private:
-    T m_value;
+    void Advance() {
+        Interleaving::Step();
+        ++m_number;
+        Interleaving::Step();
+    }
+
+    std::uint64_t m_number = 0;
 };

@@ -34,8 +34,7 @@ public:
         if (Fails() || (!create && !files.contains(path.AsStd()))) return qv::cabinet::kNoHandle;
         if (create) files[path.AsStd()].clear();
         ++opened;
-        m_open.push_back({path.AsStd(), 0});
-        return static_cast<Handle>(m_open.size());
+        return Opened(path);
     }
     std::int64_t Read(Handle file, void* buffer, std::size_t size) override {
         if (Fails()) return -1;
@@ -66,23 +65,42 @@ public:
     }
 
 protected:
-    bool Fails() { return calls++ == failingCall; }
-
-private:
     struct Place {
         std::string path;
         std::size_t at;
     };
+
+    bool Fails() { return calls++ == failingCall; }
+    Handle Opened(const CString& path) {
+        m_open.push_back({path.AsStd(), 0});
+        return static_cast<Handle>(m_open.size());
+    }
     Place& At(Handle file) { return m_open.at(static_cast<std::size_t>(file - 1)); }
 
+private:
     std::vector<Place> m_open;
 };
 
 /// Makes cabinets called "set0", "set1" and so on.
 class MemoryMaker : public MemoryCalls<qv::cabinet::IMakerCallbacks> {
 public:
-    bool Delete(const CString& path) override { return files.erase(path.AsStd()) == 1; }
-    CString TempName() override { return Fails() ? "" : "temp"; }
+    Handle CreateStore() override { return Open(kStore, qv::cabinet::OpenMode::Create); }
+    Handle CreateCabinet(const CString& path) override { return Open(path + kNew, qv::cabinet::OpenMode::Create); }
+    bool Commit(Handle file) override {
+        const bool committed = MemoryCalls::Close(file);
+        std::string name = At(file).path;
+        auto made = files.extract(name);
+        if (!committed) return false;
+        made.key() = name.substr(0, name.size() - std::string_view(kNew).size());
+        files.erase(made.key());
+        files.insert(std::move(made));
+        return true;
+    }
+    bool Close(Handle file) override {
+        const std::string& name = At(file).path;
+        if (name == kStore || name.ends_with(kNew)) files.erase(name);
+        return MemoryCalls::Close(file);
+    }
     int FilePlaced(const QvCabinetDescription&, const CString&, std::uint32_t, BOOL) override { return Answer(); }
     long Status(qv::cabinet::StatusType, std::uint32_t, std::uint32_t) override { return Answer(); }
     int GetNextCabinet(QvCabinetDescription& cabinet, std::uint32_t) override {
@@ -91,11 +109,15 @@ public:
     }
     Handle GetOpenInfo(const CString& path, std::uint16_t& date, std::uint16_t& time,
                        std::uint16_t& attributes) override {
-        date = 0x5A21, time = 0x6000, attributes = 0x20;
+        date = 0x5A21;
+        time = 0x6000;
+        attributes = 0x20;
         return Open(path, qv::cabinet::OpenMode::Read);
     }
 
 private:
+    static constexpr const char *kStore = "store", *kNew = " being made";
+
     int Answer() { return Fails() ? -1 : 0; }
 };
 

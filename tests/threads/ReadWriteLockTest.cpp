@@ -201,17 +201,21 @@ TEST(LockedObjectMap, SurvivesEverythingAtOnce) {
             const unsigned action = random() % 8;
             if (action == 0) {
                 auto object = std::make_unique<Counted>(alive);
-                if (map.AddItem(key, object.get())) static_cast<void>(object.release()), ++added;
+                if (!map.AddItem(key, object.get())) continue;
+                static_cast<void>(object.release());
+                ++added;
             } else if (action == 1) {
                 take(map.RemoveAt(key));
             } else {
                 CLockedRef reference;
                 if (!map.GetAt(key, reference, action > 3)) continue;
                 auto& object = static_cast<Counted&>(*reference.Get());
-                if (action > 3)
+                if (action > 3) {
                     EXPECT_GE(object.m_value, 0);
-                else
-                    ++object.m_value, ++counted;
+                } else {
+                    ++object.m_value;
+                    ++counted;
+                }
             }
         }
     };

@@ -97,20 +97,15 @@ TEST(Threads, RunTheirFunction) {
     QvCloseThread(nullptr);
 }
 
-// Tells of each message, and lets the user take his time.
-class SlowMessageBox : public IMessageBox {
+// Shows a message until the user closes it, on any number of threads.
+class SlowMessageBox : public RecordingMessageBox {
 public:
-    SlowMessageBox() : m_before(AfxSetMessageBox(this)) {}
-    ~SlowMessageBox() override { AfxSetMessageBox(m_before); }
-    SlowMessageBox(const SlowMessageBox&) = delete;
-    SlowMessageBox& operator=(const SlowMessageBox&) = delete;
-
     int Show(const char* text, UINT style) override {
         {
             const std::scoped_lock lock(m_mutex);
             m_texts += text + std::to_string(style) + ' ';
         }
-        shown.Set();
+        opened.Set();
         closed.Wait();
         return 1;
     }
@@ -120,10 +115,9 @@ public:
         return m_texts;
     }
 
-    Event shown, closed;
+    Event opened, closed;
 
 private:
-    IMessageBox* m_before;
     std::mutex m_mutex;
     std::string m_texts;
 };
@@ -135,14 +129,14 @@ TEST(DeletedFileWatchManager, TellsOnceOfEachDeletion) {
     CDeletedFileWatchManager manager(0, 0);
     manager.AddFile(folder / "kept", "no");
     manager.AddFile(folder / "gone", "one");
-    box.shown.Wait();
+    box.opened.Wait();
     manager.AddFile(folder / "gone", "not this");
     EXPECT_EQ(box.Texts(), "one64 ");
     box.closed.Set();
     // The path leaves the set after the box is closed; only then a new watcher is started.
     while (box.Texts() == "one64 ") {
         manager.AddFile(folder / "gone", "two");
-        if (box.shown.WaitFor(1)) break;
+        if (box.opened.WaitFor(1)) break;
     }
     EXPECT_EQ(box.Texts(), "one64 two64 ");
     box.closed.Set();
@@ -157,13 +151,16 @@ TEST(DeletedFileWatchManager, ClosesAtAnyMoment) {
     for (int i = 0; i < 50; ++i) {
         CDeletedFileWatchManager manager(i % 2 ? 900 : 0, 1);
         for (int file = 0; file < 3; ++file) manager.AddFile(folder / "gone", "x");
-        if (i % 3) box.shown.Wait();
+        if (i % 3) box.opened.Wait();
         for (int file = 0; file < 3; ++file) box.closed.Set();
-        if (i % 5 == 0) box.shown.WaitFor(1);
+        if (i % 5 == 0) box.opened.WaitFor(1);
         // Those whose message comes late are let go too while the manager closes.
         std::atomic<bool> done = false;
         const std::jthread user([&] {
-            while (!done) box.closed.Set(), box.shown.WaitFor(1);
+            while (!done) {
+                box.closed.Set();
+                box.opened.WaitFor(1);
+            }
         });
         manager.Close();
         done = true;

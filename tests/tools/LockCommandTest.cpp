@@ -3,7 +3,7 @@
 #include "platform/Process.h"
 #include "qvcommon/LockFile.h"
 #include "tests/support/Child.h"
-#include "tests/support/RecordingPause.h"
+#include "tests/support/RecordingClock.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
 
@@ -11,7 +11,7 @@ namespace {
 
 /// Whether someone holds the lock on the document: 10 or 11.
 QV_CHILD(LookAtLock) {
-    const RecordingPause pause;
+    const RecordingClock clock;
     CLockFile lock;
     lock.SetSourceFile(arguments.at(0).c_str());
     return lock.Lock(1) ? 10 : 11;

@@ -6,8 +6,7 @@
 
 namespace qv::tool {
 
-Progress::Progress(const char* what, std::size_t total)
-    : m_what(what), m_total(total), m_shown(AfxIsErrorTerminal()) {}
+Progress::Progress(const char* what, std::size_t total) : m_what(what), m_total(total), m_shown(AfxIsErrorTerminal()) {}
 
 Progress::~Progress() {
     if (m_shown) std::fprintf(stderr, "\r%60s\r", "");

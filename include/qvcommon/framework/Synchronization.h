@@ -2,14 +2,10 @@
 
 /// @file The framework's critical section.
 
-#include <memory>
+#include <mutex>
 
 #include "qvcommon/Export.h"
 #include "qvcommon/framework/Types.h"
-
-namespace qv::platform {
-class CriticalSection;
-}
 
 /// Mutual exclusion between the threads of a process. A thread that has entered may enter again, and leaves as often.
 class QVCOMMON_API CCriticalSection {
@@ -25,5 +21,5 @@ public:
     BOOL Unlock();
 
 private:
-    std::shared_ptr<qv::platform::CriticalSection> m_section;
+    std::recursive_mutex m_mutex;
 };

@@ -30,7 +30,7 @@ public:
 
     /// The value, or `otherwise` when there is none or the profile cannot be read.
     CString GetProfileString(const char* section, const char* entry, const char* otherwise = nullptr) const;
-    /// @return 0 when the system could not keep the value; the profile is as it was then.
+    /// Null as the value deletes the entry. @return 0 when the system could not keep that; the profile is as it was then.
     BOOL WriteProfileString(const char* section, const char* entry, const char* value);
 
     CString m_pszAppName;

@@ -24,7 +24,7 @@ HRESULT CreateWithCom(::IXMLDOMDocument** document) {
 }
 
 void SetProperty(::IXMLDOMDocument* document, std::string_view name, std::string_view value) {
-    const auto extended = As<::IXMLDOMDocument2>(document, kDocument2);
+    const auto extended = QueryFor<::IXMLDOMDocument2>(document, kDocument2);
     if (extended) extended->setProperty(Text(name).Get(), Variant(value).Get());
 }
 
@@ -90,8 +90,8 @@ bool Load(Node& document, VARIANT_BOOL loaded, const VARIANT& input) {
 }
 
 std::string Written(Node& document) {
-    Owned<::IStream> stream;
-    Check(::CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+    ComPtr<::IStream> stream;
+    Check(::CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive()));
     Check(ComDocument(document)->save(Variant(stream.Get()).Get()));
     return BytesOf(stream.Get());
 }
@@ -124,12 +124,12 @@ std::string Declared(std::string bytes, std::string_view encoding) {
 }  // namespace
 
 Node* CreateDocument(HRESULT& error) {
-    Owned<::IXMLDOMDocument> document;
-    error = CreateWithCom(&document);
+    ComPtr<::IXMLDOMDocument> document;
+    error = CreateWithCom(document.Receive());
     if (error < 0) return nullptr;
     SetProperty(document.Get(), "SelectionLanguage", "XPath");
     document->put_resolveExternals(VARIANT_FALSE);
-    return new Node{document.Release()};
+    return new Node{document.Detach()};
 }
 
 void SetAsync(Node& document, bool async) {
@@ -153,8 +153,8 @@ void SetProblem(Node& document, const IXMLDOMParseError& problem) {
 
 IXMLDOMParseError Problem(Node& document) {
     if (document.problem.get_errorCode() != 0) return document.problem;
-    Owned<::IXMLDOMParseError> error;
-    Check(ComDocument(document)->get_parseError(&error));
+    ComPtr<::IXMLDOMParseError> error;
+    Check(ComDocument(document)->get_parseError(error.Receive()));
     return ReadProblem(error.Get());
 }
 
@@ -182,13 +182,13 @@ std::string Save(Node& document) {
 }
 
 IXMLDOMNode DocumentElement(Node& document) {
-    Owned<::IXMLDOMElement> root;
-    return Answer(ComDocument(document)->get_documentElement(&root), root);
+    ComPtr<::IXMLDOMElement> root;
+    return Answer(ComDocument(document)->get_documentElement(root.Receive()), root);
 }
 
 IXMLDOMNode CreateElement(Node& document, std::string_view tag) {
-    Owned<::IXMLDOMElement> element;
-    return Answer(ComDocument(document)->createElement(Text(tag).Get(), &element), element);
+    ComPtr<::IXMLDOMElement> element;
+    return Answer(ComDocument(document)->createElement(Text(tag).Get(), element.Receive()), element);
 }
 
 }  // namespace qv::dom

@@ -7,11 +7,14 @@
 #include <msxml2.h>
 
 #include <string_view>
-#include <utility>
 
+#include "platform/windows/ComPtr.h"
 #include "xml/dom/Backend.h"
 
 namespace qv::dom {
+
+using platform::ComPtr;
+using platform::QueryFor;
 
 struct Node {
     ::IXMLDOMNode* object;
@@ -30,37 +33,6 @@ inline ::IXMLDOMDocument* ComDocument(Node& document) {
 inline HRESULT Check(HRESULT result) {
     if (result < 0) _com_raise_error(result);
     return result;
-}
-
-/// One reference to an interface.
-template <class T>
-class Owned {
-public:
-    Owned() = default;
-    explicit Owned(T* pointer) : m_pointer(pointer) {}
-    Owned(Owned&& other) noexcept : m_pointer(other.Release()) {}
-    Owned& operator=(Owned&&) = delete;
-    ~Owned() {
-        if (m_pointer) m_pointer->Release();
-    }
-
-    /// Where a call puts the reference.
-    T** operator&() { return &m_pointer; }
-    T* operator->() const { return m_pointer; }
-    T* Get() const { return m_pointer; }
-    T* Release() { return std::exchange(m_pointer, nullptr); }
-    explicit operator bool() const { return m_pointer != nullptr; }
-
-private:
-    T* m_pointer = nullptr;
-};
-
-/// The same object by another of its interfaces; null when it has none of that kind.
-template <class T>
-Owned<T> As(::IUnknown* object, const IID& iid) {
-    Owned<T> other;
-    object->QueryInterface(iid, reinterpret_cast<void**>(&other));
-    return other;
 }
 
 /// A text of COM's; converted from and to the code page.
@@ -106,9 +78,9 @@ inline IXMLDOMNode HandleTo(::IXMLDOMNode* object) {
 
 /// What an interface's call gave out, as a handle.
 template <class T>
-IXMLDOMNode Answer(HRESULT result, Owned<T>& node) {
+IXMLDOMNode Answer(HRESULT result, ComPtr<T>& node) {
     Check(result);
-    return HandleTo(node.Release());
+    return HandleTo(node.Detach());
 }
 
 inline constexpr IID kNode = {0x2933BF80, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};

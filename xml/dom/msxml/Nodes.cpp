@@ -19,7 +19,7 @@ std::string Converted(BSTR text) {
 }
 
 const void* UnknownOf(Node& node) {
-    return As<::IUnknown>(Com(node), IID_IUnknown).Get();
+    return QueryFor<::IUnknown>(Com(node), IID_IUnknown).Get();
 }
 
 // COM has it that one object answers for one node, always with the same IUnknown. Not every DOM keeps to it: some make a
@@ -40,7 +40,7 @@ bool ObjectsAreNodes() {
 // Where objects are not nodes, an element is known again by an attribute that it gets for a moment.
 class Mark {
 public:
-    Mark(Node& element, long value) : m_element(As<::IXMLDOMElement>(Com(element), kElement)) {
+    Mark(Node& element, long value) : m_element(QueryFor<::IXMLDOMElement>(Com(element), kElement)) {
         if (m_element) m_element->setAttribute(Name(), Variant(std::to_string(value)).Get());
     }
     Mark(Mark&&) = default;
@@ -50,7 +50,7 @@ public:
 
     // The value of an element's mark; -1 for none.
     static long On(Node& node) {
-        const auto element = As<::IXMLDOMElement>(Com(node), kElement);
+        const auto element = QueryFor<::IXMLDOMElement>(Com(node), kElement);
         Variant value;
         if (!element || element->getAttribute(Name(), &value) != S_OK) return -1;
         return std::atol(value.InCodePage().c_str());
@@ -62,7 +62,7 @@ private:
         return name.Get();
     }
 
-    Owned<::IXMLDOMElement> m_element;
+    ComPtr<::IXMLDOMElement> m_element;
 };
 
 bool IsDocument(Node& node) {

@@ -56,8 +56,8 @@ private:
 }  // namespace
 
 IXMLDOMParseError FindProblem(const VARIANT& input) {
-    Owned<::ISAXXMLReader> reader;
-    if (::CoCreateInstance(kReader30, nullptr, CLSCTX_ALL, kReader, reinterpret_cast<void**>(&reader)) < 0) return {};
+    ComPtr<::ISAXXMLReader> reader;
+    if (::CoCreateInstance(kReader30, nullptr, CLSCTX_ALL, kReader, reader.ReceiveAny()) < 0) return {};
     FirstError first;
     reader->putErrorHandler(&first);
     reader->parse(input);

@@ -18,19 +18,19 @@ HRESULT CheckPath(HRESULT result) {
 }  // namespace
 
 IXMLDOMNode SelectFirst(Node& context, std::string_view path) {
-    Owned<::IXMLDOMNode> found;
-    CheckPath(Com(context)->selectSingleNode(Text(Checked(path)).Get(), &found));
-    return HandleTo(found.Release());
+    ComPtr<::IXMLDOMNode> found;
+    CheckPath(Com(context)->selectSingleNode(Text(Checked(path)).Get(), found.Receive()));
+    return HandleTo(found.Detach());
 }
 
 std::vector<IXMLDOMNode> SelectAll(Node& context, std::string_view path) {
-    Owned<::IXMLDOMNodeList> list;
-    CheckPath(Com(context)->selectNodes(Text(Checked(path)).Get(), &list));
+    ComPtr<::IXMLDOMNodeList> list;
+    CheckPath(Com(context)->selectNodes(Text(Checked(path)).Get(), list.Receive()));
     std::vector<IXMLDOMNode> all;
     for (;;) {
-        Owned<::IXMLDOMNode> node;
-        if (Check(list->nextNode(&node)) != S_OK || !node) return all;
-        all.push_back(HandleTo(node.Release()));
+        ComPtr<::IXMLDOMNode> node;
+        if (Check(list->nextNode(node.Receive())) != S_OK || !node) return all;
+        all.push_back(HandleTo(node.Detach()));
     }
 }
 

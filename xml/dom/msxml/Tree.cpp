@@ -6,8 +6,8 @@ namespace {
 using Step = HRESULT (STDMETHODCALLTYPE ::IXMLDOMNode::*)(::IXMLDOMNode**);
 
 IXMLDOMNode Go(Node& node, Step step) {
-    Owned<::IXMLDOMNode> other;
-    return Answer((Com(node)->*step)(&other), other);
+    ComPtr<::IXMLDOMNode> other;
+    return Answer((Com(node)->*step)(other.Receive()), other);
 }
 
 }  // namespace
@@ -29,37 +29,37 @@ IXMLDOMNode PreviousSibling(Node& node) {
 }
 
 Node* OwnerDocument(Node& node) {
-    Owned<::IXMLDOMDocument> document;
-    Check(Com(node)->get_ownerDocument(&document));
-    return document ? new Node{document.Release()} : nullptr;
+    ComPtr<::IXMLDOMDocument> document;
+    Check(Com(node)->get_ownerDocument(document.Receive()));
+    return document ? new Node{document.Detach()} : nullptr;
 }
 
 // Some DOMs count declarations of namespaces that they then cannot give.
 std::vector<IXMLDOMNode> Attributes(Node& node) {
     std::vector<IXMLDOMNode> all;
-    Owned<::IXMLDOMNamedNodeMap> map;
-    if (Check(Com(node)->get_attributes(&map)) != S_OK || !map) return all;
+    ComPtr<::IXMLDOMNamedNodeMap> map;
+    if (Check(Com(node)->get_attributes(map.Receive())) != S_OK || !map) return all;
     long count = 0;
     Check(map->get_length(&count));
     for (long i = 0; i < count; ++i) {
-        Owned<::IXMLDOMNode> attribute;
-        if (map->get_item(i, &attribute) == S_OK && attribute) all.push_back(HandleTo(attribute.Release()));
+        ComPtr<::IXMLDOMNode> attribute;
+        if (map->get_item(i, attribute.Receive()) == S_OK && attribute) all.push_back(HandleTo(attribute.Detach()));
     }
     return all;
 }
 
 void Insert(Node& parent, Node& child, Node* reference) {
     const Variant before(reference ? Com(*reference) : nullptr);
-    Owned<::IXMLDOMNode> inserted;
+    ComPtr<::IXMLDOMNode> inserted;
     if (reference)
-        Check(Com(parent)->insertBefore(Com(child), before.Get(), &inserted));
+        Check(Com(parent)->insertBefore(Com(child), before.Get(), inserted.Receive()));
     else
-        Check(Com(parent)->appendChild(Com(child), &inserted));
+        Check(Com(parent)->appendChild(Com(child), inserted.Receive()));
 }
 
 void Remove(Node& parent, Node& child) {
-    Owned<::IXMLDOMNode> removed;
-    Check(Com(parent)->removeChild(Com(child), &removed));
+    ComPtr<::IXMLDOMNode> removed;
+    Check(Com(parent)->removeChild(Com(child), removed.Receive()));
 }
 
 }  // namespace qv::dom

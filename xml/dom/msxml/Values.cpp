@@ -3,8 +3,8 @@
 namespace qv::dom {
 namespace {
 
-Owned<::IXMLDOMElement> ElementOf(Node& node) {
-    auto element = As<::IXMLDOMElement>(Com(node), kElement);
+ComPtr<::IXMLDOMElement> ElementOf(Node& node) {
+    auto element = QueryFor<::IXMLDOMElement>(Com(node), kElement);
     if (!element) _com_raise_error(_com_error::kFail, "the node is no element");
     return element;
 }
@@ -61,10 +61,10 @@ void SetAttribute(Node& element, std::string_view name, std::string_view value) 
 
 // By the map, which leaves the attribute to those who have handles to it; the element's own operation may not.
 void RemoveAttribute(Node& element, std::string_view name) {
-    Owned<::IXMLDOMNamedNodeMap> map;
-    if (Check(ElementOf(element)->get_attributes(&map)) != S_OK || !map) return;
-    Owned<::IXMLDOMNode> removed;
-    Check(map->removeNamedItem(Text(name).Get(), &removed));
+    ComPtr<::IXMLDOMNamedNodeMap> map;
+    if (Check(ElementOf(element)->get_attributes(map.Receive())) != S_OK || !map) return;
+    ComPtr<::IXMLDOMNode> removed;
+    Check(map->removeNamedItem(Text(name).Get(), removed.Receive()));
 }
 
 }  // namespace qv::dom

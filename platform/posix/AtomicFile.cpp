@@ -1,0 +1,198 @@
+#include "platform/AtomicFile.h"
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/Path.h"
+#include "platform/posix/FolderBody.h"
+#include "platform/posix/OfdLock.h"
+#include "platform/posix/RenameNoReplace.h"
+#include "platform/posix/SameFile.h"
+
+// A temporary name is in use for as long as its file is locked. Who finds the name taken and the lock free deletes the
+// file: its process is dead. A file that has just been made is not locked yet, so its maker checks, once it has the lock,
+// that the name still leads to the file. Where the file system keeps no locks, nothing is deleted.
+
+namespace qv::platform {
+namespace {
+
+constexpr int kMostTemporaryNames = 100;
+constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+
+/// No other lock of this library covers the byte: the committed file is open to others while its maker still has it open.
+constexpr ByteRange kInUse = {.start = (off_t{1} << 62) - 1, .length = 1};
+
+Result<int> LockAsInUse(int file) {
+    return SetOfdLock(file, OfdLockKind::Write, kInUse);
+}
+
+/// Deletes a temporary file whose process is dead. False when it is in use, or not known for one of ours.
+bool RemoveAbandoned(int folder, const char* name) {
+    constexpr int kFlags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const UniqueFd file(sys::openat(folder, name, kFlags, 0));
+    struct stat status;
+    if (!file || !sys::fstat(file.Get(), &status).ok()) return false;
+    if (!S_ISREG(status.st_mode) || status.st_uid != ::geteuid()) return false;
+    if (!LockAsInUse(file.Get()).ok()) return false;
+    return LeadsTo(folder, name, status, AT_SYMLINK_NOFOLLOW) && sys::unlinkat(folder, name, 0).ok();
+}
+
+/// Locks a file that has just been made. False when another process has taken it for an abandoned one.
+bool ClaimName(int file, int folder, const char* name) {
+    const auto locked = LockAsInUse(file);
+    if (!locked.ok()) return !IsLockConflict(locked);
+    struct stat made;
+    return sys::fstat(file, &made).ok() && LeadsTo(folder, name, made, AT_SYMLINK_NOFOLLOW);
+}
+
+/// Network file systems, quotas and file systems in user space report at a close what they cannot keep. Closing a
+/// duplicate has them report it while the target is still the old one.
+Status HandOver(int file) {
+    const auto duplicate = sys::fcntl(file, F_DUPFD_CLOEXEC, 0);
+    return duplicate.ok() ? UniqueFd(duplicate).Close() : duplicate.status();
+}
+
+}  // namespace
+
+struct AtomicFile::Body {
+    Body(int folder_, std::string target_)
+        : folder(folder_), target(std::move(target_)), prefix(target, 0, target.rfind('/') + 1) {}
+    ~Body() {
+        // What cannot be deleted now is deleted by the next that comes upon its name.
+        if (!temporary.empty()) sys::unlinkat(folder, temporary.c_str(), 0).IgnoreError();
+    }
+    Body(const Body&) = delete;
+    Body& operator=(const Body&) = delete;
+
+    Status Create();
+    Status Commit(IfExists ifExists, Durability durability);
+
+    UniqueFd file;
+
+private:
+    Status StatusOf(const Result<int>& call) const {
+        return folder == AT_FDCWD ? call.statusAt(target.c_str()) : call.status();
+    }
+
+    template <class Take>
+    Result<int> TakeTemporaryName(Take take);
+    Result<int> CreateAs(const char* name);
+    Result<int> LinkAs(const char* name) const;
+    Result<int> TakeFreeTarget() const;
+    Result<int> ReplaceTarget();
+    Status SyncName(const UniqueFd& openedFolder) const;
+
+    const int folder;  // where the names begin; AT_FDCWD for a path
+    const std::string target;
+    const std::string prefix;    // the target's folder with its final separator; empty for the folder itself
+    std::string temporary = {};  // the file's own name; empty while it has none
+};
+
+Status AtomicFile::Body::Create() {
+    const char* const place = prefix.empty() ? "." : prefix.c_str();
+    constexpr int kFlags = O_TMPFILE | O_RDWR | O_CLOEXEC;
+    file = UniqueFd(sys::openat(folder, place, kFlags, kOwnerOnly));
+    if (file) return {};
+    return StatusOf(TakeTemporaryName([this](const char* name) { return CreateAs(name); }));
+}
+
+/// Takes the first temporary name that is free, or that a dead process has left. `take` fails with EEXIST for a name that
+/// is taken.
+template <class Take>
+Result<int> AtomicFile::Body::TakeTemporaryName(Take take) {
+    for (int number = 1; number <= kMostTemporaryNames; ++number) {
+        std::string name = prefix + ".qv" + std::to_string(number) + ".tmp";
+        auto taken = take(name.c_str());
+        if (taken.error() == EEXIST && RemoveAbandoned(folder, name.c_str())) taken = take(name.c_str());
+        if (taken.ok()) temporary = std::move(name);
+        if (taken.error() != EEXIST) return taken;
+    }
+    return Result<int>::OfError(-1, EEXIST);
+}
+
+Result<int> AtomicFile::Body::CreateAs(const char* name) {
+    constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+    const auto made = sys::openat(folder, name, kFlags, kOwnerOnly);
+    if (!made.ok()) return made;
+    file = UniqueFd(made);
+    return ClaimName(file.Get(), folder, name) ? made : Result<int>::OfError(-1, EEXIST);
+}
+
+Result<int> AtomicFile::Body::LinkAs(const char* name) const {
+    const auto linked = sys::linkat(file.Get(), "", folder, name, AT_EMPTY_PATH);
+    if (linked.ok() || linked.error() == EEXIST) return linked;
+    // Linking a descriptor as it is takes a privilege on older kernels.
+    const std::string unnamed = "/proc/self/fd/" + std::to_string(file.Get());
+    return sys::linkat(AT_FDCWD, unnamed.c_str(), folder, name, AT_SYMLINK_FOLLOW);
+}
+
+Result<int> AtomicFile::Body::TakeFreeTarget() const {
+    return temporary.empty() ? LinkAs(target.c_str())
+                             : RenameNoReplace(folder, temporary.c_str(), folder, target.c_str());
+}
+
+Result<int> AtomicFile::Body::ReplaceTarget() {
+    if (temporary.empty()) {
+        // Before it has a name, so that it never looks abandoned. Where there are no locks, nothing looks abandoned.
+        LockAsInUse(file.Get()).IgnoreError();
+        const auto named = TakeTemporaryName([this](const char* name) { return LinkAs(name); });
+        if (!named.ok()) return named;
+    }
+    return sys::renameat(folder, temporary.c_str(), folder, target.c_str());
+}
+
+/// A folder that may not be read has no descriptor to sync: all of its file system is synced then.
+Status AtomicFile::Body::SyncName(const UniqueFd& openedFolder) const {
+    return openedFolder ? FlushToDisk(openedFolder.Get()) : sys::syncfs(file.Get()).status();
+}
+
+Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
+    if (const Status handedOver = HandOver(file.Get()); !handedOver.ok()) return handedOver;
+    UniqueFd openedFolder;
+    if (durability == Durability::Synced) {
+        if (const Status flushed = FlushToDisk(file.Get()); !flushed.ok()) return flushed;
+        const char* const place = prefix.empty() ? "." : prefix.c_str();
+        openedFolder = UniqueFd(sys::openat_folder(folder, place, 0));
+    }
+    const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget();
+    if (!placed.ok()) return StatusOf(placed);
+    temporary.clear();
+    return durability == Durability::Synced ? SyncName(openedFolder) : Status();
+}
+
+AtomicFile::AtomicFile() = default;
+AtomicFile::~AtomicFile() = default;
+AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
+AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
+
+Status AtomicFile::Create(const char* target) {
+    m_body = std::make_unique<Body>(AT_FDCWD, NativePath(target));
+    const Status created = m_body->Create();
+    if (!created.ok()) Drop();
+    return created;
+}
+
+Status AtomicFile::CreateIn(const Folder& folder, const std::string& name) {
+    m_body = std::make_unique<Body>(DescriptorOf(folder), name);
+    const Status created = m_body->Create();
+    if (!created.ok()) Drop();
+    return created;
+}
+
+FileHandle AtomicFile::Handle() const {
+    return m_body ? m_body->file.Get() : kNoFile;
+}
+
+Status AtomicFile::Commit(IfExists ifExists, Durability durability) {
+    if (!m_body) return Status::OfError(EBADF);
+    const Status committed = m_body->Commit(ifExists, durability);
+    const bool stays = ifExists == IfExists::Fail && committed.error() == EEXIST;
+    if (!stays) Drop();
+    return committed;
+}
+
+void AtomicFile::Drop() {
+    m_body.reset();
+}
+
+}  // namespace qv::platform

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/posix/System.h"
+
+namespace qv::platform {
+
+/// One text of the user database's entry for the user as whom the program runs, such as &passwd::pw_dir. Empty when there
+/// is no entry, or it cannot be read.
+inline std::string OwnUserEntry(char* passwd::*text) {
+    std::vector<char> texts(16384);
+    passwd entry{}, *found = nullptr;
+    const auto read = sys::getpwuid_r(::geteuid(), &entry, texts.data(), texts.size(), &found);
+    return read.ok() && found && found->*text ? found->*text : "";
+}
+
+}  // namespace qv::platform

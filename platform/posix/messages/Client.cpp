@@ -1,0 +1,105 @@
+#include "platform/posix/messages/Client.h"
+
+#include <cerrno>
+#include <chrono>
+#include <utility>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "platform/posix/UniqueFd.h"
+#include "platform/posix/messages/Frame.h"
+#include "platform/posix/messages/Names.h"
+#include "platform/posix/messages/Server.h"
+#include "platform/posix/messages/Waiting.h"
+
+namespace qv::platform::messages {
+namespace {
+
+// The calling thread's last conversation stays open: another text to the same window only needs to be sent.
+struct Conversation {
+    std::string target = {};
+    UniqueFd socket = UniqueFd();
+
+    // The other end never sends unasked, so there is something to read only after it has closed.
+    bool IsOpenTo(const std::string& className) const {
+        char byte;
+        return socket && target == className &&
+               sys::recv(socket.Get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT).error() == EAGAIN;
+    }
+};
+
+Conversation& LastConversation() {
+    static thread_local Conversation conversation;
+    return conversation;
+}
+
+// A window that has just acquired its name may not listen yet.
+UniqueFd Connect(const std::string& path) {
+    if (path.empty()) return UniqueFd();
+    const sockaddr_un address = AddressOf(path);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        UniqueFd socket(sys::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        if (socket && sys::connect(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address).ok())
+            return IsSameUser(socket.Get()) ? std::move(socket) : UniqueFd();
+        if (!IsNameOwned(path)) break;
+        Sleep(std::chrono::milliseconds(10));
+    }
+    return UniqueFd();
+}
+
+// Takes the last conversation away while a text is on its way: receivers that run meanwhile may send too.
+UniqueFd Reach(const std::string& className) {
+    Conversation last = std::exchange(LastConversation(), {});
+    if (last.IsOpenTo(className)) return std::move(last.socket);
+    return Connect(SocketPath(className));
+}
+
+bool SendAll(int socket, std::string_view data) {
+    while (!data.empty()) {
+        const auto sent = sys::send(socket, data.data(), data.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (sent.ok())
+            data.remove_prefix(static_cast<std::size_t>(sent.value()));
+        else if (sent.error() == EAGAIN)
+            WaitFor(socket, POLLOUT, std::nullopt);
+        else
+            return false;
+    }
+    return true;
+}
+
+Answer ReceiveAnswer(int socket) {
+    std::vector<pollfd> polled = {{socket, POLLIN, 0}};
+    for (;;) {
+        const bool hasWindows = !OwnServers().empty();
+        if (hasWindows)
+            WaitFor(socket, POLLIN, std::nullopt);
+        else
+            SpinPoller::Own().Poll(polled, std::chrono::nanoseconds::max());
+        Answer answer = Answer::None;
+        const auto size = sys::recv(socket, &answer, sizeof answer, hasWindows ? MSG_DONTWAIT : 0);
+        if (size.ok()) return size.value() == sizeof answer ? answer : Answer::None;
+        if (size.error() != EAGAIN) return Answer::None;
+    }
+}
+
+}  // namespace
+
+bool IsConversationOpen(const std::string& className) {
+    return LastConversation().IsOpenTo(className);
+}
+
+bool Send(const std::string& target, const std::string& sender, std::string_view text) {
+    std::string opening = Frame::Opening(target, sender, text.size());
+    if (text.size() <= 4096) opening += std::exchange(text, {});  // in one call
+    for (;;) {
+        UniqueFd socket = Reach(target);
+        if (!socket) return false;
+        // Even a frame that could not be sent whole may have been answered.
+        static_cast<void>(SendAll(socket.Get(), opening) && SendAll(socket.Get(), text));
+        const Answer answer = ReceiveAnswer(socket.Get());
+        if (answer == Answer::Handled) LastConversation() = {target, std::move(socket)};
+        if (answer != Answer::NotTaken) return answer == Answer::Handled;
+    }
+}
+
+}  // namespace qv::platform::messages

@@ -1,0 +1,143 @@
+#include "platform/posix/messages/Names.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "platform/MessageWindow.h"
+#include "platform/PercentCode.h"
+#include "platform/Window.h"
+#include "platform/posix/OfdLock.h"
+#include "platform/posix/SameFile.h"
+
+namespace qv::platform::messages {
+namespace {
+
+struct Handles {
+    std::mutex mutex;
+    std::map<std::string, WindowHandle> windows;
+};
+
+Handles& AllHandles() {
+    static auto& handles = *new Handles;  // never destroyed: threads may outlive main
+    return handles;
+}
+
+bool IsOwnFolder(const std::string& path, mode_t forbidden) {
+    struct stat status;
+    return sys::fstatat(AT_FDCWD, path.c_str(), &status, AT_SYMLINK_NOFOLLOW).ok() && S_ISDIR(status.st_mode) &&
+           status.st_uid == ::geteuid() && !(status.st_mode & forbidden);
+}
+
+// Creates the folder of the user's sockets; empty unless the user owns it with mode 0700.
+std::string MessageFolder() {
+    const std::string user = std::to_string(::geteuid()), runtime = "/run/user/" + user;
+    const std::string folder = IsOwnFolder(runtime, 0) ? runtime + "/qvcommon" : "/tmp/qvcommon-" + user;
+    sys::mkdirat(AT_FDCWD, folder.c_str(), S_IRWXU).IgnoreError();  // most often it exists; what it is shows below
+    return IsOwnFolder(folder, S_IRWXG | S_IRWXO) ? folder : "";
+}
+
+std::string Escaped(const std::string& name) {
+    std::string out;
+    for (const char c : name) {
+        if (c == '/' || c == '%' || c == '\0' || (c == '.' && out.empty()))
+            AppendPercent(out, c);
+        else
+            out += c;
+    }
+    return out;
+}
+
+// 128 bits: FNV-1a from two offset bases. A collision only keeps two names from being used at once, since every frame
+// carries its target's name.
+std::string Digest(const std::string& name) {
+    std::string out;
+    for (std::uint64_t hash : {0xCBF29CE484222325u, 0x9AE16A3B2F90404Fu}) {
+        for (const char c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
+        char text[17];
+        std::snprintf(text, sizeof text, "%016jx", static_cast<std::uintmax_t>(hash));
+        out += text;
+    }
+    return out;
+}
+
+std::string LockPath(const std::string& socketPath) {
+    return socketPath + ".lock";
+}
+
+Result<int> OpenLock(const std::string& path, int flags) {
+    constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+    return sys::openat(AT_FDCWD, path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly);
+}
+
+bool IsStillAt(int file, const std::string& path) {
+    struct stat here;
+    return sys::fstat(file, &here).ok() && LeadsTo(AT_FDCWD, path.c_str(), here);
+}
+
+}  // namespace
+
+WindowHandle HandleOf(const std::string& className) {
+    const std::scoped_lock lock(AllHandles().mutex);
+    WindowHandle& window = AllHandles().windows[className];
+    if (!window) {
+        window = MakeWindow(WindowKind::Dialog, nullptr, 0);
+        PutText(window, className);
+    }
+    return window;
+}
+
+std::string NameOf(WindowHandle window) {
+    const std::scoped_lock lock(AllHandles().mutex);
+    const auto& windows = AllHandles().windows;
+    const auto found =
+        std::find_if(windows.begin(), windows.end(), [window](const auto& entry) { return entry.second == window; });
+    return found == windows.end() ? "" : found->first;
+}
+
+// The system's limit for a socket's path is 107 bytes.
+std::string SocketPath(const std::string& className) {
+    constexpr std::size_t longest = 72;
+    const std::string folder = MessageFolder(), name = Escaped(className);
+    if (folder.empty() || className.empty() || name.size() > kLongestClassName) return "";
+    return folder + '/' + (name.size() <= longest ? name : name.substr(0, longest - 33) + '-' + Digest(className));
+}
+
+sockaddr_un AddressOf(const std::string& socketPath) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    socketPath.copy(address.sun_path, sizeof address.sun_path - 1);
+    return address;
+}
+
+UniqueFd AcquireName(const std::string& socketPath) {
+    const std::string path = LockPath(socketPath);
+    for (;;) {
+        UniqueFd file(OpenLock(path, O_RDWR | O_CREAT));
+        if (!file || !SetOfdLock(file.Get(), OfdLockKind::Write).ok()) return UniqueFd();
+        if (IsStillAt(file.Get(), path)) return file;  // else the previous owner has just removed it
+    }
+}
+
+bool IsNameOwned(const std::string& socketPath) {
+    const UniqueFd file(OpenLock(LockPath(socketPath), O_RDONLY));
+    return file && HasLockConflict(file.Get(), OfdLockKind::Write).value();
+}
+
+void ReleaseName(const std::string& socketPath, UniqueFd& lock) {
+    // What stays is taken over by the next window of that name.
+    sys::unlinkat(AT_FDCWD, socketPath.c_str(), 0).IgnoreError();
+    sys::unlinkat(AT_FDCWD, LockPath(socketPath).c_str(), 0).IgnoreError();
+    lock = UniqueFd();
+}
+
+bool IsSameUser(int socket) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return sys::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size).ok() && peer.uid == ::geteuid();
+}
+
+}  // namespace qv::platform::messages

@@ -1,0 +1,83 @@
+#include "platform/posix/sharing/ShareModes.h"
+
+#include <random>
+
+#include "platform/posix/OfdLock.h"
+
+namespace qv::platform {
+namespace {
+
+using Outcome = Result<ShareOutcome>;
+
+enum Range : int { kReads, kWrites, kDeniesReading, kDeniesWriting };
+constexpr off_t kFirstRange = off_t{1} << 62;
+constexpr off_t kRangeSize = off_t{1} << 32;
+
+constexpr int kTriesForAFreeByte = 8;
+
+off_t StartOf(Range range) {
+    return kFirstRange + range * kRangeSize;
+}
+
+bool IsGranted(const Outcome& outcome) {
+    return outcome.ok() && outcome.value() == ShareOutcome::Granted;
+}
+
+Outcome Failed(unsigned long error) {
+    return Outcome::OfError(ShareOutcome::OthersSeen, error);
+}
+
+/// Another program's lock in the way, of whatever kind, counts as another opener.
+Outcome LockByte(int file, OfdLockKind kind, off_t at) {
+    const auto set = SetOfdLock(file, kind, {.start = at, .length = 1});
+    if (set.ok()) return ShareOutcome::Granted;
+    return IsLockConflict(set) ? Outcome(ShareOutcome::OthersSeen) : Failed(set.error());
+}
+
+/// From the processor: children of a fork must not draw the same numbers.
+off_t RandomByteOfARange() {
+    return std::random_device()() | 1;
+}
+
+/// Readers share a read lock on the first byte. A descriptor that only writes may hold no read lock: it takes a byte of its
+/// own, at random, but never the first.
+Outcome Mark(int file, Range range, bool mayReadLock) {
+    if (mayReadLock) return LockByte(file, OfdLockKind::Read, StartOf(range));
+    Outcome outcome = ShareOutcome::OthersSeen;
+    for (int tries = 0; outcome.ok() && !IsGranted(outcome) && tries < kTriesForAFreeByte; ++tries)
+        outcome = LockByte(file, OfdLockKind::Write, StartOf(range) + RandomByteOfARange());
+    return outcome;
+}
+
+Outcome LookForOthers(int file, Range range) {
+    const auto conflict = HasLockConflict(file, OfdLockKind::Write, {.start = StartOf(range), .length = kRangeSize});
+    if (!conflict.ok()) return Failed(conflict.error());
+    return conflict.value() ? ShareOutcome::OthersSeen : ShareOutcome::Granted;
+}
+
+Outcome LookForOthers(int file, const OpenRequest& request) {
+    Outcome outcome = ShareOutcome::Granted;
+    if (request.read) outcome = LookForOthers(file, kDeniesReading);
+    if (request.write && IsGranted(outcome)) outcome = LookForOthers(file, kDeniesWriting);
+    if (request.denyRead && IsGranted(outcome)) outcome = LookForOthers(file, kReads);
+    if (request.denyWrite && IsGranted(outcome)) outcome = LookForOthers(file, kWrites);
+    return outcome;
+}
+
+}  // namespace
+
+Result<ShareOutcome> MarkPresence(int file, const OpenRequest& request, bool mayReadLock) {
+    Outcome outcome = ShareOutcome::Granted;
+    if (request.read) outcome = Mark(file, kReads, mayReadLock);
+    if (request.write && IsGranted(outcome)) outcome = Mark(file, kWrites, mayReadLock);
+    if (request.denyRead && IsGranted(outcome)) outcome = Mark(file, kDeniesReading, mayReadLock);
+    if (request.denyWrite && IsGranted(outcome)) outcome = Mark(file, kDeniesWriting, mayReadLock);
+    return outcome;
+}
+
+Result<ShareOutcome> AcquireShareMode(int file, const OpenRequest& request) {
+    const Outcome marked = MarkPresence(file, request, request.read);
+    return IsGranted(marked) ? LookForOthers(file, request) : marked;
+}
+
+}  // namespace qv::platform

@@ -1,0 +1,38 @@
+#pragma once
+
+/// @file File times and sizes, of which the system's records hold two halves of 32 bits.
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "platform/Time.h"
+
+namespace qv::platform {
+
+inline std::uint64_t Joined(DWORD high, DWORD low) {
+    return std::uint64_t{high} << 32 | low;
+}
+
+inline std::uint64_t TicksOf(const FILETIME& time) {
+    return Joined(time.dwHighDateTime, time.dwLowDateTime);
+}
+
+/// The ticks since 1601 at a time in seconds since 1970.
+inline std::int64_t TicksAt(std::int64_t seconds) {
+    return (seconds + kSecondsFrom1601To1970) * kTicksPerSecond;
+}
+
+/// Seconds since 1970; -1 for a time that the file system does not keep.
+inline std::int64_t SecondsOf(const FILETIME& time) {
+    const std::uint64_t ticks = TicksOf(time);
+    if (ticks == 0) return -1;
+    return static_cast<std::int64_t>(ticks - static_cast<std::uint64_t>(TicksAt(0))) / kTicksPerSecond;
+}
+
+inline FILETIME FileTimeAt(std::int64_t seconds) {
+    const auto ticks = static_cast<std::uint64_t>(TicksAt(seconds));
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+}  // namespace qv::platform

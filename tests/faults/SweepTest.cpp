@@ -1,0 +1,162 @@
+// Every operation that writes is run again and again, and each time another one of its system calls is disturbed: it fails,
+// moves a single byte, is interrupted, or is where the process ends. Whatever happens, the operation has reported it or
+// done all that it should, files are what the contracts promise, and the next run leaves nothing behind.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+#include "platform/Path.h"
+#include "tests/faults/Operations.h"
+#include "tests/support/Child.h"
+#include "tests/support/RecordingClock.h"
+#include "tests/support/SystemFaults.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tree.h"
+
+namespace {
+
+using qv::platform::CallKind;
+using qv::platform::FileCause;
+using Fault = SystemFaults::Fault;
+
+constexpr int kKilled = 77;
+
+Place PlaceAt(const TempFolder& folder) {
+    return {folder.Native(), folder / ""};
+}
+
+struct Outcome {
+    bool reported;
+    bool reached;         ///< it made as many calls
+    bool silent = false;  ///< a disturbed call may fail without a report
+    std::string call;
+};
+
+enum class How { Once, FromThenOn };
+
+/// Runs the operation with the Nth call disturbed, and with FromThenOn all that follow.
+Outcome RunDisturbed(const Operation& operation, const Place& place, int nth, Fault fault, How how) {
+    Outcome outcome{};
+    int calls = 0;
+    const RecordingClock clock;
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        ++calls;
+        if (calls == nth) {
+            outcome.reached = true;
+            outcome.call = call.name;
+        }
+        const bool disturbed = calls == nth || (how == How::FromThenOn && calls > nth);
+        outcome.silent |= disturbed && operation.silent(call);
+        return disturbed ? fault : Fault{};
+    });
+    outcome.reported = operation.run(place);
+    return outcome;
+}
+
+/// Runs it once more, undisturbed.
+void ExpectWholeAfterNextRun(const Operation& operation, const Place& place, const std::string& after) {
+    const RecordingClock clock;
+    EXPECT_FALSE(operation.run(place)) << after;
+    EXPECT_TRUE(operation.done(ReadTree(place.native))) << after << ::testing::PrintToString(ReadTree(place.native));
+}
+
+class Sweep : public ::testing::TestWithParam<std::size_t> {
+protected:
+    const Operation& m_operation = Operations()[GetParam()];
+
+    /// False when the operation makes fewer calls.
+    bool Disturb(int nth, Fault fault, How how) {
+        const TempFolder folder;
+        const Place place = PlaceAt(folder);
+        m_operation.prepare(place);
+        const Outcome outcome = RunDisturbed(m_operation, place, nth, fault, how);
+        if (!outcome.reached) return false;
+        const Tree tree = ReadTree(place.native);
+        const std::string after = "call " + std::to_string(nth) + " " + outcome.call + " ";
+        EXPECT_TRUE(outcome.reported || outcome.silent || m_operation.done(tree)) << after;
+        EXPECT_TRUE(m_operation.kept(tree)) << after << ::testing::PrintToString(tree);
+        ExpectWholeAfterNextRun(m_operation, place, after);
+        return true;
+    }
+};
+
+TEST_P(Sweep, FailuresAreReportedAndLoseNothing) {
+    const Fault full = SystemFaults::Of(FileCause::DiskFull);
+    for (int nth = 1; Disturb(nth, full, How::Once); ++nth)
+        if (HasFailure()) return;
+    for (int nth = 1; Disturb(nth, full, How::FromThenOn); ++nth)
+        if (HasFailure()) return;
+}
+
+/// Whether a signal may interrupt such a call.
+bool IsInterruptible(CallKind kind) {
+    constexpr CallKind kKinds[] = {CallKind::Open,  CallKind::OpenFolder, CallKind::Read,
+                                   CallKind::Write, CallKind::Flush,      CallKind::Copy};
+    return !qv::platform::HasDriveLetters() &&
+           std::find(std::begin(kKinds), std::end(kKinds), kind) != std::end(kKinds);
+}
+
+TEST_P(Sweep, EveryCallIsInterruptedOnceAndMovesOneByte) {
+    const TempFolder folder;
+    const Place place = PlaceAt(folder);
+    m_operation.prepare(place);
+    int calls = 0;
+    bool interrupted = false, reported = true;
+    {
+        const RecordingClock clock;
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            interrupted = IsInterruptible(call.kind) && !interrupted;
+            ++calls;
+            return Fault{.error = interrupted ? static_cast<unsigned long>(EINTR) : 0, .shorten = true};
+        });
+        reported = m_operation.run(place);
+    }
+    EXPECT_GT(calls, 0);
+    EXPECT_FALSE(reported);
+    EXPECT_TRUE(m_operation.done(ReadTree(place.native))) << ::testing::PrintToString(ReadTree(place.native));
+}
+
+/// Runs an operation and ends the process before the Nth call, as a kill would.
+QV_CHILD(RunAndDie) {
+    const Operation& operation = Operations()[std::stoul(arguments.at(0))];
+    const Place place{arguments.at(1), CString(arguments.at(2))};
+    int left = std::stoi(arguments.at(3));
+    const SystemFaults faults([&](const SystemFaults::Call&) {
+        if (--left == 0) std::_Exit(kKilled);
+        return Fault{};
+    });
+    return operation.run(place);
+}
+
+TEST_P(Sweep, AKilledProcessLeavesOldOrNew) {
+    // Programs start slowly under Wine: there one call in five is tried.
+    const int step = qv::platform::HasDriveLetters() && !std::getenv("QV_TEST_LARGE") ? 5 : 1;
+    for (int nth = 1, status = kKilled; status == kKilled; nth += step) {
+        const TempFolder folder;
+        const Place place = PlaceAt(folder);
+        m_operation.prepare(place);
+        CProcess child;
+        StartChild(child, "RunAndDie",
+                   {CString(std::to_string(GetParam())), CString(place.native.string()), place.path,
+                    CString(std::to_string(nth))});
+        status = child.Wait();
+        const Tree tree = ReadTree(place.native);
+        const std::string after = "killed at call " + std::to_string(nth) + " ";
+        ASSERT_TRUE(status == kKilled || status == 0) << after << status;
+        ASSERT_TRUE(status == kKilled ? m_operation.kept(tree) : m_operation.done(tree))
+            << after << ::testing::PrintToString(tree);
+        ExpectWholeAfterNextRun(m_operation, place, after);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, Sweep, ::testing::Range<std::size_t>(0, Operations().size()),
+                         [](const auto& operation) {
+                             std::string name = Operations()[operation.param].name;
+                             std::replace(name.begin(), name.end(), ' ', '_');
+                             return name;
+                         });
+
+}  // namespace

@@ -1,0 +1,180 @@
+#pragma once
+
+/// @file A lock of many readers or one writer that prefers writers, with its whole state in one atomic word.
+
+#include <atomic>
+#include <cstdint>
+
+namespace qv {
+
+/// The word, from the lowest bit:
+///
+///     field           | bits | meaning
+///     ----------------+------+---------------------------------------------------------------------------
+///     readers         |  32  | how many hold the lock; the highest bit means that no more can be counted
+///     writer          |   1  | one holds the lock
+///     queueing        |   1  | new writers do not pass those that wait
+///     writer woken    |   1  | a waiting writer has been woken and has not looked at the word since
+///     readers wait    |   1  | readers sleep, or are about to
+///     waiting writers |  28  | how many
+///
+/// What the operations do:
+///
+///     state of the lock       | StartRead   | StartWrite             | EndRead                   | EndWrite
+///     ------------------------+-------------+------------------------+---------------------------+-----------------
+///     free                    | readers + 1 | writer                 |                           |
+///     free, writers wait      | waits       | writer; waits if       |                           |
+///                             |             | queueing, unless it    |                           |
+///                             |             | has waited             |                           |
+///     readers                 | readers + 1 | waits                  | readers - 1               |
+///     readers, full           | waits       | waits                  | readers - 1; wakes        |
+///                             |             |                        | waiting readers           |
+///     readers, writers wait   | waits       | waits                  | readers - 1; the last one |
+///                             |             |                        | wakes a writer            |
+///     writer                  | waits       | waits                  |                           | free; wakes all
+///                             |             |                        |                           | waiting readers
+///     writer, writers wait    | waits       | waits                  |                           | free; wakes one
+///                             |             |                        |                           | writer
+///
+/// A lock that no thread waits for costs one exchange each way. A thread that must wait says so in the word by the same
+/// exchange that finds the lock taken, and who releases reads that by the exchange that releases, so no wake-up is lost
+/// between the two. A woken thread competes with those that arrive: until it comes, the lock may be taken and released
+/// many times. Meanwhile "writer woken" and the absence of "readers wait" keep the others from waking more threads,
+/// which would find the lock taken. A writer that has been woken kPatience times in vain sets "queueing" until it has
+/// written.
+///
+/// Limits. The reader after the 2^31st waits until another one ends. Each waiting writer is a thread, and no system has
+/// 2^28 threads (Linux has 2^22 at most). A lock must outlive every call: who releases may look at the word once more
+/// when others have taken and released it already.
+///
+/// Memory order. A thread takes the lock by an exchange with acquire order and releases it with release order, so what
+/// was done under the lock is seen by the next holder. All changes of the word are read-modify-write operations, which
+/// continue a release sequence: a writer sees what every reader before it has done, not only the last one. A first load
+/// is relaxed since its value is only a guess that the exchange checks. Announcing a wait and waking need no order of
+/// their own: they protect nothing but the word, and exchanges of one atomic always find its latest value. The order
+/// between the word and a turn is the turn's: a waiting thread reads the turn before the word, who wakes changes the
+/// word before it ends the turn. A thread that reads a word from before the change has therefore read a turn that will
+/// end, or has ended since.
+///
+/// @tparam AtomicWord  std::atomic<std::uint64_t>, or what a test puts in its place to take the steps one by one.
+/// @tparam TurnNumber  Turn, likewise.
+/// @tparam kReaderBits  the size of the readers' field: 2 to 32.
+template <class AtomicWord, class TurnNumber, int kReaderBits = 32>
+class WordLock {
+    static_assert(kReaderBits >= 2 && kReaderBits <= 32, "the last of a full lock's readers must not be the only one");
+
+public:
+    /// How many readers may hold the lock at once.
+    static constexpr std::uint64_t kMostReaders = std::uint64_t{1} << (kReaderBits - 1);
+
+    void StartRead() {
+        Word word = m_word.load(std::memory_order_relaxed);
+        while (!(word & kClosedToReaders))
+            if (m_word.compare_exchange_weak(word, word + kReader, std::memory_order_acquire)) return;
+        WaitToRead();
+    }
+
+    void EndRead() {
+        const Word before = m_word.fetch_sub(kReader, std::memory_order_release);
+        if ((before & kReaders) == kReader && before & kWaitingWriters)
+            WakeOneWriter();
+        else if (before & kFull)
+            WakeAllReaders();
+    }
+
+    void StartWrite() {
+        Word word = m_word.load(std::memory_order_relaxed);
+        while (!(word & (kTaken | kQueueing)))
+            if (m_word.compare_exchange_weak(word, word | kWriter, std::memory_order_acquire)) return;
+        WaitToWrite();
+    }
+
+    void EndWrite() {
+        const Word before = m_word.fetch_sub(kWriter, std::memory_order_release);
+        if (before & kWaitingWriters)
+            WakeOneWriter();
+        else if (before & kReadersWait)
+            WakeAllReaders();
+    }
+
+private:
+    using Word = std::uint64_t;
+
+    static constexpr Word kReader = 1, kReaders = 2 * kMostReaders - 1, kFull = kMostReaders;
+    static constexpr Word kWriter = Word{1} << 32;
+    static constexpr Word kQueueing = Word{1} << 33;
+    static constexpr Word kWriterWoken = Word{1} << 34;
+    static constexpr Word kReadersWait = Word{1} << 35;
+    static constexpr Word kWaitingWriter = Word{1} << 36, kWaitingWriters = ~Word{0} << 36;
+
+    static_assert((kReaders | kWriter | kQueueing | kWriterWoken | kReadersWait | kWaitingWriters) ==
+                      kReaders + kWriter + kQueueing + kWriterWoken + kReadersWait + kWaitingWriters,
+                  "the fields do not overlap");
+    static_assert(kReaderBits < 32 ||
+                      (kReaders | kWriter | kQueueing | kWriterWoken | kReadersWait | kWaitingWriters) == ~Word{0},
+                  "the fields cover the word");
+    static_assert((kReaders & (kReaders + 1)) == 0 && kFull == (kReaders + 1) / 2, "full is the readers' highest bit");
+
+    static constexpr Word kTaken = kReaders | kWriter;
+    static constexpr Word kClosedToReaders = kFull | kWriter | kWaitingWriters;
+    static constexpr int kPatience = 4;
+
+    void WaitToRead() {
+        for (;;) {
+            const std::uint64_t turn = m_readersTurn.Now();
+            Word word = m_word.load(std::memory_order_relaxed);
+            if (!(word & kClosedToReaders)) {
+                if (m_word.compare_exchange_weak(word, word + kReader, std::memory_order_acquire)) return;
+            } else if (word & kReadersWait ||
+                       m_word.compare_exchange_weak(word, word | kReadersWait, std::memory_order_relaxed)) {
+                m_readersTurn.WaitFor(turn);
+            }
+        }
+    }
+
+    void WaitToWrite() {
+        Word own = 0;  // what this thread has added to the word
+        for (int woken = 0;;) {
+            const std::uint64_t turn = m_writersTurn.Now();
+            Word word = m_word.load(std::memory_order_relaxed);
+            if (!(word & kTaken) && (own || !(word & kQueueing))) {
+                const Word taken = ((word - own) & ~kWriterWoken) | kWriter;
+                if (m_word.compare_exchange_weak(word, taken, std::memory_order_acquire)) return;
+            } else if (!own || word & kWriterWoken) {
+                const Word entered = own ? 0 : kWaitingWriter;
+                const Word waiting = (word & ~kWriterWoken) + entered;
+                if (m_word.compare_exchange_weak(word, waiting, std::memory_order_relaxed)) own += entered;
+            } else if (woken >= kPatience && !(word & kQueueing)) {
+                if (m_word.compare_exchange_weak(word, word | kQueueing, std::memory_order_relaxed)) own += kQueueing;
+            } else {
+                ++woken;
+                m_writersTurn.WaitFor(turn);
+            }
+        }
+    }
+
+    // No writer can get in while the lock is taken: the holder's end wakes one then.
+    void WakeOneWriter() {
+        Word word = m_word.load(std::memory_order_relaxed);
+        while (word & kWaitingWriters && !(word & (kWriterWoken | kTaken))) {
+            if (!m_word.compare_exchange_weak(word, word | kWriterWoken, std::memory_order_relaxed)) continue;
+            m_writersTurn.EndForOne();
+            return;
+        }
+    }
+
+    // Readers that hold the lock are no hindrance to readers, and would not wake them at their end.
+    void WakeAllReaders() {
+        Word word = m_word.load(std::memory_order_relaxed);
+        while (word & kReadersWait && !(word & kClosedToReaders)) {
+            if (!m_word.compare_exchange_weak(word, word & ~kReadersWait, std::memory_order_relaxed)) continue;
+            m_readersTurn.EndForAll();
+            return;
+        }
+    }
+
+    AtomicWord m_word = 0;
+    TurnNumber m_readersTurn = {}, m_writersTurn = {};
+};
+
+}  // namespace qv
