@@ -59,7 +59,7 @@ Handle DiskFiles::CreateReplacement(const CString& path) {
     // Nothing was written through it.
     if (use.ok()) platform::CloseFile(old).IgnoreError();
     platform::AtomicFile file;
-    if (!file.Create(path).ok()) return kNoHandle;
+    if (!file.Create(path, platform::Access::AsUmaskSays).ok()) return kNoHandle;
     const FileHandle handle = file.Handle();
     return Add(Entry{.file = handle, .replacement = std::move(file)});
 }

@@ -71,7 +71,8 @@ Status TargetFolder::MakeFolder(const std::vector<std::string>& names) {
 Status TargetFolder::Create(const std::vector<std::string>& names, platform::FileHandle& handle) {
     Discard();
     if (const Status status = Enter(names, names.size() - 1, true); !status.ok()) return status;
-    const Status status = m_member.CreateIn(m_names.empty() ? m_rootFolder : m_folder, names.back());
+    const Status status =
+        m_member.CreateIn(m_names.empty() ? m_rootFolder : m_folder, names.back(), platform::Access::AsUmaskSays);
     handle = m_member.Handle();
     return status;
 }

@@ -11,6 +11,8 @@
 namespace qv::platform {
 
 enum class IfExists { Fail, Replace };
+/// Who may use the file on Linux; on Windows the folder's access list decides.
+enum class Access { Owner, AsUmaskSays };
 enum class Durability {
     Deferred,  ///< a crash of the machine after Commit may lose the new version, or both
     Synced     ///< the new version has reached the disk when Commit returns, and its name too
@@ -30,11 +32,11 @@ public:
     AtomicFile(AtomicFile&& other) noexcept;
     AtomicFile& operator=(AtomicFile&& other) noexcept;
 
-    /// Makes an empty file for reading and writing in the folder of `target`, open to its owner alone. The path may use "\"
+    /// Makes an empty file for reading and writing in the folder of `target`. The path may use "\"
     /// on every system; a link as the target is replaced, not followed. Drops a file under construction first.
-    Status Create(const char* target);
+    Status Create(const char* target, Access access = Access::Owner);
     /// The same for a name of one entry in an open folder, which must outlive this object's use.
-    Status CreateIn(const Folder& folder, const std::string& name);
+    Status CreateIn(const Folder& folder, const std::string& name, Access access = Access::Owner);
 
     /// The handle to read and write through; kNoFile before Create, after Commit and after Drop. Owned by this object.
     FileHandle Handle() const;

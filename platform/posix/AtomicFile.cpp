@@ -17,7 +17,7 @@ namespace qv::platform {
 namespace {
 
 constexpr int kMostTemporaryNames = 100;
-constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+constexpr mode_t kOwnerOnly = 0600, kAsUmaskSays = 0666;
 
 /// No other lock of this library covers the byte: the committed file is open to others while its maker still has it open.
 constexpr ByteRange kInUse = {.start = (off_t{1} << 62) - 1, .length = 1};
@@ -55,8 +55,11 @@ Status HandOver(int file) {
 }  // namespace
 
 struct AtomicFile::Body {
-    Body(int folder_, std::string target_)
-        : folder(folder_), target(std::move(target_)), prefix(target, 0, target.rfind('/') + 1) {}
+    Body(int folder_, std::string target_, Access access)
+        : folder(folder_),
+          mode(access == Access::Owner ? kOwnerOnly : kAsUmaskSays),
+          target(std::move(target_)),
+          prefix(target, 0, target.rfind('/') + 1) {}
     ~Body() {
         // What cannot be deleted now is deleted by the next that comes upon its name.
         if (!temporary.empty()) sys::unlinkat(folder, temporary.c_str(), 0).IgnoreError();
@@ -83,6 +86,7 @@ private:
     Status SyncName(const UniqueFd& openedFolder) const;
 
     const int folder;  // where the names begin; AT_FDCWD for a path
+    const mode_t mode;
     const std::string target;
     const std::string prefix;    // the target's folder with its final separator; empty for the folder itself
     std::string temporary = {};  // the file's own name; empty while it has none
@@ -91,7 +95,7 @@ private:
 Status AtomicFile::Body::Create() {
     const char* const place = prefix.empty() ? "." : prefix.c_str();
     constexpr int kFlags = O_TMPFILE | O_RDWR | O_CLOEXEC;
-    file = UniqueFd(sys::openat(folder, place, kFlags, kOwnerOnly));
+    file = UniqueFd(sys::openat(folder, place, kFlags, mode));
     if (file) return {};
     return StatusOf(TakeTemporaryName([this](const char* name) { return CreateAs(name); }));
 }
@@ -112,7 +116,7 @@ Result<int> AtomicFile::Body::TakeTemporaryName(Take take) {
 
 Result<int> AtomicFile::Body::CreateAs(const char* name) {
     constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-    const auto made = sys::openat(folder, name, kFlags, kOwnerOnly);
+    const auto made = sys::openat(folder, name, kFlags, mode);
     if (!made.ok()) return made;
     file = UniqueFd(made);
     return ClaimName(file.Get(), folder, name) ? made : Result<int>::OfError(-1, EEXIST);
@@ -165,15 +169,15 @@ AtomicFile::~AtomicFile() = default;
 AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
 AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
 
-Status AtomicFile::Create(const char* target) {
-    m_body = std::make_unique<Body>(AT_FDCWD, NativePath(target));
+Status AtomicFile::Create(const char* target, Access access) {
+    m_body = std::make_unique<Body>(AT_FDCWD, NativePath(target), access);
     const Status created = m_body->Create();
     if (!created.ok()) Drop();
     return created;
 }
 
-Status AtomicFile::CreateIn(const Folder& folder, const std::string& name) {
-    m_body = std::make_unique<Body>(DescriptorOf(folder), name);
+Status AtomicFile::CreateIn(const Folder& folder, const std::string& name, Access access) {
+    m_body = std::make_unique<Body>(DescriptorOf(folder), name, access);
     const Status created = m_body->Create();
     if (!created.ok()) Drop();
     return created;

@@ -120,16 +120,16 @@ AtomicFile::~AtomicFile() = default;
 AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
 AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
 
-Status AtomicFile::Create(const char* target) {
+Status AtomicFile::Create(const char* target, Access) {
     m_body = std::make_unique<Body>(FullPath(NativePath(target).c_str()));
     const Status created = m_body->Create();
     if (!created.ok()) Drop();
     return created;
 }
 
-Status AtomicFile::CreateIn(const Folder& folder, const std::string& name) {
+Status AtomicFile::CreateIn(const Folder& folder, const std::string& name, Access access) {
     if (!folder.GetBody()) return Status::OfError(ERROR_INVALID_HANDLE);
-    return Create(PathIn(folder, name).c_str());
+    return Create(PathIn(folder, name).c_str(), access);
 }
 
 FileHandle AtomicFile::Handle() const {
