@@ -1,9 +1,5 @@
 #include "qvcommon/framework/Synchronization.h"
 
-CCriticalSection::CCriticalSection() = default;
-
-CCriticalSection::~CCriticalSection() = default;
-
 BOOL CCriticalSection::Lock() {
     m_mutex.lock();
     return 1;

@@ -10,8 +10,8 @@
 /// Mutual exclusion between the threads of a process. A thread that has entered may enter again, and leaves as often.
 class QVCOMMON_API CCriticalSection {
 public:
-    CCriticalSection();
-    ~CCriticalSection();
+    CCriticalSection() = default;
+    ~CCriticalSection() = default;
     CCriticalSection(const CCriticalSection&) = delete;
     CCriticalSection& operator=(const CCriticalSection&) = delete;
 
