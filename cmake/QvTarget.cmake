@@ -66,6 +66,18 @@ if(WIN32)
 endif()
 target_compile_features(qvcommon PUBLIC cxx_std_20)
 target_link_libraries(qvcommon PRIVATE $<BUILD_INTERFACE:qvcommon_objects>)
+# Calls within the library go straight to their function, as they do on Windows, and relocations take a bit instead of a
+# record: a smaller file that loads faster. A flag that the linker does not know is left out.
+if(NOT WIN32)
+    include(CheckLinkerFlag)
+    foreach(flag -Bsymbolic-functions --as-needed --gc-sections "-z,pack-relative-relocs")
+        string(MAKE_C_IDENTIFIER "QV_LINKER_KNOWS_${flag}" known)
+        check_linker_flag(CXX "-Wl,${flag}" ${known})
+        if(${known})
+            target_link_options(qvcommon PRIVATE "-Wl,${flag}")
+        endif()
+    endforeach()
+endif()
 # On Windows it would change what the library exports: the type information of pointers comes and goes with it.
 if(NOT WIN32)
     qv_precompile(qvcommon_objects)

@@ -2,6 +2,7 @@
 
 /// @file What an operation gives back that may fail: a value, never an exception. The framework turns it into one.
 
+#include <cstdint>
 #include <utility>
 
 namespace qv::platform {
@@ -34,7 +35,8 @@ public:
     /// Success.
     constexpr Status() = default;
     /// A failure, unless `cause` is None.
-    constexpr Status(FileCause cause, unsigned long error) : m_cause(cause), m_error(error) {}
+    constexpr Status(FileCause cause, unsigned long error)
+        : m_cause(cause), m_error(static_cast<std::uint32_t>(error)) {}
 
     /// The failure for an error number of the system. Never a success: 0 gives Generic.
     static Status OfError(unsigned long error) { return {error ? CauseOf(error) : FileCause::Generic, error}; }
@@ -54,7 +56,7 @@ public:
 
 private:
     FileCause m_cause = FileCause::None;
-    unsigned long m_error = 0;
+    std::uint32_t m_error = 0;  // no system has larger ones; a status and most results travel in registers
 };
 
 /// What a call to the system gives back: its value, or its error number, which has been read right after the call.
@@ -65,7 +67,7 @@ public:
     static constexpr Result OfError(Value value, unsigned long error) {
         Result result(std::move(value));
         result.m_ok = false;
-        result.m_error = error;
+        result.m_error = static_cast<std::uint32_t>(error);
         return result;
     }
 
@@ -81,7 +83,7 @@ public:
 
 private:
     Value m_value;
-    unsigned long m_error = 0;
+    std::uint32_t m_error = 0;
     bool m_ok = true;
 };
 

@@ -24,8 +24,7 @@ enum class CallTrait {
 };
 
 /// A function of the system with the type of its parameters. A call that a signal interrupts is made again, unless its
-/// trait says otherwise. Without a fault injector it costs a few instructions more than the
-/// function itself.
+/// trait says otherwise. Without a fault injector it costs a few instructions more than the function itself.
 ///
 /// This is the one place that reads errno; nothing but SetLastError assigns it.
 template <class Value, class... Parameters>
@@ -39,23 +38,15 @@ public:
 
     /// Once for all functions of these types: what a call costs is the system's work.
     [[gnu::noinline]] Result<Value> operator()(Parameters... parameters) const {
-        const Result<Value> result = CallOnce(parameters...);
-        return result.error() == EINTR ? CallAgain(result, parameters...) : result;
+        for (;;) {
+            IFaultInjector* const injector = g_faultInjector.load(std::memory_order_acquire);
+            const Result<Value> result =
+                injector ? CallWith(*injector, parameters...) : Checked(m_function(parameters...));
+            if (result.error() != EINTR || m_trait == CallTrait::Close || m_trait == CallTrait::Wait) return result;
+        }
     }
 
 private:
-    Result<Value> CallOnce(Parameters... parameters) const {
-        if (IFaultInjector* const injector = g_faultInjector.load(std::memory_order_acquire)) [[unlikely]]
-            return CallWith(*injector, parameters...);
-        return Checked(m_function(parameters...));
-    }
-
-    [[gnu::noinline, gnu::cold]] Result<Value> CallAgain(Result<Value> result, Parameters... parameters) const {
-        if (m_trait == CallTrait::Close || m_trait == CallTrait::Wait) return result;
-        while (result.error() == EINTR) result = CallOnce(parameters...);
-        return result;
-    }
-
     static constexpr Value Failed() {
         if constexpr (std::is_pointer_v<Value>)
             return nullptr;
