@@ -1,11 +1,12 @@
 #include "qvcommon/LockFile.h"
 
+#include <algorithm>
 #include <new>
 
 #include "files/BackOff.h"
+#include "files/PathParts.h"
+#include "platform/AtomicFile.h"
 #include "platform/FileStatus.h"
-#include "qvcommon/FilePath.h"
-#include "qvcommon/FileUtils.h"
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
 
@@ -14,27 +15,17 @@ namespace {
 /// A side file holds a login name. Longer ones are no side files, and are not read.
 constexpr std::uint64_t kLongestSideFile = 64 * 1024;
 
-CString WithExtension(const char* path, const char* extension) {
-    CFilePath parts(path);
-    parts.SetExt(extension);
-    return parts.GetFullPath();
+CString SideFileOf(const CString& lockFile) {
+    return qv::WithExtension(lockFile, "lid");
 }
 
-CString SideFileOf(const char* lockFile) {
-    return WithExtension(lockFile, "lid");
-}
-
-enum class AfterFailure { Pause, TryAtOnce, GiveUp };
-
-AfterFailure WhatToDo(int cause) {
-    switch (cause) {
-        case CFileException::directoryFull:
-        case CFileException::sharingViolation:
-        case CFileException::lockViolation:
-        case CFileException::diskFull: return AfterFailure::Pause;
-        case CFileException::generic: return AfterFailure::TryAtOnce;
-        default: return AfterFailure::GiveUp;
-    }
+/// Puts a small file in the place of whatever has the name. False where that may not be replaced: another user's file in a
+/// folder in which everybody deletes his own alone.
+bool ReplaceWhole(const CString& path, std::string_view text) {
+    qv::platform::AtomicFile file;
+    return file.Create(path, qv::platform::Access::AsFolder).ok() &&
+           qv::platform::WriteBytes(file.Handle(), text.data(), text.size()).ok() &&
+           file.Commit(qv::platform::IfExists::Replace, qv::platform::Durability::Deferred).ok();
 }
 
 /// For the side activities, whose failures nobody hears of.
@@ -49,6 +40,12 @@ void IgnoringFailure(Action action) {
 }
 
 }  // namespace
+
+ILockObserver::~ILockObserver() = default;
+
+BOOL ILockObserver::OnLockHeld(const CString&, std::time_t) {
+    return 1;
+}
 
 CLockFile::~CLockFile() {
     if (!m_locked) return;
@@ -66,26 +63,65 @@ void CLockFile::SetFile(const char* path) {
 }
 
 void CLockFile::SetSourceFile(const char* documentPath) {
-    SetFile(WithExtension(documentPath, "lck"));
+    SetFile(qv::WithExtension(documentPath, "lck"));
+}
+
+CLockFile::AfterFailure CLockFile::WhatNext() const {
+    switch (m_lockException.m_cause) {
+        case CFileException::directoryFull:
+        case CFileException::sharingViolation:
+        case CFileException::lockViolation:
+        case CFileException::diskFull: return AfterFailure::Pause;
+        case CFileException::generic: return AfterFailure::TryAtOnce;
+        default: return AfterFailure::GiveUp;
+    }
+}
+
+bool CLockFile::TryOnce() {
+    const UINT inherit = m_inheritable ? 0U : UINT{CFile::modeNoInherit};
+    constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::shareExclusive |
+                            CFile::modeFolderAccess;
+    m_locked = m_file.Open(m_path, kFlags | inherit, &m_lockException);
+    if (m_locked)
+        WriteLockedBy();
+    else
+        ReadLockedBy();
+    return m_locked;
 }
 
 bool CLockFile::Lock(int attempts) {
-    // The handle stays with this process: a program that it starts must not keep the lock alive.
-    constexpr UINT kFlags =
-        CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::shareExclusive | CFile::modeNoInherit;
     qv::BackOff backOff;
     for (int i = 0; i < attempts && !m_locked; ++i) {
-        m_locked = m_file.Open(m_path, kFlags, &m_lockException);
-        if (m_locked) {
-            WriteLockedBy();
-            break;
-        }
-        ReadLockedBy();
-        const AfterFailure next = WhatToDo(m_lockException.m_cause);
+        if (TryOnce()) break;
+        const AfterFailure next = WhatNext();
         if (next == AfterFailure::GiveUp) break;
         if (next == AfterFailure::Pause) backOff.Wait();
     }
     return m_locked;
+}
+
+bool CLockFile::TryLock() {
+    return LockFor(0);
+}
+
+bool CLockFile::LockFor(UINT patience, ILockObserver* observer) {
+    using std::chrono::milliseconds;
+    constexpr milliseconds kLongestPause{250};
+    const auto end = qv::platform::SteadyNow() + milliseconds(patience);
+    m_pauses = false;
+    for (milliseconds pause{1}; !m_locked && !TryOnce(); pause = std::min(2 * pause, kLongestPause)) {
+        if (WhatNext() == AfterFailure::GiveUp) break;
+        if (observer && !observer->OnLockHeld(m_lockedBy, m_lockedSince)) break;
+        const auto left = end - qv::platform::SteadyNow();
+        if (left <= left.zero()) break;
+        qv::platform::Sleep(std::min<std::chrono::nanoseconds>(pause, left));
+    }
+    m_pauses = true;
+    return m_locked;
+}
+
+void CLockFile::SetInheritable(int inheritable) {
+    m_inheritable = inheritable != 0;
 }
 
 bool CLockFile::IsLocked() const {
@@ -119,9 +155,10 @@ void CLockFile::RemoveLockedBy() {
 void CLockFile::WriteLockedBy() {
     IgnoringFailure([this] {
         const CString path = GetLockedByFileName(), name = CNetUtils::GetCurrentUserName();
-        CFileUtils::MakeWritable(path);
+        if (ReplaceWhole(path, name.AsStd())) return;
         CFile file;
-        if (!CMultiUserFile::Open(file, path, CFile::modeCreate | CFile::modeWrite)) return;
+        constexpr UINT kFlags = CFile::modeCreate | CFile::modeWrite | CFile::modeFolderAccess;
+        if (!(m_pauses ? CMultiUserFile::Open(file, path, kFlags) : file.Open(path, kFlags))) return;
         file.Write(name, static_cast<UINT>(name.GetLength()));
         file.Close();
     });
@@ -129,14 +166,17 @@ void CLockFile::WriteLockedBy() {
 
 void CLockFile::ReadLockedBy() {
     m_lockedBy.Empty();
+    m_lockedSince = 0;
     IgnoringFailure([this] {
         const CString path = GetLockedByFileName();
         CFileStatus status;
         CFile file;
         if (!CFile::GetStatus(path, status) || status.m_size > kLongestSideFile) return;
-        if (!CMultiUserFile::Open(file, path, CFile::modeRead)) return;
+        constexpr UINT kFlags = CFile::modeRead | CFile::shareDenyNone | CFile::modeFolderAccess;
+        if (!(m_pauses ? CMultiUserFile::Open(file, path, kFlags) : file.Open(path, kFlags))) return;
         std::string name(static_cast<std::size_t>(status.m_size), '\0');
         name.resize(file.Read(name.data(), static_cast<UINT>(name.size())));
         m_lockedBy = CString(std::move(name));
+        m_lockedSince = status.m_mtime;
     });
 }

@@ -2,12 +2,15 @@
 #include <limits>
 #include <memory>
 
+#include "files/BackOff.h"
+#include "files/PathParts.h"
+#include "framework/FileErrors.h"
 #include "platform/Clock.h"
 #include "platform/FileStatus.h"
 #include "platform/Memory.h"
-#include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/MultiUserFile.h"
+#include "qvcommon/SaveFile.h"
 #include "qvcommon/framework/DateTime.h"
 #include "qvcommon/framework/StdioFile.h"
 
@@ -30,11 +33,6 @@ bool Try(Action action) {
     }
 }
 
-/// CFilePath cuts long paths, and a cut path is another file's.
-bool FitsFilePath(const CString& path) {
-    return CFilePath(path).GetFullPath() == path;
-}
-
 /// Up to `size` bytes, by way of a small buffer that stays in the processor's own memory: so the text's memory is touched
 /// once only, and need not be filled before.
 void ReadInto(std::string& text, CFile& file, std::size_t size) {
@@ -50,7 +48,7 @@ void ReadInto(std::string& text, CFile& file, std::size_t size) {
 }
 
 bool OpenToMake(CFile& file, const CString& path, int multiUser, int createDirectory, CFileException* error) {
-    if (createDirectory && FitsFilePath(path)) QvCreateDirectory(CFilePath(path).GetPath(0));
+    if (createDirectory) QvCreateDirectory(qv::FolderOf(path));
     CFileUtils::MakeWritable(path);
     return multiUser ? CMultiUserFile::Open(file, path, kToMake, error) : file.Open(path, kToMake, error);
 }
@@ -70,10 +68,12 @@ bool OpenToLog(CFile& file, const CString& path) {
 
 /// Brings all of the line into the file, or nothing.
 void Append(CStdioFile& file, const CString& line) {
-    const std::uint64_t end = file.Seek(0, CFile::end);
+    std::uint64_t end = 0;
+    qv::ThrowIfFailed(qv::platform::SeekToServerEnd(file.GetHandle(), end), file.GetFilePath());
     try {
         file.WriteString(line);
         file.Seek(0, CFile::current);  // hands it to the system
+        qv::ThrowIfFailed(qv::platform::HandToServer(file.GetHandle()), file.GetFilePath());
     } catch (CFileException*) {
         Try([&] { file.SetLength(end); });
         throw;
@@ -125,6 +125,23 @@ void CFileUtils::WriteFile(const char* path, const CStringArray& lines, int mult
     file.Close();
 }
 
+void CFileUtils::SaveFile(const char* path, const CString& text) {
+    constexpr int kTries = 9;
+    qv::BackOff backOff;
+    for (int tries = 1;; ++tries) {
+        try {
+            CSaveFile file(path);
+            file.Write(text, static_cast<UINT>(text.GetLength()));
+            file.Commit();
+            return;
+        } catch (CFileException* error) {
+            if (error->m_cause != CFileException::sharingViolation || tries == kTries) throw;
+            error->Delete();
+        }
+        backOff.Wait();
+    }
+}
+
 int CFileUtils::Log(const char* path, const char* text, int stamp) {
     CString line = stamp ? COleDateTime::GetCurrentTime().Format("%c ") : CString();
     (line += text) += "\r\n";
@@ -135,10 +152,7 @@ int CFileUtils::Log(const char* path, const char* text, int stamp) {
 void CFileUtils::BackupFile(const char* path) {
     const CString name = path;
     if (!IsExist(name)) return;
-    CFilePath parts(name);
-    parts.SetExt("bak");
-    const CString backup = parts.GetFullPath();
-    if (!FitsFilePath(name)) AfxThrowFileException(CFileException::badPath, -1, name);
+    const CString backup = qv::WithExtension(name, "bak");
     if (qv::platform::IsSame(name, backup)) AfxThrowFileException(CFileException::accessDenied, -1, name);
     MakeWritable(name);
     if (IsExist(backup)) {

@@ -30,6 +30,7 @@ qv::platform::OpenRequest RequestOf(UINT flags) {
     request.create = flags & CFile::modeCreate;
     request.truncate = request.create && !(flags & CFile::modeNoTruncate);
     request.inheritable = !(flags & CFile::modeNoInherit);
+    request.folderAccess = flags & CFile::modeFolderAccess;
     return request;
 }
 

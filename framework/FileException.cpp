@@ -43,10 +43,16 @@ constexpr const char* kMessages[] = {"%s: nothing went wrong.",
                                      "The disk is full: %s could not be written.",
                                      "%s ended too early."};
 
-CString MessageFor(int cause, const CString& name) {
+const char* PatternFor(int cause, LONG osError) {
+    if (osError > 0 && qv::platform::MeansNoLocks(static_cast<unsigned long>(osError)))
+        return "%s cannot be locked on its file system.";
     const bool known = cause >= 0 && cause < static_cast<int>(std::size(kMessages));
+    return kMessages[known ? cause : CFileException::generic];
+}
+
+CString MessageFor(int cause, LONG osError, const CString& name) {
     CString text;
-    text.Format(qv::RuntimeFormat{kMessages[known ? cause : CFileException::generic]},
+    text.Format(qv::RuntimeFormat{PatternFor(cause, osError)},
                 name.IsEmpty() ? CString("A file") : CString(qv::platform::NativePath(name)));
     return text;
 }
@@ -66,7 +72,7 @@ CFileException& CFileException::operator=(const CFileException& other) {
 }
 
 BOOL CFileException::GetErrorMessage(char* text, UINT maximum, UINT*) {
-    CString message = MessageFor(m_cause, m_strFileName);
+    CString message = MessageFor(m_cause, m_lOsError, m_strFileName);
     if (m_lOsError > 0) {
         CString reason = qv::platform::ErrorMessage(static_cast<unsigned long>(m_lOsError));
         reason.TrimRight();

@@ -39,6 +39,14 @@ int CProcess::Wait() {
     return status;
 }
 
+int CProcess::WaitInForeground() {
+    CloseInput();
+    int status = -1;
+    // As in Wait.
+    if (IsRunning()) qv::platform::WaitForForegroundProcess(std::exchange(m_process, kNone), status).IgnoreError();
+    return status;
+}
+
 void CProcess::Kill() {
     if (IsRunning()) qv::platform::KillProcess(m_process);
 }

@@ -10,9 +10,17 @@
 
 namespace qv::platform {
 
-enum class IfExists { Fail, Replace };
-/// Who may use the file on Linux; on Windows the folder's access list decides.
-enum class Access { Owner, AsUmaskSays };
+enum class IfExists {
+    Fail,
+    Replace,
+    /// As if the file had been written in place: refused where it may not be written (AccessDenied), and while another
+    /// handle denies writing (SharingViolation). The new version keeps what the user may give it of mode, owner, group,
+    /// access lists and extended attributes; on Windows of attributes, access lists and streams.
+    Update
+};
+/// Who may use the file on Linux; on Windows the folder's access list decides. AsFolder: everybody may read it, and whoever
+/// may write in the folder may write it.
+enum class Access { Owner, AsUmaskSays, AsFolder };
 enum class Durability {
     Deferred,  ///< a crash of the machine after Commit may lose the new version, or both
     Synced     ///< the new version has reached the disk when Commit returns, and its name too
@@ -33,7 +41,7 @@ public:
     AtomicFile& operator=(AtomicFile&& other) noexcept;
 
     /// Makes an empty file for reading and writing in the folder of `target`. The path may use "\"
-    /// on every system; a link as the target is replaced, not followed. Drops a file under construction first.
+    /// on every system; a link as the target is replaced, not followed: see LinkTarget. Drops a file under construction first.
     Status Create(const char* target, Access access = Access::Owner);
     /// The same for a name of one entry in an open folder, which must outlive this object's use.
     Status CreateIn(const Folder& folder, const std::string& name, Access access = Access::Owner);

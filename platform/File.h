@@ -25,6 +25,11 @@ Status FlushToDisk(FileHandle handle);
 
 enum class SeekFrom { Begin, Current, End };
 Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position);
+/// Moves to the end of the file as its server knows it, where the file system has one: other machines may have written.
+Status SeekToServerEnd(FileHandle handle, std::uint64_t& position);
+/// On a network file system, brings what was written to the server, where other machines find it. Local file systems need
+/// nothing of the kind.
+Status HandToServer(FileHandle handle);
 Status LengthOf(FileHandle handle, std::uint64_t& length);
 /// Cuts the file, or extends it with zero bytes; the position is then its end.
 Status Resize(FileHandle handle, std::uint64_t length);

@@ -13,6 +13,7 @@ struct OpenRequest {
     bool create = false;                       ///< a missing file is made
     bool truncate = false;                     ///< an existing one is emptied
     bool inheritable = false;                  ///< child programs get the handle too
+    bool folderAccess = false;                 ///< a file for all users of its folder, see below
 };
 
 /// Opens a file under the access and deny matrix: it is refused (SharingViolation) when another handle denies what it
@@ -24,7 +25,13 @@ struct OpenRequest {
 /// Devices and pipes have no share modes there; a pipe is opened without waiting for its other end, so writing to one that
 /// nobody reads is refused, and reading one that nobody writes finds its end. On file systems without unnamed files
 /// (O_TMPFILE) a new file is visible for a moment before it is guarded: an opener that gets in between wins, and the
-/// refused one leaves it the empty file.
+/// refused one leaves it the empty file. Where the file system refuses locks, the failure is InvalidFile with a number that
+/// MeansNoLocks.
+///
+/// With `folderAccess`, on Linux, a file that is made may be read by everybody who reaches it, and written by whoever may
+/// write in the folder, whatever the umask; it gets the folder's group where the user may give it. A file that may only be
+/// read is opened for reading although writing was asked for: share modes work just as well then. Links are not followed
+/// (BadPath), and nothing but a regular file is opened (AccessDenied). On Windows the folder's access list rules as always.
 Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle);
 
 /// Closes a file that this program holds exclusively and deletes it, so that no other program gets hold of a file that is

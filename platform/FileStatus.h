@@ -2,6 +2,8 @@
 
 /// @file Files by name: what the file system tells of them, and their names' changes. Paths may use "\" on every system.
 
+#include <string>
+
 #include "platform/File.h"
 
 namespace qv::platform {
@@ -38,6 +40,8 @@ Status CreateFolder(const char* path);
 Status RemoveFolder(const char* path);
 /// Whether the path's last name is a link to a folder.
 bool IsFolderLink(const char* path);
+/// The path of the file that a link leads to, which need not exist. Any other path stays as it is.
+std::string LinkTarget(const char* path);
 /// True when both paths lead to one file or folder, by way of links too.
 bool IsSame(const char* a, const char* b);
 

@@ -24,6 +24,9 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
 /// Waits for the end of the program and frees its record; to be called once. A program that a signal ended on Linux gives
 /// 128 plus the signal's number.
 Status WaitForProcess(std::intptr_t process, int& exitStatus);
+/// The same for a program that this one lends its terminal: interrupts from there do not end this program meanwhile, and a
+/// request to end it is passed on. Only for programs with one thread.
+Status WaitForForegroundProcess(std::intptr_t process, int& exitStatus);
 /// Ends the program at once, wherever it stands; it is still to be waited for.
 void KillProcess(std::intptr_t process);
 

@@ -29,6 +29,9 @@ enum class FileCause {
 /// The cause for an error number of the system; Generic for numbers that match none, None for 0.
 FileCause CauseOf(unsigned long error);
 
+/// Whether an error number means that the file system keeps no locks, or no more of them. Never so on Windows.
+bool MeansNoLocks(unsigned long error);
+
 /// Success, or a failure with its cause and the system's error number (0 where the system gave none).
 class [[nodiscard]] Status {
 public:

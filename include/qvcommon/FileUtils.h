@@ -97,6 +97,9 @@ public:
     /// The same with a line feed after each element, in text mode. When the file cannot be opened it does nothing.
     /// @throws CFileException* when what was written could not be kept.
     static void WriteFile(const char* path, const CStringArray& lines, int multiUser, int createDirectory);
+    /// Saves a file whole or not at all, as CSaveFile does, and tries 9 times, like WriteFile with `multiUser`, while another
+    /// opener is in the way. @throws CFileException*, after which the file is what it was.
+    static void SaveFile(const char* path, const CString& text);
 
     /// Adds one line to a file, which is made when missing: with `stamp` non-zero the local time as "%c" writes it and
     /// a blank, then the text, then CR LF. Lines of several threads and processes that log at once are never mixed nor

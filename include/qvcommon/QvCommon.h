@@ -27,6 +27,7 @@
 #include "qvcommon/ParseEmf.h"
 #include "qvcommon/ReadWriteLock.h"
 #include "qvcommon/Replacers.h"
+#include "qvcommon/SaveFile.h"
 #include "qvcommon/SortedHtmlWriter.h"
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/TempFile.h"

@@ -3,11 +3,14 @@
 #include <cerrno>
 #include <utility>
 
+#include "platform/FileOpen.h"
 #include "platform/Path.h"
 #include "platform/posix/FolderBody.h"
 #include "platform/posix/OfdLock.h"
 #include "platform/posix/RenameNoReplace.h"
 #include "platform/posix/SameFile.h"
+#include "platform/posix/attributes/FileAttributes.h"
+#include "platform/posix/attributes/FolderAccess.h"
 
 // A temporary name is in use for as long as its file is locked. Who finds the name taken and the lock free deletes the
 // file: its process is dead. A file that has just been made is not locked yet, so its maker checks, once it has the lock,
@@ -55,11 +58,8 @@ Status HandOver(int file) {
 }  // namespace
 
 struct AtomicFile::Body {
-    Body(int folder_, std::string target_, Access access)
-        : folder(folder_),
-          mode(access == Access::Owner ? kOwnerOnly : kAsUmaskSays),
-          target(std::move(target_)),
-          prefix(target, 0, target.rfind('/') + 1) {}
+    Body(int folder_, std::string target_, Access access_)
+        : folder(folder_), access(access_), target(std::move(target_)), prefix(target, 0, target.rfind('/') + 1) {}
     ~Body() {
         // What cannot be deleted now is deleted by the next that comes upon its name.
         if (!temporary.empty()) sys::unlinkat(folder, temporary.c_str(), 0).IgnoreError();
@@ -81,21 +81,30 @@ private:
     Result<int> TakeTemporaryName(Take take);
     Result<int> CreateAs(const char* name);
     Result<int> LinkAs(const char* name) const;
+    Status CreateFile();
+    const char* Place() const { return prefix.empty() ? "." : prefix.c_str(); }
+    mode_t Mode() const { return access == Access::Owner ? kOwnerOnly : kAsUmaskSays; }
     Result<int> TakeFreeTarget() const;
     Result<int> ReplaceTarget();
+    Status ClaimTarget(UniqueFd& existing) const;
     Status SyncName(const UniqueFd& openedFolder) const;
 
     const int folder;  // where the names begin; AT_FDCWD for a path
-    const mode_t mode;
+    const Access access;
     const std::string target;
     const std::string prefix;    // the target's folder with its final separator; empty for the folder itself
     std::string temporary = {};  // the file's own name; empty while it has none
 };
 
 Status AtomicFile::Body::Create() {
-    const char* const place = prefix.empty() ? "." : prefix.c_str();
+    const Status created = CreateFile();
+    if (created.ok() && access == Access::AsFolder) GrantAsFolder(file.Get(), folder, Place());
+    return created;
+}
+
+Status AtomicFile::Body::CreateFile() {
     constexpr int kFlags = O_TMPFILE | O_RDWR | O_CLOEXEC;
-    file = UniqueFd(sys::openat(folder, place, kFlags, mode));
+    file = UniqueFd(sys::openat(folder, Place(), kFlags, Mode()));
     if (file) return {};
     return StatusOf(TakeTemporaryName([this](const char* name) { return CreateAs(name); }));
 }
@@ -116,7 +125,7 @@ Result<int> AtomicFile::Body::TakeTemporaryName(Take take) {
 
 Result<int> AtomicFile::Body::CreateAs(const char* name) {
     constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-    const auto made = sys::openat(folder, name, kFlags, mode);
+    const auto made = sys::openat(folder, name, kFlags, Mode());
     if (!made.ok()) return made;
     file = UniqueFd(made);
     return ClaimName(file.Get(), folder, name) ? made : Result<int>::OfError(-1, EEXIST);
@@ -145,6 +154,19 @@ Result<int> AtomicFile::Body::ReplaceTarget() {
     return sys::renameat(folder, temporary.c_str(), folder, target.c_str());
 }
 
+/// Opens the target as if to write it, and makes the new version like it. Nothing is opened where there is no target.
+Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
+    FileHandle handle = kNoFile;
+    const Status opened = OpenFile(target.c_str(), {.write = true, .denyWrite = true}, handle);
+    if (!opened.ok()) return opened.cause() == FileCause::FileNotFound ? Status() : opened;
+    existing = UniqueFd(static_cast<int>(handle));
+    struct stat status;
+    if (const auto asked = sys::fstat(existing.Get(), &status); !asked.ok()) return asked.status();
+    if (!S_ISREG(status.st_mode)) return {FileCause::AccessDenied, EPERM};
+    CopyAttributes(existing.Get(), file.Get());
+    return {};
+}
+
 /// A folder that may not be read has no descriptor to sync: all of its file system is synced then.
 Status AtomicFile::Body::SyncName(const UniqueFd& openedFolder) const {
     return openedFolder ? FlushToDisk(openedFolder.Get()) : sys::syncfs(file.Get()).status();
@@ -155,9 +177,11 @@ Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     UniqueFd openedFolder;
     if (durability == Durability::Synced) {
         if (const Status flushed = FlushToDisk(file.Get()); !flushed.ok()) return flushed;
-        const char* const place = prefix.empty() ? "." : prefix.c_str();
-        openedFolder = UniqueFd(sys::openat_folder(folder, place, 0));
+        openedFolder = UniqueFd(sys::openat_folder(folder, Place(), 0));
     }
+    UniqueFd existing;  // claimed until the new version is in its place
+    if (ifExists == IfExists::Update)
+        if (const Status claimed = ClaimTarget(existing); !claimed.ok()) return claimed;
     const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget();
     if (!placed.ok()) return StatusOf(placed);
     temporary.clear();

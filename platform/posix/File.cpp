@@ -1,5 +1,7 @@
 #include "platform/File.h"
 
+#include <linux/magic.h>
+
 #include <cerrno>
 
 #include "platform/posix/UniqueFd.h"
@@ -48,6 +50,22 @@ Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64
     if (nowhere) return {FileCause::BadSeek, reached.error()};
     if (reached.ok()) position = static_cast<std::uint64_t>(reached.value());
     return reached.status();
+}
+
+Status SeekToServerEnd(FileHandle handle, std::uint64_t& position) {
+    struct statx status;
+    const auto asked = sys::statx(Descriptor(handle), "", AT_EMPTY_PATH | AT_STATX_FORCE_SYNC, STATX_SIZE, &status);
+    if (!asked.ok()) return SeekTo(handle, 0, SeekFrom::End, position);
+    return SeekTo(handle, static_cast<std::int64_t>(status.stx_size), SeekFrom::Begin, position);
+}
+
+Status HandToServer(FileHandle handle) {
+    struct statfs system;
+    const auto asked = sys::fstatfs(Descriptor(handle), &system);
+    const bool local = asked.ok() && (system.f_type == EXT4_SUPER_MAGIC || system.f_type == XFS_SUPER_MAGIC ||
+                                      system.f_type == BTRFS_SUPER_MAGIC || system.f_type == TMPFS_MAGIC ||
+                                      system.f_type == OVERLAYFS_SUPER_MAGIC);
+    return local ? Status() : FlushToDisk(handle);
 }
 
 Status LengthOf(FileHandle handle, std::uint64_t& length) {

@@ -1,6 +1,7 @@
 #include "platform/FileStatus.h"
 
 #include <cerrno>
+#include <climits>
 #include <string>
 
 #include "platform/Path.h"
@@ -106,6 +107,21 @@ Status RemoveFolder(const char* path) {
 bool IsFolderLink(const char* path) {
     const std::string native = WithoutFinalSeparator(path);
     return IsOfType(native, AT_SYMLINK_NOFOLLOW, S_IFLNK) && IsOfType(native, 0, S_IFDIR);
+}
+
+std::string LinkTarget(const char* path) {
+    constexpr int kMostLinks = 40;
+    std::string native = NativePath(path);
+    for (int links = 0; links < kMostLinks; ++links) {
+        char leads[PATH_MAX];
+        const auto size = sys::readlink(native.c_str(), leads, sizeof leads);
+        if (!size.ok()) break;
+        const std::string_view next(leads, static_cast<std::size_t>(size.value()));
+        const auto slash = native.rfind('/');
+        const bool within = !next.starts_with('/') && slash != native.npos;
+        native.replace(0, native.npos, (within ? native.substr(0, slash + 1) : "").append(next));
+    }
+    return LibraryPath(native);
 }
 
 bool IsSame(const char* a, const char* b) {

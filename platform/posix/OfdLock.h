@@ -40,8 +40,9 @@ inline Result<int> WaitForOfdLock(int file, OfdLockKind kind, const ByteRange& r
     return detail::CallOfdLock(file, F_OFD_SETLKW, lock, kind, range);
 }
 
+/// EACCES is no conflict: some file systems in user space refuse all locks with it.
 inline bool IsLockConflict(const Result<int>& set) {
-    return set.error() == EAGAIN || set.error() == EACCES;
+    return set.error() == EAGAIN;
 }
 
 /// Whether another descriptor's lock would be in the way of this one. The descriptor may be open for anything.

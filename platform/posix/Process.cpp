@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <initializer_list>
 
 #include "platform/Path.h"
 #include "platform/posix/UniqueFd.h"
@@ -44,30 +45,45 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     return pointers;
 }
 
+/// Keeps signals from being delivered to the calling thread for the life of the object; they wait to be taken.
+class BlockedSignals {
+public:
+    BlockedSignals(std::initializer_list<int> signals) {
+        // None of these calls fails with the arguments given here.
+        ::sigemptyset(&m_blocked);
+        for (const int signal : signals) ::sigaddset(&m_blocked, signal);
+        sys::pthread_sigmask(SIG_BLOCK, &m_blocked, &m_before).IgnoreError();
+    }
+    ~BlockedSignals() { sys::pthread_sigmask(SIG_SETMASK, &m_before, nullptr).IgnoreError(); }
+    BlockedSignals(const BlockedSignals&) = delete;
+    BlockedSignals& operator=(const BlockedSignals&) = delete;
+
+    const sigset_t& Set() const { return m_blocked; }
+
+private:
+    sigset_t m_blocked{}, m_before{};
+};
+
 /// Keeps the calling thread's SIGPIPE from being delivered for the life of the object.
 class BrokenPipeSignals {
 public:
-    // None of these calls fails with the arguments given here.
-    BrokenPipeSignals() {
-        ::sigemptyset(&m_broken);
-        ::sigaddset(&m_broken, SIGPIPE);
-        sys::sigpending(&m_pending).IgnoreError();
-        sys::pthread_sigmask(SIG_BLOCK, &m_broken, &m_before).IgnoreError();
-    }
-    ~BrokenPipeSignals() { sys::pthread_sigmask(SIG_SETMASK, &m_before, nullptr).IgnoreError(); }
-    BrokenPipeSignals(const BrokenPipeSignals&) = delete;
-    BrokenPipeSignals& operator=(const BrokenPipeSignals&) = delete;
+    BrokenPipeSignals() { sys::sigpending(&m_pending).IgnoreError(); }  // which cannot fail
 
     /// Takes the signal that a write has raised, and leaves one that was pending before.
     void TakeOwn() const {
         constexpr timespec kAtOnce{};
         // It may have been taken already, by another thread of the program.
-        if (!::sigismember(&m_pending, SIGPIPE)) sys::sigtimedwait(&m_broken, nullptr, &kAtOnce).IgnoreError();
+        if (!::sigismember(&m_pending, SIGPIPE)) sys::sigtimedwait(&m_blocked.Set(), nullptr, &kAtOnce).IgnoreError();
     }
 
 private:
-    sigset_t m_broken{}, m_pending{}, m_before{};
+    sigset_t m_pending{};
+    const BlockedSignals m_blocked{SIGPIPE};
 };
+
+int ExitStatusOf(int status) {
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
 
 }  // namespace
 
@@ -92,9 +108,28 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
 Status WaitForProcess(std::intptr_t process, int& exitStatus) {
     int status = 0;
     const auto ended = sys::waitpid(static_cast<pid_t>(process), &status, 0);
-    if (!ended.ok()) return ended.status();
-    exitStatus = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
-    return {};
+    if (ended.ok()) exitStatus = ExitStatusOf(status);
+    return ended.status();
+}
+
+Status WaitForForegroundProcess(std::intptr_t process, int& exitStatus) {
+    constexpr timespec kOneSecond{.tv_sec = 1, .tv_nsec = 0};
+    const auto child = static_cast<pid_t>(process);
+    const BlockedSignals blocked({SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGCHLD});
+    for (;;) {
+        int status = 0;
+        const auto ended = sys::waitpid(child, &status, WNOHANG);
+        if (!ended.ok()) return ended.status();
+        if (ended.value() == child) {
+            exitStatus = ExitStatusOf(status);
+            return {};
+        }
+        siginfo_t info{};
+        const auto taken = sys::sigtimedwait(&blocked.Set(), &info, &kOneSecond);
+        // The terminal sends its own signals to the child as well.
+        if (taken.ok() && taken.value() != SIGCHLD && info.si_code != SI_KERNEL)
+            sys::kill(child, taken.value()).IgnoreError();  // one that is gone is seen above
+    }
 }
 
 void KillProcess(std::intptr_t process) {

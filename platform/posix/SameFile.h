@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/posix/System.h"
+#include "platform/posix/UniqueFd.h"
 
 namespace qv::platform {
 
@@ -19,10 +19,21 @@ inline bool IsSameFile(const struct stat& a, const struct stat& b) {
     return FileIdentity(a) == FileIdentity(b);
 }
 
-/// Whether a name, seen from a folder, leads to the file right now. `flags` are those of fstatat.
+/// Whether a name, seen from a folder, leads to the file right now, as far as this machine knows: network file systems
+/// answer from a cache. `flags` are those of fstatat.
 inline bool LeadsTo(int folder, const char* name, const struct stat& file, int flags = 0) {
     struct stat named;
     return sys::fstatat(folder, name, &named, flags).ok() && IsSameFile(named, file);
+}
+
+/// The same, asked of the server where the file system has one: only an open makes it look the name up. `access` is that
+/// of openat, and one that the caller has. A file on which another program holds a lease is not waited for.
+inline bool LeadsToOnServer(const char* path, const struct stat& file, int access) {
+    const auto opened = sys::openat(AT_FDCWD, path, access | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
+    if (opened.error() == EWOULDBLOCK) return LeadsTo(AT_FDCWD, path, file);
+    const UniqueFd again(opened);
+    struct stat named;
+    return again && sys::fstat(again.Get(), &named).ok() && IsSameFile(named, file);
 }
 
 }  // namespace qv::platform

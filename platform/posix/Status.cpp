@@ -32,7 +32,8 @@ FileCause CauseOf(unsigned long error) {
         case EROFS:
         case EISDIR:
         case EEXIST: return FileCause::AccessDenied;
-        case EBADF: return FileCause::InvalidFile;
+        case EBADF:
+        case ENOLCK: return FileCause::InvalidFile;
         case EMLINK: return FileCause::DirectoryFull;
         case ESPIPE: return FileCause::BadSeek;
         case EIO:
@@ -41,13 +42,16 @@ FileCause CauseOf(unsigned long error) {
         case EBUSY:
         case ETXTBSY: return FileCause::SharingViolation;
         case EAGAIN:
-        case EDEADLK:
-        case ENOLCK: return FileCause::LockViolation;
+        case EDEADLK: return FileCause::LockViolation;
         case ENOSPC:
         case EDQUOT:
         case EFBIG: return FileCause::DiskFull;
         default: return FileCause::Generic;
     }
+}
+
+bool MeansNoLocks(unsigned long error) {
+    return error == ENOLCK;
 }
 
 Status Status::OfErrorAt(unsigned long error, const char* path) {

@@ -22,7 +22,9 @@
 #include <sys/random.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "platform/posix/SystemCall.h"
@@ -63,10 +65,15 @@ QV_SYSTEM_CALL(Resize, truncate);
 QV_SYSTEM_CALL(Status, fstat);
 QV_SYSTEM_CALL(Status, fstatat);
 QV_SYSTEM_CALL(Status, statx);
+QV_SYSTEM_CALL(Status, fstatfs);
 QV_SYSTEM_CALL(Status, readlink);
+QV_SYSTEM_CALL(Status, flistxattr);
+QV_SYSTEM_CALL(Status, fgetxattr);
+QV_SYSTEM_CALL(ChangeStatus, fsetxattr);
 QV_SYSTEM_CALL(Status, isatty);
 QV_SYSTEM_CALL(ChangeStatus, fchmod);
 QV_SYSTEM_CALL(ChangeStatus, fchmodat);
+QV_SYSTEM_CALL(ChangeStatus, fchown);
 QV_SYSTEM_CALL(ChangeStatus, futimens);
 QV_SYSTEM_CALL(ChangeStatus, utimensat);
 /// The caller frees the path.

@@ -63,6 +63,7 @@ struct AtomicFile::Body {
 private:
     Result<HANDLE> CreateTemporary();
     Status MoveToTarget(DWORD flags) const;
+    Status UpdateTarget(DWORD flags);
 
     const std::string target;
     std::string temporary;
@@ -98,18 +99,34 @@ Status AtomicFile::Body::MoveToTarget(DWORD flags) const {
     return moved.statusAt(target.c_str());
 }
 
+/// The system's own replacing call, which wants the new version closed. Marked no more and open no more, it may be taken for
+/// an abandoned one for this moment; the call fails then, and the target stays.
+Status AtomicFile::Body::UpdateTarget(DWORD flags) {
+    const auto attributes = sys::GetFileAttributesA(target.c_str());
+    if (!attributes.ok()) return MoveToTarget(flags);
+    if (attributes.value() & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY))
+        return Status::OfError(ERROR_ACCESS_DENIED);
+    if (const Status closed = file.Close(); !closed.ok()) return closed;
+    const auto replaced = sys::ReplaceFileA(target.c_str(), temporary.c_str(), nullptr,
+                                            DWORD{REPLACEFILE_IGNORE_MERGE_ERRORS}, nullptr, nullptr);
+    // What cannot be deleted now is deleted by the next that comes upon its name.
+    if (!replaced.ok()) sys::DeleteFileA(temporary.c_str()).IgnoreError();
+    return replaced.statusAt(target.c_str());
+}
+
 Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     const bool synced = durability == Durability::Synced;
     if (synced)
         if (const Status flushed = FlushToDisk(ContractHandle(file.Get())); !flushed.ok()) return flushed;
     // A file that is marked cannot be renamed.
     if (const Status kept = MarkForDeletion(file, false); !kept.ok()) return kept;
-    const Status moved = MoveToTarget((synced ? MOVEFILE_WRITE_THROUGH : 0) |
-                                      (ifExists == IfExists::Replace ? MOVEFILE_REPLACE_EXISTING : 0));
+    const DWORD flags =
+        (synced ? MOVEFILE_WRITE_THROUGH : 0) | (ifExists == IfExists::Replace ? MOVEFILE_REPLACE_EXISTING : 0);
+    const Status moved = ifExists == IfExists::Update ? UpdateTarget(flags) : MoveToTarget(flags);
     if (moved.ok())
         // All that was written is in the file already, and the target is the new version.
         file.Close().IgnoreError();
-    else
+    else if (file)
         // As in Create: the destructor deletes the file nevertheless.
         MarkForDeletion(file, true).IgnoreError();
     return moved;

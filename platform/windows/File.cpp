@@ -63,6 +63,14 @@ Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64
     return sought.status();
 }
 
+Status SeekToServerEnd(FileHandle handle, std::uint64_t& position) {
+    return SeekTo(handle, 0, SeekFrom::End, position);  // share modes keep the system from caching here
+}
+
+Status HandToServer(FileHandle) {
+    return {};  // closing does
+}
+
 Status LengthOf(FileHandle handle, std::uint64_t& length) {
     LARGE_INTEGER size;
     const auto asked = sys::GetFileSizeEx(SystemHandle(handle), &size);

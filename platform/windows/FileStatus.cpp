@@ -112,6 +112,21 @@ bool IsFolderLink(const char* path) {
     return search.Start(name.c_str()).ok() && search.Next(entry) && entry.IsFolder() && entry.IsLink();
 }
 
+std::string LinkTarget(const char* path) {
+    constexpr std::string_view kExtended = "\\\\?\\";
+    const std::string native = NativePath(path);
+    const auto attributes = sys::GetFileAttributesA(native.c_str());
+    if (!attributes.ok() || !(attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT)) return path;
+    const UniqueHandle file(sys::CreateFileA(native.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                             nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    std::string target(32768, '\0');
+    const auto size = sys::GetFinalPathNameByHandleA(file.Get(), target.data(), static_cast<DWORD>(target.size()),
+                                                     DWORD{FILE_NAME_NORMALIZED});
+    if (!file || !size.ok()) return path;
+    target.resize(size.value());
+    return target.starts_with(kExtended) ? target.substr(kExtended.size()) : target;
+}
+
 bool IsSame(const char* a, const char* b) {
     BY_HANDLE_FILE_INFORMATION first, second;
     return Identify(a, first) && Identify(b, second) && first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&

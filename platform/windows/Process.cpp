@@ -141,6 +141,14 @@ Status WaitForProcess(std::intptr_t process, int& exitStatus) {
     return ended.status();
 }
 
+Status WaitForForegroundProcess(std::intptr_t process, int& exitStatus) {
+    // Without a console there is nothing to ignore.
+    sys::SetConsoleCtrlHandler(nullptr, TRUE).IgnoreError();
+    const Status waited = WaitForProcess(process, exitStatus);
+    sys::SetConsoleCtrlHandler(nullptr, FALSE).IgnoreError();
+    return waited;
+}
+
 void KillProcess(std::intptr_t process) {
     sys::TerminateProcess(SystemHandle(process), 1).IgnoreError();  // it may have ended by itself
 }

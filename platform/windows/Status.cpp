@@ -55,6 +55,10 @@ FileCause CauseOf(unsigned long error) {
 }
 
 // The system itself tells a missing folder from a missing file.
+bool MeansNoLocks(unsigned long) {
+    return false;
+}
+
 Status Status::OfErrorAt(unsigned long error, const char*) {
     return OfError(error);
 }

@@ -16,7 +16,7 @@ HEADERS = {
     "platform": "Export",
     "core": "Checksum Exceptions MathHelper Replacers StringHelper TimeHelper",
     "threads": "LockedObjects ReadWriteLock TimerThread",
-    "files": "ChangeWatchers CopyTree FileFinder FilePath FileUtils LockFile MultiUserFile NetUtils TempFile",
+    "files": "ChangeWatchers CopyTree FileFinder FilePath FileUtils LockFile MultiUserFile NetUtils SaveFile TempFile",
     "xml": "ClassFactory HistoryMgr XmlDom XmlDomElement XmlException XmlHelper XmlObject XmlSection",
     "imaging": "DIBitmap ParseEmf",
     "messages": "UserMessages",

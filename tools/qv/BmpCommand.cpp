@@ -47,7 +47,7 @@ public:
 void Convert(const std::string& path, const std::string& out) {
     Bitmap bitmap(path);
     WholeFile file(out);
-    if (!bitmap.SaveWhole(file.File())) throw Failed(path + ": rows are missing, or no bitmap has this depth");
+    if (!bitmap.SaveWhole(file)) throw Failed(path + ": rows are missing, or no bitmap has this depth");
     file.Commit();
 }
 

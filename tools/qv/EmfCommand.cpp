@@ -91,7 +91,7 @@ private:
 
 void Normalise(const std::string& path, const std::string& out) {
     WholeFile file(out);
-    Normaliser(file.File()).Walk(path);
+    Normaliser(file).Walk(path);
     file.Commit();
 }
 

@@ -10,6 +10,7 @@ namespace {
 struct Options {
     std::string document;
     int attempts = 1;
+    int wait = -1;
     std::vector<std::string> command;
 };
 
@@ -24,12 +25,16 @@ std::string ReasonOf(const CLockFile& lock, const std::string& document) {
 int RunLocked(const Options& options) {
     CLockFile lock;
     lock.SetSourceFile(options.document.c_str());
-    if (!lock.Lock(options.attempts)) throw Failed(ReasonOf(lock, options.document));
+    // The command keeps the lock until it has ended, whatever becomes of this program.
+    lock.SetInheritable(1);
+    const bool held =
+        options.wait < 0 ? lock.Lock(options.attempts) : lock.LockFor(static_cast<UINT>(options.wait) * 1000);
+    if (!held) throw Failed(ReasonOf(lock, options.document));
     CStringArray arguments;
     for (std::size_t i = 1; i < options.command.size(); ++i) arguments.Add(options.command[i]);
     CProcess command;
     command.Start(options.command[0].c_str(), arguments);
-    return command.Wait();
+    return command.WaitInForeground();
 }
 
 }  // namespace
@@ -41,8 +46,11 @@ void AddLockCommand(Command app) {
     command.AddOption("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
         .Between(1, 1000)
         .ShowDefault();
+    command.AddOption("--wait", options->wait, "Wait for the lock up to this many seconds, instead of --attempts")
+        .Between(0, 1000000);
     command.AddOption("COMMAND", options->command, "The command and its arguments, after --").Require();
     command.SetFooter(
+        "The command holds the lock until it has ended, even if qv is ended before.\n"
         "The exit status is the command's; 1, and the holder's name, when the lock cannot be had.\n"
         "Example:\n  qv lock plan.doc --attempts 3 -- editor plan.doc");
     command.SetAction([options] {

@@ -2,12 +2,13 @@
 #include <functional>
 #include <memory>
 
-#include "qvcommon/TempFile.h"
+#include "qvcommon/LockFile.h"
 #include "qvcommon/XmlHelper.h"
 #include "qvcommon/framework/File.h"
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Utf8Path.h"
+#include "tools/qv/WholeFile.h"
 
 namespace qv::tool {
 namespace {
@@ -42,28 +43,28 @@ Document Load(const Options& options, bool keepSpace) {
                  std::to_string(problem.get_linepos()) + ": " + problem.get_reason().AsStd());
 }
 
-void WriteFile(const char* name, std::string_view bytes) {
-    CFile file(name, CFile::modeWrite | CFile::shareExclusive);
-    file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
-    file.Flush();
-    file.Close();
-}
+/// Holds the document's lock while a value is changed: no other qv, and no program that locks its documents, changes the
+/// file meanwhile.
+class LockedDocument {
+public:
+    explicit LockedDocument(const std::string& document) {
+        constexpr UINT kPatience = 30000;
+        m_lock.SetSourceFile(document.c_str());
+        if (m_lock.LockFor(kPatience)) return;
+        const CString holder = m_lock.GetLockedBy();
+        if (!holder.IsEmpty()) throw Failed(document + " is locked by " + holder.AsStd());
+        throw new CFileException(m_lock.GetLockException());
+    }
 
-// Written in full beside the old file before it takes its place; through a link the file behind it.
+private:
+    CLockFile m_lock;
+};
+
 void Save(const Options& options, const Document& document) {
-    const fs::path named = PathFromArgument(options.file);
-    const bool exists = fs::exists(named);
-    const fs::path target = exists ? fs::canonical(named) : fs::absolute(named);
-    if (!fs::is_directory(target.parent_path())) throw Failed(options.file + ": its folder does not exist");
-    CTempFile temporary;
-    temporary.SetDirectory((target.parent_path() / "").string().c_str());
-    temporary.SetExtension("tmp");
-    temporary.Create();
-    WriteFile(temporary.GetFilename(), document.save());
-    const fs::path written = PathFromArgument(temporary.GetFilename().AsStd());
-    if (exists) fs::permissions(written, fs::status(target).permissions());
-    fs::rename(written, target);
-    temporary.SetDeleteOnDtor(0);
+    const std::string bytes = document.save();
+    WholeFile file(options.file);
+    file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
+    file.Commit();
 }
 
 void Print(const CString& line) {
@@ -139,12 +140,14 @@ void Get(const Options& options) {
 }
 
 void Set(const Options& options) {
+    const LockedDocument lock(options.file);
     const Document document = Load(options, true);
     if (!SetValue(document, options)) NothingThere(options);
     Save(options, document);
 }
 
 void Create(const Options& options, bool hasValue) {
+    const LockedDocument lock(options.file);
     const bool exists = fs::exists(PathFromArgument(options.file));
     const Document document = exists ? Load(options, true) : CXmlHelper::CreateDocument();
     const CString made = CXmlHelper::CreateXmlPath(document, options.path);

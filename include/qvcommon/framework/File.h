@@ -77,7 +77,8 @@ public:
         modeCreate = 0x1000,      ///< create; an existing file is emptied
         modeNoTruncate = 0x2000,  ///< with modeCreate: an existing file keeps its content
         typeText = 0x4000,        ///< for CStdioFile
-        typeBinary = 0x8000
+        typeBinary = 0x8000,
+        modeFolderAccess = 0x10000  ///< for a file that all users of a folder share: see Open
     };
     /// Bits of CFileStatus::m_attribute.
     static constexpr BYTE normal = 0, readOnly = 1, hidden = 2, system = 4, volume = 8, directory = 16, archive = 32;
@@ -107,7 +108,13 @@ public:
     /// On Linux the share modes bind programs that use this library, over byte-range locks far beyond the end of the file,
     /// which file systems for several machines keep too. Where a file system keeps none, a file opens for reading unguarded
     /// and for writing not at all. Devices and pipes have no share modes. A file can be deleted and renamed while it is
-    /// open, which Windows refuses. Deny rights that a child program inherited with the handle last until it has ended.
+    /// open, which Windows refuses. Where the file system refuses locks, the cause is invalidFile and the message says so.
+    /// Deny rights that a child program inherited with the handle last until it has ended.
+    ///
+    /// With modeFolderAccess, on Linux, a file that is made may be written by whoever may write in its folder, and read by
+    /// everybody who reaches it, whatever the umask. One that may only be read is opened for reading although writing was
+    /// asked for, and claims its share modes all the same. Links are not followed (badPath), and only regular files are
+    /// opened (accessDenied). On Windows the folder's access list rules, with the flag and without.
     /// @return non-zero on success; after 0, `*error`, if given, tells cause, system error and name, and the object is
     /// closed.
     virtual BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr);

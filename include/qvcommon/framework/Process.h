@@ -40,6 +40,9 @@ public:
     /// Ends the child's input, waits until the child has ended, and returns its exit status. A child that a signal ended on
     /// Linux gives 128 plus the signal's number; one that Kill ended gives any status but 0. -1 when there is no child.
     int Wait();
+    /// The same for a child that has the terminal: its interrupt and quit keys end the child and not this program, and on Linux
+    /// SIGTERM and SIGHUP are passed on to the child. Only for a program with one thread.
+    int WaitInForeground();
     /// Ends the child at once, wherever it stands; Wait waits for that.
     void Kill();
 

@@ -23,8 +23,10 @@ bool IsGranted(const Outcome& outcome) {
     return outcome.ok() && outcome.value() == ShareOutcome::Granted;
 }
 
+/// File systems refuse locks with various numbers; they all come to one.
 Outcome Failed(unsigned long error) {
-    return Outcome::OfError(ShareOutcome::OthersSeen, error);
+    const bool refused = error == EACCES || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
+    return Outcome::OfError(ShareOutcome::OthersSeen, refused ? ENOLCK : error);
 }
 
 /// Another program's lock in the way, of whatever kind, counts as another opener.

@@ -1,0 +1,30 @@
+#include "files/PathParts.h"
+
+#include "platform/Path.h"
+
+namespace qv {
+namespace {
+
+/// Where the last name begins.
+std::size_t StartOfName(std::string_view path) {
+    const auto separator = path.find_last_of("\\/");
+    if (separator != path.npos) return separator + 1;
+    return platform::HasDriveLetters() && path.size() > 1 && path[1] == ':' ? 2 : 0;
+}
+
+}  // namespace
+
+CString WithExtension(const CString& path, const char* extension) {
+    const std::string& whole = path.AsStd();
+    const auto point = whole.rfind('.');
+    const bool has = point != whole.npos && point >= StartOfName(whole);
+    return CString(whole.substr(0, has ? point : whole.npos) + '.' + extension);
+}
+
+CString FolderOf(const CString& path) {
+    const std::string& whole = path.AsStd();
+    const std::string folder = whole.substr(0, StartOfName(whole));
+    return CString(folder.ends_with('\\') ? folder.substr(0, folder.size() - 1) : folder);
+}
+
+}  // namespace qv

@@ -1,0 +1,53 @@
+#include "platform/posix/attributes/FileAttributes.h"
+
+#include <string>
+#include <vector>
+
+#include "platform/posix/System.h"
+
+namespace qv::platform {
+namespace {
+
+/// A call that fills a buffer and says with an empty one how much it needs. Empty where there is nothing.
+template <class Call>
+std::vector<char> Filled(Call call) {
+    const auto needed = call(nullptr, 0);
+    if (!needed.ok() || needed.value() <= 0) return {};
+    std::vector<char> bytes(static_cast<std::size_t>(needed.value()));
+    const auto got = call(bytes.data(), bytes.size());
+    bytes.resize(got.ok() ? static_cast<std::size_t>(got.value()) : 0);
+    return bytes;
+}
+
+/// Access lists are extended attributes here.
+void CopyExtendedAttributes(int from, int to) {
+    const auto names = Filled([from](char* buffer, std::size_t size) { return sys::flistxattr(from, buffer, size); });
+    for (std::size_t at = 0; at < names.size();) {
+        const std::string name(names.data() + at);
+        const auto value =
+            Filled([&](char* buffer, std::size_t size) { return sys::fgetxattr(from, name.c_str(), buffer, size); });
+        // Some belong to the system alone.
+        sys::fsetxattr(to, name.c_str(), value.data(), value.size(), 0).IgnoreError();
+        at += name.size() + 1;
+    }
+}
+
+}  // namespace
+
+void CopyAttributes(int from, int to) {
+    struct stat status;
+    if (!sys::fstat(from, &status).ok()) return;
+    constexpr auto kUnchanged = static_cast<uid_t>(-1);
+    constexpr mode_t kAll = 07777, kPermissions = 01777;
+    const bool owned = sys::fchown(to, status.st_uid, status.st_gid).ok();
+    // Only the administrator gives files away; the group is kept where the user belongs to it.
+    const bool grouped = owned || sys::fchown(to, kUnchanged, status.st_gid).ok();
+    CopyExtendedAttributes(from, to);
+    // Under another owner the bits that lend the owner's rights would lend the wrong ones, and under another group the
+    // group's bits would let in the wrong users.
+    mode_t mode = status.st_mode & (owned ? kAll : kPermissions);
+    if (!grouped) mode &= ~mode_t{S_IRWXG} | ((mode & S_IRWXO) << 3);
+    sys::fchmod(to, mode).IgnoreError();
+}
+
+}  // namespace qv::platform
