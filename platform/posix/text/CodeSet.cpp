@@ -109,7 +109,11 @@ bool CodeSet::ReadBytes() {
             case Converter::Outcome::Invalid: code = kNone; break;
             case Converter::Outcome::Incomplete: code = kLead; m_page = CodePage::DoubleByte;
         }
-        if (byte >= 0x80 && code < kLead) m_bytes.emplace_back(code, c);
+    }
+    for (std::size_t byte = 0x80; byte < m_codes.size(); ++byte) {
+        // A byte that a single-byte page leaves free is a character without a name, of its own number.
+        if (m_codes[byte] == kNone && m_page == CodePage::SingleByte) m_codes[byte] = static_cast<char32_t>(byte);
+        if (m_codes[byte] < kLead) m_bytes.emplace_back(m_codes[byte], static_cast<char>(byte));
     }
     std::sort(m_bytes.begin(), m_bytes.end());
     return true;
@@ -130,8 +134,7 @@ CodeSet::Character CodeSet::Read(std::string_view text, std::size_t position) co
     const auto byte = static_cast<unsigned char>(text[position]);
     const char32_t code = m_codes[byte];
     if (code == kLead) return ReadLong(text, position);
-    // A byte that the set leaves free is still a character of a single-byte page: one without a name.
-    if (code == kNone) return {byte, 1, m_page == CodePage::SingleByte};
+    if (code == kNone) return {byte, 1, false};
     return {code, 1, true};
 }
 

@@ -48,9 +48,13 @@ std::string Converted(std::string_view text, const CodeSet& from, const CodeSet&
 
 // The system's name of a code page; empty for numbers that are none.
 std::string NameOf(int codePage) {
-    constexpr int kUtf8 = 65001, kLatin1 = 28591, kLatinLast = 28605;
+    constexpr int kLatin1 = 28591, kLatinLast = 28605;
+    static constexpr std::pair<int, const char*> named[] = {{65001, "UTF-8"},  {20866, "KOI8-R"}, {21866, "KOI8-U"},
+                                                            {20932, "EUC-JP"}, {51932, "EUC-JP"}, {51949, "EUC-KR"},
+                                                            {54936, "GB18030"}};
     if (codePage <= 0) return {};
-    if (codePage == kUtf8) return "UTF-8";
+    for (const auto& [number, name] : named)
+        if (number == codePage) return name;
     if (codePage >= kLatin1 && codePage <= kLatinLast) return "ISO-8859-" + std::to_string(codePage - kLatin1 + 1);
     return "CP" + std::to_string(codePage);
 }
