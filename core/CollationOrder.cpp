@@ -1,7 +1,10 @@
 #include "core/CollationOrder.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cstring>
+#include <memory>
+#include <mutex>
 #include <numeric>
 #include <optional>
 #include <string>
@@ -126,9 +129,23 @@ private:
     std::vector<std::size_t> m_runs;
 };
 
+// Kept for the locale that was asked for last. One that does not fit would only be a bad guess.
+std::shared_ptr<const CollationGuess> CurrentGuess() {
+    static std::mutex mutex;
+    static std::string known;
+    static std::shared_ptr<const CollationGuess> guess;
+    const std::string locale = std::setlocale(LC_COLLATE, nullptr);
+    const std::scoped_lock lock(mutex);
+    if (!guess || known != locale || guess->Page() != platform::CurrentCodePage()) {
+        guess = std::make_shared<const CollationGuess>();
+        known = locale;
+    }
+    return guess;
+}
+
 Order GuessedOrder(Texts texts, bool descending, const CheckedOrder& checked) {
-    const CollationGuess guess;
-    SortKeys ranks(texts, [&](const CString& text, std::string& bytes) { guess.Append(text, bytes); });
+    const std::shared_ptr<const CollationGuess> guess = CurrentGuess();
+    SortKeys ranks(texts, [&](const CString& text, std::string& bytes) { guess->Append(text, bytes); });
     return ranks.Sorted(descending, [&](auto a, auto b) { return checked.Collate(a, b); });
 }
 
@@ -144,7 +161,7 @@ Order OldOrder(std::size_t count) {
 }
 
 // Making the guess costs more than it saves below the one, making keys below the other.
-constexpr std::size_t kWorthGuessing = 2000, kWorthKeys = 8;
+constexpr std::size_t kWorthGuessing = 200, kWorthKeys = 8;
 constexpr std::size_t kMostRunsOfGuess = 32;
 
 }  // namespace

@@ -14,12 +14,10 @@ bool HasTrailBytes(std::string_view text) {
     return platform::CurrentCodePage() == CodePage::DoubleByte && !ascii::IsAscii(text);
 }
 
-ExactSearch::ExactSearch(std::string_view text, std::string_view find)
-    : m_text(text), m_find(find), m_trails(!find.empty() && platform::CurrentCodePage() == CodePage::DoubleByte) {}
-
-std::size_t ExactSearch::FindLong(std::size_t from) {
-    std::size_t found = FindBytes(from);
-    while (m_trails && found != kNowhere && !IsWhole(found)) {
+// The occurrence at `found`, or the first after it, that tears no character.
+std::size_t ExactSearch::FindWhole(std::size_t found) {
+    if (platform::CurrentCodePage() != CodePage::DoubleByte) return found;
+    while (found != kNowhere && !IsWhole(found)) {
         m_spent += m_find.size();
         found = FindBytes(found + 1);
     }
@@ -39,7 +37,7 @@ bool ExactSearch::IsWhole(std::size_t position) {
 
 bool ExactSearch::IsTooDear(std::size_t from) const {
     constexpr std::size_t kCredit = 4096;
-    return m_spent > kCredit + 4 * (from - m_origin + m_find.size());
+    return m_spent > kCredit && m_spent - kCredit > 4 * (from - m_origin + m_find.size());
 }
 
 // Looks for the first byte and compares what follows. Texts that go on being alike are left to the automaton.
@@ -47,16 +45,21 @@ std::size_t ExactSearch::FindBytes(std::size_t from) {
     constexpr std::size_t kGlance = 8;
     m_origin = std::min(m_origin, from);
     if (m_automaton || IsTooDear(from)) return FindByAutomaton(from);
-    const std::size_t size = m_find.size(), glance = std::min(size, kGlance);
-    while (from < m_text.size() && m_text.size() - from >= size) {
-        const std::size_t hit = m_text.substr(0, m_text.size() - size + 1).find(m_find[0], from);
-        if (hit == kNowhere) return kNowhere;
-        from = hit + 1;
-        const char* const at = m_text.data() + hit;
-        if (std::memcmp(at, m_find.data(), glance) != 0) continue;
-        if (!std::memcmp(at + glance, m_find.data() + glance, size - glance)) return hit;
+    const std::size_t size = m_find.size();
+    if (m_text.size() < size) return kNowhere;
+    const char *const text = m_text.data(), *const find = m_find.data();
+    const std::size_t last = m_text.size() - size;
+    for (; from <= last; ++from) {
+        if (text[from] != find[0]) {
+            const void* const next = std::memchr(text + from, find[0], last - from + 1);
+            if (!next) return kNowhere;
+            from = static_cast<std::size_t>(static_cast<const char*>(next) - text);
+        }
+        if (size > 1 && text[from + 1] != find[1]) continue;
+        if (size <= 2 || !std::memcmp(text + from + 2, find + 2, size - 2)) return from;
+        if (size <= kGlance || std::memcmp(text + from, find, kGlance) != 0) continue;
         m_spent += size;
-        if (IsTooDear(from)) return FindByAutomaton(from);
+        if (IsTooDear(from + 1)) return FindByAutomaton(from + 1);
     }
     return kNowhere;
 }

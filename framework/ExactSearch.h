@@ -19,27 +19,34 @@ bool HasTrailBytes(std::string_view text);
 /// they look; making a search costs next to nothing. Refers to both texts, which have to stay as they are.
 class ExactSearch {
 public:
-    ExactSearch(std::string_view text, std::string_view find);
+    ExactSearch(std::string_view text, std::string_view find) : m_text(text), m_find(find) {}
 
     static constexpr std::size_t kNowhere = std::string_view::npos;
 
     /// The first occurrence at or after `from`, which must not be lower than in the call before. The empty text stands
     /// everywhere, the end included.
     std::size_t Find(std::size_t from) {
-        if (m_find.size() > 1 || m_trails) return FindLong(from);
         if (m_find.empty()) return from <= m_text.size() ? from : kNowhere;
-        return m_text.find(m_find[0], from);
+        const std::size_t found = m_find.size() == 1 ? m_text.find(m_find[0], from) : FindBytes(from);
+        return found == kNowhere || IsPlainlyWhole(found) ? found : FindWhole(found);
     }
 
 private:
-    std::size_t FindLong(std::size_t from);
+    // Whether ASCII around and within the occurrence tells that it tears no character, whatever the code page.
+    bool IsPlainlyWhole(std::size_t found) const {
+        const auto ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+        const std::size_t size = m_find.size();
+        return (found == 0 || ascii(m_text[found - 1])) && ascii(m_find[0]) && ascii(m_find[size - 1]) &&
+               (size == 1 || ascii(m_find[size - 2]));
+    }
+
+    std::size_t FindWhole(std::size_t found);
     std::size_t FindBytes(std::size_t from);
     std::size_t FindByAutomaton(std::size_t from);
     bool IsTooDear(std::size_t from) const;
     bool IsWhole(std::size_t position);
 
     std::string_view m_text, m_find;
-    bool m_trails;
 
     std::size_t m_spent = 0, m_origin = kNowhere;  // when more is compared than passed, the automaton takes over
     std::optional<PatternAutomaton> m_automaton;

@@ -57,8 +57,9 @@ int Collate(std::string_view a, std::string_view b) {
 
 std::size_t AppendCollationKey(std::string_view text, std::string& key) {
     const std::size_t before = key.size();
-    const std::string converted = CollatesAsItIs() ? std::string() : ForCollation(text);
-    Pieces pieces(CollatesAsItIs() ? text : converted);
+    const bool asItIs = CollatesAsItIs();
+    const std::string converted = asItIs ? std::string() : ForCollation(text);
+    Pieces pieces(asItIs ? text : converted);
     AppendPieceKey(pieces.Next(), key);
     while (!pieces.AtEnd()) {
         key += '\0';

@@ -14,7 +14,7 @@ namespace {
 constexpr char32_t kStrayByte = 0x110000;
 
 template <class Map>
-ByteCase MakeByteCase(int first, int last, Map map) {
+constexpr ByteCase MakeByteCase(int first, int last, Map map) {
     ByteCase result{.map = {}, .complete = true};
     for (int byte = 0; byte < 256; ++byte) {
         const auto old = static_cast<unsigned char>(byte);
@@ -23,15 +23,17 @@ ByteCase MakeByteCase(int first, int last, Map map) {
     return result;
 }
 
-unsigned char AsciiCase(unsigned char byte, Case which) {
+constexpr unsigned char AsciiCase(unsigned char byte, Case which) {
     const char c = static_cast<char>(byte);
     return static_cast<unsigned char>(which == Case::Upper ? ascii::ToUpper(c) : ascii::ToLower(c));
 }
 
 // Only the letter I has rules of its own in some languages; there the bytes do not tell the whole truth.
 ByteCase CaseOfAscii(Case which, const CharacterRules& rules) {
-    static const ByteCase lower = MakeByteCase(0, 128, [](unsigned char byte) { return AsciiCase(byte, Case::Lower); });
-    static const ByteCase upper = MakeByteCase(0, 128, [](unsigned char byte) { return AsciiCase(byte, Case::Upper); });
+    static constexpr ByteCase lower =
+        MakeByteCase(0, 128, [](unsigned char byte) { return AsciiCase(byte, Case::Lower); });
+    static constexpr ByteCase upper =
+        MakeByteCase(0, 128, [](unsigned char byte) { return AsciiCase(byte, Case::Upper); });
     ByteCase result = which == Case::Upper ? upper : lower;
     result.complete =
         rules.AreNeutral() || (rules.Cased('i', Case::Upper) == 'I' && rules.Cased('I', Case::Lower) == 'i');
@@ -91,6 +93,11 @@ std::size_t AsciiEnd(std::string_view text, std::size_t position) {
     return position;
 }
 
+// One ASCII character whose case is the same in every language.
+bool IsPlainLetter(std::string_view text) {
+    return text.size() == 1 && ascii::IsAscii(text[0]) && text[0] != 'i' && text[0] != 'I';
+}
+
 // Changes the case of texts that have characters of several bytes.
 class CaseMapper {
 public:
@@ -136,10 +143,12 @@ std::size_t CharacterLength(std::string_view text, std::size_t position, CodePag
 }
 
 std::string ToUpper(std::string_view text) {
+    if (IsPlainLetter(text)) return {ascii::ToUpper(text[0])};
     return CaseMapper(Case::Upper, CurrentCodeSet()).Map(text);
 }
 
 std::string ToLower(std::string_view text) {
+    if (IsPlainLetter(text)) return {ascii::ToLower(text[0])};
     return CaseMapper(Case::Lower, CurrentCodeSet()).Map(text);
 }
 
