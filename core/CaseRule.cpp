@@ -2,12 +2,29 @@
 
 #include <algorithm>
 
+#include "platform/Ascii.h"
+
 namespace qv {
 
 using platform::Case;
 using platform::CodePage;
 
 namespace {
+
+bool AreEqualIgnoringCase(std::string_view a, std::string_view b);
+
+// ASCII texts without an I, whose case differs between languages, need no look at the locale.
+bool AreEqualFromStart(std::string_view a, std::string_view b) {
+    const std::size_t common = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        const char x = ascii::ToLower(a[i]), y = ascii::ToLower(b[i]);
+        if (!ascii::IsAscii(x) || !ascii::IsAscii(y)) return AreEqualIgnoringCase(a.substr(i), b.substr(i));
+        if (a[i] == b[i]) continue;
+        if (x == 'i' || y == 'i') return AreEqualIgnoringCase(a.substr(i), b.substr(i));
+        if (x != y) return false;
+    }
+    return a.size() == b.size();
+}
 
 bool AreEqualIgnoringCase(std::string_view a, std::string_view b) {
     const platform::ByteCase bytes = platform::CaseOfBytes(Case::Lower);
@@ -31,7 +48,7 @@ constexpr platform::ByteCase kNoCase = [] {
 }  // namespace
 
 bool AreEqual(std::string_view a, std::string_view b, CaseRule rule) {
-    return a == b || (rule == CaseRule::Ignore && AreEqualIgnoringCase(a, b));
+    return a == b || (rule == CaseRule::Ignore && AreEqualFromStart(a, b));
 }
 
 CaseReader::CaseReader(CaseRule rule)

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "core/CaseRule.h"
-#include "core/PatternAutomaton.h"
+#include "framework/PatternAutomaton.h"
 
 namespace qv {
 

@@ -6,14 +6,18 @@
 #include "qvcommon/framework/File.h"
 
 unsigned long MemCRC(const char* data, int length) {
-    return length > 0 ? qv::Crc32(0, data, static_cast<std::size_t>(length)) : 0;
+    return length > 0 ? MemCRC(std::string_view(data, static_cast<std::size_t>(length))) : 0;
 }
 
-unsigned long FileCRC(const char* path) {
+unsigned long MemCRC(std::string_view data) {
+    return qv::Crc32(0, data.data(), data.size());
+}
+
+unsigned long FileCRC(std::string_view path) {
     // So much stays in the processor's own memory between reading and adding up, in few calls of the system.
     constexpr UINT kStep = 256 * 1024;
     CFile file;
-    if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone)) return 0;
+    if (!file.Open(CString(path), CFile::modeRead | CFile::shareDenyNone)) return 0;
     const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);
     std::uint32_t crc = 0;
     try {

@@ -19,6 +19,8 @@ public:
     /// For the locale that is current now.
     CollationGuess();
 
+    platform::CodePage Page() const { return m_page; }
+
     /// Appends a byte for each character that counts.
     void Append(std::string_view text, std::string& ranks) const;
 

@@ -1,7 +1,11 @@
 #include "core/CollationOrder.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cstring>
+#include <memory>
+#include <mutex>
+#include <numeric>
 #include <optional>
 #include <string>
 
@@ -66,37 +70,33 @@ private:
     std::vector<SortKey> m_keys;
 };
 
-Order OrderByKeys(Texts texts, bool descending) {
-    SortKeys keys(texts, [](const CString& text, std::string& bytes) { platform::AppendCollationKey(text, bytes); });
-    return keys.Sorted(descending, [](std::uint32_t, std::uint32_t) { return 0; });
-}
-
-bool HasZero(const CString* text) {
-    return text->AsStd().find('\0') != std::string::npos;
-}
-
-// Sorts by a guess, checks each neighbour by the collation itself, and merges what stands wrong. None when the guess was so
-// wrong that merging would cost more than keys.
-class GuessedOrder {
+// An order that was found by other means, checked neighbour by neighbour by the collation itself, and what stands wrong
+// merged. So the result is the collation's, whatever the means are worth.
+class CheckedOrder {
 public:
-    GuessedOrder(Texts texts, bool descending) : m_texts(texts), m_descending(descending) {}
+    CheckedOrder(Texts texts, bool descending)
+        : m_texts(texts),
+          m_descending(descending),
+          m_plain(platform::CollatesAsItIs() && std::none_of(texts.begin(), texts.end(), HasZero)) {}
 
-    std::optional<Order> Find() {
-        const CollationGuess guess;
-        SortKeys ranks(m_texts, [&](const CString& text, std::string& bytes) { guess.Append(text, bytes); });
-        m_order = ranks.Sorted(m_descending, [this](auto a, auto b) { return Collate(a, b); });
-        FindRuns();
-        if (m_runs.size() > kMostRuns) return std::nullopt;
-        for (; m_runs.size() > 2; MergePairs()) {
-        }
+    static constexpr std::size_t kAnyRuns = static_cast<std::size_t>(-1);
+
+    // Nothing when more than `most` runs would have to be merged.
+    std::optional<Order> Check(Order order, std::size_t most) {
+        m_order = std::move(order);
+        FindRuns(most);
+        if (m_runs.size() > most) return std::nullopt;
+        while (m_runs.size() > 2) MergePairs();
         return std::move(m_order);
     }
 
-private:
-    static constexpr std::size_t kMostRuns = 32;
+    int Collate(std::uint32_t a, std::uint32_t b) const {
+        return m_plain ? std::strcoll(m_texts[a]->c_str(), m_texts[b]->c_str())
+                       : platform::Collate(*m_texts[a], *m_texts[b]);
+    }
 
-    // Texts without zero bytes only.
-    int Collate(std::uint32_t a, std::uint32_t b) const { return std::strcoll(*m_texts[a], *m_texts[b]); }
+private:
+    static bool HasZero(const CString* text) { return text->find('\0') != CString::npos; }
 
     bool Before(std::uint32_t a, std::uint32_t b) const {
         const int order = Collate(a, b);
@@ -104,9 +104,9 @@ private:
     }
 
     // Where the order's ascending parts begin, and its end.
-    void FindRuns() {
+    void FindRuns(std::size_t most) {
         m_runs = {0};
-        for (std::size_t i = 1; i < m_order.size() && m_runs.size() <= kMostRuns; ++i)
+        for (std::size_t i = 1; i < m_order.size() && m_runs.size() <= most; ++i)
             if (!Before(m_order[i - 1], m_order[i])) m_runs.push_back(i);
         m_runs.push_back(m_order.size());
     }
@@ -124,20 +124,55 @@ private:
     }
 
     Texts m_texts;
-    bool m_descending;
+    bool m_descending, m_plain;
     Order m_order;
     std::vector<std::size_t> m_runs;
 };
 
-// Below this, making the guess costs more than it saves.
-constexpr std::size_t kWorthGuessing = 2000;
+// Kept for the locale that was asked for last. One that does not fit would only be a bad guess.
+std::shared_ptr<const CollationGuess> CurrentGuess() {
+    static std::mutex mutex;
+    static std::string known;
+    static std::shared_ptr<const CollationGuess> guess;
+    const std::string locale = std::setlocale(LC_COLLATE, nullptr);
+    const std::scoped_lock lock(mutex);
+    if (!guess || known != locale || guess->Page() != platform::CurrentCodePage()) {
+        guess = std::make_shared<const CollationGuess>();
+        known = locale;
+    }
+    return guess;
+}
+
+Order GuessedOrder(Texts texts, bool descending, const CheckedOrder& checked) {
+    const std::shared_ptr<const CollationGuess> guess = CurrentGuess();
+    SortKeys ranks(texts, [&](const CString& text, std::string& bytes) { guess->Append(text, bytes); });
+    return ranks.Sorted(descending, [&](auto a, auto b) { return checked.Collate(a, b); });
+}
+
+Order KeyOrder(Texts texts, bool descending) {
+    SortKeys keys(texts, [](const CString& text, std::string& bytes) { platform::AppendCollationKey(text, bytes); });
+    return keys.Sorted(descending, [](std::uint32_t, std::uint32_t) { return 0; });
+}
+
+Order OldOrder(std::size_t count) {
+    Order order(count);
+    std::iota(order.begin(), order.end(), 0u);
+    return order;
+}
+
+// Making the guess costs more than it saves below the one, making keys below the other.
+constexpr std::size_t kWorthGuessing = 200, kWorthKeys = 8;
+constexpr std::size_t kMostRunsOfGuess = 32;
 
 }  // namespace
 
 Order CollationOrder(Texts texts, bool descending) {
-    if (texts.size() >= kWorthGuessing && std::none_of(texts.begin(), texts.end(), HasZero))
-        if (std::optional<Order> order = GuessedOrder(texts, descending).Find()) return std::move(*order);
-    return OrderByKeys(texts, descending);
+    CheckedOrder checked(texts, descending);
+    if (texts.size() >= kWorthGuessing)
+        if (auto order = checked.Check(GuessedOrder(texts, descending, checked), kMostRunsOfGuess))
+            return std::move(*order);
+    Order start = texts.size() < kWorthKeys ? OldOrder(texts.size()) : KeyOrder(texts, descending);
+    return *checked.Check(std::move(start), CheckedOrder::kAnyRuns);
 }
 
 }  // namespace qv

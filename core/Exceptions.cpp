@@ -13,7 +13,7 @@ namespace {
 constexpr UINT kNoMessageAvailable = 0xF020;
 
 template <class Exception>
-Exception* MakeException(const char* text, int severity, int code, int reportErrorCode) {
+Exception* MakeException(const CString& text, int severity, int code, int reportErrorCode) {
     auto* const exception = new Exception;
     exception->SetReportErrorCode(reportErrorCode);
     exception->SetCode(code);
@@ -51,12 +51,12 @@ int CVorbexCancelException::ReportError(UINT, UINT) {
     return 0;
 }
 
-void ThrowQvException(const char* text, int severity, int code, int reportErrorCode) {
+void ThrowQvException(const CString& text, int severity, int code, int reportErrorCode) {
     throw MakeException<CVorbexException>(text, severity, code, reportErrorCode);
 }
 
 void ThrowQvErrorException(unsigned long systemError, int severity, int code, int reportErrorCode) {
-    ThrowQvException(qv::platform::ErrorMessage(systemError).c_str(), severity, code, reportErrorCode);
+    ThrowQvException(qv::platform::ErrorMessage(systemError), severity, code, reportErrorCode);
 }
 
 void ThrowQvLastErrorException(int severity, int code, int reportErrorCode) {

@@ -5,33 +5,34 @@
 #include <cmath>
 #include <functional>
 #include <numeric>
-#include <unordered_set>
+
+#include "core/FirstOccurrences.h"
 
 void CMathHelper::CumulizeArray(CDoubleArray& values) {
     std::partial_sum(values.begin(), values.end(), values.begin());
 }
 
-int CMathHelper::GetIndexHighestAtOrUnder(const CDoubleArray& values, double limit) {
-    int best = -1;
-    for (int i = 0; i < values.GetSize(); ++i)
-        if (values[i] <= limit && (best < 0 || values[i] > values[best])) best = i;
-    return best;
+int CMathHelper::GetIndexHighestAtOrUnder(std::span<const double> values, double limit) {
+    auto best = values.end();
+    for (auto i = values.begin(); i != values.end(); ++i)
+        if (*i <= limit && (best == values.end() || *i > *best)) best = i;
+    return best == values.end() ? -1 : static_cast<int>(best - values.begin());
 }
 
-double CMathHelper::GetTotal(const CDoubleArray& values) {
+double CMathHelper::GetTotal(std::span<const double> values) {
     return std::accumulate(values.begin(), values.end(), 0.0);
 }
 
-double CMathHelper::GetMin(const CDoubleArray& values) {
-    if (values.IsEmpty()) return 0;
+double CMathHelper::GetMin(std::span<const double> values) {
+    if (values.empty()) return 0;
     double least = values[0];
     for (const double value : values)
         if (value < least || std::isnan(least)) least = value;
     return least;
 }
 
-double CMathHelper::GetStandardError(const CDoubleArray& values, double mean) {
-    const double n = values.GetSize();
+double CMathHelper::GetStandardError(std::span<const double> values, double mean) {
+    const auto n = static_cast<double>(values.size());
     if (n < 2) return 0;
     double squares = 0;
     for (const double value : values) squares += (value - mean) * (value - mean);
@@ -76,9 +77,12 @@ void CMathHelper::RemoveLessThan(CUIntArray& values, int minimum) {
 }
 
 void CMathHelper::RemoveDuplicates(CUIntArray& values) {
-    std::unordered_set<UINT> seen;
-    seen.reserve(values.AsStd().size());
-    std::erase_if(values.AsStd(), [&seen](UINT value) { return !seen.insert(value).second; });
+    const std::vector<std::uint64_t> items(values.begin(), values.end());
+    const auto first = qv::FirstOccurrences(items);
+    std::vector<UINT> kept;
+    for (std::size_t i = 0; i < first.size(); ++i)
+        if (first[i] == i) kept.push_back(values.AsStd()[i]);
+    values.AsStd() = std::move(kept);
 }
 
 void CMathHelper::Sort(CUIntArray& values, int descending) {
@@ -89,7 +93,7 @@ void CMathHelper::Sort(CUIntArray& values, int descending) {
         std::ranges::sort(values.AsStd(), std::less(), asSigned);
 }
 
-int CMathHelper::GetIndex(const CUIntArray& values, UINT value) {
+int CMathHelper::GetIndex(std::span<const UINT> values, UINT value) {
     const auto found = std::find(values.begin(), values.end(), value);
     return found == values.end() ? -1 : static_cast<int>(found - values.begin());
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "framework/ExactSearch.h"
+
 namespace qv {
 namespace {
 
@@ -16,11 +18,14 @@ RepeatedReplacement::RepeatedReplacement(std::string find, std::string replaceme
 
 void RepeatedReplacement::Run(std::string& text) {
     m_budget = kBudget + kBudgetPerByte * text.size();
-    std::size_t hit = text.find(m_find);
+    // Single bytes may be halves of characters there, so only whole passes see what may be replaced.
+    const bool byCharacters = HasTrailBytes(text);
+    std::size_t hit = FindExact(text, m_find);
     while (hit != text.npos && !IsOverBudget()) {
         ReplaceOnce(text, hit);
-        hit = text.find(m_find);
-        if (hit != text.npos && !IsWorthWholePasses(text.size())) return ReplaceLocally(text);
+        if (byCharacters) m_written += text.size();
+        hit = FindExact(text, m_find);
+        if (hit != text.npos && !byCharacters && !IsWorthWholePasses(text.size())) return ReplaceLocally(text);
     }
 }
 
@@ -29,7 +34,8 @@ void RepeatedReplacement::ReplaceOnce(std::string& text, std::size_t firstHit) {
     m_places.clear();
     std::string out;
     std::size_t from = 0;
-    for (std::size_t hit = firstHit; hit != text.npos; hit = text.find(m_find, from)) {
+    ExactSearch search(text, m_find);
+    for (std::size_t hit = firstHit; hit != text.npos; hit = search.Find(from)) {
         out.append(text, from, hit - from);
         m_places.push_back(out.size());
         out += m_replacement;

@@ -1,4 +1,4 @@
-#include "core/CharacterSet.h"
+#include "framework/CharacterSet.h"
 #include "qvcommon/StringHelper.h"
 
 using qv::CharacterSet;

@@ -2,6 +2,7 @@
 
 #include "core/CaseRule.h"
 #include "core/TextKeys.h"
+#include "framework/ExactSearch.h"
 #include "qvcommon/StringHelper.h"
 
 using qv::AreEqual;
@@ -55,6 +56,10 @@ int CStringHelper::EndsWith(std::string_view text, std::string_view suffix, int 
 
 int CStringHelper::Find(const CStringArray& texts, std::string_view text, int noCase) {
     return GetIndex(texts, text, noCase, -1) >= 0;
+}
+
+int CStringHelper::Find(const CStringArray& texts, std::initializer_list<std::string_view> wanted, int noCase) {
+    return Find(texts, CStringArray(wanted.begin(), wanted.end()), noCase);
 }
 
 int CStringHelper::Find(const CStringArray& texts, const CStringArray& wanted, int noCase) {
@@ -127,12 +132,14 @@ void CStringHelper::SetInstanceOf(const CStringArray& all, const CStringArray& c
 
 int CStringHelper::CountOf(std::string_view text, std::string_view find) {
     if (find.empty()) return 0;
+    qv::ExactSearch search(text, find);
     int count = 0;
-    for (std::size_t at = text.find(find); at != text.npos; at = text.find(find, at + find.size())) ++count;
+    for (std::size_t at = search.Find(0); at != text.npos; at = search.Find(at + find.size())) ++count;
     return count;
 }
 
 int CStringHelper::CountOf(std::string_view text, char c) {
+    if (qv::HasTrailBytes(text)) return CountOf(text, std::string_view(&c, 1));
     return static_cast<int>(std::count(text.begin(), text.end(), c));
 }
 

@@ -99,6 +99,12 @@ void CStringHelper::CsvToArray(std::string_view text, CStringArray& fields) {
     fields.AsStd() = std::move(found.AsStd());
 }
 
+CStringArray CStringHelper::CsvToArray(std::string_view text) {
+    CStringArray fields;
+    CsvToArray(text, fields);
+    return fields;
+}
+
 CString CStringHelper::ArrayToCsv(const CStringArray& fields) {
     const Texts& texts = fields.AsStd();
     std::string text;

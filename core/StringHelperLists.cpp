@@ -4,6 +4,7 @@
 #include <span>
 #include <unordered_set>
 
+#include "framework/ExactSearch.h"
 #include "platform/Ascii.h"
 #include "platform/Text.h"
 #include "qvcommon/StringHelper.h"
@@ -16,26 +17,19 @@ namespace {
 
 using Texts = std::vector<CString>;
 
-// Calls `piece` with each piece of the text between separators: texts, or characters.
-template <class Separator, class Piece>
-void ForEachPiece(std::string_view text, Separator separator, std::size_t size, Piece piece) {
+// Calls `piece` with each piece of the text between separators.
+template <class Piece>
+void ForEachPiece(std::string_view text, std::string_view separator, Piece piece) {
+    if (separator.empty()) return piece(text);
+    qv::ExactSearch search(text, separator);
     std::size_t from = 0;
-    for (std::size_t hit; (hit = text.find(separator, from)) != text.npos; from = hit + size)
+    for (std::size_t hit; (hit = search.Find(from)) != text.npos; from = hit + separator.size())
         piece(text.substr(from, hit - from));
     piece(text.substr(from));
 }
 
-template <class Piece>
-void ForEachPiece(std::string_view text, std::string_view separator, Piece piece) {
-    switch (separator.size()) {
-        case 0: return piece(text);
-        case 1: return ForEachPiece(text, separator[0], 1, piece);
-        default: return ForEachPiece(text, separator, separator.size(), piece);
-    }
-}
-
 std::size_t CountPieces(std::string_view text, std::string_view separator, bool keepEmpty) {
-    if (keepEmpty && separator.size() == 1)
+    if (keepEmpty && separator.size() == 1 && !qv::HasTrailBytes(text))
         return static_cast<std::size_t>(std::count(text.begin(), text.end(), separator[0])) + 1;
     std::size_t count = 0;
     ForEachPiece(text, separator, [&](std::string_view piece) { count += keepEmpty || !piece.empty(); });
@@ -115,6 +109,24 @@ constexpr std::string_view kWrittenComma = "\\0x2C";
 void CStringHelper::SplitString(std::string_view text, std::string_view separator, CStringArray& pieces,
                                 int keepEmpty) {
     Append(Split(text, separator, keepEmpty != 0), pieces);
+}
+
+CStringArray CStringHelper::SplitString(std::string_view text, std::string_view separator, int keepEmpty) {
+    CStringArray pieces;
+    SplitString(text, separator, pieces, keepEmpty);
+    return pieces;
+}
+
+CStringArray CStringHelper::SplitCharsString(std::string_view text, std::string_view separators) {
+    CStringArray pieces;
+    SplitCharsString(text, separators, pieces);
+    return pieces;
+}
+
+CStringArray CStringHelper::StringToStringArray(std::string_view text) {
+    CStringArray texts;
+    StringToStringArray(text, texts);
+    return texts;
 }
 
 void CStringHelper::SplitCharsString(std::string_view text, std::string_view separators, CStringArray& pieces) {

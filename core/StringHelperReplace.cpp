@@ -3,6 +3,7 @@
 #include "core/CaselessReplacement.h"
 #include "core/RepeatedReplacement.h"
 #include "core/TextSearch.h"
+#include "framework/ExactSearch.h"
 #include "qvcommon/StringHelper.h"
 
 using qv::platform::CharacterLength;
@@ -49,7 +50,7 @@ void CStringHelper::ReplaceNoCase(CString& text, std::string_view find, std::str
 }
 
 void CStringHelper::ReplaceAll(CString& text, std::string_view find, std::string_view replacement) {
-    if (find.empty() || replacement.find(find) != replacement.npos)
+    if (find.empty() || qv::FindExact(replacement, find) != replacement.npos)
         text.Replace(find, replacement);
     else
         qv::RepeatedReplacement(std::string(find), std::string(replacement)).Run(text.AsStd());
@@ -57,15 +58,16 @@ void CStringHelper::ReplaceAll(CString& text, std::string_view find, std::string
 
 CString CStringHelper::ReplaceBetween(std::string_view text, std::string_view startMarker, std::string_view endMarker,
                                       std::string_view replacement) {
+    qv::ExactSearch starts(text, startMarker), ends(text, endMarker);
     std::string out;
     std::size_t from = 0;
-    std::size_t start = startMarker.empty() ? text.npos : text.find(startMarker);
+    std::size_t start = startMarker.empty() ? text.npos : starts.Find(0);
     while (start != text.npos) {
-        const std::size_t inner = start + startMarker.size(), end = text.find(endMarker, inner);
+        const std::size_t inner = start + startMarker.size(), end = ends.Find(inner);
         if (end == text.npos) break;
         out.append(text.substr(from, inner - from)).append(replacement);
         from = end;
-        start = text.find(startMarker, from);
+        start = starts.Find(from);
     }
     return out.append(text.substr(from));
 }

@@ -55,7 +55,14 @@ void Sort(Order (*orderOf)(const CStringArray&, bool), bool descending, CStringA
     (Require(companions, texts), ...);
     const Order order = orderOf(texts, descending);
     Arrange(texts, order);
-    (Arrange(companions, order), ...);
+    // An array may be its own companion, or the companion twice.
+    std::vector<const void*> arranged{&texts};
+    [[maybe_unused]] const auto arrangeOnce = [&](auto& array) {
+        if (std::find(arranged.begin(), arranged.end(), &array) != arranged.end()) return;
+        arranged.push_back(&array);
+        Arrange(array, order);
+    };
+    (arrangeOnce(companions), ...);
 }
 
 }  // namespace

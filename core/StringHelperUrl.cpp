@@ -1,12 +1,12 @@
-#include "core/CharacterSet.h"
 #include "core/FileExists.h"
 #include "core/UrlDecoding.h"
+#include "framework/CharacterSet.h"
 #include "platform/PercentCode.h"
 #include "qvcommon/StringHelper.h"
 
 namespace {
 
-constexpr std::string_view kSafePunctuation = "!'()*-./:_~", kPathPunctuation = "-._~/";
+constexpr std::string_view kSafePunctuation = "!'()*-./:_~", kPathPunctuation = "-._~/", kFileProtocol = "file:";
 
 // What stands for the "%" at this position, and how many bytes that takes.
 struct UnescapeStep {
@@ -101,7 +101,10 @@ void CStringHelper::ParseRawHttpParams(std::string_view text, CStringArray& name
 
 CString CStringHelper::RemoveFileProtocol(std::string_view text, int unescape, int backslashes) {
     CString path = unescape ? UnEscapeUrl(text) : CString(text);
-    if (StartsWith(path, "file:", path, 0)) StripFromLeft(path, "/");
+    if (qv::ascii::EqualsIgnoreCase(path.Left(kFileProtocol.size()), kFileProtocol)) {
+        path.Delete(0, static_cast<int>(kFileProtocol.size()));
+        StripFromLeft(path, "/");
+    }
     if (backslashes) path.Replace('/', '\\');
     const CString name = RemoveAfter(path, "#", 0);
     if (!qv::FileExists(name) && qv::FileExists("\\" + name)) return "\\" + path;

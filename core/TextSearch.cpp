@@ -32,6 +32,10 @@ bool HasLongLetter(std::string_view utf8) {
 
 TextSearch::TextSearch(std::string_view text, std::string_view find, CaseRule rule)
     : m_text(text), m_find(find), m_reader(rule) {
+    if (rule == CaseRule::Exact) {
+        m_exact.emplace(text, find);
+        return;
+    }
     m_byBytes = !find.empty() && PrepareAnchors();
     m_longLetters = m_byBytes && MayHoldLongLetters();
 }
@@ -74,6 +78,10 @@ bool TextSearch::MayHoldLongLetters() const {
 }
 
 Occurrence TextSearch::Find(std::size_t from) {
+    if (m_exact) {
+        const std::size_t found = m_exact->Find(from);
+        return found == kNowhere ? Occurrence{} : Occurrence{found, m_find.size()};
+    }
     m_origin = std::min(m_origin, from);
     if (m_find.empty()) return from <= m_text.size() ? Occurrence{from, 0} : Occurrence{};
     if (m_byBytes) {

@@ -8,7 +8,8 @@
 #include <vector>
 
 #include "core/CaseRule.h"
-#include "core/PatternAutomaton.h"
+#include "framework/ExactSearch.h"
+#include "framework/PatternAutomaton.h"
 
 namespace qv {
 
@@ -53,6 +54,7 @@ private:
 
     std::string_view m_text, m_find;
     CaseReader m_reader;
+    std::optional<ExactSearch> m_exact;  // instead of all that follows, where case counts
 
     // While m_byBytes holds, an occurrence is looked for by its anchors; m_upper is what its bytes are in upper case.
     bool m_byBytes = false;

@@ -1,5 +1,8 @@
+#include <clocale>
+#include <cmath>
 #include <cstdlib>
 
+#include "platform/Ascii.h"
 #include "platform/Text.h"
 #include "qvcommon/Validators.h"
 #include "qvcommon/framework/MessageBox.h"
@@ -13,13 +16,23 @@ void Trim(CString& text) {
     text.TrimRight();
 }
 
+// What strtod takes beside decimal numbers, such as "inf", "nan" and "0x10", no user means by these letters.
+bool IsDecimal(std::string_view text) {
+    const std::string_view point = std::localeconv()->decimal_point;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool known = qv::ascii::IsDigit(text[i]) || std::string_view("+-eE").find(text[i]) != text.npos;
+        if (!known && !text.substr(i).starts_with(point)) return false;
+        if (!known) i += point.size() - 1;
+    }
+    return true;
+}
+
 /// The whole text as a number, blanks around it allowed.
 bool ReadNumber(const CString& text, double& number) {
-    const std::string_view digits = qv::platform::TrimmedRight(text);
-    const std::string plain(digits);
+    const std::string plain(qv::platform::TrimmedLeft(qv::platform::TrimmedRight(text)));
     char* end = nullptr;
     number = std::strtod(plain.c_str(), &end);
-    return end != plain.c_str() && *end == '\0' && end == plain.c_str() + plain.size();
+    return IsDecimal(plain) && end != plain.c_str() && end == plain.c_str() + plain.size() && std::isfinite(number);
 }
 
 CString Formatted(double value, const char* format) {

@@ -61,8 +61,9 @@ void DDV_ReservedWord(CDataExchange* exchange, const CString& text, const char* 
 }
 
 void DDV_SomeListItemsChecked(CDataExchange* exchange, const CCheckListBox& list) {
+    constexpr int kChecked = 1;  // 2 is the third state, neither yes nor no
     if (!exchange->m_bSaveAndValidate) return;
     for (int i = 0; i < list.GetCount(); ++i)
-        if (list.GetCheck(i)) return;
+        if (list.GetCheck(i) == kChecked) return;
     Fail(*exchange, "You must select at least one option.");
 }

@@ -1,12 +1,12 @@
 // The terms are marked that the rules give one after the other.
-#include <clocale>
 
 #include "fuzz/FuzzInput.h"
+#include "qvcommon/CodePage.h"
 #include "tests/support/GlossaryRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzInput input(data, size);
-    std::setlocale(LC_ALL, "C");  // the plain rules measure a hit by its term
+    _setmbcp(1252);  // the plain rules measure a hit by its term
     CStringArray terms, explanations;
     for (int n = input.Flag() ? 3 : 8; n > 0; --n) {
         terms.Add(input.Text());

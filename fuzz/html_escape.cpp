@@ -1,7 +1,7 @@
 // Every way of escaping gives what its replacements give one after the other.
-#include <clocale>
 #include <cstdlib>
 
+#include "qvcommon/CodePage.h"
 #include "qvcommon/HtmlWriter.h"
 #include "tests/support/ReplacementChain.h"
 
@@ -9,7 +9,7 @@ using namespace qv::test;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     if (size == 0) return 0;
-    std::setlocale(LC_ALL, data[0] & 1 ? "C.UTF-8" : "C");
+    _setmbcp(data[0] & 1 ? 65001 : 1252);
     const CString text(std::string_view(reinterpret_cast<const char*>(data) + 1, size - 1));
     const bool same = CHtmlWriter::Clean(text) == ChainClean(text) &&
                       CHtmlWriter::CleanFloatOver(text) == ChainCleanFloatOver(text) &&

@@ -1,6 +1,6 @@
-#include <clocale>
 
 #include "fuzz/FuzzInput.h"
+#include "qvcommon/CodePage.h"
 #include "qvcommon/StringHelper.h"
 #include "tests/support/TextOracles.h"
 
@@ -50,7 +50,7 @@ void CheckReplaceAll(std::string_view text, std::string_view find, std::string_v
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzInput input(data, size);
-    std::setlocale(LC_ALL, input.Flag() ? "C.UTF-8" : "C");
+    _setmbcp(input.Flag() ? 65001 : 1252);
     const std::string_view find = input.Text(), replacement = input.Text(), text = input.Rest();
 
     const int found = CStringHelper::FindNoCase(text, find);

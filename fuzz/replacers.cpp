@@ -1,7 +1,7 @@
-#include <clocale>
 
-#include "fuzz/FuzzInput.h"
 #include "qvcommon/Replacers.h"
+#include "fuzz/FuzzInput.h"
+#include "qvcommon/CodePage.h"
 #include "qvcommon/StringHelper.h"
 
 namespace {
@@ -33,7 +33,7 @@ std::string Walk(std::string_view text, std::string_view start, std::string_view
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzInput input(data, size);
     const bool utf8 = input.Flag(), caseSensitive = input.Flag();
-    std::setlocale(LC_ALL, utf8 ? "C.UTF-8" : "C");
+    _setmbcp(utf8 ? 65001 : 1252);
     const std::string_view start = input.Text(), end = input.Text(), text = input.Rest();
 
     CEscapedStringReplacer replacer;

@@ -1,8 +1,8 @@
 // Escaping is what its replacements give one after the other, and comes back.
-#include <clocale>
 
 #include "fuzz/FuzzInput.h"
 #include "platform/Text.h"
+#include "qvcommon/CodePage.h"
 #include "qvcommon/XmlHelper.h"
 
 namespace {
@@ -34,7 +34,7 @@ CString ChainDirty(CString text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzInput input(data, size);
-    std::setlocale(LC_ALL, input.Flag() ? "C.UTF-8" : "C");
+    _setmbcp(input.Flag() ? 65001 : 1252);
     const CString text(input.Rest());
     const CString clean = CXmlHelper::Clean(text);
     CString lines = text;

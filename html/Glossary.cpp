@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/CaseRule.h"
-#include "core/CharacterSet.h"
 #include "core/PatternSet.h"
+#include "framework/CharacterSet.h"
 
 namespace qv::html {
 namespace {

@@ -5,42 +5,66 @@
 namespace qv::platform {
 namespace {
 
-// The C functions stop at a zero byte; texts with embedded ones are taken piece by piece, a zero byte between the keys.
-template <class Piece>
-void ForEachPiece(std::string_view text, Piece piece) {
-    for (;;) {
-        const std::size_t zero = text.find('\0');
-        piece(std::string(text.substr(0, zero)));
-        if (zero == text.npos) return;
-        text.remove_prefix(zero + 1);
+// The C functions stop at a zero byte; texts that hold some are taken piece by piece.
+struct Pieces {
+    explicit Pieces(std::string_view text) : m_rest(text) {}
+
+    bool AtEnd() const { return m_atEnd; }
+
+    std::string Next() {
+        const std::size_t zero = m_rest.find('\0');
+        std::string piece(m_rest.substr(0, zero));
+        m_atEnd = zero == m_rest.npos;
+        if (!m_atEnd) m_rest.remove_prefix(zero + 1);
+        return piece;
     }
-}
+
+private:
+    std::string_view m_rest;
+    bool m_atEnd = false;
+};
 
 bool HasZero(std::string_view text) {
     return text.find('\0') != text.npos;
 }
 
+// A text that ends where the other one goes on comes first.
+int CollatePieces(std::string_view a, std::string_view b) {
+    Pieces left(a), right(b);
+    for (;;) {
+        const int order = std::strcoll(left.Next().c_str(), right.Next().c_str());
+        if (order != 0) return order;
+        if (left.AtEnd() || right.AtEnd()) return right.AtEnd() - left.AtEnd();
+    }
+}
+
+void AppendPieceKey(const std::string& piece, std::string& key) {
+    const std::size_t start = key.size(), guess = 4 * piece.size() + 16;
+    key.resize(start + guess);
+    const std::size_t needed = std::strxfrm(key.data() + start, piece.c_str(), guess);
+    key.resize(start + needed + 1);
+    if (needed >= guess) std::strxfrm(key.data() + start, piece.c_str(), needed + 1);
+    key.pop_back();
+}
+
 }  // namespace
 
 int Collate(std::string_view a, std::string_view b) {
-    if (!HasZero(a) && !HasZero(b)) return std::strcoll(std::string(a).c_str(), std::string(b).c_str());
-    std::string keyA, keyB;
-    AppendCollationKey(a, keyA);
-    AppendCollationKey(b, keyB);
-    return keyA.compare(keyB);
+    if (!CollatesAsItIs()) return CollatePieces(ForCollation(a), ForCollation(b));
+    if (HasZero(a) || HasZero(b)) return CollatePieces(a, b);
+    return std::strcoll(std::string(a).c_str(), std::string(b).c_str());
 }
 
 std::size_t AppendCollationKey(std::string_view text, std::string& key) {
     const std::size_t before = key.size();
-    ForEachPiece(text, [&](const std::string& piece) {
-        if (key.size() > before) key += '\0';
-        const std::size_t start = key.size(), guess = 4 * piece.size() + 16;
-        key.resize(start + guess);
-        const std::size_t needed = std::strxfrm(key.data() + start, piece.c_str(), guess);
-        key.resize(start + needed + 1);
-        if (needed >= guess) std::strxfrm(key.data() + start, piece.c_str(), needed + 1);
-        key.pop_back();
-    });
+    const bool asItIs = CollatesAsItIs();
+    const std::string converted = asItIs ? std::string() : ForCollation(text);
+    Pieces pieces(asItIs ? text : converted);
+    AppendPieceKey(pieces.Next(), key);
+    while (!pieces.AtEnd()) {
+        key += '\0';
+        AppendPieceKey(pieces.Next(), key);
+    }
     return key.size() - before;
 }
 

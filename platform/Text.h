@@ -2,9 +2,8 @@
 
 /// @file The process's multibyte code page, its case rules and its collation: the one place where bytes become characters.
 ///
-/// On Windows it is the ANSI code page; on Linux that of the current C locale, where the "C" locale counts as
-/// Windows-1252 and a UTF-8 locale as UTF-8. All functions follow a change of the locale made before the call. None
-/// raises anything but std::bad_alloc.
+/// Which one that is, qvcommon/CodePage.h says. All functions follow a change of the locale or of the code page made before
+/// the call. None raises anything but std::bad_alloc.
 
 #include <array>
 #include <cstddef>
@@ -16,7 +15,7 @@ namespace qv::platform {
 enum class CodePage {
     SingleByte,  ///< every byte is a character
     Utf8,
-    DoubleByte  ///< lead bytes take a trail byte with them
+    DoubleByte  ///< lead bytes take a trail byte, or more, with them
 };
 
 CodePage CurrentCodePage();
@@ -57,10 +56,15 @@ bool IsSpace(std::string_view character);
 std::string_view TrimmedLeft(std::string_view text);
 std::string_view TrimmedRight(std::string_view text);
 
-/// The order of two texts under the locale's collation: < 0, 0, > 0.
+/// The order of two texts under the locale's collation: < 0, 0, > 0. Texts with zero bytes go piece by piece.
 int Collate(std::string_view a, std::string_view b);
-/// Appends to `key` bytes whose plain order is the collation's, and returns how many.
+/// Appends to `key` bytes whose plain order is the collation's but for rare texts, which some systems' collations and keys
+/// order differently: who needs the order of Collate has to settle neighbours by it. Returns how many bytes.
 std::size_t AppendCollationKey(std::string_view text, std::string& key);
+
+/// Whether the C library's collation reads texts in the process's code page, or else what it reads in their place.
+bool CollatesAsItIs();
+std::string ForCollation(std::string_view text);
 
 /// To and from 16-bit wide text (UTF-16). What one side cannot hold becomes "?".
 std::u16string ToWide(std::string_view text);

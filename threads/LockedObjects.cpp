@@ -99,6 +99,7 @@ void CLockedObjectMap::Clear() {
     const Writing lock(m_lock, 1);
     for (const auto& [key, pointer] : *this) {
         auto* const object = static_cast<CLockableObject*>(pointer);
+        if (!object) continue;
         object->StartWriteLock();
         object->EndWriteLock();
         delete object;

@@ -64,6 +64,13 @@ class WordLock {
     static_assert(kReaderBits >= 2 && kReaderBits <= 32, "the last of a full lock's readers must not be the only one");
 
 public:
+    WordLock() = default;
+    /// With the state that the other one has at that moment: held by as many readers, or a writer, and with as many waiting
+    /// as that one. Who holds or waits there has no part in it.
+    WordLock(const WordLock& other)
+        : m_word(other.m_word.load(std::memory_order_acquire) & ~(kQueueing | kWriterWoken)) {}
+    WordLock& operator=(const WordLock&) = delete;
+
     /// How many readers may hold the lock at once.
     static constexpr std::uint64_t kMostReaders = std::uint64_t{1} << (kReaderBits - 1);
 

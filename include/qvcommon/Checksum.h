@@ -3,11 +3,14 @@
 /// @file CRC-32 as IEEE 802.3 defines it: reflected polynomial 0xEDB88320, start 0xFFFFFFFF, inverted at the end. The nine
 /// bytes "123456789" give 0xCBF43926. It finds accidents, not forgeries.
 
+#include <string_view>
+
 #include "qvcommon/Export.h"
 
 /// 0 for a length of 0 or less. Any thread. Uses the processor's carry-less multiplication where it has one.
 QVCOMMON_API unsigned long MemCRC(const char* data, int length);
+QVCOMMON_API unsigned long MemCRC(std::string_view data);
 
 /// Of all bytes of a file, of any length, in constant memory. 0 when it cannot be opened or read to its end; share modes
 /// count as for CFile with shareDenyNone.
-QVCOMMON_API unsigned long FileCRC(const char* path);
+QVCOMMON_API unsigned long FileCRC(std::string_view path);

@@ -12,11 +12,12 @@ public:
     /// Empty text, severity 64, code 0, the code shown.
     CVorbexException() = default;
     /// The code is shown.
-    CVorbexException(int code, int severity, const char* text) : m_text(text), m_severity(severity), m_code(code) {}
+    CVorbexException(int code, int severity, CString text)
+        : m_text(std::move(text)), m_severity(severity), m_code(code) {}
     ~CVorbexException() override;
 
     CString GetText() { return m_text; }
-    void SetText(const char* text) { m_text = text; }
+    void SetText(CString text) { m_text = std::move(text); }
     long GetCode() const { return m_code; }
     void SetCode(int code) { m_code = code; }
     /// Message-box icon bits: 16 stop, 48 exclamation, 64 information.
@@ -54,7 +55,7 @@ public:
 };
 
 /// Raises a new CVorbexException* with these values.
-[[noreturn]] QVCOMMON_API void ThrowQvException(const char* text, int severity, int code, int reportErrorCode);
+[[noreturn]] QVCOMMON_API void ThrowQvException(const CString& text, int severity, int code, int reportErrorCode);
 
 /// Raises a CVorbexException* with the system's message for an error number; empty where the system has none. The number
 /// itself is not kept: `code` is the caller's own.

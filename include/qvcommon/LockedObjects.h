@@ -8,8 +8,10 @@
 class CLockedRef;
 class CLockedObjectMap;
 
-/// An object with a lock, which only references and maps take. Copies share one lock: who holds a copy holds the object
-/// that it was copied from. An object is not to be assigned to while it is held.
+/// An object with a lock, which only references and maps take. A copy has a lock of its own that takes over the other one's
+/// state, as CReadWriteLock says: copy an object that nobody holds or waits for, and the copy is free. The copy of a held
+/// object stays held for ever, since no reference holds it: whoever asks for it waits without end. An object is not to be
+/// assigned to while it is held.
 class QVCOMMON_API CLockableObject {
 public:
     virtual ~CLockableObject();
@@ -21,8 +23,8 @@ private:
     void StartReadLock() { m_lock.StartRead(); }
     void StartWriteLock() { m_lock.StartWrite(); }
     // Whoever waits for the lock may delete the object before these have returned.
-    void EndReadLock() { CReadWriteLock(m_lock).EndRead(); }
-    void EndWriteLock() { CReadWriteLock(m_lock).EndWrite(); }
+    void EndReadLock() { m_lock.EndReadOfDeleted(); }
+    void EndWriteLock() { m_lock.EndWriteOfDeleted(); }
 
     CReadWriteLock m_lock;
 };
@@ -64,7 +66,7 @@ public:
     int IsExist(const char* key);
 
     /// Lets `reference` hold the object of the key, for reading if `read` is non-zero, for writing otherwise; what it held
-    /// before is released first. 1, or 0 when the key is absent and the reference was left alone.
+    /// before is released first. 1, or 0 when the key is absent, or has a null object, and the reference was left alone.
     int GetAt(const char* key, CLockedRef& reference, int read, int lockMap = 1);
 
     /// 1, or 0 when the key is there already; its object stays.
@@ -76,7 +78,7 @@ public:
     /// then; null, at once, when the key is absent.
     CLockableObject* RemoveAt(const char* key, int lockMap = 1);
 
-    /// Waits, with the map's lock, until nobody holds an object, and deletes it, one after the other.
+    /// Waits, with the map's lock, until nobody holds an object, and deletes it, one after the other. Null objects only go.
     void Clear();
 
 private:

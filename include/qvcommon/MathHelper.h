@@ -2,7 +2,9 @@
 
 /// @file Small numeric routines over arrays. Nothing here raises an error, and elements that are not numbers (NaN) break
 /// nothing: where a contract does not name them they count in sums, and so make the result NaN. One call looks at each
-/// element once, Sort and GetIrr excepted.
+/// element once, Sort and GetIrr excepted. Arrays that are only read are spans, so vectors and plain arrays will do.
+
+#include <span>
 
 #include "qvcommon/framework/Collections.h"
 
@@ -12,14 +14,22 @@ public:
     static void CumulizeArray(CDoubleArray& values);
     /// The index of the largest element that is at most `limit`, among equal ones the first; -1 when there is none. NaN
     /// elements are passed over.
-    static int GetIndexHighestAtOrUnder(const CDoubleArray& values, double limit);
+    static int GetIndexHighestAtOrUnder(std::span<const double> values, double limit);
+    static int GetIndexHighestAtOrUnder(const CDoubleArray& values, double limit) {
+        return GetIndexHighestAtOrUnder(std::span(values.AsStd()), limit);
+    }
     /// The sum, added from the first element on; 0 without elements.
-    static double GetTotal(const CDoubleArray& values);
+    static double GetTotal(std::span<const double> values);
+    static double GetTotal(const CDoubleArray& values) { return GetTotal(std::span(values.AsStd())); }
     /// The smallest element. NaN elements are passed over unless there are no others; 0 without elements.
-    static double GetMin(const CDoubleArray& values);
+    static double GetMin(std::span<const double> values);
+    static double GetMin(const CDoubleArray& values) { return GetMin(std::span(values.AsStd())); }
     /// n * sum((x - mean)^2) / ((n - 1) * n), the sample variance around the given mean: no square root is taken. 0 for
     /// fewer than two elements.
-    static double GetStandardError(const CDoubleArray& values, double mean);
+    static double GetStandardError(std::span<const double> values, double mean);
+    static double GetStandardError(const CDoubleArray& values, double mean) {
+        return GetStandardError(std::span(values.AsStd()), mean);
+    }
 
     /// The sum over the `n` periods i of (in[i] - out[i]) * (1 - rate)^i: each period's net amount, discounted by the
     /// factor 1 - rate a period. 0 when n is 0 or less.
@@ -35,12 +45,13 @@ public:
 
     /// Keeps, in order, the elements not below the minimum. Elements are compared as signed values: 0xFFFFFFFF is -1.
     static void RemoveLessThan(CUIntArray& values, int minimum);
-    /// Keeps the first occurrence of each value, in order.
+    /// Keeps the first occurrence of each value, in order. Takes time in line with their number, whatever they are.
     static void RemoveDuplicates(CUIntArray& values);
     /// Ascending, or descending when that is non-zero; as signed values, like RemoveLessThan.
-    static void Sort(CUIntArray& values, int descending);
+    static void Sort(CUIntArray& values, int descending = 0);
     /// The first index of the value, or -1.
-    static int GetIndex(const CUIntArray& values, UINT value);
+    static int GetIndex(std::span<const UINT> values, UINT value);
+    static int GetIndex(const CUIntArray& values, UINT value) { return GetIndex(std::span(values.AsStd()), value); }
 };
 
 /// The number of bits that are set.

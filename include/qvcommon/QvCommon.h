@@ -7,6 +7,7 @@
 #include "qvcommon/ChangeWatchers.h"
 #include "qvcommon/Checksum.h"
 #include "qvcommon/ClassFactory.h"
+#include "qvcommon/CodePage.h"
 #include "qvcommon/CopyTree.h"
 #include "qvcommon/DIBitmap.h"
 #include "qvcommon/Exceptions.h"

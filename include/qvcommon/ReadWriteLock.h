@@ -26,12 +26,16 @@
 ///
 /// At most 2^31 readers hold the lock at once; the next one waits until another one ends.
 ///
-/// Any thread may call any member; who ends is who started. A copy is the same lock: it shares everything with the lock
-/// that it was copied from.
+/// Any thread may call any member; who ends is who started. A copy is a lock of its own with the state that the other one
+/// has at that moment, so a copy of a free lock is free. The copy of a held one is held too, and by nobody who would end
+/// that: whoever copies it has to end what it took over. Who waits for the other lock counts as waiting for the copy
+/// without ever coming, and keeps readers out of it for ever. A lock that is assigned to must be free.
 class QVCOMMON_API CReadWriteLock {
 public:
     /// @throws std::bad_alloc when no memory is left.
     CReadWriteLock();
+    CReadWriteLock(const CReadWriteLock& other);
+    CReadWriteLock& operator=(const CReadWriteLock& other);
 
     void StartRead();
     void EndRead();
@@ -39,6 +43,12 @@ public:
     void EndWrite();
 
 private:
+    friend class CLockableObject;
+
+    // As EndRead and EndWrite, where the lock may be deleted before they return, by who waited for them.
+    void EndReadOfDeleted();
+    void EndWriteOfDeleted();
+
     struct Lock;
     std::shared_ptr<Lock> m_lock;
 };

@@ -6,6 +6,10 @@
 /// Lengths are byte counts, positions byte indexes from 0, and -1 means "not found". A `caseSensitive` flag that is zero
 /// lets texts match that differ in case only; a `noCase` flag that is NOT zero does the same. Text arguments may hold zero
 /// bytes. Memory running out raises std::bad_alloc; nothing else is raised but where a member says so.
+///
+/// Searches take time in line with the texts, whatever these hold, but where a member names its cost.
+
+#include <initializer_list>
 
 #include "qvcommon/framework/Collections.h"
 
@@ -21,27 +25,28 @@ public:
     // case. Members that look up many texts take time in line with the number of elements, not with its square.
 
     /// 1 if the texts are equal, else 0.
-    static int Equals(std::string_view a, std::string_view b, int caseSensitive);
+    static int Equals(std::string_view a, std::string_view b, int caseSensitive = 1);
     /// The same after every carriage return has been taken out of both.
-    static int EqualIgnoreNewlineType(std::string_view a, std::string_view b, int caseSensitive);
+    static int EqualIgnoreNewlineType(std::string_view a, std::string_view b, int caseSensitive = 1);
 
     /// 1 if the first bytes of the text, as many as the prefix has, equal it; every text starts with the empty one.
-    static int StartsWith(std::string_view text, std::string_view prefix, int caseSensitive);
+    static int StartsWith(std::string_view text, std::string_view prefix, int caseSensitive = 1);
     /// On success `rest` is what follows the prefix; otherwise it is left alone.
-    static int StartsWith(std::string_view text, std::string_view prefix, CString& rest, int caseSensitive);
-    static int EndsWith(std::string_view text, std::string_view suffix, int caseSensitive);
+    static int StartsWith(std::string_view text, std::string_view prefix, CString& rest, int caseSensitive = 1);
+    static int EndsWith(std::string_view text, std::string_view suffix, int caseSensitive = 1);
 
     /// 1 if some element matches the text.
-    static int Find(const CStringArray& texts, std::string_view text, int noCase);
+    static int Find(const CStringArray& texts, std::string_view text, int noCase = 0);
     /// 1 if some element of `wanted` matches one of `texts`.
-    static int Find(const CStringArray& texts, const CStringArray& wanted, int noCase);
+    static int Find(const CStringArray& texts, const CStringArray& wanted, int noCase = 0);
+    static int Find(const CStringArray& texts, std::initializer_list<std::string_view> wanted, int noCase = 0);
     /// The index of the first matching element AFTER position `start` (-1 begins at the first); -1 if there is none.
-    static int GetIndex(const CStringArray& texts, std::string_view text, int noCase, int start);
+    static int GetIndex(const CStringArray& texts, std::string_view text, int noCase = 0, int start = -1);
     /// How many elements equal the text, case and all.
     static int GetCount(const CStringArray& texts, std::string_view text);
 
     /// 1 if every element of each array matches one of the other: equal as sets, whatever the order and repetitions.
-    static int EqualContents(const CStringArray& a, const CStringArray& b, int noCase);
+    static int EqualContents(const CStringArray& a, const CStringArray& b, int noCase = 0);
     /// Sorts the elements of two arrays, case and all, into those only in the old one (`removed`), those in both, and
     /// those only in the new one (`added`); the results are appended to the output arrays. An old element that stands in
     /// the new array several times is kept once, with the first of them.
@@ -57,6 +62,8 @@ public:
     /// How often `find` occurs, case and all, each search going on after the occurrence before; 0 for an empty `find`.
     static int CountOf(std::string_view text, std::string_view find);
     static int CountOf(std::string_view text, char c);
+    template <qv::NoCharacter T>
+    static int CountOf(std::string_view, T) = delete;
 
     /// 1 if the text is its own lower-case (upper-case) form; a text without letters is both.
     static int IsLowerCase(std::string_view text);
@@ -94,7 +101,7 @@ public:
     /// Every CR as CR LF, also one that an LF follows already: CR LF becomes CR LF LF.
     static CString PrintableNewlines(std::string_view text);
     /// So many tabs, the text, and an LF if `newline` is not zero.
-    static CString GetIndentedString(std::string_view text, int tabs, int newline);
+    static CString GetIndentedString(std::string_view text, int tabs, int newline = 0);
 
     /// Removes every occurrence of each of the characters and returns how many there were.
     static int StripChars(CString& text, std::string_view characters);
@@ -119,32 +126,37 @@ public:
     // arrays that it writes have to be different ones.
 
     /// Appends the pieces between the occurrences of the separator, and the one after the last; empty pieces only when
-    /// `keepEmpty` is not zero. "a,,b" at "," gives "a", "b" or "a", "", "b". The separator is found byte for byte, left to
-    /// right; an empty one occurs nowhere, so the text is one piece.
-    static void SplitString(std::string_view text, std::string_view separator, CStringArray& pieces, int keepEmpty);
+    /// `keepEmpty` is not zero. "a,,b" at "," gives "a", "b" or "a", "", "b". The separator is found case and all, left
+    /// to right; an empty one occurs nowhere, so the text is one piece.
+    static void SplitString(std::string_view text, std::string_view separator, CStringArray& pieces, int keepEmpty = 0);
+    static CStringArray SplitString(std::string_view text, std::string_view separator, int keepEmpty = 0);
     /// Appends the pieces between any of the given characters, trimmed, those that are not empty then.
     static void SplitCharsString(std::string_view text, std::string_view separators, CStringArray& pieces);
+    static CStringArray SplitCharsString(std::string_view text, std::string_view separators);
 
     /// Appends the elements 0 to `lastIndex` to `out`, the separator between each two that are written. Empty elements are
     /// written only when `keepEmpty` is not zero. -1, and any index past the end, means all elements; other negative
     /// ones mean none.
-    static void MakeString(const CStringArray& texts, std::string_view separator, CString& out, int lastIndex,
-                           int keepEmpty);
-    static CString MakeString(const CStringArray& texts, std::string_view separator, int lastIndex, int keepEmpty);
+    static void MakeString(const CStringArray& texts, std::string_view separator, CString& out, int lastIndex = -1,
+                           int keepEmpty = 0);
+    static CString MakeString(const CStringArray& texts, std::string_view separator, int lastIndex = -1,
+                              int keepEmpty = 0);
     /// A list for readers: the elements with the separator between them, or " and " between the last two when `useAnd` is
     /// not zero. With ", ": "a, b and c".
-    static CString MakeList(const CStringArray& texts, int useAnd, std::string_view separator);
+    static CString MakeList(const CStringArray& texts, int useAnd = 1, std::string_view separator = ", ");
 
     /// The elements joined by ","; a comma inside an element is written as the five characters \0x2C.
     static CString StringArrayToString(const CStringArray& texts);
     /// The way back. Clears the array first. Empty elements are lost, and an element that held the five characters
     /// themselves comes back with a comma.
     static void StringToStringArray(std::string_view text, CStringArray& texts);
+    static CStringArray StringToStringArray(std::string_view text);
 
     /// Reads one record of comma-separated values. Clears the array first. A quote opens a quoted part wherever it stands;
     /// in it, two quotes are one, and a single one closes it. A comma outside ends the field. All other bytes are kept,
     /// blanks and line ends too. A quoted part that is never closed reaches to the end. An empty text is one empty field.
     static void CsvToArray(std::string_view text, CStringArray& fields);
+    static CStringArray CsvToArray(std::string_view text);
     /// One record of comma-separated values, no line end. Fields with a quote or a comma are quoted, others written as they
     /// are: CsvToArray gives any array but the empty one back.
     static CString ArrayToCsv(const CStringArray& fields);
@@ -172,14 +184,14 @@ public:
     // The following take time in line with the size of their arrays, whatever these hold.
 
     /// Keeps the first of equal texts, in order.
-    static void RemoveDuplicates(CStringArray& texts, int noCase);
+    static void RemoveDuplicates(CStringArray& texts, int noCase = 0);
     static void RemoveDuplicates(CDWordArray& values);
     /// Keeps the first of equal pairs (a[i], b[i]), in order. Elements of b past the end of a belong to no pair and go.
     /// @throws CInvalidArgException* when b is shorter than a; both are unchanged then.
-    static void RemoveDuplicates(CStringArray& a, CStringArray& b, int noCase);
+    static void RemoveDuplicates(CStringArray& a, CStringArray& b, int noCase = 0);
     /// Removes every element that equals the text (any of the texts), and returns how many.
-    static int RemoveInstancesOf(CStringArray& texts, std::string_view text, int caseSensitive);
-    static int RemoveInstancesOf(CStringArray& texts, const CStringArray& unwanted, int caseSensitive);
+    static int RemoveInstancesOf(CStringArray& texts, std::string_view text, int caseSensitive = 1);
+    static int RemoveInstancesOf(CStringArray& texts, const CStringArray& unwanted, int caseSensitive = 1);
     /// Leaves each name once, where it stood first, case-sensitively, with the sum of its values, added in their order.
     /// Values past the end of the names belong to none and go.
     /// @throws CInvalidArgException* when there are fewer values than names; both are unchanged then.
@@ -188,27 +200,29 @@ public:
     // Sorting (core/StringHelperSort.cpp)
     //
     // By the collation of the current locale, or by the length in bytes (BySize); the other way round when `descending` is
-    // not zero. Texts that sort alike stay in the order they had. Companions go with their texts, whatever their values:
+    // not zero. Texts that sort alike stay in the order they had. The order is that of CString::Collate, for any number of
+    // texts. Companions go with their texts, whatever their values:
     // a pointer is never looked at, and none is too wide. Companions past the end of the texts stay where they are. When
-    // there are fewer companions than texts, CInvalidArgException* is raised and nothing has changed.
+    // there are fewer companions than texts, CInvalidArgException* is raised and nothing has changed. An array may be given
+    // more than once, the texts as their own companions too: it is sorted once.
 
-    static void SortStringArray(CStringArray& texts, int descending);
-    static void SortStringList(CStringList& texts, int descending);
-    static void SortStringArrayBySize(CStringArray& texts, int descending);
+    static void SortStringArray(CStringArray& texts, int descending = 0);
+    static void SortStringList(CStringList& texts, int descending = 0);
+    static void SortStringArrayBySize(CStringArray& texts, int descending = 0);
 
-    static void SortStringArray(CStringArray& texts, CPtrArray& companions, int descending);
-    static void SortStringArrayBySize(CStringArray& texts, CPtrArray& companions, int descending);
-    static void SortStringArray(CStringArray& texts, CStringArray& companions, int descending);
-    static void SortStringArrayBySize(CStringArray& texts, CStringArray& companions, int descending);
-    static void SortStringArray(CStringArray& texts, CStringArray& first, CStringArray& second, int descending);
-    static void SortStringArray(CStringArray& texts, CStringArray& first, CUIntArray& second, int descending);
+    static void SortStringArray(CStringArray& texts, CPtrArray& companions, int descending = 0);
+    static void SortStringArrayBySize(CStringArray& texts, CPtrArray& companions, int descending = 0);
+    static void SortStringArray(CStringArray& texts, CStringArray& companions, int descending = 0);
+    static void SortStringArrayBySize(CStringArray& texts, CStringArray& companions, int descending = 0);
+    static void SortStringArray(CStringArray& texts, CStringArray& first, CStringArray& second, int descending = 0);
+    static void SortStringArray(CStringArray& texts, CStringArray& first, CUIntArray& second, int descending = 0);
     /// Ascending.
     static void SortStringArray(CStringArray& texts, CDoubleArray& companions);
     static void SortStringArray(CStringArray& texts, CUIntArray& companions);
 
     /// Sorts, and fills `indexes` with the index that each element had before.
-    static void IndexSortCStringArray(CStringArray& texts, CDWordArray& indexes, int descending);
-    static void IndexSortDwordArray(CDWordArray& values, CDWordArray& indexes, int descending);
+    static void IndexSortCStringArray(CStringArray& texts, CDWordArray& indexes, int descending = 0);
+    static void IndexSortDwordArray(CDWordArray& values, CDWordArray& indexes, int descending = 0);
 
     // Numbers as text (core/StringHelperNumbers.cpp)
     //
@@ -232,7 +246,7 @@ public:
     /// one percent sign. Negative `decimals` mean six.
     /// @throws CInvalidArgException* for an index outside either array.
     static CString RebaseUnits(double value, std::string_view unitName, const CDoubleArray& thresholds,
-                               const CStringArray& unitNames, int decimals, int index);
+                               const CStringArray& unitNames, int decimals = 0, int index = -2);
     /// The same with index -2, one added before rounding to the nearest whole number, and an "s" after the unit, both
     /// always: 2048 at the threshold 1024 is "3 KBs".
     /// @throws CInvalidArgException* when the unit's name is missing.
@@ -244,7 +258,7 @@ public:
     /// zero end the search, so it always ends; a value that is not finite is in the base unit.
     /// @throws CInvalidArgException* when a unit's name is missing.
     static CString ToMultibase(double value, std::string_view baseUnitName, const CDoubleArray& thresholds,
-                               const CStringArray& unitNames, int plural);
+                               const CStringArray& unitNames, int plural = 1);
 
     // The user's locale, version resources, errors, identifiers, clipboard (core/StringHelperSystem.cpp)
 
@@ -276,7 +290,7 @@ public:
 
     /// A new identifier in registry form, upper case, "{01234567-89AB-4CDE-8F01-23456789ABCD}", without the braces when
     /// `braces` is 0. Empty when the system cannot give one.
-    static CString GetNewGuid(int braces);
+    static CString GetNewGuid(int braces = 1);
 
     // The clipboard. A window may be null; formats are the system's numbers, 1 is plain text. On Linux there is none:
     // what is read is empty, what is written goes nowhere.
@@ -302,25 +316,34 @@ public:
 
     // Cutting at markers (core/StringHelperMarkers.cpp)
     //
-    // Markers are matched case and all, but where a flag says otherwise. An empty marker is found where the search starts.
-    // Members that return int return 1 if the marker was found, else 0 and change nothing.
+    // Markers are matched case and all, but where a flag says otherwise, and by whole characters: half of a double-byte
+    // one is no marker. An empty marker is found where the search starts. Members that return int return 1 if the marker
+    // was found, else 0 and change nothing.
+    //
+    // A CString moves what it keeps to its front, which a walk through a long text by many calls pays for each time. A view
+    // moves its ends instead: such a walk takes time in line with the text.
 
     /// Keeps what stands BEFORE the marker's first occurrence.
     static int StripBefore(CString& text, std::string_view marker);
+    static int StripBefore(std::string_view& text, std::string_view marker);
     /// Keeps what stands AFTER the marker's first occurrence.
     static int StripAfter(CString& text, std::string_view marker);
+    static int StripAfter(std::string_view& text, std::string_view marker);
     /// `head` gets what stands before the marker's first occurrence, `text` keeps what follows it.
     static int StripLeft(CString& text, std::string_view marker, CString& head);
+    static int StripLeft(std::string_view& text, std::string_view marker, std::string_view& head);
     /// Removes the characters of the set from the start of the text.
     static void StripFromLeft(CString& text, std::string_view characters);
     /// The text up to the marker's first occurrence; all of it without one.
-    static CString RemoveAfter(std::string_view text, std::string_view marker, int noCase);
+    static CString RemoveAfter(std::string_view text, std::string_view marker, int noCase = 0);
     /// What stands between the first start marker and the end marker that follows it, or the end of the source. Without a
     /// start marker the result is empty and the source is left alone. When the end marker was found and `consumeEnd` is not
     /// zero, the source keeps what follows the end marker; otherwise, when `consumeStart` is not zero, what follows the
-    /// start marker. Each call that consumes moves the rest of the source to its front.
+    /// start marker.
     static CString GetStringBetween(CString& source, std::string_view startMarker, std::string_view endMarker,
-                                    int consumeStart, int consumeEnd);
+                                    int consumeStart = 0, int consumeEnd = 1);
+    static std::string_view GetStringBetween(std::string_view& source, std::string_view startMarker,
+                                             std::string_view endMarker, int consumeStart = 0, int consumeEnd = 1);
     /// 1 if the start marker occurs and no end marker stands before its first occurrence or at it.
     static int IsStringInRange(std::string_view text, std::string_view startMarker, std::string_view endMarker);
     /// 1 if the word occurs with a space after it, or if its FIRST occurrence ends the text. What stands before the word is
@@ -347,7 +370,8 @@ public:
     /// that is no shorter than `find` may go on for very long, or for ever ("ab" by "bbaa"): it ends where it stands when
     /// the passes after the first have written 2 MB and 16 times the text. An empty `find` changes nothing.
     ///
-    /// Time grows with the text and, after the first pass, with the number of replacements times the length of both texts.
+    /// Time grows with the text and, after the first pass, with the number of replacements times the length of both texts. In
+    /// a double-byte code page each pass goes through the whole text, which counts as written.
     static void ReplaceAll(CString& text, std::string_view find, std::string_view replacement);
 
     /// Replaces what stands between each start marker and the next end marker, from left to right; both markers stay, and
@@ -383,9 +407,9 @@ public:
     /// Splits a form's fields, "name=value&name=value", unescapes both halves and appends them to the arrays. The first "="
     /// parts them; fields without one are left out.
     static void ParseRawHttpParams(std::string_view text, CStringArray& names, CStringArray& values);
-    /// The path of a file address: "file:" and the slashes after it are removed, case aside; a text without "file:" keeps
+    /// The path of a file address: "file:" and the slashes after it are removed, in any case of ASCII; a text without "file:" keeps
     /// its slashes. When `unescape` is not zero the text is decoded by UnEscapeUrl first; when `backslashes` is not zero
     /// every "/" becomes "\". If no file or folder of that name (up to the first "#") exists, but one with "\" before it
     /// does, that is put before it. The part from "#" on stays in every case.
-    static CString RemoveFileProtocol(std::string_view text, int unescape, int backslashes);
+    static CString RemoveFileProtocol(std::string_view text, int unescape = 1, int backslashes = 1);
 };

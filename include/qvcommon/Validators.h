@@ -16,6 +16,7 @@ QVCOMMON_API void DDV_ValidDir(CDataExchange* exchange, const CString& folder);
 QVCOMMON_API void DDV_ReservedChars(CDataExchange* exchange, const CString& text, const char* characters);
 /// The text may not hold the word, within other words either, without regard to case.
 QVCOMMON_API void DDV_ReservedWord(CDataExchange* exchange, const CString& text, const char* word);
+/// At least one item has to be checked; the third state is not.
 QVCOMMON_API void DDV_SomeListItemsChecked(CDataExchange* exchange, const CCheckListBox& list);
 
 /// An edit control that takes some characters only. Attach it to its control, so that the dialog gives it by number.
@@ -36,7 +37,8 @@ QVCOMMON_API void DDX_TrimCBString(CDataExchange* exchange, int id, CString& tex
 QVCOMMON_API void DDX_ExtendedText(CDataExchange* exchange, int id, CString& text);
 
 /// Shows the value in the printf format, and reads it back from the first 32 characters of the control's text. A text that
-/// still is what the format makes of the value leaves the value alone, with all its digits. What is no number is told
+/// still is what the format makes of the value leaves the value alone, with all its digits. A number has digits with at
+/// most a sign, the locale's decimal point and an exponent, and is finite. What is no number is told
 /// to the user (the framework's text 0xF111) and fails the exchange. @throws CInvalidArgException* for a format that
 /// does not take one real number.
 QVCOMMON_API void DDX_Text_Display_Formatted(CDataExchange* exchange, int id, double& value, const char* format);

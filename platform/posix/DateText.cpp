@@ -8,13 +8,14 @@
 
 #include "platform/Ascii.h"
 #include "platform/Text.h"
+#include "platform/posix/text/TextRules.h"
 
 namespace qv::platform {
 namespace {
 
 void AddWord(std::vector<DateWord>& words, std::string_view text, DateWordKind kind, int month = 0) {
     text = ascii::Trimmed(text, ascii::IsBlank);
-    if (!text.empty()) words.push_back({ToLower(text), kind, month});
+    if (!text.empty()) words.push_back({ToLower(FromLocale(text)), kind, month});
 }
 
 void AddNames(std::vector<DateWord>& words, nl_item first, int count, DateWordKind kind) {
@@ -45,6 +46,14 @@ void AddLiterals(std::vector<DateWord>& words, std::string_view format) {
         AddWord(words, format.substr(i, end - i), kind);
         i = std::max(end, i + 1);
     }
+}
+
+// What %c stands for, without the zone: a date has none, and the blank before it would be left.
+std::string DateAndTimeFormat() {
+    constexpr std::string_view zone = " %Z";
+    std::string format = ::nl_langinfo(D_T_FMT);
+    for (std::size_t at = format.find(zone); at != format.npos; at = format.find(zone)) format.erase(at, zone.size());
+    return format;
 }
 
 }  // namespace
@@ -89,12 +98,12 @@ std::string FormatLocaleDate(char conversion, const CalendarTime& time, int dayO
     fields.tm_min = time.minute;
     fields.tm_sec = time.second;
     fields.tm_wday = dayOfWeek;
-    fields.tm_isdst = -1;  // a date without a zone: %Z within %c writes nothing
-    const char format[] = {'%', conversion, 0};
+    fields.tm_isdst = -1;
+    const std::string format = conversion == 'c' ? DateAndTimeFormat() : std::string{'%', conversion};
     char text[512];
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"  // one conversion, of those the contract lists
-    return {text, ::strftime(text, sizeof text, format, &fields)};
+    return FromLocale({text, ::strftime(text, sizeof text, format.c_str(), &fields)});
 #pragma GCC diagnostic pop
 }
 

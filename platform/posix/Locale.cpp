@@ -6,11 +6,14 @@
 #include <cmath>
 #include <cstring>
 
+#include "platform/posix/text/TextRules.h"
+
 namespace qv::platform {
 namespace {
 
 std::string Limited(const char* text, std::size_t maximum) {
-    return std::strlen(text) < maximum ? text : "";
+    std::string own = FromLocale(text);
+    return own.size() < maximum ? own : "";
 }
 
 }  // namespace
@@ -24,8 +27,8 @@ std::string FormatCurrency(double amount, std::size_t maximum) {
     if (!std::isfinite(amount)) return {};
     std::string text(maximum, '\0');
     const ssize_t length = ::strfmon(text.data(), text.size(), "%n", amount);
-    text.resize(length > 0 && static_cast<std::size_t>(length) < maximum ? static_cast<std::size_t>(length) : 0);
-    return text;
+    text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+    return Limited(text.c_str(), maximum);
 }
 
 std::string ListSeparator(std::size_t maximum) {

@@ -1,109 +1,79 @@
 #include "platform/Text.h"
 
-#include <langinfo.h>
-
 #include <cctype>
 #include <cstring>
-#include <cwchar>
-#include <cwctype>
 
 #include "platform/Ascii.h"
 #include "platform/Utf8.h"
-#include "platform/posix/text/Windows1252.h"
+#include "platform/posix/text/TextRules.h"
 
 namespace qv::platform {
 namespace {
 
-bool IsPlainC() {
-    return !std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968");
-}
-
 // Stray bytes get numbers beyond those of all characters.
 constexpr char32_t kStrayByte = 0x110000;
 
-struct WideCharacter {
-    wchar_t code;
-    std::size_t length;
-    bool wellFormed;
-};
-
-WideCharacter ReadLocaleCharacter(std::string_view text, std::size_t position) {
-    std::mbstate_t state{};
-    wchar_t code = 0;
-    const std::size_t length = std::mbrtowc(&code, text.data() + position, text.size() - position, &state);
-    if (length == static_cast<std::size_t>(-1) || length == static_cast<std::size_t>(-2))
-        return {static_cast<unsigned char>(text[position]), 1, false};
-    return {code, length ? length : 1, true};
-}
-
-WideCharacter ReadCharacter(std::string_view text, std::size_t position, CodePage page) {
-    if (page != CodePage::Utf8) return ReadLocaleCharacter(text, position);
-    const Utf8Character c = DecodeUtf8(text, position);
-    return {static_cast<wchar_t>(c.code), c.length, c.wellFormed};
-}
-
-void AppendLocaleCharacter(std::string& out, wchar_t code) {
-    char bytes[64];
-    std::mbstate_t state{};
-    const std::size_t length = std::wcrtomb(bytes, code, &state);
-    if (length == static_cast<std::size_t>(-1))
-        out += '?';
-    else
-        out.append(bytes, length);
-}
-
-wchar_t WideCase(wchar_t code, Case which) {
-    const std::wint_t wide{static_cast<char32_t>(code)};
-    return static_cast<wchar_t>(which == Case::Upper ? std::towupper(wide) : std::towlower(wide));
-}
-
-unsigned char LocaleCase(unsigned char byte, Case which) {
-    return static_cast<unsigned char>(which == Case::Upper ? std::toupper(byte) : std::tolower(byte));
-}
-
 template <class Map>
-constexpr ByteCase MakeByteCase(int count, Map map) {
+constexpr ByteCase MakeByteCase(int first, int last, Map map) {
     ByteCase result{.map = {}, .complete = true};
     for (int byte = 0; byte < 256; ++byte) {
         const auto old = static_cast<unsigned char>(byte);
-        result.map[old] = byte < count ? map(old) : old;
+        result.map[old] = byte >= first && byte < last ? map(old) : old;
     }
     return result;
 }
 
-const ByteCase& CaseOfWindows1252(Case which) {
-    static constexpr ByteCase lower = MakeByteCase(256, LowerWindows1252), upper = MakeByteCase(256, UpperWindows1252);
-    return which == Case::Upper ? upper : lower;
+constexpr unsigned char AsciiCase(unsigned char byte, Case which) {
+    const char c = static_cast<char>(byte);
+    return static_cast<unsigned char>(which == Case::Upper ? ascii::ToUpper(c) : ascii::ToLower(c));
 }
 
 // Only the letter I has rules of its own in some languages; there the bytes do not tell the whole truth.
-ByteCase CaseOfAscii(Case which) {
-    constexpr auto toLower = [](unsigned char byte) {
-        return static_cast<unsigned char>(ascii::ToLower(static_cast<char>(byte)));
-    };
-    constexpr auto toUpper = [](unsigned char byte) {
-        return static_cast<unsigned char>(ascii::ToUpper(static_cast<char>(byte)));
-    };
-    static constexpr ByteCase lower = MakeByteCase(128, toLower), upper = MakeByteCase(128, toUpper);
+ByteCase CaseOfAscii(Case which, const CharacterRules& rules) {
+    static constexpr ByteCase lower =
+        MakeByteCase(0, 128, [](unsigned char byte) { return AsciiCase(byte, Case::Lower); });
+    static constexpr ByteCase upper =
+        MakeByteCase(0, 128, [](unsigned char byte) { return AsciiCase(byte, Case::Upper); });
     ByteCase result = which == Case::Upper ? upper : lower;
-    result.complete = WideCase(L'i', Case::Upper) == L'I' && WideCase(L'I', Case::Lower) == L'i';
+    result.complete =
+        rules.AreNeutral() || (rules.Cased('i', Case::Upper) == 'I' && rules.Cased('I', Case::Lower) == 'i');
     return result;
 }
 
-void AppendCased(std::string& out, std::string_view text, std::size_t& position, CodePage page, Case which) {
-    const WideCharacter c = ReadCharacter(text, position, page);
-    if (!c.wellFormed)
-        out += text[position];
-    else if (page == CodePage::Utf8)
-        AppendUtf8(out, static_cast<char32_t>(WideCase(c.code, which)));
-    else
-        AppendLocaleCharacter(out, WideCase(c.code, which));
-    position += c.length;
+// A letter whose other case the set does not hold stays as it is.
+unsigned char CaseInSet(unsigned char byte, Case which, const CodeSet& set, const CharacterRules& rules) {
+    const char c = static_cast<char>(byte);
+    std::string cased;
+    const bool held = set.Append(cased, rules.Cased(set.Read({&c, 1}, 0).code, which));
+    return held ? static_cast<unsigned char>(cased[0]) : byte;
 }
 
-std::size_t AsciiEnd(std::string_view text, std::size_t position) {
-    while (position < text.size() && ascii::IsAscii(text[position])) ++position;
-    return position;
+ByteCase CaseBySet(Case which, const CodeSet& set, const CharacterRules& rules) {
+    return MakeByteCase(0, 256, [&](unsigned char byte) { return CaseInSet(byte, which, set, rules); });
+}
+
+// Unicode's rules do not change, so each thread keeps what they make of the set that it used last.
+const ByteCase& NeutralCase(Case which, const CodeSet& set, const CharacterRules& rules) {
+    thread_local const CodeSet* known = nullptr;
+    thread_local ByteCase lower, upper;
+    if (known != &set) {
+        lower = CaseBySet(Case::Lower, set, rules);
+        upper = CaseBySet(Case::Upper, set, rules);
+        known = &set;
+    }
+    return which == Case::Upper ? upper : lower;
+}
+
+ByteCase CaseOfSingleBytes(Case which, const CodeSet& set, const CharacterRules& rules) {
+    if (rules.AreNeutral()) return NeutralCase(which, set, rules);
+    if (&set != LocaleCodeSet()) return CaseBySet(which, set, rules);
+    return MakeByteCase(0, 256, [which](unsigned char byte) {
+        return static_cast<unsigned char>(which == Case::Upper ? std::toupper(byte) : std::tolower(byte));
+    });
+}
+
+ByteCase CaseOfBytes(Case which, const CodeSet& set, const CharacterRules& rules) {
+    return set.Page() == CodePage::SingleByte ? CaseOfSingleBytes(which, set, rules) : CaseOfAscii(which, rules);
 }
 
 void AppendMapped(std::string& out, std::string_view text, const ByteCase& bytes) {
@@ -113,115 +83,134 @@ void AppendMapped(std::string& out, std::string_view text, const ByteCase& bytes
         out[i] = static_cast<char>(bytes.map[static_cast<unsigned char>(out[i])]);
 }
 
-std::string MapText(std::string_view text, Case which) {
-    const CodePage page = CurrentCodePage();
-    const ByteCase bytes = CaseOfBytes(which);
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size();) {
-        std::size_t end = i;
-        if (page == CodePage::SingleByte)
-            end = text.size();
-        else if (bytes.complete)
-            end = AsciiEnd(text, i);
-        AppendMapped(out, text.substr(i, end - i), bytes);
-        i = end;
-        if (i < text.size()) AppendCased(out, text, i, page, which);
+std::size_t AsciiEnd(std::string_view text, std::size_t position) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    for (std::uint64_t block; text.size() - position >= sizeof block; position += sizeof block) {
+        std::memcpy(&block, text.data() + position, sizeof block);
+        if (block & kHighBits) break;
     }
-    return out;
+    while (position < text.size() && ascii::IsAscii(text[position])) ++position;
+    return position;
 }
 
-bool TestWide(std::string_view character, CodePage page, int (*test)(std::wint_t)) {
-    const WideCharacter c = ReadCharacter(character, 0, page);
-    return c.wellFormed && test(static_cast<std::wint_t>(c.code)) != 0;
+// One ASCII character whose case is the same in every language.
+bool IsPlainLetter(std::string_view text) {
+    return text.size() == 1 && ascii::IsAscii(text[0]) && text[0] != 'i' && text[0] != 'I';
 }
+
+// Changes the case of texts that have characters of several bytes.
+class CaseMapper {
+public:
+    CaseMapper(Case which, const CodeSet& set)
+        : m_which(which), m_set(set), m_rules(CharacterRules::Current()), m_bytes(CaseOfBytes(which, set, m_rules)) {}
+
+    std::string Map(std::string_view text) const {
+        std::string out;
+        out.reserve(text.size());
+        for (std::size_t i = 0; i < text.size();) {
+            const std::size_t end = m_set.Page() == CodePage::SingleByte ? text.size()
+                                    : m_bytes.complete                   ? AsciiEnd(text, i)
+                                                                         : i;
+            AppendMapped(out, text.substr(i, end - i), m_bytes);
+            i = end;
+            if (i < text.size()) AppendCharacter(out, text, i);
+        }
+        return out;
+    }
+
+private:
+    void AppendCharacter(std::string& out, std::string_view text, std::size_t& position) const {
+        const CodeSet::Character c = m_set.Read(text, position);
+        if (!c.wellFormed || !m_set.Append(out, m_rules.Cased(c.code, m_which))) out += text.substr(position, c.length);
+        position += c.length;
+    }
+
+    Case m_which;
+    const CodeSet& m_set;
+    CharacterRules m_rules;
+    ByteCase m_bytes;
+};
 
 }  // namespace
 
 CodePage CurrentCodePage() {
-    const char* const set = ::nl_langinfo(CODESET);
-    if (!std::strcmp(set, "UTF-8")) return CodePage::Utf8;
-    return MB_CUR_MAX == 1 ? CodePage::SingleByte : CodePage::DoubleByte;
+    return CurrentCodeSet().Page();
 }
 
 std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page) {
     if (page == CodePage::SingleByte || ascii::IsAscii(text[position])) return 1;
-    return page == CodePage::Utf8 ? DecodeUtf8(text, position).length : ReadLocaleCharacter(text, position).length;
+    return page == CodePage::Utf8 ? DecodeUtf8(text, position).length : CurrentCodeSet().Read(text, position).length;
 }
 
 std::string ToUpper(std::string_view text) {
-    return MapText(text, Case::Upper);
+    if (IsPlainLetter(text)) return {ascii::ToUpper(text[0])};
+    return CaseMapper(Case::Upper, CurrentCodeSet()).Map(text);
 }
 
 std::string ToLower(std::string_view text) {
-    return MapText(text, Case::Lower);
+    if (IsPlainLetter(text)) return {ascii::ToLower(text[0])};
+    return CaseMapper(Case::Lower, CurrentCodeSet()).Map(text);
 }
 
 ByteCase CaseOfBytes(Case which) {
-    if (CurrentCodePage() != CodePage::SingleByte) return CaseOfAscii(which);
-    if (IsPlainC()) return CaseOfWindows1252(which);
-    return MakeByteCase(256, [which](unsigned char byte) { return LocaleCase(byte, which); });
+    return CaseOfBytes(which, CurrentCodeSet(), CharacterRules::Current());
 }
 
 CasedCharacter ReadCased(std::string_view text, std::size_t position, CodePage page, Case which) {
     const auto byte = static_cast<unsigned char>(text[position]);
-    if (page == CodePage::SingleByte) return {CaseOfBytes(which).map[byte], 1};
-    const WideCharacter c = ReadCharacter(text, position, page);
+    const CodeSet& set = page == CodePage::Utf8 ? CodeSet::Utf8() : CurrentCodeSet();
+    const CharacterRules rules = CharacterRules::Current();
+    if (page == CodePage::SingleByte) return {CaseInSet(byte, which, set, rules), 1};
+    const CodeSet::Character c = set.Read(text, position);
     if (!c.wellFormed) return {kStrayByte + byte, 1};
-    return {static_cast<char32_t>(WideCase(c.code, which)), c.length};
+    return {rules.Cased(c.code, which), c.length};
 }
 
 bool IsLetter(std::string_view character) {
     if (character.empty()) return false;
-    const auto byte = static_cast<unsigned char>(character[0]);
-    if (byte < 0x80) return ascii::IsLetter(character[0]);
-    const CodePage page = CurrentCodePage();
-    if (page != CodePage::SingleByte) return TestWide(character, page, ::iswalpha);
-    return IsPlainC() ? IsLetterWindows1252(byte) : std::isalpha(byte) != 0;
+    if (ascii::IsAscii(character[0])) return ascii::IsLetter(character[0]);
+    const CodeSet::Character c = CurrentCodeSet().Read(character, 0);
+    return c.wellFormed && CharacterRules::Current().IsLetter(c.code);
 }
 
 bool IsSpace(std::string_view character) {
     if (character.empty()) return false;
-    const auto byte = static_cast<unsigned char>(character[0]);
-    if (byte < 0x80) return ascii::IsSpace(character[0]);
-    const CodePage page = CurrentCodePage();
-    return page == CodePage::SingleByte ? std::isspace(byte) != 0 : TestWide(character, page, ::iswspace);
+    if (ascii::IsAscii(character[0])) return ascii::IsSpace(character[0]);
+    const CodeSet::Character c = CurrentCodeSet().Read(character, 0);
+    return c.wellFormed && CharacterRules::Current().IsSpace(c.code);
+}
+
+bool CollatesAsItIs() {
+    const CodeSet* const locale = LocaleCodeSet();
+    return !locale || locale == &CurrentCodeSet();
+}
+
+std::string ForCollation(std::string_view text) {
+    return ToLocale(text);
 }
 
 std::u16string ToWide(std::string_view text) {
-    const CodePage page = CurrentCodePage();
-    if (page == CodePage::Utf8) return Utf8ToWide(text);
-    std::u16string out;
-    const bool plainC = IsPlainC();
+    const CodeSet& set = CurrentCodeSet();
+    if (set.Page() == CodePage::Utf8) return Utf8ToWide(text);
+    std::string utf8;
+    utf8.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
-        if (plainC) {
-            out += FromWindows1252(static_cast<unsigned char>(text[i++]));
-            continue;
-        }
-        const WideCharacter c = ReadLocaleCharacter(text, i);
+        const CodeSet::Character c = set.Read(text, i);
+        AppendUtf8(utf8, c.wellFormed ? c.code : U'?');
         i += c.length;
-        std::string utf8;
-        AppendUtf8(utf8, c.wellFormed ? static_cast<char32_t>(c.code) : U'?');
-        out += Utf8ToWide(utf8);
     }
-    return out;
+    return Utf8ToWide(utf8);
 }
 
 std::string FromWide(std::u16string_view text) {
-    if (CurrentCodePage() == CodePage::Utf8) return WideToUtf8(text);
+    const CodeSet& set = CurrentCodeSet();
+    std::string utf8 = WideToUtf8(text);
+    if (set.Page() == CodePage::Utf8) return utf8;
     std::string out;
-    if (IsPlainC()) {
-        for (const char16_t unit : text) {
-            const int byte = ToWindows1252(unit);
-            const bool low = unit >= 0xDC00 && unit < 0xE000;
-            if (!low) out += byte < 0 ? '?' : static_cast<char>(byte);
-        }
-        return out;
-    }
-    const std::string utf8 = WideToUtf8(text);
+    out.reserve(text.size());
     for (std::size_t i = 0; i < utf8.size();) {
         const Utf8Character c = DecodeUtf8(utf8, i);
-        AppendLocaleCharacter(out, static_cast<wchar_t>(c.code));
+        if (!set.Append(out, c.code)) out += '?';
         i += c.length;
     }
     return out;

@@ -1,9 +1,10 @@
 #include "platform/Text.h"
 
 #include <windows.h>
+// windows.h comes first.
+#include <mbctype.h>
 
-#include <cctype>
-#include <cstring>
+#include <optional>
 
 #include "platform/Ascii.h"
 #include "platform/Utf8.h"
@@ -21,63 +22,121 @@ const wchar_t* Wide(const char16_t* text) {
 // Stray bytes get numbers beyond those of all characters.
 constexpr char32_t kStrayByte = 0x110000;
 
-// One code point in the other case, by the user's locale.
+CodePage AskPageOf(UINT number) {
+    if (number == CP_UTF8) return CodePage::Utf8;
+    CPINFO info{};
+    return ::GetCPInfo(number, &info) && info.MaxCharSize > 1 ? CodePage::DoubleByte : CodePage::SingleByte;
+}
+
+UINT SystemCodePage() {
+    static const UINT number = ::GetACP();
+    return number;
+}
+
+CodePage PageOf(UINT number) {
+    static const CodePage system = AskPageOf(SystemCodePage());
+    return number == SystemCodePage() ? system : AskPageOf(number);
+}
+
+// The run time names a page of several bytes only. 0 is the system's own, or, where that has several, a choice of a
+// single-byte one that it does not name.
+UINT CodePageNumber() {
+    constexpr UINT kWestern = 1252;
+    const int chosen = ::_getmbcp();
+    if (chosen > 0) return static_cast<UINT>(chosen);
+    return PageOf(SystemCodePage()) == CodePage::DoubleByte ? kWestern : SystemCodePage();
+}
+
+std::u16string ToWideOf(std::string_view text, UINT page) {
+    if (page == CP_UTF8) return Utf8ToWide(text);
+    const int size = static_cast<int>(text.size());
+    std::u16string out(text.size(), u'\0');
+    const int length = size ? ::MultiByteToWideChar(page, 0, text.data(), size, Wide(out.data()), size) : 0;
+    out.resize(static_cast<std::size_t>(length));
+    return out;
+}
+
+// Never by best fit: what only resembles a character is another one.
+std::string FromWideOf(std::u16string_view text, UINT page, BOOL* lacking) {
+    if (page == CP_UTF8) return WideToUtf8(text);
+    const int size = static_cast<int>(text.size());
+    if (size == 0) return {};
+    constexpr DWORD flags = WC_NO_BEST_FIT_CHARS;
+    const int needed = ::WideCharToMultiByte(page, flags, Wide(text.data()), size, nullptr, 0, nullptr, nullptr);
+    std::string out(static_cast<std::size_t>(needed), '\0');
+    ::WideCharToMultiByte(page, flags, Wide(text.data()), size, out.data(), needed, "?", lacking);
+    return out;
+}
+
+// By the user's locale.
+std::u16string MapWide(std::u16string_view wide, Case which) {
+    std::u16string mapped(wide.size(), u'\0');
+    const int size = static_cast<int>(wide.size());
+    const DWORD mapping = which == Case::Upper ? LCMAP_UPPERCASE : LCMAP_LOWERCASE;
+    if (!::LCMapStringW(LOCALE_USER_DEFAULT, mapping, Wide(wide.data()), size, Wide(mapped.data()), size))
+        return std::u16string(wide);
+    return mapped;
+}
+
 char32_t MapCodePoint(char32_t code, Case which) {
     std::string utf8;
     AppendUtf8(utf8, code);
-    std::u16string wide = Utf8ToWide(utf8), mapped(wide.size(), u'\0');
-    const int size = static_cast<int>(wide.size());
-    const DWORD mapping = which == Case::Upper ? LCMAP_UPPERCASE : LCMAP_LOWERCASE;
-    if (!::LCMapStringW(LOCALE_USER_DEFAULT, mapping, Wide(wide.data()), size, Wide(mapped.data()), size)) return code;
-    const std::string back = WideToUtf8(mapped);
+    const std::string back = WideToUtf8(MapWide(Utf8ToWide(utf8), which));
     return DecodeUtf8(back, 0).code;
 }
 
-void MapBuffer(char* text, std::size_t size, Case which) {
-    (which == Case::Upper ? ::CharUpperBuffA : ::CharLowerBuffA)(text, static_cast<DWORD>(size));
+// A character whose other case the code page does not hold stays as it is.
+std::string MapCharacter(std::string_view character, Case which, UINT page) {
+    BOOL lacking = 0;
+    std::string mapped = FromWideOf(MapWide(ToWideOf(character, page), which), page, &lacking);
+    return lacking || mapped.empty() ? std::string(character) : mapped;
+}
+
+ByteCase MakeByteCase(Case which, UINT page) {
+    ByteCase result{.map = {}, .complete = true};
+    const int count = PageOf(page) == CodePage::SingleByte ? 256 : 128;
+    for (int byte = 0; byte < 256; ++byte) {
+        const char c = static_cast<char>(byte);
+        const char mapped = byte < count ? MapCharacter({&c, 1}, which, page)[0] : c;
+        result.map[static_cast<unsigned char>(byte)] = static_cast<unsigned char>(mapped);
+    }
+    return result;
+}
+
+// The user's locale does not change, so each thread keeps the case of the page that it used last.
+const ByteCase& CaseOfBytes(Case which, UINT page) {
+    struct Known {
+        UINT page;
+        ByteCase lower, upper;
+    };
+    thread_local std::optional<Known> known;
+    if (!known || known->page != page)
+        known = Known{page, MakeByteCase(Case::Lower, page), MakeByteCase(Case::Upper, page)};
+    return which == Case::Upper ? known->upper : known->lower;
 }
 
 std::string MapUtf8Text(std::string_view text, Case which) {
-    const ByteCase bytes = CaseOfBytes(which);
+    const ByteCase& bytes = CaseOfBytes(which, CP_UTF8);
     return MapUtf8(text, [&](char32_t code) {
         return code < 0x80 && bytes.complete ? bytes.map[code] : MapCodePoint(code, which);
     });
 }
 
 std::string MapText(std::string_view text, Case which) {
-    const CodePage page = CurrentCodePage();
+    const UINT number = CodePageNumber();
+    const CodePage page = PageOf(number);
     if (page == CodePage::Utf8) return MapUtf8Text(text, which);
-    std::string out(text);
-    if (page == CodePage::DoubleByte) {
-        MapBuffer(out.data(), out.size(), which);
-        return out;
+    const ByteCase& bytes = CaseOfBytes(which, number);
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0, length; i < text.size(); i += length) {
+        length = CharacterLength(text, i, page);
+        if (length == 1)
+            out += static_cast<char>(bytes.map[static_cast<unsigned char>(text[i])]);
+        else
+            out += MapCharacter(text.substr(i, length), which, number);
     }
-    const ByteCase bytes = CaseOfBytes(which);
-    for (char& c : out) c = static_cast<char>(bytes.map[static_cast<unsigned char>(c)]);
     return out;
-}
-
-char Mapped(char c, Case which) {
-    MapBuffer(&c, 1, which);
-    return c;
-}
-
-// A letter whose other case the code page does not hold becomes some other character; it stays as it is instead.
-char MappedIfReversible(char c, Case which) {
-    const Case other = which == Case::Upper ? Case::Lower : Case::Upper;
-    const char mapped = Mapped(c, which);
-    return Mapped(mapped, other) == Mapped(c, other) ? mapped : c;
-}
-
-ByteCase MakeByteCase(Case which) {
-    ByteCase result{.map = {}, .complete = true};
-    const int count = CurrentCodePage() == CodePage::SingleByte ? 256 : 128;
-    for (int byte = 0; byte < 256; ++byte) {
-        const char c = static_cast<char>(byte);
-        const char mapped = byte < count ? MappedIfReversible(c, which) : c;
-        result.map[static_cast<unsigned char>(byte)] = static_cast<unsigned char>(mapped);
-    }
-    return result;
 }
 
 bool TestWide(std::string_view character, WORD mask) {
@@ -89,18 +148,14 @@ bool TestWide(std::string_view character, WORD mask) {
 }  // namespace
 
 CodePage CurrentCodePage() {
-    static const CodePage page = [] {
-        if (::GetACP() == CP_UTF8) return CodePage::Utf8;
-        CPINFO info{};
-        return ::GetCPInfo(CP_ACP, &info) && info.MaxCharSize > 1 ? CodePage::DoubleByte : CodePage::SingleByte;
-    }();
-    return page;
+    return PageOf(CodePageNumber());
 }
 
 std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page) {
-    if (page == CodePage::SingleByte) return 1;
+    if (page == CodePage::SingleByte || ascii::IsAscii(text[position])) return 1;
     if (page == CodePage::Utf8) return DecodeUtf8(text, position).length;
-    return ::IsDBCSLeadByte(static_cast<BYTE>(text[position])) && position + 1 < text.size() ? 2 : 1;
+    const auto byte = static_cast<BYTE>(text[position]);
+    return ::IsDBCSLeadByteEx(CodePageNumber(), byte) && position + 1 < text.size() ? 2 : 1;
 }
 
 std::string ToUpper(std::string_view text) {
@@ -112,8 +167,7 @@ std::string ToLower(std::string_view text) {
 }
 
 ByteCase CaseOfBytes(Case which) {
-    static const ByteCase lower = MakeByteCase(Case::Lower), upper = MakeByteCase(Case::Upper);
-    return which == Case::Upper ? upper : lower;
+    return CaseOfBytes(which, CodePageNumber());
 }
 
 CasedCharacter ReadCased(std::string_view text, std::size_t position, CodePage page, Case which) {
@@ -122,11 +176,13 @@ CasedCharacter ReadCased(std::string_view text, std::size_t position, CodePage p
         const Utf8Character c = DecodeUtf8(text, position);
         return {c.wellFormed ? MapCodePoint(c.code, which) : kStrayByte + byte, c.length};
     }
+    const UINT number = CodePageNumber();
     const std::size_t length = CharacterLength(text, position, page);
-    if (length == 1) return {CaseOfBytes(which).map[byte], 1};
-    char pair[2] = {text[position], text[position + 1]};
-    MapBuffer(pair, 2, which);
-    return {static_cast<char32_t>(static_cast<unsigned char>(pair[0]) << 8 | static_cast<unsigned char>(pair[1])), 2};
+    if (length == 1) return {CaseOfBytes(which, number).map[byte], 1};
+    char32_t code = 0;
+    for (const char c : MapCharacter(text.substr(position, length), which, number))
+        code = code << 8 | static_cast<unsigned char>(c);
+    return {code, length};
 }
 
 bool IsLetter(std::string_view character) {
@@ -135,30 +191,27 @@ bool IsLetter(std::string_view character) {
 }
 
 bool IsSpace(std::string_view character) {
+    constexpr std::u16string_view noBreakSpace = u"\u00A0";
     if (character.empty()) return false;
-    const auto byte = static_cast<unsigned char>(character[0]);
-    if (byte < 0x80) return ascii::IsSpace(character[0]);
-    if (character.size() > 1) return TestWide(character, C1_SPACE);
-    return CurrentCodePage() == CodePage::SingleByte && std::isspace(byte);
+    if (ascii::IsAscii(character[0])) return ascii::IsSpace(character[0]);
+    return ToWide(character) != noBreakSpace && TestWide(character, C1_SPACE);
+}
+
+// The run time reads texts in its locale's own code page, which is the process's for whoever lets the system choose it.
+bool CollatesAsItIs() {
+    return true;
+}
+
+std::string ForCollation(std::string_view text) {
+    return std::string(text);
 }
 
 std::u16string ToWide(std::string_view text) {
-    if (CurrentCodePage() == CodePage::Utf8) return Utf8ToWide(text);
-    const int size = static_cast<int>(text.size());
-    std::u16string out(text.size(), u'\0');
-    const int length = size ? ::MultiByteToWideChar(CP_ACP, 0, text.data(), size, Wide(out.data()), size) : 0;
-    out.resize(static_cast<std::size_t>(length));
-    return out;
+    return ToWideOf(text, CodePageNumber());
 }
 
 std::string FromWide(std::u16string_view text) {
-    if (CurrentCodePage() == CodePage::Utf8) return WideToUtf8(text);
-    const int size = static_cast<int>(text.size());
-    if (size == 0) return {};
-    const int needed = ::WideCharToMultiByte(CP_ACP, 0, Wide(text.data()), size, nullptr, 0, nullptr, nullptr);
-    std::string out(static_cast<std::size_t>(needed), '\0');
-    ::WideCharToMultiByte(CP_ACP, 0, Wide(text.data()), size, out.data(), needed, "?", nullptr);
-    return out;
+    return FromWideOf(text, CodePageNumber(), nullptr);
 }
 
 }  // namespace qv::platform

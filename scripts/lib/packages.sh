@@ -15,12 +15,12 @@ declare -gA QV_PACKAGES=(
     [browser]="chromium chromium-driver python3"
     [windows-x64]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
     [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
-    [bench]="libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
+    [bench]="locales libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
         7zip cabextract gcab libmagickwand-dev libsdl2-dev libuemf-dev
         dbus-daemon inotify-tools libboost-thread-dev libdbus-1-dev"
 )
 
-# The locales that tests of texts, folding and collation switch to.
+# The locales that tests and benchmarks of texts, folding and collation switch to.
 QV_LOCALES=(en_US.UTF-8 de_DE.UTF-8 ja_JP.UTF-8 tr_TR.UTF-8 en_US.ISO-8859-1)
 
 # need PURPOSE...: installs what these purposes lack.
@@ -67,7 +67,7 @@ apt_install() {
         -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@" > /dev/null
 }
 
-# need_locales: compiles the missing ones of the locales that the tests use; the machine's own list stays as it is.
+# need_locales: compiles the missing ones of these locales; the machine's own list stays as it is.
 need_locales() {
     local have locale missing=()
     have=$(locale -a | tr '[:upper:]' '[:lower:]' | tr -d -)
@@ -75,7 +75,7 @@ need_locales() {
         grep -qxF "$(tr '[:upper:]' '[:lower:]' <<< "$locale" | tr -d -)" <<< "$have" || missing+=("$locale")
     done
     if [ ${#missing[@]} -gt 0 ]; then
-        say "Compiling locales for tests: ${missing[*]}"
+        say "Compiling locales: ${missing[*]}"
         for locale in "${missing[@]}"; do
             as_root localedef -i "${locale%%.*}" -f "${locale#*.}" "$locale" || fail "locale $locale could not be compiled"
         done

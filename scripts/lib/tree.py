@@ -13,7 +13,7 @@ import sys
 FLOORS = ("platform", "framework", "core", "threads", "files xml imaging", "messages dialogs cabinet html", "tools")
 # The folders that implement the exported headers; those of include/qvcommon/framework/ belong to framework/.
 HEADERS = {
-    "platform": "Export",
+    "platform": "CodePage Export",
     "core": "Checksum Exceptions MathHelper Replacers StringHelper TimeHelper",
     "threads": "LockedObjects ReadWriteLock TimerThread",
     "files": "ChangeWatchers CopyTree FileFinder FilePath FileUtils LockFile MultiUserFile NetUtils SaveFile TempFile",
@@ -30,6 +30,7 @@ SIDES = (("platform/posix/", "platform/windows/"), ("xml/dom/libxml2/", "xml/dom
 SYSTEM_PLACES = (*SIDES[0], *SIDES[1], "benchmarks/threads/system/")
 # The headers of other packages, by folder. What is neither here nor of C++ itself is the operating system's.
 PACKAGES = {
+    "include/qvcommon/CodePage.h": r"mbctype\.h",
     "core/": r"[ti]mmintrin\.h",
     "cabinet/": r"zlib\.h",
     "tools/qv/": r"CLI/.*",
@@ -39,11 +40,13 @@ PACKAGES = {
 }
 # What platform/ may call beside its tables of system calls: System.h of each side says why.
 PURE_CALLS = {
-    "platform/posix/": r"dladdr gete?uid gettid getpid localtime_r mktime nl_langinfo posix_spawn_file_actions_\w+ setenv "
-                       r"sig\w+set sigismember strerrordesc_np strerror_r strfmon strftime sysconf tzset unsetenv",
+    "platform/posix/": r"dladdr freelocale gete?uid gettid getpid iconv\w* iswalpha\w* iswspace\w* localtime_r mktime newlocale "
+                       r"nl_langinfo\w* posix_spawn_file_actions_\w+ setenv "
+                       r"sig\w+set sigismember strerrordesc_np strerror_r strfmon strftime sysconf "
+                       r"tow(?:lower|upper)\w* tzset unsetenv",
     "platform/windows/": r"_fileno _isatty CloseHandle CoCreateGuid CreateEventA CreateThread DefWindowProcA "
-                         r"DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush GetACP GetActiveWindow GetCPInfo "
-                         r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetStringTypeW GetTickCount64 Global\w+ IsDBCSLeadByte "
+                         r"DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush GetACP GetActiveWindow GetCPInfo _getmbcp "
+                         r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetStringTypeW GetTickCount64 Global\w+ IsDBCSLeadByteEx "
                          r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar ResetEvent SelectObject SetCursor SetEvent "
                          r"SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime TranslateMessage "
                          r"VarDateFromStr VerQueryValueA WaitForSingleObject WideCharToMultiByte",

@@ -38,7 +38,7 @@ TEST(MathHelper, LargestAtOrUnderALimitAndSmallest) {
 
     EXPECT_EQ(CMathHelper::GetMin({3, -2, 8}), -2);
     EXPECT_EQ(CMathHelper::GetMin({kNaN, 4, kNaN, 3}), 3);
-    EXPECT_EQ(CMathHelper::GetMin({}), 0);
+    EXPECT_EQ(CMathHelper::GetMin(std::vector<double>()), 0);
     EXPECT_TRUE(std::isnan(CMathHelper::GetMin({kNaN})));
 }
 

@@ -22,6 +22,10 @@ TEST(StringHelperMarkers, StripsAtTheFirstMarker) {
         EXPECT_EQ(after, row.after);
         EXPECT_EQ(rest, row.after);
         EXPECT_EQ(head, row.found ? row.before : "old");
+        std::string_view start = "a::b::c", end = start, viewed = start, first = "old";
+        EXPECT_EQ(H::StripBefore(start, row.marker) + H::StripAfter(end, row.marker), 2 * row.found);
+        EXPECT_EQ(H::StripLeft(viewed, row.marker, first), row.found);
+        EXPECT_TRUE(start == before && end == after && viewed == rest && first == head) << row.marker;
     }
     CString text = "//\\/x/";
     H::StripFromLeft(text, "/\\");
@@ -44,6 +48,9 @@ TEST(StringHelperMarkers, TakesWhatStandsBetween) {
         CString source = row.source;
         EXPECT_EQ(H::GetStringBetween(source, "<", ">", row.consumeStart, row.consumeEnd), row.result);
         EXPECT_EQ(source, row.left) << row.consumeStart << row.consumeEnd;
+        std::string_view view = row.source;
+        EXPECT_EQ(H::GetStringBetween(view, "<", ">", row.consumeStart, row.consumeEnd), row.result);
+        EXPECT_EQ(view, row.left);
     }
 }
 

@@ -156,28 +156,30 @@ TEST_P(StringSort, Alone) {
 }
 
 // Many texts are sorted by a guess that is put right: it holds for plain words, fails now and then for letters that count
-// as two, and is given up where characters have no place in it. Letters and digits only: on some texts with punctuation or
-// stray bytes the GNU library's strcoll and strxfrm disagree.
-TEST_P(StringSort, ManyTexts) {
+// as two, and is given up where characters have no place in it. Fewer texts are sorted by keys, which the GNU library orders
+// otherwise than its strcoll where there is much punctuation.
+TEST_P(StringSort, TextsOfAnyNumber) {
     const std::vector<std::pair<int, std::vector<const char*>>> kinds = {
         {0, {"?"}}, {400, {"\xC3\x9F", "\xC3\x86"}}, {3, {"\xE4\xBD\xA0", "\xE3\x81\x82", "\xD0\x96"}}};
-    for (const auto& [every, letters] : kinds) {
-        std::mt19937 random(5);
-        CStringArray texts;
-        for (std::size_t i = 0; i < 3000; ++i) {
-            std::string text;
-            for (std::size_t length = random() % 9; length--;) text += "aAbBsStT09"[random() % 10];
-            if (every && i % static_cast<std::size_t>(every) == 0)
-                text.insert(random() % (text.size() + 1), letters[random() % letters.size()]);
-            texts.Add(std::string_view(text));
+    for (const auto& [every, letters] : kinds)
+        for (const std::size_t count : {5u, 1900u, 3000u}) {
+            std::mt19937 random(5);
+            CStringArray texts;
+            for (std::size_t i = 0; i < count; ++i) {
+                std::string text;
+                for (std::size_t length = random() % 9; length--;)
+                    text += "aAbBsStT09-' .2"[random() % (every ? 10 : 15)];
+                if (every && i % static_cast<std::size_t>(every) == 0)
+                    text.insert(random() % (text.size() + 1), letters[random() % letters.size()]);
+                texts.Add(std::string_view(text));
+            }
+            const auto order = Expected(texts, CollatesBefore, m_descending != 0);
+            CDWordArray indexes;
+            CStringHelper::IndexSortCStringArray(texts, indexes, m_descending);
+            EXPECT_TRUE(std::equal(indexes.begin(), indexes.end(), order.begin(), order.end(),
+                                   [](DWORD index, int i) { return index == static_cast<DWORD>(i); }))
+                << every << " " << count;
         }
-        const auto order = Expected(texts, CollatesBefore, m_descending != 0);
-        CDWordArray indexes;
-        CStringHelper::IndexSortCStringArray(texts, indexes, m_descending);
-        EXPECT_TRUE(std::equal(indexes.begin(), indexes.end(), order.begin(), order.end(), [](DWORD index, int i) {
-            return index == static_cast<DWORD>(i);
-        })) << every;
-    }
 }
 
 TEST(StringSorting, AlwaysAscendingForms) {
@@ -189,6 +191,11 @@ TEST(StringSorting, AlwaysAscendingForms) {
     EXPECT_EQ(texts, (CStringArray{"a", "b", "c"}));
     EXPECT_EQ(doubles, (CDoubleArray{1.5, 2, 3, 9}));
     EXPECT_EQ(uints, (CUIntArray{1, 0xFFFFFFFF, 3}));
+    CStringArray own{"c", "a", "b"}, companions{"3", "1", "2"};
+    CStringHelper::SortStringArray(own, own, 0);
+    EXPECT_EQ(own, texts);
+    CStringHelper::SortStringArray(own, companions, companions, 1);
+    EXPECT_EQ(companions, (CStringArray{"2", "1", "3"}));
 }
 
 TEST(StringSorting, WordsAreUnsigned) {

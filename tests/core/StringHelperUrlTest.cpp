@@ -5,6 +5,7 @@
 #include <random>
 
 #include "qvcommon/StringHelper.h"
+#include "tests/support/ScopedLocale.h"
 #include "tests/support/TextOracles.h"
 #include "tests/support/Utf8Locale.h"
 
@@ -86,7 +87,10 @@ TEST(StringHelperUrl, ParsesParameters) {
 
 TEST(StringHelperUrl, RemovesTheFileProtocol) {
     EXPECT_EQ(H::RemoveFileProtocol("file:///C:/a%20b.htm#x", 1, 1), "C:\\a b.htm#x");
-    EXPECT_EQ(H::RemoveFileProtocol("FILE:C:/a%20b", 0, 0), "C:/a%20b");
+    for (const char* const name : {"C", "tr_TR.UTF-8"}) {
+        const ScopedLocale locale(name);
+        EXPECT_EQ(H::RemoveFileProtocol("FILE:C:/a%20b", 0, 0), "C:/a%20b") << name;
+    }
     EXPECT_EQ(H::RemoveFileProtocol("//no-such-server/x", 0, 1), "\\\\no-such-server\\x");
 
     const std::string name = "qv_url_test.tmp";

@@ -77,6 +77,8 @@ TEST_F(ValidatorsTest, ListsNeedAChoice) {
     EXPECT_EQ(Message(some), "You must select at least one option. 48");
     for (const char* const text : {"a", "b", "c"}) list.AddString(text);
     EXPECT_EQ(Message(some), "You must select at least one option. 48");
+    list.SetCheck(1, 2);  // the third state
+    EXPECT_EQ(Message(some), "You must select at least one option. 48");
     list.SetCheck(2, 1);
     EXPECT_EQ(list.GetCount() * 10 + list.GetCheck(2), 31);
     EXPECT_EQ(Message(some), "fine");
@@ -130,7 +132,8 @@ TEST_F(ValidatorsTest, NumbersKeepTheDigitsThatAreNotShown) {
     };
     for (const Row& row : {Row{"3.14", 3.14159}, Row{"3.140", 3.14}, Row{" 2.5 ", 2.5}, Row{"-1e3", -1000},
                            Row{".5", 0.5}, Row{"", 3.14159, true}, Row{"x", 3.14159, true}, Row{"1x", 3.14159, true},
-                           Row{"1000000000000000000000000000000000", 1e31}}) {
+                           Row{"inf", 3.14159, true}, Row{"nan", 3.14159, true}, Row{"0x10", 3.14159, true},
+                           Row{"1e999", 3.14159, true}, Row{"1000000000000000000000000000000000", 1e31}}) {
         const RecordingMessageBox box;
         CDataExchange filling(&dialog, 0), saving(&dialog, 1);
         double value = 3.14159;

@@ -4,6 +4,7 @@
 
 #include "platform/Wildcard.h"
 #include "qvcommon/FileFinder.h"
+#include "tests/support/ScopedCodePage.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -155,6 +156,7 @@ TEST(FtpFileFind, ListsWhatItsConnectionGives) {
 }
 
 TEST(Wildcard, MeansWhatItMeansOnWindows) {
+    const WesternCodePage western;
     struct Row {
         const char *mask, *name;
         bool matches;

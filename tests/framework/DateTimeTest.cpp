@@ -5,6 +5,8 @@
 #include <ctime>
 #include <limits>
 
+#include "qvcommon/StringHelper.h"
+#include "tests/support/ScopedLocale.h"
 #include "tests/support/ScopedTimeZone.h"
 
 namespace {
@@ -185,7 +187,12 @@ TEST(DateTime, FormatsEveryConversionOnEverySystem) {
         EXPECT_EQ(date.Format(row.format), row.of2004);
         EXPECT_EQ(early.Format(row.format), row.of987);
     }
-    for (const char* const format : {"%c", "%x", "%X"}) EXPECT_FALSE(early.Format(format).IsEmpty()) << format;
+    for (const char* const format : {"%c", "%x", "%X"}) {
+        const ScopedLocale german(GermanLocale());
+        const CString text = early.Format(format);
+        EXPECT_EQ(text, CStringHelper::TrimString(text)) << format;  // no blank for a zone that is not written
+        EXPECT_FALSE(text.IsEmpty()) << format;
+    }
     EXPECT_EQ(date.Format(std::string_view("\0%d\0", 4)).AsStd(), std::string("\0"
                                                                               "05\0",
                                                                               4));

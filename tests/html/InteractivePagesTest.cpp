@@ -14,6 +14,7 @@
 #include "tests/support/GlossaryRules.h"
 #include "tests/support/Raised.h"
 #include "tests/support/SamplePages.h"
+#include "tests/support/ScopedCodePage.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Utf8Locale.h"
 
@@ -98,6 +99,7 @@ void CompareOnRandomTexts(const std::vector<std::string>& pieces) {
 }
 
 TEST(Glossary, MarksExactlyTheTermsThatTheRulesGive) {
+    const WesternCodePage western;
     CompareOnRandomTexts({"a", "A", "b", " ", "s", "es", "E", "-", "1", "\xE9", "<", "'", "\r\n", "ab", "a b"});
 }
 
@@ -108,6 +110,7 @@ TEST(Glossary, MarksTheSameInUtf8) {
 }
 
 TEST(Glossary, KnowsWholeWords) {
+    const WesternCodePage western;
     const struct {
         const char* text;
         int start, length, whole;

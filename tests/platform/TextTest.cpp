@@ -4,12 +4,19 @@
 
 #include "platform/Utf8.h"
 #include "qvcommon/StringHelper.h"
+#include "qvcommon/framework/DateTime.h"
+#include "tests/support/ScopedCodePage.h"
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/Utf8Locale.h"
 
 namespace {
 
 using namespace qv::platform;
+
+// Whether the system has a code page of its own, whose single-byte ones the C runtime does not tell apart.
+bool HasSystemCodePage() {
+    return HasDriveLetters();
+}
 
 // The search without regard to case looks at bytes first and knows by heart which other characters become ASCII letters.
 TEST(Text, OnlyTwoLongCharactersBecomeAsciiInUpperCase) {
@@ -27,8 +34,8 @@ TEST(Text, OnlyTwoLongCharactersBecomeAsciiInUpperCase) {
 }
 
 TEST(Text, WesternLettersHaveBothCases) {
-    const ScopedLocale plain("C");
-    if (CurrentCodePage() != CodePage::SingleByte) GTEST_SKIP() << "the code page is another one here";
+    const WesternCodePage western;
+    if (!western) GTEST_SKIP() << "the code page is another one here";
     EXPECT_EQ(ToUpper("a\xE9\xFF\x9C\xF7\xDF\xB5"), "A\xC9\x9F\x8C\xF7\xDF\xB5");
     EXPECT_EQ(ToLower("A\xC9\x9F\x8C\xD7\xDF\xB5"), "a\xE9\xFF\x9C\xD7\xDF\xB5");
 }
@@ -62,6 +69,43 @@ TEST(Text, ATurkishLocaleKeepsItsOwnLetterI) {
     EXPECT_EQ(ToUpper("mini"), "M\u0130N\u0130");
     EXPECT_EQ(CStringHelper::FindNoCase("MINI", "mini"), -1);
     EXPECT_EQ(CStringHelper::FindNoCase("xM\u0130N\u0130", "mini"), 1);
+}
+
+// No locale is installed for these: the page alone says what bytes mean, and Unicode what case letters have.
+TEST(Text, FollowsTheChosenCodePage) {
+    const struct {
+        int page;
+        const char *text, *upper;
+        std::u16string_view wide;
+    } rows[] = {{1252, "a\xE4\xFF\x80\x8D", "A\xC4\x9F\x80\x8D", u"a\u00E4\u00FF\u20AC\u008D"},
+                {28591, "\xE9\xFF", "\xC9\xFF", u"\u00E9\u00FF"},
+                {1251, "\xE6", "\xC6", u"\u0436"},
+                {932, "a\x83\x84\xB1\\", "A\x83\x84\xB1\\", u"a\u30E4\uFF71\\"},
+                {932, "\x84\x70x\x95\x5C", "\x84\x40X\x95\x5C", u"\u0430x\u8868"},
+                {65001, "\u00E4\u0436", "\u00C4\u0416", u"\u00E4\u0436"}};
+    for (const auto& row : rows) {
+        const ScopedCodePage page(row.page);
+        const bool multibyte = CurrentCodePage() != CodePage::SingleByte;
+        if (!page || (HasSystemCodePage() && !multibyte && row.page != 1252)) continue;
+        EXPECT_EQ(ToUpper(row.text), row.upper) << row.page;
+        EXPECT_EQ(ToLower(ToUpper(row.text)), ToLower(row.text)) << row.page;
+        EXPECT_EQ(ToWide(row.text), row.wide) << row.page;
+        EXPECT_EQ(FromWide(row.wide), row.text) << row.page;
+    }
+    EXPECT_EQ(_setmbcp(4711), -1);
+    EXPECT_TRUE(HasSystemCodePage() || _setmbcp(37) == -1);  // EBCDIC
+    _setmbcp(_MB_CP_ANSI);
+}
+
+// The C library reads and writes in its locale's set, whatever the page.
+TEST(Text, TheLocalesTextsComeInTheCodePage) {
+    const ScopedLocale german("de_DE.UTF-8");
+    const WesternCodePage western;
+    if (!german || !western || HasSystemCodePage()) GTEST_SKIP() << "the C library's texts need no conversion here";
+    EXPECT_EQ(COleDateTime(2024, 3, 9, 0, 0, 0).Format("%B"), "M\xE4rz");
+    COleDateTime read;
+    EXPECT_TRUE(read.ParseDateTime("9. M\xC4RZ 2024"));
+    EXPECT_EQ(CString("\xC4pfel").Collate("Bad") < 0, true);
 }
 
 }  // namespace

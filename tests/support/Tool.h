@@ -23,10 +23,14 @@ inline ToolAnswer RunProgram(const char* program, const CStringArray& arguments,
     return answer;
 }
 
-inline ToolAnswer RunTool(const CStringArray& arguments, std::string_view input = {}) {
-    // The tool lies beside the test program.
+/// The tool lies beside the test program.
+inline std::string ToolPath() {
     const std::string self = qv::platform::CurrentProgram();
-    return RunProgram((self.substr(0, self.find_last_of("/\\") + 1) + "qv").c_str(), arguments, input);
+    return self.substr(0, self.find_last_of("/\\") + 1) + "qv";
+}
+
+inline ToolAnswer RunTool(const CStringArray& arguments, std::string_view input = {}) {
+    return RunProgram(ToolPath().c_str(), arguments, input);
 }
 
 inline int ToolStatus(const CStringArray& arguments) {

@@ -152,7 +152,7 @@ TEST(LockedObjectMap, RemovingAndClearingWaitForWhoHolds) {
     std::atomic<int> alive = 0;
     CLockedObjectMap map;
     map.AddItem("held", new Counted(alive));
-    map.AddItem("copied", new Counted(alive));
+    map.AddItem("other", new Counted(alive));
     auto held = std::make_unique<CLockedRef>();
     ASSERT_TRUE(map.GetAt("held", *held, 1));
     {
@@ -167,21 +167,46 @@ TEST(LockedObjectMap, RemovingAndClearingWaitForWhoHolds) {
     EXPECT_EQ(alive, 1);
 
     held = std::make_unique<CLockedRef>();
-    ASSERT_TRUE(map.GetAt("copied", *held, 0));
-    Counted copy(static_cast<Counted&>(*held->Get()));
-    CLockedObjectMap copies;
-    copies.AddItem("copy", &copy);
-    Background reader([&] {
-        CLockedRef reference;
-        copies.GetAt("copy", reference, 1);
-    });
+    ASSERT_TRUE(map.GetAt("other", *held, 0));
+    EXPECT_EQ(map.AddItem("null", nullptr), 1);
+    CLockedRef null;
+    EXPECT_EQ(map.GetAt("null", null, 0), 0);
     Background clearer([&] { map.Clear(); });
-    EXPECT_TRUE(reader.IsBlocked()) << "a copy shares its original's lock";
     EXPECT_TRUE(clearer.IsBlocked());
     held.reset();
-    EXPECT_TRUE(reader.Ends() && clearer.Ends());
-    EXPECT_EQ(alive, 1);
+    EXPECT_TRUE(clearer.Ends());
+    EXPECT_EQ(alive, 0);
     EXPECT_TRUE(map.IsEmpty());
+}
+
+TEST(LockedObjectMap, CopiesAreLockedByThemselves) {
+    const Watchdog watchdog("a copy");
+    struct Plain : CLockableObject {};
+    Plain original, copy(original), assigned;
+    assigned = original;
+    CLockedObjectMap map;
+    map.AddItem("original", &original);
+    map.AddItem("copy", &copy);
+    map.AddItem("assigned", &assigned);
+    CLockedRef references[3];
+    EXPECT_TRUE(map.GetAt("original", references[0], 0) && map.GetAt("copy", references[1], 0));
+    EXPECT_TRUE(map.GetAt("assigned", references[2], 0));
+}
+
+TEST(ReadWriteLock, ACopyTakesOverWhatIsHeld) {
+    CReadWriteLock lock;
+    lock.StartWrite();
+    CReadWriteLock copy(lock);
+    lock.EndWrite();
+    Background reader([&] {
+        copy.StartRead();
+        copy.EndRead();
+    });
+    EXPECT_TRUE(reader.IsBlocked());
+    lock.StartWrite();  // is free all the same
+    lock.EndWrite();
+    copy.EndWrite();
+    EXPECT_TRUE(reader.Ends());
 }
 
 TEST(LockedObjectMap, SurvivesEverythingAtOnce) {

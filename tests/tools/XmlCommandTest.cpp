@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "qvcommon/XmlHelper.h"
+#include "tests/support/ScopedCodePage.h"
+#include "tests/support/ScopedLocale.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
 
@@ -35,6 +37,7 @@ TEST(XmlCommand, GetsSetsAndCreates) {
 }
 
 TEST(XmlCommand, LeavesTheRestOfTheFile) {
+    const WesternCodePage western;
     const TempFolder folder;
     const std::string before = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n<!--\xE4-->\n<r>\n  <a>\xF6</a>\n</r>";
     folder.Write("b.xml", before);
@@ -52,6 +55,33 @@ TEST(XmlCommand, LeavesTheRestOfTheFile) {
     std::size_t files = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder.Native())) ++files;
     EXPECT_EQ(files, 2u);
+}
+
+// A service, a container, a user's terminal: what goes in comes out, byte for byte.
+TEST(XmlCommand, KeepsTextsInEveryEnvironment) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the code page does not follow the environment here";
+    const TempFolder folder;
+    const CString file = folder / "a.xml";
+    const std::string qv = ToolPath();
+    const CStringArray utf8[] = {{"-i"}, {"LC_ALL=C"}, {"LC_ALL=POSIX"}, {"-i", "LANG=C.UTF-8"}};
+    for (CStringArray environment : utf8) {
+        environment.Append({qv, "xml", "create", file, "a/b", "Gr\u00F6\u00DFe \u65E5"});
+        EXPECT_EQ(RunProgram("env", environment).status, 0);
+        EXPECT_NE(folder.Read("a.xml").find("<b>Gr\u00F6\u00DFe \u65E5</b>"), std::string::npos)
+            << environment[0].AsStd();
+    }
+    EXPECT_EQ(RunProgram("env", {"-i", qv, "xml", "get", file, "a/b"}).output, "Gr\u00F6\u00DFe \u65E5\n");
+    EXPECT_EQ(RunProgram("env", {"-i", qv, "text", "title-case"}, "\u00C4h \u00E9T\u00C9").output,
+              "\u00C4h \u00C9t\u00E9");
+    const char* const western = "LC_ALL=en_US.ISO-8859-1";
+    if (!ScopedLocale("en_US.ISO-8859-1")) GTEST_SKIP() << "no single-byte locale is installed";
+    EXPECT_EQ(RunProgram("env", {western, qv, "xml", "set", file, "a/b",
+                                 "Gr\xF6\xDF"
+                                 "e"})
+                  .status,
+              0);
+    EXPECT_NE(folder.Read("a.xml").find("<b>Gr\u00F6\u00DFe</b>"), std::string::npos);
+    EXPECT_EQ(RunProgram("env", {western, qv, "text", "title-case"}, "\xC4h \xE9T\xC9").output, "\xC4h \xC9t\xE9");
 }
 
 }  // namespace

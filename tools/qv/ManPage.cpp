@@ -17,8 +17,8 @@ Wrong usage.
 .B qv lock
 ends with the status of the command that it has run.
 .SH NOTES
-Paths may use the system's separator or a backslash. Texts are in the code page of the locale; in the C locale that is
-Windows-1252. Long work shows its progress when standard error is a terminal.)";
+Paths may use the system's separator or a backslash. Texts are in the code page of the locale; without one, and in
+the C locale, that is UTF-8. Long work shows its progress when standard error is a terminal.)";
 
 // Text as it is: no dash may become a hyphen, no first character a request.
 std::string Plain(std::string_view text) {

@@ -3,6 +3,7 @@
 /// @file The framework's arrays, lists and maps over standard containers. They are values: copying one copies its elements.
 /// Indexes are 0-based; an index outside the array raises CInvalidArgException* and changes nothing.
 
+#include <iterator>
 #include <list>
 #include <map>
 #include <utility>
@@ -15,12 +16,18 @@ class CArray : public CObject {
 public:
     CArray() = default;
     CArray(std::initializer_list<TYPE> items) : m_items(items) {}
+    explicit CArray(std::vector<TYPE> items) : m_items(std::move(items)) {}
+    template <std::input_iterator I>
+    CArray(I first, I last) : m_items(first, last) {}
 
     int GetSize() const { return static_cast<int>(m_items.size()); }
     int GetUpperBound() const { return GetSize() - 1; }
     bool IsEmpty() const { return m_items.empty(); }
-    /// New elements are value-initialised: 0, null or empty.
-    void SetSize(int size) { m_items.resize(static_cast<std::size_t>(size)); }
+    /// New elements are value-initialised: 0, null or empty. @throws CInvalidArgException* for a negative size.
+    void SetSize(int size) {
+        if (size < 0) AfxThrowInvalidArgException();
+        m_items.resize(static_cast<std::size_t>(size));
+    }
     void RemoveAll() { m_items.clear(); }
 
     const TYPE& GetAt(int index) const { return m_items[Checked(index)]; }

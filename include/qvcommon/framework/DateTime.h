@@ -10,6 +10,7 @@
 /// Fields are read to the nearest second, so 59.9997 seconds are a full minute; but no reading passes the year 9999.
 
 #include <compare>
+#include <concepts>
 #include <ctime>
 
 #include "qvcommon/framework/FileTime.h"
@@ -49,6 +50,11 @@ public:
     COleDateTime(double days);
     /// Seconds since 1970 UTC, and a file time: the local time then, invalid where the system cannot tell it.
     COleDateTime(std::time_t seconds);
+    /// Days are a double, seconds a std::time_t: another number does not say which of them it is.
+    template <class T>
+    requires(std::is_arithmetic_v<T> && !std::same_as<T, float> && !std::same_as<T, double> &&
+             !std::same_as<T, std::time_t>) COleDateTime(T)
+    = delete;
     COleDateTime(const QvFileTime& time);
     /// As SetDateTime.
     COleDateTime(int year, int month, int day, int hour, int minute, int second);

@@ -7,34 +7,56 @@
 #include <concepts>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "qvcommon/framework/Format.h"
 
-class QVCOMMON_API CString {
+class CString;
+
+namespace qv {
+
+/// Any other text: what gives a view of its bytes, such as std::string and std::string_view. Pointers are not among them,
+/// since they may be null.
+template <class T>
+concept OtherText = std::convertible_to<const T&, std::string_view> && !std::is_pointer_v<std::decay_t<T>> &&
+                    !std::same_as<std::remove_cvref_t<T>, CString>;
+
+/// What C++ would take for a character or an offset, by accident.
+template <class T>
+concept NoCharacter = std::is_arithmetic_v<T> && !std::same_as<T, char>;
+
+}  // namespace qv
+
+/// Also a std::string, with its members: it goes wherever one is taken, with all of its bytes.
+class QVCOMMON_API CString : public std::string {
 public:
     CString() = default;
     /// A null pointer gives the empty text.
-    CString(const char* text) : m_text(text ? text : "") {}
-    CString(const char* text, int length) : m_text(text, Count(length)) {}
+    CString(const char* text) : std::string(text ? text : "") {}
+    CString(const char* text, int length) : std::string(text, Count(length)) {}
     /// `count` times the byte; none when count is negative.
-    explicit CString(char c, int count = 1) : m_text(Count(count), c) {}
-    CString(std::string_view text) : m_text(text) {}
-    CString(std::string&& text) noexcept : m_text(std::move(text)) {}
-    CString(const std::string& text) : m_text(text) {}
+    explicit CString(char c, int count = 1) : std::string(Count(count), c) {}
+    CString(std::string_view text) : std::string(text) {}
+    CString(std::string&& text) noexcept : std::string(std::move(text)) {}
+    CString(const std::string& text) : std::string(text) {}
+    template <qv::NoCharacter T>
+    explicit CString(T, int = 1) = delete;
 
-    int GetLength() const { return static_cast<int>(m_text.size()); }
-    bool IsEmpty() const { return m_text.empty(); }
-    void Empty() { m_text.clear(); }
+    int GetLength() const { return static_cast<int>(size()); }
+    bool IsEmpty() const { return empty(); }
+    void Empty() { clear(); }
 
-    /// The text up to its first zero byte as C reads it. Valid until the string changes or ends.
-    operator const char*() const { return m_text.c_str(); }
+    /// The text up to its first zero byte as C reads it. Valid until the string changes or ends. A template, so that a text
+    /// is nothing else that a pointer is: neither true or false, nor to be deleted, nor the start of an addition.
+    template <class T>
+    requires(std::same_as<T, const char*> || std::same_as<T, const void*>) operator T() const { return c_str(); }
     /// The whole text. Valid until the string changes or ends.
-    operator std::string_view() const { return m_text; }
+    operator std::string_view() const { return {data(), size()}; }
     /// The text as the standard library's string, for code that speaks that.
-    const std::string& AsStd() const { return m_text; }
-    std::string& AsStd() { return m_text; }
+    const std::string& AsStd() const { return *this; }
+    std::string& AsStd() { return *this; }
 
-    /// @throws CInvalidArgException* for a position outside 0 to GetLength() - 1, as SetAt does.
+    /// @throws CInvalidArgException* for a position outside 0 to GetLength() - 1, as SetAt does. Reading only: SetAt writes.
     char GetAt(int position) const;
     void SetAt(int position, char c);
     template <std::integral I>
@@ -43,33 +65,46 @@ public:
     }
 
     CString& operator=(const char* text) {
-        m_text = text ? text : "";
+        assign(text ? text : "");
         return *this;
     }
     CString& operator=(std::string_view text) {
-        m_text = text;
+        assign(text);
+        return *this;
+    }
+    CString& operator=(const std::string& text) {
+        assign(text);
+        return *this;
+    }
+    CString& operator=(std::string&& text) noexcept {
+        assign(std::move(text));
         return *this;
     }
     CString& operator=(char c) {
-        m_text = c;
+        assign(1, c);
         return *this;
     }
-    CString& operator+=(std::string_view text) {
-        m_text += text;
+    template <qv::NoCharacter T>
+    CString& operator=(T) = delete;
+    template <qv::OtherText T>
+    CString& operator+=(const T& text) {
+        append(std::string_view(text));
         return *this;
     }
     CString& operator+=(const char* text) {
-        m_text += text ? text : "";
+        append(text ? text : "");
         return *this;
     }
     CString& operator+=(const CString& text) {
-        m_text += text.m_text;
+        append(text.AsStd());
         return *this;
     }
     CString& operator+=(char c) {
-        m_text += c;
+        push_back(c);
         return *this;
     }
+    template <qv::NoCharacter T>
+    CString& operator+=(T) = delete;
 
     /// Parts of the text; positions and counts outside it are cut to it.
     CString Mid(int first) const { return Mid(first, GetLength()); }
@@ -77,12 +112,15 @@ public:
     CString Left(int count) const { return Mid(0, count); }
     CString Right(int count) const;
 
+    // Finding and replacing never take a part of a character for another one: in a double-byte code page a trail byte is
+    // no backslash. Time grows with the text, whatever it looks like.
+
     int Find(char c, int start = 0) const { return Find(std::string_view(&c, 1), start); }
     /// The first place of `text` at or after `start`. The empty text is found at `start`.
     int Find(std::string_view text, int start = 0) const;
-    int ReverseFind(char c) const { return Position(m_text.rfind(c)); }
-    /// The first place of any byte of the set.
-    int FindOneOf(std::string_view set) const { return Position(m_text.find_first_of(set)); }
+    int ReverseFind(char c) const;
+    /// The first place of any character of the set.
+    int FindOneOf(std::string_view set) const;
 
     /// Replaces every occurrence, left to right, in one pass over the text, and returns how many there were. An empty
     /// `find` replaces nothing.
@@ -104,7 +142,7 @@ public:
 
     /// < 0, 0, > 0. Compare goes by bytes, CompareNoCase by the bytes of both texts in lower case, Collate by the
     /// collation of the current locale.
-    int Compare(std::string_view other) const { return m_text.compare(other); }
+    int Compare(std::string_view other) const { return View().compare(other); }
     int CompareNoCase(std::string_view other) const;
     int Collate(std::string_view other) const;
 
@@ -114,40 +152,55 @@ public:
         std::string text;
         const qv::FormatArg args[] = {qv::MakeFormatArg(values)..., {.kind = qv::FormatArg::Kind::Integer}};
         qv::AppendFormat(text, format, args, sizeof...(A));
-        m_text = std::move(text);
+        AsStd() = std::move(text);
     }
 
-    friend CString operator+(const CString& a, const CString& b) { return Joined(a.m_text, b.m_text); }
-    friend CString operator+(const CString& a, std::string_view b) { return Joined(a.m_text, b); }
-    friend CString operator+(std::string_view a, const CString& b) { return Joined(a, b.m_text); }
-    friend CString operator+(const CString& a, const char* b) { return Joined(a.m_text, b ? b : ""); }
-    friend CString operator+(const char* a, const CString& b) { return Joined(a ? a : "", b.m_text); }
-    friend CString operator+(const CString& a, char b) { return Joined(a.m_text, std::string_view(&b, 1)); }
-    friend CString operator+(char a, const CString& b) { return Joined(std::string_view(&a, 1), b.m_text); }
+    friend CString operator+(const CString& a, const CString& b) { return Joined(a, b); }
+    friend CString operator+(const CString& a, const char* b) { return Joined(a, b ? b : ""); }
+    friend CString operator+(const char* a, const CString& b) { return Joined(a ? a : "", b); }
+    friend CString operator+(const CString& a, char b) { return Joined(a, std::string_view(&b, 1)); }
+    friend CString operator+(char a, const CString& b) { return Joined(std::string_view(&a, 1), b); }
     friend CString operator+(CString&& a, const CString& b) { return std::move(a += b); }
-    friend CString operator+(CString&& a, std::string_view b) { return std::move(a += b); }
     friend CString operator+(CString&& a, const char* b) { return std::move(a += b); }
     friend CString operator+(CString&& a, char b) { return std::move(a += b); }
-
-    friend bool operator==(const CString& a, const CString& b) { return a.m_text == b.m_text; }
-    friend bool operator==(const CString& a, std::string_view b) { return a.m_text == b; }
-    friend bool operator==(const CString& a, const char* b) { return a.m_text == (b ? b : ""); }
-    friend std::strong_ordering operator<=>(const CString& a, const CString& b) { return a.m_text <=> b.m_text; }
-    friend std::strong_ordering operator<=>(const CString& a, std::string_view b) { return std::string_view(a) <=> b; }
-    friend std::strong_ordering operator<=>(const CString& a, const char* b) {
-        return std::string_view(a) <=> std::string_view(b ? b : "");
+    template <qv::OtherText T>
+    friend CString operator+(const CString& a, T&& b) {
+        return Joined(a, b);
     }
-    // Named, not left to be derived: std::less<> would find no operator, only the pointers that a string converts to.
-    friend bool operator<(const CString& a, const CString& b) { return a.m_text < b.m_text; }
-    friend bool operator<(const CString& a, std::string_view b) { return a.m_text < b; }
-    friend bool operator<(std::string_view a, const CString& b) { return a < b.m_text; }
+    template <qv::OtherText T>
+    friend CString operator+(CString&& a, T&& b) {
+        return std::move(a += b);
+    }
+    template <qv::OtherText T>
+    friend CString operator+(T&& a, const CString& b) {
+        return Joined(a, b);
+    }
+    template <qv::NoCharacter T>
+    friend CString operator+(const CString&, T) = delete;
+    template <qv::NoCharacter T>
+    friend CString operator+(T, const CString&) = delete;
+
+    /// By bytes.
+    friend bool operator==(const CString& a, const CString& b) { return a.AsStd() == b.AsStd(); }
+    friend bool operator==(const CString& a, const char* b) { return a.AsStd() == (b ? b : ""); }
+    template <qv::OtherText T>
+    friend bool operator==(const CString& a, const T& b) {
+        return a.View() == std::string_view(b);
+    }
+    friend std::strong_ordering operator<=>(const CString& a, const CString& b) { return a.View() <=> b.View(); }
+    friend std::strong_ordering operator<=>(const CString& a, const char* b) {
+        return a.View() <=> std::string_view(b ? b : "");
+    }
+    template <qv::OtherText T>
+    friend std::strong_ordering operator<=>(const CString& a, const T& b) {
+        return a.View() <=> std::string_view(b);
+    }
 
 private:
     static std::size_t Count(int count) { return count > 0 ? static_cast<std::size_t>(count) : 0; }
     static int Position(std::size_t found) { return found == std::string::npos ? -1 : static_cast<int>(found); }
     static CString Joined(std::string_view a, std::string_view b);
-
-    std::string m_text;
+    std::string_view View() const { return *this; }
 };
 
 template <>

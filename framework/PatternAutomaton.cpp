@@ -1,4 +1,4 @@
-#include "core/PatternAutomaton.h"
+#include "framework/PatternAutomaton.h"
 
 namespace qv {
 

@@ -1,0 +1,89 @@
+#include "framework/ExactSearch.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/Ascii.h"
+
+namespace qv {
+
+using platform::CharacterLength;
+using platform::CodePage;
+
+bool HasTrailBytes(std::string_view text) {
+    return platform::CurrentCodePage() == CodePage::DoubleByte && !ascii::IsAscii(text);
+}
+
+// The occurrence at `found`, or the first after it, that tears no character.
+std::size_t ExactSearch::FindWhole(std::size_t found) {
+    if (platform::CurrentCodePage() != CodePage::DoubleByte) return found;
+    while (found != kNowhere && !IsWhole(found)) {
+        m_spent += m_find.size();
+        found = FindBytes(found + 1);
+    }
+    return found;
+}
+
+// An occurrence begins where a character does. If it ends with what may be half of one, the text has to have that byte alone.
+bool ExactSearch::IsWhole(std::size_t position) {
+    while (m_boundary < position) m_boundary += CharacterLength(m_text, m_boundary, CodePage::DoubleByte);
+    if (m_boundary != position) return false;
+    if (m_lastCharacter == kNowhere)
+        for (std::size_t i = 0; i < m_find.size(); i += CharacterLength(m_find, i, CodePage::DoubleByte))
+            m_lastCharacter = i;
+    const std::size_t last = position + m_lastCharacter;
+    return last + CharacterLength(m_text, last, CodePage::DoubleByte) == position + m_find.size();
+}
+
+bool ExactSearch::IsTooDear(std::size_t from) const {
+    constexpr std::size_t kCredit = 4096;
+    return m_spent > kCredit && m_spent - kCredit > 4 * (from - m_origin + m_find.size());
+}
+
+// Looks for the first byte and compares what follows. Texts that go on being alike are left to the automaton.
+std::size_t ExactSearch::FindBytes(std::size_t from) {
+    constexpr std::size_t kGlance = 8;
+    m_origin = std::min(m_origin, from);
+    if (m_automaton || IsTooDear(from)) return FindByAutomaton(from);
+    const std::size_t size = m_find.size();
+    if (m_text.size() < size) return kNowhere;
+    const char *const text = m_text.data(), *const find = m_find.data();
+    const std::size_t last = m_text.size() - size;
+    for (; from <= last; ++from) {
+        if (text[from] != find[0]) {
+            const void* const next = std::memchr(text + from, find[0], last - from + 1);
+            if (!next) return kNowhere;
+            from = static_cast<std::size_t>(static_cast<const char*>(next) - text);
+        }
+        if (size > 1 && text[from + 1] != find[1]) continue;
+        if (size <= 2 || !std::memcmp(text + from + 2, find + 2, size - 2)) return from;
+        if (size <= kGlance || std::memcmp(text + from, find, kGlance) != 0) continue;
+        m_spent += size;
+        if (IsTooDear(from + 1)) return FindByAutomaton(from + 1);
+    }
+    return kNowhere;
+}
+
+std::size_t ExactSearch::FindByAutomaton(std::size_t from) {
+    if (m_last != kNowhere && m_last >= from) return m_last;
+    if (!m_automaton) {
+        std::vector<char32_t> units;
+        units.reserve(m_find.size());
+        for (const char c : m_find) units.push_back(static_cast<unsigned char>(c));
+        m_automaton.emplace(std::move(units));
+    }
+    if (from > m_read) {
+        m_read = from;
+        m_state = 0;
+    }
+    while (m_read < m_text.size()) {
+        m_state = m_automaton->Next(m_state, static_cast<unsigned char>(m_text[m_read++]));
+        if (m_state != m_find.size()) continue;
+        m_last = m_read - m_find.size();
+        if (m_last >= from) return m_last;
+    }
+    m_last = kNowhere;
+    return kNowhere;
+}
+
+}  // namespace qv

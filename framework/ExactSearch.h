@@ -1,0 +1,64 @@
+#pragma once
+
+/// @file Finding a text in another one byte for byte, with whole characters.
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "framework/PatternAutomaton.h"
+#include "platform/Text.h"
+
+namespace qv {
+
+/// True when bytes of the text may be the second ones of characters that begin with another byte, and yet look like
+/// characters of their own. Never in UTF-8.
+bool HasTrailBytes(std::string_view text);
+
+/// Walks through the occurrences of one text in another. All calls together take time in line with both texts, however
+/// they look; making a search costs next to nothing. Refers to both texts, which have to stay as they are.
+class ExactSearch {
+public:
+    ExactSearch(std::string_view text, std::string_view find) : m_text(text), m_find(find) {}
+
+    static constexpr std::size_t kNowhere = std::string_view::npos;
+
+    /// The first occurrence at or after `from`, which must not be lower than in the call before. The empty text stands
+    /// everywhere, the end included.
+    std::size_t Find(std::size_t from) {
+        if (m_find.empty()) return from <= m_text.size() ? from : kNowhere;
+        const std::size_t found = m_find.size() == 1 ? m_text.find(m_find[0], from) : FindBytes(from);
+        return found == kNowhere || IsPlainlyWhole(found) ? found : FindWhole(found);
+    }
+
+private:
+    // Whether ASCII around and within the occurrence tells that it tears no character, whatever the code page.
+    bool IsPlainlyWhole(std::size_t found) const {
+        const auto ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+        const std::size_t size = m_find.size();
+        return (found == 0 || ascii(m_text[found - 1])) && ascii(m_find[0]) && ascii(m_find[size - 1]) &&
+               (size == 1 || ascii(m_find[size - 2]));
+    }
+
+    std::size_t FindWhole(std::size_t found);
+    std::size_t FindBytes(std::size_t from);
+    std::size_t FindByAutomaton(std::size_t from);
+    bool IsTooDear(std::size_t from) const;
+    bool IsWhole(std::size_t position);
+
+    std::string_view m_text, m_find;
+
+    std::size_t m_spent = 0, m_origin = kNowhere;  // when more is compared than passed, the automaton takes over
+    std::optional<PatternAutomaton> m_automaton;
+    std::size_t m_read = 0, m_state = 0, m_last = kNowhere;
+
+    std::size_t m_boundary = 0;              // in the text, where some character begins
+    std::size_t m_lastCharacter = kNowhere;  // of the text sought, where it begins
+};
+
+/// Where a text first stands in another one, as ExactSearch finds it.
+inline std::size_t FindExact(std::string_view text, std::string_view find, std::size_t from = 0) {
+    return ExactSearch(text, find).Find(from);
+}
+
+}  // namespace qv
