@@ -1,7 +1,11 @@
 #include "qvcommon/CabinetException.h"
 
+#include "cabinet/Errors.h"
 #include "platform/Error.h"
 #include "qvcommon/FileUtils.h"
+
+using namespace qv::cabinet;
+using qv::platform::ErrorMessage;
 
 namespace {
 
@@ -15,15 +19,16 @@ CCabinetException::CCabinetException(int code, const char* text, const QvCabinet
 CCabinetException::~CCabinetException() = default;
 
 CString CCabinetException::Describe() const {
-    CString line, others;
+    CString line, others, cause;
+    if (m_failure.systemError) cause = CString(ErrorMessage(m_failure.systemError));
+    cause.TrimRight();
     for (const CString& path : {m_failure.archive, m_failure.member})
         if (!path.IsEmpty()) line += CFileUtils::GetNativePath(path) + ": ";
+    // A member's file that cannot be made stops the engine as its user may; nobody has stopped anything then.
+    if (GetCode() == NumberOf(ReadError::Aborted) && !cause.IsEmpty()) return line + cause;
     line += const_cast<CCabinetException*>(this)->GetText();
     if (!m_failure.method.IsEmpty()) line += " (" + m_failure.method + ")";
     if (m_failure.otherMembers > 0) others.Format("; %d other members as well", m_failure.otherMembers);
     line += others;
-    if (m_failure.systemError == 0) return line;
-    CString cause(qv::platform::ErrorMessage(m_failure.systemError));
-    cause.TrimRight();
-    return line + ": " + cause;
+    return cause.IsEmpty() ? line : line + ": " + cause;
 }

@@ -42,7 +42,7 @@ void EncodeAndDecode(LzxDecompressor& lzx, unsigned kinds, std::string_view text
     if (data.empty()) return;
     const auto kind = [&](unsigned shift) { return static_cast<LzxBlock>(1 + (kinds >> shift) % 3); };
     const auto frames = qv::test::LzxMaker::Frames(
-        data, {lzx.WindowBits(), {{kind(0), 1 + kinds * 100}, {kind(2), 20001}}, kinds % 2 ? 5000u : 0u});
+        data, {lzx.WindowBits(), {{kind(0), 1000 + kinds * 100}, {kind(2), 20001}}, kinds % 2 ? 5000u : 0u});
     std::string again;
     for (const std::string& frame : frames) {
         std::vector<unsigned char> out(std::min(kBlockSize, data.size() - again.size()));

@@ -98,6 +98,11 @@ TEST(CabinetFailure, NamesArchiveMemberAndCause) {
               "lzx.cab: quantum: Unknown compression type (Quantum); 1 other members as well");
     EXPECT_EQ(ReadTree(folder.Native("bare")), (std::map<std::string, std::string>{{"x", "ab"}}));
 
+    folder.Write("bare/sub", "a file where a folder is needed");
+    CMakeCab::DirectoryToCab(folder / "in", folder / "good", 1);
+    EXPECT_THAT(Described(folder, [&] { CReadCab::CabToDirectory(folder / "bare", folder / "good.cab"); }),
+                ContainsRegex("^good.cab: bare.sub.*: ."));
+
     CMakeCab maker;
     maker.SetDestPath(folder / "");
     maker.SetName("new");
