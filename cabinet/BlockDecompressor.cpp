@@ -17,12 +17,11 @@ struct BlockDecompressor::Slot {
         : in(memory, kLargestData, ReadError::NoMemory), out(memory, kBlockSize, ReadError::NoMemory) {}
 
     Buffer in, out;
-    Compression compression = kStored;
     std::size_t size = 0, uncompressed = 0;
     std::optional<EngineFailure> failure;
 };
 
-BlockDecompressor::BlockDecompressor(IMemory& memory) : m_decompressor(memory) {
+BlockDecompressor::BlockDecompressor(IMemory& memory) : m_memory(memory), m_mszip(memory) {
     for (std::unique_ptr<Slot>& slot : m_slots) slot = std::make_unique<Slot>(memory);
 }
 
@@ -39,9 +38,8 @@ unsigned char* BlockDecompressor::Room() {
     return SlotAt(m_put).in.Get();
 }
 
-void BlockDecompressor::Put(Compression compression, std::size_t size, std::size_t uncompressed) {
+void BlockDecompressor::Put(std::size_t size, std::size_t uncompressed) {
     Slot& slot = SlotAt(m_put);
-    slot.compression = compression;
     slot.size = size;
     slot.uncompressed = uncompressed;
     slot.failure.reset();
@@ -53,25 +51,30 @@ void BlockDecompressor::PutFailure(EngineFailure failure) {
     Queue();
 }
 
+/// The first blocks of a folder are decompressed here, and all of them where there is no worker.
 void BlockDecompressor::Queue() {
-    if (!m_hasWorker && m_mayHaveWorker && m_put - m_first == kFewBlocks) StartWorker();
+    if (!m_isHandedOver && m_put - m_first == kFewBlocks) StartWorker();
+    if (!m_isHandedOver) {
+        RunNext();
+        const std::lock_guard lock(m_mutex);
+        ++m_put;
+        ++m_run;
+        return;
+    }
     bool waits = false;
     {
         const std::lock_guard lock(m_mutex);
         waits = m_run == m_put;
         ++m_put;
     }
-    if (m_hasWorker && waits) m_queued.notify_one();
-    if (!m_hasWorker) {
-        RunNext();
-        ++m_run;
-    }
+    if (waits) m_queued.notify_one();
 }
 
 void BlockDecompressor::StartWorker() {
+    if (!m_mayHaveWorker) return;
     try {
-        m_worker = std::thread([this] { Work(); });
-        m_hasWorker = true;
+        if (!m_worker.joinable()) m_worker = std::thread([this] { Work(); });
+        m_isHandedOver = true;
     } catch (const std::system_error&) {
         m_mayHaveWorker = false;
     }
@@ -90,27 +93,32 @@ void BlockDecompressor::Work() {
     }
 }
 
-/// A block's history is the one before it, whose slot is not used again before this one is taken.
 void BlockDecompressor::RunNext() {
     Slot& slot = SlotAt(m_run);
     if (slot.failure) return;
+    if (m_method == kStored && slot.size != slot.uncompressed)
+        slot.failure = ReadError::Corrupt;
+    else if (!Decompress(slot))
+        slot.failure = ReadError::CannotDecompress;
+}
+
+/// An MSZIP block's history is the one before it, whose slot is not used again before this one is taken.
+bool BlockDecompressor::Decompress(Slot& slot) {
     const Bytes in{slot.in.Get(), slot.size};
-    if (slot.compression == kStored) {
-        if (slot.size != slot.uncompressed)
-            slot.failure = ReadError::Corrupt;
-        else
-            std::memcpy(slot.out.Get(), slot.in.Get(), slot.size);
-        return;
+    const std::span<unsigned char> out{slot.out.Get(), slot.uncompressed};
+    if (m_method == kLzx) return m_lzx->Decompress(in, out);
+    if (m_method == kStored) {
+        std::memcpy(out.data(), in.data(), in.size());
+        return true;
     }
     Bytes history;
     if (m_run > m_first) history = {SlotAt(m_run - 1).out.Get(), SlotAt(m_run - 1).uncompressed};
-    if (!m_decompressor.Decompress(history, in, {slot.out.Get(), slot.uncompressed}))
-        slot.failure = ReadError::CannotDecompress;
+    return m_mszip.Decompress(history, in, out);
 }
 
 Bytes BlockDecompressor::Take() {
     const Slot& slot = SlotAt(m_taken);
-    if (m_hasWorker) {
+    if (m_isHandedOver) {
         std::unique_lock lock(m_mutex);
         m_done.wait(lock, [this] { return m_run > m_taken; });
     }
@@ -123,6 +131,18 @@ void BlockDecompressor::Clear() {
     std::unique_lock lock(m_mutex);
     m_done.wait(lock, [this] { return m_run == m_put; });
     m_taken = m_first = m_put;
+    m_isHandedOver = false;
+}
+
+void BlockDecompressor::Start(unsigned compression) {
+    Clear();
+    m_method = compression & kCompressionMask;
+    if (m_method == kStored || m_method == kMszip) return;
+    const unsigned window = LzxWindowOf(compression);
+    if (m_method != kLzx || window < kSmallestLzxWindow || window > kLargestLzxWindow)
+        throw EngineFailure{ReadError::UnknownCompression};
+    if (!m_lzx || m_lzx->WindowBits() != window) m_lzx = std::make_unique<LzxDecompressor>(m_memory, window);
+    m_lzx->Reset();
 }
 
 }  // namespace qv::cabinet

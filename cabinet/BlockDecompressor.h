@@ -7,12 +7,13 @@
 #include <mutex>
 #include <thread>
 
+#include "cabinet/Lzx.h"
 #include "cabinet/Mszip.h"
 
 namespace qv::cabinet {
 
 /// Takes a folder's blocks and gives their data in the same order. A thread of its own works on them, once there are enough
-/// to be worth it. Memory is taken when the object is made. One thread uses it.
+/// to be worth it. Memory is taken when the object is made, and for an LZX window by Start. One thread uses it.
 class BlockDecompressor {
 public:
     /// @throws EngineFailure NoMemory.
@@ -27,13 +28,16 @@ public:
     /// kLargestData bytes for the next block.
     unsigned char* Room();
     /// The next block: what lies in the room is so long, and is to give that many bytes.
-    void Put(Compression compression, std::size_t size, std::size_t uncompressed);
+    void Put(std::size_t size, std::size_t uncompressed);
     /// In a block's place, an error that Take is to raise.
     void PutFailure(EngineFailure failure);
     /// The data of the oldest block put, which there has to be; valid until the next call. @throws EngineFailure
     Bytes Take();
-    /// Drops everything: the next block is a folder's first.
+    /// Drops everything.
     void Clear();
+    /// Drops everything; the next block is the first of a folder with this compression field. @throws EngineFailure
+    /// UnknownCompression, NoMemory.
+    void Start(unsigned compression);
 
 private:
     static constexpr std::size_t kSlots = 16;
@@ -42,13 +46,18 @@ private:
     Slot& SlotAt(std::size_t number) const { return *m_slots[number % kSlots]; }
     void Queue();
     void RunNext();
+    bool Decompress(Slot& slot);
     void Work();
     void StartWorker();
 
     std::unique_ptr<Slot> m_slots[kSlots];
-    MszipDecompressor m_decompressor;
+    IMemory& m_memory;
+    unsigned m_method = kStored;
+    MszipDecompressor m_mszip;
+    std::unique_ptr<LzxDecompressor> m_lzx;  ///< of the last LZX folder
     std::thread m_worker;
-    bool m_hasWorker = false, m_mayHaveWorker = true;
+    bool m_mayHaveWorker = true;
+    bool m_isHandedOver = false;  ///< the folder's blocks go to the worker from now on
 
     // Blocks are numbered through. The mutex guards the numbers that the worker sees; who moves one may read it without.
     std::mutex m_mutex;

@@ -7,6 +7,8 @@ namespace qv::cabinet {
 namespace {
 
 constexpr std::size_t kInputBuffer = 64 * 1024;
+/// What is read first at a new place; each read that goes on from there doubles it.
+constexpr std::size_t kFirstRead = 4096;
 
 }  // namespace
 
@@ -26,6 +28,7 @@ bool Input::MoveTo(std::uint64_t place) {
         return true;
     }
     m_next = m_filled = 0;
+    m_ahead = kFirstRead;
     m_end = place;
     const auto wanted = static_cast<std::int64_t>(place);
     return m_files.Seek(m_file.Get(), wanted, Origin::Begin) == wanted;
@@ -34,8 +37,9 @@ bool Input::MoveTo(std::uint64_t place) {
 bool Input::Read(void* to, std::size_t size) {
     for (auto* next = static_cast<unsigned char*>(to); size > 0;) {
         if (m_next == m_filled) {
-            const std::int64_t count = m_files.Read(m_file.Get(), m_buffer.Get(), kInputBuffer);
+            const std::int64_t count = m_files.Read(m_file.Get(), m_buffer.Get(), m_ahead);
             if (count <= 0) return false;
+            m_ahead = std::min(2 * m_ahead, kInputBuffer);
             m_next = 0;
             m_filled = static_cast<std::size_t>(count);
             m_end += m_filled;

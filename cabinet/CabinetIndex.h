@@ -26,6 +26,7 @@ private:
     OpenedFile m_file;
     Buffer m_buffer;
     std::size_t m_next = 0, m_filled = 0;
+    std::size_t m_ahead = 0;  ///< bytes that the next read asks for
     std::uint64_t m_end = 0;  ///< the place in the file behind the buffer
     std::uint64_t m_length = 0;
 };

@@ -4,6 +4,8 @@
 #include <new>
 #include <optional>
 
+#include "cabinet/MemberName.h"
+
 namespace qv::cabinet {
 namespace {
 
@@ -37,9 +39,44 @@ CabinetReader::CabinetReader(IReaderCallbacks& callbacks, QvCabinetError& error)
 CabinetReader::~CabinetReader() = default;
 
 bool CabinetReader::IsCabinet(const CString& path, QvCabinetInfo& info) {
-    const auto failure = FailureOf([&] { info = OpenCabinet(m_callbacks, path, OpenCabinet::Depth::Head).Info(); });
+    return Run([&] { info = OpenPath(path, OpenCabinet::Depth::Head)->Info(); });
+}
+
+bool CabinetReader::FindFirst(CString& name, const CString& folder) {
+    return Run([&] { GoBack(name, folder); });
+}
+
+bool CabinetReader::ReadFirstMember(const CString& path, MemberEntry& member) {
+    bool exists = false;
+    return Run([&] { exists = OpenPath(path)->NextMember(member); }) && exists;
+}
+
+template <class Action>
+bool CabinetReader::Run(Action action) {
+    m_where = {};
+    const auto failure = FailureOf(action);
     m_error = RecordOf(failure);
     return !failure;
+}
+
+/// A cabinet names the one in which its continued members begin, which may lie several cabinets before it.
+void CabinetReader::GoBack(CString& name, const CString& folder) {
+    auto cabinet = OpenPath(folder + name, OpenCabinet::Depth::Head);
+    while (cabinet->Info().hasPrevious) {
+        if (!IsBareName(cabinet->PreviousName())) throw EngineFailure{ReadError::Corrupt};
+        const CString before = m_callbacks.FindName(folder, cabinet->PreviousName());
+        const QvCabinetInfo info = cabinet->Info();
+        cabinet = OpenPath(folder + before, OpenCabinet::Depth::Head);
+        const bool fits = cabinet->Info().setId == info.setId && cabinet->Info().cabinetNumber < info.cabinetNumber;
+        if (!fits || !cabinet->Info().hasNext) throw EngineFailure{ReadError::WrongCabinet};
+        name = before;
+    }
+}
+
+/// A failure is about this cabinet from now on.
+std::unique_ptr<OpenCabinet> CabinetReader::OpenPath(const CString& path, OpenCabinet::Depth depth) {
+    m_where.cabinet = path;
+    return std::make_unique<OpenCabinet>(m_callbacks, path, depth);
 }
 
 bool CabinetReader::Copy(const CString& name, const CString& folder, const ReadLimits& limits) {
@@ -47,19 +84,26 @@ bool CabinetReader::Copy(const CString& name, const CString& folder, const ReadL
     m_places.clear();
     m_present = 0;
     m_members = m_totalSize = m_cabinetSizes = 0;
-    const auto failure = FailureOf([&] { CopySet(name, folder); });
+    m_skippedMembers = 0;
+    const bool copied = Run([&] {
+        CopySet(name, folder);
+        if (m_skippedMembers > 0) throw EngineFailure{ReadError::UnknownCompression};
+    });
     m_stream.reset();
-    m_error = RecordOf(failure);
-    return !failure;
+    if (m_error.error == NumberOf(ReadError::UnknownCompression) && m_skippedMembers > 0) {
+        m_where = m_skipped;
+        m_where.others = m_skippedMembers - 1;
+    }
+    return copied;
 }
 
 void CabinetReader::CopySet(const CString& name, const CString& folder) {
-    auto cabinet = std::make_unique<OpenCabinet>(m_callbacks, folder + name);
+    auto cabinet = OpenPath(folder + name);
     m_stream = std::make_unique<FolderStream>(m_callbacks, [this](Serial serial) { return OpenPlace(serial); });
     Enter(*cabinet, name, folder);
     for (;;) {
         CopyCabinet(*cabinet);
-        if (!cabinet->Info().hasNext) return;
+        if (!cabinet->Info().hasNext) return FinishFolder();
         // The stream may have opened it already.
         ++m_present;
         cabinet = m_present < m_places.size() ? OpenPlace(m_present) : FindNext(*cabinet);
@@ -87,10 +131,9 @@ std::intptr_t CabinetReader::Notify(QvCabinetNotification::Type type, QvCabinetN
 
 /// For the stream, and for going on to a cabinet where the stream was before.
 std::unique_ptr<OpenCabinet> CabinetReader::OpenPlace(Serial serial) {
-    if (serial < m_places.size())
-        return std::make_unique<OpenCabinet>(m_callbacks, m_places[serial].folder + m_places[serial].name);
+    if (serial < m_places.size()) return OpenPath(m_places[serial].folder + m_places[serial].name);
     const Place& last = m_places.back();
-    return FindNext(OpenCabinet(m_callbacks, last.folder + last.name));
+    return FindNext(*OpenPath(last.folder + last.name, OpenCabinet::Depth::Head));
 }
 
 /// Looks for the cabinet behind the last one known, wherever the callback says that it is.
@@ -108,12 +151,13 @@ std::unique_ptr<OpenCabinet> CabinetReader::FindNext(const OpenCabinet& cabinet)
     for (CString tried;;) {
         QvCabinetNotification notification = asked;
         Notify(QvCabinetNotification::nextCabinet, notification);
-        const CString path = notification.path + notification.name;
+        const CString name = m_callbacks.FindName(notification.path, notification.name);
+        const CString path = notification.path + name;
         if (failure && path == tried) throw *failure;
         tried = path;
         std::unique_ptr<OpenCabinet> next;
         failure = FailureOf([&] {
-            next = std::make_unique<OpenCabinet>(m_callbacks, path);
+            next = OpenPath(path);
             const QvCabinetInfo& info = next->Info();
             const bool fits =
                 info.setId == asked.setId && info.cabinetNumber == asked.cabinetNumber && info.hasPrevious;
@@ -121,7 +165,7 @@ std::unique_ptr<OpenCabinet> CabinetReader::FindNext(const OpenCabinet& cabinet)
         });
         asked.error = RecordOf(failure).error;
         if (failure) continue;
-        Enter(*next, notification.name, notification.path);
+        Enter(*next, name, notification.path);
         return next;
     }
 }
@@ -129,7 +173,12 @@ std::unique_ptr<OpenCabinet> CabinetReader::FindNext(const OpenCabinet& cabinet)
 void CabinetReader::CopyCabinet(OpenCabinet& cabinet) {
     m_lastFolder = -1;
     m_goesOn = false;
-    for (MemberEntry member; cabinet.NextMember(member);) CopyMember(member, cabinet);
+    const CString path = m_places[m_present].folder + m_places[m_present].name;
+    for (MemberEntry member; cabinet.NextMember(member);) {
+        m_where.cabinet = path;
+        CopyMember(member, cabinet);
+        m_where.member.Empty();
+    }
     QvCabinetNotification notification;
     notification.setId = cabinet.Info().setId;
     notification.cabinetNumber = cabinet.Info().cabinetNumber;
@@ -147,10 +196,12 @@ unsigned CabinetReader::FolderOf(const MemberEntry& member, const OpenCabinet& c
     return member.Continues() ? static_cast<unsigned>(folders - 1) : member.folder;
 }
 
-/// What lies in order is read in one go.
+/// What lies in order is read in one go. The first member listed may go on from the cabinet before.
 void CabinetReader::CheckOrder(const MemberEntry& member, unsigned folder) {
     if (static_cast<int>(folder) < m_lastFolder) throw EngineFailure{ReadError::Corrupt};
-    if (static_cast<int>(folder) > m_lastFolder) m_lastEnd = 0;
+    if (static_cast<int>(folder) > m_lastFolder)
+        m_lastEnd = m_lastFolder < 0 && member.IsContinued() ? member.offset : 0;
+    if (m_limits.tiles && member.offset != m_lastEnd) throw EngineFailure{ReadError::Corrupt};
     m_lastFolder = static_cast<int>(folder);
     if (member.size == 0) return;
     if (member.offset < m_lastEnd) throw EngineFailure{ReadError::Corrupt};
@@ -167,16 +218,19 @@ void CabinetReader::Count(const MemberEntry& member) {
 }
 
 void CabinetReader::CopyMember(const MemberEntry& member, const OpenCabinet& cabinet) {
+    m_where.member = member.attributes & kNameIsUtf8 ? FromMemberName(member.name) : member.name;
     const unsigned folder = FolderOf(member, cabinet);
     CheckOrder(member, folder);
     if (member.IsContinued()) {
         // In the cabinets behind the first one it was copied already.
         m_goesOn = m_present > 0;
         if (m_present == 0) TellPartial(member, cabinet);
+        m_streamEnd = member.offset + member.size;
         return;
     }
     Count(member);
-    if (!m_goesOn || folder > 0) m_stream->Select(m_present, folder);
+    if (!m_goesOn || folder > 0) SelectFolder(folder);
+    m_streamEnd = member.offset + member.size;
     QvCabinetNotification notification;
     notification.size = member.size;
     notification.name = member.name;
@@ -188,10 +242,36 @@ void CabinetReader::CopyMember(const MemberEntry& member, const OpenCabinet& cab
     notification.folder = member.folder;
     const Handle target = Notify(QvCabinetNotification::copyFile, notification);
     if (target == 0) return;
-    Extract(member, target);
+    if (!TryExtract(member, cabinet, target)) return;
     notification.file = target;
     if (Notify(QvCabinetNotification::closeFileInfo, notification) == 0)
         throw EngineFailure{ReadError::CannotWriteTarget};
+}
+
+void CabinetReader::SelectFolder(unsigned folder) {
+    if (m_stream->IsOn(m_present, folder)) return;
+    FinishFolder();
+    m_stream->Select(m_present, folder);
+    m_skipsFolder = false;
+}
+
+void CabinetReader::FinishFolder() {
+    if (m_limits.tiles && !m_skipsFolder) m_stream->RequireEnd(m_streamEnd);
+}
+
+/// False for a member that is passed over.
+bool CabinetReader::TryExtract(const MemberEntry& member, const OpenCabinet& cabinet, Handle target) {
+    try {
+        Extract(member, target);
+        return true;
+    } catch (const EngineFailure& failure) {
+        if (failure.error != NumberOf(ReadError::UnknownCompression)) throw;
+        m_skipsFolder = true;
+        if (m_skippedMembers++ > 0) return false;
+        m_skipped = m_where;
+        m_skipped.method = cabinet.Folders()[FolderOf(member, cabinet)].compression & kCompressionMask;
+        return false;
+    }
 }
 
 void CabinetReader::Extract(const MemberEntry& member, Handle target) {

@@ -67,6 +67,8 @@ public:
 class IReaderCallbacks : public IFiles {
 public:
     virtual std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) = 0;
+    /// How a cabinet of a set is called in a folder, where that may differ from the name in the set in case.
+    virtual CString FindName(const CString&, const CString& name) { return name; }
 };
 
 /// Memory that is given back at the end of its scope.

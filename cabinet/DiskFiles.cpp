@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/FileSearch.h"
+
 namespace qv::cabinet {
 
 using platform::FileHandle;
@@ -42,12 +44,12 @@ Handle DiskFiles::Open(const CString& path, OpenMode mode) {
     const bool create = mode == OpenMode::Create;
     const platform::OpenRequest request = {.read = true, .write = create, .create = create, .truncate = create};
     FileHandle file = kNoFile;
-    return platform::OpenFile(path, request, file).ok() ? Add(file) : kNoHandle;
+    return Note(platform::OpenFile(path, request, file)) ? Add(file) : kNoHandle;
 }
 
 Handle DiskFiles::CreateTemporary(const CString& folder) {
     platform::AtomicFile file;
-    if (!file.Create(folder + "temporary").ok()) return kNoHandle;
+    if (!Note(file.Create(folder + "temporary"))) return kNoHandle;
     const FileHandle handle = file.Handle();
     return Add(Entry{.file = handle, .replacement = std::move(file)});
 }
@@ -55,11 +57,11 @@ Handle DiskFiles::CreateTemporary(const CString& folder) {
 Handle DiskFiles::CreateReplacement(const CString& path) {
     FileHandle old = kNoFile;
     const platform::Status use = platform::OpenFile(path, {.write = true}, old);
-    if (!use.ok() && use.cause() != platform::FileCause::FileNotFound) return kNoHandle;
+    if (use.cause() != platform::FileCause::FileNotFound && !Note(use)) return kNoHandle;
     // Nothing was written through it.
     if (use.ok()) platform::CloseFile(old).IgnoreError();
     platform::AtomicFile file;
-    if (!file.Create(path, platform::Access::AsUmaskSays).ok()) return kNoHandle;
+    if (!Note(file.Create(path, platform::Access::AsUmaskSays))) return kNoHandle;
     const FileHandle handle = file.Handle();
     return Add(Entry{.file = handle, .replacement = std::move(file)});
 }
@@ -68,7 +70,7 @@ bool DiskFiles::Commit(Handle number) {
     Entry* const entry = Find(number);
     if (!entry) return false;
     entry->file = kNoFile;
-    return entry->replacement.Commit(platform::IfExists::Replace, platform::Durability::Deferred).ok();
+    return Note(entry->replacement.Commit(platform::IfExists::Replace, platform::Durability::Deferred));
 }
 
 std::int64_t DiskFiles::Read(Handle number, void* buffer, std::size_t size) {
@@ -78,7 +80,7 @@ std::int64_t DiskFiles::Read(Handle number, void* buffer, std::size_t size) {
     while (total < size) {
         std::size_t count = 0;
         auto* const to = static_cast<char*>(buffer) + total;
-        if (!platform::ReadBytes(entry->file, to, size - total, count).ok()) return -1;
+        if (!Note(platform::ReadBytes(entry->file, to, size - total, count))) return -1;
         if (count == 0) break;
         total += count;
     }
@@ -87,14 +89,14 @@ std::int64_t DiskFiles::Read(Handle number, void* buffer, std::size_t size) {
 
 bool DiskFiles::Write(Handle number, const void* data, std::size_t size) {
     Entry* const entry = Find(number);
-    return entry && platform::WriteBytes(entry->file, data, size).ok();
+    return entry && Note(platform::WriteBytes(entry->file, data, size));
 }
 
 bool DiskFiles::Close(Handle number) {
     Entry* const entry = Find(number);
     if (!entry) return false;
     const FileHandle file = std::exchange(entry->file, kNoFile);
-    if (entry->replacement.Handle() == kNoFile) return platform::CloseFile(file).ok();
+    if (entry->replacement.Handle() == kNoFile) return Note(platform::CloseFile(file));
     entry->replacement.Drop();
     return true;
 }
@@ -105,8 +107,24 @@ std::int64_t DiskFiles::Seek(Handle number, std::int64_t offset, Origin origin) 
     Entry* const entry = Find(number);
     std::uint64_t position = 0;
     if (!entry) return -1;
-    if (!platform::SeekTo(entry->file, offset, kFrom[static_cast<int>(origin)], position).ok()) return -1;
+    if (!Note(platform::SeekTo(entry->file, offset, kFrom[static_cast<int>(origin)], position))) return -1;
     return static_cast<std::int64_t>(position);
+}
+
+bool DiskFiles::Note(const platform::Status& status) {
+    if (!status.ok()) m_lastFailure = status;
+    return status.ok();
+}
+
+CString FindNameOnDisk(const CString& folder, const CString& name) {
+    platform::FileInfo info;
+    if (platform::StatusOf(folder + name, info).ok() || name.FindOneOf("*?") >= 0) return name;
+    platform::FileSearch search;
+    platform::FoundEntry entry;
+    if (!search.Start(folder + name).ok()) return name;
+    while (search.Next(entry))
+        if (!entry.IsFolder()) return CString(entry.name);
+    return name;
 }
 
 }  // namespace qv::cabinet

@@ -37,6 +37,11 @@ public:
     /// The system's handle; kNoFile for no number of this object.
     platform::FileHandle SystemHandle(Handle number) const;
 
+    /// Keeps a failure. @return whether the call succeeded.
+    bool Note(const platform::Status& status);
+    /// The last failure of any file; a success where nothing has failed yet.
+    const platform::Status& LastFailure() const { return m_lastFailure; }
+
 private:
     struct Entry {
         platform::FileHandle file = platform::kNoFile;
@@ -47,6 +52,7 @@ private:
     Handle Add(Entry entry);
 
     std::vector<Entry> m_entries;
+    platform::Status m_lastFailure;
 };
 
 /// The calls of an engine's interface that have to do with memory and files.
@@ -63,8 +69,15 @@ public:
         return m_files.Seek(file, offset, origin);
     }
 
+    /// The system's number for the last failure of a file; 0 where nothing has failed.
+    unsigned long SystemError() const { return m_files.LastFailure().error(); }
+
 protected:
     DiskFiles m_files;
 };
+
+/// How a file is called in its folder: the name as it stands where there is such a file, else one that differs in case
+/// alone, else the name again.
+CString FindNameOnDisk(const CString& folder, const CString& name);
 
 }  // namespace qv::cabinet

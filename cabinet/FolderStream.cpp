@@ -16,36 +16,43 @@ void FolderStream::Select(Serial cabinet, unsigned folder) {
     m_selected = true;
     m_first = m_present = cabinet;
     m_folder = folder;
-    m_cabinet.reset();
+    m_entered = false;
     m_decompressor.Clear();
     m_offset = 0;
     m_block = {};
     m_next = 0;
 }
 
-void FolderStream::Open() {
-    m_cabinet = m_openNext(m_first);
+void FolderStream::Open(Serial cabinet) {
+    m_cabinet = m_openNext(cabinet);
+    m_open = cabinet;
+    m_dataRead = 0;
+}
+
+void FolderStream::EnterFolder() {
+    if (!m_cabinet || m_open != m_first) Open(m_first);
     if (!m_selected || m_folder >= m_cabinet->Folders().size()) throw EngineFailure{ReadError::Corrupt};
     const FolderEntry& folder = m_cabinet->Folders()[m_folder];
     m_compression = folder.compression & kCompressionMask;
-    if (m_compression != kStored && m_compression != kMszip) throw EngineFailure{ReadError::UnknownCompression};
+    m_decompressor.Start(folder.compression);
+    m_entered = true;
     m_blocksLeft = folder.blocks;
     if (m_blocksLeft > 0 && !m_cabinet->Data().MoveTo(folder.place)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void FolderStream::GoOnInNextCabinet() {
-    if (!m_cabinet->Info().hasNext || m_folder + 1 != m_cabinet->Folders().size())
+    const std::size_t folder = m_open == m_first ? m_folder : 0;
+    if (!m_cabinet->Info().hasNext || folder + 1 != m_cabinet->Folders().size())
         throw EngineFailure{ReadError::Corrupt};
     const std::uint8_t reserve = m_cabinet->DataReserve();
-    m_cabinet = m_openNext(m_present + 1);
+    Open(m_present + 1);
     ++m_present;
-    m_folder = 0;
     if (m_cabinet->DataReserve() != reserve) throw EngineFailure{ReadError::ReserveMismatch};
     if (m_cabinet->Folders().empty()) throw EngineFailure{ReadError::WrongCabinet};
-    const FolderEntry& folder = m_cabinet->Folders()[0];
-    if ((folder.compression & kCompressionMask) != m_compression) throw EngineFailure{ReadError::WrongCabinet};
-    m_blocksLeft = folder.blocks;
-    if (m_blocksLeft == 0 || !m_cabinet->Data().MoveTo(folder.place)) throw EngineFailure{ReadError::Corrupt};
+    const FolderEntry& rest = m_cabinet->Folders()[0];
+    if ((rest.compression & kCompressionMask) != m_compression) throw EngineFailure{ReadError::WrongCabinet};
+    m_blocksLeft = rest.blocks;
+    if (m_blocksLeft == 0 || !m_cabinet->Data().MoveTo(rest.place)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void FolderStream::MoveTo(std::uint32_t offset) {
@@ -60,9 +67,17 @@ Bytes FolderStream::Read(std::uint32_t most) {
     return bytes;
 }
 
+void FolderStream::RequireEnd(std::uint32_t offset) {
+    if (!m_selected) return;
+    MoveTo(offset);
+    if (!m_entered) EnterFolder();
+    const bool isEnd = m_next == m_block.size() && m_decompressor.IsEmpty() && m_blocksLeft == 0;
+    if (!isEnd) throw EngineFailure{ReadError::Corrupt};
+}
+
 /// What this cabinet still has is read ahead. An error in it counts when its block is needed.
 void FolderStream::NextBlock() {
-    if (!m_cabinet) Open();
+    if (!m_entered) EnterFolder();
     if (m_decompressor.IsEmpty()) ReadBlock();
     m_block = m_decompressor.Take();
     m_next = 0;
@@ -85,7 +100,7 @@ void FolderStream::ReadBlock() {
         GoOnInNextCabinet();
         size += ReadPart(size, uncompressed);
     }
-    m_decompressor.Put(static_cast<Compression>(m_compression), size, uncompressed);
+    m_decompressor.Put(size, uncompressed);
 }
 
 std::size_t FolderStream::ReadPart(std::size_t at, std::size_t& uncompressed) {
@@ -95,6 +110,8 @@ std::size_t FolderStream::ReadPart(std::size_t at, std::size_t& uncompressed) {
     const std::size_t size = Get16(head + 4);
     uncompressed = Get16(head + 6);
     if (size > kLargestData - at || uncompressed > kBlockSize) throw EngineFailure{ReadError::Corrupt};
+    m_dataRead += kDataSize + m_cabinet->DataReserve() + size;
+    if (m_dataRead > m_cabinet->Info().size) throw EngineFailure{ReadError::Corrupt};
     unsigned char* const data = m_decompressor.Room() + at;
     if (!input.Read(data, size)) throw EngineFailure{ReadError::Corrupt};
     // 0 stands for a checksum that nobody made.

@@ -17,7 +17,13 @@ inline constexpr std::size_t kLongestName = 256;
 enum HeaderFlag : unsigned { kHasPrevious = 1, kHasNext = 2, kHasReserve = 4 };
 
 inline constexpr unsigned kCompressionMask = 0x000F;
-enum Compression : std::uint16_t { kStored = 0, kMszip = 1 };
+enum Compression : std::uint16_t { kStored = 0, kMszip = 1, kQuantum = 2, kLzx = 3 };
+inline constexpr unsigned kSmallestLzxWindow = 15, kLargestLzxWindow = 21;
+
+/// The exponent of an LZX folder's window, which the compression field holds above the method.
+constexpr unsigned LzxWindowOf(unsigned compression) {
+    return compression >> 8 & 0x1F;
+}
 
 /// Folder numbers of members that lie in several cabinets.
 enum ContinuedFolder : std::uint16_t { kFromPrevious = 0xFFFD, kToNext = 0xFFFE, kPreviousAndNext = 0xFFFF };

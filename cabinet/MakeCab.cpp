@@ -7,7 +7,7 @@
 #include "platform/DosTime.h"
 #include "platform/FolderFiles.h"
 #include "qvcommon/Cabinet.h"
-#include "qvcommon/Exceptions.h"
+#include "qvcommon/CabinetException.h"
 #include "qvcommon/FileFinder.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
@@ -18,7 +18,6 @@ using qv::platform::FileInfo;
 
 namespace {
 
-constexpr int kSeverity = 16;
 constexpr std::uint16_t kSetId = 5193;
 constexpr DWORD kDeviceAttribute = 0x40;
 
@@ -64,6 +63,7 @@ public:
         return handle;
     }
 
+    CString source;                         // the file that is being added
     std::unique_ptr<CabinetWriter> writer;  // ends before what it calls
 
 private:
@@ -98,7 +98,10 @@ void CMakeCab::CreateNewCab() {
     cabinet.setId = kSetId;
     cabinet.diskName = m_name;
     cabinet.cabinetPath = m_destPath;
-    GetNextCab(cabinet, 0);
+    if (!GetNextCab(cabinet, 0)) {
+        m_error = {NumberOf(WriteError::Aborted), 0, 1};
+        Check(false);
+    }
     m_context = std::make_unique<Context>(*this);
     m_context->writer = CabinetWriter::Create(*m_context, cabinet, m_error);
     Check(m_context->writer != nullptr);
@@ -120,14 +123,22 @@ void CMakeCab::Run(Action action) {
 
 void CMakeCab::Check(bool succeeded) {
     if (succeeded) return;
+    QvCabinetFailure failure = {.archive = m_destPath + m_name + ".cab"};
+    if (m_context) {
+        failure.member = m_context->source;
+        failure.systemError = m_context->SystemError();
+    }
+    m_error.type = static_cast<int>(failure.systemError);
     m_context.reset();
-    throw new CVorbexException(m_error.error, kSeverity, GetFciErrorString(m_error.error));
+    throw new CCabinetException(m_error.error, GetFciErrorString(m_error.error), failure);
 }
 
 void CMakeCab::AddFile(const char* path) {
     const CString source = WithBackslashes(path);
     const CString name = CFileUtils::GetFilenameFromPath(source);
+    if (m_context) m_context->source = source;
     Run([&](CabinetWriter& writer) { return writer.AddFile(source, ToMemberName(name), false, kMszip); });
+    m_context->source.Empty();
 }
 
 void CMakeCab::AddFolder() {
@@ -141,7 +152,8 @@ void CMakeCab::Commit() {
 
 void CMakeCab::AddManifest(const CStringArray& entries) {
     CTempFile list;
-    list.SetPrefix("CabMan");
+    RemoveStaleManifests(list.GetDirectory());
+    list.SetPrefix(kManifestPrefix);
     list.SetExtension("xml");
     list.Create();
     CStdioFile file(list.GetFilename(), CFile::modeCreate | CFile::modeWrite | CFile::typeText);
@@ -195,7 +207,9 @@ void CMakeCab::DirectoryToCab(const char* folder, const char* cabinet, int recur
 
 void CMakeCab::Pack(const char* folder, const char* cabinet, int recurse) {
     const CFilePath target(cabinet);
-    if (target.GetFullPath() != cabinet) AfxThrowFileException(CFileException::badPath, -1, cabinet);
+    if (target.GetFullPath() != cabinet || target.GetFile().IsEmpty())
+        AfxThrowFileException(CFileException::badPath, -1, cabinet);
+    if (!CFileUtils::IsDirectory(folder)) AfxThrowFileException(CFileException::badPath, -1, folder);
     CStringArray entries, files;
     {
         FileFinder finder;

@@ -1,5 +1,9 @@
 #include "cabinet/Manifest.h"
 
+#include <algorithm>
+
+#include "platform/Clock.h"
+#include "platform/FileSearch.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/XmlSection.h"
 
@@ -7,8 +11,32 @@ namespace qv::cabinet {
 namespace {
 
 constexpr const char* kTag = "MANIFEST";
+constexpr std::string_view kManifestExtension = ".xml";
+constexpr std::size_t kManifestLetters = 6;
 
 }  // namespace
+
+bool IsManifestName(std::string_view name) {
+    if (!name.starts_with(kManifestPrefix) || !name.ends_with(kManifestExtension)) return false;
+    name.remove_prefix(std::string_view(kManifestPrefix).size());
+    name.remove_suffix(kManifestExtension.size());
+    return name.size() == kManifestLetters && std::ranges::all_of(name, [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
+void RemoveStaleManifests(const CString& folder) {
+    constexpr std::int64_t kDay = 24 * 60 * 60;
+    platform::FileSearch search;
+    platform::FoundEntry entry;
+    if (!search.Start(folder + kManifestPrefix + "*.xml").ok()) return;
+    while (search.Next(entry)) {
+        platform::FileInfo info;
+        if (entry.IsFolder() || !IsManifestName(entry.name)) continue;
+        const CString path = folder + CString(entry.name);
+        const bool isStale = platform::StatusOf(path, info).ok() && info.modified < platform::SecondsNow() - kDay;
+        // Another program may have deleted it meanwhile, and other users' files stay.
+        if (isStale) platform::RemoveFile(path).IgnoreError();
+    }
+}
 
 CString ManifestText(const CStringArray& entries) {
     CXmlSection section;

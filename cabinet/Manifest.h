@@ -10,6 +10,12 @@ namespace qv::cabinet {
 
 /// What the root of the tree is written as.
 inline constexpr const char* kRoot = "*ROOT*";
+/// A manifest is called by this, six capital letters and ".xml".
+inline constexpr const char* kManifestPrefix = "CabMan";
+
+bool IsManifestName(std::string_view name);
+/// Deletes manifests in a folder that killed programs have left there: those that are more than a day old.
+void RemoveStaleManifests(const CString& folder);
 
 /// The manifest's text, with a line feed after each line.
 CString ManifestText(const CStringArray& entries);

@@ -1,14 +1,27 @@
 #include "cabinet/Manifest.h"
 #include "cabinet/MemberName.h"
 #include "cabinet/ReadCabContext.h"
-#include "qvcommon/Exceptions.h"
+#include "qvcommon/CabinetException.h"
 #include "qvcommon/FileUtils.h"
 
 using namespace qv::cabinet;
 
 namespace {
 
-constexpr int kSeverity = 16;
+/// The names of the compressions that are not read.
+CString MethodName(unsigned method) {
+    if (method == kQuantum) return "Quantum";
+    CString name;
+    if (method != 0) name.Format("%u", method);
+    return name;
+}
+
+/// Opens cabinets for their lists alone.
+class SetFiles : public OnDisk<IReaderCallbacks> {
+public:
+    std::intptr_t Notify(QvCabinetNotification::Type, QvCabinetNotification&) override { return 0; }
+    CString FindName(const CString& folder, const CString& name) override { return FindNameOnDisk(folder, name); }
+};
 
 }  // namespace
 
@@ -17,9 +30,19 @@ CReadCab::CReadCab() = default;
 CReadCab::~CReadCab() = default;
 
 void CReadCab::Fail(int error) {
-    m_error = {error, 0, 1};
+    QvCabinetFailure failure;
+    if (m_context) {
+        const FailurePlace& where = m_context->reader.Where();
+        failure.archive = where.cabinet;
+        const bool isPassedOver = error == NumberOf(ReadError::UnknownCompression);
+        failure.member = isPassedOver || m_context->subject.IsEmpty() ? where.member : m_context->subject;
+        failure.method = MethodName(where.method);
+        failure.otherMembers = where.others;
+        failure.systemError = m_context->SystemError();
+    }
+    m_error = {error, static_cast<int>(failure.systemError), 1};
     CloseHfdi();
-    throw new CVorbexException(error, kSeverity, GetFdiErrorString(error));
+    throw new CCabinetException(error, GetFdiErrorString(error), failure);
 }
 
 void CReadCab::ReadCab(const char* path) {
@@ -33,7 +56,7 @@ void CReadCab::ReadCab(const char* path) {
     try {
         copied =
             m_context->reader.Copy(CFileUtils::GetFilenameFromPath(cabinet), CFileUtils::GetDirectoryFromPath(cabinet),
-                                   {m_limits.members, m_limits.totalSize, m_limits.expansion});
+                                   {m_limits.members, m_limits.totalSize, m_limits.expansion, m_useManifest != 0});
     } catch (...) {
         CloseHfdi();
         throw;
@@ -140,5 +163,27 @@ void CReadCab::CabToDirectory(const char* folder, const char* cabinet) {
 void CReadCab::Unpack(const char* folder, const char* cabinet) {
     AddSubstitution(kRoot, CFileUtils::TerminateDir(folder));
     UseManifest(1);
-    ReadCab(cabinet);
+    ReadCab(FindFirstCabinet(cabinet));
+    // No member has made it where the archive holds nothing.
+    if (CString(folder).IsEmpty() || QvCreateDirectory(folder)) return;
+    const int error = NumberOf(ReadError::CannotWriteTarget);
+    throw new CCabinetException(error, GetFdiErrorString(error), {.archive = cabinet, .member = folder});
+}
+
+CString CReadCab::FindFirstCabinet(const char* cabinet) {
+    const CString path = WithBackslashes(cabinet), folder = CFileUtils::GetDirectoryFromPath(path);
+    CString name = CFileUtils::GetFilenameFromPath(path);
+    SetFiles files;
+    QvCabinetError error;
+    CabinetReader reader(files, error);
+    if (reader.FindFirst(name, folder)) return folder + name;
+    throw new CCabinetException(error.error, CReadCab().GetFdiErrorString(error.error),
+                                {.archive = reader.Where().cabinet, .systemError = files.SystemError()});
+}
+
+int CReadCab::HasManifest(const char* cabinet) {
+    SetFiles files;
+    QvCabinetError error;
+    MemberEntry member;
+    return CabinetReader(files, error).ReadFirstMember(WithBackslashes(cabinet), member) && IsManifestName(member.name);
 }

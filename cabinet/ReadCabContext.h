@@ -19,6 +19,10 @@ class CReadCab::Context : public qv::cabinet::OnDisk<qv::cabinet::IReaderCallbac
 public:
     explicit Context(CReadCab& owner) : reader(*this, owner.m_error), m_owner(owner) {}
 
+    CString FindName(const CString& folder, const CString& name) override {
+        return qv::cabinet::FindNameOnDisk(folder, name);
+    }
+
     std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) override {
         using namespace qv::cabinet;
         if (notification.attributes & kNameIsUtf8) {
@@ -40,7 +44,7 @@ public:
     qv::cabinet::Handle Create(const Target& target) {
         qv::platform::FileHandle file = qv::platform::kNoFile;
         m_folder.SetRoot(target.root);
-        if (!m_folder.Create(target.names, file).ok()) return qv::cabinet::kNoHandle;
+        if (!m_files.Note(m_folder.Create(target.names, file))) return qv::cabinet::kNoHandle;
         m_staged = m_files.Add(file);
         return m_staged;
     }
@@ -51,7 +55,7 @@ public:
         // A file system that keeps no such times or attributes has the file all the same.
         if (stamp) qv::platform::StampFile(m_files.SystemHandle(file), *stamp).IgnoreError();
         Unstage();
-        return m_folder.Commit().ok();
+        return m_files.Note(m_folder.Commit());
     }
 
     void Stamp(const Target& target, const qv::platform::FileStamp& stamp) {
@@ -62,10 +66,12 @@ public:
 
     bool MakeFolder(const Target& target) {
         m_folder.SetRoot(target.root);
-        return m_folder.MakeFolder(target.names).ok();
+        return m_files.Note(m_folder.MakeFolder(target.names));
     }
 
     qv::cabinet::CabinetReader reader;
+    CString subject;             ///< the path of the file or folder that is being made
+    bool opensManifest = false;  ///< it was opened, or is complete
 
 private:
     void Unstage() {

@@ -1,7 +1,10 @@
+#include <utility>
+
 #include "cabinet/Manifest.h"
 #include "cabinet/MemberName.h"
 #include "cabinet/ReadCabContext.h"
 #include "platform/DosTime.h"
+#include "platform/FileStatus.h"
 #include "qvcommon/framework/StdioFile.h"
 
 using namespace qv::cabinet;
@@ -57,6 +60,9 @@ void CReadCab::LoadManifest() {
     CString text, line;
     CStdioFile file(m_manifestFile.GetFilename(), CFile::modeRead | CFile::typeText);
     while (file.ReadString(line)) (text += line) += '\n';
+    // It goes now, and not with the object: a long extraction that is killed leaves no file behind.
+    file.Close();
+    qv::platform::RemoveFile(m_manifestFile.GetFilename()).IgnoreError();
     std::optional<CStringArray> entries = ReadManifest(text);
     if (!entries) throw EngineFailure{ReadError::Corrupt};
     for (CString& entry : *entries) {
@@ -65,19 +71,23 @@ void CReadCab::LoadManifest() {
             continue;
         }
         Target folder;
-        const CString path = Substituted(entry, 0);
-        if (!FindTarget(path, folder)) throw EngineFailure{ReadError::Corrupt};
+        m_context->subject = Substituted(entry, 0);
+        if (!FindTarget(m_context->subject, folder)) throw EngineFailure{ReadError::Corrupt};
         if (!m_context->MakeFolder(folder)) throw EngineFailure{ReadError::CannotWriteTarget};
+        m_context->subject.Empty();
     }
 }
 
 int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     if (notification.folder != m_lastFolder) NotifyChangeFolder(notification);
     if (m_useManifest && !m_manifestLoaded) {
+        // A manifest that was passed over cannot say where the members go.
+        if (std::exchange(m_context->opensManifest, true)) throw EngineFailure{ReadError::UnknownCompression};
         if (notification.size > kLargestManifest) throw EngineFailure{ReadError::Corrupt};
         return OpenManifest();
     }
-    CString path;
+    CString& path = m_context->subject;
+    path.Empty();
     if (!m_useManifest)
         path = m_destPath + notification.name;
     else if (m_nextManifest < m_manifest.GetSize())
@@ -92,6 +102,7 @@ int CReadCab::NotifyCloseFileInfo(QvCabinetNotification& notification) {
     const qv::platform::FileStamp stamp = StampOf(notification);
     const bool stampsTarget = !m_useManifest || m_restoreTimes;
     if (!m_context->Complete(notification.file, stampsTarget ? &stamp : nullptr)) return 0;
+    m_context->subject.Empty();
     if (!stampsTarget && !m_destPath.IsEmpty()) {
         if (const auto names = SafeNames(notification.name)) m_context->Stamp({m_destPath, *names}, stamp);
     }

@@ -28,7 +28,7 @@ public:
 
 bool Loads(Bitmap& bitmap, CFile& file) {
     try {
-        return bitmap.Load(file);
+        return bitmap.LoadConverted(file);
     } catch (const char*) {
         return false;
     }
@@ -39,7 +39,17 @@ bool Loads(Bitmap& bitmap, CFile& file) {
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     static FuzzFile input("bitmap"), output("bitmap-saved");
     Bitmap bitmap;
-    if (!Loads(bitmap, input.Holding(data, size))) return 0;
+    const bool loads = Loads(bitmap, input.Holding(data, size));
+    if (size > 14 && data[14] == 40) {
+        Bitmap plain;
+        try {
+            plain.Load(input.Holding(data, size));
+            Require(loads && plain.Rows() == bitmap.Rows(), "both read plain headers alike");
+        } catch (const char*) {
+            Require(!loads, "and refuse the same");
+        }
+    }
+    if (!loads) return 0;
     Require(bitmap.Rows().size() <= size, "no more rows than the file has");
     bitmap.Draw();
     if (CFile& saved = output.Holding("", 0); bitmap.SaveWhole(saved)) {

@@ -1,7 +1,6 @@
 #include "qvcommon/DIBitmap.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <cstring>
 
@@ -21,49 +20,6 @@ CBmpPalette::CBmpPalette(const CDIBitmap& bitmap) {
 DibColour CBmpPalette::GetEntry(int index) const {
     if (index < 0 || index >= m_count) AfxThrowInvalidArgException();
     return m_entries[index];
-}
-
-BOOL CDIBitmap::Load(const char* path) {
-    CFile file;
-    if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit | CFile::typeBinary)) return 0;
-    const BOOL loaded = Load(file);
-    file.Close();
-    return loaded;
-}
-
-BOOL CDIBitmap::Load(CFile& file) {
-    m_info.reset();
-    m_bits.reset();
-    m_palette.reset();
-    m_bitsSize = 0;
-    const std::uint64_t start = file.GetPosition();
-
-    std::array<BYTE, kFileHeaderSize> fileHeader = {};
-    file.Read(fileHeader.data(), kFileHeaderSize);
-    std::uint16_t type;
-    std::memcpy(&type, fileHeader.data(), sizeof type);
-    if (type != kBitmapType) throw "Error:Unexpected file type, not a DIB\n";
-
-    auto info = std::make_unique<DibInfo>();
-    file.Read(&info->header, sizeof info->header);
-    if (info->header.size != sizeof info->header) throw "Error:OS2 PM BMP Format not supported\n";
-    file.Read(info->colours, sizeof info->colours);
-
-    DWORD total, offset;
-    std::memcpy(&total, fileHeader.data() + 2, sizeof total);
-    std::memcpy(&offset, fileHeader.data() + 10, sizeof offset);
-    const std::uint64_t length = file.GetLength(), rowsAt = start + offset;
-    // A total below the offset wraps to a number that no file reaches: then the rows are what is left of the file.
-    const auto size = static_cast<UINT>(std::min<std::uint64_t>(total - offset, length > rowsAt ? length - rowsAt : 0));
-    auto bits = std::make_unique_for_overwrite<BYTE[]>(size);
-    file.Seek(static_cast<std::int64_t>(rowsAt), CFile::begin);
-    m_bitsSize = file.Read(bits.get(), size);
-
-    m_info = std::move(info);
-    m_bits = std::move(bits);
-    CreatePalette();
-    m_padded = 1;
-    return 1;
 }
 
 BOOL CDIBitmap::CreatePalette() {

@@ -58,6 +58,8 @@ std::int64_t CDIBitmap::SavedSize() const {
 }
 
 bool CDIBitmap::CanSave() const {
+    // That layout says nothing of how long run lengths are.
+    if (!m_info || HasRunLengths(m_info->header)) return false;
     if (!HoldsRows(GetBytesPerLine(GetBitsPerPixel(), GetWidth()))) return false;
     const std::int64_t counted = RowCount() * CountedRow(GetBitsPerPixel(), GetWidth());
     return std::max(SavedSize(), counted) <= kLargestFile - kLargestHead;

@@ -1,5 +1,5 @@
 // Packs and unpacks 200 MB of source text, binaries and pictures of this machine, beside gcab, cabextract and 7z as
-// processes. Prints the archives' sizes and the most memory that packing took.
+// processes; unpacks LZX data, and a cabinet of very many folders, which no program should take quadratic time for. Prints the archives' sizes and the most memory that packing took.
 
 #include <benchmark/benchmark.h>
 
@@ -12,6 +12,7 @@
 #include "benchmarks/support/RatioReporter.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/framework/Process.h"
+#include "tests/support/LzxMaker.h"
 
 namespace {
 
@@ -50,7 +51,7 @@ std::string At(const char* name) {
     return (g_folder / name).string();
 }
 
-void Measure(const char* name, std::function<int()> action, const char* out) {
+void Measure(const char* name, std::function<int()> action, const std::string& out) {
     benchmark::RegisterBenchmark(name,
                                  [=](benchmark::State& state) {
                                      for (auto _ : state) {
@@ -70,6 +71,54 @@ int WithGcab() {
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(g_folder / "in"))
         if (entry.is_regular_file()) arguments.Add(entry.path().string());
     return Run("gcab", arguments);
+}
+
+void Write(const char* name, const std::string& bytes) {
+    std::ofstream(g_folder / name, std::ios::binary) << bytes;
+}
+
+/// 16 MB of what was gathered, in one member.
+void MakeLzx() {
+    std::string data;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(g_folder / "in")) {
+        if (!entry.is_regular_file() || data.size() > 16'000'000) continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        data.append(std::istreambuf_iterator<char>(file), {});
+    }
+    using enum qv::test::LzxBlock;
+    Write("lzx.cab",
+          qv::test::LzxCabinet(
+              {{"data", std::move(data)}},
+              {.windowBits = 21, .blocks = {{Verbatim, 1 << 18}, {Aligned, 1 << 18}}, .translationSize = 1 << 26}));
+}
+
+void MakeFolders() {
+    std::vector<qv::test::FolderOf> folders;
+    for (int i = 0; i < 65000; ++i) folders.push_back({0, {"x"}, {{std::to_string(i), 1}}});
+    Write("folders.cab", qv::test::CabinetOf(folders));
+}
+
+/// A cabinet whose members have their own names, beside the programs that read it.
+void RegisterBare(const std::string& group, const std::string& cabinet) {
+    const std::string out = "out " + cabinet;
+    Measure((group + "/ours").c_str(),
+            [=] {
+                CReadCab reader;
+                reader.SetDestPath(At(out.c_str()).c_str());
+                reader.ReadCab(At((cabinet + ".cab").c_str()).c_str());
+                return 0;
+            },
+            out);
+    Measure((group + "/cabextract").c_str(),
+            [=] {
+                return Run("cabextract", {"-q", "-d", At(out.c_str()), At((cabinet + ".cab").c_str())});
+            },
+            out);
+    Measure((group + "/7zz").c_str(),
+            [=] {
+                return Run("7zz", {"x", "-y", "-o" + At(out.c_str()), At((cabinet + ".cab").c_str())});
+            },
+            out);
 }
 
 void Register() {
@@ -106,6 +155,8 @@ void Register() {
             return Run("7zz", {"x", "-y", "-o" + At("out 7z"), At("gcab.cab")});
         },
         "out 7z");
+    RegisterBare("UnpackLzx", "lzx");
+    RegisterBare("UnpackFolders", "folders");
 }
 
 std::string MostMemory() {
@@ -127,6 +178,8 @@ int main(int argc, char** argv) {
     if (WithGcab() == 0)
         std::printf("size: ours %ju, gcab %ju bytes\n", fs::file_size(g_folder / "ours.cab"),
                     fs::file_size(g_folder / "gcab.cab"));
+    MakeLzx();
+    MakeFolders();
     Register();
     const int status = RunWithRatios(argc, argv);
     fs::remove_all(g_folder);

@@ -8,6 +8,7 @@
 
 #include <memory>
 
+#include "qvcommon/CabinetException.h"
 #include "qvcommon/CabinetRecords.h"
 #include "qvcommon/TempFile.h"
 #include "qvcommon/framework/Collections.h"
@@ -18,9 +19,13 @@
 /// file beside the archive. An archive that grows beyond GetMediaSize, or 65535 members, goes on in "NAME1.cab",
 /// "NAME2.cab" and so on. Memory stays below 32 MB but for the names of the members; one object, one thread.
 ///
-/// Every failure of the engine ends the archive, deletes a cabinet that is half written, and raises a CVorbexException*
-/// with severity 16, the number of GetFciErrorString and its text. Exceptions that overridden members raise go through
-/// to the caller and end the archive too.
+/// A new archive has the permissions of a new file (on Linux 0666 less the umask), also where it replaces one: it does not
+/// keep the old one's permissions, owner or access list.
+///
+/// Every failure of the engine ends the archive, deletes a cabinet that is half written, and raises a
+/// CCabinetException* with severity 16, the number of GetFciErrorString and its text; it names the archive, the file that
+/// was being added, and the system's error. Exceptions that overridden members raise go through to the caller and end the
+/// archive too. Below, CVorbexException* is this one.
 class QVCOMMON_API CMakeCab : public CObject {
 public:
     CMakeCab();
@@ -37,14 +42,17 @@ public:
     virtual CString GetDestPath() const;
 
     /// Begins an archive; one that was not committed is dropped. Nothing of the archive's own name is touched before
-    /// Commit, unless it grows into a set. @throws CVorbexException*
+    /// Commit, unless it grows into a set. @throws CVorbexException*; number 7 when GetNextCab answers 0.
     virtual void CreateNewCab();
     /// Adds the list as a member called "CabMan", six capital letters and ".xml": a "MANIFEST" of "ITEM"s, one a line.
+    /// The list stands for a moment in a file of that name in the system's temporary folder; such files that are more than
+    /// a day old, left by programs that were killed, are deleted there.
     /// @throws CVorbexException*, and CFileException* when the list cannot be brought into a temporary file.
     virtual void AddManifest(const CStringArray& entries);
     /// Adds a file under its bare name. Names beyond ASCII are stored in UTF-8 and marked so. Its time is stored as local
     /// time in steps of two seconds, at least 1980 and at most 2107. On Linux every file counts as one to be archived, as a
-    /// new file does on Windows, so that both systems store the same. @throws CVorbexException*; also (number 8) for a file
+    /// new file does on Windows, so that both systems store the same. Owner, group, access lists and the executable bit are
+    /// not stored. @throws CVorbexException*; also (number 8) for a file
     /// of 2147450881 bytes or more and a name longer than 255.
     virtual void AddFile(const char* path);
     /// Files added later are compressed apart from those before. @throws CVorbexException*
@@ -71,7 +79,9 @@ public:
     /// Packs a folder, with `recurse` non-zero through all its subfolders. The archive lies in the folder of `cabinet` and
     /// has its name with the extension "cab", whatever extension is given. Its first member is the manifest, in which an
     /// entry is "*ROOT*" and the relative path, with a final "\" for a folder; the files follow in that order. Links to
-    /// folders are stored as empty folders; devices and pipes are left out. @throws as AddManifest and AddFile.
+    /// folders are stored as empty folders; devices and pipes are left out.
+    /// @throws as AddManifest and AddFile; CFileException* with badPath when the folder cannot be listed, or when `cabinet`
+    /// names no file or is too long.
     static void DirectoryToCab(const char* folder, const char* cabinet, int recurse);
     /// The same by this object, so that overridden members hear of it. Sets name and destination folder.
     void Pack(const char* folder, const char* cabinet, int recurse);
@@ -93,12 +103,13 @@ private:
 struct QvCabinetLimits {
     std::uint64_t members = 1'000'000;
     std::uint64_t totalSize = std::uint64_t{64} << 30;  ///< bytes of all members
-    /// Times that all members may be as large as the cabinets. Compression alone does not get there: it takes members that
-    /// share their data.
-    std::uint64_t expansion = 1000;
+    /// Times that all members may be as large as the cabinets. Compression alone does not get beyond 4096: each 32 KB of
+    /// data have a head of 8 bytes.
+    std::uint64_t expansion = 4096;
 };
 
-/// Extracts an archive, and the cabinets that continue it.
+/// Extracts an archive, and the cabinets that continue it: stored, MSZIP and LZX data. Members with Quantum data are passed
+/// over; when all others are extracted, that is a failure (number 6) that names the first one and counts the rest.
 ///
 /// Safety: members land in the target folder or nowhere. That is the destination folder; without one, each substitution's
 /// target that ends in a separator (as later substitutions leave it); without those the current folder. A member or
@@ -108,9 +119,11 @@ struct QvCabinetLimits {
 ///
 /// A member is written under a temporary name (".qv" and numbers) beside its place, and takes its name when it is complete,
 /// replacing a read-only file too; missing folders are made. A failed extraction leaves the members before the failure.
+/// Members get the permissions of new files (on Linux 0666 less the umask); owner and executable bit do not travel.
 ///
-/// Failures raise a CVorbexException* with severity 16, the number of GetFdiErrorString and its text. Exceptions that
-/// overridden members raise go through to the caller. One object, one thread.
+/// Failures raise a CCabinetException* with severity 16, the number of GetFdiErrorString and its text; it names the
+/// archive, the member and the system's error. Exceptions that overridden members raise go through to the caller. Below,
+/// CVorbexException* is this one. One object, one thread.
 class QVCOMMON_API CReadCab {
 public:
     CReadCab();
@@ -122,7 +135,12 @@ public:
     /// where the manifest says. @throws CVorbexException*
     ///
     /// The manifest is the first member. One that cannot be read, or is longer than 32 MB, and one with fewer files than
-    /// there are members behind it: number 4. Entries that are left over are passed over.
+    /// there are members behind it: number 4. Entries that are left over are passed over. With the manifest, members have to
+    /// be all of their folders' data, without gaps, as CMakeCab stores them: else number 4.
+    ///
+    /// The cabinets that continue this one are looked for beside it; their names may differ from those in the set in case.
+    /// Of a cabinet that is not its set's first, members that begin in an earlier one are passed over: start with
+    /// FindFirstCabinet for all of them.
     virtual void ReadCab(const char* path);
     /// Non-zero when the file is a cabinet; its head is then in `info`. Raises nothing.
     virtual int GetCabInfo(const char* path, QvCabinetInfo& info);
@@ -149,7 +167,7 @@ protected:
     virtual int NotifyEnumerate(QvCabinetNotification& notification);
     /// Called before every member.
     virtual void NotifyChangeFolder(QvCabinetNotification& notification);
-    /// Called behind every member. After the first one it reads the manifest, if that is used, and makes its folders.
+    /// Called after every member. After the first one it reads the manifest, if that is used, and makes its folders.
     virtual void NotifyCopyComplete(QvCabinetNotification& notification);
     /// @throws CVorbexException*
     virtual void OpenHfdi();
@@ -162,11 +180,19 @@ public:
     /// Non-zero: with the manifest, too, members get their times and attributes. Zero at first.
     void SetRestoreTimes(int restore);
 
-    /// Unpacks what CMakeCab::DirectoryToCab packed. The folder is made when it is missing. @throws as ReadCab.
+    /// Unpacks what CMakeCab::DirectoryToCab packed; any cabinet of a set will do. The folder is made when it is missing.
+    /// @throws as ReadCab and FindFirstCabinet.
     static void CabToDirectory(const char* folder, const char* cabinet);
     /// The same by this object, so that overridden members hear of it. Adds a substitution and sets the use of the
     /// manifest.
     void Unpack(const char* folder, const char* cabinet);
+
+    /// The path of the cabinet with which a cabinet's set begins, which is looked for in the same folder without regard to
+    /// case: the path itself when nothing comes before it. @throws CVorbexException*, number 1 with the name of the one that
+    /// is missing, 10 where one of that name belongs to another set, 2 to 5 as ReadCab.
+    static CString FindFirstCabinet(const char* cabinet);
+    /// Non-zero when the cabinet's first member is called as a manifest is. Raises nothing.
+    static int HasManifest(const char* cabinet);
 
 private:
     class Context;

@@ -84,8 +84,11 @@ public:
     /// the length of a padded row of 8 bits per pixel: fewer than there are for depths below 8, where rows are lost;
     /// for greater depths there may be more, and zero bytes fill what the buffer does not hold.
     ///
-    /// @return 1; 0 with nothing written when the object is empty or lacks rows (as those of run lengths), PadBits
-    /// fails, or the file would reach 4 GB. @throws CFileException*; how much is written is then not known.
+    /// Packed rows are padded in place and the padded flag stays 0, so a second Save pads them again, which shifts and
+    /// loses pixels: set the flag after the first one, or use SaveWhole.
+    ///
+    /// @return 1; 0 with nothing written when the object is empty or lacks rows, has run lengths, PadBits fails, or the
+    /// file would reach 4 GB. @throws CFileException*; how much is written is then not known.
     virtual BOOL Save(CFile& file);
     /// Makes the file anew. @return 0 also when it cannot be made; where there is nothing to save no file is touched.
     virtual BOOL Save(const char* path);
@@ -103,6 +106,14 @@ public:
     virtual BOOL DrawDIB(const CDC& target, int x, int y, int width, int height);
     virtual BOOL DrawDIB(const CDC& target, int x, int y, int width, int height, int partX, int partY, int partWidth,
                          int partHeight);
+
+    /// Reads a bitmap with any header that files of today and yesterday have, and gives it that of 40 bytes: the OS/2
+    /// headers of 12 and 64 bytes, and those of 52, 56, 108 (version 4) and 124 bytes (version 5). Masks of the header
+    /// move behind it; which bits are alpha, colour spaces and embedded profiles are not kept. Otherwise as Load.
+    /// @return the size of the header in the file; for a path 0 when the file cannot be opened, the object then as before.
+    /// @throws as Load, with "Error:Unknown bitmap header\n" for other sizes.
+    int LoadConverted(CFile& file);
+    int LoadConverted(const char* path);
 
     /// Writes what the format asks for, at every depth: the header with its masks and its colour table as long as
     /// coloursUsed or the depth says (at most 256), then all rows, padded, in the order that they have (a negative
@@ -150,6 +161,8 @@ protected:
     std::size_t m_bitsSize = 0;  ///< bytes of m_bits
 
 private:
+    DWORD LoadAs(CFile& file, bool converts);
+    void ReadRows(CFile& file, std::uint64_t start, const BYTE* fileHeader);
     std::int64_t RowCount() const;
     bool HoldsRows(std::int64_t rowSize) const;
     std::int64_t PresentRowSize() const;

@@ -3,6 +3,7 @@
 /// @file Everything that the library exports.
 
 #include "qvcommon/Cabinet.h"
+#include "qvcommon/CabinetException.h"
 #include "qvcommon/CabinetRecords.h"
 #include "qvcommon/ChangeWatchers.h"
 #include "qvcommon/Checksum.h"

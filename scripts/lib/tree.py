@@ -21,7 +21,7 @@ HEADERS = {
     "imaging": "DIBitmap ParseEmf",
     "messages": "UserMessages",
     "dialogs": "Validators",
-    "cabinet": "Cabinet CabinetRecords",
+    "cabinet": "Cabinet CabinetException CabinetRecords",
     "html": "HtmlAssets HtmlDocument HtmlTreeMenu HtmlWriter NavBar SortedHtmlWriter",
     "tools": "QvCommon",
 }

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/support/CabinetOf.h"
 #include "tests/support/MemoryCabinets.h"
 
 namespace {
@@ -104,6 +105,12 @@ TEST(HostileCabinet, EndsInTheErrorOfItsDefect) {
         {"member behind its folder", 4, {.members = {{.name = "a", .offset = 6}}}},
         {"member past four gigabytes", 4, {.members = {{.name = "a", .size = 0xFFFFFFFF, .offset = 2}}}},
         {"overlapping members", 4, {.members = {{.name = "a"}, {.name = "b", .size = 2, .offset = 3}}}},
+        {"folders that share their data",
+         4,
+         {.folders = 4,
+          .members = {{.name = "a", .folder = 0}, {.name = "b", .folder = 1}, {.name = "c", .folder = 2}},
+          .data = std::string(200, 'd'),
+          .uncompressed = 200}},
         {"block larger than 32 KB", 4, {.uncompressed = 32769}},
         {"block shorter than it says", 4, {.dataSize = 6}},
         {"stored block of another size", 4, {.uncompressed = 4}},
@@ -113,14 +120,48 @@ TEST(HostileCabinet, EndsInTheErrorOfItsDefect) {
         {"maximum reserves, none there", 4, {.flags = kHasReserve, .reserves = ownReserves}},
         {"maximum reserves", 4, {.flags = kHasReserve, .reserves = ownReserves + std::string(0xFFFF, 'r')}},
         {"next cabinet without a name", 4, {.flags = kHasNext}},
-        {"Quantum", 6, {.compression = 2}},
-        {"LZX", 6, {.compression = 3 | 15 << 8}},
+        {"Quantum", 6, {.compression = kQuantum}},
+        {"LZX of a window that is too small", 6, {.compression = kLzx | 14 << 8}},
+        {"LZX of nothing", 7, {.compression = kLzx | 15 << 8}},
         {"MSZIP without its mark", 7, {.compression = kMszip}},
         {"MSZIP that ends early", 7, {.compression = kMszip, .data = std::string("CK\x03\0", 4)}}};
     for (const auto& [name, error, recipe] : cases) EXPECT_EQ(ErrorOf(recipe.Build()), error) << name;
     EXPECT_EQ(ErrorOf(""), 2);
     MemoryReader none;
     EXPECT_EQ(none.Copy(), 1);
+}
+
+/// Its time is in line with their number: the cabinet is opened for its members, and once for their data.
+TEST(HostileCabinet, OpensACabinetOfManyFoldersOnce) {
+    Recipe recipe{.folders = 3000, .members = {}, .data = "", .uncompressed = 0};
+    for (unsigned i = 0; i < recipe.folders; ++i)
+        recipe.members.push_back({.name = std::to_string(i), .size = i % 2, .folder = i});
+    recipe.data = "x";
+    recipe.uncompressed = 1;
+    MemoryReader reader;
+    reader.files["set0"] = recipe.Build();
+    EXPECT_EQ(reader.Copy(), 0);
+    EXPECT_EQ(reader.members.size(), 3000u);
+    EXPECT_EQ(reader.opens, 2);
+}
+
+/// The other folders are copied; the error tells of the first that was not.
+TEST(HostileCabinet, PassesOverQuantum) {
+    MemoryReader reader;
+    const auto folder = [](unsigned compression, const std::string& data) {
+        return qv::test::FolderOf{compression, {data}, {{"m" + data, 5}}};
+    };
+    reader.files["set0"] = qv::test::CabinetOf({folder(kStored, "hello"), folder(kQuantum | 10 << 8, "zzzzz"),
+                                                folder(kQuantum, "yyyyy"), folder(kStored, "there")});
+    QvCabinetError error;
+    CabinetReader engine(reader, error);
+    EXPECT_FALSE(engine.Copy("set0", "", {10, 1000, 10}));
+    EXPECT_EQ(error.error, 6);
+    EXPECT_EQ(reader.members, (std::map<std::string, std::string>{{"mhello", "hello"}, {"mthere", "there"}}));
+    EXPECT_EQ(engine.Where().member, "mzzzzz");
+    EXPECT_EQ(engine.Where().method, kQuantum);
+    EXPECT_EQ(engine.Where().others, 1);
+    EXPECT_EQ(reader.opened, 0);
 }
 
 TEST(HostileCabinet, StaysWithinItsLimits) {

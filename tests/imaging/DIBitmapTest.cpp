@@ -1,5 +1,7 @@
 #include "tests/support/DIBitmapTest.h"
 
+#include <cstring>
+
 #include "tests/support/Bitmap.h"
 #include "tests/support/Raised.h"
 #include "tests/support/SystemFaults.h"
@@ -10,6 +12,11 @@ using namespace qv::test;
 
 class DIBitmap : public DIBitmapTest {
 protected:
+    static std::size_t BitsOf(const std::string& file) {
+        std::uint32_t offset;
+        std::memcpy(&offset, &file[10], sizeof offset);
+        return file.size() - offset;
+    }
     std::string SavedWhole() {
         m_file.SetLength(0);
         EXPECT_EQ(bitmap.SaveWhole(m_file), 1);
@@ -126,6 +133,53 @@ TEST_F(DIBitmap, SavesTheLayoutOf8BitBitmaps) {
     EXPECT_TRUE(Raised<CFileException>([&] { bitmap.SaveWhole(m_folder / "c.bmp"); }));
 }
 
+/// What each other header is converted to is what a header of 40 bytes gives.
+TEST_F(DIBitmap, ConvertsTheHeadersOfOthers) {
+    const std::string masks = Words({0xF800, 0x7E0, 0x1F});
+    const struct {
+        BitmapRecipe recipe;
+        std::size_t colours;
+    } kinds[] = {{{.width = 5, .height = -3, .bits = 8, .coloursUsed = 3}, 3},
+                 {{.width = 9, .height = 3, .bits = 1}, 2},
+                 {{.width = 7, .height = 2, .bits = 24}, 0},
+                 {{.width = 3, .height = 2, .bits = 16, .compression = 3, .table = masks}, 0}};
+    for (const auto& [recipe, colours] : kinds) {
+        const std::string plain = BitmapFile(recipe), header = plain.substr(18, 36),
+                          table = plain.substr(54, 4 * colours), rows = plain.substr(plain.size() - BitsOf(plain));
+        const bool hasMasks = recipe.compression != 0;
+        for (const std::uint32_t size : {40u, 52u, 56u, 64u, 108u, 124u}) {
+            if (size == 64 && hasMasks) continue;
+            std::string own = (hasMasks ? masks : "") + std::string(84, 'p');  // with alpha, colour space, profile
+            own = size == 40 ? (hasMasks ? masks : "") : own.substr(0, size - 40);
+            const auto offset = static_cast<std::uint32_t>(14 + 40 + own.size() + table.size());
+            const std::string file = "BM" + Words({static_cast<std::uint32_t>(offset + rows.size()), 0, offset, size}) +
+                                     header + own + table + rows;
+            EXPECT_EQ(bitmap.LoadConverted(FileOf(file + "profile")), static_cast<int>(size));
+            EXPECT_TRUE(SavedWhole() == plain) << size << " " << recipe.bits;
+        }
+        if (recipe.height < 0 || hasMasks) continue;
+        std::string triples;
+        for (std::size_t i = 0; i < colours; ++i) triples += table.substr(4 * i, 3);
+        const auto width = static_cast<std::uint32_t>(recipe.width), height = static_cast<std::uint32_t>(recipe.height);
+        const auto offset = static_cast<std::uint32_t>(26 + triples.size());
+        const std::string core =
+            "BM" + Words({0, 0, offset, 12, width | height << 16, 1u | static_cast<std::uint32_t>(recipe.bits) << 16}) +
+            triples + rows;
+        EXPECT_EQ(bitmap.LoadConverted(FileOf(core)), 12);
+        EXPECT_TRUE(SavedWhole() == std::string(plain).replace(38, 8, 8, '\0')) << recipe.bits;
+    }
+    for (const std::uint32_t size : {0u, 16u, 41u, 0xFFFFFFFFu}) {
+        m_folder.Write("odd.bmp", "BM" + Words({0, 0, 54, size}) + std::string(200, 'x'));
+        try {
+            bitmap.LoadConverted(m_folder / "odd.bmp");
+            ADD_FAILURE() << size;
+        } catch (const char* text) {
+            EXPECT_STREQ(text, "Error:Unknown bitmap header\n");
+        }
+    }
+    EXPECT_EQ(bitmap.LoadConverted(m_folder / "none.bmp"), 0);
+}
+
 TEST_F(DIBitmap, SavesEveryDepthAndWidthWhole) {
     const std::string masks565 = Words({0xF800, 0x7E0, 0x1F}), masks32 = Words({0xFF, 0xFF00, 0xFF0000, 0xFF000000});
     for (int width = 1; width <= 70; ++width)
@@ -155,6 +209,10 @@ TEST_F(DIBitmap, SavesEveryDepthAndWidthWhole) {
         BitmapFile({.width = 4, .height = 2, .bits = 8, .compression = 1, .rows = {"\4\1\0\1", 4}});
     Load(runs);
     EXPECT_TRUE(SavedWhole() == runs);
+    // Runs that are longer than the rows would be as well: the layout of 8-bit bitmaps cannot say how long they are.
+    Load(BitmapFile({.width = 4, .height = 2, .bits = 8, .compression = 1, .rows = std::string(30, '\1')}));
+    EXPECT_EQ(bitmap.Save(m_folder / "runs.bmp"), 0);
+    EXPECT_FALSE(m_folder.Has("runs.bmp"));
 }
 
 }  // namespace

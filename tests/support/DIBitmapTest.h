@@ -29,11 +29,12 @@ public:
 /// A bitmap, and a file to load it from.
 class DIBitmapTest : public testing::Test {
 protected:
-    BOOL Load(const std::string& bytes) {
+    BOOL Load(const std::string& bytes) { return bitmap.Load(FileOf(bytes)); }
+    CFile& FileOf(const std::string& bytes) {
         m_file.SetLength(0);
         m_file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
         m_file.Seek(0, CFile::begin);
-        return bitmap.Load(m_file);
+        return m_file;
     }
     /// The text that loading raises.
     std::string Refusal(const std::string& bytes) {

@@ -19,6 +19,7 @@ public:
     long failingCall = -1;  ///< counted from 0
     long calls = 0;
     int allocated = 0, opened = 0;  ///< and not given back
+    int opens = 0;                  ///< for reading, in all
 
     void* Allocate(std::size_t size) override {
         if (Fails()) return nullptr;
@@ -34,6 +35,7 @@ public:
         if (Fails() || (!create && !files.contains(path.AsStd()))) return qv::cabinet::kNoHandle;
         if (create) files[path.AsStd()].clear();
         ++opened;
+        opens += !create;
         return Opened(path);
     }
     std::int64_t Read(Handle file, void* buffer, std::size_t size) override {
@@ -141,7 +143,7 @@ public:
 
     /// The error's number; 0 when it went well.
     int Copy(const char* name = "set0",
-             const qv::cabinet::ReadLimits& limits = {1'000'000, std::uint64_t{1} << 36, 1000}) {
+             const qv::cabinet::ReadLimits& limits = {1'000'000, std::uint64_t{1} << 36, 4096}) {
         QvCabinetError error;
         qv::cabinet::CabinetReader reader(*this, error);
         const bool copied = reader.Copy(name, "", limits);

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/support/CabinetOf.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
 
@@ -22,6 +23,14 @@ TEST(ArchiveCommands, PackListAndUnpack) {
     EXPECT_EQ(folder.Read("bare/a.txt"), "hello");
     EXPECT_FALSE(folder.Has("bare/b.txt"));
     EXPECT_EQ(ToolStatus({"list", folder / "in\\a.txt"}), 1);
+    // Of another program: as it is. 16 frames of 32 KB in a few bytes are no reason to refuse it.
+    std::vector<std::string> frames(16, "q");
+    using namespace qv::cabinet;
+    folder.Write("other.cab", qv::test::CabinetOf({{kStored, {"ab"}, {{"x", 2}}},
+                                                   {kQuantum | 10 << 8, frames, {{"zeros", 16 * kBlockSize}}}}));
+    EXPECT_THAT(RunTool({"list", folder / "other.cab"}).output, ::testing::ContainsRegex("524288\t2025.*\tzeros"));
+    EXPECT_EQ(ToolStatus({"unpack", folder / "other.cab", folder / "other"}), 1);
+    EXPECT_EQ(folder.Read("other/x"), "ab");
 }
 
 }  // namespace

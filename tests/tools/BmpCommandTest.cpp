@@ -96,6 +96,34 @@ TEST_F(OtherPrograms, ImageMagickSeesTheSamePixels) {
     EXPECT_EQ(depths, (std::set<int>{1, 4, 8, 16, 24}));
 }
 
+/// Pictures with other headers, and what the tool makes of them, as the program sees both without alpha.
+TEST_F(OtherPrograms, ImageMagickSeesConvertedPicturesAlike) {
+    Need("convert");
+    if (IsSkipped()) return;
+    const std::vector<std::pair<const char*, CStringArray>> kinds = {
+        {"BMP2:", {"-type", "truecolor"}},
+        {"BMP2:", {"-colors", "13", "-type", "palette"}},
+        {"BMP:", {"-type", "truecolor"}},
+        {"BMP:", {"-alpha", "set", "-channel", "A", "-evaluate", "set", "50%", "+channel"}},
+        {"BMP:", {"-alpha", "set", "-define", "bmp:subtype=ARGB4444"}},
+        {"BMP:", {"-define", "bmp:subtype=RGB565"}}};
+    std::set<std::string> headers;
+    for (const auto& [format, kind] : kinds) {
+        CStringArray make = {"-size", "37x5", "-seed", "7", "plasma:", "-depth", "8"};
+        make.Append(kind);
+        make.Add(format + Native("a.bmp"));
+        ASSERT_EQ(RunProgram("convert", make).status, 0);
+        headers.insert(m_folder.Read("a.bmp").substr(14, 1));
+        ASSERT_EQ(ToolStatus({"bmp", "convert", m_folder / "a.bmp", m_folder / "b.bmp"}), 0);
+        const auto seen = [&](const char* name) {
+            return RunProgram("convert", {Native(name), "-alpha", "off", "-format", "%#", "info:"}).output;
+        };
+        EXPECT_EQ(seen("a.bmp").size(), 64u);
+        EXPECT_EQ(seen("a.bmp"), seen("b.bmp")) << format << " " << kind[1].AsStd();
+    }
+    EXPECT_GE(headers.size(), 2u) << "headers of 12 bytes, and of version 4 or 5";
+}
+
 TEST_F(OtherPrograms, NetpbmSeesTheSamePixels) {
     Need("ppmtobmp");
     if (IsSkipped()) return;

@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <memory>
 
 #include "qvcommon/Cabinet.h"
@@ -40,7 +41,7 @@ private:
 class Listing : public CReadCab {
 public:
     explicit Listing(const std::string& archive) {
-        ReadCab(archive.c_str());
+        ReadCab(FindFirstCabinet(archive.c_str()));
         m_lines.Write();
     }
 
@@ -58,6 +59,18 @@ private:
     Lines m_lines;
 };
 
+/// Runs an action on an archive, and gives its failure the whole story.
+template <class Action>
+void Run(Action action) {
+    try {
+        action();
+    } catch (CCabinetException* error) {
+        const std::string reason = error->Describe().AsStd();
+        error->Delete();
+        throw Failed(reason);
+    }
+}
+
 void Pack(const Options& options) {
     if (!CFileUtils::IsDirectory(options.folder.c_str())) throw Failed(options.folder + ": no such folder");
     ReportedPack().Pack(options.folder.c_str(), options.archive.c_str(), !options.noRecurse);
@@ -66,9 +79,15 @@ void Pack(const Options& options) {
 void Unpack(const Options& options) {
     ReportedUnpack unpack;
     unpack.SetRestoreTimes(1);
-    if (!options.noManifest) return unpack.Unpack(options.folder.c_str(), options.archive.c_str());
+    const CString first = CReadCab::FindFirstCabinet(options.archive.c_str());
+    const bool hasManifest = CReadCab::HasManifest(first);
+    if (hasManifest && !options.noManifest) return unpack.Unpack(options.folder.c_str(), first);
+    if (!hasManifest && !options.noManifest)
+        std::fprintf(stderr, "qv: %s has no manifest: members are unpacked by their own names\n",
+                     static_cast<const char*>(CFileUtils::GetNativePath(first)));
+    if (!QvCreateDirectory(options.folder.c_str())) throw Failed(options.folder + ": the folder cannot be made");
     unpack.SetDestPath(options.folder.c_str());
-    unpack.ReadCab(options.archive.c_str());
+    unpack.ReadCab(first);
 }
 
 void AddPack(Command app) {
@@ -77,8 +96,11 @@ void AddPack(Command app) {
     command.AddOption("FOLDER", options->folder, "The folder").Require();
     command.AddOption("ARCHIVE", options->archive, "The archive; its extension becomes .cab").Require();
     command.AddFlag("--no-recurse", options->noRecurse, "Leave out what subfolders hold");
-    command.SetFooter("Example:\n  qv pack photos photos.cab");
-    command.SetAction([options] { Pack(*options); });
+    command.SetFooter(
+        "Names, contents, times and the read-only attribute are stored. Owners, access lists and the\n"
+        "executable bit are not: unpacked files get the permissions of new files.\n"
+        "Example:\n  qv pack photos photos.cab");
+    command.SetAction([options] { Run([&] { Pack(*options); }); });
 }
 
 void AddUnpack(Command app) {
@@ -86,9 +108,12 @@ void AddUnpack(Command app) {
     const auto options = std::make_shared<Options>();
     command.AddOption("ARCHIVE", options->archive, "The archive").Require();
     command.AddOption("FOLDER", options->folder, "Where to; made when it is missing").Require();
-    command.AddFlag("--no-manifest", options->noManifest, "For archives of other makers: members by their own names");
-    command.SetFooter("Example:\n  qv unpack photos.cab copy-of-photos");
-    command.SetAction([options] { Unpack(*options); });
+    command.AddFlag("--no-manifest", options->noManifest,
+                    "Members by their own names, as in archives of other programs");
+    command.SetFooter(
+        "Any cabinet of a set will do. Stored, MSZIP and LZX data are read; members with Quantum data are left out.\n"
+        "Example:\n  qv unpack photos.cab copy-of-photos");
+    command.SetAction([options] { Run([&] { Unpack(*options); }); });
 }
 
 void AddList(Command app) {
@@ -96,7 +121,7 @@ void AddList(Command app) {
     const auto options = std::make_shared<Options>();
     command.AddOption("ARCHIVE", options->archive, "The archive").Require();
     command.SetFooter("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
-    command.SetAction([options] { Listing{options->archive}; });
+    command.SetAction([options] { Run([&] { Listing{options->archive}; }); });
 }
 
 }  // namespace

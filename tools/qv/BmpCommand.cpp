@@ -1,4 +1,7 @@
+#include <array>
+#include <cstring>
 #include <memory>
+#include <utility>
 
 #include "qvcommon/DIBitmap.h"
 #include "qvcommon/framework/StandardStreams.h"
@@ -8,14 +11,29 @@
 namespace qv::tool {
 namespace {
 
+/// What a file is that is no bitmap, as far as its first bytes tell.
+std::string WhatIs(const std::string& path) {
+    constexpr std::pair<std::string_view, const char*> kKinds[] = {
+        {"\x89PNG", "a PNG picture"},     {"\xFF\xD8\xFF", "a JPEG picture"}, {"GIF8", "a GIF picture"},
+        {{"II*\0", 4}, "a TIFF picture"}, {{"MM\0*", 4}, "a TIFF picture"},   {"RIFF", "a RIFF file"}};
+    std::array<char, 18> start = {};
+    CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyNone | CFile::modeNoInherit);
+    const std::string_view read(start.data(), file.Read(start.data(), start.size()));
+    for (const auto& [mark, kind] : kKinds)
+        if (read.starts_with(mark)) return std::string("not a bitmap but ") + kind;
+    if (!read.starts_with("BM")) return "not a bitmap";
+    DWORD size = 0;
+    std::memcpy(&size, start.data() + 14, sizeof size);
+    return "a bitmap with a header of " + std::to_string(size) + " bytes, which is not known";
+}
+
 class Bitmap : public CDIBitmap {
 public:
     explicit Bitmap(const std::string& path) try {
         CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit);
-        Load(file);
-    } catch (const char* text) {
-        const std::string_view line = text;
-        throw Failed(path + ": " + std::string(line.substr(0, line.find('\n'))));
+        m_headerSize = LoadConverted(file);
+    } catch (const char*) {
+        throw Failed(path + ": " + WhatIs(path));
     }
 
     std::string Info() const {
@@ -25,7 +43,7 @@ public:
         const auto add = [&](const char* label, std::int64_t number) {
             (((lines += label) += '\t') += std::to_string(number)) += '\n';
         };
-        add("header size", header.size);
+        add("header size", m_headerSize);
         add("width", width);
         add("height", GetHeight());
         add("planes", header.planes);
@@ -42,6 +60,9 @@ public:
         add("palette", GetPalette() ? GetPalette()->GetCount() : 0);
         return lines;
     }
+
+private:
+    int m_headerSize = 0;
 };
 
 void Convert(const std::string& path, const std::string& out) {
@@ -63,7 +84,9 @@ void AddBmp(Command app) {
     info.SetFooter("Example:\n  qv bmp info photo.bmp");
     info.SetAction([path] { AfxWriteStandardOutput(Bitmap(*path).Info()); });
 
-    Command convert = bmp.Add("convert", "Write a bitmap as the format asks for: sizes, masks, colours, rows");
+    Command convert =
+        bmp.Add("convert",
+                "Write a bitmap with a header of 40 bytes, and sizes, masks, colours and rows as the format asks for");
     convert.AddOption("FILE", *path, "The bitmap").Require();
     convert.AddOption("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
     convert.SetFooter("Example:\n  qv bmp convert odd.bmp clean.bmp");

@@ -1,0 +1,228 @@
+#include "cabinet/Lzx.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace qv::cabinet {
+namespace {
+
+constexpr unsigned kShortestMatch = 2, kLongLength = 7;
+constexpr unsigned kRepeatedOffsets = 3;  // slots that stand for the last offsets
+constexpr unsigned kAlignedBits = 3;      // of an offset, under a code of their own in aligned blocks
+constexpr std::size_t kSlots[] = {30, 32, 34, 36, 38, 42, 50};  // by the window's exponent, from 15 on
+
+constexpr unsigned ExtraBits(unsigned slot) {
+    return slot < 4 ? 0 : slot < 36 ? slot / 2 - 1 : 17;
+}
+
+/// The first offset of each slot, less the 2 that offsets are stored with.
+constexpr auto kSlotBases = [] {
+    std::array<std::uint32_t, kLzxMostSlots> bases = {};
+    std::uint32_t base = 0;
+    for (unsigned slot = 0; slot < kLzxMostSlots; ++slot) {
+        bases[slot] = base - 2;
+        base += std::uint32_t{1} << ExtraBits(slot);
+    }
+    return bases;
+}();
+
+}  // namespace
+
+LzxDecompressor::LzxDecompressor(IMemory& memory, unsigned windowBits)
+    : m_windowBits(windowBits),
+      m_windowSize(std::size_t{1} << windowBits),
+      m_mainSymbols(kLzxLiterals + 8 * kSlots[windowBits - kSmallestLzxWindow]),
+      m_window(memory, m_windowSize, ReadError::NoMemory) {
+    Reset();
+}
+
+void LzxDecompressor::Reset() {
+    m_position = 0;
+    m_started = m_failed = m_isLast = m_needsPad = false;
+    m_translationSize = 0;
+    std::fill(std::begin(m_offsets), std::end(m_offsets), 1);
+    m_blockLeft = 0;
+    m_mainLengths.fill(0);
+    m_lengthLengths.fill(0);
+}
+
+bool LzxDecompressor::Decompress(Bytes frame, std::span<unsigned char> out) {
+    if (m_failed || m_isLast || out.size() > kBlockSize) return false;
+    m_isLast = out.size() < kBlockSize;
+    LzxBits bits(frame);
+    m_failed = !DecodeFrame(bits, out.size());
+    if (m_failed) return false;
+    // Frames do not cross the window's end: its size is a multiple of theirs.
+    const auto start = static_cast<std::size_t>((m_position - out.size()) % m_windowSize);
+    std::memcpy(out.data(), m_window.Get() + start, out.size());
+    RestoreCalls(out);
+    return true;
+}
+
+bool LzxDecompressor::DecodeFrame(LzxBits& bits, std::size_t size) {
+    if (!m_started && !ReadHead(bits)) return false;
+    while (size > 0) {
+        if (m_blockLeft == 0 && !ReadBlockHead(bits)) return false;
+        const std::size_t run = std::min<std::size_t>(size, m_blockLeft);
+        if (!DecodeRun(bits, run)) return false;
+        m_position += run;
+        m_blockLeft -= static_cast<std::uint32_t>(run);
+        size -= run;
+    }
+    // The byte may also stand in front of the next frame.
+    if (m_blockLeft == 0 && m_needsPad) m_needsPad = bits.TakeBytes(1).empty();
+    return !bits.IsOverrun();
+}
+
+bool LzxDecompressor::ReadHead(LzxBits& bits) {
+    m_started = true;
+    if (bits.Read(1)) m_translationSize = bits.Read(32);
+    return !bits.IsOverrun();
+}
+
+bool LzxDecompressor::ReadBlockHead(LzxBits& bits) {
+    if (m_needsPad && bits.TakeBytes(1).empty()) return false;
+    m_needsPad = false;
+    m_type = static_cast<BlockType>(bits.Read(3));
+    m_blockLeft = bits.Read(24);
+    if (m_blockLeft == 0 || bits.IsOverrun()) return false;
+    switch (m_type) {
+        case kVerbatim:
+        case kAligned: return ReadCodes(bits);
+        case kUncompressed: return ReadOffsets(bits);
+        default: return false;
+    }
+}
+
+bool LzxDecompressor::ReadCodes(LzxBits& bits) {
+    if (m_type == kAligned) {
+        LzxAlignedCode::Lengths lengths;
+        for (std::uint8_t& length : lengths) length = static_cast<std::uint8_t>(bits.Read(3));
+        if (!m_aligned.Build(lengths)) return false;
+    }
+    const std::span<std::uint8_t> main = std::span(m_mainLengths).first(m_mainSymbols);
+    return ReadLzxLengths(bits, main.first(kLzxLiterals)) && ReadLzxLengths(bits, main.subspan(kLzxLiterals)) &&
+           m_main.Build(m_mainLengths) && ReadLzxLengths(bits, m_lengthLengths) && m_length.Build(m_lengthLengths);
+}
+
+bool LzxDecompressor::ReadOffsets(LzxBits& bits) {
+    bits.SkipPadding();
+    const Bytes offsets = bits.TakeBytes(sizeof m_offsets);
+    if (offsets.size() < sizeof m_offsets) return false;
+    for (std::size_t i = 0; i < std::size(m_offsets); ++i) m_offsets[i] = Get32(offsets.data() + 4 * i);
+    m_needsPad = m_blockLeft % 2 != 0;
+    return true;
+}
+
+bool LzxDecompressor::DecodeRun(LzxBits& bits, std::size_t size) {
+    switch (m_type) {
+        case kVerbatim: return DecodeSymbols<false>(bits, size);
+        case kAligned: return DecodeSymbols<true>(bits, size);
+        default: return CopyBytes(bits, size);
+    }
+}
+
+template <bool kIsAligned>
+bool LzxDecompressor::DecodeSymbols(LzxBits& bits, std::size_t size) {
+    LzxBits local = bits;  // so that it may stay in registers
+    auto at = static_cast<std::size_t>(m_position % m_windowSize);
+    const std::size_t end = at + size;
+    unsigned char* const window = m_window.Get();
+    while (at < end) {
+        local.Fill();
+        const unsigned symbol = m_main.Decode(local);
+        if (symbol < kLzxLiterals) {
+            window[at++] = static_cast<unsigned char>(symbol);
+            continue;
+        }
+        if (symbol == LzxMainCode::kNone) return false;
+        const unsigned match = symbol - static_cast<unsigned>(kLzxLiterals);
+        std::size_t length = match % 8;
+        if (length == kLongLength) {
+            const unsigned more = m_length.Decode(local);
+            if (more == LzxLengthCode::kNone) return false;
+            length += more;
+        }
+        length += kShortestMatch;
+        const std::uint32_t offset = TakeOffset<kIsAligned>(local, match / 8);
+        const std::uint64_t before = m_position + size - (end - at);
+        if (length > end - at || offset == 0 || offset > before || offset > m_windowSize) return false;
+        CopyMatch(at, length, offset);
+        at += length;
+    }
+    bits = local;
+    return !bits.IsOverrun();
+}
+
+/// 0 where the aligned code has no symbol.
+template <bool kIsAligned>
+std::uint32_t LzxDecompressor::TakeOffset(LzxBits& bits, unsigned slot) {
+    if (slot < kRepeatedOffsets) {
+        std::swap(m_offsets[0], m_offsets[slot]);
+        return m_offsets[0];
+    }
+    const unsigned extra = ExtraBits(slot);
+    std::uint32_t offset = kSlotBases[slot];
+    if (kIsAligned && extra >= kAlignedBits) {
+        bits.Fill();
+        offset += bits.Take(extra - kAlignedBits) << kAlignedBits;
+        const unsigned low = m_aligned.Decode(bits);
+        if (low == LzxAlignedCode::kNone) return 0;
+        offset += low;
+    } else {
+        offset += bits.Take(extra);
+    }
+    m_offsets[2] = m_offsets[1];
+    m_offsets[1] = m_offsets[0];
+    m_offsets[0] = offset;
+    return offset;
+}
+
+/// The source may lie across the window's end, and may reach into what is copied.
+void LzxDecompressor::CopyMatch(std::size_t at, std::size_t length, std::uint32_t offset) {
+    unsigned char* const window = m_window.Get();
+    unsigned char* to = window + at;
+    if (offset > at) {
+        const unsigned char* const from = to + m_windowSize - offset;
+        const std::size_t count = std::min<std::size_t>(length, offset - at);
+        std::memmove(to, from, count);
+        to += count;
+        length -= count;
+    }
+    const unsigned char* from = to - offset;
+    if (offset >= sizeof(std::uint64_t))
+        for (; length >= sizeof(std::uint64_t); length -= sizeof(std::uint64_t)) {
+            std::memcpy(to, from, sizeof(std::uint64_t));
+            to += sizeof(std::uint64_t);
+            from += sizeof(std::uint64_t);
+        }
+    for (; length > 0; --length) *to++ = *from++;
+}
+
+bool LzxDecompressor::CopyBytes(LzxBits& bits, std::size_t size) {
+    const Bytes bytes = bits.TakeBytes(size);
+    if (bytes.size() < size) return false;
+    std::memcpy(m_window.Get() + m_position % m_windowSize, bytes.data(), size);
+    return true;
+}
+
+/// Encoders may replace the targets of x86 calls, which are relative, by absolute ones, which repeat more often.
+void LzxDecompressor::RestoreCalls(std::span<unsigned char> frame) const {
+    constexpr std::size_t kTail = 10;                              // bytes at a frame's end that are left alone
+    constexpr std::uint64_t kTranslated = std::uint64_t{1} << 30;  // bytes at a folder's start
+    constexpr unsigned char kCall = 0xE8;
+    const std::uint64_t start = m_position - frame.size();
+    if (m_translationSize == 0 || frame.size() <= kTail || start >= kTranslated) return;
+    unsigned char* const end = frame.data() + frame.size() - kTail;
+    for (unsigned char* at = frame.data(); at < end; at += 4) {
+        at = static_cast<unsigned char*>(std::memchr(at, kCall, static_cast<std::size_t>(end - at)));
+        if (!at) return;
+        const auto place = static_cast<std::int64_t>(start) + (at - frame.data());
+        ++at;
+        const std::int64_t target = static_cast<std::int32_t>(Get32(at)), size = m_translationSize;
+        if (target >= -place && target < size)
+            Put32(at, static_cast<std::uint32_t>(target >= 0 ? target - place : target + size));
+    }
+}
+
+}  // namespace qv::cabinet

@@ -1,0 +1,200 @@
+// Archives that cannot be made or read as they should: what the error says, what is left, what is read all the same.
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "platform/Path.h"
+#include "qvcommon/Cabinet.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/File.h"
+#include "tests/support/CabinetError.h"
+#include "tests/support/CabinetOf.h"
+#include "tests/support/SystemFaults.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tool.h"
+#include "tests/support/Tree.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace qv::cabinet;
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+
+/// The line that tells of a failure, its paths from the folder on.
+std::string Described(const TempFolder& folder, const std::function<void()>& action) {
+    const auto error = Raised<CCabinetException>(action);
+    if (!error) return "";
+    std::string line = error->Describe().AsStd();
+    const std::string root = CFileUtils::GetNativePath(folder / "").AsStd();
+    for (std::size_t at; (at = line.find(root)) != line.npos;) line.erase(at, root.size());
+    return line;
+}
+
+class SmallCab : public CMakeCab {
+    DWORD GetMediaSize() const override { return 8000; }
+};
+
+/// Members of noise, so that they fill several cabinets.
+void MakeSet(const TempFolder& folder) {
+    fs::create_directories(folder.Native("in/sub"));
+    for (const char* const name : {"a", "b", "c", "sub/d"}) {
+        std::minstd_rand random(name[0]);
+        std::string noise(9000, '\0');
+        for (char& c : noise) c = static_cast<char>(random() >> 8);
+        folder.Write("in/" + std::string(name), noise);
+    }
+    SmallCab().Pack(folder / "in", folder / "Set", 1);
+    ASSERT_TRUE(folder.Has("Set4.cab"));
+}
+
+TEST(CabinetFailure, ASetIsReadFromAnyPartWhateverTheCaseOfTheNames) {
+    const TempFolder folder;
+    MakeSet(folder);
+    for (int part = 0; part <= 4; ++part) {
+        const std::string number = part ? std::to_string(part) : "";
+        fs::rename(folder.Native("Set" + number + ".cab"), folder.Native("sET" + number + ".CAB"));
+    }
+    for (const char* const part : {"sET.CAB", "sET1.CAB", "sET3.CAB", "sET4.CAB"}) {
+        CReadCab::CabToDirectory(folder / "out", folder / part);
+        EXPECT_EQ(ReadTree(folder.Native("out")), ReadTree(folder.Native("in"))) << part;
+        fs::remove_all(folder.Native("out"));
+        EXPECT_EQ(ToolStatus({"unpack", "--no-manifest", folder / part, folder / "out"}), 0);
+        EXPECT_TRUE(folder.Read("out/a") == folder.Read("in/a")) << part;
+        fs::remove_all(folder.Native("out"));
+    }
+    fs::remove(folder.Native("sET2.CAB"));
+    for (const char* const part : {"sET.CAB", "sET4.CAB"})
+        EXPECT_THAT(Described(folder, [&] { CReadCab::CabToDirectory(folder / "out", folder / part); }),
+                    ContainsRegex("^Set2.cab: (b: |.*/b: )?Cabinet not found: ."))
+            << part;
+    folder.Write("sET2.CAB", folder.Read("sET3.CAB"));
+    EXPECT_EQ(CabinetError([&] { CReadCab::FindFirstCabinet(folder / "sET3.CAB"); }), 10);
+}
+
+TEST(CabinetFailure, NamesArchiveMemberAndCause) {
+    const TempFolder folder;
+    fs::create_directories(folder.Native("in/sub"));
+    folder.Write("in/sub/file", "content");
+    CMakeCab::DirectoryToCab(folder / "in", folder / "good", 1);
+    folder.Write("text", "no cabinet");
+    const auto unpack = [&](const char* archive) {
+        return Described(folder, [&] { CReadCab::CabToDirectory(folder / "out", folder / archive); });
+    };
+    EXPECT_THAT(unpack("none.cab"), ContainsRegex("^none.cab: Cabinet not found: ."));
+    EXPECT_EQ(unpack("text"), "text: Not a cabinet");
+    {
+        const SystemFaults full(
+            SystemFaults::Always(qv::platform::CallKind::Rename, qv::platform::FileCause::DiskFull));
+        EXPECT_THAT(unpack("good.cab"), ContainsRegex("^good.cab: out.sub.file: Failure writing to target file: ."));
+    }
+    folder.Write("lzx.cab", qv::test::CabinetOf({{kStored, {"ab"}, {{"x", 2}}},
+                                                 {kQuantum, {"zz"}, {{"quantum", 2}}},
+                                                 {kQuantum, {"zz"}, {{"more", 2}}}}));
+    CReadCab reader;
+    reader.SetDestPath(folder / "bare");
+    EXPECT_EQ(Described(folder, [&] { reader.ReadCab(folder / "lzx.cab"); }),
+              "lzx.cab: quantum: Unknown compression type (Quantum); 1 other members as well");
+    EXPECT_EQ(ReadTree(folder.Native("bare")), (std::map<std::string, std::string>{{"x", "ab"}}));
+
+    folder.Write("bare/sub", "a file where a folder is needed");
+    CMakeCab::DirectoryToCab(folder / "in", folder / "good", 1);
+    EXPECT_THAT(Described(folder, [&] { CReadCab::CabToDirectory(folder / "bare", folder / "good.cab"); }),
+                ContainsRegex("^good.cab: bare.sub.*: ."));
+
+    CMakeCab maker;
+    maker.SetDestPath(folder / "");
+    maker.SetName("new");
+    maker.CreateNewCab();
+    EXPECT_THAT(Described(folder, [&] { maker.AddFile(folder / "in\\missing"); }),
+                ContainsRegex("^new.cab: in.missing: Failure opening file to be stored in cabinet: ."));
+    std::error_code error;
+    fs::create_symlink("nowhere", folder.Native("in/sub/dangling"), error);
+    if (error) return;
+    EXPECT_THAT(Described(folder, [&] { CMakeCab::DirectoryToCab(folder / "in", folder / "p", 1); }),
+                ContainsRegex("^p.cab: in.sub.dangling: Failure opening file"));
+}
+
+TEST(CabinetFailure, RefusesSourcesAndNamesThatAreNone) {
+    const TempFolder folder;
+    fs::create_directories(folder.Native("in"));
+    folder.Write("in/file", "content");
+    const auto pack = [&](const CString& source, const CString& archive) {
+        const auto before = ReadTree(folder.Native());
+        const auto error = Raised<CFileException>([&] { CMakeCab::DirectoryToCab(source, archive, 1); });
+        EXPECT_EQ(ReadTree(folder.Native()), before);
+        return error ? error->m_cause : 0;
+    };
+    EXPECT_EQ(pack(folder / "none", folder / "a"), CFileException::badPath);
+    EXPECT_EQ(pack(folder / "in\\file", folder / "a"), CFileException::badPath);
+    for (const CString& name : {CString(""), folder / "o.d\\", folder / "in\\"})
+        EXPECT_EQ(pack(folder / "in", name), CFileException::badPath) << name.AsStd();
+    class Unnamed : public CMakeCab {
+        BOOL GetNextCab(QvCabinetDescription&, DWORD) override { return 0; }
+    } unnamed;
+    unnamed.SetDestPath(folder / "");
+    EXPECT_EQ(CabinetError([&] { unnamed.CreateNewCab(); }), 7);
+    EXPECT_EQ(CabinetError([&] { unnamed.Commit(); }), 6);
+}
+
+TEST(CabinetFailure, AnEmptyFolderIsMadeAgain) {
+    const TempFolder folder;
+    fs::create_directories(folder.Native("in"));
+    CMakeCab::DirectoryToCab(folder / "in", folder / "empty", 1);
+    CReadCab::CabToDirectory(folder / "a\\out", folder / "empty.cab");
+    EXPECT_TRUE(fs::is_directory(folder.Native("a/out")));
+}
+
+/// A cut size would unpack as a shorter file, without a word.
+TEST(CabinetFailure, OurMembersFillTheirFolder) {
+    const TempFolder folder;
+    fs::create_directories(folder.Native("in"));
+    for (const char* const name : {"m1", "m2", "m3"}) folder.Write(std::string("in/") + name, std::string(40000, 'm'));
+    CMakeCab::DirectoryToCab(folder / "in", folder / "whole", 1);
+    const std::string whole = folder.Read("whole.cab");
+    EXPECT_EQ(CabinetError([&] { CReadCab::CabToDirectory(folder / "out", folder / "whole.cab"); }), 0);
+    for (const char* const name : {"m1", "m2", "m3"})
+        for (const unsigned size : {0u, 1u, 39999u}) {
+            std::string cut = whole;
+            Put32(reinterpret_cast<unsigned char*>(&cut[cut.find(std::string(name) + '\0') - kFileSize]), size);
+            folder.Write("cut.cab", cut);
+            EXPECT_EQ(CabinetError([&] { CReadCab::CabToDirectory(folder / "out", folder / "cut.cab"); }), 4)
+                << name << " " << size;
+        }
+}
+
+TEST(CabinetFailure, ManifestsOfKilledProgramsAreDeleted) {
+    const TempFolder folder;
+    folder.Write("in", "x");
+    const fs::path temporary = fs::path(qv::platform::NativePath(qv::platform::TempDirectory()));
+    const fs::path stale = temporary / "CabManQSTALE.xml", fresh = temporary / "CabManQFRESH.xml",
+                   other = temporary / "CabManOther.xml";
+    for (const fs::path& path : {stale, fresh, other}) std::ofstream(path) << "left";
+    for (const fs::path& path : {stale, other})
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(25));
+    CMakeCab::DirectoryToCab(folder.Native().string().c_str(), folder / "p", 1);
+    EXPECT_FALSE(fs::remove(stale));
+    EXPECT_TRUE(fs::remove(fresh));
+    EXPECT_TRUE(fs::remove(other));
+}
+
+TEST(CabinetFailure, ArchivesAndMembersHaveThePermissionsOfNewFiles) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "access lists decide here";
+    const TempFolder folder;
+    fs::create_directories(folder.Native("in"));
+    folder.Write("in/run", "x");
+    fs::permissions(folder.Native("in/run"), fs::perms(0777));
+    const std::string self = qv::platform::CurrentProgram(), tool = self.substr(0, self.rfind('/') + 1) + "qv";
+    for (const auto& [umask, mode] : {std::pair("022", 0644), {"077", 0600}, {"002", 0664}}) {
+        const std::string script =
+            std::string("umask ") + umask + " && \"$0\" pack in p.cab && \"$0\" unpack p.cab out";
+        const CStringArray arguments = {"-c", CString("cd \"$1\" && " + script), CString(tool),
+                                        CString(folder.Native().string())};
+        ASSERT_EQ(RunProgram("sh", arguments).status, 0);
+        for (const char* const name : {"p.cab", "out/run"})  // both replace one from the second time on
+            EXPECT_EQ(fs::status(folder.Native(name)).permissions(), fs::perms(mode)) << name << " " << umask;
+    }
+}
+
+}  // namespace
