@@ -195,6 +195,7 @@ public:
     IXMLDOMParseError get_parseError() const;
     /// An element that stands nowhere yet.
     IXMLDOMElement createElement(std::string_view tag) const;
+    IXMLDOMElement createElement(std::string_view tag, const IXMLDOMNode& scope) const;
 };
 
 }  // namespace MSXML2
