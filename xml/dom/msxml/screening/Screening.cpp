@@ -1,17 +1,18 @@
-#include "xml/dom/Screening.h"
+#include "xml/dom/msxml/screening/Screening.h"
 
 #include <algorithm>
+#include <array>
 
-#include "platform/Text.h"
 #include "platform/Utf8.h"
 #include "xml/dom/Characters.h"
+#include "xml/dom/Held.h"
 
 namespace qv::dom {
 namespace {
 
 using MSXML2::IXMLDOMParseError;
 
-constexpr auto kRefused = static_cast<HRESULT>(0xC00CE000);  // the facility of XML, and a code that nobody else uses
+constexpr long long kMostDefaults = 1'000'000;
 
 IXMLDOMParseError ProblemAt(std::string_view text, std::size_t position, const char* reason) {
     const std::string_view before = text.substr(0, position);
@@ -20,14 +21,11 @@ IXMLDOMParseError ProblemAt(std::string_view text, std::size_t position, const c
     return {kRefused, reason, static_cast<long>(line), static_cast<long>(position - start + 1)};
 }
 
-// The first byte that is no character; only UTF-8 has such.
+// The first byte that is no part of a character.
 std::size_t FindBroken(std::string_view text) {
-    if (platform::CurrentCodePage() != platform::CodePage::Utf8) return text.npos;
     for (std::size_t i = 0; i < text.size();) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const platform::Utf8Character c =
-            byte < 0x80 ? platform::Utf8Character{byte, 1, true} : platform::DecodeUtf8(text, i);
-        if (!c.wellFormed) return i;
+        const platform::Utf8Character c = platform::DecodeUtf8(text, i);
+        if (!ascii::IsAscii(text[i]) && !c.wellFormed) return i;
         i += c.length;
     }
     return text.npos;
@@ -39,7 +37,7 @@ public:
     explicit Scanner(std::string_view text) : m_text(text) {}
 
     IXMLDOMParseError Run() {
-        while ((m_at = m_text.find('<', m_at)) != m_text.npos) {
+        while ((m_at = m_text.find_first_of(m_inSubset ? "<%]" : "<&", m_at)) != m_text.npos) {
             const std::size_t start = m_at;
             if (const char* const reason = Markup()) return ProblemAt(m_text, start, reason);
         }
@@ -49,10 +47,14 @@ public:
 private:
     const char* Markup() {
         const std::string_view rest = m_text.substr(m_at);
+        if (rest[0] == '&') return Reference();
+        if (rest[0] == '%') return "A reference to an entity that is not declared";
+        if (rest[0] == ']') return EndSubset();
         if (rest.starts_with("<!--")) return SkipTo("-->", 4);
-        if (rest.starts_with("<![CDATA[")) return SkipTo("]]>", 9);
         if (rest.starts_with("<?")) return SkipTo("?>", 2);
-        if (rest.starts_with("<!")) return Declaration();
+        if (m_inSubset) return Declaration(rest);
+        if (rest.starts_with("<![CDATA[")) return SkipTo("]]>", 9);
+        if (rest.starts_with("<!")) return DocumentType();
         if (rest.starts_with("</")) {
             --m_depth;
             return SkipTo(">", 2);
@@ -78,52 +80,69 @@ private:
         return 0;
     }
 
-    const char* Declaration() {
-        return SkipToUnquoted(">[") == '[' ? "A document type declaration must not have an internal subset" : nullptr;
+    const char* Reference() {
+        const std::size_t end = m_text.find_first_of(";<& \t\r\n", m_at + 1);
+        const std::string_view name = m_text.substr(m_at + 1, end == m_text.npos ? 0 : end - m_at - 1);
+        constexpr std::array known = {"lt", "gt", "amp", "quot", "apos"};
+        ++m_at;
+        const bool bad = end == m_text.npos || m_text[end] != ';' || name.starts_with('#');  // for the DOM to judge
+        if (bad || std::find(known.begin(), known.end(), name) != known.end()) return nullptr;
+        return "A reference to an entity that is not declared";
+    }
+
+    const char* DocumentType() {
+        m_inSubset = SkipToUnquoted(">[") == '[';
+        if (m_at < m_text.size()) ++m_at;
+        return nullptr;
+    }
+
+    const char* EndSubset() {
+        m_inSubset = false;
+        return SkipTo(">", 1);
+    }
+
+    const char* Declaration(std::string_view rest) {
+        if (rest.starts_with("<!ENTITY")) return "The document type declaration must not declare entities";
+        const std::size_t start = m_at;
+        SkipToUnquoted(">");
+        // Each default needs a name and two quotes at least.
+        const std::string_view declaration = m_text.substr(start, m_at - start);
+        if (rest.starts_with("<!ATTLIST"))
+            m_defaults += (std::count(declaration.begin(), declaration.end(), '"') +
+                           std::count(declaration.begin(), declaration.end(), '\'')) /
+                          2;
+        return nullptr;
     }
 
     const char* Tag() {
-        if (SkipToUnquoted(">") && m_text[m_at - 1] == '/') return nullptr;
+        m_given += m_defaults;
+        if (m_given > kMostDefaults) return "Too many attributes are given by default";
+        const std::size_t start = m_at;
+        const bool empty = SkipToUnquoted(">") && m_text[m_at - 1] == '/';
+        const std::size_t end = m_at;
+        const std::string_view tag = m_text.substr(0, end);
+        for (m_at = tag.find('&', start); m_at != tag.npos; m_at = tag.find('&', m_at))
+            if (const char* const reason = Reference()) return reason;
+        m_at = end;
+        if (empty) return nullptr;
         return ++m_depth > kMaxDepth ? "Elements are nested too deeply" : nullptr;
     }
 
     std::string_view m_text;
     std::size_t m_at = 0;
+    bool m_inSubset = false;
     int m_depth = 0;
+    long long m_defaults = 0, m_given = 0;
 };
-
-bool IsNamePart(std::string_view part) {
-    return !part.empty() && StartsName(part[0]) && std::all_of(part.begin(), part.end(), ContinuesName);
-}
 
 }  // namespace
 
 IXMLDOMParseError Screen(std::string_view text) {
     if (const std::size_t zero = text.find('\0'); zero != text.npos)
-        return ProblemAt(text, zero, "A zero byte is no character of XML");
+        return ProblemAt(text, zero, "A zero byte is not a character of XML");
     if (const std::size_t broken = FindBroken(text); broken != text.npos)
-        return ProblemAt(text, broken, "A byte is no part of a character");
+        return ProblemAt(text, broken, "A byte is not part of a character");
     return Scanner(text).Run();
-}
-
-// In encodings of two or four bytes a character, every ASCII character stands between zero bytes.
-IXMLDOMParseError ScreenBytes(std::string_view bytes) {
-    if (bytes.find('\0') == bytes.npos) return Scanner(bytes).Run();
-    std::string text;
-    text.reserve(bytes.size() / 2);
-    std::copy_if(bytes.begin(), bytes.end(), std::back_inserter(text), [](char c) { return c != 0; });
-    return Scanner(text).Run();
-}
-
-bool IsName(std::string_view name) {
-    const std::size_t colon = name.find(':');
-    if (colon != name.npos && !IsNamePart(name.substr(0, colon))) return false;
-    return IsNamePart(name.substr(colon == name.npos ? 0 : colon + 1)) && FindBroken(name) == name.npos;
-}
-
-bool CanBeHeld(std::string_view text) {
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 && !IsSpace(c); };
-    return std::none_of(text.begin(), text.end(), isControl) && FindBroken(text) == text.npos;
 }
 
 }  // namespace qv::dom
