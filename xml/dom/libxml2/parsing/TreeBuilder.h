@@ -29,7 +29,7 @@ public:
     const MSXML2::IXMLDOMParseError& Problem() const { return m_problem; }
     bool HasNamespaces() const { return m_namespaces; }
 
-    static constexpr int kMostDefaults = 1'000'000;
+    static constexpr int kMostDefaults = 100'000;
 
 private:
     struct Handlers;

@@ -12,7 +12,7 @@ namespace {
 
 using MSXML2::IXMLDOMParseError;
 
-constexpr long long kMostDefaults = 1'000'000;
+constexpr long long kMostDefaults = 100'000;
 
 IXMLDOMParseError ProblemAt(std::string_view text, std::size_t position, const char* reason) {
     const std::string_view before = text.substr(0, position);
