@@ -197,8 +197,8 @@ public:
     /// The same for the bytes of a file, in the encoding that they declare.
     bool load(std::string_view bytes) const;
     /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write
-    /// that one. White space is as it was loaded; the
-    /// DOM's own line end may follow.
+    /// that one. White space is as it was loaded; the DOM's own line end may follow. On Linux, declarations of attributes
+    /// are left out where their defaults would change the tree.
     std::string save() const;
 
     /// Null for an empty document.

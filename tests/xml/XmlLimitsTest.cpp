@@ -134,11 +134,12 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
         {"AddElement xmlns:a", add("xmlns:a"), false},
         {"mark first", add("\xCC\x81x"), !wide},
         {"digit first", add("1x"), false},
+        {"part of a character", add("x\xB7"), !wide},
         {"two colons", add("p:x:y"), false},
         {"empty URI", set("xmlns:q", ""), false},
         {"xmlns:xml", set("xmlns:xml", "x"), false},
         {"xmlns:xmlns", set("xmlns:xmlns", "x"), false},
-        {"new prefix", set("xmlns:n", "n"), true},
+        {"new prefix", set("xmlns:n", "n?a&b<\"'>\n"), true},
         {"space", set("xml:space", "preserve"), true},
         {"quotes", set("k", "<\"'\n\t&>"), true},
     };
@@ -172,6 +173,16 @@ TEST(XmlLimits, SavesNamesThatTheEncodingLacks) {
     document.get_documentElement().appendChild(named.get_documentElement());
     ASSERT_TRUE(again.load(document.save()));
     EXPECT_EQ(again.get_documentElement().get_xml(), document.get_documentElement().get_xml());
+}
+
+TEST(XmlLimits, SavesNoDefaultThatWouldComeBack) {
+    const IXMLDOMDocument document = CXmlHelper::CreateDocument(), again = CXmlHelper::CreateDocument();
+    ASSERT_TRUE(document.loadXML("<!DOCTYPE r [<!ATTLIST r k NMTOKEN 'x &#38; y'><!ELEMENT r ANY>]><r/>"));
+    ASSERT_TRUE(again.load(document.save())) << document.save();
+    EXPECT_EQ(again.get_xml(), document.get_xml());
+    document.get_documentElement().removeAttribute("k");
+    ASSERT_TRUE(again.load(document.save())) << document.save();
+    EXPECT_EQ(again.get_xml(), "<r/>");
 }
 
 // Between nodes nothing goes through the code page; bytes 0x80 to 0x9F come back from the references to them.

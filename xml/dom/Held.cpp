@@ -38,7 +38,8 @@ bool IsNamePart(std::string_view part) {
         const platform::Utf8Character c = platform::DecodeUtf8(part, i);
         const bool ascii = ascii::IsAscii(part[i]);
         const bool starts = ascii ? StartsName(part[i]) : c.wellFormed && IsIn(kNameStarts, c.code);
-        const bool fits = starts || (i > 0 && (ascii ? ContinuesName(part[i]) : IsIn(kOnlyInside, c.code)));
+        const bool fits =
+            starts || (i > 0 && (ascii ? ContinuesName(part[i]) : c.wellFormed && IsIn(kOnlyInside, c.code)));
         if (!fits) return false;
         i += c.length;
     }

@@ -3,6 +3,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "xml/dom/Markup.h"
 #include "xml/dom/libxml2/Problem.h"
@@ -48,13 +49,38 @@ int Append(void* out, const char* bytes, int count) {
     return count;
 }
 
+// libxml2 writes the URIs of declarations as they are. While this lives, they are as they have to be written.
+class WrittenUris {
+public:
+    explicit WrittenUris(xmlDoc* doc) {
+        const auto* const top = reinterpret_cast<const xmlNode*>(doc);
+        for (xmlNode* node = doc->children; node; node = NextInSubtree(top, node))
+            for (xmlNs* ns = node->type == XML_ELEMENT_NODE ? node->nsDef : nullptr; ns; ns = ns->next)
+                if (View(ns->href).find_first_of("&<\t\r\n") != std::string_view::npos) Replace(ns);
+    }
+    WrittenUris(const WrittenUris&) = delete;
+    WrittenUris& operator=(const WrittenUris&) = delete;
+    ~WrittenUris() {
+        for (const auto& [ns, uri] : m_own) xmlFree(const_cast<xmlChar*>(std::exchange(ns->href, uri)));
+    }
+
+private:
+    void Replace(xmlNs* ns) {
+        m_own.emplace_back(ns, ns->href);
+        ns->href = xmlStrdup(Xml(Literal(View(ns->href)).c_str()));
+    }
+
+    std::vector<std::pair<xmlNs*, const xmlChar*>> m_own;
+};
+
 // Nothing when the document cannot be written in the encoding.
-std::string Written(const xmlDoc* doc, const char* encoding) {
+std::string Written(xmlDoc* doc, const char* encoding) {
     const Silence silence;
+    const WrittenUris uris(doc);
     std::string text;
     xmlSaveCtxt* const save = xmlSaveToIO(Append, nullptr, &text, encoding, 0);
     if (!save) return {};
-    const bool saved = xmlSaveDoc(save, const_cast<xmlDoc*>(doc)) >= 0;
+    const bool saved = xmlSaveDoc(save, doc) >= 0;
     return xmlSaveClose(save) >= 0 && saved ? text : "";
 }
 
@@ -74,6 +100,21 @@ bool Means(std::string_view bytes, Node& document) {
 bool HoldsEverything(std::string_view encoding) {
     return encoding == "UTF-8" || encoding == "utf-8" || encoding.starts_with("UTF-16") ||
            encoding.starts_with("utf-16");
+}
+
+// The next declaration of attributes in the internal subset, from a node on.
+xmlNode* AttributeDeclaration(xmlNode* node) {
+    while (node && node->type != XML_ATTRIBUTE_DECL) node = node->next;
+    return node;
+}
+
+bool HasAttributeDeclarations(const xmlDoc* doc) {
+    return doc->intSubset && AttributeDeclaration(doc->intSubset->children);
+}
+
+// They would give defaults, when the document is read again, to elements that have come since or lost them.
+void LeaveOutAttributeDeclarations(const xmlDoc* doc) {
+    while (xmlNode* const declaration = AttributeDeclaration(doc->intSubset->children)) xmlUnlinkNode(declaration);
 }
 
 }  // namespace
@@ -110,10 +151,15 @@ bool LoadBytes(Node& document, std::string_view bytes) {
 }
 
 std::string Save(Node& document) {
-    const xmlDoc* const doc = document.tree->doc;
-    const std::string_view declared = doc->encoding ? View(doc->encoding) : "UTF-8";
-    std::string bytes = Written(doc, std::string(declared).c_str());
-    if (!HoldsEverything(declared) && (bytes.empty() || !Means(bytes, document))) bytes = Written(doc, "UTF-8");
+    xmlDoc* const doc = document.tree->doc;
+    const std::string declared(doc->encoding ? View(doc->encoding) : "UTF-8");
+    std::string bytes = Written(doc, declared.c_str());
+    const auto holds = [&] { return !bytes.empty() && Means(bytes, document); };
+    if (HasAttributeDeclarations(doc) && !holds()) {
+        LeaveOutAttributeDeclarations(doc);
+        bytes = Written(doc, declared.c_str());
+    }
+    if (!HoldsEverything(declared) && !holds()) bytes = Written(doc, "UTF-8");
     if (bytes.empty()) _com_raise_error(_com_error::kFail, "the document could not be written");
     return bytes;
 }

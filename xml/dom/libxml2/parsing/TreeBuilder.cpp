@@ -43,7 +43,8 @@ bool IsSerious(const xmlError& error) {
     return error.level == XML_ERR_FATAL;
 }
 
-// What a literal has to look like so that it means the value.
+}  // namespace
+
 std::string Literal(std::string_view value) {
     std::string out;
     for (const char c : value) {
@@ -58,8 +59,6 @@ std::string Literal(std::string_view value) {
     }
     return out;
 }
-
-}  // namespace
 
 struct TreeBuilder::Handlers {
     static void Install(xmlSAXHandler& sax) {

@@ -15,6 +15,9 @@ struct FreeDoc {
 };
 using Doc = std::unique_ptr<xmlDoc, FreeDoc>;
 
+/// What a literal has to look like so that it means the value, whichever quotes it gets.
+std::string Literal(std::string_view value);
+
 /// Makes a tree of whole names while libxml2 parses, in one pass, and ends the parsing at the first error or limit: more
 /// than kMaxDepth elements in each other, more than kMostDefaults attributes that only a declaration gives, a declaration
 /// of an entity, a reference to one that was not declared. Nothing external is ever opened.
