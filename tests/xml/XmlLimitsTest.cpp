@@ -154,7 +154,7 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
         } catch (const _com_error& error) {
             code = error.Error();
         }
-        EXPECT_EQ(code, row.taken ? 0 : _com_error::kInvalidArg) << row.what;
+        EXPECT_EQ(code, row.taken ? HRESULT{0} : HRESULT{_com_error::kInvalidArg}) << row.what;
         const CString after = document.get_xml();
         EXPECT_EQ(after == before, !row.taken) << row.what;
         const IXMLDOMDocument again = CXmlHelper::CreateDocument();
