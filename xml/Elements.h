@@ -16,7 +16,4 @@ bool IsElement(const MSXML2::IXMLDOMNode& node);
 
 std::vector<MSXML2::IXMLDOMNode> ChildrenOf(const MSXML2::IXMLDOMNode& parent);
 
-/// Gives an element the attributes of another, and no more. Declarations of namespaces are no attributes here.
-void CopyAttributes(const MSXML2::IXMLDOMElement& to, const MSXML2::IXMLDOMElement& from);
-
 }  // namespace qv

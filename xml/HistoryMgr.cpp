@@ -36,7 +36,7 @@ bool CHistoryMgr::ConfirmPending(const CString& url, const CString& title) {
 void CHistoryMgr::Visit(const CString& url, const CString& title) {
     const int known = PositionOf(url);
     m_titles.SetAt(url, title);
-    if (known >= 0 && !m_alwaysNew) {
+    if (known >= 0 && m_alwaysNew != 1) {
         m_current = known;
         return;
     }

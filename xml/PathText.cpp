@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "platform/Ascii.h"
+
 namespace qv {
 
 std::vector<std::string_view> StepsOf(std::string_view path) {
@@ -37,9 +39,10 @@ IndexedStep ReadIndexedStep(std::string_view step) {
     const std::size_t open = step.find('[');
     if (open == step.npos) return result;
     result.name = step.substr(0, open);
-    const char* const end = step.data() + step.size();
-    const auto [next, error] = std::from_chars(step.data() + open + 1, end, result.index);
-    result.valid = error == std::errc() && next + 1 == end && *next == ']' && result.index >= 0;
+    const std::string_view number = ascii::Trimmed(step.substr(open + 1, step.rfind(']') - open - 1), ascii::IsSpace);
+    const char* const end = number.data() + number.size();
+    const auto [next, error] = std::from_chars(number.data(), end, result.index);
+    result.valid = error == std::errc() && next == end && step.back() == ']' && result.index >= 0;
     return result;
 }
 

@@ -20,7 +20,7 @@ namespace {
 class Parser {
 public:
     Parser(std::string_view text, std::string_view tag) : m_tag(tag) {
-        if (text.size() >= std::numeric_limits<std::uint32_t>::max()) Fail("The text is too long");
+        if (text.size() > std::size_t{std::numeric_limits<int>::max()}) Fail("The text is too long");
         m_result.text = text;
         m_last.reserve(64);
         m_result.elements.reserve(text.size() / 48 + 1);
@@ -129,20 +129,13 @@ std::string SectionNode::DataOf(std::uint32_t element) const {
     return data += text.substr(from, self.contentEnd - from);
 }
 
-// Elements are numbered by the tag as it is written, and found by its cleaned form.
+// Elements are numbered, and found, by the cleaned form of their tags: "a b" and "a_b" count as one.
 void SectionNode::MakeIndex() const {
     m_indexed = true;
-    std::unordered_map<std::string_view, std::size_t> withBlanks;
     for (std::uint32_t child = FirstChild(); child; child = At(child).next) {
         const std::string_view tag = TagOf(child);
-        if (tag.find(' ') == tag.npos) {
-            m_index[std::string(tag)].push_back(child);
-            continue;
-        }
-        std::vector<std::uint32_t>& found = m_index[CleanedTag(tag)];
-        const std::size_t number = withBlanks[tag]++;
-        if (found.size() <= number) found.resize(number + 1);
-        found[number] = child;
+        const auto known = m_index.find(tag);
+        (known != m_index.end() ? known->second : m_index[CleanedTag(tag)]).push_back(child);
     }
 }
 

@@ -6,8 +6,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
+
+#include "core/KeyedHash.h"
 
 namespace qv {
 
@@ -67,7 +68,7 @@ private:
     std::shared_ptr<const SectionText> m_text;
     std::uint32_t m_element;
     mutable bool m_indexed = false;
-    mutable std::unordered_map<std::string, std::vector<std::uint32_t>> m_index;
+    mutable KeyedMap<std::string, std::vector<std::uint32_t>> m_index;
 };
 
 }  // namespace qv

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <optional>
-#include <unordered_map>
 
+#include "core/KeyedHash.h"
 #include "qvcommon/XmlHelper.h"
 #include "xml/Numbers.h"
 #include "xml/dom/Path.h"
@@ -109,11 +109,11 @@ bool ReadNumberedNames(const Node& element, const NumberedPath& path, Items& ite
     CString name;
     name.Format(qv::RuntimeFormat{path.step}, 0);
     if (!EndsInName(all) || !EndsInName(name)) return false;
-    std::unordered_map<CString, Nodes> named;
-    for (const Node& node : element.selectNodes(all)) named[node.get_nodeName()].push_back(node);
+    qv::KeyedMap<std::string, Nodes> named;
+    for (const Node& node : element.selectNodes(all)) named[node.get_nodeName().AsStd()].push_back(node);
     for (int i = 0;; ++i) {
         name.Format(qv::RuntimeFormat{path.step}, i);
-        const auto found = named.find(name);
+        const auto found = named.find(name.AsStd());
         if (found == named.end() || !ReadBelow(found->second, path.below, items)) return true;
     }
 }

@@ -1,6 +1,6 @@
 #include "qvcommon/XmlDomElement.h"
 
-#include <memory>
+#include <algorithm>
 
 #include "qvcommon/ClassFactory.h"
 #include "xml/Elements.h"
@@ -32,7 +32,7 @@ BOOL CXmlDomElement::HasDomElement() {
 }
 
 CXmlDomElement::Element CXmlDomElement::GetDomElement() {
-    if (!m_parsed && m_element) Parse();
+    if (!m_parsed) Parse();
     return m_element;
 }
 
@@ -44,7 +44,7 @@ const CXmlDomElementArray& CXmlDomElement::GetChildren() {
 CXmlDomElement::Document CXmlDomElement::GetDomDoc() {
     if (m_root && m_root != this) return m_root->GetDomDoc();
     if (!m_document) {
-        m_document = m_element ? m_element.get_ownerDocument() : CXmlHelper::CreateDocument();
+        m_document = CXmlHelper::CreateDocument();
         m_document.put_async(false);
         m_document.put_validateOnParse(false);
         m_root = this;
@@ -52,22 +52,28 @@ CXmlDomElement::Document CXmlDomElement::GetDomDoc() {
     return m_document;
 }
 
-// Wrappers whose elements are still children stay, others go, new ones follow.
+// The one that the elements of the tree stand in; they may be of another than the tree's own.
+CXmlDomElement::Document CXmlDomElement::DocumentOfElements() {
+    const CXmlDomElement& root = m_root ? *m_root : *this;
+    return root.m_element ? root.m_element.get_ownerDocument() : GetDomDoc();
+}
+
+// Wrappers whose elements are still children stay, others go, new ones follow. Nothing changes before all new ones are
+// made, in which a class may raise.
 void CXmlDomElement::Parse() {
     std::vector<Node> known;
     for (const CXmlDomElement* const child : m_children) known.emplace_back(child->m_element);
     const std::vector<int> indexes = qv::dom::IndexesAmong(m_element.Get(), known);
-    m_parsed = 1;
     std::vector<bool> keep(known.size());
-    auto index = indexes.begin();
-    for (Node node = m_element.get_firstChild(); node; node = node.get_nextSibling()) {
-        const Element element(node);
-        if (!element) continue;
-        const int place = *index++;
-        if (place >= 0)
-            keep[static_cast<std::size_t>(place)] = true;
-        else if (CXmlDomElement* const child = MakeChild(element))
-            m_children.Add(child);
+    m_parsed = 1;
+    try {
+        std::vector<std::unique_ptr<CXmlDomElement>> fresh = MakeChildren(indexes, keep);
+        m_children.SetSize(static_cast<int>(known.size() + fresh.size()));
+        std::transform(fresh.begin(), fresh.end(), m_children.begin() + static_cast<std::ptrdiff_t>(known.size()),
+                       [](std::unique_ptr<CXmlDomElement>& child) { return child.release(); });
+    } catch (...) {
+        m_parsed = 0;
+        throw;
     }
     for (int i = static_cast<int>(keep.size()) - 1; i >= 0; --i) {
         if (keep[static_cast<std::size_t>(i)]) continue;
@@ -76,13 +82,29 @@ void CXmlDomElement::Parse() {
     }
 }
 
-CXmlDomElement* CXmlDomElement::MakeChild(const Element& element) {
+// Wrappers for the child elements that have none; the places of those that have are marked.
+std::vector<std::unique_ptr<CXmlDomElement>> CXmlDomElement::MakeChildren(const std::vector<int>& indexes,
+                                                                          std::vector<bool>& keep) {
+    std::vector<std::unique_ptr<CXmlDomElement>> made;
+    auto index = indexes.begin();
+    for (Node node = m_element.get_firstChild(); node; node = node.get_nextSibling()) {
+        const Element element(node);
+        if (!element) continue;
+        if (const int place = *index++; place >= 0)
+            keep[static_cast<std::size_t>(place)] = true;
+        else if (std::unique_ptr<CXmlDomElement> child = MakeChild(element))
+            made.push_back(std::move(child));
+    }
+    return made;
+}
+
+std::unique_ptr<CXmlDomElement> CXmlDomElement::MakeChild(const Element& element) {
     std::unique_ptr<CObject> object(CQVClassFactory::CreateObject(qv::KeyOfElement(element)));
     auto* const child = dynamic_cast<CXmlDomElement*>(object.get());
     if (!child) return nullptr;
     child->SetElement(element, m_root ? m_root : this);
-    static_cast<void>(object.release());  // the child tree owns it now
-    return child;
+    static_cast<void>(object.release());
+    return std::unique_ptr<CXmlDomElement>(child);
 }
 
 // Something changed below, no matter where.
@@ -101,10 +123,10 @@ CXmlDomElement* CXmlDomElement::FindElementForNode(const Node& node) {
 
 CXmlDomElement* CXmlDomElement::GetElement(std::string_view path, int index, int fromDocument, int create) {
     const CString full = CString(path) + CXmlHelper::GetTagIndex(index);
-    const Node start = fromDocument ? Node(GetDomDoc()) : Node(m_element);
+    const Node start = fromDocument ? Node(DocumentOfElements()) : Node(m_element);
     Node node = start.selectSingleNode(full);
     if (!node && create && fromDocument) {
-        node = start.selectSingleNode(CXmlHelper::CreateXmlPath(GetDomDoc(), full));
+        node = start.selectSingleNode(CXmlHelper::CreateXmlPath(Document(start), full));
         m_root->ParseAgain();
     }
     return (fromDocument ? m_root : this)->FindElementForNode(node);

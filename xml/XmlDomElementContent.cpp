@@ -1,5 +1,7 @@
 #include "qvcommon/XmlDomElement.h"
 #include "xml/Elements.h"
+#include "xml/Fragments.h"
+#include "xml/dom/Backend.h"
 
 // A text may take the place of elements that have wrappers.
 bool CXmlDomElement::HoldsElements(std::string_view path, int index) const {
@@ -87,16 +89,15 @@ BOOL CXmlDomElement::SetDate(std::string_view path, const COleDateTime& value, i
 
 BOOL CXmlDomElement::RemoveNodes(std::string_view path) {
     BOOL removed = 0;
-    std::vector<Node> owners;
     for (const Node& node : m_element.selectNodes(path)) {
-        if (node.get_nodeType() == MSXML2::NODE_ATTRIBUTE) {
-            if (owners.empty()) owners = m_element.selectNodes(CString(path) + "/..");
-            for (const Node& owner : owners) Element(owner).removeAttribute(node.get_nodeName());
-            removed = 1;
-        } else if (const Node parent = node.get_parentNode()) {
-            parent.removeChild(node);
-            removed = 1;
-        }
+        const bool attribute = node.get_nodeType() == MSXML2::NODE_ATTRIBUTE;
+        const Node above = attribute ? qv::dom::OwnerOf(node.Get()) : node.get_parentNode();
+        if (!above) continue;
+        if (attribute)
+            qv::dom::RemoveAttribute(above.Get(), qv::dom::NameOf(node.Get()));
+        else
+            above.removeChild(node);
+        removed = 1;
     }
     return Changed(true, removed);
 }
@@ -149,7 +150,9 @@ void CXmlDomElement::SyncNode(const CXmlDomElement& source) {
 }
 
 void CXmlDomElement::SyncNode(const Element& target, const Element& source) {
-    const CString content = CXmlHelper::GetInnerXml(source);
-    qv::CopyAttributes(target, source);
-    CXmlHelper::SetXml(target, content);
+    if (target == source) return;
+    std::vector<Node> copies;
+    for (const Node& child : qv::ChildrenOf(source)) copies.push_back(qv::dom::Clone(child.Get()));
+    qv::dom::CopyAttributes(target.Get(), source.Get());
+    qv::ReplaceContent(target, std::move(copies));
 }

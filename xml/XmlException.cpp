@@ -10,7 +10,6 @@ void CXmlException::Throw(const char* message, int severity, int errorCode, int 
     auto* const exception = new CXmlException;
     exception->SetText(message);
     exception->SetSeverity(severity);
-    exception->SetCode(errorCode);
     exception->m_errorCode = errorCode;
     exception->m_detail = detail;
     throw exception;

@@ -1,12 +1,16 @@
 #include <algorithm>
 #include <deque>
 #include <iterator>
-#include <unordered_map>
 #include <utility>
 
+#include "core/KeyedHash.h"
 #include "qvcommon/XmlHelper.h"
 #include "xml/Elements.h"
+#include "xml/Fragments.h"
+#include "xml/dom/Backend.h"
 #include "xml/dom/Characters.h"
+#include "xml/dom/CodePage.h"
+#include "xml/dom/Held.h"
 #include "xml/dom/Markup.h"
 
 namespace {
@@ -22,30 +26,46 @@ Element Parse(std::string_view xml) {
     return CXmlHelper::GetDocumentElement(xml);
 }
 
-// What hangs together in a fragment goes over piece by piece.
+// All or none.
 Node InsertAll(const Node& parent, const Nodes& nodes, const Node& reference) {
-    for (const Node& node : nodes) parent.insertBefore(node, reference);
+    auto next = nodes.begin();
+    try {
+        for (; next != nodes.end(); ++next) parent.insertBefore(*next, reference);
+    } catch (...) {
+        while (next != nodes.begin()) parent.removeChild(*--next);
+        throw;
+    }
     return nodes.empty() ? Node() : nodes.front();
 }
 
-CString MarkupOf(const Node& node) {
-    return node.get_xml();
+void RequireRoom(const Node& parent, const Nodes& nodes) {
+    const int depth = qv::dom::DepthOf(parent.Get());
+    for (const Node& node : nodes)
+        if (depth + qv::dom::HeightOf(node.Get()) > qv::dom::kMaxDepth)
+            _com_raise_error(_com_error::kInvalidArg, "elements are nested too deeply");
 }
 
-CString KeyOf(const Node& node) {
-    return qv::KeyOfElement(Element(node));
+// As KeyOfElement has it, exactly.
+std::string KeyOf(const Node& node) {
+    std::string key = qv::dom::NameOf(node.Get()), type;
+    if (qv::dom::GetAttribute(node.Get(), "typ", type)) (key += ' ') += type;
+    return key;
+}
+
+std::string MarkupOf(const Node& node) {
+    return qv::dom::MarkupOf(node);
 }
 
 // Elements of the old content, waiting to be used again; a null one is used.
 class Reusable {
 public:
-    Reusable(Nodes& elements, CString (*keyOf)(const Node&)) : m_elements(elements) {
+    Reusable(Nodes& elements, std::string (*keyOf)(const Node&)) : m_elements(elements) {
         for (std::size_t i = 0; i < elements.size(); ++i)
-            if (elements[i]) m_waiting[keyOf(elements[i]).AsStd()].push_back(i);
+            if (elements[i]) m_waiting[keyOf(elements[i])].push_back(i);
     }
 
-    Node Take(const CString& key) {
-        const auto waiting = m_waiting.find(key.AsStd());
+    Node Take(const std::string& key) {
+        const auto waiting = m_waiting.find(key);
         if (waiting == m_waiting.end() || waiting->second.empty()) return nullptr;
         const std::size_t index = waiting->second.front();
         waiting->second.pop_front();
@@ -54,11 +74,11 @@ public:
 
 private:
     Nodes& m_elements;
-    std::unordered_map<std::string, std::deque<std::size_t>> m_waiting;
+    qv::KeyedMap<std::string, std::deque<std::size_t>> m_waiting;
 };
 
 void TakeOver(const Element& to, const Element& from) {
-    qv::CopyAttributes(to, from);
+    qv::dom::CopyAttributes(to.Get(), from.Get());
     for (const Node& child : ChildrenOf(to)) to.removeChild(child);
     InsertAll(to, ChildrenOf(from), nullptr);
 }
@@ -71,7 +91,7 @@ void Merge(const Nodes& old, Nodes& fresh) {
     Reusable same(elements, MarkupOf);
     for (Node& node : fresh) {
         if (!IsElement(node)) continue;
-        if (Node kept = same.Take(node.get_xml()))
+        if (Node kept = same.Take(MarkupOf(node)))
             node = std::move(kept);
         else
             open.push_back(&node);
@@ -87,6 +107,14 @@ void Merge(const Nodes& old, Nodes& fresh) {
 
 }  // namespace
 
+void qv::ReplaceContent(const Element& element, Nodes fresh) {
+    RequireRoom(element, fresh);
+    const Nodes old = ChildrenOf(element);
+    for (const Node& child : old) element.removeChild(child);
+    Merge(old, fresh);
+    InsertAll(element, fresh, nullptr);
+}
+
 CString CXmlHelper::GetInnerXml(std::string_view xml) {
     const Element root = GetDocumentElement(xml);
     return root ? GetInnerXml(root) : CString();
@@ -94,18 +122,14 @@ CString CXmlHelper::GetInnerXml(std::string_view xml) {
 
 CString CXmlHelper::GetInnerXml(const Node& node) {
     node.Get();
-    return qv::dom::InnerMarkupOf(node);
+    return qv::dom::ToCodePage(qv::dom::InnerMarkupOf(node, qv::dom::Markup::CodePage));
 }
 
 BOOL CXmlHelper::SetXml(const Element& element, std::string_view xml) {
     element.Get();
     const Element wrapper = Parse(CString("<x>") + xml + "</x>");
     if (!wrapper) return 0;
-    const Nodes old = ChildrenOf(element);
-    for (const Node& child : old) element.removeChild(child);
-    Nodes fresh = ChildrenOf(wrapper);
-    Merge(old, fresh);
-    InsertAll(element, fresh, nullptr);
+    qv::ReplaceContent(element, ChildrenOf(wrapper));
     return 1;
 }
 

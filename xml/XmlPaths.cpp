@@ -2,6 +2,7 @@
 
 #include "qvcommon/XmlHelper.h"
 #include "xml/PathText.h"
+#include "xml/dom/Backend.h"
 
 namespace {
 
@@ -43,11 +44,57 @@ void AddMissingAttribute(const Node& parent, std::string_view step, std::string_
     Element(parent).setAttribute(step.substr(1), value);
 }
 
+Node LastChild(const Node& parent) {
+    Node last;
+    for (Node child = parent.get_firstChild(); child; child = child.get_nextSibling()) last = child;
+    return last;
+}
+
+// Takes out what was made, if the rest of the path cannot be. All of it is below the first step that was missing.
+class Undo {
+public:
+    void Remember(const Node& parent) {
+        if (m_parent) return;
+        m_parent = parent;
+        m_last = LastChild(parent);
+    }
+
+    void Run() const {
+        if (!m_parent) return;
+        const auto made = [&] { return m_last ? m_last.get_nextSibling() : m_parent.get_firstChild(); };
+        while (const Node child = made()) m_parent.removeChild(child);
+    }
+
+private:
+    Node m_parent, m_last;
+};
+
 // One step further down from `parent`, made if it is missing.
-Node MakeStep(const Node& parent, std::string_view step, std::string_view value) {
+Node MakeStep(const Node& parent, std::string_view step, std::string_view value, Undo& undo) {
     if (Node found = parent.selectSingleNode(step)) return found;
+    undo.Remember(parent);
     AppendMissing(parent, qv::ReadIndexedStep(step), value);
     return parent.selectSingleNode(step);
+}
+
+CString MakePath(const MSXML2::IXMLDOMDocument& document, std::string_view path, std::string_view value, Undo& undo) {
+    Node parent = document;
+    parent.Get();
+    const bool absolute = path.starts_with('/');
+    if (absolute) path.remove_prefix(1);
+    CString made;
+    for (const std::string_view step : qv::StepsOf(path)) {
+        if (!made.IsEmpty() || absolute) made += '/';
+        made += step;
+        if (step.starts_with('@')) {
+            AddMissingAttribute(parent, step, value);
+            continue;
+        }
+        const CString indexed = CXmlHelper::GetIndexedPath(step);
+        made = made.Left(made.GetLength() - static_cast<int>(step.size())) + indexed;
+        parent = MakeStep(parent, indexed, value, undo);
+    }
+    return made;
 }
 
 const char* TestOf(DOMNodeType type) {
@@ -96,23 +143,13 @@ CString CXmlHelper::GetTagIndex(int index) {
 }
 
 CString CXmlHelper::CreateXmlPath(const Document& document, std::string_view path, std::string_view value) {
-    Node parent = document;
-    parent.Get();
-    const bool absolute = path.starts_with('/');
-    if (absolute) path.remove_prefix(1);
-    CString made;
-    for (const std::string_view step : qv::StepsOf(path)) {
-        if (!made.IsEmpty() || absolute) made += '/';
-        made += step;
-        if (step.starts_with('@')) {
-            AddMissingAttribute(parent, step, value);
-            continue;
-        }
-        const CString indexed = GetIndexedPath(step);
-        made = made.Left(made.GetLength() - static_cast<int>(step.size())) + indexed;
-        parent = MakeStep(parent, indexed, value);
+    Undo undo;
+    try {
+        return MakePath(document, path, value, undo);
+    } catch (...) {
+        undo.Run();
+        throw;
     }
-    return made;
 }
 
 CString CXmlHelper::DeleteXmlPath(const Document& document, std::string_view path) {
@@ -123,7 +160,7 @@ CString CXmlHelper::DeleteXmlPath(const Document& document, std::string_view pat
         node.get_parentNode().removeChild(node);
         return indexed;
     }
-    const Element owner(document.selectSingleNode(CString(path) + "/.."));
+    const Element owner(qv::dom::OwnerOf(node.Get()));
     CString indexed = GetNodePath(owner, nullptr) + "/" + GetIndexedName(node);
     owner.removeAttribute(node.get_nodeName());
     return indexed;

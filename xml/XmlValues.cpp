@@ -129,7 +129,7 @@ CXmlHelper::Element CXmlHelper::AddElement(const Node& element, std::string_view
 
 CXmlHelper::Element CXmlHelper::AddElement(const Node& element, std::string_view tag, std::string_view text) {
     const Document self(element), document = self ? self : element.get_ownerDocument();
-    Element added = document.createElement(tag);
+    Element added = document.createElement(tag, element);
     if (!text.empty()) added.put_text(text);
     element.appendChild(added);
     return added;

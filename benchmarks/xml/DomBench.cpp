@@ -5,7 +5,7 @@
 
 #include <pugixml.hpp>
 
-#include "qvcommon/XmlHelper.h"
+#include "qvcommon/XmlDomElement.h"
 
 namespace {
 
@@ -58,6 +58,18 @@ void GetString_pugixml(benchmark::State& state) {
 }
 BENCHMARK(GetString_pugixml)->Name("GetString/pugixml");
 
+void Load_QvCommon(benchmark::State& state) {
+    const auto document = CXmlHelper::CreateDocument();
+    for (auto _ : state) benchmark::DoNotOptimize(document.loadXML(Document()));
+}
+BENCHMARK(Load_QvCommon)->Name("Load/QvCommon");
+
+void Load_libxml2(benchmark::State& state) {
+    for (auto _ : state)
+        xmlFreeDoc(xmlReadMemory(Document().data(), static_cast<int>(Document().size()), nullptr, nullptr, 0));
+}
+BENCHMARK(Load_libxml2)->Name("Load/libxml2");
+
 CString List(int count) {
     CString xml = "<list>";
     for (int i = 0; i < count; ++i) xml += "<item><v>x</v></item>";
@@ -82,5 +94,31 @@ void CreateXmlPath(benchmark::State& state) {
     for (auto _ : state) CXmlHelper::CreateXmlPath(CXmlHelper::CreateDocument(), path, "v");
 }
 BENCHMARK(CreateXmlPath)->Name("Growth_CreateXmlPath/qvcommon")->Arg(1000)->Arg(10000);
+
+// Each move looks at the declarations in scope once.
+void MoveUnderDeclarations(benchmark::State& state) {
+    std::string text = "<r";
+    for (int i = 0; i < 1000; ++i) text += " xmlns:n" + std::to_string(i) + "='u" + std::to_string(i) + "'";
+    const auto root = CXmlHelper::GetDocumentElement(text + "><n999:a/></r>");
+    const auto child = root.get_firstChild();
+    for (auto _ : state)
+        for (int i = 0; i < state.range(); ++i) root.appendChild(child);
+}
+BENCHMARK(MoveUnderDeclarations)->Name("Growth_MoveUnderDeclarations/qvcommon")->Arg(1000)->Arg(10000);
+
+void SetAttributes(benchmark::State& state) {
+    for (auto _ : state) {
+        const auto root = CXmlHelper::GetDocumentElement("<r/>");
+        for (int i = 0; i < state.range(); ++i) root.setAttribute("k" + std::to_string(i), "v");
+    }
+}
+BENCHMARK(SetAttributes)->Name("Growth_SetAttributes/qvcommon")->Arg(1000)->Arg(10000);
+
+void SyncAttributes(benchmark::State& state) {
+    const auto from = CXmlHelper::GetDocumentElement("<r/>");
+    for (int i = 0; i < state.range(); ++i) from.setAttribute("k" + std::to_string(i), "v");
+    for (auto _ : state) CXmlDomElement::SyncNode(CXmlHelper::GetDocumentElement("<r/>"), from);
+}
+BENCHMARK(SyncAttributes)->Name("Growth_SyncAttributes/qvcommon")->Arg(1000)->Arg(10000);
 
 }  // namespace

@@ -46,7 +46,7 @@ public:
     virtual CString GetBackMenuUrl(QvPoint point, HWND window);
     virtual CString GetForwardMenuUrl(QvPoint point, HWND window);
 
-    /// Non-zero: a page that is in the history already is a new visit nevertheless, and stands in it twice.
+    /// 1: a page that is in the history already is a new visit nevertheless, and stands in it twice.
     void SetAlwaysNew(int alwaysNew) { m_alwaysNew = alwaysNew; }
 
 protected:

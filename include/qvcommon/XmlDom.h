@@ -12,12 +12,20 @@
 /// 10 MB is refused, a prefix that was never declared is not, and the place of an error may be that of the last tag before
 /// it, or 0.
 ///
-/// Texts are bytes in the process's code page. Names and texts that XML cannot hold (a name with a blank, control
-/// characters) raise E_INVALIDARG.
+/// Texts are bytes in the process's code page. A character that it does not hold is "?" in a value and a reference in
+/// markup; between nodes nothing is lost. The characters U+0080 to U+009F are these bytes in a code page of single bytes.
 ///
-/// **Documents from outside are limited**, before either DOM sees them: elements nest at most 256 deep, and a document type
-/// declaration may name the root and an external subset, which is never read, but hold no internal subset, so there are no
-/// entities but the five of XML and character references. Nothing is ever fetched from anywhere.
+/// **What an operation accepts, saves, and loads again as the same tree.** What XML 1.0 and its namespaces cannot hold
+/// raises E_INVALIDARG and changes nothing: names that are none, or whose prefix is not declared where they stand; texts
+/// with control characters, U+FFFE or U+FFFF, or more than 10^9 bytes; "--" in a comment, "]]>" in CDATA, carriage returns
+/// in either; elements more than 256 deep. Nodes that move keep their namespaces: what is not declared so at the new place
+/// is declared with them.
+///
+/// **Documents from outside are limited**, in every encoding alike: elements nest at most 256 deep; a document type
+/// declaration may name an external subset, which is never read, and declare elements, attributes and notations, but no
+/// entities; references to others than the five of XML are refused; attributes that only a declaration gives are at most
+/// 100,000. Nothing is ever fetched from anywhere. Libxml2 compares the attributes of one tag with each other, so a tag
+/// with n of them takes time in line with n squared.
 
 #include <utility>
 #include <vector>
@@ -135,8 +143,12 @@ public:
     CString get_tagName() const { return get_nodeName(); }
     /// False, and `value` left alone, when there is no such attribute.
     bool getAttribute(std::string_view name, CString& value) const;
+    /// "xmlns" and "xmlns:p" are declarations: on Linux the names below mean what they then say; what a COM DOM makes of a
+    /// change is its own affair.
+    /// @throws _com_error E_INVALIDARG for a prefix that is not declared, a declaration that Namespaces in XML forbids, and
+    /// one under which names that stand there would be undeclared or the same.
     void setAttribute(std::string_view name, std::string_view value) const;
-    /// Nothing happens when there is none.
+    /// Nothing happens when there is none. @throws _com_error E_INVALIDARG for a declaration that is in use.
     void removeAttribute(std::string_view name) const;
 };
 
@@ -185,16 +197,19 @@ public:
     /// The same for the bytes of a file, in the encoding that they declare.
     bool load(std::string_view bytes) const;
     /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write
-    /// that one. White space is as it was loaded; the
-    /// DOM's own line end may follow.
+    /// that one. White space is as it was loaded; the DOM's own line end may follow. On Linux, declarations of attributes
+    /// are left out where their defaults would change the tree.
     std::string save() const;
 
     /// Null for an empty document.
     IXMLDOMElement get_documentElement() const;
     /// Of the last load.
     IXMLDOMParseError get_parseError() const;
-    /// An element that stands nowhere yet.
+    /// An element that stands nowhere yet, in no namespace. @throws _com_error E_INVALIDARG for a name with a prefix.
     IXMLDOMElement createElement(std::string_view tag) const;
+    /// The same for a place in `scope`: a prefix stands for what it stands for there. @throws _com_error E_INVALIDARG for
+    /// one that is not declared.
+    IXMLDOMElement createElement(std::string_view tag, const IXMLDOMNode& scope) const;
 };
 
 }  // namespace MSXML2

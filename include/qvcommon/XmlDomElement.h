@@ -3,6 +3,9 @@
 /// @file A tree of objects over a tree of elements: each wraps one element and owns the wrappers of its child elements,
 /// whose classes are chosen by what the elements are called.
 
+#include <memory>
+#include <vector>
+
 #include "qvcommon/XmlHelper.h"
 
 class CXmlDomElement;
@@ -38,7 +41,8 @@ public:
     /// Wraps an element, or nothing for a null one. A root of null makes this object the root.
     virtual void SetElement(const Element& element, CXmlDomElement* root = nullptr);
     /// The wrapper, somewhere below, of the first element at a path with its index (CXmlHelper), or null.
-    /// @param fromDocument  not zero: the path starts at the document, so with the name of its root, else at this element.
+    /// @param fromDocument  not zero: the path starts at the document of the tree's elements, so with the name of its root,
+    /// else at this element.
     /// @param create  not zero: a missing element is made first, with the path to it, if the path starts at the document.
     virtual CXmlDomElement* GetElement(std::string_view path, int index = 0, int fromDocument = 0, int create = 0);
 
@@ -68,7 +72,8 @@ public:
     /// The wrapped element, its children in step.
     Element GetDomElement();
     const CXmlDomElementArray& GetChildren();
-    /// The document of the tree: the root's; made, synchronous and without validation, when there is none yet.
+    /// The tree's own document: the root's; made, empty, synchronous and without validation, when there is none yet. The
+    /// elements that SetElement was given may be of another.
     Document GetDomDoc();
 
     /// True for the wrapper of its document's root element.
@@ -83,7 +88,7 @@ public:
     CString GetElementMask() const { return CXmlHelper::GetElementMask(m_element); }
     CString GetXml() const { return m_element.get_xml(); }
 
-    /// Loads a text into the tree's document. The root wraps the new document element: none when the text does not parse,
+    /// Loads a text into the tree's own document. The root wraps the new document element: none when the text does not parse,
     /// which is not raised. Other objects keep the elements of the old document. @return 0 when it does not parse.
     BOOL LoadXml(std::string_view xml);
     /// CXmlHelper::SetXml on this element.
@@ -107,7 +112,9 @@ public:
 
 private:
     void Parse();
-    CXmlDomElement* MakeChild(const Element& element);
+    Document DocumentOfElements();
+    std::vector<std::unique_ptr<CXmlDomElement>> MakeChildren(const std::vector<int>& indexes, std::vector<bool>& keep);
+    std::unique_ptr<CXmlDomElement> MakeChild(const Element& element);
     void ParseAgain();
     bool HoldsElements(std::string_view path, int index) const;
     BOOL Changed(bool elements, BOOL result);

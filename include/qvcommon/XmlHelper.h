@@ -74,7 +74,7 @@ public:
     /// the elements that stand beside the path and those made.
     /// @return the path with an index in every step: "r/item[2]" gives "r[0]/item[2]".
     /// @throws _com_error E_POINTER for a name or value that makes no markup, E_INVALIDARG for a missing step with another
-    /// predicate than an index, more than 2^24 missing elements in a step, or a second root. Steps before stay made.
+    /// predicate than an index, more than 2^24 missing elements in a step, or a second root, or a name that XML cannot hold. Nothing is changed then.
     static CString CreateXmlPath(const Document& document, std::string_view path, std::string_view value = {});
     /// Removes the first node at a path. @return its indexed path (GetNodePath) while it was there; empty when it was not.
     static CString DeleteXmlPath(const Document& document, std::string_view path);

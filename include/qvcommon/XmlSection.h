@@ -81,11 +81,11 @@ public:
     ///
     /// Linear in time and memory, however deep elements are nested.
     /// @return the number of bytes read.
-    /// @throws CVorbexException* (severity 16, code 1) for tags that are not closed or do not match, and for a stray
-    /// ">". The section is then empty.
+    /// @throws CVorbexException* (severity 16, code 1) for tags that are not closed or do not match, for a stray ">", and
+    /// for 2 GB or more. The section is then empty.
     int SetRawXml(std::string_view text);
 
-    /// The text of element number `index`, from 0, with that tag, its escapes undone.
+    /// The text of element number `index`, from 0, with that tag, its escapes undone. "a b" and "a_b" count as one tag.
     virtual BOOL GetString(std::string_view tag, CString& value, int index = 0) const;
     /// As atoi has it; the nearest number for one out of range.
     BOOL GetInteger(std::string_view tag, int& value, int index = 0) const;

@@ -5,7 +5,8 @@
 declare -gA QV_PACKAGES=(
     [build]="cmake ninja-build g++ ccache pkg-config libcli11-dev libxml2-dev zlib1g-dev"
     [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
-    [tests]="7zip cabextract gcab googletest imagemagick locales netpbm python3 tzdata"
+    [tests]="7zip cabextract gcab googletest imagemagick libxml2-utils locales netpbm python3 strace
+        tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
     [packages]="dpkg-dev file"
     [install]="groff-base lintian"

@@ -84,8 +84,11 @@ TEST(HistoryMgr, KeepsTheNewest) {
 
 TEST(HistoryMgr, MayVisitAgain) {
     History history;
-    history.SetAlwaysNew(1);
+    history.SetAlwaysNew(2);  // only 1 is on
     history.Visit({"A", "B", "A"});
+    EXPECT_EQ(history.Pages(), "B[A]");
+    history.SetAlwaysNew(1);
+    history.Visit({"B", "A"});
     EXPECT_EQ(history.Pages(), "[A]BA");
     history.GetBackUrl();
     history.Visit({"B", "A"});

@@ -96,14 +96,56 @@ TEST_F(XmlDomElement, KeepsWrappersOfWhatStays) {
     EXPECT_EQ(g_alive, 0);
 }
 
+TEST_F(XmlDomElement, RemovesWhatThePathSelects) {
+    struct Row {
+        const char *document, *path, *left;
+        BOOL removed;
+    };
+    for (const Row& row :
+         {Row{"<r><v n='1' m='2'/><v n='3' m='1'/></r>", "v/@*[.='1']", "<r><v m=\"2\"/><v n=\"3\"/></r>", 1},
+          Row{"<r><a x='1' y='2'/><b x='3' y='4'/></r>", "a/@x|b/@y", "<r><a y=\"2\"/><b x=\"3\"/></r>", 1},
+          Row{"<r>t<a/><!--c--><b><a/></b></r>", ".//a|text()", "<r><!--c--><b/></r>", 1},
+          Row{"<r><a><b/></a></r>", "a|a/b", "<r/>", 1}, Row{"<r/>", "@x|y", "<r/>", 0}}) {
+        root.LoadXml(row.document);
+        EXPECT_EQ(root.RemoveNodes(row.path), row.removed) << row.path;
+        EXPECT_EQ(root.GetXml(), row.left) << row.path;
+    }
+    root.LoadXml("<r><a x='1' y='2'/><b y='3'/></r>");
+    EXPECT_EQ(CXmlHelper::DeleteXmlPath(root.GetDomDoc(), "r/b/@y|r/a/@y"), "/r[0]/a[0]/@y");
+    EXPECT_EQ(root.GetXml(), "<r><a x=\"1\"/><b y=\"3\"/></r>");
+}
+
+TEST_F(XmlDomElement, ChangesNothingWhenAClassRaises) {
+    root.LoadXml("<r><a>1</a><a>2</a></r>");
+    const CXmlDomElementArray before = root.GetChildren();
+    CQVClassFactory::Register("bad", []() -> CObject* { throw 7; });
+    EXPECT_EQ(root.SetXml("<b/><bad/>"), 1);
+    for (int i = 0; i < 2; ++i) EXPECT_THROW(root.GetChildren(), int);
+    EXPECT_EQ(g_alive, 2);
+    EXPECT_TRUE(CQVClassFactory::Unregister("bad"));
+    EXPECT_THAT(Keys(), ElementsAre("b"));
+    EXPECT_EQ(g_alive, 1);
+}
+
+TEST_F(XmlDomElement, LeavesTheDocumentOfAnElementThatItWasGiven) {
+    const auto element = CXmlHelper::GetDocumentElement("<r><a>1</a></r>");
+    root.SetElement(element);
+    EXPECT_EQ(root.GetElement("/r/a", 0, 1), root.GetChildren()[0]);
+    EXPECT_EQ(root.LoadXml("<z><b/></z>"), 1);
+    EXPECT_EQ(root.GetXml(), "<z><b/></z>");
+    EXPECT_EQ(element.get_ownerDocument().get_xml(), "<r><a>1</a></r>");
+}
+
 TEST_F(XmlDomElement, IsEmptyAfterAnUnparsableText) {
     EXPECT_EQ(root.LoadXml("<a>"), 0);
     EXPECT_EQ(root.HasDomElement(), 0);
-    try {
-        root.GetChildren();
-        ADD_FAILURE();
-    } catch (const _com_error& error) {
-        EXPECT_EQ(error.Error(), _com_error::kPointer);
+    for (const bool children : {true, false}) {
+        try {
+            children ? static_cast<void>(root.GetChildren()) : static_cast<void>(root.GetDomElement());
+            ADD_FAILURE();
+        } catch (const _com_error& error) {
+            EXPECT_EQ(error.Error(), _com_error::kPointer);
+        }
     }
     const auto problem = root.GetDomDoc().get_parseError();
     const auto raised = Raised<CXmlException>([&] { CXmlException::Throw(problem, 48, 9); });
@@ -114,6 +156,7 @@ TEST_F(XmlDomElement, IsEmptyAfterAnUnparsableText) {
     const auto own = Raised<CVorbexException>([] { CXmlException::Throw("text", 16, 3, 4); });
     ASSERT_TRUE(own && own->IsKindOf(RUNTIME_CLASS(CXmlException)));
     EXPECT_EQ(static_cast<CXmlException&>(*own).GetErrorCode(), 3);
+    EXPECT_EQ(own->GetCode(), 0);
 }
 
 }  // namespace

@@ -153,7 +153,7 @@ TEST(XmlHelper, MakesPathsAndDeletesThem) {
     };
     for (const Row& row :
          {Row{"r", "", "r[0]", "<r/>"},
-          Row{"r/item[1]", "<v/>", "r[0]/item[1]", "<r><item><v/></item><item><v/></item></r>"},
+          Row{"r/item[ 1]", "<v/>", "r[0]/item[ 1]", "<r><item><v/></item><item><v/></item></r>"},
           Row{"/r/item[1]/w", "x", "/r[0]/item[1]/w[0]", "<r><item><v/></item><item><v/><w>x</w></item></r>"},
           Row{"r/item/@k", "a<b", "r[0]/item[0]/@k", "<r><item k=\"a&lt;b\"><v/></item><item><v/><w>x</w></item></r>"},
           Row{"r/item[2]/n/n", "y", "r[0]/item[2]/n[0]/n[0]",

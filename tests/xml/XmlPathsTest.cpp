@@ -187,7 +187,8 @@ TEST(XmlDocuments, ThatAreBadGiveANullHandleAndAReason) {
                                  {" <?xml version='1.0'?><a/>", 1},
                                  {bomb, 1},
                                  {"<!DOCTYPE r [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><r>&x;</r>", 1},
-                                 {"<!DOCTYPE r [<!ATTLIST r a CDATA 'big'>]><r/>", 1},
+                                 {"<!DOCTYPE r SYSTEM 'n.dtd'><r>A&foo;B</r>", 1},
+                                 {"<!DOCTYPE r SYSTEM 'n.dtd'><r t='x&foo;y'/>", 1},
                                  {"\n<!DOCTYPE r [<!ENTITY % p SYSTEM 'http://localhost/'> %p;]><r/>", 2},
                                  {deep, 1}};
     for (const Refused& row : documents) {
@@ -241,7 +242,6 @@ TEST(XmlDocuments, GoThroughFilesInTheirEncoding) {
     }
     const IXMLDOMDocument wide = CXmlHelper::CreateDocument();
     EXPECT_TRUE(wide.load(std::string("\xFF\xFE<\0r\0/\0>\0", 10)));
-    EXPECT_FALSE(wide.load(std::string("\xFF\xFE<\0!\0D\0O\0C\0T\0Y\0P\0E\0 \0r\0[\0]\0>\0<\0r\0/\0>\0", 38)));
 }
 
 TEST(XmlNodes, OutliveTheirPlaceAndTheirDocument) {

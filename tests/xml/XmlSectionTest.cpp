@@ -113,6 +113,12 @@ TEST(XmlSection, ReadsByTagAndNumber) {
         EXPECT_TRUE(number == 0 && real == 0 && flag == 0 && text.IsEmpty() && section.EmptyForSave());
         EXPECT_EQ(date.GetStatus(), COleDateTime::invalid);
     }
+    for (const char* const both : {"<a_b>1</a_b><a b>2</a b>", "<a b>1</a b><a_b>2</a_b>"}) {
+        CXmlSection counted;
+        counted.SetRawXml(both);
+        EXPECT_TRUE(counted.GetInteger("a b", number, 0) && number == 1) << both;
+        EXPECT_TRUE(counted.GetInteger("a_b", number, 1) && number == 2) << both;
+    }
     EXPECT_EQ(CXmlSection::GetIndex(15, "My Tag"), "0000000fMy_Tag");
     CXmlSection tagged("t");
     EXPECT_EQ(tagged.SetRawXml("x<a></a></t>rest"), 12);

@@ -1,12 +1,13 @@
 #pragma once
 
 /// @file What the DOM handles ask of a DOM. libxml2/ and msxml/ answer, file by file; the handles have checked before that
-/// names and texts can be held, that no handle is null, and that no node would come to stand inside itself.
+/// names and texts can be held, that no handle is null, and that no node would come to stand inside itself or too deep.
 ///
-/// Texts are in the process's code page. A failure raises _com_error.
+/// Texts are UTF-8, so that nothing is lost between nodes, whatever the code page. A failure raises _com_error.
 
 #include <memory>
 #include <span>
+#include <string>
 
 #include "qvcommon/XmlDom.h"
 #include "xml/dom/Path.h"
@@ -26,6 +27,10 @@ bool SameNode(Node& a, Node& b);
 bool Holds(Node& outer, Node& inner);
 /// For each child element of `parent`, in order, the index of the handle to it among `known`, or -1. Linear.
 std::vector<int> IndexesAmong(Node& parent, std::span<const IXMLDOMNode> known);
+/// How many elements a node stands in, itself included.
+int DepthOf(Node& node);
+/// How many elements stand in each other from a node down, itself included.
+int HeightOf(Node& node);
 
 // Documents (Document.cpp)
 
@@ -41,7 +46,9 @@ bool LoadText(Node& document, std::string_view text);
 bool LoadBytes(Node& document, std::string_view bytes);
 std::string Save(Node& document);
 IXMLDOMNode DocumentElement(Node& document);
-IXMLDOMNode CreateElement(Node& document, std::string_view tag);
+/// An element that stands nowhere yet. A prefix means what it means at `scope`; without one it is in no namespace.
+/// Null when the prefix is not declared there.
+IXMLDOMNode CreateElement(Node& document, std::string_view tag, Node* scope);
 
 // Values (Values.cpp)
 
@@ -51,9 +58,19 @@ std::string ValueOf(Node& node);
 std::string NamespaceOf(Node& node);
 std::string TextOf(Node& node);
 void SetText(Node& node, std::string_view text);
-bool GetAttribute(Node& element, std::string_view name, CString& value);
-void SetAttribute(Node& element, std::string_view name, std::string_view value);
-void RemoveAttribute(Node& element, std::string_view name);
+
+// Attributes (Attributes.cpp)
+
+std::vector<IXMLDOMNode> Attributes(Node& node);
+/// The element that an attribute stands at; null when it stands nowhere.
+IXMLDOMNode OwnerOf(Node& attribute);
+bool GetAttribute(Node& element, std::string_view name, std::string& value);
+/// False, and nothing changed, for a prefix that is not declared, and for a declaration under which names that stand there
+/// would have none, or two attributes of an element the same.
+bool SetAttribute(Node& element, std::string_view name, std::string_view value);
+bool RemoveAttribute(Node& element, std::string_view name);
+/// Gives an element the attributes of another, and no more. Declarations of namespaces are no attributes here.
+void CopyAttributes(Node& to, Node& from);
 
 // The tree (Tree.cpp)
 
@@ -62,10 +79,11 @@ IXMLDOMNode FirstChild(Node& node);
 IXMLDOMNode NextSibling(Node& node);
 IXMLDOMNode PreviousSibling(Node& node);
 Node* OwnerDocument(Node& node);
-std::vector<IXMLDOMNode> Attributes(Node& node);
 /// `reference` is a child of `parent`, or null for the end.
 void Insert(Node& parent, Node& child, Node* reference);
 void Remove(Node& parent, Node& child);
+/// A copy with all below it, which stands nowhere yet.
+IXMLDOMNode Clone(Node& node);
 
 // Paths (Select.cpp)
 

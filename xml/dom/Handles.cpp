@@ -2,8 +2,9 @@
 
 #include "qvcommon/XmlDom.h"
 #include "xml/dom/Backend.h"
+#include "xml/dom/CodePage.h"
+#include "xml/dom/Held.h"
 #include "xml/dom/Markup.h"
-#include "xml/dom/Screening.h"
 
 namespace MSXML2 {
 namespace {
@@ -14,12 +15,22 @@ void Require(bool holds, const char* what) {
     if (!holds) _com_raise_error(_com_error::kInvalidArg, what);
 }
 
-void RequireText(std::string_view text) {
-    Require(dom::CanBeHeld(text), "XML cannot hold this text");
+// The text in UTF-8, CR LF as LF.
+std::string HeldText(const IXMLDOMNode& node, std::string_view text) {
+    std::string utf8 = dom::ToUtf8(text);
+    if (utf8.find("\r\n") != utf8.npos) {
+        CString plain(std::move(utf8));
+        plain.Replace("\r\n", "\n");
+        utf8 = plain.AsStd();
+    }
+    Require(dom::CanHold(node.get_nodeType(), utf8), "XML cannot hold this text");
+    return utf8;
 }
 
-void RequireName(std::string_view name) {
-    Require(dom::IsName(name), "this is no name in XML");
+std::string HeldName(std::string_view name) {
+    std::string utf8 = dom::ToUtf8(name);
+    Require(dom::IsName(utf8), "this is not a name in XML");
+    return utf8;
 }
 
 bool IsChildOf(const IXMLDOMNode& child, const IXMLDOMNode& parent) {
@@ -35,6 +46,9 @@ void RequireFit(const IXMLDOMNode& parent, const IXMLDOMNode& child) {
                 (outer == NODE_DOCUMENT && (note || inner == NODE_ELEMENT)),
             "the node cannot stand here");
     Require(!dom::Holds(child.Get(), parent.Get()), "a node cannot stand inside itself");
+    if (inner == NODE_ELEMENT)
+        Require(dom::DepthOf(parent.Get()) + dom::HeightOf(child.Get()) <= dom::kMaxDepth,
+                "elements are nested too deeply");
 }
 
 void RequireNoOtherRoot(const IXMLDOMNode& document, const IXMLDOMNode& child) {
@@ -66,32 +80,28 @@ DOMNodeType IXMLDOMNode::get_nodeType() const {
 }
 
 CString IXMLDOMNode::get_nodeName() const {
-    return dom::NameOf(Get());
+    return dom::ToCodePage(dom::NameOf(Get()));
 }
 
 CString IXMLDOMNode::get_nodeValue() const {
-    return dom::ValueOf(Get());
+    return dom::ToCodePage(dom::ValueOf(Get()));
 }
 
 CString IXMLDOMNode::get_namespaceURI() const {
-    return dom::NamespaceOf(Get());
+    return dom::ToCodePage(dom::NamespaceOf(Get()));
 }
 
 CString IXMLDOMNode::get_text() const {
-    return dom::TextOf(Get());
+    return dom::ToCodePage(dom::TextOf(Get()));
 }
 
 void IXMLDOMNode::put_text(std::string_view text) const {
-    RequireText(text);
-    if (text.find("\r\n") == text.npos) return dom::SetText(Get(), text);
-    CString plain(text);
-    plain.Replace("\r\n", "\n");
-    dom::SetText(Get(), plain);
+    dom::SetText(Get(), HeldText(*this, text));
 }
 
 CString IXMLDOMNode::get_xml() const {
     Get();
-    return dom::MarkupOf(*this);
+    return dom::ToCodePage(dom::MarkupOf(*this, dom::Markup::CodePage));
 }
 
 IXMLDOMNode IXMLDOMNode::get_parentNode() const {
@@ -119,11 +129,11 @@ std::vector<IXMLDOMNode> IXMLDOMNode::get_attributes() const {
 }
 
 IXMLDOMNode IXMLDOMNode::selectSingleNode(std::string_view path) const {
-    return dom::SelectFirst(Get(), path);
+    return dom::SelectFirst(Get(), dom::ToUtf8(path));
 }
 
 std::vector<IXMLDOMNode> IXMLDOMNode::selectNodes(std::string_view path) const {
-    return dom::SelectAll(Get(), path);
+    return dom::SelectAll(Get(), dom::ToUtf8(path));
 }
 
 IXMLDOMNode IXMLDOMNode::appendChild(const IXMLDOMNode& child) const {
@@ -150,17 +160,23 @@ IXMLDOMElement::IXMLDOMElement(IXMLDOMNode node) {
 }
 
 bool IXMLDOMElement::getAttribute(std::string_view name, CString& value) const {
-    return dom::GetAttribute(Get(), name, value);
+    std::string utf8;
+    if (!dom::GetAttribute(Get(), dom::ToUtf8(name), utf8)) return false;
+    value = CString(dom::ToCodePage(utf8));
+    return true;
 }
 
 void IXMLDOMElement::setAttribute(std::string_view name, std::string_view value) const {
-    RequireName(name);
-    RequireText(value);
-    dom::SetAttribute(Get(), name, value);
+    dom::Node& element = Get();
+    const std::string utf8 = HeldName(name), text = dom::ToUtf8(value);
+    Require(dom::CanHold(NODE_ATTRIBUTE, text), "XML cannot hold this text");
+    Require(!dom::IsDeclaration(utf8) || dom::CanDeclare(dom::DeclaredPrefix(utf8), text),
+            "this prefix cannot be declared so");
+    Require(dom::SetAttribute(element, utf8, text), "the prefix is not declared, or the name is taken");
 }
 
 void IXMLDOMElement::removeAttribute(std::string_view name) const {
-    dom::RemoveAttribute(Get(), name);
+    Require(dom::RemoveAttribute(Get(), dom::ToUtf8(name)), "the declaration is in use");
 }
 
 IXMLDOMDocument::IXMLDOMDocument(IXMLDOMNode node) {
@@ -186,19 +202,11 @@ void IXMLDOMDocument::put_preserveWhiteSpace(bool preserve) const {
 }
 
 bool IXMLDOMDocument::loadXML(std::string_view text) const {
-    dom::Node& document = Get();
-    const IXMLDOMParseError problem = dom::Screen(text);
-    if (problem.get_errorCode() == 0) return dom::LoadText(document, text);
-    dom::SetProblem(document, problem);
-    return false;
+    return dom::LoadText(Get(), dom::ToUtf8(text));
 }
 
 bool IXMLDOMDocument::load(std::string_view bytes) const {
-    dom::Node& document = Get();
-    const IXMLDOMParseError problem = dom::ScreenBytes(bytes);
-    if (problem.get_errorCode() == 0) return dom::LoadBytes(document, bytes);
-    dom::SetProblem(document, problem);
-    return false;
+    return dom::LoadBytes(Get(), bytes);
 }
 
 std::string IXMLDOMDocument::save() const {
@@ -214,8 +222,14 @@ IXMLDOMParseError IXMLDOMDocument::get_parseError() const {
 }
 
 IXMLDOMElement IXMLDOMDocument::createElement(std::string_view tag) const {
-    RequireName(tag);
-    return IXMLDOMElement(dom::CreateElement(Get(), tag));
+    return createElement(tag, nullptr);
+}
+
+IXMLDOMElement IXMLDOMDocument::createElement(std::string_view tag, const IXMLDOMNode& scope) const {
+    dom::Node& document = Get();
+    IXMLDOMElement element(dom::CreateElement(document, HeldName(tag), scope ? &scope.Get() : nullptr));
+    Require(static_cast<bool>(element), "the prefix is not declared");
+    return element;
 }
 
 }  // namespace MSXML2

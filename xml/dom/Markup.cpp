@@ -2,6 +2,13 @@
 
 #include <utility>
 
+#include "core/KeyedHash.h"
+#include "platform/Ascii.h"
+#include "platform/Utf8.h"
+#include "xml/dom/Backend.h"
+#include "xml/dom/CodePage.h"
+#include "xml/dom/Held.h"
+
 namespace qv::dom {
 namespace {
 
@@ -22,20 +29,26 @@ void AppendEscaped(std::string& out, std::string_view text, bool attribute) {
     }
 }
 
-void AppendAttribute(std::string& out, std::string_view name, std::string_view value) {
-    out.append(name).append("=\"");
-    AppendEscaped(out, value, true);
-    out += '"';
-}
-
-std::string PrefixOf(std::string_view name) {
-    const std::size_t colon = name.find(':');
-    return std::string(colon == name.npos ? "" : name.substr(0, colon));
+// The same, with references for what the code page does not hold.
+void AppendReferenced(std::string& out, std::string_view text, bool attribute) {
+    std::size_t from = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        const platform::Utf8Character c = platform::DecodeUtf8(text, i);
+        if (!ascii::IsAscii(text[i]) && !CodePageHolds(text.substr(i, c.length))) {
+            AppendEscaped(out, text.substr(from, i - from), attribute);
+            out.append("&#").append(std::to_string(static_cast<unsigned long>(c.code))).append(";");
+            from = i + c.length;
+        }
+        i += c.length;
+    }
+    AppendEscaped(out, text.substr(from), attribute);
 }
 
 // Walks down and up again without a stack of calls: trees made by hand may be deep.
 class MarkupWriter {
 public:
+    explicit MarkupWriter(Markup reader) : m_references(reader == Markup::CodePage && !CodePageHoldsAll()) {}
+
     std::string Write(const IXMLDOMNode& top, bool inner) {
         IXMLDOMNode node = inner ? top.get_firstChild() : top;
         while (node) {
@@ -52,7 +65,7 @@ private:
     struct Element {
         IXMLDOMNode node;
         std::string name;
-        std::size_t declared;  // how many prefixes were known outside it
+        std::size_t declared;  // how many declarations were in force outside it
     };
 
     // The node behind a finished one. Closes the elements that end there.
@@ -63,7 +76,7 @@ private:
             if (m_elements.empty()) return nullptr;
             node = std::move(m_elements.back().node);
             if (!m_elements.back().name.empty()) m_out.append("</").append(m_elements.back().name).append(">");
-            m_known.resize(m_elements.back().declared);
+            Forget(m_elements.back().declared);
             m_elements.pop_back();
         }
     }
@@ -73,10 +86,10 @@ private:
         switch (node.get_nodeType()) {
             case NODE_ELEMENT: return OpenElement(node);
             case NODE_DOCUMENT: return Descend(node, "");
-            case NODE_TEXT: AppendEscaped(m_out, node.get_nodeValue(), false); break;
-            case NODE_CDATA_SECTION: Append("<![CDATA[", node.get_nodeValue(), "]]>"); break;
-            case NODE_COMMENT: Append("<!--", node.get_nodeValue(), "-->"); break;
-            case NODE_ATTRIBUTE: AppendAttribute(m_out, node.get_nodeName(), node.get_nodeValue()); break;
+            case NODE_TEXT: AppendText(ValueOf(node.Get()), false); break;
+            case NODE_CDATA_SECTION: Append("<![CDATA[", ValueOf(node.Get()), "]]>"); break;
+            case NODE_COMMENT: Append("<!--", ValueOf(node.Get()), "-->"); break;
+            case NODE_ATTRIBUTE: AppendAttribute(NameOf(node.Get()), ValueOf(node.Get())); break;
             case NODE_PROCESSING_INSTRUCTION: AppendInstruction(node); break;
             default: break;
         }
@@ -87,23 +100,36 @@ private:
         m_out.append(begin).append(text).append(end);
     }
 
-    // A declaration speaks of an encoding that this text no longer has.
+    void AppendText(std::string_view text, bool attribute) {
+        if (m_references && !ascii::IsAscii(text))
+            AppendReferenced(m_out, text, attribute);
+        else
+            AppendEscaped(m_out, text, attribute);
+    }
+
+    void AppendAttribute(std::string_view name, std::string_view value) {
+        m_out.append(name).append("=\"");
+        AppendText(value, true);
+        m_out += '"';
+    }
+
+    // A declaration names an encoding that this text no longer has.
     void AppendInstruction(const IXMLDOMNode& node) {
-        const CString name = node.get_nodeName(), value = node.get_nodeValue();
+        const std::string name = NameOf(node.Get()), value = ValueOf(node.Get());
         if (name == "xml") return;
-        Append("<?", name, value.IsEmpty() ? "" : " ");
+        Append("<?", name, value.empty() ? "" : " ");
         m_out.append(value).append("?>");
     }
 
     bool Descend(const IXMLDOMNode& node, std::string name) {
         if (!node.get_firstChild()) return false;
-        m_elements.push_back({node, std::move(name), m_known.size()});
+        m_elements.push_back({node, std::move(name), m_declared.size()});
         return true;
     }
 
     bool OpenElement(const IXMLDOMNode& node) {
-        const std::size_t declared = m_known.size();
-        const std::string name = node.get_nodeName().AsStd();
+        const std::size_t declared = m_declared.size();
+        const std::string name = NameOf(node.Get());
         m_out.append("<").append(name);
         const std::vector<IXMLDOMNode> attributes = node.get_attributes();
         for (const IXMLDOMNode& attribute : attributes) WriteAttribute(attribute);
@@ -112,51 +138,60 @@ private:
         const bool deeper = Descend(node, name);
         if (deeper) m_elements.back().declared = declared;
         m_out += deeper ? ">" : "/>";
-        if (!deeper) m_known.resize(declared);
+        if (!deeper) Forget(declared);
         return deeper;
     }
 
     void WriteAttribute(const IXMLDOMNode& attribute) {
-        const CString name = attribute.get_nodeName(), value = attribute.get_nodeValue();
+        const std::string name = NameOf(attribute.Get()), value = ValueOf(attribute.Get());
         m_out += ' ';
-        AppendAttribute(m_out, name, value);
-        if (name == "xmlns") m_known.emplace_back("", value.AsStd());
-        if (name.Left(6) == "xmlns:") m_known.emplace_back(name.Mid(6).AsStd(), value.AsStd());
+        AppendAttribute(name, value);
+        if (IsDeclaration(name)) Know(std::string(DeclaredPrefix(name)), value);
     }
 
     void DeclareOf(const IXMLDOMNode& attribute) {
-        const std::string name = attribute.get_nodeName().AsStd(), prefix = PrefixOf(name);
-        if (!prefix.empty() && prefix != "xmlns") Declare(attribute, name);
+        const std::string name = NameOf(attribute.Get());
+        if (!PrefixOf(name).empty() && !IsDeclaration(name)) Declare(attribute, name);
     }
 
     // Writes the declaration of the name's prefix, unless one is in force.
-    void Declare(const IXMLDOMNode& node, const std::string& name) {
-        std::string prefix = PrefixOf(name), uri = node.get_namespaceURI().AsStd();
+    void Declare(const IXMLDOMNode& node, std::string_view name) {
+        const std::string prefix(PrefixOf(name)), uri = NamespaceOf(node.Get());
         if (prefix == "xml" || KnownUri(prefix) == uri || (uri.empty() && !prefix.empty())) return;
         m_out += ' ';
-        AppendAttribute(m_out, prefix.empty() ? "xmlns" : "xmlns:" + prefix, uri);
-        m_known.emplace_back(std::move(prefix), std::move(uri));
+        AppendAttribute(prefix.empty() ? "xmlns" : "xmlns:" + prefix, uri);
+        Know(prefix, uri);
+    }
+
+    void Know(std::string prefix, std::string uri) {
+        m_uris[prefix].push_back(std::move(uri));
+        m_declared.push_back(std::move(prefix));
+    }
+
+    void Forget(std::size_t declared) {
+        for (; m_declared.size() > declared; m_declared.pop_back()) m_uris[m_declared.back()].pop_back();
     }
 
     std::string_view KnownUri(const std::string& prefix) const {
-        for (auto it = m_known.rbegin(); it != m_known.rend(); ++it)
-            if (it->first == prefix) return it->second;
-        return {};
+        const auto known = m_uris.find(prefix);
+        return known == m_uris.end() || known->second.empty() ? std::string_view() : known->second.back();
     }
 
+    bool m_references;
     std::string m_out;
-    std::vector<Element> m_elements;                           // that are open
-    std::vector<std::pair<std::string, std::string>> m_known;  // prefixes in force and their URIs
+    std::vector<Element> m_elements;                         // that are open
+    std::vector<std::string> m_declared;                     // the prefixes declared in these, in order
+    KeyedMap<std::string, std::vector<std::string>> m_uris;  // what each stands for, the innermost last
 };
 
 }  // namespace
 
-std::string MarkupOf(const IXMLDOMNode& node) {
-    return MarkupWriter().Write(node, false);
+std::string MarkupOf(const IXMLDOMNode& node, Markup reader) {
+    return MarkupWriter(reader).Write(node, false);
 }
 
-std::string InnerMarkupOf(const IXMLDOMNode& node) {
-    return MarkupWriter().Write(node, true);
+std::string InnerMarkupOf(const IXMLDOMNode& node, Markup reader) {
+    return MarkupWriter(reader).Write(node, true);
 }
 
 }  // namespace qv::dom

@@ -3,24 +3,19 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <utility>
 
-#include "xml/dom/Characters.h"
-#include "xml/dom/libxml2/Internals.h"
+#include "xml/dom/Markup.h"
 #include "xml/dom/libxml2/Problem.h"
+#include "xml/dom/libxml2/names/Scope.h"
+#include "xml/dom/libxml2/parsing/TreeBuilder.h"
 
 namespace qv::dom {
 namespace {
 
 using MSXML2::IXMLDOMParseError;
 
-struct FreeDoc {
-    void operator()(xmlDoc* doc) const { xmlFreeDoc(doc); }
-};
-struct FreeContext {
-    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
-};
-using Doc = std::unique_ptr<xmlDoc, FreeDoc>;
-using Context = std::unique_ptr<xmlParserCtxt, FreeContext>;
+constexpr auto kLongestDocument = static_cast<std::size_t>(std::numeric_limits<int>::max());
 
 Doc NewDoc() {
     PrepareLibrary();
@@ -29,54 +24,97 @@ Doc NewDoc() {
     return doc;
 }
 
-// A subset that the screening did not see, whatever its encoding, ends here.
-void RefuseEntity(void* data, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {
-    xmlStopParser(static_cast<xmlParserCtxt*>(data));
-}
-
-bool IsBlankText(const xmlNode* node) {
-    return node->type == XML_TEXT_NODE && IsBlank(View(node->content));
-}
-
-bool KeepsSpace(xmlNode* node) {
-    return xmlNodeGetSpacePreserve(node) == 1;
-}
-
-void DropBlanks(xmlDoc* doc) {
-    const auto* const top = reinterpret_cast<const xmlNode*>(doc);
-    for (xmlNode* node = doc->children; node;) {
-        xmlNode* const blank = IsBlankText(node) && !KeepsSpace(node->parent) ? node : nullptr;
-        node = NextInSubtree(top, node);
-        if (!blank) continue;
-        xmlUnlinkNode(blank);
-        xmlFreeNode(blank);
-    }
+bool Refuse(Node& document, const IXMLDOMParseError& problem) {
+    SetProblem(document, problem);
+    return false;
 }
 
 bool Load(Node& document, std::string_view bytes, const char* encoding, int options) {
-    if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-        SetProblem(document, {_com_error::kOutOfMemory, "The text is too long", 0, 0});
-        return false;
-    }
+    if (bytes.size() > kLongestDocument)
+        return Refuse(document, {_com_error::kOutOfMemory, "The text is too long", 0, 0});
     PrepareLibrary();
     const Silence silence;
-    const Context context(xmlNewParserCtxt());
-    if (!context) throw std::bad_alloc();
-    FirstError first;
-    context->_private = &first;
-    context->sax->serror = FirstError::Take;
-    context->sax->entityDecl = RefuseEntity;
-    // Names are shared within a document only; depth and length were looked at before.
-    Doc doc(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, encoding,
-                              options | XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_COMPACT));
-    if (!doc || !context->wellFormed || first.problem.get_errorCode() != 0) {
-        if (first.problem.get_errorCode() == 0) first.problem = {_com_error::kFail, "The document is empty", 1, 1};
-        SetProblem(document, first.problem);
-        return false;
-    }
-    if (!document.tree->keepSpace) DropBlanks(doc.get());
-    ReplaceTree(document, doc.release());
+    TreeBuilder builder(document.tree->keepSpace);
+    Doc doc = builder.Parse(bytes, encoding, options);
+    if (!doc) return Refuse(document, builder.Problem());
+    ReplaceTree(document, doc.release(), builder.HasNamespaces());
     return true;
+}
+
+int Append(void* out, const char* bytes, int count) {
+    auto& text = *static_cast<std::string*>(out);
+    const auto size = static_cast<std::size_t>(count);
+    if (text.size() + size > kLongestDocument) return -1;
+    text.append(bytes, size);
+    return count;
+}
+
+// libxml2 writes the URIs of declarations as they are. While this lives, they are as they have to be written.
+class WrittenUris {
+public:
+    explicit WrittenUris(xmlDoc* doc) {
+        const auto* const top = reinterpret_cast<const xmlNode*>(doc);
+        for (xmlNode* node = doc->children; node; node = NextInSubtree(top, node))
+            for (xmlNs* ns = node->type == XML_ELEMENT_NODE ? node->nsDef : nullptr; ns; ns = ns->next)
+                if (View(ns->href).find_first_of("&<\t\r\n") != std::string_view::npos) Replace(ns);
+    }
+    WrittenUris(const WrittenUris&) = delete;
+    WrittenUris& operator=(const WrittenUris&) = delete;
+    ~WrittenUris() {
+        for (const auto& [ns, uri] : m_own) xmlFree(const_cast<xmlChar*>(std::exchange(ns->href, uri)));
+    }
+
+private:
+    void Replace(xmlNs* ns) {
+        m_own.emplace_back(ns, ns->href);
+        ns->href = xmlStrdup(Xml(Literal(View(ns->href)).c_str()));
+    }
+
+    std::vector<std::pair<xmlNs*, const xmlChar*>> m_own;
+};
+
+// Nothing when the document cannot be written in the encoding.
+std::string Written(xmlDoc* doc, const char* encoding) {
+    const Silence silence;
+    const WrittenUris uris(doc);
+    std::string text;
+    xmlSaveCtxt* const save = xmlSaveToIO(Append, nullptr, &text, encoding, 0);
+    if (!save) return {};
+    const bool saved = xmlSaveDoc(save, doc) >= 0;
+    return xmlSaveClose(save) >= 0 && saved ? text : "";
+}
+
+std::string MarkupIn(Node& document) {
+    Retain(document);
+    return MarkupOf(IXMLDOMNode(&document));
+}
+
+// True when the bytes, read again, are the document: names and comments have no references for what an encoding lacks.
+bool Means(std::string_view bytes, Node& document) {
+    HRESULT error = 0;
+    const IXMLDOMNode copy(CreateDocument(error));
+    SetKeepSpace(copy.Get(), true);
+    return LoadBytes(copy.Get(), bytes) && MarkupIn(copy.Get()) == MarkupIn(document);
+}
+
+bool HoldsEverything(std::string_view encoding) {
+    return encoding == "UTF-8" || encoding == "utf-8" || encoding.starts_with("UTF-16") ||
+           encoding.starts_with("utf-16");
+}
+
+// The next declaration of attributes in the internal subset, from a node on.
+xmlNode* AttributeDeclaration(xmlNode* node) {
+    while (node && node->type != XML_ATTRIBUTE_DECL) node = node->next;
+    return node;
+}
+
+bool HasAttributeDeclarations(const xmlDoc* doc) {
+    return doc->intSubset && AttributeDeclaration(doc->intSubset->children);
+}
+
+// They would give defaults, when the document is read again, to elements that have come since or lost them.
+void LeaveOutAttributeDeclarations(const xmlDoc* doc) {
+    while (xmlNode* const declaration = AttributeDeclaration(doc->intSubset->children)) xmlUnlinkNode(declaration);
 }
 
 }  // namespace
@@ -96,7 +134,7 @@ void SetKeepSpace(Node& document, bool keep) {
 }
 
 void SetProblem(Node& document, const IXMLDOMParseError& problem) {
-    ReplaceTree(document, NewDoc().release());
+    ReplaceTree(document, NewDoc().release(), false);
     document.tree->problem = problem;
 }
 
@@ -105,7 +143,7 @@ IXMLDOMParseError Problem(Node& document) {
 }
 
 bool LoadText(Node& document, std::string_view text) {
-    return Load(document, ToUtf8(text), "UTF-8", XML_PARSE_IGNORE_ENC);
+    return Load(document, text, "UTF-8", XML_PARSE_IGNORE_ENC);
 }
 
 bool LoadBytes(Node& document, std::string_view bytes) {
@@ -113,27 +151,32 @@ bool LoadBytes(Node& document, std::string_view bytes) {
 }
 
 std::string Save(Node& document) {
-    const Silence silence;
-    xmlChar* text = nullptr;
-    int size = 0;
-    const xmlDoc* const doc = document.tree->doc;
-    const char* const encoding = doc->encoding ? reinterpret_cast<const char*>(doc->encoding) : "UTF-8";
-    xmlDocDumpMemoryEnc(document.tree->doc, &text, &size, encoding);
-    if (!text) _com_raise_error(_com_error::kFail, "the document could not be written in its encoding");
-    const std::unique_ptr<xmlChar, decltype(xmlFree)> owner(text, xmlFree);
-    return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(size)};
+    xmlDoc* const doc = document.tree->doc;
+    const std::string declared(doc->encoding ? View(doc->encoding) : "UTF-8");
+    std::string bytes = Written(doc, declared.c_str());
+    const auto holds = [&] { return !bytes.empty() && Means(bytes, document); };
+    if (HasAttributeDeclarations(doc) && !holds()) {
+        LeaveOutAttributeDeclarations(doc);
+        bytes = Written(doc, declared.c_str());
+    }
+    if (!HoldsEverything(declared) && !holds()) bytes = Written(doc, "UTF-8");
+    if (bytes.empty()) _com_raise_error(_com_error::kFail, "the document could not be written");
+    return bytes;
 }
 
 IXMLDOMNode DocumentElement(Node& document) {
     return HandleTo(*document.tree, xmlDocGetRootElement(document.tree->doc));
 }
 
-IXMLDOMNode CreateElement(Node& document, std::string_view tag) {
+IXMLDOMNode CreateElement(Node& document, std::string_view tag, Node* scope) {
     Tree& tree = *document.tree;
-    xmlNode* const node = xmlNewDocNode(tree.doc, nullptr, Xml(ToUtf8(tag).c_str()), nullptr);
-    if (!node) throw std::bad_alloc();
-    tree.orphans.emplace(node, 0);
-    return HandleTo(tree, node);
+    const std::string_view prefix = PrefixOf(tag);
+    const xmlChar* const uri = scope && !prefix.empty() ? UriOf(scope->node, prefix) : nullptr;
+    if (!prefix.empty() && !uri) return nullptr;
+    xmlNode* const node = xmlNewDocNode(tree.doc, nullptr, Xml(std::string(tag).c_str()), nullptr);
+    IXMLDOMNode element = HandleToOrphan(tree, node);
+    if (uri) Settle(tree, node, {{std::string(prefix), std::string(View(uri))}});
+    return element;
 }
 
 }  // namespace qv::dom

@@ -1,12 +1,10 @@
 #include <libxml/parser.h>
 
+#include <algorithm>
 #include <mutex>
 #include <new>
 
-#include "platform/Ascii.h"
-#include "platform/Text.h"
-#include "platform/Utf8.h"
-#include "xml/dom/libxml2/Internals.h"
+#include "xml/dom/libxml2/names/Scope.h"
 
 namespace qv::dom {
 namespace {
@@ -26,7 +24,7 @@ void ForEachInSubtree(xmlNode* top, Visit visit) {
     for (xmlNode* node = top; node; node = NextInSubtree(top, node)) {
         visit(node);
         if (node->type != XML_ELEMENT_NODE) continue;
-        for (xmlAttr* attr = node->properties; attr; attr = attr->next) visit(reinterpret_cast<xmlNode*>(attr));
+        for (xmlAttr* attr = node->properties; attr; attr = attr->next) visit(AsNode(attr));
     }
 }
 
@@ -58,27 +56,45 @@ void ReleaseOrphan(Tree& tree, std::unordered_map<xmlNode*, std::size_t>::iterat
     tree.orphans.erase(orphan);
 }
 
-// Namespaces that the node uses from outside stay with the document.
+void ForgetAttribute(NamedAttributes& known, xmlAttr* attribute) {
+    if (known.element != attribute->parent) return;
+    known.byName.erase(View(attribute->name));
+    if (known.last == attribute) known.last = attribute->prev;
+}
+
+// How many Nodes there are in what went.
 std::size_t Unlink(Tree& tree, xmlNode* node) {
     tree.children.clear();
+    if (node->type == XML_ELEMENT_NODE) tree.attributes = {};
+    if (node->type == XML_ATTRIBUTE_NODE && node->parent)
+        ForgetAttribute(tree.attributes, reinterpret_cast<xmlAttr*>(node));
     const std::size_t nodes = CountNodes(node);
     const auto orphan = node->parent ? OrphanOf(tree, node) : tree.orphans.end();
-    xmlDOMWrapRemoveNode(nullptr, tree.doc, node, 0);
+    xmlUnlinkNode(node);
     ReleaseOrphan(tree, orphan, nodes);
     return nodes;
 }
 
+// A string that lives as long as the dictionary of the other document.
+const xmlChar* Moved(const xmlChar* text, xmlDict* from, xmlDict* to) {
+    if (!text || !from || !xmlDictOwns(from, text)) return text;
+    const xmlChar* const copy = to ? xmlDictLookup(to, text, -1) : xmlStrdup(text);
+    if (!copy) throw std::bad_alloc();
+    return copy;
+}
+
+void MoveToDocument(xmlNode* node, xmlDoc* from, xmlDoc* to) {
+    node->doc = to;
+    node->name = Moved(node->name, from->dict, to->dict);
+    if (node->type == XML_ATTRIBUTE_NODE) {
+        for (xmlNode* text = node->children; text; text = text->next) MoveToDocument(text, from, to);
+    } else if (node->type != XML_ELEMENT_NODE) {
+        // Short texts lie in the node itself, others may be shared in the dictionary.
+        node->content = const_cast<xmlChar*>(Moved(node->content, from->dict, to->dict));
+    }
+}
+
 }  // namespace
-
-std::string ToUtf8(std::string_view text) {
-    if (ascii::IsAscii(text) || platform::CurrentCodePage() == platform::CodePage::Utf8) return std::string(text);
-    return platform::WideToUtf8(platform::ToWide(text));
-}
-
-std::string FromUtf8(std::string_view utf8) {
-    if (ascii::IsAscii(utf8) || platform::CurrentCodePage() == platform::CodePage::Utf8) return std::string(utf8);
-    return platform::FromWide(platform::Utf8ToWide(utf8));
-}
 
 void PrepareLibrary() {
     static std::once_flag once;
@@ -97,6 +113,12 @@ Node* Refer(Tree& tree, xmlNode* node) {
     ++tree.nodes;
     node->_private = fresh;
     return fresh;
+}
+
+IXMLDOMNode HandleToOrphan(Tree& tree, xmlNode* node) {
+    if (!node) throw std::bad_alloc();
+    tree.orphans.emplace(node, 0);
+    return HandleTo(tree, node);
 }
 
 void Retain(Node& node) noexcept {
@@ -122,6 +144,28 @@ bool Holds(Node& outer, Node& inner) {
     return false;
 }
 
+int DepthOf(Node& node) {
+    int depth = 0;
+    for (const xmlNode* at = node.node; at; at = at->parent) depth += at->type == XML_ELEMENT_NODE;
+    return depth;
+}
+
+int HeightOf(Node& node) {
+    const xmlNode* const top = node.node;
+    const xmlNode* at = top;
+    for (int depth = 0, height = 0;;) {
+        if (at->type == XML_ELEMENT_NODE) height = std::max(height, depth + 1);
+        if (at->type == XML_ELEMENT_NODE && at->children) {
+            at = at->children;
+            ++depth;
+            continue;
+        }
+        for (; at != top && !at->next; at = at->parent) --depth;
+        if (at == top) return height;
+        at = at->next;
+    }
+}
+
 std::vector<int> IndexesAmong(Node& parent, std::span<const IXMLDOMNode> known) {
     std::unordered_map<const xmlNode*, int> places;
     for (const IXMLDOMNode& node : known) places.emplace(node.Get().node, static_cast<int>(places.size()));
@@ -134,9 +178,9 @@ std::vector<int> IndexesAmong(Node& parent, std::span<const IXMLDOMNode> known) 
     return indexes;
 }
 
-void ReplaceTree(Node& document, xmlDoc* doc) {
+void ReplaceTree(Node& document, xmlDoc* doc, bool namespaces) {
     Tree* const old = document.tree;
-    auto* const fresh = new Tree{.doc = doc, .keepSpace = old->keepSpace, .problem = {}, .nodes = 1};
+    auto* const fresh = new Tree{.doc = doc, .keepSpace = old->keepSpace, .namespaces = namespaces, .nodes = 1};
     document.node->_private = nullptr;
     document.node = reinterpret_cast<xmlNode*>(doc);
     document.tree = fresh;
@@ -144,22 +188,25 @@ void ReplaceTree(Node& document, xmlDoc* doc) {
     ForgetNode(old);
 }
 
+// What is left alone keeps the meaning of its prefixes.
 void Detach(Tree& tree, xmlNode* node) {
+    const bool visible = CountNodes(node) > 0;
+    const std::vector<Binding> bindings = visible ? BindingsOf(tree, node) : std::vector<Binding>();
     const std::size_t nodes = Unlink(tree, node);
-    if (nodes == 0)
-        xmlFreeNode(node);
-    else
-        tree.orphans.emplace(node, nodes);
+    if (nodes == 0) return xmlFreeNode(node);
+    Settle(tree, node, bindings);
+    tree.orphans.emplace(node, nodes);
 }
 
-void Adopt(Tree& tree, Node& node, xmlNode* parent) {
+void Adopt(Tree& tree, Node& node) {
     Tree* const from = node.tree;
     Unlink(*from, node.node);
     from->orphans.erase(node.node);
     if (from == &tree) return;
-    if (xmlDOMWrapAdoptNode(nullptr, from->doc, node.node, tree.doc, parent, 0) != 0) throw std::bad_alloc();
+    tree.namespaces |= from->namespaces;
     std::size_t moved = 0;
-    ForEachInSubtree(node.node, [&](const xmlNode* inside) {
+    ForEachInSubtree(node.node, [&](xmlNode* inside) {
+        MoveToDocument(inside, from->doc, tree.doc);
         if (Node* const known = PrivateOf(inside)) {
             known->tree = &tree;
             ++moved;

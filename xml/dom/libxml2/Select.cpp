@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "xml/dom/libxml2/Internals.h"
+#include "xml/dom/libxml2/names/Functions.h"
 
 namespace qv::dom {
 namespace {
@@ -38,7 +38,7 @@ public:
     bool Attribute(xmlNode* element, Found found) {
         if (!IsLastElement()) return false;
         xmlAttr* const attribute = FindAttribute(element, m_steps.back().name);
-        return attribute && found(reinterpret_cast<xmlNode*>(attribute));
+        return attribute && found(AsNode(attribute));
     }
 
 private:
@@ -46,7 +46,7 @@ private:
 
     bool Matches(const xmlNode* node) const {
         const std::string_view name = m_steps[m_depth].name;
-        return node->type == XML_ELEMENT_NODE && (name == "*" || HasName(node->ns, node->name, name));
+        return node->type == XML_ELEMENT_NODE && (name == "*" || HasName(node, name));
     }
 
     // The first match of the present step among the children of a node.
@@ -100,8 +100,7 @@ void WalkSimple(Node& context, const SimplePath& path, Found found) {
     if (path.steps.empty()) return void(found(from));
     Walk walk(*context.tree, from, path);
     if (!path.steps[0].attribute) return walk.Run(found);
-    if (xmlAttr* const attribute = FindAttribute(from, path.steps[0].name))
-        found(reinterpret_cast<xmlNode*>(attribute));
+    if (xmlAttr* const attribute = FindAttribute(from, path.steps[0].name)) found(AsNode(attribute));
 }
 
 struct FreeContext {
@@ -121,6 +120,7 @@ void Evaluate(Node& context, std::string_view path, Found found) {
     if (!scope) throw std::bad_alloc();
     scope->node = context.node;
     scope->error = Ignore;
+    xmlXPathRegisterFuncLookup(scope.get(), FindFunction, nullptr);
     const std::unique_ptr<xmlXPathObject, FreeObject> result(xmlXPathEval(Xml(xpath->c_str()), scope.get()));
     if (!result || result->type != XPATH_NODESET) _com_raise_error(_com_error::kFail, "the path selects no nodes");
     if (!result->nodesetval) return;
@@ -133,9 +133,8 @@ void Evaluate(Node& context, std::string_view path, Found found) {
 
 template <class Found>
 void Select(Node& context, std::string_view path, Found found) {
-    const std::string utf8 = ToUtf8(path);
-    if (const std::optional<SimplePath> simple = ReadSimplePath(utf8)) return WalkSimple(context, *simple, found);
-    Evaluate(context, utf8, found);
+    if (const std::optional<SimplePath> simple = ReadSimplePath(path)) return WalkSimple(context, *simple, found);
+    Evaluate(context, path, found);
 }
 
 }  // namespace

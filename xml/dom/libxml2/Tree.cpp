@@ -1,7 +1,4 @@
-#include <cstring>
-#include <new>
-
-#include "xml/dom/libxml2/Internals.h"
+#include "xml/dom/libxml2/names/Scope.h"
 
 namespace qv::dom {
 namespace {
@@ -25,19 +22,6 @@ void Link(xmlNode* parent, xmlNode* child, xmlNode* before) {
     (before ? before->prev : parent->last) = child;
 }
 
-// The declarations of namespaces have no nodes that could be handed out. Attributes of the same name and value stand for
-// them, each a piece of its own.
-xmlNode* DeclarationAsAttribute(Tree& tree, const xmlNs* ns) {
-    const std::string name = ns->prefix ? "xmlns:" + std::string(View(ns->prefix)) : "xmlns";
-    xmlAttr* const attribute = xmlNewDocProp(tree.doc, Xml(name.c_str()), nullptr);
-    if (!attribute) throw std::bad_alloc();
-    auto* const node = reinterpret_cast<xmlNode*>(attribute);
-    attribute->children = attribute->last = xmlNewDocText(tree.doc, ns->href);
-    if (attribute->children) attribute->children->parent = node;
-    tree.orphans.emplace(node, 0);
-    return node;
-}
-
 }  // namespace
 
 bool IsOrdinary(const xmlNode* node) {
@@ -49,29 +33,6 @@ bool IsOrdinary(const xmlNode* node) {
         case XML_PI_NODE: return true;
         default: return false;
     }
-}
-
-bool HasName(const xmlNs* ns, const xmlChar* local, std::string_view name) {
-    if (ns && ns->prefix) {
-        const std::string_view prefix = View(ns->prefix);
-        if (!name.starts_with(prefix) || name.size() <= prefix.size() || name[prefix.size()] != ':') return false;
-        name.remove_prefix(prefix.size() + 1);
-    }
-    const auto* const text = reinterpret_cast<const char*>(local);
-    return std::strncmp(text, name.data(), name.size()) == 0 && text[name.size()] == 0;
-}
-
-std::string QualifiedName(const xmlNs* ns, const xmlChar* local) {
-    std::string name;
-    if (ns && ns->prefix) name.append(View(ns->prefix)).append(":");
-    return name.append(View(local));
-}
-
-xmlAttr* FindAttribute(xmlNode* element, std::string_view name) {
-    if (element->type != XML_ELEMENT_NODE) return nullptr;
-    for (xmlAttr* attribute = element->properties; attribute; attribute = attribute->next)
-        if (HasName(attribute->ns, attribute->name, name)) return attribute;
-    return nullptr;
 }
 
 IXMLDOMNode Parent(Node& node) {
@@ -98,25 +59,23 @@ Node* OwnerDocument(Node& node) {
     return Refer(*node.tree, reinterpret_cast<xmlNode*>(node.tree->doc));
 }
 
-std::vector<IXMLDOMNode> Attributes(Node& node) {
-    std::vector<IXMLDOMNode> all;
-    if (node.node->type != XML_ELEMENT_NODE) return all;
-    for (const xmlNs* ns = node.node->nsDef; ns; ns = ns->next)
-        all.push_back(HandleTo(*node.tree, DeclarationAsAttribute(*node.tree, ns)));
-    for (xmlAttr* attribute = node.node->properties; attribute; attribute = attribute->next)
-        all.push_back(HandleTo(*node.tree, reinterpret_cast<xmlNode*>(attribute)));
-    return all;
-}
-
 void Insert(Node& parent, Node& child, Node* reference) {
-    Adopt(*parent.tree, child, parent.node->type == XML_ELEMENT_NODE ? parent.node : nullptr);
+    const std::vector<Binding> bindings = BindingsOf(*child.tree, child.node);
+    Adopt(*parent.tree, child);
     Link(parent.node, child.node, reference ? reference->node : nullptr);
     Joined(*parent.tree, child.node);
-    if (child.node->type == XML_ELEMENT_NODE) xmlDOMWrapReconcileNamespaces(nullptr, child.node, 0);
+    Settle(*parent.tree, child.node, bindings);
 }
 
 void Remove(Node& parent, Node& child) {
     Detach(*parent.tree, child.node);
+}
+
+IXMLDOMNode Clone(Node& node) {
+    const std::vector<Binding> bindings = BindingsOf(*node.tree, node.node);
+    IXMLDOMNode copy = HandleToOrphan(*node.tree, xmlDocCopyNode(node.node, node.tree->doc, 1));
+    Settle(*node.tree, copy.Get().node, bindings);
+    return copy;
 }
 
 }  // namespace qv::dom

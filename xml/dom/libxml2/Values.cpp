@@ -1,7 +1,7 @@
 #include <new>
 
 #include "xml/dom/Characters.h"
-#include "xml/dom/libxml2/Internals.h"
+#include "xml/dom/libxml2/names/Scope.h"
 
 namespace qv::dom {
 namespace {
@@ -13,10 +13,6 @@ std::string_view Trimmed(std::string_view text, bool left, bool right) {
 
 bool IsText(const xmlNode* node) {
     return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
-}
-
-xmlAttr* AsAttribute(xmlNode* node) {
-    return reinterpret_cast<xmlAttr*>(node);
 }
 
 // The texts below a node, one after the other, and whether the outermost ones may be trimmed.
@@ -37,12 +33,24 @@ Gathered Gather(const xmlNode* top) {
     return all;
 }
 
-// Declarations of namespaces have no node of their own: they are handed out as attributes of the element.
-std::string AttributeValue(xmlNode* attribute) {
-    Gathered all;
-    for (const xmlNode* part = AsAttribute(attribute)->children; part; part = part->next)
-        all.text += View(part->content);
-    return all.text;
+// Of an attribute, piece by piece.
+std::string TextOfChildren(const xmlNode* attribute) {
+    std::string text;
+    for (const xmlNode* part = attribute->children; part; part = part->next) text += View(part->content);
+    return text;
+}
+
+bool KeepsSpace(const Tree& tree, const xmlNode* element) {
+    if (tree.keepSpace) return true;
+    for (; element && element->type == XML_ELEMENT_NODE; element = element->parent)
+        for (const xmlAttr* attribute = element->properties; attribute; attribute = attribute->next)
+            if (View(attribute->name) == "xml:space")
+                return TextOfChildren(AsNode(const_cast<xmlAttr*>(attribute))) == "preserve";
+    return false;
+}
+
+bool HasSpaceAtEnds(std::string_view text) {
+    return !text.empty() && (IsSpace(text.front()) || IsSpace(text.back()));
 }
 
 bool IsPlainText(const xmlNode* node) {
@@ -51,29 +59,43 @@ bool IsPlainText(const xmlNode* node) {
 
 // The most frequent case by far: an element that holds one text.
 std::string TextOfElement(const Tree& tree, xmlNode* node) {
-    const bool keep = tree.keepSpace || xmlNodeGetSpacePreserve(node) == 1;
     if (IsPlainText(node->children)) {
-        return FromUtf8(Trimmed(View(node->children->content), !keep, !keep));
+        const std::string_view text = View(node->children->content);
+        return std::string(HasSpaceAtEnds(text) && !KeepsSpace(tree, node) ? Trimmed(text, true, true) : text);
     }
-    const Gathered all = Gather(node);
-    return FromUtf8(Trimmed(all.text, !keep && all.trimLeft, !keep && all.trimRight));
+    Gathered all = Gather(node);
+    if (!HasSpaceAtEnds(all.text) || KeepsSpace(tree, node)) return std::move(all.text);
+    return std::string(Trimmed(all.text, all.trimLeft, all.trimRight));
 }
 
-xmlNode* NewText(Tree& tree, const std::string& utf8) {
-    xmlNode* const text = xmlNewDocTextLen(tree.doc, Xml(utf8.data()), static_cast<int>(utf8.size()));
-    if (!text) throw std::bad_alloc();
-    return text;
-}
-
-void SetContent(Tree& tree, xmlNode* parent, const std::string& utf8) {
+void SetContent(Tree& tree, xmlNode* parent, std::string_view utf8) {
     while (parent->children) Detach(tree, parent->children);
-    if (utf8.empty()) return;
-    xmlNode* const text = NewText(tree, utf8);
+    xmlNode* const text = NewText(tree.doc, utf8);
+    if (!text) return;
     text->parent = parent;
     parent->children = parent->last = text;
 }
 
+xmlChar* Copy(std::string_view text) {
+    xmlChar* const copy = xmlStrndup(Xml(text.data()), static_cast<int>(text.size()));
+    if (!copy) throw std::bad_alloc();
+    return copy;
+}
+
+void SetOwnText(xmlNode* node, std::string_view text) {
+    xmlChar* const copy = Copy(text);
+    xmlNodeSetContent(node, nullptr);  // frees what was there
+    node->content = copy;
+}
+
 }  // namespace
+
+xmlNode* NewText(xmlDoc* doc, std::string_view utf8) {
+    if (utf8.empty()) return nullptr;
+    xmlNode* const text = xmlNewDocTextLen(doc, Xml(utf8.data()), static_cast<int>(utf8.size()));
+    if (!text) throw std::bad_alloc();
+    return text;
+}
 
 DOMNodeType TypeOf(Node& node) {
     const xmlElementType type = node.node->type;
@@ -86,28 +108,25 @@ std::string NameOf(Node& node) {
         case XML_CDATA_SECTION_NODE: return "#cdata-section";
         case XML_COMMENT_NODE: return "#comment";
         case XML_DOCUMENT_NODE: return "#document";
-        case XML_ATTRIBUTE_NODE: return FromUtf8(QualifiedName(AsAttribute(node.node)->ns, node.node->name));
-        case XML_ELEMENT_NODE: return FromUtf8(QualifiedName(node.node->ns, node.node->name));
-        default: return FromUtf8(View(node.node->name));
+        default: return std::string(View(node.node->name));
     }
 }
 
 std::string ValueOf(Node& node) {
     switch (node.node->type) {
-        case XML_ATTRIBUTE_NODE: return FromUtf8(AttributeValue(node.node));
+        case XML_ATTRIBUTE_NODE: return TextOfChildren(node.node);
         case XML_TEXT_NODE:
         case XML_CDATA_SECTION_NODE:
         case XML_COMMENT_NODE:
-        case XML_PI_NODE: return FromUtf8(View(node.node->content));
+        case XML_PI_NODE: return std::string(View(node.node->content));
         default: return "";
     }
 }
 
 std::string NamespaceOf(Node& node) {
-    const xmlNs* ns = nullptr;
-    if (node.node->type == XML_ELEMENT_NODE) ns = node.node->ns;
-    if (node.node->type == XML_ATTRIBUTE_NODE) ns = AsAttribute(node.node)->ns;
-    return ns ? FromUtf8(View(ns->href)) : "";
+    const xmlElementType type = node.node->type;
+    const bool named = type == XML_ATTRIBUTE_NODE || (type == XML_ELEMENT_NODE && node.tree->namespaces);
+    return named ? std::string(View(NamespaceUri(node.node))) : "";
 }
 
 std::string TextOf(Node& node) {
@@ -119,41 +138,14 @@ std::string TextOf(Node& node) {
 }
 
 void SetText(Node& node, std::string_view text) {
-    const std::string utf8 = ToUtf8(text);
     switch (node.node->type) {
         case XML_ELEMENT_NODE:
-        case XML_ATTRIBUTE_NODE: return SetContent(*node.tree, node.node, utf8);
+        case XML_ATTRIBUTE_NODE: return SetContent(*node.tree, node.node, text);
         case XML_TEXT_NODE:
         case XML_CDATA_SECTION_NODE:
-        case XML_COMMENT_NODE: return xmlNodeSetContentLen(node.node, Xml(utf8.data()), static_cast<int>(utf8.size()));
+        case XML_COMMENT_NODE: return SetOwnText(node.node, text);
         default: _com_raise_error(_com_error::kFail, "the node has no text of its own");
     }
-}
-
-bool GetAttribute(Node& element, std::string_view name, CString& value) {
-    xmlAttr* const found = FindAttribute(element.node, ToUtf8(name));
-    if (!found) return false;
-    value = CString(FromUtf8(AttributeValue(reinterpret_cast<xmlNode*>(found))));
-    return true;
-}
-
-void SetAttribute(Node& element, std::string_view name, std::string_view value) {
-    const std::string qualified = ToUtf8(name);
-    xmlAttr* attribute = FindAttribute(element.node, qualified);
-    if (!attribute) {
-        const std::size_t colon = qualified.find(':');
-        const std::string prefix = qualified.substr(0, colon == qualified.npos ? 0 : colon);
-        xmlNs* const ns = prefix.empty() ? nullptr : xmlSearchNs(element.tree->doc, element.node, Xml(prefix.c_str()));
-        const std::string& local = ns ? qualified.substr(colon + 1) : qualified;
-        attribute = xmlNewNsProp(element.node, ns, Xml(local.c_str()), nullptr);
-        if (!attribute) throw std::bad_alloc();
-    }
-    SetContent(*element.tree, reinterpret_cast<xmlNode*>(attribute), ToUtf8(value));
-}
-
-void RemoveAttribute(Node& element, std::string_view name) {
-    if (xmlAttr* const found = FindAttribute(element.node, ToUtf8(name)))
-        Detach(*element.tree, reinterpret_cast<xmlNode*>(found));
 }
 
 }  // namespace qv::dom

@@ -1,7 +1,12 @@
-#include <cstring>
+#include <limits>
 
+#include "platform/Utf8.h"
+#include "xml/dom/CodePage.h"
+#include "xml/dom/Held.h"
 #include "xml/dom/Markup.h"
 #include "xml/dom/msxml/Problem.h"
+#include "xml/dom/msxml/screening/Decoding.h"
+#include "xml/dom/msxml/screening/Screening.h"
 
 namespace qv::dom {
 namespace {
@@ -32,31 +37,6 @@ VARIANT_BOOL Flag(bool flag) {
     return flag ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
-class ByteArray {
-public:
-    explicit ByteArray(std::string_view bytes)
-        : m_array(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()))) {
-        void* data = nullptr;
-        if (!m_array || ::SafeArrayAccessData(m_array, &data) < 0) _com_raise_error(_com_error::kOutOfMemory);
-        if (!bytes.empty()) std::memcpy(data, bytes.data(), bytes.size());
-        ::SafeArrayUnaccessData(m_array);
-    }
-    ByteArray(const ByteArray&) = delete;
-    ByteArray& operator=(const ByteArray&) = delete;
-    ~ByteArray() { ::SafeArrayDestroy(m_array); }
-
-    VARIANT AsVariant() const {
-        VARIANT value;
-        ::VariantInit(&value);
-        value.vt = VT_ARRAY | VT_UI1;
-        value.parray = m_array;
-        return value;
-    }
-
-private:
-    SAFEARRAY* m_array;
-};
-
 std::string BytesOf(::IStream* stream) {
     STATSTG state{};
     Check(stream->Stat(&state, STATFLAG_NONAME));
@@ -76,7 +56,7 @@ IXMLDOMParseError ReadProblem(::IXMLDOMParseError* error) {
     error->get_linepos(&position);
     Text reason;
     error->get_reason(&reason);
-    std::string text = reason.InCodePage();
+    std::string text = ToCodePage(reason.InUtf8());
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
     return {code, text, line, position};
 }
@@ -159,17 +139,24 @@ IXMLDOMParseError Problem(Node& document) {
 }
 
 bool LoadText(Node& document, std::string_view text) {
+    IXMLDOMParseError problem = Screen(text);
+    if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+        problem = {_com_error::kOutOfMemory, "The text is too long", 0, 0};
+    if (problem.get_errorCode() != 0) {
+        SetProblem(document, problem);
+        return false;
+    }
     const Variant input(text);
     VARIANT_BOOL loaded = VARIANT_FALSE;
     Check(ComDocument(document)->loadXML(input.Get().bstrVal, &loaded));
     return Load(document, loaded, input.Get());
 }
 
+// Decoded here, so that what is looked at is what the DOM reads.
 bool LoadBytes(Node& document, std::string_view bytes) {
-    const ByteArray input(bytes);
-    VARIANT_BOOL loaded = VARIANT_FALSE;
-    Check(ComDocument(document)->load(input.AsVariant(), &loaded));
-    return Load(document, loaded, input.AsVariant());
+    if (const std::optional<std::string> text = Decode(bytes)) return LoadText(document, *text);
+    SetProblem(document, {kRefused, "The document is not in the encoding that it declares, or nobody knows it", 1, 1});
+    return false;
 }
 
 // Some DOMs write UTF-8 whatever they declare.
@@ -186,9 +173,19 @@ IXMLDOMNode DocumentElement(Node& document) {
     return Answer(ComDocument(document)->get_documentElement(root.Receive()), root);
 }
 
-IXMLDOMNode CreateElement(Node& document, std::string_view tag) {
-    ComPtr<::IXMLDOMElement> element;
-    return Answer(ComDocument(document)->createElement(Text(tag).Get(), element.Receive()), element);
+IXMLDOMNode CreateElement(Node& document, std::string_view tag, Node* scope) {
+    const std::string_view prefix = PrefixOf(tag);
+    const std::optional<std::string> uri = prefix.empty() ? std::string()
+                                           : scope        ? UriOf(*scope, prefix)
+                                                          : std::nullopt;
+    if (!uri || (!prefix.empty() && uri->empty())) return nullptr;
+    VARIANT type;
+    ::VariantInit(&type);
+    type.vt = VT_I4;
+    type.lVal = ::NODE_ELEMENT;
+    ComPtr<::IXMLDOMNode> element;
+    return Answer(ComDocument(document)->createNode(type, Text(tag).Get(), Text(*uri).Get(), element.Receive()),
+                  element);
 }
 
 }  // namespace qv::dom

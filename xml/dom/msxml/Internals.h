@@ -6,6 +6,7 @@
 // After windows.h
 #include <msxml2.h>
 
+#include <optional>
 #include <string_view>
 
 #include "platform/windows/ComPtr.h"
@@ -35,7 +36,7 @@ inline HRESULT Check(HRESULT result) {
     return result;
 }
 
-/// A text of COM's; converted from and to the code page.
+/// A text of COM's; converted from and to UTF-8.
 class Text {
 public:
     Text() = default;
@@ -47,7 +48,7 @@ public:
 
     BSTR* operator&() { return &m_text; }
     BSTR Get() const { return m_text; }
-    std::string InCodePage() const;
+    std::string InUtf8() const;
 
 private:
     BSTR m_text = nullptr;
@@ -65,7 +66,7 @@ public:
     VARIANT* operator&() { return &m_value; }
     const VARIANT& Get() const { return m_value; }
     /// Empty when it is no text.
-    std::string InCodePage() const;
+    std::string InUtf8() const;
 
 private:
     VARIANT m_value;
@@ -82,6 +83,9 @@ IXMLDOMNode Answer(HRESULT result, ComPtr<T>& node) {
     Check(result);
     return HandleTo(node.Detach());
 }
+
+/// The URI that a prefix stands for at a node; nothing where it is not declared.
+std::optional<std::string> UriOf(Node& node, std::string_view prefix);
 
 inline constexpr IID kNode = {0x2933BF80, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 inline constexpr IID kDocument = {0x2933BF81, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};

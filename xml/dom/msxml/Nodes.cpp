@@ -1,13 +1,14 @@
+#include <algorithm>
 #include <unordered_map>
 
-#include "platform/Text.h"
+#include "platform/Utf8.h"
 #include "xml/dom/msxml/Internals.h"
 
 namespace qv::dom {
 namespace {
 
 BSTR NewText(std::string_view text) {
-    const std::u16string wide = platform::ToWide(text);
+    const std::u16string wide = platform::Utf8ToWide(text);
     BSTR copy = ::SysAllocStringLen(reinterpret_cast<const wchar_t*>(wide.data()), static_cast<UINT>(wide.size()));
     if (!copy) _com_raise_error(_com_error::kOutOfMemory);
     return copy;
@@ -15,7 +16,7 @@ BSTR NewText(std::string_view text) {
 
 std::string Converted(BSTR text) {
     const auto* const wide = reinterpret_cast<const char16_t*>(text);
-    return text ? platform::FromWide({wide, ::SysStringLen(text)}) : "";
+    return text ? platform::WideToUtf8({wide, ::SysStringLen(text)}) : "";
 }
 
 const void* UnknownOf(Node& node) {
@@ -53,7 +54,7 @@ public:
         const auto element = QueryFor<::IXMLDOMElement>(Com(node), kElement);
         Variant value;
         if (!element || element->getAttribute(Name(), &value) != S_OK) return -1;
-        return std::atol(value.InCodePage().c_str());
+        return std::atol(value.InUtf8().c_str());
     }
 
 private:
@@ -96,7 +97,7 @@ bool SameDocument(Node& a, Node& b) {
 
 Text::Text(std::string_view text) : m_text(NewText(text)) {}
 
-std::string Text::InCodePage() const {
+std::string Text::InUtf8() const {
     return Converted(m_text);
 }
 
@@ -113,7 +114,7 @@ Variant::Variant(::IUnknown* object) {
     m_value.punkVal = object;
 }
 
-std::string Variant::InCodePage() const {
+std::string Variant::InUtf8() const {
     return m_value.vt == VT_BSTR ? Converted(m_value.bstrVal) : "";
 }
 
@@ -140,6 +141,21 @@ bool Holds(Node& outer, Node& inner) {
     for (IXMLDOMNode node = HandleTo(Com(inner)); node; node = node.get_parentNode())
         if (SameNode(outer, node.Get())) return true;
     return false;
+}
+
+int DepthOf(Node& node) {
+    int depth = 0;
+    Com(node)->AddRef();
+    for (IXMLDOMNode at = HandleTo(Com(node)); at; at = at.get_parentNode())
+        depth += at.get_nodeType() == MSXML2::NODE_ELEMENT;
+    return depth;
+}
+
+int HeightOf(Node& node) {
+    int below = 0;
+    for (IXMLDOMNode child = FirstChild(node); child; child = child.get_nextSibling())
+        below = std::max(below, HeightOf(child.Get()));
+    return below + (TypeOf(node) == MSXML2::NODE_ELEMENT);
 }
 
 std::vector<int> IndexesAmong(Node& parent, std::span<const IXMLDOMNode> known) {

@@ -34,20 +34,6 @@ Node* OwnerDocument(Node& node) {
     return document ? new Node{document.Detach()} : nullptr;
 }
 
-// Some DOMs count declarations of namespaces that they then cannot give.
-std::vector<IXMLDOMNode> Attributes(Node& node) {
-    std::vector<IXMLDOMNode> all;
-    ComPtr<::IXMLDOMNamedNodeMap> map;
-    if (Check(Com(node)->get_attributes(map.Receive())) != S_OK || !map) return all;
-    long count = 0;
-    Check(map->get_length(&count));
-    for (long i = 0; i < count; ++i) {
-        ComPtr<::IXMLDOMNode> attribute;
-        if (map->get_item(i, attribute.Receive()) == S_OK && attribute) all.push_back(HandleTo(attribute.Detach()));
-    }
-    return all;
-}
-
 void Insert(Node& parent, Node& child, Node* reference) {
     const Variant before(reference ? Com(*reference) : nullptr);
     ComPtr<::IXMLDOMNode> inserted;
@@ -60,6 +46,11 @@ void Insert(Node& parent, Node& child, Node* reference) {
 void Remove(Node& parent, Node& child) {
     ComPtr<::IXMLDOMNode> removed;
     Check(Com(parent)->removeChild(Com(child), removed.Receive()));
+}
+
+IXMLDOMNode Clone(Node& node) {
+    ComPtr<::IXMLDOMNode> copy;
+    return Answer(Com(node)->cloneNode(VARIANT_TRUE, copy.Receive()), copy);
 }
 
 }  // namespace qv::dom

@@ -1,0 +1,14 @@
+#pragma once
+
+/// @file The functions of XPath that look at names and prefixes, over names that are whole.
+
+#include <libxml/xpathInternals.h>
+
+#include "xml/dom/libxml2/names/Scope.h"
+
+namespace qv::dom {
+
+/// Those that libxml2's own would get wrong; null for others.
+xmlXPathFunction FindFunction(void*, const xmlChar* name, const xmlChar* ns);
+
+}  // namespace qv::dom

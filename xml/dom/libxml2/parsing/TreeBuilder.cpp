@@ -1,0 +1,180 @@
+#include "xml/dom/libxml2/parsing/TreeBuilder.h"
+
+#include <libxml/SAX2.h>
+#include <libxml/valid.h>
+
+#include <new>
+
+#include "xml/dom/Characters.h"
+#include "xml/dom/libxml2/Problem.h"
+
+namespace qv::dom {
+namespace {
+
+struct FreeContext {
+    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
+};
+
+xmlParserCtxt* ContextOf(void* data) {
+    return static_cast<xmlParserCtxt*>(data);
+}
+
+TreeBuilder& BuilderOf(void* data) {
+    return *static_cast<TreeBuilder*>(ContextOf(data)->_private);
+}
+
+// The places of an attribute in what the parser hands over.
+enum Part { Local, Prefix, Uri, Value, End, kParts };
+
+const xmlChar* WholeName(xmlParserCtxt* context, const xmlChar* prefix, const xmlChar* local) {
+    if (!prefix) return local;
+    return xmlDictQLookup(context->dict, prefix, local);
+}
+
+bool IsBlankText(const xmlNode* node) {
+    return node->type == XML_TEXT_NODE && IsBlank(View(node->content));
+}
+
+// A URI that is none, and a word of the parser about it, do not make a document bad.
+bool IsSerious(const xmlError& error) {
+    if (error.code == XML_WAR_UNDECLARED_ENTITY) return true;
+    if (error.domain == XML_FROM_NAMESPACE)
+        return error.level == XML_ERR_ERROR && error.code != XML_WAR_NS_URI && error.code != XML_WAR_NS_URI_RELATIVE;
+    return error.level == XML_ERR_FATAL;
+}
+
+}  // namespace
+
+std::string Literal(std::string_view value) {
+    std::string out;
+    for (const char c : value) {
+        switch (c) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '\n': out += "&#10;"; break;
+            case '\r': out += "&#13;"; break;
+            case '\t': out += "&#9;"; break;
+            default: out += c;
+        }
+    }
+    return out;
+}
+
+struct TreeBuilder::Handlers {
+    static void Install(xmlSAXHandler& sax) {
+        sax.serror = TakeError;
+        sax.entityDecl = [](void* data, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*) {
+            RefuseEntity(data);
+        };
+        sax.unparsedEntityDecl = [](void* data, const xmlChar*, const xmlChar*, const xmlChar*, const xmlChar*) {
+            RefuseEntity(data);
+        };
+        sax.externalSubset = nullptr;
+        sax.attributeDecl = DeclareAttribute;
+        sax.startElementNs = StartElement;
+        sax.endElementNs = EndElement;
+        sax.endDocument = EndDocument;
+    }
+
+    static void TakeError(void* data, xmlError* error) {
+        TreeBuilder& self = BuilderOf(data);
+        if (!IsSerious(*error) || self.m_problem.get_errorCode() != 0) return;
+        self.m_problem = ProblemOf(*error);
+        xmlStopParser(ContextOf(data));
+    }
+
+    static void RefuseEntity(void* data) {
+        BuilderOf(data).Refuse(ContextOf(data), "The document type declaration must not declare entities");
+    }
+
+    // The declaration is kept as it was made: libxml2 drops a default that is not valid, and writes one as it reads.
+    static void DeclareAttribute(void* data, const xmlChar* element, const xmlChar* name, int type, int kind,
+                                 const xmlChar* value, xmlEnumeration* choices) {
+        xmlParserCtxt* const context = ContextOf(data);
+        const auto find = [&] { return xmlGetDtdAttrDesc(context->myDoc->intSubset, element, name); };
+        const bool again = find() != nullptr;
+        xmlSAX2AttributeDecl(data, element, name, type, kind, nullptr, choices);
+        xmlAttribute* const declared = value && !again ? find() : nullptr;
+        if (!declared) return;
+        declared->defaultValue = xmlDictLookup(context->dict, Xml(Literal(View(value)).c_str()), -1);
+    }
+
+    static void StartElement(void* data, const xmlChar* local, const xmlChar* prefix, const xmlChar*, int declarations,
+                             const xmlChar** uris, int count, int defaulted, const xmlChar** attributes) {
+        xmlParserCtxt* const context = ContextOf(data);
+        TreeBuilder& self = BuilderOf(data);
+        self.m_defaults += defaulted;
+        if (++self.m_depth > kMaxDepth) return self.Refuse(context, "Elements are nested too deeply");
+        if (self.m_defaults > kMostDefaults) return self.Refuse(context, "Too many attributes are given by default");
+        self.m_namespaces |= declarations > 0;
+        const auto depth = static_cast<std::size_t>(self.m_depth);
+        self.m_preserves[depth] = self.m_preserves[depth - 1];
+        for (int i = 0; i < count; ++i) {
+            const xmlChar** const parts = attributes + i * kParts;
+            if (!parts[Prefix]) continue;
+            parts[Local] = WholeName(context, parts[Prefix], parts[Local]);
+            parts[Prefix] = parts[Uri] = nullptr;
+            if (View(parts[Local]) != "xml:space") continue;
+            const std::string_view value(reinterpret_cast<const char*>(parts[Value]),
+                                         static_cast<std::size_t>(parts[End] - parts[Value]));
+            self.m_preserves[depth] = value == "preserve";
+        }
+        xmlSAX2StartElementNs(data, WholeName(context, prefix, local), nullptr, nullptr, declarations, uris, count, 0,
+                              attributes);
+    }
+
+    static void EndElement(void* data, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
+        xmlParserCtxt* const context = ContextOf(data);
+        TreeBuilder& self = BuilderOf(data);
+        if (!self.m_keepSpace && !self.m_preserves[static_cast<std::size_t>(self.m_depth)] && context->node)
+            self.DropBlanks(context->node);
+        --self.m_depth;
+        xmlSAX2EndElementNs(data, local, prefix, uri);
+    }
+
+    // A zero byte looks like the end to the parser.
+    static void EndDocument(void* data) {
+        xmlParserCtxt* const context = ContextOf(data);
+        xmlSAX2EndDocument(data);
+        if (context->input && context->input->cur < context->input->end)
+            BuilderOf(data).Refuse(context, "A zero byte is not a character of XML");
+    }
+};
+
+void TreeBuilder::Refuse(xmlParserCtxt* context, const char* reason) {
+    if (m_problem.get_errorCode() == 0)
+        m_problem = {kRefused, reason, context->input ? context->input->line : 0,
+                     context->input ? context->input->col : 0};
+    xmlStopParser(context);
+}
+
+void TreeBuilder::DropBlanks(xmlNode* element) const {
+    for (xmlNode* node = element->children; node;) {
+        xmlNode* const next = node->next;
+        if (IsBlankText(node)) {
+            xmlUnlinkNode(node);
+            xmlFreeNode(node);
+        }
+        node = next;
+    }
+}
+
+Doc TreeBuilder::Parse(std::string_view bytes, const char* encoding, int options) {
+    const std::unique_ptr<xmlParserCtxt, FreeContext> context(xmlNewParserCtxt());
+    if (!context) throw std::bad_alloc();
+    context->_private = this;
+    Handlers::Install(*context->sax);
+    // Depth and length have limits of their own. References become what they stand for; there are no entities.
+    constexpr int always = XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_COMPACT | XML_PARSE_NOENT;
+    Doc doc(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, encoding,
+                              options | always));
+    const bool whole = doc && context->wellFormed && xmlDocGetRootElement(doc.get());
+    if (m_problem.get_errorCode() == 0 && !whole) m_problem = {_com_error::kFail, "The document is empty", 1, 1};
+    if (m_problem.get_errorCode() != 0) return nullptr;
+    // The table of identifiers would point to attributes that go.
+    xmlFreeIDTable(static_cast<xmlIDTable*>(doc->ids));
+    doc->ids = nullptr;
+    return doc;
+}
+
+}  // namespace qv::dom
