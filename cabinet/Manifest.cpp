@@ -25,12 +25,14 @@ bool IsManifestName(std::string_view name) {
 
 void RemoveStaleManifests(const CString& folder) {
     constexpr std::int64_t kDay = 24 * 60 * 60;
+    constexpr int kMost = 32;  // the rest waits for the next call: packing must not cost more in a crowded folder
     platform::FileSearch search;
     platform::FoundEntry entry;
     if (!search.Start(folder + kManifestPrefix + "*.xml").ok()) return;
-    while (search.Next(entry)) {
+    for (int seen = 0; seen < kMost && search.Next(entry);) {
         platform::FileInfo info;
         if (entry.IsFolder() || !IsManifestName(entry.name)) continue;
+        ++seen;
         const CString path = folder + CString(entry.name);
         const bool isStale = platform::StatusOf(path, info).ok() && info.modified < platform::SecondsNow() - kDay;
         // Another program may have deleted it meanwhile, and other users' files stay.
