@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "cabinet/Manifest.h"
 #include "platform/Path.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
@@ -19,8 +20,10 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace qv::cabinet;
+using ::testing::AllOf;
 using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 /// The line that tells of a failure, its paths from the folder on.
 std::string Described(const TempFolder& folder, const std::function<void()>& action) {
@@ -67,7 +70,7 @@ TEST(CabinetFailure, ASetIsReadFromAnyPartWhateverTheCaseOfTheNames) {
     fs::remove(folder.Native("sET2.CAB"));
     for (const char* const part : {"sET.CAB", "sET4.CAB"})
         EXPECT_THAT(Described(folder, [&] { CReadCab::CabToDirectory(folder / "out", folder / part); }),
-                    ContainsRegex("^Set2.cab: (b: |.*/b: )?Cabinet not found: ."))
+                    AllOf(StartsWith("Set2.cab: "), HasSubstr("Cabinet not found: ")))
             << part;
     folder.Write("sET2.CAB", folder.Read("sET3.CAB"));
     EXPECT_EQ(CabinetError([&] { CReadCab::FindFirstCabinet(folder / "sET3.CAB"); }), 10);
@@ -166,17 +169,15 @@ TEST(CabinetFailure, OurMembersFillTheirFolder) {
 
 TEST(CabinetFailure, ManifestsOfKilledProgramsAreDeleted) {
     const TempFolder folder;
-    folder.Write("in", "x");
-    const fs::path temporary = fs::path(qv::platform::NativePath(qv::platform::TempDirectory()));
-    const fs::path stale = temporary / "CabManQSTALE.xml", fresh = temporary / "CabManQFRESH.xml",
-                   other = temporary / "CabManOther.xml";
+    const fs::path stale = folder.Native("CabManQSTALE.xml"), fresh = folder.Native("CabManQFRESH.xml"),
+                   other = folder.Native("CabManOther.xml");
     for (const fs::path& path : {stale, fresh, other}) std::ofstream(path) << "left";
     for (const fs::path& path : {stale, other})
         fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(25));
-    CMakeCab::DirectoryToCab(folder.Native().string().c_str(), folder / "p", 1);
-    EXPECT_FALSE(fs::remove(stale));
-    EXPECT_TRUE(fs::remove(fresh));
-    EXPECT_TRUE(fs::remove(other));
+    RemoveStaleManifests(folder / "");
+    EXPECT_FALSE(fs::exists(stale));
+    EXPECT_TRUE(fs::exists(fresh));
+    EXPECT_TRUE(fs::exists(other));
 }
 
 TEST(CabinetFailure, ArchivesAndMembersHaveThePermissionsOfNewFiles) {

@@ -166,6 +166,14 @@ std::vector<Operation> MakeOperations() {
                  return Raises(p, [&] { CFileUtils::WriteFile(p.path + "x", CString("text"), 0, 0); });
              },
          .done = Is({{"x", "text"}})},
+        {.name = "SaveFile over",
+         .prepare = Files({"x"}),
+         .run = [](const Place& p) { return Raises(p, [&] { CFileUtils::SaveFile(p.path + "x", CString("text")); }); },
+         .done = Is({{"x", "text"}}),
+         .kept =
+             [](const Tree& tree) {
+                 return Holds(tree, "x", {"x", "text"});
+             }},
         {.name = "Log",
          .prepare = Files({"x"}),
          .run = [](const Place& p) { return !CFileUtils::Log(p.path + "x", "line", 0); },

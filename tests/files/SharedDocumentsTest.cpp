@@ -1,0 +1,206 @@
+// What several users, machines and programs may rely on: locks on documents, and saving.
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <iostream>
+#include <numeric>
+
+#include "platform/Process.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/LockFile.h"
+#include "qvcommon/SaveFile.h"
+#include "tests/support/Child.h"
+#include "tests/support/Raised.h"
+#include "tests/support/RecordingClock.h"
+#include "tests/support/SystemFaults.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using qv::platform::CallKind;
+using ::testing::HasSubstr;
+
+/// Prints the cause of a failed try, 0 for none, and who holds the lock; holds it until the input ends.
+QV_CHILD(TryTheLock) {
+    CLockFile lock;
+    lock.SetSourceFile(arguments.at(0).c_str());
+    lock.TryLock();
+    std::cout << (lock.IsLocked() ? 0 : lock.GetLockException().m_cause) << ' ' << lock.GetLockedBy() << std::endl;
+    std::cin.get();
+    return 0;
+}
+
+/// One more user of a document. False where this program may not become another user.
+bool TryAs(const char* user, const CString& document, CProcess& child) try {
+    const CStringArray words = [&] {
+        CStringArray list;
+        for (const char* const word : {"--clear-groups", "--regid=65534"}) list.Add(word);
+        list.Add(CString("--reuid=") + user);
+        list.Add(CString(qv::platform::CurrentProgram()));
+        list.Add("--child=TryTheLock");
+        list.Add(document);
+        return list;
+    }();
+    child.Start("setpriv", words, CProcess::pipeInput | CProcess::pipeOutput);
+    return true;
+} catch (CFileException* error) {
+    error->Delete();
+    return false;
+}
+
+TEST(SharedDocuments, EveryUserOfAFolderCanLockInIt) {
+    const TempFolder folder;
+    const CString document = folder / "report.abc";
+    fs::permissions(folder.Native(), fs::perms::all);
+    for (const bool sticky : {false, true}) {
+        if (sticky) fs::permissions(folder.Native(), fs::perms::sticky_bit, fs::perm_options::add);
+        CProcess first, second;
+        if (!TryAs("4711", document, first)) GTEST_SKIP() << "setpriv is missing";
+        const std::string held = LineFrom(first);
+        if (held.empty()) GTEST_SKIP() << "this program may not become another user, or that one not run it";
+        EXPECT_THAT(held, ::testing::StartsWith("0"));
+        ASSERT_TRUE(TryAs("4712", document, second));
+        EXPECT_THAT(LineFrom(second), ::testing::StartsWith("11 "));
+        second.Wait();
+        first.Kill();
+        first.Wait();
+        ASSERT_TRUE(folder.Has("report.lck"));
+        folder.Write("report.lid", "a killed holder");
+        fs::permissions(folder.Native("report.lid"), fs::perms::all);
+        ASSERT_TRUE(TryAs("4712", document, second));
+        EXPECT_THAT(LineFrom(second), ::testing::StartsWith("0")) << "a leftover keeps nobody out";
+        EXPECT_NE(folder.Read("report.lid"), "a killed holder");
+        second.Wait();
+        for (const char* const name : {"report.lck", "report.lid"}) fs::remove(folder.Native(name));
+    }
+}
+
+TEST(SharedDocuments, SideFilesAreNotFollowedAsLinks) {
+    const TempFolder folder;
+    folder.Write("secret", "kept");
+    fs::permissions(folder.Native("secret"), fs::perms::owner_read);
+    std::error_code refused;
+    fs::create_symlink("secret", folder.Native("report.lid"), refused);
+    if (refused) GTEST_SKIP() << refused.message();
+    CLockFile lock;
+    lock.SetSourceFile(folder / "report");
+    EXPECT_TRUE(lock.TryLock());
+    EXPECT_EQ(folder.Read("secret"), "kept");
+    EXPECT_EQ(fs::status(folder.Native("secret")).permissions(), fs::perms::owner_read);
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder.Native("report.lid"))));
+
+    fs::create_symlink("secret", folder.Native("other.lck"));
+    CLockFile other;
+    other.SetSourceFile(folder / "other");
+    EXPECT_FALSE(other.TryLock());
+    EXPECT_TRUE(folder.Has("secret"));
+}
+
+TEST(SharedDocuments, LocksOnLongPathsAreTheirOwn) {
+    const TempFolder folder;
+    const std::string deep = std::string(120, 'b') + "/" + std::string(120, 'c');
+    std::error_code refused;
+    fs::create_directories(folder.Native(deep), refused);
+    if (refused) GTEST_SKIP() << "no such long paths: " << refused.message();
+    const CString path = folder / (deep + "/report.abc");
+    CLockFile lock, cut;
+    lock.SetSourceFile(path);
+    EXPECT_EQ(lock.GetFile(), folder / (deep + "/report.lck"));
+    if (!lock.TryLock()) {
+        EXPECT_EQ(lock.GetLockException().m_cause, CFileException::badPath);
+        return;
+    }
+    EXPECT_TRUE(folder.Has(deep + "/report.lid"));
+    cut.SetSourceFile(path.Left(258));
+    EXPECT_TRUE(cut.TryLock());
+}
+
+TEST(SharedDocuments, WaitingEndsWithPatienceOrTheObserver) {
+    struct Observer : ILockObserver {
+        BOOL OnLockHeld(const CString& holder, std::time_t since) override {
+            EXPECT_FALSE(holder.IsEmpty());
+            EXPECT_GT(since, 0);
+            return ++asked < most;
+        }
+        int asked = 0, most = 1000;
+    };
+    const TempFolder folder;
+    CLockFile holder, lock;
+    holder.SetSourceFile(folder / "document");
+    lock.SetSourceFile(folder / "document");
+    ASSERT_TRUE(holder.TryLock());
+    RecordingClock clock;
+    Observer patient, impatient;
+    EXPECT_FALSE(lock.LockFor(1000, &patient));
+    EXPECT_LE(std::accumulate(clock.pauses.begin(), clock.pauses.end(), 0LL), 1000);
+    EXPECT_EQ(*std::max_element(clock.pauses.begin(), clock.pauses.end()), 250);
+    EXPECT_EQ(lock.GetLockException().m_cause, CFileException::sharingViolation);
+    clock.pauses.clear();
+    EXPECT_FALSE(lock.TryLock());
+    EXPECT_TRUE(clock.pauses.empty());
+    impatient.most = 3;
+    EXPECT_FALSE(lock.LockFor(100000, &impatient));
+    EXPECT_EQ(impatient.asked, 3);
+    holder.Unlock();
+    EXPECT_TRUE(lock.LockFor(0));
+}
+
+TEST(SharedDocuments, AFileSystemThatCannotLockSaysSo) {
+    const TempFolder folder;
+    int locks = 0;
+    RecordingClock clock;
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        if (call.kind != CallKind::Lock) return SystemFaults::Fault{};
+        ++locks;
+        return SystemFaults::Fault{.error = EOPNOTSUPP};
+    });
+    CLockFile lock;
+    lock.SetSourceFile(folder / "document");
+    const bool locked = lock.Lock(5);
+    if (locks == 0) GTEST_SKIP() << "this system opens files without locks of their own";
+    EXPECT_FALSE(locked);
+    EXPECT_TRUE(clock.pauses.empty());
+    CFileException error = lock.GetLockException();
+    EXPECT_EQ(error.m_cause, CFileException::invalidFile);
+    char text[512];
+    error.GetErrorMessage(text, sizeof text);
+    EXPECT_THAT(text, HasSubstr("cannot be locked"));
+    CFile file;
+    EXPECT_FALSE(file.Open(folder / "new", CFile::modeCreate | CFile::modeWrite));
+    EXPECT_TRUE(fs::is_empty(folder.Native())) << "a failed open leaves no file";
+}
+
+TEST(SharedDocuments, AreSavedWholeWithWhatTheyHave) {
+    const TempFolder folder;
+    folder.Write("document", "old");
+    const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+    fs::permissions(folder.Native("document"), mode);
+    const auto kept = fs::status(folder.Native("document")).permissions();
+    {
+        CSaveFile dropped(folder / "document");
+        dropped.Write("half", 4);
+    }
+    EXPECT_EQ(folder.Read("document"), "old");
+    std::error_code refused;
+    fs::create_symlink("document", folder.Native("link"), refused);
+    CFileUtils::SaveFile(folder / (refused ? "document" : "link"), "new");
+    EXPECT_EQ(folder.Read("document"), "new");
+    EXPECT_EQ(fs::status(folder.Native("document")).permissions(), kept);
+    EXPECT_EQ(fs::is_symlink(folder.Native("link")), !refused);
+    CFileUtils::SaveFile(folder / "fresh", "first");
+    EXPECT_EQ(folder.Read("fresh"), "first");
+
+    const RecordingClock clock;
+    const CFile reader(folder / "document", CFile::modeRead | CFile::shareDenyWrite);
+    const auto error = Raised<CFileException>([&] { CFileUtils::SaveFile(folder / "document", "never"); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->m_cause, CFileException::sharingViolation);
+    EXPECT_EQ(folder.Read("document"), "new");
+    fs::remove(folder.Native("link"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Native()), {}), 2);
+}
+
+}  // namespace
