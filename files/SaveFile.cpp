@@ -26,7 +26,7 @@ CSaveFile::~CSaveFile() {
 
 BOOL CSaveFile::Open(const char* fileName, UINT, CFileException* error) {
     const CString name = fileName;  // which may be this object's own, gone after the drop
-    Abort();
+    CSaveFile::Abort();
     auto version = std::make_unique<Version>();
     const std::string target = qv::platform::LinkTarget(name);
     const Status created = version->file.Create(target.c_str(), qv::platform::Access::AsUmaskSays);

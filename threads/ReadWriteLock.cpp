@@ -10,7 +10,7 @@ CReadWriteLock::CReadWriteLock() : m_lock(std::make_shared<Lock>()) {}
 CReadWriteLock::CReadWriteLock(const CReadWriteLock& other) : m_lock(std::make_shared<Lock>(*other.m_lock)) {}
 
 CReadWriteLock& CReadWriteLock::operator=(const CReadWriteLock& other) {
-    m_lock = std::make_shared<Lock>(*other.m_lock);
+    if (this != &other) m_lock = std::make_shared<Lock>(*other.m_lock);
     return *this;
 }
 
