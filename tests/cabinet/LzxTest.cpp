@@ -134,7 +134,8 @@ TEST(Lzx, RefusesWhatIsNoLzx) {
                  {"offsets are missing", head(3, 3) + "abcd"},
                  {"lengths of no code", head(1, 3) + std::string(200, '\x11')},
                  {"no lengths at all", head(1, 3) + std::string(200, '\0')}};
-    for (const auto& [defect, frame] : cases) EXPECT_EQ(damaged([&](auto& frames) { frames = {frame}; }), 7) << defect;
+    for (const auto& [defect, frame] : cases)
+        EXPECT_EQ(damaged([&, only = frame](auto& frames) { frames = {only}; }), 7) << defect;
     for (const unsigned window : {14u, 22u, 0u})
         EXPECT_EQ(ErrorOf(CabinetOf({{kLzx | window << 8, {head(3, 3) + offsets + "abc"}, {{"a", 3}}}})), 6) << window;
 }
