@@ -33,6 +33,14 @@ bool RemoveAbandoned(const std::string& path) {
     return file && MarkForDeletion(file, true).ok() && file.Close().ok();
 }
 
+/// Fails while another handle denies writing or deleting the file.
+Status AskToReplace(const std::string& path) {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const auto opened =
+        sys::CreateFileA(path.c_str(), GENERIC_WRITE | DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+    return opened.ok() ? UniqueHandle(opened).Close() : opened.statusAt(path.c_str());
+}
+
 bool Exists(unsigned long error) {
     return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
 }
@@ -106,6 +114,8 @@ Status AtomicFile::Body::UpdateTarget(DWORD flags) {
     if (!attributes.ok()) return MoveToTarget(flags);
     if (attributes.value() & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY))
         return Status::OfError(ERROR_ACCESS_DENIED);
+    // Asked beforehand, while the new version is still ours: the system's call would be refused for the same reason.
+    if (const Status claimed = AskToReplace(target); !claimed.ok()) return claimed;
     if (const Status closed = file.Close(); !closed.ok()) return closed;
     const auto replaced = sys::ReplaceFileA(target.c_str(), temporary.c_str(), nullptr,
                                             DWORD{REPLACEFILE_IGNORE_MERGE_ERRORS}, nullptr, nullptr);
