@@ -12,6 +12,17 @@ struct CSaveFile::Version {
     qv::platform::AtomicFile file;
 };
 
+namespace {
+
+/// The new version of a private document must not be readable meanwhile; it gets the document's permissions at the end.
+qv::platform::Access AccessFor(const std::string& target) {
+    qv::platform::FileInfo info;
+    const bool exists = qv::platform::StatusOf(target.c_str(), info).ok();
+    return exists ? qv::platform::Access::Owner : qv::platform::Access::AsUmaskSays;
+}
+
+}  // namespace
+
 CSaveFile::CSaveFile() = default;
 
 CSaveFile::CSaveFile(const char* fileName) {
@@ -29,7 +40,7 @@ BOOL CSaveFile::Open(const char* fileName, UINT, CFileException* error) {
     CSaveFile::Abort();
     auto version = std::make_unique<Version>();
     const std::string target = qv::platform::LinkTarget(name);
-    const Status created = version->file.Create(target.c_str(), qv::platform::Access::AsUmaskSays);
+    const Status created = version->file.Create(target.c_str(), AccessFor(target));
     if (!created.ok() && error) qv::Describe(created, name, *error);
     if (!created.ok()) return 0;
     m_version = std::move(version);

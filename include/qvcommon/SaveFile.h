@@ -42,6 +42,8 @@ public:
     /// Both drop the new version. Never raise.
     void Close() override;
     void Abort() override;
+    /// There is no open file of that name to delete.
+    bool CloseAndRemove() = delete;
 
 private:
     struct Version;

@@ -173,15 +173,15 @@ Status AtomicFile::Body::SyncName(const UniqueFd& openedFolder) const {
 }
 
 Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
+    UniqueFd existing;  // claimed until the new version is in its place, whose attributes are synced with its data
+    if (ifExists == IfExists::Update)
+        if (const Status claimed = ClaimTarget(existing); !claimed.ok()) return claimed;
     if (const Status handedOver = HandOver(file.Get()); !handedOver.ok()) return handedOver;
     UniqueFd openedFolder;
     if (durability == Durability::Synced) {
         if (const Status flushed = FlushToDisk(file.Get()); !flushed.ok()) return flushed;
         openedFolder = UniqueFd(sys::openat_folder(folder, Place(), 0));
     }
-    UniqueFd existing;  // claimed until the new version is in its place
-    if (ifExists == IfExists::Update)
-        if (const Status claimed = ClaimTarget(existing); !claimed.ok()) return claimed;
     const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget();
     if (!placed.ok()) return StatusOf(placed);
     temporary.clear();
