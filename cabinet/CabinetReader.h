@@ -27,7 +27,7 @@ struct FailurePlace {
 };
 
 /// Copies members out of cabinets. Memory is bounded by about 4 MB, the window of LZX included, and what the cabinet's own
-/// lists of folders take (8 bytes each); the time is in line with the data: members and folders that overlap, and those out
+/// lists of folders take (8 bytes each); the time is linear in the data: members and folders that overlap, and those out
 /// of order, are corrupt.
 /// The error record has to outlive the object.
 class CabinetReader {

@@ -39,7 +39,7 @@ public:
 
     /// Keeps a failure. @return whether the call succeeded.
     bool Note(const platform::Status& status);
-    /// The last failure of any file; a success where nothing has failed yet.
+    /// The last failure of any file; a success if no file has failed yet.
     const platform::Status& LastFailure() const { return m_lastFailure; }
 
 private:
@@ -69,7 +69,7 @@ public:
         return m_files.Seek(file, offset, origin);
     }
 
-    /// The system's number for the last failure of a file; 0 where nothing has failed.
+    /// The system's number for the last failure of a file; 0 if no file has failed.
     unsigned long SystemError() const { return m_files.LastFailure().error(); }
 
 protected:

@@ -22,7 +22,7 @@ struct Occurrence {
     std::size_t End() const { return position + length; }
 };
 
-/// Walks through the occurrences of one text in another. All calls together take time in line with both texts, however
+/// Walks through the occurrences of one text in another. All calls together take time linear in both texts, however
 /// they look. Refers to both texts; they have to stay as they are.
 class TextSearch {
 public:

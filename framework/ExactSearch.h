@@ -15,7 +15,7 @@ namespace qv {
 /// characters of their own. Never in UTF-8.
 bool HasTrailBytes(std::string_view text);
 
-/// Walks through the occurrences of one text in another. All calls together take time in line with both texts, however
+/// Walks through the occurrences of one text in another. All calls together take time linear in both texts, however
 /// they look; making a search costs next to nothing. Refers to both texts, which have to stay as they are.
 class ExactSearch {
 public:
@@ -56,7 +56,7 @@ private:
     std::size_t m_lastCharacter = kNowhere;  // of the text sought, where it begins
 };
 
-/// Where a text first stands in another one, as ExactSearch finds it.
+/// Where a text first occurs in another one, as ExactSearch finds it.
 inline std::size_t FindExact(std::string_view text, std::string_view find, std::size_t from = 0) {
     return ExactSearch(text, find).Find(from);
 }

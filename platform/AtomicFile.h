@@ -30,7 +30,7 @@ enum class Durability {
 ///
 /// Until Commit it is invisible where the file system can make files without a name (Linux: O_TMPFILE). Elsewhere it has
 /// a temporary name beside the target, ".qvN.tmp" with the first free number. A process that is killed leaves such a file;
-/// the next AtomicFile that comes upon the name finds that no process holds it, and deletes it. Programs must not keep files
+/// the next AtomicFile that encounters the name finds that no process holds it, and deletes it. Programs must not keep files
 /// of their own under these names.
 class AtomicFile {
 public:

@@ -7,7 +7,7 @@
 /// lets texts match that differ in case only; a `noCase` flag that is NOT zero does the same. Text arguments may hold zero
 /// bytes. Memory running out raises std::bad_alloc; nothing else is raised but where a member says so.
 ///
-/// Searches take time in line with the texts, whatever these hold, but where a member names its cost.
+/// Searches take time linear in the texts, whatever these hold, but where a member names its cost.
 
 #include <initializer_list>
 
@@ -22,7 +22,7 @@ public:
     //
     // Texts that are compared without regard to case are equal when their lower-case forms are, as CString::CompareNoCase
     // has it. An element "matches" a text when it equals it, or, with a no-case flag, when it does so without regard to
-    // case. Members that look up many texts take time in line with the number of elements, not with its square.
+    // case. Members that look up many texts takes time linear in the number of elements, not with its square.
 
     /// 1 if the texts are equal, else 0.
     static int Equals(std::string_view a, std::string_view b, int caseSensitive = 1);
@@ -181,7 +181,7 @@ public:
     /// Copies every entry. Keys that the target has get the new value; its other keys stay.
     static void CopyStringMap(const CMapStringToString& source, CMapStringToString& target);
 
-    // The following take time in line with the size of their arrays, whatever these hold.
+    // The following take time linear in the size of their arrays, whatever these hold.
 
     /// Keeps the first of equal texts, in order.
     static void RemoveDuplicates(CStringArray& texts, int noCase = 0);
@@ -321,7 +321,7 @@ public:
     // was found, else 0 and change nothing.
     //
     // A CString moves what it keeps to its front, which a walk through a long text by many calls pays for each time. A view
-    // moves its ends instead: such a walk takes time in line with the text.
+    // moves its ends instead: such a walk takes time linear in the text.
 
     /// Keeps what stands BEFORE the marker's first occurrence.
     static int StripBefore(CString& text, std::string_view marker);

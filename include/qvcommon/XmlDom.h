@@ -25,7 +25,7 @@
 /// declaration may name an external subset, which is never read, and declare elements, attributes and notations, but no
 /// entities; references to others than the five of XML are refused; attributes that only a declaration gives are at most
 /// 100,000. Nothing is ever fetched from anywhere. Libxml2 compares the attributes of one tag with each other, so a tag
-/// with n of them takes time in line with n squared.
+/// with n of them takes time linear in n squared.
 
 #include <utility>
 #include <vector>
@@ -205,7 +205,7 @@ public:
     IXMLDOMElement get_documentElement() const;
     /// Of the last load.
     IXMLDOMParseError get_parseError() const;
-    /// An element that stands nowhere yet, in no namespace. @throws _com_error E_INVALIDARG for a name with a prefix.
+    /// An element that is not in a tree yet, in no namespace. @throws _com_error E_INVALIDARG for a name with a prefix.
     IXMLDOMElement createElement(std::string_view tag) const;
     /// The same for a place in `scope`: a prefix stands for what it stands for there. @throws _com_error E_INVALIDARG for
     /// one that is not declared.

@@ -61,7 +61,7 @@ struct AtomicFile::Body {
     Body(int folder_, std::string target_, Access access_)
         : folder(folder_), access(access_), target(std::move(target_)), prefix(target, 0, target.rfind('/') + 1) {}
     ~Body() {
-        // What cannot be deleted now is deleted by the next that comes upon its name.
+        // What cannot be deleted now is deleted by the next that encounters its name.
         if (!temporary.empty()) sys::unlinkat(folder, temporary.c_str(), 0).IgnoreError();
     }
     Body(const Body&) = delete;

@@ -6,7 +6,7 @@
 
 // A file under construction is marked for deletion: the system deletes it once its last handle is closed, however the
 // process ends. Commit takes the mark back. Only where the file system keeps no such mark, or the process is killed within
-// Commit, a file is left. No process has that one open, and so the next that comes upon its name can delete it.
+// Commit, a file is left. No process has that one open, and so the next that encounters its name can delete it.
 
 namespace qv::platform {
 namespace {
@@ -57,7 +57,7 @@ struct AtomicFile::Body {
     /// @param target_  an absolute path: the current folder may change before Commit
     explicit Body(std::string target_) : target(std::move(target_)) {}
     ~Body() {
-        // What cannot be deleted now is deleted by the next that comes upon its name.
+        // What cannot be deleted now is deleted by the next that encounters its name.
         if (file) MarkForDeletion(file, true).IgnoreError();
     }
     Body(const Body&) = delete;
@@ -119,7 +119,7 @@ Status AtomicFile::Body::UpdateTarget(DWORD flags) {
     if (const Status closed = file.Close(); !closed.ok()) return closed;
     const auto replaced = sys::ReplaceFileA(target.c_str(), temporary.c_str(), nullptr,
                                             DWORD{REPLACEFILE_IGNORE_MERGE_ERRORS}, nullptr, nullptr);
-    // What cannot be deleted now is deleted by the next that comes upon its name.
+    // What cannot be deleted now is deleted by the next that encounters its name.
     if (!replaced.ok()) sys::DeleteFileA(temporary.c_str()).IgnoreError();
     return replaced.statusAt(target.c_str());
 }

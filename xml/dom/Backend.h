@@ -46,7 +46,7 @@ bool LoadText(Node& document, std::string_view text);
 bool LoadBytes(Node& document, std::string_view bytes);
 std::string Save(Node& document);
 IXMLDOMNode DocumentElement(Node& document);
-/// An element that stands nowhere yet. A prefix means what it means at `scope`; without one it is in no namespace.
+/// An element that is not in a tree yet. A prefix means what it means at `scope`; without one it is in no namespace.
 /// Null when the prefix is not declared there.
 IXMLDOMNode CreateElement(Node& document, std::string_view tag, Node* scope);
 
@@ -82,7 +82,7 @@ Node* OwnerDocument(Node& node);
 /// `reference` is a child of `parent`, or null for the end.
 void Insert(Node& parent, Node& child, Node* reference);
 void Remove(Node& parent, Node& child);
-/// A copy with all below it, which stands nowhere yet.
+/// A copy with all below it, which is not in a tree yet.
 IXMLDOMNode Clone(Node& node);
 
 // Paths (Select.cpp)
