@@ -22,7 +22,7 @@ public:
     //
     // Texts that are compared without regard to case are equal when their lower-case forms are, as CString::CompareNoCase
     // has it. An element "matches" a text when it equals it, or, with a no-case flag, when it does so without regard to
-    // case. Members that look up many texts takes time linear in the number of elements, not with its square.
+    // case. Members that look up many texts take time linear in the number of elements, not with its square.
 
     /// 1 if the texts are equal, else 0.
     static int Equals(std::string_view a, std::string_view b, int caseSensitive = 1);

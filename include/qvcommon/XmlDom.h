@@ -25,7 +25,7 @@
 /// declaration may name an external subset, which is never read, and declare elements, attributes and notations, but no
 /// entities; references to others than the five of XML are refused; attributes that only a declaration gives are at most
 /// 100,000. Nothing is ever fetched from anywhere. Libxml2 compares the attributes of one tag with each other, so a tag
-/// with n of them takes time linear in n squared.
+/// with n of them takes time that grows with n squared.
 
 #include <utility>
 #include <vector>
