@@ -18,10 +18,20 @@ bool IsGone(const Status& status) {
 
 /// Deletes what it walks through, each folder after all that it holds.
 class TreeRemoval : public qv::FolderWalk {
+public:
+    explicit TreeRemoval(bool removesItself) : m_removesItself(removesItself) {}
+
 protected:
     void OnFolder(const Place& place, const std::vector<FolderEntry>& entries) override {
         for (const FolderEntry& entry : entries)
-            if (entry.kind != EntryKind::Folder) ThrowIfFailed(Remove(place, entry), place.PathOf(entry));
+            if (entry.kind != EntryKind::Folder)
+                if (const Status removed = Remove(place, entry); !removed.ok())
+                    ThrowIfFailed(removed, PathOf(place, entry));
+    }
+
+    // What keeps a folder from being deleted is found when that is tried.
+    void OnEnd(const Place& first) override {
+        if (m_removesItself) first.folder.MakeWritable().IgnoreError();
     }
 
     // A folder that is not empty or may not be deleted stays, without a failure.
@@ -32,7 +42,7 @@ protected:
         // What was a folder a moment ago may be a link now: that is deleted like any other.
         const bool replaced = parent && failure.cause() == FileCause::BadPath;
         ThrowIfFailed(replaced ? Remove(*parent, {place.entry.name, EntryKind::FolderLink}) : failure,
-                      CFileUtils::UnterminateDir(place.path));
+                      CFileUtils::UnterminateDir(PathOf(place)));
     }
 
 private:
@@ -42,6 +52,8 @@ private:
             status = place.folder.Remove(entry);
         return IsGone(status) ? Status() : status;
     }
+
+    const bool m_removesItself;
 };
 
 void RemoveItself(const CString& directory) {
@@ -56,9 +68,6 @@ void RemoveItself(const CString& directory) {
 void CFileUtils::DelTree(const char* directory, int removeItself) {
     const CString folder = directory;
     if (!IsExist(folder)) return;
-    if (!removeItself || !qv::platform::IsFolderLink(folder)) {
-        TreeRemoval().Walk(folder);
-        MakeWritable(folder);
-    }
+    if (!removeItself || !qv::platform::IsFolderLink(folder)) TreeRemoval(removeItself != 0).Walk(folder);
     if (removeItself) RemoveItself(folder);
 }

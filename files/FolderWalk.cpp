@@ -13,8 +13,9 @@ using platform::FolderEntry;
 using platform::Status;
 
 void FolderWalk::Walk(const CString& path) {
-    Place first{.folder = {}, .path = path, .entry = {}};
-    if (!first.path.AsStd().ends_with('\\')) first.path += '\\';
+    m_path = path;
+    if (!m_path.ends_with('\\')) m_path += '\\';
+    Place first{.folder = {}, .pathLength = m_path.size(), .entry = {}};
     const Status status = first.folder.Open(path, platform::LastName::NoLink);
     if (!status.ok()) return OnFailure(status, first, nullptr);
     Enter(std::move(first), nullptr);
@@ -34,21 +35,23 @@ void FolderWalk::Enter(Place&& place, const Place* parent) {
 
 void FolderWalk::Descend() {
     Place& parent = m_places.back();
-    Place place{.folder = {}, .path = {}, .entry = std::move(parent.subfolders.back())};
+    Place place{.folder = {}, .pathLength = 0, .entry = std::move(parent.subfolders.back())};
     parent.subfolders.pop_back();
-    place.path = parent.PathOf(place.entry) + '\\';
+    m_path += place.entry.name;
+    m_path += '\\';
+    place.pathLength = m_path.size();
     const Status status = place.folder.OpenIn(parent.folder, place.entry.name);
-    if (status.ok())
-        Enter(std::move(place), &parent);
-    else
-        OnFailure(status, place, &parent);
+    if (status.ok()) return Enter(std::move(place), &parent);
+    OnFailure(status, place, &parent);
+    m_path.resize(parent.pathLength);
 }
 
 void FolderWalk::Leave() {
     Place left = std::move(m_places.back());
     m_places.pop_back();
-    if (m_places.empty()) return;
+    if (m_places.empty()) return OnEnd(left);
     Place& parent = m_places.back();
+    m_path.resize(parent.pathLength);
     const Status status = parent.folder.TakeBack(left.folder);
     left.folder.Close();
     if (status.ok())

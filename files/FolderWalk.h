@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "platform/FileStatus.h"
@@ -20,17 +21,23 @@ public:
 protected:
     struct Place {
         platform::Folder folder;
-        CString path;                 ///< with its final separator
+        std::size_t pathLength;       ///< with the final separator
         platform::FolderEntry entry;  ///< in the folder above
         std::vector<platform::FolderEntry> subfolders = {};
-
-        CString PathOf(const platform::FolderEntry& entryInIt) const { return path + std::string_view(entryInIt.name); }
     };
+
+    /// The path of a place on the way to the present one, with its final separator.
+    CString PathOf(const Place& place) const { return std::string_view(m_path).substr(0, place.pathLength); }
+    CString PathOf(const Place& place, const platform::FolderEntry& entryInIt) const {
+        return PathOf(place) + std::string_view(entryInIt.name);
+    }
 
     /// A folder's entries, before any of its subfolders is entered.
     virtual void OnFolder(const Place& place, const std::vector<platform::FolderEntry>& entries) = 0;
     /// After all that lies in the subfolder was walked.
     virtual void OnLeave(const Place&, const platform::FolderEntry&) {}
+    /// After all that lies in the first folder was walked.
+    virtual void OnEnd(const Place&) {}
     /// A folder that cannot be opened or read to its end; the walk goes on beside it unless this raises something.
     /// `parent` is null for the first one and when the way back to it is lost.
     virtual void OnFailure(const platform::Status& failure, const Place& place, const Place* parent) = 0;
@@ -41,6 +48,7 @@ private:
     void Leave();
 
     std::vector<Place> m_places;  // from the first folder down to the present one
+    std::string m_path;           // of the present one: the others' are its beginnings, so memory is linear in depth
 };
 
 }  // namespace qv

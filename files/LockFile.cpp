@@ -108,7 +108,13 @@ bool CLockFile::LockFor(UINT patience, ILockObserver* observer) {
     using std::chrono::milliseconds;
     constexpr milliseconds kLongestPause{250};
     const auto end = qv::platform::SteadyNow() + milliseconds(patience);
-    m_pauses = false;
+    const struct Pauses {
+        bool& pauses;
+        explicit Pauses(bool& variable) : pauses(variable) { pauses = false; }
+        ~Pauses() { pauses = true; }
+        Pauses(const Pauses&) = delete;
+        Pauses& operator=(const Pauses&) = delete;
+    } withoutPauses(m_pauses);
     for (milliseconds pause{1}; !m_locked && !TryOnce(); pause = std::min(2 * pause, kLongestPause)) {
         if (WhatNext() == AfterFailure::GiveUp) break;
         if (observer && !observer->OnLockHeld(m_lockedBy, m_lockedSince)) break;
@@ -116,7 +122,6 @@ bool CLockFile::LockFor(UINT patience, ILockObserver* observer) {
         if (left <= left.zero()) break;
         qv::platform::Sleep(std::min<std::chrono::nanoseconds>(pause, left));
     }
-    m_pauses = true;
     return m_locked;
 }
 

@@ -3,10 +3,41 @@
 #include <cstdlib>
 #include <mutex>
 
+#include "framework/FileErrors.h"
 #include "platform/Clock.h"
+#include "platform/FileOpen.h"
 #include "platform/FileStatus.h"
 #include "platform/Path.h"
 #include "qvcommon/framework/File.h"
+
+namespace {
+
+using qv::platform::FileCause;
+using qv::platform::Status;
+
+bool IsTaken(const CString& path) {
+    CFileStatus status;
+    return CFile::GetStatus(path, status);
+}
+
+Status EmptyOrMake(const CString& path) {
+    qv::platform::FileHandle file = qv::platform::kNoFile;
+    const Status opened = qv::platform::OpenFile(path, {.write = true, .create = true, .truncate = true}, file);
+    return opened.ok() ? qv::platform::CloseFile(file) : opened;
+}
+
+void RaiseUnlessAnotherNameMayDo(const Status& failure, const CString& candidate, bool fixedName) {
+    switch (failure.cause()) {
+        case FileCause::TooManyOpenFiles:
+        case FileCause::AccessDenied:
+        case FileCause::DirectoryFull:
+        case FileCause::DiskFull: qv::ThrowIfFailed(failure, candidate); break;
+        default: break;
+    }
+    if (fixedName) AfxThrowFileException(CFileException::accessDenied);
+}
+
+}  // namespace
 
 CTempFile::CTempFile() {
     CTempFile::SetTempDirectory();
@@ -35,11 +66,15 @@ CString CTempFile::CreateCandidate() const {
     constexpr int kMostTaken = 1000;
     for (int taken = 0; taken < kMostTaken;) {
         CString candidate = NextCandidate();
-        CFileStatus status;
-        if (!m_fixedName && CFile::GetStatus(candidate, status))
+        if (!m_fixedName && IsTaken(candidate))
             ++taken;
-        else if (TryCreate(candidate))
+        else if (const Status made = m_fixedName ? EmptyOrMake(candidate) : qv::platform::MakeFile(candidate);
+                 made.ok())
             return candidate;
+        else if (!m_fixedName && qv::platform::MeansNameTaken(made.error()))
+            ++taken;
+        else
+            RaiseUnlessAnotherNameMayDo(made, candidate, m_fixedName != 0);
     }
     AfxThrowFileException(CFileException::accessDenied);
 }
@@ -49,22 +84,6 @@ CString CTempFile::NextCandidate() const {
     CString candidate;
     candidate.Format("%s%s%s.%s", m_directory, m_prefix, GetRandomName(), m_extension);
     return candidate;
-}
-
-/// False when another name may do better.
-bool CTempFile::TryCreate(const CString& candidate) const {
-    CFile file;
-    CFileException error;
-    if (file.Open(candidate, CFile::modeCreate | CFile::modeWrite, &error)) return true;
-    switch (error.m_cause) {
-        case CFileException::tooManyOpenFiles:
-        case CFileException::accessDenied:
-        case CFileException::directoryFull:
-        case CFileException::diskFull: AfxThrowFileException(error.m_cause, error.m_lOsError, candidate);
-        default: break;
-    }
-    if (m_fixedName) AfxThrowFileException(CFileException::accessDenied);
-    return false;
 }
 
 void CTempFile::RemoveFile() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Status.h"
+#include "platform/Folder.h"
 
 namespace qv::platform {
 
@@ -14,5 +14,10 @@ namespace qv::platform {
 /// of the process, leaves the old file as it was; a target that is a link is replaced by the copy; holes stay holes.
 /// When the call is back, the copy need not have reached the disk.
 Status CopyWholeFile(const char* from, const char* to);
+
+/// The same from one open folder into another one, whatever becomes of their paths meanwhile. On Linux a target that is a
+/// link is replaced, and with NoLink a source that is one is refused (BadPath).
+Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
+                  const std::string& newName);
 
 }  // namespace qv::platform

@@ -14,6 +14,7 @@ struct OpenRequest {
     bool truncate = false;                     ///< an existing one is emptied
     bool inheritable = false;                  ///< child programs get the handle too
     bool folderAccess = false;                 ///< a file for all users of its folder, see below
+    bool noLink = false;                       ///< on Linux a path whose last name is a link is refused (BadPath)
 };
 
 /// Opens a file under the access and deny matrix: it is refused (SharingViolation) when another handle denies what it

@@ -32,6 +32,8 @@ struct FoundEntry {
     bool IsLink() const { return (attributes & kReparsePoint) && (tag & kStandsForAnotherPlace); }
 };
 
+class Folder;
+
 enum class LastName { MayBeLink, NoLink };
 
 /// One search at a time, of one thread.
@@ -49,6 +51,9 @@ public:
     /// masks mean what they mean on Windows: "*.*" is every name, "*." one without an extension, "a.*" also "a".
     /// Fails when the folder cannot be read, not when nothing matches.
     Status Start(const char* pattern, LastName folder = LastName::MayBeLink);
+
+    /// Begins a search for all entries of an open folder, which must outlive the search.
+    Status StartIn(const Folder& folder);
 
     /// The next entry; false after the last one. Entries that vanish meanwhile are passed over.
     bool Next(FoundEntry& entry);

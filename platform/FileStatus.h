@@ -29,6 +29,8 @@ Status StatusOf(FileHandle handle, const char* path, FileInfo& info);
 /// read-only can be set: it takes all write bits, or gives the owner's.
 Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes);
 
+/// Makes an empty file. Fails when the name exists, whatever it names (MeansNameTaken), links included.
+Status MakeFile(const char* path);
 /// Deletes a file, no directory. On Linux open and read-only files can be deleted.
 Status RemoveFile(const char* path);
 /// Renames a file or directory; fails when the new name exists. On Linux not across file systems.

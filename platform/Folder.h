@@ -23,6 +23,9 @@ struct FolderEntry {
     EntryKind kind;
 };
 
+/// A folder in which others are only looked up and made need not be readable.
+enum class FolderUse { Listed, LookedUpIn };
+
 /// An open folder. What happens to its path meanwhile does not matter: on Linux all goes through its descriptor, on
 /// Windows the folder can be neither renamed nor replaced while it is open here.
 class Folder {
@@ -32,13 +35,23 @@ public:
     Folder& operator=(Folder&& other) noexcept;
     ~Folder();
 
-    Status Open(const char* path, LastName lastName);
+    Status Open(const char* path, LastName lastName, FolderUse use = FolderUse::Listed);
     /// Opens a folder in another one, which has to be open. Anything but a folder is refused, links too.
     Status OpenIn(const Folder& parent, const std::string& name);
+    /// The same with a folder that is made if its name is free. `made` is whether it was.
+    Status MakeIn(const Folder& parent, const std::string& name, bool& made);
     void Close();
 
     /// Appends all entries but "." and "..", in no order. After a failure `entries` has those that were read.
     Status List(std::vector<FolderEntry>& entries) const;
+    /// Whether both are the same folder, by whatever paths. False for one that is not open.
+    bool IsSame(const Folder& other) const;
+    /// Describes the entry that `entry` names, as a search does.
+    Status Find(FoundEntry& entry) const;
+    /// Takes the read-only attribute from a file in the folder. A link is refused, or stays as it is.
+    Status MakeWritable(const std::string& name) const;
+    /// Takes the read-only attribute from the folder itself.
+    Status MakeWritable() const;
     /// Deletes one entry: a folder only when it is empty, a link never with what it leads to. Takes the read-only attribute
     /// away where that keeps the entry.
     Status Remove(const FolderEntry& entry) const;

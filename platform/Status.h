@@ -31,6 +31,8 @@ FileCause CauseOf(unsigned long error);
 
 /// Whether an error number means that the file system keeps no locks, or no more of them. Never so on Windows.
 bool MeansNoLocks(unsigned long error);
+/// Whether an error number means that the name exists already.
+bool MeansNameTaken(unsigned long error);
 
 /// Success, or a failure with its cause and the system's error number (0 where the system gave none).
 class [[nodiscard]] Status {

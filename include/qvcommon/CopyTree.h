@@ -2,7 +2,7 @@
 
 /// @file Copying a tree of folders.
 
-#include "qvcommon/framework/FileTime.h"
+#include "qvcommon/framework/Object.h"
 #include "qvcommon/framework/String.h"
 
 /// Hears of a tree being copied. All members may be left as they are.
@@ -24,6 +24,10 @@ public:
 ///
 /// Links to folders are not entered, and nothing is made in their place. Links to files are copied as the files that they
 /// lead to. Devices and pipes are failures. A destination inside the source is not copied into itself.
+///
+/// Both trees are walked by way of open folders. Whoever renames folders meanwhile, or puts links in their place, leads the
+/// copy neither out of the source nor out of the destination; below the destination, a link in the place of a folder is a
+/// failure. An override of CopyFileA is given paths and has to guard itself.
 class QVCOMMON_API CCopyTree : public CObject {
 public:
     /// Copies one folder and all below it, in the order of the system. Missing folders are made, existing files replaced,
@@ -55,11 +59,11 @@ protected:
     void OnError();
 
 private:
-    void CopyOneFile(const CString& source, const CString& target, const QvFileTime* written);
+    class Level;
 
     CString m_source;
     CString m_destination;
     ICopyProgress* m_progress = nullptr;
     int m_laterOnly = 0;
-    CString m_outermost;  // destination of the copy under way
+    Level* m_level = nullptr;  // of the copy under way, the innermost
 };

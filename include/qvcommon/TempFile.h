@@ -7,8 +7,9 @@
 /// A temporary file. By default it lies in the system's temporary folder, is called "QV", six random capital letters and a
 /// final point, and is deleted with the object.
 ///
-/// The names are no secret and the file is no reserved one: two makers of the same name are told apart only by a look
-/// before the file is made. One object, one thread; different objects may work in different threads.
+/// The names are no secret, but a fresh name is taken only if nobody has it: what another program makes between the look at
+/// a name and the making of the file stays as it is, and the next name is drawn. One object, one thread; different objects
+/// may work in different threads.
 class QVCOMMON_API CTempFile : public CObject {
 public:
     CTempFile();
@@ -49,7 +50,6 @@ protected:
 
 private:
     CString NextCandidate() const;
-    bool TryCreate(const CString& candidate) const;
     CString CreateCandidate() const;
 
     BOOL m_deleteOnDtor = 1;

@@ -5,9 +5,7 @@
 #include <limits>
 
 #include "platform/AtomicFile.h"
-#include "platform/FileOpen.h"
-#include "platform/Path.h"
-#include "platform/posix/UniqueFd.h"
+#include "platform/posix/sharing/OpenInTurn.h"
 
 namespace qv::platform {
 namespace {
@@ -86,33 +84,50 @@ Status NoFile(const struct stat& status) {
     return {FileCause::AccessDenied, static_cast<unsigned long>(folder ? EISDIR : EINVAL)};
 }
 
-/// Takes the target's place when no program uses it.
-Status ReplaceUnused(AtomicFile& copy, const char* to) {
+/// Takes the target's place when no program uses it. A link is replaced, whether its file is in use or not.
+Status ReplaceUnused(AtomicFile& copy, const Location& to) {
     struct stat target;
-    const bool exists = sys::fstatat(AT_FDCWD, NativePath(to).c_str(), &target, 0).ok();
+    const bool exists = sys::fstatat(to.folder, to.name.c_str(), &target, 0).ok();
     if (exists && !S_ISREG(target.st_mode)) return NoFile(target);
-    FileHandle handle = kNoFile;
-    if (exists)
-        if (const Status opened = OpenFile(to, {.write = true, .denyWrite = true}, handle); !opened.ok()) return opened;
-    const UniqueFd held(static_cast<int>(handle));
-    return copy.Commit(IfExists::Replace, Durability::Deferred);
+    UniqueFd held;
+    const auto opened = OpenInTurn(to, {.write = true, .denyWrite = true, .noLink = true}, held);
+    const bool free = opened.ok() || opened.error() == ENOENT || opened.error() == ELOOP;
+    return free ? copy.Commit(IfExists::Replace, Durability::Deferred) : to.StatusOf(opened);
+}
+
+Status OpenSource(const Location& from, LastName lastName, UniqueFd& file) {
+    struct stat source;
+    const bool noLink = lastName == LastName::NoLink;
+    const auto asked = sys::fstatat(from.folder, from.name.c_str(), &source, noLink ? AT_SYMLINK_NOFOLLOW : 0);
+    if (!asked.ok()) return from.StatusOf(asked);
+    if (S_ISLNK(source.st_mode)) return Status::OfError(ELOOP);
+    if (!S_ISREG(source.st_mode)) return NoFile(source);
+    return from.StatusOf(OpenInTurn(from, {.read = true, .noLink = noLink}, file));
+}
+
+/// `create` makes the new file beside the target.
+template <class Create>
+Status Copy(const Location& from, LastName lastName, const Location& to, Create create) {
+    UniqueFd file;
+    if (const Status opened = OpenSource(from, lastName, file); !opened.ok()) return opened;
+    AtomicFile copy;
+    if (const Status created = create(copy); !created.ok()) return created;
+    if (const Status copied = CopyAll(file.Get(), static_cast<int>(copy.Handle())); !copied.ok()) return copied;
+    const Status placed = copy.Commit(IfExists::Fail, Durability::Deferred);
+    return placed.error() == EEXIST ? ReplaceUnused(copy, to) : placed;
 }
 
 }  // namespace
 
 Status CopyWholeFile(const char* from, const char* to) {
-    struct stat source;
-    const auto asked = sys::fstatat(AT_FDCWD, NativePath(from).c_str(), &source, 0);
-    if (!asked.ok()) return asked.statusAt(from);
-    if (!S_ISREG(source.st_mode)) return NoFile(source);
-    FileHandle handle = kNoFile;
-    if (const Status opened = OpenFile(from, {.read = true}, handle); !opened.ok()) return opened;
-    const UniqueFd file(static_cast<int>(handle));
-    AtomicFile copy;
-    if (const Status created = copy.Create(to); !created.ok()) return created;
-    if (const Status copied = CopyAll(file.Get(), static_cast<int>(copy.Handle())); !copied.ok()) return copied;
-    const Status placed = copy.Commit(IfExists::Fail, Durability::Deferred);
-    return placed.error() == EEXIST ? ReplaceUnused(copy, to) : placed;
+    return Copy(Location::OfPath(from), LastName::MayBeLink, Location::OfPath(to),
+                [to](AtomicFile& copy) { return copy.Create(to); });
+}
+
+Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
+                  const std::string& newName) {
+    return Copy(Location::In(from, name), source, Location::In(to, newName),
+                [&](AtomicFile& copy) { return copy.CreateIn(to, newName); });
 }
 
 }  // namespace qv::platform

@@ -33,11 +33,10 @@ std::uint32_t AttributesOf(const struct statx& status, const FoundEntry& entry) 
     return attributes;
 }
 
-/// False for an entry that is not there any more.
-bool Describe(int folder, FoundEntry& entry) {
+/// What cannot be asked for is described as a file without size and times.
+Result<int> Describe(int folder, FoundEntry& entry) {
     struct statx status {};
     const auto asked = Query(folder, entry.name, AT_SYMLINK_NOFOLLOW, status);
-    if (asked.error() == ENOENT || asked.error() == ENOTDIR) return false;
     const bool link = S_ISLNK(status.stx_mode);
     if (struct statx target; link && Query(folder, entry.name, 0, target).ok()) status = target;
     entry.attributes = AttributesOf(status, entry) | (link ? kReparsePoint : 0);
@@ -47,7 +46,7 @@ bool Describe(int folder, FoundEntry& entry) {
     entry.accessed = Ticks(status.stx_atime);
     entry.written = Ticks(status.stx_mtime);
     entry.size = entry.IsFolder() ? 0 : status.stx_size;
-    return true;
+    return asked;
 }
 
 struct Name {
@@ -61,20 +60,25 @@ bool ComesBefore(const Name& a, const Name& b) {
 
 }  // namespace
 
+Status Folder::Find(FoundEntry& entry) const {
+    return Describe(DescriptorOf(*this), entry).status();
+}
+
 struct FileSearch::State {
-    Folder folder;
+    Folder opened;                   // by the search itself
+    const Folder* folder = &opened;  // where it searches
     std::vector<Name> names;
     std::size_t next = 0;
 
     bool Exists(const std::string& name) const {
         struct stat status;
-        return sys::fstatat(DescriptorOf(folder), name.c_str(), &status, AT_SYMLINK_NOFOLLOW).ok();
+        return sys::fstatat(DescriptorOf(*folder), name.c_str(), &status, AT_SYMLINK_NOFOLLOW).ok();
     }
 
     /// Returns why entries were skipped.
     Status Collect(const Wildcard& mask) {
         std::vector<FolderEntry> entries;
-        Status leftOut = folder.List(entries);
+        Status leftOut = folder->List(entries);
         for (FolderEntry& entry : entries) {
             const bool unreachable = entry.name.find('\\') != entry.name.npos;
             if (unreachable) leftOut = leftOut.Or({FileCause::BadPath, EINVAL});
@@ -102,7 +106,7 @@ Status FileSearch::Start(const char* pattern, LastName lastName) {
     const std::string mask = slash == native.npos ? native : native.substr(slash + 1);
     auto state = std::make_unique<State>();
     const std::string path = slash == native.npos ? "." : native.substr(0, slash + 1);
-    const Status opened = state->folder.Open(path.c_str(), lastName);
+    const Status opened = state->opened.Open(path.c_str(), lastName);
     // Of the pattern it is the folder that is missing, not the file.
     if (!opened.ok()) return opened.error() == ENOENT ? Status::OfErrorAt(ENOENT, pattern) : opened;
 
@@ -114,11 +118,19 @@ Status FileSearch::Start(const char* pattern, LastName lastName) {
     return {};
 }
 
+Status FileSearch::StartIn(const Folder& folder) {
+    m_state = std::make_unique<State>();
+    m_state->folder = &folder;
+    m_leftOut = m_state->Collect(Wildcard("*"));
+    return {};
+}
+
 bool FileSearch::Next(FoundEntry& entry) {
     if (!m_state) return false;
     while (m_state->next < m_state->names.size()) {
         entry.name = std::move(m_state->names[m_state->next++].text);
-        if (Describe(DescriptorOf(m_state->folder), entry)) return true;
+        const auto described = Describe(DescriptorOf(*m_state->folder), entry);
+        if (described.error() != ENOENT && described.error() != ENOTDIR) return true;
     }
     m_state.reset();
     return false;

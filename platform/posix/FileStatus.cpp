@@ -83,6 +83,12 @@ Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes
     return ChangeMode(native, status.st_mode, attributes & kReadOnly);
 }
 
+Status MakeFile(const char* path) {
+    constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    const auto made = sys::openat(AT_FDCWD, NativePath(path).c_str(), kFlags, 0666);
+    return made.ok() ? UniqueFd(made).Close() : made.statusAt(path);
+}
+
 Status RemoveFile(const char* path) {
     return sys::unlinkat(AT_FDCWD, NativePath(path).c_str(), 0).statusAt(path);
 }

@@ -15,6 +15,14 @@ Result<int> OpenAt(int parent, const char* name, int flags) {
     return sys::openat_folder(parent, name, flags);
 }
 
+int FlagsOf(LastName lastName) {
+    return lastName == LastName::NoLink ? O_NOFOLLOW : 0;
+}
+
+int FlagsOf(FolderUse use) {
+    return use == FolderUse::LookedUpIn ? O_PATH : 0;
+}
+
 bool LeadsToFolder(int parent, const char* name) {
     struct stat status;
     return sys::fstatat(parent, name, &status, AT_NO_AUTOMOUNT).ok() && S_ISDIR(status.st_mode);
@@ -39,15 +47,15 @@ Folder::Folder(Folder&& other) noexcept = default;
 Folder& Folder::operator=(Folder&& other) noexcept = default;
 Folder::~Folder() = default;
 
-Status Folder::Open(const char* path, LastName lastName) {
+Status Folder::Open(const char* path, LastName lastName, FolderUse use) {
     Close();
     std::string native = NativePath(path);
     // A final separator would have the link before it followed.
     if (lastName == LastName::NoLink)
         while (native.size() > 1 && native.back() == '/') native.pop_back();
-    const auto folder = OpenAt(AT_FDCWD, native.c_str(), lastName == LastName::NoLink ? O_NOFOLLOW : 0);
+    const auto folder = OpenAt(AT_FDCWD, native.c_str(), FlagsOf(lastName) | FlagsOf(use));
     if (!folder.ok()) return folder.statusAt(path);
-    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder)});
+    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder), .use = use});
     return {};
 }
 
@@ -55,6 +63,16 @@ Status Folder::OpenIn(const Folder& parent, const std::string& name) {
     const auto folder = OpenAt(DescriptorOf(parent), name.c_str(), O_NOFOLLOW);
     if (!folder.ok()) return folder.status();
     m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder)});
+    return {};
+}
+
+Status Folder::MakeIn(const Folder& parent, const std::string& name, bool& made) {
+    const auto created = sys::mkdirat(DescriptorOf(parent), name.c_str(), 0777);
+    made = created.ok();
+    if (!made && created.error() != EEXIST) return created.status();
+    const auto folder = OpenAt(DescriptorOf(parent), name.c_str(), O_NOFOLLOW | FlagsOf(FolderUse::LookedUpIn));
+    if (!folder.ok()) return folder.status();
+    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder), .use = FolderUse::LookedUpIn});
     return {};
 }
 
@@ -81,6 +99,34 @@ Status Folder::Remove(const FolderEntry& entry) const {
     return sys::unlinkat(DescriptorOf(*this), entry.name.c_str(), flags).status();
 }
 
+bool Folder::IsSame(const Folder& other) const {
+    const auto identify = [](const Folder& folder, FileIdentity& identity) {
+        struct stat status;
+        if (folder.m_body) identity = folder.m_body->identity;
+        const bool open = sys::fstat(DescriptorOf(folder), &status).ok();
+        if (open) identity = FileIdentity(status);
+        return open || identity != FileIdentity();
+    };
+    FileIdentity mine, others;
+    return identify(*this, mine) && identify(other, others) && mine == others;
+}
+
+Status Folder::MakeWritable(const std::string& name) const {
+    struct stat status;
+    const int folder = DescriptorOf(*this);
+    const auto asked = sys::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW);
+    if (!asked.ok() || (status.st_mode & S_IWUSR)) return asked.status();
+    return sys::fchmodat(folder, name.c_str(), (status.st_mode & 07777) | S_IWUSR, AT_SYMLINK_NOFOLLOW).status();
+}
+
+Status Folder::MakeWritable() const {
+    struct stat status;
+    const int folder = DescriptorOf(*this);
+    const auto asked = sys::fstat(folder, &status);
+    if (!asked.ok() || (status.st_mode & S_IWUSR)) return asked.status();
+    return sys::fchmod(folder, (status.st_mode & 07777) | S_IWUSR).status();
+}
+
 Status Folder::AllowRemoval() const {
     struct stat status;
     const int folder = DescriptorOf(*this);
@@ -91,12 +137,13 @@ Status Folder::AllowRemoval() const {
 void Folder::LetGo() {
     struct stat status;
     if (!m_body || !sys::fstat(m_body->descriptor.Get(), &status).ok()) return;
-    *m_body = {.descriptor = UniqueFd(), .identity = FileIdentity(status)};
+    *m_body = {.descriptor = UniqueFd(), .identity = FileIdentity(status), .use = m_body->use};
 }
 
 Status Folder::TakeBack(const Folder& child) {
     if (m_body && m_body->descriptor) return {};
-    const auto opened = OpenAt(DescriptorOf(child), "..", O_NOFOLLOW);
+    const auto opened =
+        OpenAt(DescriptorOf(child), "..", O_NOFOLLOW | FlagsOf(m_body ? m_body->use : FolderUse::Listed));
     if (!opened.ok()) return opened.status();
     UniqueFd parent(opened);
     struct stat status;

@@ -10,6 +10,7 @@ namespace qv::platform {
 struct Folder::Body {
     UniqueFd descriptor;
     FileIdentity identity = {};
+    FolderUse use = FolderUse::Listed;
 };
 
 /// What calls take that look names up in the folder; an invalid descriptor while it is not open.

@@ -28,9 +28,10 @@ inline bool LeadsTo(int folder, const char* name, const struct stat& file, int f
 
 /// The same, asked of the server where the file system has one: only an open makes it look the name up. `access` is that
 /// of openat, and one that the caller has. A file on which another program holds a lease is not waited for.
-inline bool LeadsToOnServer(const char* path, const struct stat& file, int access) {
-    const auto opened = sys::openat(AT_FDCWD, path, access | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
-    if (opened.error() == EWOULDBLOCK) return LeadsTo(AT_FDCWD, path, file);
+inline bool LeadsToOnServer(int folder, const char* name, const struct stat& file, int access) {
+    const auto opened = sys::openat(folder, name, access | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
+    if (opened.error() == EWOULDBLOCK)
+        return LeadsTo(folder, name, file, access & O_NOFOLLOW ? AT_SYMLINK_NOFOLLOW : 0);
     const UniqueFd again(opened);
     struct stat named;
     return again && sys::fstat(again.Get(), &named).ok() && IsSameFile(named, file);

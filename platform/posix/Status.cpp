@@ -54,6 +54,10 @@ bool MeansNoLocks(unsigned long error) {
     return error == ENOLCK;
 }
 
+bool MeansNameTaken(unsigned long error) {
+    return error == EEXIST;
+}
+
 Status Status::OfErrorAt(unsigned long error, const char* path) {
     if (error == ENOENT && FolderIsMissing(NativePath(path))) return {FileCause::BadPath, error};
     return OfError(error);

@@ -58,7 +58,6 @@ QV_SYSTEM_CALL(Flush, fsync);
 QV_SYSTEM_CALL(Flush, syncfs);
 QV_SYSTEM_CALL(Seek, lseek);
 QV_SYSTEM_CALL(Resize, ftruncate);
-QV_SYSTEM_CALL(Resize, truncate);
 
 // What the file system keeps of a file. isatty gives 0 for no, which is not a failure.
 

@@ -2,6 +2,7 @@
 
 #include "platform/Path.h"
 #include "platform/windows/FindData.h"
+#include "platform/windows/FolderBody.h"
 #include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
@@ -35,6 +36,10 @@ Status FileSearch::Start(const char* pattern, LastName lastName) {
     state->search = UniqueSearch(found);
     m_state = std::move(state);
     return {};
+}
+
+Status FileSearch::StartIn(const Folder& folder) {
+    return Start(PathIn(folder, "*").c_str());
 }
 
 bool FileSearch::Next(FoundEntry& entry) {

@@ -82,6 +82,12 @@ Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes
     return ChangeAttributes(native, attributes);
 }
 
+Status MakeFile(const char* path) {
+    const auto made = sys::CreateFileA(NativePath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    return made.ok() ? UniqueHandle(made).Close() : made.statusAt(path);
+}
+
 Status RemoveFile(const char* path) {
     return sys::DeleteFileA(NativePath(path).c_str()).statusAt(path);
 }

@@ -1,6 +1,7 @@
 #include "platform/Folder.h"
 
 #include "platform/Path.h"
+#include "platform/windows/FindData.h"
 #include "platform/windows/FolderBody.h"
 #include "platform/windows/WritableScope.h"
 
@@ -33,6 +34,14 @@ EntryKind KindOf(const FoundEntry& entry) {
     return entry.IsLink() ? EntryKind::FolderLink : EntryKind::Folder;
 }
 
+Status ClearReadOnly(const std::string& path) {
+    const auto attributes = sys::GetFileAttributesA(path.c_str());
+    const bool stays =
+        !(attributes.value() & FILE_ATTRIBUTE_READONLY) || (attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT);
+    if (!attributes.ok() || stays) return attributes.status();
+    return sys::SetFileAttributesA(path.c_str(), attributes.value() & ~DWORD{FILE_ATTRIBUTE_READONLY}).status();
+}
+
 }  // namespace
 
 Folder::Folder() = default;
@@ -40,7 +49,7 @@ Folder::Folder(Folder&& other) noexcept = default;
 Folder& Folder::operator=(Folder&& other) noexcept = default;
 Folder::~Folder() = default;
 
-Status Folder::Open(const char* path, LastName lastName) {
+Status Folder::Open(const char* path, LastName lastName, FolderUse) {
     Close();
     std::string native = NativePath(path);
     const auto opened = OpenKept(native);
@@ -54,6 +63,12 @@ Status Folder::Open(const char* path, LastName lastName) {
 
 Status Folder::OpenIn(const Folder& parent, const std::string& name) {
     return Open(PathIn(parent, name).c_str(), LastName::NoLink);
+}
+
+Status Folder::MakeIn(const Folder& parent, const std::string& name, bool& made) {
+    const auto created = sys::CreateDirectoryA(PathIn(parent, name).c_str(), nullptr);
+    made = created.ok();
+    return made || created.error() == ERROR_ALREADY_EXISTS ? OpenIn(parent, name) : created.status();
 }
 
 void Folder::Close() {
@@ -74,6 +89,31 @@ Status Folder::Remove(const FolderEntry& entry) const {
     const Status status = entry.kind == EntryKind::File ? RemoveFile(path.c_str()) : RemoveFolder(path.c_str());
     if (status.ok()) removed.Dismiss();
     return status;
+}
+
+bool Folder::IsSame(const Folder& other) const {
+    BY_HANDLE_FILE_INFORMATION mine, others;
+    const bool open = m_body && other.m_body && sys::GetFileInformationByHandle(m_body->handle.Get(), &mine).ok() &&
+                      sys::GetFileInformationByHandle(other.m_body->handle.Get(), &others).ok();
+    return open && mine.dwVolumeSerialNumber == others.dwVolumeSerialNumber &&
+           mine.nFileIndexHigh == others.nFileIndexHigh && mine.nFileIndexLow == others.nFileIndexLow;
+}
+
+Status Folder::Find(FoundEntry& entry) const {
+    WIN32_FIND_DATAA data;
+    const auto found = sys::FindFirstFileA(PathIn(*this, entry.name).c_str(), &data);
+    if (!found.ok()) return found.status();
+    const UniqueSearch search(found);
+    CopyFindData(data, entry);
+    return {};
+}
+
+Status Folder::MakeWritable(const std::string& name) const {
+    return ClearReadOnly(PathIn(*this, name));
+}
+
+Status Folder::MakeWritable() const {
+    return ClearReadOnly(PathIn(*this, std::string()));
 }
 
 Status Folder::AllowRemoval() const {

@@ -54,11 +54,15 @@ FileCause CauseOf(unsigned long error) {
     }
 }
 
-// The system itself tells a missing folder from a missing file.
 bool MeansNoLocks(unsigned long) {
     return false;
 }
 
+bool MeansNameTaken(unsigned long error) {
+    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
+}
+
+// The system itself tells a missing folder from a missing file.
 Status Status::OfErrorAt(unsigned long error, const char*) {
     return OfError(error);
 }

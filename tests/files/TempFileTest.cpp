@@ -115,11 +115,11 @@ TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
         EXPECT_EQ(tried.size(), 1500u);
     }
     const CString before = file.GetFilename();
-    int looks = 0;
-    // Whatever name is looked at, it is taken in that moment.
+    std::set<std::string> taken;
+    // Whatever name is free, another program takes it just before the file is made.
     {
         const SystemFaults faults([&](const SystemFaults::Call& call) {
-            if (call.kind == CallKind::Status && ++looks) std::ofstream(std::string(call.path));
+            if (call.kind == CallKind::Open) std::ofstream(*taken.emplace(call.path).first) << "theirs";
             return SystemFaults::Fault{};
         });
         const auto error = Raised<CFileException>([&] { file.Create(); });
@@ -128,7 +128,8 @@ TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
         EXPECT_EQ(error->m_lOsError, -1);
         EXPECT_EQ(error->m_strFileName, "");
     }
-    EXPECT_EQ(looks, 1000);
+    EXPECT_EQ(taken.size(), 1000u);
+    for (const std::string& name : taken) EXPECT_EQ(std::filesystem::file_size(name), 6u) << name;
     EXPECT_FALSE(Exists(before));
 }
 
