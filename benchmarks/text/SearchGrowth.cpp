@@ -85,7 +85,7 @@ const struct {
     {"WalkBetween",
      [](const Sought& s) {
          std::string_view rest = s.text;
-         while (!H::GetStringBetween(rest, s.text.Left(1), s.text.Left(1)).empty()) {
+         while (!H::GetStringBetween(rest, s.text.Left(1), s.text.Left(1), 1).empty()) {
          }
          Use(rest);
      }},

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <iostream>
+
 #include "platform/Process.h"
 #include "qvcommon/LockFile.h"
 #include "tests/support/Child.h"
@@ -29,6 +31,29 @@ TEST(LockCommand, RunsTheCommandUnderTheLockAndGivesItsStatus) {
     holder.SetSourceFile(document);
     ASSERT_TRUE(holder.Lock(1));
     EXPECT_EQ(ToolStatus({"lock", document, "--", self, "--child=LookAtLock", document}), 1);
+}
+
+/// Says that it runs, until its input ends.
+QV_CHILD(RunUntilTheInputEnds) {
+    std::cout << "running" << std::endl;
+    std::cin.get();
+    return 0;
+}
+
+TEST(LockCommand, KeepsTheLockUntilTheCommandEndsWhateverBecomesOfIt) {
+    const TempFolder folder;
+    const CString document = folder / "document", self(qv::platform::CurrentProgram());
+    CProcess tool;
+    tool.Start(ToolPath().c_str(), {"lock", document, "--", self, "--child=RunUntilTheInputEnds"},
+               CProcess::pipeInput | CProcess::pipeOutput);
+    ASSERT_EQ(LineFrom(tool), "running");
+    tool.Kill();
+    CLockFile lock;
+    lock.SetSourceFile(document);
+    EXPECT_FALSE(lock.TryLock());
+    tool.CloseInput();
+    EXPECT_EQ(LineFrom(tool), "");
+    EXPECT_TRUE(lock.LockFor(60000));
 }
 
 }  // namespace

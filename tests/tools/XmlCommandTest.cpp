@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "qvcommon/XmlHelper.h"
-#include "tests/support/ScopedCodePage.h"
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
@@ -36,25 +37,62 @@ TEST(XmlCommand, GetsSetsAndCreates) {
     }
 }
 
-TEST(XmlCommand, LeavesTheRestOfTheFile) {
-    const WesternCodePage western;
+TEST(XmlCommand, LeavesTheRestOfTheFileByteForByte) {
+    const char* const kRich =
+        "<?xml version='1.0'?>\r\n<!DOCTYPE r [<!-- ]> -->\r\n<?p ]> ?><!ATTLIST x y CDATA '>'>]>\r\n<!--<x>-->\r\n"
+        "<r>\r\n <w></w><e  /><x>1</x>\r\n <x k='&#65;&lt;' n = \"2\"\r\n>&#246;<![CDATA[</x>]]></x>\r\n "
+        "<x>a</x></r>\r\n";
+    struct Row {
+        const char *before, *path, *value, *from, *to;
+    };
     const TempFolder folder;
-    const std::string before = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n<!--\xE4-->\n<r>\n  <a>\xF6</a>\n</r>";
-    folder.Write("b.xml", before);
-    EXPECT_EQ(ToolStatus({"xml", "set", folder / "b.xml", "r/a", "x"}), 0);
-    const std::string after = folder.Read("b.xml");
-    const auto document = CXmlHelper::CreateDocument();
-    document.put_preserveWhiteSpace(true);
-    EXPECT_TRUE(document.load(after));
-    CString markup = document.get_xml();
-    markup.Remove('\n');
-    EXPECT_EQ(markup, "<!--\xE4--><r>  <a>x</a></r>") << after;
-    folder.Write("bad.xml", "<r>\n<a></r>");
-    EXPECT_EQ(ToolStatus({"xml", "set", folder / "bad.xml", "r", "x"}), 1);
-    EXPECT_EQ(folder.Read("bad.xml"), "<r>\n<a></r>");
-    std::size_t files = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder.Native())) ++files;
-    EXPECT_EQ(files, 2u);
+    for (const Row& row : {
+             Row{kRich, "r/x", "<7>", "<x>1</x>", "<x>&lt;7&gt;</x>"},
+             Row{kRich, "r/w", "new", "<w></w>", "<w>new</w>"},
+             Row{kRich, "r/e", "new", "<e  />", "<e>new</e>"},
+             Row{kRich, "r/x[2]", "", "<x>a</x>", "<x></x>"},
+             Row{kRich, "r/x[1]/@k", "it's", "'&#65;&lt;'", "\"it's\""},
+             Row{kRich, "r/x[1]/@n", "3", "\"2\"", "\"3\""},
+             Row{"<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n<!--\xE4-->\n<r>\n  <a>\xF6</a>\n</r>", "r/a", "x",
+                 "<a>\xF6<", "<a>x<"},
+             Row{"\xEF\xBB\xBF<r q='>'><a/>\r</r>", "r/a", "x", "<a/>", "<a>x</a>"},
+             // Where there is more than a text, the document is saved anew.
+             Row{"<r><a>b<!--c--></a></r>", "r/a", "x", "<r><a>b<!--c--></a></r>",
+                 "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r><a>x</a></r>\n"},
+         }) {
+        folder.Write("a.xml", row.before);
+        EXPECT_EQ(ToolStatus({"xml", "set", folder / "a.xml", row.path, row.value}), 0) << row.path;
+        std::string expected = row.before;
+        expected.replace(expected.find(row.from), std::string(row.from).size(), row.to);
+        EXPECT_EQ(folder.Read("a.xml"), expected) << row.path;
+    }
+    folder.Write("a.xml", "<r>\n<a></r>");
+    EXPECT_EQ(ToolStatus({"xml", "set", folder / "a.xml", "r", "x"}), 1);
+    EXPECT_EQ(folder.Read("a.xml"), "<r>\n<a></r>");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Native()), {}), 1);
+}
+
+// Several users change one document at a time, and others in the same folder.
+TEST(XmlCommand, LosesNoUpdate) {
+    constexpr int kRounds = 10;
+    const TempFolder folder;
+    const auto change = [&](const char* file, const char* element) {
+        for (int i = 0; i < kRounds; ++i) {
+            CString path;
+            path.Format("%s/%s[%d]", "r", element, i);
+            EXPECT_EQ(ToolStatus({"xml", "create", folder / file, path, file}), 0);
+        }
+    };
+    std::thread users[] = {std::thread(change, "a.xml", "x"), std::thread(change, "a.xml", "y"),
+                           std::thread(change, "b.xml", "x"), std::thread(change, "c.xml", "x")};
+    for (std::thread& user : users) user.join();
+    for (const char* const file : {"a.xml", "b.xml", "c.xml"}) {
+        const auto document = CXmlHelper::CreateDocument();
+        ASSERT_TRUE(document.load(folder.Read(file)));
+        const auto values = document.selectNodes("r/*");
+        EXPECT_EQ(values.size(), *file == 'a' ? 2u * kRounds : 1u * kRounds);
+        for (const auto& value : values) EXPECT_EQ(value.get_text(), file);
+    }
 }
 
 // A service, a container, a user's terminal: what goes in comes out, byte for byte.

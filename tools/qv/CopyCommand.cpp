@@ -37,8 +37,9 @@ protected:
     using CCopyTree::CopyTree;
     void CopyTree(CString source, CString destination) override {
         m_subject = source;
-        CCopyTree::CopyTree(source, destination);
-        m_subject = source;
+        const int length = source.GetLength();
+        CCopyTree::CopyTree(std::move(source), std::move(destination));
+        m_subject = m_subject.Left(length);  // of what was copied last, in this folder; a copy for each level adds up
     }
     int CopyFileA(const char* source, const char* target) override {
         m_subject = source;

@@ -9,6 +9,7 @@
 #include "tools/qv/Commands.h"
 #include "tools/qv/Utf8Path.h"
 #include "tools/qv/WholeFile.h"
+#include "tools/qv/XmlValueEdit.h"
 
 namespace qv::tool {
 namespace {
@@ -34,10 +35,10 @@ std::string ReadFile(const std::string& name) {
     return bytes;
 }
 
-Document Load(const Options& options, bool keepSpace) {
+Document Load(const Options& options, const std::string& bytes, bool keepSpace) {
     Document document = CXmlHelper::CreateDocument();
     document.put_preserveWhiteSpace(keepSpace);
-    if (document.load(ReadFile(options.file))) return document;
+    if (document.load(bytes)) return document;
     const auto problem = document.get_parseError();
     throw Failed(options.file + ": line " + std::to_string(problem.get_line()) + ", column " +
                  std::to_string(problem.get_linepos()) + ": " + problem.get_reason().AsStd());
@@ -60,8 +61,19 @@ private:
     CLockFile m_lock;
 };
 
-void Save(const Options& options, const Document& document) {
-    const std::string bytes = document.save();
+/// The file's bytes with nothing but the value changed, where nothing else was changed; else the document as it is saved.
+std::string BytesOf(const Document& document, const std::string& before, const Options& options) {
+    std::string saved = document.save();
+    const auto place = PlaceOfValue(document, options.path);
+    const auto edited = place ? WithValueOf(before, saved, *place) : std::nullopt;
+    if (!edited) return saved;
+    const Document check = CXmlHelper::CreateDocument();
+    check.put_preserveWhiteSpace(true);
+    return check.load(*edited) && check.save() == saved ? *edited : saved;
+}
+
+void Save(const Options& options, const Document& document, const std::string& before) {
+    const std::string bytes = BytesOf(document, before, options);
     WholeFile file(options.file);
     file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
     file.Commit();
@@ -135,24 +147,26 @@ bool GetValue(const Document& document, const Options& options, CString& text) {
 
 void Get(const Options& options) {
     CString text;
-    if (!GetValue(Load(options, false), options, text)) NothingThere(options);
+    if (!GetValue(Load(options, ReadFile(options.file), false), options, text)) NothingThere(options);
     Print(text);
 }
 
 void Set(const Options& options) {
     const LockedDocument lock(options.file);
-    const Document document = Load(options, true);
+    const std::string before = ReadFile(options.file);
+    const Document document = Load(options, before, true);
     if (!SetValue(document, options)) NothingThere(options);
-    Save(options, document);
+    Save(options, document, before);
 }
 
 void Create(const Options& options, bool hasValue) {
     const LockedDocument lock(options.file);
     const bool exists = fs::exists(PathFromArgument(options.file));
-    const Document document = exists ? Load(options, true) : CXmlHelper::CreateDocument();
+    const std::string before = exists ? ReadFile(options.file) : std::string();
+    const Document document = exists ? Load(options, before, true) : CXmlHelper::CreateDocument();
     const CString made = CXmlHelper::CreateXmlPath(document, options.path);
     if (hasValue && !SetValue(document, options)) NothingThere(options);
-    Save(options, document);
+    Save(options, document, before);
     Print(made);
 }
 
