@@ -40,6 +40,10 @@ bool CFileUtils::IsDirectory(const char* path) {
     return CFile::GetStatus(folder, status) ? (status.m_attribute & CFile::directory) != 0 : IsVolume(folder);
 }
 
+CString CFileUtils::GetFileSystem(const char* path) {
+    return CString(qv::platform::FileSystemOf(path));
+}
+
 bool CFileUtils::MakeWritable(const char* path) {
     CFileStatus status;
     if (!CFile::GetStatus(path, status)) return true;

@@ -7,6 +7,7 @@
 #include "files/PathParts.h"
 #include "platform/AtomicFile.h"
 #include "platform/FileStatus.h"
+#include "platform/Process.h"
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
 
@@ -49,7 +50,7 @@ BOOL ILockObserver::OnLockHeld(const CString&, std::time_t) {
 
 CLockFile::~CLockFile() {
     if (!m_locked) return;
-    m_file.CloseAndRemove();
+    CloseLock();
     // A side file that stays names a holder that is gone, until the next one overwrites it.
     qv::platform::RemoveFile(SideFileOf(m_path)).IgnoreError();
 }
@@ -78,10 +79,11 @@ CLockFile::AfterFailure CLockFile::WhatNext() const {
 }
 
 bool CLockFile::TryOnce() {
-    const UINT inherit = m_inheritable ? 0U : UINT{CFile::modeNoInherit};
     constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::shareExclusive |
-                            CFile::modeFolderAccess;
-    m_locked = m_file.Open(m_path, kFlags | inherit, &m_lockException);
+                            CFile::modeFolderAccess | CFile::modeNoInherit;
+    m_locked = m_file.Open(m_path, kFlags, &m_lockException);
+    // Where that fails, the lock ends with this process, as without being asked for.
+    if (m_locked && m_inheritable) qv::platform::LetChildrenKeep(m_file.GetHandle()).IgnoreError();
     if (m_locked)
         WriteLockedBy();
     else
@@ -125,6 +127,11 @@ bool CLockFile::LockFor(UINT patience, ILockObserver* observer) {
     return m_locked;
 }
 
+void CLockFile::CloseLock() {
+    qv::platform::LetChildrenDrop(m_file.GetHandle());
+    m_file.CloseAndRemove();
+}
+
 void CLockFile::SetInheritable(int inheritable) {
     m_inheritable = inheritable != 0;
 }
@@ -135,7 +142,7 @@ bool CLockFile::IsLocked() const {
 
 void CLockFile::Unlock() {
     if (!m_locked) return;
-    m_file.CloseAndRemove();
+    CloseLock();
     m_locked = false;
     RemoveLockedBy();
 }

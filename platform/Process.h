@@ -16,10 +16,15 @@ struct ChildProcess {
 };
 
 /// Starts a program, without a shell. A name without a separator is looked for as the system does (PATH). Standard streams
-/// without a pipe are this program's own. On Windows the child gets no other handle of this program; on Linux it gets the
-/// descriptors that are marked inheritable.
+/// without a pipe are this program's own. The child gets what LetChildrenKeep says; on Windows no other handle of this
+/// program, on Linux the descriptors too that are marked inheritable.
 Status StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput, bool pipeOutput,
                     ChildProcess& child);
+
+/// Lets child programs that are started from now on keep an open file, until LetChildrenDrop; to be called before the file is
+/// closed. Safe from any thread.
+Status LetChildrenKeep(FileHandle file);
+void LetChildrenDrop(FileHandle file);
 
 /// Waits for the end of the program and frees its record; to be called once. A program that a signal ended on Linux gives
 /// 128 plus the signal's number.

@@ -8,6 +8,10 @@ namespace qv::platform {
 /// file system is mounted.
 bool IsVolume(const char* path);
 
+/// The kind of the file system on which a path lies, by the system's own name ("ext4", "fuse.sshfs", "NTFS"); empty where the
+/// system does not tell.
+std::string FileSystemOf(const char* path);
+
 /// The short (8.3) form of a path; the path as it is where there is none, as always on Linux.
 std::string ShortPath(const char* path);
 

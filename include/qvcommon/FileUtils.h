@@ -39,6 +39,10 @@ public:
     /// of its own cannot be reached through this library there.)
     static CString GetNativePath(const char* path);
 
+    /// The kind of the file system on which a path lies, by the system's own name: "ext4", "fuse.sshfs", "NTFS". Empty
+    /// where the path does not exist or the system does not tell.
+    static CString GetFileSystem(const char* path);
+
     // Tests and queries: absence shows in the result, nothing is raised (files/FileUtils.cpp)
 
     /// True for a file, a folder and the root of a volume.

@@ -73,8 +73,8 @@ public:
     /// as invalidFile where the file system cannot lock. Result and failure as for Lock.
     /// @param observer  not owned, may be null
     bool LockFor(UINT patience, ILockObserver* observer = nullptr);
-    /// Before Lock: with 1, on Linux, programs that are started while the lock is held keep it until they have ended, also
-    /// when this process is gone before. 0 at first. Without effect on Windows, where CProcess passes on no handles.
+    /// Before Lock: with 1, programs that are started while the lock is held keep it until they have ended, also when this
+    /// process is gone before. 0 at first. On Windows only programs that CProcess starts.
     void SetInheritable(int inheritable);
 
 protected:
@@ -97,5 +97,6 @@ private:
 
     enum class AfterFailure { Pause, TryAtOnce, GiveUp };
     bool TryOnce();
+    void CloseLock();
     AfterFailure WhatNext() const;
 };

@@ -105,6 +105,13 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
     return {};
 }
 
+Status LetChildrenKeep(FileHandle file) {
+    return sys::fcntl(static_cast<int>(file), F_SETFD, 0).status();
+}
+
+// The caller closes the descriptor next, and with it the mark is gone.
+void LetChildrenDrop(FileHandle) {}
+
 Status WaitForProcess(std::intptr_t process, int& exitStatus) {
     int status = 0;
     const auto ended = sys::waitpid(static_cast<pid_t>(process), &status, 0);

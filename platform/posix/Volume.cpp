@@ -1,5 +1,9 @@
 #include "platform/Volume.h"
 
+#include <cstdlib>
+#include <sstream>
+
+#include "platform/File.h"
 #include "platform/Path.h"
 #include "platform/posix/SameFile.h"
 #include "platform/posix/System.h"
@@ -15,7 +19,34 @@ bool IsRoot(const std::string& native) {
            LeadsTo(AT_FDCWD, (native + "/..").c_str(), folder);
 }
 
+/// A line reads "36 35 98:0 /of/the/source /mounted/here rw,noatime master:1 - ext3 /dev/root rw": the mount's number comes
+/// first, the kind after the lone dash.
+std::string KindInMountTable(const std::string& table, std::uint64_t mount) {
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t dash = line.find(" - ");
+        if (dash == line.npos || std::strtoull(line.c_str(), nullptr, 10) != mount) continue;
+        return line.substr(dash + 3, line.find(' ', dash + 3) - dash - 3);
+    }
+    return "";
+}
+
+std::string MountTable() {
+    const UniqueFd file(sys::openat(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY | O_CLOEXEC, 0));
+    std::string table;
+    char buffer[4096];
+    for (std::size_t count = 0; file && ReadBytes(file.Get(), buffer, sizeof buffer, count).ok() && count != 0;)
+        table.append(buffer, count);
+    return table;
+}
+
 }  // namespace
+
+std::string FileSystemOf(const char* path) {
+    struct statx status;
+    const auto asked = sys::statx(AT_FDCWD, NativePath(path).c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &status);
+    return asked.ok() && (status.stx_mask & STATX_MNT_ID) ? KindInMountTable(MountTable(), status.stx_mnt_id) : "";
+}
 
 bool IsVolume(const char* path) {
     struct statx status;

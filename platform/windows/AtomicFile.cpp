@@ -7,6 +7,9 @@
 // A file under construction is marked for deletion: the system deletes it once its last handle is closed, however the
 // process ends. Commit takes the mark back. Only where the file system keeps no such mark, or the process is killed within
 // Commit, a file is left. No process has that one open, and so the next that encounters its name can delete it.
+//
+// The system's replacing call wants the new version closed, when it would look abandoned. So it gets another name first,
+// ".qvN.new", which belongs to whoever has ".qvN.tmp" open; what a killed process left under it is overwritten.
 
 namespace qv::platform {
 namespace {
@@ -41,21 +44,50 @@ Status AskToReplace(const std::string& path) {
     return opened.ok() ? UniqueHandle(opened).Close() : opened.statusAt(path.c_str());
 }
 
-bool Exists(unsigned long error) {
-    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
-}
-
 /// A file that is about to vanish denies all access. A folder that takes no files does so too, but has no such name.
 bool IsTaken(const Result<HANDLE>& made, const std::string& path) {
-    return Exists(made.error()) || (made.error() == ERROR_ACCESS_DENIED &&
-                                    sys::GetFileAttributesA(path.c_str()).error() == ERROR_ACCESS_DENIED);
+    return MeansNameTaken(made.error()) || (made.error() == ERROR_ACCESS_DENIED &&
+                                            sys::GetFileAttributesA(path.c_str()).error() == ERROR_ACCESS_DENIED);
+}
+
+struct TemporaryFile {
+    UniqueHandle file;
+    std::string path;
+};
+
+/// Takes the first temporary name that is free, or that a dead process has left.
+Result<HANDLE> CreateTemporaryFile(const std::string& folder, TemporaryFile& temporary) {
+    for (int number = 1; number <= kMostTemporaryNames; ++number) {
+        const std::string path = folder + ".qv" + std::to_string(number) + ".tmp";
+        auto made = CreateAs(path);
+        if (MeansNameTaken(made.error()) && RemoveAbandoned(path)) made = CreateAs(path);
+        if (!made.ok() && IsTaken(made, path)) continue;
+        temporary = {UniqueHandle(made), path};
+        // Without the mark the owner still deletes the file.
+        if (made.ok()) MarkForDeletion(temporary.file, true).IgnoreError();
+        return made;
+    }
+    return Result<HANDLE>::OfError(nullptr, ERROR_FILE_EXISTS);
+}
+
+/// The new version is closed. When the call fails half-way, the target may have no name any more.
+Status ReplaceTarget(const std::string& target, const std::string& version) {
+    const auto replaced = sys::ReplaceFileA(target.c_str(), version.c_str(), nullptr,
+                                            DWORD{REPLACEFILE_IGNORE_MERGE_ERRORS}, nullptr, nullptr);
+    if (replaced.ok()) return {};
+    if (sys::GetFileAttributesA(target.c_str()).error() == ERROR_FILE_NOT_FOUND)
+        return sys::MoveFileExA(version.c_str(), target.c_str(), 0).statusAt(target.c_str());
+    // What cannot be deleted now is overwritten by the next that has the name.
+    sys::DeleteFileA(version.c_str()).IgnoreError();
+    return replaced.statusAt(target.c_str());
 }
 
 }  // namespace
 
 struct AtomicFile::Body {
     /// @param target_  an absolute path: the current folder may change before Commit
-    explicit Body(std::string target_) : target(std::move(target_)) {}
+    explicit Body(std::string target_)
+        : target(std::move(target_)), folder(target.substr(0, target.find_last_of("\\/") + 1)) {}
     ~Body() {
         // What cannot be deleted now is deleted by the next that encounters its name.
         if (file) MarkForDeletion(file, true).IgnoreError();
@@ -69,32 +101,20 @@ struct AtomicFile::Body {
     UniqueHandle file;
 
 private:
-    Result<HANDLE> CreateTemporary();
     Status MoveToTarget(DWORD flags) const;
     Status UpdateTarget(DWORD flags);
 
     const std::string target;
+    const std::string folder;  // with its final separator
     std::string temporary;
 };
 
 Status AtomicFile::Body::Create() {
-    const auto made = CreateTemporary();
-    file = UniqueHandle(made);
-    // Without the mark the destructor still deletes the file.
-    if (file) MarkForDeletion(file, true).IgnoreError();
-    return made.statusAt(target.c_str());
-}
-
-/// Takes the first temporary name that is free, or that a dead process has left.
-Result<HANDLE> AtomicFile::Body::CreateTemporary() {
-    const std::string folder = target.substr(0, target.find_last_of("\\/") + 1);
-    for (int number = 1; number <= kMostTemporaryNames; ++number) {
-        temporary = folder + ".qv" + std::to_string(number) + ".tmp";
-        auto made = CreateAs(temporary);
-        if (Exists(made.error()) && RemoveAbandoned(temporary)) made = CreateAs(temporary);
-        if (made.ok() || !IsTaken(made, temporary)) return made;
-    }
-    return Result<HANDLE>::OfError(nullptr, ERROR_FILE_EXISTS);
+    TemporaryFile made;
+    const auto created = CreateTemporaryFile(folder, made);
+    file = std::move(made.file);
+    temporary = std::move(made.path);
+    return created.statusAt(target.c_str());
 }
 
 /// The file stays open meanwhile, so that it never looks abandoned.
@@ -107,8 +127,7 @@ Status AtomicFile::Body::MoveToTarget(DWORD flags) const {
     return moved.statusAt(target.c_str());
 }
 
-/// The system's own replacing call, which wants the new version closed. Marked no more and open no more, it may be taken for
-/// an abandoned one for this moment; the call fails then, and the target stays.
+/// By the system's own replacing call, which keeps what belongs to the target.
 Status AtomicFile::Body::UpdateTarget(DWORD flags) {
     const auto attributes = sys::GetFileAttributesA(target.c_str());
     if (!attributes.ok()) return MoveToTarget(flags);
@@ -116,12 +135,16 @@ Status AtomicFile::Body::UpdateTarget(DWORD flags) {
         return Status::OfError(ERROR_ACCESS_DENIED);
     // Asked beforehand, while the new version is still ours: the system's call would be refused for the same reason.
     if (const Status claimed = AskToReplace(target); !claimed.ok()) return claimed;
-    if (const Status closed = file.Close(); !closed.ok()) return closed;
-    const auto replaced = sys::ReplaceFileA(target.c_str(), temporary.c_str(), nullptr,
-                                            DWORD{REPLACEFILE_IGNORE_MERGE_ERRORS}, nullptr, nullptr);
-    // What cannot be deleted now is deleted by the next that encounters its name.
-    if (!replaced.ok()) sys::DeleteFileA(temporary.c_str()).IgnoreError();
-    return replaced.statusAt(target.c_str());
+    TemporaryFile guard;
+    if (const auto made = CreateTemporaryFile(folder, guard); !made.ok()) return made.status();
+    const std::string closed = guard.path.substr(0, guard.path.rfind('.')) + ".new";
+    const auto renamed = sys::MoveFileExA(temporary.c_str(), closed.c_str(), DWORD{MOVEFILE_REPLACE_EXISTING});
+    if (!renamed.ok()) return renamed.status();
+    if (const Status kept = file.Close(); !kept.ok()) return kept;
+    const Status replaced = ReplaceTarget(target, closed);
+    // Where the file system keeps no mark; else it goes with its handle.
+    MarkForDeletion(guard.file, true).IgnoreError();
+    return replaced;
 }
 
 Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
@@ -166,7 +189,7 @@ FileHandle AtomicFile::Handle() const {
 Status AtomicFile::Commit(IfExists ifExists, Durability durability) {
     if (!m_body) return Status::OfError(ERROR_INVALID_HANDLE);
     const Status committed = m_body->Commit(ifExists, durability);
-    const bool stays = ifExists == IfExists::Fail && Exists(committed.error());
+    const bool stays = ifExists == IfExists::Fail && MeansNameTaken(committed.error());
     if (!stays) Drop();
     return committed;
 }

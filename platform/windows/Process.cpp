@@ -1,5 +1,7 @@
 #include "platform/Process.h"
 
+#include <mutex>
+
 #include "platform/CommandLine.h"
 #include "platform/windows/UniqueHandle.h"
 
@@ -46,6 +48,17 @@ Status MakeStream(const UniqueHandle& pipe, DWORD own, UniqueHandle& stream) {
     return {};
 }
 
+/// What children keep besides their streams.
+struct KeptFiles {
+    std::mutex mutex;
+    std::vector<HANDLE> handles;
+};
+
+KeptFiles& Kept() {
+    static KeptFiles kept;
+    return kept;
+}
+
 /// The list of exactly the handles that a child gets.
 class Inheritance {
 public:
@@ -79,7 +92,9 @@ private:
 };
 
 Status Create(std::string commandLine, const Streams& streams, UniqueHandle& process) {
-    const std::vector<HANDLE> handles = streams.All();
+    std::vector<HANDLE> handles = streams.All();
+    const std::lock_guard lock(Kept().mutex);  // none of them is closed meanwhile
+    handles.insert(handles.end(), Kept().handles.begin(), Kept().handles.end());
     const bool inherits = !handles.empty();
     Inheritance inheritance;
     if (inherits)
@@ -129,6 +144,20 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
     if (const Status started = Create(CommandLine(program, arguments), streams, process); !started.ok()) return started;
     child = {ContractHandle(process.Release()), OurEnd(input.write), OurEnd(output.read)};
     return {};
+}
+
+Status LetChildrenKeep(FileHandle file) {
+    const HANDLE handle = SystemHandle(file);
+    const auto marked = sys::SetHandleInformation(handle, DWORD{HANDLE_FLAG_INHERIT}, DWORD{HANDLE_FLAG_INHERIT});
+    if (!marked.ok()) return marked.status();
+    const std::lock_guard lock(Kept().mutex);
+    Kept().handles.push_back(handle);
+    return {};
+}
+
+void LetChildrenDrop(FileHandle file) {
+    const std::lock_guard lock(Kept().mutex);
+    std::erase(Kept().handles, SystemHandle(file));
 }
 
 Status WaitForProcess(std::intptr_t process, int& exitStatus) {

@@ -53,6 +53,7 @@ QV_SYSTEM_CALL(Status, FailsWithMinusOne, GetFileAttributesA);
 QV_SYSTEM_CALL(Status, FailsWithZero, GetShortPathNameA);
 QV_SYSTEM_CALL(Status, FailsWithZero, GetFinalPathNameByHandleA);
 QV_SYSTEM_CALL(Status, FailsWithZero, GetVolumeInformationA);
+QV_SYSTEM_CALL(Status, FailsWithZero, GetVolumePathNameA);
 QV_SYSTEM_CALL(ChangeStatus, FailsWithZero, SetFileAttributesA);
 QV_SYSTEM_CALL(ChangeStatus, FailsWithZero, SetFileTime);
 QV_SYSTEM_CALL(ChangeStatus, FailsWithZero, SetFileInformationByHandle);

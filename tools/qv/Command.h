@@ -20,6 +20,11 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// A command line that the parser has accepted and that makes no sense: the text is printed, and the tool exits with 2.
+struct WrongUsage : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 /// Ends the tool without a word, with an exit status that a command has of its own.
 struct Ended {
     int status;

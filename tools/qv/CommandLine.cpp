@@ -99,6 +99,9 @@ int Run(int argc, char** argv) {
         return kDone;
     } catch (const Ended& ended) {
         return ended.status;
+    } catch (const WrongUsage& error) {
+        app.exit(CLI::ValidationError(std::string(error.what())));
+        return kWrongUsage;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kDone : kWrongUsage;
     }

@@ -3,12 +3,14 @@
 #include "qvcommon/LockFile.h"
 #include "qvcommon/framework/Process.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Lines.h"
+#include "tools/qv/LockCheck.h"
 
 namespace qv::tool {
 namespace {
 
 struct Options {
-    std::string document;
+    std::string document, folderToCheck;
     int attempts = 1;
     int wait = -1;
     std::vector<std::string> command;
@@ -22,7 +24,22 @@ std::string ReasonOf(const CLockFile& lock, const std::string& document) {
     return document + " could not be locked: " + text;
 }
 
+/// Prints what holds in the folder, a line each; false when something does not.
+bool Check(const std::string& folder) {
+    bool holds = true;
+    Lines lines;
+    for (const LockCheck& check : CheckLocks(folder)) {
+        lines.Add((check.holds ? "ok      " : "FAILED  ") + check.text);
+        holds = holds && check.holds;
+    }
+    lines.Add("note    " + DescribeReach(folder));
+    lines.Write();
+    return holds;
+}
+
 int RunLocked(const Options& options) {
+    if (!options.folderToCheck.empty()) return Check(options.folderToCheck) ? 0 : 1;
+    if (options.command.empty()) throw WrongUsage("DOCUMENT and COMMAND are required");
     CLockFile lock;
     lock.SetSourceFile(options.document.c_str());
     // The command keeps the lock until it has ended, whatever becomes of this program.
@@ -42,17 +59,19 @@ int RunLocked(const Options& options) {
 void AddLockCommand(Command app) {
     Command command = app.Add("lock", "Run a command while holding the lock on a shared document");
     const auto options = std::make_shared<Options>();
-    command.AddOption("DOCUMENT", options->document, "The document; its lock file lies beside it").Require();
+    command.AddOption("DOCUMENT", options->document, "The document; its lock file lies beside it");
     command.AddOption("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
         .Between(1, 1000)
         .ShowDefault();
     command.AddOption("--wait", options->wait, "Wait for the lock up to this many seconds, instead of --attempts")
         .Between(0, 1000000);
-    command.AddOption("COMMAND", options->command, "The command and its arguments, after --").Require();
+    command.AddOption("COMMAND", options->command, "The command and its arguments, after --");
+    command.AddOption("--check", options->folderToCheck, "Try what locks are worth in this folder, and run nothing")
+        .CallValue("FOLDER");
     command.SetFooter(
         "The command holds the lock until it has ended, even if qv is ended before.\n"
         "The exit status is the command's; 1, and the holder's name, when the lock cannot be had.\n"
-        "Example:\n  qv lock plan.doc --attempts 3 -- editor plan.doc");
+        "Examples:\n  qv lock plan.doc --attempts 3 -- editor plan.doc\n  qv lock --check /srv/shared");
     command.SetAction([options] {
         if (const int status = RunLocked(*options)) throw Ended{status};
     });

@@ -23,9 +23,9 @@ public:
     CProcess& operator=(const CProcess&) = delete;
 
     /// Starts a program; a name without a separator is looked for where the system looks for programs (PATH). Standard
-    /// streams without a pipe are shared with this program. On Windows the child gets no other handle; on Linux it also
-    /// gets those of files that were opened without CFile::modeNoInherit. A child started before is ended as by the
-    /// destructor.
+    /// streams without a pipe are shared with this program. The child keeps locks that say so (CLockFile::SetInheritable);
+    /// on Windows it gets no other handle, on Linux also those of files that were opened without CFile::modeNoInherit. A
+    /// child started before is ended as by the destructor.
     /// @throws CFileException* naming the program when it cannot be started.
     void Start(const char* program, const CStringArray& arguments, UINT pipes = noPipes);
     bool IsRunning() const { return m_process != kNone; }
