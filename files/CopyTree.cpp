@@ -54,7 +54,20 @@ void MakeWritable(const CString& path, CFileStatus status) {
     }
 }
 
+constexpr DWORD kDevice = 0x40;
+
 }  // namespace
+
+/// A file that is to be copied.
+struct CCopyTree::Entry {
+    CString path;
+    QvFileTime written;
+    bool isLink, isDevice;
+
+    QvLeftOut LeftOut(DWORD error) const {
+        return isDevice ? QvLeftOut::OfCause(path, QvLeftOut::device) : QvLeftOut::OfError(path, error, isLink);
+    }
+};
 
 void CCopyTree::SetProgressMonitor(ICopyProgress* progress) {
     m_progress = progress;
@@ -70,6 +83,14 @@ void CCopyTree::SetSourceDirectory(const char* folder) {
 
 void CCopyTree::SetLaterOnly(int laterOnly) {
     m_laterOnly = laterOnly;
+}
+
+void CCopyTree::SetLeftOut(ILeftOut* observer) {
+    m_leftOut = observer;
+}
+
+void CCopyTree::Tell(const QvLeftOut& leftOut) const {
+    if (m_leftOut) m_leftOut->OnLeftOut(leftOut);
 }
 
 int CCopyTree::GetFileCount() {
@@ -92,17 +113,25 @@ void CCopyTree::CopyTree(CString source, CString destination) {
     source = CFileUtils::TerminateDir(source);
     destination = CFileUtils::TerminateDir(destination);
     const bool fresh = !CFileUtils::IsDirectory(destination);
-    if (!QvCreateDirectory(destination)) OnError();
+    if (!QvCreateDirectory(destination)) {
+        const auto error = static_cast<DWORD>(qv::platform::LastError());
+        Tell(QvLeftOut::OfError(CFileUtils::UnterminateDir(destination), error));
+        qv::platform::SetLastError(error);
+        OnError();
+    }
     const bool nested = !m_outermost.IsEmpty();
     const Scoped outermost(m_outermost, nested ? m_outermost : destination);
     CFileFind find;
+    find.SetLeftOut(m_leftOut);
     for (BOOL more = find.FindFile(source + "*.*", nested ? CFileFind::refuseLinkedFolder : 0); more;) {
         more = find.FindNextFile();
         const CString from = source + find.GetFileName(), to = destination + find.GetFileName();
-        const QvFileTime written = find.GetLastWriteTime();
+        const bool isLink = find.IsLink() != 0;
         if (!find.IsDirectory())
-            CopyOneFile(from, to, fresh ? nullptr : &written);
-        else if (!find.IsDots() && !find.IsLink() && !qv::platform::IsSame(from, m_outermost))
+            CopyOneFile({from, find.GetLastWriteTime(), isLink, find.MatchesMask(kDevice) != 0}, to, !fresh);
+        else if (isLink)
+            Tell(QvLeftOut::OfCause(from, QvLeftOut::linkedFolder));
+        else if (!find.IsDots() && !qv::platform::IsSame(from, m_outermost))
             CopyTree(from, to);
     }
     if (!find.GetError()) return;
@@ -110,16 +139,20 @@ void CCopyTree::CopyTree(CString source, CString destination) {
     OnError();
 }
 
-/// In a folder that was made a moment ago there is nothing to be asked for: `written` is null then.
-void CCopyTree::CopyOneFile(const CString& source, const CString& target, const QvFileTime* written) {
+/// In a folder that was made a moment ago nothing may exist, and nothing is asked for.
+void CCopyTree::CopyOneFile(const Entry& entry, const CString& target, bool mayExist) {
     CFileStatus status;
-    if (written && CFile::GetStatus(target, status)) {
+    if (mayExist && CFile::GetStatus(target, status)) {
         MakeWritable(target, status);
-        const auto seconds = written->UnixSeconds();
-        if (m_laterOnly && written->Steps() != 0 && seconds && status.m_mtime >= *seconds) return;
+        const auto seconds = entry.written.UnixSeconds();
+        if (m_laterOnly && entry.written.Steps() != 0 && seconds && status.m_mtime >= *seconds) return;
     }
-    if (m_progress) m_progress->OnCopyFile(source);
-    if (!CopyFileA(source, target)) OnError();
+    if (m_progress) m_progress->OnCopyFile(entry.path);
+    if (CopyFileA(entry.path, target)) return;
+    const unsigned long error = qv::platform::LastError();
+    Tell(entry.LeftOut(static_cast<DWORD>(error)));
+    qv::platform::SetLastError(error);
+    OnError();
 }
 
 int CCopyTree::CopyFileA(const char* source, const char* target) {

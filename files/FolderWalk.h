@@ -4,6 +4,7 @@
 
 #include "platform/FileStatus.h"
 #include "platform/Folder.h"
+#include "platform/Path.h"
 #include "qvcommon/framework/String.h"
 
 namespace qv {
@@ -24,7 +25,9 @@ protected:
         platform::FolderEntry entry;  ///< in the folder above
         std::vector<platform::FolderEntry> subfolders = {};
 
-        CString PathOf(const platform::FolderEntry& entryInIt) const { return path + std::string_view(entryInIt.name); }
+        CString PathOf(const platform::FolderEntry& entryInIt) const {
+            return path + platform::LibraryName(entryInIt.name);
+        }
     };
 
     /// A folder's entries, before any of its subfolders is entered.

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file Folders that are held open, so that what is done in them cannot be led elsewhere. Paths may use "\" on every
-/// system; names of entries are the system's own.
+/// system; names of entries are the system's own, which NativePath and LibraryName translate.
 
 #include <memory>
 #include <string>

@@ -3,6 +3,7 @@
 /// @file Copying a tree of folders.
 
 #include "qvcommon/framework/FileTime.h"
+#include "qvcommon/framework/LeftOut.h"
 #include "qvcommon/framework/String.h"
 
 /// Hears of a tree being copied. All members may be left as they are.
@@ -23,7 +24,9 @@ public:
 /// second run with SetLaterOnly finds them up to date. One object, one thread; observers may not change the object.
 ///
 /// Links to folders are not entered, and nothing is made in their place. Links to files are copied as the files that they
-/// lead to. Devices and pipes are failures. A destination inside the source is not copied into itself.
+/// lead to. Devices and pipes are failures, and so are links that lead nowhere. A destination inside the source is not
+/// copied into itself. SetLeftOut names who hears of all that is not copied, with its path; the observer of the progress
+/// hears of failures alone.
 class QVCOMMON_API CCopyTree : public CObject {
 public:
     /// Copies one folder and all below it, in the order of the system. Missing folders are made, existing files replaced,
@@ -45,6 +48,9 @@ public:
     virtual void SetSourceDirectory(const char* folder);
     /// Non-zero: a file is skipped when the one in its place was modified in the same second or later.
     virtual void SetLaterOnly(int laterOnly);
+    /// Who hears of each file and folder that is not copied, before OnError does; null, as at first, for nobody. Files that
+    /// SetLaterOnly skips are not among them. The caller keeps its life.
+    void SetLeftOut(ILeftOut* observer);
 
 protected:
     /// Copies one file over an existing one. Zero when it could not, with the last system error telling why. On Linux
@@ -55,11 +61,15 @@ protected:
     void OnError();
 
 private:
-    void CopyOneFile(const CString& source, const CString& target, const QvFileTime* written);
+    struct Entry;
+
+    void CopyOneFile(const Entry& entry, const CString& target, bool mayExist);
+    void Tell(const QvLeftOut& leftOut) const;
 
     CString m_source;
     CString m_destination;
     ICopyProgress* m_progress = nullptr;
+    ILeftOut* m_leftOut = nullptr;
     int m_laterOnly = 0;
     CString m_outermost;  // destination of the copy under way
 };
