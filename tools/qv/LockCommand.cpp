@@ -3,6 +3,7 @@
 #include "qvcommon/LockFile.h"
 #include "qvcommon/framework/Process.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
@@ -15,11 +16,11 @@ struct Options {
 };
 
 std::string ReasonOf(const CLockFile& lock, const std::string& document) {
-    if (!lock.GetLockedBy().IsEmpty()) return document + " is locked by " + lock.GetLockedBy().AsStd();
+    if (!lock.GetLockedBy().IsEmpty()) return Native(document) + " is locked by " + lock.GetLockedBy().AsStd();
     char text[512];
     CFileException error = lock.GetLockException();
     error.GetErrorMessage(text, sizeof text);
-    return document + " could not be locked: " + text;
+    return Native(document) + " could not be locked: " + text;
 }
 
 int RunLocked(const Options& options) {
@@ -42,7 +43,7 @@ int RunLocked(const Options& options) {
 void AddLockCommand(Command app) {
     Command command = app.Add("lock", "Run a command while holding the lock on a shared document");
     const auto options = std::make_shared<Options>();
-    command.AddOption("DOCUMENT", options->document, "The document; its lock file lies beside it").Require();
+    command.AddPath("DOCUMENT", options->document, "The document; its lock file lies beside it").Require();
     command.AddOption("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
         .Between(1, 1000)
         .ShowDefault();
