@@ -183,6 +183,9 @@ public:
     const QvCabinetLimits& GetLimits() const;
     /// Also between two cabinets.
     void SetLimits(const QvCabinetLimits& limits);
+    /// Who hears of each member that is passed over because of its compression, and of each file that the manifest names and
+    /// the archive does not hold; null, as at first, for nobody. The caller keeps its life.
+    void SetLeftOut(ILeftOut* observer);
     /// Non-zero: with the manifest, too, members get their times and attributes. Zero at first.
     void SetRestoreTimes(int restore);
 
@@ -209,6 +212,8 @@ private:
     bool FindTarget(const CString& path, Target& target) const;
     int OpenManifest();
     void LoadManifest();
+    void Tell(const CString& path, const CString& reason) const;
+    void TellOfMissingMembers() const;
     [[noreturn]] void Fail(int error);
 
     int m_lastFolder = -1;
@@ -224,4 +229,5 @@ private:
     CTempFile m_manifestFile;
     QvCabinetLimits m_limits;
     BOOL m_restoreTimes = 0;
+    ILeftOut* m_leftOut = nullptr;
 };

@@ -13,6 +13,7 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/File.h"
+#include "tests/support/LeftOutRecorder.h"
 #include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
@@ -187,14 +188,6 @@ TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
         EXPECT_THAT(page, ::testing::HasSubstr(shown));
     EXPECT_EQ(ReadTree(folder.Native("from")).size(), 9u);
 }
-
-struct Recorder : ILeftOut {
-    std::vector<std::string> names;
-    void OnLeftOut(const QvLeftOut& entry) override {
-        const CString name = CFileUtils::GetFilenameFromPath(entry.path);
-        names.push_back(std::to_string(entry.cause) + ' ' + name.Left(8).AsStd());
-    }
-};
 
 TEST(HostileTree, WhatVanishesDuringTheWalkIsTold) {
     struct Vanishing : FileFinder {

@@ -83,8 +83,9 @@ void Pack(const Options& options) {
     leftOuts.Check();
 }
 
-void Unpack(const Options& options) {
+void Unpack(const Options& options, ILeftOut& leftOuts) {
     ReportedUnpack unpack;
+    unpack.SetLeftOut(&leftOuts);
     unpack.SetRestoreTimes(1);
     const CString first = CReadCab::FindFirstCabinet(options.archive.c_str());
     const bool hasManifest = CReadCab::HasManifest(first);
@@ -120,7 +121,11 @@ void AddUnpack(Command app) {
     command.SetFooter(
         "Any cabinet of a set will do. Stored, MSZIP and LZX data are read; members with Quantum data are left out.\n"
         "Example:\n  qv unpack photos.cab copy-of-photos");
-    command.SetAction([options] { Run([&] { Unpack(*options); }); });
+    command.SetAction([options] {
+        LeftOuts leftOuts;
+        Run([&] { Unpack(*options, leftOuts); });
+        leftOuts.Check();
+    });
 }
 
 void AddList(Command app) {
