@@ -13,21 +13,13 @@ namespace {
 
 constexpr DWORD kDeviceAttribute = 0x40;
 
-platform::Status TryOpening(const CString& path) {
-    platform::FileHandle file = platform::kNoFile;
-    const platform::Status opened = platform::OpenFile(path, {.read = true}, file);
-    // Nothing was written through it.
-    if (opened.ok()) platform::CloseFile(file).IgnoreError();
-    return opened;
-}
-
 /// Nothing for a file that can be packed.
-std::optional<QvLeftOut> WhyFileIsLeftOut(const CString& path, const CFoundInfo& info, bool isTried) {
+std::optional<QvLeftOut> WhyFileIsLeftOut(const CString& path, const CFoundInfo& info, bool isAsked) {
     if (info.MatchesMask(kDeviceAttribute)) return QvLeftOut::OfCause(path, QvLeftOut::device);
-    if (!isTried) return std::nullopt;
-    const platform::Status opened = TryOpening(path);
-    if (opened.ok()) return std::nullopt;
-    return QvLeftOut::OfError(path, static_cast<DWORD>(opened.error()), info.IsLink());
+    if (!isAsked) return std::nullopt;
+    const platform::Status readable = platform::MayRead(path);
+    if (readable.ok()) return std::nullopt;
+    return QvLeftOut::OfError(path, static_cast<DWORD>(readable.error()), info.IsLink());
 }
 
 /// Collects the entries that the finder gives.

@@ -64,6 +64,7 @@ QV_SYSTEM_CALL(Resize, truncate);
 
 QV_SYSTEM_CALL(Status, fstat);
 QV_SYSTEM_CALL(Status, fstatat);
+QV_SYSTEM_CALL(Status, faccessat);
 QV_SYSTEM_CALL(Status, statx);
 QV_SYSTEM_CALL(Status, fstatfs);
 QV_SYSTEM_CALL(Status, readlink);
