@@ -1,5 +1,6 @@
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "qvcommon/FileFinder.h"
 #include "qvcommon/FileUtils.h"
@@ -20,10 +21,12 @@ struct Options {
 
 class CountingFinder : public FileFinder {
 public:
-    void UpdateProgress(const char*) override { m_progress.Add(); }
+    void UpdateProgress(const char*) override { m_progress->Add(); }
+    /// Results are printed where the progress was shown.
+    void EndProgress() { m_progress.reset(); }
 
 private:
-    Progress m_progress{"entries looked at"};
+    std::optional<Progress> m_progress{"entries looked at"};
 };
 
 void Find(const Options& options) {
@@ -36,6 +39,7 @@ void Find(const Options& options) {
     finder.SetRecurse(options.recurse);
     finder.SetIncludeDirectories(options.folders);
     finder.Discover();
+    finder.EndProgress();
     CString lines;
     for (int i = 0; i < finder.GetFileOffsets().GetSize(); ++i) {
         CString line;

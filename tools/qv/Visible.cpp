@@ -9,6 +9,7 @@
 
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Progress.h"
 
 namespace qv::tool {
 namespace {
@@ -128,7 +129,9 @@ std::string VisibleOnPage(std::string_view utf8) {
 }
 
 void Complain(std::string_view message) {
-    const std::string line = AfxIsErrorTerminal() ? VisibleOnTerminal(message) : std::string(message);
+    const bool isTerminal = AfxIsErrorTerminal();
+    if (isTerminal) ClearProgressLine();
+    const std::string line = isTerminal ? VisibleOnTerminal(message) : std::string(message);
     std::fprintf(stderr, "qv: %s\n", line.c_str());
 }
 
