@@ -54,7 +54,7 @@ void FileFinder::Discover() {
 }
 
 void FileFinder::Discover(const CString& path, const CString& offset, int depth) {
-    // A mask that takes every name finds the subfolders in the same search, and tells of all that is left out.
+    // A mask that takes every name finds the subfolders and all that is left out in one search.
     const bool one = !m_recurse || m_mask == kEveryName || m_mask == "*";
     CStringArray subfolders;
     StartProgress();

@@ -81,8 +81,8 @@ public:
     /// has its name with the extension "cab", whatever extension is given. Its first member is the manifest, in which an
     /// entry is "*ROOT*" and the relative path, with a final "\" for a folder; the files follow in that order. Links to
     /// folders are stored as empty folders; devices, pipes and folders that cannot be listed are left out.
-    /// @throws as AddManifest and AddFile; CFileException* with badPath when the folder is none, when `cabinet` names no file
-    /// or is too long for the system, and for an entry whose name holds "*ROOT*".
+    /// @throws as AddManifest and AddFile; CFileException* with badPath when the folder does not exist, when `cabinet`
+    /// names no file or is too long for the system, and for an entry whose name holds "*ROOT*".
     static void DirectoryToCab(const char* folder, const char* cabinet, int recurse);
     /// The same by this object, so that overridden members hear of it. Sets name and destination folder.
     void Pack(const char* folder, const char* cabinet, int recurse);
