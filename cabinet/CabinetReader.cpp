@@ -267,6 +267,7 @@ bool CabinetReader::TryExtract(const MemberEntry& member, const OpenCabinet& cab
     } catch (const EngineFailure& failure) {
         if (failure.error != NumberOf(ReadError::UnknownCompression)) throw;
         m_skipsFolder = true;
+        m_callbacks.PassOver(m_where.member);
         if (m_skippedMembers++ > 0) return false;
         m_skipped = m_where;
         m_skipped.method = cabinet.Folders()[FolderOf(member, cabinet)].compression & kCompressionMask;

@@ -67,6 +67,8 @@ public:
 class IReaderCallbacks : public IFiles {
 public:
     virtual std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) = 0;
+    /// A member was not extracted because of its compression.
+    virtual void PassOver(const CString&) {}
     /// How a cabinet of a set is called in a folder, where that may differ from the name in the set in case.
     virtual CString FindName(const CString&, const CString& name) { return name; }
 };

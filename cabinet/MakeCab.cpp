@@ -4,12 +4,13 @@
 #include "cabinet/DiskFiles.h"
 #include "cabinet/Manifest.h"
 #include "cabinet/MemberName.h"
+#include "cabinet/PackedTree.h"
+#include "files/PathParts.h"
 #include "platform/DosTime.h"
 #include "platform/FolderFiles.h"
+#include "platform/Path.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/CabinetException.h"
-#include "qvcommon/FileFinder.h"
-#include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/StdioFile.h"
 
@@ -19,12 +20,6 @@ using qv::platform::FileInfo;
 namespace {
 
 constexpr std::uint16_t kSetId = 5193;
-constexpr DWORD kDeviceAttribute = 0x40;
-
-/// In the list, and then as a member.
-bool IsListed(const CFoundInfo& info) {
-    return info.IsDirectory() || !info.MatchesMask(kDeviceAttribute);
-}
 
 }  // namespace
 
@@ -205,30 +200,20 @@ void CMakeCab::DirectoryToCab(const char* folder, const char* cabinet, int recur
     CMakeCab().Pack(folder, cabinet, recurse);
 }
 
+void CMakeCab::SetLeftOut(ILeftOut* observer) {
+    m_leftOut = observer;
+}
+
 void CMakeCab::Pack(const char* folder, const char* cabinet, int recurse) {
-    const CFilePath target(cabinet);
-    if (target.GetFullPath() != cabinet || target.GetFile().IsEmpty())
-        AfxThrowFileException(CFileException::badPath, -1, cabinet);
+    const CString target = cabinet, name = qv::TitleOf(target);
+    const bool isTooLong = qv::platform::NativePath(target).size() > qv::platform::LongestPath();
+    if (isTooLong || name.IsEmpty()) AfxThrowFileException(CFileException::badPath, -1, cabinet);
     if (!CFileUtils::IsDirectory(folder)) AfxThrowFileException(CFileException::badPath, -1, folder);
-    CStringArray entries, files;
-    {
-        FileFinder finder;
-        finder.SetSearchPath(folder);
-        finder.SetSearchMask("*.*");
-        finder.SetRecurse(recurse);
-        finder.SetIncludeDirectories(2);
-        finder.Discover();
-        for (int i = 0; i < finder.GetFiles().GetSize(); ++i) {
-            const CFoundInfo& info = finder.GetFoundInfo()[i];
-            if (!IsListed(info)) continue;
-            entries.Add(kRoot + finder.GetFileOffsets()[i] + (info.IsDirectory() ? "\\" : ""));
-            if (!info.IsDirectory()) files.Add(finder.GetFiles()[i]);
-        }
-    }
-    SetDestPath(CFileUtils::TerminateDir(target.GetPath(1)));
-    SetName(target.GetFile());
+    const PackedTree tree = ListTree(folder, recurse, m_leftOut);
+    SetDestPath(qv::FolderOf(target));
+    SetName(name);
     CreateNewCab();
-    AddManifest(entries);
-    for (const CString& file : files) AddFile(file);
+    AddManifest(tree.entries);
+    for (const CString& file : tree.files) AddFile(file);
     Commit();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cabinet/Format.h"
 #include "platform/Text.h"
 #include "platform/Utf8.h"
 
@@ -18,7 +19,13 @@ bool NeedsUtf8(const CString& name) {
 }
 
 CString ToMemberName(const CString& name) {
-    return NeedsUtf8(name) ? CString(platform::WideToUtf8(platform::ToWide(name))) : name;
+    if (!NeedsUtf8(name)) return name;
+    std::string stored = platform::WideToUtf8(platform::ToWide(name));
+    std::size_t length = std::min(stored.size(), kLongestName - 1);
+    const auto splitsCharacter = [&] { return length < stored.size() && (stored[length] & 0xC0) == 0x80; };
+    while (splitsCharacter()) --length;
+    stored.resize(length);
+    return CString(std::move(stored));
 }
 
 CString FromMemberName(const CString& name) {

@@ -63,6 +63,7 @@ void CReadCab::ReadCab(const char* path) {
     }
     if (!copied) Fail(m_error.error);
     CloseHfdi();
+    TellOfMissingMembers();
 }
 
 int CReadCab::GetCabInfo(const char* path, QvCabinetInfo& info) {
@@ -102,6 +103,10 @@ const QvCabinetLimits& CReadCab::GetLimits() const {
 
 void CReadCab::SetLimits(const QvCabinetLimits& limits) {
     m_limits = limits;
+}
+
+void CReadCab::SetLeftOut(ILeftOut* observer) {
+    m_leftOut = observer;
 }
 
 void CReadCab::SetRestoreTimes(int restore) {

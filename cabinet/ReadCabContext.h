@@ -23,6 +23,11 @@ public:
         return qv::cabinet::FindNameOnDisk(folder, name);
     }
 
+    void PassOver(const CString& name) override {
+        m_owner.Tell(subject.IsEmpty() ? name : subject,
+                     m_owner.GetFdiErrorString(qv::cabinet::NumberOf(qv::cabinet::ReadError::UnknownCompression)));
+    }
+
     std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) override {
         using namespace qv::cabinet;
         if (notification.attributes & kNameIsUtf8) {

@@ -78,6 +78,15 @@ void CReadCab::LoadManifest() {
     }
 }
 
+void CReadCab::Tell(const CString& path, const CString& reason) const {
+    if (m_leftOut) m_leftOut->OnLeftOut({path, QvLeftOut::failed, 0, reason});
+}
+
+void CReadCab::TellOfMissingMembers() const {
+    for (int i = m_nextManifest; i < m_manifest.GetSize(); ++i)
+        Tell(Substituted(m_manifest[i], 0), "not in the archive");
+}
+
 int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     if (notification.folder != m_lastFolder) NotifyChangeFolder(notification);
     if (m_useManifest && !m_manifestLoaded) {

@@ -1,6 +1,7 @@
 #include "cabinet/TargetFolder.h"
 
 #include "platform/Ascii.h"
+#include "platform/Path.h"
 #include "qvcommon/FileUtils.h"
 
 namespace qv::cabinet {
@@ -16,7 +17,7 @@ std::optional<std::vector<std::string>> SafeNames(std::string_view path) {
     for (;;) {
         const std::size_t end = path.find_first_of(kSeparators);
         const std::string_view name = path.substr(0, end);
-        if (name != ".") names.emplace_back(name);
+        if (name != ".") names.push_back(platform::NativePath(name));
         if (name != "." && !platform::IsPlainName(names.back())) return std::nullopt;
         if (end == path.npos) break;
         path.remove_prefix(end + 1);

@@ -12,7 +12,7 @@
 
 namespace qv::cabinet {
 
-/// The names of a relative path, folders first, with either separator between them. Nothing when it is no such path or
+/// The names of a relative path in the system's own form, folders first; either separator may be between them. Nothing when it is no such path or
 /// could lead out of the folder that it is taken from: absolute, with a drive, empty names, "..", and what
 /// platform::IsPlainName refuses. A name "." and a final separator are passed over.
 std::optional<std::vector<std::string>> SafeNames(std::string_view path);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "qvcommon/Exceptions.h"
+#include "qvcommon/FileUtils.h"
 #include "qvcommon/ParseEmf.h"
 
 class Listing : public CParseEmf {
@@ -40,7 +41,7 @@ int main(int argc, char** argv) try {
         return 2;
     }
     Listing listing;
-    const int complete = listing.ProcessFile(argv[1]);
+    const int complete = listing.ProcessFile(CFileUtils::GetLibraryPath(argv[1]));
     for (const auto& [name, count] : listing.m_counts) std::printf("%5d %s\n", count, name.c_str());
     if (!complete) {
         std::fputs("the file ends before its last record\n", stderr);

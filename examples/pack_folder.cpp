@@ -7,6 +7,7 @@
 
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/Exceptions.h"
+#include "qvcommon/FileUtils.h"
 
 // Overriding a step of the engine is how a program follows the work. The base's part has to be done all the same.
 class Packer : public CMakeCab {
@@ -31,7 +32,9 @@ int main(int argc, char** argv) try {
         std::fputs("usage: pack_folder FOLDER ARCHIVE.cab COPY\n", stderr);
         return 2;
     }
-    const char *const folder = argv[1], *const archive = argv[2], *const copy = argv[3];
+    // Paths from outside come in the system's own form.
+    const CString folder = CFileUtils::GetLibraryPath(argv[1]), archive = CFileUtils::GetLibraryPath(argv[2]),
+                  copy = CFileUtils::GetLibraryPath(argv[3]);
 
     // Packs on all cores. A list of names and folders goes in as the first member, so that the tree can be built again.
     Packer packer;

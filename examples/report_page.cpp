@@ -56,7 +56,7 @@ int main(int argc, char** argv) try {
         std::fputs("usage: report_page FOLDER\n", stderr);
         return 2;
     }
-    WriteReport(argv[1]);
+    WriteReport(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside come in the system's own form
 } catch (CException* error) {  // the library throws pointers; who catches one ends it with Delete
     char reason[512] = {};
     error->GetErrorMessage(reason, sizeof reason - 1);

@@ -50,7 +50,7 @@ int main(int argc, char** argv) try {
         std::fputs("usage: settings FILE\n", stderr);
         return 2;
     }
-    Count(argv[1]);
+    Count(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside come in the system's own form
 } catch (const _com_error& error) {  // from the DOM, by value: a path that cannot be read, a name that XML has not
     std::fprintf(stderr, "%s\n", error.ErrorMessage());
     return 1;

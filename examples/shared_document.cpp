@@ -16,7 +16,7 @@ int main(int argc, char** argv) try {
         std::fputs("usage: shared_document FILE LINE\n", stderr);
         return 2;
     }
-    const char* const document = argv[1];
+    const CString document = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
 
     // The lock is a file beside the document, with the extension "lck". It holds between processes and between machines,
     // and it ends with its process, however that dies: a lock file left behind is no lock.
@@ -25,7 +25,7 @@ int main(int argc, char** argv) try {
     if (!lock.Lock(10)) {  // ten attempts; between them it waits, longer each time
         CFileException why = lock.GetLockException();
         if (why.m_cause == CFileException::sharingViolation)
-            std::fprintf(stderr, "%s is locked by %s\n", document, lock.GetLockedBy().AsStd().c_str());
+            std::fprintf(stderr, "%s is locked by %s\n", argv[1], lock.GetLockedBy().AsStd().c_str());
         else
             why.ReportError();  // shown in a message box; on Linux, without a handler of yours, on standard error
         return 1;
@@ -36,7 +36,7 @@ int main(int argc, char** argv) try {
     CFileUtils::ReadFile(document, lines);  // none when the document is new
     lines.Add(argv[2]);
     CFileUtils::WriteFile(document, lines, 1, 0);
-    std::printf("%s has %d lines\n", document, static_cast<int>(lines.GetSize()));
+    std::printf("%s has %d lines\n", argv[1], static_cast<int>(lines.GetSize()));
 
     lock.Unlock();  // the destructor would do it too
     return 0;

@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
         std::fputs("usage: watched_folder FOLDER\n", stderr);
         return 2;
     }
-    const CString folder = argv[1];
+    const CString folder = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
 
     Watcher watcher;
     watcher.SetDirectory(folder);

@@ -5,6 +5,7 @@
 #include "files/FolderWalk.h"
 #include "platform/Error.h"
 #include "platform/FileCopy.h"
+#include "platform/Path.h"
 #include "platform/Time.h"
 #include "qvcommon/FileUtils.h"
 
@@ -25,6 +26,7 @@ using qv::platform::FoundEntry;
 using qv::platform::kReadOnly;
 using qv::platform::kTicksPerSecond;
 using qv::platform::LastName;
+using qv::platform::NativePath;
 using qv::platform::Status;
 
 /// Levels below this one let go of the folders above them, so that the depth is not bounded by open files.
@@ -41,6 +43,10 @@ protected:
     }
     void OnFailure(const Status&, const Place&, const Place*) override {}
 };
+
+DWORD ErrorOf(const Status& failure) {
+    return static_cast<DWORD>(failure.error());
+}
 
 /// The paths of the innermost level, with final separators: those of the levels above are their beginnings, so that memory
 /// is linear in depth.
@@ -77,7 +83,11 @@ private:
     Status OpenSource();
     void CopyFile();
     bool IsUpToDate();
+    void Tell(const QvLeftOut& leftOut) const;
+    void TellPassedOver(FileSearch& search) const;
     void Report(const Status& status);
+    /// The same for one of the level's own folders, of which the observer hears too.
+    void Report(const Status& status, const std::string& folder);
 
     CCopyTree& m_copy;
     Level* const m_above;
@@ -122,23 +132,41 @@ void CCopyTree::Level::Report(const Status& status) {
     m_copy.OnError();
 }
 
+void CCopyTree::Level::Report(const Status& status, const std::string& folder) {
+    if (!status.ok()) Tell(QvLeftOut::OfError(CFileUtils::UnterminateDir(folder.c_str()), ErrorOf(status)));
+    Report(status);
+}
+
+void CCopyTree::Level::Tell(const QvLeftOut& leftOut) const {
+    if (m_copy.m_leftOut) m_copy.m_leftOut->OnLeftOut(leftOut);
+}
+
+void CCopyTree::Level::TellPassedOver(FileSearch& search) const {
+    const std::string folder = m_paths->source.substr(0, m_sourceLength);
+    for (const qv::platform::PassedOver& passedOver : search.TakePassedOver()) {
+        const std::string path =
+            passedOver.name.empty() ? CFileUtils::UnterminateDir(folder.c_str()).AsStd() : folder + passedOver.name;
+        Tell(QvLeftOut::OfError(CString(path), ErrorOf(passedOver.status)));
+    }
+}
+
 /// False for the destination itself, which is not copied into itself.
 bool CCopyTree::Level::Open() {
     const Status source = OpenSource();
     if (m_above && source.ok() && m_from.IsSame(m_outermost->m_to)) return false;
     m_opened = OpenTarget();
-    Report(m_opened);
+    Report(m_opened, m_paths->target);
     if (m_isBelow && m_depth >= kHeldOpen) {
         if (source.ok()) m_above->m_from.LetGo();
         if (m_opened.ok()) m_above->m_to.LetGo();
     }
-    Report(source);
+    Report(source, m_paths->source);
     return true;
 }
 
 Status CCopyTree::Level::OpenTarget() {
     if (m_isBelow)
-        return m_above->m_opened.ok() ? m_to.MakeIn(m_above->m_to, m_above->m_entry.name, m_isFresh)
+        return m_above->m_opened.ok() ? m_to.MakeIn(m_above->m_to, NativePath(m_above->m_entry.name), m_isFresh)
                                       : m_above->m_opened;
     const CString target = m_paths->target;
     m_isFresh = !CFileUtils::IsDirectory(target);
@@ -147,28 +175,33 @@ Status CCopyTree::Level::OpenTarget() {
 }
 
 Status CCopyTree::Level::OpenSource() {
-    if (m_isBelow) return m_from.OpenIn(m_above->m_from, m_above->m_entry.name);
+    if (m_isBelow) return m_from.OpenIn(m_above->m_from, NativePath(m_above->m_entry.name));
     return m_from.Open(m_paths->source.c_str(), m_above ? LastName::NoLink : LastName::MayBeLink);
 }
 
 /// Gives the level above its folders back.
 void CCopyTree::Level::Close() {
     if (!m_isBelow || m_depth < kHeldOpen) return;
-    if (m_from.GetBody()) Report(m_above->m_from.TakeBack(m_from));
-    if (m_to.GetBody()) m_above->m_opened = m_above->m_to.TakeBack(m_to);
-    Report(m_above->m_opened);
+    if (m_from.GetBody()) Report(m_above->m_from.TakeBack(m_from), m_paths->source);
+    if (!m_to.GetBody()) return;
+    m_above->m_opened = m_above->m_to.TakeBack(m_to);
+    Report(m_above->m_opened, m_paths->target);
 }
 
 void CCopyTree::Level::CopyEntries() {
     if (!m_from.GetBody()) return;
     FileSearch search;
-    Report(search.StartIn(m_from));
+    search.StartIn(m_from);
     while (search.Next(m_entry)) {
+        TellPassedOver(search);
         if (!m_entry.IsFolder())
             CopyFile();
-        else if (!m_entry.IsDots() && !m_entry.IsLink())
+        else if (m_entry.IsLink())
+            Tell(QvLeftOut::OfCause(From(), QvLeftOut::linkedFolder));
+        else if (!m_entry.IsDots())
             m_copy.CopyTree(From(), To());
     }
+    TellPassedOver(search);
     Report(search.LeftOut());
 }
 
@@ -176,7 +209,13 @@ void CCopyTree::Level::CopyFile() {
     if (!m_isFresh && IsUpToDate()) return;
     const CString from = From();
     if (m_copy.m_progress) m_copy.m_progress->OnCopyFile(from);
-    if (!m_copy.CopyFileA(from, To())) m_copy.OnError();
+    if (m_copy.CopyFileA(from, To())) return;
+    const unsigned long error = qv::platform::LastError();
+    const bool isDevice = m_entry.attributes & qv::platform::kDevice;
+    Tell(isDevice ? QvLeftOut::OfCause(from, QvLeftOut::device)
+                  : QvLeftOut::OfError(from, static_cast<DWORD>(error), m_entry.IsLink()));
+    qv::platform::SetLastError(error);
+    m_copy.OnError();
 }
 
 /// Whether the copy may be passed over. It is made writable in any case.
@@ -185,7 +224,7 @@ bool CCopyTree::Level::IsUpToDate() {
     target.name = m_entry.name;
     if (!m_opened.ok() || !m_to.Find(target).ok()) return false;
     // Where it stays read-only, the copy reports that it is refused.
-    if (target.attributes & kReadOnly && !target.IsFolder()) m_to.MakeWritable(target.name).IgnoreError();
+    if (target.attributes & kReadOnly && !target.IsFolder()) m_to.MakeWritable(NativePath(target.name)).IgnoreError();
     const bool known = m_copy.m_laterOnly && m_entry.written != 0;
     return known && target.written / kTicksPerSecond >= m_entry.written / kTicksPerSecond;
 }
@@ -210,6 +249,10 @@ void CCopyTree::SetSourceDirectory(const char* folder) {
 
 void CCopyTree::SetLaterOnly(int laterOnly) {
     m_laterOnly = laterOnly;
+}
+
+void CCopyTree::SetLeftOut(ILeftOut* observer) {
+    m_leftOut = observer;
 }
 
 int CCopyTree::GetFileCount() {

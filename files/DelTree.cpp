@@ -6,7 +6,6 @@
 
 namespace {
 
-using qv::ThrowIfFailed;
 using qv::platform::EntryKind;
 using qv::platform::FileCause;
 using qv::platform::FolderEntry;
@@ -22,11 +21,15 @@ public:
     explicit TreeRemoval(bool removesItself) : m_removesItself(removesItself) {}
 
 protected:
+    /// What stays. The walk goes on unless this raises something.
+    virtual void OnStay(const Status& failure, const CString& path) = 0;
+    virtual void OnFolderStays(const Status& failure, const CString& path) = 0;
+
     void OnFolder(const Place& place, const std::vector<FolderEntry>& entries) override {
-        for (const FolderEntry& entry : entries)
-            if (entry.kind != EntryKind::Folder)
-                if (const Status removed = Remove(place, entry); !removed.ok())
-                    ThrowIfFailed(removed, PathOf(place, entry));
+        for (const FolderEntry& entry : entries) {
+            if (entry.kind == EntryKind::Folder) continue;
+            if (const Status status = Remove(place, entry); !status.ok()) OnStay(status, PathOf(place, entry));
+        }
     }
 
     // What keeps a folder from being deleted is found when that is tried.
@@ -34,15 +37,16 @@ protected:
         if (m_removesItself) first.folder.MakeWritable().IgnoreError();
     }
 
-    // A folder that is not empty or may not be deleted stays, without a failure.
-    void OnLeave(const Place& parent, const FolderEntry& entry) override { Remove(parent, entry).IgnoreError(); }
+    void OnLeave(const Place& parent, const FolderEntry& entry) override {
+        if (const Status status = Remove(parent, entry); !status.ok()) OnFolderStays(status, PathOf(parent, entry));
+    }
 
     void OnFailure(const Status& failure, const Place& place, const Place* parent) override {
         if (IsGone(failure)) return;
         // What was a folder a moment ago may be a link now: that is deleted like any other.
         const bool replaced = parent && failure.cause() == FileCause::BadPath;
-        ThrowIfFailed(replaced ? Remove(*parent, {place.entry.name, EntryKind::FolderLink}) : failure,
-                      CFileUtils::UnterminateDir(PathOf(place)));
+        const Status status = replaced ? Remove(*parent, {place.entry.name, EntryKind::FolderLink}) : failure;
+        if (!status.ok()) OnStay(status, CFileUtils::UnterminateDir(PathOf(place)));
     }
 
 private:
@@ -56,18 +60,58 @@ private:
     const bool m_removesItself;
 };
 
-void RemoveItself(const CString& directory) {
+/// Ends with the first failure.
+class RaisingRemoval : public TreeRemoval {
+public:
+    using TreeRemoval::TreeRemoval;
+
+private:
+    void OnStay(const Status& failure, const CString& path) override { qv::ThrowIfFailed(failure, path); }
+    // A folder that is not empty or may not be deleted stays, without a failure.
+    void OnFolderStays(const Status&, const CString&) override {}
+};
+
+class ToldRemoval : public TreeRemoval {
+public:
+    ToldRemoval(bool removesItself, ILeftOut& leftOut) : TreeRemoval(removesItself), m_leftOut(leftOut) {}
+
+    void OnStay(const Status& failure, const CString& path) override {
+        m_last = path;
+        m_leftOut.OnLeftOut(QvLeftOut::OfError(path, static_cast<DWORD>(failure.error())));
+    }
+    /// A folder that stays because of what is in it was explained when that was told.
+    void OnFolderStays(const Status& failure, const CString& path) override {
+        if (!m_last.AsStd().starts_with(CFileUtils::TerminateDir(path).AsStd())) OnStay(failure, path);
+    }
+
+private:
+    ILeftOut& m_leftOut;
+    CString m_last;  ///< what stays, told last: a folder comes after all that it holds
+};
+
+Status RemoveItself(const CString& directory) {
     if (CString(qv::platform::CurrentFolder()).CompareNoCase(directory) == 0)
         qv::platform::ChangeFolder(qv::platform::SystemFolder());
-    // A folder that is not empty or may not be deleted stays, without a failure.
-    qv::platform::RemoveFolder(directory).IgnoreError();
+    return qv::platform::RemoveFolder(directory);
+}
+
+Status Remove(const CString& folder, int removeItself, TreeRemoval& removal) {
+    if (!CFileUtils::IsExist(folder)) return {};
+    if (!removeItself || !qv::platform::IsFolderLink(folder)) removal.Walk(folder);
+    return removeItself ? RemoveItself(folder) : Status();
 }
 
 }  // namespace
 
 void CFileUtils::DelTree(const char* directory, int removeItself) {
+    // A folder that is not empty or may not be deleted stays, without a failure.
+    RaisingRemoval removal(removeItself != 0);
+    Remove(directory, removeItself, removal).IgnoreError();
+}
+
+void CFileUtils::DelTree(const char* directory, int removeItself, ILeftOut& leftOut) {
     const CString folder = directory;
-    if (!IsExist(folder)) return;
-    if (!removeItself || !qv::platform::IsFolderLink(folder)) TreeRemoval(removeItself != 0).Walk(folder);
-    if (removeItself) RemoveItself(folder);
+    ToldRemoval removal(removeItself != 0, leftOut);
+    const Status status = Remove(folder, removeItself, removal);
+    if (!status.ok() && !IsGone(status)) removal.OnFolderStays(status, UnterminateDir(folder));
 }

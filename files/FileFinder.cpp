@@ -41,6 +41,10 @@ void FileFinder::SetRecurse(int recurse) {
     m_recurse = recurse;
 }
 
+void FileFinder::SetLeftOut(ILeftOut* observer) {
+    m_leftOut = observer;
+}
+
 void FileFinder::Discover() {
     m_depths.RemoveAll();
     m_offsets.RemoveAll();
@@ -50,8 +54,8 @@ void FileFinder::Discover() {
 }
 
 void FileFinder::Discover(const CString& path, const CString& offset, int depth) {
-    // A mask that takes every name finds the subfolders in the same search.
-    const bool one = m_recurse && (m_mask == kEveryName || m_mask == "*");
+    // A mask that takes every name finds the subfolders and all that is left out in one search.
+    const bool one = !m_recurse || m_mask == kEveryName || m_mask == "*";
     CStringArray subfolders;
     StartProgress();
     DiscoverEntries(path, offset, depth, one ? &subfolders : nullptr);
@@ -63,18 +67,20 @@ void FileFinder::Discover(const CString& path, const CString& offset, int depth)
 
 void FileFinder::DiscoverEntries(const CString& path, const CString& offset, int depth, CStringArray* subfolders) {
     CQvFileFind find;
+    if (subfolders) find.SetLeftOut(m_leftOut);
     for (BOOL more = find.FindFile(path + m_mask, OptionsFor(offset)); more;) {
         more = find.FindNextFile();
         UpdateProgress(find.GetFileTitle());
         const bool kept = find.IsDirectory() ? m_includeDirectories != 0 && !find.IsDots() : m_includeDirectories != 1;
         if (kept) Keep(find, offset, depth);
-        if (subfolders && IsToBeEntered(find)) subfolders->Add(find.GetFileName());
+        if (subfolders && m_recurse && IsToBeEntered(find)) subfolders->Add(find.GetFileName());
     }
 }
 
 CStringArray FileFinder::Subfolders(const CString& path, const CString& offset) const {
     CStringArray names;
     CFileFind find;
+    find.SetLeftOut(m_leftOut);
     for (BOOL more = find.FindFile(path + kEveryName, OptionsFor(offset)); more;) {
         more = find.FindNextFile();
         if (IsToBeEntered(find)) names.Add(find.GetFileName());

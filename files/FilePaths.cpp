@@ -94,5 +94,9 @@ CString CFileUtils::FileUrlToFileName(const char* url) {
 }
 
 CString CFileUtils::GetNativePath(const char* path) {
-    return CString(qv::platform::NativePath(CString(path)));
+    return CString(qv::platform::NativePath(Given(path)));
+}
+
+CString CFileUtils::GetLibraryPath(const char* nativePath) {
+    return CString(qv::platform::LibraryPath(Given(nativePath)));
 }

@@ -37,7 +37,7 @@ void FolderWalk::Descend() {
     Place& parent = m_places.back();
     Place place{.folder = {}, .pathLength = 0, .entry = std::move(parent.subfolders.back())};
     parent.subfolders.pop_back();
-    m_path += place.entry.name;
+    m_path += platform::LibraryName(place.entry.name);
     m_path += '\\';
     place.pathLength = m_path.size();
     const Status status = place.folder.OpenIn(parent.folder, place.entry.name);

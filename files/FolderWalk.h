@@ -5,6 +5,7 @@
 
 #include "platform/FileStatus.h"
 #include "platform/Folder.h"
+#include "platform/Path.h"
 #include "qvcommon/framework/String.h"
 
 namespace qv {
@@ -29,7 +30,7 @@ protected:
     /// The path of a place on the way to the present one, with its final separator.
     CString PathOf(const Place& place) const { return std::string_view(m_path).substr(0, place.pathLength); }
     CString PathOf(const Place& place, const platform::FolderEntry& entryInIt) const {
-        return PathOf(place) + std::string_view(entryInIt.name);
+        return PathOf(place) + std::string_view(platform::LibraryName(entryInIt.name));
     }
 
     /// A folder's entries, before any of its subfolders is entered.

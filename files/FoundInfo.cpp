@@ -2,10 +2,10 @@
 #include "qvcommon/FilePath.h"
 
 CFoundInfo::CFoundInfo(const QvFindData* record, const char* root)
-    : m_record(record ? std::make_shared<const QvFindData>(*record) : nullptr),
+    : m_record(record ? std::make_shared<const qv::FoundRecord>(qv::FoundRecord{*record, {}}) : nullptr),
       m_root(std::make_shared<const CString>(root)) {}
 
-CFoundInfo::CFoundInfo(std::shared_ptr<const QvFindData> record, std::shared_ptr<const CString> root)
+CFoundInfo::CFoundInfo(std::shared_ptr<const qv::FoundRecord> record, std::shared_ptr<const CString> root)
     : m_record(std::move(record)), m_root(std::move(root)) {}
 
 bool CFoundInfo::MatchesMask(DWORD mask) const {
@@ -18,8 +18,12 @@ bool CFoundInfo::IsDots() const {
     return name == "." || name == "..";
 }
 
+bool CFoundInfo::IsLink() const {
+    return m_record && qv::IsLink(*m_record);
+}
+
 CString CFoundInfo::GetFileName() const {
-    return m_record ? CString(m_record->cFileName) : CString();
+    return m_record ? m_record->Name() : CString();
 }
 
 CString CFoundInfo::GetFilePath() const {

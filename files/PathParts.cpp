@@ -24,7 +24,14 @@ CString WithExtension(const CString& path, const char* extension) {
 CString FolderOf(const CString& path) {
     const std::string& whole = path.AsStd();
     const std::string folder = whole.substr(0, StartOfName(whole));
-    return CString(folder.ends_with('\\') ? folder.substr(0, folder.size() - 1) : folder);
+    const bool isRoot = folder.size() == 1;
+    return CString(folder.ends_with('\\') && !isRoot ? folder.substr(0, folder.size() - 1) : folder);
+}
+
+CString TitleOf(const CString& path) {
+    const std::string& whole = path.AsStd();
+    const std::string name = whole.substr(StartOfName(whole));
+    return CString(name.substr(0, name.rfind('.')));
 }
 
 }  // namespace qv

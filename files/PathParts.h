@@ -9,7 +9,10 @@ namespace qv {
 /// The path with its extension replaced, or with one added to a name that has none. `extension` has no point.
 CString WithExtension(const CString& path, const char* extension);
 
-/// The folder of the path's last name, without a final separator; empty for a name alone.
+/// The folder of the path's last name, without a final separator unless it is the root; empty for a name alone.
 CString FolderOf(const CString& path);
+
+/// The path's last name without its extension.
+CString TitleOf(const CString& path);
 
 }  // namespace qv

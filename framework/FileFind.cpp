@@ -26,19 +26,46 @@ CString RootOf(const CString& pattern) {
     return root;
 }
 
+/// A folder without its final separator, but for a root.
+CString Unterminated(const CString& folder) {
+    const std::string& path = folder.AsStd();
+    const bool isRoot = path.size() < 2 || path.ends_with(":\\");
+    return isRoot ? folder : folder.Left(folder.GetLength() - 1);
+}
+
 class LocalSearch : public qv::IFileSearch {
 public:
-    Status Start(const char* pattern, qv::platform::LastName lastName) { return m_search.Start(pattern, lastName); }
+    LocalSearch(const CString& root, ILeftOut* leftOut) : m_root(root), m_leftOut(leftOut) {}
+
+    Status Start(const char* pattern, qv::platform::LastName lastName) {
+        const Status started = m_search.Start(pattern, lastName);
+        if (!started.ok()) Tell("", started);
+        return started;
+    }
 
     bool Next(QvFindData& entry) override {
-        if (!m_search.Next(m_entry)) return false;
-        qv::CopyRecord(m_entry, entry);
-        return true;
+        const bool found = m_search.Next(m_entry);
+        for (const qv::platform::PassedOver& passedOver : m_search.TakePassedOver())
+            Tell(passedOver.name, passedOver.status);
+        if (found) qv::CopyRecord(m_entry, entry);
+        return found;
+    }
+
+    CString GetLongName() const override {
+        return m_entry.name.size() < sizeof QvFindData::cFileName ? CString() : CString(m_entry.name);
     }
 
     LONG GetError() const override { return m_search.LeftOut().ok() ? 0 : qv::OsErrorOf(m_search.LeftOut()); }
 
 private:
+    void Tell(const std::string& name, const Status& status) const {
+        if (!m_leftOut) return;
+        const CString path = name.empty() ? Unterminated(m_root) : m_root + CString(name);
+        m_leftOut->OnLeftOut(QvLeftOut::OfError(path, static_cast<DWORD>(status.error())));
+    }
+
+    const CString m_root;
+    ILeftOut* const m_leftOut;
     qv::platform::FileSearch m_search;
     FoundEntry m_entry;
 };
@@ -68,14 +95,15 @@ CFileFind::~CFileFind() = default;
 BOOL CFileFind::FindFile(const char* pattern, DWORD options) {
     CFileFind::Close();
     const CString wanted = pattern ? pattern : "*.*";
-    auto search = std::make_unique<LocalSearch>();
+    const CString root = RootOf(wanted);
+    auto search = std::make_unique<LocalSearch>(root, m_leftOut);
     const Status status = search->Start(
         wanted, options & refuseLinkedFolder ? qv::platform::LastName::NoLink : qv::platform::LastName::MayBeLink);
     if (!status.ok()) {
         m_error = qv::OsErrorOf(status);
         return 0;
     }
-    return Begin(std::move(search), RootOf(wanted));
+    return Begin(std::move(search), root);
 }
 
 BOOL CFileFind::Begin(std::unique_ptr<qv::IFileSearch> search, const CString& root) {
@@ -86,11 +114,10 @@ BOOL CFileFind::Begin(std::unique_ptr<qv::IFileSearch> search, const CString& ro
 }
 
 bool CFileFind::Advance() {
-    auto record = std::make_shared<QvFindData>();
-    if (m_search && m_search->Next(*record))
-        m_following = std::move(record);
-    else
-        m_following = nullptr;
+    auto record = std::make_shared<qv::FoundRecord>();
+    const bool found = m_search && m_search->Next(*record);
+    if (found) record->longName = m_search->GetLongName();
+    m_following = found ? std::move(record) : nullptr;
     if (m_search && !m_following) m_error = m_search->GetError();
     return m_following != nullptr;
 }
@@ -112,16 +139,16 @@ LONG CFileFind::GetError() const {
 }
 
 CString CFileFind::GetFileName() const {
-    return m_record ? CString(m_record->cFileName) : CString();
+    return m_record ? m_record->Name() : CString();
 }
 
 CString CFileFind::GetFilePath() const {
-    return m_record && m_root ? *m_root + m_record->cFileName : GetRoot();
+    return m_record && m_root ? *m_root + m_record->Name() : GetRoot();
 }
 
 CString CFileFind::GetFileTitle() const {
-    const std::string_view name = m_record ? m_record->cFileName : "";
-    return CString(name.substr(0, name.rfind('.')));
+    const CString name = GetFileName();
+    return name.Left(static_cast<int>(std::min(name.AsStd().rfind('.'), name.AsStd().size())));
 }
 
 CString CFileFind::GetRoot() const {

@@ -35,6 +35,10 @@ bool AfxIsReaderGone(const CFileException& error) {
     return error.m_lOsError > 0 && qv::platform::IsReaderGone(static_cast<std::uint32_t>(error.m_lOsError));
 }
 
+bool AfxIsOutputTerminal() {
+    return qv::platform::IsOutputTerminal();
+}
+
 bool AfxIsErrorTerminal() {
     return qv::platform::IsErrorTerminal();
 }

@@ -16,7 +16,7 @@ namespace qv::platform {
 Status CopyWholeFile(const char* from, const char* to);
 
 /// The same from one open folder into another one, whatever becomes of their paths meanwhile. On Linux a target that is a
-/// link is replaced, and with NoLink a source that is one is refused (BadPath).
+/// link is replaced, and with NoLink a source that is one is refused (BadPath). Names are in the library's form.
 Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
                   const std::string& newName);
 

@@ -35,6 +35,10 @@ struct OpenRequest {
 /// (BadPath), and nothing but a regular file is opened (AccessDenied). On Windows the folder's access list rules as always.
 Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle);
 
+/// Whether the user may read the file, by one question to the system that opens nothing on Linux; there a share mode that
+/// denies reading does not show. On Windows the file is opened and closed.
+Status MayRead(const char* path);
+
 /// Closes a file that this program holds exclusively and deletes it, so that no other program gets hold of a file that is
 /// about to be deleted. On Linux it is deleted first, and only if the path still names it. On Windows it is closed
 /// first; if another program opens it in between, the deletion fails.

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/FileStatus.h"
 
@@ -23,9 +25,9 @@ inline constexpr std::uint32_t kSymbolicLinkTag = 0xA000000C, kStandsForAnotherP
 struct FoundEntry {
     std::uint32_t attributes = 0;
     std::uint64_t created = 0, accessed = 0, written = 0;
-    std::uint64_t size = 0;  ///< 0 for a folder
-    std::uint32_t tag = 0;   ///< of a reparse point
-    std::string name, shortName;
+    std::uint64_t size = 0;       ///< 0 for a folder
+    std::uint32_t tag = 0;        ///< of a reparse point
+    std::string name, shortName;  ///< in the library's form
 
     bool IsFolder() const { return attributes & kDirectory; }
     bool IsDots() const { return IsFolder() && (name == "." || name == ".."); }
@@ -35,6 +37,12 @@ struct FoundEntry {
 class Folder;
 
 enum class LastName { MayBeLink, NoLink };
+
+/// What a search passed over, and why. The empty name is the folder itself, of which something could not be listed.
+struct PassedOver {
+    std::string name;
+    Status status;
+};
 
 /// One search at a time, of one thread.
 class FileSearch {
@@ -52,20 +60,25 @@ public:
     /// Fails when the folder cannot be read, not when nothing matches.
     Status Start(const char* pattern, LastName folder = LastName::MayBeLink);
 
-    /// Begins a search for all entries of an open folder, which must outlive the search.
-    Status StartIn(const Folder& folder);
+    /// Begins a search for all entries of an open folder, which must outlive the search. LeftOut says why it fails.
+    void StartIn(const Folder& folder);
 
-    /// The next entry; false after the last one. Entries that vanish meanwhile are passed over.
+    /// The next entry; false after the last one. Entries that vanish meanwhile are passed over, and on Linux those about
+    /// which the system tells nothing but their name.
     bool Next(FoundEntry& entry);
 
-    /// Why entries were skipped: the folder could not be read to its end or, on Linux, a name has a "\" in it, which no
-    /// path of this library leads to. A success when the search gave all there is.
+    /// What was passed over since the last call, or since Start.
+    std::vector<PassedOver> TakePassedOver() { return std::exchange(m_passedOver, {}); }
+    /// Why something was passed over that has not vanished. A success when the search gave all there is.
     const Status& LeftOut() const { return m_leftOut; }
 
 private:
     struct State;
 
+    void PassOver(std::string name, const Status& status);
+
     std::unique_ptr<State> m_state;
+    std::vector<PassedOver> m_passedOver;
     Status m_leftOut;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file Folders that are held open, so that what is done in them cannot be led elsewhere. Paths may use "\" on every
-/// system; names of entries are the system's own.
+/// system; names of entries are the system's own, which NativePath and LibraryName translate.
 
 #include <memory>
 #include <string>
@@ -46,7 +46,7 @@ public:
     Status List(std::vector<FolderEntry>& entries) const;
     /// Whether both are the same folder, by whatever paths. False for one that is not open.
     bool IsSame(const Folder& other) const;
-    /// Describes the entry that `entry` names, as a search does.
+    /// Describes the entry that `entry` names, in the library's form, as a search does.
     Status Find(FoundEntry& entry) const;
     /// Takes the read-only attribute from a file in the folder. A link is refused, or stays as it is.
     Status MakeWritable(const std::string& name) const;

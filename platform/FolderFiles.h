@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file Files that are made in a folder held open: they land in that folder and nowhere else. Names are those of one
-/// entry, in the process's code page; links are never followed.
+/// entry, in the system's own form; links are never followed.
 
 #include <string>
 #include <string_view>

@@ -14,7 +14,8 @@ FileHandle StandardOutput();
 /// SIGPIPE, which ends a process that does not ignore it.
 bool IsReaderGone(std::uint32_t error);
 
-/// Whether standard error is a terminal.
+/// Whether standard output, or standard error, is a terminal.
+bool IsOutputTerminal();
 bool IsErrorTerminal();
 
 }  // namespace qv::platform

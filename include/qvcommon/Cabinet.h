@@ -12,6 +12,7 @@
 #include "qvcommon/CabinetRecords.h"
 #include "qvcommon/TempFile.h"
 #include "qvcommon/framework/Collections.h"
+#include "qvcommon/framework/LeftOut.h"
 
 /// Makes an archive: name and folder, CreateNewCab, files, Commit.
 ///
@@ -52,8 +53,8 @@ public:
     /// Adds a file under its bare name. Names beyond ASCII are stored in UTF-8 and marked so. Its time is stored as local
     /// time in steps of two seconds, at least 1980 and at most 2107. On Linux every file counts as one to be archived, as a
     /// new file does on Windows, so that both systems store the same. Owner, group, access lists and the executable bit are
-    /// not stored. @throws CVorbexException*; also (number 8) for a file
-    /// of 2147450881 bytes or more and a name longer than 255.
+    /// not stored. A name that has more than 255 bytes in UTF-8 is cut; the manifest keeps it whole.
+    /// @throws CVorbexException*; also (number 8) for a file of 2147450881 bytes or more.
     virtual void AddFile(const char* path);
     /// Files added later are compressed apart from those before. @throws CVorbexException*
     virtual void AddFolder();
@@ -79,12 +80,16 @@ public:
     /// Packs a folder, with `recurse` non-zero through all its subfolders. The archive lies in the folder of `cabinet` and
     /// has its name with the extension "cab", whatever extension is given. Its first member is the manifest, in which an
     /// entry is "*ROOT*" and the relative path, with a final "\" for a folder; the files follow in that order. Links to
-    /// folders are stored as empty folders; devices and pipes are left out.
-    /// @throws as AddManifest and AddFile; CFileException* with badPath when the folder cannot be listed, or when `cabinet`
-    /// names no file or is too long.
+    /// folders are stored as empty folders; devices, pipes and folders that cannot be listed are left out.
+    /// @throws as AddManifest and AddFile; CFileException* with badPath when the folder does not exist, when `cabinet`
+    /// names no file or is too long for the system, and for an entry whose name holds "*ROOT*".
     static void DirectoryToCab(const char* folder, const char* cabinet, int recurse);
     /// The same by this object, so that overridden members hear of it. Sets name and destination folder.
     void Pack(const char* folder, const char* cabinet, int recurse);
+    /// Who hears of what Pack leaves out; null, as at first, for nobody. With an observer Pack leaves out files that cannot
+    /// be opened, too, instead of failing; links to folders are told as well. What fails later, because it vanishes or
+    /// becomes unreadable while others are packed, ends the archive. The caller keeps its life.
+    void SetLeftOut(ILeftOut* observer);
 
 private:
     class Context;
@@ -97,6 +102,7 @@ private:
     CString m_name;
     std::unique_ptr<Context> m_context;
     QvCabinetError m_error;
+    ILeftOut* m_leftOut = nullptr;
 };
 
 /// What extraction accepts. More is refused as a corrupt cabinet, before it is written.
@@ -177,6 +183,9 @@ public:
     const QvCabinetLimits& GetLimits() const;
     /// Also between two cabinets.
     void SetLimits(const QvCabinetLimits& limits);
+    /// Who hears of each member that is passed over because of its compression, and of each file that the manifest names and
+    /// the archive does not hold; null, as at first, for nobody. The caller keeps its life.
+    void SetLeftOut(ILeftOut* observer);
     /// Non-zero: with the manifest, too, members get their times and attributes. Zero at first.
     void SetRestoreTimes(int restore);
 
@@ -203,6 +212,8 @@ private:
     bool FindTarget(const CString& path, Target& target) const;
     int OpenManifest();
     void LoadManifest();
+    void Tell(const CString& path, const CString& reason) const;
+    void TellOfMissingMembers() const;
     [[noreturn]] void Fail(int error);
 
     int m_lastFolder = -1;
@@ -218,4 +229,5 @@ private:
     CTempFile m_manifestFile;
     QvCabinetLimits m_limits;
     BOOL m_restoreTimes = 0;
+    ILeftOut* m_leftOut = nullptr;
 };

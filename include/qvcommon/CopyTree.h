@@ -2,7 +2,7 @@
 
 /// @file Copying a tree of folders.
 
-#include "qvcommon/framework/Object.h"
+#include "qvcommon/framework/LeftOut.h"
 #include "qvcommon/framework/String.h"
 
 /// Hears of a tree being copied. All members may be left as they are.
@@ -23,7 +23,9 @@ public:
 /// second run with SetLaterOnly finds them up to date. One object, one thread; observers may not change the object.
 ///
 /// Links to folders are not entered, and nothing is made in their place. Links to files are copied as the files that they
-/// lead to. Devices and pipes are failures. A destination inside the source is not copied into itself.
+/// lead to. Devices and pipes are failures, and so are links that lead nowhere. A destination inside the source is not
+/// copied into itself. SetLeftOut names who hears of all that is not copied, with its path; the observer of the progress
+/// hears of failures alone.
 ///
 /// Both trees are walked by way of open folders. Whoever renames folders meanwhile, or puts links in their place, leads the
 /// copy neither out of the source nor out of the destination; below the destination, a link in the place of a folder is a
@@ -49,6 +51,9 @@ public:
     virtual void SetSourceDirectory(const char* folder);
     /// Non-zero: a file is skipped when the one in its place was modified in the same second or later.
     virtual void SetLaterOnly(int laterOnly);
+    /// Who hears of each file and folder that is not copied, before OnError does; null, as at first, for nobody. Files that
+    /// SetLaterOnly skips are not among them. The caller keeps its life.
+    void SetLeftOut(ILeftOut* observer);
 
 protected:
     /// Copies one file over an existing one. Zero when it could not, with the last system error telling why. On Linux
@@ -64,6 +69,7 @@ private:
     CString m_source;
     CString m_destination;
     ICopyProgress* m_progress = nullptr;
+    ILeftOut* m_leftOut = nullptr;
     int m_laterOnly = 0;
     Level* m_level = nullptr;  // of the copy under way, the innermost
 };

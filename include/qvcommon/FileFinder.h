@@ -23,7 +23,7 @@ public:
         static_assert(sizeof(T) >= sizeof(QvFindData));
     }
     /// Shares a record and a root that nobody changes any more.
-    CFoundInfo(std::shared_ptr<const QvFindData> record, std::shared_ptr<const CString> root);
+    CFoundInfo(std::shared_ptr<const qv::FoundRecord> record, std::shared_ptr<const CString> root);
 
     bool IsReadOnly() const { return MatchesMask(0x01); }
     bool IsHidden() const { return MatchesMask(0x02); }
@@ -37,6 +37,8 @@ public:
     bool MatchesMask(DWORD mask) const;
     /// A folder called "." or "..".
     bool IsDots() const;
+    /// A link, to a file or folder.
+    bool IsLink() const;
 
     CString GetFileName() const;
     /// The root and the name, with a "\" between them unless the root ends in a separator of either kind.
@@ -62,7 +64,7 @@ private:
     bool GetTime(QvFileTime QvFindData::*which, QvFileTime* time) const;
     bool GetTime(QvFileTime QvFindData::*which, CTime& time) const;
 
-    std::shared_ptr<const QvFindData> m_record;  // never changed, so copies may share it
+    std::shared_ptr<const qv::FoundRecord> m_record;  // never changed, so copies may share it
     std::shared_ptr<const CString> m_root;
 };
 
@@ -91,8 +93,8 @@ public:
 ///
 /// A folder's matching entries come before those of its subfolders, both in the order of the system; on Linux that is by
 /// name without regard to case. The mask holds for folders too, but every subfolder is searched, whatever its name. A link
-/// to a folder is listed like a folder and never entered. A folder that cannot be searched adds nothing. One object, one
-/// thread.
+/// to a folder is listed like a folder and never entered. A folder that cannot be searched adds nothing: SetLeftOut names
+/// who hears of it. One object, one thread.
 class QVCOMMON_API FileFinder : public CObject {
 public:
     /// 0, as at first, lists files only, 1 folders only, any other value both.
@@ -126,6 +128,10 @@ public:
     virtual void UpdateProgress(const char* title);
     virtual void StopProgress();
 
+    /// Who hears of folders that cannot be searched and of entries that vanish during the walk; null, as at first, for
+    /// nobody. The caller keeps its life.
+    void SetLeftOut(ILeftOut* observer);
+
 private:
     void DiscoverEntries(const CString& path, const CString& offset, int depth, CStringArray* subfolders);
     CStringArray Subfolders(const CString& path, const CString& offset) const;
@@ -139,4 +145,5 @@ private:
     CArray<CFoundInfo> m_foundInfo;
     int m_recurse = 0;
     int m_includeDirectories = 0;
+    ILeftOut* m_leftOut = nullptr;
 };

@@ -1,9 +1,10 @@
 #pragma once
 
 /// @file Everyday file work. All members are static and free of state. Paths may use "\" on every system, and those that
-/// members give back do; GetNativePath gives the system's own form.
+/// members give back do: the library's form. GetLibraryPath and GetNativePath lead from the system's own form and back.
 
 #include "qvcommon/framework/Collections.h"
+#include "qvcommon/framework/LeftOut.h"
 
 /// Hears of shell operations where the system has no progress window of its own.
 class QVCOMMON_API IShellProgress {
@@ -35,9 +36,14 @@ public:
     /// The name of a URL: percent signs undone, "file:///" taken away, "\" for "/". A URL with two slashes only keeps its
     /// "file:", so this is not the way back from FileNameToFileUrl.
     static CString FileUrlToFileName(const char* url);
-    /// The form in which the system itself takes a path: on Linux "/" stands for every "\". (A name that holds a backslash
-    /// of its own cannot be reached through this library there.)
+    /// The form in which the system itself takes a path: on Linux "/" for every "\", and "\" for every U+F05C. For showing
+    /// a path, and for the system's own calls.
     static CString GetNativePath(const char* path);
+    /// The way back, for paths from outside: arguments, the environment, dialogs, other libraries. Only a path in this form
+    /// may be split at its "\". "\" for every "/"; on Linux a name's own "\" becomes the character U+F05C (EF 81 9C in any
+    /// code page), and one that is U+F05C or U+F025 already gets a U+F025 before it, so that GetNativePath gives the same
+    /// bytes again.
+    static CString GetLibraryPath(const char* nativePath);
 
     /// The kind of the file system on which a path lies, by the system's own name: "ext4", "fuse.sshfs", "NTFS". Empty
     /// where the path does not exist or the system does not tell.
@@ -113,8 +119,8 @@ public:
 
     /// Renames the file to the same name with the extension "bak". A backup that is there already goes. Nothing happens
     /// without a file. Read-only files are made writable first.
-    /// @throws CFileException* when the file cannot be renamed (the old backup may be gone then), is a backup by its name
-    /// already, or has a path too long for CFilePath; nothing was touched in the last two cases.
+    /// @throws CFileException* when the file cannot be renamed (the old backup may be gone then), or is a backup by its name
+    /// already; nothing was touched in the last case.
     static void BackupFile(const char* path);
 
     // Trees (files/DelTree.cpp, files/ShellOperations.cpp)
@@ -128,6 +134,9 @@ public:
     /// @throws CFileException* with its name for the first entry that cannot be deleted and the first folder that cannot be
     /// read; the rest stays.
     static void DelTree(const char* directory, int removeItself);
+    /// The same, but what cannot be deleted or read is told to the observer, folders that stay included, and all the rest is
+    /// deleted. Raises what the observer raises.
+    static void DelTree(const char* directory, int removeItself, ILeftOut& leftOut);
 
     /// Bits of the shell operations' flags. Windows knows more and gets them all.
     enum ShellFlags : unsigned short {

@@ -53,6 +53,7 @@
 #include "qvcommon/framework/FileTime.h"
 #include "qvcommon/framework/Format.h"
 #include "qvcommon/framework/FtpFileFind.h"
+#include "qvcommon/framework/LeftOut.h"
 #include "qvcommon/framework/MessageBox.h"
 #include "qvcommon/framework/Module.h"
 #include "qvcommon/framework/Object.h"

@@ -74,7 +74,7 @@ struct AtomicFile::Body {
 
 private:
     Status StatusOf(const Result<int>& call) const {
-        return folder == AT_FDCWD ? call.statusAt(target.c_str()) : call.status();
+        return folder == AT_FDCWD ? call.statusAt(LibraryPath(target).c_str()) : call.status();
     }
 
     template <class Take>
@@ -91,7 +91,7 @@ private:
 
     const int folder;  // where the names begin; AT_FDCWD for a path
     const Access access;
-    const std::string target;
+    const std::string target;    // in the system's own form
     const std::string prefix;    // the target's folder with its final separator; empty for the folder itself
     std::string temporary = {};  // the file's own name; empty while it has none
 };
@@ -157,7 +157,7 @@ Result<int> AtomicFile::Body::ReplaceTarget() {
 /// Opens the target as if to write it, and makes the new version like it. Nothing is opened where there is no target.
 Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
     FileHandle handle = kNoFile;
-    const Status opened = OpenFile(target.c_str(), {.write = true, .denyWrite = true}, handle);
+    const Status opened = OpenFile(LibraryPath(target).c_str(), {.write = true, .denyWrite = true}, handle);
     if (!opened.ok()) return opened.cause() == FileCause::FileNotFound ? Status() : opened;
     existing = UniqueFd(static_cast<int>(handle));
     struct stat status;

@@ -127,7 +127,7 @@ Status CopyWholeFile(const char* from, const char* to) {
 Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
                   const std::string& newName) {
     return Copy(Location::In(from, name), source, Location::In(to, newName),
-                [&](AtomicFile& copy) { return copy.CreateIn(to, newName); });
+                [&](AtomicFile& copy) { return copy.CreateIn(to, NativePath(newName)); });
 }
 
 }  // namespace qv::platform

@@ -18,6 +18,10 @@ Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle
     return {};
 }
 
+Status MayRead(const char* path) {
+    return sys::faccessat(AT_FDCWD, NativePath(path).c_str(), R_OK, AT_EACCESS).statusAt(path);
+}
+
 Status CloseAndRemove(FileHandle handle, const char* path) {
     const UniqueFd file(static_cast<int>(handle));
     const std::string native = NativePath(path);

@@ -18,8 +18,7 @@ Result<int> OpenIn(const Folder& folder, const std::string& name, int flags) {
 }  // namespace
 
 bool IsPlainName(std::string_view name) {
-    return !name.empty() && name != "." && name != ".." &&
-           name.find_first_of(std::string_view("/\\\0", 3)) == name.npos;
+    return !name.empty() && name != "." && name != ".." && name.find_first_of(std::string_view("/\0", 2)) == name.npos;
 }
 
 Status MakeFolderIn(const Folder& folder, const std::string& name) {

@@ -15,14 +15,15 @@ struct Location {
 
     /// `path` may use "\".
     static Location OfPath(const char* path) { return {.name = NativePath(path)}; }
+    /// `name` is in the library's form.
     static Location In(const Folder& folder, const std::string& name) {
-        return {.folder = DescriptorOf(folder), .name = name};
+        return {.folder = DescriptorOf(folder), .name = NativePath(name)};
     }
 
     /// A missing folder is told from a missing file only where the name is a path.
     template <class Value>
     Status StatusOf(const Result<Value>& call) const {
-        return folder == AT_FDCWD ? call.statusAt(name.c_str()) : call.status();
+        return folder == AT_FDCWD ? call.statusAt(LibraryPath(name).c_str()) : call.status();
     }
 };
 

@@ -1,6 +1,7 @@
 #include "platform/Path.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -10,9 +11,37 @@
 namespace qv::platform {
 namespace {
 
-std::string Replaced(std::string_view path, char from, char to) {
-    std::string text(path);
-    std::replace(text.begin(), text.end(), from, to);
+constexpr std::string_view kBackslash = "\xEF\x81\x9C", kEscape = "\xEF\x80\xA5";
+constexpr char kLead = '\xEF';
+
+bool HasStandIn(std::string_view text) {
+    return text.starts_with(kBackslash) || text.starts_with(kEscape);
+}
+
+std::string WithoutStandIns(std::string_view text) {
+    std::string native;
+    native.reserve(text.size());
+    while (!text.empty()) {
+        const bool escaped = text.starts_with(kEscape) && HasStandIn(text.substr(kEscape.size()));
+        if (escaped) text.remove_prefix(kEscape.size());
+        const bool isBackslash = !escaped && text.starts_with(kBackslash);
+        const std::size_t length = isBackslash || escaped ? kBackslash.size() : 1;
+        native.append(isBackslash ? "\\" : text.substr(0, length));
+        text.remove_prefix(length);
+    }
+    return native;
+}
+
+std::string WithStandIns(std::string_view native) {
+    std::string text;
+    text.reserve(native.size() + kBackslash.size());
+    for (; !native.empty(); native.remove_prefix(1)) {
+        if (HasStandIn(native)) text += kEscape;
+        if (native.front() == '\\')
+            text += kBackslash;
+        else
+            text += native.front();
+    }
     return text;
 }
 
@@ -27,11 +56,28 @@ bool HasDriveLetters() {
 }
 
 std::string NativePath(std::string_view path) {
-    return Replaced(path, '\\', '/');
+    std::string native(path);
+    std::replace(native.begin(), native.end(), '\\', '/');
+    return native.find(kLead) == native.npos ? native : WithoutStandIns(native);
 }
 
 std::string LibraryPath(std::string_view native) {
-    return Replaced(native, '/', '\\');
+    std::string path = LibraryName(std::string(native));
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+std::string LibraryName(std::string name) {
+    if (!IsPlainInBothForms(name)) name = WithStandIns(name);
+    return name;
+}
+
+bool IsPlainInBothForms(std::string_view name) {
+    return name.find('\\') == name.npos && name.find(kLead) == name.npos;
+}
+
+std::size_t LongestPath() {
+    return PATH_MAX - 1;
 }
 
 std::string FullPath(const char* path) {

@@ -18,6 +18,10 @@ bool IsReaderGone(std::uint32_t error) {
     return error == EPIPE;
 }
 
+bool IsOutputTerminal() {
+    return sys::isatty(STDOUT_FILENO).value() == 1;
+}
+
 bool IsErrorTerminal() {
     return sys::isatty(STDERR_FILENO).value() == 1;
 }

@@ -63,6 +63,7 @@ QV_SYSTEM_CALL(Resize, ftruncate);
 
 QV_SYSTEM_CALL(Status, fstat);
 QV_SYSTEM_CALL(Status, fstatat);
+QV_SYSTEM_CALL(Status, faccessat);
 QV_SYSTEM_CALL(Status, statx);
 QV_SYSTEM_CALL(Status, fstatfs);
 QV_SYSTEM_CALL(Status, readlink);

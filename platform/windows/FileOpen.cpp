@@ -30,6 +30,14 @@ Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle
     return file.statusAt(path);
 }
 
+Status MayRead(const char* path) {
+    FileHandle file = kNoFile;
+    const Status opened = OpenFile(path, {.read = true}, file);
+    // Nothing was written through it.
+    if (opened.ok()) CloseFile(file).IgnoreError();
+    return opened;
+}
+
 Status CloseAndRemove(FileHandle handle, const char* path) {
     CloseFile(handle).IgnoreError();  // what the file holds is about to be deleted
     return RemoveFile(path);

@@ -27,6 +27,7 @@ FileSearch& FileSearch::operator=(FileSearch&&) noexcept = default;
 
 Status FileSearch::Start(const char* pattern, LastName lastName) {
     m_state.reset();
+    m_passedOver.clear();
     m_leftOut = {};
     if (lastName == LastName::NoLink && IsFolderLink(FolderOf(pattern).c_str()))
         return Status::OfError(ERROR_DIRECTORY);
@@ -38,8 +39,8 @@ Status FileSearch::Start(const char* pattern, LastName lastName) {
     return {};
 }
 
-Status FileSearch::StartIn(const Folder& folder) {
-    return Start(PathIn(folder, "*").c_str());
+void FileSearch::StartIn(const Folder& folder) {
+    if (const Status started = Start(PathIn(folder, "*").c_str()); !started.ok()) PassOver("", started);
 }
 
 bool FileSearch::Next(FoundEntry& entry) {
@@ -47,13 +48,18 @@ bool FileSearch::Next(FoundEntry& entry) {
     if (!std::exchange(m_state->first, false)) {
         const auto found = sys::FindNextFileA(m_state->search.Get(), &m_state->data);
         if (!found.ok()) {
-            if (found.error() != ERROR_NO_MORE_FILES) m_leftOut = found.status();
+            if (found.error() != ERROR_NO_MORE_FILES) PassOver("", found.status());
             m_state.reset();
             return false;
         }
     }
     CopyFindData(m_state->data, entry);
     return true;
+}
+
+void FileSearch::PassOver(std::string name, const Status& status) {
+    m_leftOut = m_leftOut.Or(status);
+    m_passedOver.push_back({std::move(name), status});
 }
 
 }  // namespace qv::platform

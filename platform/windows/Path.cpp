@@ -1,5 +1,7 @@
 #include "platform/Path.h"
 
+#include <algorithm>
+
 #include "platform/windows/System.h"
 
 namespace qv::platform {
@@ -22,7 +24,21 @@ std::string NativePath(std::string_view path) {
 }
 
 std::string LibraryPath(std::string_view native) {
-    return std::string(native);
+    std::string path(native);
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+std::string LibraryName(std::string name) {
+    return name;
+}
+
+bool IsPlainInBothForms(std::string_view) {
+    return true;
+}
+
+std::size_t LongestPath() {
+    return MAX_PATH - 1;
 }
 
 std::string FullPath(const char* path) {

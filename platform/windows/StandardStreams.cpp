@@ -28,6 +28,10 @@ bool IsReaderGone(std::uint32_t error) {
     return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
 }
 
+bool IsOutputTerminal() {
+    return ::_isatty(::_fileno(stdout)) != 0;
+}
+
 bool IsErrorTerminal() {
     return ::_isatty(::_fileno(stderr)) != 0;
 }

@@ -11,6 +11,7 @@
 #include "qvcommon/framework/File.h"
 #include "tests/support/CabinetError.h"
 #include "tests/support/CabinetOf.h"
+#include "tests/support/LeftOutRecorder.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
@@ -95,10 +96,13 @@ TEST(CabinetFailure, NamesArchiveMemberAndCause) {
     folder.Write("lzx.cab", qv::test::CabinetOf({{kStored, {"ab"}, {{"x", 2}}},
                                                  {kQuantum, {"zz"}, {{"quantum", 2}}},
                                                  {kQuantum, {"zz"}, {{"more", 2}}}}));
+    Recorder recorder;
     CReadCab reader;
     reader.SetDestPath(folder / "bare");
+    reader.SetLeftOut(&recorder);
     EXPECT_EQ(Described(folder, [&] { reader.ReadCab(folder / "lzx.cab"); }),
               "lzx.cab: quantum: Unknown compression type (Quantum); 1 other members as well");
+    EXPECT_EQ(recorder.names, (std::vector<std::string>{"0 quantum", "0 more"}));
     EXPECT_EQ(ReadTree(folder.Native("bare")), (std::map<std::string, std::string>{{"x", "ab"}}));
 
     folder.Write("bare/sub", "a file where a folder is needed");
@@ -112,6 +116,21 @@ TEST(CabinetFailure, NamesArchiveMemberAndCause) {
     maker.CreateNewCab();
     EXPECT_THAT(Described(folder, [&] { maker.AddFile(folder / "in\\missing"); }),
                 ContainsRegex("^new.cab: in.missing: Failure opening file to be stored in cabinet: ."));
+    maker.CreateNewCab();
+    maker.AddManifest({"*ROOT*file", "*ROOT*sub\\missing"});
+    maker.AddFile(folder / "in\\sub\\file");
+    maker.Commit();
+    Recorder missing;
+    CReadCab unpacker;
+    unpacker.SetLeftOut(&missing);
+    unpacker.Unpack(folder / "less", folder / "new.cab");
+    EXPECT_EQ(missing.names, std::vector<std::string>{"0 missing"});
+    maker.CreateNewCab();
+    maker.AddManifest({"*ROOT*sub\\a:b/../c"});
+    maker.AddFile(folder / "in\\sub\\file");
+    maker.Commit();
+    EXPECT_THAT(Described(folder, [&] { unpacker.Unpack(folder / "less", folder / "new.cab"); }),
+                ContainsRegex("^new.cab: less.sub.a:b.*c: Corrupt cabinet"));
     std::error_code error;
     fs::create_symlink("nowhere", folder.Native("in/sub/dangling"), error);
     if (error) return;

@@ -1,15 +1,19 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cstdlib>
 #include <functional>
+#include <set>
 
 #include "platform/Path.h"
 #include "platform/Process.h"
+#include "qvcommon/Cabinet.h"
 #include "qvcommon/Checksum.h"
 #include "qvcommon/CopyTree.h"
 #include "qvcommon/FileFinder.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/File.h"
+#include "tests/support/LeftOutRecorder.h"
 #include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
@@ -42,18 +46,79 @@ int CopyErrors(const CString& from, const CString& to) {
     return errors.count;
 }
 
-TEST(HostileTree, NamesOfAnyBytesAreFoundCopiedAndDeleted) {
+/// A tree whose names hold what names may hold on Linux: all bytes, no text of any code page, what the library's form uses
+/// itself. Returns the paths of its files from the root, in the system's own form.
+std::set<std::string> MakeHostileTree(const fs::path& root) {
+    std::set<std::string> names = {"\\",
+                                   std::string(255, 'n'),
+                                   std::string(255, '\\'),
+                                   "a\\b",
+                                   "d\\e/x\\",
+                                   "d/e/x",
+                                   "end.",
+                                   "end ",
+                                   " x",
+                                   "...",
+                                   "Case/x",
+                                   "case/X",
+                                   "\r\n",
+                                   "%s%n",
+                                   "-rf",
+                                   "*?/<>|\":",
+                                   "&#13;",
+                                   "*ROOT",
+                                   "x\xCC\x88",
+                                   "\xE2\x80\xAE"
+                                   "cod.exe",
+                                   "\xEF\x81\x9C",
+                                   "\xEF\x80\xA5",
+                                   "\xEF\x81\\\xEF\x80\xA5\xEF\x81\x9C\x9C"};
+    for (int byte = 1; byte < 256; ++byte)
+        if (byte != '/') names.insert({static_cast<char>(byte), 'x'});
+    for (const std::string& name : names) {
+        fs::create_directories((root / name).parent_path());
+        std::ofstream(root / name, std::ios::binary) << name;
+    }
+    return names;
+}
+
+TEST(HostileTree, EveryNameIsFoundCopiedPackedReportedAndDeleted) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "names are no bytes here";
     const TempFolder folder;
-    fs::create_directory(folder.Native("from"));
-    int made = 0;
-    for (int byte = 1; byte < 256; ++byte)
-        if (byte != '/' && byte != '\\') made += 1, folder.Write(std::string("from/") + char(byte) + "x", "content");
-    EXPECT_EQ(Find(folder / "from").GetSize(), made);
-    EXPECT_EQ(CopyErrors(folder / "from", folder / "to"), 0);
-    EXPECT_EQ(ReadTree(folder.Native("to")), ReadTree(folder.Native("from")));
-    EXPECT_EQ(FileCRC(folder / "to\\\xFFx"), MemCRC("content", 7));
-    CFileUtils::DelTree(folder / "from", 1);
+    const fs::path from = folder.Native("from");
+    const std::set<std::string> made = MakeHostileTree(from);
+    std::set<std::string> found;
+    for (const CString& path : Find(folder / "from")) found.insert(CFileUtils::GetNativePath(path).AsStd());
+    EXPECT_EQ(found, made);
+
+    EXPECT_EQ(ToolStatus({"copy", folder / "from", folder / "copy"}), 0);
+    EXPECT_EQ(ToolStatus({"pack", folder / "from", folder / "p"}), 0);
+    EXPECT_EQ(ToolStatus({"list", folder / "p.cab"}), 0);
+    EXPECT_EQ(ToolStatus({"unpack", folder / "p.cab", folder / "unpacked"}), 0);
+    EXPECT_EQ(ToolStatus({"unpack", "--no-manifest", folder / "p.cab", folder / "bare"}), 0);
+    for (const char* const copy : {"copy", "unpacked"})
+        EXPECT_EQ(RunProgram("diff", {"-r", CString(from.string()), CString(folder.Native(copy).string())}).status, 0);
+
+    CStringArray arguments = {"crc"};
+    std::string checksums;
+    for (const std::string& name : made) {
+        const std::string path = (from / name).string();
+        CString line;
+        line.Format("%08X  %s\n", MemCRC(name), path);
+        arguments.Add(CString(path));
+        checksums += line.AsStd();
+    }
+    EXPECT_TRUE(RunTool(arguments).output == checksums);
+
+    EXPECT_EQ(ToolStatus({"report", folder / "from", "-o", folder / "out"}), 0);
+    const std::string page = folder.Read("out/index.html");
+    for (const std::string& name : made)
+        EXPECT_NE(page.find("../from/" + CStringHelper::EscapePath(name).AsStd() + '"'), page.npos) << name;
+    for (const char* const shown :
+         {">\\u202Ecod.exe<", ">\xE2\x90\xA3x<", ">end\xE2\x90\xA3<", ">\\033x<", ">\\377x<", ">\\r\\n<", ">a\\b<"})
+        EXPECT_NE(page.find(shown), page.npos) << shown;
+
+    EXPECT_EQ(ToolStatus({"delete", folder / "from"}), 0);
     EXPECT_FALSE(folder.Has("from"));
 }
 
@@ -72,31 +137,59 @@ TEST(HostileTree, PipesAreListedAndDeletedAndNeverOpened) {
     EXPECT_FALSE(folder.Has("from"));
 }
 
-/// The tool as run by a user who is not allowed everything.
-ToolAnswer RunAsNobody(const CStringArray& arguments) {
-    const fs::path tool = fs::path(qv::platform::CurrentProgram()).replace_filename("qv");
-    CStringArray words = {"--reuid=65534", "--regid=65534", "--clear-groups", CString(tool.string())};
-    words.Append(arguments);
+/// What the tool, run by a user who is not allowed everything, says on standard error.
+ToolAnswer ErrorsAsNobody(const CStringArray& arguments) {
+    CStringArray words = {
+        "--reuid=65534",    "--regid=65534", "--clear-groups", "sh", "-c", "\"$0\" \"$@\" 2>&1 >/dev/null",
+        CString(ToolPath())};
+    for (const CString& word : arguments) words.Add(CFileUtils::GetNativePath(word));
     return RunProgram("setpriv", words);
 }
 
-TEST(HostileTree, WhatMayNotBeReadIsToldAndPassedOver) {
+TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
     const TempFolder folder;
-    if (qv::platform::HasDriveLetters() || RunAsNobody({"--help"}).status != 0) GTEST_SKIP() << "no other user here";
-    MakeTree(folder.Native(), {"from/a", "from/locked/x", "from/z", "open/"});
+    if (qv::platform::HasDriveLetters() || ErrorsAsNobody({"--help"}).status != 0) GTEST_SKIP() << "no other user here";
+    MakeTree(folder.Native(), {"from/a", "from/locked/x", "from/secret", "from/z/y", "open/"});
+    fs::create_symlink("nowhere", folder.Native("from/dangling"));
+    fs::create_symlink("z", folder.Native("from/link"));
+    if (std::system(("mkfifo " + folder.Native("from/pipe").string()).c_str())) GTEST_SKIP() << "no pipes here";
     fs::permissions(folder.Native("from/locked"), fs::perms::none);
+    fs::permissions(folder.Native("from/secret"), fs::perms::none);
     fs::permissions(folder.Native("open"), fs::perms::all);
-    const CString from = folder / "from", to = folder / "open\\to";
-    EXPECT_EQ(RunAsNobody({"find", from, "--recurse"}).output, "0\ta\n0\tz\n");
-    EXPECT_EQ(RunAsNobody({"copy", from, to}).status, 1);
-    const auto copied = ReadTree(folder.Native("open/to"));
-    EXPECT_EQ(copied.size(), 3u);  // the folder itself comes along, empty
-    EXPECT_EQ(copied.at("z"), "from/z");
-    EXPECT_EQ(RunAsNobody({"delete", from}).status, 1);
-    EXPECT_EQ(ReadTree(folder.Native("from")).size(), 4u);
+    const CString from = folder / "from", open = folder / "open\\";
+    const std::string refused = ": Permission denied", dangling = "dangling: link that leads nowhere",
+                      link = "link: link to a folder, not followed", pipe = "pipe: device, pipe or socket, not read";
+    const struct {
+        CStringArray arguments;
+        std::vector<std::string> leftOut;
+    } rows[] = {{{"find", from, "--recurse"}, {"locked" + refused}},
+                {{"copy", from, open + "to"}, {dangling, link, "locked" + refused, pipe, "secret" + refused}},
+                {{"pack", from, open + "p"}, {dangling, link, "locked" + refused, pipe, "secret" + refused}},
+                {{"report", from, "-o", open + "r"}, {dangling, "locked" + refused, pipe, "secret" + refused}},
+                {{"crc", from + "\\secret"}, {"secret was refused"}},
+                {{"delete", from},
+                 {"a" + refused, "dangling" + refused, "link" + refused, "locked" + refused, "pipe" + refused,
+                  "secret" + refused, "z/y" + refused}}};
+    for (const auto& row : rows) {
+        const ToolAnswer answer = ErrorsAsNobody(row.arguments);
+        EXPECT_EQ(answer.status, 1) << answer.output;
+        for (const std::string& line : row.leftOut)
+            EXPECT_THAT(answer.output, ::testing::HasSubstr((folder.Native("from") / line).string()));
+        EXPECT_EQ(std::count(answer.output.begin(), answer.output.end(), '\n'), std::ssize(row.leftOut) + 1)
+            << answer.output;
+    }
+    EXPECT_EQ(ReadTree(folder.Native("open/to")).size(), 4u);  // the locked folder comes along, empty
+    CReadCab::CabToDirectory(open + "unpacked", open + "p.cab");
+    EXPECT_EQ(ReadTree(folder.Native("open/unpacked")).size(), 5u);  // and the link as an empty folder
+    const std::string page = folder.Read("open/r/index.html");
+    for (const char* const shown :
+         {"#left-out\">4 left out</A>", "<td>leads nowhere</td>", "<td>folder</td>",
+          "<td>unreadable: Permission denied</td>", "<td>locked</td><td>Permission denied</td>"})
+        EXPECT_THAT(page, ::testing::HasSubstr(shown));
+    EXPECT_EQ(ReadTree(folder.Native("from")).size(), 9u);
 }
 
-TEST(HostileTree, WhatVanishesDuringTheWalkIsPassedOver) {
+TEST(HostileTree, WhatVanishesDuringTheWalkIsTold) {
     struct Vanishing : FileFinder {
         fs::path root;
         void UpdateProgress(const char* title) override {
@@ -105,14 +198,49 @@ TEST(HostileTree, WhatVanishesDuringTheWalkIsPassedOver) {
         }
     } finder;
     const TempFolder folder;
+    Recorder recorder;
     MakeTree(folder.Native(), {"a", "b/x", "c", "d/y"});
     finder.root = folder.Native();
     finder.SetSearchPath(folder / "");
     finder.SetSearchMask("*.*");
     finder.SetRecurse(1);
+    finder.SetLeftOut(&recorder);
     finder.Discover();
     EXPECT_EQ(finder.GetFileOffsets()[finder.GetFileOffsets().GetSize() - 1], "d\\y");
     EXPECT_EQ(finder.GetFileOffsets()[0], "a");
+    const std::string vanished = std::to_string(QvLeftOut::vanished) + ' ';
+    if (qv::platform::HasDriveLetters()) return;  // what the system has listed already is found there
+    EXPECT_EQ(recorder.names, (std::vector{vanished + "c", vanished + "b"}));
+}
+
+TEST(HostileTree, FoldersTooDeepForAnyPathAreToldAndDeleted) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "no such depth can be made here";
+    const TempFolder folder;
+    const std::string name(250, 'd'), make = "cd '" + folder.Native().string() +
+                                             "' && for i in 1 2 3 4 5 6 7 8 9 10 11 12 "
+                                             "13 14 15 16 17 18; do mkdir " +
+                                             name + " && cd -P " + name + " || exit; done";
+    ASSERT_EQ(std::system(make.c_str()), 0);
+    Recorder found, copied;
+    FileFinder finder;
+    finder.SetSearchPath(folder / "");
+    finder.SetSearchMask("*");
+    finder.SetRecurse(1);
+    finder.SetLeftOut(&found);
+    finder.Discover();
+    CCopyTree copy;
+    copy.SetLeftOut(&copied);
+    copy.CopyTree(folder / "", folder / "copy");
+    const std::vector<std::string> told = {std::to_string(QvLeftOut::failed) + " dddddddd"};
+    EXPECT_EQ(found.names, told);
+    EXPECT_TRUE(copied.names.empty());  // it needs no paths
+    EXPECT_EQ(
+        std::system(("diff -r '" + folder.Native(name).string() + "' '" + folder.Native("copy/" + name).string() + "'")
+                        .c_str()),
+        0);
+    CFileUtils::DelTree(folder / "", 0, found);
+    EXPECT_EQ(found.names, told);
+    EXPECT_TRUE(fs::is_empty(folder.Native()));
 }
 
 // Each answers as if nothing were there, or as the operation says that it fails; none reaches another file.

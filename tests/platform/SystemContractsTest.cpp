@@ -35,6 +35,7 @@ TEST(SystemContracts, PathsGoThereAndBack) {
     const TempFolder folder;
     const CString path = folder / "a\\b";
     EXPECT_EQ(LibraryPath(NativePath(path)), path.AsStd());
+    EXPECT_EQ(LibraryPath("C:/x/a"), "C:\\x\\a");
     EXPECT_EQ(FullPath(folder / "x\\..\\a\\.\\b"), path.AsStd());
     EXPECT_EQ(TempDirectory().back(), '\\');
     EXPECT_TRUE(IsVolume(SystemFolder().substr(0, HasDriveLetters() ? 3 : 1).c_str()));

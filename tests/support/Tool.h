@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/Process.h"
+#include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/Process.h"
 
 /// What a program answers to arguments and standard input, byte for byte.
@@ -29,7 +30,10 @@ inline std::string ToolPath() {
     return self.substr(0, self.find_last_of("/\\") + 1) + "qv";
 }
 
-inline ToolAnswer RunTool(const CStringArray& arguments, std::string_view input = {}) {
+/// Absolute paths in the library's form reach the tool in the system's own, as a user writes them.
+inline ToolAnswer RunTool(CStringArray arguments, std::string_view input = {}) {
+    for (CString& argument : arguments)
+        if (argument.AsStd().starts_with('\\')) argument = CFileUtils::GetNativePath(argument);
     return RunProgram(ToolPath().c_str(), arguments, input);
 }
 

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+
+#include "platform/Path.h"
 #include "tests/support/CabinetOf.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
@@ -31,6 +34,19 @@ TEST(ArchiveCommands, PackListAndUnpack) {
     EXPECT_THAT(RunTool({"list", folder / "other.cab"}).output, ::testing::ContainsRegex("524288\t2025.*\tzeros"));
     EXPECT_EQ(ToolStatus({"unpack", folder / "other.cab", folder / "other"}), 1);
     EXPECT_EQ(folder.Read("other/x"), "ab");
+}
+
+TEST(ArchiveCommands, NamesDoNotCommandTheTerminal) {
+    const TempFolder folder;
+    const std::string name = "\x1B[31mred\n0\x7F\xC2\x9B\xC3\xA9";
+    folder.Write("a.cab", qv::test::CabinetOf({{qv::cabinet::kStored, {"ab"}, {{name, 2}}}}));
+    const CString archive = folder / "a.cab";
+    EXPECT_THAT(RunTool({"list", archive}).output, ::testing::HasSubstr(name));
+    if (qv::platform::HasDriveLetters() || std::system("script -qec true /dev/null"))
+        GTEST_SKIP() << "no terminals here";
+    const std::string list = ToolPath() + " list " + folder.Native("a.cab").string();
+    EXPECT_THAT(RunProgram("script", {"-qec", CString("LC_ALL=C " + list), "/dev/null"}).output,
+                ::testing::HasSubstr("\t\\033[31mred\\n0\\177\\302\\233\xC3\xA9\r\n"));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "platform/Path.h"
 #include "tests/support/Metafile.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
@@ -35,6 +36,12 @@ TEST(EmfCommand, NormalisesToEqualBytesAndReplacesOnlyByAWholeFile) {
     EXPECT_EQ(folder.Read("in.emf"), SmallMetafile(0));
     EXPECT_EQ(ToolStatus({"emf", "normalise", folder / "in.emf", folder / "none/out.emf"}), 1);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Native()), {}), 2);
+    if (qv::platform::HasDriveLetters()) return;
+    // The new version is made beside its place: nothing can be made in the current folder.
+    const CStringArray elsewhere = {"-c", "cd /proc && exec \"$0\" emf normalise \"$1\" \"$2\"", CString(ToolPath()),
+                                    CString(folder.Native("in.emf").string()), CString(folder.Native("b\\c").string())};
+    EXPECT_EQ(RunProgram("sh", elsewhere).status, 0);
+    EXPECT_EQ(folder.Read("b\\c"), SmallMetafile(0));
 }
 
 // Metafiles of other programs; tests/data/emf/README.md says how they were made, and that the cleaned ones look the same.

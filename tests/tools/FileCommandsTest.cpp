@@ -25,7 +25,7 @@ TEST(FileCommands, DoWhatTheySay) {
     EXPECT_EQ(ToolStatus({"delete", out}), 0);
     EXPECT_FALSE(folder.Has("out"));
     folder.Write("crc", "123456789");
-    EXPECT_EQ(RunTool({"crc", folder / "crc"}).output, "CBF43926  " + (folder / "crc").AsStd() + "\n");
+    EXPECT_EQ(RunTool({"crc", folder / "crc"}).output, "CBF43926  " + folder.Native("crc").string() + "\n");
     EXPECT_EQ(ToolStatus({"backup", folder / "crc"}), 0);
     EXPECT_EQ(folder.Read("crc.bak"), "123456789");
     EXPECT_EQ(ToolStatus({"log", folder / "log", "a line"}), 0);

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "platform/Process.h"
+#include "qvcommon/FileUtils.h"
 #include "qvcommon/LockFile.h"
 #include "tests/support/Child.h"
 #include "tests/support/RecordingClock.h"
@@ -49,7 +50,8 @@ TEST(LockCommand, KeepsTheLockUntilTheCommandEndsWhateverBecomesOfIt) {
     const TempFolder folder;
     const CString document = folder / "document", self(qv::platform::CurrentProgram());
     CProcess tool;
-    tool.Start(ToolPath().c_str(), {"lock", document, "--", self, "--child=RunUntilTheInputEnds"},
+    tool.Start(ToolPath().c_str(),
+               {"lock", CFileUtils::GetNativePath(document), "--", self, "--child=RunUntilTheInputEnds"},
                CProcess::pipeInput | CProcess::pipeOutput);
     ASSERT_EQ(LineFrom(tool), "running");
     tool.Kill();

@@ -24,14 +24,15 @@ fs::path FromUtf8(const std::string& text) {
     return std::u8string(text.begin(), text.end());
 }
 
-// The files that the page's links lead to, as paths from the page, but for its other orders; pictures stand twice, before
+// The files that the page's links lead to, as paths from the page, but for its own parts and orders; pictures stand twice, before
 // the files of their folder.
 std::vector<std::string> LinkedFiles(const std::string& html) {
     const CHtmlDocument page(html);
     std::vector<std::string> files;
     for (int i = 0; i < page.GetElementCount(); ++i) {
         const std::string address = page.GetAddress(i, "href").AsStd();
-        if (page.GetTag(i) == "a" && !address.starts_with("by-")) files.push_back(PercentDecoded(address));
+        if (page.GetTag(i) == "a" && !address.starts_with("by-") && !address.starts_with('#'))
+            files.push_back(PercentDecoded(address));
     }
     return files;
 }
@@ -68,6 +69,8 @@ TEST_F(ReportCommand, LinksEveryFileInOrder) {
     EXPECT_NE(page.find("b #%&amp;'+;=@\xC3\xA0\xC3\xA9.txt</A>"), page.npos);
     EXPECT_NE(page.find("6 files in 4 folders &middot; 30 bytes (30 bytes)"), page.npos);
     EXPECT_NE(page.find(">CBF53A1C<"), page.npos);  // of "12345"
+    EXPECT_NE(page.find("#left-out\">1 left out<"), page.npos);
+    EXPECT_NE(page.find("<td>.git</td>"), page.npos);
     for (const char* const asset : {"report.css", "qvcommon.css", "TreeMenu.js", "open.gif"})
         EXPECT_TRUE(fs::exists(m_folder.Native("out/report-files") / asset)) << asset;
 }

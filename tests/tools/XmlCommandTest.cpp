@@ -99,7 +99,7 @@ TEST(XmlCommand, LosesNoUpdate) {
 TEST(XmlCommand, KeepsTextsInEveryEnvironment) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the code page does not follow the environment here";
     const TempFolder folder;
-    const CString file = folder / "a.xml";
+    const CString file(folder.Native("a.xml").string());
     const std::string qv = ToolPath();
     const CStringArray utf8[] = {{"-i"}, {"LC_ALL=C"}, {"LC_ALL=POSIX"}, {"-i", "LANG=C.UTF-8"}};
     for (CStringArray environment : utf8) {

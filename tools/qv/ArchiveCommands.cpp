@@ -1,11 +1,12 @@
-#include <cstdio>
 #include <memory>
 
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/LeftOuts.h"
 #include "tools/qv/Lines.h"
 #include "tools/qv/Progress.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
@@ -50,7 +51,7 @@ protected:
         const unsigned date = member.date, time = member.time;
         CString line;
         line.Format("%u\t%04u-%02u-%02u %02u:%02u:%02u\t%s", member.size, 1980 + (date >> 9), (date >> 5) & 15,
-                    date & 31, time >> 11, (time >> 5) & 63, (time & 31) * 2, member.name);
+                    date & 31, time >> 11, (time >> 5) & 63, (time & 31) * 2, ForOutput(Native(member.name.AsStd())));
         m_lines.Add(line.AsStd());
         return 0;
     }
@@ -72,20 +73,26 @@ void Run(Action action) {
 }
 
 void Pack(const Options& options) {
-    if (!CFileUtils::IsDirectory(options.folder.c_str())) throw Failed(options.folder + ": no such folder");
-    ReportedPack().Pack(options.folder.c_str(), options.archive.c_str(), !options.noRecurse);
+    if (!CFileUtils::IsDirectory(options.folder.c_str())) throw FailedOn(options.folder, "no such folder");
+    LeftOuts leftOuts;
+    {
+        ReportedPack pack;
+        pack.SetLeftOut(&leftOuts);
+        pack.Pack(options.folder.c_str(), options.archive.c_str(), !options.noRecurse);
+    }
+    leftOuts.Check();
 }
 
-void Unpack(const Options& options) {
+void Unpack(const Options& options, ILeftOut& leftOuts) {
     ReportedUnpack unpack;
+    unpack.SetLeftOut(&leftOuts);
     unpack.SetRestoreTimes(1);
     const CString first = CReadCab::FindFirstCabinet(options.archive.c_str());
     const bool hasManifest = CReadCab::HasManifest(first);
     if (hasManifest && !options.noManifest) return unpack.Unpack(options.folder.c_str(), first);
     if (!hasManifest && !options.noManifest)
-        std::fprintf(stderr, "qv: %s has no manifest: members are unpacked by their own names\n",
-                     static_cast<const char*>(CFileUtils::GetNativePath(first)));
-    if (!QvCreateDirectory(options.folder.c_str())) throw Failed(options.folder + ": the folder cannot be made");
+        Complain(Native(first.AsStd()) + " has no manifest: members are unpacked by their own names");
+    if (!QvCreateDirectory(options.folder.c_str())) throw FailedOn(options.folder, "the folder cannot be made");
     unpack.SetDestPath(options.folder.c_str());
     unpack.ReadCab(first);
 }
@@ -93,12 +100,13 @@ void Unpack(const Options& options) {
 void AddPack(Command app) {
     Command command = app.Add("pack", "Pack a folder into a cabinet archive");
     const auto options = std::make_shared<Options>();
-    command.AddOption("FOLDER", options->folder, "The folder").Require();
-    command.AddOption("ARCHIVE", options->archive, "The archive; its extension becomes .cab").Require();
+    command.AddPath("FOLDER", options->folder, "The folder").Require();
+    command.AddPath("ARCHIVE", options->archive, "The archive; its extension becomes .cab").Require();
     command.AddFlag("--no-recurse", options->noRecurse, "Leave out what subfolders hold");
     command.SetFooter(
         "Names, contents, times and the read-only attribute are stored. Owners, access lists and the\n"
-        "executable bit are not: unpacked files get the permissions of new files.\n"
+        "executable bit are not: unpacked files get the permissions of new files. What cannot be packed is named and\n"
+        "left out; the exit status is 1 then.\n"
         "Example:\n  qv pack photos photos.cab");
     command.SetAction([options] { Run([&] { Pack(*options); }); });
 }
@@ -106,20 +114,24 @@ void AddPack(Command app) {
 void AddUnpack(Command app) {
     Command command = app.Add("unpack", "Unpack a cabinet archive into a folder");
     const auto options = std::make_shared<Options>();
-    command.AddOption("ARCHIVE", options->archive, "The archive").Require();
-    command.AddOption("FOLDER", options->folder, "Where to; made when it is missing").Require();
+    command.AddPath("ARCHIVE", options->archive, "The archive").Require();
+    command.AddPath("FOLDER", options->folder, "Where to; made when it is missing").Require();
     command.AddFlag("--no-manifest", options->noManifest,
                     "Members by their own names, as in archives of other programs");
     command.SetFooter(
         "Any cabinet of a set will do. Stored, MSZIP and LZX data are read; members with Quantum data are left out.\n"
         "Example:\n  qv unpack photos.cab copy-of-photos");
-    command.SetAction([options] { Run([&] { Unpack(*options); }); });
+    command.SetAction([options] {
+        LeftOuts leftOuts;
+        Run([&] { Unpack(*options, leftOuts); });
+        leftOuts.Check();
+    });
 }
 
 void AddList(Command app) {
     Command command = app.Add("list", "List the members of a cabinet archive");
     const auto options = std::make_shared<Options>();
-    command.AddOption("ARCHIVE", options->archive, "The archive").Require();
+    command.AddPath("ARCHIVE", options->archive, "The archive").Require();
     command.SetFooter("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
     command.SetAction([options] { Run([&] { Listing{options->archive}; }); });
 }

@@ -33,7 +33,7 @@ public:
         CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit);
         m_headerSize = LoadConverted(file);
     } catch (const char*) {
-        throw Failed(path + ": " + WhatIs(path));
+        throw FailedOn(path, WhatIs(path));
     }
 
     std::string Info() const {
@@ -68,7 +68,7 @@ private:
 void Convert(const std::string& path, const std::string& out) {
     Bitmap bitmap(path);
     WholeFile file(out);
-    if (!bitmap.SaveWhole(file)) throw Failed(path + ": rows are missing, or no bitmap has this depth");
+    if (!bitmap.SaveWhole(file)) throw FailedOn(path, "rows are missing, or no bitmap has this depth");
     file.Commit();
 }
 
@@ -80,15 +80,15 @@ void AddBmp(Command app) {
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
 
     Command info = bmp.Add("info", "Print the header's fields, the sizes of rows in bytes, and the colours");
-    info.AddOption("FILE", *path, "The bitmap").Require();
+    info.AddPath("FILE", *path, "The bitmap").Require();
     info.SetFooter("Example:\n  qv bmp info photo.bmp");
     info.SetAction([path] { AfxWriteStandardOutput(Bitmap(*path).Info()); });
 
     Command convert =
         bmp.Add("convert",
                 "Write a bitmap with a header of 40 bytes, and sizes, masks, colours and rows as the format asks for");
-    convert.AddOption("FILE", *path, "The bitmap").Require();
-    convert.AddOption("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
+    convert.AddPath("FILE", *path, "The bitmap").Require();
+    convert.AddPath("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
     convert.SetFooter("Example:\n  qv bmp convert odd.bmp clean.bmp");
     convert.SetAction([path, out] { Convert(*path, *out); });
 }

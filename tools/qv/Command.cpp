@@ -4,7 +4,21 @@
 
 #include <utility>
 
+#include "qvcommon/FileUtils.h"
+#include "tools/qv/Visible.h"
+
 namespace qv::tool {
+namespace {
+
+std::string ToLibraryForm(const std::string& path) {
+    return CFileUtils::GetLibraryPath(path.c_str()).AsStd();
+}
+
+}  // namespace
+
+Failed FailedOn(const std::string& path, const std::string& what) {
+    return Failed(Native(path) + ": " + what);
+}
 
 Option& Option::Require() {
     m_option->required();
@@ -64,6 +78,14 @@ Option Command::AddOption(const char* names, unsigned& value, const char* descri
 Option Command::AddOption(const char* names, int& value, const std::map<std::string, int>& words,
                           const char* description) {
     return Option(*m_app->add_option(names, value, description)->transform(CLI::CheckedTransformer(words)));
+}
+
+Option Command::AddPath(const char* names, std::string& path, const char* description) {
+    return Option(*m_app->add_option(names, path, description)->transform(ToLibraryForm));
+}
+
+Option Command::AddPath(const char* names, std::vector<std::string>& paths, const char* description) {
+    return Option(*m_app->add_option(names, paths, description)->transform(ToLibraryForm));
 }
 
 void Command::AddFlag(const char* names, bool& value, const char* description) {

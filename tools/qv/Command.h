@@ -20,6 +20,9 @@ struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// The failure of work on a path, which comes in the library's form.
+Failed FailedOn(const std::string& path, const std::string& what);
+
 /// A command line that the parser has accepted and that makes no sense: the text is printed, and the tool exits with 2.
 struct WrongUsage : std::runtime_error {
     using std::runtime_error::runtime_error;
@@ -68,6 +71,9 @@ public:
     Option AddOption(const char* names, unsigned& value, const char* description);
     /// An option whose words stand for numbers.
     Option AddOption(const char* names, int& value, const std::map<std::string, int>& words, const char* description);
+    /// Options and operands that are paths: the variable gets them in the library's form.
+    Option AddPath(const char* names, std::string& path, const char* description);
+    Option AddPath(const char* names, std::vector<std::string>& paths, const char* description);
     void AddFlag(const char* names, bool& value, const char* description);
 
     /// The text below the help: what else is to be said, and an example.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -5,6 +6,7 @@
 #include "tools/qv/Commands.h"
 #include "tools/qv/Lines.h"
 #include "tools/qv/Utf8Path.h"
+#include "tools/qv/Visible.h"
 #include "tools/qv/WholeFile.h"
 
 namespace qv::tool {
@@ -14,7 +16,7 @@ namespace {
 class WholeMetafile : public CParseEmf {
 public:
     void Walk(const std::string& path) {
-        if (!ProcessFile(path.c_str())) throw Failed(path + ": the file ends before its end-of-file record");
+        if (!ProcessFile(path.c_str())) throw FailedOn(path, "the file ends before its end-of-file record");
     }
 
     int ProcessMetafileRecords(CFile& file) override {
@@ -31,8 +33,7 @@ std::string Numbers(const char* label, const EmfRecord& record, std::size_t offs
     return line;
 }
 
-// The header's description in UTF-8: the program's name, a zero and the picture's name. Nothing of it may command the
-// terminal.
+// The header's description in UTF-8: the program's name, a zero and the picture's name.
 std::string Description(const EmfRecord& header) {
     constexpr std::size_t lengthAt = 60, offsetAt = 64;
     const std::uint64_t length = header.Word(lengthAt), offset = header.Word(offsetAt);
@@ -40,13 +41,8 @@ std::string Description(const EmfRecord& header) {
     std::u16string text(static_cast<std::size_t>(length), u'\0');
     std::memcpy(text.data(), header.At(static_cast<std::size_t>(offset)), text.size() * sizeof(char16_t));
     text.erase(text.find_last_not_of(u'\0') + 1);
-    std::string shown = Utf8(std::filesystem::path(text));
-    for (char& c : shown)
-        if (c == 0)
-            c = '|';
-        else if (static_cast<unsigned char>(c) < ' ' || c == 0x7F)
-            c = '?';
-    return shown;
+    std::ranges::replace(text, u'\0', u'|');
+    return VisibleOnTerminal(Utf8(std::filesystem::path(text)));
 }
 
 class RecordList : public WholeMetafile {
@@ -98,7 +94,7 @@ void Normalise(const std::string& path, const std::string& out) {
 void AddList(Command emf) {
     Command command = emf.Add("list", "List the records of a metafile: number, name and size in bytes");
     const auto path = std::make_shared<std::string>();
-    command.AddOption("FILE", *path, "The metafile").Require();
+    command.AddPath("FILE", *path, "The metafile").Require();
     command.SetFooter(
         "Behind the first record stand the header's bounds and frame (left, top, right, bottom), the device's size in "
         "pixels\n"
@@ -110,8 +106,8 @@ void AddNormalise(Command emf) {
     Command command =
         emf.Add("normalise", "Write a metafile anew with the bytes cleared that the format leaves undefined");
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
-    command.AddOption("FILE", *path, "The metafile").Require();
-    command.AddOption("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
+    command.AddPath("FILE", *path, "The metafile").Require();
+    command.AddPath("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
     command.SetFooter("Example:\n  qv emf normalise drawing.emf clean.emf");
     command.SetAction([path, out] { Normalise(*path, *out); });
 }

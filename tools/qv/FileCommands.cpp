@@ -1,11 +1,12 @@
-#include <cstdio>
 #include <memory>
 
-#include "qvcommon/Checksum.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Crc.h"
+#include "tools/qv/LeftOuts.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
@@ -13,36 +14,22 @@ namespace {
 Command AddFileCommand(Command app, const char* name, const char* description, const char* argument, std::string& value,
                        const char* help, const char* example) {
     Command command = app.Add(name, description);
-    command.AddOption(argument, value, help).Require();
+    command.AddPath(argument, value, help).Require();
     command.SetFooter(std::string("Example: ") + example);
     return command;
-}
-
-/// Reads a file to its end. @throws CFileException* when that cannot be done.
-void TryReading(const std::string& path) {
-    CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyNone);
-    char buffer[4096];
-    while (file.Read(buffer, sizeof buffer) > 0) continue;
-}
-
-/// A checksum of 0 may also mean that the file could not be read.
-unsigned long CrcOf(const std::string& path) {
-    const unsigned long crc = FileCRC(path.c_str());
-    if (crc == 0) TryReading(path);
-    return crc;
 }
 
 void PrintCrcs(const std::vector<std::string>& paths) {
     int failures = 0;
     for (const std::string& path : paths) try {
             CString line;
-            line.Format("%08X  %s\n", CrcOf(path), path);
+            line.Format("%08X  %s\n", CrcOf(path), ForOutput(Native(path)));
             AfxWriteStandardOutput(line);
         } catch (CFileException* error) {
             char text[512];
             error->GetErrorMessage(text, sizeof text);
             error->Delete();
-            std::fprintf(stderr, "qv: %s\n", text);
+            Complain(text);
             ++failures;
         }
     if (failures) throw Failed(std::to_string(failures) + " of " + std::to_string(paths.size()) + " could not be read");
@@ -61,9 +48,11 @@ void AddDelete(Command app) {
     command.AddFlag("--keep-root", options->keepRoot, "Keep the folder itself, empty");
     command.SetAction([options] {
         const char* const folder = options->folder.c_str();
-        if (!CFileUtils::IsDirectory(folder)) throw Failed(options->folder + ": not a folder");
-        CFileUtils::DelTree(folder, !options->keepRoot);
-        if (!options->keepRoot && CFileUtils::IsExist(folder)) throw Failed(options->folder + ": could not be deleted");
+        if (!CFileUtils::IsDirectory(folder)) throw FailedOn(options->folder, "not a folder");
+        LeftOuts leftOuts;
+        CFileUtils::DelTree(folder, !options->keepRoot, leftOuts);
+        leftOuts.Check();
+        if (!options->keepRoot && CFileUtils::IsExist(folder)) throw FailedOn(options->folder, "could not be deleted");
     });
 }
 
@@ -72,7 +61,7 @@ void AddBackup(Command app) {
     AddFileCommand(app, "backup", "Rename a file to the same name with the extension \"bak\"", "FILE", *file,
                    "The file", "qv backup letter.txt")
         .SetAction([file] {
-            if (!CFileUtils::IsExist(file->c_str())) throw Failed(*file + ": no such file");
+            if (!CFileUtils::IsExist(file->c_str())) throw FailedOn(*file, "no such file");
             CFileUtils::BackupFile(file->c_str());
         });
 }
@@ -89,14 +78,14 @@ void AddLog(Command app) {
     command.AddFlag("--stamp", options->stamp, "Put the time in front");
     command.SetAction([options] {
         if (!CFileUtils::Log(options->file.c_str(), options->text.c_str(), options->stamp))
-            throw Failed(options->file + ": the line could not be written");
+            throw FailedOn(options->file, "the line could not be written");
     });
 }
 
 void AddCrc(Command app) {
     const auto files = std::make_shared<std::vector<std::string>>();
     Command command = app.Add("crc", "Print the CRC-32 of files: 8 hex digits, two blanks, name");
-    command.AddOption("FILE", *files, "The files").Require();
+    command.AddPath("FILE", *files, "The files").Require();
     command.SetFooter("Example: qv crc *.zip");
     command.SetAction([files] { PrintCrcs(*files); });
 }

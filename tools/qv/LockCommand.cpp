@@ -5,6 +5,7 @@
 #include "tools/qv/Commands.h"
 #include "tools/qv/Lines.h"
 #include "tools/qv/LockCheck.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
@@ -17,11 +18,11 @@ struct Options {
 };
 
 std::string ReasonOf(const CLockFile& lock, const std::string& document) {
-    if (!lock.GetLockedBy().IsEmpty()) return document + " is locked by " + lock.GetLockedBy().AsStd();
+    if (!lock.GetLockedBy().IsEmpty()) return Native(document) + " is locked by " + lock.GetLockedBy().AsStd();
     char text[512];
     CFileException error = lock.GetLockException();
     error.GetErrorMessage(text, sizeof text);
-    return document + " could not be locked: " + text;
+    return Native(document) + " could not be locked: " + text;
 }
 
 /// Prints what holds in the folder, a line each; false when something does not.
@@ -59,14 +60,14 @@ int RunLocked(const Options& options) {
 void AddLockCommand(Command app) {
     Command command = app.Add("lock", "Run a command while holding the lock on a shared document");
     const auto options = std::make_shared<Options>();
-    command.AddOption("DOCUMENT", options->document, "The document; its lock file lies beside it");
+    command.AddPath("DOCUMENT", options->document, "The document; its lock file lies beside it");
     command.AddOption("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
         .Between(1, 1000)
         .ShowDefault();
     command.AddOption("--wait", options->wait, "Wait for the lock up to this many seconds, instead of --attempts")
         .Between(0, 1000000);
     command.AddOption("COMMAND", options->command, "The command and its arguments, after --");
-    command.AddOption("--check", options->folderToCheck, "Try what locks are worth in this folder, and run nothing")
+    command.AddPath("--check", options->folderToCheck, "Try what locks are worth in this folder, and run nothing")
         .CallValue("FOLDER");
     command.SetFooter(
         "The command holds the lock until it has ended, even if qv is ended before.\n"

@@ -1,17 +1,17 @@
 #include <clocale>
-#include <cstdio>
 #include <exception>
 #include <iostream>
 
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/CommandLine.h"
+#include "tools/qv/Visible.h"
 
 namespace {
 
 using qv::tool::kFailed;
 
 int Fail(const char* reason) {
-    std::fprintf(stderr, "qv: %s\n", reason);
+    qv::tool::Complain(reason);
     return kFailed;
 }
 

@@ -6,10 +6,14 @@
 
 namespace qv::tool {
 
+void ClearProgressLine() {
+    std::fprintf(stderr, "\r%60s\r", "");
+}
+
 Progress::Progress(const char* what, std::size_t total) : m_what(what), m_total(total), m_shown(AfxIsErrorTerminal()) {}
 
 Progress::~Progress() {
-    if (m_shown) std::fprintf(stderr, "\r%60s\r", "");
+    if (m_shown) ClearProgressLine();
 }
 
 void Progress::Add(std::size_t count) {

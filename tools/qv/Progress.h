@@ -5,6 +5,9 @@
 
 namespace qv::tool {
 
+/// Empties the line that a Progress may have written on standard error, which has to be a terminal.
+void ClearProgressLine();
+
 /// One line on standard error that counts, when that is a terminal; nothing otherwise. The line goes with the object.
 class Progress {
 public:

@@ -4,6 +4,7 @@
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/File.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/LeftOuts.h"
 #include "tools/qv/Utf8Path.h"
 #include "tools/qv/report/ReportPage.h"
 #include "tools/qv/report/StyleSheet.h"
@@ -22,8 +23,8 @@ struct Options {
 fs::path ExistingFolder(const std::string& argument) {
     std::error_code failed;
     fs::path folder = fs::canonical(PathFromArgument(argument), failed);
-    if (failed) throw Failed(argument + ": " + failed.message());
-    if (!fs::is_directory(folder)) throw Failed(argument + ": not a folder");
+    if (failed) throw FailedOn(argument, failed.message());
+    if (!fs::is_directory(folder)) throw FailedOn(argument, "not a folder");
     return folder;
 }
 
@@ -31,7 +32,7 @@ fs::path OutputFolder(const std::string& argument) {
     std::error_code failed;
     const fs::path folder = PathFromArgument(argument);
     fs::create_directories(folder, failed);
-    if (failed) throw Failed(argument + ": " + failed.message());
+    if (failed) throw FailedOn(argument, failed.message());
     return fs::canonical(folder);
 }
 
@@ -60,25 +61,31 @@ void WriteAssets(const fs::path& output, const CString& outputName) {
     file.Close();
 }
 
+FolderTree ReadTree(const fs::path& folder, const fs::path& output, ILeftOut& leftOut) {
+    Progress progress("files listed");
+    return ReadFolderTree(folder, OwnPaths(output), progress, leftOut);
+}
+
 void WriteReport(const Options& options) {
     const fs::path folder = ExistingFolder(options.folder), output = OutputFolder(options.output);
-    Progress progress("files listed");
-    const std::vector<FolderEntry> folders = ReadFolderTree(folder, OwnPaths(output), progress);
+    LeftOuts leftOuts;
+    const FolderTree tree = ReadTree(folder, output, leftOuts);
 
     const std::string name = Utf8(folder.filename());
     const ReportHeader header{.title = options.title.empty() ? "Report of " + name : Utf8FromArgument(options.title),
                               .folder = Utf8(folder),
                               .written = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())};
-    const CString outputName = CString(options.output) + "\\", menu = FolderMenu(folders, name);
+    const CString outputName = CString(options.output) + "\\", menu = FolderMenu(tree.folders, name);
     WriteAssets(output, outputName);
-    std::vector<FolderRows> rows = MakeRows(folders, LinkPrefix(folder, output));
+    std::vector<FolderRows> rows = MakeRows(tree.folders, LinkPrefix(folder, output));
     for (const FileOrder order : kOrders) {
         for (FolderRows& folderRows : rows) Sort(folderRows, order);
-        ReportPage page(header, order);
+        ReportPage page(header, tree.leftOut, order);
         page.SetFilename(outputName + ReportPage::NameOf(order));
         page.Write(rows, menu);
         page.CommitFile();
     }
+    leftOuts.Check();
 }
 
 }  // namespace
@@ -86,14 +93,16 @@ void WriteReport(const Options& options) {
 void AddReport(Command app) {
     const auto options = std::make_shared<Options>();
     Command command = app.Add("report", "Write a browsable HTML report of a folder");
-    command.AddOption("FOLDER", options->folder, "The folder to report on").Require();
+    command.AddPath("FOLDER", options->folder, "The folder to report on").Require();
     command
-        .AddOption("-o,--output", options->output,
-                   "The folder that gets index.html and what belongs to it; made when missing")
+        .AddPath("-o,--output", options->output,
+                 "The folder that gets index.html and what belongs to it; made when missing")
         .Require()
         .CallValue("OUTDIR");
     command.AddOption("--title", options->title, "The page's title").CallValue("TEXT");
-    command.SetFooter("Example: qv report pictures -o report --title \"Our pictures\"");
+    command.SetFooter(
+        "What cannot be read is named on standard error and on the pages; the exit status is 1 then.\n"
+        "Example: qv report pictures -o report --title \"Our pictures\"");
     command.SetAction([options] { WriteReport(*options); });
 }
 

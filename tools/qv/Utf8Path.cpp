@@ -42,9 +42,7 @@ std::string Narrow(const Text& native) {
 }  // namespace
 
 CString ArgumentFromPath(const fs::path& path) {
-    CString text(Narrow(path.native()));
-    text.Replace('/', '\\');
-    return text;
+    return CFileUtils::GetLibraryPath(Narrow(path.native()).c_str());
 }
 
 fs::path PathFromArgument(const std::string& argument) {
@@ -53,6 +51,11 @@ fs::path PathFromArgument(const std::string& argument) {
 
 std::string Utf8FromArgument(const std::string& argument) {
     const auto text = fs::path(NativeText(argument)).u8string();
+    return {text.begin(), text.end()};
+}
+
+std::string Utf8FromLibrary(const CString& path) {
+    const auto text = PathFromArgument(path.AsStd()).generic_u8string();
     return {text.begin(), text.end()};
 }
 

@@ -57,8 +57,8 @@ void Watch(const Options& options) {
     watcher.SetDirectory(options.folder.c_str());
     watcher.SetCheckSubdirectories(!options.flat);
     if (const DWORD filter = FilterOf(options)) watcher.SetFilter(filter);
-    if (!watcher.Start()) throw Failed(options.folder + " cannot be watched");
-    if (!watcher.WaitUntilDone()) throw Failed(options.folder + " is not there any longer");
+    if (!watcher.Start()) throw FailedOn(options.folder, "cannot be watched");
+    if (!watcher.WaitUntilDone()) throw FailedOn(options.folder, "no longer exists");
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ void Watch(const Options& options) {
 void AddWatch(Command app) {
     Command command = app.Add("watch", "Print a line \"changed\" for each change in a folder");
     const auto options = std::make_shared<Options>();
-    command.AddOption("FOLDER", options->folder, "The folder").Require();
+    command.AddPath("FOLDER", options->folder, "The folder").Require();
     command.AddFlag("--flat", options->flat, "Without its subfolders");
     command.AddFlag("--names", options->names, "Files and folders made, deleted, renamed");
     command.AddFlag("--attributes", options->attributes, "Changes of attributes");

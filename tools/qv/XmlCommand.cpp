@@ -8,6 +8,7 @@
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Utf8Path.h"
+#include "tools/qv/Visible.h"
 #include "tools/qv/WholeFile.h"
 #include "tools/qv/XmlValueEdit.h"
 
@@ -40,7 +41,7 @@ Document Load(const Options& options, const std::string& bytes, bool keepSpace) 
     document.put_preserveWhiteSpace(keepSpace);
     if (document.load(bytes)) return document;
     const auto problem = document.get_parseError();
-    throw Failed(options.file + ": line " + std::to_string(problem.get_line()) + ", column " +
+    throw Failed(Native(options.file) + ": line " + std::to_string(problem.get_line()) + ", column " +
                  std::to_string(problem.get_linepos()) + ": " + problem.get_reason().AsStd());
 }
 
@@ -53,7 +54,7 @@ public:
         m_lock.SetSourceFile(document.c_str());
         if (m_lock.LockFor(kPatience)) return;
         const CString holder = m_lock.GetLockedBy();
-        if (!holder.IsEmpty()) throw Failed(document + " is locked by " + holder.AsStd());
+        if (!holder.IsEmpty()) throw Failed(Native(document) + " is locked by " + holder.AsStd());
         throw new CFileException(m_lock.GetLockException());
     }
 
@@ -142,7 +143,7 @@ bool GetValue(const Document& document, const Options& options, CString& text) {
 }
 
 [[noreturn]] void NothingThere(const Options& options) {
-    throw Failed("nothing stands at " + options.path + " in " + options.file);
+    throw Failed("nothing stands at " + options.path + " in " + Native(options.file));
 }
 
 void Get(const Options& options) {
@@ -183,7 +184,7 @@ Command AddAction(Command xml, const char* name, const char* description, const 
                   const std::shared_ptr<Options>& options) {
     Command action = xml.Add(name, description);
     action.SetFooter(std::string("Example: ") + example);
-    action.AddOption("FILE", options->file, "The XML document").Require();
+    action.AddPath("FILE", options->file, "The XML document").Require();
     action.AddOption("PATH", options->path, "The way from the document down: names, indexes from 0, a final @name")
         .Require();
     action.AddOption("--type", options->type, "How the value is read and written")

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "qvcommon/framework/FileTime.h"
+#include "qvcommon/framework/LeftOut.h"
 #include "qvcommon/framework/String.h"
 
 // System headers turn these names into others with an A behind. The classes have both, so headers may come in any order.
@@ -30,6 +31,13 @@ struct QvFindData {
 
 namespace qv {
 
+/// A record, and the name that its own field is too short for.
+struct FoundRecord : QvFindData {
+    CString longName;  ///< empty where cFileName holds the whole name
+
+    CString Name() const { return longName.IsEmpty() ? CString(cFileName) : longName; }
+};
+
 /// A search under way. Entries come one after the other.
 class QVCOMMON_API IFileSearch {
 public:
@@ -38,6 +46,8 @@ public:
     virtual bool Next(QvFindData& entry) = 0;
     /// The system's error that made the search leave something out; 0 when it gave all there is.
     virtual LONG GetError() const { return 0; }
+    /// The name of the entry written last where the record's field cuts it; empty otherwise.
+    virtual CString GetLongName() const { return {}; }
 };
 
 /// True for a link that stands for another place: what lies below it is not below the folder that was searched.
@@ -73,9 +83,12 @@ public:
     BOOL FindNextFileA() { return FindNextFile(); }
     /// Ends the search.
     virtual void Close();
-    /// The system's error that made the search fail or leave something out; 0 when it gave all there is, or has not come to
-    /// its end. On Linux names with a "\" in them are left out, since no path of this library leads there.
+    /// The system's error that made the search fail or leave something out that has not vanished; 0 when it gave all there
+    /// is, or has not come to its end.
     LONG GetError() const;
+    /// Who hears of each entry that a search leaves out, and of a folder that cannot be listed, or not to its end; null, as
+    /// at first, for nobody. Holds for the searches that begin later. The caller keeps its life.
+    void SetLeftOut(ILeftOut* observer) { m_leftOut = observer; }
 
     virtual CString GetFileName() const;
     /// The absolute path.
@@ -98,15 +111,16 @@ protected:
     /// Makes `search` the one under way; null for none.
     BOOL Begin(std::unique_ptr<qv::IFileSearch> search, const CString& root);
     /// The current entry and the root, shared with those who keep them; null before the first FindNextFile.
-    const std::shared_ptr<const QvFindData>& GetRecord() const { return m_record; }
+    const std::shared_ptr<const qv::FoundRecord>& GetRecord() const { return m_record; }
     const std::shared_ptr<const CString>& GetSharedRoot() const { return m_root; }
 
 private:
     bool Advance();
 
     std::unique_ptr<qv::IFileSearch> m_search;
-    std::shared_ptr<const QvFindData> m_record, m_following;
+    std::shared_ptr<const qv::FoundRecord> m_record, m_following;
     std::shared_ptr<const CString> m_root;
+    ILeftOut* m_leftOut = nullptr;
     LONG m_error = 0;
 };
 

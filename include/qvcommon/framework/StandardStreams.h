@@ -16,5 +16,7 @@ QVCOMMON_API void AfxWriteStandardOutput(std::string_view text);
 /// Whether the error of a write says that the reader of the pipe has closed its end, as "head" does when it has enough.
 QVCOMMON_API bool AfxIsReaderGone(const CFileException& error);
 
+/// Whether standard output is a terminal, so that what is written there must not command it. Never throws.
+QVCOMMON_API bool AfxIsOutputTerminal();
 /// Whether standard error is a terminal, so that progress shown there may be seen. Never throws.
 QVCOMMON_API bool AfxIsErrorTerminal();

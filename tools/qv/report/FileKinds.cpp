@@ -86,6 +86,10 @@ char Lower(char c) {
 
 }  // namespace
 
+const FileKind kLinkToFile = {"", "Link", "Link", "Another name for a file that lies elsewhere."};
+const FileKind kLinkToFolder = {"", "Link to a folder", "Link", "Another name for a folder that lies elsewhere."};
+const FileKind kBrokenLink = {"", "Broken link", "Broken link", "A name for something that does not exist."};
+
 const FileKind& KindOf(std::string_view fileName) {
     const std::size_t point = fileName.rfind('.');
     if (point == fileName.npos || fileName.size() - point > kLongest) return kUnknown;

@@ -13,6 +13,9 @@ struct FileKind {
     bool isShownByBrowsers = false;  ///< as a picture
 };
 
+/// Of links, whatever they are called.
+extern const FileKind kLinkToFile, kLinkToFolder, kBrokenLink;
+
 /// By the extension, without regard to case. Valid for ever; one address a kind.
 const FileKind& KindOf(std::string_view fileName);
 

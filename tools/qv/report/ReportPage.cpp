@@ -4,6 +4,7 @@
 
 #include "qvcommon/HtmlTreeMenu.h"
 #include "qvcommon/NavBar.h"
+#include "tools/qv/Utf8Path.h"
 #include "tools/qv/report/SectionScript.h"
 
 namespace qv::tool {
@@ -32,7 +33,7 @@ CString FolderMenu(const std::vector<FolderEntry>& folders, const std::string& r
         way.resize(static_cast<std::size_t>(folder.depth) + 1);
         const std::string name = folder.path.empty() ? rootName : LastName(folder.path);
         // What leads to the selected node is open at first: the outermost folder.
-        way.push_back(way.back()->AddNode(new CHtmlTreeNode(CHtmlWriter::CleanScriptUtf8(name),
+        way.push_back(way.back()->AddNode(new CHtmlTreeNode(CHtmlWriter::CleanScriptUtf8(VisibleOnPage(name)),
                                                             (CString(ReportPage::kAssetFolder) + "/folder.gif"), link,
                                                             folder.path.empty())));
     }
@@ -80,6 +81,7 @@ void ReportPage::Write(const std::vector<FolderRows>& folders, const CString& me
     AddOrders();
     for (std::size_t i = 0; i < folders.size(); ++i)
         if (!folders[i].files.empty() || !folders[i].folder->isReadable) AddFolder(folders[i], i);
+    AddLeftOut();
     AddKinds(folders);
     CloseTag("main");
     AddDropdownCookie();
@@ -97,6 +99,8 @@ void ReportPage::AddSummary(const FolderTotals& totals, std::size_t folders) {
     AddFormattedText(" &middot; " + Counted(totals.files, "file") + " in " + Counted(folders, "folder") + " &middot; " +
                      Size(totals.bytes) + " (" + Counted(totals.bytes, "byte") + ") &middot; written " +
                      Date(m_header.written));
+    if (!m_leftOut.empty())
+        AddFormattedText(" &middot; <A href=\"#left-out\">" + Number(m_leftOut.size()) + " left out</A>");
     CloseTag("p");
 }
 
@@ -164,6 +168,21 @@ void ReportPage::AddPictures(const FolderRows& rows) {
     OpenTag("div", "class=\"pictures\"");
     for (const FileRow& row : rows.files) AddFormattedText(row.thumbnail);
     CloseTag("div");
+}
+
+void ReportPage::AddLeftOut() {
+    if (m_leftOut.empty()) return;
+    OpenSection("Left out", Number(m_leftOut.size()));
+    AddBookmark("left-out");
+    OpenTag("table", "class=\"files\"");
+    AddColumns({"Path", "Reason"});
+    OpenTag("tbody");
+    for (const LeftOutEntry& entry : m_leftOut)
+        AddFormattedText("\n<tr><td>" + CleanUtf8(VisibleOnPage(entry.path)) + "</td><td>" +
+                         CleanUtf8(Utf8FromArgument(entry.reason)) + "</td></tr>");
+    CloseTag("tbody");
+    CloseTag("table");
+    CloseSection();
 }
 
 const CString& ReportPage::ExplainedKind(const FileKind& kind) {

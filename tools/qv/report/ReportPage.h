@@ -3,6 +3,7 @@
 #include <map>
 
 #include "qvcommon/HtmlWriter.h"
+#include "tools/qv/Visible.h"
 #include "tools/qv/report/FolderRows.h"
 
 namespace qv::tool {
@@ -24,7 +25,9 @@ public:
     /// The page's file name.
     static const char* NameOf(FileOrder order);
 
-    ReportPage(const ReportHeader& header, FileOrder order) : m_header(header), m_order(order) {}
+    /// Keeps references to both.
+    ReportPage(const ReportHeader& header, const std::vector<LeftOutEntry>& leftOut, FileOrder order)
+        : m_header(header), m_leftOut(leftOut), m_order(order) {}
 
     /// @param menu  the script of the tree menu.
     void Write(const std::vector<FolderRows>& folders, const CString& menu);
@@ -33,18 +36,20 @@ public:
                         const char* dropdownImageDir) override;
 
 private:
-    void AddUtf8(std::string_view text) { AddFormattedText(CleanUtf8(text)); }
+    void AddUtf8(std::string_view text) { AddFormattedText(CleanUtf8(VisibleOnPage(text))); }
     void AddSummary(const FolderTotals& totals, std::size_t folders);
     void AddOrders();
     void OpenSection(std::string_view title, const CString& summary);
     void CloseSection();
     void AddFolder(const FolderRows& rows, std::size_t index);
     void AddPictures(const FolderRows& rows);
+    void AddLeftOut();
     void AddKinds(const std::vector<FolderRows>& folders);
     void AddColumns(std::initializer_list<const char*> titles);
     const CString& ExplainedKind(const FileKind& kind);
 
     const ReportHeader& m_header;
+    const std::vector<LeftOutEntry>& m_leftOut;
     FileOrder m_order;
     std::map<const FileKind*, CString> m_explainedKinds;
 };

@@ -1,0 +1,142 @@
+#include "tools/qv/Visible.h"
+
+#include <algorithm>
+#include <cctype>
+#include <clocale>
+#include <cstdio>
+#include <cwchar>
+#include <string>
+
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Progress.h"
+
+namespace qv::tool {
+namespace {
+
+struct Character {
+    char32_t code;
+    std::size_t length;  // 0 for a byte that is no part of one
+};
+
+// The character that a text in UTF-8 begins with.
+Character FirstOf(std::string_view text) {
+    constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+    const auto first = static_cast<unsigned char>(text[0]);
+    if (first < 0x80) return {first, 1};
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    if (first < 0xC2 || first > 0xF4 || text.size() < length) return {first, 0};
+    char32_t code = first & (0x7F >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((text[i] & 0xC0) != 0x80) return {first, 0};
+        code = code << 6 | (text[i] & 0x3F);
+    }
+    const bool isSurrogate = code >= 0xD800 && code < 0xE000;
+    return code < kLeast[length] || code > 0x10FFFF || isSurrogate ? Character{first, 0} : Character{code, length};
+}
+
+bool IsControl(char32_t code) {
+    return code < 0x20 || (code >= 0x7F && code < 0xA0);
+}
+
+// Marks, embeddings, overrides and isolates of writing direction, and the separators of lines and paragraphs.
+bool IsDirectionOrLine(char32_t code) {
+    return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x2028 && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
+std::string Octal(char byte) {
+    char text[8];
+    std::snprintf(text, sizeof text, "\\%03o", static_cast<unsigned>(static_cast<unsigned char>(byte)));
+    return text;
+}
+
+std::string CodePoint(char32_t code) {
+    char text[16];
+    std::snprintf(text, sizeof text, "\\u%04X", static_cast<unsigned>(code));
+    return text;
+}
+
+std::string Escaped(std::string_view bytes) {
+    if (bytes == "\n") return "\\n";
+    if (bytes == "\r") return "\\r";
+    if (bytes == "\t") return "\\t";
+    std::string text;
+    for (const char byte : bytes) text += Octal(byte);
+    return text;
+}
+
+// In other code pages it is the locale that knows which bytes from 0x80 on are controls and which are parts of letters.
+std::string VisibleBytes(std::string_view text) {
+    std::string visible;
+    for (const char c : text) {
+        const bool isControl = std::iscntrl(static_cast<unsigned char>(c)) != 0;
+        visible += isControl ? Escaped({&c, 1}) : std::string(1, c);
+    }
+    return visible;
+}
+
+template <class Special>
+std::string VisibleUtf8(std::string_view text, Special special) {
+    std::string visible;
+    visible.reserve(text.size());
+    while (!text.empty()) {
+        const auto [code, length] = FirstOf(text);
+        const std::string_view bytes = text.substr(0, length ? length : 1);
+        if (length == 0 || IsControl(code))
+            visible += Escaped(bytes);
+        else if (special(code))
+            visible += CodePoint(code);
+        else
+            visible += bytes;
+        text.remove_prefix(bytes.size());
+    }
+    return visible;
+}
+
+// Whether the locale's texts are UTF-8, which they are without one.
+bool SpeaksUtf8() {
+    const std::string locale = std::setlocale(LC_CTYPE, nullptr);
+    if (locale == "C" || locale == "POSIX") return true;
+    std::mbstate_t state{};
+    wchar_t character = 0;
+    return std::mbrtowc(&character, "\xE2\x82\xAC", 3, &state) == 3 && character == 0x20AC;
+}
+
+}  // namespace
+
+std::string VisibleOnTerminal(std::string_view text) {
+    return SpeaksUtf8() ? VisibleUtf8(text, [](char32_t) { return false; }) : VisibleBytes(text);
+}
+
+std::string ForOutput(std::string_view text) {
+    static const bool isTerminal = AfxIsOutputTerminal();
+    return isTerminal ? VisibleOnTerminal(text) : std::string(text);
+}
+
+std::string VisibleOnPage(std::string_view utf8) {
+    const std::size_t first = utf8.find_first_not_of(' ');
+    if (first == 0 && utf8.back() != ' ') return VisibleUtf8(utf8, IsDirectionOrLine);
+    const std::size_t begin = std::min(first, utf8.size()), end = utf8.find_last_not_of(' ') + 1;
+    std::string visible;
+    const auto addBlanks = [&](std::size_t count) {
+        while (count-- > 0) visible += "\xE2\x90\xA3";
+    };
+    addBlanks(begin);
+    if (end > begin) visible += VisibleUtf8(utf8.substr(begin, end - begin), IsDirectionOrLine);
+    if (end > begin) addBlanks(utf8.size() - end);
+    return visible;
+}
+
+void Complain(std::string_view message) {
+    const bool isTerminal = AfxIsErrorTerminal();
+    if (isTerminal) ClearProgressLine();
+    const std::string line = isTerminal ? VisibleOnTerminal(message) : std::string(message);
+    std::fprintf(stderr, "qv: %s\n", line.c_str());
+}
+
+std::string Native(std::string_view path) {
+    return CFileUtils::GetNativePath(std::string(path).c_str()).AsStd();
+}
+
+}  // namespace qv::tool
