@@ -123,6 +123,7 @@ WindowHandle HandleOf(const std::string& className) {
 }
 
 std::string NameOf(WindowHandle window) {
+    if (!window) return "";
     const std::scoped_lock lock(AllHandles().mutex);
     const auto& windows = AllHandles().windows;
     const auto found =
