@@ -43,7 +43,7 @@ std::string FormatCurrency(double amount, std::size_t maximum) {
     if (!std::isfinite(amount)) return {};
     // As %f writes it, but with the point that the system function wants, whatever the C locale.
     char plain[512];
-    const char* const end = std::to_chars(plain, plain + sizeof plain, amount, std::chars_format::fixed, 6).ptr;
+    char* const end = std::to_chars(plain, plain + sizeof plain, amount, std::chars_format::fixed, 6).ptr;
     const std::wstring number(plain, end);
     std::u16string text = Room(maximum);
     const auto length =
