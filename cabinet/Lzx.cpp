@@ -9,22 +9,48 @@ namespace {
 constexpr unsigned kShortestMatch = 2, kLongLength = 7;
 constexpr unsigned kRepeatedOffsets = 3;  // slots that stand for the last offsets
 constexpr unsigned kAlignedBits = 3;      // of an offset, under a code of their own in aligned blocks
+constexpr int kCodesInAFill = 3;          // of 16 bits, the longest
 constexpr std::size_t kSlots[] = {30, 32, 34, 36, 38, 42, 50};  // by the window's exponent, from 15 on
+
+constexpr std::size_t kCopied =
+    sizeof(std::uint64_t);  // bytes of a match at a time: it may write so many behind its end
 
 constexpr unsigned ExtraBits(unsigned slot) {
     return slot < 4 ? 0 : slot < 36 ? slot / 2 - 1 : 17;
 }
 
-/// The first offset of each slot, less the 2 that offsets are stored with.
-constexpr auto kSlotBases = [] {
-    std::array<std::uint32_t, kLzxMostSlots> bases = {};
+struct Slot {
+    std::uint32_t base;  ///< the first offset, less the 2 that offsets are stored with
+    std::uint32_t extra;
+};
+
+constexpr auto kSlotTable = [] {
+    std::array<Slot, kLzxMostSlots> slots = {};
     std::uint32_t base = 0;
     for (unsigned slot = 0; slot < kLzxMostSlots; ++slot) {
-        bases[slot] = base - 2;
-        base += std::uint32_t{1} << ExtraBits(slot);
+        slots[slot] = {base - 2, ExtraBits(slot)};
+        base += std::uint32_t{1} << slots[slot].extra;
     }
-    return bases;
+    return slots;
 }();
+
+/// The source may reach into what is copied. Bytes behind the end, up to kCopied, become anything.
+unsigned char* CopyMatch(unsigned char* to, std::size_t length, std::size_t offset) {
+    const unsigned char* from = to - offset;
+    unsigned char* const end = to + length;
+    if (offset >= kCopied) {
+        do {
+            std::memcpy(to, from, kCopied);
+            to += kCopied;
+            from += kCopied;
+        } while (to < end);
+    } else if (offset == 1) {
+        std::memset(to, *from, length);
+    } else {
+        while (to < end) *to++ = *from++;
+    }
+    return end;
+}
 
 }  // namespace
 
@@ -32,15 +58,16 @@ LzxDecompressor::LzxDecompressor(IMemory& memory, unsigned windowBits)
     : m_windowBits(windowBits),
       m_windowSize(std::size_t{1} << windowBits),
       m_mainSymbols(kLzxLiterals + 8 * kSlots[windowBits - kSmallestLzxWindow]),
-      m_window(memory, m_windowSize, ReadError::NoMemory) {
+      m_window(memory, 2 * m_windowSize + kCopied, ReadError::NoMemory) {
     Reset();
 }
 
 void LzxDecompressor::Reset() {
     m_position = 0;
+    m_at = 0;
     m_started = m_failed = m_isLast = m_needsPad = false;
     m_translationSize = 0;
-    std::fill(std::begin(m_offsets), std::end(m_offsets), 1);
+    m_offsets.fill(1);
     m_blockLeft = 0;
     m_mainLengths.fill(0);
     m_lengthLengths.fill(0);
@@ -52,26 +79,33 @@ bool LzxDecompressor::Decompress(Bytes frame, std::span<unsigned char> out) {
     LzxBits bits(frame);
     m_failed = !DecodeFrame(bits, out.size());
     if (m_failed) return false;
-    // Frames do not cross the window's end: its size is a multiple of theirs.
-    const auto start = static_cast<std::size_t>((m_position - out.size()) % m_windowSize);
-    std::memcpy(out.data(), m_window.Get() + start, out.size());
+    std::memcpy(out.data(), m_window.Get() + m_at - out.size(), out.size());
     RestoreCalls(out);
     return true;
 }
 
 bool LzxDecompressor::DecodeFrame(LzxBits& bits, std::size_t size) {
     if (!m_started && !ReadHead(bits)) return false;
+    MakeRoom(size);
     while (size > 0) {
         if (m_blockLeft == 0 && !ReadBlockHead(bits)) return false;
         const std::size_t run = std::min<std::size_t>(size, m_blockLeft);
         if (!DecodeRun(bits, run)) return false;
         m_position += run;
+        m_at += run;
         m_blockLeft -= static_cast<std::uint32_t>(run);
         size -= run;
     }
     // The byte may also stand in front of the next frame.
     if (m_blockLeft == 0 && m_needsPad) m_needsPad = bits.TakeBytes(1).empty();
     return !bits.IsOverrun();
+}
+
+/// Keeps what matches may refer to.
+void LzxDecompressor::MakeRoom(std::size_t size) {
+    if (m_at + size <= 2 * m_windowSize) return;
+    std::memmove(m_window.Get(), m_window.Get() + m_at - m_windowSize, m_windowSize);
+    m_at = m_windowSize;
 }
 
 bool LzxDecompressor::ReadHead(LzxBits& bits) {
@@ -109,7 +143,7 @@ bool LzxDecompressor::ReadOffsets(LzxBits& bits) {
     bits.SkipPadding();
     const Bytes offsets = bits.TakeBytes(sizeof m_offsets);
     if (offsets.size() < sizeof m_offsets) return false;
-    for (std::size_t i = 0; i < std::size(m_offsets); ++i) m_offsets[i] = Get32(offsets.data() + 4 * i);
+    for (std::size_t i = 0; i < m_offsets.size(); ++i) m_offsets[i] = Get32(offsets.data() + 4 * i);
     m_needsPad = m_blockLeft % 2 != 0;
     return true;
 }
@@ -124,18 +158,24 @@ bool LzxDecompressor::DecodeRun(LzxBits& bits, std::size_t size) {
 
 template <bool kIsAligned>
 bool LzxDecompressor::DecodeSymbols(LzxBits& bits, std::size_t size) {
-    LzxBits local = bits;  // so that it may stay in registers
-    auto at = static_cast<std::size_t>(m_position % m_windowSize);
-    const std::size_t end = at + size;
-    unsigned char* const window = m_window.Get();
+    // Copies that may stay in registers: what is written to the window could be any member.
+    LzxBits local = bits;
+    Offsets offsets = m_offsets;
+    const unsigned char* const window = m_window.Get();
+    const std::size_t windowSize = m_windowSize;
+    unsigned char* at = m_window.Get() + m_at;
+    unsigned char* const end = at + size;
     while (at < end) {
         local.Fill();
-        const unsigned symbol = m_main.Decode(local);
-        if (symbol < kLzxLiterals) {
-            window[at++] = static_cast<unsigned char>(symbol);
-            continue;
+        unsigned symbol = m_main.Decode(local);
+        for (int more = kCodesInAFill - 1; symbol < kLzxLiterals; --more) {
+            *at++ = static_cast<unsigned char>(symbol);
+            if (at == end || more == 0) break;
+            symbol = m_main.Decode(local);
         }
+        if (symbol < kLzxLiterals) continue;
         if (symbol == LzxMainCode::kNone) return false;
+        local.Fill();
         const unsigned match = symbol - static_cast<unsigned>(kLzxLiterals);
         std::size_t length = match % 8;
         if (length == kLongLength) {
@@ -144,25 +184,25 @@ bool LzxDecompressor::DecodeSymbols(LzxBits& bits, std::size_t size) {
             length += more;
         }
         length += kShortestMatch;
-        const std::uint32_t offset = TakeOffset<kIsAligned>(local, match / 8);
-        const std::uint64_t before = m_position + size - (end - at);
-        if (length > end - at || offset == 0 || offset > before || offset > m_windowSize) return false;
-        CopyMatch(at, length, offset);
-        at += length;
+        const std::size_t offset = TakeOffset<kIsAligned>(local, match / 8, offsets);
+        const std::size_t most = std::min(static_cast<std::size_t>(at - window), windowSize);
+        if (length > static_cast<std::size_t>(end - at) || offset == 0 || offset > most) return false;
+        at = CopyMatch(at, length, offset);
     }
     bits = local;
+    m_offsets = offsets;
     return !bits.IsOverrun();
 }
 
 /// 0 where the aligned code has no symbol.
 template <bool kIsAligned>
-std::uint32_t LzxDecompressor::TakeOffset(LzxBits& bits, unsigned slot) {
+std::uint32_t LzxDecompressor::TakeOffset(LzxBits& bits, unsigned slot, Offsets& offsets) const {
     if (slot < kRepeatedOffsets) {
-        std::swap(m_offsets[0], m_offsets[slot]);
-        return m_offsets[0];
+        std::swap(offsets[0], offsets[slot]);
+        return offsets[0];
     }
-    const unsigned extra = ExtraBits(slot);
-    std::uint32_t offset = kSlotBases[slot];
+    const auto [base, extra] = kSlotTable[slot];
+    std::uint32_t offset = base;
     if (kIsAligned && extra >= kAlignedBits) {
         bits.Fill();
         offset += bits.Take(extra - kAlignedBits) << kAlignedBits;
@@ -172,37 +212,14 @@ std::uint32_t LzxDecompressor::TakeOffset(LzxBits& bits, unsigned slot) {
     } else {
         offset += bits.Take(extra);
     }
-    m_offsets[2] = m_offsets[1];
-    m_offsets[1] = m_offsets[0];
-    m_offsets[0] = offset;
+    offsets = {offset, offsets[0], offsets[1]};
     return offset;
-}
-
-/// The source may lie across the window's end, and may reach into what is copied.
-void LzxDecompressor::CopyMatch(std::size_t at, std::size_t length, std::uint32_t offset) {
-    unsigned char* const window = m_window.Get();
-    unsigned char* to = window + at;
-    if (offset > at) {
-        const unsigned char* const from = to + m_windowSize - offset;
-        const std::size_t count = std::min<std::size_t>(length, offset - at);
-        std::memmove(to, from, count);
-        to += count;
-        length -= count;
-    }
-    const unsigned char* from = to - offset;
-    if (offset >= sizeof(std::uint64_t))
-        for (; length >= sizeof(std::uint64_t); length -= sizeof(std::uint64_t)) {
-            std::memcpy(to, from, sizeof(std::uint64_t));
-            to += sizeof(std::uint64_t);
-            from += sizeof(std::uint64_t);
-        }
-    for (; length > 0; --length) *to++ = *from++;
 }
 
 bool LzxDecompressor::CopyBytes(LzxBits& bits, std::size_t size) {
     const Bytes bytes = bits.TakeBytes(size);
     if (bytes.size() < size) return false;
-    std::memcpy(m_window.Get() + m_position % m_windowSize, bytes.data(), size);
+    std::memcpy(m_window.Get() + m_at, bytes.data(), size);
     return true;
 }
 

@@ -24,8 +24,10 @@ public:
 
 private:
     enum BlockType : unsigned { kVerbatim = 1, kAligned = 2, kUncompressed = 3 };
+    using Offsets = std::array<std::uint32_t, 3>;
 
     bool DecodeFrame(LzxBits& bits, std::size_t size);
+    void MakeRoom(std::size_t size);
     bool ReadHead(LzxBits& bits);
     bool ReadBlockHead(LzxBits& bits);
     bool ReadCodes(LzxBits& bits);
@@ -34,20 +36,20 @@ private:
     template <bool kIsAligned>
     bool DecodeSymbols(LzxBits& bits, std::size_t size);
     template <bool kIsAligned>
-    std::uint32_t TakeOffset(LzxBits& bits, unsigned slot);
-    void CopyMatch(std::size_t at, std::size_t length, std::uint32_t offset);
+    std::uint32_t TakeOffset(LzxBits& bits, unsigned slot, Offsets& offsets) const;
     bool CopyBytes(LzxBits& bits, std::size_t size);
     void RestoreCalls(std::span<unsigned char> frame) const;
 
     const unsigned m_windowBits;
     const std::size_t m_windowSize;
     const std::size_t m_mainSymbols;  ///< literals, and matches by the slots that the window has
-    Buffer m_window;                  ///< the data before the translation of calls, round and round
+    Buffer m_window;                  ///< two windows of data before the translation of calls; the last one is kept
 
     std::uint64_t m_position = 0;  ///< of the next byte in the folder
+    std::size_t m_at = 0;          ///< of the next byte in the buffer
     bool m_started = false, m_failed = false, m_isLast = false;
     std::uint32_t m_translationSize = 0;  ///< 0 without a translation of calls
-    std::uint32_t m_offsets[3] = {};      ///< of the last matches, the most recent first
+    Offsets m_offsets = {};               ///< of the last matches, the most recent first
     BlockType m_type = kVerbatim;
     std::uint32_t m_blockLeft = 0;  ///< bytes of the present block
     bool m_needsPad = false;        ///< the byte that follows a block of an odd size is still to come

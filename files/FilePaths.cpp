@@ -1,3 +1,4 @@
+#include "platform/Ascii.h"
 #include "platform/Path.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
@@ -88,7 +89,8 @@ CString CFileUtils::FileNameToFileUrl(const char* name) {
 CString CFileUtils::FileUrlToFileName(const char* url) {
     constexpr std::string_view kScheme = "file:///";
     CString name = CStringHelper::UnEscapeUrl(CString(url));
-    if (CStringHelper::StartsWith(name, kScheme, 0)) name.Delete(0, static_cast<int>(kScheme.size()));
+    if (qv::ascii::EqualsIgnoreCase(name.Left(kScheme.size()), kScheme))
+        name.Delete(0, static_cast<int>(kScheme.size()));
     name.Replace('/', '\\');
     return name;
 }

@@ -1,9 +1,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
+#include <string_view>
 
+#include "platform/Ascii.h"
 #include "qvcommon/ParseEmf.h"
-#include "qvcommon/framework/String.h"
 
 namespace {
 
@@ -132,9 +133,9 @@ int CParseEmf::GetTableIndexFromId(unsigned long type, const ID_NAME_PAIR* table
 }
 
 int CParseEmf::GetTableIndexFromName(const char* name, const ID_NAME_PAIR* table, int count) {
-    const CString wanted = name;
+    const std::string_view wanted = name ? name : "";
     const ID_NAME_PAIR* const end = table + count;
     const ID_NAME_PAIR* const found =
-        std::find_if(table, end, [&](const ID_NAME_PAIR& p) { return wanted.CompareNoCase(p.name) == 0; });
+        std::find_if(table, end, [=](const ID_NAME_PAIR& p) { return qv::ascii::EqualsIgnoreCase(wanted, p.name); });
     return found == end ? -1 : static_cast<int>(found - table);
 }

@@ -5,6 +5,14 @@
 
 namespace platform = qv::platform;
 
+namespace {
+
+HWND OrMainWindow(HWND sender) {
+    return !sender && AfxGetMainWnd() ? AfxGetMainWnd()->m_hWnd : sender;
+}
+
+}  // namespace
+
 class CUserMessageListener::Receiver : public platform::MessageReceiver {
 public:
     explicit Receiver(CUserMessageListener& listener) : m_listener(listener) {}
@@ -22,8 +30,7 @@ void QvSendIpcMessage(HWND target, const char* text, HWND sender) {
 }
 
 void QvSendIpcMessage(HWND target, const CString& text, HWND sender) {
-    if (!sender && AfxGetMainWnd()) sender = AfxGetMainWnd()->m_hWnd;
-    platform::SendMessageText(target, text, sender);
+    platform::SendMessageText(target, text, OrMainWindow(sender));
 }
 
 CUserMessageListener::CUserMessageListener() : m_receiver(std::make_unique<Receiver>(*this)) {}
@@ -49,9 +56,7 @@ int CUserMessageListener::SendUserMessage(const char* name, int perProcess, cons
 }
 
 int CUserMessageListener::SendUserMessage(const char* name, int perProcess, const CString& text, HWND sender) {
-    const HWND window = platform::FindMessageWindow(GetWindowClassName(name, perProcess).AsStd());
-    if (window) QvSendIpcMessage(window, text, sender);
-    return window != nullptr;
+    return platform::FindAndSend(GetWindowClassName(name, perProcess).AsStd(), text, OrMainWindow(sender));
 }
 
 int CUserMessageListener::PumpMessages(DWORD milliseconds) {

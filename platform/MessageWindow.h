@@ -41,6 +41,10 @@ WindowHandle FindMessageWindow(const std::string& className);
 /// Returns when the window has handled the text, or is gone; false when it is gone or could not be reached.
 bool SendMessageText(WindowHandle window, std::string_view text, WindowHandle sender);
 
+/// FindMessageWindow and SendMessageText in one: whether there was such a window, which has handled the text or is gone by
+/// now. A text that is too long is not sent.
+bool FindAndSend(const std::string& className, std::string_view text, WindowHandle sender);
+
 /// Handles what comes in for the calling thread's windows: returns true once something has been handled, false when the
 /// time is over.
 bool PumpMessages(std::uint32_t milliseconds);

@@ -11,21 +11,25 @@
 #include "qvcommon/framework/Collections.h"
 
 /// Waits on a thread of its own for changes in a folder. It says that something changed, not what; changes that come
-/// together, or while OnChange runs, are told once. What has changed after Start returned is never missed.
+/// together, or while OnChange runs, are told once. What has changed after Start returned is never missed, and changes that
+/// never end delay neither OnChange nor Stop.
 ///
 /// Virtual operations, in slot order: the destructor, Start, OnChange, Stop, HasChanged, SetDirectory,
 /// SetCheckSubdirectories, SetFilter, IsWatching. HasChanged and IsWatching are for any thread, the others
 /// for one at a time.
 ///
-/// Subfolders that appear while watching are watched too, and what they hold by then counts as a change; so does an
-/// overflow of the system's list of changes. Links to folders are not followed.
+/// Subfolders that appear while watching are watched too. An overflow of the system's list of changes counts as a change.
+/// Links to folders below the watched one are not followed.
 /// The end of the watched folder: after one more OnChange the watch ends by itself and IsWatching gives 0. On Windows a
 /// folder that is deleted while it is watched is gone for others at once, but the watch may learn of it only with Stop.
-/// A watched folder that is renamed stays watched; on Linux, with subfolders, this ends the watch in the same way.
-/// An unmounted file system ends the watch on Linux; Windows refuses to take the volume away.
+/// A watched folder that is renamed stays watched; on Linux, with subfolders, this ends the watch in the same way, and so
+/// does a folder above it that was renamed, once a new subfolder has to be found.
+/// An unmounted file system ends the watch on Linux, and so does the last of the system's watches or descriptors, rather
+/// than that changes are missed; Windows refuses to take the volume away.
 ///
 /// What the filter's bits find on Linux beyond what they say: changes of attributes, owner and times are reported for 0x04,
-/// 0x10 and 0x100 alike, and each write as a change of the size.
+/// 0x10 and 0x100 alike, and each write as a change of the size. With subfolders every folder that is made, deleted or
+/// moved counts whatever the filter, since changes in it may have come before it was watched, or gone with it.
 class QVCOMMON_API CDirChangeWatcher {
 public:
     CDirChangeWatcher();

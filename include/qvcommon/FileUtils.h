@@ -33,7 +33,7 @@ public:
     static CString StripInvalidFilenameChars(const char* text);
     /// "file://" and the name with "/" for "\"; nothing is escaped. With a drive letter the URL has two slashes only.
     static CString FileNameToFileUrl(const char* name);
-    /// The name of a URL: percent signs undone, "file:///" taken away, "\" for "/". A URL with two slashes only keeps its
+    /// The name of a URL: percent signs undone, "file:///" in any case taken away, "\" for "/". A URL with two slashes only keeps its
     /// "file:", so this is not the way back from FileNameToFileUrl.
     static CString FileUrlToFileName(const char* url);
     /// The form in which the system itself takes a path: on Linux "/" for every "\", and "\" for every U+F05C. For showing

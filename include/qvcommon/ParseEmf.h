@@ -99,7 +99,7 @@ public:
     virtual void GetFunctionNameFromId(unsigned long type, char* buffer, unsigned size);
     /// The index of the first entry with this number, or -1.
     virtual int GetTableIndexFromId(unsigned long type, const ID_NAME_PAIR* table, int count);
-    /// The index of the first entry with this name, without regard to case, or -1.
+    /// The index of the first entry with this name, without regard to the case of ASCII letters, or -1.
     virtual int GetTableIndexFromName(const char* name, const ID_NAME_PAIR* table, int count);
 
 protected:

@@ -5,11 +5,10 @@
 
 #include "platform/Path.h"
 #include "platform/posix/FolderBody.h"
+#include "platform/posix/FolderEntries.h"
 
 namespace qv::platform {
 namespace {
-
-constexpr std::size_t kBufferSize = 32 * 1024;
 
 Result<int> OpenAt(int parent, const char* name, int flags) {
     return sys::openat_folder(parent, name, flags);
@@ -34,10 +33,6 @@ EntryKind KindOf(int parent, const char* name, unsigned char type) {
         type = IFTODT(status.st_mode);
     if (type == DT_DIR) return EntryKind::Folder;
     return type == DT_LNK && LeadsToFolder(parent, name) ? EntryKind::FolderLink : EntryKind::File;
-}
-
-bool IsDots(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
 }  // namespace
@@ -82,16 +77,9 @@ void Folder::Close() {
 
 Status Folder::List(std::vector<FolderEntry>& entries) const {
     const int folder = DescriptorOf(*this);
-    alignas(dirent64) char buffer[kBufferSize];
-    for (;;) {
-        const auto size = sys::getdents64(folder, buffer, sizeof buffer);
-        if (!size.ok() || size.value() == 0) return size.status();
-        for (const char* next = buffer; next < buffer + size.value();) {
-            const auto& entry = *reinterpret_cast<const dirent64*>(next);
-            if (!IsDots(entry.d_name)) entries.push_back({entry.d_name, KindOf(folder, entry.d_name, entry.d_type)});
-            next += entry.d_reclen;
-        }
-    }
+    return ForEachEntry(folder, [&](const dirent64& entry) {
+        entries.push_back({entry.d_name, KindOf(folder, entry.d_name, entry.d_type)});
+    });
 }
 
 Status Folder::Remove(const FolderEntry& entry) const {

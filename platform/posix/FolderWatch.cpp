@@ -1,5 +1,6 @@
 #include "platform/FolderWatch.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <string>
@@ -12,6 +13,11 @@ namespace qv::platform {
 namespace {
 
 constexpr std::uint32_t kNames = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
+
+// Reads between two looks at what else there is to do. Together they hold what the system queues by default, so that
+// changes that came together are told once; a folder that is always busy holds up nobody for longer than they take.
+constexpr int kMostReads = 32;
+constexpr std::size_t kReadSize = 16384;
 
 // The system's events that a change shows in, for files or for folders.
 std::uint32_t EventsOf(unsigned changes, bool ofFolders) {
@@ -30,8 +36,8 @@ public:
         : m_events(sys::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)),
           m_stop(sys::eventfd(0, EFD_CLOEXEC)),
           m_ofFiles(EventsOf(changes, false)),
-          m_ofFolders(EventsOf(changes, true)),
-          m_folders(m_events.Get(), m_ofFiles | m_ofFolders, subfolders) {}
+          m_ofFolders(EventsOf(changes, true) | (subfolders ? kNames : 0)),
+          m_folders(m_events.Get(), m_ofFiles | m_ofFolders, subfolders, m_stopped) {}
 
     bool Arm(const std::string& path) { return m_events && m_stop && m_folders.AddRoot(path); }
 
@@ -48,6 +54,7 @@ public:
     bool Rearm() override { return m_folders.HasRoot() && !m_failed; }
 
     void Stop() override {
+        m_stopped = true;
         // Fails only where the count is at its limit: the wait ends all the same.
         sys::eventfd_write(m_stop.Get(), 1).IgnoreError();
     }
@@ -57,36 +64,40 @@ public:
 private:
     // Reads what there is; true when it holds a change.
     bool ReadEvents() {
-        alignas(inotify_event) char buffer[16384];
+        alignas(inotify_event) char buffer[kReadSize];
         bool changed = false;
-        auto got = ReadInto(buffer);
-        for (; got.ok() && got.value() > 0; got = ReadInto(buffer)) {
-            for (const char* at = buffer; at < buffer + got.value();) {
-                const auto* const event = reinterpret_cast<const inotify_event*>(at);
-                changed |= Handle(*event);
-                at += sizeof *event + event->len;
-            }
-        }
-        m_failed |= got.error() != EAGAIN;
-        m_folders.DropMovedOut();
+        int reads = 0;
+        do {
+            const auto got = sys::inotify_read(m_events.Get(), buffer, sizeof buffer);
+            m_failed |= !got.ok() && got.error() != EAGAIN;
+            if (!got.ok()) break;
+            changed |= HandleAll(buffer, buffer + got.value());
+        } while (++reads < kMostReads && !m_stopped);
+        m_failed |= !m_folders.Settle();
         return changed || m_failed;
     }
 
-    template <std::size_t size>
-    Result<ssize_t> ReadInto(char (&buffer)[size]) const {
-        return sys::inotify_read(m_events.Get(), buffer, size);
+    bool HandleAll(const char* at, const char* end) {
+        bool changed = false;
+        while (at < end) {
+            const auto* const event = reinterpret_cast<const inotify_event*>(at);
+            changed |= Handle(*event);
+            at += sizeof *event + event->len;
+        }
+        return changed;
     }
 
     bool Handle(const inotify_event& event) {
         if (event.mask & IN_Q_OVERFLOW) {
-            Checked(m_folders.Rescan());
+            m_folders.LostEvents();
             return true;
         }
         if (event.mask & (IN_IGNORED | IN_UNMOUNT | IN_MOVE_SELF)) return Lose(event);
         if (event.len == 0) return false;  // the watched folder itself, which its parent reports
-        const bool isFolder = event.mask & IN_ISDIR;
-        const bool counts = event.mask & (isFolder ? m_ofFolders : m_ofFiles);
-        return (isFolder && Follow(event)) || counts;
+        if (!(event.mask & IN_ISDIR)) return event.mask & m_ofFiles;
+        if (event.mask & IN_MOVED_FROM) m_folders.MovedFrom(event.wd, event.name);
+        if (event.mask & (IN_CREATE | IN_MOVED_TO)) m_folders.Appeared(event.wd, event.name);
+        return event.mask & m_ofFolders;
     }
 
     // A folder that is not watched any longer, or not where it was: what is below it can be found no more.
@@ -99,18 +110,10 @@ private:
         return isRoot;
     }
 
-    // True when a new subfolder held something before it was watched.
-    bool Follow(const inotify_event& event) {
-        if (event.mask & IN_MOVED_FROM) m_folders.MovedFrom(event.wd, event.name);
-        return event.mask & (IN_CREATE | IN_MOVED_TO) && Checked(m_folders.Add(event.wd, event.name));
-    }
-
-    bool Checked(WatchedFolders::Added added) {
-        m_failed |= added == WatchedFolders::Added::NoMoreWatches;
-        return m_failed || added == WatchedFolders::Added::NotEmpty;
-    }
-
     UniqueFd m_events, m_stop;
+    std::atomic<bool> m_stopped = false;
+    // What is watched for counts, and no more. A folder that comes or goes takes with it what nobody was told of, so with
+    // subfolders it counts whatever is asked for.
     std::uint32_t m_ofFiles, m_ofFolders;
     WatchedFolders m_folders;
     bool m_failed = false;

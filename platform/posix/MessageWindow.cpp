@@ -39,7 +39,13 @@ bool SendMessageText(WindowHandle window, std::string_view text, WindowHandle se
         own->Receiver().OnMessage(sender, 0, text);
         return true;
     }
-    return Send(target, NameOf(sender), text);
+    return Send(target, NameOf(sender), text) == Outcome::Handled;
+}
+
+bool FindAndSend(const std::string& className, std::string_view text, WindowHandle sender) {
+    if (text.size() > kLongestMessage) return FindMessageWindow(className) != nullptr;
+    if (OwnServer(className)) return SendMessageText(HandleOf(className), text, sender);
+    return Send(className, NameOf(sender), text) != Outcome::NotFound;
 }
 
 bool PumpMessages(std::uint32_t milliseconds) {

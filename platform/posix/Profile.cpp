@@ -2,12 +2,12 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <memory>
 
 #include "platform/AtomicFile.h"
 #include "platform/IniText.h"
 #include "platform/Path.h"
 #include "platform/posix/OfdLock.h"
+#include "platform/posix/RealPath.h"
 #include "platform/posix/UniqueFd.h"
 #include "platform/posix/UserEntry.h"
 
@@ -42,12 +42,6 @@ void MakeFolders(const std::string& folder) {
         // Most exist already. One that cannot be made shows when the file in it cannot be.
         sys::mkdirat(AT_FDCWD, folder.substr(0, end).c_str(), 0700).IgnoreError();
     }
-}
-
-// What the path leads to; the path itself while nothing is there.
-std::string Target(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> real(sys::realpath(path.c_str()).value(), &std::free);
-    return real ? real.get() : path;
 }
 
 /// A missing file is an empty one. Nothing when it cannot be read.
@@ -103,7 +97,7 @@ std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* se
 
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
     MakeFolders(FolderOf(place));
-    const std::string path = Target(FileOf(place));
+    const std::string path = RealPath(FileOf(place));
     const UniqueFd turn = TakeTurn(path);
     const auto text = ReadText(path);
     return text && ReplaceText(path, value ? WithIniValue(*text, section, entry, value)

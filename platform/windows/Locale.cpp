@@ -2,50 +2,59 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstring>
+#include <string_view>
 
+#include "platform/Text.h"
 #include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
-// The system's functions give the length of what they wrote with its zero byte, or 0.
-std::string Written(std::string buffer, const Result<int>& length) {
-    buffer.resize(length.ok() ? static_cast<std::size_t>(length.value() - 1) : 0);
-    return buffer;
+wchar_t* Wide(std::u16string& text) {
+    return reinterpret_cast<wchar_t*>(text.data());
+}
+
+// Up to a zero character; empty when the text does not fit with its zero byte.
+std::string Fitting(const std::u16string& wide, std::size_t maximum) {
+    std::string text = FromWide(std::u16string_view(wide).substr(0, wide.find(u'\0')));
+    return text.size() < maximum ? text : std::string();
+}
+
+// A byte takes one 16-bit unit at most, so what needs more room than this does not fit.
+std::u16string Room(std::size_t maximum) {
+    return std::u16string(maximum, u'\0');
 }
 
 }  // namespace
 
 std::string CurrencySymbol(std::size_t maximum) {
     HKEY opened = nullptr;
-    constexpr const char* kName = "Control Panel\\International";
-    if (!sys::RegOpenKeyExA(HKEY_CURRENT_USER, kName, 0, KEY_QUERY_VALUE, &opened).ok()) return {};
+    constexpr const wchar_t* kName = L"Control Panel\\International";
+    if (!sys::RegOpenKeyExW(HKEY_CURRENT_USER, kName, 0, KEY_QUERY_VALUE, &opened).ok()) return {};
     const UniqueKey key(opened);
-    std::string text(maximum, '\0');
-    DWORD type = 0, size = static_cast<DWORD>(maximum);
+    std::u16string text = Room(maximum);
+    DWORD type = 0, size = static_cast<DWORD>(text.size() * sizeof(char16_t));
     const auto read =
-        sys::RegQueryValueExA(key.Get(), "sCurrency", nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
-    if (!read.ok() || type != REG_SZ) return {};
-    text.resize(::strnlen(text.data(), size));
-    return text;
+        sys::RegQueryValueExW(key.Get(), L"sCurrency", nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
+    return read.ok() && type == REG_SZ ? Fitting(text, maximum) : std::string();
 }
 
 std::string FormatCurrency(double amount, std::size_t maximum) {
     if (!std::isfinite(amount)) return {};
     // As %f writes it, but with the point that the system function wants, whatever the C locale.
     char plain[512];
-    *std::to_chars(plain, plain + sizeof plain - 1, amount, std::chars_format::fixed, 6).ptr = '\0';
-    std::string text(maximum, '\0');
+    char* const end = std::to_chars(plain, plain + sizeof plain, amount, std::chars_format::fixed, 6).ptr;
+    const std::wstring number(plain, end);
+    std::u16string text = Room(maximum);
     const auto length =
-        sys::GetCurrencyFormatA(LOCALE_USER_DEFAULT, 0, plain, nullptr, text.data(), static_cast<int>(maximum));
-    return Written(std::move(text), length);
+        sys::GetCurrencyFormatW(LOCALE_USER_DEFAULT, 0, number.c_str(), nullptr, Wide(text), static_cast<int>(maximum));
+    return length.ok() ? Fitting(text, maximum) : std::string();
 }
 
 std::string ListSeparator(std::size_t maximum) {
-    std::string text(maximum, '\0');
-    const auto length = sys::GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_SLIST, text.data(), static_cast<int>(maximum));
-    return Written(std::move(text), length);
+    std::u16string text = Room(maximum);
+    const auto length = sys::GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SLIST, Wide(text), static_cast<int>(maximum));
+    return length.ok() ? Fitting(text, maximum) : std::string();
 }
 
 }  // namespace qv::platform

@@ -108,6 +108,12 @@ bool SendMessageText(HWND window, std::string_view text, HWND sender) {
 }
 
 // Messages that were sent are handled inside the call that looks for posted ones.
+bool FindAndSend(const std::string& className, std::string_view text, WindowHandle sender) {
+    const WindowHandle window = FindMessageWindow(className);
+    if (window) SendMessageText(window, text, sender);
+    return window != nullptr;
+}
+
 bool PumpMessages(std::uint32_t milliseconds) {
     const std::uint64_t before = g_handled, end = ::GetTickCount64() + milliseconds;
     for (;;) {

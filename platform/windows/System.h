@@ -139,7 +139,9 @@ QV_SYSTEM_CALL_AS(ReleaseMutex, Lock, FailsWithZero, ReleaseMutex, CallTrait::Al
 
 QV_SYSTEM_CALL(Open, ReturnsError, RegCreateKeyExA);
 QV_SYSTEM_CALL(Open, ReturnsError, RegOpenKeyExA);
+QV_SYSTEM_CALL(Open, ReturnsError, RegOpenKeyExW);
 QV_SYSTEM_CALL(Read, ReturnsError, RegQueryValueExA);
+QV_SYSTEM_CALL(Read, ReturnsError, RegQueryValueExW);
 QV_SYSTEM_CALL(Write, ReturnsError, RegSetValueExA);
 QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteValueA);
 QV_CLOSE(ReturnsError, RegCloseKey);
@@ -157,9 +159,8 @@ QV_CLOSE(FailsWithZero, InternetCloseHandle);
 
 // The user's locale and zone, and what a process asks for itself. A successful CoCreateGuid may tell more than S_OK.
 
-QV_SYSTEM_CALL(Other, FailsWithZero, GetLocaleInfoA);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetLocaleInfoW);
-QV_SYSTEM_CALL(Other, FailsWithZero, GetCurrencyFormatA);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetCurrencyFormatW);
 QV_SYSTEM_CALL(Other, FailsWithMinusOne, GetTimeZoneInformation);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetTimeZoneInformationForYear);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetUserNameA);

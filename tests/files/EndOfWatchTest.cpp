@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <memory>
-#include <random>
 #include <thread>
 
-#include "qvcommon/framework/File.h"
 #include "tests/files/Watching.h"
-#include "tests/support/Tool.h"
+#include "tests/support/Blocked.h"
+#include "tests/support/SystemFaults.h"
 
 namespace {
 
@@ -25,6 +25,30 @@ TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
         while (watcher.IsWatching()) std::this_thread::yield();
         EXPECT_FALSE(watcher.Start());
     }
+    const TempFolder tree;
+    fs::create_directories(tree.Native("above/watched"));
+    Watcher watcher(tree / "above\\watched", 0x10);
+    fs::rename(tree.Native("above"), tree.Native("renamed"));
+    fs::create_directory(tree.Native("renamed/watched/new"));
+    EXPECT_TRUE(watcher.SeesChange());
+    while (watcher.IsWatching()) std::this_thread::yield();
+}
+
+// A folder that cannot be watched for want of descriptors or watches would be one whose changes are missed.
+TEST(DirChangeWatcher, EndsBeforeItMissesChanges) {
+    if (OnWindows()) GTEST_SKIP() << "the system watches subfolders itself";
+    for (const auto& [name, error] : {std::pair("openat", EMFILE), {"inotify_add_watch", ENOSPC}}) {
+        const TempFolder tree;
+        Watcher watcher(tree / "", 0x01);
+        const SystemFaults faults([only = std::string_view(name), error](const SystemFaults::Call& call) {
+            const bool fails = call.name == only && LastName(call) == "new";
+            return SystemFaults::Fault{.error = fails ? static_cast<unsigned long>(error) : 0};
+        });
+        fs::create_directory(tree.Native("new"));
+        EXPECT_TRUE(watcher.SeesChange()) << name;
+        while (watcher.IsWatching()) std::this_thread::yield();
+        EXPECT_FALSE(watcher.Start()) << name;
+    }
 }
 
 // More changes than the system keeps, while OnChange is busy: that counts as a change, and what was lost is watched again.
@@ -33,20 +57,9 @@ TEST(DirChangeWatcher, AnOverflowIsAChange) {
     int kept = 0;
     std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> kept;
     if (kept == 0 || kept > 100'000) GTEST_SKIP() << "no such end of the list, or one too far away";
-    class Busy : public Watcher {
-    public:
-        using Watcher::Watcher;
-        ~Busy() override { Stop(); }
-        void OnChange() override {
-            Watcher::OnChange();
-            if (!m_free) m_goOn.Wait();
-        }
-        std::atomic<bool> m_free = false;
-        qv::platform::Event m_goOn;
-    };
     const TempFolder tree;
     MakeWatchedTree(tree);
-    Busy watcher(tree / "", 0x01);
+    HeldWatcher watcher(tree / "", 0x01);
     tree.Write("new", "");
     ASSERT_TRUE(watcher.SeesChange());
     for (int i = 0; i <= kept; i += 2) {
@@ -54,11 +67,10 @@ TEST(DirChangeWatcher, AnOverflowIsAChange) {
         fs::rename(tree.Native("other"), tree.Native("file"));
     }
     fs::create_directory(tree.Native("lost"));
-    watcher.m_free = true;
-    watcher.m_goOn.Set();
+    watcher.GoOn();
     EXPECT_TRUE(watcher.SeesChange());
-    watcher.Settle();
     tree.Write("lost/late", "");
+    watcher.GoOn();
     EXPECT_TRUE(watcher.SeesChange());
     EXPECT_TRUE(watcher.IsWatching());
 }
@@ -111,6 +123,28 @@ TEST(DirChangeWatcher, OnChangeMayEndIt) {
         EXPECT_EQ(watcher->IsWatching(), &act == &acts[1]);
         delete watcher;
     }
+}
+
+// There is another change before each look for changes.
+TEST(DirChangeWatcher, EndlessChangesHoldUpNobody) {
+    if (OnWindows()) GTEST_SKIP() << "the system merges changes";
+    const TempFolder tree;
+    std::atomic<bool> done = false;
+    fs::path name = tree.Native("first"), other = tree.Native("second");
+    tree.Write("first", "");
+    Watcher watcher(tree / "", 0x01);
+    const SystemFaults endless([&](const SystemFaults::Call& call) {
+        const std::string_view made = call.name;
+        if (done || (made != "read" && made != "poll")) return SystemFaults::Fault{};
+        fs::rename(name, other);
+        name.swap(other);
+        return SystemFaults::Fault{};
+    });
+    tree.Write("third", "");  // for the wait that began before
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(watcher.SeesChange());
+    Background stop([&] { watcher.Stop(); });
+    EXPECT_TRUE(stop.Ends());
+    done = true;
 }
 
 TEST(DirChangeWatcher, StopsWhileChangesPourIn) {

@@ -4,6 +4,7 @@
 
 #include "platform/Path.h"
 #include "qvcommon/FileUtils.h"
+#include "tests/support/ScopedLocale.h"
 
 namespace {
 
@@ -92,6 +93,8 @@ TEST(FileUtils, WorksOnPathsAsTexts) {
                            Row{CFileUtils::FileUrlToFileName, "file://C:/a", "file:\\\\C:\\a"},
                            Row{CFileUtils::FileUrlToFileName, "FILE%3A%2F//a%2fb", "a\\b"}})
         EXPECT_EQ(row.function(row.text), row.result) << row.text;
+    const ScopedLocale turkish("tr_TR.UTF-8");
+    EXPECT_EQ(CFileUtils::FileUrlToFileName("FILE:///a"), "a") << "a scheme is ASCII";
 }
 
 }  // namespace

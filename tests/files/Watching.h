@@ -38,6 +38,27 @@ private:
     qv::platform::Event m_changed;
 };
 
+/// Its OnChange returns when it may go on.
+class HeldWatcher : public Watcher {
+public:
+    using Watcher::Watcher;
+    ~HeldWatcher() override {
+        m_isFree = true;
+        GoOn();
+        Stop();
+    }
+
+    void OnChange() override {
+        Watcher::OnChange();
+        if (!m_isFree) m_goOn.Wait();
+    }
+    void GoOn() { m_goOn.Set(); }
+
+private:
+    std::atomic<bool> m_isFree = false;
+    qv::platform::Event m_goOn;
+};
+
 inline bool OnWindows() {
     return qv::platform::HasDriveLetters();
 }

@@ -9,6 +9,7 @@
 #include "tests/support/Damage.h"
 #include "tests/support/Metafile.h"
 #include "tests/support/Raised.h"
+#include "tests/support/ScopedLocale.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
@@ -191,7 +192,10 @@ TEST(ParseEmfTables, GiveTextsOfErrorsAndNamesOfTypes) {
     const ID_NAME_PAIR table[] = {{5, "Five"}, {6, "six"}, {5, "FIVE"}};
     EXPECT_EQ(parser.GetTableIndexFromId(5, table, 3), 0);
     EXPECT_EQ(parser.GetTableIndexFromId(7, table, 3), -1);
-    EXPECT_EQ(parser.GetTableIndexFromName("SIX", table, 3), 1);
+    for (const char* const locale : {"C", "tr_TR.UTF-8"}) {
+        const ScopedLocale scope(locale);
+        EXPECT_EQ(parser.GetTableIndexFromName("SIX", table, 3), 1) << locale;
+    }
     EXPECT_EQ(parser.GetTableIndexFromName("six", table, 1), -1);
 }
 

@@ -5,11 +5,13 @@
 #include <iostream>
 #include <thread>
 
+#include "platform/Event.h"
 #include "platform/Path.h"
 #include "platform/Process.h"
 #include "qvcommon/StringHelper.h"
 #include "tests/messages/Listening.h"
 #include "tests/support/Blocked.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/Tool.h"
 
 namespace fs = std::filesystem;
@@ -98,6 +100,51 @@ TEST(UserMessages, ATextThatWasNotTakenIsSentAnew) {
     EXPECT_EQ(LineFrom(listener), "once");
     EXPECT_EQ(LineFrom(listener), "once");
     EXPECT_EQ(listener.Wait(), 0);
+}
+
+// Killed listeners leave two files each, which the next one removes, whatever their names are. Who asks for such a name at
+// the same moment gets it.
+TEST(UserMessages, ListenersRemoveWhatKilledOnesLeft) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system removes a process's windows";
+    const auto files = [](const CString& name) {
+        return fs::exists(SocketOf(name)) + fs::exists(SocketOf(name + ".lock"));
+    };
+    for (int i = 0; i < 50; ++i) Listener().Create(PlainName(), 0);  // other tests kill listeners too
+    const CString dead[] = {PlainName(), PlainName(), PlainName()}, livingName = PlainName();
+    ListeningChild living(livingName);
+    {
+        ListeningChild children[] = {ListeningChild(dead[0]), ListeningChild(dead[1]), ListeningChild(dead[2])};
+        for (ListeningChild& child : children) {
+            child.process.Kill();
+            child.process.Wait();
+        }
+    }
+    for (const CString& name : dead) EXPECT_EQ(files(name), 2);
+    qv::platform::Event sweeping, refused;
+    Background other([&] {
+        sweeping.Wait();
+        EXPECT_TRUE(Listener().Create(dead[0], 0));
+    });
+    {
+        const std::string lock = SocketOf(dead[0] + ".lock").string();
+        int locks = 0;
+        const SystemFaults meanwhile([&, main = std::this_thread::get_id()](const SystemFaults::Call& call) {
+            using enum qv::platform::CallKind;
+            const bool isMain = std::this_thread::get_id() == main;
+            if (isMain && call.kind == Remove && call.path == lock) {
+                sweeping.Set();
+                refused.Wait();
+            }
+            if (!isMain && call.kind == Lock && ++locks == 2) refused.Set();
+            return SystemFaults::Fault{};
+        });
+        Listener next;
+        EXPECT_TRUE(next.Create(PlainName(), 0));
+        EXPECT_TRUE(other.Ends());
+    }
+    for (const CString& name : dead) EXPECT_EQ(files(name), 0);
+    EXPECT_TRUE(CUserMessageListener::DoesListenerExist(livingName, 0));
+    EXPECT_EQ(Send(livingName, "end"), 1);
 }
 
 // What another user tries with the socket of a name; the second time its folder and itself stand open.

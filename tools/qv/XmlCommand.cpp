@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <functional>
+#include <locale>
 #include <memory>
 
 #include "qvcommon/LockFile.h"
@@ -99,9 +100,10 @@ double Number(const std::string& text) {
 }
 
 BOOL TruthValue(const std::string& text) {
-    const CString value(text);
-    if (value.CompareNoCase("true") && value.CompareNoCase("false")) throw std::invalid_argument(text);
-    return value.CompareNoCase("true") == 0;
+    std::string value = text;
+    for (char& c : value) c = std::tolower(c, std::locale::classic());
+    if (value != "true" && value != "false") throw std::invalid_argument(text);
+    return value == "true";
 }
 
 COleDateTime Date(const std::string& text) {

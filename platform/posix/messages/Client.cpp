@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <chrono>
 #include <utility>
-#include <vector>
 
 #include "platform/Clock.h"
 #include "platform/posix/UniqueFd.h"
@@ -47,11 +46,11 @@ UniqueFd Connect(const std::string& path) {
     return UniqueFd();
 }
 
-// Takes the last conversation away while a text is on its way: receivers that run meanwhile may send too.
-UniqueFd Reach(const std::string& className) {
+// Takes the last conversation away while a text is on its way: receivers that run meanwhile may send too. Whether it is
+// still open shows when it is used.
+UniqueFd TakeConversation(const std::string& className) {
     Conversation last = std::exchange(LastConversation(), {});
-    if (last.IsOpenTo(className)) return std::move(last.socket);
-    return Connect(SocketPath(className));
+    return last.target == className ? std::move(last.socket) : UniqueFd();
 }
 
 bool SendAll(int socket, std::string_view data) {
@@ -68,15 +67,17 @@ bool SendAll(int socket, std::string_view data) {
 }
 
 Answer ReceiveAnswer(int socket) {
-    std::vector<pollfd> polled = {{socket, POLLIN, 0}};
     for (;;) {
-        const bool hasWindows = !OwnServers().empty();
-        if (hasWindows)
-            WaitFor(socket, POLLIN, std::nullopt);
-        else
-            SpinPoller::Own().Poll(polled, std::chrono::nanoseconds::max());
         Answer answer = Answer::None;
-        const auto size = sys::recv(socket, &answer, sizeof answer, hasWindows ? MSG_DONTWAIT : 0);
+        Result<ssize_t> size = 0;
+        const auto receive = [&](int flags) { return size = sys::recv(socket, &answer, sizeof answer, flags); };
+        const auto hasCome = [&] { return receive(MSG_DONTWAIT).error() != EAGAIN; };
+        if (!OwnServers().empty()) {
+            WaitFor(socket, POLLIN, std::nullopt);
+            static_cast<void>(hasCome());
+        } else if (!SpinPoller::Own().SpinUntil(hasCome, std::chrono::nanoseconds::max())) {
+            static_cast<void>(receive(0));
+        }
         if (size.ok()) return size.value() == sizeof answer ? answer : Answer::None;
         if (size.error() != EAGAIN) return Answer::None;
     }
@@ -88,17 +89,24 @@ bool IsConversationOpen(const std::string& className) {
     return LastConversation().IsOpenTo(className);
 }
 
-bool Send(const std::string& target, const std::string& sender, std::string_view text) {
+Outcome Send(const std::string& target, const std::string& sender, std::string_view text) {
     std::string opening = Frame::Opening(target, sender, text.size());
     if (text.size() <= 4096) opening += std::exchange(text, {});  // in one call
-    for (;;) {
-        UniqueFd socket = Reach(target);
-        if (!socket) return false;
+    for (UniqueFd socket = TakeConversation(target);;) {
+        const bool isNew = !socket;
+        if (isNew) socket = Connect(SocketPath(target));
+        if (!socket) return Outcome::NotFound;
         // Even a frame that could not be sent whole may have been answered.
-        static_cast<void>(SendAll(socket.Get(), opening) && SendAll(socket.Get(), text));
+        const bool isSent = SendAll(socket.Get(), opening) && SendAll(socket.Get(), text);
         const Answer answer = ReceiveAnswer(socket.Get());
-        if (answer == Answer::Handled) LastConversation() = {target, std::move(socket)};
-        if (answer != Answer::NotTaken) return answer == Answer::Handled;
+        if (answer == Answer::Handled) {
+            LastConversation() = {target, std::move(socket)};
+            return Outcome::Handled;
+        }
+        // A conversation that ended before it had the whole frame has handled nothing of it.
+        const bool mayRetry = answer == Answer::NotTaken || (!isNew && !isSent);
+        if (!mayRetry) return Outcome::Gone;
+        socket = UniqueFd();
     }
 }
 

@@ -10,8 +10,14 @@ namespace qv::platform::messages {
 /// Whether the calling thread's last conversation is with this window and still open: the window exists then.
 bool IsConversationOpen(const std::string& className);
 
-/// Returns when the target's window has handled the text, or is gone; false when it is gone or cannot be reached.
-/// Meanwhile the calling thread's own windows go on taking messages.
-bool Send(const std::string& target, const std::string& sender, std::string_view text);
+enum class Outcome {
+    Handled,
+    Gone,     ///< the window had the text, or a part of it, when it ended
+    NotFound  ///< nobody listens, or the window cannot be reached
+};
+
+/// Returns when the target's window has handled the text, or is gone. Meanwhile the calling thread's own windows go on
+/// taking messages.
+Outcome Send(const std::string& target, const std::string& sender, std::string_view text);
 
 }  // namespace qv::platform::messages

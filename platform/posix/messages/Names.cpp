@@ -1,15 +1,21 @@
 #include "platform/posix/messages/Names.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <map>
 #include <mutex>
+#include <string_view>
 #include <utility>
+#include <vector>
 
+#include "platform/Clock.h"
 #include "platform/MessageWindow.h"
 #include "platform/PercentCode.h"
 #include "platform/Window.h"
+#include "platform/posix/FolderEntries.h"
 #include "platform/posix/OfdLock.h"
 #include "platform/posix/SameFile.h"
 
@@ -64,9 +70,15 @@ std::string Digest(const std::string& name) {
     return out;
 }
 
+constexpr std::string_view kLockEnd = ".lock";
+
 std::string LockPath(const std::string& socketPath) {
-    return socketPath + ".lock";
+    return socketPath + std::string(kLockEnd);
 }
+
+// The owner of a name locks the whole lock file. Who removes what a killed owner has left locks one byte, so that nobody
+// becomes the owner meanwhile, and who asks for the owner asks for another one, and finds none.
+constexpr ByteRange kOwned = {.start = 0, .length = 1}, kSwept = {.start = 1, .length = 1};
 
 Result<int> OpenLock(const std::string& path, int flags) {
     constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
@@ -76,6 +88,26 @@ Result<int> OpenLock(const std::string& path, int flags) {
 bool IsStillAt(int file, const std::string& path) {
     struct stat here;
     return sys::fstat(file, &here).ok() && LeadsTo(AT_FDCWD, path.c_str(), here);
+}
+
+// The lock files in the folder.
+std::vector<std::string> LocksBeside(const std::string& socketPath) {
+    const std::string folder = socketPath.substr(0, socketPath.rfind('/') + 1);
+    std::vector<std::string> locks;
+    const UniqueFd opened(sys::openat_folder(AT_FDCWD, folder.c_str(), O_NOFOLLOW));
+    // What cannot be read is not swept.
+    ForEachEntry(opened.Get(), [&](const dirent64& entry) {
+        if (entry.d_type == DT_REG && std::string_view(entry.d_name).ends_with(kLockEnd))
+            locks.push_back(folder + entry.d_name);
+    }).IgnoreError();
+    return locks;
+}
+
+// Removes a lock file that nobody owns, and its socket.
+void Sweep(const std::string& path) {
+    UniqueFd lock(OpenLock(path, O_RDWR));
+    if (!lock || !SetOfdLock(lock.Get(), OfdLockKind::Write, kSwept).ok() || !IsStillAt(lock.Get(), path)) return;
+    ReleaseName(path.substr(0, path.size() - kLockEnd.size()), lock);
 }
 
 }  // namespace
@@ -91,6 +123,7 @@ WindowHandle HandleOf(const std::string& className) {
 }
 
 std::string NameOf(WindowHandle window) {
+    if (!window) return "";
     const std::scoped_lock lock(AllHandles().mutex);
     const auto& windows = AllHandles().windows;
     const auto found =
@@ -115,16 +148,24 @@ sockaddr_un AddressOf(const std::string& socketPath) {
 
 UniqueFd AcquireName(const std::string& socketPath) {
     const std::string path = LockPath(socketPath);
-    for (;;) {
+    for (int attempt = 0; attempt < 1000;) {
         UniqueFd file(OpenLock(path, O_RDWR | O_CREAT));
-        if (!file || !SetOfdLock(file.Get(), OfdLockKind::Write).ok()) return UniqueFd();
-        if (IsStillAt(file.Get(), path)) return file;  // else the previous owner has just removed it
+        if (!file) return UniqueFd();
+        const auto set = SetOfdLock(file.Get(), OfdLockKind::Write);
+        if (set.ok()) {
+            if (IsStillAt(file.Get(), path)) return file;  // else it has just been removed
+            continue;
+        }
+        if (!IsLockConflict(set) || HasLockConflict(file.Get(), OfdLockKind::Write, kOwned).value()) return UniqueFd();
+        Sleep(std::chrono::milliseconds(1));  // until it has been swept
+        ++attempt;
     }
+    return UniqueFd();
 }
 
 bool IsNameOwned(const std::string& socketPath) {
     const UniqueFd file(OpenLock(LockPath(socketPath), O_RDONLY));
-    return file && HasLockConflict(file.Get(), OfdLockKind::Write).value();
+    return file && HasLockConflict(file.Get(), OfdLockKind::Write, kOwned).value();
 }
 
 void ReleaseName(const std::string& socketPath, UniqueFd& lock) {
@@ -132,6 +173,15 @@ void ReleaseName(const std::string& socketPath, UniqueFd& lock) {
     sys::unlinkat(AT_FDCWD, socketPath.c_str(), 0).IgnoreError();
     sys::unlinkat(AT_FDCWD, LockPath(socketPath).c_str(), 0).IgnoreError();
     lock = UniqueFd();
+}
+
+void SweepNames(const std::string& socketPath) {
+    constexpr std::size_t kMost = 64;
+    const std::vector<std::string> locks = LocksBeside(socketPath);
+    // Each time elsewhere, so that it does not matter how many names are owned.
+    static std::atomic<std::size_t> next(static_cast<std::size_t>(::getpid()));
+    const std::size_t first = next.fetch_add(kMost);
+    for (std::size_t i = 0; i < std::min(kMost, locks.size()); ++i) Sweep(locks[(first + i) % locks.size()]);
 }
 
 bool IsSameUser(int socket) {

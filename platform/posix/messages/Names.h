@@ -28,6 +28,10 @@ bool IsNameOwned(const std::string& socketPath);
 /// Removes the socket and the lock file, then unlocks.
 void ReleaseName(const std::string& socketPath, UniqueFd& lock);
 
+/// Removes what killed owners have left in the folder of this path: of up to 64 names, so that a listener that comes removes
+/// more than one that was killed leaves. A name that is acquired meanwhile is not touched.
+void SweepNames(const std::string& socketPath);
+
 /// Whether a connected socket's other end runs as this user.
 bool IsSameUser(int socket);
 

@@ -44,6 +44,7 @@ std::shared_ptr<Server> Server::Open(const std::string& className, MessageReceiv
     if (path.empty()) return nullptr;
     UniqueFd lock = AcquireName(path);
     if (!lock) return nullptr;
+    SweepNames(path);
     UniqueFd listener = Listen(path);
     if (!listener) {
         ReleaseName(path, lock);

@@ -55,26 +55,15 @@ SpinPoller& SpinPoller::Own() {
     return poller;
 }
 
-int SpinPoller::Poll(std::vector<pollfd>& polled, std::chrono::nanoseconds limit) {
-    if (m_skipsLeft > 0) {
-        --m_skipsLeft;
-        return 0;
-    }
-    const auto end = Clock::now() + std::min<std::chrono::nanoseconds>(limit, std::chrono::microseconds(30));
-    int ready = 0;
-    do ready = sys::poll(polled.data(), polled.size(), 0).value();
-    while (ready == 0 && Clock::now() < end);
-    m_skipsAfterFailure = ready == 0 ? std::min(2 * m_skipsAfterFailure + 1, 127) : 0;
-    m_skipsLeft = m_skipsAfterFailure;
-    return ready;
-}
-
 WokenBy WaitFor(int descriptor, short events, std::optional<Clock::time_point> end) {
     for (;;) {
         PollSet set = OwnDescriptors();
         if (descriptor != -1) set.Add(descriptor, events, nullptr);
-        int ready = SpinPoller::Own().Poll(set.polled, TimeLeft(end));
-        if (ready == 0) ready = sys::poll(set.polled.data(), set.polled.size(), PollTimeout(TimeLeft(end))).value();
+        int ready = 0;
+        const auto poll = [&](int timeout) {
+            return ready = sys::poll(set.polled.data(), set.polled.size(), timeout).value();
+        };
+        if (!SpinPoller::Own().SpinUntil([&] { return poll(0) != 0; }, TimeLeft(end))) poll(PollTimeout(TimeLeft(end)));
         if (descriptor != -1 && set.polled.back().revents) return WokenBy::Descriptor;
         if (ServeOne(set) && descriptor == -1) return WokenBy::Message;
         if (ready <= 0 && TimeLeft(end).count() <= 0) return WokenBy::Timeout;

@@ -2,15 +2,13 @@
 
 /// @file Waiting for a descriptor while the calling thread's windows go on taking messages.
 
-#include <poll.h>
-
+#include <algorithm>
 #include <chrono>
 #include <optional>
-#include <vector>
 
 namespace qv::platform::messages {
 
-/// Polls for up to 30 microseconds before a thread goes to sleep: to sleep and be woken takes longer than an answer, or
+/// Asks again and again for up to 30 microseconds before a thread goes to sleep: to sleep and be woken takes longer than an answer, or
 /// the next text of a lively conversation, when the other end has a processor of its own. After each failure the poller
 /// skips more calls, up to 127.
 class SpinPoller {
@@ -18,9 +16,22 @@ public:
     /// The calling thread's.
     static SpinPoller& Own();
 
-    /// The number of ready descriptors; 0 when the call was skipped or none became ready within the limit, -1 after a
-    /// failure. Its few microseconds run by the machine's own clock, whichever is in force.
-    int Poll(std::vector<pollfd>& polled, std::chrono::nanoseconds limit);
+    /// Calls `isReady` until it is true; false when the call was skipped or the limit has passed. Its few microseconds run
+    /// by the machine's own clock, whichever is in force.
+    template <class IsReady>
+    bool SpinUntil(IsReady isReady, std::chrono::nanoseconds limit) {
+        using Clock = std::chrono::steady_clock;
+        if (m_skipsLeft > 0) {
+            --m_skipsLeft;
+            return false;
+        }
+        const auto end = Clock::now() + std::min<std::chrono::nanoseconds>(limit, std::chrono::microseconds(30));
+        bool ready = isReady();
+        while (!ready && Clock::now() < end) ready = isReady();
+        m_skipsAfterFailure = ready ? 0 : std::min(2 * m_skipsAfterFailure + 1, 127);
+        m_skipsLeft = m_skipsAfterFailure;
+        return ready;
+    }
 
 private:
     int m_skipsAfterFailure = 0, m_skipsLeft = 0;

@@ -1,33 +1,36 @@
 #include "platform/posix/watching/WatchedFolders.h"
 
 #include <cerrno>
-#include <vector>
 
-#include "platform/Folder.h"
-#include "platform/posix/System.h"
+#include "platform/posix/FolderEntries.h"
+#include "platform/posix/RealPath.h"
+#include "platform/posix/SameFile.h"
 
 namespace qv::platform {
+namespace {
 
-WatchedFolders::WatchedFolders(int inotify, std::uint32_t events, bool subfolders)
-    : m_inotify(inotify), m_events(events | IN_ONLYDIR), m_subfolders(subfolders) {
-    if (m_subfolders) m_events |= IN_CREATE | IN_MOVED_FROM | IN_MOVED_TO;
+// Any other failure means that the folder is gone, is no folder, or may not be read.
+bool IsExhaustion(unsigned long error) {
+    return error == ENOSPC || error == ENOMEM || error == EMFILE || error == ENFILE;
 }
+
+}  // namespace
+
+WatchedFolders::WatchedFolders(int inotify, std::uint32_t events, bool subfolders, const std::atomic<bool>& stop)
+    : m_inotify(inotify), m_events(events | IN_MOVE_SELF | IN_ONLYDIR), m_subfolders(subfolders), m_stop(stop) {}
 
 bool WatchedFolders::AddRoot(const std::string& path) {
-    m_rootPath = path;
-    m_root = sys::inotify_add_watch(m_inotify, path.c_str(), m_events | IN_MOVE_SELF).value();
-    if (m_root == -1) return false;
+    m_rootPath = RealPath(path);  // whatever becomes of links and of the current folder
+    const auto added = sys::inotify_add_watch(m_inotify, m_rootPath.c_str(), m_events);
+    if (!added.ok()) return false;
+    m_root = added.value();
     m_folders[m_root];
-    return !m_subfolders || AddBelow(m_root) != Added::NoMoreWatches;
+    if (!m_subfolders) return true;
+    return sys::fstatat(AT_FDCWD, m_rootPath.c_str(), &m_rootStatus, 0).ok() && Settle();
 }
 
-WatchedFolders::Added WatchedFolders::Add(int parent, const std::string& name) {
-    if (!m_subfolders || !m_folders.contains(parent)) return Added::NotReadable;
-    int watch = -1;
-    const Added added = AddOne(parent, name, watch);
-    if (added == Added::NotReadable || added == Added::NoMoreWatches) return added;
-    const Added below = AddBelow(watch);
-    return below == Added::NotEmpty && added == Added::Known ? Added::Known : below;
+void WatchedFolders::Appeared(int parent, const std::string& name) {
+    if (m_subfolders) m_appeared.emplace(parent, name);
 }
 
 void WatchedFolders::MovedFrom(int parent, const std::string& name) {
@@ -38,6 +41,88 @@ void WatchedFolders::MovedFrom(int parent, const std::string& name) {
     m_movedOut.insert(child->second);
     m_folders[child->second].parent = -1;
     folder->second.children.erase(child);
+}
+
+void WatchedFolders::Forget(int watch) {
+    m_movedOut.erase(watch);
+    Unlink(watch);
+    m_folders.erase(watch);
+}
+
+bool WatchedFolders::Settle() {
+    ++m_pass;
+    const bool complete = AddAppeared();
+    DropMovedOut();
+    return complete;
+}
+
+bool WatchedFolders::AddAppeared() {
+    const auto appeared = std::exchange(m_appeared, {});
+    const bool readAll = m_subfolders && (std::exchange(m_lostEvents, false) || m_pass == 1);
+    if (!HasRoot() || (appeared.empty() && !readAll)) return true;
+    if (readAll && !AddBelow(m_root, m_rootPath)) return false;
+    for (const auto& [parent, name] : appeared) {
+        // Unknown for a folder that was moved: what is in it is found with it, if it is still below the root.
+        std::string path = PathOf(parent);
+        if (path.empty()) continue;
+        path += '/' + name;
+        const auto added = AddOne(parent, name, path);
+        if (IsExhaustion(added.error())) return false;
+        if (added.ok() && !AddBelow(added.value(), std::move(path))) return false;
+    }
+    return IsRootInPlace();
+}
+
+// All folders below one that is watched already. Each is watched first and read then, so that nothing slips between, and
+// read once in a pass however often it is named.
+bool WatchedFolders::AddBelow(int top, std::string path) {
+    std::vector<Unread> unread;
+    unread.push_back({top, std::move(path)});
+    std::vector<std::string> names;
+    while (!unread.empty() && !m_stop) {
+        const Unread folder = std::move(unread.back());
+        unread.pop_back();
+        if (std::exchange(m_folders[folder.watch].pass, m_pass) == m_pass) continue;
+        names.clear();
+        if (IsExhaustion(ListSubfolders(folder, names).error())) return false;
+        for (const std::string& name : names) {
+            std::string below = folder.path + '/' + name;
+            const auto added = AddOne(folder.watch, name, below);
+            if (IsExhaustion(added.error())) return false;
+            if (added.ok()) unread.push_back({added.value(), std::move(below)});
+        }
+    }
+    return true;
+}
+
+Result<int> WatchedFolders::AddOne(int parent, const std::string& name, const std::string& path) {
+    const auto added = sys::inotify_add_watch(m_inotify, path.c_str(), m_events | IN_DONT_FOLLOW);
+    if (!added.ok()) return added;
+    if (added.value() == m_root) return Result<int>::OfError(-1, ELOOP);  // a mount of the root below itself
+    const auto [folder, isNew] = m_folders.try_emplace(added.value());
+    if (!isNew) {
+        m_movedOut.erase(added.value());
+        Unlink(added.value());
+    }
+    folder->second.parent = parent;
+    folder->second.name = name;
+    m_folders[parent].children[name] = added.value();
+    return added;
+}
+
+// With what may be a folder on a file system that does not say; only a folder can be watched.
+Status WatchedFolders::ListSubfolders(const Unread& folder, std::vector<std::string>& names) const {
+    const auto opened = sys::openat_folder(AT_FDCWD, folder.path.c_str(), IsRoot(folder.watch) ? 0 : O_NOFOLLOW);
+    if (!opened.ok()) return opened.status();
+    const UniqueFd descriptor(opened);
+    return ForEachEntry(descriptor.Get(), [&names](const dirent64& entry) {
+        if (entry.d_type == DT_DIR || entry.d_type == DT_UNKNOWN) names.emplace_back(entry.d_name);
+    });
+}
+
+// A folder above it may have been renamed.
+bool WatchedFolders::IsRootInPlace() const {
+    return LeadsTo(AT_FDCWD, m_rootPath.c_str(), m_rootStatus);
 }
 
 void WatchedFolders::DropMovedOut() {
@@ -55,18 +140,15 @@ void WatchedFolders::DropMovedOut() {
     }
 }
 
-void WatchedFolders::Forget(int watch) {
-    m_movedOut.erase(watch);
-    Unlink(watch);
-    m_folders.erase(watch);
-}
-
-// Empty for a folder that was moved out: its path is unknown.
+// Empty while it is unknown: the folder or one above it was moved, or what is known of them contradicts itself, since a
+// path that is no longer true has led to another folder. Events that are still to come settle that.
 std::string WatchedFolders::PathOf(int watch) const {
     std::vector<const std::string*> names;
-    for (; watch != m_root; watch = m_folders.at(watch).parent) {
-        if (watch == -1) return "";
-        names.push_back(&m_folders.at(watch).name);
+    while (watch != m_root) {
+        const auto folder = m_folders.find(watch);
+        if (folder == m_folders.end() || names.size() > m_folders.size()) return "";
+        names.push_back(&folder->second.name);
+        watch = folder->second.parent;
     }
     std::string path = m_rootPath;
     for (auto name = names.rbegin(); name != names.rend(); ++name) path += '/' + **name;
@@ -80,47 +162,6 @@ void WatchedFolders::Unlink(int watch) {
     if (parent == m_folders.end()) return;
     const auto child = parent->second.children.find(folder->second.name);
     if (child != parent->second.children.end() && child->second == watch) parent->second.children.erase(child);
-}
-
-WatchedFolders::Added WatchedFolders::AddOne(int parent, const std::string& name, int& watch) {
-    const std::string path = PathOf(parent);
-    if (path.empty()) return Added::NotReadable;
-    const std::string full = path + '/' + name;
-    const auto added = sys::inotify_add_watch(m_inotify, full.c_str(), m_events | IN_DONT_FOLLOW);
-    if (added.error() == ENOSPC || added.error() == ENOMEM) return Added::NoMoreWatches;
-    if (!added.ok()) return Added::NotReadable;
-    watch = added.value();
-    const bool known = m_folders.contains(watch);
-    m_movedOut.erase(watch);
-    Unlink(watch);
-    WatchedFolder& folder = m_folders[watch];
-    folder.parent = parent;
-    folder.name = name;
-    m_folders[parent].children[name] = watch;
-    return known ? Added::Known : Added::Empty;
-}
-
-// All folders below one that is watched already. Each is watched first and read then, so that nothing slips between.
-WatchedFolders::Added WatchedFolders::AddBelow(int top) {
-    Added result = Added::Empty;
-    std::vector<int> unread = {top};
-    while (!unread.empty()) {
-        const int watch = unread.back();
-        unread.pop_back();
-        Folder folder;
-        std::vector<FolderEntry> entries;
-        const std::string path = PathOf(watch);
-        if (path.empty() || !folder.Open(path.c_str(), LastName::NoLink).ok() || !folder.List(entries).ok()) continue;
-        if (!entries.empty()) result = Added::NotEmpty;
-        for (const FolderEntry& entry : entries) {
-            int child = -1;
-            if (entry.kind != EntryKind::Folder) continue;
-            const Added added = AddOne(watch, entry.name, child);
-            if (added == Added::NoMoreWatches) return added;
-            if (added != Added::NotReadable) unread.push_back(child);
-        }
-    }
-    return result;
 }
 
 }  // namespace qv::platform

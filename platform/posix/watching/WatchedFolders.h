@@ -1,62 +1,83 @@
 #pragma once
 
+#include <sys/stat.h>
+
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <set>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "platform/Status.h"
 
 namespace qv::platform {
 
 /// The folders of one inotify instance by their watch numbers. A folder keeps its number when it is renamed.
+///
+/// Events name folders by their parent's number and a name. What appeared is looked up by Settle, when all events that there
+/// were have been seen: by then the path of the parent is the true one, or events that say otherwise are still to come and
+/// name the folder again.
 class WatchedFolders {
 public:
-    enum class Added {
-        Known,         ///< watched before, or nothing to watch
-        Empty,         ///< watched from now on, nothing was in it
-        NotEmpty,      ///< watched from now on; what is in it came before
-        NotReadable,   ///< gone, no folder, or not permitted
-        NoMoreWatches  ///< the system has none left
-    };
+    /// @param stop  once it is set no more folders are looked for: nobody waits for their changes.
+    WatchedFolders(int inotify, std::uint32_t events, bool subfolders, const std::atomic<bool>& stop);
 
-    WatchedFolders(int inotify, std::uint32_t events, bool subfolders);
-
-    /// Watches the folder, native path, and all below it. False when it cannot be watched.
+    /// Watches the folder, native path, and all below it. False when it cannot be watched, or the system has no watches,
+    /// descriptors or memory left.
     bool AddRoot(const std::string& path);
     bool HasRoot() const { return m_folders.contains(m_root); }
     bool IsRoot(int watch) const { return watch == m_root; }
     bool FollowsSubfolders() const { return m_subfolders; }
 
-    /// Watches a new subfolder with all below it.
-    Added Add(int parent, const std::string& name);
-    /// Watches the folders whose events an overflow has dropped.
-    Added Rescan() { return m_subfolders && HasRoot() ? AddBelow(m_root) : Added::Known; }
-
-    /// The folder is dropped by DropMovedOut unless it is added under another name before.
+    /// A folder of this name was made or moved here.
+    void Appeared(int parent, const std::string& name);
+    /// A folder was moved away; Settle ends its watch unless it appeared elsewhere.
     void MovedFrom(int parent, const std::string& name);
-    void DropMovedOut();
+    /// Events were lost: any folder may have appeared.
+    void LostEvents() { m_lostEvents = true; }
     /// The system has ended this watch.
     void Forget(int watch);
+
+    /// Watches what appeared with all below it. False when changes may be missed from now on: the system has nothing left to
+    /// watch with, or the root is no longer at its path, so that new folders cannot be found.
+    bool Settle();
 
 private:
     struct WatchedFolder {
         int parent = -1;
         std::string name = {};
         std::map<std::string, int> children = {};
+        unsigned pass = 0;  ///< the last one that has read it
+    };
+    struct Unread {
+        int watch;
+        std::string path;
     };
 
     std::string PathOf(int watch) const;
     void Unlink(int watch);
-    Added AddOne(int parent, const std::string& name, int& watch);
-    Added AddBelow(int top);
+    bool AddAppeared();
+    bool AddBelow(int top, std::string path);
+    Result<int> AddOne(int parent, const std::string& name, const std::string& path);
+    Status ListSubfolders(const Unread& folder, std::vector<std::string>& names) const;
+    bool IsRootInPlace() const;
+    void DropMovedOut();
 
     int m_inotify;
     std::uint32_t m_events;
     bool m_subfolders;
+    const std::atomic<bool>& m_stop;
     int m_root = -1;
     std::string m_rootPath;
+    struct stat m_rootStatus = {};
     std::unordered_map<int, WatchedFolder> m_folders;
+    std::set<std::pair<int, std::string>> m_appeared;
     std::set<int> m_movedOut;
+    bool m_lostEvents = false;
+    unsigned m_pass = 0;
 };
 
 }  // namespace qv::platform

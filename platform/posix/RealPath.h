@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "platform/posix/System.h"
+
+namespace qv::platform {
+
+/// Where a native path leads, absolute and without links; the path itself while nothing is there.
+inline std::string RealPath(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> real(sys::realpath(path.c_str()).value(), &std::free);
+    return real ? real.get() : path;
+}
+
+}  // namespace qv::platform
