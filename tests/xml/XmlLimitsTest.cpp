@@ -172,6 +172,40 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
     }
 }
 
+// Lengths are asked before anything reads the text: there are no such texts here.
+TEST(XmlLimits, OfLengthAreAskedFirst) {
+    static const char one = 'x';
+    const std::string_view text(&one, 1'000'000'001), whole(&one, 0x80000000);
+    const IXMLDOMDocument document = CXmlHelper::CreateDocument();
+    ASSERT_TRUE(document.loadXML("<r k='1'><a>x</a></r>"));
+    const IXMLDOMElement root = document.get_documentElement();
+    const auto codeOf = [](const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const _com_error& error) {
+            return error.Error();
+        }
+        return HRESULT{0};
+    };
+    const std::function<void()> actions[] = {[&] { CXmlHelper::SetString(root, "a", text); },
+                                             [&] { root.setAttribute("k", text); },
+                                             [&] { root.setAttribute(text, "v"); },
+                                             [&] { document.createElement(text); },
+                                             [&] { CXmlHelper::AddElement(root, "b", text); },
+                                             [&] { CXmlHelper::AddElement(root, text, "v"); }};
+    for (const auto& action : actions) EXPECT_EQ(codeOf(action), _com_error::kInvalidArg);
+    EXPECT_EQ(codeOf([&] { root.selectNodes(text); }), _com_error::kFail);
+    CString value;
+    EXPECT_FALSE(root.getAttribute(text, value));
+    root.removeAttribute(text);
+    EXPECT_EQ(document.get_xml(), "<r k=\"1\"><a>x</a></r>");
+    for (const bool bytes : {true, false}) {
+        EXPECT_FALSE(bytes ? document.load(whole) : document.loadXML(whole));
+        EXPECT_EQ(document.get_parseError().get_errorCode(), _com_error::kOutOfMemory);
+        EXPECT_FALSE(document.get_documentElement());
+    }
+}
+
 TEST(XmlLimits, SavesNamesThatTheEncodingLacks) {
     const IXMLDOMDocument document = CXmlHelper::CreateDocument(), again = CXmlHelper::CreateDocument();
     ASSERT_TRUE(document.load(Declared("ISO-8859-1", "<r><a>\xE4</a></r>")));
