@@ -45,11 +45,6 @@ std::vector<std::pair<std::string, std::string>> InEveryEncoding(const std::stri
             {"ISO-8859-1", Declared("ISO-8859-1", with("\xE4"))}};
 }
 
-// A system's DOM need not know them all.
-bool IsKnown(const std::string& encoding) {
-    return CXmlHelper::CreateDocument().load(Declared(encoding, "<a/>")) || encoding == "UTF-16";
-}
-
 TEST(XmlLimits, AreTheSameInEveryEncoding) {
     struct Row {
         std::string text;
@@ -71,7 +66,6 @@ TEST(XmlLimits, AreTheSameInEveryEncoding) {
     };
     for (const Row& row : rows) {
         for (const auto& [encoding, bytes] : InEveryEncoding(row.text)) {
-            if (!IsKnown(encoding)) continue;
             const IXMLDOMDocument document = CXmlHelper::CreateDocument();
             const bool loaded = document.load(bytes);
             const auto problem = document.get_parseError();
@@ -164,7 +158,6 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
         EXPECT_EQ(code, row.taken ? HRESULT{0} : HRESULT{_com_error::kInvalidArg}) << row.what;
         const CString after = document.get_xml();
         EXPECT_EQ(after == before, !row.taken) << row.what;
-        if (qv::platform::HasDriveLetters()) continue;  // what a COM DOM writes is its own
         const IXMLDOMDocument again = CXmlHelper::CreateDocument();
         again.put_preserveWhiteSpace(true);
         ASSERT_TRUE(again.load(document.save())) << row.what << document.save();
@@ -218,7 +211,6 @@ TEST(XmlLimits, SavesNamesThatTheEncodingLacks) {
 }
 
 TEST(XmlLimits, SavesNoDefaultThatWouldComeBack) {
-    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "a COM DOM has its own way with declarations";
     const IXMLDOMDocument document = CXmlHelper::CreateDocument(), again = CXmlHelper::CreateDocument();
     ASSERT_TRUE(document.loadXML("<!DOCTYPE r [<!ATTLIST r k NMTOKEN 'x &#38; y'><!ELEMENT r ANY>]><r/>"));
     ASSERT_TRUE(again.load(document.save())) << document.save();
