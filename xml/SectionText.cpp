@@ -1,7 +1,6 @@
 #include "xml/SectionText.h"
 
 #include <cstring>
-#include <limits>
 
 #include "qvcommon/XmlSection.h"
 
@@ -20,7 +19,7 @@ namespace {
 class Parser {
 public:
     Parser(std::string_view text, std::string_view tag) : m_tag(tag) {
-        if (text.size() > std::size_t{std::numeric_limits<int>::max()}) Fail("The text is too long");
+        if (text.size() > kLongestSection) RefuseLongSection();
         m_result.text = text;
         m_last.reserve(64);
         m_result.elements.reserve(text.size() / 48 + 1);
@@ -113,6 +112,10 @@ std::string CleanedTag(std::string_view tag) {
 
 }  // namespace
 
+void RefuseLongSection() {
+    Fail("The text is too long");
+}
+
 SectionText ParseSection(std::string_view text, std::string_view tag) {
     return Parser(text, tag).Run();
 }
@@ -141,7 +144,7 @@ void SectionNode::MakeIndex() const {
 
 std::uint32_t SectionNode::Find(std::string_view tag, int number) const {
     if (!m_indexed) MakeIndex();
-    const auto found = m_index.find(CleanedTag(tag));
+    const auto found = tag.find(' ') == tag.npos ? m_index.find(tag) : m_index.find(CleanedTag(tag));
     const auto place = static_cast<std::size_t>(number);
     return found == m_index.end() || number < 0 || place >= found->second.size() ? 0 : found->second[place];
 }

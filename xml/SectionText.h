@@ -12,6 +12,10 @@
 
 namespace qv {
 
+/// Lengths and results of the interface are int.
+constexpr std::size_t kLongestSection = 0x7FFFFFFF;
+[[noreturn]] void RefuseLongSection();
+
 /// Places are byte offsets into the text.
 struct SectionElement {
     std::uint32_t begin = 0;       ///< of the opening "<"

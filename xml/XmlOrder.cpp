@@ -1,7 +1,6 @@
 #include <algorithm>
-#include <numeric>
 
-#include "platform/Text.h"
+#include "core/CollationOrder.h"
 #include "qvcommon/XmlHelper.h"
 #include "xml/Elements.h"
 #include "xml/dom/Backend.h"
@@ -21,22 +20,20 @@ bool HoldsNothing(const Node& element) {
     return qv::dom::IsBlank(element.get_text());
 }
 
-std::string KeyText(const Node& element, std::string_view pattern) {
-    std::string key;
-    if (const Node found = element.selectSingleNode(pattern)) qv::platform::AppendCollationKey(found.get_text(), key);
-    return key;
+CString KeyText(const Node& element, std::string_view pattern) {
+    const Node found = element.selectSingleNode(pattern);
+    return found ? found.get_text() : CString();
 }
 
-// The order in which the elements have to stand: indexes into them.
-std::vector<std::size_t> OrderOf(const Nodes& elements, const CStringArray& patterns, bool descending) {
-    std::vector<std::vector<std::string>> keys(elements.size());
-    for (std::size_t i = 0; i < elements.size(); ++i)
-        for (const CString& pattern : patterns) keys[i].push_back(KeyText(elements[i], pattern));
-    std::vector<std::size_t> order(elements.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return descending ? keys[b] < keys[a] : keys[a] < keys[b]; });
-    return order;
+// The same elements by one key more, which counts more than those before: the order is stable.
+Nodes SortedBy(const Nodes& elements, std::string_view pattern, bool descending) {
+    std::vector<CString> keys;
+    for (const Node& element : elements) keys.push_back(KeyText(element, pattern));
+    std::vector<const CString*> pointers;
+    for (const CString& key : keys) pointers.push_back(&key);
+    Nodes sorted;
+    for (const std::uint32_t index : qv::CollationOrder(pointers, descending)) sorted.push_back(elements[index]);
+    return sorted;
 }
 
 // Sorts those of the children that stand at the given places, among these places. All children are set down anew.
@@ -44,8 +41,9 @@ void SortPlaces(const Node& parent, Nodes children, const std::vector<std::size_
                 const CStringArray& patterns, bool descending) {
     Nodes elements;
     for (const std::size_t place : places) elements.push_back(children[place]);
-    const std::vector<std::size_t> order = OrderOf(elements, patterns, descending);
-    for (std::size_t i = 0; i < places.size(); ++i) children[places[i]] = elements[order[i]];
+    for (auto pattern = patterns.end(); pattern != patterns.begin();)
+        elements = SortedBy(elements, *--pattern, descending);
+    for (std::size_t i = 0; i < places.size(); ++i) children[places[i]] = elements[i];
     for (const Node& child : children) parent.appendChild(child);
 }
 

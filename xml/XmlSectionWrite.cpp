@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <exception>
 
 #include "qvcommon/XmlSection.h"
 #include "xml/Numbers.h"
@@ -29,10 +30,32 @@ private:
     std::string_view m_view;
 };
 
-// Room for one more line; the text grows by doubling.
-void Reserve(std::string& text, std::size_t more) {
-    if (text.capacity() - text.size() < more) text.reserve(std::max(2 * text.capacity(), text.size() + more));
+// Room for more; the text grows by doubling, up to what a section can hold. Sizes are summed up in 64 bits.
+void Reserve(std::string& text, std::uint64_t more) {
+    if (more > qv::kLongestSection - text.size()) qv::RefuseLongSection();
+    const auto size = static_cast<std::size_t>(more);
+    if (text.capacity() - text.size() < size) text.reserve(std::max(2 * text.capacity(), text.size() + size));
 }
+
+// Takes back the lines of an operation that raises before its last one.
+class WholeOrNothing {
+public:
+    WholeOrNothing(std::string& text, int& indent)
+        : m_text(text), m_indent(indent), m_sizeBefore(text.size()), m_indentBefore(indent) {}
+    WholeOrNothing(const WholeOrNothing&) = delete;
+    WholeOrNothing& operator=(const WholeOrNothing&) = delete;
+    ~WholeOrNothing() {
+        if (std::uncaught_exceptions() == m_exceptions) return;
+        m_text.resize(m_sizeBefore);
+        m_indent = m_indentBefore;
+    }
+
+private:
+    std::string& m_text;
+    int& m_indent;
+    const std::size_t m_sizeBefore;
+    const int m_indentBefore, m_exceptions = std::uncaught_exceptions();
+};
 
 char* Put(char* to, std::string_view text) {
     std::memcpy(to, text.data(), text.size());
@@ -42,7 +65,7 @@ char* Put(char* to, std::string_view text) {
 // "<tag>text</tag>" and its line end, put together before they are appended: most lines are short.
 void AppendLine(std::string& out, std::size_t indent, std::string_view tag, std::string_view text) {
     constexpr std::size_t kMarks = 6, kShort = 256;
-    const std::size_t size = indent + 2 * tag.size() + text.size() + kMarks;
+    const std::uint64_t size = std::uint64_t{indent} + tag.size() + tag.size() + text.size() + kMarks;
     Reserve(out, size);
     if (size > kShort) {
         (out.append(indent, ' ') += '<').append(tag).append(">").append(text).append("</").append(tag).append(">\n");
@@ -60,9 +83,10 @@ void AppendLine(std::string& out, std::size_t indent, std::string_view tag, std:
 
 // Whole lines, each behind so many blanks.
 void AppendIndented(std::string& text, std::string_view lines, std::size_t indent) {
-    Reserve(text, lines.size() + lines.size() / 4);
+    Reserve(text, std::min(lines.size() + lines.size() / 4, qv::kLongestSection - text.size()));
     for (std::size_t from = 0, end; from < lines.size(); from = end) {
         end = lines.find('\n', from) + 1;
+        Reserve(text, indent + (end - from));
         text.append(indent, ' ').append(lines, from, end - from);
     }
 }
@@ -70,9 +94,11 @@ void AppendIndented(std::string& text, std::string_view lines, std::size_t inden
 }  // namespace
 
 void CXmlSection::AppendRawXml(std::string_view text, BOOL indentAfter, BOOL outdentBefore) {
-    if (outdentBefore) m_indent = std::max(m_indent - kStep, 0);
-    m_text.append(static_cast<std::size_t>(m_indent), ' ').append(text) += '\n';
-    if (indentAfter) m_indent += kStep;
+    const int indent = outdentBefore ? std::max(m_indent - kStep, 0) : m_indent;
+    const auto blanks = static_cast<std::size_t>(indent);
+    Reserve(m_text, std::uint64_t{blanks} + text.size() + 1);
+    m_text.append(blanks, ' ').append(text) += '\n';
+    m_indent = indentAfter ? indent + kStep : indent;
 }
 
 void CXmlSection::AddElement(std::string_view tag, std::string_view escaped) {
@@ -81,6 +107,7 @@ void CXmlSection::AddElement(std::string_view tag, std::string_view escaped) {
 
 void CXmlSection::OpenElement(std::string_view tag) {
     const WrittenTag written(tag);
+    Reserve(m_text, static_cast<std::uint64_t>(m_indent) + std::string_view(written).size() + 3);
     (m_text.append(static_cast<std::size_t>(m_indent), ' ') += '<').append(written).append(">\n");
     m_indent += kStep;
 }
@@ -88,12 +115,14 @@ void CXmlSection::OpenElement(std::string_view tag) {
 void CXmlSection::CloseElement(std::string_view tag) {
     const WrittenTag written(tag);
     m_indent = std::max(m_indent - kStep, 0);
+    Reserve(m_text, static_cast<std::uint64_t>(m_indent) + std::string_view(written).size() + 4);
     m_text.append(static_cast<std::size_t>(m_indent), ' ').append("</").append(written).append(">\n");
 }
 
 // Most texts need no escapes.
 void CXmlSection::AddString(std::string_view tag, std::string_view text, BOOL force) {
     if (text.empty() && !force) return;
+    if (text.size() > qv::kLongestSection) qv::RefuseLongSection();
     if (!qv::NeedsEscapes(text)) return AddElement(tag, text);
     m_escaped.clear();
     qv::AppendSectionText(m_escaped, text);
@@ -121,6 +150,7 @@ void CXmlSection::AddDate(std::string_view tag, const COleDateTime& value, BOOL 
 
 void CXmlSection::AddStringArray(std::string_view tag, const CStringArray& texts, BOOL force) {
     if (texts.IsEmpty() && !force) return;
+    const WholeOrNothing guard(m_text, m_indent);
     OpenElement(tag);
     for (const CString& text : texts) AddString("ITEM", text, force);
     CloseElement(tag);
@@ -128,6 +158,7 @@ void CXmlSection::AddStringArray(std::string_view tag, const CStringArray& texts
 
 void CXmlSection::AddStringToStringMap(std::string_view tag, const CMapStringToString& map, BOOL force) {
     if (map.IsEmpty() && !force) return;
+    const WholeOrNothing guard(m_text, m_indent);
     OpenElement(tag);
     for (const auto& [key, value] : map) {
         OpenElement("ENTRY");
@@ -148,6 +179,7 @@ void CXmlSection::AddSection(const CXmlSection& section, BOOL force) {
     if (section.EmptyForSave() && !force) return;
     if (&section == this) return AddSection(CXmlSection(section), force);
     if (section.m_node) return AddElement(section.m_tag, section.m_node->Content());
+    const WholeOrNothing guard(m_text, m_indent);
     OpenElement(section.m_tag);
     AppendIndented(m_text, section.m_text, static_cast<std::size_t>(m_indent));
     CloseElement(section.m_tag);
@@ -161,6 +193,7 @@ void CXmlSection::AddObject(const CXmlObject& object, BOOL force) {
 
 void CXmlSection::AddObjectArray(std::string_view tag, const CXmlObjectArray& objects, BOOL force) {
     if (objects.IsEmpty() && !force) return;
+    const WholeOrNothing guard(m_text, m_indent);
     OpenElement(tag);
     for (const CXmlObject* const object : objects) AddObject(*object, 1);
     CloseElement(tag);

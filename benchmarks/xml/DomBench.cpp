@@ -114,11 +114,30 @@ void SetAttributes(benchmark::State& state) {
 }
 BENCHMARK(SetAttributes)->Name("Growth_SetAttributes/qvcommon")->Arg(1000)->Arg(10000);
 
+// Between elements of one document.
 void SyncAttributes(benchmark::State& state) {
-    const auto from = CXmlHelper::GetDocumentElement("<r/>");
+    const auto document = CXmlHelper::GetDocumentElement("<r/>").get_ownerDocument();
+    const auto from = document.get_documentElement();
     for (int i = 0; i < state.range(); ++i) from.setAttribute("k" + std::to_string(i), "v");
-    for (auto _ : state) CXmlDomElement::SyncNode(CXmlHelper::GetDocumentElement("<r/>"), from);
+    for (auto _ : state) CXmlDomElement::SyncNode(document.createElement("r"), from);
 }
 BENCHMARK(SyncAttributes)->Name("Growth_SyncAttributes/qvcommon")->Arg(1000)->Arg(10000);
+
+void AddElements(benchmark::State& state) {
+    for (auto _ : state) {
+        const auto root = CXmlHelper::GetDocumentElement("<r/>");
+        for (int i = 0; i < state.range(); ++i) CXmlHelper::AddElement(root, "item", "x");
+    }
+}
+BENCHMARK(AddElements)->Name("Growth_AddElements/qvcommon")->Arg(1000)->Arg(10000);
+
+// In each other, as deep as elements may be.
+void AddChain(benchmark::State& state) {
+    for (auto _ : state) {
+        auto inner = CXmlHelper::GetDocumentElement("<r/>");
+        for (int i = 0; i < state.range(); ++i) inner = CXmlHelper::AddElement(inner, "item", "");
+    }
+}
+BENCHMARK(AddChain)->Name("Growth_AddChain/qvcommon")->Arg(25)->Arg(250);
 
 }  // namespace

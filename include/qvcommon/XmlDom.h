@@ -9,8 +9,8 @@
 ///
 /// On Windows the DOM is MSXML's (DOMDocument 3.0, through COM, which is initialised for a thread that has not done so);
 /// on Linux it is libxml2's. They agree on what is promised here. Where the COM DOM is Wine's: a single text of more than
-/// 10 MB is refused, a prefix that was never declared is not, and the place of an error may be that of the last tag before
-/// it, or 0.
+/// 10 MB is refused, a prefix that was never declared is not, the place of an error may be that of the last tag before it,
+/// or 0, and the namespace of a node that was taken out or moved to another document may go before the node does.
 ///
 /// Texts are bytes in the process's code page. A character that it does not hold is "?" in a value and a reference in
 /// markup; between nodes nothing is lost. The characters U+0080 to U+009F are these bytes in a code page of single bytes.
@@ -24,8 +24,12 @@
 /// **Documents from outside are limited**, in every encoding alike: elements nest at most 256 deep; a document type
 /// declaration may name an external subset, which is never read, and declare elements, attributes and notations, but no
 /// entities; references to others than the five of XML are refused; attributes that only a declaration gives are at most
-/// 100,000. Nothing is ever fetched from anywhere. Libxml2 compares the attributes of one tag with each other, so a tag
-/// with n of them takes time that grows with n squared.
+/// 100,000; a text has at most 2^31 - 1 bytes. Nothing is ever fetched from anywhere.
+///
+/// Costs: libxml2 compares the attributes of one tag with each other, so loading a tag with n of them takes time that grows
+/// with n squared. Setting an attribute with a prefix compares it with the others of its element that have one, and a node
+/// that moves looks for its prefixes among all declarations of the elements around it. Everything else is linear; on
+/// Windows, what the COM DOM does for one attribute or child is its own affair.
 
 #include <utility>
 #include <vector>
@@ -110,7 +114,8 @@ public:
     /// Paths are XPath 1.0, with two changes: a predicate that is a plain number counts from ZERO, among the siblings that
     /// its step selects ("item[0]" is the first), and names are compared as they are written, prefix and all: a default
     /// namespace or the URI behind a prefix play no part. Paths of names, indexes and a final "@name" are walked directly
-    /// where the DOM allows it, in time in line with the nodes passed.
+    /// where the DOM allows it, in time in line with the nodes passed. The function id() is of no use: it needs declarations
+    /// of identifiers, which are not kept (Linux) or a COM DOM's own affair.
     /// @throws _com_error E_FAIL for a path that is no such expression.
     IXMLDOMNode selectSingleNode(std::string_view path) const;
     /// All of them, in document order.
@@ -197,8 +202,9 @@ public:
     /// The same for the bytes of a file, in the encoding that they declare.
     bool load(std::string_view bytes) const;
     /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write
-    /// that one. White space is as it was loaded; the DOM's own line end may follow. On Linux, declarations of attributes
-    /// are left out where their defaults would change the tree.
+    /// that one. White space is as it was loaded; the DOM's own line end may follow. Where defaults that a document type
+    /// declaration gives would change the tree, the declarations of attributes are left out, on Windows the whole document
+    /// type declaration.
     std::string save() const;
 
     /// Null for an empty document.

@@ -47,6 +47,9 @@ public:
     BOOL EmptyForSave() const;
 
     // Writing (xml/XmlSectionWrite.cpp)
+    //
+    // A section holds at most 2^31 - 1 bytes. An operation that would pass this raises CVorbexException* (severity 16, code
+    // 1, "The text is too long") and writes nothing.
 
     /// "<tag>text</tag>", the text escaped by Clean.
     void AddString(std::string_view tag, std::string_view text, BOOL force = 0);
@@ -70,6 +73,7 @@ public:
     /// Nested, the section of each object, also of those that saved nothing. Left out when the array is empty.
     void AddObjectArray(std::string_view tag, const CXmlObjectArray& objects, BOOL force = 0);
     /// A line as it is, behind the present indentation, which is 4 blanks less from this line on, or 4 more from the next.
+    /// The format indents every level, so the text of n levels in each other grows with n squared: 20,000 are 1.6 GB.
     void AppendRawXml(std::string_view text, BOOL indentAfter, BOOL outdentBefore);
     /// The lines written; of a section that was read the character data between its elements, as it stands there.
     CString GetRawXml() const;

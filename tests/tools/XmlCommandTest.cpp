@@ -95,6 +95,16 @@ TEST(XmlCommand, LosesNoUpdate) {
     }
 }
 
+TEST(XmlCommand, CreatesTheFileThatALinkLeadsTo) {
+    const TempFolder folder;
+    std::error_code refused;
+    std::filesystem::create_symlink("target.xml", folder.Native("link.xml"), refused);
+    if (refused) GTEST_SKIP() << "no links here: " << refused.message();
+    EXPECT_EQ(ToolStatus({"xml", "create", folder / "link.xml", "r/a", "x"}), 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.Native("link.xml")));
+    EXPECT_NE(folder.Read("target.xml").find("<r><a>x</a></r>"), std::string::npos);
+}
+
 // A service, a container, a user's terminal: what goes in comes out, byte for byte.
 TEST(XmlCommand, KeepsTextsInEveryEnvironment) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the code page does not follow the environment here";

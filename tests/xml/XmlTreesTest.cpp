@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 
-#include "platform/Path.h"
 #include "tests/support/XmlTreeModel.h"
 
 namespace {
@@ -29,12 +28,17 @@ int Operations() {
     return kOperations;
 }
 
+// A DOM that takes prefixes which nobody declared also frees too early what has moved to another document or was taken out:
+// on such a DOM nothing is freed here before the end.
+bool KeepsWhatHandlesNeed() {
+    return !CXmlHelper::CreateDocument().loadXML("<p:r/>");
+}
+
 TEST(XmlTrees, AreWhatTheOperationsMadeThem) {
-    if (qv::platform::HasDriveLetters() && !std::getenv("QV_XML_OPERATIONS"))
-        GTEST_SKIP() << "attributes and declarations with prefixes are the COM DOM's own affair";
     const int operations = Operations();
+    const bool frees = KeepsWhatHandlesNeed();
     for (unsigned seed = 1; seed <= 4; ++seed) {
-        XmlTreeModel model(seed);
+        XmlTreeModel model(seed, frees);
         for (int i = 0; i < operations / 4 && !::testing::Test::HasFailure(); ++i) model.Step();
         ASSERT_FALSE(::testing::Test::HasFailure()) << "seed " << seed;
     }

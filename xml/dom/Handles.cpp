@@ -11,26 +11,43 @@ namespace {
 
 namespace dom = qv::dom;
 
+constexpr const char* kCannotHold = "XML cannot hold this text";
+
 void Require(bool holds, const char* what) {
     if (!holds) _com_raise_error(_com_error::kInvalidArg, what);
 }
 
 // The text in UTF-8, CR LF as LF.
 std::string HeldText(const IXMLDOMNode& node, std::string_view text) {
+    Require(text.size() <= dom::kLongestText, kCannotHold);
     std::string utf8 = dom::ToUtf8(text);
     if (utf8.find("\r\n") != utf8.npos) {
         CString plain(std::move(utf8));
         plain.Replace("\r\n", "\n");
         utf8 = plain.AsStd();
     }
-    Require(dom::CanHold(node.get_nodeType(), utf8), "XML cannot hold this text");
+    Require(dom::CanHold(node.get_nodeType(), utf8), kCannotHold);
     return utf8;
 }
 
 std::string HeldName(std::string_view name) {
+    Require(name.size() <= dom::kLongestName, "this is not a name in XML");
     std::string utf8 = dom::ToUtf8(name);
     Require(dom::IsName(utf8), "this is not a name in XML");
     return utf8;
+}
+
+// No document holds a path or a name as long as this.
+std::string SoughtText(std::string_view text) {
+    if (text.size() > dom::kLongestText) _com_raise_error(_com_error::kFail, "the path cannot be read");
+    return dom::ToUtf8(text);
+}
+
+// Conversions count in int.
+bool IsTooLong(dom::Node& document, std::string_view text) {
+    if (text.size() <= dom::kLongestDocument) return false;
+    dom::SetProblem(document, dom::TooLong());
+    return true;
 }
 
 bool IsChildOf(const IXMLDOMNode& child, const IXMLDOMNode& parent) {
@@ -129,11 +146,11 @@ std::vector<IXMLDOMNode> IXMLDOMNode::get_attributes() const {
 }
 
 IXMLDOMNode IXMLDOMNode::selectSingleNode(std::string_view path) const {
-    return dom::SelectFirst(Get(), dom::ToUtf8(path));
+    return dom::SelectFirst(Get(), SoughtText(path));
 }
 
 std::vector<IXMLDOMNode> IXMLDOMNode::selectNodes(std::string_view path) const {
-    return dom::SelectAll(Get(), dom::ToUtf8(path));
+    return dom::SelectAll(Get(), SoughtText(path));
 }
 
 IXMLDOMNode IXMLDOMNode::appendChild(const IXMLDOMNode& child) const {
@@ -161,22 +178,26 @@ IXMLDOMElement::IXMLDOMElement(IXMLDOMNode node) {
 
 bool IXMLDOMElement::getAttribute(std::string_view name, CString& value) const {
     std::string utf8;
-    if (!dom::GetAttribute(Get(), dom::ToUtf8(name), utf8)) return false;
+    if (name.size() > dom::kLongestName || !dom::GetAttribute(Get(), dom::ToUtf8(name), utf8)) return false;
     value = CString(dom::ToCodePage(utf8));
     return true;
 }
 
 void IXMLDOMElement::setAttribute(std::string_view name, std::string_view value) const {
     dom::Node& element = Get();
-    const std::string utf8 = HeldName(name), text = dom::ToUtf8(value);
-    Require(dom::CanHold(NODE_ATTRIBUTE, text), "XML cannot hold this text");
+    const std::string utf8 = HeldName(name);
+    Require(value.size() <= dom::kLongestText, kCannotHold);
+    const std::string text = dom::ToUtf8(value);
+    Require(dom::CanHold(NODE_ATTRIBUTE, text), kCannotHold);
     Require(!dom::IsDeclaration(utf8) || dom::CanDeclare(dom::DeclaredPrefix(utf8), text),
             "this prefix cannot be declared so");
     Require(dom::SetAttribute(element, utf8, text), "the prefix is not declared, or the name is taken");
 }
 
 void IXMLDOMElement::removeAttribute(std::string_view name) const {
-    Require(dom::RemoveAttribute(Get(), dom::ToUtf8(name)), "the declaration is in use");
+    dom::Node& element = Get();
+    if (name.size() <= dom::kLongestName)
+        Require(dom::RemoveAttribute(element, dom::ToUtf8(name)), "the declaration is in use");
 }
 
 IXMLDOMDocument::IXMLDOMDocument(IXMLDOMNode node) {
@@ -202,11 +223,11 @@ void IXMLDOMDocument::put_preserveWhiteSpace(bool preserve) const {
 }
 
 bool IXMLDOMDocument::loadXML(std::string_view text) const {
-    return dom::LoadText(Get(), dom::ToUtf8(text));
+    return !IsTooLong(Get(), text) && dom::LoadText(Get(), dom::ToUtf8(text));
 }
 
 bool IXMLDOMDocument::load(std::string_view bytes) const {
-    return dom::LoadBytes(Get(), bytes);
+    return !IsTooLong(Get(), bytes) && dom::LoadBytes(Get(), bytes);
 }
 
 std::string IXMLDOMDocument::save() const {

@@ -75,6 +75,10 @@ bool EndsNowhere(MSXML2::DOMNodeType type, std::string_view text) {
 
 }  // namespace
 
+MSXML2::IXMLDOMParseError TooLong() {
+    return {_com_error::kOutOfMemory, "The text is too long", 0, 0};
+}
+
 bool IsName(std::string_view name) {
     if (name.size() > kLongestName) return false;
     const std::size_t colon = name.find(':');

@@ -14,6 +14,10 @@ constexpr int kMaxDepth = 256;
 /// The code of what is refused before a DOM, or by this library's limits: the facility of XML, and a number that no DOM uses.
 constexpr auto kRefused = static_cast<HRESULT>(0xC00CE000);
 
+/// What a load may take, and what a text of this library can hold; sizes of texts are asked before anything looks at them.
+constexpr std::size_t kLongestDocument = 0x7FFFFFFF;
+MSXML2::IXMLDOMParseError TooLong();
+
 /// A name with at most one prefix, of the fifth edition's characters, up to kLongestName bytes.
 bool IsName(std::string_view name);
 constexpr std::size_t kLongestName = 1'000'000;

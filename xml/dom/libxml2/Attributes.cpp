@@ -135,8 +135,7 @@ bool GetAttribute(Node& element, std::string_view name, std::string& value) {
     }
     xmlAttr* const found = Find(*element.tree, element.node, name);
     if (!found) return false;
-    value.clear();
-    for (const xmlNode* part = found->children; part; part = part->next) value += View(part->content);
+    value = ValueOfAttribute(AsNode(found));
     return true;
 }
 
@@ -163,10 +162,9 @@ void CopyAttributes(Node& to, Node& from) {
         if (!Find(*from.tree, from.node, View(attribute->name))) Detach(*to.tree, AsNode(attribute));
         attribute = next;
     }
-    for (const xmlAttr* attribute = from.node->properties; attribute; attribute = attribute->next) {
+    for (xmlAttr* attribute = from.node->properties; attribute; attribute = attribute->next) {
         const std::string_view name = View(attribute->name), prefix = PrefixOf(name);
-        std::string value;
-        GetAttribute(from, name, value);
+        const std::string value = ValueOfAttribute(AsNode(attribute));
         if (!prefix.empty() && !UriOf(to.node, prefix))
             AddDeclaration(*to.tree, to.node, prefix, View(UriOf(from.node, prefix)));
         if (!SetAttribute(to, name, value))

@@ -1,6 +1,5 @@
 #include <libxml/xmlsave.h>
 
-#include <limits>
 #include <memory>
 #include <new>
 #include <utility>
@@ -15,8 +14,6 @@ namespace {
 
 using MSXML2::IXMLDOMParseError;
 
-constexpr auto kLongestDocument = static_cast<std::size_t>(std::numeric_limits<int>::max());
-
 Doc NewDoc() {
     PrepareLibrary();
     Doc doc(xmlNewDoc(Xml("1.0")));
@@ -30,8 +27,7 @@ bool Refuse(Node& document, const IXMLDOMParseError& problem) {
 }
 
 bool Load(Node& document, std::string_view bytes, const char* encoding, int options) {
-    if (bytes.size() > kLongestDocument)
-        return Refuse(document, {_com_error::kOutOfMemory, "The text is too long", 0, 0});
+    if (bytes.size() > kLongestDocument) return Refuse(document, TooLong());
     PrepareLibrary();
     const Silence silence;
     TreeBuilder builder(document.tree->keepSpace);

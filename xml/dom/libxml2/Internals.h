@@ -92,6 +92,7 @@ inline bool HasName(const xmlNode* node, std::string_view name) {
 }
 /// Null for a declaration of a namespace, which is none.
 xmlAttr* FindAttribute(xmlNode* element, std::string_view name);
+std::string ValueOfAttribute(const xmlNode* attribute);
 /// A text node; null for an empty text. @throws std::bad_alloc
 xmlNode* NewText(xmlDoc* doc, std::string_view utf8);
 

@@ -33,19 +33,12 @@ Gathered Gather(const xmlNode* top) {
     return all;
 }
 
-// Of an attribute, piece by piece.
-std::string TextOfChildren(const xmlNode* attribute) {
-    std::string text;
-    for (const xmlNode* part = attribute->children; part; part = part->next) text += View(part->content);
-    return text;
-}
-
 bool KeepsSpace(const Tree& tree, const xmlNode* element) {
     if (tree.keepSpace) return true;
     for (; element && element->type == XML_ELEMENT_NODE; element = element->parent)
         for (const xmlAttr* attribute = element->properties; attribute; attribute = attribute->next)
             if (View(attribute->name) == "xml:space")
-                return TextOfChildren(AsNode(const_cast<xmlAttr*>(attribute))) == "preserve";
+                return ValueOfAttribute(AsNode(const_cast<xmlAttr*>(attribute))) == "preserve";
     return false;
 }
 
@@ -90,6 +83,12 @@ void SetOwnText(xmlNode* node, std::string_view text) {
 
 }  // namespace
 
+std::string ValueOfAttribute(const xmlNode* attribute) {
+    std::string text;
+    for (const xmlNode* part = attribute->children; part; part = part->next) text += View(part->content);
+    return text;
+}
+
 xmlNode* NewText(xmlDoc* doc, std::string_view utf8) {
     if (utf8.empty()) return nullptr;
     xmlNode* const text = xmlNewDocTextLen(doc, Xml(utf8.data()), static_cast<int>(utf8.size()));
@@ -114,7 +113,7 @@ std::string NameOf(Node& node) {
 
 std::string ValueOf(Node& node) {
     switch (node.node->type) {
-        case XML_ATTRIBUTE_NODE: return TextOfChildren(node.node);
+        case XML_ATTRIBUTE_NODE: return ValueOfAttribute(node.node);
         case XML_TEXT_NODE:
         case XML_CDATA_SECTION_NODE:
         case XML_COMMENT_NODE:

@@ -1,3 +1,5 @@
+#include <set>
+
 #include "xml/dom/Held.h"
 #include "xml/dom/msxml/Internals.h"
 
@@ -10,8 +12,25 @@ ComPtr<::IXMLDOMElement> ElementOf(Node& node) {
     return element;
 }
 
-bool PutAttribute(Node& element, std::string_view name, std::string_view value) {
-    return Check(ElementOf(element)->setAttribute(Text(name).Get(), Variant(value).Get())) == S_OK;
+ComPtr<::IXMLDOMNamedNodeMap> MapOf(Node& node) {
+    ComPtr<::IXMLDOMNamedNodeMap> map;
+    Check(Com(node)->get_attributes(map.Receive()));
+    return map;
+}
+
+bool HasPrefix(std::string_view name) {
+    return !PrefixOf(name).empty() && !IsDeclaration(name);
+}
+
+// By its whole name: not every DOM's own operations find an attribute by a name with a prefix.
+IXMLDOMNode FindPrefixed(Node& element, std::string_view name) {
+    for (const IXMLDOMNode& attribute : Attributes(element))
+        if (NameOf(attribute.Get()) == name) return attribute;
+    return nullptr;
+}
+
+void PutAttribute(Node& element, std::string_view name, std::string_view value) {
+    Check(ElementOf(element)->setAttribute(Text(name).Get(), Variant(value).Get()));
 }
 
 // True when another attribute of the element has the same name in the same namespace.
@@ -35,36 +54,47 @@ void AddPrefixed(Node& element, std::string_view name, std::string_view value, s
     ComPtr<::IXMLDOMNode> attribute;
     Check(document->createNode(type, Text(name).Get(), Text(uri).Get(), attribute.Receive()));
     Check(attribute->put_text(Text(value).Get()));
-    ComPtr<::IXMLDOMNamedNodeMap> map;
-    Check(ElementOf(element)->get_attributes(map.Receive()));
     ComPtr<::IXMLDOMNode> set;
-    Check(map->setNamedItem(attribute.Get(), set.Receive()));
+    Check(MapOf(element)->setNamedItem(attribute.Get(), set.Receive()));
+}
+
+// What a prefix stands for at one element: by its declarations, or by the names that it and its attributes have brought
+// along from elsewhere.
+std::optional<std::string> OwnUriOf(Node& element, std::string_view prefix) {
+    std::string uri;
+    if (GetAttribute(element, prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix), uri)) return uri;
+    if (PrefixOf(NameOf(element)) == prefix) return NamespaceOf(element);
+    if (prefix.empty()) return std::nullopt;
+    for (const IXMLDOMNode& attribute : Attributes(element))
+        if (PrefixOf(NameOf(attribute.Get())) == prefix) return NamespaceOf(attribute.Get());
+    return std::nullopt;
 }
 
 }  // namespace
 
 std::optional<std::string> UriOf(Node& node, std::string_view prefix) {
-    const std::string declaration = prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix);
     Com(node)->AddRef();
     for (IXMLDOMNode at = HandleTo(Com(node)); at; at = at.get_parentNode()) {
         if (at.get_nodeType() != MSXML2::NODE_ELEMENT) continue;
-        std::string uri;
-        if (GetAttribute(at.Get(), declaration, uri)) return uri;
-        if (PrefixOf(NameOf(at.Get())) == prefix) return NamespaceOf(at.Get());
+        if (std::optional<std::string> uri = OwnUriOf(at.Get(), prefix)) return uri;
     }
     return std::nullopt;
 }
 
-// Some DOMs count declarations of namespaces that they then cannot give.
+// Some DOMs count declarations of namespaces that they then cannot give, or give one twice.
 std::vector<IXMLDOMNode> Attributes(Node& node) {
     std::vector<IXMLDOMNode> all;
-    ComPtr<::IXMLDOMNamedNodeMap> map;
-    if (Check(Com(node)->get_attributes(map.Receive())) != S_OK || !map) return all;
+    std::set<std::string> declarations;
+    const ComPtr<::IXMLDOMNamedNodeMap> map = MapOf(node);
+    if (!map) return all;
     long count = 0;
     Check(map->get_length(&count));
     for (long i = 0; i < count; ++i) {
-        ComPtr<::IXMLDOMNode> attribute;
-        if (map->get_item(i, attribute.Receive()) == S_OK && attribute) all.push_back(HandleTo(attribute.Detach()));
+        ComPtr<::IXMLDOMNode> object;
+        if (map->get_item(i, object.Receive()) != S_OK || !object) continue;
+        IXMLDOMNode attribute = HandleTo(object.Detach());
+        std::string name = NameOf(attribute.Get());
+        if (!IsDeclaration(name) || declarations.insert(std::move(name)).second) all.push_back(std::move(attribute));
     }
     return all;
 }
@@ -76,18 +106,28 @@ IXMLDOMNode OwnerOf(Node& attribute) {
 }
 
 bool GetAttribute(Node& element, std::string_view name, std::string& value) {
+    if (HasPrefix(name)) {
+        const IXMLDOMNode found = FindPrefixed(element, name);
+        if (found) value = ValueOf(found.Get());
+        return static_cast<bool>(found);
+    }
     Variant answer;
-    const HRESULT result = ElementOf(element)->getAttribute(Text(name).Get(), &answer);
-    if (Check(result) != S_OK) return false;
+    if (Check(ElementOf(element)->getAttribute(Text(name).Get(), &answer)) != S_OK) return false;
     value = answer.InUtf8();
     return true;
 }
 
 bool SetAttribute(Node& element, std::string_view name, std::string_view value) {
+    const IXMLDOMNode known = HasPrefix(name) ? FindPrefixed(element, name) : nullptr;
+    if (known) {
+        SetText(known.Get(), value);
+        return true;
+    }
     const std::string_view prefix = PrefixOf(name);
-    std::string before;
-    if (prefix.empty() || prefix == "xml" || IsDeclaration(name) || GetAttribute(element, name, before))
-        return PutAttribute(element, name, value);
+    if (!HasPrefix(name) || prefix == "xml") {
+        PutAttribute(element, name, value);
+        return true;
+    }
     const std::optional<std::string> uri = UriOf(element, prefix);
     if (!uri || uri->empty() || MeansAnother(element, name, *uri)) return false;
     AddPrefixed(element, name, value, *uri);
@@ -96,10 +136,15 @@ bool SetAttribute(Node& element, std::string_view name, std::string_view value) 
 
 // By the map, which leaves the attribute to those who have handles to it; the element's own operation may not.
 bool RemoveAttribute(Node& element, std::string_view name) {
-    ComPtr<::IXMLDOMNamedNodeMap> map;
-    if (Check(ElementOf(element)->get_attributes(map.Receive())) != S_OK || !map) return true;
+    const ComPtr<::IXMLDOMNamedNodeMap> map = MapOf(element);
+    if (!map) return true;
+    const IXMLDOMNode known = HasPrefix(name) ? FindPrefixed(element, name) : nullptr;
+    const std::string uri = known ? NamespaceOf(known.Get()) : "";
     ComPtr<::IXMLDOMNode> removed;
-    Check(map->removeNamedItem(Text(name).Get(), removed.Receive()));
+    if (uri.empty())
+        Check(map->removeNamedItem(Text(name).Get(), removed.Receive()));
+    else
+        Check(map->removeQualifiedItem(Text(LocalPartOf(name)).Get(), Text(uri).Get(), removed.Receive()));
     return true;
 }
 

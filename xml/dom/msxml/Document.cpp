@@ -1,6 +1,3 @@
-#include <limits>
-
-#include "platform/Utf8.h"
 #include "xml/dom/CodePage.h"
 #include "xml/dom/Held.h"
 #include "xml/dom/Markup.h"
@@ -61,19 +58,11 @@ IXMLDOMParseError ReadProblem(::IXMLDOMParseError* error) {
     return {code, text, line, position};
 }
 
-// A DOM may know that a text is bad, but not where; the reader that it comes with does.
-bool Load(Node& document, VARIANT_BOOL loaded, const VARIANT& input) {
-    document.problem = {};
-    if (loaded == VARIANT_TRUE) return true;
-    if (Problem(document).get_line() == 0) document.problem = FindProblem(input);
-    return false;
-}
-
+// Nothing where the DOM cannot write the document.
 std::string Written(Node& document) {
     ComPtr<::IStream> stream;
     Check(::CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive()));
-    Check(ComDocument(document)->save(Variant(stream.Get()).Get()));
-    return BytesOf(stream.Get());
+    return ComDocument(document)->save(Variant(stream.Get()).Get()) < 0 ? std::string() : BytesOf(stream.Get());
 }
 
 std::string MarkupIn(Node& document) {
@@ -92,13 +81,45 @@ bool Means(std::string_view bytes, Node& document) {
     return LoadBytes(copy.Get(), bytes) && MarkupIn(copy.Get()) == MarkupIn(document);
 }
 
-// The bytes with another encoding in their declaration, if they have one.
-std::string Declared(std::string bytes, std::string_view encoding) {
-    const std::size_t name = bytes.find("encoding=");
-    const std::size_t end = bytes.find("?>");
-    if (name == bytes.npos || name > end) return bytes;
-    const std::size_t first = bytes.find_first_of("\"'", name), last = bytes.find(bytes[first], first + 1);
-    return bytes.replace(first + 1, last - first - 1, encoding);
+std::string MarkupOfType(Node& type) {
+    Text markup;
+    return Com(type)->get_xml(&markup) == S_OK ? markup.InUtf8() : "";
+}
+
+// With the document type declaration or without it: its defaults may not fit the tree any more.
+std::string WrittenHere(Node& document, bool withType) {
+    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    for (const IXMLDOMNode& child : ChildrenOfDocument(document))
+        if (child.get_nodeType() != MSXML2::NODE_DOCUMENT_TYPE)
+            text += MarkupOf(child);
+        else if (withType)
+            text += MarkupOfType(child.Get());
+    return text;
+}
+
+// The text with another encoding in its declaration, if it has one.
+std::string Declared(std::string text, std::string_view encoding) {
+    const std::string_view declared = DeclaredEncoding(text);
+    if (declared.empty()) return text;
+    return text.replace(static_cast<std::size_t>(declared.data() - text.data()), declared.size(), encoding);
+}
+
+bool Passes(Node& document, std::string_view text) {
+    const IXMLDOMParseError problem = text.size() > kLongestDocument ? TooLong() : Screen(text);
+    if (problem.get_errorCode() == 0) return true;
+    SetProblem(document, problem);
+    return false;
+}
+
+// A DOM may know that a text is bad, but not where; the reader that it comes with does.
+bool Read(Node& document, std::string_view text) {
+    const Variant input(text);
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    Check(ComDocument(document)->loadXML(input.Get().bstrVal, &loaded));
+    document.problem = {};
+    if (loaded == VARIANT_TRUE) return true;
+    if (Problem(document).get_line() == 0) document.problem = FindProblem(input.Get());
+    return false;
 }
 
 }  // namespace
@@ -139,32 +160,32 @@ IXMLDOMParseError Problem(Node& document) {
 }
 
 bool LoadText(Node& document, std::string_view text) {
-    IXMLDOMParseError problem = Screen(text);
-    if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
-        problem = {_com_error::kOutOfMemory, "The text is too long", 0, 0};
-    if (problem.get_errorCode() != 0) {
-        SetProblem(document, problem);
+    return Passes(document, text) && Read(document, text);
+}
+
+// Decoded here, so that what is looked at is what the DOM reads. A DOM need not know the encoding that the text still
+// declares.
+bool LoadBytes(Node& document, std::string_view bytes) {
+    std::optional<std::string> text = Decode(bytes);
+    if (!text) {
+        SetProblem(document,
+                   {kRefused, "The document is not in the encoding that it declares, or nobody knows it", 1, 1});
         return false;
     }
-    const Variant input(text);
-    VARIANT_BOOL loaded = VARIANT_FALSE;
-    Check(ComDocument(document)->loadXML(input.Get().bstrVal, &loaded));
-    return Load(document, loaded, input.Get());
+    if (!Passes(document, *text)) return false;
+    return Read(document, *text) ||
+           (!DeclaredEncoding(*text).empty() && Read(document, Declared(std::move(*text), "UTF-8")));
 }
 
-// Decoded here, so that what is looked at is what the DOM reads.
-bool LoadBytes(Node& document, std::string_view bytes) {
-    if (const std::optional<std::string> text = Decode(bytes)) return LoadText(document, *text);
-    SetProblem(document, {kRefused, "The document is not in the encoding that it declares, or nobody knows it", 1, 1});
-    return false;
-}
-
-// Some DOMs write UTF-8 whatever they declare.
+// Some DOMs write UTF-8 whatever they declare, and do not write the declarations that moved nodes need.
 std::string Save(Node& document) {
     std::string bytes = Written(document);
     if (Means(bytes, document)) return bytes;
     bytes = Declared(std::move(bytes), "UTF-8");
-    if (!Means(bytes, document)) _com_raise_error(_com_error::kFail, "the document could not be written");
+    for (const bool type : {true, false}) {
+        if (Means(bytes, document)) return bytes;
+        bytes = WrittenHere(document, type);
+    }
     return bytes;
 }
 

@@ -84,6 +84,9 @@ IXMLDOMNode Answer(HRESULT result, ComPtr<T>& node) {
     return HandleTo(node.Detach());
 }
 
+/// With the document type declaration, which the backend otherwise passes over.
+std::vector<IXMLDOMNode> ChildrenOfDocument(Node& document);
+
 /// The URI that a prefix stands for at a node; nothing where it is not declared.
 std::optional<std::string> UriOf(Node& node, std::string_view prefix);
 

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <iterator>
+
 #include "xml/dom/msxml/Internals.h"
 
 namespace qv::dom {
@@ -10,22 +13,54 @@ IXMLDOMNode Go(Node& node, Step step) {
     return Answer((Com(node)->*step)(other.Receive()), other);
 }
 
+bool IsType(const IXMLDOMNode& node) {
+    return node && node.get_nodeType() == MSXML2::NODE_DOCUMENT_TYPE;
+}
+
+// Document type declarations are passed over, by the list of the document's children: not every DOM tells what stands
+// beside one.
+IXMLDOMNode PastType(IXMLDOMNode node, const MSXML2::IXMLDOMDocument& document, int way) {
+    if (!IsType(node)) return node;
+    const std::vector<IXMLDOMNode> children = ChildrenOfDocument(document.Get());
+    const auto type = std::find_if(children.begin(), children.end(), IsType) - children.begin() + way;
+    return type >= 0 && type < std::ssize(children) ? children[static_cast<std::size_t>(type)] : nullptr;
+}
+
+IXMLDOMNode GoPastType(Node& node, Step step, int way) {
+    IXMLDOMNode other = Go(node, step);
+    if (!IsType(other)) return other;
+    return PastType(std::move(other), MSXML2::IXMLDOMDocument(OwnerDocument(node)), way);
+}
+
 }  // namespace
+
+std::vector<IXMLDOMNode> ChildrenOfDocument(Node& document) {
+    ComPtr<::IXMLDOMNodeList> list;
+    Check(Com(document)->get_childNodes(list.Receive()));
+    std::vector<IXMLDOMNode> all;
+    for (ComPtr<::IXMLDOMNode> node; list->nextNode(node.Receive()) == S_OK && node;)
+        all.push_back(HandleTo(node.Detach()));
+    return all;
+}
 
 IXMLDOMNode Parent(Node& node) {
     return Go(node, &::IXMLDOMNode::get_parentNode);
 }
 
 IXMLDOMNode FirstChild(Node& node) {
-    return TypeOf(node) == MSXML2::NODE_ATTRIBUTE ? nullptr : Go(node, &::IXMLDOMNode::get_firstChild);
+    if (TypeOf(node) == MSXML2::NODE_ATTRIBUTE) return nullptr;
+    IXMLDOMNode first = Go(node, &::IXMLDOMNode::get_firstChild);
+    if (!IsType(first)) return first;
+    Retain(node);
+    return PastType(std::move(first), MSXML2::IXMLDOMDocument(&node), 1);
 }
 
 IXMLDOMNode NextSibling(Node& node) {
-    return Go(node, &::IXMLDOMNode::get_nextSibling);
+    return GoPastType(node, &::IXMLDOMNode::get_nextSibling, 1);
 }
 
 IXMLDOMNode PreviousSibling(Node& node) {
-    return Go(node, &::IXMLDOMNode::get_previousSibling);
+    return GoPastType(node, &::IXMLDOMNode::get_previousSibling, -1);
 }
 
 Node* OwnerDocument(Node& node) {

@@ -7,6 +7,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/Utf8.h"
+#include "xml/dom/msxml/screening/Pages.h"
 
 namespace qv::dom {
 namespace {
@@ -16,14 +17,17 @@ struct Encoding {
     UINT codePage;
 };
 
-constexpr UINT kUtf16 = 1200, kUtf16Big = 1201;
+constexpr UINT kUtf16 = 1200, kUtf16Big = 1201, kIso2022Jp = 50220;
 
 constexpr std::array<Encoding, 23> kEncodings = {
-    {{"utf-8", CP_UTF8},     {"utf8", CP_UTF8},      {"utf-7", CP_UTF7},      {"us-ascii", 20127}, {"ascii", 20127},
-     {"iso-2022-jp", 50220}, {"iso-2022-kr", 50225}, {"shift_jis", 932},      {"shift-jis", 932},  {"sjis", 932},
-     {"windows-31j", 932},   {"euc-jp", 20932},      {"gb2312", 936},         {"gbk", 936},        {"gb18030", 54936},
-     {"big5", 950},          {"euc-kr", 949},        {"ks_c_5601-1987", 949}, {"koi8-r", 20866},   {"koi8-u", 21866},
-     {"macintosh", 10000},   {"utf-16", kUtf16},     {"utf-16be", kUtf16Big}}};
+    {{"utf-8", CP_UTF8},     {"utf8", CP_UTF8},      {"utf-7", CP_UTF7},
+     {"us-ascii", 20127},    {"ascii", 20127},       {"iso-2022-jp", kIso2022Jp},
+     {"iso-2022-kr", 50225}, {"shift_jis", 932},     {"shift-jis", 932},
+     {"sjis", 932},          {"windows-31j", 932},   {"euc-jp", 20932},
+     {"gb2312", 936},        {"gbk", 936},           {"gb18030", 54936},
+     {"big5", 950},          {"euc-kr", 949},        {"ks_c_5601-1987", 949},
+     {"koi8-r", 20866},      {"koi8-u", 21866},      {"macintosh", 10000},
+     {"utf-16", kUtf16},     {"utf-16be", kUtf16Big}}};
 
 // "iso-8859-1" and "windows-1252" carry their numbers.
 UINT NumberedPage(std::string_view name, std::string_view prefix, UINT base) {
@@ -43,17 +47,6 @@ UINT CodePageOf(std::string_view encoding) {
     return NumberedPage(name, "cp", 0);
 }
 
-// The value of "encoding" in a declaration of ASCII characters; empty when there is none.
-std::string_view DeclaredEncoding(std::string_view bytes) {
-    if (!bytes.starts_with("<?xml")) return {};
-    const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
-    const std::size_t name = declaration.find("encoding");
-    const std::size_t quote = declaration.find_first_of("\"'", name);
-    if (name == bytes.npos || quote == bytes.npos) return {};
-    const std::size_t end = declaration.find(declaration[quote], quote + 1);
-    return end == bytes.npos ? std::string_view() : declaration.substr(quote + 1, end - quote - 1);
-}
-
 std::optional<std::string> FromUtf16(std::string_view bytes, bool big) {
     if (bytes.size() % 2) return std::nullopt;
     std::u16string text(bytes.size() / 2, u'\0');
@@ -62,20 +55,6 @@ std::optional<std::string> FromUtf16(std::string_view bytes, bool big) {
                    second = static_cast<unsigned char>(bytes[2 * i + 1]);
         text[i] = static_cast<char16_t>(big ? first << 8 | second : second << 8 | first);
     }
-    return platform::WideToUtf8(text);
-}
-
-std::optional<std::string> FromPage(std::string_view bytes, UINT page) {
-    const int size = static_cast<int>(bytes.size());
-    std::u16string text(bytes.size(), u'\0');
-    auto* const buffer = reinterpret_cast<wchar_t*>(text.data());
-    DWORD flags = MB_ERR_INVALID_CHARS;
-    int length = ::MultiByteToWideChar(page, flags, bytes.data(), size, buffer, size);
-    // Encodings with states take no flags.
-    if (length == 0 && ::GetLastError() == ERROR_INVALID_FLAGS)
-        length = ::MultiByteToWideChar(page, flags = 0, bytes.data(), size, buffer, size);
-    if (length == 0 && size > 0) return std::nullopt;
-    text.resize(static_cast<std::size_t>(length));
     return platform::WideToUtf8(text);
 }
 
@@ -90,9 +69,18 @@ bool IsUtf8(std::string_view bytes) {
 
 }  // namespace
 
+std::string_view DeclaredEncoding(std::string_view text) {
+    if (!text.starts_with("<?xml")) return {};
+    const std::string_view declaration = text.substr(0, text.find("?>"));
+    const std::size_t name = declaration.find("encoding");
+    const std::size_t quote = declaration.find_first_of("\"'", name);
+    if (name == text.npos || quote == text.npos) return {};
+    const std::size_t end = declaration.find(declaration[quote], quote + 1);
+    return end == text.npos ? std::string_view() : declaration.substr(quote + 1, end - quote - 1);
+}
+
 std::optional<std::string> Decode(std::string_view bytes) {
     using namespace std::string_view_literals;
-    if (bytes.size() > 0x7FFFFFFF) return std::nullopt;
     if (bytes.starts_with("\xFF\xFE")) return FromUtf16(bytes.substr(2), false);
     if (bytes.starts_with("\xFE\xFF")) return FromUtf16(bytes.substr(2), true);
     if (bytes.starts_with("<\0?\0"sv)) return FromUtf16(bytes, false);
@@ -103,7 +91,7 @@ std::optional<std::string> Decode(std::string_view bytes) {
     const UINT page = marked || declared.empty() ? CP_UTF8 : CodePageOf(declared);
     if (page == 0 || page == kUtf16 || page == kUtf16Big) return std::nullopt;
     if (page == CP_UTF8) return IsUtf8(bytes) ? std::optional<std::string>(bytes) : std::nullopt;
-    return FromPage(bytes, page);
+    return page == kIso2022Jp ? FromIso2022Jp(bytes) : FromPage(bytes, page);
 }
 
 }  // namespace qv::dom
