@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <exception>
 
 #include "qvcommon/XmlSection.h"
 #include "xml/Numbers.h"
@@ -30,9 +29,14 @@ private:
     std::string_view m_view;
 };
 
-// Room for more; the text grows by doubling, up to what a section can hold. Sizes are summed up in 64 bits.
-void Reserve(std::string& text, std::uint64_t more) {
+// Sizes are summed up in 64 bits.
+void CheckRoom(const std::string& text, std::uint64_t more) {
     if (more > qv::kLongestSection - text.size()) qv::RefuseLongSection();
+}
+
+// Room for more; the text grows by doubling, up to what a section can hold.
+void Reserve(std::string& text, std::uint64_t more) {
+    CheckRoom(text, more);
     const auto size = static_cast<std::size_t>(more);
     if (text.capacity() - text.size() < size) text.reserve(std::max(2 * text.capacity(), text.size() + size));
 }
@@ -45,16 +49,19 @@ public:
     WholeOrNothing(const WholeOrNothing&) = delete;
     WholeOrNothing& operator=(const WholeOrNothing&) = delete;
     ~WholeOrNothing() {
-        if (std::uncaught_exceptions() == m_exceptions) return;
+        if (m_whole) return;
         m_text.resize(m_sizeBefore);
         m_indent = m_indentBefore;
     }
+
+    void Keep() { m_whole = true; }
 
 private:
     std::string& m_text;
     int& m_indent;
     const std::size_t m_sizeBefore;
-    const int m_indentBefore, m_exceptions = std::uncaught_exceptions();
+    const int m_indentBefore;
+    bool m_whole = false;
 };
 
 char* Put(char* to, std::string_view text) {
@@ -86,7 +93,7 @@ void AppendIndented(std::string& text, std::string_view lines, std::size_t inden
     Reserve(text, std::min(lines.size() + lines.size() / 4, qv::kLongestSection - text.size()));
     for (std::size_t from = 0, end; from < lines.size(); from = end) {
         end = lines.find('\n', from) + 1;
-        Reserve(text, indent + (end - from));
+        CheckRoom(text, indent + (end - from));
         text.append(indent, ' ').append(lines, from, end - from);
     }
 }
@@ -107,7 +114,7 @@ void CXmlSection::AddElement(std::string_view tag, std::string_view escaped) {
 
 void CXmlSection::OpenElement(std::string_view tag) {
     const WrittenTag written(tag);
-    Reserve(m_text, static_cast<std::uint64_t>(m_indent) + std::string_view(written).size() + 3);
+    CheckRoom(m_text, static_cast<std::uint64_t>(m_indent) + std::string_view(written).size() + 3);
     (m_text.append(static_cast<std::size_t>(m_indent), ' ') += '<').append(written).append(">\n");
     m_indent += kStep;
 }
@@ -115,7 +122,7 @@ void CXmlSection::OpenElement(std::string_view tag) {
 void CXmlSection::CloseElement(std::string_view tag) {
     const WrittenTag written(tag);
     m_indent = std::max(m_indent - kStep, 0);
-    Reserve(m_text, static_cast<std::uint64_t>(m_indent) + std::string_view(written).size() + 4);
+    CheckRoom(m_text, static_cast<std::uint64_t>(m_indent) + std::string_view(written).size() + 4);
     m_text.append(static_cast<std::size_t>(m_indent), ' ').append("</").append(written).append(">\n");
 }
 
@@ -150,15 +157,16 @@ void CXmlSection::AddDate(std::string_view tag, const COleDateTime& value, BOOL 
 
 void CXmlSection::AddStringArray(std::string_view tag, const CStringArray& texts, BOOL force) {
     if (texts.IsEmpty() && !force) return;
-    const WholeOrNothing guard(m_text, m_indent);
+    WholeOrNothing guard(m_text, m_indent);
     OpenElement(tag);
     for (const CString& text : texts) AddString("ITEM", text, force);
     CloseElement(tag);
+    guard.Keep();
 }
 
 void CXmlSection::AddStringToStringMap(std::string_view tag, const CMapStringToString& map, BOOL force) {
     if (map.IsEmpty() && !force) return;
-    const WholeOrNothing guard(m_text, m_indent);
+    WholeOrNothing guard(m_text, m_indent);
     OpenElement(tag);
     for (const auto& [key, value] : map) {
         OpenElement("ENTRY");
@@ -167,6 +175,7 @@ void CXmlSection::AddStringToStringMap(std::string_view tag, const CMapStringToS
         CloseElement("ENTRY");
     }
     CloseElement(tag);
+    guard.Keep();
 }
 
 void CXmlSection::AddStringToIntMap(std::string_view tag, const CMapStringToInt& map, BOOL force) {
@@ -179,10 +188,11 @@ void CXmlSection::AddSection(const CXmlSection& section, BOOL force) {
     if (section.EmptyForSave() && !force) return;
     if (&section == this) return AddSection(CXmlSection(section), force);
     if (section.m_node) return AddElement(section.m_tag, section.m_node->Content());
-    const WholeOrNothing guard(m_text, m_indent);
+    WholeOrNothing guard(m_text, m_indent);
     OpenElement(section.m_tag);
     AppendIndented(m_text, section.m_text, static_cast<std::size_t>(m_indent));
     CloseElement(section.m_tag);
+    guard.Keep();
 }
 
 void CXmlSection::AddObject(const CXmlObject& object, BOOL force) {
@@ -193,8 +203,9 @@ void CXmlSection::AddObject(const CXmlObject& object, BOOL force) {
 
 void CXmlSection::AddObjectArray(std::string_view tag, const CXmlObjectArray& objects, BOOL force) {
     if (objects.IsEmpty() && !force) return;
-    const WholeOrNothing guard(m_text, m_indent);
+    WholeOrNothing guard(m_text, m_indent);
     OpenElement(tag);
     for (const CXmlObject* const object : objects) AddObject(*object, 1);
     CloseElement(tag);
+    guard.Keep();
 }
