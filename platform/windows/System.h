@@ -126,6 +126,7 @@ QV_SYSTEM_CALL(Process, FailsWithZero, CreatePipe);
 QV_SYSTEM_CALL(Process, FailsWithZero, DuplicateHandle);
 QV_SYSTEM_CALL(Process, FailsWithZero, InitializeProcThreadAttributeList);
 QV_SYSTEM_CALL(Process, FailsWithZero, UpdateProcThreadAttribute);
+QV_SYSTEM_CALL(Process, FailsWithZero, SetHandleInformation);
 QV_SYSTEM_CALL(Process, FailsWithZero, CreateProcessA);
 QV_SYSTEM_CALL(Process, FailsWithMinusOne, WaitForSingleObject);
 QV_SYSTEM_CALL(Process, FailsWithZero, GetExitCodeProcess);

@@ -12,8 +12,9 @@ bool IsVolume(const char* path) {
 
 std::string FileSystemOf(const char* path) {
     char root[MAX_PATH + 1], kind[MAX_PATH + 1];
-    const bool known = sys::GetVolumePathNameA(NativePath(path).c_str(), root, sizeof root).ok() &&
-                       sys::GetVolumeInformationA(root, nullptr, 0, nullptr, nullptr, nullptr, kind, sizeof kind).ok();
+    const bool known =
+        sys::GetVolumePathNameA(NativePath(path).c_str(), root, DWORD{sizeof root}).ok() &&
+        sys::GetVolumeInformationA(root, nullptr, 0, nullptr, nullptr, nullptr, kind, DWORD{sizeof kind}).ok();
     return known ? kind : "";
 }
 
