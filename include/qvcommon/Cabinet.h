@@ -86,7 +86,7 @@ public:
     static void DirectoryToCab(const char* folder, const char* cabinet, int recurse);
     /// The same by this object, so that overridden members hear of it. Sets name and destination folder.
     void Pack(const char* folder, const char* cabinet, int recurse);
-    /// Who hears of what Pack leaves out; null, as at first, for nobody. With an observer Pack leaves out files that cannot
+    /// The observer of what Pack leaves out, not owned; null by default. With an observer Pack leaves out files that cannot
     /// be opened, too, instead of failing; links to folders are told as well. What fails later, because it vanishes or
     /// becomes unreadable while others are packed, ends the archive. The caller keeps its life.
     void SetLeftOut(ILeftOut* observer);
@@ -183,8 +183,8 @@ public:
     const QvCabinetLimits& GetLimits() const;
     /// Also between two cabinets.
     void SetLimits(const QvCabinetLimits& limits);
-    /// Who hears of each member that is passed over because of its compression, and of each file that the manifest names and
-    /// the archive does not hold; null, as at first, for nobody. The caller keeps its life.
+    /// The observer, not owned and null by default, of each member that is skipped because of its compression, and of each
+    /// file that the manifest names and the archive does not contain.
     void SetLeftOut(ILeftOut* observer);
     /// Non-zero: with the manifest, too, members get their times and attributes. Zero at first.
     void SetRestoreTimes(int restore);

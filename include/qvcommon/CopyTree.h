@@ -24,12 +24,12 @@ public:
 ///
 /// Links to folders are not entered, and nothing is made in their place. Links to files are copied as the files that they
 /// lead to. Devices and pipes are failures, and so are links that lead nowhere. A destination inside the source is not
-/// copied into itself. SetLeftOut names who hears of all that is not copied, with its path; the observer of the progress
-/// hears of failures alone.
+/// copied into itself. The observer of SetLeftOut is given the path of everything that is not copied, ICopyProgress only the
+/// errors.
 ///
-/// Both trees are walked by way of open folders. Whoever renames folders meanwhile, or puts links in their place, leads the
-/// copy neither out of the source nor out of the destination; below the destination, a link in the place of a folder is a
-/// failure. An override of CopyFileA is given paths and has to guard itself.
+/// Each folder is opened relative to the open folder above it. Renaming folders during the copy, or replacing them by links,
+/// makes the copy leave neither the source nor the destination; a link in place of a folder below the destination is an
+/// error. An override of CopyFileA gets paths and must guard itself.
 class QVCOMMON_API CCopyTree : public CObject {
 public:
     /// Copies one folder and all below it, in the order of the system. Missing folders are made, existing files replaced,
@@ -51,8 +51,8 @@ public:
     virtual void SetSourceDirectory(const char* folder);
     /// Non-zero: a file is skipped when the one in its place was modified in the same second or later.
     virtual void SetLaterOnly(int laterOnly);
-    /// Who hears of each file and folder that is not copied, before OnError does; null, as at first, for nobody. Files that
-    /// SetLaterOnly skips are not among them. The caller keeps its life.
+    /// The observer, not owned and null by default, of each file and folder that is not copied; it is called before OnError.
+    /// Files that SetLaterOnly skips are not reported.
     void SetLeftOut(ILeftOut* observer);
 
 protected:

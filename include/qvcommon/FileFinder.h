@@ -128,8 +128,8 @@ public:
     virtual void UpdateProgress(const char* title);
     virtual void StopProgress();
 
-    /// Who hears of folders that cannot be searched and of entries that vanish during the walk; null, as at first, for
-    /// nobody. The caller keeps its life.
+    /// The observer, not owned and null by default, of folders that cannot be searched and of entries that vanish during the
+    /// walk.
     void SetLeftOut(ILeftOut* observer);
 
 private:

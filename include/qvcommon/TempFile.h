@@ -7,9 +7,8 @@
 /// A temporary file. By default it lies in the system's temporary folder, is called "QV", six random capital letters and a
 /// final point, and is deleted with the object.
 ///
-/// The names are no secret, but a fresh name is taken only if nobody has it: what another program makes between the look at
-/// a name and the making of the file stays as it is, and the next name is drawn. One object, one thread; different objects
-/// may work in different threads.
+/// The names are not secret. The file is created exclusively: a file that another program creates under the name first is
+/// left alone, and the next name is tried. One object, one thread; different objects may work in different threads.
 class QVCOMMON_API CTempFile : public CObject {
 public:
     CTempFile();

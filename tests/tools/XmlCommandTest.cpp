@@ -56,7 +56,7 @@ TEST(XmlCommand, LeavesTheRestOfTheFileByteForByte) {
              Row{"<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n<!--\xE4-->\n<r>\n  <a>\xF6</a>\n</r>", "r/a", "x",
                  "<a>\xF6<", "<a>x<"},
              Row{"\xEF\xBB\xBF<r q='>'><a/>\r</r>", "r/a", "x", "<a/>", "<a>x</a>"},
-             // Where there is more than a text, the document is saved anew.
+             // An element with more than a text: the whole document is saved again.
              Row{"<r><a>b<!--c--></a></r>", "r/a", "x", "<r><a>b<!--c--></a></r>",
                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r><a>x</a></r>\n"},
          }) {

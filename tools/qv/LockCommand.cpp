@@ -67,7 +67,7 @@ void AddLockCommand(Command app) {
     command.AddOption("--wait", options->wait, "Wait for the lock up to this many seconds, instead of --attempts")
         .Between(0, 1000000);
     command.AddOption("COMMAND", options->command, "The command and its arguments, after --");
-    command.AddPath("--check", options->folderToCheck, "Try what locks are worth in this folder, and run nothing")
+    command.AddPath("--check", options->folderToCheck, "Test what locks guarantee in this folder, and run nothing")
         .CallValue("FOLDER");
     command.SetFooter(
         "The command holds the lock until it has ended, even if qv is ended before.\n"

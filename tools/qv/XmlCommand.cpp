@@ -145,7 +145,7 @@ bool GetValue(const Document& document, const Options& options, CString& text) {
 }
 
 [[noreturn]] void NothingThere(const Options& options) {
-    throw Failed("nothing stands at " + options.path + " in " + Native(options.file));
+    throw Failed("there is nothing at " + options.path + " in " + Native(options.file));
 }
 
 void Get(const Options& options) {

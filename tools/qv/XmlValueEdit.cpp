@@ -15,8 +15,8 @@ struct Range {
 
 /// An element's place in the text. What begins at `content` is the text up to the next tag, if `hasText`.
 struct Element {
-    Range tag;      // from "<" to behind ">"
-    Range content;  // empty behind a tag that ends itself
+    Range tag;      // from "<" to after ">"
+    Range content;  // empty after a tag that ends itself
     bool endsItself = false;
     bool hasText = true;  // nothing but text is in it
 
@@ -62,7 +62,7 @@ private:
         return true;
     }
 
-    /// To behind the ">" that ends the markup; others stand in quotes, or in the brackets of a document type.
+    /// Past the ">" that ends the markup, which is neither in quotes nor in the brackets of a document type.
     void SkipMarkup() {
         char quote = 0;
         for (int brackets = 0; m_at < m_text.size(); ++m_at) {

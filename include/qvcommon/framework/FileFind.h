@@ -86,8 +86,8 @@ public:
     /// The system's error that made the search fail or leave something out that has not vanished; 0 when it gave all there
     /// is, or has not come to its end.
     LONG GetError() const;
-    /// Who hears of each entry that a search leaves out, and of a folder that cannot be listed, or not to its end; null, as
-    /// at first, for nobody. Holds for the searches that begin later. The caller keeps its life.
+    /// The observer, not owned and null by default, of each entry that a search leaves out and of a folder that cannot be
+    /// listed completely. Takes effect with the next search.
     void SetLeftOut(ILeftOut* observer) { m_leftOut = observer; }
 
     virtual CString GetFileName() const;

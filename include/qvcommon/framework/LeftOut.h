@@ -25,7 +25,7 @@ struct QVCOMMON_API QvLeftOut {
     static QvLeftOut OfCause(const CString& path, Cause cause);
 };
 
-/// Hears of what a walk leaves out. It is called on the walk's thread, in the order of the walk, and may not change the
+/// Receives what a walk leaves out. It is called on the walk's thread, in the order of the walk, and may not change the
 /// object that walks. An exception raised in it ends the walk and goes to the walk's caller.
 class QVCOMMON_API ILeftOut {
 public:
