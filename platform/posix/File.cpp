@@ -15,6 +15,15 @@ int Descriptor(FileHandle handle) {
     return static_cast<int>(handle);
 }
 
+/// Whether this machine alone keeps the file.
+bool IsLocal(FileHandle handle) {
+    struct statfs system;
+    const auto asked = sys::fstatfs(Descriptor(handle), &system);
+    return asked.ok() && (system.f_type == EXT4_SUPER_MAGIC || system.f_type == XFS_SUPER_MAGIC ||
+                          system.f_type == BTRFS_SUPER_MAGIC || system.f_type == TMPFS_MAGIC ||
+                          system.f_type == OVERLAYFS_SUPER_MAGIC);
+}
+
 }  // namespace
 
 std::string_view TextLineEnd() {
@@ -52,20 +61,21 @@ Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64
     return reached.status();
 }
 
+// Servers answer sizes from caches, of the machine or of their own; where data ends they look up.
 Status SeekToServerEnd(FileHandle handle, std::uint64_t& position) {
     struct statx status;
     const auto asked = sys::statx(Descriptor(handle), "", AT_EMPTY_PATH | AT_STATX_FORCE_SYNC, STATX_SIZE, &status);
     if (!asked.ok()) return SeekTo(handle, 0, SeekFrom::End, position);
-    return SeekTo(handle, static_cast<std::int64_t>(status.stx_size), SeekFrom::Begin, position);
+    auto end = static_cast<off_t>(status.stx_size);
+    if (!IsLocal(handle))
+        for (auto next = sys::lseek(Descriptor(handle), end, SEEK_HOLE); next.ok() && next.value() > end;
+             next = sys::lseek(Descriptor(handle), end, SEEK_HOLE))
+            end = next.value();
+    return SeekTo(handle, end, SeekFrom::Begin, position);
 }
 
 Status HandToServer(FileHandle handle) {
-    struct statfs system;
-    const auto asked = sys::fstatfs(Descriptor(handle), &system);
-    const bool local = asked.ok() && (system.f_type == EXT4_SUPER_MAGIC || system.f_type == XFS_SUPER_MAGIC ||
-                                      system.f_type == BTRFS_SUPER_MAGIC || system.f_type == TMPFS_MAGIC ||
-                                      system.f_type == OVERLAYFS_SUPER_MAGIC);
-    return local ? Status() : FlushToDisk(handle);
+    return IsLocal(handle) ? Status() : FlushToDisk(handle);
 }
 
 Status LengthOf(FileHandle handle, std::uint64_t& length) {

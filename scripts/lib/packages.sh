@@ -10,6 +10,7 @@ declare -gA QV_PACKAGES=(
     [sanitizers]="clang libclang-rt-dev llvm"
     [packages]="dpkg-dev file"
     [install]="groff-base lintian"
+    [machines]="glusterfs-client glusterfs-server iproute2 procps"
     [format]="clang-format git"
     [docs]="doxygen graphviz"
     [tidy]="clang clang-tidy python3"

