@@ -14,10 +14,26 @@ SHOWN = "[...document.querySelectorAll('.treeMenuRow')].filter(e => e.offsetHeig
 # Names of folders and files. Most would call the function `harm` if they got through somewhere.
 HOSTILE = ["<script>harm()<", "'+harm()+'", '"onmouseover="harm()', "<img src=x onerror=harm()>",
            "');harm();('", "&#39;);harm();(&#39;", "&lt;script&gt;", "javascript:harm()", "-->]]><!--", "a\nb\rc\td",
-           "\u2028harm()", "\x01\x7f", "%27%3Cscript%3E", "${harm()}", "__proto__", "constructor", " ", "#x?y=z"]
+           "\u2028harm()", "\x01\x7f", "%27%3Cscript%3E", "${harm()}", "__proto__", "constructor", " ", "#x?y=z",
+           "\\'+harm()+\\'", "\\", "\u202egnp.harm", " blank "]
 BROKEN = [b"\xff\xc3(", b"\xe2\x80"]
-# Names that hold a separator of the library: it cannot reach them, and leaves them out.
-OUT_OF_REACH = ["\\'+harm()+\\'", "\\"]
+
+
+def visible(name):
+    """A name as a page shows it: what would not be seen is escaped, blanks at the ends are marked."""
+    def shown(character):
+        code = ord(character)
+        if 0xDC80 <= code <= 0xDCFF:
+            return "\\%03o" % (code - 0xDC00)
+        if code < 0x20 or 0x7F <= code < 0xA0:
+            return {"\n": "\\n", "\r": "\\r", "\t": "\\t"}.get(character, "\\%03o" % code)
+        return "\\u%04X" % code if code in (0x2028, 0x202E) else character
+
+    text = name.decode(errors="surrogateescape")
+    blanks = len(text) - len(text.lstrip(" ")), len(text) - len(text.rstrip(" "))
+    inner = text.strip(" ")
+    marks = [count * "\u2423" for count in blanks] if inner else [len(text) * "\u2423", ""]
+    return marks[0] + "".join(map(shown, inner)) + marks[1]
 
 
 def make(folder, files):
@@ -36,7 +52,6 @@ class Report(BrowserTest):
         names = [name.encode() for name in HOSTILE] + BROKEN
         make(cls.folder, {b"bad/%b/%b.gif" % (name, name): picture for name in names})
         make(cls.folder, {b"bad/%b/script>/%b" % (name, name): b"" for name in names})
-        make(cls.folder, {"bad/" + name + "/x": b"" for name in OUT_OF_REACH})
         make(cls.folder, {"many/%d/%05d.txt" % (i % 7, i): b"" for i in range(10000)})
         for name in ("in", "bad", "many"):
             subprocess.run([BIN / "qv", "report", cls.folder / name, "-o", cls.folder / (name + "-out"), "--title",
@@ -95,7 +110,7 @@ class Report(BrowserTest):
         self.check("window.harmed", None)
         self.check("document.querySelectorAll('main i, main script, [onerror], [onload], [onmouseover*=harm]').length", 0)
         self.browser.until("[...document.querySelectorAll('.pictures img')].every(e => (e.loading = 'eager', e.naturalWidth == 16))")
-        names = [name.encode().decode() for name in HOSTILE] + [name.decode(errors="replace") for name in BROKEN]
+        names = [visible(name) for name in [name.encode() for name in HOSTILE] + BROKEN]
         self.assertEqual(sorted(self.browser.value(SHOWN)), sorted(["bad"] + names + ["script>"] * len(names)))
         addresses = self.browser.value("[...document.querySelectorAll('.files a')].map(e => e.href)")
         self.assertEqual(len(addresses), 2 * len(names))
