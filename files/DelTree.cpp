@@ -104,6 +104,7 @@ Status Remove(const CString& folder, int removeItself, TreeRemoval& removal) {
 }  // namespace
 
 void CFileUtils::DelTree(const char* directory, int removeItself) {
+    if (!IsDirectory(directory)) return;
     // A folder that is not empty or may not be deleted stays, without a failure.
     RaisingRemoval removal(removeItself != 0);
     Remove(directory, removeItself, removal).IgnoreError();

@@ -54,11 +54,13 @@ int CFileUtils::GetDateModified(const char* pattern, LONG& time) {
 }
 
 void CFileUtils::FindLastestSubdir(const char* pattern, CString& name, CString& date) {
-    COleDateTime latest(1900, 1, 1, 1, 1, 1);
+    const COleDateTime earliest(1900, 1, 1, 1, 1, 1);
+    auto latest = QvFileTime().Steps();
     ForEachSubfolder(pattern, [&](const CFileFind& find) {
-        const COleDateTime created(find.GetCreationTime());
-        if (!(created > latest)) return;
-        latest = created;
+        const QvFileTime time = find.GetCreationTime();  // in finer steps than the date's
+        const COleDateTime created(time);
+        if (!(created > earliest) || time.Steps() <= latest) return;
+        latest = time.Steps();
         name = find.GetFileName();
         date = created.Format(kLongForm);
     });

@@ -81,6 +81,11 @@ void Append(CStdioFile& file, const CString& line) {
     file.Close();
 }
 
+/// Whether both paths, which differ in their extension at most, lead to one entry of one folder. Hard links are two.
+bool HaveOneName(const CString& path, const CString& other) {
+    return path == other || (path.CompareNoCase(other) == 0 && qv::platform::IsSame(path, other));
+}
+
 }  // namespace
 
 CString CFileUtils::ReadFile(const char* path) {
@@ -153,11 +158,9 @@ void CFileUtils::BackupFile(const char* path) {
     const CString name = path;
     if (!IsExist(name)) return;
     const CString backup = qv::WithExtension(name, "bak");
-    if (qv::platform::IsSame(name, backup)) AfxThrowFileException(CFileException::accessDenied, -1, name);
+    if (HaveOneName(name, backup)) AfxThrowFileException(CFileException::accessDenied, -1, name);
     MakeWritable(name);
-    if (IsExist(backup)) {
-        MakeWritable(backup);
-        Try([&] { CFile::Remove(backup); });
-    }
+    if (IsExist(backup)) MakeWritable(backup);
+    Try([&] { CFile::Remove(backup); });  // also a link that leads nowhere
     CFile::Rename(name, backup);
 }

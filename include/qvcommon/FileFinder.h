@@ -13,7 +13,7 @@
 /// The record of an entry that was found, and the folder in which. A value: it outlives the search.
 class QVCOMMON_API CFoundInfo {
 public:
-    /// No record: every test is false, every text empty, every size 0.
+    /// No record: every test is false, every name empty (so the path is "\\" and the URL "file://\\"), every size 0.
     CFoundInfo() = default;
     /// Copies the record; null gives none. The system's own WIN32_FIND_DATAA will do.
     CFoundInfo(const QvFindData* record, const char* root);

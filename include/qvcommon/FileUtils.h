@@ -119,8 +119,8 @@ public:
 
     /// Renames the file to the same name with the extension "bak". A backup that is there already goes. Nothing happens
     /// without a file. Read-only files are made writable first.
-    /// @throws CFileException* when the file cannot be renamed (the old backup may be gone then), or is a backup by its name
-    /// already; nothing was touched in the last case.
+    /// @throws CFileException* when the file cannot be renamed (the old backup may be gone then), or has the extension "bak"
+    /// itself; nothing was touched in the last case.
     static void BackupFile(const char* path);
 
     // Trees (files/DelTree.cpp, files/ShellOperations.cpp)
@@ -129,8 +129,8 @@ public:
     /// current folder is the folder itself (by the text given) moves to the Windows directory or root first.
     ///
     /// Links are deleted, never what they lead to, and nothing outside is touched when a folder becomes a link meanwhile; a
-    /// folder that is itself a link is refused, or deleted as a link with `removeItself`. A missing folder is no error. A
-    /// folder that does not go away in the end, because someone put something there, is no error either.
+    /// folder that is itself a link is refused, or deleted as a link with `removeItself`. A missing folder is no error; nor is
+    /// a file, which stays; nor is a folder that does not go away in the end, because someone put something there.
     /// @throws CFileException* with its name for the first entry that cannot be deleted and the first folder that cannot be
     /// read; the rest stays.
     static void DelTree(const char* directory, int removeItself);
