@@ -11,15 +11,14 @@
 
 inline constexpr int kPatience = 20'000, kAWhile = 60;  // milliseconds
 
-class Watcher : public CDirChangeWatcher {
+/// Says when OnChange has been called. A class below starts the watch itself, when it is complete.
+class UnstartedWatcher : public CDirChangeWatcher {
 public:
-    Watcher(const CString& folder, DWORD filter, int subfolders = 1) {
+    UnstartedWatcher(const CString& folder, DWORD filter, int subfolders) {
         SetDirectory(folder);
         SetFilter(filter);
         SetCheckSubdirectories(subfolders);
-        EXPECT_TRUE(Start());
     }
-    ~Watcher() override { Stop(); }
 
     void OnChange() override {
         CDirChangeWatcher::OnChange();
@@ -38,10 +37,21 @@ private:
     qv::platform::Event m_changed;
 };
 
-/// Its OnChange returns when it may go on.
-class HeldWatcher : public Watcher {
+class Watcher : public UnstartedWatcher {
 public:
-    using Watcher::Watcher;
+    Watcher(const CString& folder, DWORD filter, int subfolders = 1) : UnstartedWatcher(folder, filter, subfolders) {
+        EXPECT_TRUE(Start());
+    }
+    ~Watcher() override { Stop(); }
+};
+
+/// Its OnChange returns when it may go on.
+class HeldWatcher : public UnstartedWatcher {
+public:
+    HeldWatcher(const CString& folder, DWORD filter, int subfolders = 1)
+        : UnstartedWatcher(folder, filter, subfolders) {
+        EXPECT_TRUE(Start());
+    }
     ~HeldWatcher() override {
         m_isFree = true;
         GoOn();
@@ -49,7 +59,7 @@ public:
     }
 
     void OnChange() override {
-        Watcher::OnChange();
+        UnstartedWatcher::OnChange();
         if (!m_isFree) m_goOn.Wait();
     }
     void GoOn() { m_goOn.Set(); }
