@@ -15,7 +15,7 @@ namespace {
 using qv::platform::FileCause;
 using qv::platform::Status;
 
-bool IsTaken(const CString& path) {
+bool Exists(const CString& path) {
     CFileStatus status;
     return CFile::GetStatus(path, status);
 }
@@ -66,15 +66,14 @@ CString CTempFile::CreateCandidate() const {
     constexpr int kMostTaken = 1000;
     for (int taken = 0; taken < kMostTaken;) {
         CString candidate = NextCandidate();
-        if (!m_fixedName && IsTaken(candidate))
-            ++taken;
-        else if (const Status made = m_fixedName ? EmptyOrMake(candidate) : qv::platform::MakeFile(candidate);
-                 made.ok())
-            return candidate;
-        else if (!m_fixedName && qv::platform::MeansNameTaken(made.error()))
-            ++taken;
-        else
-            RaiseUnlessAnotherNameMayDo(made, candidate, m_fixedName != 0);
+        bool isTaken = !m_fixedName && Exists(candidate);
+        if (!isTaken) {
+            const Status made = m_fixedName ? EmptyOrMake(candidate) : qv::platform::MakeFile(candidate);
+            if (made.ok()) return candidate;
+            isTaken = !m_fixedName && qv::platform::MeansNameTaken(made.error());
+            if (!isTaken) RaiseUnlessAnotherNameMayDo(made, candidate, m_fixedName != 0);
+        }
+        taken += isTaken;
     }
     AfxThrowFileException(CFileException::accessDenied);
 }

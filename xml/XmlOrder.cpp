@@ -28,8 +28,10 @@ CString KeyText(const Node& element, std::string_view pattern) {
 // The same elements by one key more, which counts more than those before: the order is stable.
 Nodes SortedBy(const Nodes& elements, std::string_view pattern, bool descending) {
     std::vector<CString> keys;
+    keys.reserve(elements.size());
     for (const Node& element : elements) keys.push_back(KeyText(element, pattern));
     std::vector<const CString*> pointers;
+    pointers.reserve(keys.size());
     for (const CString& key : keys) pointers.push_back(&key);
     Nodes sorted;
     for (const std::uint32_t index : qv::CollationOrder(pointers, descending)) sorted.push_back(elements[index]);

@@ -36,7 +36,7 @@ PACKAGES = {
     "tools/qv/": r"CLI/.*",
     "tests/": r"(gtest|gmock)/.*",
     "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
-                   r"QString",
+                   r"Q(String|LockFile|SaveFile)",
 }
 # What platform/ may call beside its tables of system calls: System.h of each side says why.
 PURE_CALLS = {

@@ -233,16 +233,12 @@ TEST(WholeFiles, BackupsAreMoved) {
     EXPECT_EQ(Raised<CFileException>([&] { CFileUtils::BackupFile(folder / "b.txt"); })->m_strFileName,
               folder / "b.txt");
     EXPECT_EQ(folder.Read("b.txt"), "kept");
-    // What has the name of the backup goes, whatever it is.
     std::error_code refused;
-    fs::create_hard_link(folder.Native("b.txt"), folder.Native("c.bak"), refused);
-    if (refused) GTEST_SKIP() << refused.message();
-    fs::rename(folder.Native("b.txt"), folder.Native("c.txt"));
+    fs::copy_file(folder.Native("b.txt"), folder.Native("c.txt"));
+    fs::create_hard_link(folder.Native("c.txt"), folder.Native("c.bak"), refused);
     CFileUtils::BackupFile(folder / "c.txt");
-    EXPECT_EQ(folder.Read("c.bak"), "kept");
-    EXPECT_FALSE(folder.Has("c.txt"));
+    EXPECT_TRUE(folder.Read("c.bak") == "kept" && !folder.Has("c.txt"));
     fs::create_symlink("nowhere", folder.Native("d.bak"), refused);
-    if (refused) GTEST_SKIP() << refused.message();
     folder.Write("d.txt", "kept");
     CFileUtils::BackupFile(folder / "d.txt");
     EXPECT_EQ(folder.Read("d.bak"), "kept");
