@@ -77,7 +77,7 @@ class OnLinux(Tool, unittest.TestCase):
         self.assertEqual(set(commands), set(MISSING) | OTHERS)
         for command in commands:
             with self.subTest(command):
-                self.assertRegex(self.qv(*command.split(), "--help"), rf"Example:\s[^\n]*qv {command}\b")
+                self.assertRegex(self.qv(*command.split(), "--help"), rf"Examples?:\s[^\n]*qv {command}\b")
                 self.assertIn("--help", self.qv(*command.split(), "--no-such-option", status=2))
                 if command not in TAKES_NOTHING:
                     self.assertIn("required", self.qv(*command.split(), status=2))
