@@ -34,7 +34,7 @@ void WritePages() {
     for (const FileOrder order : {FileOrder::Name, FileOrder::Size, FileOrder::Date}) {
         for (FolderRows& folder : rows) Sort(folder, order);
         const ReportHeader header{"Report", "folder", 0};
-        ReportPage page(header, order);
+        ReportPage page(header, {}, order);
         page.SetFilename(kPath.c_str());
         page.Write(rows, menu);
         page.CommitFile();
