@@ -24,15 +24,15 @@ std::size_t ExactSearch::FindWhole(std::size_t found) {
     return found;
 }
 
-// An occurrence begins where a character does. If it ends with what may be half of one, the text has to have that byte alone.
+// An occurrence begins and ends where characters of the text do. Both places only move forward, so all occurrences together
+// take time linear in the text.
 bool ExactSearch::IsWhole(std::size_t position) {
     while (m_boundary < position) m_boundary += CharacterLength(m_text, m_boundary, CodePage::DoubleByte);
     if (m_boundary != position) return false;
-    if (m_lastCharacter == kNowhere)
-        for (std::size_t i = 0; i < m_find.size(); i += CharacterLength(m_find, i, CodePage::DoubleByte))
-            m_lastCharacter = i;
-    const std::size_t last = position + m_lastCharacter;
-    return last + CharacterLength(m_text, last, CodePage::DoubleByte) == position + m_find.size();
+    const std::size_t end = position + m_find.size();
+    m_endBoundary = std::max(m_endBoundary, m_boundary);
+    while (m_endBoundary < end) m_endBoundary += CharacterLength(m_text, m_endBoundary, CodePage::DoubleByte);
+    return m_endBoundary == end;
 }
 
 bool ExactSearch::IsTooDear(std::size_t from) const {

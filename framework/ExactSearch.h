@@ -52,8 +52,7 @@ private:
     std::optional<PatternAutomaton> m_automaton;
     std::size_t m_read = 0, m_state = 0, m_last = kNowhere;
 
-    std::size_t m_boundary = 0;              // in the text, where some character begins
-    std::size_t m_lastCharacter = kNowhere;  // of the text sought, where it begins
+    std::size_t m_boundary = 0, m_endBoundary = 0;  // in the text, where characters begin
 };
 
 /// Where a text first occurs in another one, as ExactSearch finds it.

@@ -84,6 +84,17 @@ TEST(String, FindsWhatTheStandardSearchFinds) {
     }
 }
 
+// In code page 54936 a character may have four bytes, of which two are no character.
+TEST(String, FindsNoHalfOfFourBytes) {
+    const ScopedCodePage chinese(54936);
+    if (!chinese) GTEST_SKIP() << "no such code page here";
+    const CString text = "\xD6\xD0\x95\x32\x82\x36\xCE\xC4\x95\x32\x82\x36";
+    EXPECT_EQ(text.Find("\x95\x32"), -1);
+    EXPECT_EQ(text.Find("\x82\x36"), -1);
+    EXPECT_EQ(text.Find("\x95\x32\x82\x36"), 2);
+    EXPECT_EQ(text.Find("\xCE\xC4\x95\x32\x82\x36"), 6);
+}
+
 // In code page 932 the letters 95 5C and 83 5C end with a backslash's byte, and 81 may be both halves of a character.
 TEST(String, NeverTakesHalfACharacterForAnotherOne) {
     const ScopedCodePage japanese(932);
