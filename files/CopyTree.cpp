@@ -86,7 +86,7 @@ private:
     void Tell(const QvLeftOut& leftOut) const;
     void TellPassedOver(FileSearch& search) const;
     void Report(const Status& status);
-    /// The same for one of the level's own folders, of which the observer hears too.
+    /// The same for one of the level's own folders, which is reported to the observer as well.
     void Report(const Status& status, const std::string& folder);
 
     CCopyTree& m_copy;
@@ -142,8 +142,8 @@ void CCopyTree::Level::Tell(const QvLeftOut& leftOut) const {
 }
 
 void CCopyTree::Level::TellPassedOver(FileSearch& search) const {
-    const std::string folder = m_paths->source.substr(0, m_sourceLength);
     for (const qv::platform::PassedOver& passedOver : search.TakePassedOver()) {
+        const std::string folder = m_paths->source.substr(0, m_sourceLength);
         const std::string path =
             passedOver.name.empty() ? CFileUtils::UnterminateDir(folder.c_str()).AsStd() : folder + passedOver.name;
         Tell(QvLeftOut::OfError(CString(path), ErrorOf(passedOver.status)));

@@ -37,7 +37,7 @@ public:
 
     Status Open(const char* path, LastName lastName, FolderUse use = FolderUse::Listed);
     /// Opens a folder in another one, which has to be open. Anything but a folder is refused, links too.
-    Status OpenIn(const Folder& parent, const std::string& name);
+    Status OpenIn(const Folder& parent, const std::string& name, FolderUse use = FolderUse::Listed);
     /// The same with a folder that is made if its name is free. `made` is whether it was.
     Status MakeIn(const Folder& parent, const std::string& name, bool& made);
     void Close();

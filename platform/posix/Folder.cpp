@@ -54,10 +54,10 @@ Status Folder::Open(const char* path, LastName lastName, FolderUse use) {
     return {};
 }
 
-Status Folder::OpenIn(const Folder& parent, const std::string& name) {
-    const auto folder = OpenAt(DescriptorOf(parent), name.c_str(), O_NOFOLLOW);
+Status Folder::OpenIn(const Folder& parent, const std::string& name, FolderUse use) {
+    const auto folder = OpenAt(DescriptorOf(parent), name.c_str(), O_NOFOLLOW | FlagsOf(use));
     if (!folder.ok()) return folder.status();
-    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder)});
+    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder), .use = use});
     return {};
 }
 
@@ -65,10 +65,7 @@ Status Folder::MakeIn(const Folder& parent, const std::string& name, bool& made)
     const auto created = sys::mkdirat(DescriptorOf(parent), name.c_str(), 0777);
     made = created.ok();
     if (!made && created.error() != EEXIST) return created.status();
-    const auto folder = OpenAt(DescriptorOf(parent), name.c_str(), O_NOFOLLOW | FlagsOf(FolderUse::LookedUpIn));
-    if (!folder.ok()) return folder.status();
-    m_body = std::make_unique<Body>(Body{.descriptor = UniqueFd(folder), .use = FolderUse::LookedUpIn});
-    return {};
+    return OpenIn(parent, name, FolderUse::LookedUpIn);
 }
 
 void Folder::Close() {

@@ -61,14 +61,15 @@ Status Folder::Open(const char* path, LastName lastName, FolderUse) {
     return {};
 }
 
-Status Folder::OpenIn(const Folder& parent, const std::string& name) {
+Status Folder::OpenIn(const Folder& parent, const std::string& name, FolderUse) {
     return Open(PathIn(parent, name).c_str(), LastName::NoLink);
 }
 
 Status Folder::MakeIn(const Folder& parent, const std::string& name, bool& made) {
     const auto created = sys::CreateDirectoryA(PathIn(parent, name).c_str(), nullptr);
     made = created.ok();
-    return made || created.error() == ERROR_ALREADY_EXISTS ? OpenIn(parent, name) : created.status();
+    return made || created.error() == ERROR_ALREADY_EXISTS ? OpenIn(parent, name, FolderUse::LookedUpIn)
+                                                           : created.status();
 }
 
 void Folder::Close() {

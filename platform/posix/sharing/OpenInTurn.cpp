@@ -71,7 +71,7 @@ Attempt ClearNonBlocking(int file) {
 Attempt Empty(int file, const Location& at, const OpenRequest& request) {
     const off_t none = 0;
     if (request.write) return OfStep(sys::ftruncate(file, none));
-    const auto opened = OpenDescriptor(at, O_WRONLY);
+    const auto opened = OpenDescriptor(at, O_WRONLY | (request.noLink || request.folderAccess ? O_NOFOLLOW : 0));
     const UniqueFd writable(opened);
     return OfStep(opened.ok() ? sys::ftruncate(writable.Get(), none) : opened);
 }
