@@ -13,7 +13,7 @@ constexpr int kCodesInAFill = 3;          // of 16 bits, the longest
 constexpr std::size_t kSlots[] = {30, 32, 34, 36, 38, 42, 50};  // by the window's exponent, from 15 on
 
 constexpr std::size_t kCopied =
-    sizeof(std::uint64_t);  // bytes of a match at a time: it may write so many behind its end
+    sizeof(std::uint64_t);  // bytes of a match at a time: it may write that many past its end
 
 constexpr unsigned ExtraBits(unsigned slot) {
     return slot < 4 ? 0 : slot < 36 ? slot / 2 - 1 : 17;
@@ -34,7 +34,7 @@ constexpr auto kSlotTable = [] {
     return slots;
 }();
 
-/// The source may reach into what is copied. Bytes behind the end, up to kCopied, become anything.
+/// The source may reach into what is copied. Up to kCopied bytes past the end are overwritten.
 unsigned char* CopyMatch(unsigned char* to, std::size_t length, std::size_t offset) {
     const unsigned char* from = to - offset;
     unsigned char* const end = to + length;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Hashes of names and numbers from outside. The key is chosen at random in each process, so that nobody can prepare
+/// @file Hashes of names and numbers from outside. The key is chosen at random in each process, so that an attacker cannot prepare
 /// items that collide.
 
 #include <bit>

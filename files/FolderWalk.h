@@ -37,7 +37,7 @@ protected:
     virtual void OnFolder(const Place& place, const std::vector<platform::FolderEntry>& entries) = 0;
     /// After all that lies in the subfolder was walked.
     virtual void OnLeave(const Place&, const platform::FolderEntry&) {}
-    /// After all that lies in the first folder was walked.
+    /// Called after the whole first folder was walked.
     virtual void OnEnd(const Place&) {}
     /// A folder that cannot be opened or read to its end; the walk goes on beside it unless this raises something.
     /// `parent` is null for the first one and when the way back to it is lost.

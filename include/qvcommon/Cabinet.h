@@ -87,7 +87,7 @@ public:
     /// The same by this object, so that overridden members hear of it. Sets name and destination folder.
     void Pack(const char* folder, const char* cabinet, int recurse);
     /// The observer of what Pack leaves out, not owned; null by default. With an observer Pack leaves out files that cannot
-    /// be opened, too, instead of failing; links to folders are told as well. What fails later, because it vanishes or
+    /// be opened, too, instead of failing; links to folders are reported as well. What fails later, because it vanishes or
     /// becomes unreadable while others are packed, ends the archive. The caller keeps its life.
     void SetLeftOut(ILeftOut* observer);
 

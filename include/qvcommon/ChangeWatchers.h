@@ -11,7 +11,7 @@
 #include "qvcommon/framework/Collections.h"
 
 /// Waits on a thread of its own for changes in a folder. It says that something changed, not what; changes that come
-/// together, or while OnChange runs, are told once. What has changed after Start returned is never missed, and changes that
+/// together, or while OnChange runs, are reported once. What has changed after Start returned is never missed, and changes that
 /// never end delay neither OnChange nor Stop.
 ///
 /// Virtual operations, in slot order: the destructor, Start, OnChange, Stop, HasChanged, SetDirectory,

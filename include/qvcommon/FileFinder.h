@@ -93,8 +93,8 @@ public:
 ///
 /// A folder's matching entries come before those of its subfolders, both in the order of the system; on Linux that is by
 /// name without regard to case. The mask holds for folders too, but every subfolder is searched, whatever its name. A link
-/// to a folder is listed like a folder and never entered. A folder that cannot be searched adds nothing: SetLeftOut names
-/// who hears of it. One object, one thread.
+/// to a folder is listed like a folder and never entered. A folder that cannot be searched adds nothing and
+/// is reported to the observer of SetLeftOut. One object, one thread.
 class QVCOMMON_API FileFinder : public CObject {
 public:
     /// 0, as at first, lists files only, 1 folders only, any other value both.

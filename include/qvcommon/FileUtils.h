@@ -134,7 +134,7 @@ public:
     /// @throws CFileException* with its name for the first entry that cannot be deleted and the first folder that cannot be
     /// read; the rest stays.
     static void DelTree(const char* directory, int removeItself);
-    /// The same, but what cannot be deleted or read is told to the observer, folders that stay included, and all the rest is
+    /// The same, but what cannot be deleted or read is reported to the observer, folders that stay included, and all the rest is
     /// deleted. Raises what the observer raises.
     static void DelTree(const char* directory, int removeItself, ILeftOut& leftOut);
 

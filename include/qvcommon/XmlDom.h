@@ -114,7 +114,7 @@ public:
     /// Paths are XPath 1.0, with two changes: a predicate that is a plain number counts from ZERO, among the siblings that
     /// its step selects ("item[0]" is the first), and names are compared as they are written, prefix and all: a default
     /// namespace or the URI behind a prefix play no part. Paths of names, indexes and a final "@name" are walked directly
-    /// where the DOM allows it, in time in line with the nodes passed. The function id() is of no use: it needs declarations
+    /// where the DOM allows it, in time linear in the nodes visited. The function id() is of no use: it needs declarations
     /// of identifiers, which are not kept (Linux) or a COM DOM's own affair.
     /// @throws _com_error E_FAIL for a path that is no such expression.
     IXMLDOMNode selectSingleNode(std::string_view path) const;

@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint32_t kNames = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
 
 // Reads between two looks at what else there is to do. Together they hold what the system queues by default, so that
-// changes that came together are told once; a folder that is always busy holds up nobody for longer than they take.
+// changes that came together are reported once; a busy folder delays callbacks by a bounded time only.
 constexpr int kMostReads = 32;
 constexpr std::size_t kReadSize = 16384;
 

@@ -126,7 +126,7 @@ TEST(DirChangeWatcher, OnChangeMayEndIt) {
 }
 
 // There is another change before each look for changes.
-TEST(DirChangeWatcher, EndlessChangesHoldUpNobody) {
+TEST(DirChangeWatcher, EndlessChangesDelayNoCaller) {
     if (OnWindows()) GTEST_SKIP() << "the system merges changes";
     const TempFolder tree;
     std::atomic<bool> done = false;

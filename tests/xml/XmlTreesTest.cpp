@@ -28,7 +28,7 @@ int Operations() {
     return kOperations;
 }
 
-// A DOM that takes prefixes which nobody declared also frees too early what has moved to another document or was taken out:
+// A DOM that takes undeclared prefixes also frees too early what has moved to another document or was taken out:
 // on such a DOM nothing is freed here before the end.
 bool KeepsWhatHandlesNeed() {
     return !CXmlHelper::CreateDocument().loadXML("<p:r/>");

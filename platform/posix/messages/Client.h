@@ -13,7 +13,7 @@ bool IsConversationOpen(const std::string& className);
 enum class Outcome {
     Handled,
     Gone,     ///< the window had the text, or a part of it, when it ended
-    NotFound  ///< nobody listens, or the window cannot be reached
+    NotFound  ///< no listener has the name, or it cannot be reached
 };
 
 /// Returns when the target's window has handled the text, or is gone. Meanwhile the calling thread's own windows go on

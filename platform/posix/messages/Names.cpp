@@ -103,7 +103,7 @@ std::vector<std::string> LocksBeside(const std::string& socketPath) {
     return locks;
 }
 
-// Removes a lock file that nobody owns, and its socket.
+// Removes a lock file without an owner, and its socket.
 void Sweep(const std::string& path) {
     UniqueFd lock(OpenLock(path, O_RDWR));
     if (!lock || !SetOfdLock(lock.Get(), OfdLockKind::Write, kSwept).ok() || !IsStillAt(lock.Get(), path)) return;

@@ -22,7 +22,7 @@ namespace qv::platform {
 /// name the folder again.
 class WatchedFolders {
 public:
-    /// @param stop  once it is set no more folders are looked for: nobody waits for their changes.
+    /// @param stop  once it is set no more folders are looked for: their changes are no longer wanted.
     WatchedFolders(int inotify, std::uint32_t events, bool subfolders, const std::atomic<bool>& stop);
 
     /// Watches the folder, native path, and all below it. False when it cannot be watched, or the system has no watches,

@@ -168,8 +168,9 @@ bool LoadText(Node& document, std::string_view text) {
 bool LoadBytes(Node& document, std::string_view bytes) {
     std::optional<std::string> text = Decode(bytes);
     if (!text) {
-        SetProblem(document,
-                   {kRefused, "The document is not in the encoding that it declares, or nobody knows it", 1, 1});
+        SetProblem(
+            document,
+            {kRefused, "The document is not in the encoding that it declares, or the encoding is unknown", 1, 1});
         return false;
     }
     if (!Passes(document, *text)) return false;
