@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Collects what each target came to, and shows it at the end.
 
-QV_RESULTS=()
+QV_RESULTS=() QV_FAILURES=()
 QV_PASSED=0 QV_FAILED=0 QV_SKIPPED=0
 
 # record TARGET PASSED FAILED SKIPPED SECONDS
@@ -17,6 +17,14 @@ record_suite() {
     [ ! -s "$2" ] || read -r passed failed skipped < <(count_tests "$2")
     [ "$3" -eq 0 ] || [ "$failed" -gt 0 ] || failed=1
     record "$1" "$passed" "$failed" "$skipped" "$4"
+    [ ! -s "$2" ] || mapfile -t -O "${#QV_FAILURES[@]}" QV_FAILURES < <(failures_in "$2" | sort -u | sed "s/^/$1: /")
+}
+
+# failures_in REPORT: the names of the tests that failed, and of the programs that did.
+failures_in() {
+    sed -nE 's/^\[  FAILED  \] ([^ ,]+\.[^ ,]+).*/\1/p
+             s/^(FAIL|ERROR): (.*)/\2/p
+             /<testcase .*status="fail"/s/.*<testcase name="([^"]*)".*/\1/p' "$1"
 }
 
 # count_tests REPORT: "PASSED FAILED SKIPPED". A program that runs many tests says at its end how many of each there were;
@@ -48,6 +56,10 @@ count_tests() {
 show_results() {
     printf '\n%-12s %8s %8s %8s %8s %8s\n' target tests passed failed skipped time
     printf '%s\n' "${QV_RESULTS[@]}"
+    if [ "${#QV_FAILURES[@]}" -gt 0 ]; then
+        printf '\nFailed:\n'
+        printf '  %s\n' "${QV_FAILURES[@]}"
+    fi
     printf '\n%d passed, %d failed' "$QV_PASSED" "$QV_FAILED"
     [ "$QV_SKIPPED" -eq 0 ] || printf ', %d skipped' "$QV_SKIPPED"
     printf '\n'

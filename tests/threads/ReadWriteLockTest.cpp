@@ -9,7 +9,6 @@
 
 #include "qvcommon/LockedObjects.h"
 #include "tests/support/Blocked.h"
-#include "tests/support/Watchdog.h"
 
 namespace {
 
@@ -63,7 +62,6 @@ TEST(ReadWriteLock, AWriterHandsOverToAWriterThenToAllReaders) {
 }
 
 TEST(ReadWriteLock, AWriterGetsInBesideOneThatNeverRests) {
-    const Watchdog watchdog("a writer");
     CReadWriteLock lock;
     std::atomic<bool> done = false;
     const auto hog = [&] {
@@ -82,7 +80,6 @@ TEST(ReadWriteLock, AWriterGetsInBesideOneThatNeverRests) {
 
 // Plain variables under the lock: the thread sanitizer finds what the counts do not.
 TEST(ReadWriteLock, KeepsReadersAndWritersApart) {
-    const Watchdog watchdog("a lock");
     CReadWriteLock lock;
     long first = 0, second = 0;
     std::atomic<long> torn = 0, writes = 0;
@@ -180,7 +177,6 @@ TEST(LockedObjectMap, RemovingAndClearingWaitForWhoHolds) {
 }
 
 TEST(LockedObjectMap, CopiesAreLockedByThemselves) {
-    const Watchdog watchdog("a copy");
     struct Plain : CLockableObject {};
     Plain original, copy(original), assigned;
     assigned = original;
@@ -210,7 +206,6 @@ TEST(ReadWriteLock, ACopyTakesOverWhatIsHeld) {
 }
 
 TEST(LockedObjectMap, SurvivesEverythingAtOnce) {
-    const Watchdog watchdog("a map");
     std::atomic<int> alive = 0;
     std::atomic<long> added = 0, counted = 0, sum = 0;
     CLockedObjectMap map;
