@@ -110,20 +110,15 @@ void AppendValue(std::string& out, const std::string& spec, char conversion, con
     }
 }
 
-/// Most conversions are close together, where a call of the library's search costs more than it saves.
-std::size_t FindPercent(std::string_view format, std::size_t from) {
-    constexpr std::size_t kNear = 16;
-    for (const std::size_t end = std::min(format.size(), from + kNear); from < end; ++from)
-        if (format[from] == '%') return from;
-    return format.find('%', from);
-}
-
 }  // namespace
 
 void AppendFormat(std::string& out, std::string_view format, const FormatArg* args, std::size_t count) {
     const FormatArg* const end = args + count;
+    std::size_t size = out.size() + format.size();
+    for (const FormatArg* arg = args; arg < end; ++arg) size += arg->text.size();
+    out.reserve(size);  // short of long numbers and widths, one allocation
     for (std::size_t i = 0; i < format.size();) {
-        const std::size_t percent = FindPercent(format, i);
+        const std::size_t percent = format.find('%', i);
         out.append(format.substr(i, percent - i));
         if (percent == format.npos) return;
         const FormatSpec spec = ReadFormatSpec(format, percent);

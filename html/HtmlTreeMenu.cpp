@@ -65,16 +65,12 @@ CString CHtmlTreeNode::GetHtml(const char* parentId) {
     return html;
 }
 
-CString CHtmlTreeNode::GetLine(const char* parentId) {
-    CString line;
-    const CString image = GetImage(1), frame = m_pBuilder ? m_pBuilder->GetTargetFrame() : CString();
-    line.Format("node%s = node%s.addItem(new TreeNode('%s', '%s', '%s', %s, true, '%s', '%s', '%s'));\n", m_strId,
-                parentId, m_strText, image, m_strLink, AskHasSelected() ? "true" : "false", GetStyle(), frame, image);
-    return line;
-}
-
 void CHtmlTreeNode::AppendHtml(CString& html, const char* parentId) {
-    html += GetLine(parentId);
+    const CString image = GetImage(1), style = GetStyle(), frame = m_pBuilder ? m_pBuilder->GetTargetFrame() : CString();
+    for (const std::string_view part : std::initializer_list<std::string_view>{
+             "node", m_strId, " = node", parentId, ".addItem(new TreeNode('", m_strText, "', '", image, "', '", m_strLink,
+             "', ", AskHasSelected() ? "true" : "false", ", true, '", style, "', '", frame, "', '", image, "'));\n"})
+        html += part;
     AppendChildren(html);
 }
 

@@ -58,7 +58,6 @@ private:
 
     void AppendHtml(CString& html, const char* parentId);
     void AppendChildren(CString& html);
-    CString GetLine(const char* parentId);
     bool AskHasSelected();
 
     Children m_children;
