@@ -17,33 +17,21 @@ namespace {
 
 using Texts = std::vector<CString>;
 
-// Calls `piece` with each piece of the text between separators.
-template <class Piece>
-void ForEachPiece(std::string_view text, std::string_view separator, Piece piece) {
-    if (separator.empty()) return piece(text);
-    qv::ExactSearch search(text, separator);
-    std::size_t from = 0;
-    for (std::size_t hit; (hit = search.Find(from)) != text.npos; from = hit + separator.size())
-        piece(text.substr(from, hit - from));
-    piece(text.substr(from));
-}
-
-std::size_t CountPieces(std::string_view text, std::string_view separator, bool keepEmpty) {
-    if (keepEmpty && separator.size() == 1 && !qv::HasTrailBytes(text))
-        return static_cast<std::size_t>(std::count(text.begin(), text.end(), separator[0])) + 1;
-    std::size_t count = 0;
-    ForEachPiece(text, separator, [&](std::string_view piece) { count += keepEmpty || !piece.empty(); });
-    return count;
-}
-
-// Counted first, so that each text is built once, in its place.
+// The text is searched once; pieces are kept by place until their number is known, so that each text is built once, in
+// its place.
 Texts Split(std::string_view text, std::string_view separator, bool keepEmpty) {
-    Texts pieces;
-    pieces.reserve(CountPieces(text, separator, keepEmpty));
-    ForEachPiece(text, separator, [&](std::string_view piece) {
-        if (keepEmpty || !piece.empty()) pieces.emplace_back(piece);
-    });
-    return pieces;
+    std::vector<std::string_view> pieces;
+    const auto keep = [&](std::string_view piece) {
+        if (keepEmpty || !piece.empty()) pieces.push_back(piece);
+    };
+    std::size_t from = 0;
+    if (!separator.empty()) {
+        qv::ExactSearch search(text, separator);
+        for (std::size_t hit; (hit = search.Find(from)) != text.npos; from = hit + separator.size())
+            keep(text.substr(from, hit - from));
+    }
+    keep(text.substr(from));
+    return Texts(pieces.begin(), pieces.end());
 }
 
 std::size_t JoinedSize(std::span<const CString> texts, std::size_t separator) {

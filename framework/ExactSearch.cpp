@@ -18,7 +18,7 @@ bool HasTrailBytes(std::string_view text) {
 std::size_t ExactSearch::FindWhole(std::size_t found) {
     if (platform::CurrentCodePage() != CodePage::DoubleByte) return found;
     while (found != kNowhere && !IsWhole(found)) {
-        m_spent += m_find.size();
+        SpendsTooMuch(found);
         found = FindBytes(found + 1);
     }
     return found;
@@ -37,16 +37,20 @@ bool ExactSearch::IsWhole(std::size_t position) {
 
 bool ExactSearch::IsTooDear(std::size_t from) const {
     constexpr std::size_t kCredit = 4096;
-    return m_spent > kCredit && m_spent - kCredit > 4 * (from - m_origin + m_find.size());
+    return m_automaton || (m_spent > kCredit && m_spent - kCredit > 4 * (from - m_origin + m_find.size()));
+}
+
+bool ExactSearch::SpendsTooMuch(std::size_t from) {
+    if (!m_spent) m_origin = from;
+    m_spent += m_find.size();
+    return IsTooDear(from + 1);
 }
 
 // Looks for the first byte and compares what follows. Texts that go on being alike are left to the automaton.
-std::size_t ExactSearch::FindBytes(std::size_t from) {
-    constexpr std::size_t kGlance = 8;
-    m_origin = std::min(m_origin, from);
-    if (m_automaton || IsTooDear(from)) return FindByAutomaton(from);
+std::size_t ExactSearch::FindString(std::size_t from) {
     const std::size_t size = m_find.size();
     if (m_text.size() < size) return kNowhere;
+    if (m_spent && IsTooDear(from)) return FindByAutomaton(from);
     const char *const text = m_text.data(), *const find = m_find.data();
     const std::size_t last = m_text.size() - size;
     for (; from <= last; ++from) {
@@ -55,11 +59,10 @@ std::size_t ExactSearch::FindBytes(std::size_t from) {
             if (!next) return kNowhere;
             from = static_cast<std::size_t>(static_cast<const char*>(next) - text);
         }
-        if (size > 1 && text[from + 1] != find[1]) continue;
-        if (size <= 2 || !std::memcmp(text + from + 2, find + 2, size - 2)) return from;
-        if (size <= kGlance || std::memcmp(text + from, find, kGlance) != 0) continue;
-        m_spent += size;
-        if (IsTooDear(from + 1)) return FindByAutomaton(from + 1);
+        if (text[from + 1] != find[1]) continue;
+        if (!std::memcmp(text + from + 2, find + 2, size - 2)) return from;
+        if (size > kGlance && !std::memcmp(text + from, find, kGlance) && SpendsTooMuch(from))
+            return FindByAutomaton(from + 1);
     }
     return kNowhere;
 }

@@ -27,7 +27,7 @@ public:
     /// everywhere, the end included.
     std::size_t Find(std::size_t from) {
         if (m_find.empty()) return from <= m_text.size() ? from : kNowhere;
-        const std::size_t found = m_find.size() == 1 ? m_text.find(m_find[0], from) : FindBytes(from);
+        const std::size_t found = FindBytes(from);
         return found == kNowhere || IsPlainlyWhole(found) ? found : FindWhole(found);
     }
 
@@ -40,15 +40,23 @@ private:
                (size == 1 || ascii(m_find[size - 2]));
     }
 
+    std::size_t FindBytes(std::size_t from) {
+        return m_find.size() == 1 ? m_text.find(m_find[0], from) : FindString(from);
+    }
+
+    std::size_t FindString(std::size_t from);
     std::size_t FindWhole(std::size_t found);
-    std::size_t FindBytes(std::size_t from);
     std::size_t FindByAutomaton(std::size_t from);
+    bool SpendsTooMuch(std::size_t from);
     bool IsTooDear(std::size_t from) const;
     bool IsWhole(std::size_t position);
 
+    static constexpr std::size_t kGlance = 8;  // bytes whose comparison is not counted
+
     std::string_view m_text, m_find;
 
-    std::size_t m_spent = 0, m_origin = kNowhere;  // when more is compared than passed, the automaton takes over
+    // When more is compared than passed since the first comparison that counts, the automaton takes over.
+    std::size_t m_spent = 0, m_origin = 0;
     std::optional<PatternAutomaton> m_automaton;
     std::size_t m_read = 0, m_state = 0, m_last = kNowhere;
 
