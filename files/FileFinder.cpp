@@ -1,5 +1,6 @@
 #include "qvcommon/FileFinder.h"
 
+#include "files/NameMasks.h"
 #include "qvcommon/FileUtils.h"
 
 namespace {
@@ -12,10 +13,6 @@ CString Below(const CString& offset, const CString& name) {
     path.reserve(offset.AsStd().size() + 1 + name.AsStd().size());
     path.append(offset).append(1, '\\').append(name);
     return CString(std::move(path));
-}
-
-bool IsToBeEntered(const CFileFind& find) {
-    return find.IsDirectory() && !find.IsDots() && !find.IsLink();
 }
 
 /// The search path itself may be a link. What lies below it may not: it could have become one since it was listed.
@@ -35,6 +32,16 @@ void FileFinder::SetSearchPath(const char* path) {
 
 void FileFinder::SetSearchMask(const char* mask) {
     m_mask = mask;
+    m_listed.reset();
+}
+
+void FileFinder::SetSearchMasks(const CStringArray& masks) {
+    m_mask = kEveryName;
+    m_listed = std::make_shared<const qv::NameMasks>(masks);
+}
+
+void FileFinder::SetExcludedMasks(const CStringArray& masks) {
+    m_excluded = std::make_shared<const qv::NameMasks>(masks);
 }
 
 void FileFinder::SetRecurse(int recurse) {
@@ -71,10 +78,21 @@ void FileFinder::DiscoverEntries(const CString& path, const CString& offset, int
     for (BOOL more = find.FindFile(path + m_mask, OptionsFor(offset)); more;) {
         more = find.FindNextFile();
         UpdateProgress(find.GetFileTitle());
-        const bool kept = find.IsDirectory() ? m_includeDirectories != 0 && !find.IsDots() : m_includeDirectories != 1;
-        if (kept) Keep(find, offset, depth);
+        if (IsListed(find)) Keep(find, offset, depth);
         if (subfolders && m_recurse && IsToBeEntered(find)) subfolders->Add(find.GetFileName());
     }
+}
+
+bool FileFinder::IsListed(const CQvFileFind& find) const {
+    const bool kind = find.IsDirectory() ? m_includeDirectories != 0 && !find.IsDots() : m_includeDirectories != 1;
+    if (!kind || (!m_listed && !m_excluded)) return kind;
+    const CString name = find.GetFileName();
+    return (!m_listed || m_listed->Match(name)) && !(m_excluded && m_excluded->Match(name));
+}
+
+bool FileFinder::IsToBeEntered(const CFileFind& find) const {
+    return find.IsDirectory() && !find.IsDots() && !find.IsLink() &&
+           !(m_excluded && m_excluded->Match(find.GetFileName()));
 }
 
 CStringArray FileFinder::Subfolders(const CString& path, const CString& offset) const {

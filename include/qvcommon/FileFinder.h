@@ -7,6 +7,10 @@
 #include "qvcommon/framework/FtpFileFind.h"
 #include "qvcommon/framework/Time.h"
 
+namespace qv {
+class NameMasks;
+}
+
 #pragma push_macro("GetFileTitle")  // a system header's macro; the class has both names
 #undef GetFileTitle
 
@@ -101,7 +105,7 @@ public:
     virtual void SetIncludeDirectories(int mode);
     /// Adds the final "\" where it is missing.
     virtual void SetSearchPath(const char* path);
-    /// Empty at first, which matches nothing.
+    /// Empty at first, which matches nothing. Replaces the masks of SetSearchMasks.
     virtual void SetSearchMask(const char* mask);
     virtual void SetRecurse(int recurse);
 
@@ -131,14 +135,21 @@ public:
     /// The observer, not owned and null by default, of folders that cannot be searched and of entries that vanish during the
     /// walk.
     void SetLeftOut(ILeftOut* observer);
+    /// Lists names that match any of the masks, in place of a single one.
+    void SetSearchMasks(const CStringArray& masks);
+    /// Names that match any of these masks are not listed, and folders among them not entered. None at first.
+    void SetExcludedMasks(const CStringArray& masks);
 
 private:
     void DiscoverEntries(const CString& path, const CString& offset, int depth, CStringArray* subfolders);
     CStringArray Subfolders(const CString& path, const CString& offset) const;
     void Keep(const CQvFileFind& find, const CString& offset, int depth);
+    bool IsListed(const CQvFileFind& find) const;
+    bool IsToBeEntered(const CFileFind& find) const;
 
     CString m_path;
-    CString m_mask;
+    CString m_mask;  // what the system looks for
+    std::shared_ptr<const qv::NameMasks> m_listed, m_excluded;
     CUIntArray m_depths;
     CStringArray m_offsets;
     CStringArray m_files;

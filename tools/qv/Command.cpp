@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <utility>
 
 #include "qvcommon/FileUtils.h"
@@ -12,6 +13,38 @@ namespace {
 
 std::string ToLibraryForm(const std::string& path) {
     return CFileUtils::GetLibraryPath(path.c_str()).AsStd();
+}
+
+// The parser's own texts name its types.
+template <class Number>
+CLI::Validator WholeNumber(const Number&) {
+    return CLI::Validator(
+        [](std::string& text) {
+            Number number;
+            return CLI::detail::lexical_cast(text, number) ? ""
+                                                           : "'" + text + "' is not a number that can be used here";
+        },
+        "");
+}
+
+std::vector<std::string> KeysOf(const std::map<std::string, int>& words) {
+    std::vector<std::string> keys;
+    for (const auto& [word, number] : words) keys.push_back(word);
+    return keys;
+}
+
+// Names the words in the help, and in the message about another one; `ToValue` makes of a word what the variable takes.
+template <class ToValue>
+CLI::Validator WordOf(const std::vector<std::string>& words, ToValue toValue) {
+    const std::string list = CLI::detail::join(words, ",");
+    return CLI::Validator(
+        [=](std::string& text) {
+            if (std::ranges::find(words, text) == words.end())
+                return "'" + text + "' is not one of " + CLI::detail::join(words, ", ");
+            text = toValue(text);
+            return std::string();
+        },
+        "{" + list + "}");
 }
 
 }  // namespace
@@ -35,13 +68,22 @@ Option& Option::ShowDefault() {
     return *this;
 }
 
+Option& Option::TakeOneEach() {
+    m_option->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    return *this;
+}
+
 Option& Option::Between(int least, int most) {
-    m_option->check(CLI::Range(least, most));
+    m_option->check([=](const std::string& text) {
+        long long number = 0;
+        const bool holds = CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
+        return holds ? "" : "'" + text + "' is not between " + std::to_string(least) + " and " + std::to_string(most);
+    });
     return *this;
 }
 
 Option& Option::OneOf(const std::vector<std::string>& words) {
-    m_option->check(CLI::IsMember(words));
+    m_option->transform(WordOf(words, [](const std::string& word) { return word; }));
     return *this;
 }
 
@@ -68,16 +110,18 @@ Option Command::AddOption(const char* names, std::vector<std::string>& values, c
 }
 
 Option Command::AddOption(const char* names, int& value, const char* description) {
-    return Option(*m_app->add_option(names, value, description));
+    return Option(*m_app->add_option(names, value, description)->check(WholeNumber(value)));
 }
 
 Option Command::AddOption(const char* names, unsigned& value, const char* description) {
-    return Option(*m_app->add_option(names, value, description));
+    return Option(*m_app->add_option(names, value, description)->check(WholeNumber(value)));
 }
 
 Option Command::AddOption(const char* names, int& value, const std::map<std::string, int>& words,
                           const char* description) {
-    return Option(*m_app->add_option(names, value, description)->transform(CLI::CheckedTransformer(words)));
+    const std::vector<std::string> texts = KeysOf(words);
+    const auto toNumber = [words](const std::string& word) { return std::to_string(words.at(word)); };
+    return Option(*m_app->add_option(names, value, description)->transform(WordOf(texts, toNumber)));
 }
 
 Option Command::AddPath(const char* names, std::string& path, const char* description) {

@@ -43,6 +43,8 @@ public:
     Option& CallValue(const char* name);
     /// Makes help show the value that the variable has now.
     Option& ShowDefault();
+    /// Of several values, takes one each time that it is given.
+    Option& TakeOneEach();
     /// Refuses numbers that lie outside.
     Option& Between(int least, int most);
     /// Refuses all other words.

@@ -3,9 +3,11 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <iostream>
 
 #include "tools/qv/CommandDescription.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Usage.h"
 
 namespace qv::tool {
 namespace {
@@ -73,6 +75,25 @@ void AddPrinter(CLI::App& app, const char* option, std::string (*text)(const Com
     app.add_flag_callback(option, print, description);
 }
 
+// "qv help text wrap" shows what "qv text wrap --help" does.
+void AddHelp(CLI::App& app) {
+    CLI::App& help = *app.add_subcommand("help", "Show the help of a command");
+    const auto words = std::make_shared<std::vector<std::string>>();
+    help.add_option("COMMAND", *words, "The command; all of them without it");
+    help.footer("Example: qv help text wrap");
+    help.callback([&app, words] {
+        const CLI::App* command = &app;
+        std::string before;
+        for (const std::string& word : *words) {
+            before += (before.empty() ? "" : " ") + command->get_name();
+            const auto below = command->get_subcommands([&](const CLI::App* each) { return each->get_name() == word; });
+            if (below.empty()) throw WrongUsage(ProblemWith(word, *command));
+            command = below.front();
+        }
+        std::cout << command->help(before);
+    });
+}
+
 // All commands, the version, and the two options that print what there is.
 void SetUp(CLI::App& app) {
     app.name("qv");
@@ -87,6 +108,7 @@ void SetUp(CLI::App& app) {
     for (const auto add : {AddArchiveCommands, AddBackup, AddBmp, AddCopy, AddCrc, AddDelete, AddEmf, AddFind,
                            AddListen, AddLockCommand, AddLog, AddReport, AddSend, AddText, AddWatch, AddXml})
         add(Command(app));
+    AddHelp(app);
 }
 
 }  // namespace
@@ -100,10 +122,13 @@ int Run(int argc, char** argv) {
     } catch (const Ended& ended) {
         return ended.status;
     } catch (const WrongUsage& error) {
-        app.exit(CLI::ValidationError(std::string(error.what())));
+        std::cerr << ExplainUsage(app, error.what());
         return kWrongUsage;
+    } catch (const CLI::Success& success) {
+        return app.exit(success);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kDone : kWrongUsage;
+        std::cerr << ExplainUsage(app, error);
+        return kWrongUsage;
     }
 }
 

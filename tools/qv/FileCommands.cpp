@@ -1,11 +1,13 @@
+#include <algorithm>
 #include <memory>
 
+#include "qvcommon/FileFinder.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
-#include "tools/qv/Crc.h"
 #include "tools/qv/LeftOuts.h"
+#include "tools/qv/Lines.h"
 #include "tools/qv/Visible.h"
 
 namespace qv::tool {
@@ -19,20 +21,35 @@ Command AddFileCommand(Command app, const char* name, const char* description, c
     return command;
 }
 
-void PrintCrcs(const std::vector<std::string>& paths) {
-    int failures = 0;
-    for (const std::string& path : paths) try {
-            CString line;
-            line.Format("%08X  %s\n", CrcOf(path), ForOutput(Native(path)));
-            AfxWriteStandardOutput(line);
-        } catch (CFileException* error) {
-            char text[512];
-            error->GetErrorMessage(text, sizeof text);
-            error->Delete();
-            Complain(text);
-            ++failures;
-        }
-    if (failures) throw Failed(std::to_string(failures) + " of " + std::to_string(paths.size()) + " could not be read");
+// Where BackupFile puts a file.
+std::string BackupOf(const std::string& file) {
+    const std::size_t name = file.find_last_of("/\\") + 1, point = file.rfind('.');
+    return file.substr(0, point != file.npos && point >= name ? point : file.size()) + ".bak";
+}
+
+// What a folder holds, and the folder itself unless that is kept.
+void PrintTree(const std::string& folder, bool keepRoot) {
+    FileFinder finder;
+    finder.SetSearchPath(folder.c_str());
+    finder.SetSearchMask("*");
+    finder.SetRecurse(1);
+    finder.SetIncludeDirectories(2);
+    finder.Discover();
+    Lines lines;
+    for (const CString& path : finder.GetFiles()) lines.Add(ForOutput(Native(path.AsStd())));
+    if (!keepRoot) lines.Add(ForOutput(Native(folder)));
+    lines.Write();
+}
+
+// Folders that are deleted by mistake, as "rm" has it: the current one, the one above, and the root.
+bool IsGuarded(const std::string& folder) {
+    std::string path = Native(folder);
+    const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
+    while (!path.empty() && isSeparator(path.back())) path.pop_back();
+    const auto name = std::find_if(path.rbegin(), path.rend(), isSeparator).base();
+    const std::string last(name, path.end());
+    const bool isDrive = last.size() == 2 && last[1] == ':' && name == path.begin();
+    return last.empty() || last == "." || last == ".." || isDrive;
 }
 
 }  // namespace
@@ -40,15 +57,18 @@ void PrintCrcs(const std::vector<std::string>& paths) {
 void AddDelete(Command app) {
     struct Options {
         std::string folder;
-        bool keepRoot = false;
+        bool keepRoot = false, dryRun = false;
     };
     const auto options = std::make_shared<Options>();
     Command command = AddFileCommand(app, "delete", "Delete a folder with all that it holds; links are not followed",
                                      "FOLDER", options->folder, "The folder", "qv delete build --keep-root");
-    command.AddFlag("--keep-root", options->keepRoot, "Keep the folder itself, empty");
+    command.AddFlag("-k,--keep-root", options->keepRoot, "Keep the folder itself, empty");
+    command.AddFlag("-n,--dry-run", options->dryRun, "Print what would be deleted, and delete nothing");
     command.SetAction([options] {
         const char* const folder = options->folder.c_str();
+        if (IsGuarded(options->folder)) throw FailedOn(options->folder, "refusing to delete this folder");
         if (!CFileUtils::IsDirectory(folder)) throw FailedOn(options->folder, "not a folder");
+        if (options->dryRun) return PrintTree(options->folder, options->keepRoot);
         LeftOuts leftOuts;
         CFileUtils::DelTree(folder, !options->keepRoot, leftOuts);
         leftOuts.Check();
@@ -57,13 +77,21 @@ void AddDelete(Command app) {
 }
 
 void AddBackup(Command app) {
-    const auto file = std::make_shared<std::string>();
-    AddFileCommand(app, "backup", "Rename a file to the same name with the extension \"bak\"", "FILE", *file,
-                   "The file", "qv backup letter.txt")
-        .SetAction([file] {
-            if (!CFileUtils::IsExist(file->c_str())) throw FailedOn(*file, "no such file");
-            CFileUtils::BackupFile(file->c_str());
-        });
+    struct Options {
+        std::string file;
+        bool replace = false;
+    };
+    const auto options = std::make_shared<Options>();
+    Command command = AddFileCommand(app, "backup", "Rename a file to the same name with the extension \"bak\"", "FILE",
+                                     options->file, "The file", "qv backup letter.txt");
+    command.AddFlag("--replace", options->replace, "Replace an earlier backup, which may be another file's");
+    command.SetAction([options] {
+        if (!CFileUtils::IsExist(options->file.c_str())) throw FailedOn(options->file, "no such file");
+        const std::string backup = BackupOf(options->file);
+        if (!options->replace && CFileUtils::IsExist(backup.c_str()))
+            throw FailedOn(backup, "exists, and may be the backup of another file; --replace overwrites it");
+        CFileUtils::BackupFile(options->file.c_str());
+    });
 }
 
 void AddLog(Command app) {
@@ -80,14 +108,6 @@ void AddLog(Command app) {
         if (!CFileUtils::Log(options->file.c_str(), options->text.c_str(), options->stamp))
             throw FailedOn(options->file, "the line could not be written");
     });
-}
-
-void AddCrc(Command app) {
-    const auto files = std::make_shared<std::vector<std::string>>();
-    Command command = app.Add("crc", "Print the CRC-32 of files: 8 hex digits, two blanks, name");
-    command.AddPath("FILE", *files, "The files").Require();
-    command.SetFooter("Example: qv crc *.zip");
-    command.SetAction([files] { PrintCrcs(*files); });
 }
 
 }  // namespace qv::tool

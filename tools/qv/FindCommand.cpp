@@ -1,12 +1,12 @@
 #include <map>
 #include <memory>
-#include <optional>
 
 #include "qvcommon/FileFinder.h"
 #include "qvcommon/FileUtils.h"
-#include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Json.h"
 #include "tools/qv/LeftOuts.h"
+#include "tools/qv/Lines.h"
 #include "tools/qv/Progress.h"
 #include "tools/qv/Visible.h"
 
@@ -14,39 +14,78 @@ namespace qv::tool {
 namespace {
 
 struct Options {
-    std::string folder, mask = "*";
-    bool recurse = false;
+    std::string folder;
+    std::vector<std::string> masks, excluded;
+    bool recurse = false, json = false, zero = false;
     int folders = 0;
 };
 
-class CountingFinder : public FileFinder {
+std::string JsonOf(const FileFinder& finder, int index) {
+    const CFoundInfo& entry = finder.GetFoundInfo()[index];
+    QvFileTime modified{};
+    JsonObject json;
+    json.Path("path", finder.GetFileOffsets()[index].AsStd()).Number("depth", finder.GetOffsetDepths()[index]);
+    json.Text("type", entry.IsLink() ? "link" : entry.IsDirectory() ? "folder" : "file");
+    if (!entry.IsDirectory()) json.Number("size", entry.GetLength64());
+    if (entry.GetLastWriteTime(&modified)) json.Time("modified", modified);
+    return json.Line();
+}
+
+std::string LineOf(const FileFinder& finder, int index) {
+    const std::string path = Native(finder.GetFileOffsets()[index].AsStd());
+    return std::to_string(finder.GetOffsetDepths()[index]) + '\t' + path;
+}
+
+/// Prints what it finds while it searches.
+class PrintingFinder : public FileFinder {
 public:
-    void UpdateProgress(const char*) override { m_progress->Add(); }
-    /// Results are printed where the progress was shown.
-    void EndProgress() { m_progress.reset(); }
+    explicit PrintingFinder(const Options& options) : m_options(options), m_lines(options.zero ? '\0' : '\n') {}
+
+    void UpdateProgress(const char*) override {
+        m_progress.Add();
+        Print();
+    }
+    void StopProgress() override { Print(); }
+    void Finish() { m_lines.Write(); }
 
 private:
-    std::optional<Progress> m_progress{"entries looked at"};
+    // An entry is met before it is added, so these are the ones before it.
+    void Print() {
+        for (; m_printed < GetFiles().GetSize(); ++m_printed)
+            if (m_options.json)
+                m_lines.Add(JsonOf(*this, m_printed));
+            else if (m_options.zero)
+                m_lines.Add(LineOf(*this, m_printed));
+            else
+                m_lines.Add(ForOutput(LineOf(*this, m_printed)));
+    }
+
+    const Options& m_options;
+    Progress m_progress{"entries looked at"};
+    Lines m_lines;
+    int m_printed = 0;
 };
+
+CStringArray ArrayOf(const std::vector<std::string>& texts) {
+    CStringArray array;
+    for (const std::string& text : texts) array.Add(text);
+    return array;
+}
 
 void Find(const Options& options) {
     if (!CFileUtils::IsDirectory(options.folder.c_str())) throw FailedOn(options.folder, "not a folder");
     LeftOuts leftOuts;
-    CountingFinder finder;
+    PrintingFinder finder(options);
     finder.SetLeftOut(&leftOuts);
     finder.SetSearchPath(options.folder.c_str());
-    finder.SetSearchMask(options.mask.c_str());
+    finder.SetSearchMask("*");
+    if (options.masks.size() == 1) finder.SetSearchMask(options.masks[0].c_str());
+    if (options.masks.size() > 1) finder.SetSearchMasks(ArrayOf(options.masks));
+    if (!options.excluded.empty()) finder.SetExcludedMasks(ArrayOf(options.excluded));
     finder.SetRecurse(options.recurse);
     finder.SetIncludeDirectories(options.folders);
     finder.Discover();
-    finder.EndProgress();
-    CString lines;
-    for (int i = 0; i < finder.GetFileOffsets().GetSize(); ++i) {
-        CString line;
-        line.Format("%u\t%s\n", finder.GetOffsetDepths()[i], ForOutput(Native(finder.GetFileOffsets()[i].AsStd())));
-        lines += line;
-    }
-    AfxWriteStandardOutput(lines);
+    finder.Finish();
     leftOuts.Check();
 }
 
@@ -56,11 +95,19 @@ void AddFind(Command app) {
     const auto options = std::make_shared<Options>();
     Command command = app.Add("find", "List what a folder holds: depth number, tab, relative path");
     command.AddPath("FOLDER", options->folder, "The folder to search").Require();
-    command.AddOption("--mask", options->mask, "Which names, with * and ?").CallValue("MASK").ShowDefault();
-    command.AddFlag("--recurse", options->recurse, "Search the folders below it too");
+    command
+        .AddOption("-m,--mask", options->masks, "List names that match, with * and ?; all without it; may be repeated")
+        .CallValue("MASK")
+        .TakeOneEach();
+    command.AddOption("-x,--exclude", options->excluded, "Neither list nor enter names that match; may be repeated")
+        .CallValue("MASK")
+        .TakeOneEach();
+    command.AddFlag("-r,--recurse", options->recurse, "Search the folders below it too");
     const std::map<std::string, int> modes{{"none", 0}, {"only", 1}, {"too", 2}};
-    command.AddOption("--folders", options->folders, modes, "Whether folders are listed: none, only or too")
+    command.AddOption("-f,--folders", options->folders, modes, "Whether folders are listed: none, only or too")
         .CallValue("MODE");
+    command.AddFlag("-0,--null", options->zero, "End each line with a zero byte");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object a line: path, depth, type, size, modified");
     command.SetFooter(
         "The depth numbers siblings: the first folder below another has that one's number, each further one 1 more.\n"
         "Folders that cannot be searched are named on standard error; the exit status is 1 then.\n"

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Progress.h"
 
 namespace qv::tool {
 
@@ -16,11 +17,13 @@ Lines::~Lines() {
 
 void Lines::Add(const std::string& line) {
     constexpr std::size_t enough = 64 * 1024;
-    (m_text += line) += '\n';
-    if (m_text.size() >= enough) Write();
+    (m_text += line) += m_end;
+    if (m_text.size() >= enough || std::chrono::steady_clock::now() >= m_next) Write();
 }
 
 void Lines::Write() {
+    m_next = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
+    ClearProgressLine();
     AfxWriteStandardOutput(std::exchange(m_text, {}));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -7,11 +8,11 @@
 
 namespace qv::tool {
 
-/// Lines for standard output, written in bulk. What is left is written at the end, without a word when that fails: call
-/// Write to learn of it.
+/// Lines for standard output, written in bulk, but within a tenth of a second while lines come. The rest is written at the
+/// end, where a failure is ignored: call Write to learn of it.
 class Lines {
 public:
-    Lines() = default;
+    explicit Lines(char end = '\n') : m_end(end) {}
     ~Lines();
     Lines(const Lines&) = delete;
     Lines& operator=(const Lines&) = delete;
@@ -21,7 +22,9 @@ public:
     void Write();
 
 private:
+    char m_end;
     std::string m_text;
+    std::chrono::steady_clock::time_point m_next{};
 };
 
 /// Lines that have to be seen at once, written from where no exception may leave.

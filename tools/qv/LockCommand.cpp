@@ -38,6 +38,17 @@ bool Check(const std::string& folder) {
     return holds;
 }
 
+// The status that shells give for such a command.
+int NotStarted(const std::string& command, CFileException* error) {
+    constexpr int kNotExecutable = 126, kNotFound = 127;
+    const bool isMissing = error->m_cause == CFileException::fileNotFound || error->m_cause == CFileException::badPath;
+    char text[512];
+    error->GetErrorMessage(text, sizeof text);
+    error->Delete();
+    Complain(command + " could not be started: " + text);
+    return isMissing ? kNotFound : kNotExecutable;
+}
+
 int RunLocked(const Options& options) {
     if (!options.folderToCheck.empty()) return Check(options.folderToCheck) ? 0 : 1;
     if (options.command.empty()) throw WrongUsage("DOCUMENT and COMMAND are required");
@@ -51,7 +62,11 @@ int RunLocked(const Options& options) {
     CStringArray arguments;
     for (std::size_t i = 1; i < options.command.size(); ++i) arguments.Add(options.command[i]);
     CProcess command;
-    command.Start(options.command[0].c_str(), arguments);
+    try {
+        command.Start(options.command[0].c_str(), arguments);
+    } catch (CFileException* error) {
+        return NotStarted(options.command[0], error);
+    }
     return command.WaitInForeground();
 }
 
@@ -71,7 +86,8 @@ void AddLockCommand(Command app) {
         .CallValue("FOLDER");
     command.SetFooter(
         "The command holds the lock until it has ended, even if qv is ended before.\n"
-        "The exit status is the command's; 1, and the holder's name, when the lock cannot be had.\n"
+        "The exit status is the command's, 127 or 126 when it is missing or cannot be run; 1, and the holder's name,\n"
+        "when the lock cannot be had.\n"
         "Examples:\n  qv lock plan.doc --attempts 3 -- editor plan.doc\n  qv lock --check /srv/shared");
     command.SetAction([options] {
         if (const int status = RunLocked(*options)) throw Ended{status};

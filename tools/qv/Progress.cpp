@@ -1,19 +1,26 @@
 #include "tools/qv/Progress.h"
 
+#include <atomic>
 #include <cstdio>
 
 #include "qvcommon/framework/StandardStreams.h"
 
 namespace qv::tool {
 
+namespace {
+
+std::atomic<bool> g_isDrawn = false;
+
+}  // namespace
+
 void ClearProgressLine() {
-    std::fprintf(stderr, "\r%60s\r", "");
+    if (g_isDrawn.exchange(false)) std::fprintf(stderr, "\r%60s\r", "");
 }
 
 Progress::Progress(const char* what, std::size_t total) : m_what(what), m_total(total), m_shown(AfxIsErrorTerminal()) {}
 
 Progress::~Progress() {
-    if (m_shown) ClearProgressLine();
+    ClearProgressLine();
 }
 
 void Progress::Add(std::size_t count) {
@@ -22,6 +29,7 @@ void Progress::Add(std::size_t count) {
     const auto now = std::chrono::steady_clock::now();
     if (now < m_next) return;
     m_next = now + std::chrono::milliseconds(100);
+    g_isDrawn = true;
     if (m_total)
         std::fprintf(stderr, "\r%zu of %zu %s", m_count, m_total, m_what);
     else

@@ -5,7 +5,7 @@
 
 namespace qv::tool {
 
-/// Empties the line that a Progress may have written on standard error, which has to be a terminal.
+/// Empties the line that a Progress has written on the terminal, if one has: whoever prints calls it first.
 void ClearProgressLine();
 
 /// One line on standard error that counts, when that is a terminal; nothing otherwise. The line goes with the object.

@@ -10,30 +10,10 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Progress.h"
+#include "tools/qv/Utf8Text.h"
 
 namespace qv::tool {
 namespace {
-
-struct Character {
-    char32_t code;
-    std::size_t length;  // 0 for a byte that is no part of one
-};
-
-// The character that a text in UTF-8 begins with.
-Character FirstOf(std::string_view text) {
-    constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto first = static_cast<unsigned char>(text[0]);
-    if (first < 0x80) return {first, 1};
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length) return {first, 0};
-    char32_t code = first & (0x7F >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((text[i] & 0xC0) != 0x80) return {first, 0};
-        code = code << 6 | (text[i] & 0x3F);
-    }
-    const bool isSurrogate = code >= 0xD800 && code < 0xE000;
-    return code < kLeast[length] || code > 0x10FFFF || isSurrogate ? Character{first, 0} : Character{code, length};
-}
 
 bool IsControl(char32_t code) {
     return code < 0x20 || (code >= 0x7F && code < 0xA0);
@@ -81,7 +61,7 @@ std::string VisibleUtf8(std::string_view text, Special special) {
     std::string visible;
     visible.reserve(text.size());
     while (!text.empty()) {
-        const auto [code, length] = FirstOf(text);
+        const auto [code, length] = FirstCharacter(text);
         const std::string_view bytes = text.substr(0, length ? length : 1);
         if (length == 0 || IsControl(code))
             visible += Escaped(bytes);
@@ -129,9 +109,8 @@ std::string VisibleOnPage(std::string_view utf8) {
 }
 
 void Complain(std::string_view message) {
-    const bool isTerminal = AfxIsErrorTerminal();
-    if (isTerminal) ClearProgressLine();
-    const std::string line = isTerminal ? VisibleOnTerminal(message) : std::string(message);
+    ClearProgressLine();
+    const std::string line = AfxIsErrorTerminal() ? VisibleOnTerminal(message) : std::string(message);
     std::fprintf(stderr, "qv: %s\n", line.c_str());
 }
 

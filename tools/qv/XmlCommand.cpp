@@ -112,6 +112,16 @@ COleDateTime Date(const std::string& text) {
     return date;
 }
 
+// Refuses texts that the library would read as 0.
+void CheckValue(const std::string& type, const std::string& text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n"), last = text.find_last_not_of(" \t\r\n");
+    const std::string value = first == text.npos ? "" : text.substr(first, last - first + 1);
+    if (type == "integer") WholeNumber(value);
+    if (type == "double") Number(value);
+    if (type == "bool" && value.find_first_not_of("-0123456789") != value.npos) TruthValue(value);
+    if (type == "date") Date(value);
+}
+
 // Puts the value, as its type writes it, at the path; false when nothing is there.
 bool SetValue(const Document& document, const Options& options) {
     const std::string& value = options.value;
@@ -128,6 +138,11 @@ bool SetValue(const Document& document, const Options& options) {
 
 // The value as its type reads and writes it.
 bool GetValue(const Document& document, const Options& options, CString& text) {
+    if (const auto node = document.selectSingleNode(options.path)) try {
+            CheckValue(options.type, CString(node.get_text()).AsStd());
+        } catch (const std::logic_error&) {
+            throw Failed("\"" + CString(node.get_text()).AsStd() + "\" at " + options.path + " is no " + options.type);
+        }
     const auto formatted = [&](auto value, auto get, auto set) {
         if (!get(document, options.path, value, 0)) return false;
         const auto scratch = CXmlHelper::GetDocumentElement("<value/>");

@@ -1,0 +1,110 @@
+"""Runs a table of command lines of the tool: commands.py TABLE PROGRAM...
+
+A case begins with a line "== TITLE" and has a folder of its own. Its lines, in any number and in this order again and again:
+
+    @ NAME: TEXT     a file of one line; "@ NAME/" a folder; "@ NAME:" an empty file
+    < TEXT           a line of the next command's standard input
+    $ qv WORDS       runs the tool; words are quoted as in a shell
+    > TEXT           a line that it prints; none: it prints nothing
+    2> TEXT          a line on standard error; "..." at an end stands for anything
+    = STATUS         0 where there is no such line
+    ? NAME...        what the folder holds now, besides other names; "! NAME" says that a name is missing
+
+Paths may be written with "/" on every system; "\\" in what the tool prints is read as "/".
+"""
+
+import os
+import shlex
+import subprocess
+import sys
+import tempfile
+
+
+class Command:
+    def __init__(self, words, given):
+        self.words, self.given = words, "".join(line + "\n" for line in given)
+        self.output, self.errors, self.status = [], [], 0
+
+
+def read(table):
+    cases, given = [], []
+    for number, line in enumerate(open(table, encoding="utf-8"), 1):
+        key, _, rest = line.rstrip("\n").partition(" ")
+        if key == "==":
+            cases.append((rest, []))
+        elif key == "<":
+            given.append(rest)
+        elif key == "$":
+            cases[-1][1].append((number, Command(shlex.split(rest)[1:], given)))
+            given = []
+        elif key in (">", "2>", "="):
+            command = cases[-1][1][-1][1]
+            if key == "=":
+                command.status = int(rest)
+            else:
+                (command.output if key == ">" else command.errors).append(rest)
+        elif key in ("@", "?", "!"):
+            cases[-1][1].append((number, (key, rest)))
+        elif key not in ("", "#"):
+            sys.exit(f"{table}:{number}: not understood: {line}")
+    return cases
+
+
+def make(folder, rest):
+    name, _, text = rest.partition(":")
+    path = os.path.join(folder, name)
+    os.makedirs(path if name.endswith("/") else os.path.dirname(path), exist_ok=True)
+    if not name.endswith("/"):
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text[1:] + "\n" if text else "")
+
+
+def matches(line, wanted):
+    if wanted.startswith("..."):
+        return line.endswith(wanted[3:])
+    return line.startswith(wanted[:-3]) if wanted.endswith("...") else line == wanted
+
+
+def differences(kind, found, wanted):
+    lines = found.replace("\r\n", "\n").replace("\\", "/").splitlines()
+    same = len(lines) == len(wanted) and all(map(matches, lines, wanted))
+    return [] if same else [f"{kind}: wanted {wanted}", f"{kind}: found  {lines}"]
+
+
+def try_command(program, folder, command):
+    run = subprocess.run([*program, *command.words], cwd=folder, input=command.given, capture_output=True, text=True,
+                         encoding="utf-8", errors="surrogateescape", timeout=120)
+    problems = differences("output", run.stdout, command.output) + differences("errors", run.stderr, command.errors)
+    if run.returncode != command.status:
+        problems.append(f"status: wanted {command.status}, found {run.returncode}")
+    return problems
+
+
+def try_step(program, folder, step):
+    if isinstance(step, Command):
+        return try_command(program, folder, step)
+    key, rest = step
+    if key == "@":
+        make(folder, rest)
+        return []
+    wanted = key == "?"
+    return [f"{name} is {'missing' if wanted else 'there'}" for name in rest.split()
+            if os.path.exists(os.path.join(folder, name)) != wanted]
+
+
+def main():
+    table, *program = sys.argv[1:]
+    failed = 0
+    cases = read(table)
+    for title, steps in cases:
+        with tempfile.TemporaryDirectory() as folder:
+            for number, step in steps:
+                for problem in try_step(program, folder, step):
+                    print(f"{table}:{number}: {title}: {problem}")
+                    failed += 1
+    print(f"Ran {len(cases)} tests in all")
+    sys.exit(1 if failed or not cases else 0)
+
+
+if __name__ == "__main__":
+    main()

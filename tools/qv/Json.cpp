@@ -1,0 +1,105 @@
+#include "tools/qv/Json.h"
+
+#include <chrono>
+#include <cstdio>
+
+#include "tools/qv/Utf8Path.h"
+#include "tools/qv/Utf8Text.h"
+#include "tools/qv/Visible.h"
+
+namespace qv::tool {
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+// Without quotes. False when the text is not UTF-8.
+bool AppendString(std::string& out, std::string_view utf8) {
+    bool isText = true;
+    while (!utf8.empty()) {
+        const std::size_t length = FirstCharacter(utf8).length;
+        const char c = utf8[0];
+        char escape[8];
+        if (!length) {
+            out += kReplacement;
+            isText = false;
+        } else if (c == '"' || c == '\\') {
+            (out += '\\') += c;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(c));
+            out += escape;
+        } else {
+            out += utf8.substr(0, length);
+        }
+        utf8.remove_prefix(length ? length : 1);
+    }
+    return isText;
+}
+
+std::string HexOf(std::string_view bytes) {
+    std::string text;
+    for (const char byte : bytes) {
+        char digits[4];
+        std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned>(static_cast<unsigned char>(byte)));
+        text += digits;
+    }
+    return text;
+}
+
+}  // namespace
+
+void JsonObject::Name(std::string_view name) {
+    if (m_text.size() > 1) m_text += ',';
+    m_text.append("\"").append(name).append("\":");
+}
+
+JsonObject& JsonObject::Number(const char* name, std::uint64_t value) {
+    Name(name);
+    m_text += std::to_string(value);
+    return *this;
+}
+
+JsonObject& JsonObject::Truth(const char* name, bool value) {
+    Name(name);
+    m_text += value ? "true" : "false";
+    return *this;
+}
+
+JsonObject& JsonObject::Time(const char* name, QvFileTime time) {
+    using namespace std::chrono;
+    constexpr std::int64_t kPerSecond = 10'000'000, k1970 = 11'644'473'600;  // units of 100 ns, seconds since 1601
+    const std::uint64_t ticks = std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+    const sys_seconds at(seconds(static_cast<std::int64_t>(ticks) / kPerSecond - k1970));
+    const sys_days day = floor<days>(at);
+    const year_month_day date(day);
+    const hh_mm_ss clock(at - day);
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()));
+    Name(name);
+    m_text.append("\"").append(text).append("\"");
+    return *this;
+}
+
+JsonObject& JsonObject::Text(const char* name, std::string_view text) {
+    Name(name);
+    m_text += '"';
+    AppendString(m_text, Utf8FromArgument(std::string(text)));
+    m_text += '"';
+    return *this;
+}
+
+JsonObject& JsonObject::Path(const char* name, std::string_view path) {
+    const std::string native = Native(path);
+    Name(name);
+    m_text += '"';
+    const bool isText = AppendString(m_text, Utf8FromArgument(native));
+    m_text += '"';
+    if (isText) return *this;
+    Name(std::string(name) + "Bytes");
+    m_text += '"' + HexOf(native) + '"';
+    return *this;
+}
+
+}  // namespace qv::tool
