@@ -4,6 +4,8 @@
 #include <optional>
 #include <system_error>
 
+#include "platform/SignalHold.h"
+
 namespace qv::cabinet {
 namespace {
 
@@ -72,6 +74,7 @@ void BlockDecompressor::Queue() {
 
 void BlockDecompressor::StartWorker() {
     if (!m_mayHaveWorker) return;
+    const platform::SignalHold hold;  // in the worker
     try {
         if (!m_worker.joinable()) m_worker = std::thread([this] { Work(); });
         m_isHandedOver = true;

@@ -9,6 +9,7 @@
 #include "platform/DosTime.h"
 #include "platform/FolderFiles.h"
 #include "platform/Path.h"
+#include "platform/SignalHold.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/CabinetException.h"
 #include "qvcommon/FileUtils.h"
@@ -145,7 +146,9 @@ void CMakeCab::Commit() {
     m_context.reset();
 }
 
+// The manifest's own file exists while a signal cannot end the process.
 void CMakeCab::AddManifest(const CStringArray& entries) {
+    const qv::platform::SignalHold hold;
     CTempFile list;
     RemoveStaleManifests(list.GetDirectory());
     list.SetPrefix(kManifestPrefix);

@@ -5,6 +5,7 @@
 
 #include "platform/FileOpen.h"
 #include "platform/Path.h"
+#include "platform/SignalHold.h"
 #include "platform/posix/FolderBody.h"
 #include "platform/posix/OfdLock.h"
 #include "platform/posix/RenameNoReplace.h"
@@ -144,7 +145,9 @@ Result<int> AtomicFile::Body::TakeFreeTarget() const {
                              : RenameNoReplace(folder, temporary.c_str(), folder, target.c_str());
 }
 
+// A signal that ends the process leaves no second name: it waits for the few calls that need one.
 Result<int> AtomicFile::Body::ReplaceTarget() {
+    const SignalHold hold;
     if (temporary.empty()) {
         // Before it has a name, so that it never looks abandoned. Where there are no locks, nothing looks abandoned.
         LockAsInUse(file.Get()).IgnoreError();

@@ -2,9 +2,9 @@
 
 #include <cerrno>
 #include <climits>
-#include <initializer_list>
 
 #include "platform/Path.h"
+#include "platform/posix/BlockedSignals.h"
 #include "platform/posix/UniqueFd.h"
 
 namespace qv::platform {
@@ -44,25 +44,6 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     pointers.push_back(nullptr);
     return pointers;
 }
-
-/// Keeps signals from being delivered to the calling thread for the life of the object; they wait to be taken.
-class BlockedSignals {
-public:
-    BlockedSignals(std::initializer_list<int> signals) {
-        // None of these calls fails with the arguments given here.
-        ::sigemptyset(&m_blocked);
-        for (const int signal : signals) ::sigaddset(&m_blocked, signal);
-        sys::pthread_sigmask(SIG_BLOCK, &m_blocked, &m_before).IgnoreError();
-    }
-    ~BlockedSignals() { sys::pthread_sigmask(SIG_SETMASK, &m_before, nullptr).IgnoreError(); }
-    BlockedSignals(const BlockedSignals&) = delete;
-    BlockedSignals& operator=(const BlockedSignals&) = delete;
-
-    const sigset_t& Set() const { return m_blocked; }
-
-private:
-    sigset_t m_blocked{}, m_before{};
-};
 
 /// Keeps the calling thread's SIGPIPE from being delivered for the life of the object.
 class BrokenPipeSignals {
