@@ -50,5 +50,8 @@ if(QV_BUILD_TOOL)
         install(FILES ${QV_TOOL_DOCUMENTS}/qv.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
         install(FILES ${QV_TOOL_DOCUMENTS}/qv.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
             RENAME qv COMPONENT tool)
+        install(FILES ${QV_TOOL_DOCUMENTS}/qv.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+            COMPONENT tool)
+        install(FILES ${QV_TOOL_DOCUMENTS}/_qv DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tool)
     endif()
 endif()

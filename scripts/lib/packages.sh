@@ -9,7 +9,7 @@ declare -gA QV_PACKAGES=(
         tzdata"
     [sanitizers]="clang libclang-rt-dev llvm"
     [packages]="dpkg-dev file"
-    [install]="groff-base lintian"
+    [install]="fish groff-base lintian zsh"
     [machines]="glusterfs-client glusterfs-server iproute2 procps"
     [format]="clang-format git"
     [docs]="doxygen graphviz"

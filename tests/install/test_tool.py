@@ -1,6 +1,8 @@
 """The installed tool as a new user meets it: every command with wrong arguments, missing files, closed and full pipes."""
 
+import os
 import pathlib
+import pty
 import re
 import signal
 import subprocess
@@ -17,10 +19,10 @@ MISSING = {
     "send": "qv-nobody text", "unpack": "none.cab out", "watch": "none", "xml get": "none a", "xml set": "none a b",
     "xml create": "none/file a"}
 # These wait, or read standard input, of which everything is right.
-OTHERS = {"listen"} | {"text " + name for name in (
+OTHERS = {"help", "listen"} | {"text " + name for name in (
     "csv-join csv-split escape plain sort strip-tags title-case unescape url-escape url-unescape wrap xml-escape "
     "xml-unescape").split()}
-TAKES_NOTHING = {name for name in OTHERS if name.startswith("text ")} - {"text wrap"}
+TAKES_NOTHING = {"help"} | {name for name in OTHERS if name.startswith("text ")} - {"text wrap"}
 TAKES_ANY_NUMBER = {"crc", "lock"}
 
 
@@ -107,6 +109,18 @@ class OnLinux(Tool, unittest.TestCase):
         for command in set(MISSING) | OTHERS:
             self.assertIn(".SS qv " + command.replace("-", "\\-") + "\n", text)
 
+    def test_completion_in_fish(self):
+        script = self.tree.prefix / "share/fish/vendor_completions.d/qv.fish"
+        for line, answer in {"qv pa": "pack", "qv find . --folders ": "none only too", "qv xml ": "create get set",
+                             "qv text un": "unescape", "qv lock a -- -": ""}.items():
+            lines = run("fish", "--no-config", "-c", f"source {script}; complete -C '{line}'").splitlines()
+            self.assertEqual(" ".join(each.split("\t")[0] for each in lines), answer, line)
+
+    def test_completion_in_zsh(self):
+        for line, answer in {"qv pa": "qv pack ", "qv find . --fol": "qv find . --folders ", "qv text un": "qv text unescape ",
+                             "qv find . --folders on": "qv find . --folders only "}.items():
+            self.assertEqual(complete_in_zsh(self.tree.prefix / "share/zsh/site-functions", line), answer)
+
     def test_completion(self):
         script = self.tree.prefix / "share/bash-completion/completions/qv"
         for line, answer in {"qv pa": "pack", "qv find pa": "", "qv xml ": "create get set", "qv find . --fo": "--folders",
@@ -115,6 +129,26 @@ class OnLinux(Tool, unittest.TestCase):
             words = line.split(" ")
             ask = f'. {script}; COMP_WORDS=("$@"); COMP_CWORD={len(words) - 1}; _qv; echo "${{COMPREPLY[*]}}"'
             self.assertEqual(run("bash", "-euc", ask, "qv", *words).strip(), answer, line)
+
+
+def complete_in_zsh(functions, line):
+    """What zsh makes of a line at the tab key, in a terminal."""
+    with tempfile.TemporaryDirectory() as folder:
+        answer = os.path.join(folder, "answer")
+        os.mkfifo(answer)
+        with open(os.path.join(folder, ".zshrc"), "w", encoding="utf-8") as settings:
+            settings.write(f"fpath=({functions} $fpath); autoload -U compinit; compinit -D -u\n"
+                           f"tell() {{ print -rn -- $BUFFER > {answer} }}; zle -N tell; bindkey '^X' tell\n")
+        ours, its = pty.openpty()
+        environment = {**os.environ, "TERM": "dumb", "ZDOTDIR": folder}
+        with subprocess.Popen(["zsh", "-i"], stdin=its, stdout=its, stderr=its, env=environment) as shell:
+            os.write(ours, line.encode() + b"\t\x18")
+            with open(answer, encoding="utf-8") as told:
+                completed = told.read()
+            shell.kill()
+        os.close(ours)
+        os.close(its)
+        return completed
 
 
 class OnWindows(Tool, unittest.TestCase):

@@ -36,6 +36,9 @@ inline std::string Join(const std::vector<std::string>& words, const char* betwe
 
 /// A script that makes bash complete the tool's commands, options and values, and file names elsewhere.
 std::string BashCompletion(const CommandDescription& tool);
+/// The same for fish and for zsh, with descriptions.
+std::string FishCompletion(const CommandDescription& tool);
+std::string ZshCompletion(const CommandDescription& tool);
 /// A manual page in the macros of man(7).
 std::string ManPage(const CommandDescription& tool);
 

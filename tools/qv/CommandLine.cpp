@@ -104,6 +104,8 @@ void SetUp(CLI::App& app) {
         "Each command has its own --help, with an example: qv find --help\n"
         "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.");
     AddPrinter(app, "--bash-completion", &BashCompletion, "Print a completion script for bash and exit");
+    AddPrinter(app, "--fish-completion", &FishCompletion, "Print a completion script for fish and exit");
+    AddPrinter(app, "--zsh-completion", &ZshCompletion, "Print a completion script for zsh and exit");
     AddPrinter(app, "--man-page", &ManPage, "Print the manual page and exit");
     for (const auto add : {AddArchiveCommands, AddBackup, AddBmp, AddCopy, AddCrc, AddDelete, AddEmf, AddFind,
                            AddListen, AddLockCommand, AddLog, AddReport, AddSend, AddText, AddWatch, AddXml})

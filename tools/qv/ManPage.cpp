@@ -15,10 +15,34 @@ Failed. The reason is on standard error; nothing is said when it was the reader 
 Wrong usage.
 .P
 .B qv lock
-ends with the status of the command that it has run.
+ends with the status of the command that it has run; 127 where that is missing, 126 where it cannot be started.
+.SH ENVIRONMENT
+.TP
+.B LC_ALL, LC_CTYPE, LANG
+The locale, whose character set texts and names are in; without one, and in the C locale, that is UTF-8.
+.TP
+.B TMPDIR
+Where temporary files are made.
+.TP
+.B TZ
+The time zone of local times.
+.SH FILES
+.TP
+.I NAME.lck, NAME.lid
+The lock of the document NAME.ext, and who holds it. They may stay when their holder is killed, and keep nobody out then.
+.TP
+.I NAME.bak
+The backup of NAME.ext.
+.TP
+.I .qv1.tmp
+A file or archive that is not complete yet, on file systems that keep no files without names. The next command removes it.
 .SH NOTES
-Paths may use the system's separator or a backslash. Texts are in the code page of the locale; without one, and in
-the C locale, that is UTF-8. Long work shows its progress when standard error is a terminal.)";
+Paths may use the system's separator or a backslash. Long work shows its progress when standard error is a terminal.
+.SH SEE ALSO
+.BR find (1),
+.BR cabextract (1),
+.BR rhash (1),
+.BR flock (1))";
 
 // Text as it is: no dash may become a hyphen, no first character a request.
 std::string Plain(std::string_view text) {
