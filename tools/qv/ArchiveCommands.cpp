@@ -3,6 +3,7 @@
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Json.h"
 #include "tools/qv/LeftOuts.h"
 #include "tools/qv/Lines.h"
 #include "tools/qv/Progress.h"
@@ -13,11 +14,19 @@ namespace {
 
 struct Options {
     std::string archive, folder;
-    bool noRecurse = false, noManifest = false;
+    bool noRecurse = false, noManifest = false, json = false, zero = false;
 };
 
 class ReportedPack : public CMakeCab {
 public:
+    explicit ReportedPack(const Options& options) {
+        if (m_progress.IsShown()) m_progress.SetTotalBytes(BytesIn(options.folder, !options.noRecurse));
+    }
+
+    long Status(UINT type, DWORD first, DWORD second) override {
+        if (type == 0) m_progress.AddBytes(second);  // the size of a block that was compressed
+        return CMakeCab::Status(type, first, second);
+    }
     void AddFile(const char* path) override {
         CMakeCab::AddFile(path);
         m_progress.Add();
@@ -27,10 +36,31 @@ private:
     Progress m_progress{"files packed"};
 };
 
+/// Adds up the sizes of members, and opens none.
+class SizeReader : public CReadCab {
+public:
+    std::uint64_t bytes = 0;
+
+protected:
+    int NotifyCopyFile(QvCabinetNotification& member) override {
+        bytes += member.size;
+        return 0;
+    }
+};
+
 class ReportedUnpack : public CReadCab {
+public:
+    explicit ReportedUnpack(const CString& archive) {
+        if (!m_progress.IsShown()) return;
+        SizeReader sizes;
+        sizes.ReadCab(archive);
+        m_progress.SetTotalBytes(sizes.bytes);
+    }
+
 protected:
     int NotifyCloseFileInfo(QvCabinetNotification& member) override {
         m_progress.Add();
+        m_progress.AddBytes(member.size);
         return CReadCab::NotifyCloseFileInfo(member);
     }
 
@@ -41,22 +71,39 @@ private:
 /// Opens no member.
 class Listing : public CReadCab {
 public:
-    explicit Listing(const std::string& archive) {
-        ReadCab(FindFirstCabinet(archive.c_str()));
+    explicit Listing(const Options& options) : m_options(options), m_lines(options.zero ? '\0' : '\n') {
+        ReadCab(FindFirstCabinet(options.archive.c_str()));
         m_lines.Write();
     }
 
 protected:
     int NotifyCopyFile(QvCabinetNotification& member) override {
-        const unsigned date = member.date, time = member.time;
-        CString line;
-        line.Format("%u\t%04u-%02u-%02u %02u:%02u:%02u\t%s", member.size, 1980 + (date >> 9), (date >> 5) & 15,
-                    date & 31, time >> 11, (time >> 5) & 63, (time & 31) * 2, ForOutput(Native(member.name.AsStd())));
-        m_lines.Add(line.AsStd());
+        m_lines.Add(m_options.json ? JsonOf(member) : LineOf(member));
         return 0;
     }
 
 private:
+    static std::string TimeOf(const QvCabinetNotification& member, char between) {
+        const unsigned date = member.date, time = member.time;
+        CString text;
+        text.Format("%04u-%02u-%02u%c%02u:%02u:%02u", 1980 + (date >> 9), (date >> 5) & 15, date & 31, between,
+                    time >> 11, (time >> 5) & 63, (time & 31) * 2);
+        return text.AsStd();
+    }
+
+    std::string LineOf(const QvCabinetNotification& member) const {
+        const std::string name = Native(member.name.AsStd());
+        return std::to_string(member.size) + '\t' + TimeOf(member, ' ') + '\t' +
+               (m_options.zero ? name : ForOutput(name));
+    }
+
+    static std::string JsonOf(const QvCabinetNotification& member) {
+        JsonObject json;
+        json.Path("name", member.name.AsStd()).Number("size", member.size).Text("modified", TimeOf(member, 'T'));
+        return json.Line();
+    }
+
+    const Options& m_options;
     Lines m_lines;
 };
 
@@ -76,7 +123,7 @@ void Pack(const Options& options) {
     if (!CFileUtils::IsDirectory(options.folder.c_str())) throw FailedOn(options.folder, "no such folder");
     LeftOuts leftOuts;
     {
-        ReportedPack pack;
+        ReportedPack pack(options);
         pack.SetLeftOut(&leftOuts);
         pack.Pack(options.folder.c_str(), options.archive.c_str(), !options.noRecurse);
     }
@@ -84,10 +131,10 @@ void Pack(const Options& options) {
 }
 
 void Unpack(const Options& options, ILeftOut& leftOuts) {
-    ReportedUnpack unpack;
+    const CString first = CReadCab::FindFirstCabinet(options.archive.c_str());
+    ReportedUnpack unpack(first);
     unpack.SetLeftOut(&leftOuts);
     unpack.SetRestoreTimes(1);
-    const CString first = CReadCab::FindFirstCabinet(options.archive.c_str());
     const bool hasManifest = CReadCab::HasManifest(first);
     if (hasManifest && !options.noManifest) return unpack.Unpack(options.folder.c_str(), first);
     if (!hasManifest && !options.noManifest)
@@ -132,8 +179,10 @@ void AddList(Command app) {
     Command command = app.Add("list", "List the members of a cabinet archive");
     const auto options = std::make_shared<Options>();
     command.AddPath("ARCHIVE", options->archive, "The archive").Require();
+    command.AddFlag("-0,--null", options->zero, "End each line with a zero byte");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object a line: name, size, modified (local time)");
     command.SetFooter("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
-    command.SetAction([options] { Run([&] { Listing{options->archive}; }); });
+    command.SetAction([options] { Run([&] { Listing{*options}; }); });
 }
 
 }  // namespace

@@ -4,8 +4,9 @@
 #include <utility>
 
 #include "qvcommon/DIBitmap.h"
-#include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Json.h"
+#include "tools/qv/Lines.h"
 #include "tools/qv/WholeFile.h"
 
 namespace qv::tool {
@@ -36,34 +37,46 @@ public:
         throw FailedOn(path, WhatIs(path));
     }
 
-    std::string Info() const {
+    struct Figure {
+        const char *label, *field;  ///< in lines, and in JSON
+        std::int64_t value;
+    };
+
+    std::vector<Figure> Figures() const {
         const DibHeader& header = m_info->header;
         const int bits = GetBitsPerPixel(), width = GetWidth();
-        std::string lines;
-        const auto add = [&](const char* label, std::int64_t number) {
-            (((lines += label) += '\t') += std::to_string(number)) += '\n';
-        };
-        add("header size", m_headerSize);
-        add("width", width);
-        add("height", GetHeight());
-        add("planes", header.planes);
-        add("bits per pixel", bits);
-        add("compression", header.compression);
-        add("image size", header.imageSize);
-        add("horizontal pixels per metre", header.horizontalPerMetre);
-        add("vertical pixels per metre", header.verticalPerMetre);
-        add("colours used", header.coloursUsed);
-        add("colours important", header.coloursImportant);
-        add("packed row", LastByte(bits, width));
-        add("padded row", GetBytesPerLine(bits, width));
-        add("pixel bytes", static_cast<std::int64_t>(m_bitsSize));
-        add("palette", GetPalette() ? GetPalette()->GetCount() : 0);
-        return lines;
+        return {{"header size", "headerSize", m_headerSize},
+                {"width", "width", width},
+                {"height", "height", GetHeight()},
+                {"planes", "planes", header.planes},
+                {"bits per pixel", "bitsPerPixel", bits},
+                {"compression", "compression", header.compression},
+                {"image size", "imageSize", header.imageSize},
+                {"horizontal pixels per metre", "horizontalPixelsPerMetre", header.horizontalPerMetre},
+                {"vertical pixels per metre", "verticalPixelsPerMetre", header.verticalPerMetre},
+                {"colours used", "coloursUsed", header.coloursUsed},
+                {"colours important", "coloursImportant", header.coloursImportant},
+                {"packed row", "packedRow", LastByte(bits, width)},
+                {"padded row", "paddedRow", GetBytesPerLine(bits, width)},
+                {"pixel bytes", "pixelBytes", static_cast<std::int64_t>(m_bitsSize)},
+                {"palette", "palette", GetPalette() ? GetPalette()->GetCount() : 0}};
     }
 
 private:
     int m_headerSize = 0;
 };
+
+void PrintInfo(const std::string& path, bool json) {
+    Lines lines;
+    JsonObject object;
+    for (const auto& [label, field, value] : Bitmap(path).Figures())
+        if (json)
+            object.Number(field, value);
+        else
+            lines.Add(std::string(label) + '\t' + std::to_string(value));
+    if (json) lines.Add(object.Line());
+    lines.Write();
+}
 
 void Convert(const std::string& path, const std::string& out) {
     Bitmap bitmap(path);
@@ -75,20 +88,22 @@ void Convert(const std::string& path, const std::string& out) {
 }  // namespace
 
 void AddBmp(Command app) {
-    Command bmp = app.AddFamily("bmp", "Look into bitmap files, and write them anew");
+    Command bmp = app.AddFamily("bmp", "Inspect and convert bitmap files");
     bmp.SetFooter("Example: qv bmp info photo.bmp");
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
 
     Command info = bmp.Add("info", "Print the header's fields, the sizes of rows in bytes, and the colours");
     info.AddPath("FILE", *path, "The bitmap").Require();
     info.SetFooter("Example:\n  qv bmp info photo.bmp");
-    info.SetAction([path] { AfxWriteStandardOutput(Bitmap(*path).Info()); });
+    const auto json = std::make_shared<bool>(false);
+    info.AddFlag("-j,--json", *json, "Print one JSON object");
+    info.SetAction([path, json] { PrintInfo(*path, *json); });
 
     Command convert =
         bmp.Add("convert",
                 "Write a bitmap with a header of 40 bytes, and sizes, masks, colours and rows as the format asks for");
     convert.AddPath("FILE", *path, "The bitmap").Require();
-    convert.AddPath("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
+    convert.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically").Require();
     convert.SetFooter("Example:\n  qv bmp convert odd.bmp clean.bmp");
     convert.SetAction([path, out] { Convert(*path, *out); });
 }

@@ -1,7 +1,9 @@
 #include <memory>
+#include <utility>
 
 #include "qvcommon/CopyTree.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/File.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/LeftOuts.h"
 #include "tools/qv/Progress.h"
@@ -14,14 +16,27 @@ struct Options {
     bool laterOnly = false;
 };
 
-/// Counts what was copied.
+/// Counts what was copied. A file is named before it is copied, so its bytes count when the next one comes.
 class CountedFiles : public ICopyProgress {
 public:
-    explicit CountedFiles(int total) : m_progress("files copied", static_cast<std::size_t>(total)) {}
-    void OnCopyFile(const char*) override { m_progress.Add(); }
+    explicit CountedFiles(const Options& options) {
+        if (m_progress.IsShown()) m_progress.SetTotalBytes(BytesIn(options.source, true));
+    }
+
+    void OnCopyFile(const char* path) override {
+        if (!m_progress.IsShown()) return;
+        m_progress.Add();
+        m_progress.AddBytes(std::exchange(m_size, SizeOf(path)));
+    }
 
 private:
-    Progress m_progress;
+    static std::uint64_t SizeOf(const char* path) {
+        CFileStatus status;
+        return CFile::GetStatus(path, status) ? static_cast<std::uint64_t>(status.m_size) : 0;
+    }
+
+    Progress m_progress{"files copied"};
+    std::uint64_t m_size = 0;
 };
 
 void Copy(const Options& options) {
@@ -33,7 +48,7 @@ void Copy(const Options& options) {
     copy.SetLaterOnly(options.laterOnly);
     copy.SetLeftOut(&leftOuts);
     {
-        CountedFiles files(copy.GetFileCount());
+        CountedFiles files(options);
         copy.SetProgressMonitor(&files);
         copy.CopyTree();
     }

@@ -9,6 +9,7 @@
 #include "tools/qv/Crc.h"
 #include "tools/qv/Json.h"
 #include "tools/qv/Lines.h"
+#include "tools/qv/Progress.h"
 #include "tools/qv/Visible.h"
 
 namespace qv::tool {
@@ -48,9 +49,11 @@ std::string HexOf(unsigned long crc) {
 
 void Print(const Options& options) {
     std::size_t failures = 0;
+    Progress progress("files read");
     Lines lines(options.zero ? '\0' : '\n');
     for (const std::string& path : options.files) {
         const auto crc = TryCrcOf(path);
+        progress.Add();
         if (!crc)
             ++failures;
         else if (options.json)

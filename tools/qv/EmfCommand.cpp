@@ -96,18 +96,17 @@ void AddList(Command emf) {
     const auto path = std::make_shared<std::string>();
     command.AddPath("FILE", *path, "The metafile").Require();
     command.SetFooter(
-        "Behind the first record stand the header's bounds and frame (left, top, right, bottom), the device's size in "
+        "After the first record come the header's bounds and frame (left, top, right, bottom), the device's size in "
         "pixels\n"
         "and millimetres, and the description.\nExample:\n  qv emf list drawing.emf");
     command.SetAction([path] { RecordList{*path}; });
 }
 
 void AddNormalise(Command emf) {
-    Command command =
-        emf.Add("normalise", "Write a metafile anew with the bytes cleared that the format leaves undefined");
+    Command command = emf.Add("normalise", "Copy a metafile, with the bytes cleared that the format leaves undefined");
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
     command.AddPath("FILE", *path, "The metafile").Require();
-    command.AddPath("OUT", *out, "The new file, which may be the same; it is replaced only by a whole one").Require();
+    command.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically").Require();
     command.SetFooter("Example:\n  qv emf normalise drawing.emf clean.emf");
     command.SetAction([path, out] { Normalise(*path, *out); });
 }
@@ -115,7 +114,7 @@ void AddNormalise(Command emf) {
 }  // namespace
 
 void AddEmf(Command app) {
-    Command emf = app.AddFamily("emf", "Look into enhanced metafiles, and make them comparable");
+    Command emf = app.AddFamily("emf", "Inspect enhanced metafiles, and make them comparable");
     emf.SetFooter("Example: qv emf list drawing.emf");
     AddList(emf);
     AddNormalise(emf);

@@ -52,12 +52,6 @@ void JsonObject::Name(std::string_view name) {
     m_text.append("\"").append(name).append("\":");
 }
 
-JsonObject& JsonObject::Number(const char* name, std::uint64_t value) {
-    Name(name);
-    m_text += std::to_string(value);
-    return *this;
-}
-
 JsonObject& JsonObject::Truth(const char* name, bool value) {
     Name(name);
     m_text += value ? "true" : "false";

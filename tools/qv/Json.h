@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -11,7 +10,12 @@ namespace qv::tool {
 /// One object of JSON (RFC 8259) on one line. Names of fields are plain ASCII.
 class JsonObject {
 public:
-    JsonObject& Number(const char* name, std::uint64_t value);
+    template <class Integer>
+    JsonObject& Number(const char* name, Integer value) {
+        Name(name);
+        m_text += std::to_string(value);
+        return *this;
+    }
     JsonObject& Truth(const char* name, bool value);
     /// As "2026-11-22T09:30:00Z", in whole seconds.
     JsonObject& Time(const char* name, QvFileTime time);

@@ -2,29 +2,46 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <string>
 
 namespace qv::tool {
 
 /// Empties the line that a Progress has written on the terminal, if one has: whoever prints calls it first.
 void ClearProgressLine();
 
-/// One line on standard error that counts, when that is a terminal; nothing otherwise. The line goes with the object.
+/// One line on standard error that counts, when that is a terminal; nothing otherwise. It is drawn at most ten times a
+/// second and goes with the object.
 class Progress {
 public:
-    /// What is counted: "files read", of how many; 0 when that is not known. The text has to outlive the object.
-    explicit Progress(const char* what, std::size_t total = 0);
+    /// What is counted: "files read". The text must outlive the object.
+    explicit Progress(const char* what);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    /// False when nothing is drawn, so that nothing has to be found out for it.
+    bool IsShown() const { return m_shown; }
+    /// Makes the line tell how much is done, how fast, and how long the rest will take.
+    void SetTotalBytes(std::uint64_t bytes) { m_totalBytes = bytes; }
+
     void Add(std::size_t count = 1);
+    void AddBytes(std::uint64_t bytes);
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    void Draw();
+    std::string BytesAndTime(Clock::time_point now) const;
+
     const char* m_what;
-    std::size_t m_total;
     bool m_shown;
     std::size_t m_count = 0;
-    std::chrono::steady_clock::time_point m_next{};
+    std::uint64_t m_bytes = 0, m_totalBytes = 0;
+    Clock::time_point m_started = Clock::now(), m_next{};
 };
+
+/// The bytes of the files in a folder.
+std::uint64_t BytesIn(const std::string& folder, bool recurse);
 
 }  // namespace qv::tool
