@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "qvcommon/XmlHelper.h"
+#include "tests/support/ComCode.h"
 #include "tests/support/Raised.h"
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/Utf8Locale.h"
@@ -163,12 +164,7 @@ TEST(XmlHelper, MakesPathsAndDeletesThem) {
     }
     const CString before = document.get_xml();
     const auto codeOf = [&](const char* path, const char* value) {
-        try {
-            CXmlHelper::CreateXmlPath(document, path, value);
-        } catch (const _com_error& error) {
-            return error.Error();
-        }
-        return HRESULT{0};
+        return ComCodeOf([&] { CXmlHelper::CreateXmlPath(document, path, value); });
     };
     EXPECT_EQ(codeOf("r/item[@k='none']", ""), _com_error::kInvalidArg);
     EXPECT_EQ(codeOf("r/item[999999999]", ""), _com_error::kInvalidArg);

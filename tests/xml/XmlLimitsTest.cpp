@@ -6,6 +6,7 @@
 #include "platform/Path.h"
 #include "platform/Text.h"
 #include "qvcommon/XmlDomElement.h"
+#include "tests/support/ComCode.h"
 #include "tests/support/ScopedLocale.h"
 
 namespace {
@@ -149,13 +150,9 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
         document.put_preserveWhiteSpace(true);
         ASSERT_TRUE(document.loadXML("<r xmlns:p='v' p:k='1'><a>x</a><c><![CDATA[y]]></c><!--z--></r>"));
         const CString before = document.get_xml();
-        HRESULT code = 0;
-        try {
-            row.action(document.get_documentElement());
-        } catch (const _com_error& error) {
-            code = error.Error();
-        }
-        EXPECT_EQ(code, row.taken ? HRESULT{0} : HRESULT{_com_error::kInvalidArg}) << row.what;
+        EXPECT_EQ(ComCodeOf([&] { row.action(document.get_documentElement()); }),
+                  row.taken ? HRESULT{0} : HRESULT{_com_error::kInvalidArg})
+            << row.what;
         const CString after = document.get_xml();
         EXPECT_EQ(after == before, !row.taken) << row.what;
         const IXMLDOMDocument again = CXmlHelper::CreateDocument();
@@ -172,22 +169,14 @@ TEST(XmlLimits, OfLengthAreAskedFirst) {
     const IXMLDOMDocument document = CXmlHelper::CreateDocument();
     ASSERT_TRUE(document.loadXML("<r k='1'><a>x</a></r>"));
     const IXMLDOMElement root = document.get_documentElement();
-    const auto codeOf = [](const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const _com_error& error) {
-            return error.Error();
-        }
-        return HRESULT{0};
-    };
     const std::function<void()> actions[] = {[&] { CXmlHelper::SetString(root, "a", text); },
                                              [&] { root.setAttribute("k", text); },
                                              [&] { root.setAttribute(text, "v"); },
                                              [&] { document.createElement(text); },
                                              [&] { CXmlHelper::AddElement(root, "b", text); },
                                              [&] { CXmlHelper::AddElement(root, text, "v"); }};
-    for (const auto& action : actions) EXPECT_EQ(codeOf(action), _com_error::kInvalidArg);
-    EXPECT_EQ(codeOf([&] { root.selectNodes(text); }), _com_error::kFail);
+    for (const auto& action : actions) EXPECT_EQ(ComCodeOf(action), _com_error::kInvalidArg);
+    EXPECT_EQ(ComCodeOf([&] { root.selectNodes(text); }), _com_error::kFail);
     CString value;
     EXPECT_FALSE(root.getAttribute(text, value));
     root.removeAttribute(text);

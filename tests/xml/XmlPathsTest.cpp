@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "qvcommon/XmlHelper.h"
+#include "tests/support/ComCode.h"
 #include "tests/support/ScopedCodePage.h"
 #include "xml/dom/Path.h"
 
@@ -126,13 +127,7 @@ TEST(XmlPaths, ThatAreNoneRaise) {
                              "]",        "a[(]",
                              "a[')']]",  std::string_view("a\0", 2)};
     for (const CString& path : paths) {
-        HRESULT code = 0;
-        try {
-            root.selectSingleNode(path);
-        } catch (const _com_error& error) {
-            code = error.Error();
-        }
-        EXPECT_EQ(code, _com_error::kFail) << path.AsStd().substr(0, 40);
+        EXPECT_EQ(ComCodeOf([&] { root.selectSingleNode(path); }), _com_error::kFail) << path.AsStd().substr(0, 40);
     }
 }
 
@@ -258,25 +253,17 @@ TEST(XmlNodes, OutliveTheirPlaceAndTheirDocument) {
 TEST(XmlNodes, ReportWhatCannotBe) {
     const IXMLDOMElement root = CXmlHelper::GetDocumentElement("<r><a><b/></a></r>");
     const IXMLDOMNode a = root.selectSingleNode("a"), b = root.selectSingleNode("a/b");
-    const auto codeOf = [](const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const _com_error& error) {
-            return error.Error();
-        }
-        return HRESULT{0};
-    };
     const auto invalid = _com_error::kInvalidArg;
-    EXPECT_EQ(codeOf([&] { b.appendChild(a); }), invalid);
-    EXPECT_EQ(codeOf([&] { a.appendChild(a); }), invalid);
-    EXPECT_EQ(codeOf([&] { root.removeChild(b); }), invalid);
-    EXPECT_EQ(codeOf([&] { root.insertBefore(a, b); }), invalid);
-    EXPECT_EQ(codeOf([&] { root.setAttribute("1 bad", "v"); }), invalid);
-    EXPECT_EQ(codeOf([&] { root.put_text("a\x01"); }), invalid);
-    EXPECT_EQ(codeOf([&] { root.get_ownerDocument().createElement("a b"); }), invalid);
-    EXPECT_EQ(codeOf([&] { CXmlHelper::AppendXml(root.get_ownerDocument(), "<second/>", 1); }), invalid);
-    EXPECT_EQ(codeOf([&] { IXMLDOMNode().get_text(); }), _com_error::kPointer);
-    EXPECT_EQ(codeOf([&] { CXmlHelper::AppendXml(root, "<bad>", 1); }), _com_error::kPointer);
+    EXPECT_EQ(ComCodeOf([&] { b.appendChild(a); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { a.appendChild(a); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { root.removeChild(b); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { root.insertBefore(a, b); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { root.setAttribute("1 bad", "v"); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { root.put_text("a\x01"); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { root.get_ownerDocument().createElement("a b"); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { CXmlHelper::AppendXml(root.get_ownerDocument(), "<second/>", 1); }), invalid);
+    EXPECT_EQ(ComCodeOf([&] { IXMLDOMNode().get_text(); }), _com_error::kPointer);
+    EXPECT_EQ(ComCodeOf([&] { CXmlHelper::AppendXml(root, "<bad>", 1); }), _com_error::kPointer);
     EXPECT_EQ(root.get_xml(), "<r><a><b/></a></r>");
     EXPECT_STREQ(_com_error(_com_error::kPointer).ErrorMessage(), "Invalid pointer");
     EXPECT_EQ(a, b.get_parentNode());
