@@ -94,8 +94,45 @@ void AddHelp(CLI::App& app) {
     });
 }
 
-// All commands, the version, and the two options that print what there is.
-void SetUp(CLI::App& app) {
+struct Entry {
+    const char* names;  // between blanks
+    void (*add)(Command);
+};
+
+constexpr Entry kCommands[] = {
+    {" pack unpack list ", AddArchiveCommands},
+    {" backup ", AddBackup},
+    {" bmp ", AddBmp},
+    {" copy ", AddCopy},
+    {" crc ", AddCrc},
+    {" delete ", AddDelete},
+    {" emf ", AddEmf},
+    {" find ", AddFind},
+    {" listen ", AddListen},
+    {" lock ", AddLockCommand},
+    {" log ", AddLog},
+    {" report ", AddReport},
+    {" send ", AddSend},
+    {" text ", AddText},
+    {" watch ", AddWatch},
+    {" xml ", AddXml},
+};
+
+// A line that begins with the name of a command needs no other one, nor does the version: the parser takes most of the time
+// of a short command.
+void AddCommands(CLI::App& app, std::string_view first) {
+    if (first == "--version") return;
+    const std::string name = " " + std::string(first) + " ";
+    const auto* const named = std::ranges::find_if(kCommands, [&](const Entry& entry) {
+        return std::string_view(entry.names).find(name) != std::string_view::npos;
+    });
+    if (named != std::end(kCommands)) return named->add(Command(app));
+    for (const Entry& entry : kCommands) entry.add(Command(app));
+    AddHelp(app);
+}
+
+// The version, the options that print what there is, and the commands.
+void SetUp(CLI::App& app, std::string_view first) {
     app.name("qv");
     app.formatter(std::make_shared<HelpText>());
     app.require_subcommand(1);
@@ -107,17 +144,14 @@ void SetUp(CLI::App& app) {
     AddPrinter(app, "--fish-completion", &FishCompletion, "Print a completion script for fish and exit");
     AddPrinter(app, "--zsh-completion", &ZshCompletion, "Print a completion script for zsh and exit");
     AddPrinter(app, "--man-page", &ManPage, "Print the manual page and exit");
-    for (const auto add : {AddArchiveCommands, AddBackup, AddBmp, AddCopy, AddCrc, AddDelete, AddEmf, AddFind,
-                           AddListen, AddLockCommand, AddLog, AddReport, AddSend, AddText, AddWatch, AddXml})
-        add(Command(app));
-    AddHelp(app);
+    AddCommands(app, first);
 }
 
 }  // namespace
 
 int Run(int argc, char** argv) {
     CLI::App app{"The QvCommon command-line companion"};
-    SetUp(app);
+    SetUp(app, argc > 1 ? argv[1] : "");
     try {
         app.parse(argc, argv);
         return kDone;
