@@ -203,4 +203,28 @@ TEST(SharedDocuments, AreSavedWholeWithWhatTheyHave) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Native()), {}), 2);
 }
 
+// A descriptor that only reads is no help in emptying the file: its name is opened again.
+TEST(SharedDocuments, OpeningToReadEmptiesNoFileThatHasJustTakenTheName) {
+    for (int swapped = 1; swapped <= 3; ++swapped) {
+        const TempFolder folder;
+        const RecordingClock clock;
+        folder.Write("document", "first");
+        folder.Write("second", "second");
+        const CFile holder(folder / "second", CFile::modeRead | CFile::shareExclusive);
+        int opens = 0;
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            if (call.kind == CallKind::Open && LastName(call) == "document" && ++opens == swapped)
+                fs::rename(folder.Native("second"), folder.Native("document"));
+            return SystemFaults::Fault{};
+        });
+        CFile file;
+        CFileException error;
+        const bool opened = file.Open(folder / "document", CFile::modeCreate | CFile::modeRead, &error);
+        if (opens < swapped) GTEST_SKIP() << "this system empties a file as it opens it";
+        EXPECT_FALSE(opened);
+        EXPECT_EQ(error.m_cause, CFileException::sharingViolation);
+        EXPECT_EQ(folder.Read("document"), "second") << "swapped before open " << swapped;
+    }
+}
+
 }  // namespace
