@@ -55,6 +55,11 @@ Status HandOver(int file) {
     return duplicate.ok() ? UniqueFd(duplicate).Close() : duplicate.status();
 }
 
+/// A folder that may not be read has no descriptor to sync: all of its file system is synced then, by a file in it.
+Status SyncFolder(const UniqueFd& folder, const UniqueFd& file) {
+    return folder ? FlushToDisk(folder.Get()) : sys::syncfs(file.Get()).status();
+}
+
 }  // namespace
 
 struct AtomicFile::Body {
@@ -87,7 +92,6 @@ private:
     Result<int> TakeFreeTarget() const;
     Result<int> ReplaceTarget();
     Status ClaimTarget(UniqueFd& existing) const;
-    Status SyncName(const UniqueFd& openedFolder) const;
 
     const int folder;  // where the names begin; AT_FDCWD for a path
     const Access access;
@@ -167,11 +171,6 @@ Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
     return {};
 }
 
-/// A folder that may not be read has no descriptor to sync: all of its file system is synced then.
-Status AtomicFile::Body::SyncName(const UniqueFd& openedFolder) const {
-    return openedFolder ? FlushToDisk(openedFolder.Get()) : sys::syncfs(file.Get()).status();
-}
-
 Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     UniqueFd existing;  // claimed until the new version is in its place, whose attributes are synced with its data
     if (ifExists == IfExists::Update)
@@ -185,7 +184,7 @@ Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget();
     if (!placed.ok()) return StatusOf(placed);
     temporary.clear();
-    return durability == Durability::Synced ? SyncName(openedFolder) : Status();
+    return durability == Durability::Synced ? SyncFolder(openedFolder, file) : Status();
 }
 
 AtomicFile::AtomicFile() = default;
@@ -221,6 +220,17 @@ Status AtomicFile::Commit(IfExists ifExists, Durability durability) {
 
 void AtomicFile::Drop() {
     m_body.reset();
+}
+
+Status RemoveSynced(const char* path) {
+    const std::string native = NativePath(path);
+    const std::string place = native.substr(0, native.rfind('/') + 1);
+    constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const UniqueFd folder(sys::openat_folder(AT_FDCWD, place.empty() ? "." : place.c_str(), 0));
+    UniqueFd file;
+    if (!folder) file = UniqueFd(sys::openat(AT_FDCWD, native.c_str(), kFlags, 0));
+    const auto removed = sys::unlinkat(AT_FDCWD, native.c_str(), 0);
+    return removed.ok() ? SyncFolder(folder, file) : removed.statusAt(path);
 }
 
 }  // namespace qv::platform
