@@ -90,7 +90,7 @@ private:
     const char* Place() const { return prefix.empty() ? "." : prefix.c_str(); }
     mode_t Mode() const { return access == Access::Owner ? kOwnerOnly : kAsUmaskSays; }
     Result<int> TakeFreeTarget() const;
-    Result<int> ReplaceTarget();
+    Result<int> ReplaceTarget(bool exists);
     Status ClaimTarget(UniqueFd& existing) const;
 
     const int folder;  // where the names begin; AT_FDCWD for a path
@@ -148,8 +148,11 @@ Result<int> AtomicFile::Body::TakeFreeTarget() const {
                              : RenameNoReplace(folder, temporary.c_str(), folder, target.c_str());
 }
 
-Result<int> AtomicFile::Body::ReplaceTarget() {
+/// @param exists  whether there is known to be a target; else it is tried first whether the name is free
+Result<int> AtomicFile::Body::ReplaceTarget(bool exists) {
     if (temporary.empty()) {
+        if (!exists)
+            if (const auto linked = LinkAs(target.c_str()); linked.error() != EEXIST) return linked;
         // Before it has a name, so that it never looks abandoned. Where there are no locks, nothing looks abandoned.
         LockAsInUse(file.Get()).IgnoreError();
         const auto named = TakeTemporaryName([this](const char* name) { return LinkAs(name); });
@@ -167,7 +170,7 @@ Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
     struct stat status;
     if (const auto asked = sys::fstat(existing.Get(), &status); !asked.ok()) return asked.status();
     if (!S_ISREG(status.st_mode)) return {FileCause::AccessDenied, EPERM};
-    CopyAttributes(existing.Get(), file.Get());
+    CopyAttributes(existing.Get(), status, file.Get());
     return {};
 }
 
@@ -181,7 +184,7 @@ Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
         if (const Status flushed = FlushToDisk(file.Get()); !flushed.ok()) return flushed;
         openedFolder = UniqueFd(sys::openat_folder(folder, Place(), 0));
     }
-    const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget();
+    const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget(static_cast<bool>(existing));
     if (!placed.ok()) return StatusOf(placed);
     temporary.clear();
     return durability == Durability::Synced ? SyncFolder(openedFolder, file) : Status();

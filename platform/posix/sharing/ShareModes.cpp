@@ -69,9 +69,12 @@ Outcome LookForOthers(int file, const OpenRequest& request) {
 }  // namespace
 
 Result<ShareOutcome> MarkPresence(int file, const OpenRequest& request, bool mayReadLock) {
+    // Whoever opens reads or writes, and so looks at one of the two marks of a file that is open exclusively. Marks of what
+    // is done with it would keep out nobody else.
+    const bool exclusive = request.denyRead && request.denyWrite;
     Outcome outcome = ShareOutcome::Granted;
-    if (request.read) outcome = Mark(file, kReads, mayReadLock);
-    if (request.write && IsGranted(outcome)) outcome = Mark(file, kWrites, mayReadLock);
+    if (request.read && !exclusive) outcome = Mark(file, kReads, mayReadLock);
+    if (request.write && !exclusive && IsGranted(outcome)) outcome = Mark(file, kWrites, mayReadLock);
     if (request.denyRead && IsGranted(outcome)) outcome = Mark(file, kDeniesReading, mayReadLock);
     if (request.denyWrite && IsGranted(outcome)) outcome = Mark(file, kDeniesWriting, mayReadLock);
     return outcome;
