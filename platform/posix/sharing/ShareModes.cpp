@@ -36,9 +36,11 @@ Outcome LockByte(int file, OfdLockKind kind, off_t at) {
     return IsLockConflict(set) ? Outcome(ShareOutcome::OthersSeen) : Failed(set.error());
 }
 
-/// From the processor: children of a fork must not draw the same numbers.
+/// From the processor: children of a fork must not draw the same numbers. Finding out what the processor can do costs more
+/// than all else that opening a file takes, on virtual machines.
 off_t RandomByteOfARange() {
-    return std::random_device()() | 1;
+    thread_local std::random_device device;
+    return device() | 1;
 }
 
 /// Readers share a read lock on the first byte. A descriptor that only writes may hold no read lock: it takes a byte of its
