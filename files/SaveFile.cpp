@@ -54,23 +54,19 @@ BOOL CSaveFile::Open(const char* fileName, UINT, CFileException* error) {
     return 1;
 }
 
-std::unique_ptr<CSaveFile::Version> CSaveFile::Take() {
-    if (!m_version) AfxThrowFileException(CFileException::invalidFile, -1, m_strFileName);
-    m_hFile = hFileNull;  // the version's own
-    m_strFileName.Empty();
-    return std::move(m_version);
-}
-
 void CSaveFile::Commit() {
+    if (!m_version) AfxThrowFileException(CFileException::invalidFile, -1, m_strFileName);
     const CString name = m_strFileName;
-    const auto version = Take();
+    const auto version = std::move(m_version);
+    CSaveFile::Abort();                  // the handle is the version's own
     qv::RestoreBackup(version->target);  // or else it would be put back later, over this version
     qv::ThrowIfFailed(version->file.Commit(qv::platform::IfExists::Update, qv::platform::Durability::Synced), name);
 }
 
 void CSaveFile::CommitInPlace() {
-    if (m_version && IsMissing(m_version->target)) return Commit();
-    const auto version = Take();
+    if (!m_version || IsMissing(m_version->target)) return Commit();
+    const auto version = std::move(m_version);
+    CSaveFile::Abort();
     qv::OverwriteInPlace(version->target, version->file.Handle());
 }
 

@@ -68,7 +68,6 @@ public:
 
 private:
     struct Version;
-    std::unique_ptr<Version> Take();
 
     std::unique_ptr<Version> m_version;
 };
