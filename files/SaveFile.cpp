@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "files/InPlace.h"
 #include "framework/FileErrors.h"
 #include "platform/AtomicFile.h"
 #include "platform/FileStatus.h"
@@ -10,15 +11,19 @@ using qv::platform::Status;
 
 struct CSaveFile::Version {
     qv::platform::AtomicFile file;
+    CString target;
 };
 
 namespace {
 
-/// The new version of a private document must not be readable meanwhile; it gets the document's permissions at the end.
-qv::platform::Access AccessFor(const std::string& target) {
+bool IsMissing(const CString& path) {
     qv::platform::FileInfo info;
-    const bool exists = qv::platform::StatusOf(target.c_str(), info).ok();
-    return exists ? qv::platform::Access::Owner : qv::platform::Access::AsUmaskSays;
+    return qv::platform::StatusOf(path, info).cause() == qv::platform::FileCause::FileNotFound;
+}
+
+/// The new version of a private document must not be readable meanwhile; it gets the document's permissions at the end.
+qv::platform::Access AccessFor(const CString& target) {
+    return IsMissing(target) ? qv::platform::Access::AsUmaskSays : qv::platform::Access::Owner;
 }
 
 }  // namespace
@@ -39,8 +44,8 @@ BOOL CSaveFile::Open(const char* fileName, UINT, CFileException* error) {
     const CString name = fileName;  // which may be this object's own, gone after the drop
     CSaveFile::Abort();
     auto version = std::make_unique<Version>();
-    const std::string target = qv::platform::LinkTarget(name);
-    const Status created = version->file.Create(target.c_str(), AccessFor(target));
+    version->target = CString(qv::platform::LinkTarget(name));
+    const Status created = version->file.Create(version->target, AccessFor(version->target));
     if (!created.ok() && error) qv::Describe(created, name, *error);
     if (!created.ok()) return 0;
     m_version = std::move(version);
@@ -51,10 +56,22 @@ BOOL CSaveFile::Open(const char* fileName, UINT, CFileException* error) {
 
 void CSaveFile::Commit() {
     if (!m_version) AfxThrowFileException(CFileException::invalidFile, -1, m_strFileName);
-    m_hFile = hFileNull;  // the version's own
-    const CString name = std::exchange(m_strFileName, CString());
+    const CString name = m_strFileName;
     const auto version = std::move(m_version);
+    CSaveFile::Abort();                  // the handle is the version's own
+    qv::RestoreBackup(version->target);  // or else it would be put back later, over this version
     qv::ThrowIfFailed(version->file.Commit(qv::platform::IfExists::Update, qv::platform::Durability::Synced), name);
+}
+
+void CSaveFile::CommitInPlace() {
+    if (!m_version || IsMissing(m_version->target)) return Commit();
+    const auto version = std::move(m_version);
+    CSaveFile::Abort();
+    qv::OverwriteInPlace(version->target, version->file.Handle());
+}
+
+BOOL CSaveFile::Recover(const char* fileName) {
+    return qv::RestoreBackup(CString(qv::platform::LinkTarget(fileName)));
 }
 
 void CSaveFile::Close() {

@@ -64,4 +64,7 @@ private:
     std::unique_ptr<Body> m_body;
 };
 
+/// Deletes a file. After success the disk too no longer has its name: no crash of the machine brings the file back.
+Status RemoveSynced(const char* path);
+
 }  // namespace qv::platform

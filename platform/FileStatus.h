@@ -19,6 +19,7 @@ struct FileInfo {
     std::int64_t created = -1, modified = -1, accessed = -1;
     std::uint64_t size = 0;
     unsigned attributes = 0;
+    bool isRegular = false;  ///< no folder, and on Linux no device or pipe
 };
 
 /// Fails for a missing path and, on Windows, for the root of a volume, which has no entry of its own.
@@ -44,6 +45,8 @@ Status RemoveFolder(const char* path);
 bool IsFolderLink(const char* path);
 /// The path of the file that a link leads to, which need not exist. Any other path stays as it is.
 std::string LinkTarget(const char* path);
+/// Whether the path is that of a regular file, no link, whose owner this user is; on Windows the owner does not count.
+bool IsOwnFile(const char* path);
 /// True when both paths lead to one file or folder, by way of links too.
 bool IsSame(const char* a, const char* b);
 

@@ -37,11 +37,13 @@ std::string TextOf(const benchmark::State& state) {
 }
 
 void OurSave(benchmark::State& state) {
-    const std::string path = TheScratch() / "saved", text = TextOf(state);
+    const std::string path = TheScratch() / "saved";
+    const CString text(TextOf(state));
     for (auto _ : state) CFileUtils::SaveFile(path.c_str(), text);
 }
 
-// Synced before it is renamed, as ours and QSaveFile's.
+// Synced before it is renamed, as ours and QSaveFile's. Ours alone syncs the folder afterwards, keeps what belongs to the
+// old file, and asks whether another program has it open.
 void GlibSave(benchmark::State& state) {
     const std::string path = TheScratch() / "saved by glib", text = TextOf(state);
     const auto flags = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT | G_FILE_SET_CONTENTS_DURABLE);

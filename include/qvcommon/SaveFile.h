@@ -16,7 +16,8 @@
 ///
 /// Commit keeps what the file has and the user may give: on Linux mode, owner, group, access lists and extended attributes;
 /// on Windows attributes, access lists and streams. Through a link it saves the file that the link leads to. Other hard
-/// links of the file keep the old version. The folder must be writable, and has room for both versions.
+/// links of the file keep the old version, unless CommitInPlace is used. The folder must be writable, and has room for both
+/// versions.
 ///
 /// One object, one thread.
 class QVCOMMON_API CSaveFile : public CFile {
@@ -38,6 +39,26 @@ public:
     /// sharingViolation while another opener denies writing it (on Windows while it is open at all), or what the system
     /// could not keep.
     void Commit();
+
+    /// Writes the new version into the existing file, which stays the same file: all its hard links see the new content,
+    /// and nothing about it changes but content and times. It is slower than Commit and needs room for three versions.
+    ///
+    /// The old content lies meanwhile in a backup beside the file, NAME.qvold, which only the user may read; programs must
+    /// not keep files of their own under that name. The file is open exclusively: programs that use this library, and on
+    /// Windows all programs, see no part of a version. If the process or the machine dies, the file may be left in parts.
+    /// The backup is left then, and is put back by the next Commit or CommitInPlace of the same user on the same path, or
+    /// by Recover.
+    ///
+    /// Otherwise as Commit, which it is for a file that does not exist.
+    /// @throws CFileException*  naming the file, which is what it was: sharingViolation while it is open elsewhere, or what
+    /// the system could not keep. One that names the backup means that the backup could not be made, put back or deleted,
+    /// or is another user's; where it exists, it holds the old version.
+    void CommitInPlace();
+    /// Puts back the content that a CommitInPlace of this user has left in a backup, when it was killed or raised an error
+    /// that names the backup. What was written to the file since then is lost.
+    /// @return non-zero if there was such a backup
+    /// @throws CFileException*  after which the backup is still there: sharingViolation while the file is open elsewhere
+    static BOOL Recover(const char* fileName);
 
     /// Both drop the new version. Never raise.
     void Close() override;

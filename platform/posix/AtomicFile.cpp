@@ -56,6 +56,11 @@ Status HandOver(int file) {
     return duplicate.ok() ? UniqueFd(duplicate).Close() : duplicate.status();
 }
 
+/// A folder that may not be read has no descriptor to sync: all of its file system is synced then, by a file in it.
+Status SyncFolder(const UniqueFd& folder, const UniqueFd& file) {
+    return folder ? FlushToDisk(folder.Get()) : sys::syncfs(file.Get()).status();
+}
+
 }  // namespace
 
 struct AtomicFile::Body {
@@ -86,9 +91,8 @@ private:
     const char* Place() const { return prefix.empty() ? "." : prefix.c_str(); }
     mode_t Mode() const { return access == Access::Owner ? kOwnerOnly : kAsUmaskSays; }
     Result<int> TakeFreeTarget() const;
-    Result<int> ReplaceTarget();
+    Result<int> ReplaceTarget(bool exists);
     Status ClaimTarget(UniqueFd& existing) const;
-    Status SyncName(const UniqueFd& openedFolder) const;
 
     const int folder;  // where the names begin; AT_FDCWD for a path
     const Access access;
@@ -145,10 +149,13 @@ Result<int> AtomicFile::Body::TakeFreeTarget() const {
                              : RenameNoReplace(folder, temporary.c_str(), folder, target.c_str());
 }
 
-// A signal that ends the process leaves no second name: it waits for the few calls that need one.
-Result<int> AtomicFile::Body::ReplaceTarget() {
+/// A signal that ends the process leaves no second name: it waits for the few calls that need one.
+/// @param exists  whether there is known to be a target; else it is tried first whether the name is free
+Result<int> AtomicFile::Body::ReplaceTarget(bool exists) {
     const SignalHold hold;
     if (temporary.empty()) {
+        if (!exists)
+            if (const auto linked = LinkAs(target.c_str()); linked.error() != EEXIST) return linked;
         // Before it has a name, so that it never looks abandoned. Where there are no locks, nothing looks abandoned.
         LockAsInUse(file.Get()).IgnoreError();
         const auto named = TakeTemporaryName([this](const char* name) { return LinkAs(name); });
@@ -166,13 +173,8 @@ Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
     struct stat status;
     if (const auto asked = sys::fstat(existing.Get(), &status); !asked.ok()) return asked.status();
     if (!S_ISREG(status.st_mode)) return {FileCause::AccessDenied, EPERM};
-    CopyAttributes(existing.Get(), file.Get());
+    CopyAttributes(existing.Get(), status, file.Get());
     return {};
-}
-
-/// A folder that may not be read has no descriptor to sync: all of its file system is synced then.
-Status AtomicFile::Body::SyncName(const UniqueFd& openedFolder) const {
-    return openedFolder ? FlushToDisk(openedFolder.Get()) : sys::syncfs(file.Get()).status();
 }
 
 Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
@@ -185,10 +187,10 @@ Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
         if (const Status flushed = FlushToDisk(file.Get()); !flushed.ok()) return flushed;
         openedFolder = UniqueFd(sys::openat_folder(folder, Place(), 0));
     }
-    const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget();
+    const auto placed = ifExists == IfExists::Fail ? TakeFreeTarget() : ReplaceTarget(static_cast<bool>(existing));
     if (!placed.ok()) return StatusOf(placed);
     temporary.clear();
-    return durability == Durability::Synced ? SyncName(openedFolder) : Status();
+    return durability == Durability::Synced ? SyncFolder(openedFolder, file) : Status();
 }
 
 AtomicFile::AtomicFile() = default;
@@ -224,6 +226,17 @@ Status AtomicFile::Commit(IfExists ifExists, Durability durability) {
 
 void AtomicFile::Drop() {
     m_body.reset();
+}
+
+Status RemoveSynced(const char* path) {
+    const std::string native = NativePath(path);
+    const std::string place = native.substr(0, native.rfind('/') + 1);
+    constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const UniqueFd folder(sys::openat_folder(AT_FDCWD, place.empty() ? "." : place.c_str(), 0));
+    UniqueFd file;
+    if (!folder) file = UniqueFd(sys::openat(AT_FDCWD, native.c_str(), kFlags, 0));
+    const auto removed = sys::unlinkat(AT_FDCWD, native.c_str(), 0);
+    return removed.ok() ? SyncFolder(folder, file) : removed.statusAt(path);
 }
 
 }  // namespace qv::platform

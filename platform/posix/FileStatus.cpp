@@ -31,6 +31,7 @@ FileInfo InfoOf(const struct statx& status, const std::string& native) {
         info.size = status.stx_size;
     if (!(status.stx_mode & S_IWUSR)) info.attributes |= kReadOnly;
     if (HasLeadingPoint(native)) info.attributes |= kHidden;
+    info.isRegular = S_ISREG(status.stx_mode);
     return info;
 }
 
@@ -128,6 +129,12 @@ std::string LinkTarget(const char* path) {
         native.replace(0, native.npos, (within ? native.substr(0, slash + 1) : "").append(next));
     }
     return LibraryPath(native);
+}
+
+bool IsOwnFile(const char* path) {
+    struct stat status;
+    const auto asked = sys::fstatat(AT_FDCWD, NativePath(path).c_str(), &status, AT_SYMLINK_NOFOLLOW);
+    return asked.ok() && S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
 }
 
 bool IsSame(const char* a, const char* b) {

@@ -4,10 +4,16 @@
 
 namespace qv::platform {
 
+// Every lock on a document asks for the name, and the user database is read anew each time, or asked for over a network.
 std::string UserName() {
     constexpr std::size_t kLongestName = 63;
-    const std::string name = OwnUserEntry(&passwd::pw_name);
-    return name.empty() || name.size() > kLongestName ? "Unknown" : name;
+    thread_local struct {
+        uid_t user = 0;
+        std::string name;
+    } known;
+    const uid_t user = ::geteuid();
+    if (known.name.empty() || known.user != user) known = {user, OwnUserEntry(&passwd::pw_name)};
+    return known.name.empty() || known.name.size() > kLongestName ? "Unknown" : known.name;
 }
 
 }  // namespace qv::platform

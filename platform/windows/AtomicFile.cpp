@@ -198,4 +198,13 @@ void AtomicFile::Drop() {
     m_body.reset();
 }
 
+Status RemoveSynced(const char* path) {
+    constexpr DWORD kFlags = FILE_FLAG_WRITE_THROUGH | FILE_FLAG_OPEN_REPARSE_POINT;
+    const auto opened = sys::CreateFileA(NativePath(path).c_str(), DELETE, 0, nullptr, OPEN_EXISTING, kFlags, nullptr);
+    if (!opened.ok()) return opened.statusAt(path);
+    UniqueHandle file(opened);
+    const Status marked = MarkForDeletion(file, true);
+    return marked.ok() ? file.Close() : marked;
+}
+
 }  // namespace qv::platform

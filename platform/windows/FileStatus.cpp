@@ -21,7 +21,8 @@ FileInfo InfoOf(const Data& data) {
     info.modified = SecondsOf(data.ftLastWriteTime);
     info.accessed = SecondsOf(data.ftLastAccessTime);
     info.attributes = data.dwFileAttributes & kKnown;
-    if (!(info.attributes & kDirectory)) info.size = Joined(data.nFileSizeHigh, data.nFileSizeLow);
+    info.isRegular = !(info.attributes & kDirectory);
+    if (info.isRegular) info.size = Joined(data.nFileSizeHigh, data.nFileSizeLow);
     return info;
 }
 
@@ -131,6 +132,11 @@ std::string LinkTarget(const char* path) {
     if (!file || !size.ok()) return path;
     target.resize(size.value());
     return target.starts_with(kExtended) ? target.substr(kExtended.size()) : target;
+}
+
+bool IsOwnFile(const char* path) {
+    const auto attributes = sys::GetFileAttributesA(NativePath(path).c_str());
+    return attributes.ok() && !(attributes.value() & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT));
 }
 
 bool IsSame(const char* a, const char* b) {

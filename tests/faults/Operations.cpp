@@ -14,6 +14,7 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/HtmlWriter.h"
 #include "qvcommon/LockFile.h"
+#include "qvcommon/SaveFile.h"
 #include "qvcommon/UserMessages.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/Raised.h"
@@ -38,6 +39,9 @@ std::function<bool(const Tree&)> Is(Tree expected) {
 bool Holds(const Tree& tree, const std::string& name, std::initializer_list<const char*> contents) {
     const auto found = tree.find(name);
     return found != tree.end() && std::find(contents.begin(), contents.end(), found->second) != contents.end();
+}
+std::function<bool(const Tree&)> Keeps(const char* name, const char* old, const char* replacement) {
+    return [=](const Tree& tree) { return Holds(tree, name, {old, replacement}); };
 }
 
 /// Runs the action; true when it raised an exception. One of a file must name a file of the place, or a temporary one.
@@ -76,6 +80,19 @@ bool LockReports(const Place& place) {
     const bool locked = lock.Lock(1);
     lock.Unlock();
     return !locked;
+}
+
+void PrepareHardLinks(const Place& place) {
+    MakeTree(place.native, {"x"});
+    std::filesystem::create_hard_link(place.native / "x", place.native / "y");
+}
+
+bool SaveInPlaceReports(const Place& place) {
+    return Raises(place, [&] {
+        CSaveFile file(place.path + "x");
+        file.Write("text", 4);
+        file.CommitInPlace();
+    });
 }
 
 bool ProfileReports(const Place& place) {
@@ -170,9 +187,14 @@ std::vector<Operation> MakeOperations() {
          .prepare = Files({"x"}),
          .run = [](const Place& p) { return Raises(p, [&] { CFileUtils::SaveFile(p.path + "x", CString("text")); }); },
          .done = Is({{"x", "text"}}),
+         .kept = Keeps("x", "x", "text")},
+        {.name = "Save in place",
+         .prepare = &PrepareHardLinks,
+         .run = &SaveInPlaceReports,
+         .done = Is({{"x", "text"}, {"y", "text"}}),
          .kept =
              [](const Tree& tree) {
-                 return Holds(tree, "x", {"x", "text"});
+                 return Holds(tree, "y", {"x", "text"}) || Holds(tree, "x.qvold", {"x"});
              }},
         {.name = "Log",
          .prepare = Files({"x"}),
@@ -182,10 +204,7 @@ std::vector<Operation> MakeOperations() {
              [](const Tree& tree) {
                  return Holds(tree, "x", {"xline\r\n", "xline\r\nline\r\n"});
              },
-         .kept =
-             [](const Tree& tree) {
-                 return Holds(tree, "x", {"x", "xline\r\n"});
-             }},
+         .kept = Keeps("x", "x", "xline\r\n")},
         {.name = "BackupFile",
          .prepare = Files({"x.a", "x.bak"}),
          .run = [](const Place& p) { return Raises(p, [&] { CFileUtils::BackupFile(p.path + "x.a"); }); },
@@ -195,16 +214,13 @@ std::vector<Operation> MakeOperations() {
          .prepare = Files({"t/a", "t/b/c", "t/b/d/e", "kept"}),
          .run = [](const Place& p) { return Raises(p, [&] { CFileUtils::DelTree(p.path + "t", 0); }); },
          .done = Is({{"kept", "kept"}, {"t/", ""}}),
-         .kept = [](const Tree& tree) { return Holds(tree, "kept", {"kept"}); },
+         .kept = Keeps("kept", "kept", "kept"),
          .silent = &MayDropRemoval},
         {.name = "CopyWholeFile",
          .prepare = Files({"from", "to"}),
          .run = [](const Place& p) { return !qv::platform::CopyWholeFile(p.path + "from", p.path + "to").ok(); },
          .done = Is({{"from", "from"}, {"to", "from"}}),
-         .kept =
-             [](const Tree& tree) {
-                 return Holds(tree, "to", {"to", "from"});
-             }},
+         .kept = Keeps("to", "to", "from")},
         {.name = "CopyTree",
          .prepare = Files({"from/a", "from/b/c", "to/a"}),
          .run = &CopyReports,
@@ -216,10 +232,7 @@ std::vector<Operation> MakeOperations() {
                      {"to/a", "from/a"},
                      {"to/b/", ""},
                      {"to/b/c", "from/b/c"}}),
-         .kept =
-             [](const Tree& tree) {
-                 return Holds(tree, "to/a", {"to/a", "from/a"});
-             }},
+         .kept = Keeps("to/a", "to/a", "from/a")},
         {.name = "Pack over",
          .prepare = Files({"in/a", "in/b/c", "a.cab"}),
          .run = &PackReports,

@@ -56,9 +56,20 @@ Outcome RunDisturbed(const Operation& operation, const Place& place, int nth, Fa
     return outcome;
 }
 
-/// Runs it once more, undisturbed.
-void ExpectWholeAfterNextRun(const Operation& operation, const Place& place, const std::string& after) {
+/// Which files the file system has beside those with names.
+enum class Files { Unnamed, Named };
+
+/// With Named, the calls that make files without names, in a folder, fail.
+Fault FaultOf(const SystemFaults::Call& call, Files files) {
+    const bool unnamed = call.kind == CallKind::Open && (call.path.ends_with('/') || call.path == ".");
+    return unnamed && files == Files::Named ? Fault{.error = EOPNOTSUPP} : Fault{};
+}
+
+/// Runs it once more, to its end.
+void ExpectWholeAfterNextRun(const Operation& operation, const Place& place, const std::string& after,
+                             Files files = Files::Unnamed) {
     const RecordingClock clock;
+    const SystemFaults faults([files](const SystemFaults::Call& call) { return FaultOf(call, files); });
     EXPECT_FALSE(operation.run(place)) << after;
     EXPECT_TRUE(operation.done(ReadTree(place.native))) << after << ::testing::PrintToString(ReadTree(place.native));
 }
@@ -124,39 +135,63 @@ QV_CHILD(RunAndDie) {
     const Operation& operation = Operations()[std::stoul(arguments.at(0))];
     const Place place{arguments.at(1), CString(arguments.at(2))};
     int left = std::stoi(arguments.at(3));
-    const SystemFaults faults([&](const SystemFaults::Call&) {
+    const auto files = static_cast<Files>(std::stoi(arguments.at(4)));
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
         if (--left == 0) std::_Exit(kKilled);
-        return Fault{};
+        return FaultOf(call, files);
     });
     return operation.run(place);
 }
 
-TEST_P(Sweep, AKilledProcessLeavesOldOrNew) {
-    // Programs start slowly under Wine: there one call in five is tried.
-    const int step = qv::platform::HasDriveLetters() && !std::getenv("QV_TEST_LARGE") ? 5 : 1;
+class KillSweep : public Sweep {
+protected:
+    static int RunAndKill(const Place& place, int nth, Files files) {
+        CProcess child;
+        StartChild(child, "RunAndDie",
+                   {CString(std::to_string(GetParam())), CString(place.native.string()), place.path,
+                    CString(std::to_string(nth)), CString(std::to_string(static_cast<int>(files)))});
+        return child.Wait();
+    }
+    void KillAtEveryCall(Files files);
+};
+
+void KillSweep::KillAtEveryCall(Files files) {
+    // Programs start slowly under Wine.
+    const int usual = qv::platform::HasDriveLetters() ? 5 : files == Files::Named ? 3 : 1;
+    const int step = std::getenv("QV_TEST_LARGE") ? 1 : usual;
     for (int nth = 1, status = kKilled; status == kKilled; nth += step) {
         const TempFolder folder;
         const Place place = PlaceAt(folder);
         m_operation.prepare(place);
-        CProcess child;
-        StartChild(child, "RunAndDie",
-                   {CString(std::to_string(GetParam())), CString(place.native.string()), place.path,
-                    CString(std::to_string(nth))});
-        status = child.Wait();
+        status = RunAndKill(place, nth, files);
         const Tree tree = ReadTree(place.native);
         const std::string after = "killed at call " + std::to_string(nth) + " ";
         ASSERT_TRUE(status == kKilled || status == 0) << after << status;
         ASSERT_TRUE(status == kKilled ? m_operation.kept(tree) : m_operation.done(tree))
             << after << ::testing::PrintToString(tree);
-        ExpectWholeAfterNextRun(m_operation, place, after);
+        ExpectWholeAfterNextRun(m_operation, place, after, files);
+        if (HasFailure()) return;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Operations, Sweep, ::testing::Range<std::size_t>(0, Operations().size()),
-                         [](const auto& operation) {
-                             std::string name = Operations()[operation.param].name;
-                             std::replace(name.begin(), name.end(), ' ', '_');
-                             return name;
-                         });
+TEST_P(KillSweep, LeavesOldOrNew) {
+    KillAtEveryCall(Files::Unnamed);
+}
+
+TEST_P(KillSweep, LeavesOldOrNewWhereFilesNeedNames) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "all files have names there";
+    KillAtEveryCall(Files::Named);
+}
+
+std::string NameOf(const ::testing::TestParamInfo<std::size_t>& operation) {
+    std::string name = Operations()[operation.param].name;
+    std::replace(name.begin(), name.end(), ' ', '_');
+    return name;
+}
+
+const auto kAllOperations = ::testing::Range<std::size_t>(0, Operations().size());
+
+INSTANTIATE_TEST_SUITE_P(Operations, Sweep, kAllOperations, &NameOf);
+INSTANTIATE_TEST_SUITE_P(Operations, KillSweep, kAllOperations, &NameOf);
 
 }  // namespace

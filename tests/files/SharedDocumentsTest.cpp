@@ -203,4 +203,70 @@ TEST(SharedDocuments, AreSavedWholeWithWhatTheyHave) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Native()), {}), 2);
 }
 
+TEST(SharedDocuments, HardLinksSeeWhatIsSavedInPlace) {
+    const TempFolder folder;
+    const auto content = [&](const char* file) { return folder.Read(file); };
+    const auto save = [&] {
+        CSaveFile file(folder / "document");
+        file.Write("new", 3);
+        file.CommitInPlace();
+    };
+    save();
+    EXPECT_EQ(content("document"), "new");
+    std::error_code refused;
+    fs::create_hard_link(folder.Native("document"), folder.Native("link"), refused);
+    if (refused) GTEST_SKIP() << refused.message();
+    folder.Write("document", "the old content");
+    for (const int failures : {1, 1000}) {
+        // Once there is a backup, the file takes the new bytes, but not the new length.
+        int left = failures;
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            const bool fails = call.kind == CallKind::Resize && folder.Has("document.qvold") && left-- > 0;
+            return fails ? SystemFaults::Of(qv::platform::FileCause::DiskFull) : SystemFaults::Fault{};
+        });
+        const auto error = Raised<CFileException>(save);
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->m_cause, CFileException::diskFull);
+        EXPECT_EQ(error->m_strFileName, folder / (failures == 1 ? "document" : "document.qvold"));
+        EXPECT_EQ(folder.Has("document.qvold"), failures > 1);
+        EXPECT_EQ(content("link"), "the old content");
+    }
+    folder.Write("document", "a part");
+    EXPECT_TRUE(CSaveFile::Recover(folder / "document"));
+    EXPECT_EQ(content("link"), "the old content");
+    EXPECT_FALSE(CSaveFile::Recover(folder / "document"));
+
+    folder.Write("document.qvold", "what a killed program left");
+    CFileUtils::SaveFile(folder / "document", "a file of its own");
+    EXPECT_EQ(content("link"), "what a killed program left");
+    EXPECT_FALSE(CSaveFile::Recover(folder / "document"));
+    EXPECT_EQ(content("document"), "a file of its own");
+}
+
+// A descriptor that only reads is no help in emptying the file: its name is opened again.
+TEST(SharedDocuments, OpeningToReadEmptiesNoFileThatHasJustTakenTheName) {
+    for (int swapped = 1; swapped <= 3; ++swapped) {
+        const TempFolder folder;
+        const RecordingClock clock;
+        folder.Write("document", "first");
+        folder.Write("second", "second");
+        const CFile holder(folder / "second", CFile::modeRead | CFile::shareExclusive);
+        int opens = 0;
+        std::error_code refused;
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            if (call.kind == CallKind::Open && LastName(call) == "document" && ++opens == swapped)
+                fs::rename(folder.Native("second"), folder.Native("document"), refused);
+            return SystemFaults::Fault{};
+        });
+        CFile file;
+        CFileException error;
+        const bool opened = file.Open(folder / "document", CFile::modeCreate | CFile::modeRead, &error);
+        if (refused) GTEST_SKIP() << "an open file cannot be renamed here: " << refused.message();
+        ASSERT_GE(opens, swapped);
+        EXPECT_FALSE(opened);
+        EXPECT_EQ(error.m_cause, CFileException::sharingViolation);
+        EXPECT_EQ(folder.Read("document"), "second") << "swapped before open " << swapped;
+    }
+}
+
 }  // namespace

@@ -34,18 +34,22 @@ void CopyExtendedAttributes(int from, int to) {
 
 }  // namespace
 
-void CopyAttributes(int from, int to) {
-    struct stat status;
-    if (!sys::fstat(from, &status).ok()) return;
+void CopyAttributes(int from, const struct stat& wanted, int to) {
+    struct stat now;
+    if (!sys::fstat(to, &now).ok()) return;
     constexpr auto kUnchanged = static_cast<uid_t>(-1);
     constexpr mode_t kAll = 07777, kPermissions = 01777;
-    const bool owned = sys::fchown(to, status.st_uid, status.st_gid).ok();
+    const auto give = [&](uid_t owner) {
+        const bool same = now.st_gid == wanted.st_gid && (owner == kUnchanged || now.st_uid == owner);
+        return same || sys::fchown(to, owner, wanted.st_gid).ok();
+    };
+    const bool owned = give(wanted.st_uid);
     // Only the administrator gives files away; the group is kept where the user belongs to it.
-    const bool grouped = owned || sys::fchown(to, kUnchanged, status.st_gid).ok();
+    const bool grouped = owned || give(kUnchanged);
     CopyExtendedAttributes(from, to);
     // Under another owner the bits that lend the owner's rights would lend the wrong ones, and under another group the
     // group's bits would let in the wrong users.
-    mode_t mode = status.st_mode & (owned ? kAll : kPermissions);
+    mode_t mode = wanted.st_mode & (owned ? kAll : kPermissions);
     if (!grouped) mode &= ~mode_t{S_IRWXG} | ((mode & S_IRWXO) << 3);
     sys::fchmod(to, mode).IgnoreError();
 }

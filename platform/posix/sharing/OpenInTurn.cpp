@@ -68,12 +68,17 @@ Attempt ClearNonBlocking(int file) {
     return OfStep(flags.ok() ? sys::fcntl(file, F_SETFL, flags.value() & ~O_NONBLOCK) : flags);
 }
 
-Attempt Empty(int file, const Location& at, const OpenRequest& request) {
+/// A descriptor that only reads cannot empty its file: the name is opened again, and may lead to a file that is not
+/// claimed by then.
+Attempt Empty(int file, const struct stat& claimed, const Location& at, const OpenRequest& request) {
     const off_t none = 0;
     if (request.write) return OfStep(sys::ftruncate(file, none));
     const auto opened = OpenDescriptor(at, O_WRONLY | (request.noLink || request.folderAccess ? O_NOFOLLOW : 0));
+    if (!opened.ok()) return Failed(opened.error());
     const UniqueFd writable(opened);
-    return OfStep(opened.ok() ? sys::ftruncate(writable.Get(), none) : opened);
+    struct stat named;
+    if (const auto asked = sys::fstat(writable.Get(), &named); !asked.ok()) return Failed(asked.error());
+    return IsSameFile(claimed, named) ? OfStep(sys::ftruncate(writable.Get(), none)) : Attempt(Outcome::NameMoved);
 }
 
 /// A second name may have been given to somebody's file by one who may not write it himself.
@@ -96,7 +101,7 @@ Attempt Claim(int file, const Location& at, const OpenRequest& request) {
     const bool onlyReads = !request.write && !request.denyRead && !request.denyWrite && !request.truncate;
     const int access = (request.read ? O_RDONLY : O_WRONLY) | (request.noLink ? O_NOFOLLOW : 0);
     if (!onlyReads && !LeadsToOnServer(at.folder, at.name.c_str(), status, access)) return Outcome::NameMoved;
-    return request.truncate ? Empty(file, at, request) : Attempt(Outcome::Opened);
+    return request.truncate ? Empty(file, status, at, request) : Attempt(Outcome::Opened);
 }
 
 Attempt OpenAndClaim(const Location& at, const OpenRequest& request, int flags, UniqueFd& file) {

@@ -36,9 +36,11 @@ Outcome LockByte(int file, OfdLockKind kind, off_t at) {
     return IsLockConflict(set) ? Outcome(ShareOutcome::OthersSeen) : Failed(set.error());
 }
 
-/// From the processor: children of a fork must not draw the same numbers.
+/// From the processor: children of a fork must not draw the same numbers. Finding out what the processor can do costs more
+/// than all else that opening a file takes, on virtual machines.
 off_t RandomByteOfARange() {
-    return std::random_device()() | 1;
+    thread_local std::random_device device;
+    return device() | 1;
 }
 
 /// Readers share a read lock on the first byte. A descriptor that only writes may hold no read lock: it takes a byte of its
@@ -69,9 +71,12 @@ Outcome LookForOthers(int file, const OpenRequest& request) {
 }  // namespace
 
 Result<ShareOutcome> MarkPresence(int file, const OpenRequest& request, bool mayReadLock) {
+    // Whoever opens reads or writes, and so looks at one of the two marks of a file that is open exclusively. Marks of what
+    // is done with it would keep out nobody else.
+    const bool exclusive = request.denyRead && request.denyWrite;
     Outcome outcome = ShareOutcome::Granted;
-    if (request.read) outcome = Mark(file, kReads, mayReadLock);
-    if (request.write && IsGranted(outcome)) outcome = Mark(file, kWrites, mayReadLock);
+    if (request.read && !exclusive) outcome = Mark(file, kReads, mayReadLock);
+    if (request.write && !exclusive && IsGranted(outcome)) outcome = Mark(file, kWrites, mayReadLock);
     if (request.denyRead && IsGranted(outcome)) outcome = Mark(file, kDeniesReading, mayReadLock);
     if (request.denyWrite && IsGranted(outcome)) outcome = Mark(file, kDeniesWriting, mayReadLock);
     return outcome;
