@@ -16,10 +16,15 @@ include(GNUInstallDirs)
 find_package(Threads REQUIRED)
 
 add_library(qv_flags INTERFACE)
-target_compile_options(qv_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wformat=2 -Wundef
-    # GCC 12 sees overlapping copies in plain additions of strings at -O3.
-    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>
-    $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>)
+if(MSVC)
+    target_compile_options(qv_flags INTERFACE /W4 /EHsc /permissive- /utf-8 /Zc:__cplusplus /Zc:preprocessor
+        $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:/WX>)
+else()
+    target_compile_options(qv_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wformat=2 -Wundef
+        # GCC 12 sees overlapping copies in plain additions of strings at -O3.
+        $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>
+        $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>)
+endif()
 # The 32-bit compiler would keep doubles in wider registers, and cut and compare them there: 8.2 * 10 would be below 82.
 if(MINGW AND CMAKE_SIZEOF_VOID_P EQUAL 4)
     target_compile_options(qv_flags INTERFACE -msse2 -mfpmath=sse)

@@ -12,9 +12,9 @@
 /// While it waits it handles what comes in for listeners of its own thread, so two that send to each other do not block.
 /// @param sender  told to the receiver, who may answer it; null names the application's main window (AfxGetMainWnd).
 /// Any thread. On Linux only windows of listeners can be targets and senders.
-QVCOMMON_API void QvSendIpcMessage(HWND target, const char* text, HWND sender = nullptr);
+QVCOMMON_API void QVCOMMON_CALL QvSendIpcMessage(HWND target, const char* text, HWND sender = nullptr);
 /// The same for a text that may hold zero bytes.
-QVCOMMON_API void QvSendIpcMessage(HWND target, const CString& text, HWND sender = nullptr);
+QVCOMMON_API void QVCOMMON_CALL QvSendIpcMessage(HWND target, const CString& text, HWND sender = nullptr);
 
 /// One text as it arrives: the system's copy-data record.
 struct CCopyData {

@@ -79,7 +79,7 @@ public:
 
     explicit operator bool() const { return m_node != nullptr; }
     /// True for two handles to one node, and for two null handles.
-    friend QVCOMMON_API bool operator==(const IXMLDOMNode& a, const IXMLDOMNode& b);
+    friend QVCOMMON_API bool QVCOMMON_CALL operator==(const IXMLDOMNode& a, const IXMLDOMNode& b);
 
     DOMNodeType get_nodeType() const;
     /// As the document writes it, with its prefix: "#text", "#document" and the like for nodes without a name.
