@@ -35,6 +35,7 @@ PACKAGES = {
     "cabinet/": r"zlib\.h",
     "tools/qv/": r"CLI/.*",
     "tests/": r"(gtest|gmock)/.*",
+    "tests/border/": r"windows\.h",
     "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
                    r"Q(String|LockFile|SaveFile)",
 }
