@@ -18,13 +18,18 @@ if(WIN32)
     endif()
     set(CPACK_PACKAGE_FILE_NAME qvcommon-${PROJECT_VERSION}-${CPACK_SYSTEM_NAME})
 
-    # The run time that goes along, as its makers' licences ask: with their texts.
-    set(licences ${QV_DOC_DIR}/licences)
-    install(FILES ${QV_PACKAGE_FILES}/licences.txt DESTINATION ${licences} RENAME README.txt COMPONENT library)
-    foreach(origin gcc-mingw-w64-base libz-mingw-w64 mingw-w64-common)
-        install(FILES /usr/share/doc/${origin}/copyright DESTINATION ${licences} RENAME ${origin}.txt COMPONENT library
-            OPTIONAL)
-    endforeach()
+    configure_file(${QV_PACKAGE_FILES}/README.txt.in ${PROJECT_BINARY_DIR}/README.txt @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/README.txt DESTINATION . COMPONENT library)
+
+    # The run time that goes along, as its makers' licences ask: with their texts. Without them nothing is installed.
+    if(QV_RUNTIME_DLLS)
+        set(licences ${QV_DOC_DIR}/licences)
+        install(FILES ${QV_PACKAGE_FILES}/licences.txt DESTINATION ${licences} RENAME README.txt COMPONENT library)
+        install(FILES /usr/share/common-licenses/GPL-3 DESTINATION ${licences} RENAME GPL-3.txt COMPONENT library)
+        foreach(origin gcc-mingw-w64-base libz-mingw-w64 mingw-w64-common)
+            install(FILES /usr/share/doc/${origin}/copyright DESTINATION ${licences} RENAME ${origin}.txt COMPONENT library)
+        endforeach()
+    endif()
 else()
     set(CPACK_GENERATOR DEB)
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

@@ -16,10 +16,15 @@ include(GNUInstallDirs)
 find_package(Threads REQUIRED)
 
 add_library(qv_flags INTERFACE)
-target_compile_options(qv_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wformat=2 -Wundef
-    # GCC 12 sees overlapping copies in plain additions of strings at -O3.
-    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>
-    $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>)
+if(MSVC)
+    target_compile_options(qv_flags INTERFACE /W4 /EHsc /permissive- /utf-8 /Zc:__cplusplus /Zc:preprocessor
+        $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:/WX>)
+else()
+    target_compile_options(qv_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wformat=2 -Wundef
+        # GCC 12 sees overlapping copies in plain additions of strings at -O3.
+        $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>
+        $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>)
+endif()
 # The 32-bit compiler would keep doubles in wider registers, and cut and compare them there: 8.2 * 10 would be below 82.
 if(MINGW AND CMAKE_SIZEOF_VOID_P EQUAL 4)
     target_compile_options(qv_flags INTERFACE -msse2 -mfpmath=sse)
@@ -113,9 +118,14 @@ if(MINGW)
                 /usr/${QV_MINGW_TRIPLE}/lib NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
             set(path "${path_${dll}}")
         endif()
+        # They come with debugging information, nine tenths of their size.
         if(EXISTS "${path}")
-            file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-            list(APPEND QV_RUNTIME_DLLS ${path})
+            set(stripped ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll})
+            if(${path} IS_NEWER_THAN ${stripped})
+                file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+                execute_process(COMMAND ${CMAKE_STRIP} --strip-unneeded -o ${stripped} ${path} COMMAND_ERROR_IS_FATAL ANY)
+            endif()
+            list(APPEND QV_RUNTIME_DLLS ${stripped})
         endif()
     endforeach()
 endif()

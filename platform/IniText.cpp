@@ -95,8 +95,8 @@ public:
 
     std::size_t begin = 0;
     std::size_t End() const { return m_end; }
-    /// Whether the line stands in the section, the first of its name, or heads it.
-    bool inSection = false;
+    /// Whether the line stands in a section of the name, or heads it; and whether that is the first one.
+    bool inNamed = false, inSection = false;
     bool isBlank = false;
     std::string_view name, value;  ///< of an entry; else the name is empty
 
@@ -106,8 +106,9 @@ private:
         isBlank = line.empty();
         if (line.starts_with('[')) {
             const std::string_view section = Trimmed(line.substr(1, line.find(']') - 1));
-            inSection = !m_found && ascii::EqualsIgnoreCase(DecodeName(section), m_section);
-            m_found |= inSection;
+            inNamed = ascii::EqualsIgnoreCase(DecodeName(section), m_section);
+            inSection = inNamed && !m_found;
+            m_found |= inNamed;
         } else if (const std::size_t sign = line.find('='); sign != line.npos && line[0] != ';' && line[0] != '#') {
             name = Trimmed(line.substr(0, sign));
             value = Trimmed(line.substr(sign + 1));
@@ -121,6 +122,14 @@ private:
 
 bool IsEntry(const IniLines& line, std::string_view entry) {
     return line.inSection && line.name.data() && ascii::EqualsIgnoreCase(DecodeName(line.name), entry);
+}
+
+template <class Unwanted>
+std::string WithoutLines(std::string_view text, std::string_view section, Unwanted unwanted) {
+    std::string out;
+    for (IniLines line(text, section); line.Next();)
+        if (!unwanted(line)) out += text.substr(line.begin, line.End() - line.begin);
+    return out;
 }
 
 }  // namespace
@@ -150,10 +159,11 @@ std::string WithIniValue(std::string_view text, std::string_view section, std::s
 }
 
 std::string WithoutIniValue(std::string_view text, std::string_view section, std::string_view entry) {
-    std::string out;
-    for (IniLines line(text, section); line.Next();)
-        if (!IsEntry(line, entry)) out += text.substr(line.begin, line.End() - line.begin);
-    return out;
+    return WithoutLines(text, section, [entry](const IniLines& line) { return IsEntry(line, entry); });
+}
+
+std::string WithoutIniSection(std::string_view text, std::string_view section) {
+    return WithoutLines(text, section, [](const IniLines& line) { return line.inNamed; });
 }
 
 }  // namespace qv::platform

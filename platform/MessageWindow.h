@@ -25,6 +25,8 @@ inline constexpr std::size_t kLongestMessage = 64 << 20;
 class MessageReceiver {
 public:
     virtual ~MessageReceiver() = default;
+    /// What it throws comes out of the PumpMessages or the send during which it ran. On Windows, where the program's own
+    /// message loop ran it, out of the thread's next one.
     /// @param tag  0 for texts sent from here; other programs on Windows may send other ones.
     virtual void OnMessage(WindowHandle sender, std::uintptr_t tag, std::string_view text) = 0;
 };
@@ -46,7 +48,7 @@ bool SendMessageText(WindowHandle window, std::string_view text, WindowHandle se
 bool FindAndSend(const std::string& className, std::string_view text, WindowHandle sender);
 
 /// Handles what comes in for the calling thread's windows: returns true once something has been handled, false when the
-/// time is over.
+/// time is over, and on Windows when the thread has been asked to end (WM_QUIT), which stays in its queue.
 bool PumpMessages(std::uint32_t milliseconds);
 
 }  // namespace qv::platform

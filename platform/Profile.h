@@ -18,8 +18,8 @@ struct ProfilePlace {
 /// Nothing when there is no such value, or none that can be read. Names go without regard to case.
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry);
 
-/// Sets the value; null deletes the entry. False when the system could not keep that; nothing has changed then. Writers in other threads and processes wait
-/// their turn.
+/// Sets the value. A null value deletes the entry, a null entry the section; what is not there is deleted already. False
+/// when the system could not keep that; nothing has changed then. Writers in other threads and processes wait their turn.
 ///
 /// On Linux a new file takes the old one's place (what is a link stays one) and keeps its mode; one that is made first is
 /// the user's alone. Beside it lies a file ".lock" that the writers take turns by.

@@ -8,9 +8,9 @@
 #include "qvcommon/Export.h"
 
 /// 0 for a length of 0 or less. Any thread. Uses the processor's carry-less multiplication where it has one.
-QVCOMMON_API unsigned long MemCRC(const char* data, int length);
-QVCOMMON_API unsigned long MemCRC(std::string_view data);
+QVCOMMON_API unsigned long QVCOMMON_CALL MemCRC(const char* data, int length);
+QVCOMMON_API unsigned long QVCOMMON_CALL MemCRC(std::string_view data);
 
 /// Of all bytes of a file, of any length, in constant memory. 0 when it cannot be opened or read to its end; share modes
 /// count as for CFile with shareDenyNone.
-QVCOMMON_API unsigned long FileCRC(std::string_view path);
+QVCOMMON_API unsigned long QVCOMMON_CALL FileCRC(std::string_view path);

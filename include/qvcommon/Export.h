@@ -1,8 +1,10 @@
 #pragma once
 
-/// @file The one export macro. On Windows the build defines QVCOMMON_DLL_EXPORT for the library's own objects
+/// @file The export macro and the calling convention. On Windows the build defines QVCOMMON_DLL_EXPORT for the library's own objects
 /// and QVCOMMON_DLL_IMPORT for programs that link the DLL; where neither is defined the library is an ELF shared object
 /// with hidden visibility.
+
+#include <type_traits>
 
 #if defined(QVCOMMON_DLL_EXPORT)
 #define QVCOMMON_API __declspec(dllexport)
@@ -10,4 +12,15 @@
 #define QVCOMMON_API __declspec(dllimport)
 #else
 #define QVCOMMON_API __attribute__((visibility("default")))
+#endif
+
+/// The calling convention of exported free functions and of callbacks that are plain functions. It makes a difference on
+/// 32-bit Windows alone.
+#if (defined(QVCOMMON_DLL_EXPORT) || defined(QVCOMMON_DLL_IMPORT)) && (defined(__i386__) || defined(_M_IX86))
+#define QVCOMMON_CALL __cdecl
+// Static members and the standard library's templates cross the border as well, by the compiler's default.
+static_assert(std::is_same_v<void (*)(int), void(QVCOMMON_CALL*)(int)>,
+              "QvCommon needs __cdecl as the default calling convention");
+#else
+#define QVCOMMON_CALL
 #endif

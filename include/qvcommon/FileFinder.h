@@ -11,7 +11,7 @@ namespace qv {
 class NameMasks;
 }
 
-#pragma push_macro("GetFileTitle")  // a system header's macro; the class has both names
+#pragma push_macro("GetFileTitle")  // a system header's macro; the class has each name that it stands for
 #undef GetFileTitle
 
 /// The record of an entry that was found, and the folder in which. A value: it outlives the search.
@@ -50,6 +50,7 @@ public:
     /// The name without its extension, at most 255 bytes.
     CString GetFileTitle() const;
     CString GetFileTitleA() const { return GetFileTitle(); }
+    CString GetFileTitleW() const { return GetFileTitle(); }
     /// "file://" and GetFilePath as it stands: backslashes stay.
     CString GetFileURL() const;
     /// The low 32 bits of the size in bytes, and all of it.

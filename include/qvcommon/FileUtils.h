@@ -171,8 +171,8 @@ public:
 
 /// Makes a folder and all that are missing above it; both separators count. Non-zero on success and when the name exists
 /// already. After 0 the last system error tells why.
-QVCOMMON_API int QvCreateDirectory(const char* path);
+QVCOMMON_API int QVCOMMON_CALL QvCreateDirectory(const char* path);
 
 /// Non-zero when the folder exists. Otherwise it tells the user by message boxes, offers to make it, and answers non-zero
 /// when that was wanted and done.
-QVCOMMON_API int ValidateDir(const char* path);
+QVCOMMON_API int QVCOMMON_CALL ValidateDir(const char* path);

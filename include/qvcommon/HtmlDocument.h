@@ -89,6 +89,6 @@ namespace qv {
 ///
 /// Joining a second time to the same base changes nothing, unless the base is a relative folder.
 /// @return the new value; nothing when the value stays as it is or the base is empty or has a scheme without a host.
-QVCOMMON_API std::optional<std::string> RebaseAddress(std::string_view value, std::string_view newBase);
+QVCOMMON_API std::optional<std::string> QVCOMMON_CALL RebaseAddress(std::string_view value, std::string_view newBase);
 
 }  // namespace qv

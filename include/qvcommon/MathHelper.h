@@ -55,4 +55,4 @@ public:
 };
 
 /// The number of bits that are set.
-QVCOMMON_API int BitCount(unsigned long value);
+QVCOMMON_API int QVCOMMON_CALL BitCount(unsigned long value);

@@ -11,9 +11,10 @@
 /// Starts a thread with the default stack size. `id`, where not null, gets the system's number of the thread.
 /// @return the thread's handle, null when it could not be started. The caller closes it, at any time, with
 /// QvCloseThread, on Windows also with the system's CloseHandle; the thread runs on.
-QVCOMMON_API HANDLE QvCreateThread(UINT (*function)(void* argument), void* argument, DWORD* id);
+QVCOMMON_API HANDLE QVCOMMON_CALL QvCreateThread(UINT(QVCOMMON_CALL* function)(void* argument), void* argument,
+                                                 DWORD* id);
 /// Null does nothing.
-QVCOMMON_API void QvCloseThread(HANDLE thread);
+QVCOMMON_API void QVCOMMON_CALL QvCloseThread(HANDLE thread);
 
 /// A thread that calls OnTick when it starts and then again and again, an interval after the last call ended. Time is
 /// measured by a clock that nobody sets.

@@ -12,9 +12,9 @@
 /// While it waits it handles what comes in for listeners of its own thread, so two that send to each other do not block.
 /// @param sender  told to the receiver, who may answer it; null names the application's main window (AfxGetMainWnd).
 /// Any thread. On Linux only windows of listeners can be targets and senders.
-QVCOMMON_API void QvSendIpcMessage(HWND target, const char* text, HWND sender = nullptr);
+QVCOMMON_API void QVCOMMON_CALL QvSendIpcMessage(HWND target, const char* text, HWND sender = nullptr);
 /// The same for a text that may hold zero bytes.
-QVCOMMON_API void QvSendIpcMessage(HWND target, const CString& text, HWND sender = nullptr);
+QVCOMMON_API void QVCOMMON_CALL QvSendIpcMessage(HWND target, const CString& text, HWND sender = nullptr);
 
 /// One text as it arrives: the system's copy-data record.
 struct CCopyData {
@@ -49,10 +49,15 @@ public:
     static int SendUserMessage(const char* name, int perProcess, const CString& text, HWND sender = nullptr);
 
     /// Handles what comes in for the calling thread's listeners, for at most so long. Non-zero as soon as something has
-    /// been handled; 0 when the time is over.
+    /// been handled; 0 when the time is over. On Windows also 0, at once, when the thread has been asked to end: WM_QUIT
+    /// stays in its queue, for the message loop of the program.
     static int PumpMessages(DWORD milliseconds);
 
     /// One text, with all its bytes. The base does nothing. It may send texts itself, and end the listener.
+    ///
+    /// What it throws comes out of the PumpMessages, or the send, during which it ran on this thread; the text counts as
+    /// handled, and its sender goes on. On Windows, what it throws in a message loop of the program's own comes out of the
+    /// thread's next PumpMessages or send.
     virtual void OnUserMessage(const CString& text);
 
 protected:

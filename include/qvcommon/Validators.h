@@ -7,17 +7,17 @@
 
 #include "qvcommon/framework/Window.h"
 
-QVCOMMON_API void DDV_NotEmpty(CDataExchange* exchange, const CString& text);
+QVCOMMON_API void QVCOMMON_CALL DDV_NotEmpty(CDataExchange* exchange, const CString& text);
 /// The path has to exist, as CFileUtils::IsExist says.
-QVCOMMON_API void DDV_ValidPath(CDataExchange* exchange, const CString& path);
+QVCOMMON_API void QVCOMMON_CALL DDV_ValidPath(CDataExchange* exchange, const CString& path);
 /// The folder has to exist in the end, as ValidateDir says, which offers to make it and has messages of its own.
-QVCOMMON_API void DDV_ValidDir(CDataExchange* exchange, const CString& folder);
+QVCOMMON_API void QVCOMMON_CALL DDV_ValidDir(CDataExchange* exchange, const CString& folder);
 /// The text may hold none of the characters; the first one that it holds is named.
-QVCOMMON_API void DDV_ReservedChars(CDataExchange* exchange, const CString& text, const char* characters);
+QVCOMMON_API void QVCOMMON_CALL DDV_ReservedChars(CDataExchange* exchange, const CString& text, const char* characters);
 /// The text may not hold the word, within other words either, without regard to case.
-QVCOMMON_API void DDV_ReservedWord(CDataExchange* exchange, const CString& text, const char* word);
+QVCOMMON_API void QVCOMMON_CALL DDV_ReservedWord(CDataExchange* exchange, const CString& text, const char* word);
 /// At least one item has to be checked; the third state is not.
-QVCOMMON_API void DDV_SomeListItemsChecked(CDataExchange* exchange, const CCheckListBox& list);
+QVCOMMON_API void QVCOMMON_CALL DDV_SomeListItemsChecked(CDataExchange* exchange, const CCheckListBox& list);
 
 /// An edit control that takes some characters only. Attach it to its control, so that the dialog gives it by number.
 class QVCOMMON_API CCharacterFilterEdit : public CWnd {
@@ -30,17 +30,18 @@ public:
 class QVCOMMON_API CCodeEditCtrl : public CWnd {};
 
 /// DDX_Text and DDX_CBString; then the text is trimmed at both ends, in both directions.
-QVCOMMON_API void DDX_TrimText(CDataExchange* exchange, int id, CString& text);
-QVCOMMON_API void DDX_TrimCBString(CDataExchange* exchange, int id, CString& text);
+QVCOMMON_API void QVCOMMON_CALL DDX_TrimText(CDataExchange* exchange, int id, CString& text);
+QVCOMMON_API void QVCOMMON_CALL DDX_TrimCBString(CDataExchange* exchange, int id, CString& text);
 
 /// Takes away what the control would not accept, then DDX_Text. A control without such a filter accepts everything.
-QVCOMMON_API void DDX_ExtendedText(CDataExchange* exchange, int id, CString& text);
+QVCOMMON_API void QVCOMMON_CALL DDX_ExtendedText(CDataExchange* exchange, int id, CString& text);
 
 /// Shows the value in the printf format, and reads it back from the first 32 characters of the control's text. A text that
 /// still is what the format makes of the value leaves the value alone, with all its digits. A number has digits with at
 /// most a sign, the locale's decimal point and an exponent, and is finite. What is no number is told
 /// to the user (the framework's text 0xF111) and fails the exchange. @throws CInvalidArgException* for a format that
 /// does not take one real number.
-QVCOMMON_API void DDX_Text_Display_Formatted(CDataExchange* exchange, int id, double& value, const char* format);
+QVCOMMON_API void QVCOMMON_CALL DDX_Text_Display_Formatted(CDataExchange* exchange, int id, double& value,
+                                                           const char* format);
 
-QVCOMMON_API void DDX_Text(CDataExchange* exchange, CCodeEditCtrl& control, CString& text);
+QVCOMMON_API void QVCOMMON_CALL DDX_Text(CDataExchange* exchange, CCodeEditCtrl& control, CString& text);

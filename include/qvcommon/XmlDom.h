@@ -8,9 +8,9 @@
 /// and its handles belong to one thread.
 ///
 /// On Windows the DOM is MSXML's (DOMDocument 3.0, through COM, which is initialised for a thread that has not done so);
-/// on Linux it is libxml2's. They agree on what is promised here. Where the COM DOM is Wine's: a single text of more than
-/// 10 MB is refused, a prefix that was never declared is not, the place of an error may be that of the last tag before it,
-/// or 0, and the namespace of a node that was taken out or moved to another document may go before the node does.
+/// on Linux it is libxml2's. They agree on what is promised here. Where the COM DOM is Wine's: one text, comment or value
+/// of more than 10,000,000 bytes is refused, a prefix that was never declared is not, the place of an error may be that of
+/// the last tag before it, or 0, and a node that was taken out or moved to another document may lose its namespace.
 ///
 /// Texts are bytes in the process's code page. A character that it does not hold is "?" in a value and a reference in
 /// markup; between nodes nothing is lost. The characters U+0080 to U+009F are these bytes in a code page of single bytes.
@@ -79,7 +79,7 @@ public:
 
     explicit operator bool() const { return m_node != nullptr; }
     /// True for two handles to one node, and for two null handles.
-    friend QVCOMMON_API bool operator==(const IXMLDOMNode& a, const IXMLDOMNode& b);
+    friend QVCOMMON_API bool QVCOMMON_CALL operator==(const IXMLDOMNode& a, const IXMLDOMNode& b);
 
     DOMNodeType get_nodeType() const;
     /// As the document writes it, with its prefix: "#text", "#document" and the like for nodes without a name.
@@ -99,7 +99,7 @@ public:
     /// are, other control characters are references. An attribute is name="value".
     CString get_xml() const;
 
-    /// Null where there is none.
+    /// Null where there is none. A COM DOM has an instruction named "xml" for the XML declaration, libxml2 has no node.
     IXMLDOMNode get_parentNode() const;
     IXMLDOMNode get_firstChild() const;
     IXMLDOMNode get_nextSibling() const;
@@ -164,7 +164,7 @@ public:
     IXMLDOMParseError(HRESULT code, CString reason, long line, long position)
         : m_code(code), m_reason(std::move(reason)), m_line(line), m_position(position) {}
 
-    /// The DOM's own number.
+    /// The DOM's own number, of Wine's mostly E_FAIL; 0xC00CE000 for refused content, E_OUTOFMEMORY for a refused length.
     HRESULT get_errorCode() const { return m_code; }
     /// In the DOM's own words, without a line end.
     CString get_reason() const { return m_reason; }
@@ -201,10 +201,10 @@ public:
     bool loadXML(std::string_view text) const;
     /// The same for the bytes of a file, in the encoding that they declare.
     bool load(std::string_view bytes) const;
-    /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write
-    /// that one. White space is as it was loaded; the DOM's own line end may follow. Where defaults that a document type
-    /// declaration gives would change the tree, the declarations of attributes are left out, on Windows the whole document
-    /// type declaration.
+    /// The bytes for a file, in the encoding that the loaded one declared, or UTF-8, also where the DOM cannot write that
+    /// one. They begin with an XML declaration, on Windows only where one was loaded. White space is as it was loaded; the
+    /// DOM's own line end may follow. Where defaults of a document type declaration would change the tree, declarations of
+    /// attributes are left out, on Windows the whole document type declaration.
     std::string save() const;
 
     /// Null for an empty document.

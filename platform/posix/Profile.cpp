@@ -83,6 +83,11 @@ bool ReplaceText(const std::string& path, const std::string& text) {
            file.Commit(IfExists::Replace, Durability::Synced).ok();
 }
 
+std::string Changed(const std::string& text, const char* section, const char* entry, const char* value) {
+    if (!entry) return WithoutIniSection(text, section);
+    return value ? WithIniValue(text, section, entry, value) : WithoutIniValue(text, section, entry);
+}
+
 }  // namespace
 
 bool UseProfileFolder(const char* folder) {
@@ -100,8 +105,7 @@ bool WriteProfile(const ProfilePlace& place, const char* section, const char* en
     const std::string path = RealPath(FileOf(place));
     const UniqueFd turn = TakeTurn(path);
     const auto text = ReadText(path);
-    return text && ReplaceText(path, value ? WithIniValue(*text, section, entry, value)
-                                           : WithoutIniValue(*text, section, entry));
+    return text && ReplaceText(path, Changed(*text, section, entry, value));
 }
 
 }  // namespace qv::platform

@@ -1,17 +1,36 @@
 #include "platform/MessageWindow.h"
 
+#include <exception>
+#include <utility>
+#include <vector>
+
 #include "platform/windows/UniqueHandle.h"
 
 namespace qv::platform {
 namespace {
 
 thread_local std::uint64_t g_handled = 0;
+// What receivers have thrown, in order. No exception may pass through the system's frames, so it waits here for the call
+// of this file that runs the window's procedure.
+thread_local std::vector<std::exception_ptr> g_thrown;
+
+void RethrowFirst() {
+    if (g_thrown.empty()) return;
+    const std::exception_ptr first = std::move(g_thrown.front());
+    g_thrown.erase(g_thrown.begin());
+    std::rethrow_exception(first);
+}
+
+void Hand(MessageReceiver& receiver, HWND sender, const COPYDATASTRUCT& data) try {
+    receiver.OnMessage(sender, data.dwData, {static_cast<const char*>(data.lpData), data.lpData ? data.cbData : 0});
+} catch (...) {
+    g_thrown.push_back(std::current_exception());
+}
 
 LRESULT Take(HWND window, HWND sender, const COPYDATASTRUCT& data) {
     auto* const receiver = reinterpret_cast<MessageReceiver*>(sys::GetWindowLongPtrA(window, GWLP_USERDATA).value());
     if (receiver && data.cbData <= kLongestMessage) {
-        receiver->OnMessage(sender, data.dwData,
-                            {static_cast<const char*>(data.lpData), data.lpData ? data.cbData : 0});
+        Hand(*receiver, sender, data);
         ++g_handled;
     }
     return ::DefWindowProcA(window, WM_COPYDATA, reinterpret_cast<WPARAM>(sender), reinterpret_cast<LPARAM>(&data));
@@ -70,12 +89,18 @@ bool IsThere(HWND window) {
     return sys::IsWindow(window).value();
 }
 
-void DispatchWaiting() {
+/// False when the program has been asked to end: that message is put back for the loop that ends it.
+bool DispatchWaiting() {
     MSG message;
     while (sys::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE).value()) {
+        if (message.message == WM_QUIT) {
+            ::PostQuitMessage(static_cast<int>(message.wParam));
+            return false;
+        }
         ::TranslateMessage(&message);
         ::DispatchMessageA(&message);
     }
+    return true;
 }
 
 }  // namespace
@@ -104,6 +129,7 @@ bool SendMessageText(HWND window, std::string_view text, HWND sender) {
     COPYDATASTRUCT data{0, static_cast<DWORD>(text.size()), const_cast<char*>(text.data())};
     const auto sent =
         sys::SendMessageA(window, WM_COPYDATA, reinterpret_cast<WPARAM>(sender), reinterpret_cast<LPARAM>(&data));
+    RethrowFirst();
     return sent.ok() && IsThere(window);
 }
 
@@ -117,8 +143,10 @@ bool FindAndSend(const std::string& className, std::string_view text, WindowHand
 bool PumpMessages(std::uint32_t milliseconds) {
     const std::uint64_t before = g_handled, end = ::GetTickCount64() + milliseconds;
     for (;;) {
-        DispatchWaiting();
+        const bool goesOn = DispatchWaiting();
+        RethrowFirst();
         if (g_handled != before) return true;
+        if (!goesOn) return false;
         const std::uint64_t now = ::GetTickCount64();
         if (now >= end) return false;
         const auto left = static_cast<DWORD>(end - now);

@@ -64,6 +64,12 @@ bool DeleteFromRegistry(const ProfilePlace& place, const char* section, const ch
     return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
 }
 
+/// A section that holds others is not deleted: "a", where there is "a\\b".
+bool DeleteKey(const ProfilePlace& place, const char* section) {
+    const Status deleted = sys::RegDeleteKeyA(HKEY_CURRENT_USER, KeyName(place, section).c_str()).status();
+    return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
+}
+
 std::string FileOf(const ProfilePlace& place) {
     return place.application + ".INI";
 }
@@ -98,6 +104,7 @@ std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* se
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
     if (place.company.empty())
         return sys::WritePrivateProfileStringA(FileOf(place).c_str(), section, entry, value).ok();
+    if (!entry) return DeleteKey(place, section);
     return value ? WriteRegistry(place, section, entry, value) : DeleteFromRegistry(place, section, entry);
 }
 

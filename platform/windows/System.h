@@ -145,6 +145,7 @@ QV_SYSTEM_CALL(Read, ReturnsError, RegQueryValueExA);
 QV_SYSTEM_CALL(Read, ReturnsError, RegQueryValueExW);
 QV_SYSTEM_CALL(Write, ReturnsError, RegSetValueExA);
 QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteValueA);
+QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteKeyA);
 QV_CLOSE(ReturnsError, RegCloseKey);
 // In a private profile the file comes first here: it is the path.
 QV_PROFILE_CALL(Read, NeverFails, GetPrivateProfileStringA);

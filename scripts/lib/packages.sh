@@ -15,7 +15,7 @@ declare -gA QV_PACKAGES=(
     [docs]="doxygen graphviz"
     [tidy]="clang clang-tidy python3"
     [browser]="chromium chromium-driver python3"
-    [windows-x64]="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
+    [windows-x64]="clang g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
     [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
     [bench]="locales libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
         7zip cabextract gcab libmagickwand-dev libsdl2-dev libuemf-dev

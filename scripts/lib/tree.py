@@ -35,6 +35,7 @@ PACKAGES = {
     "cabinet/": r"zlib\.h",
     "tools/qv/": r"CLI/.*",
     "tests/": r"(gtest|gmock)/.*",
+    "tests/border/": r"windows\.h",
     "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
                    r"Q(String|LockFile|SaveFile)",
 }
@@ -47,7 +48,7 @@ PURE_CALLS = {
     "platform/windows/": r"_fileno _isatty CloseHandle CoCreateGuid CreateEventA CreateThread DefWindowProcA "
                          r"DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush GetACP GetActiveWindow GetCPInfo _getmbcp "
                          r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetStringTypeW GetTickCount64 Global\w+ IsDBCSLeadByteEx "
-                         r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar ResetEvent SelectObject SetCursor SetEvent "
+                         r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar PostQuitMessage ResetEvent SelectObject SetCursor SetEvent "
                          r"SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime TranslateMessage "
                          r"VarDateFromStr VerQueryValueA WaitForSingleObject WideCharToMultiByte",
 }

@@ -38,6 +38,7 @@ TEST(IniText, LeavesOtherLinesAlone) {
                  {"[s]\n\n[t]\ne=1\n", "s", "e", "[s]\ne=v\n\n[t]\ne=1\n"},
                  {"[t]\n[s]\na=1\n; b\n\n\n", "s", "e", "[t]\n[s]\na=1\n; b\ne=v\n\n\n"}};
     for (const auto& c : cases) EXPECT_EQ(WithIniValue(c.before, c.section, c.entry, "v"), c.after) << c.before;
+    EXPECT_EQ(qv::platform::WithoutIniSection("; a\n[s]\n; b\ne=1\n\n[t]\ne=2\n[S]\ne=3", "s"), "; a\n[t]\ne=2\n");
 }
 
 TEST(IniText, GivesBackWhatItTook) {
@@ -66,6 +67,9 @@ TEST(WinApp, KeepsTextsInTheProfile) {
         EXPECT_TRUE(app.WriteProfileString("Section 2", fresh, "other"));
         EXPECT_EQ(app.GetProfileString("Section", fresh), "last");
         for (int again = 0; again < 2; ++again) EXPECT_TRUE(app.WriteProfileString("Section", fresh, nullptr));
+        EXPECT_EQ(app.GetProfileString("Section", fresh, "none"), "none");
+        EXPECT_TRUE(app.WriteProfileString("Section", fresh, "again"));
+        for (int again = 0; again < 2; ++again) EXPECT_TRUE(app.WriteProfileString("SECTION", nullptr, nullptr));
         EXPECT_EQ(app.GetProfileString("Section", fresh, "none"), "none");
         EXPECT_EQ(app.GetProfileString("Section 2", fresh), "other");
         if (app.IsFile()) {

@@ -79,7 +79,9 @@ class Windows:
         shutil.rmtree(folder, ignore_errors=True)
         with zipfile.ZipFile(zips[0]) as archive:
             archive.extractall(folder)
-        binaries = folder / zips[0].stem / "bin"
+        tree.prefix, tree.work = folder / zips[0].stem, folder / "work"
+        binaries = tree.prefix / "bin"
+        self.assertIn(f"QvCommon {VERSION} for {self.target}\n", (tree.prefix / "README.txt").read_text())
         self.assertEqual(run(*tree.runner, binaries / "qv.exe", "text", "escape", input="a<b"), "a&lt;b")
         for name in ("qv.exe", "qvcommon.dll"):
             said, version = (re.escape(text.encode("utf-16-le")) for text in ("ProductVersion", VERSION))
@@ -90,12 +92,19 @@ class Windows:
         for file in binaries.iterdir():
             needed = re.findall(r"DLL Name: (\S+)", run("objdump", "-p", file))
             self.assertLessEqual({name for name in needed if re.match(r"lib|zlib|qv", name)}, here, file)
-        licences = binaries.parent / "share/doc/qvcommon/licences"
+            self.assertNotIn(".debug_", run("objdump", "-h", file), file)
+        licences = tree.prefix / "share/doc/qvcommon/licences"
         notes = (licences / "README.txt").read_text()
         for name in here - {"qv.exe", "qvcommon.dll"}:
             self.assertIn(re.sub(r"libgcc_s_.*", "libgcc_s_*.dll", name), notes)
-        for text in re.findall(r"\S+(?<!README)\.txt", notes):
+        texts = re.findall(r"\S+\.txt", notes)
+        self.assertIn("GPL-3.txt", texts)
+        for text in texts:
             self.assertGreater((licences / text).stat().st_size, 1000)
+
+        # The folder is all that a program needs.
+        programs = tree.build_with_cmake()
+        self.assertIn("run 1\n", run(*tree.runner, programs / "settings.exe", "a.xml", cwd=folder))
 
 
 class Windows64(Windows, unittest.TestCase):

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <stdexcept>
 #include <thread>
 
 #include "platform/Path.h"
@@ -103,6 +104,40 @@ TEST(UserMessages, WhoWaitsForAnAnswerTakesTexts) {
     AfxSetMainWnd(nullptr);
     EXPECT_EQ(listener.m_texts.back(), "answer too");
     Send(name, "end");
+}
+
+TEST(UserMessages, WhatAHandlerThrowsComesOutOfTheCallThatRanIt) {
+    struct Throwing : Listener {
+        void OnUserMessage(const CString& text) override { throw std::runtime_error(text.AsStd()); }
+    } listener;
+    const CString name = UniqueName(), answering = UniqueName();
+    ASSERT_TRUE(listener.Create(name, 0));
+    std::string thrown;
+    const auto pump = [&] {
+        try {
+            while (CUserMessageListener::PumpMessages(10'000)) {
+            }
+            thrown += "nothing ";
+        } catch (const std::runtime_error& error) {
+            thrown += error.what() + " "s;
+        }
+    };
+    EXPECT_THROW(Send(name, "own"), std::runtime_error);
+    Background sender([&] {
+        EXPECT_EQ(Send(name, "first"), 1);
+        EXPECT_EQ(Send(name, "second"), 1);
+    });
+    pump();
+    pump();
+    EXPECT_TRUE(sender.Ends());
+    // While the thread waits for a text of its own to be handled; the second answer comes, too.
+    ListeningChild child(answering);
+    EXPECT_THROW(CUserMessageListener::SendUserMessage(answering, 0, CString("answer"), listener.m_hWnd),
+                 std::runtime_error);
+    pump();
+    EXPECT_EQ(thrown, "first second answer ");
+    EXPECT_FALSE(CUserMessageListener::PumpMessages(0));
+    Send(answering, "end");
 }
 
 TEST(UserMessages, ADeadListenerLeavesItsNameAndItsSendersFree) {

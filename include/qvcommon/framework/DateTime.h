@@ -16,7 +16,8 @@
 #include "qvcommon/framework/FileTime.h"
 #include "qvcommon/framework/String.h"
 
-#undef GetCurrentTime  // a system header's macro, of old, for another function
+#pragma push_macro("GetCurrentTime")  // a system header's macro; the class has the name that it stands for, too
+#undef GetCurrentTime
 
 /// A length of time in days, less than 3615900 days either way; a longer one is invalid.
 class QVCOMMON_API COleDateTimeSpan {
@@ -61,6 +62,7 @@ public:
 
     /// The local time now.
     static COleDateTime GetCurrentTime();
+    static COleDateTime GetTickCount() { return GetCurrentTime(); }
 
     DateTimeStatus GetStatus() const { return m_status; }
     /// Marks the date only; m_dt stays.
@@ -119,7 +121,7 @@ public:
     COleDateTime& operator-=(const COleDateTimeSpan& span) { return *this = *this - span; }
 
     /// By moment, to the last bit. Dates that are not valid equal those of the same status and have no order.
-    friend QVCOMMON_API std::partial_ordering operator<=>(const COleDateTime& a, const COleDateTime& b);
+    friend QVCOMMON_API std::partial_ordering QVCOMMON_CALL operator<=>(const COleDateTime& a, const COleDateTime& b);
     friend bool operator==(const COleDateTime& a, const COleDateTime& b) { return std::is_eq(a <=> b); }
 
     double m_dt = 0;
@@ -128,3 +130,5 @@ public:
 private:
     void SetLocalTime(std::int64_t seconds);
 };
+
+#pragma pop_macro("GetCurrentTime")

@@ -51,7 +51,7 @@ public:
 };
 
 /// True for a link that stands for another place: what lies below it is not below the folder that was searched.
-QVCOMMON_API bool IsLink(const QvFindData& entry);
+QVCOMMON_API bool QVCOMMON_CALL IsLink(const QvFindData& entry);
 
 }  // namespace qv
 
@@ -81,6 +81,7 @@ public:
     /// Goes to the next entry. @return non-zero when another one follows.
     virtual BOOL FindNextFile();
     BOOL FindNextFileA() { return FindNextFile(); }
+    BOOL FindNextFileW() { return FindNextFile(); }
     /// Ends the search.
     virtual void Close();
     /// The system's error that made the search fail or leave something out that has not vanished; 0 when it gave all there
@@ -96,6 +97,7 @@ public:
     /// The name without its extension.
     virtual CString GetFileTitle() const;
     CString GetFileTitleA() const { return GetFileTitle(); }
+    CString GetFileTitleW() const { return GetFileTitle(); }
     /// The absolute path of the folder, with its final separator.
     virtual CString GetRoot() const;
 

@@ -154,6 +154,7 @@ private:
 };
 
 /// Appends the formatted text to `out`. The values have to fit the format.
-QVCOMMON_API void AppendFormat(std::string& out, std::string_view format, const FormatArg* args, std::size_t count);
+QVCOMMON_API void QVCOMMON_CALL AppendFormat(std::string& out, std::string_view format, const FormatArg* args,
+                                             std::size_t count);
 
 }  // namespace qv

@@ -20,14 +20,14 @@ public:
 ///
 /// Without a handler, Windows shows the system's own box. Other systems write the text to standard error and take the
 /// answer that does no harm: OK where it is offered, else No, Cancel or Abort; never Yes.
-QVCOMMON_API int AfxMessageBox(const char* text, UINT style = 0, UINT helpId = 0);
+QVCOMMON_API int QVCOMMON_CALL AfxMessageBox(const char* text, UINT style = 0, UINT helpId = 0);
 
 /// The same with one of the framework's texts by its number (AfxLoadString); a number without a text shows an empty box.
-QVCOMMON_API int AfxMessageBox(UINT textId, UINT style = 0, UINT helpId = static_cast<UINT>(-1));
+QVCOMMON_API int QVCOMMON_CALL AfxMessageBox(UINT textId, UINT style = 0, UINT helpId = static_cast<UINT>(-1));
 
 /// The framework's own text of a number: 0xF020 "no error message is available", 0xF111 "enter a number"; null if unknown.
-QVCOMMON_API const char* AfxLoadString(UINT textId);
+QVCOMMON_API const char* QVCOMMON_CALL AfxLoadString(UINT textId);
 
 /// Puts a handler in force for the whole process, null for the default one, and returns the one before.
 /// The caller keeps the handler and its life; it must outlive its time in force. Safe from any thread.
-QVCOMMON_API IMessageBox* AfxSetMessageBox(IMessageBox* handler);
+QVCOMMON_API IMessageBox* QVCOMMON_CALL AfxSetMessageBox(IMessageBox* handler);

@@ -13,11 +13,11 @@ struct AFX_EXTENSION_MODULE {
 
 /// Fills the record from the module's handle.
 /// @return 0, and nothing changed, without a handle; 1 otherwise, also when the record is filled already.
-QVCOMMON_API BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& module, void* handle);
+QVCOMMON_API BOOL QVCOMMON_CALL AfxInitExtensionModule(AFX_EXTENSION_MODULE& module, void* handle);
 
 /// Ends the CDynLinkLibrary objects of the module, or, with `all` non-zero, of every module. Does nothing for a record
 /// that was never filled.
-QVCOMMON_API void AfxTermExtensionModule(AFX_EXTENSION_MODULE& module, BOOL all = 0);
+QVCOMMON_API void QVCOMMON_CALL AfxTermExtensionModule(AFX_EXTENSION_MODULE& module, BOOL all = 0);
 
 /// A module's place in the chain of extension modules. Made with new, once, when the module is loaded; ended by
 /// AfxTermExtensionModule.

@@ -13,15 +13,16 @@ class CObject;
 /// What is known of a class while the program runs. One record a class, alive as long as the module that holds the class.
 struct QVCOMMON_API CRuntimeClass {
     /// Enters the record into the list of classes, and leaves it with its module: run by the loader, one module at a time.
-    CRuntimeClass(const char* name, int size, UINT schema, CObject* (*create)(), const CRuntimeClass* base);
+    CRuntimeClass(const char* name, int size, UINT schema, CObject*(QVCOMMON_CALL* create)(),
+                  const CRuntimeClass* base);
     ~CRuntimeClass();
     CRuntimeClass(const CRuntimeClass&) = delete;
     CRuntimeClass& operator=(const CRuntimeClass&) = delete;
 
     const char* m_lpszClassName;
-    int m_nObjectSize;                ///< in bytes
-    UINT m_wSchema;                   ///< 0xFFFF: objects of the class are not serialised
-    CObject* (*m_pfnCreateObject)();  ///< null: objects are not created by name
+    int m_nObjectSize;                             ///< in bytes
+    UINT m_wSchema;                                ///< 0xFFFF: objects of the class are not serialised
+    CObject*(QVCOMMON_CALL* m_pfnCreateObject)();  ///< null: objects are not created by name
     const CRuntimeClass* m_pBaseClass;
     mutable const CRuntimeClass* m_pNextClass;  ///< the record entered before this one
 

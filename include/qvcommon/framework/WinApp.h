@@ -4,6 +4,11 @@
 
 #include "qvcommon/framework/String.h"
 
+#pragma push_macro("GetProfileString")  // system headers' macros; the class has each name that they stand for
+#undef GetProfileString
+#pragma push_macro("WriteProfileString")
+#undef WriteProfileString
+
 /// A program makes one before it uses the profile; without any, AfxGetApp gives one of the library's own. The profile
 /// may be used from any thread and by several processes at once: no write undoes another one.
 ///
@@ -30,8 +35,20 @@ public:
 
     /// The value, or `otherwise` when there is none or the profile cannot be read.
     CString GetProfileString(const char* section, const char* entry, const char* otherwise = nullptr) const;
-    /// Null as the value deletes the entry. @return 0 when the system could not keep that; the profile is as it was then.
+    CString GetProfileStringA(const char* section, const char* entry, const char* otherwise = nullptr) const {
+        return GetProfileString(section, entry, otherwise);
+    }
+    CString GetProfileStringW(const char* section, const char* entry, const char* otherwise = nullptr) const {
+        return GetProfileString(section, entry, otherwise);
+    }
+    /// Null as the value deletes the entry, null as the entry the section. @return 0 when the system could not keep that; the profile is as it was then.
     BOOL WriteProfileString(const char* section, const char* entry, const char* value);
+    BOOL WriteProfileStringA(const char* section, const char* entry, const char* value) {
+        return WriteProfileString(section, entry, value);
+    }
+    BOOL WriteProfileStringW(const char* section, const char* entry, const char* value) {
+        return WriteProfileString(section, entry, value);
+    }
 
     CString m_pszAppName;
 
@@ -40,5 +57,8 @@ private:
     CWinApp* m_before;
 };
 
+#pragma pop_macro("WriteProfileString")
+#pragma pop_macro("GetProfileString")
+
 /// The application object; never null.
-QVCOMMON_API CWinApp* AfxGetApp();
+QVCOMMON_API CWinApp* QVCOMMON_CALL AfxGetApp();

@@ -8,7 +8,7 @@
 
 #include "qvcommon/framework/String.h"
 
-#pragma push_macro("GetWindowText")  // system headers' macros; the class has both names
+#pragma push_macro("GetWindowText")  // system headers' macros; the class has each name that they stand for
 #undef GetWindowText
 #pragma push_macro("SetWindowText")
 #undef SetWindowText
@@ -34,8 +34,10 @@ public:
 
     void GetWindowText(CString& text) const;
     void GetWindowTextA(CString& text) const { GetWindowText(text); }
+    void GetWindowTextW(CString& text) const { GetWindowText(text); }
     void SetWindowText(const char* text);
     void SetWindowTextA(const char* text) { SetWindowText(text); }
+    void SetWindowTextW(const char* text) { SetWindowText(text); }
     /// Gives it the keyboard.
     void SetFocus();
 
@@ -55,8 +57,8 @@ private:
 
 /// The application's main window: the object that AfxSetMainWnd named last, null at first. The caller keeps its life. Both
 /// are for any thread.
-QVCOMMON_API CWnd* AfxGetMainWnd();
-QVCOMMON_API void AfxSetMainWnd(CWnd* window);
+QVCOMMON_API CWnd* QVCOMMON_CALL AfxGetMainWnd();
+QVCOMMON_API void QVCOMMON_CALL AfxSetMainWnd(CWnd* window);
 
 class QVCOMMON_API CComboBox : public CWnd {
 public:
@@ -95,5 +97,5 @@ public:
 
 /// Between an edit control, or the field of a combo box, and a text. A combo box takes its item that begins with the text,
 /// if there is one.
-QVCOMMON_API void DDX_Text(CDataExchange* exchange, int id, CString& text);
-QVCOMMON_API void DDX_CBString(CDataExchange* exchange, int id, CString& text);
+QVCOMMON_API void QVCOMMON_CALL DDX_Text(CDataExchange* exchange, int id, CString& text);
+QVCOMMON_API void QVCOMMON_CALL DDX_CBString(CDataExchange* exchange, int id, CString& text);

@@ -1,5 +1,7 @@
 #include "xml/dom/msxml/Problem.h"
 
+#include <new>
+
 #include "platform/Text.h"
 
 namespace qv::dom {
@@ -18,7 +20,9 @@ std::string Reason(const wchar_t* text) {
 }
 
 // COM's interfaces have no destructors; nobody deletes this one.
+#ifdef __GNUC__
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#endif
 
 // Keeps the first error. Lives on the stack, whoever counts references to it.
 class FirstError final : public ::ISAXErrorHandler {
@@ -41,7 +45,8 @@ public:
     IXMLDOMParseError problem;
 
 private:
-    HRESULT Keep(::ISAXLocator* where, const wchar_t* text, HRESULT code) {
+    // The reader must not see an exception.
+    HRESULT Keep(::ISAXLocator* where, const wchar_t* text, HRESULT code) noexcept try {
         if (problem.get_errorCode() != 0) return S_OK;
         int line = 0, column = 0;
         if (where) {
@@ -50,6 +55,8 @@ private:
         }
         problem = {code < 0 ? code : E_FAIL, Reason(text), line, column};
         return S_OK;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
     }
 };
 
