@@ -152,6 +152,10 @@ TEST_P(InCodePage, TreesAreFoundCopiedPackedAndDeleted) {
     CMakeCab::DirectoryToCab(tree, folder / "" + name + ".cab", 1);
     CReadCab::CabToDirectory(folder / "out" + name, folder / "" + name + ".cab");
     EXPECT_EQ(CFileUtils::ReadFile(folder / "out" + name + "\\" + name + "\\" + name), "text");
+    const int others = RunInShell(folder.Native(),
+                                  "{ ! command -v cabextract || cabextract -q -t *.cab; } > /dev/null && "
+                                  "{ ! command -v 7zz || 7zz t *.cab; } > /dev/null");
+    EXPECT_LE(others, 0) << "a program that is here refuses the archive";
     CFileUtils::DelTree(tree, 1);
     EXPECT_FALSE(CFileUtils::IsExist(tree));
     EXPECT_EQ(CountIn(folder.Native()), 3u);
