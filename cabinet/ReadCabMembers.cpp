@@ -3,6 +3,7 @@
 #include "cabinet/Manifest.h"
 #include "cabinet/MemberName.h"
 #include "cabinet/ReadCabContext.h"
+#include "framework/PathText.h"
 #include "platform/DosTime.h"
 #include "platform/FileStatus.h"
 #include "qvcommon/framework/StdioFile.h"
@@ -12,10 +13,6 @@ using namespace qv::cabinet;
 namespace {
 
 constexpr std::uint32_t kLargestManifest = 32 << 20;
-
-bool IsFolderText(std::string_view path) {
-    return path.ends_with('\\') || path.ends_with('/');
-}
 
 qv::platform::FileStamp StampOf(const QvCabinetNotification& member) {
     return {qv::platform::FromDosTime({member.date, member.time}), member.attributes & unsigned{kFileAttributes}};
@@ -34,7 +31,7 @@ CStringArray CReadCab::Roots() const {
     if (!m_destPath.IsEmpty()) return {m_destPath};
     CStringArray roots;
     for (int i = 0; i < m_targets.GetSize(); ++i)
-        if (IsFolderText(m_targets[i])) roots.Add(Substituted(m_targets[i], i + 1));
+        if (qv::EndsWithOneOf(m_targets[i], qv::kSeparators)) roots.Add(Substituted(m_targets[i], i + 1));
     if (roots.IsEmpty()) roots.Add("");
     return roots;
 }
@@ -66,7 +63,7 @@ void CReadCab::LoadManifest() {
     std::optional<CStringArray> entries = ReadManifest(text);
     if (!entries) throw EngineFailure{ReadError::Corrupt};
     for (CString& entry : *entries) {
-        if (!entry.AsStd().ends_with('\\')) {
+        if (!qv::EndsWithOneOf(entry, "\\")) {
             m_manifest.Add(std::move(entry));
             continue;
         }
@@ -102,7 +99,7 @@ int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     else if (m_nextManifest < m_manifest.GetSize())
         path = Substituted(m_manifest[m_nextManifest++], 0);
     Target target;
-    const bool isFile = !path.IsEmpty() && !IsFolderText(path);
+    const bool isFile = !path.IsEmpty() && !qv::EndsWithOneOf(path, qv::kSeparators);
     if (!isFile || !FindTarget(path, target)) throw EngineFailure{ReadError::Corrupt};
     return static_cast<int>(m_context->Create(target));
 }

@@ -1,5 +1,6 @@
 #include "cabinet/TargetFolder.h"
 
+#include "framework/PathText.h"
 #include "platform/Ascii.h"
 #include "platform/Path.h"
 #include "qvcommon/FileUtils.h"
@@ -10,12 +11,11 @@ using platform::Folder;
 using platform::Status;
 
 std::optional<std::vector<std::string>> SafeNames(std::string_view path) {
-    constexpr const char* kSeparators = "\\/";
     if (path.size() >= 2 && path[1] == ':' && ascii::IsLetter(path[0])) return std::nullopt;
-    if (path.ends_with('\\') || path.ends_with('/')) path.remove_suffix(1);
+    if (EndsWithOneOf(path, kSeparators)) path.remove_suffix(1);
     std::vector<std::string> names;
     for (;;) {
-        const std::size_t end = path.find_first_of(kSeparators);
+        const std::size_t end = FindFirstOf(path, kSeparators);
         const std::string_view name = path.substr(0, end);
         if (name != ".") names.push_back(platform::NativePath(name));
         if (name != "." && !platform::IsPlainName(names.back())) return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "core/StandardTime.h"
 #include "framework/DateFields.h"
 #include "platform/Time.h"
 
@@ -112,9 +113,12 @@ long CTimeHelper::GetTimeT(const COleDateTime& date) {
 }
 
 long CTimeHelper::FileTimeToUnixTime(const QvFileTime& time) {
+    return ToLong(qv::StandardSeconds(time));
+}
+
+std::optional<std::int64_t> qv::StandardSeconds(const QvFileTime& time) {
     const std::optional<std::int64_t> seconds = time.UnixSeconds();
-    if (!seconds) return 0;
-    return ToLong(qv::platform::FromStandard(qv::platform::FromSeconds(*seconds)));
+    return seconds ? platform::FromStandard(platform::FromSeconds(*seconds)) : 0;
 }
 
 void CTimeHelper::ConvertToUtc(COleDateTime& date) {

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
+#include "core/StandardTime.h"
 #include "qvcommon/FileUtils.h"
-#include "qvcommon/TimeHelper.h"
+#include "qvcommon/framework/DateTime.h"
 #include "qvcommon/framework/FileFind.h"
 
 namespace {
@@ -49,7 +51,9 @@ CString CFileUtils::GetDateModified(const char* pattern) {
 int CFileUtils::GetDateModified(const char* pattern, LONG& time) {
     QvFileTime written;
     if (!FindFirst(pattern, written)) return 0;
-    time = static_cast<LONG>(CTimeHelper::FileTimeToUnixTime(written));
+    const std::optional<std::int64_t> seconds = qv::StandardSeconds(written);
+    if (!seconds || !std::in_range<LONG>(*seconds)) return 0;
+    time = static_cast<LONG>(*seconds);
     return 1;
 }
 

@@ -1,13 +1,18 @@
+#include "framework/PathText.h"
 #include "platform/Ascii.h"
 #include "platform/Path.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/StringHelper.h"
 
+using qv::EndsWithOneOf;
+using qv::FindFirstOf;
+using qv::FindLastOf;
+using qv::kSeparators;
+
 namespace {
 
 constexpr std::size_t kLongestPart = 255, kLongestPath = 259;
-constexpr std::string_view kSeparators = "\\/";
 
 void Store(CString& part, std::string_view text, int replaceAll) {
     if (replaceAll || !text.empty()) part = text.substr(0, kLongestPart);
@@ -24,7 +29,7 @@ void CFilePath::SplitPath(const char* path, int replaceAll) {
     const std::size_t driveLength = qv::platform::HasDriveLetters() && rest.size() > 1 && rest[1] == ':' ? 2 : 0;
     const std::string_view drive = rest.substr(0, driveLength);
     rest.remove_prefix(driveLength);
-    const std::string_view directory = rest.substr(0, rest.find_last_of(kSeparators) + 1);
+    const std::string_view directory = rest.substr(0, FindLastOf(rest, kSeparators) + 1);
     rest.remove_prefix(directory.size());
     const std::size_t point = std::min(rest.rfind('.'), rest.size());
     Store(m_drive, drive, replaceAll);
@@ -43,7 +48,7 @@ CString CFilePath::MakePath(const char* drive, const char* directory, const char
     std::string path(driveText);
     if (!driveText.empty() && driveText.back() != ':') path += ':';
     path += folder;
-    if (!folder.empty() && kSeparators.find(folder.back()) == kSeparators.npos) path += '\\';
+    if (!folder.empty() && !EndsWithOneOf(folder, kSeparators)) path += '\\';
     path += Given(file);
     if (!ending.empty() && ending.front() != '.') path += '.';
     path += ending;
@@ -53,13 +58,13 @@ CString CFilePath::MakePath(const char* drive, const char* directory, const char
 
 CString CFileUtils::TerminateDir(const char* path) {
     CString text = path;
-    if (!text.IsEmpty() && !text.AsStd().ends_with('\\')) text += '\\';
+    if (!text.IsEmpty() && !EndsWithOneOf(text, "\\")) text += '\\';
     return text;
 }
 
 CString CFileUtils::UnterminateDir(const char* path) {
     CString text = path;
-    if (text.AsStd().ends_with('\\')) text.AsStd().pop_back();
+    if (EndsWithOneOf(text, "\\")) text.AsStd().pop_back();
     return text;
 }
 
@@ -73,8 +78,12 @@ CString CFileUtils::GetDirectoryFromPath(const CString& path) {
 
 CString CFileUtils::StripInvalidFilenameChars(const char* text) {
     constexpr std::string_view kInvalid = "\\/:*?\"<>|";
-    CString stripped = text;
-    std::erase_if(stripped.AsStd(), [&](char c) { return kInvalid.find(c) != kInvalid.npos; });
+    const std::string_view all = Given(text);
+    CString stripped;
+    for (std::size_t from = 0, end; from < all.size(); from = end + 1) {
+        end = std::min(FindFirstOf(all, kInvalid, from), all.size());
+        stripped += all.substr(from, end - from);
+    }
     stripped.TrimLeft();
     stripped.TrimRight();
     return stripped;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "framework/PathText.h"
 #include "platform/Error.h"
 #include "platform/FileStatus.h"
 #include "platform/Volume.h"
@@ -11,15 +12,12 @@
 
 namespace {
 
-bool IsSeparator(char c) {
-    return c == '\\' || c == '/';
-}
-
 void CreateFoldersAbove(const CString& path) {
     const std::string text = CFileUtils::UnterminateDir(path).AsStd();
-    for (std::size_t i = 1; i < text.size(); ++i)
+    const auto next = [&](std::size_t from) { return qv::FindFirstOf(text, qv::kSeparators, from); };
+    for (std::size_t i = next(0); i != text.npos; i = next(i + 1))
         // What cannot be made shows when the last folder is.
-        if (IsSeparator(text[i])) qv::platform::CreateFolder(text.substr(0, i).c_str()).IgnoreError();
+        if (i > 0) qv::platform::CreateFolder(text.substr(0, i).c_str()).IgnoreError();
 }
 
 }  // namespace
@@ -81,7 +79,7 @@ CString CFileUtils::GetUppercaseShortPath(const char* path) {
 int CFileUtils::MatchesPathFormat(const char* path) {
     const std::string_view text = path ? path : "";
     if (text.size() < 3) return 0;
-    if (text.starts_with("\\\\") && text.find('\\', 2) != text.npos) return 1;
+    if (text.starts_with("\\\\") && qv::FindFirstOf(text, "\\", 2) != text.npos) return 1;
     const char letter = static_cast<char>(text[0] | 0x20);
     return letter >= 'a' && letter <= 'z' && text[1] == ':' && text[2] == '\\';
 }

@@ -1,5 +1,7 @@
 #include "files/FolderWalk.h"
 
+#include "framework/PathText.h"
+
 namespace qv {
 namespace {
 
@@ -14,7 +16,7 @@ using platform::Status;
 
 void FolderWalk::Walk(const CString& path) {
     m_path = path;
-    if (!m_path.ends_with('\\')) m_path += '\\';
+    if (!EndsWithOneOf(m_path, "\\")) m_path += '\\';
     Place first{.folder = {}, .pathLength = m_path.size(), .entry = {}};
     const Status status = first.folder.Open(path, platform::LastName::NoLink);
     if (!status.ok()) return OnFailure(status, first, nullptr);

@@ -1,3 +1,4 @@
+#include "framework/PathText.h"
 #include "qvcommon/FileFinder.h"
 #include "qvcommon/FilePath.h"
 
@@ -28,7 +29,7 @@ CString CFoundInfo::GetFileName() const {
 
 CString CFoundInfo::GetFilePath() const {
     CString path = m_root ? *m_root : CString();
-    if (!path.AsStd().ends_with('\\') && !path.AsStd().ends_with('/')) path += '\\';
+    if (!qv::EndsWithOneOf(path, qv::kSeparators)) path += '\\';
     return path + GetFileName();
 }
 

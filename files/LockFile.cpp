@@ -44,7 +44,7 @@ void IgnoringFailure(Action action) {
 
 ILockObserver::~ILockObserver() = default;
 
-BOOL ILockObserver::OnLockHeld(const CString&, std::time_t) {
+BOOL ILockObserver::OnLockHeld(const CString&, std::int64_t) {
     return 1;
 }
 

@@ -1,5 +1,6 @@
 #include "files/PathParts.h"
 
+#include "framework/PathText.h"
 #include "platform/Path.h"
 
 namespace qv {
@@ -7,7 +8,7 @@ namespace {
 
 /// Where the last name begins.
 std::size_t StartOfName(std::string_view path) {
-    const auto separator = path.find_last_of("\\/");
+    const auto separator = FindLastOf(path, kSeparators);
     if (separator != path.npos) return separator + 1;
     return platform::HasDriveLetters() && path.size() > 1 && path[1] == ':' ? 2 : 0;
 }
@@ -25,7 +26,7 @@ CString FolderOf(const CString& path) {
     const std::string& whole = path.AsStd();
     const std::string folder = whole.substr(0, StartOfName(whole));
     const bool isRoot = folder.size() == 1;
-    return CString(folder.ends_with('\\') && !isRoot ? folder.substr(0, folder.size() - 1) : folder);
+    return CString(EndsWithOneOf(folder, "\\") && !isRoot ? folder.substr(0, folder.size() - 1) : folder);
 }
 
 CString TitleOf(const CString& path) {

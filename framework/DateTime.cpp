@@ -95,7 +95,7 @@ COleDateTimeSpan COleDateTimeSpan::operator-() const {
 
 COleDateTime::COleDateTime(double days) : m_dt(days), m_status(InRange(days) ? valid : invalid) {}
 
-COleDateTime::COleDateTime(std::time_t seconds) {
+COleDateTime::COleDateTime(std::int64_t seconds) {
     SetLocalTime(seconds);
 }
 
@@ -111,7 +111,7 @@ COleDateTime::COleDateTime(int year, int month, int day, int hour, int minute, i
 }
 
 COleDateTime COleDateTime::GetCurrentTime() {
-    return COleDateTime(static_cast<std::time_t>(qv::platform::SecondsNow()));
+    return COleDateTime(qv::platform::SecondsNow());
 }
 
 namespace {

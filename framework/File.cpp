@@ -46,9 +46,9 @@ bool CloseQuietly(CFile& file, CFileException* error) {
 }
 
 void CopyInfo(const qv::platform::FileInfo& info, const char* path, CFileStatus& status) {
-    status.m_ctime = static_cast<std::time_t>(info.created);
-    status.m_mtime = static_cast<std::time_t>(info.modified);
-    status.m_atime = static_cast<std::time_t>(info.accessed);
+    status.m_ctime = info.created;
+    status.m_mtime = info.modified;
+    status.m_atime = info.accessed;
     status.m_size = info.size;
     status.m_attribute = static_cast<BYTE>(info.attributes);
     status.m_szFullName = CString(qv::platform::FullPath(path));

@@ -5,6 +5,7 @@
 
 #include "framework/FileErrors.h"
 #include "framework/FindRecord.h"
+#include "framework/PathText.h"
 #include "platform/Path.h"
 
 using qv::platform::FoundEntry;
@@ -20,9 +21,9 @@ void CopyText(char (&to)[N], const std::string& from) {
 }
 
 CString RootOf(const CString& pattern) {
-    const CString folder(std::string_view(pattern).substr(0, pattern.AsStd().find_last_of("\\/") + 1));
+    const CString folder(std::string_view(pattern).substr(0, qv::FindLastOf(pattern, qv::kSeparators) + 1));
     CString root(qv::platform::FullPath(folder.IsEmpty() ? "." : static_cast<const char*>(folder)));
-    if (!root.AsStd().ends_with('\\')) root += '\\';
+    if (!qv::EndsWithOneOf(root, "\\")) root += '\\';
     return root;
 }
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "framework/PathText.h"
 #include "platform/Process.h"
 #include "platform/Profile.h"
 
@@ -12,7 +13,7 @@ std::atomic<CWinApp*> g_application{nullptr};
 // The program's file name without folder and extension.
 std::string ProgramName() {
     const std::string path = qv::platform::CurrentProgram();
-    const std::string name = path.substr(path.find_last_of("/\\") + 1);
+    const std::string name = path.substr(qv::FindLastOf(path, qv::kSeparators) + 1);
     const std::size_t point = name.rfind('.');
     return point == 0 ? name : name.substr(0, point);
 }

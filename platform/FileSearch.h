@@ -64,7 +64,8 @@ public:
     void StartIn(const Folder& folder);
 
     /// The next entry; false after the last one. Entries that vanish meanwhile are passed over, and on Linux those about
-    /// which the system tells nothing but their name.
+    /// which the system tells nothing but their name. On Windows an entry whose name paths cannot hold has its short name
+    /// instead, and is passed over where it has none.
     bool Next(FoundEntry& entry);
 
     /// What was passed over since the last call, or since Start.

@@ -20,22 +20,25 @@ bool HasDriveLetters();
 std::string NativePath(std::string_view path);
 /// The way back, which loses nothing: NativePath of the result is `native`. On Windows every "/" becomes "\".
 std::string LibraryPath(std::string_view native);
-/// The same for the name of one entry.
+/// The same for the name of one entry. On Windows a name that the code page cannot hold comes back with "?" in it, for
+/// people alone.
 std::string LibraryName(std::string name);
 /// Whether LibraryName leaves the name as it is, as nearly every one.
 bool IsPlainInBothForms(std::string_view name);
 
-/// The longest path that the system's calls take, in bytes of its own form.
+/// The longest path that the system's calls take, in bytes of its own form; on Windows in characters.
 std::size_t LongestPath();
 
-/// The absolute path, in the library's form; links are not followed, nothing needs to exist.
+/// The absolute path, in the library's form; links are not followed, nothing needs to exist. The path itself where the
+/// code page cannot hold the current folder.
 std::string FullPath(const char* path);
 
 /// The folder for temporary files, in the library's form with its final separator; empty when the system has none.
 /// On Linux it is the environment's TMPDIR, else /tmp.
 std::string TempDirectory();
 
-/// The process's current folder, in the library's form without a final separator; empty when it is gone. ChangeFolder does
+/// The process's current folder, in the library's form without a final separator; empty when it is gone or the code page
+/// cannot hold it. ChangeFolder does
 /// nothing where it fails.
 std::string CurrentFolder();
 void ChangeFolder(const std::string& path);

@@ -29,7 +29,7 @@ public:
     static CString GetFilenameFromPath(const CString& path);
     /// What goes up to and including the last "\"; empty when there is none.
     static CString GetDirectoryFromPath(const CString& path);
-    /// Without the bytes \ / : * ? " < > | and without white space at both ends.
+    /// Without the characters \ / : * ? " < > | and without white space at both ends.
     static CString StripInvalidFilenameChars(const char* text);
     /// "file://" and the name with "/" for "\"; nothing is escaped. With a drive letter the URL has two slashes only.
     static CString FileNameToFileUrl(const char* name);
@@ -77,7 +77,8 @@ public:
     static CString GetDateModified(const char* pattern, const char* format);
     /// The same as "May 05 2004, 14:03:07".
     static CString GetDateModified(const char* pattern);
-    /// The same by CTimeHelper::FileTimeToUnixTime. Zero, and `time` unchanged, when nothing matches.
+    /// The same by CTimeHelper::FileTimeToUnixTime. Zero, and `time` unchanged, when nothing matches or 32 bits do not hold
+    /// the time (before 1902, after January 2038).
     static int GetDateModified(const char* pattern, LONG& time);
 
     /// The name of the matching subfolder that was created last, and when, as "May 05 2004, 14:03:07". Both are left alone

@@ -2,7 +2,7 @@
 
 /// @file The lock on a document that several users share. The files on disk are described in docs/formats/lock-files.md.
 
-#include <ctime>
+#include <cstdint>
 
 #include "qvcommon/framework/File.h"
 
@@ -14,7 +14,7 @@ public:
     /// @param holder  who holds the lock, empty if that is not known
     /// @param since  when the holder took it, in seconds since 1970 UTC; 0 if that is not known
     /// @return 0 gives up. The default waits on.
-    virtual BOOL OnLockHeld(const CString& holder, std::time_t since);
+    virtual BOOL OnLockHeld(const CString& holder, std::int64_t since);
 };
 
 /// An advisory lock on a document, between processes and machines: a lock file beside it, held open exclusively, and a side
@@ -91,7 +91,7 @@ private:
     CFile m_file;
     CFileException m_lockException;
     CString m_lockedBy;
-    std::time_t m_lockedSince = 0;
+    std::int64_t m_lockedSince = 0;
     bool m_inheritable = false;
     bool m_pauses = true;  // whether reading the side file may wait for its writer
 

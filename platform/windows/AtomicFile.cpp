@@ -1,6 +1,5 @@
 #include "platform/AtomicFile.h"
 
-#include "platform/Path.h"
 #include "platform/windows/FolderBody.h"
 #include "platform/windows/WritableScope.h"
 
@@ -24,41 +23,41 @@ Status MarkForDeletion(const UniqueHandle& file, bool marked) {
 
 /// Others may do nothing with the file but delete or rename it, which Commit needs: the system renames files by a handle
 /// of its own.
-Result<HANDLE> CreateAs(const std::string& path) {
-    return sys::CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_DELETE, nullptr, CREATE_NEW,
+Result<HANDLE> CreateAs(const std::wstring& path) {
+    return sys::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_DELETE, nullptr, CREATE_NEW,
                             FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
 /// Deletes a temporary file whose process is dead. False when it is in use: sharing nothing, it cannot be opened then.
-bool RemoveAbandoned(const std::string& path) {
+bool RemoveAbandoned(const std::wstring& path) {
     UniqueHandle file(
-        sys::CreateFileA(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+        sys::CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     return file && MarkForDeletion(file, true).ok() && file.Close().ok();
 }
 
 /// Fails while another handle denies writing or deleting the file.
-Status AskToReplace(const std::string& path) {
+Status AskToReplace(const std::wstring& path) {
     constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const auto opened =
-        sys::CreateFileA(path.c_str(), GENERIC_WRITE | DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
-    return opened.ok() ? UniqueHandle(opened).Close() : opened.statusAt(path.c_str());
+        sys::CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+    return opened.ok() ? UniqueHandle(opened).Close() : opened.status();
 }
 
 /// A file that is about to vanish denies all access. A folder that takes no files does so too, but has no such name.
-bool IsTaken(const Result<HANDLE>& made, const std::string& path) {
+bool IsTaken(const Result<HANDLE>& made, const std::wstring& path) {
     return MeansNameTaken(made.error()) || (made.error() == ERROR_ACCESS_DENIED &&
-                                            sys::GetFileAttributesA(path.c_str()).error() == ERROR_ACCESS_DENIED);
+                                            sys::GetFileAttributesW(path.c_str()).error() == ERROR_ACCESS_DENIED);
 }
 
 struct TemporaryFile {
     UniqueHandle file;
-    std::string path;
+    std::wstring path;
 };
 
 /// Takes the first temporary name that is free, or that a dead process has left.
-Result<HANDLE> CreateTemporaryFile(const std::string& folder, TemporaryFile& temporary) {
+Result<HANDLE> CreateTemporaryFile(const std::wstring& folder, TemporaryFile& temporary) {
     for (int number = 1; number <= kMostTemporaryNames; ++number) {
-        const std::string path = folder + ".qv" + std::to_string(number) + ".tmp";
+        const std::wstring path = folder + L".qv" + std::to_wstring(number) + L".tmp";
         auto made = CreateAs(path);
         if (MeansNameTaken(made.error()) && RemoveAbandoned(path)) made = CreateAs(path);
         if (!made.ok() && IsTaken(made, path)) continue;
@@ -71,23 +70,23 @@ Result<HANDLE> CreateTemporaryFile(const std::string& folder, TemporaryFile& tem
 }
 
 /// The new version is closed. When the call fails half-way, the target may have no name any more.
-Status ReplaceTarget(const std::string& target, const std::string& version) {
-    const auto replaced = sys::ReplaceFileA(target.c_str(), version.c_str(), nullptr,
+Status ReplaceTarget(const std::wstring& target, const std::wstring& version) {
+    const auto replaced = sys::ReplaceFileW(target.c_str(), version.c_str(), nullptr,
                                             DWORD{REPLACEFILE_IGNORE_MERGE_ERRORS}, nullptr, nullptr);
     if (replaced.ok()) return {};
-    if (sys::GetFileAttributesA(target.c_str()).error() == ERROR_FILE_NOT_FOUND)
-        return sys::MoveFileExA(version.c_str(), target.c_str(), 0).statusAt(target.c_str());
+    if (sys::GetFileAttributesW(target.c_str()).error() == ERROR_FILE_NOT_FOUND)
+        return sys::MoveFileExW(version.c_str(), target.c_str(), 0).status();
     // What cannot be deleted now is overwritten by the next that has the name.
-    sys::DeleteFileA(version.c_str()).IgnoreError();
-    return replaced.statusAt(target.c_str());
+    sys::DeleteFileW(version.c_str()).IgnoreError();
+    return replaced.status();
 }
 
 }  // namespace
 
 struct AtomicFile::Body {
-    /// @param target_  an absolute path: the current folder may change before Commit
-    explicit Body(std::string target_)
-        : target(std::move(target_)), folder(target.substr(0, target.find_last_of("\\/") + 1)) {}
+    /// @param target_  in the extended form, which is absolute: the current folder may change before Commit
+    explicit Body(std::wstring target_)
+        : target(std::move(target_)), folder(target.substr(0, target.rfind(L'\\') + 1)) {}
     ~Body() {
         // What cannot be deleted now is deleted by the next that encounters its name.
         if (file) MarkForDeletion(file, true).IgnoreError();
@@ -95,41 +94,50 @@ struct AtomicFile::Body {
     Body(const Body&) = delete;
     Body& operator=(const Body&) = delete;
 
-    Status Create();
+    static Status Make(std::wstring target, std::unique_ptr<Body>& made);
     Status Commit(IfExists ifExists, Durability durability);
 
     UniqueHandle file;
 
 private:
+    Status Create();
     Status MoveToTarget(DWORD flags) const;
     Status UpdateTarget(DWORD flags);
 
-    const std::string target;
-    const std::string folder;  // with its final separator
-    std::string temporary;
+    const std::wstring target;
+    const std::wstring folder;  // with its final separator
+    std::wstring temporary;
 };
 
+Status AtomicFile::Body::Make(std::wstring target, std::unique_ptr<Body>& made) {
+    made = std::make_unique<Body>(std::move(target));
+    const Status created = made->Create();
+    if (!created.ok()) made.reset();
+    return created;
+}
+
 Status AtomicFile::Body::Create() {
+    if (target.empty()) return Status::OfError(ERROR_PATH_NOT_FOUND);
     TemporaryFile made;
     const auto created = CreateTemporaryFile(folder, made);
     file = std::move(made.file);
     temporary = std::move(made.path);
-    return created.statusAt(target.c_str());
+    return created.status();
 }
 
 /// The file stays open meanwhile, so that it never looks abandoned.
 Status AtomicFile::Body::MoveToTarget(DWORD flags) const {
     if (!(flags & MOVEFILE_REPLACE_EXISTING))
-        return sys::MoveFileExA(temporary.c_str(), target.c_str(), flags).status();
+        return sys::MoveFileExW(temporary.c_str(), target.c_str(), flags).status();
     WritableScope replaced(target);
-    const auto moved = sys::MoveFileExA(temporary.c_str(), target.c_str(), flags);
+    const auto moved = sys::MoveFileExW(temporary.c_str(), target.c_str(), flags);
     if (moved.ok()) replaced.Dismiss();
-    return moved.statusAt(target.c_str());
+    return moved.status();
 }
 
 /// By the system's own replacing call, which keeps what belongs to the target.
 Status AtomicFile::Body::UpdateTarget(DWORD flags) {
-    const auto attributes = sys::GetFileAttributesA(target.c_str());
+    const auto attributes = sys::GetFileAttributesW(target.c_str());
     if (!attributes.ok()) return MoveToTarget(flags);
     if (attributes.value() & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY))
         return Status::OfError(ERROR_ACCESS_DENIED);
@@ -137,8 +145,8 @@ Status AtomicFile::Body::UpdateTarget(DWORD flags) {
     if (const Status claimed = AskToReplace(target); !claimed.ok()) return claimed;
     TemporaryFile guard;
     if (const auto made = CreateTemporaryFile(folder, guard); !made.ok()) return made.status();
-    const std::string closed = guard.path.substr(0, guard.path.rfind('.')) + ".new";
-    const auto renamed = sys::MoveFileExA(temporary.c_str(), closed.c_str(), DWORD{MOVEFILE_REPLACE_EXISTING});
+    const std::wstring closed = guard.path.substr(0, guard.path.rfind(L'.')) + L".new";
+    const auto renamed = sys::MoveFileExW(temporary.c_str(), closed.c_str(), DWORD{MOVEFILE_REPLACE_EXISTING});
     if (!renamed.ok()) return renamed.status();
     if (const Status kept = file.Close(); !kept.ok()) return kept;
     const Status replaced = ReplaceTarget(target, closed);
@@ -171,15 +179,12 @@ AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
 AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
 
 Status AtomicFile::Create(const char* target, Access) {
-    m_body = std::make_unique<Body>(FullPath(NativePath(target).c_str()));
-    const Status created = m_body->Create();
-    if (!created.ok()) Drop();
-    return created;
+    return Body::Make(ExtendedPath(target), m_body);
 }
 
-Status AtomicFile::CreateIn(const Folder& folder, const std::string& name, Access access) {
+Status AtomicFile::CreateIn(const Folder& folder, const std::string& name, Access) {
     if (!folder.GetBody()) return Status::OfError(ERROR_INVALID_HANDLE);
-    return Create(PathIn(folder, name).c_str(), access);
+    return Body::Make(PathIn(folder, name), m_body);
 }
 
 FileHandle AtomicFile::Handle() const {
@@ -200,7 +205,7 @@ void AtomicFile::Drop() {
 
 Status RemoveSynced(const char* path) {
     constexpr DWORD kFlags = FILE_FLAG_WRITE_THROUGH | FILE_FLAG_OPEN_REPARSE_POINT;
-    const auto opened = sys::CreateFileA(NativePath(path).c_str(), DELETE, 0, nullptr, OPEN_EXISTING, kFlags, nullptr);
+    const auto opened = sys::CreateFileW(WidePath(path).c_str(), DELETE, 0, nullptr, OPEN_EXISTING, kFlags, nullptr);
     if (!opened.ok()) return opened.statusAt(path);
     UniqueHandle file(opened);
     const Status marked = MarkForDeletion(file, true);

@@ -1,8 +1,8 @@
 #include "platform/FileOpen.h"
 
 #include "platform/FileStatus.h"
-#include "platform/Path.h"
 #include "platform/windows/UniqueHandle.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
@@ -24,7 +24,7 @@ DWORD DispositionOf(const OpenRequest& request) {
 
 Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle) {
     SECURITY_ATTRIBUTES security = {sizeof security, nullptr, request.inheritable};
-    const auto file = sys::CreateFileA(NativePath(path).c_str(), AccessOf(request), SharingOf(request), &security,
+    const auto file = sys::CreateFileW(WidePath(path).c_str(), AccessOf(request), SharingOf(request), &security,
                                        DispositionOf(request), FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file.ok()) handle = ContractHandle(file.value());
     return file.statusAt(path);

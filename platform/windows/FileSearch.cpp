@@ -1,6 +1,5 @@
 #include "platform/FileSearch.h"
 
-#include "platform/Path.h"
 #include "platform/windows/FindData.h"
 #include "platform/windows/FolderBody.h"
 #include "platform/windows/UniqueHandle.h"
@@ -8,16 +7,24 @@
 namespace qv::platform {
 namespace {
 
-std::string FolderOf(const std::string& pattern) {
-    return pattern.substr(0, pattern.find_last_of("\\/") + 1);
+bool IsInLinkedFolder(const std::wstring& pattern) {
+    std::wstring folder = pattern.substr(0, pattern.find_last_of(L"\\/") + 1);
+    while (folder.size() > 1 && (folder.back() == L'\\' || folder.back() == L'/')) folder.pop_back();
+    return IsFolderLinkAt(folder);
 }
 
 }  // namespace
 
 struct FileSearch::State {
-    WIN32_FIND_DATAA data;
+    WIN32_FIND_DATAW data;
     UniqueSearch search;
     bool first = true;
+
+    Status Start(const std::wstring& pattern) {
+        const auto found = sys::FindFirstFileW(pattern.c_str(), &data);
+        search = UniqueSearch(found);
+        return found.status();
+    }
 };
 
 FileSearch::FileSearch() = default;
@@ -29,32 +36,40 @@ Status FileSearch::Start(const char* pattern, LastName lastName) {
     m_state.reset();
     m_passedOver.clear();
     m_leftOut = {};
-    if (lastName == LastName::NoLink && IsFolderLink(FolderOf(pattern).c_str()))
-        return Status::OfError(ERROR_DIRECTORY);
+    const std::wstring wide = WidePattern(pattern);
+    if (lastName == LastName::NoLink && IsInLinkedFolder(wide)) return Status::OfError(ERROR_DIRECTORY);
     auto state = std::make_unique<State>();
-    const auto found = sys::FindFirstFileA(NativePath(pattern).c_str(), &state->data);
-    if (!found.ok()) return found.error() == ERROR_FILE_NOT_FOUND ? Status() : found.statusAt(pattern);
-    state->search = UniqueSearch(found);
+    const Status started = state->Start(wide);
+    if (!started.ok()) return started.error() == ERROR_FILE_NOT_FOUND ? Status() : started;
     m_state = std::move(state);
     return {};
 }
 
 void FileSearch::StartIn(const Folder& folder) {
-    if (const Status started = Start(PathIn(folder, "*").c_str()); !started.ok()) PassOver("", started);
+    m_passedOver.clear();
+    m_leftOut = {};
+    m_state = std::make_unique<State>();
+    const Status started = m_state->Start(PathIn(folder, "*"));
+    if (started.ok()) return;
+    m_state.reset();
+    PassOver("", started);
 }
 
 bool FileSearch::Next(FoundEntry& entry) {
-    if (!m_state) return false;
-    if (!std::exchange(m_state->first, false)) {
-        const auto found = sys::FindNextFileA(m_state->search.Get(), &m_state->data);
+    while (m_state) {
+        const auto found = std::exchange(m_state->first, false)
+                               ? Result<BOOL>(TRUE)
+                               : sys::FindNextFileW(m_state->search.Get(), &m_state->data);
         if (!found.ok()) {
             if (found.error() != ERROR_NO_MORE_FILES) PassOver("", found.status());
             m_state.reset();
             return false;
         }
+        const Status copied = CopyFindData(m_state->data, entry);
+        if (copied.ok()) return true;
+        PassOver(ShownPath(m_state->data.cFileName), copied);
     }
-    CopyFindData(m_state->data, entry);
-    return true;
+    return false;
 }
 
 void FileSearch::PassOver(std::string name, const Status& status) {

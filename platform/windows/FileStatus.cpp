@@ -1,8 +1,7 @@
 #include "platform/FileStatus.h"
 
-#include "platform/FileSearch.h"
-#include "platform/Path.h"
 #include "platform/windows/FileTime.h"
+#include "platform/windows/FindData.h"
 #include "platform/windows/UniqueHandle.h"
 #include "platform/windows/WritableScope.h"
 
@@ -26,42 +25,47 @@ FileInfo InfoOf(const Data& data) {
     return info;
 }
 
-bool IsVolumeRoot(const std::string& full) {
-    return full.size() == 3 && full[1] == ':' && (full[2] == '\\' || full[2] == '/');
+bool IsVolumeRoot(const std::wstring& path) {
+    const std::wstring full = WideFullPath(path);
+    return full.size() == 3 && full[1] == L':' && full[2] == L'\\';
 }
 
-Result<HANDLE> OpenAnything(const std::string& native, DWORD access) {
-    return sys::CreateFileA(native.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
+Result<HANDLE> OpenAnything(const std::wstring& path, DWORD access) {
+    return sys::CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
                             nullptr);
 }
 
-Status ChangeTime(const std::string& native, std::int64_t modified) {
-    const auto opened = OpenAnything(native, FILE_WRITE_ATTRIBUTES);
+Status ChangeTime(const std::wstring& path, std::int64_t modified) {
+    const auto opened = OpenAnything(path, FILE_WRITE_ATTRIBUTES);
     if (!opened.ok()) return opened.status();
     const UniqueHandle file(opened);
     const FILETIME time = FileTimeAt(modified);
     return sys::SetFileTime(file.Get(), nullptr, nullptr, &time).status();
 }
 
-Status ChangeAttributes(const std::string& native, unsigned attributes) {
+Status ChangeAttributes(const std::wstring& path, unsigned attributes) {
     const DWORD changed = attributes & kSettable;
-    return sys::SetFileAttributesA(native.c_str(), changed ? changed : FILE_ATTRIBUTE_NORMAL).status();
+    return sys::SetFileAttributesW(path.c_str(), changed ? changed : FILE_ATTRIBUTE_NORMAL).status();
+}
+
+Status StatusAt(const std::wstring& path, FileInfo& info) {
+    if (IsVolumeRoot(path)) return Status::OfError(ERROR_BAD_PATHNAME);
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    const auto asked = sys::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
+    if (asked.ok()) info = InfoOf(data);
+    return asked.status();
 }
 
 /// Which file it is, on which volume.
 bool Identify(const char* path, BY_HANDLE_FILE_INFORMATION& data) {
-    const UniqueHandle file(OpenAnything(NativePath(path), 0));
+    const UniqueHandle file(OpenAnything(WidePath(path), 0));
     return file && sys::GetFileInformationByHandle(file.Get(), &data).ok();
 }
 
 }  // namespace
 
 Status StatusOf(const char* path, FileInfo& info) {
-    if (IsVolumeRoot(FullPath(path))) return Status::OfError(ERROR_BAD_PATHNAME);
-    WIN32_FILE_ATTRIBUTE_DATA data;
-    const auto asked = sys::GetFileAttributesExA(NativePath(path).c_str(), GetFileExInfoStandard, &data);
-    if (asked.ok()) info = InfoOf(data);
-    return asked.statusAt(path);
+    return StatusAt(WidePath(path), info);
 }
 
 Status StatusOf(FileHandle handle, const char*, FileInfo& info) {
@@ -72,70 +76,73 @@ Status StatusOf(FileHandle handle, const char*, FileInfo& info) {
 }
 
 Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes) {
-    const std::string native = NativePath(path);
+    const std::wstring wide = WidePath(path);
     FileInfo now;
-    if (const Status known = StatusOf(path, now); !known.ok()) return known;
+    if (const Status known = StatusAt(wide, now); !known.ok()) return known;
     if (modified != -1 && modified != now.modified) {
-        WritableScope writable(native, now.attributes);  // a read-only file takes no time
-        if (const Status stamped = ChangeTime(native, modified); !stamped.ok()) return stamped;
+        WritableScope writable(wide, now.attributes);  // a read-only file takes no time
+        if (const Status stamped = ChangeTime(wide, modified); !stamped.ok()) return stamped;
         writable.Dismiss();
     }
-    return ChangeAttributes(native, attributes);
+    return ChangeAttributes(wide, attributes);
 }
 
 Status MakeFile(const char* path) {
-    const auto made = sys::CreateFileA(NativePath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    const auto made =
+        sys::CreateFileW(WidePath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     return made.ok() ? UniqueHandle(made).Close() : made.statusAt(path);
 }
 
 Status RemoveFile(const char* path) {
-    return sys::DeleteFileA(NativePath(path).c_str()).statusAt(path);
+    return sys::DeleteFileW(WidePath(path).c_str()).statusAt(path);
 }
 
 Status RenameFile(const char* from, const char* to) {
-    return sys::MoveFileExA(NativePath(from).c_str(), NativePath(to).c_str(), MOVEFILE_COPY_ALLOWED).statusAt(from);
+    return sys::MoveFileExW(WidePath(from).c_str(), WidePath(to).c_str(), MOVEFILE_COPY_ALLOWED).statusAt(from);
 }
 
 Status CreateFolder(const char* path) {
-    const std::string native = NativePath(path);
-    const auto created = sys::CreateDirectoryA(native.c_str(), nullptr);
+    const std::wstring wide = WidePath(path);
+    const auto created = sys::CreateDirectoryW(wide.c_str(), nullptr);
     if (created.ok() || created.error() == ERROR_ALREADY_EXISTS) return {};
     // The root of a volume exists, but the system refuses it for another reason.
-    const auto attributes = sys::GetFileAttributesA(native.c_str());
+    const auto attributes = sys::GetFileAttributesW(wide.c_str());
     const bool isFolder = attributes.ok() && (attributes.value() & FILE_ATTRIBUTE_DIRECTORY);
     return isFolder ? Status() : created.statusAt(path);
 }
 
 Status RemoveFolder(const char* path) {
-    return sys::RemoveDirectoryA(NativePath(path).c_str()).statusAt(path);
+    return sys::RemoveDirectoryW(WidePath(path).c_str()).statusAt(path);
+}
+
+bool IsFolderLinkAt(const std::wstring& path) {
+    WIN32_FIND_DATAW data;
+    const auto found = sys::FindFirstFileW(path.c_str(), &data);
+    const UniqueSearch search(found);
+    return found.ok() && (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && (TagOf(data) & kStandsForAnotherPlace);
 }
 
 bool IsFolderLink(const char* path) {
-    std::string name = path;
-    while (name.size() > 1 && (name.back() == '\\' || name.back() == '/')) name.pop_back();
-    FileSearch search;
-    FoundEntry entry;
-    return search.Start(name.c_str()).ok() && search.Next(entry) && entry.IsFolder() && entry.IsLink();
+    std::wstring name = WidePath(path);
+    while (name.size() > 1 && (name.back() == L'\\' || name.back() == L'/')) name.pop_back();
+    return IsFolderLinkAt(name);
 }
 
 std::string LinkTarget(const char* path) {
-    constexpr std::string_view kExtended = "\\\\?\\";
-    const std::string native = NativePath(path);
-    const auto attributes = sys::GetFileAttributesA(native.c_str());
+    const std::wstring wide = WidePath(path);
+    const auto attributes = sys::GetFileAttributesW(wide.c_str());
     if (!attributes.ok() || !(attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT)) return path;
-    const UniqueHandle file(sys::CreateFileA(native.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                             nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    std::string target(32768, '\0');
-    const auto size = sys::GetFinalPathNameByHandleA(file.Get(), target.data(), static_cast<DWORD>(target.size()),
+    const UniqueHandle file(OpenAnything(wide, 0));
+    std::wstring target(32768, L'\0');
+    const auto size = sys::GetFinalPathNameByHandleW(file.Get(), target.data(), static_cast<DWORD>(target.size()),
                                                      DWORD{FILE_NAME_NORMALIZED});
     if (!file || !size.ok()) return path;
     target.resize(size.value());
-    return target.starts_with(kExtended) ? target.substr(kExtended.size()) : target;
+    return ReachablePath(target).value_or(path);
 }
 
 bool IsOwnFile(const char* path) {
-    const auto attributes = sys::GetFileAttributesA(NativePath(path).c_str());
+    const auto attributes = sys::GetFileAttributesW(WidePath(path).c_str());
     return attributes.ok() && !(attributes.value() & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT));
 }
 

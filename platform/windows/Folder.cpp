@@ -1,6 +1,5 @@
 #include "platform/Folder.h"
 
-#include "platform/Path.h"
 #include "platform/windows/FindData.h"
 #include "platform/windows/FolderBody.h"
 #include "platform/windows/WritableScope.h"
@@ -9,37 +8,31 @@ namespace qv::platform {
 namespace {
 
 /// Without the right to share its deletion, nobody can rename the folder or put another one in its place.
-Result<HANDLE> OpenKept(const std::string& path) {
-    return sys::CreateFileA_folder(path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,
+Result<HANDLE> OpenKept(const std::wstring& path) {
+    return sys::CreateFileW_folder(path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,
                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
 }
 
-Status CheckFolder(const UniqueHandle& folder) {
-    BY_HANDLE_FILE_INFORMATION info;
-    const auto asked = sys::GetFileInformationByHandle(folder.Get(), &info);
+/// Asks by the name, which means the open folder: layers over other file systems open what a link leads to.
+Status CheckFolder(const std::wstring& path) {
+    const auto asked = sys::GetFileAttributesW(path.c_str());
     if (!asked.ok()) return asked.status();
-    const bool plain =
-        (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && !(info.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
+    const bool plain = (asked.value() & FILE_ATTRIBUTE_DIRECTORY) && !(asked.value() & FILE_ATTRIBUTE_REPARSE_POINT);
     return plain ? Status() : Status::OfError(ERROR_DIRECTORY);
 }
 
-std::string Terminated(std::string path) {
-    if (!path.empty() && path.back() != '\\' && path.back() != '/') path += '\\';
-    return path;
+EntryKind KindOf(const WIN32_FIND_DATAW& data) {
+    if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) return EntryKind::File;
+    return TagOf(data) & kStandsForAnotherPlace ? EntryKind::FolderLink : EntryKind::Folder;
 }
 
-EntryKind KindOf(const FoundEntry& entry) {
-    if (!entry.IsFolder()) return EntryKind::File;
-    return entry.IsLink() ? EntryKind::FolderLink : EntryKind::Folder;
-}
-
-Status ClearReadOnly(const std::string& path) {
-    const auto attributes = sys::GetFileAttributesA(path.c_str());
+Status ClearReadOnly(const std::wstring& path) {
+    const auto attributes = sys::GetFileAttributesW(path.c_str());
     const bool stays =
         !(attributes.value() & FILE_ATTRIBUTE_READONLY) || (attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT);
     if (!attributes.ok() || stays) return attributes.status();
-    return sys::SetFileAttributesA(path.c_str(), attributes.value() & ~DWORD{FILE_ATTRIBUTE_READONLY}).status();
+    return sys::SetFileAttributesW(path.c_str(), attributes.value() & ~DWORD{FILE_ATTRIBUTE_READONLY}).status();
 }
 
 }  // namespace
@@ -49,24 +42,30 @@ Folder::Folder(Folder&& other) noexcept = default;
 Folder& Folder::operator=(Folder&& other) noexcept = default;
 Folder::~Folder() = default;
 
-Status Folder::Open(const char* path, LastName lastName, FolderUse) {
-    Close();
-    std::string native = NativePath(path);
-    const auto opened = OpenKept(native);
-    if (!opened.ok()) return opened.statusAt(path);
+Status Folder::Body::Open(std::wstring path, LastName lastName, std::unique_ptr<Body>& made) {
+    const auto opened = OpenKept(path);
+    if (!opened.ok()) return opened.status();
     UniqueHandle folder(opened);
     if (lastName == LastName::NoLink)
-        if (const Status checked = CheckFolder(folder); !checked.ok()) return checked;
-    m_body = std::make_unique<Body>(Body{std::move(folder), Terminated(std::move(native))});
+        if (const Status checked = CheckFolder(path); !checked.ok()) return checked;
+    if (path.back() != L'\\') path += L'\\';
+    made = std::make_unique<Body>(Body{std::move(folder), std::move(path)});
     return {};
 }
 
+Status Folder::Open(const char* path, LastName lastName, FolderUse) {
+    Close();
+    return Body::Open(ExtendedPath(path), lastName, m_body);
+}
+
 Status Folder::OpenIn(const Folder& parent, const std::string& name, FolderUse) {
-    return Open(PathIn(parent, name).c_str(), LastName::NoLink);
+    std::wstring path = PathIn(parent, name);
+    Close();
+    return Body::Open(std::move(path), LastName::NoLink, m_body);
 }
 
 Status Folder::MakeIn(const Folder& parent, const std::string& name, bool& made) {
-    const auto created = sys::CreateDirectoryA(PathIn(parent, name).c_str(), nullptr);
+    const auto created = sys::CreateDirectoryW(PathIn(parent, name).c_str(), nullptr);
     made = created.ok();
     return made || created.error() == ERROR_ALREADY_EXISTS ? OpenIn(parent, name, FolderUse::LookedUpIn)
                                                            : created.status();
@@ -77,17 +76,22 @@ void Folder::Close() {
 }
 
 Status Folder::List(std::vector<FolderEntry>& entries) const {
-    FileSearch search;
-    if (const Status started = search.Start(PathIn(*this, "*").c_str()); !started.ok()) return started;
-    for (FoundEntry entry; search.Next(entry);)
-        if (!entry.IsDots()) entries.push_back({entry.name, KindOf(entry)});
-    return search.LeftOut();
+    WIN32_FIND_DATAW data;
+    const auto started = sys::FindFirstFileW(PathIn(*this, "*").c_str(), &data);
+    if (!started.ok()) return started.error() == ERROR_FILE_NOT_FOUND ? Status() : started.status();
+    const UniqueSearch search(started);
+    for (;;) {
+        if (!IsDots(data)) entries.push_back({EntryName(data.cFileName), KindOf(data)});
+        const auto found = sys::FindNextFileW(search.Get(), &data);
+        if (!found.ok()) return found.error() == ERROR_NO_MORE_FILES ? Status() : found.status();
+    }
 }
 
 Status Folder::Remove(const FolderEntry& entry) const {
-    const std::string path = PathIn(*this, entry.name);
+    const std::wstring path = PathIn(*this, entry.name);
     WritableScope removed(path);
-    const Status status = entry.kind == EntryKind::File ? RemoveFile(path.c_str()) : RemoveFolder(path.c_str());
+    const Status status = entry.kind == EntryKind::File ? sys::DeleteFileW(path.c_str()).status()
+                                                        : sys::RemoveDirectoryW(path.c_str()).status();
     if (status.ok()) removed.Dismiss();
     return status;
 }
@@ -101,12 +105,11 @@ bool Folder::IsSame(const Folder& other) const {
 }
 
 Status Folder::Find(FoundEntry& entry) const {
-    WIN32_FIND_DATAA data;
-    const auto found = sys::FindFirstFileA(PathIn(*this, entry.name).c_str(), &data);
+    WIN32_FIND_DATAW data;
+    const auto found = sys::FindFirstFileW(PathIn(*this, entry.name).c_str(), &data);
     if (!found.ok()) return found.status();
     const UniqueSearch search(found);
-    CopyFindData(data, entry);
-    return {};
+    return CopyFindData(data, entry);
 }
 
 Status Folder::MakeWritable(const std::string& name) const {

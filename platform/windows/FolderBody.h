@@ -2,19 +2,24 @@
 
 #include "platform/Folder.h"
 #include "platform/windows/UniqueHandle.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 
 /// The handle keeps the folder from being renamed or replaced, so that the path goes on to mean it.
 struct Folder::Body {
+    static Status Open(std::wstring path, LastName lastName, std::unique_ptr<Body>& made);
+
     UniqueHandle handle;
-    std::string path;  ///< with its final separator
+    std::wstring path;  ///< in the extended form, with its final separator
 };
 
-/// The path of an entry; an empty one, which names nothing, while the folder is not open.
-inline std::string PathIn(const Folder& folder, const std::string& name) {
+/// The path of an entry, or of the folder itself for the empty name. Empty, which names nothing, while the folder is not
+/// open and for a name that is no text of the code page.
+inline std::wstring PathIn(const Folder& folder, const std::string& name) {
     const Folder::Body* const body = folder.GetBody();
-    return body ? body->path + name : std::string();
+    const std::wstring wide = WideName(name);
+    return body && wide.empty() == name.empty() ? body->path + wide : std::wstring();
 }
 
 }  // namespace qv::platform

@@ -1,7 +1,7 @@
 #include "platform/FolderWatch.h"
 
-#include "platform/Path.h"
 #include "platform/windows/UniqueHandle.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
@@ -39,7 +39,7 @@ private:
 
 std::unique_ptr<FolderWatch> FolderWatch::Open(const char* folder, bool subfolders, unsigned changes) {
     UniqueHandle stop(sys::CreateEventA(nullptr, FALSE, FALSE, nullptr));
-    UniqueNotification notification(sys::FindFirstChangeNotificationA(NativePath(folder).c_str(), subfolders, changes));
+    UniqueNotification notification(sys::FindFirstChangeNotificationW(WidePath(folder).c_str(), subfolders, changes));
     if (!stop || !notification) return nullptr;
     return std::make_unique<ChangeNotification>(std::move(notification), std::move(stop));
 }

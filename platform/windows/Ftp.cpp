@@ -14,7 +14,10 @@ public:
 
     bool Next(FoundEntry& entry) override {
         if (!std::exchange(m_first, false) && !sys::InternetFindNextFileA(m_search.Get(), &m_data).ok()) return false;
-        CopyFindData(m_data, entry);
+        CopyFindStatus(m_data, entry);
+        entry.tag = 0;
+        entry.name = m_data.cFileName;
+        entry.shortName = m_data.cAlternateFileName;
         return true;
     }
 

@@ -3,14 +3,22 @@
 #include <algorithm>
 
 #include "platform/windows/System.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
 
-// Calls that fill a buffer return the length without the zero byte, or the size that the buffer should have had.
-template <class Length>
-std::string Filled(const char (&buffer)[MAX_PATH], const Result<Length>& length) {
-    return length.ok() && length.value() < MAX_PATH ? std::string(buffer, length.value()) : std::string();
+constexpr DWORD kLongest = 32767;
+
+/// The path that a call writes into the room it gets, in the library's form. Empty where the call fails, or nothing in the
+/// code page reaches the folder.
+template <class Call>
+std::string PathFrom(Call call) {
+    std::wstring path(kLongest, L'\0');
+    const auto length = call(kLongest, path.data());
+    if (!length.ok() || length.value() >= kLongest) return {};
+    path.resize(length.value());
+    return ReachablePath(path).value_or(std::string());
 }
 
 }  // namespace
@@ -25,12 +33,12 @@ std::string NativePath(std::string_view path) {
 
 std::string LibraryPath(std::string_view native) {
     std::string path(native);
-    std::replace(path.begin(), path.end(), '/', '\\');
+    std::replace(path.begin(), path.end(), '/', '\\');  // no character of two bytes has a "/" in it
     return path;
 }
 
 std::string LibraryName(std::string name) {
-    return name;
+    return ShownEntryName(std::move(name));
 }
 
 bool IsPlainInBothForms(std::string_view) {
@@ -38,37 +46,27 @@ bool IsPlainInBothForms(std::string_view) {
 }
 
 std::size_t LongestPath() {
-    return MAX_PATH - 1;
+    return kLongest - std::string_view("\\\\?\\UNC").size() - 1;
 }
 
 std::string FullPath(const char* path) {
-    const std::string native = NativePath(path);
-    const auto size = sys::GetFullPathNameA(native.c_str(), 0, nullptr, nullptr);
-    if (!size.ok()) return path;
-    std::string full(size.value(), '\0');
-    const auto length = sys::GetFullPathNameA(native.c_str(), size.value(), full.data(), nullptr);
-    if (!length.ok() || length.value() >= full.size()) return path;
-    full.resize(length.value());
-    return full;
+    return NarrowPath(WideFullPath(WidePath(path))).value_or(std::string(path));
 }
 
 std::string TempDirectory() {
-    char folder[MAX_PATH];
-    return Filled(folder, sys::GetTempPathA(MAX_PATH, folder));
+    return PathFrom([](DWORD size, wchar_t* path) { return sys::GetTempPathW(size, path); });
 }
 
 std::string CurrentFolder() {
-    char folder[MAX_PATH];
-    return Filled(folder, sys::GetCurrentDirectoryA(MAX_PATH, folder));
+    return PathFrom([](DWORD size, wchar_t* path) { return sys::GetCurrentDirectoryW(size, path); });
 }
 
 void ChangeFolder(const std::string& path) {
-    sys::SetCurrentDirectoryA(NativePath(path).c_str()).IgnoreError();  // the contract
+    sys::SetCurrentDirectoryW(WidePath(path).c_str()).IgnoreError();  // the contract
 }
 
 std::string SystemFolder() {
-    char folder[MAX_PATH];
-    return Filled(folder, sys::GetWindowsDirectoryA(folder, MAX_PATH));
+    return PathFrom([](DWORD size, wchar_t* path) { return sys::GetWindowsDirectoryW(path, size); });
 }
 
 }  // namespace qv::platform

@@ -4,6 +4,7 @@
 
 #include "platform/CommandLine.h"
 #include "platform/windows/UniqueHandle.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
@@ -91,7 +92,7 @@ private:
     bool m_initialized = false;
 };
 
-Status Create(std::string commandLine, const Streams& streams, UniqueHandle& process) {
+Status Create(std::wstring commandLine, const Streams& streams, UniqueHandle& process) {
     std::vector<HANDLE> handles = streams.All();
     const std::lock_guard lock(Kept().mutex);  // none of them is closed meanwhile
     handles.insert(handles.end(), Kept().handles.begin(), Kept().handles.end());
@@ -99,15 +100,15 @@ Status Create(std::string commandLine, const Streams& streams, UniqueHandle& pro
     Inheritance inheritance;
     if (inherits)
         if (const Status filled = inheritance.Fill(handles); !filled.ok()) return filled;
-    STARTUPINFOEXA start = {};
+    STARTUPINFOEXW start = {};
     start.StartupInfo.cb = sizeof start;
     start.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
     start.StartupInfo.hStdInput = streams.input.Get();
     start.StartupInfo.hStdOutput = streams.output.Get();
     start.StartupInfo.hStdError = streams.errors.Get();
     start.lpAttributeList = inherits ? inheritance.List() : nullptr;
-    PROCESS_INFORMATION created;
-    const auto made = sys::CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, inherits,
+    PROCESS_INFORMATION created{};  // Wine gives no handles of programs of its host
+    const auto made = sys::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, inherits,
                                           EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &start.StartupInfo, &created);
     if (!made.ok()) return made.status();
     const UniqueHandle thread(created.hThread);
@@ -141,7 +142,8 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
                             .Or(MakeStream(UniqueHandle(), STD_ERROR_HANDLE, streams.errors));
     if (!made.ok()) return made;
     UniqueHandle process;
-    if (const Status started = Create(CommandLine(program, arguments), streams, process); !started.ok()) return started;
+    if (const Status started = Create(ToSystem(CommandLine(program, arguments)), streams, process); !started.ok())
+        return started;
     child = {ContractHandle(process.Release()), OurEnd(input.write), OurEnd(output.read)};
     return {};
 }
@@ -191,9 +193,9 @@ int CurrentProcessId() {
 }
 
 std::string CurrentProgram() {
-    std::string path(32768, '\0');
-    path.resize(sys::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size())).value());
-    return path;
+    std::wstring path(32768, L'\0');
+    path.resize(sys::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())).value());
+    return ReachablePath(path).value_or(std::string());
 }
 
 }  // namespace qv::platform

@@ -4,69 +4,73 @@
 #include <vector>
 
 #include "platform/windows/UniqueHandle.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
 
-std::string KeyName(const ProfilePlace& place, const char* section) {
-    return "Software\\" + place.company + '\\' + place.application + '\\' + section;
+std::wstring KeyName(const ProfilePlace& place, const char* section) {
+    return ToSystem("Software\\" + place.company + '\\' + place.application + '\\' + section);
 }
 
 /// The section's key; none, with the reason in `opened`, when it cannot be had.
 UniqueKey OpenKey(const ProfilePlace& place, const char* section, REGSAM access, Status& opened) {
     HKEY key = nullptr;
-    opened = sys::RegOpenKeyExA(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, access, &key).status();
+    opened = sys::RegOpenKeyExW(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, access, &key).status();
     return UniqueKey(opened.ok() ? key : nullptr);
 }
 
 UniqueKey CreateKey(const ProfilePlace& place, const char* section) {
     HKEY key = nullptr;
-    const auto made = sys::RegCreateKeyExA(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, nullptr, 0,
+    const auto made = sys::RegCreateKeyExW(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, nullptr, 0,
                                            KEY_SET_VALUE, nullptr, &key, nullptr);
     return UniqueKey(made.ok() ? key : nullptr);
 }
 
-std::string UpToZero(const std::vector<char>& bytes) {
-    return {bytes.begin(), std::find(bytes.begin(), bytes.end(), '\0')};
+template <class Character>
+std::basic_string<Character> UpToZero(const std::vector<Character>& text) {
+    return {text.begin(), std::find(text.begin(), text.end(), Character{})};
 }
 
 std::optional<std::string> ReadRegistry(const ProfilePlace& place, const char* section, const char* entry) {
     Status opened;
     const UniqueKey key = OpenKey(place, section, KEY_QUERY_VALUE, opened);
     if (!key) return std::nullopt;
-    std::vector<char> value(256);
+    const std::wstring name = ToSystem(entry);
+    std::vector<wchar_t> value(256);
     for (;;) {
-        auto size = static_cast<DWORD>(value.size());
+        auto size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
         DWORD type = REG_NONE;
-        const auto read =
-            sys::RegQueryValueExA(key.Get(), entry, nullptr, &type, reinterpret_cast<BYTE*>(value.data()), &size);
+        const auto read = sys::RegQueryValueExW(key.Get(), name.c_str(), nullptr, &type,
+                                                reinterpret_cast<BYTE*>(value.data()), &size);
         if (read.error() == ERROR_MORE_DATA) {
-            value.resize(std::max<std::size_t>(2 * value.size(), size));  // it may have grown meanwhile
+            value.resize(std::max(2 * value.size(), size / sizeof(wchar_t) + 1));  // it may have grown meanwhile
             continue;
         }
         if (!read.ok() || type != REG_SZ) return std::nullopt;
-        value.resize(size);
-        return UpToZero(value);
+        value.resize(size / sizeof(wchar_t));
+        return FromSystem(UpToZero(value));
     }
 }
 
 bool WriteRegistry(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
     const UniqueKey key = CreateKey(place, section);
-    const auto* const bytes = reinterpret_cast<const BYTE*>(value);
-    const auto size = static_cast<DWORD>(std::char_traits<char>::length(value) + 1);
-    return key && sys::RegSetValueExA(key.Get(), entry, 0, REG_SZ, bytes, size).ok();
+    const std::wstring text = ToSystem(value);
+    const auto* const bytes = reinterpret_cast<const BYTE*>(text.c_str());
+    const auto size = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+    return key && sys::RegSetValueExW(key.Get(), ToSystem(entry).c_str(), 0, REG_SZ, bytes, size).ok();
 }
 
 bool DeleteFromRegistry(const ProfilePlace& place, const char* section, const char* entry) {
     Status deleted;
     if (const UniqueKey key = OpenKey(place, section, KEY_SET_VALUE, deleted))
-        deleted = sys::RegDeleteValueA(key.Get(), entry).status();
+        deleted = sys::RegDeleteValueW(key.Get(), ToSystem(entry).c_str()).status();
     return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
 }
 
 /// A section that holds others is not deleted: "a", where there is "a\\b".
 bool DeleteKey(const ProfilePlace& place, const char* section) {
-    const Status deleted = sys::RegDeleteKeyA(HKEY_CURRENT_USER, KeyName(place, section).c_str()).status();
+    const Status deleted = sys::RegDeleteKeyW(HKEY_CURRENT_USER, KeyName(place, section).c_str()).status();
     return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
 }
 

@@ -35,51 +35,51 @@ namespace qv::platform::sys {
 
 // Files and their contents.
 
-QV_SYSTEM_CALL(Open, FailsWithMinusOne, CreateFileA);
+QV_SYSTEM_CALL(Open, FailsWithMinusOne, CreateFileW);
 QV_TRANSFER(Read, FailsWithZero, ReadFile);
 QV_TRANSFER(Write, FailsWithZero, WriteFile);
 QV_SYSTEM_CALL(Flush, FailsWithZero, FlushFileBuffers);
 QV_SYSTEM_CALL(Seek, FailsWithZero, SetFilePointerEx);
 QV_SYSTEM_CALL(Resize, FailsWithZero, SetEndOfFile);
-QV_SYSTEM_CALL(Copy, FailsWithZero, CopyFileA);
+QV_SYSTEM_CALL(Copy, FailsWithZero, CopyFileW);
 QV_CLOSE(FailsWithZero, CloseHandle);
 
 // What the file system keeps of a file, and of a volume. GetFileVersionInfo reads a resource of the file.
 
 QV_SYSTEM_CALL(Status, FailsWithZero, GetFileSizeEx);
 QV_SYSTEM_CALL(Status, FailsWithZero, GetFileInformationByHandle);
-QV_SYSTEM_CALL(Status, FailsWithZero, GetFileAttributesExA);
-QV_SYSTEM_CALL(Status, FailsWithMinusOne, GetFileAttributesA);
-QV_SYSTEM_CALL(Status, FailsWithZero, GetShortPathNameA);
-QV_SYSTEM_CALL(Status, FailsWithZero, GetFinalPathNameByHandleA);
-QV_SYSTEM_CALL(Status, FailsWithZero, GetVolumeInformationA);
-QV_SYSTEM_CALL(Status, FailsWithZero, GetVolumePathNameA);
-QV_SYSTEM_CALL(ChangeStatus, FailsWithZero, SetFileAttributesA);
+QV_SYSTEM_CALL(Status, FailsWithZero, GetFileAttributesExW);
+QV_SYSTEM_CALL(Status, FailsWithMinusOne, GetFileAttributesW);
+QV_SYSTEM_CALL(Status, FailsWithZero, GetShortPathNameW);
+QV_SYSTEM_CALL(Status, FailsWithZero, GetFinalPathNameByHandleW);
+QV_SYSTEM_CALL(Status, FailsWithZero, GetVolumeInformationW);
+QV_SYSTEM_CALL(Status, FailsWithZero, GetVolumePathNameW);
+QV_SYSTEM_CALL(ChangeStatus, FailsWithZero, SetFileAttributesW);
 QV_SYSTEM_CALL(ChangeStatus, FailsWithZero, SetFileTime);
 QV_SYSTEM_CALL(ChangeStatus, FailsWithZero, SetFileInformationByHandle);
-QV_SYSTEM_CALL(Read, FailsWithZero, GetFileVersionInfoSizeA);
-QV_SYSTEM_CALL(Read, FailsWithZero, GetFileVersionInfoA);
+QV_SYSTEM_CALL(Read, FailsWithZero, GetFileVersionInfoSizeW);
+QV_SYSTEM_CALL(Read, FailsWithZero, GetFileVersionInfoW);
 
 // Names and folders.
 
-QV_SYSTEM_CALL(Remove, FailsWithZero, DeleteFileA);
-QV_SYSTEM_CALL(Remove, FailsWithZero, RemoveDirectoryA);
-QV_SYSTEM_CALL(Rename, FailsWithZero, MoveFileExA);
-QV_SYSTEM_CALL(Rename, FailsWithZero, ReplaceFileA);
-QV_SYSTEM_CALL(CreateFolder, FailsWithZero, CreateDirectoryA);
-QV_SYSTEM_CALL_AS(CreateFileA_folder, OpenFolder, FailsWithMinusOne, CreateFileA);
-QV_SYSTEM_CALL(ListFolder, FailsWithMinusOne, FindFirstFileA);
-QV_SYSTEM_CALL(ListFolder, FailsWithZero, FindNextFileA);
+QV_SYSTEM_CALL(Remove, FailsWithZero, DeleteFileW);
+QV_SYSTEM_CALL(Remove, FailsWithZero, RemoveDirectoryW);
+QV_SYSTEM_CALL(Rename, FailsWithZero, MoveFileExW);
+QV_SYSTEM_CALL(Rename, FailsWithZero, ReplaceFileW);
+QV_SYSTEM_CALL(CreateFolder, FailsWithZero, CreateDirectoryW);
+QV_SYSTEM_CALL_AS(CreateFileW_folder, OpenFolder, FailsWithMinusOne, CreateFileW);
+QV_SYSTEM_CALL(ListFolder, FailsWithMinusOne, FindFirstFileW);
+QV_SYSTEM_CALL(ListFolder, FailsWithZero, FindNextFileW);
 QV_CLOSE(FailsWithZero, FindClose);
-QV_SYSTEM_CALL(Other, FailsWithZero, GetFullPathNameA);
-QV_SYSTEM_CALL(Other, FailsWithZero, GetCurrentDirectoryA);
-QV_SYSTEM_CALL(Other, FailsWithZero, SetCurrentDirectoryA);
-QV_SYSTEM_CALL(Other, FailsWithZero, GetTempPathA);
-QV_SYSTEM_CALL(Other, FailsWithZero, GetWindowsDirectoryA);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetFullPathNameW);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetCurrentDirectoryW);
+QV_SYSTEM_CALL(Other, FailsWithZero, SetCurrentDirectoryW);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetTempPathW);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetWindowsDirectoryW);
 
 // Watches.
 
-QV_SYSTEM_CALL(Watch, FailsWithMinusOne, FindFirstChangeNotificationA);
+QV_SYSTEM_CALL(Watch, FailsWithMinusOne, FindFirstChangeNotificationW);
 QV_SYSTEM_CALL(Watch, FailsWithZero, FindNextChangeNotification);
 QV_SYSTEM_CALL(Watch, FailsWithZero, CreateEventA);
 QV_SYSTEM_CALL_AS(SetEvent, Watch, FailsWithZero, SetEvent, CallTrait::AlwaysMade);
@@ -90,20 +90,22 @@ QV_CLOSE(FailsWithZero, FindCloseChangeNotification);
 
 QV_SYSTEM_CALL(Message, FailsWithZero, RegisterClassA);
 QV_SYSTEM_CALL(Message, FailsWithZero, CreateWindowExA);
+QV_SYSTEM_CALL(Message, FailsWithZero, CreateWindowExW);
 QV_SYSTEM_CALL_AS(DestroyWindow, Message, FailsWithZero, DestroyWindow, CallTrait::AlwaysMade);
 QV_SYSTEM_CALL(Message, NeverFails, FindWindowA);
 QV_SYSTEM_CALL(Message, NeverFails, IsWindow);
 QV_SYSTEM_CALL(Message, NeverFails, GetDlgItem);
-QV_SYSTEM_CALL(Message, NeverFails, GetWindowTextLengthA);
-QV_SYSTEM_CALL(Message, NeverFails, GetWindowTextA);
-QV_SYSTEM_CALL(Message, FailsWithZero, SetWindowTextA);
+QV_SYSTEM_CALL(Message, NeverFails, GetWindowTextLengthW);
+QV_SYSTEM_CALL(Message, NeverFails, GetWindowTextW);
+QV_SYSTEM_CALL(Message, FailsWithZero, SetWindowTextW);
 QV_SYSTEM_CALL(Message, NeverFails, SetFocus);
 QV_SYSTEM_CALL(Message, NeverFails, GetWindowLongPtrA);
 QV_SYSTEM_CALL(Message, NeverFails, SetWindowLongPtrA);
 QV_SYSTEM_CALL(Message, NeverFails, SendMessageA);
+QV_SYSTEM_CALL(Message, NeverFails, SendMessageW);
 QV_SYSTEM_CALL(Message, NeverFails, PeekMessageA);
 QV_SYSTEM_CALL(Message, FailsWithMinusOne, MsgWaitForMultipleObjects);
-QV_SYSTEM_CALL(Message, FailsWithZero, MessageBoxA);
+QV_SYSTEM_CALL(Message, FailsWithZero, MessageBoxW);
 
 // The clipboard, and drawing.
 
@@ -127,7 +129,7 @@ QV_SYSTEM_CALL(Process, FailsWithZero, DuplicateHandle);
 QV_SYSTEM_CALL(Process, FailsWithZero, InitializeProcThreadAttributeList);
 QV_SYSTEM_CALL(Process, FailsWithZero, UpdateProcThreadAttribute);
 QV_SYSTEM_CALL(Process, FailsWithZero, SetHandleInformation);
-QV_SYSTEM_CALL(Process, FailsWithZero, CreateProcessA);
+QV_SYSTEM_CALL(Process, FailsWithZero, CreateProcessW);
 QV_SYSTEM_CALL(Process, FailsWithMinusOne, WaitForSingleObject);
 QV_SYSTEM_CALL(Process, FailsWithZero, GetExitCodeProcess);
 QV_SYSTEM_CALL(Process, FailsWithZero, TerminateProcess);
@@ -138,14 +140,12 @@ QV_SYSTEM_CALL_AS(ReleaseMutex, Lock, FailsWithZero, ReleaseMutex, CallTrait::Al
 
 // Settings. The name of a registry key, or of a value in one, counts as a path.
 
-QV_SYSTEM_CALL(Open, ReturnsError, RegCreateKeyExA);
-QV_SYSTEM_CALL(Open, ReturnsError, RegOpenKeyExA);
+QV_SYSTEM_CALL(Open, ReturnsError, RegCreateKeyExW);
 QV_SYSTEM_CALL(Open, ReturnsError, RegOpenKeyExW);
-QV_SYSTEM_CALL(Read, ReturnsError, RegQueryValueExA);
 QV_SYSTEM_CALL(Read, ReturnsError, RegQueryValueExW);
-QV_SYSTEM_CALL(Write, ReturnsError, RegSetValueExA);
-QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteValueA);
-QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteKeyA);
+QV_SYSTEM_CALL(Write, ReturnsError, RegSetValueExW);
+QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteValueW);
+QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteKeyW);
 QV_CLOSE(ReturnsError, RegCloseKey);
 // In a private profile the file comes first here: it is the path.
 QV_PROFILE_CALL(Read, NeverFails, GetPrivateProfileStringA);
@@ -165,9 +165,9 @@ QV_SYSTEM_CALL(Other, FailsWithZero, GetLocaleInfoW);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetCurrencyFormatW);
 QV_SYSTEM_CALL(Other, FailsWithMinusOne, GetTimeZoneInformation);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetTimeZoneInformationForYear);
-QV_SYSTEM_CALL(Other, FailsWithZero, GetUserNameA);
-QV_SYSTEM_CALL(Other, FailsWithZero, FormatMessageA);
-QV_SYSTEM_CALL(Other, FailsWithZero, GetModuleFileNameA);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetUserNameW);
+QV_SYSTEM_CALL(Other, FailsWithZero, FormatMessageW);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetModuleFileNameW);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetModuleHandleExA);
 QV_SYSTEM_CALL(Other, FailsWithMinusOne, GetStdHandle);
 inline constexpr SystemCall CoCreateGuid(CallKind::Other, "CoCreateGuid", ReturnsError(), [](GUID* id) {
@@ -177,7 +177,7 @@ inline constexpr SystemCall CoCreateGuid(CallKind::Other, "CoCreateGuid", Return
 
 // The shell. Its error numbers are partly its own.
 
-QV_SYSTEM_CALL(Copy, ReturnsError, SHFileOperationA);
+QV_SYSTEM_CALL(Copy, ReturnsError, SHFileOperationW);
 
 }  // namespace qv::platform::sys
 

@@ -9,7 +9,7 @@
 
 #include "platform/Status.h"
 #include "platform/SystemCalls.h"
-#include "platform/Text.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 
@@ -118,7 +118,7 @@ private:
         if constexpr (std::is_same_v<First, const char*>)
             return first ? first : "";
         else if constexpr (std::is_same_v<First, const wchar_t*>)
-            return first ? FromWide(reinterpret_cast<const char16_t*>(first)) : std::string();
+            return first ? ShownPath(first) : std::string();
         else
             return PathAmong(rest...);
     }

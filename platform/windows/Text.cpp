@@ -8,6 +8,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/Utf8.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
@@ -47,11 +48,11 @@ UINT CodePageNumber() {
     return PageOf(SystemCodePage()) == CodePage::DoubleByte ? kWestern : SystemCodePage();
 }
 
-std::u16string ToWideOf(std::string_view text, UINT page) {
+std::u16string ToWideOf(std::string_view text, UINT page, DWORD flags = 0) {
     if (page == CP_UTF8) return Utf8ToWide(text);
     const int size = static_cast<int>(text.size());
     std::u16string out(text.size(), u'\0');
-    const int length = size ? ::MultiByteToWideChar(page, 0, text.data(), size, Wide(out.data()), size) : 0;
+    const int length = size ? ::MultiByteToWideChar(page, flags, text.data(), size, Wide(out.data()), size) : 0;
     out.resize(static_cast<std::size_t>(length));
     return out;
 }
@@ -212,6 +213,13 @@ std::u16string ToWide(std::string_view text) {
 
 std::string FromWide(std::u16string_view text) {
     return FromWideOf(text, CodePageNumber(), nullptr);
+}
+
+std::optional<std::wstring> ToSystemExactly(std::string_view text) {
+    const UINT page = CodePageNumber();
+    const std::u16string wide = ToWideOf(text, page, MB_ERR_INVALID_CHARS);
+    const bool wellFormed = page == CP_UTF8 ? WideToUtf8(wide) == text : wide.empty() == text.empty();
+    return wellFormed ? std::optional<std::wstring>({wide.begin(), wide.end()}) : std::nullopt;
 }
 
 }  // namespace qv::platform

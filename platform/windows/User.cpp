@@ -1,13 +1,16 @@
 #include "platform/User.h"
 
+#include <iterator>
+
 #include "platform/windows/System.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 
 std::string UserName() {
-    char name[64];
-    DWORD size = sizeof name;
-    return sys::GetUserNameA(name, &size).ok() ? name : "Unknown";
+    wchar_t name[257];
+    DWORD size = std::size(name);
+    return sys::GetUserNameW(name, &size).ok() ? FromSystem(name) : "Unknown";
 }
 
 }  // namespace qv::platform

@@ -1,27 +1,30 @@
 #include "platform/Volume.h"
 
-#include "platform/Path.h"
 #include "platform/windows/System.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 
 bool IsVolume(const char* path) {
-    return *path &&
-           sys::GetVolumeInformationA(NativePath(path).c_str(), nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0).ok();
+    const std::wstring wide = WidePath(path);
+    return !wide.empty() &&
+           sys::GetVolumeInformationW(wide.c_str(), nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0).ok();
 }
 
 std::string FileSystemOf(const char* path) {
-    char root[MAX_PATH + 1], kind[MAX_PATH + 1];
-    const bool known =
-        sys::GetVolumePathNameA(NativePath(path).c_str(), root, DWORD{sizeof root}).ok() &&
-        sys::GetVolumeInformationA(root, nullptr, 0, nullptr, nullptr, nullptr, kind, DWORD{sizeof kind}).ok();
-    return known ? kind : "";
+    wchar_t root[MAX_PATH + 1], kind[MAX_PATH + 1];
+    constexpr DWORD kRoom = MAX_PATH + 1;
+    const bool known = sys::GetVolumePathNameW(WidePath(path).c_str(), root, kRoom).ok() &&
+                       sys::GetVolumeInformationW(root, nullptr, 0, nullptr, nullptr, nullptr, kind, kRoom).ok();
+    return known ? FromSystem(kind) : std::string();
 }
 
 std::string ShortPath(const char* path) {
-    char text[MAX_PATH];
-    const auto length = sys::GetShortPathNameA(NativePath(path).c_str(), text, MAX_PATH);
-    return length.ok() && length.value() < MAX_PATH ? std::string(text, length.value()) : std::string(path);
+    std::wstring text(32767, L'\0');
+    const auto length = sys::GetShortPathNameW(WidePath(path).c_str(), text.data(), static_cast<DWORD>(text.size()));
+    if (!length.ok() || length.value() >= text.size()) return path;
+    text.resize(length.value());
+    return NarrowPath(text).value_or(path);
 }
 
 }  // namespace qv::platform

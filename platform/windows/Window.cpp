@@ -1,32 +1,33 @@
 #include "platform/Window.h"
 
 #include "platform/windows/System.h"
+#include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
 
 struct Style {
-    const char* className;
+    const wchar_t* className;
     DWORD bits;
 };
 
 Style StyleOf(WindowKind kind) {
     switch (kind) {
-        case WindowKind::Edit: return {"EDIT", WS_CHILD | WS_TABSTOP | ES_AUTOHSCROLL};
-        case WindowKind::ComboBox: return {"COMBOBOX", WS_CHILD | WS_TABSTOP | CBS_DROPDOWN | CBS_AUTOHSCROLL};
-        case WindowKind::ListBox: return {"LISTBOX", WS_CHILD | WS_TABSTOP | LBS_NOTIFY};
-        default: return {"#32770", WS_POPUP | WS_CAPTION};  // the class of the system's dialogs
+        case WindowKind::Edit: return {L"EDIT", WS_CHILD | WS_TABSTOP | ES_AUTOHSCROLL};
+        case WindowKind::ComboBox: return {L"COMBOBOX", WS_CHILD | WS_TABSTOP | CBS_DROPDOWN | CBS_AUTOHSCROLL};
+        case WindowKind::ListBox: return {L"LISTBOX", WS_CHILD | WS_TABSTOP | LBS_NOTIFY};
+        default: return {L"#32770", WS_POPUP | WS_CAPTION};  // the class of the system's dialogs
     }
-}
-
-LPARAM Text(const std::string& text) {
-    return reinterpret_cast<LPARAM>(text.c_str());
 }
 
 // -1, which is CB_ERR and LB_ERR, when the control refuses the message or cannot be reached.
 LRESULT Send(WindowHandle window, UINT message, WPARAM first, LPARAM second) {
-    const auto sent = sys::SendMessageA(window, message, first, second);
+    const auto sent = sys::SendMessageW(window, message, first, second);
     return sent.ok() ? sent.value() : LB_ERR;
+}
+
+LRESULT SendText(WindowHandle window, UINT message, WPARAM first, const std::string& text) {
+    return Send(window, message, first, reinterpret_cast<LPARAM>(ToSystem(text).c_str()));
 }
 
 }  // namespace
@@ -34,7 +35,7 @@ LRESULT Send(WindowHandle window, UINT message, WPARAM first, LPARAM second) {
 WindowHandle MakeWindow(WindowKind kind, WindowHandle dialog, int id) {
     const Style style = StyleOf(kind);
     constexpr int kWidth = 200, kHeight = 100;
-    return sys::CreateWindowExA(0, style.className, "", style.bits, 0, 0, kWidth, kHeight, dialog,
+    return sys::CreateWindowExW(0, style.className, L"", style.bits, 0, 0, kWidth, kHeight, dialog,
                                 reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr)
         .value();
 }
@@ -48,20 +49,20 @@ WindowHandle ControlOf(WindowHandle dialog, int id) {
 }
 
 std::string TextOf(WindowHandle window) {
-    std::string text(static_cast<std::size_t>(sys::GetWindowTextLengthA(window).value()), '\0');
-    const auto length = sys::GetWindowTextA(window, text.data(), static_cast<int>(text.size()) + 1);
+    std::wstring text(static_cast<std::size_t>(sys::GetWindowTextLengthW(window).value()), L'\0');
+    const auto length = sys::GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
     text.resize(static_cast<std::size_t>(length.value()));
-    return text;
+    return FromSystem(text);
 }
 
 void PutText(WindowHandle window, const std::string& text) {
     // A window that takes no text keeps what it shows.
-    sys::SetWindowTextA(window, text.c_str()).IgnoreError();
+    sys::SetWindowTextW(window, ToSystem(text).c_str()).IgnoreError();
 }
 
 void ChooseText(WindowHandle comboBox, const std::string& text) {
     const auto everyItem = static_cast<WPARAM>(-1);
-    const bool chosen = !text.empty() && Send(comboBox, CB_SELECTSTRING, everyItem, Text(text)) != CB_ERR;
+    const bool chosen = !text.empty() && SendText(comboBox, CB_SELECTSTRING, everyItem, text) != CB_ERR;
     if (!chosen) PutText(comboBox, text);
 }
 
@@ -75,7 +76,7 @@ WindowHandle FocusedWindow() {
 }
 
 void AddItem(WindowHandle box, WindowKind kind, const std::string& text) {
-    Send(box, kind == WindowKind::ComboBox ? CB_ADDSTRING : LB_ADDSTRING, 0, Text(text));
+    SendText(box, kind == WindowKind::ComboBox ? CB_ADDSTRING : LB_ADDSTRING, 0, text);
 }
 
 int ItemCount(WindowHandle listBox) {

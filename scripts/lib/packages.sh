@@ -23,7 +23,7 @@ declare -gA QV_PACKAGES=(
 )
 
 # The locales that tests and benchmarks of texts, folding and collation switch to.
-QV_LOCALES=(en_US.UTF-8 de_DE.UTF-8 ja_JP.UTF-8 tr_TR.UTF-8 en_US.ISO-8859-1)
+QV_LOCALES=(en_US.UTF-8 de_DE.UTF-8 hi_IN.UTF-8 ja_JP.UTF-8 tr_TR.UTF-8 en_US.ISO-8859-1)
 
 # need PURPOSE...: installs what these purposes lack.
 need() {

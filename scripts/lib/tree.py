@@ -50,7 +50,7 @@ PURE_CALLS = {
                          r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetStringTypeW GetTickCount64 Global\w+ IsDBCSLeadByteEx "
                          r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar PostQuitMessage ResetEvent SelectObject SetCursor SetEvent "
                          r"SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime TranslateMessage "
-                         r"VarDateFromStr VerQueryValueA WaitForSingleObject WideCharToMultiByte",
+                         r"VarDateFromStr VerQueryValueW WaitForSingleObject WideCharToMultiByte",
 }
 # Programs over the installed library, and what they include within the tree.
 CLIENTS = {"tools/": ("qvcommon/", "tools/"), "examples/": ("qvcommon/",), "tests/border/": ("qvcommon/",)}

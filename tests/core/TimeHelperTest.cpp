@@ -126,9 +126,13 @@ TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
         {"Australia/Lord_Howe", "2024-04-07 01:45:00", "2024-04-06 14:45:00"},
         {"Australia/Lord_Howe", "2024-10-06 02:15:00", "2024-10-05 15:45:00", "2024-10-06 02:45:00"},
     };
+    int tried = 0;
     for (const Row& row : rows) {
         const ScopedTimeZone zone(row.zone);
-        if (!zone) GTEST_SKIP() << "processes here have no time zone of their own";
+        const bool known =
+            !qv::platform::HasDriveLetters() || DateOf(row.local).GetYear() > 1970;  // rules, and 32 bits
+        if (!zone || !known) continue;
+        ++tried;
         COleDateTime date = DateOf(row.local);
         const long seconds = CTimeHelper::GetTimeT(date);
         CTimeHelper::ConvertToUtc(date);
@@ -138,6 +142,7 @@ TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
         EXPECT_EQ(Written(date), row.again ? row.again : row.local) << row.zone;
     }
     const ScopedTimeZone zone("Europe/Berlin");
+    if (!zone || tried == 0) GTEST_SKIP() << kNoTimeZone;
     COleDateTime second = DateOf("2004-10-31 01:30:00");
     CTimeHelper::ConvertToLocal(second);
     EXPECT_EQ(Written(second), "2004-10-31 02:30:00") << "the second time, an hour after the first";
@@ -181,7 +186,7 @@ TEST(TimeHelper, LeavesADateThatTheSystemCannotConvert) {
         EXPECT_TRUE(date == &invalid || (*date - before).GetTotalDays() < 1);
     }
     const ScopedTimeZone zone("Asia/Kolkata");
-    if (!zone) GTEST_SKIP() << "processes here have no time zone of their own";
+    if (!zone) GTEST_SKIP() << kNoTimeZone;
     CTimeHelper::ConvertToUtc(first = COleDateTime(100, 1, 1, 0, 0, 0));
     EXPECT_EQ(Written(first), "100-01-01 00:00:00");
     CTimeHelper::ConvertToLocal(last = COleDateTime(9999, 12, 31, 23, 59, 59));
@@ -197,13 +202,16 @@ TEST(TimeHelper, FileTimesCountTheirFieldsAsStandardTime) {
         const char* zone;
         long offset;
     };
+    int tried = 0;
     for (const Row& row : {Row{"UTC", 0}, Row{"Europe/Berlin", -3600}, Row{"America/New_York", 5 * 3600}}) {
         const ScopedTimeZone zone(row.zone);
-        if (!zone) GTEST_SKIP() << "processes here have no time zone of their own";
+        if (!zone) continue;
+        ++tried;
         EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(winter)), 1072958400 + row.offset) << row.zone;
         EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(summer)), 1088683200 + row.offset) << row.zone;
         EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(kEpoch - 10000000)), -1 + row.offset);
     }
+    if (tried == 0) GTEST_SKIP() << kNoTimeZone;
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ TEST(SharedDocuments, LocksOnLongPathsAreTheirOwn) {
 
 TEST(SharedDocuments, WaitingEndsWithPatienceOrTheObserver) {
     struct Observer : ILockObserver {
-        BOOL OnLockHeld(const CString& holder, std::time_t since) override {
+        BOOL OnLockHeld(const CString& holder, std::int64_t since) override {
             EXPECT_FALSE(holder.IsEmpty());
             EXPECT_GT(since, 0);
             return ++asked < most;

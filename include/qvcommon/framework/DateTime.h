@@ -50,11 +50,14 @@ public:
     COleDateTime() = default;
     COleDateTime(double days);
     /// Seconds since 1970 UTC, and a file time: the local time then, invalid where the system cannot tell it.
-    COleDateTime(std::time_t seconds);
-    /// Days are a double, seconds a std::time_t: another number does not say which of them it is.
+    COleDateTime(std::int64_t seconds);
+    /// Where the C library counts in 32 bits, its times are seconds too.
+    template <std::same_as<std::time_t> T>
+    requires(!std::same_as<T, std::int64_t>) COleDateTime(T seconds) : COleDateTime(std::int64_t{seconds}) {}
+    /// Days are a double, seconds 64 bits: another number does not say which of them it is.
     template <class T>
     requires(std::is_arithmetic_v<T> && !std::same_as<T, float> && !std::same_as<T, double> &&
-             !std::same_as<T, std::time_t>) COleDateTime(T)
+             !std::same_as<T, std::int64_t> && !std::same_as<T, std::time_t>) COleDateTime(T)
     = delete;
     COleDateTime(const QvFileTime& time);
     /// As SetDateTime.

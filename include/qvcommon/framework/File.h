@@ -3,7 +3,7 @@
 /// @file Files: CFile, its exception, and its status. Names are paths in the library's form ("\" or the system's own
 /// separator). One object, one thread.
 
-#include <ctime>
+#include <cstdint>
 
 #include "qvcommon/framework/String.h"
 
@@ -52,9 +52,9 @@ public:
 
 /// What the file system tells of a file. Times are seconds since 1970 UTC, -1 when not known.
 struct QVCOMMON_API CFileStatus {
-    std::time_t m_ctime = -1;  ///< creation; on Linux the birth time, else the last change of the file's record
-    std::time_t m_mtime = -1;
-    std::time_t m_atime = -1;
+    std::int64_t m_ctime = -1;  ///< creation; on Linux the birth time, else the last change of the file's record
+    std::int64_t m_mtime = -1;
+    std::int64_t m_atime = -1;
     std::uint64_t m_size = 0;  ///< bytes
     BYTE m_attribute = 0;      ///< CFile's bits; on Linux readOnly: no owner write bit, hidden: a leading point
     CString m_szFullName;      ///< absolute path in the library's form

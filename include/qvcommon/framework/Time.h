@@ -7,16 +7,16 @@ class QVCOMMON_API CTime {
 public:
     /// 1970.
     CTime() = default;
-    explicit CTime(std::time_t seconds) : m_time(seconds) {}
+    explicit CTime(std::int64_t seconds) : m_time(seconds) {}
     /// Cut to the second; 1970 for a file time from the year 30828 on.
-    explicit CTime(const QvFileTime& time) : m_time(static_cast<std::time_t>(time.UnixSeconds().value_or(0))) {}
+    explicit CTime(const QvFileTime& time) : m_time(time.UnixSeconds().value_or(0)) {}
 
-    std::time_t GetTime() const { return m_time; }
+    std::int64_t GetTime() const { return m_time; }
     /// The local time then, as COleDateTime::Format writes it.
     CString Format(std::string_view format) const { return COleDateTime(m_time).Format(format); }
 
     friend auto operator<=>(const CTime&, const CTime&) = default;
 
 private:
-    std::time_t m_time = 0;
+    std::int64_t m_time = 0;
 };

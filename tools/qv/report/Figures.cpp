@@ -34,7 +34,7 @@ CString Checksum(unsigned long checksum) {
     return text;
 }
 
-CString Date(std::time_t time) {
+CString Date(std::int64_t time) {
     return COleDateTime(time).Format("%Y-%m-%d %H:%M");
 }
 

@@ -17,6 +17,6 @@ CString Size(std::uintmax_t bytes);
 /// Eight hexadecimal digits.
 CString Checksum(unsigned long checksum);
 /// To the minute, in local time.
-CString Date(std::time_t time);
+CString Date(std::int64_t time);
 
 }  // namespace qv::tool

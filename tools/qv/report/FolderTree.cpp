@@ -22,7 +22,7 @@ struct Child {
     bool IsFolder() const { return info.IsDirectory() && link == LinkKind::None; }
 };
 
-std::time_t ModificationTime(const CFoundInfo& info) {
+std::int64_t ModificationTime(const CFoundInfo& info) {
     CTime time;
     info.GetLastWriteTime(time);
     return time.GetTime();

@@ -21,7 +21,7 @@ enum class LinkKind {
 struct FileEntry {
     std::string name;  ///< UTF-8
     std::uintmax_t size = 0;
-    std::time_t modified = 0;
+    std::int64_t modified = 0;
     LinkKind link = LinkKind::None;
     unsigned long checksum = 0;   ///< CRC-32
     std::string noChecksum = {};  ///< why there is none, in the process's code page; empty when there is one

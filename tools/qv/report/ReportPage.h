@@ -12,7 +12,7 @@ namespace qv::tool {
 struct ReportHeader {
     std::string title;
     std::string folder;  ///< shown below the title
-    std::time_t written = 0;
+    std::int64_t written = 0;
 };
 
 /// One of the pages of a report: the same sections, a folder each, with their files in one order. In UTF-8, whatever the

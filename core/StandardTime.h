@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "qvcommon/framework/FileTime.h"
+
+namespace qv {
+
+/// CTimeHelper::FileTimeToUnixTime for times of any size: nothing where the zone does not cover it.
+std::optional<std::int64_t> StandardSeconds(const QvFileTime& time);
+
+}  // namespace qv
