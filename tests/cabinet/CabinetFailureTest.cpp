@@ -89,8 +89,7 @@ TEST(CabinetFailure, NamesArchiveMemberAndCause) {
     EXPECT_THAT(unpack("none.cab"), ContainsRegex("^none.cab: Cabinet not found: ."));
     EXPECT_EQ(unpack("text"), "text: Not a cabinet");
     {
-        const SystemFaults full(
-            SystemFaults::Always(qv::platform::CallKind::Rename, qv::platform::FileCause::DiskFull));
+        const SystemFaults full(SystemFaults::AlwaysNaming(qv::platform::FileCause::DiskFull));
         EXPECT_THAT(unpack("good.cab"), ContainsRegex("^good.cab: out.sub.file: Failure writing to target file: ."));
     }
     folder.Write("lzx.cab", qv::test::CabinetOf({{kStored, {"ab"}, {{"x", 2}}},

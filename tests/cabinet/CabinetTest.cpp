@@ -119,7 +119,8 @@ TEST(Cabinet, TellsWhatFailedAndLeavesNothingHalf) {
         if (call == CallKind::Close && qv::platform::HasDriveLetters()) continue;
         fs::create_directory(folder.Native("out"));
         {
-            const SystemFaults faults(SystemFaults::Always(call, FileCause::DiskFull));
+            const SystemFaults faults(call == CallKind::Rename ? SystemFaults::AlwaysNaming(FileCause::DiskFull)
+                                                               : SystemFaults::Always(call, FileCause::DiskFull));
             EXPECT_NE(CabinetError([&] {
                           CReadCab reader;
                           reader.SetDestPath(folder / "out");

@@ -26,6 +26,13 @@ public:
     static Decision Always(qv::platform::CallKind kind, qv::platform::FileCause cause) {
         return [kind, fault = Of(cause)](const Call& call) { return call.kind == kind ? fault : Fault{}; };
     }
+    /// Every call fails that gives a complete file its name.
+    static Decision AlwaysNaming(qv::platform::FileCause cause) {
+        using enum qv::platform::CallKind;
+        return [fault = Of(cause)](const Call& call) {
+            return call.kind == Rename || call.kind == Link ? fault : Fault{};
+        };
+    }
 
     /// An error number of this system that means the cause; nullopt where none does.
     static std::optional<unsigned long> ErrorFor(qv::platform::FileCause cause) {
