@@ -4,6 +4,9 @@
 
 #include "platform/Clock.h"
 #include "platform/FileSearch.h"
+#include "platform/Path.h"
+#include "platform/Text.h"
+#include "platform/Utf8.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/XmlSection.h"
 
@@ -59,6 +62,24 @@ std::optional<CStringArray> ReadManifest(std::string_view text) {
     if (!text.empty() && !section.GetSection(kTag, list)) return std::nullopt;
     section.GetStringArray(kTag, entries);
     return entries;
+}
+
+bool IsInForeignCodePage(std::string_view manifest) {
+    if (!platform::HasDriveLetters() || platform::CurrentCodePage() == platform::CodePage::Utf8) return false;
+    bool isAscii = true;
+    for (std::size_t i = 0; i < manifest.size();) {
+        const platform::Utf8Character character = platform::DecodeUtf8(manifest, i);
+        if (!character.wellFormed) return false;
+        isAscii = isAscii && character.length == 1;
+        i += character.length;
+    }
+    return !isAscii;
+}
+
+bool ConvertFromUtf8(CString& entry) {
+    const std::u16string wide = platform::Utf8ToWide(entry);
+    entry = CString(platform::FromWide(wide));
+    return platform::ToWide(entry) == wide;
 }
 
 }  // namespace qv::cabinet

@@ -22,4 +22,10 @@ CString ManifestText(const CStringArray& entries);
 /// The entries of a manifest; nothing when the text is none. An empty text is an empty manifest. Lines end as they will.
 std::optional<CStringArray> ReadManifest(std::string_view text);
 
+/// Whether a manifest was written in UTF-8 while this process speaks another code page, on a system whose names are
+/// characters. Where they are bytes, entries are the names whatever they mean.
+bool IsInForeignCodePage(std::string_view manifest);
+/// Converts an entry of such a manifest. False when the code page cannot hold all of it: "?" is in the place of the rest.
+bool ConvertFromUtf8(CString& entry);
+
 }  // namespace qv::cabinet

@@ -62,7 +62,14 @@ void CReadCab::LoadManifest() {
     qv::platform::RemoveFile(m_manifestFile.GetFilename()).IgnoreError();
     std::optional<CStringArray> entries = ReadManifest(text);
     if (!entries) throw EngineFailure{ReadError::Corrupt};
+    const bool isForeign = IsInForeignCodePage(text);
     for (CString& entry : *entries) {
+        if (entry.IsEmpty()) throw EngineFailure{ReadError::Corrupt};
+        if (isForeign && !ConvertFromUtf8(entry)) {
+            Tell(Substituted(entry, 0), "the code page cannot hold the name");
+            if (!qv::EndsWithOneOf(entry, "\\")) m_manifest.Add("");  // the place of a member that is passed over
+            continue;
+        }
         if (!qv::EndsWithOneOf(entry, "\\")) {
             m_manifest.Add(std::move(entry));
             continue;
@@ -81,7 +88,7 @@ void CReadCab::Tell(const CString& path, const CString& reason) const {
 
 void CReadCab::TellOfMissingMembers() const {
     for (int i = m_nextManifest; i < m_manifest.GetSize(); ++i)
-        Tell(Substituted(m_manifest[i], 0), "not in the archive");
+        if (!m_manifest[i].IsEmpty()) Tell(Substituted(m_manifest[i], 0), "not in the archive");
 }
 
 int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
@@ -94,10 +101,13 @@ int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     }
     CString& path = m_context->subject;
     path.Empty();
-    if (!m_useManifest)
+    if (!m_useManifest) {
         path = m_destPath + notification.name;
-    else if (m_nextManifest < m_manifest.GetSize())
-        path = Substituted(m_manifest[m_nextManifest++], 0);
+    } else if (m_nextManifest < m_manifest.GetSize()) {
+        const CString& entry = m_manifest[m_nextManifest++];
+        if (entry.IsEmpty()) return 0;
+        path = Substituted(entry, 0);
+    }
     Target target;
     const bool isFile = !path.IsEmpty() && !qv::EndsWithOneOf(path, qv::kSeparators);
     if (!isFile || !FindTarget(path, target)) throw EngineFailure{ReadError::Corrupt};

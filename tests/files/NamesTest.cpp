@@ -131,6 +131,27 @@ TEST_P(InCodePage, PathsAreSplitByCharacters) {
     EXPECT_EQ(CFilePath::MakePath("", name, name, ""), name + "\\" + name);
 }
 
+TEST(Names, ArchivesOfAnotherCodePageKeepThem) {
+    if (!qv::platform::HasDriveLetters()) GTEST_SKIP() << "names are bytes here";
+    const TempFolder folder;
+    Write(folder.Native("in") / u"\u00E4" / u"\u00F6.txt", "umlauts");
+    Write(folder.Native("in") / u"\u03B1.txt", "alpha");
+    {
+        const ScopedCodePage utf8(65001);
+        if (!utf8) GTEST_SKIP() << "the system has no code page 65001";
+        CMakeCab::DirectoryToCab(folder / "in", folder / "a.cab", 1);
+    }
+    const WesternCodePage western;
+    if (!western) GTEST_SKIP() << "the system has no code page 1252";
+    Recorder left;
+    CReadCab reader;
+    reader.SetLeftOut(&left);
+    reader.Unpack(folder / "out", folder / "a.cab");
+    EXPECT_THAT(left.names, testing::ElementsAre(testing::EndsWith("?.txt")));
+    EXPECT_TRUE(fs::exists(folder.Native("out") / u"\u00E4" / u"\u00F6.txt"));
+    EXPECT_EQ(std::distance(fs::recursive_directory_iterator(folder.Native("out")), {}), 2);
+}
+
 TEST_P(InCodePage, TreesAreFoundCopiedPackedAndDeleted) {
     const ScopedCodePage page(GetParam().number);
     if (!page) GTEST_SKIP() << "the system has no code page " << GetParam().number;
