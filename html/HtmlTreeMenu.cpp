@@ -66,10 +66,12 @@ CString CHtmlTreeNode::GetHtml(const char* parentId) {
 }
 
 void CHtmlTreeNode::AppendHtml(CString& html, const char* parentId) {
-    const CString image = GetImage(1), style = GetStyle(), frame = m_pBuilder ? m_pBuilder->GetTargetFrame() : CString();
+    const CString image = GetImage(1), style = GetStyle(),
+                  frame = m_pBuilder ? m_pBuilder->GetTargetFrame() : CString();
     for (const std::string_view part : std::initializer_list<std::string_view>{
-             "node", m_strId, " = node", parentId, ".addItem(new TreeNode('", m_strText, "', '", image, "', '", m_strLink,
-             "', ", AskHasSelected() ? "true" : "false", ", true, '", style, "', '", frame, "', '", image, "'));\n"})
+             "node", m_strId, " = node", parentId, ".addItem(new TreeNode('", m_strText, "', '", image, "', '",
+             m_strLink, "', ", AskHasSelected() ? "true" : "false", ", true, '", style, "', '", frame, "', '", image,
+             "'));\n"})
         html += part;
     AppendChildren(html);
 }

@@ -44,7 +44,8 @@ std::optional<std::string> ReadRegistry(const ProfilePlace& place, const char* s
         const auto read = sys::RegQueryValueExW(key.Get(), name.c_str(), nullptr, &type,
                                                 reinterpret_cast<BYTE*>(value.data()), &size);
         if (read.error() == ERROR_MORE_DATA) {
-            value.resize(std::max<std::size_t>(2 * value.size(), size / sizeof(wchar_t) + 1));  // it may have grown meanwhile
+            value.resize(
+                std::max<std::size_t>(2 * value.size(), size / sizeof(wchar_t) + 1));  // it may have grown meanwhile
             continue;
         }
         if (!read.ok() || type != REG_SZ) return std::nullopt;

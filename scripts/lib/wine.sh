@@ -35,7 +35,7 @@ wine_environment() {
     # Of Wine's own messages only those of a process that finds no place in memory: it says nothing else.
     export WINEPREFIX=$2 WINEDEBUG=${WINEDEBUG:--all,err+virtual}
     # No offers to install run times, no entries in the desktop's menus.
-    export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+    export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d'
     # The ANSI code page follows the locale: Windows-1252 here. File names are UTF-8.
     export LC_ALL=${QV_WINE_LOCALE:-C.UTF-8} 2> /dev/null
     case $1 in

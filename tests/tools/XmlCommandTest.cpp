@@ -24,9 +24,8 @@ TEST(XmlCommand, GetsSetsAndCreates) {
           Row{{"set", file, "r/item[2]", "x"}, 1, ""}, Row{{"set", file, "r/item", "x1", "--type", "integer"}, 1, ""},
           Row{{"set", file, "r/item", "2004-05-05 14:03", "--type", "date"}, 0, ""},
           Row{{"get", file, "r/item", "--type", "date"}, 0, "05 May 2004 14:03:00\n"},
-          Row{{"get", file, "r/item", "--type", "integer"}, 1, ""},
-          Row{{"create", file, "r/@k", "v"}, 0, "r[0]/@k\n"}, Row{{"get", file, "r/@k"}, 0, "v\n"},
-          Row{{"get", file, "r["}, 1, ""}, Row{{"create", file, "other"}, 1, ""},
+          Row{{"get", file, "r/item", "--type", "integer"}, 1, ""}, Row{{"create", file, "r/@k", "v"}, 0, "r[0]/@k\n"},
+          Row{{"get", file, "r/@k"}, 0, "v\n"}, Row{{"get", file, "r["}, 1, ""}, Row{{"create", file, "other"}, 1, ""},
           Row{{"get", file, "r", "--type", "odd"}, 2, ""}}) {
         CStringArray arguments{"xml"};
         arguments.Append(row.arguments);
