@@ -1,35 +1,34 @@
 #pragma once
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <string>
+#include <thread>
 
-#include "platform/FolderWatch.h"
 #include "platform/Path.h"
 #include "platform/Process.h"
 
-/// Wine starts programs of its host, and says nothing more of them: a file tells their end.
+/// Wine starts programs of its host, and says nothing more of them: a file shows their end. It is looked for again and again,
+/// since Wine's notifications of what its host does get lost now and then. -1 when it takes more than a minute.
 inline int RunOnWinesHost(const std::filesystem::path& folder, const std::string& line) {
     namespace fs = std::filesystem;
     constexpr const char* kShell = "Z:\\bin\\sh";
-    constexpr unsigned kFileNames = 1;
+    constexpr int kMostLooks = 6000;
+    constexpr std::chrono::milliseconds kBetween(10);
     const fs::path ended = folder / ".ended", before = fs::current_path();
-    const auto watch = qv::platform::FolderWatch::Open(folder.string().c_str(), false, kFileNames);
     qv::platform::ChildProcess shell;
-    if (!watch || !fs::exists(kShell)) return -1;
+    if (!fs::exists(kShell)) return -1;
     fs::current_path(folder);
     const bool started = qv::platform::StartProcess(kShell, {"-c", "(" + line + "); echo $? > .end && mv .end .ended"},
                                                     false, false, shell)
                              .ok();
     fs::current_path(before);
     if (!started) return -1;
-    while (!fs::exists(ended) && watch->Wait() == qv::platform::FolderWatch::Event::Change && watch->Rearm()) {
-    }
+    for (int looks = 0; looks < kMostLooks && !fs::exists(ended); ++looks) std::this_thread::sleep_for(kBetween);
     int status = -1;
     std::ifstream(ended) >> status;
-    watch->Close();
     fs::remove(ended);
     return status;
 }
