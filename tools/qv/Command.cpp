@@ -29,6 +29,7 @@ CLI::Validator WholeNumber(const Number&) {
 
 std::vector<std::string> KeysOf(const std::map<std::string, int>& words) {
     std::vector<std::string> keys;
+    keys.reserve(words.size());
     for (const auto& [word, number] : words) keys.push_back(word);
     return keys;
 }
