@@ -1,8 +1,8 @@
 #include "platform/MessageWindow.h"
 
+#include <deque>
 #include <exception>
 #include <utility>
-#include <vector>
 
 #include "platform/windows/UniqueHandle.h"
 
@@ -10,21 +10,29 @@ namespace qv::platform {
 namespace {
 
 thread_local std::uint64_t g_handled = 0;
-// What receivers have thrown, in order. No exception may pass through the system's frames, so it waits here for the call
-// of this file that runs the window's procedure.
-thread_local std::vector<std::exception_ptr> g_thrown;
+// What receivers have thrown, in order; null when nothing waits. No exception may pass through the system's frames, so it
+// waits here for the call of this file that runs the window's procedure. A pointer, since MinGW may free a thread's
+// variables before it destroys them.
+using Thrown = std::deque<std::exception_ptr>;
+thread_local Thrown* g_thrown = nullptr;
+
+void KeepCurrentException() {
+    if (!g_thrown) g_thrown = new Thrown;
+    g_thrown->push_back(std::current_exception());
+}
 
 void RethrowFirst() {
-    if (g_thrown.empty()) return;
-    const std::exception_ptr first = std::move(g_thrown.front());
-    g_thrown.erase(g_thrown.begin());
+    if (!g_thrown) return;
+    const std::exception_ptr first = std::move(g_thrown->front());
+    g_thrown->pop_front();
+    if (g_thrown->empty()) delete std::exchange(g_thrown, nullptr);
     std::rethrow_exception(first);
 }
 
 void Hand(MessageReceiver& receiver, HWND sender, const COPYDATASTRUCT& data) try {
     receiver.OnMessage(sender, data.dwData, {static_cast<const char*>(data.lpData), data.lpData ? data.cbData : 0});
 } catch (...) {
-    g_thrown.push_back(std::current_exception());
+    KeepCurrentException();
 }
 
 LRESULT Take(HWND window, HWND sender, const COPYDATASTRUCT& data) {
