@@ -46,7 +46,7 @@ BlockCompressor::BlockCompressor(IMemory& memory, unsigned threads, Receiver rec
 }
 
 void BlockCompressor::StartWorkers(unsigned threads) {
-    const platform::SignalHold hold;  // in the workers, which must not take what the caller holds back
+    const platform::SignalHold hold;  // inherited: workers must not take what their caller holds back
     try {
         for (unsigned i = 0; i < threads; ++i) m_workers.emplace_back([this, i] { Work(*m_compressors[i]); });
     } catch (const std::system_error&) {

@@ -74,9 +74,11 @@ void BlockDecompressor::Queue() {
 
 void BlockDecompressor::StartWorker() {
     if (!m_mayHaveWorker) return;
-    const platform::SignalHold hold;  // in the worker
     try {
-        if (!m_worker.joinable()) m_worker = std::thread([this] { Work(); });
+        if (!m_worker.joinable()) {
+            const platform::SignalHold hold;  // inherited: a worker must not take what its caller holds back
+            m_worker = std::thread([this] { Work(); });
+        }
         m_isHandedOver = true;
     } catch (const std::system_error&) {
         m_mayHaveWorker = false;

@@ -9,7 +9,7 @@
 
 // The backup is complete and on the disk before the file changes, and is deleted once the new content is on the disk. So a
 // backup that exists holds the content to go back to, and is never overwritten. All of it happens while the file is open
-// exclusively: nobody else reads a part of it or makes a backup of one.
+// exclusively: no other program reads a part of it or makes a backup of one.
 
 namespace qv {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file Separators and other ASCII characters in paths. In a double-byte code page the second byte of a character may look
-/// like one of them, and is none.
+/// like one of them without being one.
 
 #include <string_view>
 
@@ -9,7 +9,7 @@ namespace qv {
 
 inline constexpr std::string_view kSeparators = "\\/";
 
-/// Where the first, or last, character of the text is that is one of `set`, which is ASCII; npos when there is none.
+/// Where the first, or last, character of the text is that is one of `set`, which is ASCII; npos when the text has no such character.
 std::size_t FindFirstOf(std::string_view text, std::string_view set, std::size_t from = 0);
 std::size_t FindLastOf(std::string_view text, std::string_view set);
 bool EndsWithOneOf(std::string_view text, std::string_view set);

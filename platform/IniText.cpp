@@ -95,7 +95,7 @@ public:
 
     std::size_t begin = 0;
     std::size_t End() const { return m_end; }
-    /// Whether the line stands in a section of the name, or heads it; and whether that is the first one.
+    /// Whether the line belongs to a section of the name, its header included; and whether to the first such section.
     bool inNamed = false, inSection = false;
     bool isBlank = false;
     std::string_view name, value;  ///< of an entry; else the name is empty

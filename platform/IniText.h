@@ -23,7 +23,7 @@ std::string WithIniValue(std::string_view text, std::string_view section, std::s
 /// The text without the entry, however often it is there, every other line as it was.
 std::string WithoutIniValue(std::string_view text, std::string_view section, std::string_view entry);
 
-/// The text without the sections of the name: their heads, entries and comments. Every other line is as it was.
+/// The text without the sections of the name: their headers, entries and comments. Every other line is as it was.
 std::string WithoutIniSection(std::string_view text, std::string_view section);
 
 }  // namespace qv::platform

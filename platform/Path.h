@@ -38,8 +38,7 @@ std::string FullPath(const char* path);
 std::string TempDirectory();
 
 /// The process's current folder, in the library's form without a final separator; empty when it is gone or the code page
-/// cannot hold it. ChangeFolder does
-/// nothing where it fails.
+/// cannot hold it. ChangeFolder does nothing where it fails.
 std::string CurrentFolder();
 void ChangeFolder(const std::string& path);
 /// A folder that is always there: the Windows directory, or the root.

@@ -11,7 +11,7 @@ namespace qv {
 class NameMasks;
 }
 
-#pragma push_macro("GetFileTitle")  // a system header's macro; the class has each name that it stands for
+#pragma push_macro("GetFileTitle")  // a system header's macro; the class declares each of its expansions
 #undef GetFileTitle
 
 /// The record of an entry that was found, and the folder in which. A value: it outlives the search.

@@ -43,7 +43,7 @@ public:
     /// Writes the new version into the existing file, which stays the same file: all its hard links see the new content,
     /// and nothing about it changes but content and times. It is slower than Commit and needs room for three versions.
     ///
-    /// The old content lies meanwhile in a backup beside the file, NAME.qvold, which only the user may read; programs must
+    /// The old content is meanwhile in a backup beside the file, NAME.qvold, which only the user may read; programs must
     /// not keep files of their own under that name. The file is open exclusively: programs that use this library, and on
     /// Windows all programs, see no part of a version. If the process or the machine dies, the file may be left in parts.
     /// The backup is left then, and is put back by the next Commit or CommitInPlace of the same user on the same path, or

@@ -99,7 +99,7 @@ public:
     /// are, other control characters are references. An attribute is name="value".
     CString get_xml() const;
 
-    /// Null where there is none. A COM DOM has an instruction named "xml" for the XML declaration, libxml2 has no node.
+    /// Null when absent. A COM DOM has an instruction named "xml" for the XML declaration, libxml2 has no node.
     IXMLDOMNode get_parentNode() const;
     IXMLDOMNode get_firstChild() const;
     IXMLDOMNode get_nextSibling() const;

@@ -4,7 +4,7 @@
 
 namespace qv::platform {
 
-// Every lock on a document asks for the name, and the user database is read anew each time, or asked for over a network.
+// Every lock on a document asks for the name, and each query of the user database reads its file, or goes over a network.
 std::string UserName() {
     constexpr std::size_t kLongestName = 63;
     thread_local struct {

@@ -20,7 +20,7 @@ inline std::uint32_t TagOf(const WIN32_FIND_DATAW& data) {
 /// Whether the path's last name, without a final separator, is a link to a folder.
 bool IsFolderLinkAt(const std::wstring& path);
 
-/// Copies what the system's searches tell of an entry besides its names, on disks and on servers.
+/// Copies what the system's searches report of an entry besides its names, on disks and on servers.
 template <class Data>
 void CopyFindStatus(const Data& data, FoundEntry& entry) {
     entry.attributes = data.dwFileAttributes;

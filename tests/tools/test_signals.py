@@ -41,7 +41,7 @@ class Signals(unittest.TestCase):
         shutil.copy(self.path("good.cab"), self.path("a.cab"))
         with open(self.path("d.xml"), "w", encoding="utf-8") as file:
             file.write(DOCUMENT)
-        # The lock's files may stay: they keep nobody out, and the next holder removes them.
+        # The lock's files may stay: they block no one, and the next holder removes them.
         return files_below(self.folder) | {"d.lck", "d.lid"}
 
     def interrupt(self, command, longest):

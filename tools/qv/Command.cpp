@@ -21,8 +21,7 @@ CLI::Validator WholeNumber(const Number&) {
     return CLI::Validator(
         [](std::string& text) {
             Number number;
-            return CLI::detail::lexical_cast(text, number) ? ""
-                                                           : "'" + text + "' is not a number that can be used here";
+            return CLI::detail::lexical_cast(text, number) ? "" : "'" + text + "' is not a valid number";
         },
         "");
 }

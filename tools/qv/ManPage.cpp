@@ -29,7 +29,7 @@ The time zone of local times.
 .SH FILES
 .TP
 .I NAME.lck, NAME.lid
-The lock of the document NAME.ext, and who holds it. They may stay when their holder is killed, and keep nobody out then.
+The lock of the document NAME.ext, and who holds it. They may stay when their holder is killed, and do not block the next holder.
 .TP
 .I NAME.bak
 The backup of NAME.ext.

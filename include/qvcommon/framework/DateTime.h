@@ -16,7 +16,7 @@
 #include "qvcommon/framework/FileTime.h"
 #include "qvcommon/framework/String.h"
 
-#pragma push_macro("GetCurrentTime")  // a system header's macro; the class has the name that it stands for, too
+#pragma push_macro("GetCurrentTime")  // a system header's macro; the class declares its expansion, too
 #undef GetCurrentTime
 
 /// A length of time in days, less than 3615900 days either way; a longer one is invalid.

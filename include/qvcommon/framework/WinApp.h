@@ -4,7 +4,7 @@
 
 #include "qvcommon/framework/String.h"
 
-#pragma push_macro("GetProfileString")  // system headers' macros; the class has each name that they stand for
+#pragma push_macro("GetProfileString")  // system headers' macros; the class declares each of their expansions
 #undef GetProfileString
 #pragma push_macro("WriteProfileString")
 #undef WriteProfileString

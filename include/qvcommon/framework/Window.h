@@ -8,7 +8,7 @@
 
 #include "qvcommon/framework/String.h"
 
-#pragma push_macro("GetWindowText")  // system headers' macros; the class has each name that they stand for
+#pragma push_macro("GetWindowText")  // system headers' macros; the class declares each of their expansions
 #undef GetWindowText
 #pragma push_macro("SetWindowText")
 #undef SetWindowText

@@ -72,7 +72,7 @@ Outcome LookForOthers(int file, const OpenRequest& request) {
 
 Result<ShareOutcome> MarkPresence(int file, const OpenRequest& request, bool mayReadLock) {
     // Whoever opens reads or writes, and so looks at one of the two marks of a file that is open exclusively. Marks of what
-    // is done with it would keep out nobody else.
+    // is done with it would exclude no further program.
     const bool exclusive = request.denyRead && request.denyWrite;
     Outcome outcome = ShareOutcome::Granted;
     if (request.read && !exclusive) outcome = Mark(file, kReads, mayReadLock);

@@ -18,7 +18,7 @@ constexpr std::size_t kLongestPlain = MAX_PATH - 13;
 /// The system counts the bytes of a path in 16 bits.
 constexpr std::size_t kLongest = 32766;
 
-/// Stands before the units of a name without a text: no name has a separator in it.
+/// Precedes the units of a name without a text: no name has a separator in it.
 constexpr char kUnits = '\\';
 
 bool IsAscii(std::wstring_view text) {
@@ -83,7 +83,7 @@ bool IsPortNumber(std::wstring_view text) {
     return text.size() == 1 && std::wstring_view(L"0123456789\u00B9\u00B2\u00B3").find(text[0]) != text.npos;
 }
 
-/// What stands before the first point, without final blanks, decides.
+/// The part before the first point, without final blanks, decides.
 bool IsDevice(std::wstring_view name) {
     constexpr std::array<std::wstring_view, 7> kNames = {L"CON",    L"PRN",    L"AUX",    L"NUL",
                                                          L"CLOCK$", L"CONIN$", L"CONOUT$"};

@@ -39,7 +39,7 @@ std::string ShownPath(std::wstring_view path);
 /// Whether the plain form of a path may end with this name, and then means the entry of exactly this name: no device, no
 /// stream, no drive, no wild card, nothing that the system cuts off.
 bool IsPlainWideName(std::wstring_view name);
-/// The text by which plain paths reach the entry of this name; nullopt where there is none.
+/// The text by which plain paths reach the entry of this name; nullopt when no text does.
 std::optional<std::string> ReachableName(std::wstring_view name);
 
 /// The name of any entry of an open folder as bytes: its text where it has one, else a "\" and the units of the name, which
