@@ -34,10 +34,8 @@ unsigned long CrcOfOperand(const std::string& path) {
 std::optional<unsigned long> TryCrcOf(const std::string& path) try {
     return CrcOfOperand(path);
 } catch (CFileException* error) {
-    char text[512];
-    error->GetErrorMessage(text, sizeof text);
+    Complain(MessageOf(*error));
     error->Delete();
-    Complain(text);
     return std::nullopt;
 }
 

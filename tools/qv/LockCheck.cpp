@@ -9,15 +9,10 @@
 #include "qvcommon/LockFile.h"
 #include "qvcommon/SaveFile.h"
 #include "tools/qv/Command.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
-
-std::string MessageOf(CException& error) {
-    char text[512] = {};
-    error.GetErrorMessage(text, sizeof text - 1);
-    return text;
-}
 
 /// Runs one trial, which raises what keeps it from holding.
 LockCheck Try(const std::string& text, const std::function<void()>& trial) {

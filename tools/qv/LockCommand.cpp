@@ -19,10 +19,8 @@ struct Options {
 
 std::string ReasonOf(const CLockFile& lock, const std::string& document) {
     if (!lock.GetLockedBy().IsEmpty()) return Native(document) + " is locked by " + lock.GetLockedBy().AsStd();
-    char text[512];
     CFileException error = lock.GetLockException();
-    error.GetErrorMessage(text, sizeof text);
-    return Native(document) + " could not be locked: " + text;
+    return Native(document) + " could not be locked: " + MessageOf(error);
 }
 
 /// Prints what holds in the folder, a line each; false when something does not.
@@ -42,10 +40,8 @@ bool Check(const std::string& folder) {
 int NotStarted(const std::string& command, CFileException* error) {
     constexpr int kNotExecutable = 126, kNotFound = 127;
     const bool isMissing = error->m_cause == CFileException::fileNotFound || error->m_cause == CFileException::badPath;
-    char text[512];
-    error->GetErrorMessage(text, sizeof text);
+    Complain(command + " could not be started: " + MessageOf(*error));
     error->Delete();
-    Complain(command + " could not be started: " + text);
     return isMissing ? kNotFound : kNotExecutable;
 }
 

@@ -22,11 +22,10 @@ bool IsReaderGone(const CException& error) {
 }
 
 int Report(CException* error) {
-    char text[512] = {};
+    const std::string text = qv::tool::MessageOf(*error);
     const bool quiet = IsReaderGone(*error);
-    error->GetErrorMessage(text, sizeof text - 1);
     error->Delete();
-    return quiet ? kFailed : Fail(text);
+    return quiet ? kFailed : Fail(text.c_str());
 }
 
 int Run(int argc, char** argv) {

@@ -114,6 +114,12 @@ void Complain(std::string_view message) {
     std::fprintf(stderr, "qv: %s\n", line.c_str());
 }
 
+std::string MessageOf(CException& error) {
+    char text[512] = {};
+    error.GetErrorMessage(text, sizeof text - 1);
+    return text;
+}
+
 std::string Native(std::string_view path) {
     return CFileUtils::GetNativePath(std::string(path).c_str()).AsStd();
 }

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "qvcommon/framework/Exception.h"
+
 /// Names and texts from outside, so that they can be shown: what they hold may neither command a terminal nor pass for
 /// something else.
 namespace qv::tool {
@@ -18,6 +20,9 @@ std::string VisibleOnPage(std::string_view utf8);
 
 /// Writes "qv: ", the message and a line end to standard error, visibly where that is a terminal.
 void Complain(std::string_view message);
+
+/// What an exception says, cut to 511 bytes.
+std::string MessageOf(CException& error);
 
 /// A path in the library's form, as the system writes it.
 std::string Native(std::string_view path);
