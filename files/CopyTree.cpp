@@ -48,12 +48,6 @@ DWORD ErrorOf(const Status& failure) {
     return static_cast<DWORD>(failure.error());
 }
 
-/// The paths of the innermost level, with final separators: those of the levels above are their beginnings, so that memory
-/// is linear in depth.
-struct Paths {
-    std::string source, target;
-};
-
 }  // namespace
 
 /// One folder of the source and its copy, both held open, so that nothing done to their paths leads the copy elsewhere.
@@ -73,6 +67,12 @@ public:
     Status CopyEntry() const;
 
 private:
+    /// The paths of the innermost level, with final separators: those of the levels above are their beginnings, so that
+    /// memory is linear in depth.
+    struct Paths {
+        std::string source, target;
+    };
+
     CString From() const {
         return CString(std::string_view(m_paths->source).substr(0, m_sourceLength)) + std::string_view(m_entry.name);
     }

@@ -10,6 +10,8 @@ namespace qv::platform {
 
 /// Attribute bits as Windows numbers them.
 enum FileAttribute : unsigned { kReadOnly = 1, kHidden = 2, kSystem = 4, kDirectory = 16, kArchive = 32 };
+/// Those that can be given to a file.
+constexpr unsigned kSettable = kReadOnly | kHidden | kSystem | kArchive;
 
 /// Times are seconds since 1970 UTC, -1 when the file system does not keep them.
 ///

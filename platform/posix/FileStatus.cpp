@@ -7,11 +7,10 @@
 #include "platform/Path.h"
 #include "platform/posix/RenameNoReplace.h"
 #include "platform/posix/SameFile.h"
+#include "platform/posix/attributes/ReadOnlyMode.h"
 
 namespace qv::platform {
 namespace {
-
-constexpr mode_t kAllWriteBits = S_IWUSR | S_IWGRP | S_IWOTH;
 
 bool HasLeadingPoint(const std::string& native) {
     const auto end = native.find_last_not_of('/');
@@ -45,7 +44,7 @@ Status Query(int folder, const char* name, int flags, const char* path, FileInfo
 
 Status ChangeMode(const std::string& native, mode_t mode, bool readOnly) {
     if (readOnly == !(mode & S_IWUSR)) return {};
-    const mode_t changed = readOnly ? mode & ~kAllWriteBits : mode | S_IWUSR;
+    const mode_t changed = ReadOnlyMode(mode, readOnly);
     return sys::fchmodat(AT_FDCWD, native.c_str(), changed & 07777, 0).status();
 }
 

@@ -3,11 +3,10 @@
 #include <cerrno>
 
 #include "platform/posix/FolderBody.h"
+#include "platform/posix/attributes/ReadOnlyMode.h"
 
 namespace qv::platform {
 namespace {
-
-constexpr mode_t kAllWriteBits = S_IWUSR | S_IWGRP | S_IWOTH;
 
 Result<int> OpenIn(const Folder& folder, const std::string& name, int flags) {
     constexpr mode_t kNewFile = 0666;
@@ -52,7 +51,7 @@ Status StampFile(FileHandle handle, const FileStamp& stamp) {
     if (stamp.time != -1)
         if (const auto set = sys::futimens(file, times); !set.ok()) return set.status();
     const bool readOnly = stamp.attributes & kReadOnly;
-    const mode_t mode = readOnly ? status.st_mode & ~kAllWriteBits : status.st_mode | S_IWUSR;
+    const mode_t mode = ReadOnlyMode(status.st_mode, readOnly);
     return mode == status.st_mode ? Status() : sys::fchmod(file, mode & 07777).status();
 }
 

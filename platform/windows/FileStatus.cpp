@@ -9,7 +9,6 @@ namespace qv::platform {
 namespace {
 
 constexpr unsigned kKnown = kReadOnly | kHidden | kSystem | kDirectory | kArchive;
-constexpr unsigned kSettable = kReadOnly | kHidden | kSystem | kArchive;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 /// Both of the system's records name these members alike.

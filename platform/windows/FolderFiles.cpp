@@ -7,8 +7,6 @@
 namespace qv::platform {
 namespace {
 
-constexpr unsigned kSettable = kReadOnly | kHidden | kSystem | kArchive;
-
 Result<HANDLE> OpenIn(const Folder& folder, const std::string& name, DWORD access, DWORD sharing, DWORD disposition) {
     return sys::CreateFileW(PathIn(folder, name).c_str(), access, sharing, nullptr, disposition,
                             FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <random>
 
 #include "tests/support/MemoryCabinets.h"
+#include "tests/support/Noise.h"
 
 namespace {
 
@@ -12,13 +12,6 @@ using Files = std::map<std::string, std::string>;
 using ::testing::AllOf;
 using ::testing::Ge;
 using ::testing::Le;
-
-std::string Noise(std::size_t size, unsigned seed) {
-    std::minstd_rand random(seed);
-    std::string text(size, '\0');
-    for (char& c : text) c = static_cast<char>(random() >> 7);
-    return text;
-}
 
 std::string Prose(std::size_t size) {
     std::string text;

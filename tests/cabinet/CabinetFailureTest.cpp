@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
-
 #include "cabinet/Manifest.h"
 #include "platform/Path.h"
 #include "qvcommon/Cabinet.h"
@@ -12,6 +10,7 @@
 #include "tests/support/CabinetError.h"
 #include "tests/support/CabinetOf.h"
 #include "tests/support/LeftOutRecorder.h"
+#include "tests/support/Noise.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
@@ -43,12 +42,8 @@ class SmallCab : public CMakeCab {
 /// Members of noise, so that they fill several cabinets.
 void MakeSet(const TempFolder& folder) {
     fs::create_directories(folder.Native("in/sub"));
-    for (const char* const name : {"a", "b", "c", "sub/d"}) {
-        std::minstd_rand random(name[0]);
-        std::string noise(9000, '\0');
-        for (char& c : noise) c = static_cast<char>(random() >> 8);
-        folder.Write("in/" + std::string(name), noise);
-    }
+    for (const char* const name : {"a", "b", "c", "sub/d"})
+        folder.Write("in/" + std::string(name), Noise(9000, name[0]));
     SmallCab().Pack(folder / "in", folder / "Set", 1);
     ASSERT_TRUE(folder.Has("Set4.cab"));
 }

@@ -4,12 +4,12 @@
 
 #include <cstdlib>
 #include <map>
-#include <random>
 
 #include "platform/Path.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/framework/File.h"
 #include "qvcommon/framework/Process.h"
+#include "tests/support/Noise.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -32,11 +32,10 @@ int StatusOf(const char* program, const CStringArray& arguments) {
 class CabinetPeers : public ::testing::Test {
 protected:
     CabinetPeers() {
-        std::minstd_rand random(7);
-        std::string noise(90000, '\0'), text;
-        for (char& c : noise) c = static_cast<char>(random() >> 8);
+        std::string text;
         for (int i = 0; i < 9000; ++i) text += "line " + std::to_string(i) + "\n";
-        m_files = {{"empty", ""}, {"noise.bin", noise}, {"text.txt", text}, {"zeros", std::string(200000, '\0')}};
+        m_files = {
+            {"empty", ""}, {"noise.bin", Noise(90000, 7)}, {"text.txt", text}, {"zeros", std::string(200000, '\0')}};
         fs::create_directory(folder.Native("in"));
         for (const auto& [name, content] : m_files) folder.Write("in/" + name, content);
     }

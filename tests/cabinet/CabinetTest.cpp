@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 
-#include <random>
-
 #include "platform/DosTime.h"
 #include "platform/Path.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/CabinetError.h"
+#include "tests/support/Noise.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tree.h"
@@ -148,10 +147,7 @@ TEST(Cabinet, WritesASetThatItReadsAsOne) {
     };
     const TempFolder folder;
     MakeTree(folder);
-    std::mt19937 random(1);
-    std::string noise(20000, '\0');
-    for (char& c : noise) c = static_cast<char>(random());
-    folder.Write("in/sub/noise", noise);
+    folder.Write("in/sub/noise", Noise(20000, 1));
     SmallCab maker;
     maker.Pack(folder / "in", folder / "s", 1);
     EXPECT_TRUE(folder.Has("s.cab") && folder.Has("s1.cab") && folder.Has("s5.cab"));

@@ -75,17 +75,6 @@ private:
     }
 };
 
-/// Nothing is made up: what was read stands in the archive's data, if that is given.
-int ErrorOf(const std::string& cabinet, const std::string* data = nullptr) {
-    MemoryReader reader;
-    reader.files["set0"] = cabinet;
-    const int error = reader.Copy();
-    for (const auto& [name, content] : reader.members) EXPECT_TRUE(!data || data->find(content) != data->npos) << name;
-    EXPECT_EQ(reader.opened, 0);
-    EXPECT_EQ(reader.allocated, 0);
-    return error;
-}
-
 TEST(HostileCabinet, EndsInTheErrorOfItsDefect) {
     const std::string ownReserves("\xFF\xFF\xFF\xFF", 4);
     const std::tuple<const char*, int, Recipe> cases[] = {

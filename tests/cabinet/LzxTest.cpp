@@ -6,6 +6,7 @@
 
 #include "tests/support/LzxMaker.h"
 #include "tests/support/MemoryCabinets.h"
+#include "tests/support/Noise.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
 
@@ -13,13 +14,6 @@ namespace {
 
 using namespace qv::cabinet;
 using namespace qv::test;
-
-std::string Noise(std::size_t size, unsigned seed) {
-    std::minstd_rand random(seed);
-    std::string text(size, '\0');
-    for (char& c : text) c = static_cast<char>(random() >> 7);
-    return text;
-}
 
 /// Texts, calls of near and far targets, noise, and repetitions from far away; an odd size.
 std::string Mixture(std::size_t size) {
@@ -40,7 +34,7 @@ using enum LzxBlock;
 const std::vector<std::pair<LzxBlock, std::size_t>> kAllKinds = {
     {Verbatim, 40001}, {Uncompressed, 50001}, {Aligned, 70000}, {Uncompressed, 25533}, {Uncompressed, 1}, {Aligned, 3}};
 
-const std::vector<std::pair<std::string, std::string>>& Members() {
+const std::vector<std::pair<std::string, std::string>>& MembersToPack() {
     static const std::vector<std::pair<std::string, std::string>> members = {{"first", Mixture(300001)},
                                                                              {"zeros", std::string(100000, '\0')},
                                                                              {"noise", Noise(70000, 1)},
@@ -60,7 +54,7 @@ const std::map<std::string, std::string>& Cabinets() {
         for (unsigned window = kSmallestLzxWindow; window <= kLargestLzxWindow; ++window)
             recipes["window" + std::to_string(window)] = {window, kAllKinds, window % 2 ? 300000u : 0u};
         std::map<std::string, std::string> made;
-        for (const auto& [name, recipe] : recipes) made[name] = LzxCabinet(Members(), recipe);
+        for (const auto& [name, recipe] : recipes) made[name] = LzxCabinet(MembersToPack(), recipe);
         return made;
     }();
     return cabinets;
@@ -71,7 +65,7 @@ TEST(Lzx, ReadsAllBlocksAndWindows) {
         MemoryReader reader;
         reader.files["set0"] = cabinet;
         EXPECT_EQ(reader.Copy(), 0) << name;
-        for (const auto& [member, content] : Members()) EXPECT_TRUE(reader.members[member] == content) << name;
+        for (const auto& [member, content] : MembersToPack()) EXPECT_TRUE(reader.members[member] == content) << name;
     }
 }
 
@@ -93,20 +87,11 @@ TEST(Lzx, OtherProgramsReadTheSame) {
                 continue;
             }
             ++programs;
-            for (const auto& [member, content] : Members())
+            for (const auto& [member, content] : MembersToPack())
                 EXPECT_TRUE(folder.Read("out/" + member) == content) << program << " " << name << " " << member;
         }
     }
     if (programs == 0) GTEST_SKIP() << "neither cabextract nor 7zz is here";
-}
-
-int ErrorOf(const std::string& cabinet) {
-    MemoryReader reader;
-    reader.files["set0"] = cabinet;
-    const int error = reader.Copy();
-    EXPECT_EQ(reader.opened, 0);
-    EXPECT_EQ(reader.allocated, 0);
-    return error;
 }
 
 TEST(Lzx, RefusesWhatIsNoLzx) {

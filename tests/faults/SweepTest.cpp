@@ -57,17 +57,17 @@ Outcome RunDisturbed(const Operation& operation, const Place& place, int nth, Fa
 }
 
 /// Which files the file system has beside those with names.
-enum class Files { Unnamed, Named };
+enum class NewFiles { Unnamed, Named };
 
 /// With Named, the calls that make files without names, in a folder, fail.
-Fault FaultOf(const SystemFaults::Call& call, Files files) {
+Fault FaultOf(const SystemFaults::Call& call, NewFiles files) {
     const bool unnamed = call.kind == CallKind::Open && (call.path.ends_with('/') || call.path == ".");
-    return unnamed && files == Files::Named ? Fault{.error = EOPNOTSUPP} : Fault{};
+    return unnamed && files == NewFiles::Named ? Fault{.error = EOPNOTSUPP} : Fault{};
 }
 
 /// Runs it once more, to its end.
 void ExpectWholeAfterNextRun(const Operation& operation, const Place& place, const std::string& after,
-                             Files files = Files::Unnamed) {
+                             NewFiles files = NewFiles::Unnamed) {
     const RecordingClock clock;
     const SystemFaults faults([files](const SystemFaults::Call& call) { return FaultOf(call, files); });
     EXPECT_FALSE(operation.run(place)) << after;
@@ -135,7 +135,7 @@ QV_CHILD(RunAndDie) {
     const Operation& operation = Operations()[std::stoul(arguments.at(0))];
     const Place place{arguments.at(1), CString(arguments.at(2))};
     int left = std::stoi(arguments.at(3));
-    const auto files = static_cast<Files>(std::stoi(arguments.at(4)));
+    const auto files = static_cast<NewFiles>(std::stoi(arguments.at(4)));
     const SystemFaults faults([&](const SystemFaults::Call& call) {
         if (--left == 0) std::_Exit(kKilled);
         return FaultOf(call, files);
@@ -145,19 +145,19 @@ QV_CHILD(RunAndDie) {
 
 class KillSweep : public Sweep {
 protected:
-    static int RunAndKill(const Place& place, int nth, Files files) {
+    static int RunAndKill(const Place& place, int nth, NewFiles files) {
         CProcess child;
         StartChild(child, "RunAndDie",
                    {CString(std::to_string(GetParam())), CString(place.native.string()), place.path,
                     CString(std::to_string(nth)), CString(std::to_string(static_cast<int>(files)))});
         return child.Wait();
     }
-    void KillAtEveryCall(Files files);
+    void KillAtEveryCall(NewFiles files);
 };
 
-void KillSweep::KillAtEveryCall(Files files) {
+void KillSweep::KillAtEveryCall(NewFiles files) {
     // Programs start slowly under Wine.
-    const int usual = qv::platform::HasDriveLetters() ? 5 : files == Files::Named ? 3 : 1;
+    const int usual = qv::platform::HasDriveLetters() ? 5 : files == NewFiles::Named ? 3 : 1;
     const int step = std::getenv("QV_TEST_LARGE") ? 1 : usual;
     for (int nth = 1, status = kKilled; status == kKilled; nth += step) {
         const TempFolder folder;
@@ -175,12 +175,12 @@ void KillSweep::KillAtEveryCall(Files files) {
 }
 
 TEST_P(KillSweep, LeavesOldOrNew) {
-    KillAtEveryCall(Files::Unnamed);
+    KillAtEveryCall(NewFiles::Unnamed);
 }
 
 TEST_P(KillSweep, LeavesOldOrNewWhereFilesNeedNames) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "all files have names there";
-    KillAtEveryCall(Files::Named);
+    KillAtEveryCall(NewFiles::Named);
 }
 
 std::string NameOf(const ::testing::TestParamInfo<std::size_t>& operation) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr UINT kNew = CFile::modeCreate | CFile::modeReadWrite;
+constexpr UINT kNewFile = CFile::modeCreate | CFile::modeReadWrite;
 const std::string kLineEnd(qv::platform::TextLineEnd());
 
 std::vector<std::string> LinesOf(const char* path, UINT type) {
@@ -63,7 +63,7 @@ TEST(StdioFile, WritesInItsMode) {
     const std::string text = "a\nb\r\n" + std::string(70'000, 'x') + "\n\n";
     const std::string translated = "a" + kLineEnd + "b\r" + kLineEnd + std::string(70'000, 'x') + kLineEnd + kLineEnd;
     for (const UINT type : {0u, UINT{CFile::typeText}, UINT{CFile::typeBinary}}) {
-        CStdioFile file(folder / "out", kNew | type);
+        CStdioFile file(folder / "out", kNewFile | type);
         file.WriteString(text);
         file.Write(text.data(), 5);
         const std::string& expected = type == CFile::typeBinary ? text : translated;
@@ -100,7 +100,7 @@ TEST(StdioFile, LosesNothingSilently) {
     using qv::platform::CallKind;
     const TempFolder folder;
     for (const CallKind failing : {CallKind::Write, CallKind::Close}) {
-        CStdioFile file(folder / "full", kNew);
+        CStdioFile file(folder / "full", kNewFile);
         file.WriteString("text");
         const SystemFaults faults(SystemFaults::Always(failing, qv::platform::FileCause::DiskFull));
         const auto error = Raised<CFileException>([&] { file.Close(); });
@@ -109,7 +109,7 @@ TEST(StdioFile, LosesNothingSilently) {
         EXPECT_EQ(error->m_strFileName, folder / "full");
         EXPECT_FALSE(file.IsOpen());
     }
-    CStdioFile file(folder / "full", kNew);
+    CStdioFile file(folder / "full", kNewFile);
     {
         const SystemFaults faults(
             SystemFaults::Always(qv::platform::CallKind::Write, qv::platform::FileCause::DiskFull));
@@ -117,9 +117,9 @@ TEST(StdioFile, LosesNothingSilently) {
         EXPECT_TRUE(Raised<CFileException>([&] { file.Flush(); }));
         EXPECT_TRUE(Raised<CFileException>([&] { file.WriteString(std::string(100'000, 'x')); }));
         file.WriteString("open");
-        EXPECT_FALSE(file.Open(folder / "full", kNew));
+        EXPECT_FALSE(file.Open(folder / "full", kNewFile));
     }
-    EXPECT_TRUE(file.Open(folder / "full", kNew));
+    EXPECT_TRUE(file.Open(folder / "full", kNewFile));
     file.WriteString("kept");
     file.Close();
     EXPECT_EQ(folder.Read("full"), "kept");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <map>
@@ -150,3 +152,15 @@ public:
         return copied == !error.failed ? error.error : -1;
     }
 };
+
+/// The error of reading one cabinet, which must give everything back. Nothing is made up: what was read is part of the
+/// cabinet's data, if that is given.
+inline int ErrorOf(const std::string& cabinet, const std::string* data = nullptr) {
+    MemoryReader reader;
+    reader.files["set0"] = cabinet;
+    const int error = reader.Copy();
+    for (const auto& [name, content] : reader.members) EXPECT_TRUE(!data || data->find(content) != data->npos) << name;
+    EXPECT_EQ(reader.opened, 0);
+    EXPECT_EQ(reader.allocated, 0);
+    return error;
+}

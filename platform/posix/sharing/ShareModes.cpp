@@ -7,7 +7,7 @@
 namespace qv::platform {
 namespace {
 
-using Outcome = Result<ShareOutcome>;
+using ShareResult = Result<ShareOutcome>;
 
 enum Range : int { kReads, kWrites, kDeniesReading, kDeniesWriting };
 constexpr off_t kFirstRange = off_t{1} << 62;
@@ -19,21 +19,21 @@ off_t StartOf(Range range) {
     return kFirstRange + range * kRangeSize;
 }
 
-bool IsGranted(const Outcome& outcome) {
+bool IsGranted(const ShareResult& outcome) {
     return outcome.ok() && outcome.value() == ShareOutcome::Granted;
 }
 
 /// File systems refuse locks with various numbers; they all come to one.
-Outcome Failed(unsigned long error) {
+ShareResult LockFailure(unsigned long error) {
     const bool refused = error == EACCES || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
-    return Outcome::OfError(ShareOutcome::OthersSeen, refused ? ENOLCK : error);
+    return ShareResult::OfError(ShareOutcome::OthersSeen, refused ? ENOLCK : error);
 }
 
 /// Another program's lock in the way, of whatever kind, counts as another opener.
-Outcome LockByte(int file, OfdLockKind kind, off_t at) {
+ShareResult LockByte(int file, OfdLockKind kind, off_t at) {
     const auto set = SetOfdLock(file, kind, {.start = at, .length = 1});
     if (set.ok()) return ShareOutcome::Granted;
-    return IsLockConflict(set) ? Outcome(ShareOutcome::OthersSeen) : Failed(set.error());
+    return IsLockConflict(set) ? ShareResult(ShareOutcome::OthersSeen) : LockFailure(set.error());
 }
 
 /// From the processor: children of a fork must not draw the same numbers. Finding out what the processor can do costs more
@@ -45,22 +45,22 @@ off_t RandomByteOfARange() {
 
 /// Readers share a read lock on the first byte. A descriptor that only writes may hold no read lock: it takes a byte of its
 /// own, at random, but never the first.
-Outcome Mark(int file, Range range, bool mayReadLock) {
+ShareResult Mark(int file, Range range, bool mayReadLock) {
     if (mayReadLock) return LockByte(file, OfdLockKind::Read, StartOf(range));
-    Outcome outcome = ShareOutcome::OthersSeen;
+    ShareResult outcome = ShareOutcome::OthersSeen;
     for (int tries = 0; outcome.ok() && !IsGranted(outcome) && tries < kTriesForAFreeByte; ++tries)
         outcome = LockByte(file, OfdLockKind::Write, StartOf(range) + RandomByteOfARange());
     return outcome;
 }
 
-Outcome LookForOthers(int file, Range range) {
+ShareResult LookForOthers(int file, Range range) {
     const auto conflict = HasLockConflict(file, OfdLockKind::Write, {.start = StartOf(range), .length = kRangeSize});
-    if (!conflict.ok()) return Failed(conflict.error());
+    if (!conflict.ok()) return LockFailure(conflict.error());
     return conflict.value() ? ShareOutcome::OthersSeen : ShareOutcome::Granted;
 }
 
-Outcome LookForOthers(int file, const OpenRequest& request) {
-    Outcome outcome = ShareOutcome::Granted;
+ShareResult LookForOthers(int file, const OpenRequest& request) {
+    ShareResult outcome = ShareOutcome::Granted;
     if (request.read) outcome = LookForOthers(file, kDeniesReading);
     if (request.write && IsGranted(outcome)) outcome = LookForOthers(file, kDeniesWriting);
     if (request.denyRead && IsGranted(outcome)) outcome = LookForOthers(file, kReads);
@@ -74,7 +74,7 @@ Result<ShareOutcome> MarkPresence(int file, const OpenRequest& request, bool may
     // Whoever opens reads or writes, and so looks at one of the two marks of a file that is open exclusively. Marks of what
     // is done with it would exclude no further program.
     const bool exclusive = request.denyRead && request.denyWrite;
-    Outcome outcome = ShareOutcome::Granted;
+    ShareResult outcome = ShareOutcome::Granted;
     if (request.read && !exclusive) outcome = Mark(file, kReads, mayReadLock);
     if (request.write && !exclusive && IsGranted(outcome)) outcome = Mark(file, kWrites, mayReadLock);
     if (request.denyRead && IsGranted(outcome)) outcome = Mark(file, kDeniesReading, mayReadLock);
@@ -83,7 +83,7 @@ Result<ShareOutcome> MarkPresence(int file, const OpenRequest& request, bool may
 }
 
 Result<ShareOutcome> AcquireShareMode(int file, const OpenRequest& request) {
-    const Outcome marked = MarkPresence(file, request, request.read);
+    const ShareResult marked = MarkPresence(file, request, request.read);
     return IsGranted(marked) ? LookForOthers(file, request) : marked;
 }
 

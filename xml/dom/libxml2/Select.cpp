@@ -103,11 +103,8 @@ void WalkSimple(Node& context, const SimplePath& path, Found found) {
     if (xmlAttr* const attribute = FindAttribute(from, path.steps[0].name)) found(AsNode(attribute));
 }
 
-struct FreeContext {
+struct FreeXPathContext {
     void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
-};
-struct FreeObject {
-    void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
 };
 
 void Ignore(void*, xmlError*) {}
@@ -116,12 +113,12 @@ template <class Found>
 void Evaluate(Node& context, std::string_view path, Found found) {
     const std::optional<std::string> xpath = ToXPath(path);
     if (!xpath) _com_raise_error(_com_error::kFail, "the path cannot be read");
-    const std::unique_ptr<xmlXPathContext, FreeContext> scope(xmlXPathNewContext(context.tree->doc));
+    const std::unique_ptr<xmlXPathContext, FreeXPathContext> scope(xmlXPathNewContext(context.tree->doc));
     if (!scope) throw std::bad_alloc();
     scope->node = context.node;
     scope->error = Ignore;
     xmlXPathRegisterFuncLookup(scope.get(), FindFunction, nullptr);
-    const std::unique_ptr<xmlXPathObject, FreeObject> result(xmlXPathEval(Xml(xpath->c_str()), scope.get()));
+    const XPathObject result(xmlXPathEval(Xml(xpath->c_str()), scope.get()));
     if (!result || result->type != XPATH_NODESET) _com_raise_error(_com_error::kFail, "the path selects no nodes");
     if (!result->nodesetval) return;
     xmlXPathNodeSetSort(result->nodesetval);

@@ -1,6 +1,5 @@
 #include "xml/dom/libxml2/names/Functions.h"
 
-#include <memory>
 #include <new>
 
 #include "platform/Ascii.h"
@@ -8,11 +7,6 @@
 
 namespace qv::dom {
 namespace {
-
-struct FreeObject {
-    void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
-};
-using Object = std::unique_ptr<xmlXPathObject, FreeObject>;
 
 void Push(xmlXPathParserContext* context, std::string_view text) {
     valuePush(context, xmlXPathNewString(Xml(std::string(text).c_str())));
@@ -30,7 +24,7 @@ const xmlNode* Argument(xmlXPathParserContext* context, int count) {
         xmlXPathErr(context, count == 1 ? XPATH_INVALID_TYPE : XPATH_INVALID_ARITY);
         return nullptr;
     }
-    const Object nodes(valuePop(context));
+    const XPathObject nodes(valuePop(context));
     if (!nodes->nodesetval || nodes->nodesetval->nodeNr == 0) return nullptr;
     xmlXPathNodeSetSort(nodes->nodesetval);
     const xmlNode* const first = nodes->nodesetval->nodeTab[0];
@@ -62,7 +56,7 @@ void Lang(xmlXPathParserContext* context, int count) {
     if (count != 1) return xmlXPathErr(context, XPATH_INVALID_ARITY);
     xmlXPathStringFunction(context, 1);
     if (context->error) return;
-    const Object argument(valuePop(context));
+    const XPathObject argument(valuePop(context));
     const std::string_view wanted = View(argument->stringval);
     const std::string language = Language(context->context->node);
     const bool longer = language.size() > wanted.size() && language[wanted.size()] == '-';
