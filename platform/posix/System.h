@@ -66,6 +66,7 @@ QV_SYSTEM_CALL(Status, fstatat);
 QV_SYSTEM_CALL(Status, faccessat);
 QV_SYSTEM_CALL(Status, statx);
 QV_SYSTEM_CALL(Status, fstatfs);
+QV_SYSTEM_CALL(Status, statfs);
 QV_SYSTEM_CALL(Status, readlink);
 QV_SYSTEM_CALL(Status, flistxattr);
 QV_SYSTEM_CALL(Status, fgetxattr);

@@ -38,13 +38,14 @@ TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
 TEST(DirChangeWatcher, EndsBeforeItMissesChanges) {
     if (OnWindows()) GTEST_SKIP() << "the system watches subfolders itself";
     for (const auto& [name, error] : {std::pair("openat", EMFILE), {"inotify_add_watch", ENOSPC}}) {
-        const TempFolder tree;
+        const TempFolder tree, outside;
+        fs::create_directories(outside.Native("new/below"));
         Watcher watcher(tree / "", 0x01);
         const SystemFaults faults([only = std::string_view(name), code = error](const SystemFaults::Call& call) {
             const bool fails = call.name == only && LastName(call) == "new";
             return SystemFaults::Fault{.error = fails ? static_cast<unsigned long>(code) : 0};
         });
-        fs::create_directory(tree.Native("new"));
+        fs::rename(outside.Native("new"), tree.Native("new"));
         EXPECT_TRUE(watcher.SeesChange()) << name;
         while (watcher.IsWatching()) std::this_thread::yield();
         EXPECT_FALSE(watcher.Start()) << name;

@@ -1,5 +1,7 @@
 #include "platform/posix/watching/WatchedFolders.h"
 
+#include <linux/magic.h>
+
 #include <cerrno>
 
 #include "platform/posix/FolderEntries.h"
@@ -14,6 +16,13 @@ bool IsExhaustion(unsigned long error) {
     return error == ENOSPC || error == ENOMEM || error == EMFILE || error == ENFILE;
 }
 
+// Whether a folder's links count its subfolders, which is a habit of these alone.
+bool CountsSubfolders(const char* path) {
+    struct statfs system;
+    if (!sys::statfs(path, &system).ok()) return false;
+    return system.f_type == EXT4_SUPER_MAGIC || system.f_type == TMPFS_MAGIC || system.f_type == XFS_SUPER_MAGIC;
+}
+
 }  // namespace
 
 WatchedFolders::WatchedFolders(int inotify, std::uint32_t events, bool subfolders, const std::atomic<bool>& stop)
@@ -26,6 +35,7 @@ bool WatchedFolders::AddRoot(const std::string& path) {
     m_root = added.value();
     m_folders[m_root];
     if (!m_subfolders) return true;
+    m_linksTellSubfolders = CountsSubfolders(m_rootPath.c_str());
     return sys::fstatat(AT_FDCWD, m_rootPath.c_str(), &m_rootStatus, 0).ok() && Settle();
 }
 
@@ -83,6 +93,7 @@ bool WatchedFolders::AddBelow(int top, std::string path) {
         const Unread folder = std::move(unread.back());
         unread.pop_back();
         if (std::exchange(m_folders[folder.watch].pass, m_pass) == m_pass) continue;
+        if (HasNoSubfolders(folder)) continue;
         names.clear();
         if (IsExhaustion(ListSubfolders(folder, names).error())) return false;
         for (const std::string& name : names) {
@@ -108,6 +119,14 @@ Result<int> WatchedFolders::AddOne(int parent, const std::string& name, const st
     folder->second.name = name;
     m_folders[parent].children[name] = added.value();
     return added;
+}
+
+// A folder on the root's file system with no links but its own two has no subfolders, which is known sooner than by reading
+// it: most folders are such.
+bool WatchedFolders::HasNoSubfolders(const Unread& folder) const {
+    struct stat status;
+    return m_linksTellSubfolders && sys::fstatat(AT_FDCWD, folder.path.c_str(), &status, AT_SYMLINK_NOFOLLOW).ok() &&
+           S_ISDIR(status.st_mode) && status.st_dev == m_rootStatus.st_dev && status.st_nlink == 2;
 }
 
 // With what may be a folder on a file system that does not say; only a folder can be watched.

@@ -62,6 +62,7 @@ private:
     bool AddAppeared();
     bool AddBelow(int top, std::string path);
     Result<int> AddOne(int parent, const std::string& name, const std::string& path);
+    bool HasNoSubfolders(const Unread& folder) const;
     Status ListSubfolders(const Unread& folder, std::vector<std::string>& names) const;
     bool IsRootInPlace() const;
     void DropMovedOut();
@@ -73,6 +74,7 @@ private:
     int m_root = -1;
     std::string m_rootPath;
     struct stat m_rootStatus = {};
+    bool m_linksTellSubfolders = false;
     std::unordered_map<int, WatchedFolder> m_folders;
     std::set<std::pair<int, std::string>> m_appeared;
     std::set<int> m_movedOut;
