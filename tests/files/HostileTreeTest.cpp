@@ -1,11 +1,13 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <set>
 
 #include "platform/Path.h"
 #include "platform/Process.h"
+#include "platform/Text.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/Checksum.h"
 #include "qvcommon/CopyTree.h"
@@ -46,9 +48,8 @@ int CopyErrors(const CString& from, const CString& to) {
     return errors.count;
 }
 
-/// A tree whose names hold what names may hold on Linux: all bytes, no text of any code page, what the library's form uses
-/// itself. Returns the paths of its files from the root, in the system's own form.
-std::set<std::string> MakeHostileTree(const fs::path& root) {
+/// What names may hold on Linux: all bytes, no text of any code page, what the library's form uses itself.
+std::set<std::string> AllNames() {
     std::set<std::string> names = {"\\",
                                    std::string(255, 'n'),
                                    std::string(255, '\\'),
@@ -75,47 +76,94 @@ std::set<std::string> MakeHostileTree(const fs::path& root) {
                                    "\xEF\x81\\\xEF\x80\xA5\xEF\x81\x9C\x9C"};
     for (int byte = 1; byte < 256; ++byte)
         if (byte != '/') names.insert({static_cast<char>(byte), 'x'});
-    for (const std::string& name : names) {
-        fs::create_directories((root / name).parent_path());
-        std::ofstream(root / name, std::ios::binary) << name;
+    return names;
+}
+
+/// What names may hold on Windows: all that the code page holds, but for what the system keeps to itself.
+std::set<std::string> NamesOfTheCodePage() {
+    std::set<std::string> names = {std::string(255, 'n'),
+                                   std::string(200, 'd') + "\\" + std::string(200, 'e') + "\\x",
+                                   "d\\e\\x",
+                                   " x",
+                                   "...x",
+                                   "%s%n",
+                                   "-rf",
+                                   "&#13;",
+                                   "x;y",
+                                   "~1",
+                                   "COM10x",
+                                   "a^b&c",
+                                   "$(x)",
+                                   "'x'",
+                                   "%PATH%"};
+    for (int byte = ' '; byte < 256; ++byte) {
+        const std::string name = std::to_string(byte) + static_cast<char>(byte) + "x";
+        // The C runtime lets four bytes through that are no characters of a double-byte code page.
+        const bool isNone =
+            qv::platform::CurrentCodePage() == qv::platform::CodePage::DoubleByte && (byte == 0xA0 || byte > 0xFC);
+        const bool isText = !isNone && qv::platform::FromWide(qv::platform::ToWide(name)) == name;
+        if (isText && !std::strchr("\"*/:<>?\\|", byte)) names.insert(name);
     }
     return names;
 }
 
+/// Windows cuts paths at 260 characters that do not begin like this.
+fs::path WithoutLimit(fs::path path) {
+    return qv::platform::HasDriveLetters() ? fs::path(R"(\\?\)") += path.make_preferred() : path;
+}
+
+/// Each file holds its own name.
+void MakeFiles(const fs::path& root, const std::set<std::string>& names) {
+    for (const std::string& name : names) {
+        const fs::path path =
+            root / (qv::platform::HasDriveLetters() ? fs::path(qv::platform::ToWide(name)) : fs::path(name));
+        fs::create_directories(path.parent_path());
+        std::ofstream(path, std::ios::binary) << name;
+    }
+}
+
 TEST(HostileTree, EveryNameIsFoundCopiedPackedReportedAndDeleted) {
-    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "names are no bytes here";
     const TempFolder folder;
-    const fs::path from = folder.Native("from");
-    const std::set<std::string> made = MakeHostileTree(from);
+    const fs::path root = WithoutLimit(folder.Native()), from = root / "from";
+    const std::set<std::string> made = qv::platform::HasDriveLetters() ? NamesOfTheCodePage() : AllNames();
+    MakeFiles(from, made);
     std::set<std::string> found;
     for (const CString& path : Find(folder / "from")) found.insert(CFileUtils::GetNativePath(path).AsStd());
-    EXPECT_EQ(found, made);
+    EXPECT_THAT(found, testing::ContainerEq(made));
 
     EXPECT_EQ(ToolStatus({"copy", folder / "from", folder / "copy"}), 0);
     EXPECT_EQ(ToolStatus({"pack", folder / "from", folder / "p"}), 0);
     EXPECT_EQ(ToolStatus({"list", folder / "p.cab"}), 0);
     EXPECT_EQ(ToolStatus({"unpack", folder / "p.cab", folder / "unpacked"}), 0);
     EXPECT_EQ(ToolStatus({"unpack", "--no-manifest", folder / "p.cab", folder / "bare"}), 0);
-    for (const char* const copy : {"copy", "unpacked"})
+    const auto tree = ReadTree(from);
+    for (const char* const copy : {"copy", "unpacked"}) {
+        EXPECT_TRUE(ReadTree(root / copy) == tree) << copy;
+        if (qv::platform::HasDriveLetters()) continue;
         EXPECT_EQ(RunProgram("diff", {"-r", CString(from.string()), CString(folder.Native(copy).string())}).status, 0);
+    }
 
+    const char* const separator = qv::platform::HasDriveLetters() ? "\\" : "/";
     CStringArray arguments = {"crc"};
     std::string checksums;
     for (const std::string& name : made) {
-        const std::string path = (from / name).string();
+        const CString path = CFileUtils::GetNativePath(folder / "from") + separator + name.c_str();
         CString line;
-        line.Format("%08X  %s\n", MemCRC(name), path);
-        arguments.Add(CString(path));
+        line.Format("%08X  %s\n", MemCRC(name), static_cast<const char*>(path));
+        arguments.Add(path);
         checksums += line.AsStd();
     }
     EXPECT_TRUE(RunTool(arguments).output == checksums);
 
     EXPECT_EQ(ToolStatus({"report", folder / "from", "-o", folder / "out"}), 0);
     const std::string page = folder.Read("out/index.html");
-    for (const std::string& name : made)
+    for (const std::string& name : qv::platform::HasDriveLetters() ? std::set<std::string>() : made)
         EXPECT_NE(page.find("../from/" + CStringHelper::EscapePath(name).AsStd() + '"'), page.npos) << name;
     for (const char* const shown :
-         {">\\u202Ecod.exe<", ">\xE2\x90\xA3x<", ">end\xE2\x90\xA3<", ">\\033x<", ">\\377x<", ">\\r\\n<", ">a\\b<"})
+         qv::platform::HasDriveLetters()
+             ? std::initializer_list<const char*>{">%s%n<", ">\xE2\x90\xA3x<"}
+             : std::initializer_list<const char*>{">\\u202Ecod.exe<", ">\xE2\x90\xA3x<", ">end\xE2\x90\xA3<",
+                                                  ">\\033x<", ">\\377x<", ">\\r\\n<", ">a\\b<"})
         EXPECT_NE(page.find(shown), page.npos) << shown;
 
     EXPECT_EQ(ToolStatus({"delete", folder / "from"}), 0);
