@@ -1,13 +1,11 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <set>
 
 #include "platform/Path.h"
 #include "platform/Process.h"
-#include "platform/Text.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/Checksum.h"
 #include "qvcommon/CopyTree.h"
@@ -15,6 +13,7 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/File.h"
+#include "tests/support/HostileNames.h"
 #include "tests/support/LeftOutRecorder.h"
 #include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
@@ -46,80 +45,6 @@ int CopyErrors(const CString& from, const CString& to) {
     copy.SetProgressMonitor(&errors);
     copy.CopyTree(from, to);
     return errors.count;
-}
-
-/// What names may hold on Linux: all bytes, no text of any code page, what the library's form uses itself.
-std::set<std::string> AllNames() {
-    std::set<std::string> names = {"\\",
-                                   std::string(255, 'n'),
-                                   std::string(255, '\\'),
-                                   "a\\b",
-                                   "d\\e/x\\",
-                                   "d/e/x",
-                                   "end.",
-                                   "end ",
-                                   " x",
-                                   "...",
-                                   "Case/x",
-                                   "case/X",
-                                   "\r\n",
-                                   "%s%n",
-                                   "-rf",
-                                   "*?/<>|\":",
-                                   "&#13;",
-                                   "*ROOT",
-                                   "x\xCC\x88",
-                                   "\xE2\x80\xAE"
-                                   "cod.exe",
-                                   "\xEF\x81\x9C",
-                                   "\xEF\x80\xA5",
-                                   "\xEF\x81\\\xEF\x80\xA5\xEF\x81\x9C\x9C"};
-    for (int byte = 1; byte < 256; ++byte)
-        if (byte != '/') names.insert({static_cast<char>(byte), 'x'});
-    return names;
-}
-
-/// What names may hold on Windows: all that the code page holds, but for what the system keeps to itself.
-std::set<std::string> NamesOfTheCodePage() {
-    std::set<std::string> names = {std::string(255, 'n'),
-                                   std::string(200, 'd') + "\\" + std::string(200, 'e') + "\\x",
-                                   "d\\e\\x",
-                                   " x",
-                                   "...x",
-                                   "%s%n",
-                                   "-rf",
-                                   "&#13;",
-                                   "x;y",
-                                   "~1",
-                                   "COM10x",
-                                   "a^b&c",
-                                   "$(x)",
-                                   "'x'",
-                                   "%PATH%"};
-    for (int byte = ' '; byte < 256; ++byte) {
-        const std::string name = std::to_string(byte) + static_cast<char>(byte) + "x";
-        // The C runtime lets four bytes through that are no characters of a double-byte code page.
-        const bool isNone =
-            qv::platform::CurrentCodePage() == qv::platform::CodePage::DoubleByte && (byte == 0xA0 || byte > 0xFC);
-        const bool isText = !isNone && qv::platform::FromWide(qv::platform::ToWide(name)) == name;
-        if (isText && !std::strchr("\"*/:<>?\\|", byte)) names.insert(name);
-    }
-    return names;
-}
-
-/// Windows cuts paths at 260 characters that do not begin like this.
-fs::path WithoutLimit(fs::path path) {
-    return qv::platform::HasDriveLetters() ? fs::path(R"(\\?\)") += path.make_preferred() : path;
-}
-
-/// Each file holds its own name.
-void MakeFiles(const fs::path& root, const std::set<std::string>& names) {
-    for (const std::string& name : names) {
-        const fs::path path =
-            root / (qv::platform::HasDriveLetters() ? fs::path(qv::platform::ToWide(name)) : fs::path(name));
-        fs::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << name;
-    }
 }
 
 TEST(HostileTree, EveryNameIsFoundCopiedPackedReportedAndDeleted) {
