@@ -9,6 +9,7 @@
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Documents.h"
+#include "tools/qv/Progress.h"
 #include "tools/qv/Utf8Path.h"
 #include "tools/qv/Visible.h"
 #include "tools/qv/XmlValueEdit.h"
@@ -172,7 +173,7 @@ void Create(const Options& options, bool hasValue) {
     const CString made = CXmlHelper::CreateXmlPath(document, options.path);
     if (hasValue && !SetValue(document, options)) NothingThere(options);
     Save(options, document, before);
-    if (!isStream) Print(made);
+    if (!isStream && !IsQuiet()) Print(made);
 }
 
 void Run(const std::function<void()>& action) {
@@ -216,6 +217,7 @@ void AddXml(Command app) {
         "Make what is missing of a path, and of the file, and write the path with all indexes; with -, the document",
         "qv xml create settings.xml settings/name[2] Anna", options);
     const Option value = create.AddOption("VALUE", options->value, "The value to set");
+    AddQuiet(create, "Do not write the path");
     create.SetAction([options, value] { Run([&] { Create(*options, value.IsGiven()); }); });
 }
 
