@@ -113,6 +113,14 @@ void CReadCab::SetRestoreTimes(int restore) {
     m_restoreTimes = restore;
 }
 
+void CReadCab::SetDryRun(int dryRun) {
+    m_dryRun = dryRun;
+}
+
+CString CReadCab::GetTargetPath() const {
+    return m_context ? m_context->subject : CString();
+}
+
 int CReadCab::Notify(int type, QvCabinetNotification& notification) {
     switch (type) {
         case QvCabinetNotification::cabinetInfo: return NotifyCabinetInfo(notification);
@@ -143,6 +151,8 @@ int CReadCab::NotifyEnumerate(QvCabinetNotification&) {
 
 void CReadCab::NotifyChangeFolder(QvCabinetNotification&) {}
 
+void CReadCab::NotifyWritten(DWORD) {}
+
 CString CReadCab::GetFdiErrorString(int error) const {
     switch (static_cast<ReadError>(error)) {
         case ReadError::None: return "No error";
@@ -170,7 +180,7 @@ void CReadCab::Unpack(const char* folder, const char* cabinet) {
     UseManifest(1);
     ReadCab(FindFirstCabinet(cabinet));
     // No member has made it where the archive holds nothing.
-    if (CString(folder).IsEmpty() || QvCreateDirectory(folder)) return;
+    if (m_dryRun || CString(folder).IsEmpty() || QvCreateDirectory(folder)) return;
     const int error = NumberOf(ReadError::CannotWriteTarget);
     throw new CCabinetException(error, GetFdiErrorString(error), {.archive = cabinet, .member = folder});
 }

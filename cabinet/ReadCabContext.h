@@ -37,6 +37,12 @@ public:
         return m_owner.Notify(type, notification);
     }
 
+    bool Write(qv::cabinet::Handle file, const void* data, std::size_t size) override {
+        if (!OnDisk::Write(file, data, size)) return false;
+        if (file == m_staged) m_owner.NotifyWritten(static_cast<DWORD>(size));
+        return true;
+    }
+
     /// Discards the file of Create that was not completed.
     bool Close(qv::cabinet::Handle file) override {
         if (file != m_staged) return OnDisk::Close(file);

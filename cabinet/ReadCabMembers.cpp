@@ -77,7 +77,7 @@ void CReadCab::LoadManifest() {
         Target folder;
         m_context->subject = Substituted(entry, 0);
         if (!FindTarget(m_context->subject, folder)) throw EngineFailure{ReadError::Corrupt};
-        if (!m_context->MakeFolder(folder)) throw EngineFailure{ReadError::CannotWriteTarget};
+        if (!m_dryRun && !m_context->MakeFolder(folder)) throw EngineFailure{ReadError::CannotWriteTarget};
         m_context->subject.Empty();
     }
 }
@@ -111,7 +111,7 @@ int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     Target target;
     const bool isFile = !path.IsEmpty() && !qv::EndsWithOneOf(path, qv::kSeparators);
     if (!isFile || !FindTarget(path, target)) throw EngineFailure{ReadError::Corrupt};
-    return static_cast<int>(m_context->Create(target));
+    return m_dryRun ? 0 : static_cast<int>(m_context->Create(target));
 }
 
 int CReadCab::NotifyCloseFileInfo(QvCabinetNotification& notification) {

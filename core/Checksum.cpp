@@ -13,6 +13,10 @@ unsigned long MemCRC(std::string_view data) {
     return qv::Crc32(0, data.data(), data.size());
 }
 
+unsigned long ContinueCRC(unsigned long crc, std::string_view data) {
+    return qv::Crc32(static_cast<std::uint32_t>(crc), data.data(), data.size());
+}
+
 unsigned long FileCRC(std::string_view path) {
     // So much stays in the processor's own memory between reading and adding up, in few calls of the system.
     constexpr UINT kStep = 256 * 1024;

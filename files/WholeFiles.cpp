@@ -154,10 +154,14 @@ int CFileUtils::Log(const char* path, const char* text, int stamp) {
     return OpenToLog(file, path) && Try([&] { Append(file, line); });
 }
 
+CString CFileUtils::GetBackupName(const char* path) {
+    return qv::WithExtension(path, "bak");
+}
+
 void CFileUtils::BackupFile(const char* path) {
     const CString name = path;
     if (!IsExist(name)) return;
-    const CString backup = qv::WithExtension(name, "bak");
+    const CString backup = GetBackupName(name);
     if (HaveOneName(name, backup)) AfxThrowFileException(CFileException::accessDenied, -1, name);
     MakeWritable(name);
     if (IsExist(backup)) MakeWritable(backup);

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/Folder.h"
 
 namespace qv::platform {
+
+/// Is called with the number of bytes that have been copied since the last call. It must not throw.
+using CopiedBytes = std::function<void(std::uint64_t bytes)>;
 
 /// Copies a file with its time of modification and its attributes (on Linux the permissions, and the time of reading; not
 /// the owner). A file that has the new name is replaced; nothing but files is copied or replaced, and devices and pipes
@@ -16,8 +21,9 @@ namespace qv::platform {
 Status CopyWholeFile(const char* from, const char* to);
 
 /// The same from one open folder into another one, whatever becomes of their paths meanwhile. On Linux a target that is a
-/// link is replaced, and with NoLink a source that is one is refused (BadPath). Names are in the library's form.
+/// link is replaced, and with NoLink a source that is one is refused (BadPath). Names are in the library's form. `copied`
+/// may be empty.
 Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
-                  const std::string& newName);
+                  const std::string& newName, const CopiedBytes& copied);
 
 }  // namespace qv::platform

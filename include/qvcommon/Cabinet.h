@@ -47,7 +47,8 @@ public:
     virtual void CreateNewCab();
     /// Adds the list as a member called "CabMan", six capital letters and ".xml": a "MANIFEST" of "ITEM"s, one a line.
     /// The list stands for a moment in a file of that name in the system's temporary folder; such files that are more than
-    /// a day old, left by programs that were killed, are deleted there.
+    /// a day old, left by programs that were killed, are deleted there. On Linux SIGHUP,
+    /// SIGINT, SIGQUIT and SIGTERM wait for the calling thread until the file is gone again.
     /// @throws CVorbexException*, and CFileException* when the list cannot be brought into a temporary file.
     virtual void AddManifest(const CStringArray& entries);
     /// Adds a file under its bare name. Names beyond ASCII are stored in UTF-8 and marked so. Its time is stored as local
@@ -188,6 +189,9 @@ public:
     void SetLeftOut(ILeftOut* observer);
     /// Non-zero: with the manifest, too, members get their times and attributes. Zero at first.
     void SetRestoreTimes(int restore);
+    /// Non-zero: members are found and their targets determined and checked, but no folder and no file is made; the
+    /// manifest is read by way of a temporary file all the same. The data of other members is not read. Zero at first.
+    void SetDryRun(int dryRun);
 
     /// Unpacks what CMakeCab::DirectoryToCab packed; any cabinet of a set will do. The folder is made when it is missing.
     /// @throws as ReadCab and FindFirstCabinet.
@@ -202,6 +206,13 @@ public:
     static CString FindFirstCabinet(const char* cabinet);
     /// Non-zero when the cabinet's first member is called as a manifest is. Raises nothing.
     static int HasManifest(const char* cabinet);
+
+protected:
+    /// Called when so many bytes more of a member have been written to its file, some dozens of KB at a time. Does nothing.
+    virtual void NotifyWritten(DWORD bytes);
+    /// The path to which the present member goes, in the library's form: after NotifyCopyFile of this class, until the
+    /// member is complete. Empty for the manifest and outside of an extraction.
+    CString GetTargetPath() const;
 
 private:
     class Context;
@@ -229,5 +240,6 @@ private:
     CTempFile m_manifestFile;
     QvCabinetLimits m_limits;
     BOOL m_restoreTimes = 0;
+    BOOL m_dryRun = 0;
     ILeftOut* m_leftOut = nullptr;
 };

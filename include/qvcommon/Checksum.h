@@ -14,3 +14,7 @@ QVCOMMON_API unsigned long QVCOMMON_CALL MemCRC(std::string_view data);
 /// Of all bytes of a file, of any length, in constant memory. 0 when it cannot be opened or read to its end; share modes
 /// count as for CFile with shareDenyNone.
 QVCOMMON_API unsigned long QVCOMMON_CALL FileCRC(std::string_view path);
+
+/// Carries a checksum on, for data that comes in pieces: that of `a` and `b` together is ContinueCRC(MemCRC(a), b). Start
+/// with 0. Any thread; as fast as MemCRC.
+QVCOMMON_API unsigned long QVCOMMON_CALL ContinueCRC(unsigned long crc, std::string_view data);

@@ -2,6 +2,8 @@
 
 /// @file Copying a tree of folders.
 
+#include <cstdint>
+
 #include "qvcommon/framework/LeftOut.h"
 #include "qvcommon/framework/String.h"
 
@@ -16,7 +18,11 @@ public:
     /// On each failure, with the system's error number and its message. Return 0 to give up the copy. Returns 1 here.
     virtual int OnError(DWORD error, const char* message);
 
-    virtual ~ICopyProgress();  // last, so that the callbacks have the first four slots
+    virtual ~ICopyProgress();  // after the first four callbacks, which have the first four slots
+
+    /// As so many bytes more of the present file have been copied; not for files that an override of CopyFileA copies. It
+    /// is called from within the system's own work and must not throw. Small files come as one piece.
+    virtual void OnCopyBytes(std::uint64_t bytes);
 };
 
 /// Copies every file of a folder tree into another one. Copies keep the times and attributes of their files, so that a
@@ -54,6 +60,9 @@ public:
     /// The observer, not owned and null by default, of each file and folder that is not copied; it is called before OnError.
     /// Files that SetLaterOnly skips are not reported.
     void SetLeftOut(ILeftOut* observer);
+    /// Non-zero: the walk is the same and so are the callbacks, but no folder is made, and no file copied or made writable.
+    /// CopyFileA then tells whether a file could be read and replaced, as far as permissions tell. Zero at first.
+    void SetDryRun(int dryRun);
 
 protected:
     /// Copies one file over an existing one. Zero when it could not, with the last system error telling why. On Linux
@@ -71,5 +80,6 @@ private:
     ICopyProgress* m_progress = nullptr;
     ILeftOut* m_leftOut = nullptr;
     int m_laterOnly = 0;
+    int m_dryRun = 0;
     Level* m_level = nullptr;  // of the copy under way, the innermost
 };

@@ -168,6 +168,10 @@ public:
     /// Puts a handler in force for the whole process, null for none, and returns the one before. Windows has its own
     /// progress window and never asks it. The caller keeps its life.
     static IShellProgress* SetShellProgress(IShellProgress* handler);
+
+    /// The name that BackupFile gives a file: the path with its extension replaced by "bak", or with that added where the
+    /// name has none. A path as a text: no file is touched, and nothing fails.
+    static CString GetBackupName(const char* path);
 };
 
 /// Makes a folder and all that are missing above it; both separators count. Non-zero on success and when the name exists

@@ -14,9 +14,11 @@ namespace {
 constexpr off_t kSmallFile = 64 * 1024;
 constexpr std::size_t kBufferSize = 64 * 1024;
 constexpr std::size_t kLargestStep = 1 << 30;
+/// Where someone hears of them.
+constexpr std::size_t kObservedStep = 16 << 20;
 
 /// Copies through memory from the files' positions, at most `length` bytes.
-Status CopyThroughMemory(int from, int to, off_t length) {
+Status CopyThroughMemory(int from, int to, off_t length, const CopiedBytes& report) {
     alignas(64) char buffer[kBufferSize];
     while (length > 0) {
         const auto wanted = std::min(static_cast<std::size_t>(length), sizeof buffer);
@@ -24,6 +26,7 @@ Status CopyThroughMemory(int from, int to, off_t length) {
         if (const Status read = ReadBytes(from, buffer, wanted, count); !read.ok()) return read;
         if (count == 0) return {};  // it has become shorter
         if (const Status written = WriteBytes(to, buffer, count); !written.ok()) return written;
+        if (report) report(count);
         length -= static_cast<off_t>(count);
     }
     return {};
@@ -34,21 +37,22 @@ bool IsNoCopyInKernel(unsigned long error) {
 }
 
 /// Lets the kernel copy, or share, the bytes from `start` to `end`; what it refuses is copied through memory.
-Status CopyRange(int from, int to, off_t start, off_t end) {
+Status CopyRange(int from, int to, off_t start, off_t end, const CopiedBytes& report) {
     for (const int file : {from, to})
         if (const auto reached = sys::lseek(file, start, SEEK_SET); !reached.ok()) return reached.status();
     for (off_t left = end - start; left > 0;) {
-        const auto step = std::min(static_cast<std::size_t>(left), kLargestStep);
+        const auto step = std::min(static_cast<std::size_t>(left), report ? kObservedStep : kLargestStep);
         const auto copied = sys::copy_file_range(from, nullptr, to, nullptr, step, 0);
-        if (IsNoCopyInKernel(copied.error())) return CopyThroughMemory(from, to, left);
+        if (IsNoCopyInKernel(copied.error())) return CopyThroughMemory(from, to, left, report);
         if (!copied.ok() || copied.value() == 0) return copied.status();
+        if (report) report(static_cast<std::uint64_t>(copied.value()));
         left -= copied.value();
     }
     return {};
 }
 
 /// Copies what is not a hole.
-Status CopyAroundHoles(int from, int to, off_t size) {
+Status CopyAroundHoles(int from, int to, off_t size, const CopiedBytes& report) {
     for (off_t end = 0; end < size;) {
         const auto data = sys::lseek(from, end, SEEK_DATA);
         if (data.error() == ENXIO) return {};
@@ -56,24 +60,24 @@ Status CopyAroundHoles(int from, int to, off_t size) {
         const auto hole = sys::lseek(from, data.value(), SEEK_HOLE);
         if (!hole.ok()) return hole.status();
         end = hole.value();
-        if (const Status copied = CopyRange(from, to, data.value(), end); !copied.ok()) return copied;
+        if (const Status copied = CopyRange(from, to, data.value(), end, report); !copied.ok()) return copied;
     }
     return {};
 }
 
-Status CopyContents(int from, int to, const struct stat& source) {
+Status CopyContents(int from, int to, const struct stat& source, const CopiedBytes& report) {
     // Files that the kernel makes up as they are read say that they are empty.
-    if (source.st_size == 0) return CopyThroughMemory(from, to, std::numeric_limits<off_t>::max());
-    if (source.st_size <= kSmallFile) return CopyThroughMemory(from, to, source.st_size);
-    if (source.st_blocks >= source.st_size / 512) return CopyRange(from, to, 0, source.st_size);
-    const Status copied = CopyAroundHoles(from, to, source.st_size);
+    if (source.st_size == 0) return CopyThroughMemory(from, to, std::numeric_limits<off_t>::max(), report);
+    if (source.st_size <= kSmallFile) return CopyThroughMemory(from, to, source.st_size, report);
+    if (source.st_blocks >= source.st_size / 512) return CopyRange(from, to, 0, source.st_size, report);
+    const Status copied = CopyAroundHoles(from, to, source.st_size, report);
     return copied.ok() ? sys::ftruncate(to, source.st_size).status() : copied;
 }
 
-Status CopyAll(int from, int to) {
+Status CopyAll(int from, int to, const CopiedBytes& report) {
     struct stat source;
     if (const auto asked = sys::fstat(from, &source); !asked.ok()) return asked.status();
-    if (const Status copied = CopyContents(from, to, source); !copied.ok()) return copied;
+    if (const Status copied = CopyContents(from, to, source, report); !copied.ok()) return copied;
     const timespec times[2] = {source.st_atim, source.st_mtim};
     if (const auto set = sys::futimens(to, times); !set.ok()) return set.status();
     return sys::fchmod(to, source.st_mode & 0777).status();
@@ -107,12 +111,12 @@ Status OpenSource(const Location& from, LastName lastName, UniqueFd& file) {
 
 /// `create` makes the new file beside the target.
 template <class Create>
-Status Copy(const Location& from, LastName lastName, const Location& to, Create create) {
+Status Copy(const Location& from, LastName lastName, const Location& to, const CopiedBytes& report, Create create) {
     UniqueFd file;
     if (const Status opened = OpenSource(from, lastName, file); !opened.ok()) return opened;
     AtomicFile copy;
     if (const Status created = create(copy); !created.ok()) return created;
-    if (const Status copied = CopyAll(file.Get(), static_cast<int>(copy.Handle())); !copied.ok()) return copied;
+    if (const Status copied = CopyAll(file.Get(), static_cast<int>(copy.Handle()), report); !copied.ok()) return copied;
     const Status placed = copy.Commit(IfExists::Fail, Durability::Deferred);
     return placed.error() == EEXIST ? ReplaceUnused(copy, to) : placed;
 }
@@ -120,13 +124,13 @@ Status Copy(const Location& from, LastName lastName, const Location& to, Create 
 }  // namespace
 
 Status CopyWholeFile(const char* from, const char* to) {
-    return Copy(Location::OfPath(from), LastName::MayBeLink, Location::OfPath(to),
+    return Copy(Location::OfPath(from), LastName::MayBeLink, Location::OfPath(to), {},
                 [to](AtomicFile& copy) { return copy.Create(to); });
 }
 
 Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
-                  const std::string& newName) {
-    return Copy(Location::In(from, name), source, Location::In(to, newName),
+                  const std::string& newName, const CopiedBytes& copied) {
+    return Copy(Location::In(from, name), source, Location::In(to, newName), copied,
                 [&](AtomicFile& copy) { return copy.CreateIn(to, NativePath(newName)); });
 }
 

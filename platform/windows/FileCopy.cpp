@@ -1,15 +1,44 @@
 #include "platform/FileCopy.h"
 
+#include <utility>
+
 #include "platform/windows/FolderBody.h"
 
 namespace qv::platform {
+namespace {
 
-Status CopyWholeFile(const char* from, const char* to) {
-    return sys::CopyFileW(WidePath(from).c_str(), WidePath(to).c_str(), FALSE).statusAt(from);
+struct Observer {
+    const CopiedBytes& report;
+    std::uint64_t before;
+};
+
+DWORD CALLBACK Tell(LARGE_INTEGER, LARGE_INTEGER copied, LARGE_INTEGER, LARGE_INTEGER, DWORD, DWORD, HANDLE, HANDLE,
+                    void* data) {
+    auto& observer = *static_cast<Observer*>(data);
+    const auto now = static_cast<std::uint64_t>(copied.QuadPart);
+    const std::uint64_t before = std::exchange(observer.before, now);
+    if (now > before) observer.report(now - before);
+    return PROGRESS_CONTINUE;
 }
 
-Status CopyFileIn(const Folder& from, const std::string& name, LastName, const Folder& to, const std::string& newName) {
-    return sys::CopyFileW(PathIn(from, name).c_str(), PathIn(to, newName).c_str(), FALSE).status();
+}  // namespace
+
+Status CopyWholeFile(const char* from, const char* to) {
+    return sys::CopyFileExW(WidePath(from).c_str(), WidePath(to).c_str(), nullptr, nullptr, nullptr, DWORD{0})
+        .statusAt(from);
+}
+
+Status CopyFileIn(const Folder& from, const std::string& name, LastName, const Folder& to, const std::string& newName,
+                  const CopiedBytes& copied) {
+    Observer observer{copied, 0};
+    const Status status = sys::CopyFileExW(PathIn(from, name).c_str(), PathIn(to, newName).c_str(),
+                                           copied ? &Tell : nullptr, &observer, nullptr, DWORD{0})
+                              .status();
+    // Wine copies without a call.
+    FoundEntry copy;
+    copy.name = newName;
+    if (copied && status.ok() && observer.before == 0 && to.Find(copy).ok() && copy.size > 0) copied(copy.size);
+    return status;
 }
 
 }  // namespace qv::platform

@@ -41,7 +41,7 @@ QV_TRANSFER(Write, FailsWithZero, WriteFile);
 QV_SYSTEM_CALL(Flush, FailsWithZero, FlushFileBuffers);
 QV_SYSTEM_CALL(Seek, FailsWithZero, SetFilePointerEx);
 QV_SYSTEM_CALL(Resize, FailsWithZero, SetEndOfFile);
-QV_SYSTEM_CALL(Copy, FailsWithZero, CopyFileW);
+QV_SYSTEM_CALL(Copy, FailsWithZero, CopyFileExW);
 QV_CLOSE(FailsWithZero, CloseHandle);
 
 // What the file system keeps of a file, and of a volume. GetFileVersionInfo reads a resource of the file.

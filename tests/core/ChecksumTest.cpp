@@ -47,6 +47,8 @@ TEST(Checksum, OfAFileIsThatOfItsBytesOrNothing) {
         const std::string bytes = Bytes(size);
         folder.Write("x", bytes);
         EXPECT_EQ(FileCRC(folder / "x"), MemCRC(bytes.data(), static_cast<int>(size))) << size;
+        const std::string_view first = std::string_view(bytes).substr(0, size / 3);
+        EXPECT_EQ(ContinueCRC(MemCRC(first), std::string_view(bytes).substr(first.size())), MemCRC(bytes)) << size;
     }
     for (const char* const path : {"none", "", "none\\x"}) EXPECT_EQ(FileCRC(folder / path), 0u);
     int reads = 0;

@@ -16,10 +16,12 @@ namespace fs = std::filesystem;
 /// Writes down what it hears.
 struct Observer : ICopyProgress {
     std::string log;
+    std::uint64_t bytes = 0;
     int answer = 1;
 
     void OnStartCopy() override { log += "start;"; }
     void OnCopyFile(const char* path) override { log += CFileUtils::GetFilenameFromPath(path).AsStd() + ";"; }
+    void OnCopyBytes(std::uint64_t count) override { bytes += count; }
     void OnFinishCopy() override { log += "finish;"; }
     int OnError(DWORD error, const char* message) override {
         log += error && *message ? "error;" : "unknown error;";
@@ -30,12 +32,13 @@ struct Observer : ICopyProgress {
 class CopyTreeTest : public testing::Test {
 protected:
     /// Copies "from" to `target` and gives what the observer heard.
-    std::string Copy(const char* target, int laterOnly = 0) {
+    std::string Copy(const char* target, int laterOnly = 0, int dryRun = 0) {
         m_observer.log.clear();
         CCopyTree copy;
         copy.SetSourceDirectory(m_folder / "from");
         copy.SetDestinationDirectory(m_folder / target);
         copy.SetLaterOnly(laterOnly);
+        copy.SetDryRun(dryRun);
         copy.SetProgressMonitor(&m_observer);
         copy.CopyTree();
         return m_observer.log;
@@ -52,7 +55,9 @@ TEST_F(CopyTreeTest, CopiesAllWithTimesAndAttributes) {
     MakeTree(m_folder.Native("from"), {"b", "A/x", "A/empty/", "c/y"});
     Age(m_folder.Native("from/b"), 100000);
     fs::permissions(m_folder.Native("from/b"), fs::perms::owner_read);
+    m_folder.Write("from/A/x", std::string(200000, 'x'));
     EXPECT_EQ(Copy("deep\\to"), "start;x;b;y;finish;");
+    EXPECT_EQ(m_observer.bytes, 200004u);
     EXPECT_EQ(ReadTree(m_folder.Native("deep/to")), ReadTree(m_folder.Native("from")));
     CFileStatus from, to;
     ASSERT_TRUE(CFile::GetStatus(m_folder / "from\\b", from) && CFile::GetStatus(m_folder / "deep\\to\\b", to));
@@ -77,6 +82,19 @@ TEST_F(CopyTreeTest, LaterOnlyTakesWhatIsNewer) {
     m_folder.Write("to/older", "changed");
     EXPECT_EQ(Copy("to", 0), "start;missing;newer;older;same;finish;");
     EXPECT_EQ(ReadTree(m_folder.Native("to")), ReadTree(m_folder.Native("from")));
+}
+
+TEST_F(CopyTreeTest, DryRunsHearTheSameAndTouchNothing) {
+    MakeTree(m_folder.Native(), {"from/a", "from/b", "from/kept", "from/new/sub/c", "from/taken/d", "to/b/", "to/kept",
+                                 "to/taken", "file"});
+    fs::permissions(m_folder.Native("to/kept"), fs::perms::owner_read);
+    const auto mode = [&] { return fs::status(m_folder.Native("to/kept")).permissions(); };
+    for (const char* const target : {"to", "fresh\\deep", "file\\x"}) {
+        const auto before = std::pair(ReadTree(m_folder.Native()), mode());
+        const std::string dry = Copy(target, 0, 1);
+        EXPECT_EQ(std::pair(ReadTree(m_folder.Native()), mode()), before) << target;
+        EXPECT_EQ(dry, Copy(target)) << target;
+    }
 }
 
 TEST_F(CopyTreeTest, EndsInItsOwnSubfolder) {

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <memory>
 #include <random>
@@ -218,8 +218,10 @@ TEST(WatchCommand, PrintsALineForEachChange) {
         for (int i = 0; !done; ++i) tree.Write(std::to_string(i % 50), "x");
     });
     const ToolAnswer answer = RunTool({"watch", tree / "", "--count", "2"});
+    const std::string object = RunTool({"watch", tree / "", "-jc1"}).output;
     done = true;
     EXPECT_EQ(answer.status, 0);
+    EXPECT_THAT(object, testing::ContainsRegex("^.\"folder\":\".*\",\"time\":\"20..-..-..T..:..:..Z\"."));
     EXPECT_EQ(answer.output.substr(0, 7), "changed");
     EXPECT_EQ(std::count(answer.output.begin(), answer.output.end(), '\n'), 2);
     EXPECT_EQ(ToolStatus({"watch", tree / "missing"}), 1);

@@ -220,6 +220,7 @@ TEST(WholeFiles, WaitForOthersOnlyWhenToldTo) {
 TEST(WholeFiles, BackupsAreMoved) {
     const TempFolder folder;
     CFileUtils::BackupFile(folder / "none.txt");
+    EXPECT_EQ(CFileUtils::GetBackupName("v1.2\\a"), "v1.2\\a.bak");
     for (const char* const text : {"first", "second"}) {
         folder.Write("a.txt", text);
         MakeReadOnly(folder.Native("a.txt"));

@@ -125,7 +125,7 @@ class OnLinux(Tool, unittest.TestCase):
         script = self.tree.prefix / "share/bash-completion/completions/qv"
         for line, answer in {"qv pa": "pack", "qv find pa": "", "qv xml ": "create get set", "qv find . --fo": "--folders",
                              "qv find . --folders ": "none only too", "qv lock a -- --": "", "qv text un": "unescape",
-                             "qv report --output ": "", "qv copy --": "--help --later-only"}.items():
+                             "qv report --output ": "", "qv copy --": "--help --later-only --dry-run --quiet"}.items():
             words = line.split(" ")
             ask = f'. {script}; COMP_WORDS=("$@"); COMP_CWORD={len(words) - 1}; _qv; echo "${{COMPREPLY[*]}}"'
             self.assertEqual(run("bash", "-euc", ask, "qv", *words).strip(), answer, line)

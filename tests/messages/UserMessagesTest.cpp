@@ -197,9 +197,9 @@ TEST(MessageCommands, CarryTextsBetweenPrograms) {
         EXPECT_EQ(ToolStatus({"send", name, "one two"}), 0);
         EXPECT_EQ(ToolStatus({"send", name, ""}), 0);
     });
-    const ToolAnswer answer = RunTool({"listen", name, "--count", "2"});
+    const ToolAnswer answer = RunTool({"listen", name, "--count", "2", "--null"});
     EXPECT_EQ(answer.status, 0);
-    EXPECT_EQ(CStringHelper::GetEditFriendlyNewlines(answer.output), "one two\r\n\r\n");
+    EXPECT_EQ(answer.output, std::string("one two\0\0", 9));
 }
 
 }  // namespace

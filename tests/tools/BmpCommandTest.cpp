@@ -25,6 +25,9 @@ TEST(BmpCommand, PrintsAndConverts) {
               "colours important\t0\npacked row\t5\npadded row\t8\npixel bytes\t24\npalette\t7\n");
     EXPECT_EQ(ToolStatus({"bmp", "convert", folder / "odd.bmp", folder / "odd.bmp"}), 0);
     EXPECT_EQ(folder.Read("odd.bmp"), good);
+    EXPECT_EQ(RunTool({"bmp", "convert", "-", "-"}, odd).output, good);
+    EXPECT_EQ(RunTool({"bmp", "info", "-", "--json"}, odd).output.substr(0, 27), "{\"headerSize\":40,\"width\":5,");
+    EXPECT_EQ(RunTool({"bmp", "convert", "-", "-"}, good.substr(0, 50)).output, "");
     folder.Write("cut.bmp", good.substr(0, good.size() - 1));
     folder.Write("text.bmp", "no bitmap");
     for (const char* const broken : {"cut.bmp", "text.bmp", "none.bmp"})

@@ -18,6 +18,11 @@ TEST(EmfCommand, ListsRecordsAndTheHeader) {
               "1\tEMR_HEADER\t134\nbounds\t0 0 99 49\nframe\t0 0 2000 1000\ndevice\t1024 768\nmillimetres\t320 240\n"
               "description\tMaker|Name\n2\tEMR_SETWINDOWORGEX\t16\n3\tEMR_EXTCREATEFONTINDIRECTW\t332\n"
               "4\tEMR_EXTTEXTOUTW\t88\n5\tEMR_EXTCREATEPEN\t52\n6\tEMR_RECTANGLE\t24\n7\tEMR_EOF\t20\n");
+    const std::string objects = RunTool({"emf", "list", "-", "--json"}, SmallMetafile('#')).output;
+    EXPECT_EQ(objects.substr(0, objects.find('\n', objects.find('\n') + 1)),
+              "{\"number\":1,\"name\":\"EMR_HEADER\",\"size\":134,\"bounds\":[0,0,99,49],\"frame\":[0,0,2000,1000],"
+              "\"device\":[1024,768],\"millimetres\":[320,240],\"description\":\"Maker|Name\"}\n"
+              "{\"number\":2,\"name\":\"EMR_SETWINDOWORGEX\",\"size\":16}");
     folder.Write("cut.emf", SmallMetafile('#').substr(0, 500));
     EXPECT_EQ(RunTool({"emf", "list", folder / "cut.emf"}).output.substr(0, 16), answer.output.substr(0, 16));
     for (const char* const broken : {"cut.emf", "none.emf"})
@@ -31,6 +36,8 @@ TEST(EmfCommand, NormalisesToEqualBytesAndReplacesOnlyByAWholeFile) {
         EXPECT_EQ(ToolStatus({"emf", "normalise", folder / "in.emf", folder / "in.emf"}), 0);
         EXPECT_EQ(folder.Read("in.emf"), SmallMetafile(0));
     }
+    EXPECT_EQ(RunTool({"emf", "normalise", "-", "-"}, SmallMetafile('#')).output, SmallMetafile(0));
+    EXPECT_EQ(RunTool({"emf", "normalise", "-", "-"}, SmallMetafile('#').substr(0, 500)).output, "");
     folder.Write("cut.emf", SmallMetafile('#').substr(0, 500));
     EXPECT_EQ(ToolStatus({"emf", "normalise", folder / "cut.emf", folder / "in.emf"}), 1);
     EXPECT_EQ(folder.Read("in.emf"), SmallMetafile(0));

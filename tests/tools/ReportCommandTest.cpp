@@ -105,11 +105,4 @@ TEST_F(ReportCommand, LeavesItselfOut) {
         }
 }
 
-TEST_F(ReportCommand, SaysWhatItCannotDo) {
-    Make("file");
-    EXPECT_EQ(ToolStatus({"report", m_folder / "file", "-o", m_folder / "out"}), 1);
-    EXPECT_EQ(ToolStatus({"report", m_folder / "", "-o", m_folder / "file\\out"}), 1);
-    EXPECT_FALSE(m_folder.Has("out"));
-}
-
 }  // namespace

@@ -32,8 +32,4 @@ TEST(TextCommand, FiltersBytes) {
     EXPECT_EQ(RunText({"strip-tags"}, zero).output, zero);
 }
 
-TEST(TextCommand, WrongUsageGives2) {
-    for (const char* const width : {"0", "-1", "x"}) EXPECT_EQ(RunText({"wrap", width}, "").status, 2) << width;
-}
-
 }  // namespace

@@ -9,33 +9,6 @@
 
 namespace {
 
-TEST(XmlCommand, GetsSetsAndCreates) {
-    const TempFolder folder;
-    const CString file = folder / "a.xml";
-    struct Row {
-        CStringArray arguments;
-        int status;
-        const char* output;
-    };
-    for (const Row& row :
-         {Row{{"get", file, "r"}, 1, ""}, Row{{"create", file, "r/item[1]", "a<b"}, 0, "r[0]/item[1]\n"},
-          Row{{"get", file, "r/item[1]"}, 0, "a<b\n"}, Row{{"get", file, "r/item[2]"}, 1, ""},
-          Row{{"set", file, "r/item[0]", "TruE", "--type", "bool"}, 0, ""}, Row{{"get", file, "r/item"}, 0, "TRUE\n"},
-          Row{{"set", file, "r/item[2]", "x"}, 1, ""}, Row{{"set", file, "r/item", "x1", "--type", "integer"}, 1, ""},
-          Row{{"set", file, "r/item", "2004-05-05 14:03", "--type", "date"}, 0, ""},
-          Row{{"get", file, "r/item", "--type", "date"}, 0, "05 May 2004 14:03:00\n"},
-          Row{{"get", file, "r/item", "--type", "integer"}, 1, ""}, Row{{"create", file, "r/@k", "v"}, 0, "r[0]/@k\n"},
-          Row{{"get", file, "r/@k"}, 0, "v\n"}, Row{{"get", file, "r["}, 1, ""}, Row{{"create", file, "other"}, 1, ""},
-          Row{{"get", file, "r", "--type", "odd"}, 2, ""}}) {
-        CStringArray arguments{"xml"};
-        arguments.Append(row.arguments);
-        const ToolAnswer answer = RunTool(arguments);
-        EXPECT_EQ(answer.status, row.status)
-            << row.arguments[0].AsStd() << " " << row.arguments[2 % row.arguments.GetSize()].AsStd();
-        EXPECT_EQ(answer.output, row.output);
-    }
-}
-
 TEST(XmlCommand, LeavesTheRestOfTheFileByteForByte) {
     const char* const kRich =
         "<?xml version='1.0'?>\r\n<!DOCTYPE r [<!-- ]> -->\r\n<?p ]> ?><!ATTLIST x y CDATA '>'>]>\r\n<!--<x>-->\r\n"

@@ -9,8 +9,9 @@ A case begins with a line "== TITLE" and has a folder of its own. Its lines, in 
     2> TEXT          a line on standard error; "..." at an end stands for anything
     = STATUS         0 where there is no such line
     ? NAME...        what the folder holds now, besides other names; "! NAME" says that a name is missing
+    ? NAME: TEXT     a file that holds this one line now
 
-Paths may be written with "/" on every system; "\\" in what the tool prints is read as "/".
+"\\0" is a zero byte; after one at its end a line of input has no line end. Paths may be written with "/" on every system; "\\" in what the tool prints is read as "/".
 """
 
 import os
@@ -22,14 +23,14 @@ import tempfile
 
 class Command:
     def __init__(self, words, given):
-        self.words, self.given = words, "".join(line + "\n" for line in given)
+        self.words, self.given = words, "".join(line + "\n" * (not line.endswith("\0")) for line in given)
         self.output, self.errors, self.status = [], [], 0
 
 
 def read(table):
     cases, given = [], []
     for number, line in enumerate(open(table, encoding="utf-8"), 1):
-        key, _, rest = line.rstrip("\n").partition(" ")
+        key, _, rest = line.rstrip("\n").replace("\\0", "\0").partition(" ")
         if key == "==":
             cases.append((rest, []))
         elif key == "<":
@@ -88,6 +89,10 @@ def try_step(program, folder, step):
         make(folder, rest)
         return []
     wanted = key == "?"
+    name, colon, text = rest.partition(": ")
+    if colon:
+        with open(os.path.join(folder, name), encoding="utf-8") as file:
+            return differences(name, file.read(), [text])
     return [f"{name} is {'missing' if wanted else 'there'}" for name in rest.split()
             if os.path.exists(os.path.join(folder, name)) != wanted]
 

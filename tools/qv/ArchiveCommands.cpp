@@ -3,6 +3,7 @@
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Documents.h"
 #include "tools/qv/Json.h"
 #include "tools/qv/LeftOuts.h"
 #include "tools/qv/Lines.h"
@@ -14,7 +15,7 @@ namespace {
 
 struct Options {
     std::string archive, folder;
-    bool noRecurse = false, noManifest = false, json = false, zero = false;
+    bool noRecurse = false, noManifest = false, json = false, zero = false, dryRun = false;
 };
 
 class ReportedPack : public CMakeCab {
@@ -34,6 +35,22 @@ public:
 
 private:
     Progress m_progress{"files packed"};
+};
+
+/// Prints what would be packed.
+class DryPack : public CMakeCab {
+public:
+    void CreateNewCab() override {
+        const CString folder = GetDestPath();
+        if (!folder.IsEmpty() && !CFileUtils::IsDirectory(folder))
+            throw FailedOn(CFileUtils::UnterminateDir(folder).AsStd(), "no such folder");
+    }
+    void AddManifest(const CStringArray&) override {}
+    void AddFile(const char* path) override { m_lines.AddName(Native(path)); }
+    void Commit() override { m_lines.Write(); }
+
+private:
+    Lines m_lines;
 };
 
 /// Adds up the sizes of members, and opens none.
@@ -58,14 +75,33 @@ public:
     }
 
 protected:
+    void NotifyWritten(DWORD bytes) override { m_progress.AddBytes(bytes); }
     int NotifyCloseFileInfo(QvCabinetNotification& member) override {
         m_progress.Add();
-        m_progress.AddBytes(member.size);
         return CReadCab::NotifyCloseFileInfo(member);
     }
 
 private:
     Progress m_progress{"files unpacked"};
+};
+
+/// Prints the files that would be written.
+class DryUnpack : public CReadCab {
+public:
+    DryUnpack() { SetDryRun(1); }
+
+    void Finish() { m_lines.Write(); }
+
+protected:
+    int NotifyCopyFile(QvCabinetNotification& member) override {
+        const int opened = CReadCab::NotifyCopyFile(member);
+        const CString path = GetTargetPath();
+        if (!path.IsEmpty()) m_lines.AddName(Native(path.AsStd()));
+        return opened;
+    }
+
+private:
+    Lines m_lines;
 };
 
 /// Opens no member.
@@ -78,7 +114,11 @@ public:
 
 protected:
     int NotifyCopyFile(QvCabinetNotification& member) override {
-        m_lines.Add(m_options.json ? JsonOf(member) : LineOf(member));
+        if (m_options.json)
+            m_lines.Add(JsonOf(member));
+        else
+            m_lines.AddName(Native(member.name.AsStd()),
+                            std::to_string(member.size) + '\t' + TimeOf(member, ' ') + '\t');
         return 0;
     }
 
@@ -91,12 +131,6 @@ private:
         return text.AsStd();
     }
 
-    std::string LineOf(const QvCabinetNotification& member) const {
-        const std::string name = Native(member.name.AsStd());
-        return std::to_string(member.size) + '\t' + TimeOf(member, ' ') + '\t' +
-               (m_options.zero ? name : ForOutput(name));
-    }
-
     static std::string JsonOf(const QvCabinetNotification& member) {
         JsonObject json;
         json.Path("name", member.name.AsStd()).Number("size", member.size).Text("modified", TimeOf(member, 'T'));
@@ -106,6 +140,11 @@ private:
     const Options& m_options;
     Lines m_lines;
 };
+
+// What an archive holds is found by positions in it, and its set by the names beside it.
+void CheckIsFile(const std::string& archive) {
+    if (IsStandardStream(archive)) throw WrongUsage("ARCHIVE must be a file, not standard input or output");
+}
 
 /// Runs an action on an archive, and gives its failure the whole story.
 template <class Action>
@@ -120,28 +159,41 @@ void Run(Action action) {
 }
 
 void Pack(const Options& options) {
+    CheckIsFile(options.archive);
     if (!CFileUtils::IsDirectory(options.folder.c_str())) throw FailedOn(options.folder, "no such folder");
     LeftOuts leftOuts;
-    {
-        ReportedPack pack(options);
+    const auto packBy = [&](CMakeCab&& pack) {
         pack.SetLeftOut(&leftOuts);
         pack.Pack(options.folder.c_str(), options.archive.c_str(), !options.noRecurse);
-    }
+    };
+    options.dryRun ? packBy(DryPack()) : packBy(ReportedPack(options));
     leftOuts.Check();
 }
 
-void Unpack(const Options& options, ILeftOut& leftOuts) {
-    const CString first = CReadCab::FindFirstCabinet(options.archive.c_str());
-    ReportedUnpack unpack(first);
+void UnpackBy(CReadCab& unpack, const CString& first, const Options& options, ILeftOut& leftOuts) {
     unpack.SetLeftOut(&leftOuts);
     unpack.SetRestoreTimes(1);
     const bool hasManifest = CReadCab::HasManifest(first);
     if (hasManifest && !options.noManifest) return unpack.Unpack(options.folder.c_str(), first);
     if (!hasManifest && !options.noManifest)
-        Complain(Native(first.AsStd()) + " has no manifest: members are unpacked by their own names");
-    if (!QvCreateDirectory(options.folder.c_str())) throw FailedOn(options.folder, "the folder cannot be made");
+        Note(Native(first.AsStd()) + " has no manifest: members are unpacked by their own names");
+    if (!options.dryRun && !QvCreateDirectory(options.folder.c_str()))
+        throw FailedOn(options.folder, "the folder cannot be made");
     unpack.SetDestPath(options.folder.c_str());
     unpack.ReadCab(first);
+}
+
+void Unpack(const Options& options, ILeftOut& leftOuts) {
+    CheckIsFile(options.archive);
+    const CString first = CReadCab::FindFirstCabinet(options.archive.c_str());
+    if (options.dryRun) {
+        DryUnpack unpack;
+        UnpackBy(unpack, first, options, leftOuts);
+        unpack.Finish();
+    } else {
+        ReportedUnpack unpack(first);
+        UnpackBy(unpack, first, options, leftOuts);
+    }
 }
 
 void AddPack(Command app) {
@@ -150,6 +202,8 @@ void AddPack(Command app) {
     command.AddPath("FOLDER", options->folder, "The folder").Require();
     command.AddPath("ARCHIVE", options->archive, "The archive; its extension becomes .cab").Require();
     command.AddFlag("--no-recurse", options->noRecurse, "Leave out what subfolders hold");
+    command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be packed, and write nothing");
+    AddQuiet(command);
     command.SetFooter(
         "Names, contents, times and the read-only attribute are stored. Owners, access lists and the\n"
         "executable bit are not: unpacked files get the permissions of new files. What cannot be packed is named and\n"
@@ -165,6 +219,8 @@ void AddUnpack(Command app) {
     command.AddPath("FOLDER", options->folder, "Where to; made when it is missing").Require();
     command.AddFlag("--no-manifest", options->noManifest,
                     "Members by their own names, as in archives of other programs");
+    command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be written, and write nothing");
+    AddQuiet(command);
     command.SetFooter(
         "Any cabinet of a set will do. Stored, MSZIP and LZX data are read; members with Quantum data are left out.\n"
         "Example:\n  qv unpack photos.cab copy-of-photos");
@@ -182,7 +238,12 @@ void AddList(Command app) {
     command.AddFlag("-0,--null", options->zero, "End each line with a zero byte");
     command.AddFlag("-j,--json", options->json, "Print one JSON object a line: name, size, modified (local time)");
     command.SetFooter("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
-    command.SetAction([options] { Run([&] { Listing{*options}; }); });
+    command.SetAction([options] {
+        Run([&] {
+            CheckIsFile(options->archive);
+            Listing{*options};
+        });
+    });
 }
 
 }  // namespace

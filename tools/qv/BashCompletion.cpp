@@ -3,10 +3,7 @@
 namespace qv::tool {
 namespace {
 
-// The command that is being typed is the longest one that the words before lead to; behind "--" comes another program's
-// own line.
-constexpr std::string_view kHead = R"(# Completion of qv for bash, made from the tool's own list of commands.
-_qv() {
+constexpr std::string_view kHead = R"(_qv() {
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=qv word words=
     COMPREPLY=()
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
@@ -77,8 +74,8 @@ struct Cases {
 std::string BashCompletion(const CommandDescription& tool) {
     Cases cases;
     cases.Add(tool);
-    return std::string(kHead) + cases.paths + std::string(kValues) + cases.values + std::string(kWords) + cases.words +
-           std::string(kTail);
+    return CompletionTitle("bash") + std::string(kHead) + cases.paths + std::string(kValues) + cases.values +
+           std::string(kWords) + cases.words + std::string(kTail);
 }
 
 }  // namespace qv::tool

@@ -5,20 +5,20 @@
 
 #include "qvcommon/DIBitmap.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Documents.h"
 #include "tools/qv/Json.h"
 #include "tools/qv/Lines.h"
-#include "tools/qv/WholeFile.h"
 
 namespace qv::tool {
 namespace {
 
 /// What a file is that is no bitmap, as far as its first bytes tell.
-std::string WhatIs(const std::string& path) {
+std::string WhatIs(CFile& file) {
     constexpr std::pair<std::string_view, const char*> kKinds[] = {
         {"\x89PNG", "a PNG picture"},     {"\xFF\xD8\xFF", "a JPEG picture"}, {"GIF8", "a GIF picture"},
         {{"II*\0", 4}, "a TIFF picture"}, {{"MM\0*", 4}, "a TIFF picture"},   {"RIFF", "a RIFF file"}};
     std::array<char, 18> start = {};
-    CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyNone | CFile::modeNoInherit);
+    file.Seek(0, CFile::begin);
     const std::string_view read(start.data(), file.Read(start.data(), start.size()));
     for (const auto& [mark, kind] : kKinds)
         if (read.starts_with(mark)) return std::string("not a bitmap but ") + kind;
@@ -30,11 +30,14 @@ std::string WhatIs(const std::string& path) {
 
 class Bitmap : public CDIBitmap {
 public:
-    explicit Bitmap(const std::string& path) try {
-        CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit);
-        m_headerSize = LoadConverted(file);
-    } catch (const char*) {
-        throw FailedOn(path, WhatIs(path));
+    explicit Bitmap(const std::string& path) {
+        if (IsStandardStream(path)) {
+            MemoryFile file(ReadDocument(path));
+            LoadFrom(file, path);
+        } else {
+            CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit);
+            LoadFrom(file, path);
+        }
     }
 
     struct Figure {
@@ -63,6 +66,12 @@ public:
     }
 
 private:
+    void LoadFrom(CFile& file, const std::string& path) try {
+        m_headerSize = LoadConverted(file);
+    } catch (const char*) {
+        throw FailedOn(path, WhatIs(file));
+    }
+
     int m_headerSize = 0;
 };
 
@@ -80,9 +89,9 @@ void PrintInfo(const std::string& path, bool json) {
 
 void Convert(const std::string& path, const std::string& out) {
     Bitmap bitmap(path);
-    WholeFile file(out);
-    if (!bitmap.SaveWhole(file)) throw FailedOn(path, "rows are missing, or no bitmap has this depth");
-    file.Commit();
+    WriteDocument(out, [&](CFile& file) {
+        if (!bitmap.SaveWhole(file)) throw FailedOn(path, "rows are missing, or no bitmap has this depth");
+    });
 }
 
 }  // namespace
@@ -93,17 +102,19 @@ void AddBmp(Command app) {
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
 
     Command info = bmp.Add("info", "Print the header's fields, the sizes of rows in bytes, and the colours");
-    info.AddPath("FILE", *path, "The bitmap").Require();
+    info.AddPath("FILE", *path, "The bitmap; - is standard input").Require();
     info.SetFooter("Example:\n  qv bmp info photo.bmp");
     const auto json = std::make_shared<bool>(false);
-    info.AddFlag("-j,--json", *json, "Print one JSON object");
+    info.AddFlag("-j,--json", *json,
+                 "Print one JSON object: headerSize, width, height and so on, a number for each line");
     info.SetAction([path, json] { PrintInfo(*path, *json); });
 
     Command convert =
         bmp.Add("convert",
                 "Write a bitmap with a header of 40 bytes, and sizes, masks, colours and rows as the format asks for");
-    convert.AddPath("FILE", *path, "The bitmap").Require();
-    convert.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically").Require();
+    convert.AddPath("FILE", *path, "The bitmap; - is standard input").Require();
+    convert.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically; - is standard output")
+        .Require();
     convert.SetFooter("Example:\n  qv bmp convert odd.bmp clean.bmp");
     convert.SetAction([path, out] { Convert(*path, *out); });
 }

@@ -34,7 +34,13 @@ inline std::string Join(const std::vector<std::string>& words, const char* betwe
     return line;
 }
 
-/// A script that makes bash complete the tool's commands, options and values, and file names elsewhere.
+/// The first comment of a script.
+inline std::string CompletionTitle(const std::string& shell) {
+    return "# Completion of qv for " + shell + ", made from the tool's own list of commands.\n";
+}
+
+/// A script that makes bash complete the tool's commands, options and values, and file names elsewhere. The command
+/// that is being typed is the longest one that the words before lead to; after "--" comes another program's line.
 std::string BashCompletion(const CommandDescription& tool);
 /// The same for fish and for zsh, with descriptions.
 std::string FishCompletion(const CommandDescription& tool);

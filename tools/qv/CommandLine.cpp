@@ -12,6 +12,8 @@
 namespace qv::tool {
 namespace {
 
+constexpr const char* kVersion = "qv " QV_VERSION;
+
 std::string ValueOf(const CLI::Option& option) {
     if (!option.get_option_text().empty()) return option.get_option_text();
     const std::string type = option.get_type_name();
@@ -118,10 +120,8 @@ constexpr Entry kCommands[] = {
     {" xml ", AddXml},
 };
 
-// A line that begins with the name of a command needs no other one, nor does the version: the parser takes most of the time
-// of a short command.
+// A line that begins with the name of a command needs no other one: the parser takes most of the time of a short command.
 void AddCommands(CLI::App& app, std::string_view first) {
-    if (first == "--version") return;
     const std::string name = " " + std::string(first) + " ";
     const auto* const named = std::ranges::find_if(kCommands, [&](const Entry& entry) {
         return std::string_view(entry.names).find(name) != std::string_view::npos;
@@ -136,7 +136,7 @@ void SetUp(CLI::App& app, std::string_view first) {
     app.name("qv");
     app.formatter(std::make_shared<HelpText>());
     app.require_subcommand(1);
-    app.set_version_flag("--version", "qv " QV_VERSION, "Print the version and exit");
+    app.set_version_flag("--version", kVersion, "Print the version and exit");
     app.footer(
         "Each command has its own --help, with an example: qv find --help\n"
         "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.");
@@ -148,6 +148,12 @@ void SetUp(CLI::App& app, std::string_view first) {
 }
 
 }  // namespace
+
+bool PrintVersion(int argc, char** argv) {
+    const bool isAsked = argc == 2 && std::string_view(argv[1]) == "--version";
+    if (isAsked) std::cout << kVersion << '\n';
+    return isAsked;
+}
 
 int Run(int argc, char** argv) {
     CLI::App app{"The QvCommon command-line companion"};

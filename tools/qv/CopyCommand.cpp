@@ -1,54 +1,72 @@
 #include <memory>
-#include <utility>
 
 #include "qvcommon/CopyTree.h"
 #include "qvcommon/FileUtils.h"
-#include "qvcommon/framework/File.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/LeftOuts.h"
+#include "tools/qv/Lines.h"
 #include "tools/qv/Progress.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
 
 struct Options {
     std::string source, target;
-    bool laterOnly = false;
+    bool laterOnly = false, dryRun = false;
 };
 
-/// Counts what was copied. A file is named before it is copied, so its bytes count when the next one comes.
+/// Counts what is copied.
 class CountedFiles : public ICopyProgress {
 public:
     explicit CountedFiles(const Options& options) {
         if (m_progress.IsShown()) m_progress.SetTotalBytes(BytesIn(options.source, true));
     }
 
-    void OnCopyFile(const char* path) override {
-        if (!m_progress.IsShown()) return;
-        m_progress.Add();
-        m_progress.AddBytes(std::exchange(m_size, SizeOf(path)));
+    void OnCopyFile(const char*) override { m_progress.Add(); }
+    void OnCopyBytes(std::uint64_t bytes) override { m_progress.AddBytes(bytes); }
+
+private:
+    Progress m_progress{"files copied"};
+};
+
+/// Prints the files that would be written.
+class DryCopy : public CCopyTree {
+public:
+    DryCopy() { SetDryRun(1); }
+
+    void Finish() { m_lines.Write(); }
+
+protected:
+    int CopyFileA(const char* source, const char* target) override {
+        const int succeeds = CCopyTree::CopyFileA(source, target);
+        if (succeeds) m_lines.AddName(Native(target));
+        return succeeds;
     }
 
 private:
-    static std::uint64_t SizeOf(const char* path) {
-        CFileStatus status;
-        return CFile::GetStatus(path, status) ? static_cast<std::uint64_t>(status.m_size) : 0;
-    }
-
-    Progress m_progress{"files copied"};
-    std::uint64_t m_size = 0;
+    Lines m_lines;
 };
 
-void Copy(const Options& options) {
-    if (!CFileUtils::IsDirectory(options.source.c_str())) throw FailedOn(options.source, "not a folder");
-    LeftOuts leftOuts;
-    CCopyTree copy;
+void Prepare(CCopyTree& copy, const Options& options, ILeftOut& leftOuts) {
     copy.SetSourceDirectory(options.source.c_str());
     copy.SetDestinationDirectory(options.target.c_str());
     copy.SetLaterOnly(options.laterOnly);
     copy.SetLeftOut(&leftOuts);
-    {
+}
+
+void Copy(const Options& options) {
+    if (!CFileUtils::IsDirectory(options.source.c_str())) throw FailedOn(options.source, "not a folder");
+    LeftOuts leftOuts;
+    if (options.dryRun) {
+        DryCopy copy;
+        Prepare(copy, options, leftOuts);
+        copy.CopyTree();
+        copy.Finish();
+    } else {
+        CCopyTree copy;
         CountedFiles files(options);
+        Prepare(copy, options, leftOuts);
         copy.SetProgressMonitor(&files);
         copy.CopyTree();
     }
@@ -62,7 +80,9 @@ void AddCopy(Command app) {
     Command command = app.Add("copy", "Copy a folder tree, with times and attributes");
     command.AddPath("SOURCE", options->source, "The folder to copy").Require();
     command.AddPath("TARGET", options->target, "The folder that gets what SOURCE holds; made when missing").Require();
-    command.AddFlag("--later-only", options->laterOnly, "Leave files alone that are as new or newer in TARGET");
+    command.AddFlag("-l,--later-only", options->laterOnly, "Leave files alone that are as new or newer in TARGET");
+    command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be written, and write nothing");
+    AddQuiet(command);
     command.SetFooter(
         "What cannot be copied is named, links to folders too, and all else is copied; the exit status is 1 then.\n"
         "Example: qv copy documents backup --later-only");

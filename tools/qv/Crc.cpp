@@ -1,23 +1,22 @@
 #include "tools/qv/Crc.h"
 
+#include <memory>
+
 #include "qvcommon/Checksum.h"
 #include "qvcommon/framework/File.h"
 
 namespace qv::tool {
-namespace {
 
-void TryReading(const std::string& path) {
+unsigned long CrcOf(const std::string& path, Progress& progress) {
+    // So much stays in the processor's own memory between reading and adding up.
+    constexpr UINT kStep = 256 * 1024;
     CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyNone);
-    char buffer[4096];
-    while (file.Read(buffer, sizeof buffer) > 0) continue;
-}
-
-}  // namespace
-
-unsigned long CrcOf(const std::string& path) {
-    const unsigned long crc = FileCRC(path);
-    // 0 may also mean that the file could not be read.
-    if (crc == 0) TryReading(path);
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);
+    unsigned long crc = 0;
+    while (const UINT count = file.Read(buffer.get(), kStep)) {
+        crc = ContinueCRC(crc, {buffer.get(), count});
+        progress.AddBytes(count);
+    }
     return crc;
 }
 

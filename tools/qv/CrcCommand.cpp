@@ -4,9 +4,9 @@
 #include "qvcommon/Checksum.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
-#include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Crc.h"
+#include "tools/qv/Documents.h"
 #include "tools/qv/Json.h"
 #include "tools/qv/Lines.h"
 #include "tools/qv/Progress.h"
@@ -17,7 +17,10 @@ namespace {
 
 struct Options {
     std::vector<std::string> files;
-    bool check = false, json = false, zero = false, quiet = false;
+    std::string filesFrom;
+    bool check = false, json = false, zero = false;
+
+    char LineEnd() const { return zero ? '\0' : '\n'; }
 };
 
 /// A line of a list: a name in the library's form, and the checksum that its file has to have.
@@ -26,13 +29,39 @@ struct Expected {
     unsigned long crc;
 };
 
-unsigned long CrcOfOperand(const std::string& path) {
-    return path == "-" ? MemCRC(AfxReadStandardInput().AsStd()) : CrcOf(path);
+// The lines of a file, or of standard input, without empty ones. In lists of text a CR goes with the line end.
+std::vector<std::string> LinesOf(const std::string& file, const Options& options) {
+    std::vector<std::string> lines;
+    const std::string text = ReadDocument(file);
+    for (std::size_t from = 0; from < text.size();) {
+        const std::size_t stop = std::min(text.find(options.LineEnd(), from), text.size());
+        std::string line = text.substr(from, stop - from);
+        if (!options.zero && line.ends_with('\r')) line.pop_back();
+        if (!line.empty()) lines.push_back(std::move(line));
+        from = stop + 1;
+    }
+    return lines;
+}
+
+std::string PathFrom(const std::string& name) {
+    return CFileUtils::GetLibraryPath(name.c_str()).AsStd();
+}
+
+// The operands, and what the list of names adds.
+std::vector<std::string> FilesOf(const Options& options) {
+    std::vector<std::string> files = options.files;
+    if (!options.filesFrom.empty())
+        for (const std::string& name : LinesOf(options.filesFrom, options)) files.push_back(PathFrom(name));
+    return files;
+}
+
+unsigned long CrcOfOperand(const std::string& path, Progress& progress) {
+    return IsStandardStream(path) ? MemCRC(ReadDocument(path)) : CrcOf(path, progress);
 }
 
 // The checksum, or nothing with a complaint when the file cannot be read.
-std::optional<unsigned long> TryCrcOf(const std::string& path) try {
-    return CrcOfOperand(path);
+std::optional<unsigned long> TryCrcOf(const std::string& path, Progress& progress) try {
+    return CrcOfOperand(path, progress);
 } catch (CFileException* error) {
     Complain(MessageOf(*error));
     error->Delete();
@@ -47,30 +76,27 @@ std::string HexOf(unsigned long crc) {
 
 void Print(const Options& options) {
     std::size_t failures = 0;
+    const std::vector<std::string> files = FilesOf(options);
     Progress progress("files read");
-    Lines lines(options.zero ? '\0' : '\n');
-    for (const std::string& path : options.files) {
-        const auto crc = TryCrcOf(path);
+    if (progress.IsShown()) progress.SetTotalBytes(BytesOf(files));
+    Lines lines(options.LineEnd());
+    for (const std::string& path : files) {
+        const auto crc = TryCrcOf(path, progress);
         progress.Add();
         if (!crc)
             ++failures;
         else if (options.json)
             lines.Add(JsonObject().Path("path", path).Text("crc32", HexOf(*crc)).Line());
         else
-            lines.Add(HexOf(*crc) + "  " + (options.zero ? Native(path) : ForOutput(Native(path))));
+            lines.AddName(Native(path), HexOf(*crc) + "  ");
     }
     lines.Write();
-    if (failures)
-        throw Failed(std::to_string(failures) + " of " + std::to_string(options.files.size()) + " could not be read");
+    if (failures) throw Failed(std::to_string(failures) + " of " + std::to_string(files.size()) + " could not be read");
 }
 
 std::optional<unsigned long> CrcFrom(const std::string& digits) {
     if (digits.size() != 8 || digits.find_first_not_of("0123456789abcdefABCDEF") != digits.npos) return std::nullopt;
     return std::stoul(digits, nullptr, 16);
-}
-
-std::string PathFrom(const std::string& name) {
-    return CFileUtils::GetLibraryPath(name.c_str()).AsStd();
 }
 
 // "DIGITS  NAME", with "*" for the second blank at will, as this tool and rhash write it, or "NAME DIGITS", as in SFV files.
@@ -92,15 +118,8 @@ public:
     explicit Checker(const Options& options) : m_options(options) {}
 
     void CheckList(const std::string& list) {
-        const CString text = list == "-" ? AfxReadStandardInput() : CFileUtils::ReadFile(list.c_str());
-        const char end = m_options.zero ? '\0' : '\n';
-        for (std::size_t from = 0; from < text.AsStd().size();) {
-            const std::size_t stop = std::min(text.AsStd().find(end, from), text.AsStd().size());
-            std::string line = text.AsStd().substr(from, stop - from);
-            if (!m_options.zero && line.ends_with('\r')) line.pop_back();
-            if (!line.empty() && line[0] != ';') CheckLine(list, line);
-            from = stop + 1;
-        }
+        for (const std::string& line : LinesOf(list, m_options))
+            if (line[0] != ';') CheckLine(list, line);
     }
 
     /// @throws Failed when a file is not as it has to be, or no line was one of a list.
@@ -120,23 +139,25 @@ private:
             return;
         }
         ++m_count;
-        const auto crc = TryCrcOf(expected->path);
+        const auto crc = TryCrcOf(expected->path, m_progress);
+        m_progress.Add();
         const bool matches = crc == expected->crc;
         m_mismatches += !matches;
         if (m_options.json)
             m_lines.Add(JsonObject().Path("path", expected->path).Truth("matches", matches).Path("list", list).Line());
-        else if (!matches || !m_options.quiet)
-            m_lines.Add(ForOutput(Native(expected->path)) + (matches ? ": OK" : crc ? ": FAILED" : ": FAILED to read"));
+        else if (!matches || !IsQuiet())
+            m_lines.AddName(Native(expected->path), "", matches ? ": OK" : crc ? ": FAILED" : ": FAILED to read");
     }
 
     const Options& m_options;
+    Progress m_progress{"files checked"};
     Lines m_lines;
     std::size_t m_count = 0, m_mismatches = 0, m_malformed = 0;
 };
 
 void Check(const Options& options) {
     Checker checker(options);
-    for (const std::string& list : options.files) checker.CheckList(list);
+    for (const std::string& list : FilesOf(options)) checker.CheckList(list);
     checker.Finish();
 }
 
@@ -145,15 +166,22 @@ void Check(const Options& options) {
 void AddCrc(Command app) {
     const auto options = std::make_shared<Options>();
     Command command = app.Add("crc", "Print the CRC-32 of files: 8 hex digits, two blanks, name");
-    command.AddPath("FILE", options->files, "The files; - is standard input").Require();
+    command.AddPath("FILE", options->files, "The files; - is standard input");
     command.AddFlag("-c,--check", options->check, "Read such lists, or SFV files, and check the files that they name");
-    command.AddFlag("-q,--quiet", options->quiet, "With --check: print only what does not match");
-    command.AddFlag("-0,--null", options->zero, "End lines with a zero byte; with --check, read lists of such lines");
+    command
+        .AddPath("-T,--files-from", options->filesFrom,
+                 "Files whose names are the lines of this file; - is standard input")
+        .CallValue("LIST");
+    AddQuiet(command, "Show no progress; with --check, print only what does not match");
+    command.AddFlag("-0,--null", options->zero, "End lines with a zero byte, and read lists of such lines");
     command.AddFlag("-j,--json", options->json, "Print one JSON object a line: path, crc32; or path, matches, list");
     command.SetFooter(
         "Lists of rhash --crc32 --simple and of cksfv are read too; those of cksum hold another checksum.\n"
         "Example: qv crc *.zip > zips.crc; qv crc --check zips.crc");
-    command.SetAction([options] { options->check ? Check(*options) : Print(*options); });
+    command.SetAction([options] {
+        if (options->files.empty() && options->filesFrom.empty()) throw WrongUsage("FILE is required");
+        options->check ? Check(*options) : Print(*options);
+    });
 }
 
 }  // namespace qv::tool

@@ -4,10 +4,11 @@
 
 #include "qvcommon/ParseEmf.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Documents.h"
+#include "tools/qv/Json.h"
 #include "tools/qv/Lines.h"
 #include "tools/qv/Utf8Path.h"
 #include "tools/qv/Visible.h"
-#include "tools/qv/WholeFile.h"
 
 namespace qv::tool {
 namespace {
@@ -16,21 +17,34 @@ namespace {
 class WholeMetafile : public CParseEmf {
 public:
     void Walk(const std::string& path) {
-        if (!ProcessFile(path.c_str())) throw FailedOn(path, "the file ends before its end-of-file record");
+        if (!WalkRecords(path)) throw FailedOn(path, "the file ends before its end-of-file record");
     }
 
     int ProcessMetafileRecords(CFile& file) override {
         m_firstRecord = 1;
         return CParseEmf::ProcessMetafileRecords(file);
     }
+
+private:
+    bool WalkRecords(const std::string& path) {
+        if (!IsStandardStream(path)) return ProcessFile(path.c_str());
+        MemoryFile file(ReadDocument(path));
+        return ProcessMetafileRecords(file);
+    }
 };
 
-// "LABEL<tab>NUMBER NUMBER...", of the record's words from `offset` on.
-std::string Numbers(const char* label, const EmfRecord& record, std::size_t offset, std::size_t count) {
-    std::string line = label;
-    for (std::size_t i = 0; i < count; ++i)
-        (line += i ? ' ' : '\t') += std::to_string(static_cast<LONG>(record.Word(offset + i * sizeof(DWORD))));
-    return line;
+struct Field {
+    const char* label;
+    std::size_t offset, count;  ///< its first word, in bytes, and how many there are
+};
+
+constexpr Field kFields[] = {{"bounds", 8, 4}, {"frame", 24, 4}, {"device", 72, 2}, {"millimetres", 80, 2}};
+
+std::vector<std::int64_t> NumbersOf(const EmfRecord& header, const Field& field) {
+    std::vector<std::int64_t> numbers;
+    for (std::size_t i = 0; i < field.count; ++i)
+        numbers.push_back(static_cast<LONG>(header.Word(field.offset + i * sizeof(DWORD))));
+    return numbers;
 }
 
 // The header's description in UTF-8: the program's name, a zero and the picture's name.
@@ -42,12 +56,12 @@ std::string Description(const EmfRecord& header) {
     std::memcpy(text.data(), header.At(static_cast<std::size_t>(offset)), text.size() * sizeof(char16_t));
     text.erase(text.find_last_not_of(u'\0') + 1);
     std::ranges::replace(text, u'\0', u'|');
-    return VisibleOnTerminal(Utf8(std::filesystem::path(text)));
+    return Utf8(std::filesystem::path(text));
 }
 
 class RecordList : public WholeMetafile {
 public:
-    explicit RecordList(const std::string& path) {
+    RecordList(const std::string& path, bool json) : m_json(json) {
         Walk(path);
         m_lines.Write();
     }
@@ -55,19 +69,39 @@ public:
     void ParseMetafileRecord(EmfRecord* record) override {
         std::array<char, 32> name = {};
         GetFunctionNameFromId(record->type, name.data(), name.size() - 1);
-        m_lines.Add(std::to_string(++m_number) + '\t' + name.data() + '\t' + std::to_string(record->size));
+        ++m_number;
+        m_object = JsonObject();
+        if (m_json)
+            m_object.Number("number", m_number).Text("name", name.data()).Number("size", record->size);
+        else
+            m_lines.Add(std::to_string(m_number) + '\t' + name.data() + '\t' + std::to_string(record->size));
         WholeMetafile::ParseMetafileRecord(record);
+        if (m_json) m_lines.Add(m_object.Line());
     }
 
     void OnHeader(EmfRecord* record) override {
-        m_lines.Add(Numbers("bounds", *record, 8, 4));
-        m_lines.Add(Numbers("frame", *record, 24, 4));
-        m_lines.Add(Numbers("device", *record, 72, 2));
-        m_lines.Add(Numbers("millimetres", *record, 80, 2));
-        m_lines.Add("description\t" + Description(*record));
+        const std::string description = Description(*record);
+        for (const Field& field : kFields) AddField(field.label, NumbersOf(*record, field));
+        if (m_json)
+            m_object.Utf8Text("description", description);
+        else
+            m_lines.Add("description\t" + VisibleOnTerminal(description));
     }
 
 private:
+    void AddField(const char* label, const std::vector<std::int64_t>& numbers) {
+        if (m_json) {
+            m_object.Numbers(label, numbers);
+            return;
+        }
+        std::string line = label;
+        for (const std::int64_t& number : numbers)
+            line += (&number == numbers.data() ? '\t' : ' ') + std::to_string(number);
+        m_lines.Add(line);
+    }
+
+    const bool m_json;
+    JsonObject m_object;
     Lines m_lines;
     std::uint64_t m_number = 0;
 };
@@ -86,27 +120,30 @@ private:
 };
 
 void Normalise(const std::string& path, const std::string& out) {
-    WholeFile file(out);
-    Normaliser(file).Walk(path);
-    file.Commit();
+    WriteDocument(out, [&path](CFile& file) { Normaliser(file).Walk(path); });
 }
 
 void AddList(Command emf) {
     Command command = emf.Add("list", "List the records of a metafile: number, name and size in bytes");
     const auto path = std::make_shared<std::string>();
-    command.AddPath("FILE", *path, "The metafile").Require();
+    const auto json = std::make_shared<bool>(false);
+    command.AddPath("FILE", *path, "The metafile; - is standard input").Require();
+    command.AddFlag("-j,--json", *json,
+                    "Print one JSON object a line: number, name, size; in the first also bounds, frame, device, "
+                    "millimetres, description");
     command.SetFooter(
         "After the first record come the header's bounds and frame (left, top, right, bottom), the device's size in "
         "pixels\n"
         "and millimetres, and the description.\nExample:\n  qv emf list drawing.emf");
-    command.SetAction([path] { RecordList{*path}; });
+    command.SetAction([path, json] { RecordList{*path, *json}; });
 }
 
 void AddNormalise(Command emf) {
     Command command = emf.Add("normalise", "Copy a metafile, with the bytes cleared that the format leaves undefined");
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
-    command.AddPath("FILE", *path, "The metafile").Require();
-    command.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically").Require();
+    command.AddPath("FILE", *path, "The metafile; - is standard input").Require();
+    command.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically; - is standard output")
+        .Require();
     command.SetFooter("Example:\n  qv emf normalise drawing.emf clean.emf");
     command.SetAction([path, out] { Normalise(*path, *out); });
 }

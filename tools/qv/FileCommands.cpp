@@ -21,10 +21,10 @@ Command AddFileCommand(Command app, const char* name, const char* description, c
     return command;
 }
 
-// Where BackupFile puts a file.
-std::string BackupOf(const std::string& file) {
-    const std::size_t name = file.find_last_of("/\\") + 1, point = file.rfind('.');
-    return file.substr(0, point != file.npos && point >= name ? point : file.size()) + ".bak";
+void PrintName(const CString& path) {
+    Lines lines;
+    lines.AddName(Native(path.AsStd()));
+    lines.Write();
 }
 
 // What a folder holds, and the folder itself unless that is kept.
@@ -36,8 +36,8 @@ void PrintTree(const std::string& folder, bool keepRoot) {
     finder.SetIncludeDirectories(2);
     finder.Discover();
     Lines lines;
-    for (const CString& path : finder.GetFiles()) lines.Add(ForOutput(Native(path.AsStd())));
-    if (!keepRoot) lines.Add(ForOutput(Native(folder)));
+    for (const CString& path : finder.GetFiles()) lines.AddName(Native(path.AsStd()));
+    if (!keepRoot) lines.AddName(Native(folder));
     lines.Write();
 }
 
@@ -79,17 +79,19 @@ void AddDelete(Command app) {
 void AddBackup(Command app) {
     struct Options {
         std::string file;
-        bool replace = false;
+        bool replace = false, dryRun = false;
     };
     const auto options = std::make_shared<Options>();
     Command command = AddFileCommand(app, "backup", "Rename a file to the same name with the extension \"bak\"", "FILE",
                                      options->file, "The file", "qv backup letter.txt");
     command.AddFlag("--replace", options->replace, "Replace an earlier backup, which may be another file's");
+    command.AddFlag("-n,--dry-run", options->dryRun, "Print the backup's name, and rename nothing");
     command.SetAction([options] {
         if (!CFileUtils::IsExist(options->file.c_str())) throw FailedOn(options->file, "no such file");
-        const std::string backup = BackupOf(options->file);
-        if (!options->replace && CFileUtils::IsExist(backup.c_str()))
-            throw FailedOn(backup, "exists, and may be the backup of another file; --replace overwrites it");
+        const CString backup = CFileUtils::GetBackupName(options->file.c_str());
+        if (!options->replace && CFileUtils::IsExist(backup))
+            throw FailedOn(backup.AsStd(), "exists, and may be the backup of another file; --replace overwrites it");
+        if (options->dryRun) return PrintName(backup);
         CFileUtils::BackupFile(options->file.c_str());
     });
 }
@@ -103,7 +105,7 @@ void AddLog(Command app) {
     Command command = AddFileCommand(app, "log", "Add a line to a file that others log to, too", "FILE", options->file,
                                      "The log; made when missing", "qv log night.log \"backup done\" --stamp");
     command.AddOption("TEXT", options->text, "The line").Require();
-    command.AddFlag("--stamp", options->stamp, "Put the time in front");
+    command.AddFlag("-s,--stamp", options->stamp, "Put the time in front");
     command.SetAction([options] {
         if (!CFileUtils::Log(options->file.c_str(), options->text.c_str(), options->stamp))
             throw FailedOn(options->file, "the line could not be written");

@@ -27,13 +27,8 @@ std::string JsonOf(const FileFinder& finder, int index) {
     json.Path("path", finder.GetFileOffsets()[index].AsStd()).Number("depth", finder.GetOffsetDepths()[index]);
     json.Text("type", entry.IsLink() ? "link" : entry.IsDirectory() ? "folder" : "file");
     if (!entry.IsDirectory()) json.Number("size", entry.GetLength64());
-    if (entry.GetLastWriteTime(&modified)) json.Time("modified", modified);
+    if (entry.GetLastWriteTime(&modified)) json.Time("modified", modified.UnixSeconds());
     return json.Line();
-}
-
-std::string LineOf(const FileFinder& finder, int index) {
-    const std::string path = Native(finder.GetFileOffsets()[index].AsStd());
-    return std::to_string(finder.GetOffsetDepths()[index]) + '\t' + path;
 }
 
 /// Prints what it finds while it searches.
@@ -54,10 +49,9 @@ private:
         for (; m_printed < GetFiles().GetSize(); ++m_printed)
             if (m_options.json)
                 m_lines.Add(JsonOf(*this, m_printed));
-            else if (m_options.zero)
-                m_lines.Add(LineOf(*this, m_printed));
             else
-                m_lines.Add(ForOutput(LineOf(*this, m_printed)));
+                m_lines.AddName(Native(GetFileOffsets()[m_printed].AsStd()),
+                                std::to_string(GetOffsetDepths()[m_printed]) + '\t');
     }
 
     const Options& m_options;
@@ -108,6 +102,7 @@ void AddFind(Command app) {
         .CallValue("MODE");
     command.AddFlag("-0,--null", options->zero, "End each line with a zero byte");
     command.AddFlag("-j,--json", options->json, "Print one JSON object a line: path, depth, type, size, modified");
+    AddQuiet(command);
     command.SetFooter(
         "The depth numbers siblings: the first folder below another has that one's number, each further one 1 more.\n"
         "Folders that cannot be searched are named on standard error; the exit status is 1 then.\n"

@@ -3,9 +3,7 @@
 namespace qv::tool {
 namespace {
 
-// The command that is being typed is the longest one that the words before lead to; after "--" comes another program's line.
-constexpr std::string_view kHead = R"(# Completion of qv for fish, made from the tool's own list of commands.
-function __qv_is
+constexpr std::string_view kHead = R"(function __qv_is
     set -l command qv
     for word in (commandline -opc)[2..]
         if test "$word" = --
@@ -61,7 +59,7 @@ std::string LinesFor(const CommandDescription& command) {
 }  // namespace
 
 std::string FishCompletion(const CommandDescription& tool) {
-    return std::string(kHead) + PathsBelow(tool) + std::string(kTail) + LinesFor(tool);
+    return CompletionTitle("fish") + std::string(kHead) + PathsBelow(tool) + std::string(kTail) + LinesFor(tool);
 }
 
 }  // namespace qv::tool

@@ -58,11 +58,18 @@ JsonObject& JsonObject::Truth(const char* name, bool value) {
     return *this;
 }
 
-JsonObject& JsonObject::Time(const char* name, QvFileTime time) {
+JsonObject& JsonObject::Numbers(const char* name, const std::vector<std::int64_t>& values) {
+    Name(name);
+    m_text += '[';
+    for (const std::int64_t value : values) m_text += (m_text.back() == '[' ? "" : ",") + std::to_string(value);
+    m_text += ']';
+    return *this;
+}
+
+JsonObject& JsonObject::Time(const char* name, std::optional<std::int64_t> time) {
     using namespace std::chrono;
-    constexpr std::int64_t kPerSecond = 10'000'000, k1970 = 11'644'473'600;  // units of 100 ns, seconds since 1601
-    const std::uint64_t ticks = std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
-    const sys_seconds at(seconds(static_cast<std::int64_t>(ticks) / kPerSecond - k1970));
+    if (!time) return *this;
+    const sys_seconds at{seconds(*time)};
     const sys_days day = floor<days>(at);
     const year_month_day date(day);
     const hh_mm_ss clock(at - day);
@@ -71,29 +78,36 @@ JsonObject& JsonObject::Time(const char* name, QvFileTime time) {
                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
                   static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
                   static_cast<int>(clock.seconds().count()));
-    Name(name);
-    m_text.append("\"").append(text).append("\"");
+    AddText(name, text);
     return *this;
 }
 
-JsonObject& JsonObject::Text(const char* name, std::string_view text) {
+JsonObject& JsonObject::TimeNow(const char* name) {
+    using namespace std::chrono;
+    return Time(name, duration_cast<seconds>(system_clock::now().time_since_epoch()).count());
+}
+
+// False when the text is not UTF-8.
+bool JsonObject::AddText(std::string_view name, std::string_view utf8) {
     Name(name);
     m_text += '"';
-    AppendString(m_text, Utf8FromArgument(std::string(text)));
+    const bool isText = AppendString(m_text, utf8);
     m_text += '"';
+    return isText;
+}
+
+JsonObject& JsonObject::Text(const char* name, std::string_view text) {
+    if (!AddText(name, Utf8FromArgument(std::string(text)))) AddText(std::string(name) + "Bytes", HexOf(text));
+    return *this;
+}
+
+JsonObject& JsonObject::Utf8Text(const char* name, std::string_view text) {
+    AddText(name, text);
     return *this;
 }
 
 JsonObject& JsonObject::Path(const char* name, std::string_view path) {
-    const std::string native = Native(path);
-    Name(name);
-    m_text += '"';
-    const bool isText = AppendString(m_text, Utf8FromArgument(native));
-    m_text += '"';
-    if (isText) return *this;
-    Name(std::string(name) + "Bytes");
-    m_text += '"' + HexOf(native) + '"';
-    return *this;
+    return Text(name, Native(path));
 }
 
 }  // namespace qv::tool

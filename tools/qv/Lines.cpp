@@ -4,6 +4,7 @@
 
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Progress.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 
@@ -21,6 +22,10 @@ void Lines::Add(const std::string& line) {
     if (m_text.size() >= enough || std::chrono::steady_clock::now() >= m_next) Write();
 }
 
+void Lines::AddName(const std::string& name, const std::string& before, const std::string& after) {
+    Add(before + (m_end ? ForOutput(name) : name) + after);
+}
+
 void Lines::Write() {
     m_next = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
     ClearProgressLine();
@@ -30,7 +35,7 @@ void Lines::Write() {
 bool LiveLines::Write(const std::string& line) {
     if (m_failure) return false;
     try {
-        AfxWriteStandardOutput(line + '\n');
+        AfxWriteStandardOutput(line + m_end);
         return true;
     } catch (CFileException* error) {
         m_failure = std::make_unique<CFileException>(*error);

@@ -19,6 +19,8 @@ public:
 
     /// @throws CFileException*, as Write.
     void Add(const std::string& line);
+    /// Adds a line with a name from outside, visibly where standard output is a terminal, but as it is between zero bytes.
+    void AddName(const std::string& name, const std::string& before = {}, const std::string& after = {});
     void Write();
 
 private:
@@ -30,12 +32,15 @@ private:
 /// Lines that have to be seen at once, written from where no exception may leave.
 class LiveLines {
 public:
+    explicit LiveLines(char end = '\n') : m_end(end) {}
+
     /// False when it failed, now or before: nothing is written any more.
     bool Write(const std::string& line);
     /// @throws CFileException* when a line could not be written.
     void Check() const;
 
 private:
+    char m_end;
     std::unique_ptr<CFileException> m_failure;
 };
 

@@ -41,7 +41,10 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::setlocale(LC_ALL, "");
-    const int status = Run(argc, argv);
+    int status = qv::tool::kDone;
+    if (!qv::tool::PrintVersion(argc, argv)) {
+        std::setlocale(LC_ALL, "");
+        status = Run(argc, argv);
+    }
     return std::cout.flush() || status ? status : Fail("standard output could not be written");
 }

@@ -36,8 +36,38 @@ The backup of NAME.ext.
 .TP
 .I .qv1.tmp
 A file or archive that is not complete yet, on file systems that keep no files without names. The next command removes it.
+.SH JSON
+With
+.B \-\-json
+each line is one object (RFC 8259) in UTF-8. Numbers are numbers, and times are in UTC, as "2026-11-22T09:30:00Z". A name or text
+that is not text in the locale's character set has U+FFFD in the place of what is not, and its bytes in hexadecimal digits in a
+second field: "pathBytes" beside "path". A field that is not known is left out.
+.TP
+.B qv bmp info
+The figures that it prints, as numbers, with names such as "headerSize" and "bitsPerPixel".
+.TP
+.B qv crc
+"path", "crc32" (8 digits, a text); with
+.B \-\-check
+"path", "matches" (true or false), "list".
+.TP
+.B qv emf list
+"number" (from 1), "name", "size" (bytes); in the first object "bounds", "frame" (4 numbers each), "device", "millimetres" (2 each)
+and "description".
+.TP
+.B qv find
+"path" (from FOLDER), "depth", "type" ("file", "folder" or "link"), "size" (bytes), "modified".
+.TP
+.B qv list
+"name", "size" (bytes), "modified" (local time, as the archive has it, without a zone).
+.TP
+.B qv listen
+"name", "text", "time".
+.TP
+.B qv watch
+"folder", "time".
 .SH NOTES
-Paths may use the system's separator or a backslash. Long work shows its progress when standard error is a terminal.
+Paths may use the system's separator or a backslash. A file that is called - is ./- where - stands for a standard stream. Long work shows its progress when standard error is a terminal.
 .SH SEE ALSO
 .BR find (1),
 .BR cabextract (1),

@@ -2,6 +2,7 @@
 
 #include "qvcommon/UserMessages.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Json.h"
 #include "tools/qv/Lines.h"
 
 namespace qv::tool {
@@ -10,24 +11,34 @@ namespace {
 struct Options {
     std::string name, text;
     unsigned count = 0;
+    bool json = false, zero = false;
 };
 
 // Prints each text as a line.
 class Printer : public CUserMessageListener {
 public:
+    explicit Printer(const Options& options) : m_lines(options.zero ? '\0' : '\n'), m_options(options) {}
+
     unsigned m_printed = 0;
     bool m_failed = false;
     LiveLines m_lines;
 
     void OnUserMessage(const CString& text) override {
-        m_failed = !m_lines.Write(text.AsStd());
+        m_failed = !m_lines.Write(m_options.json ? JsonOf(text.AsStd()) : text.AsStd());
         ++m_printed;
     }
+
+private:
+    std::string JsonOf(const std::string& text) const {
+        return JsonObject().Text("name", m_options.name).Text("text", text).TimeNow("time").Line();
+    }
+
+    const Options& m_options;
 };
 
 void Listen(const Options& options) {
     constexpr DWORD aWhile = 60'000;
-    Printer listener;
+    Printer listener(options);
     if (!listener.Create(options.name.c_str(), 0)) {
         if (CUserMessageListener::DoesListenerExist(options.name.c_str(), 0))
             throw Failed("somebody listens as " + options.name + " already");
@@ -49,7 +60,9 @@ void AddListen(Command app) {
     Command command = app.Add("listen", "Print the texts that are sent to a name");
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "The name; one program at a time listens to it").Require();
-    command.AddOption("--count", options->count, "End after so many texts");
+    command.AddOption("-c,--count", options->count, "End after so many texts");
+    command.AddFlag("-0,--null", options->zero, "End each text with a zero byte");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object for each: name, text, time");
     command.SetFooter("Example:\n  qv listen builds --count 1");
     command.SetAction([options] { Listen(*options); });
 }

@@ -5,7 +5,9 @@
 #include <cstdio>
 
 #include "qvcommon/FileFinder.h"
+#include "qvcommon/framework/File.h"
 #include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
@@ -13,6 +15,7 @@ namespace {
 constexpr int kWidth = 79;
 
 std::atomic<bool> g_isDrawn = false;
+bool g_isQuiet = false;
 
 std::string Megabytes(double bytes) {
     char text[32];
@@ -30,11 +33,23 @@ std::string MinutesAndSeconds(double seconds) {
 
 }  // namespace
 
+void AddQuiet(Command command, const char* description) {
+    command.AddFlag("-q,--quiet", g_isQuiet, description);
+}
+
+bool IsQuiet() {
+    return g_isQuiet;
+}
+
+void Note(const std::string& message) {
+    if (!g_isQuiet) Complain(message);
+}
+
 void ClearProgressLine() {
     if (g_isDrawn.exchange(false)) std::fprintf(stderr, "\r%*s\r", kWidth, "");
 }
 
-Progress::Progress(const char* what) : m_what(what), m_shown(AfxIsErrorTerminal()) {}
+Progress::Progress(const char* what) : m_what(what), m_shown(!g_isQuiet && AfxIsErrorTerminal()) {}
 
 Progress::~Progress() {
     ClearProgressLine();
@@ -53,10 +68,11 @@ void Progress::AddBytes(std::uint64_t bytes) {
 std::string Progress::BytesAndTime(Clock::time_point now) const {
     const double done = static_cast<double>(m_bytes), total = static_cast<double>(std::max(m_bytes, m_totalBytes));
     const double seconds = std::chrono::duration<double>(now - m_started).count();
-    std::string text = ", " + Megabytes(done) + " of " + Megabytes(total);
+    std::string text = ", " + Megabytes(done);
+    if (m_totalBytes) text += " of " + Megabytes(total);
     if (done <= 0 || seconds < 1) return text;
-    return text + ", " + Megabytes(done / seconds) + "/s, " + MinutesAndSeconds((total - done) * seconds / done) +
-           " left";
+    text += ", " + Megabytes(done / seconds) + "/s";
+    return m_totalBytes ? text + ", " + MinutesAndSeconds((total - done) * seconds / done) + " left" : text;
 }
 
 void Progress::Draw() {
@@ -66,8 +82,16 @@ void Progress::Draw() {
     m_next = now + std::chrono::milliseconds(100);
     g_isDrawn = true;
     std::string line = std::to_string(m_count) + ' ' + m_what;
-    if (m_totalBytes) line += BytesAndTime(now);
+    if (m_bytes || m_totalBytes) line += BytesAndTime(now);
     std::fprintf(stderr, "\r%-*s", kWidth, line.c_str());
+}
+
+std::uint64_t BytesOf(const std::vector<std::string>& files) {
+    std::uint64_t bytes = 0;
+    CFileStatus status;
+    for (const std::string& file : files)
+        if (CFile::GetStatus(file.c_str(), status)) bytes += static_cast<std::uint64_t>(status.m_size);
+    return bytes;
 }
 
 std::uint64_t BytesIn(const std::string& folder, bool recurse) {

@@ -4,8 +4,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
+
+#include "tools/qv/Command.h"
 
 namespace qv::tool {
+
+/// Gives a command -q, --quiet, with which no progress and no note is shown.
+void AddQuiet(Command command, const char* description = "Show neither progress nor notes, only errors");
+bool IsQuiet();
+/// Writes a message to standard error that is no error, unless the user wants none.
+void Note(const std::string& message);
 
 /// Empties the line that a Progress has written on the terminal, if one has: whoever prints calls it first.
 void ClearProgressLine();
@@ -22,10 +31,11 @@ public:
 
     /// False when nothing is drawn, so that nothing has to be found out for it.
     bool IsShown() const { return m_shown; }
-    /// Makes the line tell how much is done, how fast, and how long the rest will take.
+    /// Makes the line tell how much of this is done, and how long the rest will take.
     void SetTotalBytes(std::uint64_t bytes) { m_totalBytes = bytes; }
 
     void Add(std::size_t count = 1);
+    /// Makes the line tell how much is done, and how fast.
     void AddBytes(std::uint64_t bytes);
 
 private:
@@ -41,6 +51,8 @@ private:
     Clock::time_point m_started = Clock::now(), m_next{};
 };
 
+/// The bytes of all files that are there.
+std::uint64_t BytesOf(const std::vector<std::string>& files);
 /// The bytes of the files in a folder.
 std::uint64_t BytesIn(const std::string& folder, bool recurse);
 

@@ -62,7 +62,8 @@ void WriteAssets(const fs::path& output, const CString& outputName) {
 }
 
 FolderTree ReadTree(const fs::path& folder, const fs::path& output, ILeftOut& leftOut) {
-    Progress progress("files listed");
+    Progress progress("files read");
+    if (progress.IsShown()) progress.SetTotalBytes(BytesIn(ArgumentFromPath(folder).AsStd(), true));
     return ReadFolderTree(folder, OwnPaths(output), progress, leftOut);
 }
 
@@ -99,7 +100,8 @@ void AddReport(Command app) {
                  "The folder that gets index.html and what belongs to it; made when missing")
         .Require()
         .CallValue("OUTDIR");
-    command.AddOption("--title", options->title, "The page's title").CallValue("TEXT");
+    command.AddOption("-t,--title", options->title, "The page's title").CallValue("TEXT");
+    AddQuiet(command);
     command.SetFooter(
         "What cannot be read is named on standard error and on the pages; the exit status is 1 then.\n"
         "Example: qv report pictures -o report --title \"Our pictures\"");

@@ -5,6 +5,7 @@
 
 #include "qvcommon/ChangeWatchers.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Json.h"
 #include "tools/qv/Lines.h"
 
 namespace qv::tool {
@@ -14,18 +15,19 @@ struct Options {
     std::string folder;
     bool flat = false, names = false, attributes = false, writes = false;
     unsigned count = 0;
+    bool json = false;
 };
 
 // Prints a line for each change.
 class Printer : public CDirChangeWatcher {
 public:
-    explicit Printer(unsigned count) : m_left(count) {}
+    explicit Printer(const Options& options) : m_options(options), m_left(options.count) {}
     ~Printer() override { Stop(); }
 
     void OnChange() override {
         const std::scoped_lock lock(m_mutex);
         if (m_done) return;
-        m_done = !m_lines.Write("changed") || (m_left > 0 && --m_left == 0);
+        m_done = !m_lines.Write(Line()) || (m_left > 0 && --m_left == 0);
         m_told.notify_one();
     }
 
@@ -40,6 +42,11 @@ public:
     }
 
 private:
+    std::string Line() const {
+        return m_options.json ? JsonObject().Path("folder", m_options.folder).TimeNow("time").Line() : "changed";
+    }
+
+    const Options& m_options;
     std::mutex m_mutex;
     std::condition_variable m_told;
     unsigned m_left;  // 0 for no end
@@ -53,7 +60,7 @@ DWORD FilterOf(const Options& options) {
 }
 
 void Watch(const Options& options) {
-    Printer watcher(options.count);
+    Printer watcher(options);
     watcher.SetDirectory(options.folder.c_str());
     watcher.SetCheckSubdirectories(!options.flat);
     if (const DWORD filter = FilterOf(options)) watcher.SetFilter(filter);
@@ -71,7 +78,8 @@ void AddWatch(Command app) {
     command.AddFlag("--names", options->names, "Files and folders made, deleted, renamed");
     command.AddFlag("--attributes", options->attributes, "Changes of attributes");
     command.AddFlag("--writes", options->writes, "Changes of contents");
-    command.AddOption("--count", options->count, "End after so many lines");
+    command.AddOption("-c,--count", options->count, "End after so many lines");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object for each: folder, time");
     command.SetFooter(
         "Without one of the last flags: names of files, and contents. Changes that come together give one line.\n"
         "Example:\n  qv watch inbox --names --count 1 && print inbox/*");

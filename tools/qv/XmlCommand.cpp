@@ -8,9 +8,10 @@
 #include "qvcommon/framework/File.h"
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Documents.h"
+#include "tools/qv/Progress.h"
 #include "tools/qv/Utf8Path.h"
 #include "tools/qv/Visible.h"
-#include "tools/qv/WholeFile.h"
 #include "tools/qv/XmlValueEdit.h"
 
 namespace qv::tool {
@@ -23,20 +24,6 @@ struct Options {
     std::string file, path, value, type = "string";
 };
 
-std::string ReadFile(const std::string& name) {
-    CFile file(name.c_str(), CFile::modeRead | CFile::shareDenyWrite);
-    std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
-    std::size_t size = 0;
-    while (size < bytes.size()) {
-        const auto wanted = static_cast<UINT>(std::min<std::size_t>(bytes.size() - size, 1 << 30));
-        const UINT count = file.Read(bytes.data() + size, wanted);
-        if (count == 0) break;
-        size += count;
-    }
-    bytes.resize(size);
-    return bytes;
-}
-
 Document Load(const Options& options, const std::string& bytes, bool keepSpace) {
     Document document = CXmlHelper::CreateDocument();
     document.put_preserveWhiteSpace(keepSpace);
@@ -47,11 +34,12 @@ Document Load(const Options& options, const std::string& bytes, bool keepSpace) 
 }
 
 /// Holds the document's lock while a value is changed: no other qv, and no program that locks its documents, changes the
-/// file meanwhile.
+/// file meanwhile. Standard input has none.
 class LockedDocument {
 public:
     explicit LockedDocument(const std::string& document) {
         constexpr UINT kPatience = 30000;
+        if (IsStandardStream(document)) return;
         m_lock.SetSourceFile(document.c_str());
         if (m_lock.LockFor(kPatience)) return;
         const CString holder = m_lock.GetLockedBy();
@@ -76,9 +64,7 @@ std::string BytesOf(const Document& document, const std::string& before, const O
 
 void Save(const Options& options, const Document& document, const std::string& before) {
     const std::string bytes = BytesOf(document, before, options);
-    WholeFile file(options.file);
-    file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
-    file.Commit();
+    WriteDocument(options.file, [&bytes](CFile& file) { file.Write(bytes.data(), static_cast<UINT>(bytes.size())); });
 }
 
 void Print(const CString& line) {
@@ -165,13 +151,13 @@ bool GetValue(const Document& document, const Options& options, CString& text) {
 
 void Get(const Options& options) {
     CString text;
-    if (!GetValue(Load(options, ReadFile(options.file), false), options, text)) NothingThere(options);
+    if (!GetValue(Load(options, ReadDocument(options.file), false), options, text)) NothingThere(options);
     Print(text);
 }
 
 void Set(const Options& options) {
     const LockedDocument lock(options.file);
-    const std::string before = ReadFile(options.file);
+    const std::string before = ReadDocument(options.file);
     const Document document = Load(options, before, true);
     if (!SetValue(document, options)) NothingThere(options);
     Save(options, document, before);
@@ -179,13 +165,15 @@ void Set(const Options& options) {
 
 void Create(const Options& options, bool hasValue) {
     const LockedDocument lock(options.file);
-    const bool exists = fs::exists(PathFromArgument(options.file));
-    const std::string before = exists ? ReadFile(options.file) : std::string();
-    const Document document = exists ? Load(options, before, true) : CXmlHelper::CreateDocument();
+    const bool isStream = IsStandardStream(options.file),
+               exists = isStream || fs::exists(PathFromArgument(options.file));
+    const std::string before = exists ? ReadDocument(options.file) : std::string();
+    const bool isNew = isStream ? before.empty() : !exists;
+    const Document document = !isNew ? Load(options, before, true) : CXmlHelper::CreateDocument();
     const CString made = CXmlHelper::CreateXmlPath(document, options.path);
     if (hasValue && !SetValue(document, options)) NothingThere(options);
     Save(options, document, before);
-    Print(made);
+    if (!isStream && !IsQuiet()) Print(made);
 }
 
 void Run(const std::function<void()>& action) {
@@ -201,10 +189,10 @@ Command AddAction(Command xml, const char* name, const char* description, const 
                   const std::shared_ptr<Options>& options) {
     Command action = xml.Add(name, description);
     action.SetFooter(std::string("Example: ") + example);
-    action.AddPath("FILE", options->file, "The XML document").Require();
+    action.AddPath("FILE", options->file, "The XML document; - reads standard input").Require();
     action.AddOption("PATH", options->path, "The way from the document down: names, indexes from 0, a final @name")
         .Require();
-    action.AddOption("--type", options->type, "How the value is read and written")
+    action.AddOption("-t,--type", options->type, "How the value is read and written")
         .OneOf({"string", "integer", "double", "bool", "date"})
         .ShowDefault();
     return action;
@@ -218,14 +206,18 @@ void AddXml(Command app) {
     const auto options = std::make_shared<Options>();
     AddAction(xml, "get", "Write the value at a path", "qv xml get settings.xml settings/name[2]", options)
         .SetAction([options] { Run([&] { Get(*options); }); });
-    Command set = AddAction(xml, "set", "Change the value at a path that exists; the rest of the file stays",
+    Command set = AddAction(xml, "set",
+                            "Change the value at a path that exists; the rest of the file stays. With -, write the "
+                            "document to standard output",
                             "qv xml set settings.xml settings/seen \"5 May 2004\" --type date", options);
     set.AddOption("VALUE", options->value, "The new value").Require();
     set.SetAction([options] { Run([&] { Set(*options); }); });
-    Command create =
-        AddAction(xml, "create", "Make what is missing of a path, and of the file, and write the path with all indexes",
-                  "qv xml create settings.xml settings/name[2] Anna", options);
+    Command create = AddAction(
+        xml, "create",
+        "Make what is missing of a path, and of the file, and write the path with all indexes; with -, the document",
+        "qv xml create settings.xml settings/name[2] Anna", options);
     const Option value = create.AddOption("VALUE", options->value, "The value to set");
+    AddQuiet(create, "Do not write the path");
     create.SetAction([options, value] { Run([&] { Create(*options, value.IsGiven()); }); });
 }
 

@@ -3,10 +3,7 @@
 namespace qv::tool {
 namespace {
 
-// The command that is being typed is the longest one that the words before lead to; after "--" comes another program's line.
-constexpr std::string_view kHead = R"(#compdef qv
-# Completion of qv for zsh, made from the tool's own list of commands.
-_qv() {
+constexpr std::string_view kHead = R"(_qv() {
     local command=qv word
     local -a options commands values
     for word in ${words[2,CURRENT-1]}; do
@@ -87,8 +84,8 @@ struct Cases {
 std::string ZshCompletion(const CommandDescription& tool) {
     Cases cases;
     cases.Add(tool);
-    return std::string(kHead) + cases.paths + std::string(kValues) + cases.values + std::string(kWords) + cases.words +
-           std::string(kTail);
+    return "#compdef qv\n" + CompletionTitle("zsh") + std::string(kHead) + cases.paths + std::string(kValues) +
+           cases.values + std::string(kWords) + cases.words + std::string(kTail);
 }
 
 }  // namespace qv::tool

@@ -136,7 +136,7 @@ private:
 
     void ReadChecksum(FileEntry& file, const CString& path) {
         try {
-            file.checksum = CrcOf(path.AsStd());
+            file.checksum = CrcOf(path.AsStd(), m_progress);
         } catch (CFileException* error) {
             const LONG number = error->m_lOsError;
             error->Delete();

@@ -1,0 +1,208 @@
+#include "files/CopyLevel.h"
+
+#include "files/PathParts.h"
+#include "platform/Error.h"
+#include "platform/FileCopy.h"
+#include "platform/FileOpen.h"
+#include "platform/Path.h"
+#include "platform/Time.h"
+#include "qvcommon/FileUtils.h"
+
+namespace {
+
+using qv::platform::FileSearch;
+using qv::platform::FolderUse;
+using qv::platform::FoundEntry;
+using qv::platform::kReadOnly;
+using qv::platform::kTicksPerSecond;
+using qv::platform::LastName;
+using qv::platform::NativePath;
+using qv::platform::Status;
+
+/// Levels below this one let go of the folders above them, so that the depth is not bounded by open files.
+constexpr int kHeldOpen = 64;
+
+DWORD ErrorOf(const Status& failure) {
+    return static_cast<DWORD>(failure.error());
+}
+
+/// Why the path cannot be opened as a file: it is a folder or device.
+Status WhyNoFile(const CString& path) {
+    qv::platform::FileHandle file = qv::platform::kNoFile;
+    const Status opened = qv::platform::OpenFile(path, {.read = true}, file);
+    if (opened.ok()) qv::platform::CloseFile(file).IgnoreError();  // it has just become one
+    return opened;
+}
+
+}  // namespace
+
+CCopyTree::Level::Level(CCopyTree& copy, CString source, CString target)
+    : m_copy(copy),
+      m_above(copy.m_level),
+      m_outermost(m_above ? m_above->m_outermost : this),
+      m_depth(m_above ? m_above->m_depth + 1 : 0),
+      m_parent(m_above && source == m_above->From() + '\\' && target == m_above->To() + '\\' ? m_above : nullptr),
+      m_ownPaths(m_parent ? nullptr : std::make_unique<Paths>()),
+      m_paths(m_parent ? m_parent->m_paths : m_ownPaths.get()),
+      m_sourceLength(source.AsStd().size()),
+      m_targetLength(target.AsStd().size()) {
+    m_paths->source.assign(source);
+    m_paths->target.assign(target);
+    m_copy.m_level = this;
+}
+
+CCopyTree::Level::~Level() {
+    if (m_parent) {
+        m_paths->source.resize(m_parent->m_sourceLength);
+        m_paths->target.resize(m_parent->m_targetLength);
+    }
+    m_copy.m_level = m_above;
+}
+
+void CCopyTree::Level::Report(const Status& status) {
+    if (status.ok()) return;
+    qv::platform::SetLastError(status.error());
+    m_copy.OnError();
+}
+
+void CCopyTree::Level::Report(const Status& status, const std::string& folder) {
+    if (!status.ok()) Tell(QvLeftOut::OfError(CFileUtils::UnterminateDir(folder.c_str()), ErrorOf(status)));
+    Report(status);
+}
+
+void CCopyTree::Level::Tell(const QvLeftOut& leftOut) const {
+    if (m_copy.m_leftOut) m_copy.m_leftOut->OnLeftOut(leftOut);
+}
+
+void CCopyTree::Level::TellPassedOver(FileSearch& search) const {
+    for (const qv::platform::PassedOver& passedOver : search.TakePassedOver()) {
+        const std::string folder = m_paths->source.substr(0, m_sourceLength);
+        const std::string path =
+            passedOver.name.empty() ? CFileUtils::UnterminateDir(folder.c_str()).AsStd() : folder + passedOver.name;
+        Tell(QvLeftOut::OfError(CString(path), ErrorOf(passedOver.status)));
+    }
+}
+
+/// False for the destination itself, which is not copied into itself.
+bool CCopyTree::Level::Open() {
+    const Status source = OpenSource();
+    if (m_above && source.ok() && m_from.IsSame(m_outermost->m_to)) return false;
+    m_opened = OpenTarget();
+    Report(m_opened, m_paths->target);
+    if (m_parent && m_depth >= kHeldOpen) {
+        if (source.ok()) m_parent->m_from.LetGo();
+        if (m_to.GetBody()) m_parent->m_to.LetGo();
+    }
+    Report(source, m_paths->source);
+    return true;
+}
+
+Status CCopyTree::Level::OpenTarget() {
+    if (m_copy.m_dryRun) return FindTarget();
+    if (m_parent)
+        return m_parent->m_opened.ok() ? m_to.MakeIn(m_parent->m_to, NativePath(m_parent->m_entry.name), m_isFresh)
+                                       : m_parent->m_opened;
+    const CString target = m_paths->target;
+    m_isFresh = !CFileUtils::IsDirectory(target);
+    if (!QvCreateDirectory(target)) return Status::OfError(qv::platform::LastError());
+    return m_to.Open(target, LastName::MayBeLink, FolderUse::LookedUpIn);
+}
+
+/// Opens the target if it is there. A missing one is fresh, and stays closed.
+Status CCopyTree::Level::FindTarget() {
+    m_isFresh = true;
+    if (m_parent) {
+        FoundEntry found;
+        found.name = m_parent->m_entry.name;
+        if (!m_parent->m_opened.ok()) return m_parent->m_opened;
+        if (!m_parent->m_to.GetBody() || !m_parent->m_to.Find(found).ok()) return {};
+        m_isFresh = false;
+        return m_to.OpenIn(m_parent->m_to, NativePath(found.name), FolderUse::LookedUpIn);
+    }
+    const CString target = CFileUtils::UnterminateDir(m_paths->target.c_str());
+    const Status opened = m_to.Open(m_paths->target.c_str(), LastName::MayBeLink, FolderUse::LookedUpIn);
+    m_isFresh = !opened.ok() && !CFileUtils::IsExist(target);
+    if (!m_isFresh) return opened;
+    // The lowest folder above it that is there has to be one.
+    CString above = qv::FolderOf(target);
+    while (!above.IsEmpty() && !CFileUtils::IsExist(above)) {
+        const CString next = qv::FolderOf(above);
+        if (next == above) return opened;
+        above = next;
+    }
+    return above.IsEmpty() || CFileUtils::IsDirectory(above) ? Status() : opened;
+}
+
+Status CCopyTree::Level::OpenSource() {
+    if (m_parent) return m_from.OpenIn(m_parent->m_from, NativePath(m_parent->m_entry.name));
+    return m_from.Open(m_paths->source.c_str(), m_above ? LastName::NoLink : LastName::MayBeLink);
+}
+
+/// Gives the level above its folders back.
+void CCopyTree::Level::Close() {
+    if (!m_parent || m_depth < kHeldOpen) return;
+    if (m_from.GetBody()) Report(m_parent->m_from.TakeBack(m_from), m_paths->source);
+    if (!m_to.GetBody()) return;
+    m_parent->m_opened = m_parent->m_to.TakeBack(m_to);
+    Report(m_parent->m_opened, m_paths->target);
+}
+
+void CCopyTree::Level::CopyEntries() {
+    if (!m_from.GetBody()) return;
+    FileSearch search;
+    search.StartIn(m_from);
+    while (search.Next(m_entry)) {
+        TellPassedOver(search);
+        if (!m_entry.IsFolder())
+            CopyFile();
+        else if (m_entry.IsLink())
+            Tell(QvLeftOut::OfCause(From(), QvLeftOut::linkedFolder));
+        else if (!m_entry.IsDots())
+            m_copy.CopyTree(From(), To());
+    }
+    TellPassedOver(search);
+    Report(search.LeftOut());
+}
+
+void CCopyTree::Level::CopyFile() {
+    if (!m_isFresh && IsUpToDate()) return;
+    const CString from = From();
+    if (m_copy.m_progress) m_copy.m_progress->OnCopyFile(from);
+    if (m_copy.CopyFileA(from, To())) return;
+    const unsigned long error = qv::platform::LastError();
+    const bool isDevice = m_entry.attributes & qv::platform::kDevice;
+    Tell(isDevice ? QvLeftOut::OfCause(from, QvLeftOut::device)
+                  : QvLeftOut::OfError(from, static_cast<DWORD>(error), m_entry.IsLink()));
+    qv::platform::SetLastError(error);
+    m_copy.OnError();
+}
+
+/// Whether the copy may be passed over. It is made writable in any case.
+bool CCopyTree::Level::IsUpToDate() {
+    FoundEntry target;
+    target.name = m_entry.name;
+    if (!m_opened.ok() || !m_to.GetBody() || !m_to.Find(target).ok()) return false;
+    // Where it stays read-only, the copy reports that it is refused.
+    if (!m_copy.m_dryRun && target.attributes & kReadOnly && !target.IsFolder())
+        m_to.MakeWritable(NativePath(target.name)).IgnoreError();
+    const bool known = m_copy.m_laterOnly && m_entry.written != 0;
+    return known && target.written / kTicksPerSecond >= m_entry.written / kTicksPerSecond;
+}
+
+Status CCopyTree::Level::CopyEntry() const {
+    if (!m_opened.ok()) return m_opened;
+    if (m_copy.m_dryRun) return CheckEntry();
+    const LastName lastName = m_entry.IsLink() ? LastName::MayBeLink : LastName::NoLink;
+    qv::platform::CopiedBytes copied;
+    if (ICopyProgress* const progress = m_copy.m_progress)
+        copied = [progress](std::uint64_t bytes) { progress->OnCopyBytes(bytes); };
+    return qv::platform::CopyFileIn(m_from, m_entry.name, lastName, m_to, m_entry.name, copied);
+}
+
+/// What would keep the entry from being copied, as far as that can be told.
+Status CCopyTree::Level::CheckEntry() const {
+    FoundEntry target;
+    target.name = m_entry.name;
+    if (m_to.GetBody() && m_to.Find(target).ok() && target.IsFolder()) return WhyNoFile(To());
+    return m_entry.attributes & qv::platform::kDevice ? WhyNoFile(From()) : qv::platform::MayRead(From());
+}
