@@ -60,6 +60,10 @@ TEST(Graph, TextsNeitherOverlapNorLeaveThePicture) {
         for (const SampleChart& chart : SampleCharts(width, std::max(height, 280))) {
             if (chart.name == "manager") continue;
             const std::vector<DrawnText> texts = TextsOf(chart.svg);
+            std::size_t written = 0;
+            for (auto at = chart.svg.find("<text "); at != chart.svg.npos; at = chart.svg.find("<text ", at + 1))
+                ++written;
+            EXPECT_EQ(texts.size(), written) << chart.name;
             for (std::size_t i = 0; i < texts.size(); ++i) {
                 const Box& box = texts[i].box;
                 EXPECT_TRUE(box.left >= -0.5 && box.right <= width + 0.5 && box.top >= 0 &&

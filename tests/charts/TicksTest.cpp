@@ -40,7 +40,7 @@ TEST(Ticks, AreRoundNumbers) {
              Row{3, 4000, 10, true, "2 5 10 20 50 100 200 500 1,000 2,000 5,000"},
              Row{1, 1e12, 4, true, "1 1,000 1M 1bn 1tn"},
              Row{120, 180, 4, true, "120 140 160 180"},
-             Row{1e-300, 1e300, 3, true, "1e-300 1e-198 1e-96 1,000,000 1e108 1e210"},
+             Row{1e-300, 1e300, 3, true, "1e-151 1 1e151"},
          }) {
         Range range{row.low, row.high};
         Widen(range, row.logarithmic);
@@ -59,7 +59,7 @@ TEST(Ticks, OfDatesAreRoundLocalTimes) {
              Row{{2026, 5, 17, 20, 0, 0}, {2026, 5, 18, 14, 0, 0}, "00:00/18 May 2026 06:00 12:00"},
              Row{{2026, 5, 1, 0, 0, 0}, {2026, 6, 3, 0, 0, 0}, "04/May 2026 18 01/Jun 2026"},
              Row{{2025, 11, 20, 0, 0, 0}, {2026, 3, 2, 0, 0, 0}, "Dec/2025 Jan/2026 Feb Mar"},
-             Row{{1890, 1, 1, 0, 0, 0}, {1910, 1, 1, 0, 0, 0}, "1890 1900 1910"},
+             Row{{1890, 1, 1, 0, 0, 0}, {1910, 1, 1, 0, 0, 0}, "1890 1895 1900 1905 1910"},
              Row{{100, 1, 1, 0, 0, 0}, {9999, 12, 31, 0, 0, 0}, "5000"},
          })
         EXPECT_EQ(Joined(DateTicks({EvenDays(row.first.m_dt), EvenDays(row.last.m_dt)}, 4)), row.ticks);
