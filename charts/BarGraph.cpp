@@ -146,10 +146,6 @@ private:
 
 }  // namespace
 
-Swatch CBarGraph::KeySwatch() const {
-    return Swatch::Filled;
-}
-
 void CBarGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
     if (m_stacked && m_logarithmic) AfxThrowInvalidArgException();
     const auto most = std::max<std::size_t>(2, static_cast<std::size_t>(box.Width() / kNarrowest));

@@ -33,6 +33,7 @@ private:
 
 // The cells of a grid, from left to right and down.
 std::vector<Box> Cells(const Box& box, std::size_t count, int columns) {
+    if (count == 0) return {};
     const int across = std::min(columns, static_cast<int>(count));
     const auto down =
         static_cast<int>((count + static_cast<std::size_t>(across) - 1) / static_cast<std::size_t>(across));
@@ -71,37 +72,51 @@ void CGraphManager::SetColumns(int columns) {
     m_columns = columns;
 }
 
+CString CGraphManager::Description() const {
+    if (!m_description.IsEmpty()) return m_description;
+    CString all;
+    for (const auto& graph : m_graphs) all += (all.IsEmpty() ? "" : "; ") + graph->Name();
+    return all;
+}
+
+std::string CGraphManager::Id() const {
+    if (!m_id.IsEmpty()) return m_id;
+    std::string content = m_title + '\0' + m_description + '\0' + std::to_string(m_columns);
+    for (const auto& graph : m_graphs) content += ' ' + std::to_string(graph->Checksum());
+    content += ' ' + std::to_string(m_width) + 'x' + std::to_string(m_height);
+    return "qv" + std::to_string(MemCRC(content));
+}
+
+// Of several kinds of charts the filled one fits all.
+Swatch CGraphManager::KeySwatch() const {
+    const auto isOther = [this](const auto& graph) { return graph->KeySwatch() != m_graphs[0]->KeySwatch(); };
+    return m_graphs.empty() || std::ranges::any_of(m_graphs, isOther) ? Swatch::Filled : m_graphs[0]->KeySwatch();
+}
+
+void CGraphManager::DrawGraph(Svg& svg, const CGraph& graph, const Box& cell, const Keys& keys) const {
+    const Box room = DrawHeading(svg, cell, Label(graph.m_title, kHeadingSize, Label::Weight::Bold), "subtitle");
+    if (graph.HasData())
+        graph.Draw(svg, room, keys);
+    else
+        DrawNoData(svg, room);
+}
+
 CString CGraphManager::GetSvg() const {
-    NameList names;
+    NameList list;
     std::vector<Keys> keys;
-    std::string checksums = m_title + '\0' + m_description + '\0' + std::to_string(m_columns);
-    Swatch swatch = Swatch::Filled;
     for (const auto& graph : m_graphs) {
         std::vector<int> numbers;
-        for (const CString& name : graph->KeyNames()) numbers.push_back(names.NumberOf(name));
+        for (const CString& name : graph->KeyNames()) numbers.push_back(list.NumberOf(name));
         keys.emplace_back(std::move(numbers), true);
-        checksums += ' ' + std::to_string(graph->Checksum());
-        swatch = &graph == &m_graphs.front() || graph->KeySwatch() == swatch ? graph->KeySwatch() : Swatch::Filled;
     }
-    checksums += ' ' + std::to_string(m_width) + 'x' + std::to_string(m_height);
-    const CString name = m_title.IsEmpty() ? CString("Charts") : m_title;
-    CString description = m_description;
-    for (std::size_t i = 0; m_description.IsEmpty() && i < m_graphs.size(); ++i)
-        description += (i ? "; " : "") + m_graphs[i]->Name();
-    Svg svg(m_id.IsEmpty() ? "qv" + std::to_string(MemCRC(checksums)) : m_id.AsStd());
-    Box box = BeginPicture(svg, {svg.Id(), m_width, m_height, m_title, name, description}, names.Names().size());
-    if (names.Names().size() > 1) box.top += DrawLegend(svg, box, names.Names(), Keys(names.Names().size()), swatch);
+    const std::vector<CString>& names = list.Names();
+    const CString title = m_title.IsEmpty() ? CString("Charts") : m_title;
+    Svg svg(Id());
+    Box box = BeginPicture(svg, {svg.Id(), m_width, m_height, m_title, title, Description()}, names.size());
+    if (names.size() > 1) box.top += DrawLegend(svg, box, names, Keys(names.size()), KeySwatch());
     if (m_graphs.empty()) DrawNoData(svg, box);
-    const std::vector<Box> cells = m_graphs.empty() ? std::vector<Box>() : Cells(box, m_graphs.size(), m_columns);
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        const CGraph& graph = *m_graphs[i];
-        const Box room =
-            DrawHeading(svg, cells[i], Label(graph.m_title, kHeadingSize, Label::Weight::Bold), "subtitle");
-        if (graph.HasData())
-            graph.Draw(svg, room, keys[i]);
-        else
-            DrawNoData(svg, room);
-    }
+    const std::vector<Box> cells = Cells(box, m_graphs.size(), m_columns);
+    for (std::size_t i = 0; i < cells.size(); ++i) DrawGraph(svg, *m_graphs[i], cells[i], keys[i]);
     EndDrawing(svg);
     for (const auto& graph : m_graphs) svg.HiddenTable(Characters(graph->Name()), graph->Values());
     EndPicture(svg);

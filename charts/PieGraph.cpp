@@ -190,10 +190,6 @@ bool CPieGraph::HasData() const {
     return !AllSeries().empty() && std::ranges::any_of(AllSeries()[0].y, HasShare);
 }
 
-Swatch CPieGraph::KeySwatch() const {
-    return Swatch::Filled;
-}
-
 std::vector<CString> CPieGraph::KeyNames() const {
     if (!HasData()) return {};
     std::vector<CString> names;

@@ -54,10 +54,11 @@ Swatch CScatterGraph::KeySwatch() const {
 }
 
 void CScatterGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
-    const std::vector<Series> all = Points(m_logarithmicX);
+    const bool logarithmicX = m_logarithmicX && !m_dates;
+    const std::vector<Series> all = Points(logarithmicX);
     HorizontalAxis x;
     x.dates = m_dates;
-    x.logarithmic = m_logarithmicX && !m_dates;
+    x.logarithmic = logarithmicX;
     x.roundedOut = true;
     x.title = m_xTitle;
     VerticalAxis y{{}, m_logarithmic, m_yTitle};

@@ -30,16 +30,13 @@ struct Table {
 /// Of more rows than this a table has a summary.
 inline constexpr std::size_t kMostRows = 100;
 
-/// The values at each position, or a summary of each series when there are too many. `nameOf(i)` names a position.
-template <class NameOf>
-Table TableOf(const char* first, const std::vector<Series>& all, std::size_t positions, NameOf nameOf);
-
 /// A row for each series: how many values it has, the least and the greatest.
 Table Summary(const std::vector<Series>& all);
 
 /// A value as screen readers and hints have it: the shortest digits that give it back, empty for a missing one.
 CString ValueText(double value);
 
+/// The values at each position, or a summary of each series when there are too many. `nameOf(i)` names a position.
 template <class NameOf>
 Table TableOf(const char* first, const std::vector<Series>& all, std::size_t positions, NameOf nameOf) {
     if (positions > kMostRows) return Summary(all);

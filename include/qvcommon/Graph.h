@@ -114,6 +114,7 @@ private:
 /// decimals; from a million on "M", "bn" and "tn" stand for 6, 9 and 12 zeros.
 class QVCOMMON_API CAxisGraph : public CGraph {
 public:
+    /// The y title stands above the axis, the x title below its right end; none without a text.
     void SetAxisTitles(const char* x, const char* y) {
         m_xTitle = x;
         m_yTitle = y;
@@ -135,11 +136,11 @@ protected:
 /// stay, in their order, and the last bar, "Others (N)", has the sum of the N others.
 class QVCOMMON_API CBarGraph : public CAxisGraph {
 public:
+    /// Side by side at first.
     void SetStacked(bool stacked) { m_stacked = stacked; }
 
 private:
     const char* Kind() const override { return "Bar chart"; }
-    qv::charts::Swatch KeySwatch() const override;
     void Draw(qv::charts::Svg& svg, const qv::charts::Box& box, const qv::charts::Keys& keys) const override;
     qv::charts::Table Values() const override;
     std::string Settings() const override;
@@ -159,7 +160,6 @@ public:
 private:
     const char* Kind() const override { return "Pie chart"; }
     std::vector<CString> KeyNames() const override;
-    qv::charts::Swatch KeySwatch() const override;
     bool HasOwnLegend() const override { return true; }
     bool HasData() const override;
     void Draw(qv::charts::Svg& svg, const qv::charts::Box& box, const qv::charts::Keys& keys) const override;
@@ -213,6 +213,7 @@ private:
 /// square of 2 pixels; the least and greatest value of each column of pixels keep their own.
 class QVCOMMON_API CScatterGraph : public CPointGraph {
 public:
+    /// Makes the x axis logarithmic. Dates have no such axis: it has no effect on them.
     void SetLogarithmicX(bool logarithmic) { m_logarithmicX = logarithmic; }
 
 private:
@@ -233,6 +234,7 @@ public:
     CGraphManager(const CGraphManager&) = delete;
     CGraphManager& operator=(const CGraphManager&) = delete;
 
+    /// Takes a chart of any of the kinds above, after those before.
     template <class GRAPH>
     void Add(GRAPH graph) {
         Take(std::make_unique<GRAPH>(std::move(graph)));
@@ -253,6 +255,11 @@ public:
 
 private:
     void Take(std::unique_ptr<CGraph> graph);
+    CString Description() const;
+    std::string Id() const;
+    qv::charts::Swatch KeySwatch() const;
+    void DrawGraph(qv::charts::Svg& svg, const CGraph& graph, const qv::charts::Box& cell,
+                   const qv::charts::Keys& keys) const;
 
     CString m_title, m_description, m_id;
     std::vector<std::unique_ptr<CGraph>> m_graphs;
