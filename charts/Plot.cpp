@@ -25,7 +25,7 @@ Plot::Plot(Svg& svg, const Box& box, HorizontalAxis x, VerticalAxis y)
 }
 
 void Plot::PlaceVertical(const Box& box) {
-    const int most = std::clamp(static_cast<int>((box.Height() - kBelow) / kTickDistance), 1, 10);
+    const int most = std::clamp(static_cast<int>((box.Height() - kBelow) / kTickDistance), 2, 10);
     Widen(m_y.range, m_y.logarithmic);
     RoundOut(m_y.range, most, m_y.logarithmic);
     m_yTicks = NumberTicks(m_y.range, most, m_y.logarithmic);
@@ -46,7 +46,7 @@ void Plot::PlaceHorizontal(const Box& box) {
         else
             Widen(m_x.range, m_x.logarithmic);
         if (m_x.roundedOut && !m_x.dates)
-            RoundOut(m_x.range, std::max(1, static_cast<int>(m_area.Width() / 80)), m_x.logarithmic);
+            RoundOut(m_x.range, std::max(2, static_cast<int>(m_area.Width() / 80)), m_x.logarithmic);
         m_xLabels = m_x.dates ? DateLabels(m_x.range, room) : NumberLabels(m_x.range, m_x.logarithmic, room);
         m_xScale = Scale(m_x.range, m_x.logarithmic, m_area.left, m_area.right);
     } else {

@@ -46,7 +46,9 @@ bool IsWithinDecade(const Range& range, int most) {
 }
 
 Range ToMultiples(Range range, int most) {
-    // The wider range may need a greater step, which moves the ends again.
+    // The wider range may need a greater step, which moves the ends again. With two steps or more that comes to an end; a
+    // single one would never reach over zero.
+    most = std::max(most, 2);
     for (double step = 0, next = RoundStep(range, most); step != next; next = RoundStep(range, most)) {
         step = next;
         range.low = Bounded(std::floor(range.low / step + 1e-9) * step);
