@@ -41,7 +41,8 @@ std::vector<Box> Cells(const Box& box, std::size_t count, int columns) {
     if (width < kLeastWidth || height < kLeastHeight) AfxThrowInvalidArgException();
     std::vector<Box> cells;
     for (int i = 0; i < static_cast<int>(count); ++i) {
-        const double left = box.left + i % across * (width + kGap), top = box.top + i / across * (height + kGap);
+        const int row = i / across, column = i % across;
+        const double left = box.left + column * (width + kGap), top = box.top + row * (height + kGap);
         cells.push_back({left, top, left + width, top + height});
     }
     return cells;

@@ -137,6 +137,7 @@ class SliceTable {
 public:
     SliceTable(const std::vector<Slice>& slices, double width) {
         std::vector<double> values;
+        values.reserve(slices.size());
         for (const Slice& slice : slices) values.push_back(slice.value);
         const std::vector<std::u32string> texts = AlignedTexts(values);
         for (std::size_t i = 0; i < slices.size(); ++i) {

@@ -49,7 +49,9 @@ Range ToMultiples(Range range, int most) {
     // The wider range may need a greater step, which moves the ends again. With two steps or more that comes to an end; a
     // single one would never reach over zero.
     most = std::max(most, 2);
-    for (double step = 0, next = RoundStep(range, most); step != next; next = RoundStep(range, most)) {
+    double step = 0;
+    while (const double next = RoundStep(range, most)) {
+        if (next == step) break;
         step = next;
         range.low = Bounded(std::floor(range.low / step + 1e-9) * step);
         range.high = Bounded(std::ceil(range.high / step - 1e-9) * step);
