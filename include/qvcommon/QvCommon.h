@@ -15,6 +15,7 @@
 #include "qvcommon/FileFinder.h"
 #include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/Graph.h"
 #include "qvcommon/HistoryMgr.h"
 #include "qvcommon/HtmlAssets.h"
 #include "qvcommon/HtmlDocument.h"

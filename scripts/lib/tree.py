@@ -10,7 +10,8 @@ import subprocess
 import sys
 
 # From the ground up. An include runs down, or sideways within a floor.
-FLOORS = ("platform", "framework", "core", "threads", "files xml imaging", "messages dialogs cabinet html", "tools")
+FLOORS = ("platform", "framework", "core", "threads", "files xml imaging", "messages dialogs cabinet html", "charts",
+          "tools")
 # The folders that implement the exported headers; those of include/qvcommon/framework/ belong to framework/.
 HEADERS = {
     "platform": "CodePage Export",
@@ -23,6 +24,7 @@ HEADERS = {
     "dialogs": "Validators",
     "cabinet": "Cabinet CabinetException CabinetRecords",
     "html": "HtmlAssets HtmlDocument HtmlTreeMenu HtmlWriter NavBar SortedHtmlWriter",
+    "charts": "Graph",
     "tools": "QvCommon",
 }
 # The sides of each contract, and the one other place that may speak to the operating system: there it is the peer.

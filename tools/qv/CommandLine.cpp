@@ -105,6 +105,7 @@ constexpr Entry kCommands[] = {
     {" pack unpack list ", AddArchiveCommands},
     {" backup ", AddBackup},
     {" bmp ", AddBmp},
+    {" chart ", AddChart},
     {" copy ", AddCopy},
     {" crc ", AddCrc},
     {" delete ", AddDelete},

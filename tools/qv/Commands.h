@@ -8,6 +8,7 @@ namespace qv::tool {
 void AddArchiveCommands(Command app);
 void AddBackup(Command app);
 void AddBmp(Command app);
+void AddChart(Command app);
 void AddCopy(Command app);
 void AddCrc(Command app);
 void AddDelete(Command app);

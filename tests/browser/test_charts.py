@@ -1,0 +1,63 @@
+"""Charts in a browser: labels lie where they may, in both colour schemes, and nothing runs."""
+
+import subprocess
+
+from browser import BIN, BrowserTest
+
+BOXES = """
+const svg = document.querySelector('svg'), all = svg.getBoundingClientRect();
+return [[all.left, all.top, all.right, all.bottom]].concat([...svg.querySelectorAll('text')].map(e => {
+    const r = e.getBoundingClientRect(); return [r.left, r.top, r.right, r.bottom, e.textContent]; }));
+"""
+SCHEMES = {"light": "rgb(255, 255, 255)", "dark": "rgb(23, 25, 29)"}
+
+
+def meet(a, b):
+    # Boxes of lines have room for accents above capitals, which none of these texts uses to the last pixel.
+    return a[0] < b[2] - 1 and b[0] < a[2] - 1 and a[1] < b[3] - 3 and b[1] < a[3] - 3
+
+
+class Charts(BrowserTest):
+    @classmethod
+    def make_pages(cls):
+        subprocess.run([BIN / "sample_charts", cls.folder], check=True)
+
+    def emulate(self, scheme):
+        features = [{"name": "prefers-color-scheme", "value": scheme}]
+        self.browser.call("goog/cdp/execute", {"cmd": "Emulation.setEmulatedMedia", "params": {"features": features}})
+
+    def test_labels_keep_apart_and_inside(self):
+        files = sorted(self.folder.glob("*.svg"))
+        self.assertGreater(len(files), 20)
+        for file in files:
+            self.browser.go(file.as_uri())
+            picture, *texts = self.browser.run(BOXES)
+            for i, text in enumerate(texts):
+                inside = picture[0] <= text[0] and text[2] <= picture[2] and picture[1] <= text[1] and text[3] <= picture[3]
+                self.assertTrue(inside, (file.name, text))
+                for other in texts[:i]:
+                    self.assertFalse(meet(text, other), (file.name, text, other))
+
+    def test_a_page_keeps_its_own_look_and_shows_all(self):
+        for scheme, background in SCHEMES.items():
+            self.go("charts.html")
+            self.emulate(scheme)
+            with self.subTest(scheme):
+                self.assertEqual(self.browser.value("getComputedStyle(document.querySelector('svg .back')).fill"), background)
+                self.assertEqual(self.browser.value("getComputedStyle(document.querySelector('#outside')).color"),
+                                 "rgb(0, 0, 0)")
+                fills = self.browser.value("new Set([...document.querySelectorAll('.f0')].map(e => "
+                                           "getComputedStyle(e).fill)).size")
+                self.assertEqual(fills, 1)
+        ids = self.browser.value("[...document.querySelectorAll('[id]')].map(e => e.id)")
+        self.assertEqual(len(ids), len(set(ids)))
+        self.assertEqual(self.browser.value("document.querySelectorAll('script, [onload]').length"), 0)
+        tables = self.browser.value("[document.querySelectorAll('svg').length, document.querySelectorAll('caption').length]")
+        self.assertLessEqual(*tables)
+
+    def test_a_narrow_page_shrinks_them(self):
+        self.browser.call("goog/cdp/execute", {"cmd": "Emulation.setDeviceMetricsOverride", "params": {
+            "width": 320, "height": 600, "deviceScaleFactor": 1, "mobile": True}})
+        self.go("charts.html")
+        self.assertLessEqual(self.browser.value("document.documentElement.scrollWidth"), 320)
+        self.assertLess(self.browser.value("document.querySelector('svg').getBoundingClientRect().height"), 200)

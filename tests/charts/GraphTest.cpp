@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <regex>
+
+#include "charts/Folding.h"
+#include "charts/Label.h"
+#include "charts/Thinning.h"
+#include "tests/support/SampleCharts.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/Tool.h"
+
+namespace {
+
+using namespace qv::charts;
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
+// Where the texts of a picture lie, by its own numbers and the table of widths.
+struct DrawnText {
+    std::string text;
+    Box box;
+};
+
+std::string Decoded(const std::string& text) {
+    std::string decoded;
+    for (std::size_t i = 0; i < text.size();) {
+        const bool isReference = text.compare(i, 2, "&#") == 0;
+        decoded += isReference ? '?' : text[i];
+        i = isReference ? text.find(';', i) + 1 : i + 1;
+    }
+    return decoded;
+}
+
+std::vector<DrawnText> TextsOf(const std::string& svg) {
+    static const std::regex kText(
+        "<text(?: x=\"([-.0-9]+)\" y=\"([-.0-9]+)\"| transform=\"translate\\(([-.0-9]+) ([-.0-9]+)\\)rotate\\(-90\\)\")"
+        "(?: text-anchor=\"(\\w+)\")?(?: class=\"(\\w+)\")?(?: textLength=\"([.0-9]+)\"[^>]*)?>"
+        "(?:<title>[^<]*</title>)?([^<]*)</text>");
+    std::vector<DrawnText> texts;
+    for (std::sregex_iterator i(svg.begin(), svg.end(), kText), end; i != end; ++i) {
+        const std::smatch& m = *i;
+        const bool upright = m[3].matched, title = m[6] == "title", bold = title || m[6] == "subtitle";
+        const double size = title ? 17 : m[6] == "subtitle" ? 13 : 12;
+        const Label label(Decoded(m[8]), size, bold ? Label::Weight::Bold : Label::Weight::Normal);
+        const double width = m[7].matched ? std::stod(m[7]) : label.Width();
+        const double x = std::stod(upright ? m[3] : m[1]), y = std::stod(upright ? m[4] : m[2]);
+        const double before = m[5] == "end" ? width : m[5] == "middle" ? width / 2 : 0;
+        const double up = size * 0.8, down = size * 0.2;
+        const Box box = upright ? Box{x - up, y - width + before, x + down, y + before}
+                                : Box{x - before, y - up, x - before + width, y + down};
+        texts.push_back({m[8], box});
+    }
+    return texts;
+}
+
+TEST(Graph, TextsNeitherOverlapNorLeaveThePicture) {
+    for (const auto& [width, height] : {std::pair(720, 400), {320, 280}, {160, 120}, {1500, 300}})
+        for (const SampleChart& chart : SampleCharts(width, std::max(height, 280))) {
+            if (chart.name == "manager") continue;
+            const std::vector<DrawnText> texts = TextsOf(chart.svg);
+            std::size_t written = 0;
+            for (auto at = chart.svg.find("<text "); at != chart.svg.npos; at = chart.svg.find("<text ", at + 1))
+                ++written;
+            EXPECT_EQ(texts.size(), written) << chart.name;
+            for (std::size_t i = 0; i < texts.size(); ++i) {
+                const Box& box = texts[i].box;
+                EXPECT_TRUE(box.left >= -0.5 && box.right <= width + 0.5 && box.top >= 0 &&
+                            box.bottom <= std::max(height, 280))
+                    << chart.name << ' ' << width << ": " << texts[i].text;
+                for (std::size_t j = 0; j < i; ++j)
+                    EXPECT_FALSE(box.Meets(texts[j].box))
+                        << chart.name << ' ' << width << ": " << texts[j].text << " and " << texts[i].text;
+            }
+        }
+}
+
+// A parser of others reads each as XML; no text becomes markup.
+TEST(Graph, PicturesAreWellFormedAndRunNothing) {
+    const TempFolder folder;
+    CStringArray arguments{
+        "-c",
+        "import sys,xml.dom.minidom as m\n"
+        "for f in sys.argv[1:]:\n"
+        "  d=m.parse(f)\n"
+        "  assert not d.getElementsByTagName('script')\n"
+        "  assert len(d.getElementsByTagName('svg'))==1\n"
+        "  assert not [a for e in d.getElementsByTagName('*') for a in e.attributes.keys() if a[:2]=='on']\n"
+        "print('read')"};
+    for (const SampleChart& chart : SampleCharts(720, 400)) {
+        const CString path = folder / (chart.name + ".svg").c_str();
+        CFileUtils::SaveFile(path, chart.svg);
+        arguments.Add(CFileUtils::GetNativePath(path));
+        EXPECT_EQ(std::ranges::count_if(chart.svg, [](char c) { return static_cast<signed char>(c) < '\n'; }), 0);
+    }
+    try {
+        EXPECT_EQ(RunProgram("python3", arguments).output.substr(0, 4), "read");
+    } catch (CException* error) {
+        error->Delete();
+        GTEST_SKIP() << "no python3";
+    }
+}
+
+TEST(Graph, EqualChartsGiveEqualBytesAndOthersHaveOtherIds) {
+    EXPECT_EQ(SampleCharts(720, 400)[4].svg, SampleCharts(720, 400)[4].svg);
+    CBarGraph first, second;
+    first.AddSeries("a", {1, 2});
+    second.AddSeries("a", {1, 3});
+    const auto id = [](const CString& svg) { return svg.substr(svg.find(" id="), 16); };
+    EXPECT_NE(id(first.GetSvg()), id(second.GetSvg()));
+}
+
+TEST(Graph, ThinningKeepsPeaksAndGaps) {
+    // By columns of a pixel: five points of which four stay, a gap that is seen, one that is not.
+    const std::vector<Point> points = {{0.1, 5},     {0.2, 9}, {0.3, 1},     {0.4, 4}, {0.5, 6},
+                                       {1.5, kNone}, {2.1, 3}, {2.2, kNone}, {2.3, 2}};
+    const Runs expected = {{{0.1, 5}, {0.2, 9}, {0.3, 1}, {0.5, 6}}, {{2.1, 3}, {2.3, 2}}};
+    EXPECT_EQ(ThinLine(points.size(), [&](std::size_t i) { return points[i]; }), expected);
+
+    std::vector<Point> many;
+    for (int i = 0; i < 100000; ++i) many.push_back({i % 500 / 5.0, 20 + i % 7 / 10.0});
+    many[77777].y = 0.5;
+    many[44444].y = 39.5;
+    const std::vector<Point> kept = ThinPoints(many, 100, 40);
+    EXPECT_LT(kept.size(), 400u);
+    for (const std::size_t peak : {77777u, 44444u}) EXPECT_NE(std::ranges::find(kept, many[peak]), kept.end()) << peak;
+}
+
+TEST(Graph, FoldsTheSmallestAndKeepsTheOrder) {
+    const double weights[] = {3, 1, 4, 1, 5, 9, 2, 6};
+    const Folding folding = Fold(std::size(weights), 4, [&](std::size_t i) { return weights[i]; });
+    EXPECT_EQ(folding.kept, (std::vector<std::size_t>{4, 5, 7}));
+    EXPECT_EQ(folding.folded, 5u);
+
+    CBarGraph bars;
+    bars.AddSeries("", std::vector<double>(1000000, 1));
+    const CString svg = bars.GetSvg();
+    EXPECT_LT(svg.GetLength(), 100000);
+    EXPECT_GE(svg.Find("Others (9997"), 0);
+}
+
+template <class Call>
+bool Refuses(Call call) {
+    try {
+        call();
+        return false;
+    } catch (CInvalidArgException* error) {
+        error->Delete();
+        return true;
+    }
+}
+
+TEST(Graph, RefusesWhatItCannotDraw) {
+    CBarGraph bars;
+    bars.SetStacked(true);
+    bars.SetLogarithmic(true);
+    bars.AddSeries("", {1});
+    CAreaGraph areas;
+    areas.SetStacked(true);
+    areas.AddSeries("", {1, 2}, {1, 2});
+    areas.AddSeries("", {1, 3}, {1, 2});
+    CPieGraph full;
+    for (int i = 0; i < 48; ++i) full.AddSeries("", {1});
+    CGraphManager crowd;
+    for (int i = 0; i < 30; ++i) crowd.Add(full);
+    EXPECT_TRUE(Refuses([&] { bars.GetSvg(); }));
+    EXPECT_TRUE(Refuses([&] { areas.GetSvg(); }));
+    EXPECT_TRUE(Refuses([&] { crowd.GetSvg(); }));
+    EXPECT_TRUE(Refuses([&] { full.AddSeries("", {1}); }));
+    EXPECT_TRUE(Refuses([&] { areas.AddSeries("", {1}, {1, 2}); }));
+    EXPECT_TRUE(Refuses([&] { bars.SetSize(159, 400); }));
+    EXPECT_TRUE(Refuses([&] { full.SetMostSlices(1); }));
+    for (const char* const id : {"", "1a", "a b", "a\"", static_cast<const char*>(nullptr)})
+        EXPECT_TRUE(Refuses([&] { bars.SetId(id); }));
+}
+
+}  // namespace

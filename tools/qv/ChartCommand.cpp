@@ -1,0 +1,69 @@
+#include <memory>
+
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/StandardStreams.h"
+#include "tools/qv/ChartData.h"
+#include "tools/qv/Commands.h"
+#include "tools/qv/Visible.h"
+#include "tools/qv/WholeFile.h"
+
+namespace qv::tool {
+namespace {
+
+struct Options : ChartOptions {
+    std::string file = "-", output = "-";
+};
+
+void RefuseContradictions(const Options& options) {
+    const bool isStacked = options.kind.starts_with("stacked");
+    if (isStacked && options.logarithmic) throw WrongUsage("--log: what is stacked has no logarithmic axis");
+    const bool hasPositions = options.kind == "scatter" || options.kind.ends_with("area");
+    if (options.kind == "pie" && options.logarithmic) throw WrongUsage("--log: a pie has no axis");
+    if (!hasPositions && options.dates) throw WrongUsage("--dates is for area and scatter");
+    if (options.kind != "scatter" && options.logarithmicX) throw WrongUsage("--log-x is for scatter");
+    if (options.dates && options.logarithmicX) throw WrongUsage("--log-x: an axis of dates is not logarithmic");
+}
+
+void Draw(const Options& options) {
+    RefuseContradictions(options);
+    const CString csv = options.file == "-" ? AfxReadStandardInput() : CFileUtils::ReadFile(options.file.c_str());
+    CString svg;
+    try {
+        svg = ChartOf(csv, options);
+    } catch (const Failed& error) {
+        throw Failed((options.file == "-" ? "standard input" : ForOutput(Native(options.file))) + ": " +
+                     VisibleOnTerminal(error.what()));
+    }
+    if (options.output == "-") return AfxWriteStandardOutput(svg);
+    WholeFile file(options.output);
+    file.Write(svg.AsStd().data(), static_cast<UINT>(svg.AsStd().size()));
+    file.Commit();
+}
+
+}  // namespace
+
+void AddChart(Command app) {
+    const auto options = std::make_shared<Options>();
+    Command command = app.Add("chart", "Draw comma-separated values as an SVG chart");
+    command.AddOption("KIND", options->kind, "bar, stacked, pie, area, stacked-area, scatter")
+        .Require()
+        .OneOf({"bar", "stacked", "pie", "area", "stacked-area", "scatter"});
+    command.AddPath("FILE", options->file, "The values; standard input without it, and for -");
+    command.AddPath("-o,--output", options->output, "The file to write; standard output without it, and for -")
+        .CallValue("FILE");
+    command.AddOption("--title", options->title, "The heading");
+    command.AddOption("--x-title", options->xTitle, "The title of the x axis, instead of the first column's name");
+    command.AddOption("--y-title", options->yTitle, "The title of the y axis");
+    command.AddOption("--width", options->width, "In pixels").CallValue("N").ShowDefault().Between(160, 4000);
+    command.AddOption("--height", options->height, "In pixels").CallValue("N").ShowDefault().Between(120, 4000);
+    command.AddFlag("--log", options->logarithmic, "Make the y axis logarithmic; what is not above 0 is left out");
+    command.AddFlag("--log-x", options->logarithmicX, "Make the x axis logarithmic; for scatter");
+    command.AddFlag("--dates", options->dates, "Read the first column as dates, in local time; for area and scatter");
+    command.SetFooter(
+        "The first line names the columns. The first column has labels, or x values for area and scatter; each\n"
+        "other column is a series, of which pie draws the first. Empty fields, NA and NaN are missing values.\n"
+        "Example: qv chart bar sales.csv -o sales.svg --title Sales");
+    command.SetAction([options] { Draw(*options); });
+}
+
+}  // namespace qv::tool
