@@ -1,11 +1,9 @@
 #include <memory>
 
-#include "qvcommon/FileUtils.h"
-#include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/ChartData.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Documents.h"
 #include "tools/qv/Visible.h"
-#include "tools/qv/WholeFile.h"
 
 namespace qv::tool {
 namespace {
@@ -26,18 +24,16 @@ void RefuseContradictions(const Options& options) {
 
 void Draw(const Options& options) {
     RefuseContradictions(options);
-    const CString csv = options.file == "-" ? AfxReadStandardInput() : CFileUtils::ReadFile(options.file.c_str());
+    const CString csv(ReadDocument(options.file));
     CString svg;
     try {
         svg = ChartOf(csv, options);
     } catch (const Failed& error) {
-        throw Failed((options.file == "-" ? "standard input" : ForOutput(Native(options.file))) + ": " +
+        throw Failed((IsStandardStream(options.file) ? "standard input" : ForOutput(Native(options.file))) + ": " +
                      VisibleOnTerminal(error.what()));
     }
-    if (options.output == "-") return AfxWriteStandardOutput(svg);
-    WholeFile file(options.output);
-    file.Write(svg.AsStd().data(), static_cast<UINT>(svg.AsStd().size()));
-    file.Commit();
+    WriteDocument(options.output,
+                  [&svg](CFile& file) { file.Write(svg.AsStd().data(), static_cast<UINT>(svg.AsStd().size())); });
 }
 
 }  // namespace
