@@ -27,7 +27,7 @@ void SortByX(Series& series) {
 }
 
 /// Makes each series the sum of it and those before.
-void Stack(std::vector<Series>& all) {
+void StackUp(std::vector<Series>& all) {
     for (std::size_t s = 0; s < all.size(); ++s) {
         if (all[s].x != all[0].x) AfxThrowInvalidArgException();
         for (std::size_t i = 0; i < all[s].y.size(); ++i) {
@@ -112,7 +112,7 @@ void CAreaGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
     if (m_stacked && m_logarithmic) AfxThrowInvalidArgException();
     std::vector<Series> all = Points(false);
     for (Series& series : all) SortByX(series);
-    if (m_stacked) Stack(all);
+    if (m_stacked) StackUp(all);
     HorizontalAxis x;
     x.dates = m_dates;
     x.title = m_xTitle;

@@ -8,19 +8,19 @@
 namespace qv::charts {
 namespace {
 
-constexpr double kFirstLine = 19, kLine = 15, kGap = 8;
+constexpr double kFirstLine = 19, kLine = 15, kSpace = 8;
 constexpr double kLeastWrapped = 44, kLeastUpright = 15, kShortName = 44;
 
 /// A line of labels from left to right, each of which is moved into the room and refused where the one before is.
 class Line {
 public:
-    Line(const LabelRoom& room, double y) : m_room(room), m_y(y), m_end(room.leftEnd - kGap) {}
+    Line(const LabelRoom& room, double y) : m_room(room), m_y(y), m_end(room.leftEnd - kSpace) {}
 
     bool Add(Label label, double x, std::vector<PlacedLabel>& labels) {
         label.ShortenTo(m_room.rightEnd - m_room.leftEnd);
         const double half = label.Width() / 2;
         x = std::clamp(x, m_room.leftEnd + half, std::max(m_room.leftEnd + half, m_room.rightEnd - half));
-        if (x - half < m_end + kGap - 1e-6) return false;
+        if (x - half < m_end + kSpace - 1e-6) return false;
         m_end = x + half;
         labels.push_back({std::move(label), x, m_y});
         return true;
@@ -68,11 +68,11 @@ public:
     }
 
     AxisLabels Place() {
-        if (m_widest + kGap <= m_part) return InLines(1, 1);
+        if (m_widest + kSpace <= m_part) return InLines(1, 1);
         if (m_part >= kLeastWrapped && std::ranges::all_of(m_labels, [this](const Label& l) { return Wraps(l); }))
             return InLines(2, 1);
         if (m_widest <= kShortName || m_part < kLeastUpright)
-            return InLines(1, static_cast<std::size_t>(std::ceil((std::min(m_widest, 120.0) + kGap) / m_part)));
+            return InLines(1, static_cast<std::size_t>(std::ceil((std::min(m_widest, 120.0) + kSpace) / m_part)));
         return Upright();
     }
 
@@ -82,9 +82,9 @@ private:
     // Whether two lines have room for the label, and no word is cut.
     bool Wraps(Label label) const {
         const std::size_t blank = label.Text().find(U' ');
-        if (blank == label.Text().npos) return label.Width() + kGap <= m_part;
-        const Label first = label.TakeLine(m_part - kGap);
-        return first.Text().size() >= blank && label.Width() + kGap <= m_part;
+        if (blank == label.Text().npos) return label.Width() + kSpace <= m_part;
+        const Label first = label.TakeLine(m_part - kSpace);
+        return first.Text().size() >= blank && label.Width() + kSpace <= m_part;
     }
 
     AxisLabels InLines(std::size_t lines, std::size_t stride) {
@@ -93,8 +93,8 @@ private:
         for (std::size_t i = 0; i < m_labels.size(); i += stride) {
             Label rest = m_labels[i];
             Label line = rest;
-            if (lines > 1) line = rest.TakeLine(m_part - kGap);
-            line.ShortenTo(m_part * static_cast<double>(stride) - kGap);
+            if (lines > 1) line = rest.TakeLine(m_part - kSpace);
+            line.ShortenTo(m_part * static_cast<double>(stride) - kSpace);
             first.Add(line, At(i), placed.labels);
             if (lines > 1 && !rest.Text().empty()) second.Add(rest, At(i), placed.labels);
         }

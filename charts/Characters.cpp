@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostCharacters = 500;
 constexpr std::size_t kBytesPerCharacter = 4;
-constexpr char32_t kReplacement = 0xFFFD, kEllipsis = 0x2026;
+constexpr char32_t kReplacement = 0xFFFD;
 
 bool IsBetween(char32_t c, char32_t first, char32_t last) {
     return c >= first && c <= last;

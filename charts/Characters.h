@@ -6,6 +6,8 @@
 /// @file Texts of the process's code page as what a picture may show of them.
 namespace qv::charts {
 
+inline constexpr char32_t kEllipsis = 0x2026;
+
 /// The text's first 500 characters, and an ellipsis for the rest. White space becomes a blank; control characters and marks
 /// of writing direction are dropped; what XML cannot hold becomes U+FFFD.
 std::u32string Characters(std::string_view text);

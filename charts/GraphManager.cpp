@@ -13,7 +13,7 @@ using namespace qv::charts;
 
 namespace {
 
-constexpr double kGap = 28, kLeastWidth = 120, kLeastHeight = 90, kHeadingSize = 13;
+constexpr double kChartGap = 28, kLeastWidth = 120, kLeastHeight = 90, kHeadingSize = 13;
 
 /// The names of all charts, each once, in the order in which they come.
 class NameList {
@@ -37,12 +37,13 @@ std::vector<Box> Cells(const Box& box, std::size_t count, int columns) {
     const int across = std::min(columns, static_cast<int>(count));
     const auto down =
         static_cast<int>((count + static_cast<std::size_t>(across) - 1) / static_cast<std::size_t>(across));
-    const double width = (box.Width() + kGap) / across - kGap, height = (box.Height() + kGap) / down - kGap;
+    const double width = (box.Width() + kChartGap) / across - kChartGap,
+                 height = (box.Height() + kChartGap) / down - kChartGap;
     if (width < kLeastWidth || height < kLeastHeight) AfxThrowInvalidArgException();
     std::vector<Box> cells;
     for (int i = 0; i < static_cast<int>(count); ++i) {
         const int row = i / across, column = i % across;
-        const double left = box.left + column * (width + kGap), top = box.top + row * (height + kGap);
+        const double left = box.left + column * (width + kChartGap), top = box.top + row * (height + kChartGap);
         cells.push_back({left, top, left + width, top + height});
     }
     return cells;

@@ -9,7 +9,7 @@
 namespace qv::charts {
 namespace {
 
-constexpr double kSwatchWidth = 14, kSwatchHeight = 10;
+constexpr double kSwatchBox = 14, kSwatchBoxHeight = 10;
 constexpr int kRound = 0, kSquare = 1;  // marks that are ends of lines without length
 
 void AppendBox(std::string& path, const Box& box) {
@@ -83,7 +83,7 @@ void AppendMark(std::string& path, int pattern, double x, double y, double size)
 }
 
 void DrawSwatch(Svg& svg, const Keys& keys, std::size_t key, Swatch swatch, double left, double middle) {
-    const double right = left + kSwatchWidth;
+    const double right = left + kSwatchBox;
     std::string path;
     if (swatch == Swatch::Line) {
         svg.Line(left, middle, right, middle, keys.LineClasses(key));
@@ -93,7 +93,7 @@ void DrawSwatch(Svg& svg, const Keys& keys, std::size_t key, Swatch swatch, doub
         svg.Path(path, keys.MarkClasses(key));
         svg << "</g>";
     } else {
-        AppendBox(path, {left, middle - kSwatchHeight / 2, right, middle + kSwatchHeight / 2});
+        AppendBox(path, {left, middle - kSwatchBoxHeight / 2, right, middle + kSwatchBoxHeight / 2});
         DrawFilled(svg, keys, key, path);
     }
 }

@@ -12,6 +12,9 @@ inline constexpr int kColours = 8, kPatterns = 6;
 /// Each has a pair of colour and pattern of its own.
 inline constexpr std::size_t kMostKeys = kColours * kPatterns;
 
+/// A key's name is so large, in a row of this height, after a swatch of this width.
+inline constexpr double kKeySize = 12, kKeyRow = 20, kSwatchWidth = 20;
+
 /// What a key looks like beside its name.
 enum class Swatch { Filled, Line, Mark };
 

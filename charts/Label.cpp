@@ -16,7 +16,6 @@ constexpr std::array<short, 95> kAscii = {
     611, 685, 390, 337, 390, 838, 500, 500, 613, 635, 550, 635, 615, 352,  635, 634, 278, 278, 579,
     278, 974, 634, 612, 635, 635, 411, 521, 392, 634, 592, 818, 592, 592,  525, 636, 337, 636, 838};
 constexpr double kBold = 1.2;
-constexpr char32_t kEllipsis = 0x2026;
 
 struct Script {
     char32_t last;

@@ -5,13 +5,13 @@
 namespace qv::charts {
 namespace {
 
-constexpr double kSize = 12, kRow = 20, kSwatch = 20, kGap = 20, kWidest = 240, kBelow = 6;
+constexpr double kKeyGap = 20, kWidest = 240, kBelowKeys = 6;
 
 std::vector<Label> LabelsOf(const std::vector<CString>& names, double width) {
     std::vector<Label> labels;
     for (const CString& name : names) {
-        labels.emplace_back(name, kSize);
-        labels.back().ShortenTo(std::min(kWidest, width - kSwatch));
+        labels.emplace_back(name, kKeySize);
+        labels.back().ShortenTo(std::min(kWidest, width - kSwatchWidth));
     }
     return labels;
 }
@@ -22,16 +22,16 @@ public:
     Columns(const std::vector<Label>& labels, double width) {
         double all = 0;
         for (const Label& label : labels) {
-            all += kSwatch + label.Width() + kGap;
-            m_widest = std::max(m_widest, kSwatch + label.Width() + kGap);
+            all += kSwatchWidth + label.Width() + kKeyGap;
+            m_widest = std::max(m_widest, kSwatchWidth + label.Width() + kKeyGap);
         }
-        m_oneRow = all - kGap <= width;
+        m_oneRow = all - kKeyGap <= width;
         m_count =
-            m_oneRow ? labels.size() : std::max<std::size_t>(1, static_cast<std::size_t>((width + kGap) / m_widest));
+            m_oneRow ? labels.size() : std::max<std::size_t>(1, static_cast<std::size_t>((width + kKeyGap) / m_widest));
     }
 
     std::size_t Count() const { return m_count; }
-    double Width(const Label& label) const { return m_oneRow ? kSwatch + label.Width() + kGap : m_widest; }
+    double Width(const Label& label) const { return m_oneRow ? kSwatchWidth + label.Width() + kKeyGap : m_widest; }
 
 private:
     bool m_oneRow = true;
@@ -44,26 +44,26 @@ private:
 double DrawLegend(Svg& svg, const Box& box, const std::vector<CString>& names, const Keys& keys, Swatch swatch) {
     const std::vector<Label> labels = LabelsOf(names, box.Width());
     const Columns columns(labels, box.Width());
-    const auto mostRows = std::max<std::size_t>(1, static_cast<std::size_t>(box.Height() / 4 / kRow));
+    const auto mostRows = std::max<std::size_t>(1, static_cast<std::size_t>(box.Height() / 4 / kKeyRow));
     const std::size_t room = mostRows * columns.Count();
     const std::size_t shown = labels.size() <= room ? labels.size() : room - 1;
     double x = box.left, y = box.top;
     for (std::size_t i = 0; i < std::min(labels.size(), room); ++i) {
         if (i > 0 && i % columns.Count() == 0) {
             x = box.left;
-            y += kRow;
+            y += kKeyRow;
         }
         if (i < shown) {
-            DrawSwatch(svg, keys, i, swatch, x, y + kRow / 2 - 4);
-            svg.Text(labels[i], x + kSwatch, y + kRow / 2, Anchor::Start, "key");
+            DrawSwatch(svg, keys, i, swatch, x, y + kKeyRow / 2 - 4);
+            svg.Text(labels[i], x + kSwatchWidth, y + kKeyRow / 2, Anchor::Start, "key");
         } else {
-            Label rest("+ " + std::to_string(labels.size() - shown) + " more", kSize);
+            Label rest("+ " + std::to_string(labels.size() - shown) + " more", kKeySize);
             rest.ShortenTo(columns.Width(labels[i]));
-            svg.Text(rest, x, y + kRow / 2, Anchor::Start, "key");
+            svg.Text(rest, x, y + kKeyRow / 2, Anchor::Start, "key");
         }
         x += columns.Width(labels[i]);
     }
-    return y + kRow + kBelow - box.top;
+    return y + kKeyRow + kBelowKeys - box.top;
 }
 
 }  // namespace qv::charts

@@ -13,7 +13,7 @@ using namespace qv::charts;
 
 namespace {
 
-constexpr double kSize = 12, kRow = 20, kSwatch = 20, kGap = 16;
+constexpr double kColumnGap = 16;
 constexpr double kLeastBeside = 380;  // the width from which the table is beside the pie
 constexpr double kLeastShare = 0.02, kLeastRadius = 36, kRing = 12;
 
@@ -93,15 +93,15 @@ public:
 
     void Draw(double middle, double share) {
         if (share < kLeastShare) return;
-        const Label label(PercentText(share), kSize);
+        const Label label(PercentText(share), kKeySize);
         const Point at = m_circle.At(middle, (m_circle.radius + kRing) / m_circle.radius);
         const double side = std::sin(2 * std::numbers::pi * middle);
         const Anchor anchor = std::abs(side) < 0.2 ? Anchor::Middle : side > 0 ? Anchor::Start : Anchor::End;
         const double left = at.x - label.Width() * static_cast<int>(anchor) / 2;
-        const Box box{left, at.y - kRow / 2, left + label.Width(), at.y + kRow / 2};
+        const Box box{left, at.y - kKeyRow / 2, left + label.Width(), at.y + kKeyRow / 2};
         if (std::ranges::any_of(m_placed, [&](const Box& placed) { return placed.Meets(box); })) return;
         m_placed.push_back(box);
-        m_svg.Text(label, at.x, at.y + kSize * 0.36, anchor, "");
+        m_svg.Text(label, at.x, at.y + kKeySize * 0.36, anchor, "");
     }
 
 private:
@@ -111,8 +111,8 @@ private:
 };
 
 void DrawPie(Svg& svg, const Box& box, const std::vector<Slice>& slices, const Keys& keys) {
-    const double label = Label(U"00.0%", kSize).Width() + kRing;
-    const double labelled = std::min(box.Width() / 2 - label, box.Height() / 2 - kSize - kRing);
+    const double label = Label(U"00.0%", kKeySize).Width() + kRing;
+    const double labelled = std::min(box.Width() / 2 - label, box.Height() / 2 - kKeySize - kRing);
     const bool hasLabels = labelled >= kLeastRadius;
     const double radius = hasLabels ? labelled : std::max(8.0, std::min(box.Width(), box.Height()) / 2);
     const Circle circle{box.Middle(), (box.top + box.bottom) / 2, radius};
@@ -122,7 +122,7 @@ void DrawPie(Svg& svg, const Box& box, const std::vector<Slice>& slices, const K
     for (std::size_t i = 0; i < slices.size(); ++i) {
         const double to = std::min(1.0, from + slices[i].share);
         const std::string path = SlicePath(circle, from, to);
-        const Label percent(PercentText(slices[i].share), kSize);
+        const Label percent(PercentText(slices[i].share), kKeySize);
         DrawFilled(svg, keys, i, path,
                    Characters(slices[i].name + ": " + ValueText(slices[i].value) + ", ") + percent.Text());
         borders += path;
@@ -141,14 +141,14 @@ public:
         for (const Slice& slice : slices) values.push_back(slice.value);
         const std::vector<std::u32string> texts = AlignedTexts(values);
         for (std::size_t i = 0; i < slices.size(); ++i) {
-            m_names.emplace_back(slices[i].name, kSize);
-            m_values.emplace_back(texts[i], kSize);
-            m_shares.emplace_back(PercentText(slices[i].share), kSize);
+            m_names.emplace_back(slices[i].name, kKeySize);
+            m_values.emplace_back(texts[i], kKeySize);
+            m_shares.emplace_back(PercentText(slices[i].share), kKeySize);
             m_values.back().ShortenTo(width / 3);
             m_valueWidth = std::max(m_valueWidth, m_values.back().Width());
             m_shareWidth = std::max(m_shareWidth, m_shares.back().Width());
         }
-        const double numbers = kSwatch + m_valueWidth + m_shareWidth + 2 * kGap;
+        const double numbers = kSwatchWidth + m_valueWidth + m_shareWidth + 2 * kColumnGap;
         for (Label& name : m_names) {
             name.ShortenTo(width - numbers);
             m_nameWidth = std::max(m_nameWidth, name.Width());
@@ -157,22 +157,22 @@ public:
     }
 
     double Width() const { return m_width; }
-    double Height() const { return kRow * static_cast<double>(m_names.size()); }
+    double Height() const { return kKeyRow * static_cast<double>(m_names.size()); }
 
     void Draw(Svg& svg, const Keys& keys, double left, double top, double bottom) const {
-        const auto rows = static_cast<std::size_t>(std::max(1.0, (bottom - top + 1) / kRow));
+        const auto rows = static_cast<std::size_t>(std::max(1.0, (bottom - top + 1) / kKeyRow));
         const std::size_t shown = m_names.size() <= rows ? m_names.size() : rows - 1;
-        for (std::size_t i = 0; i < shown; ++i, top += kRow) {
-            const double base = top + kRow / 2 + 4;
-            DrawSwatch(svg, keys, i, Swatch::Filled, left, top + kRow / 2);
-            svg.Text(m_names[i], left + kSwatch, base, Anchor::Start, "key");
-            svg.Text(m_values[i], left + m_width - m_shareWidth - kGap, base, Anchor::End, "");
+        for (std::size_t i = 0; i < shown; ++i, top += kKeyRow) {
+            const double base = top + kKeyRow / 2 + 4;
+            DrawSwatch(svg, keys, i, Swatch::Filled, left, top + kKeyRow / 2);
+            svg.Text(m_names[i], left + kSwatchWidth, base, Anchor::Start, "key");
+            svg.Text(m_values[i], left + m_width - m_shareWidth - kColumnGap, base, Anchor::End, "");
             svg.Text(m_shares[i], left + m_width, base, Anchor::End, "");
         }
         if (shown == m_names.size()) return;
-        Label rest("+ " + std::to_string(m_names.size() - shown) + " more", kSize);
+        Label rest("+ " + std::to_string(m_names.size() - shown) + " more", kKeySize);
         rest.ShortenTo(m_width);
-        svg.Text(rest, left, top + kRow / 2 + 4, Anchor::Start, "key");
+        svg.Text(rest, left, top + kKeyRow / 2 + 4, Anchor::Start, "key");
     }
 
 private:
@@ -205,12 +205,12 @@ void CPieGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
     if (box.Width() >= kLeastBeside) {
         const SliceTable table(slices, box.Width() * 0.55);
         const double left = box.right - table.Width();
-        DrawPie(svg, {box.left, box.top, left - 2 * kGap, box.bottom}, slices, keys);
+        DrawPie(svg, {box.left, box.top, left - 2 * kColumnGap, box.bottom}, slices, keys);
         table.Draw(svg, keys, left, std::max(box.top, (box.top + box.bottom - table.Height()) / 2), box.bottom);
     } else {
         const SliceTable table(slices, box.Width());
         const double top = box.bottom - std::min(table.Height(), box.Height() / 2);
-        DrawPie(svg, {box.left, box.top, box.right, top - kGap / 2}, slices, keys);
+        DrawPie(svg, {box.left, box.top, box.right, top - kColumnGap / 2}, slices, keys);
         table.Draw(svg, keys, box.left, top, box.bottom);
     }
 }

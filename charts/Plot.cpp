@@ -7,7 +7,7 @@
 namespace qv::charts {
 namespace {
 
-constexpr double kTitleRow = 20, kTickDistance = 30, kBelow = 20, kLabelGap = 8, kMark = 4;
+constexpr double kTitleRow = 20, kTickDistance = 30, kBelowAxis = 20, kLabelGap = 8, kMark = 4;
 constexpr double kAscent = kTickSize * 0.36;  // from a line's middle to its base line
 
 }  // namespace
@@ -25,7 +25,7 @@ Plot::Plot(Svg& svg, const Box& box, HorizontalAxis x, VerticalAxis y)
 }
 
 void Plot::PlaceVertical(const Box& box) {
-    const int most = std::clamp(static_cast<int>((box.Height() - kBelow) / kTickDistance), 2, 10);
+    const int most = std::clamp(static_cast<int>((box.Height() - kBelowAxis) / kTickDistance), 2, 10);
     Widen(m_y.range, m_y.logarithmic);
     RoundOut(m_y.range, most, m_y.logarithmic);
     m_yTicks = NumberTicks(m_y.range, most, m_y.logarithmic);

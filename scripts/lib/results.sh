@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Collects what each target came to, and shows it at the end.
 
-QV_RESULTS=() QV_FAILURES=()
+QV_RESULTS=() QV_FAILURES=() QV_REASONS=()
 QV_PASSED=0 QV_FAILED=0 QV_SKIPPED=0
 
 # record TARGET PASSED FAILED SKIPPED SECONDS
@@ -17,7 +17,14 @@ record_suite() {
     [ ! -s "$2" ] || read -r passed failed skipped < <(count_tests "$2")
     [ "$3" -eq 0 ] || [ "$failed" -gt 0 ] || failed=1
     record "$1" "$passed" "$failed" "$skipped" "$4"
-    [ ! -s "$2" ] || mapfile -t -O "${#QV_FAILURES[@]}" QV_FAILURES < <(failures_in "$2" | sort -u | sed "s/^/$1: /")
+    [ -s "$2" ] || return 0
+    mapfile -t -O "${#QV_FAILURES[@]}" QV_FAILURES < <(failures_in "$2" | sort -u | sed "s/^/$1: /")
+    mapfile -t -O "${#QV_REASONS[@]}" QV_REASONS < <(reasons_in "$2" | sort | uniq -c | sort -rn | sed "s/^/$1: /")
+}
+
+# reasons_in REPORT: why tests were skipped, a line for each.
+reasons_in() {
+    awk '/: Skipped$/ { getline; print } match($0, /\.\.\. skipped .*/) { print substr($0, RSTART + 12) }' "$1"
 }
 
 # failures_in REPORT: the names of the tests that failed, and of the programs that did.
@@ -59,6 +66,10 @@ show_results() {
     if [ "${#QV_FAILURES[@]}" -gt 0 ]; then
         printf '\nFailed:\n'
         printf '  %s\n' "${QV_FAILURES[@]}"
+    fi
+    if [ "${#QV_REASONS[@]}" -gt 0 ]; then
+        printf '\nSkipped, how many and why:\n'
+        printf '  %s\n' "${QV_REASONS[@]}"
     fi
     printf '\n%d passed, %d failed' "$QV_PASSED" "$QV_FAILED"
     [ "$QV_SKIPPED" -eq 0 ] || printf ', %d skipped' "$QV_SKIPPED"

@@ -1,0 +1,74 @@
+"""What the tool writes is read by programs of other makers, and what they write by the tool. They run on this machine even
+where the tool is a Windows program: QV is its command line."""
+
+import os
+import random
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+QV = os.environ["QV"].split(";")
+MEMBERS = {"empty": b"", "noise": random.Random(1).randbytes(90000), "text": b"line\r\n" * 9000,
+           "sub/deep/\u00e4\u00f6.txt": b"umlauts"}
+
+
+def needs(program):
+    return unittest.skipUnless(shutil.which(program), f"{program} is not installed")
+
+
+class OtherPrograms(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        for name, content in MEMBERS.items():
+            path = os.path.join(self.folder, "in", name)
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            with open(path, "wb") as file:
+                file.write(content)
+
+    def run_here(self, *command):
+        return subprocess.run(command, cwd=self.folder, check=True, capture_output=True)
+
+    def expect_members(self, folder):
+        found = {}
+        for place, _, names in os.walk(os.path.join(self.folder, folder)):
+            for name in names:
+                path = os.path.join(place, name)
+                with open(path, "rb") as file:
+                    found[os.path.relpath(path, os.path.join(self.folder, folder))] = file.read()
+        # Archives of the tool have bare names, and a manifest that says where they belong.
+        wanted = {os.path.basename(name): content for name, content in MEMBERS.items()}
+        bare = {os.path.basename(name): content for name, content in found.items() if not name.startswith("CabMan")}
+        self.assertEqual(bare, wanted)
+
+    @needs("cabextract")
+    def test_cabextract_reads_archives(self):
+        self.run_here(*QV, "pack", "in", "a")
+        self.run_here("cabextract", "-q", "-d", "out", "a.cab")
+        self.expect_members("out")
+
+    @needs("7zz")
+    def test_7zz_reads_archives(self):
+        self.run_here(*QV, "pack", "in", "a")
+        self.run_here("7zz", "x", "-oout", "a.cab")
+        self.expect_members("out")
+
+    @needs("gcab")
+    def test_archives_of_gcab_are_read(self):
+        self.run_here("gcab", "-cz", "a.cab", *(os.path.join("in", name) for name in MEMBERS))
+        self.run_here(*QV, "unpack", "--no-manifest", "a.cab", "out")
+        self.expect_members("out")
+
+    @needs("convert")
+    def test_imagemagick_sees_converted_pictures_alike(self):
+        for source in ("rose:", "logo:", "-size 37x11 gradient:", "-size 19x5 xc:red -type Palette"):
+            self.run_here("convert", *source.split(), "in.bmp")
+            self.run_here(*QV, "bmp", "convert", "in.bmp", "out.bmp")
+            compared = self.run_here("compare", "-metric", "AE", "in.bmp", "out.bmp", "null:")
+            self.assertEqual(compared.stderr, b"0", source)
+
+
+if __name__ == "__main__":
+    unittest.main()
