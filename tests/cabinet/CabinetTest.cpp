@@ -2,6 +2,7 @@
 
 #include "platform/DosTime.h"
 #include "platform/Path.h"
+#include "platform/Text.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
@@ -58,7 +59,8 @@ TEST(Cabinet, LeavesMembersTheirBareNamesWithoutTheManifest) {
     reader.ReadCab(folder / "p.cab");
     const Tree out = ReadTree(folder.Native("out"));
     EXPECT_EQ(out.size(), 5u) << "one of the three of one name";
-    EXPECT_EQ(folder.Read("out/\xC3\xA4.txt"), "umlaut");
+    const bool hasUmlaut = !qv::platform::HasDriveLetters() || qv::platform::FromWide(u"\u00E4") != "?";
+    EXPECT_EQ(folder.Read("out/\xC3\xA4.txt"), hasUmlaut ? "umlaut" : "");
     EXPECT_THAT(out.at("same.txt"), ::testing::AnyOf("one", "two", std::string(100000, 'x') + "three"));
     const auto manifest =
         std::find_if(out.begin(), out.end(), [](const auto& item) { return item.first.starts_with("CabMan"); });

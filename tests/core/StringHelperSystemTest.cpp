@@ -6,6 +6,7 @@
 #include <set>
 
 #include "platform/Error.h"
+#include "platform/Text.h"
 #include "qvcommon/StringHelper.h"
 #include "tests/support/ScopedLocale.h"
 
@@ -58,7 +59,7 @@ TEST(StringSystem, LocaleDecidesMoneyAndLists) {
 }
 
 TEST(StringSystem, MoneyIsBounded) {
-    EXPECT_NE(CStringHelper::InternationalizeCurrency(1234.5).Find("234"), -1);
+    EXPECT_NE(CStringHelper::InternationalizeCurrency(1234.0).Find("234"), -1);
     EXPECT_EQ(CStringHelper::InternationalizeCurrency(1e300), "");
     EXPECT_EQ(CStringHelper::InternationalizeCurrency(std::numeric_limits<double>::infinity()), "");
     EXPECT_FALSE(CStringHelper::GetLocalCurrency().IsEmpty());
@@ -71,7 +72,8 @@ TEST(StringSystem, VersionResource) {
     EXPECT_EQ(CStringHelper::GetLanguageCodepage(file), kWindows ? 0x040904E4 : 0u);
     EXPECT_EQ(CStringHelper::GetFileVersionAsString(file), kWindows ? "1.2.3.65535" : "");
     EXPECT_EQ(CStringHelper::GetVersionString(file), kWindows ? "1.2 (third)" : "");
-    EXPECT_EQ(CStringHelper::GetVersionInfo(file, "CompanyName"), kWindows ? "Tests \xA9" : "");
+    EXPECT_EQ(CStringHelper::GetVersionInfo(file, "CompanyName"),
+              kWindows ? CString(qv::platform::FromWide(u"Tests \u00A9")) : "");
     EXPECT_EQ(CStringHelper::GetVersionInfo(file, "Absent"), "");
     EXPECT_EQ(CStringHelper::GetLanguageCodepage("no such file"), 0u);
     EXPECT_EQ(CStringHelper::GetFileVersionAsString("no such file"), "");

@@ -7,6 +7,7 @@
 #include "platform/Text.h"
 #include "qvcommon/XmlDomElement.h"
 #include "tests/support/ComCode.h"
+#include "tests/support/ScopedCodePage.h"
 #include "tests/support/ScopedLocale.h"
 
 namespace {
@@ -126,7 +127,7 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
         {"CR in text", put("a", "a\rb\r\nc"), true},
         {"undeclared prefix", set("u:k", "v"), false},
         {"undeclared prefix in a path", create("r/@u:k"), false},
-        {"multiplication sign", create(wide ? "r/@\xC3\x97" : "r/@u:k"), false},
+        {"multiplication sign", create(wide && !qv::platform::HasDriveLetters() ? "r/@\xC3\x97" : "r/@u:k"), false},
         {"too many steps", create(deep.c_str()), false},
         {"too high", [&](Root r) { CXmlHelper::AppendXml(r, high, 1); }, false},
         {"too high inside", [&](Root r) { CXmlHelper::SetXml(IXMLDOMElement(r.selectSingleNode("a")), lower); }, false},
@@ -226,7 +227,8 @@ TEST(XmlLimits, OfTheCodePageAreNotThoseOfNodes) {
                 has(root, "v[string-length(.)=2 and string-length(@t)=1]"));
     ASSERT_TRUE(again.load(document.save()));
     EXPECT_NE(document.save().find("\xCE\xA9\xE2\x88\x91"), std::string::npos) << document.save();
-    if (qv::platform::CurrentCodePage() == qv::platform::CodePage::Utf8) return;
+    const WesternCodePage western;
+    if (!western) GTEST_SKIP() << "the system has no code page 1252";
     EXPECT_EQ(root.get_xml(), "<r k=\"&#937;\"><v t=\"&#936;\">&#937;&#8721;</v></r>");
     CString bytes, back;
     for (int byte = 0x80; byte <= 0x9F; ++byte) bytes += static_cast<char>(byte);
