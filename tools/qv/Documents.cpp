@@ -47,13 +47,13 @@ bool IsStandardStream(const std::string& path) {
 std::string ReadDocument(const std::string& path) {
     if (IsStandardStream(path)) return AfxReadStandardInput().AsStd();
     CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyWrite);
-    std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+    // A pipe has no length, and a file may grow.
+    std::string bytes(static_cast<std::size_t>(file.GetLength()) + 1, '\0');
     std::size_t size = 0;
-    while (size < bytes.size()) {
+    for (UINT count = 1; count > 0; size += count) {
+        if (size == bytes.size()) bytes.resize(size + std::max(size, kPiece));
         const auto wanted = static_cast<UINT>(std::min<std::size_t>(bytes.size() - size, 1 << 30));
-        const UINT count = file.Read(bytes.data() + size, wanted);
-        if (count == 0) break;
-        size += count;
+        count = file.Read(bytes.data() + size, wanted);
     }
     bytes.resize(size);
     return bytes;
