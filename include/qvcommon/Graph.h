@@ -46,7 +46,7 @@ public:
 
     /// The heading; empty by default, and then the kind of chart is its name for screen readers.
     void SetTitle(const char* title) { m_title = title; }
-    /// What the chart shows, for screen readers. Without it the kind and the numbers of series and values are said.
+    /// What the chart shows, for screen readers. By default it names the kind of chart and the numbers of series and values.
     void SetDescription(const char* description) { m_description = description; }
     /// In pixels; 720 by 400 at first. A page that is narrower shrinks the picture.
     /// @throws CInvalidArgException* outside 160 to 4000 by 120 to 4000.
@@ -111,10 +111,10 @@ private:
 };
 
 /// A chart with two axes. Ticks are round numbers by the rule 1, 2, 5. Numbers have "," between thousands and "." before
-/// decimals; from a million on "M", "bn" and "tn" stand for 6, 9 and 12 zeros.
+/// decimals; from a million on "M", "bn" and "tn" mean 6, 9 and 12 zeros.
 class QVCOMMON_API CAxisGraph : public CGraph {
 public:
-    /// The y title stands above the axis, the x title below its right end; none without a text.
+    /// The y title is above the axis, the x title below its right end. An empty text draws no title.
     void SetAxisTitles(const char* x, const char* y) {
         m_xTitle = x;
         m_yTitle = y;
@@ -169,7 +169,7 @@ private:
     int m_mostSlices = 8;
 };
 
-/// A chart whose values stand at x values, which are numbers or dates. A series without x values stands at 1, 2, ….
+/// A chart whose values have x values, which are numbers or dates. Those of a series without x values are 1, 2, ….
 class QVCOMMON_API CPointGraph : public CAxisGraph {
 public:
     using CGraph::AddSeries;
@@ -178,7 +178,7 @@ public:
     /// Dates are local times, as COleDateTime is; one that is not valid makes its value a missing one. The x axis becomes
     /// one of dates, for all series.
     int AddSeries(std::string_view name, std::span<const COleDateTime> dates, std::vector<double> y);
-    /// Makes the x values days, as COleDateTime counts them. Ticks stand at round local times: seconds to hours, days,
+    /// Makes the x values days, as COleDateTime counts them. Ticks are at round local times: seconds to hours, days,
     /// weeks from Monday, months, years; the axis is even in the time that clocks show. Names of months are those of the
     /// current C locale.
     void SetDates(bool dates) { m_dates = dates; }
@@ -226,7 +226,7 @@ private:
 };
 
 /// Several charts in one picture, in rows, with one legend: a name has the same colour in all of them. The sizes, ids and
-/// descriptions of the charts themselves do not count; their titles stand above each.
+/// descriptions of the charts themselves do not count; their titles are above each.
 class QVCOMMON_API CGraphManager {
 public:
     CGraphManager();
