@@ -66,5 +66,6 @@
 #include "qvcommon/framework/Synchronization.h"
 #include "qvcommon/framework/Time.h"
 #include "qvcommon/framework/Types.h"
+#include "qvcommon/framework/Utf8.h"
 #include "qvcommon/framework/WinApp.h"
 #include "qvcommon/framework/Window.h"

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "platform/IniText.h"
+#include "qvcommon/framework/Utf8.h"
 #include "tests/support/Child.h"
 #include "tests/support/ScopedProfile.h"
 
@@ -53,6 +54,7 @@ TEST(IniText, GivesBackWhatItTook) {
 
 TEST(WinApp, KeepsTextsInTheProfile) {
     const TempFolder folder;
+    const CString accents = QvFromUtf8("\xC3\xA9t\xC3\xA9 \\ \"x\"");
     for (const char* const company : {"", "QvCommon/Tests"}) {
         ScopedProfile app(folder.Native().string());
         if (*company) app.SetRegistryKey(company);
@@ -60,7 +62,7 @@ TEST(WinApp, KeepsTextsInTheProfile) {
         const CString fresh = std::to_string(std::random_device()());
         EXPECT_EQ(app.GetProfileString("Section", fresh), "");
         EXPECT_EQ(app.GetProfileString("Section", fresh, "none"), "none");
-        for (const char* const value : {"a,b=c;[d]", "", "\xE9t\xE9 \\ \"x\"", "last"}) {
+        for (const CString& value : {CString("a,b=c;[d]"), CString(), accents, CString("last")}) {
             EXPECT_TRUE(app.WriteProfileString("Section", fresh, value));
             EXPECT_EQ(app.GetProfileString("SECTION", fresh, "none"), value);
         }

@@ -5,6 +5,7 @@
 #include "platform/Utf8.h"
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/DateTime.h"
+#include "qvcommon/framework/Utf8.h"
 #include "tests/support/ScopedCodePage.h"
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/Utf8Locale.h"
@@ -98,6 +99,24 @@ TEST(Text, FollowsTheChosenCodePage) {
 }
 
 // The C library reads and writes in its locale's set, whatever the page.
+TEST(Text, GoesToUtf8AndBack) {
+    struct Row {
+        int codePage;
+        const char *text, *utf8, *back;
+    };
+    for (const Row& row : {Row{1252, "a\xE4\x80", "a\xC3\xA4\xE2\x82\xAC", "a\xE4\x80"},
+                           Row{932, "\x83\x5C|", "\xE3\x82\xBD|", "\x83\x5C|"},
+                           Row{65001, "\xE3\x82\xBD\xFF", "\xE3\x82\xBD\xFF", "\xE3\x82\xBD?"}}) {
+        const ScopedCodePage page(row.codePage);
+        if (!page) continue;
+        EXPECT_EQ(QvToUtf8(row.text), row.utf8);
+        EXPECT_EQ(QvFromUtf8(row.utf8), row.back);
+    }
+    const WesternCodePage western;
+    if (!western) GTEST_SKIP() << "the system has no code page 1252";
+    EXPECT_EQ(QvFromUtf8("\xE2\x88\x9E\xEF\xBC\xA1"), "??");  // infinity and a full-width A
+}
+
 TEST(Text, TheLocalesTextsComeInTheCodePage) {
     const ScopedLocale german("de_DE.UTF-8");
     const WesternCodePage western;

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "platform/Path.h"
 #include "qvcommon/HtmlWriter.h"
+#include "qvcommon/framework/Utf8.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
 
@@ -55,7 +57,9 @@ protected:
 };
 
 TEST_F(ReportCommand, LinksEveryFileInOrder) {
-    const std::string odd = "b #%&'+;=@\xC3\xA0\xC3\xA9.txt";
+    // Two letters that western code pages hold, as far as this one does.
+    const bool isWestern = !qv::platform::HasDriveLetters() || QvToUtf8(QvFromUtf8("\xC3\xA0")) == "\xC3\xA0";
+    const std::string letters = isWestern ? "\xC3\xA0\xC3\xA9" : "xx", odd = "b #%&'+;=@" + letters + ".txt";
     for (const std::string name :
          {"in/C.txt", "in/a.txt", "in/Sub/x.PNG", "in/Sub/deep/y", "in/sibling/z", "in/.git/config"})
         Make(name);
@@ -66,7 +70,7 @@ TEST_F(ReportCommand, LinksEveryFileInOrder) {
                                                "../in/Sub/x.PNG", "../in/Sub/x.PNG", "../in/Sub/deep/y"}));
     for (const std::string& file : files) EXPECT_TRUE(fs::exists(m_folder.Native("out") / FromUtf8(file))) << file;
     EXPECT_NE(page.find("<title>T&amp;T</title>"), page.npos);
-    EXPECT_NE(page.find("b #%&amp;'+;=@\xC3\xA0\xC3\xA9.txt</A>"), page.npos);
+    EXPECT_NE(page.find("b #%&amp;'+;=@" + letters + ".txt</A>"), page.npos);
     EXPECT_NE(page.find("6 files in 4 folders &middot; 30 bytes (30 bytes)"), page.npos);
     EXPECT_NE(page.find(">CBF53A1C<"), page.npos);  // of "12345"
     EXPECT_NE(page.find("#left-out\">1 left out<"), page.npos);

@@ -1,8 +1,7 @@
 #include "tools/qv/Utf8Path.h"
 
-#include <cstdlib>
-
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/framework/Utf8.h"
 #include "tools/qv/Command.h"
 
 namespace qv::tool {
@@ -16,11 +15,9 @@ Text NativeText(const std::string& argument) {
     if constexpr (std::is_same_v<Text, std::string>) {
         return argument;
     } else {
-        Text wide(argument.size(), 0);
-        const std::size_t length = std::mbstowcs(wide.data(), argument.c_str(), wide.size());
-        if (length == static_cast<std::size_t>(-1)) throw Failed(argument + ": not a text of this code page");
-        wide.resize(length);
-        return wide;
+        const std::string utf8 = QvToUtf8(argument).AsStd();
+        if (QvFromUtf8(utf8).AsStd() != argument) throw Failed(argument + ": not a text of this code page");
+        return fs::path(std::u8string(utf8.begin(), utf8.end())).native();
     }
 }
 
@@ -29,13 +26,8 @@ std::string Narrow(const Text& native) {
     if constexpr (std::is_same_v<Text, std::string>) {
         return native;
     } else {
-        std::string text;
-        for (const auto c : native) {
-            char bytes[16];
-            const int length = std::wctomb(bytes, c);
-            text.append(length > 0 ? bytes : "?", length > 0 ? static_cast<std::size_t>(length) : 1);
-        }
-        return text;
+        const auto utf8 = fs::path(native).u8string();
+        return QvFromUtf8(std::string(utf8.begin(), utf8.end())).AsStd();
     }
 }
 

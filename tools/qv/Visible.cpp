@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
-#include <clocale>
 #include <cstdio>
-#include <cwchar>
 #include <string>
 
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/StandardStreams.h"
+#include "qvcommon/framework/Utf8.h"
 #include "tools/qv/Progress.h"
 #include "tools/qv/Utf8Text.h"
 
@@ -74,13 +73,10 @@ std::string VisibleUtf8(std::string_view text, Special special) {
     return visible;
 }
 
-// Whether the locale's texts are UTF-8, which they are without one.
+// Whether texts are UTF-8, the terminal's as well.
 bool SpeaksUtf8() {
-    const std::string locale = std::setlocale(LC_CTYPE, nullptr);
-    if (locale == "C" || locale == "POSIX") return true;
-    std::mbstate_t state{};
-    wchar_t character = 0;
-    return std::mbrtowc(&character, "\xE2\x82\xAC", 3, &state) == 3 && character == 0x20AC;
+    constexpr std::string_view kEuro = "\xE2\x82\xAC";
+    return QvToUtf8(kEuro) == kEuro;
 }
 
 }  // namespace
