@@ -43,7 +43,7 @@ inline std::set<std::string> AllNames() {
 /// What names may hold on Windows: all that the code page holds, but for what the system keeps to itself.
 inline std::set<std::string> NamesOfTheCodePage() {
     std::set<std::string> names = {std::string(255, 'n'),
-                                   std::string(200, 'd') + "\\" + std::string(200, 'e') + "\\x",
+                                   std::string(90, 'd') + "\\" + std::string(90, 'e') + "\\x",
                                    "d\\e\\x",
                                    " x",
                                    "...x",
