@@ -5,7 +5,7 @@
 namespace qv::charts {
 
 /// Days since the epoch of COleDateTime on an even scale, on which negative dates run forwards too; missing for a date that
-/// is none.
+/// is not valid.
 double EvenDays(double date);
 
 /// Makes a range of a single date, or none, wide enough for an axis.

@@ -31,7 +31,7 @@ public:
     int Pattern(std::size_t key) const { return (m_numbers[key] % kColours + m_numbers[key] / kColours) % kPatterns; }
     /// Whether there is a legend outside of the chart.
     bool AreShared() const { return m_shared; }
-    /// One that stands alone needs no pattern.
+    /// A single key needs no pattern.
     bool HavePatterns() const { return m_shared || m_numbers.size() > 1; }
 
     std::string FillClass(std::size_t key) const { return "f" + std::to_string(Colour(key)); }

@@ -47,8 +47,8 @@ public:
     virtual void CreateNewCab();
     /// Adds the list as a member called "CabMan", six capital letters and ".xml": a "MANIFEST" of "ITEM"s, one a line.
     /// The list stands for a moment in a file of that name in the system's temporary folder; such files that are more than
-    /// a day old, left by programs that were killed, are deleted there. On Linux SIGHUP,
-    /// SIGINT, SIGQUIT and SIGTERM wait for the calling thread until the file is gone again.
+    /// a day old, left by programs that were killed, are deleted there. On Linux SIGHUP, SIGINT, SIGQUIT and SIGTERM are
+    /// blocked in the calling thread until that file is deleted.
     /// @throws CVorbexException*, and CFileException* when the list cannot be brought into a temporary file.
     virtual void AddManifest(const CStringArray& entries);
     /// Adds a file under its bare name. Names beyond ASCII are stored in UTF-8 and marked so. Its time is stored as local

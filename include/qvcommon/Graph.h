@@ -209,7 +209,7 @@ private:
     bool m_stacked = false;
 };
 
-/// A mark for each point, in a shape of the series' own. From 5000 points of a series on, one mark stands for all in a
+/// A mark for each point, in a shape of the series' own. From 5000 points of a series on, one mark represents all in a
 /// square of 2 pixels; the least and greatest value of each column of pixels keep their own.
 class QVCOMMON_API CScatterGraph : public CPointGraph {
 public:

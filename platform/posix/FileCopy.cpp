@@ -14,7 +14,7 @@ namespace {
 constexpr off_t kSmallFile = 64 * 1024;
 constexpr std::size_t kBufferSize = 64 * 1024;
 constexpr std::size_t kLargestStep = 1 << 30;
-/// Where someone hears of them.
+/// The largest step when copied bytes are reported.
 constexpr std::size_t kObservedStep = 16 << 20;
 
 /// Copies through memory from the files' positions, at most `length` bytes.

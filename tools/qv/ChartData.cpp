@@ -111,7 +111,7 @@ private:
     void ReadNames(const Record& record) {
         m_names = record.fields;
         const std::size_t count = record.fields.AsStd().size() - 1;
-        if (count == 0) throw FailedAt(record.line, 1, "there is no column of values behind the first one");
+        if (count == 0) throw FailedAt(record.line, 1, "there is no column of values after the first one");
         if (count > kMostSeries)
             throw FailedAt(record.line, kMostSeries + 2, "there are more than 48 columns of values");
         m_values.resize(count);

@@ -17,7 +17,7 @@ struct ChartOptions {
 };
 
 /// The chart of a text: its first record has the names of the series, the first field of each other record a label or the x
-/// value, the fields behind it the values of the series. An empty field, "NA" and "NaN" are missing values; empty lines
+/// value, the fields after it the values of the series. An empty field, "NA" and "NaN" are missing values; empty lines
 /// are skipped, and so is a byte order mark. Memory and time grow in line with the text.
 /// @throws Failed with the line and column of what cannot be read; "column" counts fields from 1.
 CString ChartOf(std::string_view csv, const ChartOptions& options);

@@ -67,7 +67,7 @@ and "description".
 .B qv watch
 "folder", "time".
 .SH NOTES
-Paths may use the system's separator or a backslash. A file that is called - is ./- where - stands for a standard stream. Long work shows its progress when standard error is a terminal.
+Paths may use the system's separator or a backslash. A file that is called - is ./- where - means a standard stream. Long work shows its progress when standard error is a terminal.
 .SH SEE ALSO
 .BR find (1),
 .BR cabextract (1),
