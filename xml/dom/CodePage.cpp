@@ -2,7 +2,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/Text.h"
-#include "platform/Utf8.h"
+#include "qvcommon/framework/Utf8.h"
 
 namespace qv::dom {
 namespace {
@@ -17,14 +17,14 @@ std::size_t FindControl(std::string_view utf8, std::size_t from) {
 }
 
 std::string Converted(std::string_view utf8) {
-    return platform::FromWide(platform::Utf8ToWide(utf8));
+    return QvFromUtf8(utf8).AsStd();
 }
 
 }  // namespace
 
 std::string ToUtf8(std::string_view text) {
     if (ascii::IsAscii(text) || CodePageHoldsAll()) return std::string(text);
-    return platform::WideToUtf8(platform::ToWide(text));
+    return QvToUtf8(text).AsStd();
 }
 
 std::string ToCodePage(std::string_view utf8) {
