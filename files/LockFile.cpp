@@ -8,6 +8,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/FileStatus.h"
 #include "platform/Process.h"
+#include "platform/RemovalWatch.h"
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
 
@@ -38,6 +39,18 @@ void IgnoringFailure(Action action) {
         error->Delete();
     } catch (const std::bad_alloc&) {
     }
+}
+
+/// Returns after the pause, and sooner where the system reports that the lock file was removed. Short pauses are not worth
+/// a watch.
+void WaitForRelease(const CString& lockFile, std::chrono::nanoseconds pause) {
+    constexpr std::chrono::milliseconds kWorthWatching{8};
+    const auto watch =
+        pause < kWorthWatching || !qv::platform::IsRealTime() ? nullptr : qv::platform::RemovalWatch::Open(lockFile);
+    if (watch)
+        watch->WaitFor(std::chrono::ceil<std::chrono::milliseconds>(pause));
+    else
+        qv::platform::Sleep(pause);
 }
 
 }  // namespace
@@ -122,7 +135,7 @@ bool CLockFile::LockFor(UINT patience, ILockObserver* observer) {
         if (observer && !observer->OnLockHeld(m_lockedBy, m_lockedSince)) break;
         const auto left = end - qv::platform::SteadyNow();
         if (left <= left.zero()) break;
-        qv::platform::Sleep(std::min<std::chrono::nanoseconds>(pause, left));
+        WaitForRelease(m_path, std::min<std::chrono::nanoseconds>(pause, left));
     }
     return m_locked;
 }

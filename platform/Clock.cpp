@@ -23,6 +23,10 @@ IClock* SetClock(IClock* clock) {
     return before == &g_realClock ? nullptr : before;
 }
 
+bool IsRealTime() {
+    return g_clock.load() == &g_realClock;
+}
+
 std::int64_t SecondsNow() {
     return std::chrono::floor<std::chrono::seconds>(g_clock.load()->Now()).time_since_epoch().count();
 }

@@ -21,6 +21,8 @@ public:
 /// outlive the call that replaces it. Safe from any thread.
 IClock* SetClock(IClock* clock);
 
+/// Whether the real clock is in force, so that waiting for the system takes the time that it says.
+bool IsRealTime();
 /// Seconds since 1970 UTC.
 std::int64_t SecondsNow();
 std::chrono::steady_clock::time_point SteadyNow();

@@ -69,7 +69,8 @@ public:
     /// Tries once, without any pause. Result and failure as for Lock.
     bool TryLock();
     /// Tries until the lock is held, `patience` milliseconds have passed, or the observer gives up. Between two tries it
-    /// waits 1 ms at first and 250 ms at most. Like Lock it ends at once after a cause that does not pass by waiting, such
+    /// waits 1 ms at first and 250 ms at most, less where the system reports the release at once (all but that of another
+    /// machine or a killed holder). Like Lock it ends at once after a cause that does not pass by waiting, such
     /// as invalidFile where the file system cannot lock. Result and failure as for Lock.
     /// @param observer  not owned, may be null
     bool LockFor(UINT patience, ILockObserver* observer = nullptr);

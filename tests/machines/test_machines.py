@@ -1,6 +1,10 @@
 """Locks, logs and documents that two machines share. QV_ROUNDS=N takes the lock N times on each of four programs."""
 
+import collections
+import contextlib
 import os
+import random
+import signal
 import subprocess
 import threading
 import unittest
@@ -10,8 +14,10 @@ from two_machines import TwoMachines, reason_against
 QV = os.path.join(os.environ["QV_BIN"], "qv")
 ROUNDS = int(os.environ.get("QV_ROUNDS", 25))
 
-# Holds the lock for a moment. The folder that it makes is on the server: who finds it there is not alone.
-HOLD = "mkdir {0} 2> /dev/null || {{ echo shared; exit 0; }}; rmdir {0}; echo alone"
+# What the holder of the lock runs. The mark is a file of the host that both machines see: its own lock, which is not under
+# test, ends with the process and shows whether another holder is there.
+HOLD = "exec 0<> {}; flock -n 0 || {{ echo shared; exit 0; }}; echo alone"
+KILLED_OF = 8
 
 
 @unittest.skipIf(reason_against(), reason_against())
@@ -44,17 +50,37 @@ class Machines(unittest.TestCase):
         self.assertEqual(checked.returncode, 0, checked.stdout)
         self.assertIn("fuse.glusterfs", checked.stdout)
 
-    def test_a_lock_has_one_holder(self):
-        answers = []
+    def hold(self, machine, command, *options):
+        return subprocess.Popen([*self.machines.on(machine), QV, "lock", *options, self.machines.path(machine, "plan.doc"),
+                                 "--", "sh", "-c", command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                                start_new_session=True)
 
-        def take(machine, _):
+    def test_a_lock_has_one_holder_whoever_is_killed(self):
+        answers = collections.Counter()
+        mark = self.machines.root / "mark"
+
+        def take(machine, number):
+            chance = random.Random(number)
             for _ in range(ROUNDS):
-                document, mark = (self.machines.path(machine, name) for name in ("plan.doc", "mark"))
-                took = self.qv(machine, "lock", "--wait", "60", document, "--", "sh", "-c", HOLD.format(mark))
-                answers.append(took.stdout.strip() or took.stderr.strip())
+                holder = self.hold(machine, HOLD.format(mark), "--wait", "60")
+                killed = chance.randrange(KILLED_OF) == 0
+                if killed:
+                    self.kill_soon(holder, chance)
+                answer = holder.communicate(timeout=120)[0].strip()
+                answers["killed" if killed and answer in ("", "alone") else answer] += 1
 
         self.on_both(take)
-        self.assertEqual(answers, ["alone"] * (4 * ROUNDS))
+        print("lock rounds:", dict(answers))
+        self.assertEqual(set(answers), {"alone", "killed"})
+        self.assertGreaterEqual(answers["alone"] + answers["killed"], 4 * ROUNDS)
+
+    @staticmethod
+    def kill_soon(holder, chance):
+        """Kills the tool alone, whose command goes on and keeps the lock, or both."""
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            holder.wait(chance.uniform(0, 0.1))
+        with contextlib.suppress(ProcessLookupError):
+            (os.killpg if chance.randrange(2) else os.kill)(holder.pid, signal.SIGKILL)
 
     def test_a_log_has_every_line(self):
         failures = []

@@ -13,6 +13,7 @@
 #include "platform/MessageWindow.h"
 #include "platform/Path.h"
 #include "platform/Process.h"
+#include "platform/RemovalWatch.h"
 #include "platform/Time.h"
 #include "platform/User.h"
 #include "platform/Volume.h"
@@ -47,6 +48,19 @@ TEST(SystemContracts, PathsGoThereAndBack) {
     EXPECT_NE(CurrentFolder(), before);
     ChangeFolder(before);
     EXPECT_EQ(CurrentFolder(), before);
+}
+
+// A wait that misses the removal lasts until the watchdog ends the test.
+TEST(SystemContracts, TheRemovalOfAnOpenFileEndsTheWait) {
+    const TempFolder folder;
+    folder.Write("lock", "");
+    EXPECT_EQ(RemovalWatch::Open(folder / "none\\lock"), nullptr);
+    const auto watch = RemovalWatch::Open(folder / "lock");
+    ASSERT_NE(watch, nullptr);
+    CFile file;
+    ASSERT_TRUE(file.Open(folder / "lock", CFile::modeRead | CFile::shareDenyNone));
+    ASSERT_TRUE(file.CloseAndRemove());
+    watch->WaitFor(std::chrono::hours(1));
 }
 
 TEST(SystemContracts, ProcessesTalkAndAnswer) {
