@@ -12,13 +12,13 @@
 // style        the list's style class, or a node's
 // remembers    whether the window remembers which branches were opened and closed, for all pages of the folder
 // plain        no pictures on the top level
-// text         shown as it is: no markup
+// text         shown as it is: no markup; what follows a tab is a note beside it, a size for instance
 // link         may be empty
 // isOpen       whether a branch is open at first, as are those that lead to the current page
 // folds        whether the branch can be opened and closed
 //
 // Branches are drawn when they are opened for the first time, so that large trees open at once. The arrow keys, Home, End,
-// Enter and Space work as in any tree.
+// Enter and Space work as in any tree, and letters lead to the next text that begins with them.
 (function () {
   "use strict";
 
@@ -38,7 +38,9 @@
   // ---- A node
 
   function TreeNode(text, picture, link, isOpen, folds, style, target, openPicture) {
-    this.text = text;
+    var tab = text.indexOf("\t");
+    this.text = tab < 0 ? text : text.slice(0, tab);
+    this.note = tab < 0 ? "" : text.slice(tab + 1);
     this.picture = picture;
     this.openPicture = openPicture || picture;
     this.link = link;
@@ -84,6 +86,7 @@
   TreeNode.prototype.drawText = function (row, menu) {
     var text = element(this.link ? "a" : "span", this.style, row);
     text.textContent = this.text;
+    if (this.note) element("small", "treeMenuNote", row).textContent = this.note;
     if (!this.link) return;
     text.href = this.link;
     text.target = this.target || menu.target;
@@ -211,9 +214,23 @@
         if (link) link.click();
         else node.setOpen(!node.isOpen);
         break;
-      default: return;
+      default:
+        if (event.key.length !== 1) return;
+        this.type(event.key, items, place);
     }
     event.preventDefault();
+  };
+
+  // Letters that follow each other soon are the beginning of a text; one letter again and again leads through all that have it.
+  TreeMenu.prototype.type = function (letter, items, place) {
+    var now = Date.now(), isNew = now - (this.typedAt || 0) > 700;
+    this.typedAt = now;
+    this.typed = (isNew ? "" : this.typed) + letter.toLowerCase();
+    var isOne = this.typed.split(this.typed[0]).join("") === "", wanted = isOne ? this.typed[0] : this.typed;
+    for (var i = 0; i < items.length; i++) {
+      var item = items[(place + i + (isOne ? 1 : 0)) % items.length];
+      if (item.treeNode.text.toLowerCase().lastIndexOf(wanted, 0) === 0) return this.focusOn(item);
+    }
   };
 
   window.TreeMenu = TreeMenu;

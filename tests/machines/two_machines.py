@@ -7,6 +7,8 @@ import subprocess
 import tempfile
 import time
 
+# Options of the volume, "name=value" each, that are not its defaults.
+OPTIONS = os.environ.get("QV_VOLUME_OPTIONS", "").split()
 SERVER = "10.77.0.1"
 VOLUME = "qvmachines"
 
@@ -57,6 +59,8 @@ class TwoMachines:
         create = ("gluster", "--mode=script", "volume", "create", VOLUME, f"{SERVER}:{brick}", "force")
         self._retry(create)
         self.undo.append(("gluster", "--mode=script", "volume", "delete", VOLUME))
+        for option in OPTIONS:
+            run("gluster", "--mode=script", "volume", "set", VOLUME, *option.split("=", 1))
         self._do(("gluster", "--mode=script", "volume", "start", VOLUME),
                  ("gluster", "--mode=script", "volume", "stop", VOLUME, "force"))
 

@@ -26,17 +26,25 @@ fs::path FromUtf8(const std::string& text) {
     return std::u8string(text.begin(), text.end());
 }
 
-// The files that the page's links lead to, as paths from the page, but for its own parts and orders; pictures stand twice, before
-// the files of their folder.
+// The files that links of a part of a page lead to, as paths from the page.
 std::vector<std::string> LinkedFiles(const std::string& html) {
     const CHtmlDocument page(html);
     std::vector<std::string> files;
     for (int i = 0; i < page.GetElementCount(); ++i) {
         const std::string address = page.GetAddress(i, "href").AsStd();
-        if (page.GetTag(i) == "a" && !address.starts_with("by-") && !address.starts_with('#'))
-            files.push_back(PercentDecoded(address));
+        if (page.GetTag(i) == "a" && !address.starts_with('#')) files.push_back(PercentDecoded(address));
     }
     return files;
+}
+
+// What is between two texts of a page.
+std::string Part(const std::string& page, const std::string& begin, const std::string& end) {
+    const std::size_t at = page.find(begin);
+    return at == page.npos ? "" : page.substr(at, page.find(end, at) - at);
+}
+
+std::string Sections(const std::string& page) {
+    return Part(page, "id=\"folders\"", "</main>");
 }
 
 class ReportCommand : public testing::Test {
@@ -65,38 +73,39 @@ TEST_F(ReportCommand, LinksEveryFileInOrder) {
         Make(name);
     Make("in/" + odd);
     const std::string page = Report({"--title", "T&T"});
-    const std::vector<std::string> files = LinkedFiles(page);
+    const std::vector<std::string> files = LinkedFiles(Sections(page));
     EXPECT_EQ(files, (std::vector<std::string>{"../in/a.txt", "../in/" + odd, "../in/C.txt", "../in/sibling/z",
-                                               "../in/Sub/x.PNG", "../in/Sub/x.PNG", "../in/Sub/deep/y"}));
+                                               "../in/Sub/x.PNG", "../in/Sub/deep/y"}));
     for (const std::string& file : files) EXPECT_TRUE(fs::exists(m_folder.Native("out") / FromUtf8(file))) << file;
     EXPECT_NE(page.find("<title>T&amp;T</title>"), page.npos);
-    EXPECT_NE(page.find("b #%&amp;'+;=@" + letters + ".txt</A>"), page.npos);
+    EXPECT_NE(page.find("b #%&amp;'+;=@" + letters + ".txt</a>"), page.npos);
     EXPECT_NE(page.find("6 files in 4 folders &middot; 30 bytes (30 bytes)"), page.npos);
-    EXPECT_NE(page.find(">CBF53A1C<"), page.npos);  // of "12345"
+    EXPECT_NE(page.find("<td>CBF53A1C\n"), page.npos);  // of "12345"
     EXPECT_NE(page.find("#left-out\">1 left out<"), page.npos);
-    EXPECT_NE(page.find("<td>.git</td>"), page.npos);
-    for (const char* const asset : {"report.css", "qvcommon.css", "TreeMenu.js", "open.gif"})
+    EXPECT_NE(page.find("<td>.git<td>"), page.npos);
+    for (const char* const asset : {"report.css", "report.js", "qvcommon.css", "TreeMenu.js", "open.gif"})
         EXPECT_TRUE(fs::exists(m_folder.Native("out/report-files") / asset)) << asset;
 }
 
-TEST_F(ReportCommand, HasAPageForEachOrder) {
-    for (const auto& [name, size, age] : {std::tuple{"a", 3, 2}, {"b", 9, 3}, {"c", 3, 1}}) {
+TEST_F(ReportCommand, BeginsWithWhatIsLargestAndLatest) {
+    for (const auto& [name, size, day] :
+         {std::tuple{"a", 3000, 2}, {"sub/b", 9000, 3}, {"c.txt", 3000, 1}, {"d.txt", 0, 70}}) {
         Make(std::string("in/") + name);
         const fs::path path = m_folder.Native("in") / name;
         fs::resize_file(path, static_cast<std::uintmax_t>(size));
-        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(age));
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(24 * day));
     }
-    const std::pair<const char*, const char*> pages[] = {
-        {"index.html", "abc"}, {"by-size.html", "bac"}, {"by-date.html", "cab"}};
-    Report();
-    for (const auto& [page, order] : pages) {
-        std::string found;
-        for (const std::string& file : LinkedFiles(m_folder.Read(std::string("out/") + page))) {
-            if (file == "index.html") continue;  // a link to the first order
-            found += file.substr(file.rfind('/') + 1);
-        }
-        EXPECT_EQ(found, order) << page;
-    }
+    fs::last_write_time(m_folder.Native("in/d.txt"), fs::file_time_type::clock::now() + std::chrono::hours(24 * 365));
+    const std::string page = Report();
+    const std::string largest = Part(page, "Largest files", "</table>"),
+                      latest = Part(page, "Latest files", "</table>");
+    EXPECT_EQ(LinkedFiles(largest), (std::vector<std::string>{"../in/sub/b", "../in/a", "../in/c.txt", "../in/d.txt"}));
+    EXPECT_EQ(LinkedFiles(latest), (std::vector<std::string>{"../in/d.txt", "../in/c.txt", "../in/a", "../in/sub/b"}));
+    EXPECT_NE(Part(page, "Largest folders", "</table>").find("sub</a><td>1<td>8.8 KB"), page.npos);
+    for (const char* const chart : {"Size by kind", "Size by folder", "Files by the day of their last change"})
+        EXPECT_NE(page.find(std::string(">") + chart + "<"), page.npos) << chart;
+    EXPECT_EQ(Part(page, "Files by the day", "</svg>").find("2027"), page.npos);  // a clock that went wrong
+    EXPECT_NE(page.find("<td data-v=9000>8.8 KB<td data-v="), page.npos);
 }
 
 TEST_F(ReportCommand, LeavesItselfOut) {
@@ -105,7 +114,7 @@ TEST_F(ReportCommand, LeavesItselfOut) {
             Make(folder + "/a");
             const std::string output = folder == "in" ? "in" : "other/report";
             ASSERT_EQ(ToolStatus({"report", m_folder / folder, "-o", m_folder / output}), 0);
-            EXPECT_EQ(LinkedFiles(m_folder.Read(output + "/index.html")).size(), 1u) << output;
+            EXPECT_EQ(LinkedFiles(Sections(m_folder.Read(output + "/index.html"))).size(), 1u) << output;
         }
 }
 

@@ -6,15 +6,13 @@
 #include "tools/qv/Commands.h"
 #include "tools/qv/LeftOuts.h"
 #include "tools/qv/Utf8Path.h"
+#include "tools/qv/report/ReportAssets.h"
 #include "tools/qv/report/ReportPage.h"
-#include "tools/qv/report/StyleSheet.h"
 
 namespace qv::tool {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr FileOrder kOrders[] = {FileOrder::Name, FileOrder::Size, FileOrder::Date};
 
 struct Options {
     std::string folder, output, title;
@@ -46,9 +44,7 @@ CString LinkPrefix(const fs::path& folder, const fs::path& output) {
 
 // The paths that the report leaves out: its own.
 std::vector<fs::path> OwnPaths(const fs::path& output) {
-    std::vector<fs::path> paths{output, output / ReportPage::kAssetFolder};
-    for (const FileOrder order : kOrders) paths.push_back(output / ReportPage::NameOf(order));
-    return paths;
+    return {output, output / ReportPage::kAssetFolder, output / ReportPage::kFileName};
 }
 
 void WriteAssets(const fs::path& output, const CString& outputName) {
@@ -56,9 +52,11 @@ void WriteAssets(const fs::path& output, const CString& outputName) {
     std::error_code failed;
     fs::create_directory(output / ReportPage::kAssetFolder, failed);
     CHtmlAssets::CopyTo(folder);
-    CFile file(folder + ReportPage::kStyleSheet, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
-    file.Write(kStyleSheet.data(), static_cast<UINT>(kStyleSheet.size()));
-    file.Close();
+    for (const auto& [name, text] : ReportAssets()) {
+        CFile file(folder + name, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
+        file.Write(text.data(), static_cast<UINT>(text.size()));
+        file.Close();
+    }
 }
 
 FolderTree ReadTree(const fs::path& folder, const fs::path& output, ILeftOut& leftOut) {
@@ -75,17 +73,14 @@ void WriteReport(const Options& options) {
     const std::string name = Utf8(folder.filename());
     const ReportHeader header{.title = options.title.empty() ? "Report of " + name : Utf8FromArgument(options.title),
                               .folder = Utf8(folder),
-                              .written = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now())};
-    const CString outputName = CString(options.output) + "\\", menu = FolderMenu(tree.folders, name);
+                              .written = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()),
+                              .linkPrefix = LinkPrefix(folder, output)};
+    const CString outputName = CString(options.output) + "\\";
     WriteAssets(output, outputName);
-    std::vector<FolderRows> rows = MakeRows(tree.folders, LinkPrefix(folder, output));
-    for (const FileOrder order : kOrders) {
-        for (FolderRows& folderRows : rows) Sort(folderRows, order);
-        ReportPage page(header, tree.leftOut, order);
-        page.SetFilename(outputName + ReportPage::NameOf(order));
-        page.Write(rows, menu);
-        page.CommitFile();
-    }
+    ReportPage page(header, tree);
+    page.SetFilename(outputName + ReportPage::kFileName);
+    page.Write();
+    page.CommitFile();
     leftOuts.Check();
 }
 

@@ -1,14 +1,17 @@
 #include "tools/qv/report/ReportPage.h"
 
-#include <algorithm>
-
 #include "qvcommon/HtmlTreeMenu.h"
-#include "qvcommon/NavBar.h"
 #include "tools/qv/Utf8Path.h"
-#include "tools/qv/report/SectionScript.h"
+#include "tools/qv/Visible.h"
+#include "tools/qv/report/FileRow.h"
+#include "tools/qv/report/OverviewCharts.h"
+#include "tools/qv/report/ReportAssets.h"
 
 namespace qv::tool {
 namespace {
+
+constexpr const char* kTableHead =
+    "<table class=\"files\"><thead><tr><th>Name<th>Kind<th>Size<th>Changed<th>CRC-32<tbody>";
 
 CString FolderId(std::size_t index) {
     return "folder-" + CString(std::to_string(index));
@@ -22,30 +25,22 @@ CString Summary(const FolderTotals& totals) {
     return Counted(totals.files, "file") + ", " + Size(totals.bytes);
 }
 
-}  // namespace
-
-CString FolderMenu(const std::vector<FolderEntry>& folders, const std::string& rootName) {
-    CHtmlTreeBuilder menu;
-    std::vector<CHtmlTreeNode*> way{&menu};
-    for (std::size_t i = 0; i < folders.size(); ++i) {
-        const FolderEntry& folder = folders[i];
-        const CString link = folder.files.empty() ? CString() : "#" + FolderId(i);
-        way.resize(static_cast<std::size_t>(folder.depth) + 1);
-        const std::string name = folder.path.empty() ? rootName : LastName(folder.path);
-        // What leads to the selected node is open at first: the outermost folder.
-        way.push_back(way.back()->AddNode(new CHtmlTreeNode(CHtmlWriter::CleanScriptUtf8(VisibleOnPage(name)),
-                                                            (CString(ReportPage::kAssetFolder) + "/folder.gif"), link,
-                                                            folder.path.empty())));
-    }
-    return menu.GetHtml();
+bool HasSection(const FolderEntry& folder) {
+    return !folder.files.empty() || !folder.isReadable;
 }
 
-const char* ReportPage::NameOf(FileOrder order) {
-    switch (order) {
-        case FileOrder::Size: return "by-size.html";
-        case FileOrder::Date: return "by-date.html";
-        default: return "index.html";
-    }
+}  // namespace
+
+ReportPage::ReportPage(const ReportHeader& header, const FolderTree& tree)
+    : m_header(header), m_tree(tree), m_overview(MakeOverview(tree.folders, header.written)) {}
+
+std::string ReportPage::RootName() const {
+    const std::string name = LastName(m_header.folder);
+    return name.empty() ? m_header.folder : name;
+}
+
+CString ReportPage::TitleOf(const FolderEntry& folder) const {
+    return CleanUtf8(VisibleOnPage(folder.path.empty() ? m_header.folder : folder.path));
 }
 
 void ReportPage::AddTitleToHead(const char* title, const char*, const char*, const char*) {
@@ -54,15 +49,25 @@ void ReportPage::AddTitleToHead(const char* title, const char*, const char*, con
     OpenTag("title");
     AddUtf8(title);
     CloseTag("title");
-    for (const char* const sheet : {"qvcommon.css", kStyleSheet})
-        AddTag("link", "rel=\"stylesheet\" href=\"" + CString(kAssetFolder) + '/' + sheet + '"');
+    AddStyleSheet("qvcommon.css");
+    for (const ReportAsset& asset : ReportAssets())
+        if (std::string_view(asset.name).ends_with(".css")) AddStyleSheet(asset.name);
+    AddFormattedText(
+        "<noscript><style>#DropDownText { display: block !important } "
+        ".folders, .tools, #DropDownImage { display: none }</style></noscript>");
     AddFormattedText(CHtmlTreeBuilder().GetDropdownScript(kAssetFolder));
     AddDropdownScript(kAssetFolder);
     AddBrowserSupport();
-    AddFormattedText(kSectionScript);
+    for (const ReportAsset& asset : ReportAssets())
+        if (std::string_view(asset.name).ends_with(".js"))
+            AddFormattedText("<script src=\"" + CString(kAssetFolder) + '/' + asset.name + "\"></script>");
 }
 
-void ReportPage::Write(const std::vector<FolderRows>& folders, const CString& menu) {
+void ReportPage::AddStyleSheet(const char* name) {
+    AddTag("link", "rel=\"stylesheet\" href=\"" + CString(kAssetFolder) + '/' + name + '"');
+}
+
+void ReportPage::Write() {
     AddFormattedText("<!DOCTYPE html>\n");
     OpenTag("html", "lang=\"en\"");
     AddTitle(m_header.title.c_str());
@@ -72,53 +77,109 @@ void ReportPage::Write(const std::vector<FolderRows>& folders, const CString& me
     OpenTag("h1");
     AddUtf8(m_header.title);
     CloseTag("h1");
-    AddSummary(folders.front().folder->overall, folders.size());
+    AddSummary();
     CloseTag("header");
-    OpenTag("nav", "class=\"folders\" aria-label=\"Folders\"");
-    AddFormattedText(menu);
-    CloseTag("nav");
+    AddMenu();
     OpenTag("main");
-    AddOrders();
-    for (std::size_t i = 0; i < folders.size(); ++i)
-        if (!folders[i].files.empty() || !folders[i].folder->isReadable) AddFolder(folders[i], i);
+    AddOverview();
+    AddTools();
+    OpenTag("div", "id=\"folders\"");
+    AddFolders();
     AddLeftOut();
-    AddKinds(folders);
+    AddKinds();
+    CloseTag("div");
     CloseTag("main");
     AddDropdownCookie();
-    AddFormattedText("<script>openAtFirst()</script>");
+    AddFormattedText("<script>report.start()</script>");
     CloseTag("body");
     CloseTag("html");
     AddFormattedText("\n");
 }
 
-void ReportPage::AddSummary(const FolderTotals& totals, std::size_t folders) {
+void ReportPage::AddMenu() {
+    CHtmlTreeBuilder menu;
+    std::vector<CHtmlTreeNode*> way{&menu};
+    const CString picture = CString(kAssetFolder) + "/folder.gif";
+    for (std::size_t i = 0; i < m_tree.folders.size(); ++i) {
+        const FolderEntry& folder = m_tree.folders[i];
+        way.resize(static_cast<std::size_t>(folder.depth) + 1);
+        const std::string name = folder.path.empty() ? RootName() : LastName(folder.path);
+        const CString label = CleanScriptUtf8(VisibleOnPage(name)) + "\\t" + Size(folder.overall.bytes);
+        // What leads to the selected node is open at first: the outermost folder.
+        way.push_back(way.back()->AddNode(new CHtmlTreeNode(
+            label, picture, HasSection(folder) ? "#" + FolderId(i) : CString(), folder.path.empty())));
+    }
+    OpenTag("nav", "class=\"folders\" aria-label=\"Folders\"");
+    AddFormattedText(menu.GetHtml());
+    CloseTag("nav");
+}
+
+void ReportPage::AddSummary() {
+    const FolderTotals& totals = Totals();
     OpenTag("p", "class=\"summary\"");
     OpenTag("code");
     AddUtf8(m_header.folder);
     CloseTag("code");
-    AddFormattedText(" &middot; " + Counted(totals.files, "file") + " in " + Counted(folders, "folder") + " &middot; " +
-                     Size(totals.bytes) + " (" + Counted(totals.bytes, "byte") + ") &middot; written " +
+    AddFormattedText(" &middot; " + Counted(totals.files, "file") + " in " + Counted(m_tree.folders.size(), "folder") +
+                     " &middot; " + Size(totals.bytes) + " (" + Counted(totals.bytes, "byte") + ") &middot; written " +
                      Date(m_header.written));
-    if (!m_leftOut.empty())
-        AddFormattedText(" &middot; <A href=\"#left-out\">" + Number(m_leftOut.size()) + " left out</A>");
+    if (!m_tree.leftOut.empty())
+        AddFormattedText(" &middot; <A href=\"#left-out\">" + Number(m_tree.leftOut.size()) + " left out</A>");
     CloseTag("p");
 }
 
-void ReportPage::AddOrders() {
-    CGroupNavBar bar("", "");
-    bar.SetName("Order");
-    bar.SetGroups({"Name", "Size", "Date"},
-                  {NameOf(FileOrder::Name), NameOf(FileOrder::Size), NameOf(FileOrder::Date)});
-    bar.SetOption(NameOf(m_order));
-    bar.SetAllowRollup(0);
-    OpenTag("div", "class=\"tools\"");
-    OpenTag("nav", "class=\"navBar\" aria-label=\"Order of the files\"");
-    bar.GenerateHtml(*this);
-    CloseTag("nav");
+void ReportPage::AddOverview() {
+    if (!Totals().files) return;
+    OpenTag("section", "class=\"overview\" aria-label=\"Overview\"");
+    for (const CString& chart : DrawCharts(m_overview, m_tree.folders))
+        AddFormattedText("\n<figure>" + chart + "</figure>");
+    AddTopFolders();
+    AddTopFiles("Largest files", "Size", m_overview.largest, [](const FileEntry& file) { return Size(file.size); });
+    AddTopFiles("Latest files", "Changed", m_overview.latest,
+                [](const FileEntry& file) { return Date(file.modified); });
+    CloseTag("section");
+}
+
+void ReportPage::OpenTop(const char* caption, const char* first, const char* second, const char* third) {
+    const bool hasDates = std::string_view(third) == "Changed";
+    AddFormattedText("\n<table class=\"top" + CString(hasDates ? " dates" : "") + "\"><caption>" + CString(caption) +
+                     "</caption><thead><tr><th>" + first + "<th>" + second + "<th>" + third + "<tbody>");
+}
+
+CString ReportPage::LinkToFolder(std::size_t index) const {
+    const std::string& path = m_tree.folders[index].path;
+    return "<a href=\"#" + FolderId(index) + "\">" + CleanUtf8(VisibleOnPage(path.empty() ? RootName() : path)) +
+           "</a>";
+}
+
+void ReportPage::AddTopFolders() {
+    if (m_overview.folders.size() < 2) return;
+    OpenTop("Largest folders", "Name", "Files", "Size");
+    for (const std::size_t index : m_overview.folders) {
+        const FolderTotals& own = m_tree.folders[index].own;
+        AddFormattedText("\n<tr><td>" + LinkToFolder(index) + "<td>" + Number(own.files) + "<td>" + Size(own.bytes));
+    }
+    CloseTag("table");
+}
+
+void ReportPage::AddTopFiles(const char* caption, const char* column, const std::vector<FileOfFolder>& files,
+                             CString (*value)(const FileEntry& file)) {
+    if (files.empty()) return;
+    OpenTop(caption, "Name", "Folder", column);
+    for (const FileOfFolder& entry : files)
+        AddFormattedText("\n<tr><td>" +
+                         LinkTo(*entry.file, AddressOf(m_tree.folders[entry.folder], m_header.linkPrefix)) + "<td>" +
+                         LinkToFolder(entry.folder) + "<td>" + value(*entry.file));
+    CloseTag("table");
+}
+
+void ReportPage::AddTools() {
     AddFormattedText(
-        "<span class=\"all\"><button type=\"button\" onclick=\"setAll(true)\">Open all</button>"
-        "<button type=\"button\" onclick=\"setAll(false)\">Close all</button></span>");
-    CloseTag("div");
+        "\n<div class=\"tools\"><label>Filter by name <input type=\"search\" id=\"filter\" "
+        "autocomplete=\"off\"></label>"
+        "<span class=\"all\"><button type=\"button\" onclick=\"report.setAll(true)\">Open all</button>"
+        "<button type=\"button\" onclick=\"report.setAll(false)\">Close all</button></span></div>"
+        "\n<section id=\"found\" aria-label=\"Files found\" hidden><p role=\"status\"></p></section>\n");
 }
 
 void ReportPage::OpenSection(std::string_view title, const CString& summary) {
@@ -127,7 +188,7 @@ void ReportPage::OpenSection(std::string_view title, const CString& summary) {
     OpenDropdownHotspot();
     OpenTag("h2");
     AddDropdownImage(kAssetFolder);
-    AddUtf8(title);
+    AddFormattedText(title);
     AddFormattedText(" <small>" + summary + "</small>");
     CloseTag("h2");
     CloseDropdownHotspot();
@@ -139,90 +200,56 @@ void ReportPage::CloseSection() {
     CloseDropdownSection();
 }
 
-void ReportPage::AddFolder(const FolderRows& rows, std::size_t index) {
-    const FolderEntry& folder = *rows.folder;
-    OpenSection(folder.path.empty() ? m_header.folder : folder.path, Summary(folder.own));
-    AddBookmark(FolderId(index));
-    if (!folder.isReadable) AddFormattedText("<p><em>This folder could not be read to its end.</em></p>");
-    AddPictures(rows);
-    OpenTag("table", "class=\"files\"");
-    AddColumns({"Name", "Kind", "Size", "Changed", "CRC-32"});
-    OpenTag("tbody");
-    // A kind is explained where a folder first has it.
-    std::map<const FileKind*, bool> explained;
-    for (const FileRow& row : rows.files) {
-        bool& known = explained[row.kind];
-        AddFormattedText(row.begin);
-        AddFormattedText(known ? row.kind->name : std::string_view(ExplainedKind(*row.kind)));
-        AddFormattedText(row.end);
-        known = true;
+void ReportPage::AddFolders() {
+    constexpr std::size_t kGroup = 100;
+    std::size_t sections = 0;
+    for (std::size_t i = 0; i < m_tree.folders.size(); ++i) {
+        if (!HasSection(m_tree.folders[i])) continue;
+        if (sections % kGroup == 0 && sections) CloseTag("div");
+        if (sections++ % kGroup == 0) OpenTag("div", "class=\"folder-group\"");
+        AddFolder(i);
     }
-    CloseTag("tbody");
-    CloseTag("table");
-    CloseSection();
+    if (sections) CloseTag("div");
 }
 
-void ReportPage::AddPictures(const FolderRows& rows) {
-    const auto isPicture = [](const FileRow& row) { return !row.thumbnail.IsEmpty(); };
-    if (std::none_of(rows.files.begin(), rows.files.end(), isPicture)) return;
-    OpenTag("div", "class=\"pictures\"");
-    for (const FileRow& row : rows.files) AddFormattedText(row.thumbnail);
-    CloseTag("div");
+void ReportPage::AddFolder(std::size_t index) {
+    const FolderEntry& folder = m_tree.folders[index];
+    CString summary = Summary(folder.own);
+    if (folder.overall.files != folder.own.files) summary += "; with all folders below " + Summary(folder.overall);
+    OpenSection(TitleOf(folder), summary);
+    AddBookmark(FolderId(index));
+    if (!folder.isReadable) AddFormattedText("<p><em>This folder could not be read to its end.</em></p>");
+    if (!folder.files.empty()) {
+        CString rows = kTableHead;
+        const CString address = AddressOf(folder, m_header.linkPrefix);
+        for (const FileEntry& file : folder.files) AppendRow(rows, file, address);
+        AddFormattedText("<noscript>");
+        AddFormattedText(rows);
+        AddFormattedText("\n</table></noscript>");
+    }
+    CloseSection();
 }
 
 void ReportPage::AddLeftOut() {
-    if (m_leftOut.empty()) return;
-    OpenSection("Left out", Number(m_leftOut.size()));
+    if (m_tree.leftOut.empty()) return;
+    OpenSection("Left out", Number(m_tree.leftOut.size()));
     AddBookmark("left-out");
-    OpenTag("table", "class=\"files\"");
-    AddColumns({"Path", "Reason"});
-    OpenTag("tbody");
-    for (const LeftOutEntry& entry : m_leftOut)
-        AddFormattedText("\n<tr><td>" + CleanUtf8(VisibleOnPage(entry.path)) + "</td><td>" +
-                         CleanUtf8(Utf8FromArgument(entry.reason)) + "</td></tr>");
-    CloseTag("tbody");
+    AddFormattedText("<table class=\"left-out\"><thead><tr><th>Path<th>Reason<tbody>");
+    for (const LeftOutEntry& entry : m_tree.leftOut)
+        AddFormattedText("\n<tr><td>" + CleanUtf8(VisibleOnPage(entry.path)) + "<td>" +
+                         CleanUtf8(Utf8FromArgument(entry.reason)));
     CloseTag("table");
     CloseSection();
 }
 
-const CString& ReportPage::ExplainedKind(const FileKind& kind) {
-    const auto [place, isNew] = m_explainedKinds.try_emplace(&kind);
-    if (isNew) place->second = GetGlossarizedText(kind.name, {kind.term}, {kind.explanation});
-    return place->second;
-}
-
-void ReportPage::AddKinds(const std::vector<FolderRows>& folders) {
-    std::map<std::string_view, std::pair<const FileKind*, FolderTotals>>
-        kinds;  // by name: several extensions are one kind
-    for (const FolderRows& rows : folders)
-        for (const FileRow& row : rows.files) {
-            auto& [kind, totals] = kinds[row.kind->name];
-            kind = row.kind;
-            totals.Add({1, row.file->size});
-        }
-    OpenSection("All kinds of files", Summary(folders.front().folder->overall));
-    OpenTag("table", "class=\"kinds\"");
-    AddColumns({"Kind", "Files", "Size"});
-    OpenTag("tbody");
-    for (const auto& [name, entry] : kinds)
-        AddFormattedText("\n<tr><td>" + ExplainedKind(*entry.first) + "</td><td class=\"number\">" +
-                         Number(entry.second.files) + "</td><td class=\"number\">" + Size(entry.second.bytes) +
-                         "</td></tr>");
-    CloseTag("tbody");
+void ReportPage::AddKinds() {
+    OpenSection("All kinds of files", Summary(Totals()));
+    AddFormattedText("<table class=\"kinds\"><thead><tr><th>Kind<th>Files<th>Size<tbody>");
+    for (const auto& [kind, totals] : m_overview.kinds)
+        AddFormattedText("\n<tr><td>" + GetGlossarizedText(kind->name, {kind->term}, {kind->explanation}) + "<td>" +
+                         Number(totals.files) + "<td>" + Size(totals.bytes));
     CloseTag("table");
     CloseSection();
-}
-
-void ReportPage::AddColumns(std::initializer_list<const char*> titles) {
-    OpenTag("thead");
-    OpenTag("tr");
-    for (const char* const title : titles) {
-        OpenTag("th", "scope=\"col\"");
-        AddText(title);
-        CloseTag("th");
-    }
-    CloseTag("tr");
-    CloseTag("thead");
 }
 
 }  // namespace qv::tool

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <map>
-
 #include "qvcommon/HtmlWriter.h"
 #include "tools/qv/Visible.h"
-#include "tools/qv/report/FolderRows.h"
+#include "tools/qv/report/Overview.h"
 
 namespace qv::tool {
 
@@ -13,48 +11,55 @@ struct ReportHeader {
     std::string title;
     std::string folder;  ///< shown below the title
     std::int64_t written = 0;
+    CString linkPrefix;  ///< the address of the folder as seen from the page, encoded, with "/" at its end
 };
 
-/// One of the pages of a report: the same sections, a folder each, with their files in one order. In UTF-8, whatever the
-/// process's code page is.
+/// The page of a report: an overview, then a section for each folder with its files. In UTF-8, whatever the process's code
+/// page is.
+///
+/// The tables of files are in noscript elements: without scripts the browser shows them all, with scripts it builds none of
+/// them until report.js needs a part. So a page of 200,000 files opens as fast as one of some hundred.
 class ReportPage : public CHtmlWriter {
 public:
-    /// The folder beside the pages that holds what they all need.
+    /// The folder beside the page that holds what it needs.
     static constexpr const char* kAssetFolder = "report-files";
-    static constexpr const char* kStyleSheet = "report.css";
-    /// The page's file name.
-    static const char* NameOf(FileOrder order);
+    static constexpr const char* kFileName = "index.html";
 
     /// Keeps references to both.
-    ReportPage(const ReportHeader& header, const std::vector<LeftOutEntry>& leftOut, FileOrder order)
-        : m_header(header), m_leftOut(leftOut), m_order(order) {}
+    ReportPage(const ReportHeader& header, const FolderTree& tree);
 
-    /// @param menu  the script of the tree menu.
-    void Write(const std::vector<FolderRows>& folders, const CString& menu);
+    void Write();
     /// Declares the character set and the width; then the title, the style sheets and the scripts.
     void AddTitleToHead(const char* title, const char* stylesheet, const char* headTag,
                         const char* dropdownImageDir) override;
 
 private:
     void AddUtf8(std::string_view text) { AddFormattedText(CleanUtf8(VisibleOnPage(text))); }
-    void AddSummary(const FolderTotals& totals, std::size_t folders);
-    void AddOrders();
+    const FolderTotals& Totals() const { return m_tree.folders.front().overall; }
+    /// The outermost folder's name.
+    std::string RootName() const;
+    CString TitleOf(const FolderEntry& folder) const;
+    void AddStyleSheet(const char* name);
+    void AddMenu();
+    void AddSummary();
+    void AddOverview();
+    void OpenTop(const char* caption, const char* first, const char* second, const char* third);
+    CString LinkToFolder(std::size_t index) const;
+    void AddTopFolders();
+    void AddTopFiles(const char* caption, const char* column, const std::vector<FileOfFolder>& files,
+                     CString (*value)(const FileEntry& file));
+    void AddTools();
     void OpenSection(std::string_view title, const CString& summary);
     void CloseSection();
-    void AddFolder(const FolderRows& rows, std::size_t index);
-    void AddPictures(const FolderRows& rows);
+    /// In groups, so that the browser lays out one of many sections in no more time than one of a few.
+    void AddFolders();
+    void AddFolder(std::size_t index);
     void AddLeftOut();
-    void AddKinds(const std::vector<FolderRows>& folders);
-    void AddColumns(std::initializer_list<const char*> titles);
-    const CString& ExplainedKind(const FileKind& kind);
+    void AddKinds();
 
     const ReportHeader& m_header;
-    const std::vector<LeftOutEntry>& m_leftOut;
-    FileOrder m_order;
-    std::map<const FileKind*, CString> m_explainedKinds;
+    const FolderTree& m_tree;
+    const Overview m_overview;
 };
-
-/// The script of the menu of all folders; each leads to the section of its files on the same page.
-CString FolderMenu(const std::vector<FolderEntry>& folders, const std::string& rootName);
 
 }  // namespace qv::tool
