@@ -14,7 +14,8 @@ declare -gA QV_PACKAGES=(
     [format]="clang-format git"
     [docs]="doxygen graphviz"
     [tidy]="clang clang-tidy python3"
-    [browser]="chromium chromium-driver python3"
+    [browser]="chromium chromium-driver firefox-esr python3"
+    [axe]="npm"
     [windows-x64]="clang g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
     [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
     [bench]="locales libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
@@ -37,6 +38,11 @@ need() {
         say "Installing for ${*}: ${missing[*]}"
         install_packages "${missing[@]}"
     fi
+}
+
+# need_command PURPOSE COMMAND: what a purpose lacks, unless the machine has its command from elsewhere.
+need_command() {
+    command -v "$2" > /dev/null || need "$1"
 }
 
 # need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed. Their build files

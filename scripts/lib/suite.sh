@@ -34,7 +34,7 @@ prepare() (
         asan | tsan) need build tests sanitizers && need_locales ;;
         windows-x64) need cross tests "$1" && need_locales && wine_prepare x64 "$QV_ROOT/build/$2" ;;
         windows-x86) need cross tests "$1" && need_locales && need_wine32 && wine_prepare x86 "$QV_ROOT/build/$2" ;;
-        browser) need build tests browser && need_locales ;;
+        browser) need build tests browser && need_command axe npm && need_locales ;;
         machines) need build tests machines && need_locales ;;
         install) prepare_installable linux windows-x86 windows-x64 && return ;;
     esac && build_preset "$2"

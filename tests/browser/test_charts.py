@@ -2,7 +2,7 @@
 
 import subprocess
 
-from browser import BIN, BrowserTest
+from testcase import BIN, BrowserTest, in_each_browser
 
 BOXES = """
 const svg = document.querySelector('svg'), all = svg.getBoundingClientRect();
@@ -17,14 +17,11 @@ def meet(a, b):
     return a[0] < b[2] - 1 and b[0] < a[2] - 1 and a[1] < b[3] - 3 and b[1] < a[3] - 3
 
 
+@in_each_browser
 class Charts(BrowserTest):
     @classmethod
     def make_pages(cls):
         subprocess.run([BIN / "sample_charts", cls.folder], check=True)
-
-    def emulate(self, scheme):
-        features = [{"name": "prefers-color-scheme", "value": scheme}]
-        self.browser.call("goog/cdp/execute", {"cmd": "Emulation.setEmulatedMedia", "params": {"features": features}})
 
     def test_labels_keep_apart_and_inside(self):
         files = sorted(self.folder.glob("*.svg"))
@@ -41,7 +38,7 @@ class Charts(BrowserTest):
     def test_a_page_keeps_its_own_look_and_shows_all(self):
         for scheme, background in SCHEMES.items():
             self.go("charts.html")
-            self.emulate(scheme)
+            self.browser.prefer(scheme)
             with self.subTest(scheme):
                 self.assertEqual(self.browser.value("getComputedStyle(document.querySelector('svg .back')).fill"), background)
                 self.assertEqual(self.browser.value("getComputedStyle(document.querySelector('#outside')).color"),
@@ -56,8 +53,7 @@ class Charts(BrowserTest):
         self.assertLessEqual(*tables)
 
     def test_a_narrow_page_shrinks_them(self):
-        self.browser.call("goog/cdp/execute", {"cmd": "Emulation.setDeviceMetricsOverride", "params": {
-            "width": 320, "height": 600, "deviceScaleFactor": 1, "mobile": True}})
+        self.browser.resize(320, 600)
         self.go("charts.html")
         self.assertLessEqual(self.browser.value("document.documentElement.scrollWidth"), 320)
         self.assertLess(self.browser.value("document.querySelector('svg').getBoundingClientRect().height"), 200)

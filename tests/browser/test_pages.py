@@ -1,9 +1,10 @@
 """The sample pages, each with and without the support for browsers of today."""
 
+import pathlib
 import shutil
 import subprocess
 
-from browser import BIN, BrowserTest, pathlib
+from testcase import BIN, BrowserTest, in_each_browser
 
 OPEN = "[...document.querySelectorAll('#DropDownText')].map(e => getComputedStyle(e).display != 'none')"
 SAID = "[...document.querySelectorAll('[role=button]')].map(e => e.getAttribute('aria-expanded') == 'true')"
@@ -20,9 +21,6 @@ class SamplePages(BrowserTest):
         assets = pathlib.Path(__file__).parents[2] / "html/assets"
         shutil.copytree(assets, cls.folder / "assets")
 
-    def check(self, expression, expected):
-        self.assertEqual(self.browser.value(expression), expected)
-
     def check_sections(self, expected):
         self.browser.until("JSON.stringify(%s) == JSON.stringify(%s)" % (SAID, OPEN))
         self.check(OPEN, expected)
@@ -30,6 +28,7 @@ class SamplePages(BrowserTest):
         self.browser.until("[...document.images].every(e => e.naturalWidth == 16)")
 
 
+@in_each_browser
 class Today(SamplePages):
     def open_sections(self, address):
         self.browser.go(address)
@@ -180,13 +179,14 @@ class Today(SamplePages):
                                       "'#menuHeading', '.mnu a', 'th', '.clsSelected', 'article > p'].map(s => "
                                       "a.querySelector(s).textContent), (a.querySelector('.Glossary').onmouseover(), "
                                       "document.getElementById('qvPopup').textContent)))")
-        self.assertEqual(len(articles), 10)
+        self.assertEqual(len(articles), 14)
         for code, *shown in articles:
             text = bytes.fromhex(code).decode("cp1252").replace("\r", "").replace("\n", "")
             self.assertEqual(shown, [text, text, text, "\u00a0%s (%s)" % (text, text), text, text + " term", text])
         self.check("document.querySelectorAll('body script:not([language], [type]), [onclick*=harm]').length", 0)
 
 
+@in_each_browser
 class AsTheyWere(SamplePages):
     """Without the support a page is as it always was: it shows its contents, and its scripts find no old browser."""
 

@@ -4,7 +4,7 @@ import os
 import subprocess
 import urllib.request
 
-from browser import BIN, BrowserTest
+from testcase import BIN, BrowserTest, in_each_browser
 
 TITLES = "[...document.querySelectorAll('#DropDownHotspot h2')].map(e => e.firstChild.firstChild.nextSibling.data.trim())"
 OPEN = "[...document.querySelectorAll('#DropDownText')].map(e => e.offsetHeight > 0)"
@@ -44,6 +44,7 @@ def make(folder, files):
             file.write(contents)
 
 
+@in_each_browser
 class Report(BrowserTest):
     @classmethod
     def make_pages(cls):
@@ -56,9 +57,6 @@ class Report(BrowserTest):
         for name in ("in", "bad", "many"):
             subprocess.run([BIN / "qv", "report", cls.folder / name, "-o", cls.folder / (name + "-out"), "--title",
                             "<i>it's</i>"], check=True)
-
-    def check(self, expression, expected):
-        self.assertEqual(self.browser.value(expression), expected)
 
     def test_folders_open_and_lead_to_their_files(self):
         self.go("in-out/index.html")

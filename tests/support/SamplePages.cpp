@@ -133,7 +133,11 @@ constexpr const char* kHostile[] = {"<script>harm()</script>",
                                     "\x01\x7F\xC3\xA9\xFF\xC3",
                                     "a\r\nb",
                                     "');harm();(\"",
-                                    "${harm()}`"};
+                                    "${harm()}`",
+                                    "\"><img src=x onerror=harm()>",
+                                    "</script><script>harm()</script>",
+                                    "javascript:harm()",
+                                    "\xE2\x80\xA8harm()"};
 
 CString Hex(std::string_view text) {
     CString hex;

@@ -1,0 +1,28 @@
+"""Escaped texts and rebased links, as a browser reads them."""
+
+import subprocess
+
+from testcase import BIN, BrowserTest, in_each_browser
+
+LINKS = "[...document.querySelectorAll('a[href], area[href]')].map(e => e.href).concat(document.querySelector('q').cite)"
+
+
+@in_each_browser
+class Texts(BrowserTest):
+    @classmethod
+    def make_pages(cls):
+        subprocess.run([BIN / "sample_texts", cls.folder], check=True)
+
+    def test_escaped_texts_are_shown_as_they_were(self):
+        expected = [bytes.fromhex(line).decode() for line in (self.folder / "escaped.txt").read_text().splitlines()]
+        self.assertGreater(len(expected), 30)
+        self.go("escaped.html")
+        self.check("window.texts", expected)
+        self.check_no_harm("escaped.html")
+
+    def test_rebased_links_lead_to_the_same_places(self):
+        self.go("linked.html")
+        places = self.browser.value(LINKS)
+        self.assertGreater(len(places), 20)
+        self.go("rebased.html")
+        self.check(LINKS, places)

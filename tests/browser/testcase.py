@@ -1,0 +1,95 @@
+"""Test cases that run in each browser."""
+
+import atexit
+import functools
+import os
+import pathlib
+import shutil
+import sys
+import tempfile
+import unittest
+
+import accessibility
+from chromium import Chromium
+from firefox import Firefox
+from pages import Server
+
+# Clicks, and the events that the page's own attributes or its scripts wait for, on every element. No link leads away, but
+# those that are scripts run.
+EXERCISE = """
+    addEventListener('click', e => { if (!/^javascript:/i.test(e.target.closest('a')?.href)) e.preventDefault() }, true);
+    for (const element of document.querySelectorAll('*')) {
+        const own = [...element.attributes].filter(a => a.name.startsWith('on')).map(a => a.name.slice(2));
+        const kinds = new Set([...own, 'mouseover', 'mouseout', 'focusin', 'focusout', 'keydown', 'input', 'change']);
+        for (const kind of kinds) element.dispatchEvent(new Event(kind, {bubbles: true}));
+        element.click?.();
+    }"""
+
+BIN = pathlib.Path(os.environ["QV_BIN"])
+
+
+@functools.cache
+def running(kind):
+    """The one browser of its kind, which ends with the tests."""
+    browser = kind()
+    atexit.register(browser.stop)
+    return browser
+
+
+class BrowserTest:
+    """A folder of pages on a server, and a fresh window for every test. A page's errors fail the test. A class of tests
+    is derived from this and decorated with `in_each_browser`."""
+
+    may_complain = False
+
+    @classmethod
+    def setUpClass(cls):
+        if missing := cls.kind.missing():
+            raise unittest.SkipTest("no " + ", ".join(missing))
+        cls.folder = pathlib.Path(tempfile.mkdtemp())
+        cls.addClassCleanup(shutil.rmtree, cls.folder)
+        cls.make_pages()
+        cls.server, cls.browser = Server(cls.folder), running(cls.kind)
+        cls.addClassCleanup(cls.server.stop)
+
+    def setUp(self):
+        self.browser.renew()
+
+    def tearDown(self):
+        if not self.may_complain:
+            self.assertEqual(self.browser.errors(), [])
+
+    def go(self, page):
+        self.browser.go(self.server.address + page)
+
+    def check(self, expression, expected):
+        self.assertEqual(self.browser.value(expression), expected)
+
+    def check_no_harm(self, page):
+        """No script in a page's texts runs, whatever its reader does, and however often it is opened. Each of those texts
+        would call `harm()`."""
+        self.go("watched/" + page)
+        for _ in range(2):
+            self.browser.run(EXERCISE)
+            self.browser.frames()
+            self.browser.reload()
+        self.assertEqual(self.server.harm, [])
+        self.browser.run("harm()")
+        self.assertEqual(len(self.server.harm), 1)
+        self.server.harm.clear()
+
+    def check_accessible(self, *exceptions):
+        """The window's contents break no serious rule of axe-core in either colour scheme, but these."""
+        for scheme in ("light", "dark"):
+            self.browser.prefer(scheme)
+            found = accessibility.violations(self.browser)
+            self.assertEqual(sorted(found), sorted(exceptions), (scheme, found))
+
+
+def in_each_browser(tests):
+    """Makes test cases of a class, one for each browser, which are reported apart: TESTSInChromium, TESTSInFirefox."""
+    module = sys.modules[tests.__module__]
+    for kind in (Chromium, Firefox):
+        name = tests.__name__ + "In" + kind.__name__
+        setattr(module, name, type(name, (tests, unittest.TestCase), {"__module__": module.__name__, "kind": kind}))
+    return tests
