@@ -194,7 +194,7 @@
 
   TreeMenu.prototype.onKey = function (event) {
     var item = event.target.closest("li"), node = item && item.treeNode;
-    if (!node || event.altKey || event.ctrlKey || event.metaKey) return;
+    if (!node || !event.key || event.altKey || event.ctrlKey || event.metaKey) return;
     var items = shownItems(this.list), place = items.indexOf(item), link = item.querySelector(".treeMenuRow a");
     switch (event.key) {
       case "ArrowDown": this.focusOn(items[place + 1]); break;

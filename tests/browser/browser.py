@@ -68,10 +68,10 @@ class Browser:
 
     def renew(self):
         """A window of its own for the next test: no history, cookies, storage or emulation, no errors of before."""
-        self.forget()
         window = self.command("NewWindow", type="tab")["handle"]
         self.command("CloseWindow")
         self.command("SwitchToWindow", handle=window)
+        self.forget()  # not before, since pages keep something when they are left
         self.errors()
 
     def go(self, address):

@@ -83,7 +83,7 @@
 
     reserve(height) {
       this.isFilled = false;
-      this.body.innerHTML = "<tr aria-hidden=\"true\"><td colspan=\"5\" class=\"reserved\">";
+      this.body.innerHTML = "<tr aria-hidden=\"true\"><td class=\"reserved\">";
       this.body.rows[0].cells[0].style.height = height + "px";
     }
 

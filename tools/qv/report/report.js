@@ -219,6 +219,22 @@
     step();
   }
 
+  // Browsers do not scroll to what they have not laid out: the section that a link leads to is, for a moment.
+  function scrollToTarget() {
+    const target = document.getElementsByName(location.hash.slice(1))[0];
+    const section = target && target.closest("#DropDownSection");
+    if (!section) return;
+    const skipped = [section, section.parentElement];
+    skipped.forEach(part => { part.style.contentVisibility = "visible"; });
+    section.scrollIntoView();
+    requestAnimationFrame(() => requestAnimationFrame(
+      () => skipped.forEach(part => { part.style.contentVisibility = ""; })));
+  }
+
+  // Once the page has opened the section.
+  addEventListener("hashchange", () => setTimeout(scrollToTarget, 0));
+  addEventListener("load", () => setTimeout(scrollToTarget, 0));
+
   // Who comes for the first time finds the first folder open.
   function start() {
     const sections = document.querySelectorAll("#folders #DropDownSection");
