@@ -32,7 +32,7 @@ static void WriteReport(const CString& folder) {
 
     Report page;
     page.SetFilename(folder + "\\index.html");  // from now on the page is written as it grows
-    page.OpenTag("html");
+    page.OpenTag("html", "lang=\"en\"");
     page.AddTitle("Fruit & prices", "qvcommon.css", nullptr, ".");
     page.OpenTag("body");
     page.AddHeading(1, "Fruit & prices");

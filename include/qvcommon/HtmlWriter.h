@@ -200,7 +200,8 @@ public:
     ///   remembers for as long as its window lives;
     /// - popups appear beside the pointer, or beside a term that has the focus, within the window, and go with Escape;
     /// - the quick menu follows the scroll, whether or not the page calls scrollMenu;
-    /// - what opens and closes takes the focus, Enter and Space, and tells its state (aria-expanded);
+    /// - what opens and closes takes the focus, Enter and Space, and reports its state (aria-expanded); the current choice
+    ///   of a bar is marked (aria-current);
     /// - a link into a closed section opens it.
     ///
     /// To other scripts of the page the browser then looks like an old one too: document.all counts as true, elements have

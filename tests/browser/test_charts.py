@@ -51,6 +51,7 @@ class Charts(BrowserTest):
         self.assertEqual(self.browser.value("document.querySelectorAll('script, [onload]').length"), 0)
         tables = self.browser.value("[document.querySelectorAll('svg').length, document.querySelectorAll('caption').length]")
         self.assertLessEqual(*tables)
+        self.check_no_harm("charts.html")
 
     def test_a_narrow_page_shrinks_them(self):
         self.browser.resize(320, 600)

@@ -138,6 +138,7 @@ class Today(SamplePages):
         self.browser.click("#NavMenu th img")
         self.browser.reload()
         self.check_bars([True])
+        self.check("[...document.querySelectorAll('[aria-current]')].map(e => e.textContent.trim())", ["<Size>"])
 
     SHOWN = ("[...document.querySelectorAll('[role=treeitem] > .treeMenuRow')].filter(e => e.offsetHeight)"
              ".map(e => e.textContent.replace(/[\\u25B8\\u25BE]/, ''))")
@@ -207,6 +208,10 @@ class AsTheyWere(SamplePages):
         self.go("bars.html")
         self.check(BARS, [True, True])
         self.check("document.querySelectorAll('[role],[tabindex]').length", 0)
+
+    def test_hostile_texts_do_no_harm(self):
+        for page in ("hostile.html", "hostile-today.html"):
+            self.check_no_harm(page)
 
     def test_an_old_browser_is_left_alone(self):
         self.go("sections-today.html")

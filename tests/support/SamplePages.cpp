@@ -14,7 +14,7 @@ namespace {
 
 void Begin(CHtmlWriter& page, const char* title, const char* bodyAttributes = nullptr,
            const char* imageDirectory = nullptr) {
-    page.OpenTag("html");
+    page.OpenTag("html", "lang=\"en\"");
     page.AddTitle(title, "assets\\qvcommon.css", nullptr, imageDirectory);
     page.OpenTag("body", bodyAttributes);
 }
@@ -22,6 +22,22 @@ void Begin(CHtmlWriter& page, const char* title, const char* bodyAttributes = nu
 void End(CHtmlWriter& page) {
     page.CloseTag("body");
     page.CloseTag("html");
+}
+
+void WriteElements(CHtmlWriter& page) {
+    Begin(page, "Elements");
+    page.AddHeading(1, "Elements");
+    page.AddPreformattedParagraph("a\nb");
+    page.OpenBulletList();
+    page.AddLine(CHtmlWriter::Clean("a < b"));
+    page.CloseBulletList();
+    page.AddImage("assets/folder.gif", CHtmlWriter::alignNone, "A folder", 16, 16);
+    page.OpenForm("go", "find");
+    page.AddFormattedText("<label>Name ");
+    page.AddSingleLineTextField("name", 10);
+    page.AddFormattedText("</label>");
+    page.CloseForm();
+    End(page);
 }
 
 void AddSection(CHtmlWriter& page, const char* title, const char* text) {
@@ -106,7 +122,7 @@ void WriteSingleBar(CHtmlWriter& page) {
 void WriteTree(CHtmlWriter& page) {
     CHtmlTreeNode::SetImageDir("assets\\\\");
     CHtmlTreeBuilder tree;
-    page.OpenTag("html");
+    page.OpenTag("html", "lang=\"en\"");
     page.OpenTag("head");
     page.AddTitleToHead("Tree", "assets\\qvcommon.css");
     page.AddFormattedText(tree.GetDropdownScript("assets"));
@@ -173,10 +189,10 @@ void WriteHostile(CHtmlWriter& page) {
     End(page);
 }
 
-constexpr Sample kSamples[] = {{"sections", WriteSections}, {"section", WriteSingleSection},
-                               {"popups", WritePopups},     {"quickmenu", WriteQuickMenu},
-                               {"bars", WriteBars},         {"bar", WriteSingleBar},
-                               {"tree", WriteTree},         {"hostile", WriteHostile}};
+constexpr Sample kSamples[] = {
+    {"elements", WriteElements}, {"sections", WriteSections},   {"section", WriteSingleSection},
+    {"popups", WritePopups},     {"quickmenu", WriteQuickMenu}, {"bars", WriteBars},
+    {"bar", WriteSingleBar},     {"tree", WriteTree},           {"hostile", WriteHostile}};
 
 }  // namespace
 
