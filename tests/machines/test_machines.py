@@ -7,6 +7,7 @@ import random
 import signal
 import subprocess
 import threading
+import time
 import unittest
 
 from two_machines import TwoMachines, reason_against
@@ -81,6 +82,29 @@ class Machines(unittest.TestCase):
             holder.wait(chance.uniform(0, 0.1))
         with contextlib.suppress(ProcessLookupError):
             (os.killpg if chance.randrange(2) else os.kill)(holder.pid, signal.SIGKILL)
+
+    def lose(self, lose, patience):
+        """Machine 1 holds the lock and is lost: machine 2 gets the lock while the command of machine 1 still runs."""
+        holder = self.hold(1, "echo held; exec sleep 600")
+        self.addCleanup(holder.communicate)
+        self.addCleanup(os.killpg, holder.pid, signal.SIGKILL)
+        self.assertEqual(holder.stdout.readline(), "held\n")
+        lose()
+        start = time.monotonic()
+        taken = subprocess.run([*self.machines.on(2), QV, "lock", "--wait", str(patience), self.machines.path(2, "plan.doc"),
+                                "--", "true"], capture_output=True, text=True, timeout=2 * patience)
+        self.assertEqual(taken.returncode, 0, taken.stderr)
+        print("taken over after %.0f s" % (time.monotonic() - start))
+
+    def test_a_machine_whose_client_is_killed_loses_its_lock(self):
+        self.addCleanup(self.machines.mount, 1)
+        self.lose(lambda: self.machines.kill_client(1), 60)
+
+    @unittest.skipUnless(os.environ.get("QV_TEST_LARGE"), "takes minutes; QV_TEST_LARGE=1 asks for it")
+    def test_a_machine_whose_network_is_cut_loses_its_lock(self):
+        self.addCleanup(self.machines.mount, 1)
+        self.addCleanup(self.machines.connect, 1, True)
+        self.lose(lambda: self.machines.connect(1, False), 300)
 
     def test_a_log_has_every_line(self):
         failures = []

@@ -7,8 +7,8 @@ import subprocess
 import tempfile
 import time
 
-# Options of the volume, "name=value" each, that are not its defaults.
-OPTIONS = os.environ.get("QV_VOLUME_OPTIONS", "").split()
+# Options of the volume, "name=value" each: those that docs/sharing.md recommends, unless others are asked for.
+OPTIONS = os.environ.get("QV_VOLUME_OPTIONS", "performance.open-behind=off").split()
 SERVER = "10.77.0.1"
 VOLUME = "qvmachines"
 
@@ -37,8 +37,8 @@ class TwoMachines:
         for number in (1, 2):
             folder = self.root / str(number)
             folder.mkdir()
-            self._do((*self.on(number), "mount", "-t", "glusterfs", f"{SERVER}:/{VOLUME}", str(folder)),
-                     ("umount", "-l", str(folder)))
+            self.undo.append(("umount", "-l", str(folder)))
+            self.mount(number)
 
     def _connect(self, machine, here, there, network):
         self._do(("ip", "netns", "add", machine), ("ip", "netns", "del", machine))
@@ -76,6 +76,21 @@ class TwoMachines:
     def _do(self, command, undo):
         run(*command)
         self.undo.append(undo)
+
+    def mount(self, number):
+        """Mounts the volume, or mounts it again after its client is gone."""
+        folder = str(self.root / str(number))
+        run("umount", "-l", folder, check=False)
+        run(*self.on(number), "mount", "-t", "glusterfs", f"{SERVER}:/{VOLUME}", folder)
+
+    def kill_client(self, number):
+        """What serves the machine's mount is gone without a word to the server, as after a crash."""
+        run("pkill", "-KILL", "-f", f"glusterfs .*{self.root}/{number}$")
+
+    @staticmethod
+    def connect(number, is_connected):
+        """Plugs the machine's cable in, or out."""
+        run("ip", "link", "set", f"qvh{number}", "up" if is_connected else "down")
 
     def on(self, number):
         """The words before a command that runs on one of the machines."""
