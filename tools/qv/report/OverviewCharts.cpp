@@ -79,7 +79,8 @@ std::vector<Bar> FolderBars(const std::vector<FolderEntry>& folders) {
 }
 
 void DrawChanges(std::vector<CString>& charts, const Overview& overview) {
-    if (overview.changes.size() < 2) return;
+    constexpr std::size_t kFewest = 3;
+    if (overview.changes.size() < kFewest) return;
     std::vector<COleDateTime> dates;
     std::vector<double> files;
     for (const PeriodCount& period : overview.changes) {

@@ -134,16 +134,17 @@ void ReportPage::AddOverview() {
     for (const CString& chart : DrawCharts(m_overview, m_tree.folders))
         AddFormattedText("\n<figure>" + chart + "</figure>");
     AddTopFolders();
-    AddTopFiles("Largest files", "Size", m_overview.largest, [](const FileEntry& file) { return Size(file.size); });
-    AddTopFiles("Latest files", "Changed", m_overview.latest,
+    AddTopFiles("sizes", "Largest files", "Size", m_overview.largest,
+                [](const FileEntry& file) { return Size(file.size); });
+    AddTopFiles("dates", "Latest files", "Changed", m_overview.latest,
                 [](const FileEntry& file) { return Date(file.modified); });
     CloseTag("section");
 }
 
-void ReportPage::OpenTop(const char* caption, const char* first, const char* second, const char* third) {
-    const bool hasDates = std::string_view(third) == "Changed";
-    AddFormattedText("\n<table class=\"top" + CString(hasDates ? " dates" : "") + "\"><caption>" + CString(caption) +
-                     "</caption><thead><tr><th>" + first + "<th>" + second + "<th>" + third + "<tbody>");
+void ReportPage::OpenTop(const char* style, const char* caption, std::initializer_list<const char*> titles) {
+    AddFormattedText("\n<table class=\"top " + CString(style) + "\"><caption>" + caption + "</caption><thead><tr>");
+    for (const char* const title : titles) AddFormattedText("<th>" + CString(title));
+    AddFormattedText("<tbody>");
 }
 
 CString ReportPage::LinkToFolder(std::size_t index) const {
@@ -154,7 +155,7 @@ CString ReportPage::LinkToFolder(std::size_t index) const {
 
 void ReportPage::AddTopFolders() {
     if (m_overview.folders.size() < 2) return;
-    OpenTop("Largest folders", "Name", "Files", "Size");
+    OpenTop("sums", "Largest folders", {"Name", "Files", "Size"});
     for (const std::size_t index : m_overview.folders) {
         const FolderTotals& own = m_tree.folders[index].own;
         AddFormattedText("\n<tr><td>" + LinkToFolder(index) + "<td>" + Number(own.files) + "<td>" + Size(own.bytes));
@@ -162,10 +163,10 @@ void ReportPage::AddTopFolders() {
     CloseTag("table");
 }
 
-void ReportPage::AddTopFiles(const char* caption, const char* column, const std::vector<FileOfFolder>& files,
-                             CString (*value)(const FileEntry& file)) {
+void ReportPage::AddTopFiles(const char* style, const char* caption, const char* column,
+                             const std::vector<FileOfFolder>& files, CString (*value)(const FileEntry& file)) {
     if (files.empty()) return;
-    OpenTop(caption, "Name", "Folder", column);
+    OpenTop(style, caption, {"Name", "Folder", column});
     for (const FileOfFolder& entry : files)
         AddFormattedText("\n<tr><td>" +
                          LinkTo(*entry.file, AddressOf(m_tree.folders[entry.folder], m_header.linkPrefix)) + "<td>" +

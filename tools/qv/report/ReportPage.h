@@ -43,10 +43,11 @@ private:
     void AddMenu();
     void AddSummary();
     void AddOverview();
-    void OpenTop(const char* caption, const char* first, const char* second, const char* third);
+    /// @param style  a class of the table.
+    void OpenTop(const char* style, const char* caption, std::initializer_list<const char*> titles);
     CString LinkToFolder(std::size_t index) const;
     void AddTopFolders();
-    void AddTopFiles(const char* caption, const char* column, const std::vector<FileOfFolder>& files,
+    void AddTopFiles(const char* style, const char* caption, const char* column, const std::vector<FileOfFolder>& files,
                      CString (*value)(const FileEntry& file));
     void AddTools();
     void OpenSection(std::string_view title, const CString& summary);
