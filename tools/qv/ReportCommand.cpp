@@ -1,8 +1,8 @@
 #include <chrono>
 
+#include "qvcommon/FileUtils.h"
 #include "qvcommon/HtmlAssets.h"
 #include "qvcommon/StringHelper.h"
-#include "qvcommon/framework/File.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/LeftOuts.h"
 #include "tools/qv/Utf8Path.h"
@@ -52,11 +52,7 @@ void WriteAssets(const fs::path& output, const CString& outputName) {
     std::error_code failed;
     fs::create_directory(output / ReportPage::kAssetFolder, failed);
     CHtmlAssets::CopyTo(folder);
-    for (const auto& [name, text] : ReportAssets()) {
-        CFile file(folder + name, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite);
-        file.Write(text.data(), static_cast<UINT>(text.size()));
-        file.Close();
-    }
+    for (const auto& [name, text] : ReportAssets()) CFileUtils::SaveFile(folder + name, CString(text));
 }
 
 FolderTree ReadTree(const fs::path& folder, const fs::path& output, ILeftOut& leftOut) {
@@ -78,9 +74,8 @@ void WriteReport(const Options& options) {
     const CString outputName = CString(options.output) + "\\";
     WriteAssets(output, outputName);
     ReportPage page(header, tree);
-    page.SetFilename(outputName + ReportPage::kFileName);
     page.Write();
-    page.CommitFile();
+    CFileUtils::SaveFile(outputName + ReportPage::kFileName, page.GetHtml());
     leftOuts.Check();
 }
 
