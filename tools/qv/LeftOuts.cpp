@@ -1,6 +1,7 @@
 #include "tools/qv/LeftOuts.h"
 
 #include "tools/qv/Command.h"
+#include "tools/qv/Progress.h"
 #include "tools/qv/Visible.h"
 
 namespace qv::tool {

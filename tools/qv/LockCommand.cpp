@@ -5,6 +5,7 @@
 #include "tools/qv/Commands.h"
 #include "tools/qv/Lines.h"
 #include "tools/qv/LockCheck.h"
+#include "tools/qv/Progress.h"
 #include "tools/qv/Visible.h"
 
 namespace qv::tool {

@@ -4,6 +4,7 @@
 
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/CommandLine.h"
+#include "tools/qv/Progress.h"
 #include "tools/qv/Visible.h"
 
 namespace {

@@ -33,6 +33,12 @@ std::string MinutesAndSeconds(double seconds) {
 
 }  // namespace
 
+void Complain(std::string_view message) {
+    ClearProgressLine();
+    const std::string line = AfxIsErrorTerminal() ? VisibleOnTerminal(message) : std::string(message);
+    std::fprintf(stderr, "qv: %s\n", line.c_str());
+}
+
 void AddQuiet(Command command, const char* description) {
     command.AddFlag("-q,--quiet", g_isQuiet, description);
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/qv/Command.h"
@@ -15,6 +16,9 @@ void AddQuiet(Command command, const char* description = "Show neither progress 
 bool IsQuiet();
 /// Writes a message to standard error that is no error, unless the user wants none.
 void Note(const std::string& message);
+
+/// Writes "qv: ", the message and a line end to standard error, visibly where that is a terminal.
+void Complain(std::string_view message);
 
 /// Empties the line that a Progress has written on the terminal, if one has: whoever prints calls it first.
 void ClearProgressLine();

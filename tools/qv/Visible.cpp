@@ -8,7 +8,6 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/StandardStreams.h"
 #include "qvcommon/framework/Utf8.h"
-#include "tools/qv/Progress.h"
 #include "tools/qv/Utf8Text.h"
 
 namespace qv::tool {
@@ -102,12 +101,6 @@ std::string VisibleOnPage(std::string_view utf8) {
     if (end > begin) visible += VisibleUtf8(utf8.substr(begin, end - begin), IsDirectionOrLine);
     if (end > begin) addBlanks(utf8.size() - end);
     return visible;
-}
-
-void Complain(std::string_view message) {
-    ClearProgressLine();
-    const std::string line = AfxIsErrorTerminal() ? VisibleOnTerminal(message) : std::string(message);
-    std::fprintf(stderr, "qv: %s\n", line.c_str());
 }
 
 std::string MessageOf(CException& error) {

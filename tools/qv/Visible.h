@@ -18,9 +18,6 @@ std::string ForOutput(std::string_view text);
 /// UTF-8 text for a page: besides, blanks at its ends as U+2423, and marks of writing direction as "\u202E".
 std::string VisibleOnPage(std::string_view utf8);
 
-/// Writes "qv: ", the message and a line end to standard error, visibly where that is a terminal.
-void Complain(std::string_view message);
-
 /// What an exception says, cut to 511 bytes.
 std::string MessageOf(CException& error);
 
