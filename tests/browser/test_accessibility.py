@@ -4,6 +4,7 @@ import pathlib
 import shutil
 import subprocess
 
+import accessibility
 from testcase import BIN, BrowserTest, in_each_browser
 
 ASSETS = pathlib.Path(__file__).parents[2] / "html/assets"
@@ -24,6 +25,7 @@ class Accessibility(BrowserTest):
 
     @classmethod
     def make_pages(cls):
+        accessibility.script()
         for program in ("sample_pages", "sample_charts"):
             subprocess.run([BIN / program, cls.folder], check=True)
         assets = shutil.copytree(ASSETS, cls.folder / "assets")

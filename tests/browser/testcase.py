@@ -12,10 +12,11 @@ import unittest
 import accessibility
 from chromium import Chromium
 from firefox import Firefox
+from measure import measure
 from pages import Server
 
-# Clicks, and the events that the page's own attributes or its scripts wait for, on every element. No link leads away, but
-# those that are scripts run.
+# Clicks every element and sends it the events that its attributes or the page's scripts handle. Links lead nowhere, except
+# that those with scripts run them.
 EXERCISE = """
     addEventListener('click', e => { if (!/^javascript:/i.test(e.target.closest('a')?.href)) e.preventDefault() }, true);
     for (const element of document.querySelectorAll('*')) {
@@ -68,6 +69,7 @@ class BrowserTest:
     def check_no_harm(self, page):
         """No script in a page's texts runs, whatever its reader does, and however often it is opened. Each of those texts
         would call `harm()`."""
+        self.server.harm.clear()
         self.go("watched/" + page)
         for _ in range(2):
             self.browser.run(EXERCISE)
@@ -76,7 +78,6 @@ class BrowserTest:
         self.assertEqual(self.server.harm, [])
         self.browser.run("harm()")
         self.assertEqual(len(self.server.harm), 1)
-        self.server.harm.clear()
 
     def check_accessible(self, *exceptions, schemes=("light", "dark")):
         """What the window shows breaks no serious rule of axe-core in these colour schemes, and breaks these exceptions."""
@@ -84,6 +85,13 @@ class BrowserTest:
             self.browser.prefer(scheme)
             found = accessibility.violations(self.browser)
             self.assertEqual(sorted(found), sorted(exceptions), (scheme, found))
+
+    def check_growth(self, small, large, action="", factor=12):
+        """A page with ten times the contents of another takes at most so many times as long, whatever is measured. What is
+        shorter than two frames counts as two."""
+        before, after = (measure(self.browser, self.server.address + page, action) for page in (small, large))
+        for name in before._fields:
+            self.assertLess(getattr(after, name), factor * max(getattr(before, name), 1000 / 30), (name, before, after))
 
 
 def in_each_browser(tests):
