@@ -21,7 +21,7 @@ RUN = """const done = arguments[0];
 
 
 def violations(browser):
-    """Of what the window shows, those that are serious or critical: the elements' markup by the rule that they break."""
+    """The serious and critical ones in what the window shows: the elements' markup by the rule that they break."""
     if not browser.value("'axe' in window"):
         browser.run(script())
     return browser.wait(RUN)

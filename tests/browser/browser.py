@@ -28,8 +28,8 @@ SECONDS = 120  # for what takes a moment, unless the machine is busy with other 
 
 
 class Browser:
-    """A browser with a fresh profile and one window. This class has what the commands of WebDriver (W3C) do in every browser;
-    derived ones send them, and do what WebDriver has no command for."""
+    """A browser with a fresh profile and one window. This class has what the commands of WebDriver (W3C) do in every
+    browser; derived ones send them, and do what WebDriver has no command for."""
 
     programs = ()
 
@@ -165,10 +165,10 @@ class Browser:
         raise NotImplementedError
 
     def allow_scripts(self, is_allowed):
-        """Whether pages that are opened from now on run scripts; it holds until `renew`. `run` and `value` always work."""
+        """Whether pages opened from now on run their scripts; it holds until `renew`. `run` and `value` always work."""
         raise NotImplementedError
 
     def errors(self):
-        """The messages of the errors since the last call: exceptions that nobody caught, and what the page that is shown has
-        written to the console as errors."""
+        """The messages of the errors since the last call: uncaught exceptions, and what the page in the window has written
+        to the console as errors."""
         raise NotImplementedError

@@ -20,8 +20,8 @@ class Browsers(BrowserTest):
     def make_pages(cls):
         cls.folder.joinpath("state.html").write_text(STATE)
         cls.folder.joinpath("busy.html").write_text(
-            "<!DOCTYPE html><title>Busy</title><script>%s</script><button onclick='%s'>Go</button><script>addEventListener("
-            "'DOMContentLoaded', () => { %s })</script>" % (BUSY % 80, BUSY % 120, BUSY % 40))
+            "<!DOCTYPE html><title>Busy</title><script>%s</script><button onclick='%s'>Go</button>"
+            "<script>addEventListener('DOMContentLoaded', () => { %s })</script>" % (BUSY % 80, BUSY % 120, BUSY % 40))
 
     def test_what_a_page_leaves_ends_with_its_window(self):
         for is_reload, title in ((False, ""), (True, "kept=122"), (False, "")):
