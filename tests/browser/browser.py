@@ -169,6 +169,6 @@ class Browser:
         raise NotImplementedError
 
     def errors(self):
-        """The messages of the errors since the last call: uncaught exceptions, and what the page in the window has written
-        to the console as errors."""
+        """The messages of the errors since the last call: uncaught exceptions, and what the page in the window has
+        written to the console as errors."""
         raise NotImplementedError
