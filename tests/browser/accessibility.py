@@ -21,19 +21,27 @@ RUN = """const done = arguments[0];
 
 
 def violations(browser):
-    """Of what the window shows, those that are serious or critical: the elements' markup by the rule that they break."""
+    """The serious and critical ones in what the window shows: the elements' markup by the rule that they break."""
     if not browser.value("'axe' in window"):
         browser.run(script())
     return browser.wait(RUN)
 
 
-@functools.cache
 def script():
+    """The script of axe-core. SkipTest where it cannot be had, after one attempt."""
+    source, reason = load()
+    if reason:
+        raise unittest.SkipTest(reason)
+    return source
+
+
+@functools.cache
+def load():
     file = pathlib.Path(os.environ["QV_BIN"]).parents[1] / (PACKAGE + ".tgz")
-    if not is_pinned(file):
-        fetch(file)
+    if not is_pinned(file) and (reason := fetch(file)):
+        return None, reason
     with tarfile.open(file) as package:
-        return package.extractfile("package/axe.min.js").read().decode()
+        return package.extractfile("package/axe.min.js").read().decode(), None
 
 
 def is_pinned(file):
@@ -41,13 +49,14 @@ def is_pinned(file):
 
 
 def fetch(file):
+    """The reason why it cannot be had, or None."""
     if not shutil.which("npm"):
-        raise unittest.SkipTest("no npm to fetch " + PACKAGE)
+        return "no npm to fetch " + PACKAGE
     # Another process may fetch it as well: what has its name is whole.
     with tempfile.TemporaryDirectory(dir=file.parent) as folder:
         command = ["npm", "pack", "--silent", "--fetch-retries=1", "--pack-destination", folder, PACKAGE]
         if subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True).returncode:
-            raise unittest.SkipTest("%s cannot be fetched" % PACKAGE)
+            return PACKAGE + " cannot be fetched"
         fetched = next(pathlib.Path(folder).glob("*.tgz"))
         if not is_pinned(fetched):
             raise AssertionError("%s is another one than was chosen" % PACKAGE)

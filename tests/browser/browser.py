@@ -28,8 +28,8 @@ SECONDS = 120  # for what takes a moment, unless the machine is busy with other 
 
 
 class Browser:
-    """One window of a browser with a profile of its own. What both browsers do by the commands of WebDriver (W3C) is here;
-    how a command reaches the browser, and what WebDriver lacks, is theirs."""
+    """A browser with a fresh profile and one window. This class has what the commands of WebDriver (W3C) do in every
+    browser; derived ones send them, and do what WebDriver has no command for."""
 
     programs = ()
 
@@ -54,20 +54,20 @@ class Browser:
         shutil.rmtree(self.profile, ignore_errors=True)
 
     def launch(self, command, ready):
-        """Starts the process and returns the port that it prints, found by an expression."""
+        """Starts the process and returns the port that it prints; the expression's group finds it."""
         environment = os.environ | {"HOME": self.profile, "TMPDIR": self.profile}
         # However these tests end, the process ends with them.
         command = ["setpriv", "--pdeathsig", "TERM"] + command
         self.process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env=environment)
         for line in self.process.stdout:
             if match := re.search(ready, line):
-                # What it prints later is read too, for else it would wait.
+                # A full pipe would block the process.
                 threading.Thread(target=self.process.stdout.read, daemon=True).start()
                 return int(match[1])
         raise RuntimeError(" ".join(command) + " did not start")
 
     def renew(self):
-        """A window of its own for the next test: no history, cookies, storage or emulation, no errors of before."""
+        """Replaces the window by a fresh one: no history, cookies, storage, emulation or errors from before."""
         window = self.command("NewWindow", type="tab")["handle"]
         self.command("CloseWindow")
         self.command("SwitchToWindow", handle=window)
@@ -165,10 +165,10 @@ class Browser:
         raise NotImplementedError
 
     def allow_scripts(self, is_allowed):
-        """Whether pages that are opened from now on run scripts; it holds until `renew`. `run` and `value` always work."""
+        """Whether pages opened from now on run their scripts; it holds until `renew`. `run` and `value` always work."""
         raise NotImplementedError
 
     def errors(self):
-        """The messages of the errors since the last call: exceptions that nobody caught, and what the page that is shown has
+        """The messages of the errors since the last call: uncaught exceptions, and what the page in the window has
         written to the console as errors."""
         raise NotImplementedError

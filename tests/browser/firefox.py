@@ -7,9 +7,11 @@ import socket
 
 from browser import SECONDS, Browser
 
-# Nothing outside of this machine is reached: the proxy's port is closed, and loopback takes no proxy.
-PREFERENCES = {"marionette.port": 0, "network.proxy.type": 1, "network.proxy.http": "127.0.0.1",
-               "network.proxy.http_port": 9, "network.proxy.ssl": "127.0.0.1", "network.proxy.ssl_port": 9,
+# Nothing outside of this machine is reached: names are not looked up, the proxy's port is closed, and loopback takes no
+# proxy.
+PREFERENCES = {"marionette.port": 0, "network.dns.disabled": True, "network.proxy.type": 1,
+               "network.proxy.http": "127.0.0.1", "network.proxy.http_port": 9,
+               "network.proxy.ssl": "127.0.0.1", "network.proxy.ssl_port": 9,
                "browser.aboutwelcome.enabled": False, "browser.chrome.site_icons": False,
                "datareporting.policy.dataSubmissionEnabled": False}
 # The browser's own code makes errors as well.
@@ -84,8 +86,8 @@ class Firefox(Browser):
                   " {onDataDeleted: arguments[0]})", name="ExecuteAsyncScript")
 
     def resize(self, width, height):
-        self.tell("for (const [name, value] of Object.entries(arguments[0])) gBrowser.selectedBrowser.style[name] = value",
-                  {"width": "%dpx" % width, "height": "%dpx" % height})
+        self.tell("[gBrowser.selectedBrowser.style.width, gBrowser.selectedBrowser.style.height] = arguments",
+                  "%dpx" % width, "%dpx" % height)
         self.until("innerWidth == %d && innerHeight == %d" % (width, height))
 
     def prefer(self, scheme):

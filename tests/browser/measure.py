@@ -21,8 +21,8 @@ INPUT = """window.measured = new Promise(done => { for (const kind of ["click", 
 
 
 def measure(browser, address, action="", rounds=3):
-    """The least times of so many rounds. An action is a script, or a function that makes the browser click or press: its
-    time then starts with the event."""
+    """The least times of so many rounds. An action is a script, or a function that makes the browser click or press:
+    its time then starts with the event."""
     return Times(*map(min, zip(*(once(browser, address, action) for _ in range(rounds)))))
 
 

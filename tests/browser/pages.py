@@ -7,9 +7,9 @@ import re
 import threading
 import urllib.parse
 
-# What calls `harm` is noted before the call returns, so that nothing is missed when the page is left or opened again.
-SENTINEL = (b"<script>function harm() { var call = new XMLHttpRequest; call.open('GET', '/harmed', false); call.send(); }"
-            b"</script>")
+# Each call of `harm` is noted before it returns: none is missed when the page is left or opened again.
+SENTINEL = (b"<script>function harm() { var call = new XMLHttpRequest; call.open('GET', '/harmed', false);"
+            b" call.send(); }</script>")
 
 
 class Pages(http.server.SimpleHTTPRequestHandler):

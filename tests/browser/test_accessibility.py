@@ -4,12 +4,13 @@ import pathlib
 import shutil
 import subprocess
 
+import accessibility
 from testcase import BIN, BrowserTest, in_each_browser
 
 ASSETS = pathlib.Path(__file__).parents[2] / "html/assets"
 # By rule: the pages that may break it, and why.
 EXCEPTIONS = {
-    # The pictures of sections and bars have no text in the markup of old browsers; the support for those of today adds it.
+    # Pictures of sections and bars have no text in the markup of old browsers. The support for those of today adds it.
     "image-alt": {"bar.html", "bars.html", "hostile.html", "section.html", "sections.html"},
 }
 OPEN_ALL = """
@@ -24,6 +25,7 @@ class Accessibility(BrowserTest):
 
     @classmethod
     def make_pages(cls):
+        accessibility.script()
         for program in ("sample_pages", "sample_charts"):
             subprocess.run([BIN / program, cls.folder], check=True)
         assets = shutil.copytree(ASSETS, cls.folder / "assets")

@@ -172,12 +172,11 @@ class Today(SamplePages):
         self.check("location.hash", "#fruit")
         self.check("document.querySelectorAll('b').length", 0)
 
-
     def test_hostile_texts_are_shown_as_they_are(self):
         self.go("hostile-today.html")
         self.check("document.title", "<script>harm()</script>")
-        articles = self.browser.value("[...document.querySelectorAll('article')].map(a => [a.dataset.text].concat(['h3', "
-                                      "'#menuHeading', '.mnu a', 'th', '.clsSelected', 'article > p'].map(s => "
+        articles = self.browser.value("[...document.querySelectorAll('article')].map(a => [a.dataset.text].concat(["
+                                      "'h3', '#menuHeading', '.mnu a', 'th', '.clsSelected', 'article > p'].map(s => "
                                       "a.querySelector(s).textContent), (a.querySelector('.Glossary').onmouseover(), "
                                       "document.getElementById('qvPopup').textContent)))")
         self.assertEqual(len(articles), 14)

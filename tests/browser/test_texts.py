@@ -4,7 +4,7 @@ import subprocess
 
 from testcase import BIN, BrowserTest, in_each_browser
 
-LINKS = "[...document.querySelectorAll('a[href], area[href]')].map(e => e.href).concat(document.querySelector('q').cite)"
+LINKS = "[...document.querySelectorAll('a[href], area[href], q[cite]')].map(e => e.href || e.cite)"
 
 
 @in_each_browser

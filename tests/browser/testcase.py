@@ -12,12 +12,15 @@ import unittest
 import accessibility
 from chromium import Chromium
 from firefox import Firefox
+from measure import measure
 from pages import Server
 
-# Clicks, and the events that the page's own attributes or its scripts wait for, on every element. No link leads away, but
+# Clicks every element and sends it the events that its attributes or the page's scripts handle. Links lead nowhere, but
 # those that are scripts run.
 EXERCISE = """
-    addEventListener('click', e => { if (!/^javascript:/i.test(e.target.closest('a')?.href)) e.preventDefault() }, true);
+    addEventListener('click', event => {
+        if (!/^javascript:/i.test(event.target.closest('a')?.href)) event.preventDefault();
+    }, true);
     for (const element of document.querySelectorAll('*')) {
         const own = [...element.attributes].filter(a => a.name.startsWith('on')).map(a => a.name.slice(2));
         const kinds = new Set([...own, 'mouseover', 'mouseout', 'focusin', 'focusout', 'keydown', 'input', 'change']);
@@ -66,8 +69,9 @@ class BrowserTest:
         self.assertEqual(self.browser.value(expression), expected)
 
     def check_no_harm(self, page):
-        """No script in a page's texts runs, whatever its reader does, and however often it is opened. Each of those texts
-        would call `harm()`."""
+        """No script in a page's texts runs, whatever its reader does and however often it is opened. Each of those
+        texts would call `harm()`."""
+        self.server.harm.clear()
         self.go("watched/" + page)
         for _ in range(2):
             self.browser.run(EXERCISE)
@@ -76,14 +80,20 @@ class BrowserTest:
         self.assertEqual(self.server.harm, [])
         self.browser.run("harm()")
         self.assertEqual(len(self.server.harm), 1)
-        self.server.harm.clear()
 
     def check_accessible(self, *exceptions, schemes=("light", "dark")):
-        """What the window shows breaks no serious rule of axe-core in these colour schemes, and breaks these exceptions."""
+        """What the window shows breaks these serious rules of axe-core and no others, in these colour schemes."""
         for scheme in schemes:
             self.browser.prefer(scheme)
             found = accessibility.violations(self.browser)
             self.assertEqual(sorted(found), sorted(exceptions), (scheme, found))
+
+    def check_growth(self, small, large, action="", factor=12):
+        """A page with ten times the contents of another takes at most so many times as long, whatever is measured. What
+        is shorter than two frames counts as two."""
+        before, after = (measure(self.browser, self.server.address + page, action) for page in (small, large))
+        for name in before._fields:
+            self.assertLess(getattr(after, name), factor * max(getattr(before, name), 1000 / 30), (name, before, after))
 
 
 def in_each_browser(tests):
