@@ -6,7 +6,6 @@ import subprocess
 import unittest
 import urllib.request
 
-from measure import measure
 from testcase import BIN, BrowserTest, in_each_browser
 
 TITLES = "[...document.querySelectorAll('#DropDownHotspot small')].map(e => e.previousSibling.data.trim())"
@@ -209,10 +208,7 @@ class Report(BrowserTest):
             report(self.folder, name)
         for action in ("showSection(document.querySelectorAll('#DropDownSection')[1])", "report.setAll(true)",
                        FILTER.replace("arguments[0]", "'1'")):
-            small, large = (measure(self.browser, self.server.address + "grow%d-out/index.html" % size, action)
-                            for size in (300, 3000))
-            self.assertLess(large.action, 12 * small.action, action)
-            self.assertLess(large.paint, 12 * small.paint)
+            self.check_growth("grow300-out/index.html", "grow3000-out/index.html", action)
 
     def test_hostile_names_are_texts_and_nothing_else(self):
         self.check_no_harm("bad-out/index.html")
