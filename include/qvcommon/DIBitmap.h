@@ -8,6 +8,11 @@
 #include "qvcommon/framework/DeviceContext.h"
 #include "qvcommon/framework/File.h"
 
+namespace qv::imaging {
+class PlainRows;
+struct NewDib;
+}  // namespace qv::imaging
+
 /// The 40-byte information header of a bitmap: the layout of the system's BITMAPINFOHEADER.
 struct DibHeader {
     DWORD size;               ///< of this header: 40
@@ -139,6 +144,8 @@ public:
 
 protected:
     friend class CBmpPalette;
+    friend class qv::imaging::PlainRows;
+    friend struct qv::imaging::NewDib;
 
     /// From the header; 0 when empty.
     int GetWidth() const { return m_info ? m_info->header.width : 0; }
