@@ -28,8 +28,7 @@ void SetColours(const PngFile& file, NewDib& dib) {
 class PngDecoder {
 public:
     explicit PngDecoder(const PngFile& file)
-        : m_file(file),
-          m_header(file.header),
+        : m_header(file.header),
           m_inflater(file.data),
           m_samples(file),
           m_dib(file.header.width, file.header.height, BitsFor(file)),
@@ -74,7 +73,6 @@ private:
             PutEachPixel(m_pixels.data(), columns, Bits(), row, pass.x, pass.stepX);
     }
 
-    const PngFile& m_file;
     const PngHeader& m_header;
     Inflater m_inflater;
     PngSamples m_samples;

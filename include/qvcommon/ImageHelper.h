@@ -38,8 +38,8 @@ public:
 
     // Files.
 
-    /// Reads a PNG file (ISO/IEC 15948, third edition of PNG without animation) from the file's position; the position is
-    /// then the file's end.
+    /// Reads a PNG file (ISO/IEC 15948) from the file's position; the position is then the file's end. Of an animation
+    /// that is the picture which stands for it.
     ///
     /// All colour types, depths and interlacing are read, and every checksum is verified. Without transparency, grey and
     /// palette pictures keep their depth of 1, 4 or 8 bits as bitmaps with a palette (2 bits become 4, 16 become 8);

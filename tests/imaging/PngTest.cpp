@@ -4,6 +4,7 @@
 #include "tests/support/Damage.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Raised.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/Tool.h"
 
 namespace {
@@ -119,6 +120,9 @@ TEST_F(Png, WritesEveryDepth) {
     Load(BitmapFile({.width = 4, .height = 2, .rows = "too few"}));
     EXPECT_EQ(CImageHelper::WritePng(m_folder / "w.png", bitmap) + CImageHelper::WritePng(m_folder / "w.png", Bitmap()),
               0);
+    Load(BitmapFile({.width = 4, .height = 2}));
+    const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Write, qv::platform::FileCause::DiskFull));
+    EXPECT_TRUE(Raised<CFileException>([&] { CImageHelper::WritePng(m_folder / "w.png", bitmap); }));
     EXPECT_TRUE(m_folder.Read("w.png") == before);
 }
 
@@ -183,22 +187,21 @@ TEST_F(Png, ImageMagickSeesTheSamePixels) {
     const CStringArray shapes = {"(", "+clone",    "-crop", "11x9+0+0", "-alpha", "set",       "-channel",
                                  "A", "-evaluate", "set",   "40%",      ")",      "-composite"};
     for (const char* const kind : {"PNG00:", "PNG8:", "PNG24:", "PNG32:", "PNG48:", "PNG64:"})
-        for (const char* const interlace : {"none", "PNG"})
-            for (const char* const space : {"sRGB", "Gray"}) {
-                CStringArray make = {"-size", "37x23", "-seed", "7", "plasma:", "-colorspace", space};
-                make.Append(kind[3] == '8' ? CStringArray{"-colors", "100"} : shapes);
-                make.Append({"-interlace", interlace, kind + CString(m_folder.Native("theirs.png").string())});
-                ASSERT_EQ(RunProgram("convert", make).status, 0);
-                CImageHelper::ReadPng(m_folder / "theirs.png", bitmap);
-                CImageHelper::WritePng(m_folder / "ours.png", bitmap);
-                const std::vector<std::uint16_t> theirs = seen("theirs.png"), ours = seen("ours.png");
-                ASSERT_EQ(theirs.size(), 37u * 23 * 4);
-                ASSERT_EQ(ours.size(), theirs.size());
-                int greatest = 0;
-                for (std::size_t i = 0; i < ours.size(); ++i)
-                    greatest = std::max(greatest, std::abs(ours[i] - theirs[i]));
-                EXPECT_LE(greatest, 128) << kind << " " << interlace << " " << space;
-            }
+        for (const auto& [interlace, space] : {std::pair{"none", "sRGB"}, {"PNG", "Gray"}}) {
+            CStringArray make = {"-limit", "thread", "1",       "-size",       "37x23",
+                                 "-seed",  "7",      "plasma:", "-colorspace", space};
+            make.Append(kind[3] == '8' ? CStringArray{"-colors", "100"} : shapes);
+            make.Append({"-interlace", interlace, kind + CString(m_folder.Native("theirs.png").string())});
+            ASSERT_EQ(RunProgram("convert", make).status, 0);
+            CImageHelper::ReadPng(m_folder / "theirs.png", bitmap);
+            CImageHelper::WritePng(m_folder / "ours.png", bitmap);
+            const std::vector<std::uint16_t> theirs = seen("theirs.png"), ours = seen("ours.png");
+            ASSERT_EQ(theirs.size(), 37u * 23 * 4);
+            ASSERT_EQ(ours.size(), theirs.size());
+            int greatest = 0;
+            for (std::size_t i = 0; i < ours.size(); ++i) greatest = std::max(greatest, std::abs(ours[i] - theirs[i]));
+            EXPECT_LE(greatest, 128) << kind << " " << interlace << " " << space;
+        }
 }
 
 }  // namespace
