@@ -130,8 +130,9 @@ void AddConvert(Command bmp) {
         .CallValue("N")
         .TakeOneEach();
     convert.SetFooter(
-        "Bitmaps get a header of 40 bytes, and sizes, masks, colours and rows as the format asks for. With alpha they\n"
-        "have 32 bits and four masks, which not every program reads. Of an icon the largest picture is taken.\n"
+        "Bitmaps get a header of 40 bytes, with alpha one of 108, and sizes, masks, colours and rows as the format "
+        "asks\n"
+        "for. Of an icon the largest picture is taken.\n"
         "Examples:\n  qv bmp convert odd.bmp clean.bmp\n  qv bmp convert logo.png logo.ico --size 16 --size 32 --size "
         "256");
     convert.SetAction([conversion] { Convert(*conversion); });
