@@ -12,8 +12,8 @@ constexpr int kLargest = 256;
 
 template <class Record>
 void Append(std::vector<BYTE>& bytes, const Record& record) {
-    const auto* const first = reinterpret_cast<const BYTE*>(&record);
-    bytes.insert(bytes.end(), first, first + sizeof record);
+    bytes.resize(bytes.size() + sizeof record);
+    std::memcpy(bytes.data() + bytes.size() - sizeof record, &record, sizeof record);
 }
 
 /// Pixels with alpha, and the mask for those who do not know alpha.
