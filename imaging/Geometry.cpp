@@ -19,18 +19,15 @@ double SinPi(double x) {
     return sum;
 }
 
-Raster MirroredLeftRight(const Raster& source) {
-    Raster result(source.Width(), source.Height());
-    for (int y = 0; y < source.Height(); ++y)
-        std::reverse_copy(source.Row(y), source.Row(y) + source.Width(), result.Row(y));
-    return result;
+Raster MirroredLeftRight(Raster source) {
+    for (int y = 0; y < source.Height(); ++y) std::reverse(source.Row(y), source.Row(y) + source.Width());
+    return source;
 }
 
-Raster MirroredUpDown(const Raster& source) {
-    Raster result(source.Width(), source.Height());
-    for (int y = 0; y < source.Height(); ++y)
-        std::copy_n(source.Row(source.Height() - 1 - y), source.Width(), result.Row(y));
-    return result;
+Raster MirroredUpDown(Raster source) {
+    for (int y = 0; y < source.Height() / 2; ++y)
+        std::swap_ranges(source.Row(y), source.Row(y) + source.Width(), source.Row(source.Height() - 1 - y));
+    return source;
 }
 
 Raster Cropped(const Raster& source, int x, int y, int width, int height) {
@@ -57,10 +54,10 @@ Raster QuarterTurned(const Raster& source, bool clockwise) {
 
 }  // namespace
 
-Raster Turned(const Raster& source, int quarters) {
+Raster Turned(Raster source, int quarters) {
     if (quarters % 2) return QuarterTurned(source, quarters == 1);
-    return quarters == 0 ? Cropped(source, 0, 0, source.Width(), source.Height())
-                         : MirroredLeftRight(MirroredUpDown(source));
+    if (quarters == 2) std::reverse(source.begin(), source.end());
+    return source;
 }
 
 }  // namespace qv::imaging

@@ -5,9 +5,9 @@
 namespace qv::imaging {
 
 /// Clockwise, by 0 to 3 quarters.
-Raster Turned(const Raster& source, int quarters);
-Raster MirroredLeftRight(const Raster& source);
-Raster MirroredUpDown(const Raster& source);
+Raster Turned(Raster source, int quarters);
+Raster MirroredLeftRight(Raster source);
+Raster MirroredUpDown(Raster source);
 Raster Cropped(const Raster& source, int x, int y, int width, int height);
 
 /// By an angle of 0 to 360 degrees, clockwise. Background as for CImageHelper::Rotate. Nullopt when it gets too large.

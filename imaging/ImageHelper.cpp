@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "imaging/Compositing.h"
 #include "imaging/Geometry.h"
@@ -17,9 +18,9 @@ namespace {
 /// Stores what an action makes of the source's pixels.
 template <class Make>
 BOOL StoreMade(const CDIBitmap& source, CDIBitmap& target, Make make) {
-    const std::optional<Raster> pixels = Raster::Of(source);
+    std::optional<Raster> pixels = Raster::Of(source);
     if (!pixels) return 0;
-    make(*pixels).StoreIn(target);
+    make(std::move(*pixels)).StoreIn(target);
     return 1;
 }
 
@@ -79,17 +80,18 @@ BOOL CImageHelper::Scale(const CDIBitmap& source, CDIBitmap& target, int width, 
 }
 
 BOOL CImageHelper::Turn(const CDIBitmap& source, CDIBitmap& target, int quarters) {
-    return StoreMade(source, target, [&](const Raster& pixels) { return Turned(pixels, (quarters % 4 + 4) % 4); });
+    return StoreMade(source, target, [&](Raster pixels) { return Turned(std::move(pixels), (quarters % 4 + 4) % 4); });
 }
 
 BOOL CImageHelper::Rotate(const CDIBitmap& source, CDIBitmap& target, double degrees, DWORD background) {
     if (!std::isfinite(degrees)) return 0;
     double angle = std::fmod(degrees, 360);
     if (angle < 0) angle += 360;
-    const std::optional<Raster> pixels = Raster::Of(source);
+    std::optional<Raster> pixels = Raster::Of(source);
     if (!pixels) return 0;
-    std::optional<Raster> rotated = std::fmod(angle, 90) == 0 ? Turned(*pixels, static_cast<int>(angle / 90) % 4)
-                                                              : Rotated(*pixels, angle, background);
+    std::optional<Raster> rotated = std::fmod(angle, 90) == 0
+                                        ? Turned(std::move(*pixels), static_cast<int>(angle / 90) % 4)
+                                        : Rotated(*pixels, angle, background);
     if (!rotated) return 0;
     if (background != transparent) LayOn(*rotated, background);
     rotated->StoreIn(target);

@@ -57,8 +57,9 @@ void Filter(BYTE filter, PngRows& rows, BYTE* out) {
     }
 }
 
-std::uint64_t Magnitude(Bytes bytes) {
-    std::uint64_t sum = 0;
+// A row is too short for the sum to overflow.
+std::uint32_t Magnitude(Bytes bytes) {
+    std::uint32_t sum = 0;
     for (const BYTE byte : bytes) sum += static_cast<unsigned>(std::abs(static_cast<signed char>(byte)));
     return sum;
 }
@@ -94,10 +95,10 @@ bool Unfilter(BYTE filter, PngRows& rows) {
 }
 
 Bytes PngFilterChoice::Choose(PngRows& rows) {
-    std::uint64_t least = 0;
+    std::uint32_t least = 0;
     for (const BYTE filter : {kNoFilter, kSub, kUp, kAverage, kPaeth}) {
         Filter(filter, rows, m_other.data());
-        const std::uint64_t sum = Magnitude(Bytes(m_other).subspan(1));
+        const std::uint32_t sum = Magnitude(Bytes(m_other).subspan(1));
         if (filter != kNoFilter && sum >= least) continue;
         least = sum;
         m_best.swap(m_other);

@@ -66,10 +66,10 @@ private:
         const int first = std::max(0, static_cast<int>(std::floor(centre - kLobes * width)));
         const int last = std::min(from, static_cast<int>(std::ceil(centre + kLobes * width)));
         double sum = 0;
-        for (int j = first; j < last; ++j) sum += Lanczos((j + 0.5 - centre) / width);
+        m_shares.clear();
+        for (int j = first; j < last; ++j) sum += m_shares.emplace_back(Lanczos((j + 0.5 - centre) / width));
         Begin(first);
-        for (int j = first; j < last; ++j)
-            m_weights.push_back(static_cast<float>(Lanczos((j + 0.5 - centre) / width) / sum));
+        for (const double share : m_shares) m_weights.push_back(static_cast<float>(share / sum));
         End();
     }
 
@@ -78,6 +78,7 @@ private:
 
     std::vector<Place> m_places;
     std::vector<float> m_weights;
+    std::vector<double> m_shares;  // of one pixel, before their sum is known
 };
 
 using Row = std::vector<Sum>;
