@@ -97,11 +97,6 @@ private:
     DibInfo m_info = {};
 };
 
-bool IsPng(Bytes bytes) {
-    return bytes.size() >= kPngSignature.size() &&
-           std::memcmp(bytes.data(), kPngSignature.data(), kPngSignature.size()) == 0;
-}
-
 /// The bytes of all pictures. Each byte of the file belongs to one of them at most, so that what they hold is bounded by
 /// the file.
 std::vector<Bytes> PicturesIn(Bytes file) {

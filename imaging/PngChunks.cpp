@@ -34,8 +34,7 @@ bool HasDepth(int colour, int depth) {
 class PngParser {
 public:
     PngFile Parse(Bytes file) {
-        if (file.size() < kPngSignature.size() || std::memcmp(file.data(), kPngSignature.data(), kPngSignature.size()))
-            throw PictureError{"not a PNG picture"};
+        if (!IsPng(file)) throw PictureError{"not a PNG picture"};
         m_rest = file.subspan(kPngSignature.size());
         while (Next()) Take();
         CheckWhole();
@@ -134,6 +133,11 @@ private:
 };
 
 }  // namespace
+
+bool IsPng(Bytes file) {
+    return file.size() >= kPngSignature.size() &&
+           std::memcmp(file.data(), kPngSignature.data(), kPngSignature.size()) == 0;
+}
 
 PngFile ParsePng(Bytes file) {
     return PngParser().Parse(file);

@@ -18,6 +18,9 @@ struct PngFile {
     bool HasAlpha() const { return header.colour >= kPngGreyAlpha || !transparency.empty(); }
 };
 
+/// Whether the bytes begin as those of a PNG file do.
+bool IsPng(Bytes file);
+
 /// Checks order, sizes and checksums of all chunks up to the last, and that the data may hold as many pixels as the header
 /// says. @throws PictureError
 PngFile ParsePng(Bytes file);

@@ -164,7 +164,10 @@ private:
                Rounded(sum.channels[2] * factor) << 16;
     }
 
-    static Pixel Rounded(float value) { return static_cast<Pixel>(std::clamp(value, 0.0F, 255.0F) + 0.5F); }
+    static Pixel Rounded(float value) {
+        const float raised = std::clamp(value, 0.0F, 255.0F) + 0.5F;
+        return static_cast<Pixel>(raised);
+    }
 
     const Raster& m_source;
     Raster& m_result;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "qvcommon/Checksum.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Tool.h"
 
@@ -163,6 +164,16 @@ TEST_F(ImageHelper, RotatesIntoAPictureThatHoldsAll) {
                     covered += (background == CImageHelper::transparent ? pixel >> 24 : pixel >> 16 & 255) / 255.0;
             EXPECT_NEAR(covered, 600, 3) << degrees;
         }
+}
+
+/// What is reckoned with fractions is the same on every system, to the last bit.
+TEST_F(ImageHelper, GivesTheSameBytesEverywhere) {
+    Noise(61, 47, m_source);
+    const auto checksum = [&](BOOL done) { return done == 1 ? MemCRC(m_target.Bits()) : 0; };
+    EXPECT_EQ(checksum(CImageHelper::Scale(m_source, m_target, 40, 90)), 2511760994u);
+    EXPECT_EQ(checksum(CImageHelper::Scale(m_source, m_target, 100, 13, CImageHelper::box)), 2056708903u);
+    EXPECT_EQ(checksum(CImageHelper::Rotate(m_source, m_target, 33)), 2766080550u);
+    EXPECT_EQ(checksum(CImageHelper::Scale(m_target, m_target, 50, 60)), 289126677u) << "with alpha";
 }
 
 TEST_F(ImageHelper, Compares) {

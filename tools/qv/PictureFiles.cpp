@@ -116,17 +116,17 @@ void PictureFile::LoadFrom(CFile& file, const std::string& path) try {
 
 void PictureFile::LoadLargest(CFile& file) {
     const CImageHelper::Pictures pictures = CImageHelper::ReadIcon(file);
-    const CDIBitmap* largest = nullptr;
-    int widest = 0, highest = 0;
-    for (const auto& picture : pictures) {
-        int width = 0, height = 0;
-        CImageHelper::GetSize(*picture, width, height);
-        if (largest && std::int64_t{width} * height <= std::int64_t{widest} * highest) continue;
-        largest = picture.get();
-        widest = width;
-        highest = height;
-    }
-    CImageHelper::Crop(*largest, *this, 0, 0, widest, highest);
+    const auto sizeOf = [](const std::unique_ptr<CDIBitmap>& picture) {
+        std::pair size(0, 0);
+        CImageHelper::GetSize(*picture, size.first, size.second);
+        return size;
+    };
+    const auto largest = std::ranges::max_element(pictures, {}, [&](const std::unique_ptr<CDIBitmap>& picture) {
+        const auto [width, height] = sizeOf(picture);
+        return std::int64_t{width} * height;
+    });
+    const auto [width, height] = sizeOf(*largest);
+    CImageHelper::Crop(**largest, *this, 0, 0, width, height);
 }
 
 void WritePicture(const std::string& path, PictureFormat format, const std::vector<int>& iconSizes, CDIBitmap& picture,
