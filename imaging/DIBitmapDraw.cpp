@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "imaging/DibFormat.h"
+#include "imaging/PlainRows.h"
 #include "imaging/RunLength.h"
 #include "platform/Drawing.h"
 #include "qvcommon/DIBitmap.h"
@@ -11,17 +12,6 @@ namespace {
 
 bool Within(int first, int count, std::int64_t limit) {
     return first >= 0 && count > 0 && std::int64_t{first} + count <= limit;
-}
-
-// What the platform's contract asks of a header: no colour but those that the bitmap has, no field that says something
-// else.
-void Settle(DibInfo& info, std::size_t entries) {
-    DibHeader& header = info.header;
-    if (header.bitCount <= 8)
-        std::fill(info.colours + std::min(entries, DibInfo::capacity), std::end(info.colours), DibColour{});
-    if (header.compression == kMasksWithAlpha) header.compression = kMasks;
-    header.planes = 1;
-    header.imageSize = header.coloursUsed = header.coloursImportant = 0;
 }
 
 BOOL DrawOn(const CDC& target, const qv::platform::DibRows& rows, const qv::platform::DrawArea& area) {
@@ -51,22 +41,16 @@ BOOL CDIBitmap::DrawDIB(const CDC& target, int x, int y, int width, int height) 
 // bitmap begins has a say.
 BOOL CDIBitmap::DrawDIB(const CDC& target, int x, int y, int width, int height, int partX, int partY, int partWidth,
                         int partHeight) {
-    if (!m_info || !IsFormat(m_info->header) || width <= 0 || height <= 0) return 0;
+    if (width <= 0 || height <= 0) return 0;
     if (!Within(partX, partWidth, GetWidth()) || !Within(partY, partHeight, RowCount())) return 0;
-    DibInfo info = *m_info;
-    Settle(info, GetPalEntries(m_info->header));
-    std::unique_ptr<BYTE[]> made;
-    if (HasRunLengths(m_info->header)) {
-        if (made = DecodedRows(info); !made) return 0;
-    } else {
-        if (!HoldsRows(PresentRowSize())) return 0;
-        if (!m_padded) made = CopyPaddedRows();
-    }
+    const auto plain = PlainRows::Of(*this);
+    if (!plain) return 0;
+    DibInfo info = plain->Info();
+    if (info.header.compression == kMasksWithAlpha) info.header.compression = kMasks;
     const bool topDown = info.header.height < 0;
     const std::int64_t firstRow = topDown ? partY : RowCount() - partY - partHeight;
     info.header.height = topDown ? -partHeight : partHeight;
-    const BYTE* const rows =
-        (made ? made.get() : m_bits.get()) + firstRow * GetBytesPerLine(info.header.bitCount, GetWidth());
+    const BYTE* const rows = plain->Rows() + firstRow * GetBytesPerLine(info.header.bitCount, GetWidth());
     return DrawOn(target, {&info, rows, partX, partWidth}, {x, y, width, height});
 }
 

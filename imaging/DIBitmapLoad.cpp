@@ -17,7 +17,8 @@ constexpr DWORD kCoreSize = 12;
 /// Headers that begin with the 40 bytes: themselves, with masks, those of OS/2 2, and versions 4 and 5.
 constexpr DWORD kLongHeaders[] = {40, 52, 56, 64, 108, 124};
 constexpr DWORD kOs2Size = 64;
-constexpr std::size_t kMaskBytes = 12;
+constexpr std::size_t kMaskBytes = 12, kWithAlphaBytes = 16;
+constexpr DWORD kAlphaSize = 56;  // of the shortest header with a mask of alpha
 
 /// The header of 12 bytes as that of 40, and its colours of 3 bytes as those of 4.
 void ReadCore(CFile& file, DibInfo& info) {
@@ -44,9 +45,12 @@ void ReadRest(CFile& file, DWORD size, DibInfo& info) {
         file.Read(info.colours, sizeof info.colours);
         return;
     }
-    info.header.compression = kMasks;
-    std::memcpy(info.colours, rest, kMaskBytes);
-    file.Read(reinterpret_cast<BYTE*>(info.colours) + kMaskBytes, sizeof info.colours - kMaskBytes);
+    DWORD alpha = 0;
+    if (size >= kAlphaSize) std::memcpy(&alpha, rest + kMaskBytes, sizeof alpha);
+    info.header.compression = alpha ? kMasksWithAlpha : kMasks;
+    const std::size_t kept = alpha ? kWithAlphaBytes : kMaskBytes;
+    std::memcpy(info.colours, rest, kept);
+    file.Read(reinterpret_cast<BYTE*>(info.colours) + kept, static_cast<UINT>(sizeof info.colours - kept));
 }
 
 }  // namespace

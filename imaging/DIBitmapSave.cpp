@@ -10,9 +10,15 @@ using namespace qv::imaging;
 
 namespace {
 
+/// What a header of version 4 has after its masks.
+struct Version4Rest {
+    DWORD colourSpace, endPoints[9], gamma[3];
+};
+constexpr Version4Rest kVersion4Rest = {0x73524742, {}, {}};  // sRGB
+
 constexpr std::int64_t kLargestFile = std::numeric_limits<DWORD>::max();
 // What stands before the pixels.
-constexpr std::int64_t kLargestHead = kFileHeaderSize + sizeof(DibInfo);
+constexpr std::int64_t kLargestHead = kFileHeaderSize + sizeof(DibInfo) + sizeof(Version4Rest);
 
 // The rows of the layout that Save writes, in bytes, as if every bitmap had 8 bits per pixel.
 std::int64_t RowOfBytes(int width) {
@@ -38,6 +44,14 @@ void WriteZeroes(CFile& file, std::int64_t count) {
     static const std::array<BYTE, 4096> zeroes = {};
     for (; count > 0; count -= static_cast<std::int64_t>(zeroes.size()))
         file.Write(zeroes.data(), static_cast<UINT>(std::min(count, static_cast<std::int64_t>(zeroes.size()))));
+}
+
+/// The header of 40 bytes has no mask of alpha that all readers know; that of version 4 has. False where there is none.
+bool ToVersion4(DibHeader& header) {
+    if (header.compression != kMasksWithAlpha) return false;
+    header.size = sizeof header + sizeof kAlphaMasks + sizeof(Version4Rest);
+    header.compression = kMasks;
+    return true;
 }
 
 template <class SaveTo>
@@ -117,11 +131,15 @@ BOOL CDIBitmap::SaveWhole(CFile& file) {
     const bool needsPadding = !m_padded && !HasRunLengths(header);
     const std::unique_ptr<BYTE[]> copy = needsPadding ? CopyPaddedRows() : nullptr;
 
-    const auto offset = static_cast<std::int64_t>(kFileHeaderSize + sizeof header + table);
+    const std::size_t inHeader = ToVersion4(header) ? sizeof kAlphaMasks : 0;
+    const std::int64_t offset = static_cast<std::int64_t>(kFileHeaderSize + header.size + table - inHeader);
     header.imageSize = static_cast<DWORD>(size);
     WriteFileHeader(file, offset + size, offset);
     file.Write(&header, sizeof header);
-    file.Write(m_info->colours, static_cast<UINT>(table));
+    const auto* const masksAndColours = reinterpret_cast<const BYTE*>(m_info->colours);
+    file.Write(masksAndColours, static_cast<UINT>(inHeader));
+    if (inHeader) file.Write(&kVersion4Rest, sizeof kVersion4Rest);
+    file.Write(masksAndColours + inHeader, static_cast<UINT>(table - inHeader));
     file.Write(copy ? copy.get() : m_bits.get(), static_cast<UINT>(size));
     return 1;
 }

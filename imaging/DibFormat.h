@@ -11,6 +11,9 @@ enum DibCompression : DWORD { kNoCompression = 0, kRunLength8 = 1, kRunLength4 =
 inline constexpr std::uint16_t kBitmapType = 0x4D42;  // "BM"
 inline constexpr std::size_t kFileHeaderSize = 14;
 
+/// Red, green, blue and alpha of the pixels that we make.
+inline constexpr DWORD kAlphaMasks[] = {0xFF0000, 0xFF00, 0xFF, 0xFF000000};
+
 inline bool HasRunLengths(const DibHeader& header) {
     return header.compression == kRunLength8 || header.compression == kRunLength4;
 }

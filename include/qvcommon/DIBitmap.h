@@ -8,6 +8,11 @@
 #include "qvcommon/framework/DeviceContext.h"
 #include "qvcommon/framework/File.h"
 
+namespace qv::imaging {
+class PlainRows;
+struct NewDib;
+}  // namespace qv::imaging
+
 /// The 40-byte information header of a bitmap: the layout of the system's BITMAPINFOHEADER.
 struct DibHeader {
     DWORD size;               ///< of this header: 40
@@ -15,7 +20,7 @@ struct DibHeader {
     LONG height;              ///< in rows; negative: the top row comes first
     std::uint16_t planes;     ///< 1
     std::uint16_t bitCount;   ///< per pixel: 1, 4, 8, 16, 24 or 32
-    DWORD compression;        ///< 0 none, 1 run lengths of 8 bits, 2 of 4 bits, 3 colour masks
+    DWORD compression;        ///< 0 none, 1 run lengths of 8 bits, 2 of 4 bits, 3 colour masks, 6 also of alpha
     DWORD imageSize;          ///< of the rows in bytes; may be 0 without compression
     LONG horizontalPerMetre;  ///< pixels
     LONG verticalPerMetre;
@@ -109,7 +114,8 @@ public:
 
     /// Reads a bitmap with any header that files of today and yesterday have, and gives it that of 40 bytes: the OS/2
     /// headers of 12 and 64 bytes, and those of 52, 56, 108 (version 4) and 124 bytes (version 5). Masks of the header
-    /// move behind it; which bits are alpha, colour spaces and embedded profiles are not kept. Otherwise as Load.
+    /// move behind it, and with a mask of alpha the compression is 6. Colour spaces and embedded profiles are not kept.
+    /// Otherwise as Load.
     /// @return the size of the header in the file; for a path 0 when the file cannot be opened, the object then as before.
     /// @throws as Load, with "Error:Unknown bitmap header\n" for other sizes.
     int LoadConverted(CFile& file);
@@ -117,8 +123,9 @@ public:
 
     /// Writes what the format asks for, at every depth: the header with its masks and its colour table as long as
     /// coloursUsed or the depth says (at most 256), then all rows, padded, in the order that they have (a negative
-    /// height is kept). Run lengths are written as they were read. imageSize is set to what is written; the object
-    /// stays as it is.
+    /// height is kept). Run lengths are written as they were read. With a mask of alpha (compression 6) the header is that
+    /// of version 4, which LoadConverted reads and Load does not. imageSize is set to what is written; the object stays
+    /// as it is.
     ///
     /// @return 1; 0 with nothing written when the object is empty or lacks rows, has a depth or compression that no bitmap
     /// has, or the file would reach 4 GB. @throws CFileException*; how much is written is then not known.
@@ -139,6 +146,8 @@ public:
 
 protected:
     friend class CBmpPalette;
+    friend class qv::imaging::PlainRows;
+    friend struct qv::imaging::NewDib;
 
     /// From the header; 0 when empty.
     int GetWidth() const { return m_info ? m_info->header.width : 0; }

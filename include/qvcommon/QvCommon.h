@@ -21,6 +21,7 @@
 #include "qvcommon/HtmlDocument.h"
 #include "qvcommon/HtmlTreeMenu.h"
 #include "qvcommon/HtmlWriter.h"
+#include "qvcommon/ImageHelper.h"
 #include "qvcommon/LockFile.h"
 #include "qvcommon/LockedObjects.h"
 #include "qvcommon/MathHelper.h"

@@ -19,7 +19,7 @@ HEADERS = {
     "threads": "LockedObjects ReadWriteLock TimerThread",
     "files": "ChangeWatchers CopyTree FileFinder FilePath FileUtils LockFile MultiUserFile NetUtils SaveFile TempFile",
     "xml": "ClassFactory HistoryMgr XmlDom XmlDomElement XmlException XmlHelper XmlObject XmlSection",
-    "imaging": "DIBitmap ParseEmf",
+    "imaging": "DIBitmap ImageHelper ParseEmf",
     "messages": "UserMessages",
     "dialogs": "Validators",
     "cabinet": "Cabinet CabinetException CabinetRecords",
@@ -35,10 +35,11 @@ PACKAGES = {
     "include/qvcommon/CodePage.h": r"mbctype\.h",
     "core/": r"[ti]mmintrin\.h",
     "cabinet/": r"zlib\.h",
+    "imaging/": r"zlib\.h",
     "tools/qv/": r"CLI/.*",
     "tests/": r"(gtest|gmock)/.*",
     "tests/border/": r"windows\.h",
-    "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
+    "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|png|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
                    r"Q(String|LockFile|SaveFile)",
 }
 # What platform/ may call beside its tables of system calls: System.h of each side says why.

@@ -149,7 +149,8 @@ TEST_F(DIBitmap, ConvertsTheHeadersOfOthers) {
         const bool hasMasks = recipe.compression != 0;
         for (const std::uint32_t size : {40u, 52u, 56u, 64u, 108u, 124u}) {
             if (size == 64 && hasMasks) continue;
-            std::string own = (hasMasks ? masks : "") + std::string(84, 'p');  // with alpha, colour space, profile
+            // Without alpha, with colour space and profile.
+            std::string own = (hasMasks ? masks : "") + std::string(4, '\0') + std::string(80, 'p');
             own = size == 40 ? (hasMasks ? masks : "") : own.substr(0, size - 40);
             const auto offset = static_cast<std::uint32_t>(14 + 40 + own.size() + table.size());
             const std::string file = "BM" + Words({static_cast<std::uint32_t>(offset + rows.size()), 0, offset, size}) +
@@ -181,7 +182,7 @@ TEST_F(DIBitmap, ConvertsTheHeadersOfOthers) {
 }
 
 TEST_F(DIBitmap, SavesEveryDepthAndWidthWhole) {
-    const std::string masks565 = Words({0xF800, 0x7E0, 0x1F}), masks32 = Words({0xFF, 0xFF00, 0xFF0000, 0xFF000000});
+    const std::string masks565 = Words({0xF800, 0x7E0, 0x1F});
     for (int width = 1; width <= 70; ++width)
         for (BitmapRecipe recipe : {BitmapRecipe{.bits = 1},
                                     {.bits = 4},
@@ -191,7 +192,6 @@ TEST_F(DIBitmap, SavesEveryDepthAndWidthWhole) {
                                     {.bits = 32},
                                     {.bits = 4, .coloursUsed = 3},
                                     {.bits = 16, .compression = 3, .table = masks565},
-                                    {.bits = 32, .compression = 6, .table = masks32},
                                     {.bits = 24, .coloursUsed = 5, .table = ColourTable(5)}}) {
             recipe.width = width;
             recipe.height = width % 3 ? 1 + width % 4 : -4;
@@ -205,6 +205,19 @@ TEST_F(DIBitmap, SavesEveryDepthAndWidthWhole) {
             EXPECT_EQ(bitmap.PadBits(), 1);
             EXPECT_TRUE(again == file.substr(0, file.size() - bitmap.m_bitsSize) + bitmap.Bits()) << recipe.bits;
         }
+    // Alpha is kept, in a header that other programs know.
+    for (const BitmapRecipe& alpha : {BitmapRecipe{.bits = 32, .table = Words({0xFF, 0xFF00, 0xFF0000, 0xFF000000})},
+                                      {.bits = 16, .table = Words({0x7C00, 0x3E0, 0x1F, 0x8000})}}) {
+        BitmapRecipe recipe = alpha;
+        recipe.width = 3;
+        recipe.compression = 6;
+        Load(BitmapFile(recipe));
+        const std::string rows = bitmap.Bits(), saved = SavedWhole();
+        EXPECT_EQ(saved.substr(10, 8), Words({14 + 108, 108}));
+        EXPECT_EQ(saved.substr(30, 4) + saved.substr(54, 16), Words({3}) + recipe.table);
+        EXPECT_EQ(bitmap.LoadConverted(FileOf(saved)), 108);
+        EXPECT_TRUE(bitmap.Bits() == rows && SavedWhole() == saved);
+    }
     const std::string runs =
         BitmapFile({.width = 4, .height = 2, .bits = 8, .compression = 1, .rows = {"\4\1\0\1", 4}});
     Load(runs);

@@ -24,6 +24,17 @@ inline ToolAnswer RunProgram(const char* program, const CStringArray& arguments,
     return answer;
 }
 
+/// Whether a program of another maker is there; it is asked for its version.
+inline bool HasProgram(const char* program) {
+    try {
+        RunProgram(program, {"-version"});
+        return true;
+    } catch (CException* missing) {
+        missing->Delete();
+        return false;
+    }
+}
+
 /// The tool lies beside the test program.
 inline std::string ToolPath() {
     const std::string self = qv::platform::CurrentProgram();

@@ -65,9 +65,10 @@ class OtherPrograms(unittest.TestCase):
     def test_imagemagick_sees_converted_pictures_alike(self):
         for source in ("rose:", "logo:", "-size 37x11 gradient:", "-size 19x5 xc:red -type Palette"):
             self.run_here("convert", *source.split(), "in.bmp")
-            self.run_here(*QV, "bmp", "convert", "in.bmp", "out.bmp")
-            compared = self.run_here("compare", "-metric", "AE", "in.bmp", "out.bmp", "null:")
-            self.assertEqual(compared.stderr, b"0", source)
+            for before, after in (("in.bmp", "out.bmp"), ("in.bmp", "out.png"), ("out.png", "again.bmp")):
+                self.run_here(*QV, "bmp", "convert", before, after)
+                compared = self.run_here("compare", "-metric", "AE", "in.bmp", after, "null:")
+                self.assertEqual(compared.stderr, b"0", f"{source} {after}")
 
 
 if __name__ == "__main__":

@@ -1,44 +1,18 @@
-#include <array>
-#include <cstring>
+#include <charconv>
 #include <memory>
-#include <utility>
+#include <optional>
 
-#include "qvcommon/DIBitmap.h"
 #include "tools/qv/Commands.h"
-#include "tools/qv/Documents.h"
 #include "tools/qv/Json.h"
 #include "tools/qv/Lines.h"
+#include "tools/qv/PictureFiles.h"
 
 namespace qv::tool {
 namespace {
 
-/// What a file is that is no bitmap, as far as its first bytes tell.
-std::string WhatIs(CFile& file) {
-    constexpr std::pair<std::string_view, const char*> kKinds[] = {
-        {"\x89PNG", "a PNG picture"},     {"\xFF\xD8\xFF", "a JPEG picture"}, {"GIF8", "a GIF picture"},
-        {{"II*\0", 4}, "a TIFF picture"}, {{"MM\0*", 4}, "a TIFF picture"},   {"RIFF", "a RIFF file"}};
-    std::array<char, 18> start = {};
-    file.Seek(0, CFile::begin);
-    const std::string_view read(start.data(), file.Read(start.data(), start.size()));
-    for (const auto& [mark, kind] : kKinds)
-        if (read.starts_with(mark)) return std::string("not a bitmap but ") + kind;
-    if (!read.starts_with("BM")) return "not a bitmap";
-    DWORD size = 0;
-    std::memcpy(&size, start.data() + 14, sizeof size);
-    return "a bitmap with a header of " + std::to_string(size) + " bytes, which is not known";
-}
-
-class Bitmap : public CDIBitmap {
+class Bitmap : public PictureFile {
 public:
-    explicit Bitmap(const std::string& path) {
-        if (IsStandardStream(path)) {
-            MemoryFile file(ReadDocument(path));
-            LoadFrom(file, path);
-        } else {
-            CFile file(path.c_str(), CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit);
-            LoadFrom(file, path);
-        }
-    }
+    using PictureFile::PictureFile;
 
     struct Figure {
         const char *label, *field;  ///< in lines, and in JSON
@@ -64,21 +38,17 @@ public:
                 {"pixel bytes", "pixelBytes", static_cast<std::int64_t>(m_bitsSize)},
                 {"palette", "palette", GetPalette() ? GetPalette()->GetCount() : 0}};
     }
-
-private:
-    void LoadFrom(CFile& file, const std::string& path) try {
-        m_headerSize = LoadConverted(file);
-    } catch (const char*) {
-        throw FailedOn(path, WhatIs(file));
-    }
-
-    int m_headerSize = 0;
 };
 
 void PrintInfo(const std::string& path, bool json) {
+    const Bitmap bitmap(path);
     Lines lines;
     JsonObject object;
-    for (const auto& [label, field, value] : Bitmap(path).Figures())
+    if (json)
+        object.Text("format", NameOf(bitmap.Format()));
+    else
+        lines.Add(std::string("format\t") + NameOf(bitmap.Format()));
+    for (const auto& [label, field, value] : bitmap.Figures())
         if (json)
             object.Number(field, value);
         else
@@ -87,36 +57,94 @@ void PrintInfo(const std::string& path, bool json) {
     lines.Write();
 }
 
-void Convert(const std::string& path, const std::string& out) {
-    Bitmap bitmap(path);
-    WriteDocument(out, [&](CFile& file) {
-        if (!bitmap.SaveWhole(file)) throw FailedOn(path, "rows are missing, or no bitmap has this depth");
-    });
+struct Conversion {
+    std::string path, out, format, background;
+    std::vector<std::string> sizes;
+};
+
+std::optional<unsigned> NumberOf(const std::string& word, int base) {
+    unsigned number = 0;
+    const char* const end = word.data() + word.size();
+    const auto read = std::from_chars(word.data(), end, number, base);
+    if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+    return number;
+}
+
+std::vector<int> SizesOf(const Conversion& conversion) {
+    std::vector<int> sizes;
+    for (const std::string& word : conversion.sizes) {
+        const std::optional<unsigned> size = NumberOf(word, 10);
+        if (!size || *size < 1 || *size > 256) throw WrongUsage("--size: '" + word + "' is not between 1 and 256");
+        sizes.push_back(static_cast<int>(*size));
+    }
+    return sizes;
+}
+
+std::optional<DWORD> BackgroundOf(const Conversion& conversion) {
+    if (conversion.background.empty()) return std::nullopt;
+    const std::optional<unsigned> colour = NumberOf(conversion.background, 16);
+    if (!colour || conversion.background.size() != 6)
+        throw WrongUsage("--background: '" + conversion.background + "' is not a colour as RRGGBB");
+    return static_cast<DWORD>(*colour);
+}
+
+void Convert(const Conversion& conversion) {
+    const PictureFormat format = FormatFor(conversion.format, conversion.out);
+    const std::vector<int> sizes = SizesOf(conversion);
+    const std::optional<DWORD> background = BackgroundOf(conversion);
+    if (!sizes.empty() && format != PictureFormat::Ico) throw WrongUsage("--size is for icons");
+    Bitmap bitmap(conversion.path);
+    if (background) CImageHelper::Flatten(bitmap, bitmap, *background);
+    WritePicture(conversion.out, format, sizes, bitmap, conversion.path);
+}
+
+void AddInfo(Command bmp) {
+    Command info =
+        bmp.Add("info", "Print the format, the header's fields, the sizes of rows in bytes, and the colours");
+    const auto path = std::make_shared<std::string>();
+    info.AddPath("FILE", *path, "The bitmap, PNG or icon; - is standard input").Require();
+    info.SetFooter(
+        "A PNG, and the largest picture of an icon, are shown as the bitmap that they become.\n"
+        "Example:\n  qv bmp info photo.bmp");
+    const auto json = std::make_shared<bool>(false);
+    info.AddFlag("-j,--json", *json,
+                 "Print one JSON object: format, headerSize, width, height and so on, numbers but for the first");
+    info.SetAction([path, json] { PrintInfo(*path, *json); });
+}
+
+void AddConvert(Command bmp) {
+    Command convert = bmp.Add("convert", "Write a bitmap, PNG or icon as a bitmap, PNG or icon");
+    const auto conversion = std::make_shared<Conversion>();
+    convert.AddPath("FILE", conversion->path, "The picture; - is standard input").Require();
+    convert
+        .AddPath("OUT", conversion->out,
+                 "The new file; may equal FILE, which is replaced atomically; - is standard output")
+        .Require();
+    convert
+        .AddOption("--format", conversion->format, "What to write; without it, what the extension of OUT says, or bmp")
+        .CallValue("FORMAT")
+        .OneOf({"bmp", "png", "ico"});
+    convert.AddOption("--background", conversion->background, "A colour for what is transparent, as RRGGBB")
+        .CallValue("COLOUR");
+    convert.AddOption("--size", conversion->sizes, "Pixels of a side of a picture in an icon; may be repeated")
+        .CallValue("N")
+        .TakeOneEach();
+    convert.SetFooter(
+        "Bitmaps get a header of 40 bytes, with alpha one of 108, and sizes, masks, colours and rows as the format "
+        "asks\n"
+        "for. Of an icon the largest picture is taken.\n"
+        "Examples:\n  qv bmp convert odd.bmp clean.bmp\n  qv bmp convert logo.png logo.ico --size 16 --size 32 --size "
+        "256");
+    convert.SetAction([conversion] { Convert(*conversion); });
 }
 
 }  // namespace
 
 void AddBmp(Command app) {
-    Command bmp = app.AddFamily("bmp", "Inspect and convert bitmap files");
-    bmp.SetFooter("Example: qv bmp info photo.bmp");
-    const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
-
-    Command info = bmp.Add("info", "Print the header's fields, the sizes of rows in bytes, and the colours");
-    info.AddPath("FILE", *path, "The bitmap; - is standard input").Require();
-    info.SetFooter("Example:\n  qv bmp info photo.bmp");
-    const auto json = std::make_shared<bool>(false);
-    info.AddFlag("-j,--json", *json,
-                 "Print one JSON object: headerSize, width, height and so on, a number for each line");
-    info.SetAction([path, json] { PrintInfo(*path, *json); });
-
-    Command convert =
-        bmp.Add("convert",
-                "Write a bitmap with a header of 40 bytes, and sizes, masks, colours and rows as the format asks for");
-    convert.AddPath("FILE", *path, "The bitmap; - is standard input").Require();
-    convert.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically; - is standard output")
-        .Require();
-    convert.SetFooter("Example:\n  qv bmp convert odd.bmp clean.bmp");
-    convert.SetAction([path, out] { Convert(*path, *out); });
+    Command bmp = app.AddFamily("bmp", "Inspect and convert bitmaps, PNG pictures and icons");
+    bmp.SetFooter("Example: qv bmp convert photo.bmp photo.png");
+    AddInfo(bmp);
+    AddConvert(bmp);
 }
 
 }  // namespace qv::tool

@@ -44,7 +44,7 @@ that is not text in the locale's character set has U+FFFD in the place of what i
 second field: "pathBytes" beside "path". A field that is not known is left out.
 .TP
 .B qv bmp info
-The figures that it prints, as numbers, with names such as "headerSize" and "bitsPerPixel".
+"format" ("BMP", "PNG" or "ICO"), and the figures that it prints, as numbers, with names such as "headerSize" and "bitsPerPixel".
 .TP
 .B qv crc
 "path", "crc32" (8 digits, a text); with
