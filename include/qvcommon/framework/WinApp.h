@@ -51,9 +51,10 @@ public:
     }
 
     CString m_pszAppName;
+    /// The company; empty before SetRegistryKey.
+    CString m_pszRegistryKey;
 
 private:
-    CString m_company;
     CWinApp* m_before;
 };
 
