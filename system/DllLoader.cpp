@@ -106,7 +106,8 @@ CDllInstance& DllLoader::Load(const char* name) {
     CDllInstance library(PathOf(wanted));
     if (!m_versionFunction.IsEmpty())
         library.CheckVersion(CDllFunction<int()>{m_versionFunction.c_str()}, m_lowest, m_highest);
-    return m_loaded.emplace_back(wanted, std::move(library)).library;
+    m_loaded.push_back({wanted, std::move(library)});
+    return m_loaded.back().library;
 }
 
 CString DllLoader::PathOf(const CString& name) const {

@@ -46,7 +46,7 @@ std::string FileOf(const ProfilePlace& place) {
 
 /// What a private profile gives, up to a zero byte, or up to two where names are asked for. Two more bytes than were
 /// given tell that all of it fitted.
-std::string ReadFile(const ProfilePlace& place, const char* section, const char* entry, const char* otherwise) {
+std::string ReadFromFile(const ProfilePlace& place, const char* section, const char* entry, const char* otherwise) {
     const std::string file = FileOf(place);
     for (std::string value(256, '\0');; value.resize(2 * value.size())) {
         const auto size = static_cast<DWORD>(value.size());
@@ -57,14 +57,29 @@ std::string ReadFile(const ProfilePlace& place, const char* section, const char*
 }
 
 /// Two defaults tell a value from none.
-std::optional<std::string> ReadFile(const ProfilePlace& place, const char* section, const char* entry) {
-    const std::string value = ReadFile(place, section, entry, "");
-    if (value.empty() && !ReadFile(place, section, entry, "?").empty()) return std::nullopt;
+std::optional<std::string> ReadFromFile(const ProfilePlace& place, const char* section, const char* entry) {
+    const std::string value = ReadFromFile(place, section, entry, "");
+    if (value.empty() && !ReadFromFile(place, section, entry, "?").empty()) return std::nullopt;
     return value;
 }
 
+/// Reading takes off one pair of quotes, and blanks at the ends.
+std::string Quoted(std::string_view value) {
+    const std::string_view ends = " \t\"'";
+    const bool changes =
+        !value.empty() && (ends.find(value.front()) != ends.npos || ends.find(value.back()) != ends.npos);
+    return changes ? '"' + std::string(value) + '"' : std::string(value);
+}
+
+/// A private profile keeps one line: the rest of a longer text would be read as entries.
+bool WriteToFile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
+    if (value && std::string_view(value).find_first_of("\r\n") != std::string_view::npos) return false;
+    const std::string text = Quoted(value ? value : "");
+    return sys::WritePrivateProfileStringA(FileOf(place).c_str(), section, entry, value ? text.c_str() : nullptr).ok();
+}
+
 std::vector<std::string> ListFile(const ProfilePlace& place, const char* section) {
-    const std::string all = ReadFile(place, section, nullptr, "");
+    const std::string all = ReadFromFile(place, section, nullptr, "");
     std::vector<std::string> names;
     for (std::size_t from = 0; from < all.size(); from += names.back().size() + 1)
         names.emplace_back(all.c_str() + from);
@@ -78,12 +93,11 @@ std::string ProfileFile(const ProfilePlace&) {
 }
 
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry) {
-    return place.company.empty() ? ReadFile(place, section, entry) : ReadFromRegistry(place, section, entry);
+    return place.company.empty() ? ReadFromFile(place, section, entry) : ReadFromRegistry(place, section, entry);
 }
 
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
-    if (place.company.empty())
-        return sys::WritePrivateProfileStringA(FileOf(place).c_str(), section, entry, value).ok();
+    if (place.company.empty()) return WriteToFile(place, section, entry, value);
     if (!entry) return DeleteKey(place, section);
     const RegistryKey key = KeyOf(place, section);
     return (value ? WriteRegistryValue(key, entry, {RegistryType::Text, value}) : DeleteRegistryValue(key, entry)).ok();
