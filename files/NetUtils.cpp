@@ -17,8 +17,8 @@ BOOL CNetUtils::GetUserNames(CStringArray& names) {
 }
 
 CString CNetUtils::GetDisplayName(const char* userName) {
-    const std::string name = qv::platform::DisplayName(userName);
-    return name.empty() ? CString(userName) : CString(name);
+    const CString login = userName, name(qv::platform::DisplayName(login));
+    return name.IsEmpty() ? login : name;
 }
 
 CString CNetUtils::GetMachineName() {

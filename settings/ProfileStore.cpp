@@ -27,7 +27,7 @@ Value ValueOr(const qv::SettingSource& source, std::string_view section, std::st
 }  // namespace
 
 ProfileStore::ProfileStore() : m_source(OpenProfile()) {}
-ProfileStore::ProfileStore(const char* file) : m_source(qv::OpenIniFile(file, false)) {}
+ProfileStore::ProfileStore(const char* file) : m_source(qv::OpenIniFile(CString(file), false)) {}
 ProfileStore::~ProfileStore() = default;
 
 CString ProfileStore::GetFile() const {

@@ -50,7 +50,8 @@ CDllInstance::~CDllInstance() {
     Unload();
 }
 
-void CDllInstance::Load(const char* path) {
+void CDllInstance::Load(const char* name) {
+    const CString path = name;
     Unload();
     if (!IsAbsolute(path)) Refuse(path, "The path is not absolute.");
     // The system's loader would wait for the writer of a pipe.
@@ -88,7 +89,7 @@ DllLoader::~DllLoader() {
 }
 
 void DllLoader::AddFolder(const char* folder) {
-    if (!IsAbsolute(folder)) AfxThrowInvalidArgException();
+    if (!IsAbsolute(CString(folder))) AfxThrowInvalidArgException();
     m_folders.Add(CFileUtils::TerminateDir(folder));
 }
 

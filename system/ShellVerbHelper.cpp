@@ -8,12 +8,12 @@
 
 namespace {
 
-void HandOver(qv::platform::DesktopVerb verb, const char* document) {
+void HandOver(qv::platform::DesktopVerb verb, const CString& document) {
     qv::platform::FileInfo info;
     qv::ThrowIfFailed(qv::platform::StatusOf(document, info), document);
     std::string problem;
     if (!qv::platform::HandToDesktop(verb, qv::platform::FullPath(document), problem))
-        ThrowQvException(CString(document) + ": " + problem, 48, 0, 0);
+        ThrowQvException(document + ": " + problem, 48, 0, 0);
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ struct Section {
 /// The text up to the first separator, which is taken off with it.
 std::string TakeName(std::string_view& path) {
     const std::size_t end = std::min(path.find('\\'), path.size());
-    const std::string name(path.substr(0, end));
+    std::string name(path.substr(0, end));
     path.remove_prefix(std::min(end + 1, path.size()));
     return name;
 }
