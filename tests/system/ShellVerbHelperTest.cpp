@@ -2,9 +2,14 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
+#include "platform/FolderWatch.h"
 #include "platform/Path.h"
+#include "platform/Process.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/NetUtils.h"
+#include "qvcommon/RegHelper.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/Child.h"
 #include "tests/support/Raised.h"
@@ -98,6 +103,45 @@ TEST(ShellVerbHelper, RefusesWhatIsNotThere) {
         EXPECT_EQ(error->m_cause, CFileException::fileNotFound);
         EXPECT_EQ(error->m_strFileName, folder / "none");
     }
+}
+
+/// The program for the documents of the next test.
+QV_CHILD(NoteDocument) {
+    const std::filesystem::path calls = arguments.at(0), unfinished = calls.string() + ".new";
+    std::ofstream(unfinished) << arguments.at(1) << ' ' << arguments.at(2);
+    std::filesystem::rename(unfinished, calls);
+    return 0;
+}
+
+TEST(ShellVerbHelper, StartsTheProgramForTheKindOfDocument) {
+    if (!qv::platform::HasDriveLetters()) GTEST_SKIP() << "kinds of documents are the desktop's business";
+    const TempFolder folder;
+    const CString document = folder / "a & b.qvcommontest";
+    folder.Write("a & b.qvcommontest", "document");
+    // Wine does not look for them among the user's settings.
+    CRegHelper extension("Software\\Classes\\.qvcommontest", CRegHelper::localMachine);
+    CRegHelper kind("Software\\Classes\\QvCommon.Test", CRegHelper::localMachine);
+    if (Raised<CFileException>([&] { extension.SetString("", "QvCommon.Test"); }))
+        GTEST_SKIP() << "only an administrator may say so for all users";
+    for (const char* const verb : {"open", "print"})
+        CRegHelper(kind.GetKey() + "\\shell\\" + verb + "\\command", CRegHelper::localMachine)
+            .SetString("", '"' + CString(qv::platform::CurrentProgram()) + "\" --child=NoteDocument \"" +
+                               folder.Native(verb).string() + "\" " + verb + " \"%1\"");
+    const auto watch = qv::platform::FolderWatch::Open(folder / "", false, qv::platform::kFileNames);
+    ASSERT_TRUE(watch);
+    for (const char* const verb : {"open", "print"}) {
+        (*verb == 'o' ? CShellVerbHelper::Open : CShellVerbHelper::Print)(document);
+        while (!folder.Has(verb)) {
+            watch->Wait();
+            watch->Rearm();
+        }
+        EXPECT_EQ(folder.Read(verb), verb + (" " + document.AsStd()));
+    }
+    kind.DeleteKey();
+    extension.DeleteKey();
+    const auto error = Raised<CVorbexException>([&] { CShellVerbHelper::Print(document); });
+    ASSERT_TRUE(error) << "no program prints it";
+    EXPECT_GT(error->GetText().GetLength(), document.GetLength() + 4) << "gives a reason";
 }
 
 TEST(NetUtils, KnowsUsersAndMachine) {
