@@ -1,7 +1,26 @@
 #include "qvcommon/NetUtils.h"
 
+#include <set>
+
 #include "platform/User.h"
 
 CString CNetUtils::GetCurrentUserName() {
     return CString(qv::platform::UserName());
+}
+
+BOOL CNetUtils::GetUserNames(CStringArray& names) {
+    std::vector<std::string> found;
+    const bool told = qv::platform::ListUsers(found).ok();
+    const std::set<std::string> sorted(found.begin(), found.end());
+    names = CStringArray(sorted.begin(), sorted.end());
+    return told;
+}
+
+CString CNetUtils::GetDisplayName(const char* userName) {
+    const CString login = userName, name(qv::platform::DisplayName(login));
+    return name.IsEmpty() ? login : name;
+}
+
+CString CNetUtils::GetMachineName() {
+    return CString(qv::platform::MachineName());
 }

@@ -36,16 +36,16 @@ CWinApp::~CWinApp() {
 }
 
 void CWinApp::SetRegistryKey(const char* company) {
-    m_company = AsFileName(company);
+    m_pszRegistryKey = AsFileName(company);
 }
 
 CString CWinApp::GetProfileString(const char* section, const char* entry, const char* otherwise) const {
-    const auto value = qv::platform::ReadProfile({m_company.AsStd(), m_pszAppName.AsStd()}, section, entry);
+    const auto value = qv::platform::ReadProfile({m_pszRegistryKey.AsStd(), m_pszAppName.AsStd()}, section, entry);
     return value ? CString(*value) : CString(otherwise);
 }
 
 BOOL CWinApp::WriteProfileString(const char* section, const char* entry, const char* value) {
-    return qv::platform::WriteProfile({m_company.AsStd(), m_pszAppName.AsStd()}, section, entry, value);
+    return qv::platform::WriteProfile({m_pszRegistryKey.AsStd(), m_pszAppName.AsStd()}, section, entry, value);
 }
 
 CWinApp* AfxGetApp() {

@@ -1,6 +1,7 @@
 #include "platform/IniText.h"
 
 #include <algorithm>
+#include <set>
 
 #include "platform/PercentCode.h"
 
@@ -98,15 +99,16 @@ public:
     /// Whether the line belongs to a section of the name, its header included; and whether to the first such section.
     bool inNamed = false, inSection = false;
     bool isBlank = false;
-    std::string_view name, value;  ///< of an entry; else the name is empty
+    std::string_view header;       ///< the name between the brackets; else null
+    std::string_view name, value;  ///< of an entry; else the name is null
 
 private:
     void Read(std::string_view line) {
-        name = value = {};
+        header = name = value = {};
         isBlank = line.empty();
         if (line.starts_with('[')) {
-            const std::string_view section = Trimmed(line.substr(1, line.find(']') - 1));
-            inNamed = ascii::EqualsIgnoreCase(DecodeName(section), m_section);
+            header = Trimmed(line.substr(1, line.find(']') - 1));
+            inNamed = ascii::EqualsIgnoreCase(DecodeName(header), m_section);
             inSection = inNamed && !m_found;
             m_found |= inNamed;
         } else if (const std::size_t sign = line.find('='); sign != line.npos && line[0] != ';' && line[0] != '#') {
@@ -130,6 +132,23 @@ std::string WithoutLines(std::string_view text, std::string_view section, Unwant
     for (IniLines line(text, section); line.Next();)
         if (!unwanted(line)) out += text.substr(line.begin, line.End() - line.begin);
     return out;
+}
+
+/// Names that differ in the case of their letters are one.
+class DistinctNames {
+public:
+    void Add(std::string name) {
+        if (m_folded.insert(ascii::ToLower(name)).second) names.push_back(std::move(name));
+    }
+
+    std::vector<std::string> names;
+
+private:
+    std::set<std::string> m_folded;
+};
+
+bool BeginsWith(std::string_view text, std::string_view prefix) {
+    return ascii::EqualsIgnoreCase(text.substr(0, prefix.size()), prefix);
 }
 
 }  // namespace
@@ -164,6 +183,28 @@ std::string WithoutIniValue(std::string_view text, std::string_view section, std
 
 std::string WithoutIniSection(std::string_view text, std::string_view section) {
     return WithoutLines(text, section, [](const IniLines& line) { return line.inNamed; });
+}
+
+std::string WithoutIniSections(std::string_view text, std::string_view prefix) {
+    bool within = false;
+    return WithoutLines(text, {}, [&](const IniLines& line) {
+        if (line.header.data()) within = BeginsWith(DecodeName(line.header), prefix);
+        return within;
+    });
+}
+
+std::vector<std::string> IniSections(std::string_view text) {
+    DistinctNames found;
+    for (IniLines line(text, {}); line.Next();)
+        if (line.header.data()) found.Add(DecodeName(line.header));
+    return std::move(found.names);
+}
+
+std::vector<std::string> IniEntries(std::string_view text, std::string_view section) {
+    DistinctNames found;
+    for (IniLines line(text, section); line.Next();)
+        if (line.inSection && line.name.data()) found.Add(DecodeName(line.name));
+    return std::move(found.names);
 }
 
 }  // namespace qv::platform

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qv::platform {
 
@@ -25,5 +26,11 @@ std::string WithoutIniValue(std::string_view text, std::string_view section, std
 
 /// The text without the sections of the name: their headers, entries and comments. Every other line is as it was.
 std::string WithoutIniSection(std::string_view text, std::string_view section);
+/// The same for all sections whose names begin with `prefix`.
+std::string WithoutIniSections(std::string_view text, std::string_view prefix);
+
+/// The names of the sections, and of a section's entries, each once, in the order of the text. O(n log n).
+std::vector<std::string> IniSections(std::string_view text);
+std::vector<std::string> IniEntries(std::string_view text, std::string_view section);
 
 }  // namespace qv::platform

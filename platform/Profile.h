@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace qv::platform {
 
@@ -15,18 +16,18 @@ struct ProfilePlace {
     std::string company, application;
 };
 
+/// The file, in the library's form, that an INI file's rules hold for (platform/IniFile.h). Empty where settings are not
+/// kept in one.
+std::string ProfileFile(const ProfilePlace& place);
+
 /// Nothing when there is no such value, or none that can be read. Names go without regard to case.
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry);
 
 /// Sets the value. A null value deletes the entry, a null entry the section; what is not there is deleted already. False
 /// when the system could not keep that; nothing has changed then. Writers in other threads and processes wait their turn.
-///
-/// On Linux a new file takes the old one's place (what is a link stays one) and keeps its mode; one that is made first is
-/// the user's alone. Beside it lies a file ".lock" that the writers take turns by.
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value);
 
-/// Makes the folder take the place of the user's configuration folder in this process; null ends that. False, and nothing
-/// done, where settings are not kept in a folder. Not safe while other threads use a profile.
-bool UseProfileFolder(const char* folder);
+/// The names of the section's entries that have a text, or with null those of the sections. Empty when they cannot be read.
+std::vector<std::string> ListProfile(const ProfilePlace& place, const char* section);
 
 }  // namespace qv::platform

@@ -1,4 +1,4 @@
-#include "qvcommon/XmlSection.h"
+#include "qvcommon/XmlEntryTemplate.h"
 #include "xml/Numbers.h"
 #include "xml/SectionEscape.h"
 #include "xml/SectionText.h"
@@ -107,12 +107,14 @@ std::unique_ptr<CXmlObject> MakeObject(std::string_view tag, const CRuntimeClass
 
 }  // namespace
 
-BOOL CXmlSection::GetObjectArray(std::string_view tag, CXmlObjectArray& objects, const CRuntimeClass* type) const {
+/// `make` gives the object for a tag, or null for one to be left out.
+template <class Make>
+BOOL CXmlSection::AppendObjects(std::string_view tag, CXmlObjectArray& objects, Make make) const {
     CXmlSection list;
     if (!GetSection(tag, list)) return 0;
     const qv::SectionNode& node = *list.m_node;
     for (std::uint32_t element = node.FirstChild(); element; element = node.At(element).next) {
-        std::unique_ptr<CXmlObject> object = MakeObject(node.TagOf(element), type);
+        std::unique_ptr<CXmlObject> object = make(node.TagOf(element));
         if (!object) continue;
         CXmlSection section(node.TagOf(element));
         section.m_node = node.Child(element);
@@ -120,4 +122,15 @@ BOOL CXmlSection::GetObjectArray(std::string_view tag, CXmlObjectArray& objects,
         objects.Add(object.release());
     }
     return 1;
+}
+
+BOOL CXmlSection::GetObjectArray(std::string_view tag, CXmlObjectArray& objects, const CRuntimeClass* type) const {
+    return AppendObjects(tag, objects, [type](std::string_view name) { return MakeObject(name, type); });
+}
+
+BOOL CXmlSection::GetEntryArray(std::string_view tag, CXmlObjectArray& objects) const {
+    return AppendObjects(tag, objects, [](std::string_view name) {
+        std::unique_ptr<CXmlObject> known = MakeObject(name, nullptr);
+        return known ? std::move(known) : std::make_unique<CXmlUnknownEntry>();
+    });
 }

@@ -110,6 +110,9 @@ public:
     /// left out; or all of them of the given class, if it makes objects and they are CXmlObjects. They are the
     /// caller's, also when loading one raises.
     BOOL GetObjectArray(std::string_view tag, CXmlObjectArray& objects, const CRuntimeClass* type = nullptr) const;
+    /// The same, but sections of unknown types are not left out: they come as CXmlUnknownEntry (XmlEntryTemplate.h), which
+    /// AddObjectArray writes as they were.
+    BOOL GetEntryArray(std::string_view tag, CXmlObjectArray& objects) const;
 
     /// The key of an element: the index in eight or more lower-case hexadecimal digits, and the tag, its blanks as "_".
     static CString GetIndex(int index, std::string_view tag);
@@ -129,6 +132,8 @@ private:
     void AddElement(std::string_view tag, std::string_view escaped);
     void OpenElement(std::string_view tag);
     void CloseElement(std::string_view tag);
+    template <class Make>
+    BOOL AppendObjects(std::string_view tag, CXmlObjectArray& objects, Make make) const;
 
     CString m_tag;
     std::string m_text;                             // the lines written

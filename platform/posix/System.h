@@ -5,11 +5,12 @@
 /// its parameters; a suffix tells entries of one function apart that differ in kind or parameters.
 ///
 /// Not in the table is what cannot fail or does no input or output that an operation depends on: getpid and geteuid; memory,
-/// text, locale and time zone (localtime_r, mktime, strftime, setenv, nl_langinfo); the loader (dladdr); sysconf; the lists
+/// text, locale and time zone (localtime_r, mktime, strftime, setenv, nl_langinfo); the loader once a library is loaded (dladdr, dlsym, dlclose, dlerror); setpwent and endpwent; sysconf; the lists
 /// of posix_spawn and the sets of signals; std::random_device, which asks the processor; threads and what they wait for;
 /// and the clock, which has a seam of its own (platform/Clock.h).
 
 #include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <pwd.h>
@@ -23,6 +24,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -120,6 +122,10 @@ inline constexpr SystemCall poll(CallKind::Other, "poll", &::poll, CallTrait::Wa
 QV_SYSTEM_CALL(Process, pipe2);
 QV_SYSTEM_CALL(Process, waitpid);
 QV_SYSTEM_CALL(Process, kill);
+// The C library's own declaration lacks C linkage in some versions.
+inline constexpr SystemCall pidfd_open(
+    CallKind::Process, "pidfd_open",
+    +[](pid_t process, unsigned flags) { return static_cast<int>(::syscall(SYS_pidfd_open, process, flags)); });
 inline constexpr SystemCall posix_spawnp(
     CallKind::Process, "posix_spawnp",
     +[](pid_t* id, const char* program, const posix_spawn_file_actions_t* actions, char* const* arguments) {
@@ -135,6 +141,18 @@ inline constexpr SystemCall getpwuid_r(
     CallKind::Other, "getpwuid_r", +[](uid_t user, passwd* entry, char* texts, std::size_t size, passwd** found) {
         return ErrorNumber{::getpwuid_r(user, entry, texts, size, found)};
     });
+inline constexpr SystemCall getpwnam_r(
+    CallKind::Other, "getpwnam_r", +[](const char* user, passwd* entry, char* texts, std::size_t size, passwd** found) {
+        return ErrorNumber{::getpwnam_r(user, entry, texts, size, found)};
+    });
+inline constexpr SystemCall getpwent_r(
+    CallKind::Other, "getpwent_r", +[](passwd* entry, char* texts, std::size_t size, passwd** found) {
+        return ErrorNumber{::getpwent_r(entry, texts, size, found)};
+    });
+QV_SYSTEM_CALL(Other, gethostname);
+/// The reason of a failure is the thread's dlerror, not errno.
+inline constexpr SystemCall dlopen(
+    CallKind::Open, "dlopen", +[](const char* path, int flags) { return ::dlopen(path, flags); });
 QV_TRANSFER(Other, getrandom);
 QV_SYSTEM_CALL(Other, madvise);
 

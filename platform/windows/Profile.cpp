@@ -1,116 +1,116 @@
 #include "platform/Profile.h"
 
 #include <algorithm>
-#include <vector>
 
-#include "platform/windows/UniqueHandle.h"
+#include "platform/Registry.h"
+#include "platform/windows/System.h"
 #include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 namespace {
 
-std::wstring KeyName(const ProfilePlace& place, const char* section) {
-    return ToSystem("Software\\" + place.company + '\\' + place.application + '\\' + section);
+RegistryKey KeyOf(const ProfilePlace& place) {
+    return {RegistryRoot::User, "Software\\" + place.company + '\\' + place.application};
 }
 
-/// The section's key; none, with the reason in `opened`, when it cannot be had.
-UniqueKey OpenKey(const ProfilePlace& place, const char* section, REGSAM access, Status& opened) {
-    HKEY key = nullptr;
-    opened = sys::RegOpenKeyExW(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, access, &key).status();
-    return UniqueKey(opened.ok() ? key : nullptr);
+RegistryKey KeyOf(const ProfilePlace& place, const char* section) {
+    return {RegistryRoot::User, KeyOf(place).path + '\\' + section};
 }
 
-UniqueKey CreateKey(const ProfilePlace& place, const char* section) {
-    HKEY key = nullptr;
-    const auto made = sys::RegCreateKeyExW(HKEY_CURRENT_USER, KeyName(place, section).c_str(), 0, nullptr, 0,
-                                           KEY_SET_VALUE, nullptr, &key, nullptr);
-    return UniqueKey(made.ok() ? key : nullptr);
-}
-
-template <class Character>
-std::basic_string<Character> UpToZero(const std::vector<Character>& text) {
-    return {text.begin(), std::find(text.begin(), text.end(), Character{})};
-}
-
-std::optional<std::string> ReadRegistry(const ProfilePlace& place, const char* section, const char* entry) {
-    Status opened;
-    const UniqueKey key = OpenKey(place, section, KEY_QUERY_VALUE, opened);
-    if (!key) return std::nullopt;
-    const std::wstring name = ToSystem(entry);
-    std::vector<wchar_t> value(256);
-    for (;;) {
-        auto size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
-        DWORD type = REG_NONE;
-        const auto read = sys::RegQueryValueExW(key.Get(), name.c_str(), nullptr, &type,
-                                                reinterpret_cast<BYTE*>(value.data()), &size);
-        if (read.error() == ERROR_MORE_DATA) {
-            value.resize(
-                std::max<std::size_t>(2 * value.size(), size / sizeof(wchar_t) + 1));  // it may have grown meanwhile
-            continue;
-        }
-        if (!read.ok() || type != REG_SZ) return std::nullopt;
-        value.resize(size / sizeof(wchar_t));
-        return FromSystem(UpToZero(value));
-    }
-}
-
-bool WriteRegistry(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
-    const UniqueKey key = CreateKey(place, section);
-    const std::wstring text = ToSystem(value);
-    const auto* const bytes = reinterpret_cast<const BYTE*>(text.c_str());
-    const auto size = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-    return key && sys::RegSetValueExW(key.Get(), ToSystem(entry).c_str(), 0, REG_SZ, bytes, size).ok();
-}
-
-bool DeleteFromRegistry(const ProfilePlace& place, const char* section, const char* entry) {
-    Status deleted;
-    if (const UniqueKey key = OpenKey(place, section, KEY_SET_VALUE, deleted))
-        deleted = sys::RegDeleteValueW(key.Get(), ToSystem(entry).c_str()).status();
-    return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
+std::optional<std::string> ReadFromRegistry(const ProfilePlace& place, const char* section, const char* entry) {
+    RegistryValue value;
+    if (!ReadRegistryValue(KeyOf(place, section), entry, value).ok()) return std::nullopt;
+    return value.type == RegistryType::Text ? std::optional(value.data) : std::nullopt;
 }
 
 /// A section that holds others is not deleted: "a", where there is "a\\b".
 bool DeleteKey(const ProfilePlace& place, const char* section) {
-    const Status deleted = sys::RegDeleteKeyW(HKEY_CURRENT_USER, KeyName(place, section).c_str()).status();
+    const std::wstring path = ToSystem(KeyOf(place, section).path);
+    const Status deleted = sys::RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str()).status();
     return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
+}
+
+/// The keys below one, with the names on the way to them. The system bounds the depth.
+void AddKeys(const RegistryKey& key, const std::string& prefix, std::vector<std::string>& found) {
+    std::vector<std::string> names;
+    if (!ListRegistryKeys(key, names).ok()) return;
+    for (const std::string& name : names) {
+        found.push_back(prefix + name);
+        AddKeys({key.root, key.path + '\\' + name}, prefix + name + '\\', found);
+    }
 }
 
 std::string FileOf(const ProfilePlace& place) {
     return place.application + ".INI";
 }
 
-/// Two defaults tell a value from none; the system says only that the buffer was full.
-std::optional<std::string> ReadFile(const ProfilePlace& place, const char* section, const char* entry) {
-    std::vector<char> value(256);
+/// What a private profile gives, up to a zero byte, or up to two where names are asked for. Two more bytes than were
+/// given tell that all of it fitted.
+std::string ReadFromFile(const ProfilePlace& place, const char* section, const char* entry, const char* otherwise) {
     const std::string file = FileOf(place);
-    const auto read = [&](const char* otherwise) {
+    for (std::string value(256, '\0');; value.resize(2 * value.size())) {
         const auto size = static_cast<DWORD>(value.size());
-        return sys::GetPrivateProfileStringA(file.c_str(), section, entry, otherwise, value.data(), size);
-    };
-    auto length = read("");
-    while (length.ok() && length.value() + 1 == value.size()) {
-        value.resize(2 * value.size());
-        length = read("");
+        const auto length =
+            sys::GetPrivateProfileStringA(file.c_str(), section, entry, otherwise, value.data(), size).value();
+        if (length + 2 < size) return value.substr(0, length);
     }
-    if (!length.ok() || (length.value() == 0 && read("?").value() > 0)) return std::nullopt;
-    return UpToZero(value);
+}
+
+/// Two defaults tell a value from none.
+std::optional<std::string> ReadFromFile(const ProfilePlace& place, const char* section, const char* entry) {
+    const std::string value = ReadFromFile(place, section, entry, "");
+    if (value.empty() && !ReadFromFile(place, section, entry, "?").empty()) return std::nullopt;
+    return value;
+}
+
+/// Reading takes off one pair of quotes, and blanks at the ends.
+std::string Quoted(std::string_view value) {
+    const std::string_view ends = " \t\"'";
+    const bool changes =
+        !value.empty() && (ends.find(value.front()) != ends.npos || ends.find(value.back()) != ends.npos);
+    return changes ? '"' + std::string(value) + '"' : std::string(value);
+}
+
+/// A private profile keeps one line: the rest of a longer text would be read as entries.
+bool WriteToFile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
+    if (value && std::string_view(value).find_first_of("\r\n") != std::string_view::npos) return false;
+    const std::string text = Quoted(value ? value : "");
+    return sys::WritePrivateProfileStringA(FileOf(place).c_str(), section, entry, value ? text.c_str() : nullptr).ok();
+}
+
+std::vector<std::string> ListFile(const ProfilePlace& place, const char* section) {
+    const std::string all = ReadFromFile(place, section, nullptr, "");
+    std::vector<std::string> names;
+    for (std::size_t from = 0; from < all.size(); from += names.back().size() + 1)
+        names.emplace_back(all.c_str() + from);
+    return names;
 }
 
 }  // namespace
 
-bool UseProfileFolder(const char*) {
-    return false;
+std::string ProfileFile(const ProfilePlace&) {
+    return {};
 }
 
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry) {
-    return place.company.empty() ? ReadFile(place, section, entry) : ReadRegistry(place, section, entry);
+    return place.company.empty() ? ReadFromFile(place, section, entry) : ReadFromRegistry(place, section, entry);
 }
 
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
-    if (place.company.empty())
-        return sys::WritePrivateProfileStringA(FileOf(place).c_str(), section, entry, value).ok();
+    if (place.company.empty()) return WriteToFile(place, section, entry, value);
     if (!entry) return DeleteKey(place, section);
-    return value ? WriteRegistry(place, section, entry, value) : DeleteFromRegistry(place, section, entry);
+    const RegistryKey key = KeyOf(place, section);
+    return (value ? WriteRegistryValue(key, entry, {RegistryType::Text, value}) : DeleteRegistryValue(key, entry)).ok();
+}
+
+std::vector<std::string> ListProfile(const ProfilePlace& place, const char* section) {
+    if (place.company.empty()) return ListFile(place, section);
+    std::vector<std::string> names;
+    if (section)
+        ListRegistryValues(KeyOf(place, section), names).IgnoreError();  // the names so far
+    else
+        AddKeys(KeyOf(place), "", names);
+    return names;
 }
 
 }  // namespace qv::platform

@@ -6,16 +6,18 @@
 /// kind.
 ///
 /// Not in the table is what cannot fail or only computes: conversions, cases and types of characters, code pages, dates in
-/// text (VarDateFromStr) and times of day; memory (GlobalAlloc and its kin, LocalFree, attribute lists' ends, values of a
+/// text (VarDateFromStr) and times of day; memory (GlobalAlloc and its kin, LocalFree, attribute lists' ends, ILFree, NetApiBufferFree, values of a
 /// version resource that has been read); pseudo handles, numbers and states of the calling process and thread
-/// (GetCurrentProcess, GetFocus); cursors, default window procedures and the dispatch of messages; what a device context is
+/// (GetCurrentProcess, GetFocus); CoUninitialize; libraries that are loaded (GetProcAddress, FreeLibrary); cursors, default window procedures and the dispatch of messages; what a device context is
 /// set to (SetStretchBltMode, SelectObject, GdiFlush); the run time's _isatty; threads and what they wait for; and clocks:
 /// the library's has a seam of its own (platform/Clock.h), and the pumping of messages waits by the system's.
 
 #include <windows.h>
 // windows.h comes first.
+#include <lm.h>
 #include <objbase.h>
 #include <shellapi.h>
+#include <shlobj.h>
 #include <wininet.h>
 
 #include "platform/windows/SystemCall.h"
@@ -76,6 +78,7 @@ QV_SYSTEM_CALL(Other, FailsWithZero, GetCurrentDirectoryW);
 QV_SYSTEM_CALL(Other, FailsWithZero, SetCurrentDirectoryW);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetTempPathW);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetWindowsDirectoryW);
+QV_SYSTEM_CALL(Other, ReturnsError, SHGetFolderPathW);
 
 // Watches.
 
@@ -134,6 +137,7 @@ QV_SYSTEM_CALL(Process, FailsWithMinusOne, WaitForSingleObject);
 QV_SYSTEM_CALL(Process, FailsWithZero, GetExitCodeProcess);
 QV_SYSTEM_CALL(Process, FailsWithZero, TerminateProcess);
 QV_SYSTEM_CALL(Process, FailsWithZero, SetConsoleCtrlHandler);
+QV_SYSTEM_CALL(Lock, FailsWithZero, LockFileEx);
 QV_SYSTEM_CALL(Lock, FailsWithZero, CreateMutexA);
 QV_SYSTEM_CALL_AS(WaitForSingleObject_mutex, Lock, FailsWithMinusOne, WaitForSingleObject);
 QV_SYSTEM_CALL_AS(ReleaseMutex, Lock, FailsWithZero, ReleaseMutex, CallTrait::AlwaysMade);
@@ -146,6 +150,9 @@ QV_SYSTEM_CALL(Read, ReturnsError, RegQueryValueExW);
 QV_SYSTEM_CALL(Write, ReturnsError, RegSetValueExW);
 QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteValueW);
 QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteKeyW);
+QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteTreeW);
+QV_SYSTEM_CALL(Read, ReturnsError, RegEnumKeyExW);
+QV_SYSTEM_CALL(Read, ReturnsError, RegEnumValueW);
 QV_CLOSE(ReturnsError, RegCloseKey);
 // In a private profile the file comes first here: it is the path.
 QV_PROFILE_CALL(Read, NeverFails, GetPrivateProfileStringA);
@@ -167,6 +174,9 @@ QV_SYSTEM_CALL(Other, FailsWithMinusOne, GetTimeZoneInformation);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetTimeZoneInformationForYear);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetUserNameW);
 QV_SYSTEM_CALL(Other, FailsWithZero, FormatMessageW);
+QV_SYSTEM_CALL(Other, ReturnsError, NetUserEnum);
+QV_SYSTEM_CALL(Other, ReturnsError, NetUserGetInfo);
+QV_SYSTEM_CALL(Other, FailsWithZero, GetComputerNameExW);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetModuleFileNameW);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetModuleHandleExA);
 QV_SYSTEM_CALL(Other, FailsWithMinusOne, GetStdHandle);
@@ -175,8 +185,21 @@ inline constexpr SystemCall CoCreateGuid(CallKind::Other, "CoCreateGuid", Return
     return FAILED(result) ? result : S_OK;
 });
 
-// The shell. Its error numbers are partly its own.
+// Libraries that a program loads.
 
+QV_SYSTEM_CALL(Open, FailsWithZero, LoadLibraryExW);
+QV_SYSTEM_CALL(Other, FailsWithZero, SetThreadErrorMode);
+
+// The shell. Its error numbers are partly its own. A successful CoInitializeEx may tell more than S_OK.
+
+inline constexpr SystemCall CoInitializeEx(CallKind::Other, "CoInitializeEx", ReturnsError(),
+                                           [](void* reserved, DWORD form) {
+                                               const HRESULT result = ::CoInitializeEx(reserved, form);
+                                               return FAILED(result) ? result : S_OK;
+                                           });
+QV_SYSTEM_CALL(Process, FailsWithZero, ShellExecuteExW);
+QV_SYSTEM_CALL(Process, FailsWithZero, ILCreateFromPathW);
+QV_SYSTEM_CALL(Process, ReturnsError, SHOpenFolderAndSelectItems);
 QV_SYSTEM_CALL(Copy, ReturnsError, SHFileOperationW);
 
 }  // namespace qv::platform::sys

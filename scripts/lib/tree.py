@@ -10,15 +10,17 @@ import subprocess
 import sys
 
 # From the ground up. An include runs down, or sideways within a floor.
-FLOORS = ("platform", "framework", "core", "threads", "files xml imaging", "messages dialogs cabinet html", "charts",
+FLOORS = ("platform", "framework", "core", "threads", "files xml imaging settings system", "messages dialogs cabinet html", "charts",
           "tools")
 # The folders that implement the exported headers; those of include/qvcommon/framework/ belong to framework/.
 HEADERS = {
     "platform": "CodePage Export",
-    "core": "Checksum Exceptions MathHelper Replacers StringHelper TimeHelper",
+    "core": "Checksum Exceptions MathHelper Replacers StringHelper TimeHelper UnicodeString",
     "threads": "LockedObjects ReadWriteLock TimerThread",
     "files": "ChangeWatchers CopyTree FileFinder FilePath FileUtils LockFile MultiUserFile NetUtils SaveFile TempFile",
-    "xml": "ClassFactory HistoryMgr XmlDom XmlDomElement XmlException XmlHelper XmlObject XmlSection",
+    "xml": "ClassFactory HistoryMgr XmlDom XmlDomElement XmlEntryTemplate XmlException XmlHelper XmlObject XmlSection",
+    "settings": "AppRegistry ProfileStore RegHelper",
+    "system": "DllLoader ShellVerbHelper",
     "imaging": "DIBitmap ImageHelper ParseEmf",
     "messages": "UserMessages",
     "dialogs": "Validators",
@@ -44,14 +46,14 @@ PACKAGES = {
 }
 # What platform/ may call beside its tables of system calls: System.h of each side says why.
 PURE_CALLS = {
-    "platform/posix/": r"dladdr freelocale gete?uid gettid getpid iconv\w* iswalpha\w* iswspace\w* localtime_r mktime newlocale "
-                       r"nl_langinfo\w* posix_spawn_file_actions_\w+ setenv "
+    "platform/posix/": r"dl(?:addr|close|error|sym) endpwent freelocale gete?uid gettid getpid iconv\w* iswalpha\w* iswspace\w* localtime_r mktime newlocale "
+                       r"nl_langinfo\w* posix_spawn_file_actions_\w+ setenv setpwent "
                        r"sig\w+set sigismember strerrordesc_np strerror_r strfmon strftime sysconf "
                        r"tow(?:lower|upper)\w* tzset unsetenv",
-    "platform/windows/": r"_fileno _isatty CloseHandle CoCreateGuid CreateEventA CreateThread DefWindowProcA "
+    "platform/windows/": r"_fileno _isatty CloseHandle CoCreateGuid CoUninitialize CreateEventA CreateThread DefWindowProcA "
                          r"DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush GetACP GetActiveWindow GetCPInfo _getmbcp "
-                         r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetStringTypeW GetTickCount64 Global\w+ IsDBCSLeadByteEx "
-                         r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar PostQuitMessage ResetEvent SelectObject SetCursor SetEvent "
+                         r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetProcAddress GetStringTypeW GetTickCount64 Global\w+ ILFree IsDBCSLeadByteEx "
+                         r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar NetApiBufferFree PostQuitMessage ResetEvent SelectObject SetCursor SetEvent "
                          r"SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime TranslateMessage "
                          r"VarDateFromStr VerQueryValueW WaitForSingleObject WideCharToMultiByte",
 }

@@ -14,11 +14,11 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/HtmlWriter.h"
 #include "qvcommon/LockFile.h"
+#include "qvcommon/ProfileStore.h"
 #include "qvcommon/SaveFile.h"
 #include "qvcommon/UserMessages.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/Raised.h"
-#include "tests/support/ScopedProfile.h"
 #include "tests/support/Tree.h"
 
 namespace {
@@ -95,22 +95,26 @@ bool SaveInPlaceReports(const Place& place) {
     });
 }
 
-bool ProfileReports(const Place& place) {
-    ScopedProfile profile(place.native.string());
-    return !profile.WriteProfileString("section", "entry", "new");
+bool SettingsReport(const Place& place) {
+    return Raises(place, [&] {
+        ProfileStore store(place.path + "a.ini");
+        store.Update([&] {
+            store.SetString("s", "e", "new");
+            store.DeleteEntry("s", "f");
+        });
+    });
 }
 
-void PrepareProfile(const Place& place) {
-    ScopedProfile profile(place.native.string());
-    profile.WriteProfileString("section", "entry", "old");
+void PrepareSettings(const Place& place) {
+    ProfileStore store(place.path + "a.ini");
+    store.SetString("s", "e", "old");
+    store.SetString("s", "f", "");
 }
 
-std::function<bool(const Tree&)> ProfileIs(std::initializer_list<const char*> values) {
-    return [values = std::vector(values)](const Tree& tree) {
-        const auto file = tree.find("QvCommonTests.ini");
-        return file != tree.end() && std::any_of(values.begin(), values.end(), [&](const char* value) {
-                   return file->second == "[section]\nentry=" + std::string(value) + "\n";
-               });
+std::function<bool(const Tree&)> SettingsAre(std::initializer_list<const char*> versions) {
+    return [versions = std::vector(versions)](const Tree& tree) {
+        const auto file = tree.find("a.ini");
+        return file != tree.end() && std::find(versions.begin(), versions.end(), file->second) != versions.end();
     };
 }
 
@@ -278,13 +282,12 @@ std::vector<Operation> MakeOperations() {
          .prepare = Files({}),
          .run = &MessageReports,
          .done = Is({}),
-         .silent = [](const SystemCallInfo&) { return true; }}};
-    if (ScopedProfile(".").IsFile())
-        operations.push_back({.name = "Profile",
-                              .prepare = &PrepareProfile,
-                              .run = &ProfileReports,
-                              .done = ProfileIs({"new"}),
-                              .kept = ProfileIs({"old", "new"})});
+         .silent = [](const SystemCallInfo&) { return true; }},
+        {.name = "Settings",
+         .prepare = &PrepareSettings,
+         .run = &SettingsReport,
+         .done = SettingsAre({"[s]\ne=new\n"}),
+         .kept = SettingsAre({"[s]\ne=old\nf=\n", "[s]\ne=new\n"})}};
     return operations;
 }
 

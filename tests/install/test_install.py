@@ -48,6 +48,10 @@ class Examples:
         (self.folder / "bad.xml").write_text("<settings>")
         self.assertIn("bad.xml, line 1: ", self.run_example("settings", "bad.xml", status=1))
 
+    def test_open_recent(self):
+        self.run_example("open_recent", "none.txt", status=1)  # what cannot be opened is not remembered
+        self.assertNotIn("none.txt", self.run_example("open_recent"))
+
     def test_shared_document(self):
         lines = [f"line {number}" for number in range(4)]
         writers = [subprocess.Popen(self.command("shared_document", "plan.txt", line), cwd=self.folder,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Profile.h"
+#include "platform/UserFolders.h"
 #include "qvcommon/framework/WinApp.h"
 #include "tests/support/TempFolder.h"
 
@@ -8,9 +8,9 @@
 class ScopedProfile : public CWinApp {
 public:
     explicit ScopedProfile(const std::string& folder) : CWinApp("QvCommonTests") {
-        m_isFile = qv::platform::UseProfileFolder(folder.c_str());
+        m_isFile = qv::platform::UseUserFolder(folder.c_str());
     }
-    ~ScopedProfile() override { qv::platform::UseProfileFolder(nullptr); }
+    ~ScopedProfile() override { qv::platform::UseUserFolder(nullptr); }
 
     bool IsFile() const { return m_isFile; }
 

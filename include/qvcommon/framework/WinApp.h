@@ -14,8 +14,7 @@
 ///
 /// Where the profile is:
 /// - Windows, after SetRegistryKey: below `HKEY_CURRENT_USER\Software\COMPANY\APPLICATION`, a key a section;
-/// - Windows otherwise: the private profile APPLICATION.INI of the Windows folder, whose rules for quotes and blanks around
-///   a value hold, and which keeps no line ends;
+/// - Windows otherwise: the private profile APPLICATION.INI of the Windows folder, which refuses texts of several lines;
 /// - Linux: the file COMPANY/APPLICATION.ini, or APPLICATION.ini, in the user's configuration folder ($XDG_CONFIG_HOME,
 ///   else ~/.config). Every write puts a whole new file in the old one's place; lines that it does not concern stay.
 ///
@@ -51,9 +50,10 @@ public:
     }
 
     CString m_pszAppName;
+    /// The company; empty before SetRegistryKey.
+    CString m_pszRegistryKey;
 
 private:
-    CString m_company;
     CWinApp* m_before;
 };
 

@@ -1,0 +1,55 @@
+// Documents that were opened lately: opens one with the desktop's own program, and remembers it in the profile.
+//
+//   open_recent          lists them, the latest first
+//   open_recent FILE     opens FILE
+
+#include <algorithm>
+#include <clocale>
+#include <cstdio>
+
+#include "qvcommon/AppRegistry.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/ProfileStore.h"
+#include "qvcommon/ShellVerbHelper.h"
+#include "qvcommon/framework/WinApp.h"
+
+static constexpr int kMost = 10;
+
+static void Remember(const CString& path) {
+    ProfileStore profile;
+    profile.Update([&] {  // several programs may remember something at once: none of it is lost
+        CStringArray recent = profile.GetList("Files", "Recent");
+        std::erase(recent.AsStd(), path);
+        recent.InsertAt(0, path);
+        recent.SetSize(std::min(recent.GetSize(), kMost));
+        profile.SetList("Files", "Recent", recent);
+    });
+}
+
+static void List() {
+    for (const CString& path : ProfileStore().GetList("Files", "Recent"))
+        std::puts(CFileUtils::GetNativePath(path).AsStd().c_str());
+}
+
+int main(int argc, char** argv) try {
+    std::setlocale(LC_ALL, "");
+    if (argc > 2) {
+        std::fputs("usage: open_recent [FILE]\n", stderr);
+        return 2;
+    }
+    const CWinApp application("OpenRecent");
+    SetRegistryKey("QvCommon Examples");
+    if (argc == 1) {
+        List();
+        return 0;
+    }
+    const CString path = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
+    CShellVerbHelper::Open(path);
+    Remember(path);
+} catch (CException* error) {
+    char reason[512] = {};
+    error->GetErrorMessage(reason, sizeof reason - 1);
+    error->Delete();
+    std::fprintf(stderr, "%s\n", reason);
+    return 1;
+}

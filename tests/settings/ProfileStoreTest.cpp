@@ -1,0 +1,161 @@
+#include "qvcommon/ProfileStore.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+
+#include "qvcommon/framework/File.h"
+#include "tests/support/Child.h"
+#include "tests/support/Raised.h"
+#include "tests/support/ScopedLocale.h"
+#include "tests/support/ScopedProfile.h"
+
+namespace {
+
+void ExpectTypesToComeBack(ProfileStore& store) {
+    const COleDateTime date(2004, 5, 5, 14, 3, 7);
+    const CStringArray lists[] = {{}, {""}, {"", ""}, {"a,b", "\"", " ", "c"}};
+    for (const int value : {0, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+        store.SetInteger("Types", "integer", value);
+        EXPECT_EQ(store.GetInteger("types", "INTEGER", 7), value);
+    }
+    for (const double value : {0.1, -2.5e-300, 1e22, std::numeric_limits<double>::infinity()}) {
+        store.SetDouble("Types", "double", value);
+        EXPECT_EQ(store.GetDouble("Types", "double", 7), value);
+    }
+    for (const CStringArray& value : lists) {
+        store.SetList("Types", "list", value);
+        EXPECT_EQ(store.GetList("Types", "list", {"x"}), value);
+    }
+    for (const BOOL value : {1, 0}) {
+        store.SetBool("Types", "bool", value);
+        EXPECT_EQ(store.GetBool("Types", "bool", !value), value);
+    }
+    store.SetDate("Types", "date", date);
+    EXPECT_EQ(store.GetDate("Types", "date"), date);
+    store.SetBytes("Types", "bytes", std::string_view("\0\xFFx", 3));
+    EXPECT_EQ(store.GetBytes("Types", "bytes", "x"), std::string_view("\0\xFFx", 3));
+    EXPECT_THAT(store.GetEntries("TYPES").AsStd(),
+                testing::UnorderedElementsAre("integer", "double", "list", "bool", "date", "bytes"));
+    EXPECT_THAT(store.GetSections().AsStd(), testing::Contains("Types"));
+    store.DeleteEntry("Types", "integer");
+    EXPECT_FALSE(store.HasEntry("Types", "integer"));
+    EXPECT_TRUE(store.HasEntry("Types", "double"));
+    store.DeleteSection("Types");
+    EXPECT_FALSE(store.HasEntry("Types", "double"));
+}
+
+TEST(ProfileStore, TypesComeBackFromFilesAndProfiles) {
+    const ScopedLocale german(GermanLocale());  // numbers with a comma
+    const TempFolder folder;
+    ProfileStore file(folder / "a.ini");
+    ExpectTypesToComeBack(file);
+    for (const char* const company : {"", "QvCommonTests"}) {
+        ScopedProfile app(folder.Native("new").string());
+        if (*company) app.SetRegistryKey(company);
+        ProfileStore profile;
+        ExpectTypesToComeBack(profile);
+        EXPECT_EQ(profile.GetFile().IsEmpty(), !app.IsFile());
+        profile.SetString("Bar", "e", "of the bars");
+        EXPECT_EQ(app.GetProfileString("Bar", "e"), "of the bars");
+        profile.DeleteSection("Bar");
+    }
+}
+
+TEST(ProfileStore, WhatIsNoValueGivesTheDefault) {
+    const TempFolder folder;
+    folder.Write("a.ini",
+                 "[s]\nempty=\ntext=12a\nbig=2147483648\nhex=0x10\nodd=ABC\nword=maybe\nplus= +5 \nsign=+-5\nyes=ON\n"
+                 "quoted=\" 1 \"\n");
+    const ProfileStore store(folder / "a.ini");
+    for (const char* const entry : {"empty", "text", "big", "hex", "odd", "word", "sign", "none"}) {
+        EXPECT_EQ(store.GetInteger("s", entry, -7), -7) << entry;
+        EXPECT_EQ(store.GetBool("s", entry, 7), 7) << entry;
+    }
+    for (const char* const entry : {"empty", "word", "none"})
+        EXPECT_EQ(store.GetDate("s", entry, COleDateTime(1.0)), COleDateTime(1.0)) << entry;
+    for (const char* const entry : {"text", "odd", "word", "none"}) EXPECT_EQ(store.GetDouble("s", entry, .5), .5);
+    for (const char* const entry : {"text", "hex", "odd", "none"}) EXPECT_EQ(store.GetBytes("s", entry, "x"), "x");
+    EXPECT_EQ(store.GetInteger("s", "plus") + store.GetInteger("s", "quoted") + store.GetBool("s", "yes"), 7);
+    EXPECT_EQ(store.GetString("s", "empty", "x") + store.GetString("s", "none", "x"), "x");
+}
+
+TEST(ProfileStore, KeepsWhatItDoesNotChange) {
+    const TempFolder folder;
+    const std::string head = "\xEF\xBB\xBF; by hand\r\nstray\r\n\r\n[One]\r\n# first\r\nb = 1\r\n";
+    const std::string tail = "\r\n[one]\r\nlater=never read\r\n[ Two ]\r\n\xFF\xFE\x01=\x02\r\n[";
+    folder.Write("a.ini", head + "a=old\r\n" + tail);
+    ProfileStore store(folder / "a.ini");
+    EXPECT_THAT(store.GetSections().AsStd(), testing::ElementsAre("One", "Two", ""));
+    EXPECT_THAT(store.GetEntries("ONE").AsStd(), testing::ElementsAre("b", "a"));
+    EXPECT_EQ(store.GetString("two", "\xFF\xFE\x01"), "\x02");
+    store.SetString("one", "a", "new");
+    EXPECT_EQ(folder.Read("a.ini"), head + "a=new\n" + tail);
+    folder.Write("a.ini", "[one]\nb=2\n");
+    EXPECT_EQ(store.GetInteger("One", "b"), 2) << "another program's change is seen at once";
+}
+
+TEST(ProfileStore, RaisesForWhatCannotBeKept) {
+    const TempFolder folder;
+    folder.Write("large.ini", "[s]\ne=1\n");
+    std::filesystem::resize_file(folder.Native("large.ini"), (16 << 20) + 1);
+    std::filesystem::create_directory(folder.Native("folder"));
+    const struct {
+        const char* name;
+        int cause;
+    } cases[] = {{"large.ini", CFileException::invalidFile},
+                 {"folder", CFileException::accessDenied},
+                 {"none/a.ini", CFileException::badPath}};
+    for (const auto& c : cases) {
+        ProfileStore store(folder / c.name);
+        const auto error = Raised<CFileException>([&] { store.SetString("s", "e", "2"); });
+        ASSERT_TRUE(error) << c.name;
+        EXPECT_EQ(error->m_cause, c.cause) << c.name;
+        EXPECT_EQ(error->m_strFileName, folder / c.name);
+        EXPECT_EQ(store.GetString("s", "e", "default"), "default") << c.name;
+    }
+    EXPECT_EQ(std::filesystem::file_size(folder.Native("large.ini")), (16u << 20) + 1);
+
+    ProfileStore store(folder / "a.ini");
+    EXPECT_TRUE(Raised<CInvalidArgException>([&] { store.SetDate("s", "e", COleDateTime(1e9)); }));
+    EXPECT_TRUE(Raised<CException>([&] {
+        store.Update([&] {
+            store.SetInteger("s", "e", 1);
+            AfxThrowUserException();
+        });
+    }));
+    EXPECT_FALSE(folder.Has("a.ini"));
+    store.SetInteger("s", "e", 1);  // the lock is free again
+    EXPECT_EQ(store.GetInteger("s", "e"), 1);
+}
+
+QV_CHILD(ChangeSettings) {
+    ProfileStore store(arguments.at(0).c_str());
+    for (int i = 0; i < 40; ++i) {
+        store.SetInteger("Own", arguments.at(1) + std::to_string(i), i);
+        store.Update([&] {
+            store.SetInteger("Shared", "count", store.GetInteger("Shared", "count") + 1);
+            store.Update([&] { store.SetInteger("Shared", "again", store.GetInteger("Shared", "count")); });
+        });
+    }
+    return 0;
+}
+
+TEST(ProfileStore, NoProcessUndoesAnother) {
+    const TempFolder folder;
+    folder.Write("a.ini", "; kept\n");
+    CProcess writers[3];
+    for (int i = 0; i < 3; ++i)
+        StartChild(writers[i], "ChangeSettings",
+                   {folder / "a.ini", CString(std::string(1, static_cast<char>('a' + i)))});
+    for (CProcess& writer : writers) EXPECT_EQ(writer.Wait(), 0);
+    const ProfileStore store(folder / "a.ini");
+    EXPECT_EQ(store.GetInteger("Shared", "count"), 120);
+    EXPECT_EQ(store.GetInteger("Shared", "again"), 120);
+    for (const std::string writer : {"a", "b", "c"})
+        for (int i = 0; i < 40; ++i) ASSERT_EQ(store.GetInteger("Own", writer + std::to_string(i), -1), i);
+    EXPECT_TRUE(folder.Read("a.ini").starts_with("; kept\n"));
+}
+
+}  // namespace
