@@ -1,11 +1,12 @@
 // Documents that were opened lately: opens one with the desktop's own program, and remembers it in the profile.
 //
-//   open_recent          lists them, the latest first
+//   open_recent --list   lists them, the latest first
 //   open_recent FILE     opens FILE
 
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
+#include <string_view>
 
 #include "qvcommon/AppRegistry.h"
 #include "qvcommon/FileUtils.h"
@@ -33,13 +34,13 @@ static void List() {
 
 int main(int argc, char** argv) try {
     std::setlocale(LC_ALL, "");
-    if (argc > 2) {
-        std::fputs("usage: open_recent [FILE]\n", stderr);
+    if (argc != 2) {
+        std::fputs("usage: open_recent --list | FILE\n", stderr);
         return 2;
     }
     const CWinApp application("OpenRecent");
     SetRegistryKey("QvCommon Examples");
-    if (argc == 1) {
+    if (std::string_view(argv[1]) == "--list") {
         List();
         return 0;
     }

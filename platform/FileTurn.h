@@ -13,7 +13,7 @@ enum class TurnKind {
     Write
 };
 
-/// A lock on "PATH.lock", which is made when it is missing, for its owner alone, and stays. It ends with its object, or
+/// A lock on "PATH.lock", which is made when it is missing, on Linux for all who may write in its folder, and stays. It ends with its object, or
 /// with the process, and binds objects of one process too. One object, one thread.
 class FileTurn {
 public:

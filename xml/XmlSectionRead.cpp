@@ -119,7 +119,8 @@ BOOL CXmlSection::AppendObjects(std::string_view tag, CXmlObjectArray& objects, 
         CXmlSection section(node.TagOf(element));
         section.m_node = node.Child(element);
         object->LoadXml(section);
-        objects.Add(object.release());
+        objects.Add(object.get());
+        static_cast<void>(object.release());  // the array has it now
     }
     return 1;
 }
@@ -130,7 +131,8 @@ BOOL CXmlSection::GetObjectArray(std::string_view tag, CXmlObjectArray& objects,
 
 BOOL CXmlSection::GetEntryArray(std::string_view tag, CXmlObjectArray& objects) const {
     return AppendObjects(tag, objects, [](std::string_view name) {
-        std::unique_ptr<CXmlObject> known = MakeObject(name, nullptr);
-        return known ? std::move(known) : std::make_unique<CXmlUnknownEntry>();
+        std::unique_ptr<CXmlObject> object = MakeObject(name, nullptr);
+        if (!object) object = std::make_unique<CXmlUnknownEntry>();
+        return object;
     });
 }

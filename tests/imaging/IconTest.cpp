@@ -122,7 +122,7 @@ TEST_F(Icon, RefusesWhatIsDamaged) {
         {with(46, Words({600})), "rows"},
         {IconFile({picture.substr(0, picture.size() - 1)}), "mask"}};
     for (const auto& [bytes, text] : files) {
-        const auto error = Raised<CVorbexException>([&] { Read(bytes); });
+        const auto error = Raised<CVorbexException>([this, &file = bytes] { Read(file); });
         ASSERT_TRUE(error) << text;
         EXPECT_TRUE(error->GetText().AsStd().ends_with(text)) << error->GetText().AsStd() << ", not " << text;
     }

@@ -5,11 +5,13 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/Path.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/Child.h"
 #include "tests/support/Raised.h"
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/ScopedProfile.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -156,6 +158,22 @@ TEST(ProfileStore, NoProcessUndoesAnother) {
     for (const std::string writer : {"a", "b", "c"})
         for (int i = 0; i < 40; ++i) ASSERT_EQ(store.GetInteger("Own", writer + std::to_string(i), -1), i);
     EXPECT_TRUE(folder.Read("a.ini").starts_with("; kept\n"));
+}
+
+TEST(ProfileStore, UsersOfOneFolderShareTheLock) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "folders decide by access lists";
+    namespace fs = std::filesystem;
+    const TempFolder folder;
+    for (const auto& [mode, lockMode] : {std::pair{0700, 0644}, std::pair{0770, 0664}, std::pair{0777, 0666}}) {
+        fs::permissions(folder.Native(), static_cast<fs::perms>(mode));
+        fs::remove(folder.Native("a.ini.lock"));
+        ProfileStore(folder / "a.ini").SetInteger("s", "mode", mode);
+        EXPECT_EQ(fs::status(folder.Native("a.ini.lock")).permissions(), static_cast<fs::perms>(lockMode)) << mode;
+    }
+    fs::remove(folder.Native("a.ini.lock"));
+    fs::create_symlink("elsewhere", folder.Native("a.ini.lock"));
+    EXPECT_TRUE(Raised<CFileException>([&] { ProfileStore(folder / "a.ini").SetInteger("s", "mode", 0); }));
+    EXPECT_FALSE(folder.Has("elsewhere"));
 }
 
 }  // namespace

@@ -35,8 +35,8 @@ TEST(DllInstance, CallsFunctionsByName) {
     EXPECT_EQ(first.Find(kMissing), nullptr);
     EXPECT_EQ(Refused([&] { first.Get(kMissing); }), Sample().AsStd() + ": The function NoSuchFunction is missing.");
     first.CheckVersion(kVersion, 2, 2);
-    for (const auto& [lowest, highest] : {std::pair(1, 1), std::pair(3, 9)})
-        EXPECT_THAT(Refused([&] { first.CheckVersion(kVersion, lowest, highest); }),
+    for (const auto& versions : {std::pair(1, 1), std::pair(3, 9)})
+        EXPECT_THAT(Refused([&] { first.CheckVersion(kVersion, versions.first, versions.second); }),
                     testing::HasSubstr("The version 2 is not supported"));
     CDllInstance second(std::move(first));
     EXPECT_FALSE(first.IsLoaded());

@@ -58,6 +58,7 @@ std::vector<KindTotals> Kinds(const std::vector<FolderEntry>& folders) {
             byName.try_emplace(kind.name, KindTotals{&kind, {}}).first->second.totals.Add({1, file.size});
         }
     std::vector<KindTotals> kinds;
+    kinds.reserve(byName.size());
     for (const auto& [name, kind] : byName) kinds.push_back(kind);
     return kinds;
 }
