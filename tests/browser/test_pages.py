@@ -48,8 +48,16 @@ class Today(SamplePages):
                 self.open_sections(self.server.address + mode + "sections-today.html")
                 self.assertIn("1 2", self.browser.value("document.cookie"))
 
-    def test_a_page_from_a_disk_remembers_too(self):
+    def test_what_no_cookie_keeps_is_remembered_too(self):
         self.open_sections((self.folder / "sections-today.html").as_uri())
+        shutil.copytree(self.folder, self.folder / "a;b", dirs_exist_ok=True, ignore=shutil.ignore_patterns("a;b"))
+        self.open_sections(self.server.address + "a;b/sections-today.html")
+
+    def test_pages_with_many_cookies_still_reach_the_server(self):
+        self.go("sections-today.html")
+        self.browser.run("for (let i = 0; i < 9; i++) document.cookie = 'own' + i + '=' + 'x'.repeat(220)")
+        self.open_sections(self.server.address + "sections-today.html")
+        self.assertEqual(set(self.browser.cookies()), {"own%d" % i for i in range(9)})
 
     def test_a_single_section(self):
         self.go("section-today.html")
