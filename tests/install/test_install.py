@@ -52,6 +52,12 @@ class Examples:
         self.run_example("open_recent", "none.txt", status=1)  # what cannot be opened is not remembered
         self.assertNotIn("none.txt", self.run_example("open_recent", "--list"))
 
+    def test_text_filters(self):
+        lines = self.run_example("text_filters", "abc").splitlines()
+        self.assertEqual(lines[0], "given: abc (3 bytes, 3 UTF-16 units)")
+        has_plugin = list((self.programs / "plugins").glob("upper*"))
+        self.assertEqual(lines[1:], ["upper: ABC (3 bytes, 3 UTF-16 units)"] if has_plugin else [])
+
     def test_shared_document(self):
         lines = [f"line {number}" for number in range(4)]
         writers = [subprocess.Popen(self.command("shared_document", "plan.txt", line), cwd=self.folder,
@@ -109,6 +115,9 @@ class WithCMake(Examples, unittest.TestCase):
     def setUpClass(cls):
         cls.tree = Tree("linux").install()
         cls.programs = cls.tree.build_with_cmake()
+
+    def test_examples_have_their_plugin(self):
+        self.assertTrue((self.programs / "plugins/upper.so").exists())
 
     def test_what_is_installed(self):
         files = {str(path.relative_to(self.tree.prefix)) for path in self.tree.prefix.rglob("*")}

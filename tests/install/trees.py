@@ -63,6 +63,7 @@ class Tree:
             return folder
         for program in folder.glob("*.exe"):
             shutil.copy(program, self.prefix / "bin")
+        shutil.copytree(folder / "plugins", self.prefix / "bin/plugins")
         return self.prefix / "bin"
 
     def build_with_pkg_config(self, compiler="g++", names="*"):
