@@ -47,10 +47,10 @@ void WaitForRelease(const CString& lockFile, std::chrono::nanoseconds pause) {
     constexpr std::chrono::milliseconds kWorthWatching{8};
     const auto watch =
         pause < kWorthWatching || !qv::platform::IsRealTime() ? nullptr : qv::platform::RemovalWatch::Open(lockFile);
-    if (watch)
-        watch->WaitFor(std::chrono::ceil<std::chrono::milliseconds>(pause));
-    else
-        qv::platform::Sleep(pause);
+    if (!watch) return qv::platform::Sleep(pause);
+    watch->WaitFor(std::chrono::ceil<std::chrono::milliseconds>(pause));
+    // Other changes end the wait too, and may come all the time.
+    qv::platform::Sleep(std::chrono::milliseconds(1));
 }
 
 }  // namespace

@@ -10,10 +10,10 @@ CString CNetUtils::GetCurrentUserName() {
 
 BOOL CNetUtils::GetUserNames(CStringArray& names) {
     std::vector<std::string> found;
-    const bool told = qv::platform::ListUsers(found).ok();
+    const bool listed = qv::platform::ListUsers(found).ok();
     const std::set<std::string> sorted(found.begin(), found.end());
     names = CStringArray(sorted.begin(), sorted.end());
-    return told;
+    return listed;
 }
 
 CString CNetUtils::GetDisplayName(const char* userName) {

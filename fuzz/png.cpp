@@ -1,5 +1,5 @@
 // Any bytes as a PNG file: it is read or refused with the documented error, and what is read is written again to the same
-// pixels. Checksums and compression would keep the search away from what is behind them. So checksums are put right here,
+// pixels. Checksums and compression would keep the search away from the code after them. So checksums are put right here,
 // and data that is no stream is wrapped into one.
 
 #include <algorithm>

@@ -46,7 +46,7 @@ void WriteZeroes(CFile& file, std::int64_t count) {
         file.Write(zeroes.data(), static_cast<UINT>(std::min(count, static_cast<std::int64_t>(zeroes.size()))));
 }
 
-/// The header of 40 bytes has no mask of alpha that all readers know; that of version 4 has. False where there is none.
+/// The header of 40 bytes has no mask of alpha that all readers know; that of version 4 has. Returns false for a bitmap without alpha.
 bool ToVersion4(DibHeader& header) {
     if (header.compression != kMasksWithAlpha) return false;
     header.size = sizeof header + sizeof kAlphaMasks + sizeof(Version4Rest);

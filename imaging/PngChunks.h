@@ -10,8 +10,9 @@ namespace qv::imaging {
 /// The chunks of a PNG file, as views into its bytes.
 struct PngFile {
     PngHeader header;
-    Bytes palette;       ///< three bytes a colour; empty where the colour type has none
-    Bytes transparency;  ///< alpha of the first colours, or one colour of 16 bits a sample; empty when there is none
+    Bytes palette;  ///< three bytes a colour; empty where the colour type has none
+    Bytes
+        transparency;  ///< alpha of the first colours, or one colour of 16 bits a sample; empty when the file has no such chunk
     LONG horizontalPerMetre = 0, verticalPerMetre = 0;
     std::vector<Bytes> data;
 

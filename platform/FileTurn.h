@@ -23,7 +23,7 @@ public:
     FileTurn& operator=(const FileTurn&) = delete;
 
     /// Waits until no other object has a turn that excludes this one, for as long as that takes. A file system that keeps
-    /// no locks is no failure: nobody waits there.
+    /// no locks is no failure: the call returns at once there.
     Status Take(const std::string& path, TurnKind kind);
 
 private:

@@ -3,7 +3,7 @@
 /// @file Values with types below keys: the system's registry on Windows, INI files on Linux.
 ///
 /// A key is a path of names with "\" between them. On Linux "Software\COMPANY\APPLICATION\REST" is the section REST of that
-/// application's profile, and any other key a section of QvCommon/registry.ini; both lie in the user's configuration
+/// application's profile, and any other key a section of QvCommon/registry.ini; both are in the user's configuration
 /// folder, or in the machine's. Every value is a text there: it comes back with the type Text.
 
 #include <string>

@@ -13,7 +13,7 @@ std::string UserName();
 
 /// The login names of the accounts of people, in no order. Which these are, qvcommon/NetUtils.h says. Any thread.
 Status ListUsers(std::vector<std::string>& names);
-/// The full name that goes with a login name; empty where there is none.
+/// The full name of a login name; empty when the user has no full name.
 std::string DisplayName(const std::string& user);
 
 /// The machine's name without its domain; empty when it cannot be had.

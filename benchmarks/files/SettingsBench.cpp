@@ -1,4 +1,4 @@
-// One value of a file of settings, read and set, with all that it takes: the file is read anew each time.
+// Reads and sets one value of a settings file. Every operation reads the file again.
 
 #include <benchmark/benchmark.h>
 #include <glib.h>

@@ -152,7 +152,7 @@ QV_CHANGE(QuarterTurn, Turn(from, to, 1), MagickRotateImage(wand, NewPixelWand()
 QV_CHANGE(Rotate33, Rotate(from, to, 33, 0), MagickRotateImage(wand, NewPixelWand(), 33));
 QV_CHANGE(Mirror, Mirror(from, to, CImageHelper::horizontally), MagickFlopImage(wand));
 
-// Time goes in line with the pixels, also where a side becomes very short or very long.
+// Time is linear in the pixels, also where a side becomes very short or very long.
 template <class Change>
 void Growth(benchmark::State& state, Change change) {
     const Picture picture(static_cast<int>(state.range(0)));

@@ -114,7 +114,7 @@ public:
 
     /// Reads a bitmap with any header that files of today and yesterday have, and gives it that of 40 bytes: the OS/2
     /// headers of 12 and 64 bytes, and those of 52, 56, 108 (version 4) and 124 bytes (version 5). Masks of the header
-    /// move behind it, and with a mask of alpha the compression is 6. Colour spaces and embedded profiles are not kept.
+    /// follow it, and with a mask of alpha the compression is 6. Colour spaces and embedded profiles are not kept.
     /// Otherwise as Load.
     /// @return the size of the header in the file; for a path 0 when the file cannot be opened, the object then as before.
     /// @throws as Load, with "Error:Unknown bitmap header\n" for other sizes.

@@ -39,7 +39,7 @@ public:
     // Files.
 
     /// Reads a PNG file (ISO/IEC 15948) from the file's position; the position is then the file's end. Of an animation
-    /// that is the picture which stands for it.
+    /// that is the default image.
     ///
     /// All colour types, depths and interlacing are read, and every checksum is verified. Without transparency, grey and
     /// palette pictures keep their depth of 1, 4 or 8 bits as bitmaps with a palette (2 bits become 4, 16 become 8);
@@ -105,10 +105,10 @@ public:
     enum Direction { horizontally, vertically };
     /// Horizontally: left becomes right.
     static BOOL Mirror(const CDIBitmap& source, CDIBitmap& target, Direction direction);
-    /// The part has to lie within the source.
+    /// The part must be within the source.
     static BOOL Crop(const CDIBitmap& source, CDIBitmap& target, int x, int y, int width, int height);
 
-    /// Lays `over` on `under` with its top left corner at a position, by its alpha times `opacity`, 0 to 255; what lies
+    /// Lays `over` on `under` with its top left corner at a position, by its alpha times `opacity`, 0 to 255; what is
     /// outside is cut off. The target has the size of `under`.
     static BOOL Blend(const CDIBitmap& under, const CDIBitmap& over, CDIBitmap& target, int x, int y,
                       int opacity = 255);

@@ -9,7 +9,7 @@ public:
     static CString GetCurrentUserName();
 
     /// The login names of the people who have accounts here, sorted by their bytes, each once. On Windows the accounts of
-    /// this machine, not those of its domain. On Linux those of the user database (which may lie on the network) with numbers
+    /// this machine, not those of its domain. On Linux those of the user database (which may be on the network) with numbers
     /// from 1000 to 59999: the others belong to services. The array is cleared first.
     /// @return 0 when the system does not tell them
     static BOOL GetUserNames(CStringArray& names);

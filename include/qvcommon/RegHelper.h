@@ -17,7 +17,7 @@
 /// comma-separated values. A value is read as any type that its text form is one of, whatever it was written as, on both
 /// systems.
 ///
-/// Get members never raise: they return 0 and leave `value` alone where there is no such value, it is none of the type, or
+/// Get members never raise: they return 0 and leave `value` alone where there is no such value, it is not of the type, or
 /// it cannot be read. Names go without regard to case; on Linux company and application are names of files and case
 /// matters. An empty name is the key's default value. A name or text with a zero byte raises CInvalidArgException*, and one
 /// that the system cannot keep without change CFileException* with the cause invalidFile.

@@ -9,7 +9,7 @@
 /// programs are started without a shell, so names may hold any bytes.
 ///
 /// A member returns when the desktop has taken the document over; on Linux after 3 seconds at the latest, when the program
-/// may still refuse it unheard. It does not wait for the user. On Windows a document that is a program is run.
+/// may still refuse it without an error here. It does not wait for the user. On Windows a document that is a program is run.
 ///
 /// All members raise, when the document does not exist, CFileException* naming it; when the desktop has no program for it
 /// or refuses it, CVorbexException* (severity 48, code 0) with the document and the reason. Any thread; on Windows a

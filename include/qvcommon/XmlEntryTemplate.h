@@ -40,7 +40,7 @@ public:
     /// The tag of a version: what CXmlObject::GetType of its class returns. @throws CInvalidArgException* for a version
     /// below 1.
     static CString GetTag(std::string_view type, int version);
-    /// The way back; version 1 for a tag without one, or with one that is none (0, zeros in front, beyond 31 bits), which
+    /// The way back; version 1 for a tag without one, or with an invalid one (0, leading zeros, beyond 31 bits), which
     /// then is a part of the type.
     static int SplitTag(std::string_view tag, CString& type);
 

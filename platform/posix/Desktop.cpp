@@ -18,7 +18,7 @@ namespace {
 constexpr const char kManager[] = "org.freedesktop.FileManager1", kManagerPath[] = "/org/freedesktop/FileManager1",
                      kShowItems[] = "org.freedesktop.FileManager1.ShowItems";
 
-/// Programs that had not ended when nobody waited for them any more. They are waited for at the next occasion.
+/// Programs that were still running when their call returned. The next call reaps them.
 struct Unended {
     std::mutex mutex;
     std::vector<pid_t> processes;

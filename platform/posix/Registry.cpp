@@ -14,7 +14,7 @@
 namespace qv::platform {
 namespace {
 
-/// The section of an INI file that stands for a key.
+/// The section of an INI file that represents a key.
 struct Section {
     ProfilePlace place;
     std::string name;

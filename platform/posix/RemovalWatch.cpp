@@ -11,7 +11,7 @@ class InotifyRemovalWatch : public RemovalWatch {
 public:
     InotifyRemovalWatch() : m_events(sys::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {}
 
-    // A file that somebody still has open loses its name first, which shows as a change of its number of links.
+    // Removing the name of an open file changes its number of links, which is an attribute.
     bool Arm(const std::string& path) {
         return m_events &&
                sys::inotify_add_watch(m_events.Get(), path.c_str(), IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF).ok();

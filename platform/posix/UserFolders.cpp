@@ -7,7 +7,7 @@
 #include "platform/posix/System.h"
 #include "platform/posix/UserEntry.h"
 
-// The folders of the XDG Base Directory Specification, version 0.8.
+// The XDG base directories (freedesktop.org), version 0.8.
 
 namespace qv::platform {
 namespace {

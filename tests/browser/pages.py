@@ -14,7 +14,7 @@ SENTINEL = (b"<script>function harm() { var call = new XMLHttpRequest; call.open
 
 class Pages(http.server.SimpleHTTPRequestHandler):
     """Files of a folder. Below "strict/" pages get the document type that ends the browser's compatible mode, below
-    "watched/" a function `harm` that the server hears of."""
+    "watched/" a function `harm` whose calls the server records."""
 
     def do_GET(self):
         if self.path == "/harmed":
