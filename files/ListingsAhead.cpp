@@ -1,0 +1,29 @@
+#include "files/ListingsAhead.h"
+
+namespace qv {
+namespace {
+
+/// Walks through fewer folders are over before a thread would help.
+constexpr int kFewFolders = 8;
+constexpr std::size_t kMostExpected = 64;
+
+}  // namespace
+
+bool ListingsAhead::Expect(const CString& path, const Rules& rules) {
+    if (m_executor.Threads() == 0 || m_taken < kFewFolders || m_expected.size() >= kMostExpected) return false;
+    auto listing = m_executor.Start([path, rules] { return FolderListing(path, false, *rules); });
+    m_expected.insert_or_assign(path.AsStd(), Expected{rules, std::move(listing)});
+    return true;
+}
+
+FolderListing ListingsAhead::Take(const CString& path, bool isOutermost, const Rules& rules) {
+    ++m_taken;
+    const auto found = m_expected.find(path.AsStd());
+    if (found == m_expected.end()) return FolderListing(path, isOutermost, *rules);
+    Expected expected = std::move(found->second);
+    m_expected.erase(found);
+    // Rules that were changed in the middle of the walk hold from the next folder on.
+    return expected.rules == rules ? expected.listing.Get() : FolderListing(path, isOutermost, *rules);
+}
+
+}  // namespace qv
