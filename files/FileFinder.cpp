@@ -104,12 +104,17 @@ void FileFinder::Discover(const CString& path, const CString& offset, int depth)
     int expected = 0;
     for (int i = 0; i < subfolders.GetSize(); ++i) {
         const CString& name = subfolders[i];
-        expected = std::max(expected, i + 1);
-        while (m_ahead && expected < std::min(subfolders.GetSize(), i + ListingsAhead::kSiblings) &&
-               m_ahead->Expect(path + subfolders[expected] + '\\', RulesOf(m_rules)))
-            ++expected;
+        if (m_ahead && expected < i + ListingsAhead::kSiblings / 2) expected = ExpectAll(path, subfolders, i, expected);
         Discover(path + name + '\\', Below(offset, name), depth++);
     }
+}
+
+/// Returns the first of the siblings that is not read ahead. They are several at a time, which a thread is woken for.
+int FileFinder::ExpectAll(const CString& path, const CStringArray& subfolders, int current, int expected) const {
+    const int end = std::min(subfolders.GetSize(), current + ListingsAhead::kSiblings);
+    expected = std::max(expected, current + 1);
+    while (expected < end && m_ahead->Expect(path + subfolders[expected] + '\\', RulesOf(m_rules))) ++expected;
+    return expected;
 }
 
 FolderListing FileFinder::ListingOf(const CString& path, bool isOutermost) const {
@@ -161,9 +166,8 @@ const CStringArray& FileFinder::GetFiles() const {
 }
 
 const CStringArray& FileFinder::GetFileOffsets() const {
-    return Filled(m_offsets, [](const Part& part, std::size_t index) {
-        return Below(part.offset, part.folder->NameOf(index));
-    });
+    return Filled(m_offsets,
+                  [](const Part& part, std::size_t index) { return Below(part.offset, part.folder->NameOf(index)); });
 }
 
 const CUIntArray& FileFinder::GetOffsetDepths() const {

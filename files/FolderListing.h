@@ -12,8 +12,8 @@ namespace qv {
 
 /// What FileFinder looks for.
 struct SearchRules {
-    CString mask;                                ///< what the system looks for
-    std::shared_ptr<const NameMasks> listed;     ///< null: all that the mask takes
+    CString mask;                               ///< what the system looks for
+    std::shared_ptr<const NameMasks> listed;    ///< null: all that the mask takes
     std::shared_ptr<const NameMasks> excluded;  ///< null: none are passed over
     bool recurse = false;
     int includeDirectories = 0;

@@ -22,7 +22,8 @@ void FoundFolder::Add(const FoundEntry& entry) {
 void FoundFolder::Add(std::string_view name, const Record& record) {
     m_names += name;
     const bool isFolder = record.attributes & platform::kDirectory;
-    const bool isLink = (record.attributes & platform::kReparsePoint) && (record.tag & platform::kStandsForAnotherPlace);
+    const bool isLink =
+        (record.attributes & platform::kReparsePoint) && (record.tag & platform::kStandsForAnotherPlace);
     m_entries.push_back({.record = record,
                          .nameEnd = static_cast<std::uint32_t>(m_names.size()),
                          .isFolder = isFolder,

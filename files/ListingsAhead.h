@@ -17,7 +17,7 @@ public:
     using Rules = std::shared_ptr<const SearchRules>;
 
     /// How many subfolders of one folder are read ahead.
-    static constexpr int kSiblings = 8;
+    static constexpr int kSiblings = 16;
 
     /// Reads a subfolder ahead if there is room; false otherwise.
     bool Expect(const CString& path, const Rules& rules);

@@ -1,7 +1,6 @@
 #include "threads/Executor.h"
 
 #include <condition_variable>
-#include <deque>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -15,8 +14,8 @@ namespace qv {
 struct Executor::Pool {
     std::mutex mutex;  ///< guards all of it, and the jobs' states
     std::condition_variable queued, done;
-    std::deque<std::shared_ptr<Job>> queue;  ///< some of its jobs may have been taken from elsewhere
-    std::vector<std::thread> threads;        ///< the owner's alone
+    std::vector<std::shared_ptr<Job>> queue;  ///< some of its jobs may have been taken from elsewhere
+    std::vector<std::thread> threads;         ///< the owner's alone
     std::size_t idle = 0;
     bool stop = false;
 
@@ -39,8 +38,7 @@ unsigned Executor::SpareProcessors() {
     return std::clamp(std::thread::hardware_concurrency(), 1u, kMostThreads + 1) - 1;
 }
 
-Executor::Executor(unsigned threads)
-    : m_threads(std::min(threads, kMostThreads)), m_pool(std::make_shared<Pool>()) {}
+Executor::Executor(unsigned threads) : m_threads(std::min(threads, kMostThreads)), m_pool(std::make_shared<Pool>()) {}
 
 Executor::~Executor() {
     {
@@ -78,8 +76,9 @@ void Executor::Pool::Work() {
         queued.wait(lock, [this] { return stop || !queue.empty(); });
         --idle;
         if (stop) return;
-        const std::shared_ptr<Job> job = std::move(queue.front());
-        queue.pop_front();
+        // The newest: the owner asks for the oldest first, and runs that meanwhile.
+        const std::shared_ptr<Job> job = std::move(queue.back());
+        queue.pop_back();
         if (job->m_state != Job::State::Waiting) continue;
         job->m_state = Job::State::Running;
         lock.unlock();

@@ -169,6 +169,7 @@ private:
 
     void Keep(const qv::FolderListing& listing, const CString& offset, int depth);
     void TellLeftOut(const qv::FolderListing& listing) const;
+    int ExpectAll(const CString& path, const CStringArray& subfolders, int current, int expected) const;
     qv::FolderListing ListingOf(const CString& path, bool isOutermost) const;
     qv::SearchRules& ChangeRules();
     std::size_t Count() const;

@@ -101,8 +101,7 @@ struct FileSearch::State {
     }
 
     Status DescribeNext(const FolderNames::Entry& next, FoundEntry& entry) const {
-        if (detail == Detail::All || !next.kind)
-            return Describe(DescriptorOf(*folder), next.name, next.name, entry);
+        if (detail == Detail::All || !next.kind) return Describe(DescriptorOf(*folder), next.name, next.name, entry);
         DescribeKind(*next.kind, entry);
         return {};
     }
