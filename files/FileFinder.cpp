@@ -80,7 +80,7 @@ void FileFinder::Discover() {
     m_files.RemoveAll();
     m_foundInfo.RemoveAll();
     m_parts.clear();
-    ListingsAhead ahead;
+    ListingsAhead ahead(m_path);
     struct Use {
         Use(ListingsAhead*& current, ListingsAhead& its) : m_current(current), m_previous(current) { current = &its; }
         ~Use() { m_current = m_previous; }
@@ -119,7 +119,7 @@ int FileFinder::ExpectAll(const CString& path, const CStringArray& subfolders, i
 
 FolderListing FileFinder::ListingOf(const CString& path, bool isOutermost) const {
     const auto& rules = RulesOf(m_rules);
-    return m_ahead ? m_ahead->Take(path, isOutermost, rules) : FolderListing(path, isOutermost, *rules);
+    return m_ahead ? m_ahead->Take(path, isOutermost, rules) : ListingsAhead(path).Take(path, isOutermost, rules);
 }
 
 void FileFinder::TellLeftOut(const FolderListing& listing) const {

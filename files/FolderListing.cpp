@@ -1,8 +1,7 @@
 #include "files/FolderListing.h"
 
+#include <algorithm>
 #include <iterator>
-
-#include "framework/FindRecord.h"
 
 namespace qv {
 
@@ -29,8 +28,8 @@ bool SearchRules::IsEntered(const FoundEntry& entry) const {
            !(excluded && excluded->Match(entry.name));
 }
 
-FolderListing::FolderListing(const CString& path, bool isOutermost, const SearchRules& rules)
-    : m_met(std::make_unique<FoundFolder>(SearchRoot(path))) {
+FolderListing::FolderListing(const CString& path, const CString& root, bool isOutermost, const SearchRules& rules)
+    : m_met(std::make_unique<FoundFolder>(root)) {
     // The search path itself may be a link. What lies below it may not: it could have become one since it was listed.
     const LastName lastName = isOutermost ? LastName::MayBeLink : LastName::NoLink;
     // A mask that takes every name finds the subfolders and all that is left out in one search.

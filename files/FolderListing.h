@@ -27,7 +27,8 @@ struct SearchRules {
 class FolderListing {
 public:
     /// @param path  with its final separator; itself no link, unless it is the outermost folder.
-    FolderListing(const CString& path, bool isOutermost, const SearchRules& rules);
+    /// @param root  the same as an absolute path
+    FolderListing(const CString& path, const CString& root, bool isOutermost, const SearchRules& rules);
 
     const CString& Root() const { return m_met->Root(); }
     /// All entries that the mask takes, in their order, and which of them are listed.

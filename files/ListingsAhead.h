@@ -19,16 +19,22 @@ public:
     /// How many subfolders of one folder are read ahead.
     static constexpr int kSiblings = 16;
 
+    /// @param path  where the walk begins, with its final separator
+    explicit ListingsAhead(const CString& path);
+
     /// Reads a subfolder ahead if there is room; false otherwise.
     bool Expect(const CString& path, const Rules& rules);
     FolderListing Take(const CString& path, bool isOutermost, const Rules& rules);
 
 private:
+    CString RootOf(const CString& path) const;
+
     struct Expected {
         Rules rules;
         Task<FolderListing> listing;
     };
 
+    const CString m_outermost, m_root;
     int m_taken = 0;
     Executor m_executor;
     std::unordered_map<std::string, Expected> m_expected;
