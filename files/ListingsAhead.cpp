@@ -6,7 +6,7 @@ namespace qv {
 namespace {
 
 /// Walks through fewer folders are over before a thread would help.
-constexpr int kFewFolders = 8;
+constexpr int kFewListings = 8;
 constexpr std::size_t kMostExpected = 64;
 
 }  // namespace
@@ -20,7 +20,7 @@ CString ListingsAhead::RootOf(const CString& path) const {
 }
 
 bool ListingsAhead::Expect(const CString& path, const Rules& rules) {
-    if (m_executor.Threads() == 0 || m_taken < kFewFolders || m_expected.size() >= kMostExpected) return false;
+    if (m_executor.Threads() == 0 || m_taken < kFewListings || m_expected.size() >= kMostExpected) return false;
     auto listing = m_executor.Start([this, path, rules] { return FolderListing(path, RootOf(path), false, *rules); });
     m_expected.insert_or_assign(path.AsStd(), Expected{rules, std::move(listing)});
     return true;
