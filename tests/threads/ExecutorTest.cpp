@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <latch>
+#include <future>
 #include <numeric>
 #include <string>
 #include <thread>
@@ -77,14 +77,14 @@ INSTANTIATE_TEST_SUITE_P(Threads, Executors, testing::Values(0u, 1u, 4u, 1000u))
 
 TEST(Executor, RunsBesideItsOwner) {
     Executor executor(1);
-    std::latch begun(1), mayEnd(1);
+    std::promise<void> begun, mayEnd;
     auto task = executor.Start([&] {
-        begun.count_down();
-        mayEnd.wait();
+        begun.set_value();
+        mayEnd.get_future().wait();
         return std::this_thread::get_id();
     });
-    begun.wait();  // while nobody asks for the result
-    mayEnd.count_down();
+    begun.get_future().wait();  // while nobody asks for the result
+    mayEnd.set_value();
     EXPECT_NE(task.Get(), std::this_thread::get_id());
 }
 
