@@ -1,6 +1,9 @@
+#include <array>
 #include <optional>
+#include <utility>
 
 #include "core/ByteScan.h"
+#include "core/TextSink.h"
 #include "html/Entities.h"
 #include "platform/Hex.h"
 #include "platform/Text.h"
@@ -47,7 +50,7 @@ struct TextRule {
     using Specials = ByteSet<'&', '<', '>', '\n', '\r', '"', 0xA0>;
     static constexpr bool kDropsLineFeeds = true;
 
-    static std::string_view Replacement(char c) {
+    static constexpr std::string_view Replacement(char c) {
         switch (c) {
             case '&': return "&amp;";
             case '<': return "&lt;";
@@ -63,7 +66,7 @@ struct TextRule {
 struct AttributeRule {
     using Specials = ByteSet<'&', '<', '>', '"', 0xA0>;
     static constexpr bool kDropsLineFeeds = false;
-    static std::string_view Replacement(char c) { return TextRule::Replacement(c); }
+    static constexpr std::string_view Replacement(char c) { return TextRule::Replacement(c); }
 };
 
 // The string in the attribute is HTML in its turn.
@@ -72,7 +75,7 @@ struct NestedScriptRule {
     // Line feeds go after the non-breaking spaces were found, so they keep bytes apart.
     static constexpr bool kDropsLineFeeds = false;
 
-    static std::string_view Replacement(char c) {
+    static constexpr std::string_view Replacement(char c) {
         switch (c) {
             case '\\': return "\\\\";
             case '\'': return "\\'";
@@ -91,7 +94,7 @@ struct PlainScriptRule {
     using Specials = ByteSet<'"', '\\', '\'', '\n'>;
     static constexpr bool kDropsLineFeeds = false;
 
-    static std::string_view Replacement(char c) {
+    static constexpr std::string_view Replacement(char c) {
         switch (c) {
             case '\\': return "\\\\";
             case '\'': return "\\'";
@@ -104,17 +107,17 @@ struct PlainScriptRule {
 struct Utf8TextRule {
     using Specials = ByteSet<'&', '<', '>', '\n', '\r', '"'>;
     static constexpr bool kDropsLineFeeds = false;  // what joins around one is not looked at
-    static std::string_view Replacement(char c) { return TextRule::Replacement(c); }
+    static constexpr std::string_view Replacement(char c) { return TextRule::Replacement(c); }
 };
 
 struct Utf8AttributeRule {
     using Specials = ByteSet<'&', '<', '>', '"'>;
     static constexpr bool kDropsLineFeeds = false;
-    static std::string_view Replacement(char c) { return TextRule::Replacement(c); }
+    static constexpr std::string_view Replacement(char c) { return TextRule::Replacement(c); }
 };
 
 // The only specials that can be a later byte of a longer character.
-bool MayBeInsideCharacter(char c) {
+constexpr bool MayBeInsideCharacter(char c) {
     return c == kNoBreakSpace || c == '\\';
 }
 
@@ -124,8 +127,9 @@ std::size_t EndOfLineFeeds(std::string_view text, std::size_t position) {
 
 // True when dropping the line feeds at `position` may make one character of the bytes around them.
 bool LineFeedsSplitBytes(std::string_view text, std::size_t position) {
+    if (position == 0 || IsAscii(text[position - 1])) return false;
     const std::size_t end = EndOfLineFeeds(text, position);
-    return position > 0 && end < text.size() && !IsAscii(text[position - 1]) && !IsAscii(text[end]);
+    return end < text.size() && !IsAscii(text[end]);
 }
 
 std::string WithoutLineFeeds(std::string_view text) {
@@ -134,55 +138,110 @@ std::string WithoutLineFeeds(std::string_view text) {
     return out;
 }
 
-// What becomes of a special byte at `position`, given that everything before it stands in `out`.
-template <class Rule>
-void AppendSpecial(std::string& out, std::string_view text, std::size_t position,
-                   std::optional<Characters>& characters) {
-    const char c = text[position];
-    if (MayBeInsideCharacter(c)) {
-        if (!characters) characters.emplace(text);
-        const std::string_view character = characters->At(position);
-        if (c == kNoBreakSpace && character == kNoBreakSpaceUtf8) {
-            out.pop_back();
-        } else if (character.size() > 1) {
-            out += c;
-            return;
-        }
-    }
-    out += Rule::Replacement(c);
-}
+// What stands for a special byte.
+struct Replacement {
+    char bytes[14] = {};
+    unsigned char size = 0;
+    bool hasContext = false;  // the bytes around have to be looked at, too
+};
 
-// Copies what stands before the first special, in pieces: what was searched is still near the processor when it is copied.
-template <class Specials>
-std::string PlainStart(std::string_view text) {
-    constexpr std::size_t piece = 4096;
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t from = 0; from < text.size(); from += piece) {
-        const std::string_view next = text.substr(from, piece);
-        const std::size_t plain = Specials::Find(next, 0);
-        out += next.substr(0, plain);
-        if (plain < next.size()) break;
+// Found without a jump for each byte.
+template <class Rule>
+class Replacements {
+public:
+    static const Replacement& Of(char c) { return kReplacements[kPlaces[static_cast<unsigned char>(c)]]; }
+
+private:
+    static constexpr std::size_t kMost = 16;
+    using Table = std::pair<std::array<unsigned char, 256>, std::array<Replacement, kMost>>;
+
+    static constexpr Table kTable = [] {
+        Table table{};
+        unsigned char place = 0;
+        for (std::size_t byte = 0; byte < 256; ++byte) {
+            const char c = static_cast<char>(byte);
+            if (!Rule::Specials::Has(c)) continue;
+            Replacement& replacement = table.second[place];
+            for (const char part : Rule::Replacement(c)) replacement.bytes[replacement.size++] = part;
+            replacement.hasContext = MayBeInsideCharacter(c) || (Rule::kDropsLineFeeds && c == '\n');
+            table.first[byte] = place++;
+        }
+        return table;
+    }();
+    static constexpr const auto& kPlaces = kTable.first;
+    static constexpr const auto& kReplacements = kTable.second;
+};
+
+// Escapes a text piece by piece, so that what was searched is still near the processor when it is copied.
+template <class Rule>
+class Escaper {
+public:
+    explicit Escaper(std::string_view text) : m_text(text), m_sink(m_out) {}
+
+    CString Escape() {
+        m_out.reserve(m_text.size());
+        char* at = m_sink.Begin();
+        for (std::size_t begin = 0; begin < m_text.size();) {
+            const std::size_t end = PieceEnd(begin);
+            at = EscapePiece(m_text.data() + begin, m_text.data() + end, at);
+            if (m_linesSplitBytes) return Escaper(WithoutLineFeeds(m_text)).Escape();
+            begin = end;
+        }
+        m_sink.Flush(at);
+        return std::move(m_out);
     }
-    return out;
-}
+
+private:
+    // The first byte of a non-breaking space, which goes with the second one, ends no piece.
+    std::size_t PieceEnd(std::size_t begin) const {
+        constexpr std::size_t piece = 1024;
+        const std::size_t end = begin + piece;
+        if (end >= m_text.size()) return m_text.size();
+        return m_text[end - 1] == kNoBreakSpaceUtf8[0] ? end - 1 : end;
+    }
+
+    char* EscapePiece(const char* begin, const char* end, char* at) {
+        const char* from = begin;
+        const std::string_view piece(begin, static_cast<std::size_t>(end - begin));
+        qv::ForEachByte(typename Rule::Specials(), piece, [&at, &from, begin, this](std::size_t place) {
+            const char* const hit = begin + place;
+            const Replacement& replacement = Replacements<Rule>::Of(*hit);
+            const char* const stop = replacement.hasContext ? LookAround(hit) : hit;
+            if (!stop) return;
+            at = m_sink.Append(at, {from, static_cast<std::size_t>(stop - from)});
+            at = m_sink.AppendPart(at, replacement.bytes, replacement.size);
+            from = hit + 1;
+        });
+        if (from > begin && m_out.capacity() < Enough()) m_out.reserve(Enough());
+        return m_sink.Append(at, {from, static_cast<std::size_t>(end - from)});
+    }
+
+    // For a text that has some specials. It goes on growing where there are many.
+    std::size_t Enough() const { return m_text.size() + m_text.size() / 8 + 16; }
+
+    // Where what is replaced begins: before a non-breaking space of two bytes. Null inside a longer character.
+    const char* LookAround(const char* hit) {
+        const auto position = static_cast<std::size_t>(hit - m_text.data());
+        if (*hit == '\n') {
+            m_linesSplitBytes = m_linesSplitBytes || LineFeedsSplitBytes(m_text, position);
+            return hit;
+        }
+        if (!m_characters) m_characters.emplace(m_text);
+        const std::string_view character = m_characters->At(position);
+        if (*hit == kNoBreakSpace && character == kNoBreakSpaceUtf8) return hit - 1;
+        return character.size() > 1 ? nullptr : hit;
+    }
+
+    std::string_view m_text;
+    std::string m_out;
+    qv::TextSink m_sink;
+    std::optional<Characters> m_characters;
+    bool m_linesSplitBytes = false;  // so they have to be dropped before anything else is done
+};
 
 template <class Rule>
 CString Escape(std::string_view text) {
-    std::string out = PlainStart<typename Rule::Specials>(text);
-    std::size_t from = out.size(), hit = from;
-    if (hit == text.size()) return out;
-    out.reserve(text.size() + text.size() / 8 + 16);
-    std::optional<Characters> characters;
-    for (; hit < text.size(); hit = Rule::Specials::Find(text, from)) {
-        if (Rule::kDropsLineFeeds && text[hit] == '\n' && LineFeedsSplitBytes(text, hit))
-            return Escape<Rule>(WithoutLineFeeds(text));
-        out += text.substr(from, hit - from);
-        from = hit + 1;
-        AppendSpecial<Rule>(out, text, hit, characters);
-    }
-    out += text.substr(from);
-    return out;
+    return Escaper<Rule>(text).Escape();
 }
 
 bool IsPlainInScripts(char c) {
