@@ -36,14 +36,6 @@ public:
         return at + 1;
     }
 
-    /// The first `size` bytes of an array that is copied whole, since that takes a known number of instructions.
-    template <std::size_t N>
-    char* AppendPart(char* at, const char (&bytes)[N], std::size_t size) {
-        at = WithRoom(at, N);
-        std::memcpy(at, bytes, N);
-        return at + size;
-    }
-
     /// Brings the string up to date and returns Begin(). Out of line, so that the callers' loops stay short.
     __attribute__((noinline)) char* Flush(const char* at) {
         m_out.append(m_gathered, static_cast<std::size_t>(at - m_gathered));

@@ -1,9 +1,9 @@
 #include <array>
+#include <cstring>
 #include <optional>
 #include <utility>
 
 #include "core/ByteScan.h"
-#include "core/TextSink.h"
 #include "html/Entities.h"
 #include "platform/Hex.h"
 #include "platform/Text.h"
@@ -142,7 +142,13 @@ std::string WithoutLineFeeds(std::string_view text) {
 struct Replacement {
     char bytes[14] = {};
     unsigned char size = 0;
-    bool hasContext = false;  // the bytes around have to be looked at, too
+    unsigned char context = 0;
+
+    // When the bytes around count, too: always, or after a byte with the bit kAfterOthers.
+    static constexpr unsigned char kAlways = 1, kAfterOthers = 0x80;
+    bool DependsOnBytesAround(char before) const {
+        return context & (kAlways | (static_cast<unsigned char>(before) & kAfterOthers));
+    }
 };
 
 // Found without a jump for each byte.
@@ -150,6 +156,7 @@ template <class Rule>
 class Replacements {
 public:
     static const Replacement& Of(char c) { return kReplacements[kPlaces[static_cast<unsigned char>(c)]]; }
+    static constexpr std::size_t kLongest = sizeof(Replacement);
 
 private:
     static constexpr std::size_t kMost = 16;
@@ -163,7 +170,8 @@ private:
             if (!Rule::Specials::Has(c)) continue;
             Replacement& replacement = table.second[place];
             for (const char part : Rule::Replacement(c)) replacement.bytes[replacement.size++] = part;
-            replacement.hasContext = MayBeInsideCharacter(c) || (Rule::kDropsLineFeeds && c == '\n');
+            if (MayBeInsideCharacter(c)) replacement.context = Replacement::kAlways;
+            if (Rule::kDropsLineFeeds && c == '\n') replacement.context = Replacement::kAfterOthers;
             table.first[byte] = place++;
         }
         return table;
@@ -172,56 +180,79 @@ private:
     static constexpr const auto& kReplacements = kTable.second;
 };
 
-// Escapes a text piece by piece, so that what was searched is still near the processor when it is copied.
+// Escapes a text piece by piece, into a place that holds whatever may become of a piece. So the loop over the specials is
+// short, and what was searched is still near the processor when it is copied.
 template <class Rule>
 class Escaper {
 public:
-    explicit Escaper(std::string_view text) : m_text(text), m_sink(m_out) {}
+    explicit Escaper(std::string_view text) : m_text(text) {}
 
     CString Escape() {
         m_out.reserve(m_text.size());
-        char* at = m_sink.Begin();
-        for (std::size_t begin = 0; begin < m_text.size();) {
-            const std::size_t end = PieceEnd(begin);
-            at = EscapePiece(m_text.data() + begin, m_text.data() + end, at);
+        while (m_begin < m_text.size()) {
+            const std::size_t size = PieceSize();
+            AppendPiece(m_text.substr(m_begin, size));
             if (m_linesSplitBytes) return Escaper(WithoutLineFeeds(m_text)).Escape();
-            begin = end;
+            m_begin += size;
         }
-        m_sink.Flush(at);
         return std::move(m_out);
     }
 
 private:
+    static constexpr std::size_t kPiece = 1024;
+
     // The first byte of a non-breaking space, which goes with the second one, ends no piece.
-    std::size_t PieceEnd(std::size_t begin) const {
-        constexpr std::size_t piece = 1024;
-        const std::size_t end = begin + piece;
-        if (end >= m_text.size()) return m_text.size();
-        return m_text[end - 1] == kNoBreakSpaceUtf8[0] ? end - 1 : end;
+    std::size_t PieceSize() const {
+        const std::size_t left = m_text.size() - m_begin;
+        if (left <= kPiece) return left;
+        return m_text[m_begin + kPiece - 1] == kNoBreakSpaceUtf8[0] ? kPiece - 1 : kPiece;
     }
 
-    char* EscapePiece(const char* begin, const char* end, char* at) {
-        const char* from = begin;
-        const std::string_view piece(begin, static_cast<std::size_t>(end - begin));
+    void AppendPiece(std::string_view piece) {
+        if (m_begin > 0 && m_begin + piece.size() + kStep <= m_text.size()) return AppendReadable(piece);
+        char copy[1 + kPiece + kStep];
+        copy[0] = m_begin > 0 ? m_text[m_begin - 1] : '\0';
+        std::memcpy(copy + 1, piece.data(), piece.size());
+        AppendReadable({copy + 1, piece.size()});
+    }
+
+    // The byte before the piece, and kStep bytes after it, are readable, too.
+    void AppendReadable(std::string_view piece) {
+        char written[kPiece * Replacements<Rule>::kLongest + kStep];
+        char* at = written;
+        const char *const begin = piece.data(), *from = begin;
         qv::ForEachByte(typename Rule::Specials(), piece, [&at, &from, begin, this](std::size_t place) {
             const char* const hit = begin + place;
             const Replacement& replacement = Replacements<Rule>::Of(*hit);
-            const char* const stop = replacement.hasContext ? LookAround(hit) : hit;
+            const char* const stop = replacement.DependsOnBytesAround(hit[-1]) ? LookAround(hit, place) : hit;
             if (!stop) return;
-            at = m_sink.Append(at, {from, static_cast<std::size_t>(stop - from)});
-            at = m_sink.AppendPart(at, replacement.bytes, replacement.size);
+            at = Copy(at, from, stop);
+            std::memcpy(at, &replacement, sizeof(replacement));  // of which `size` bytes count
+            at += replacement.size;
             from = hit + 1;
         });
-        if (from > begin && m_out.capacity() < Enough()) m_out.reserve(Enough());
-        return m_sink.Append(at, {from, static_cast<std::size_t>(end - from)});
+        if (from == begin) return void(m_out.append(piece));
+        if (m_out.capacity() < Enough()) m_out.reserve(Enough());
+        at = Copy(at, from, begin + piece.size());
+        m_out.append(written, static_cast<std::size_t>(at - written));
     }
+
+    // By steps, which take a known number of instructions, and go past the end.
+    static char* Copy(char* to, const char* from, const char* end) {
+        std::memcpy(to, from, kStep);
+        const std::ptrdiff_t size = end - from;
+        for (std::ptrdiff_t done = kStep; done < size; done += kStep) std::memcpy(to + done, from + done, kStep);
+        return to + size;
+    }
+
+    static constexpr std::ptrdiff_t kStep = 32;
 
     // For a text that has some specials. It goes on growing where there are many.
     std::size_t Enough() const { return m_text.size() + m_text.size() / 8 + 16; }
 
     // Where what is replaced begins: before a non-breaking space of two bytes. Null inside a longer character.
-    const char* LookAround(const char* hit) {
-        const auto position = static_cast<std::size_t>(hit - m_text.data());
+    __attribute__((noinline)) const char* LookAround(const char* hit, std::size_t place) {
+        const std::size_t position = m_begin + place;
         if (*hit == '\n') {
             m_linesSplitBytes = m_linesSplitBytes || LineFeedsSplitBytes(m_text, position);
             return hit;
@@ -234,7 +265,7 @@ private:
 
     std::string_view m_text;
     std::string m_out;
-    qv::TextSink m_sink;
+    std::size_t m_begin = 0;  // of the piece
     std::optional<Characters> m_characters;
     bool m_linesSplitBytes = false;  // so they have to be dropped before anything else is done
 };

@@ -69,8 +69,7 @@ TEST(TextSink, KeepsPiecesOfEverySizeInOrder) {
             std::string piece(size, 'x');
             for (std::size_t i = 0; i < size; ++i) piece[i] = static_cast<char>('a' + i * 7 % 26);
             at = sink.Append(sink.Append(at, piece), '|');
-            at = sink.AppendPart(at, "12345", size % 6);
-            expected += piece + '|' + std::string("12345").substr(0, size % 6);
+            expected += piece + '|';
         }
     EXPECT_EQ(sink.Flush(at), sink.Begin());
     EXPECT_EQ(out, expected);
