@@ -10,6 +10,7 @@
 #include <string>
 
 #include "core/CollationGuess.h"
+#include "core/Prefetch.h"
 #include "core/SortKeys.h"
 #include "platform/Text.h"
 
@@ -56,12 +57,11 @@ private:
     void FindRuns(std::size_t most) {
         m_runs = {0};
         for (std::size_t i = 1; i < m_order.size() && m_runs.size() <= most; ++i) {
-            // Sorted texts lie anywhere in memory, so they are asked for some steps before they are compared. Not by a
-            // function: compilers take one that does nothing else for one that does nothing.
+            // Sorted texts lie anywhere in memory, so they are asked for some steps before they are compared.
             constexpr std::size_t near = 4, far = 16;
             if (i + far < m_order.size()) {
-                __builtin_prefetch(&m_texts[m_order[i + far]]);
-                __builtin_prefetch(m_texts[m_order[i + near]].data());
+                Prefetch(&m_texts[m_order[i + far]]);
+                Prefetch(m_texts[m_order[i + near]].data());
             }
             if (!Before(m_order[i - 1], m_order[i])) m_runs.push_back(i);
         }

@@ -3,9 +3,7 @@
 /// @file Sorting by keys that are computed once.
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -78,9 +76,9 @@ private:
 
     // Seven bytes of the key, the first one highest, above the number of bytes that are left, up to 8.
     std::uint64_t Word(const Item& item, std::size_t depth) const {
-        std::uint64_t word;
-        std::memcpy(&word, m_bytes.data() + m_starts[item.index] + depth, sizeof(word));
-        if constexpr (std::endian::native == std::endian::little) word = __builtin_bswap64(word);
+        const char* const bytes = m_bytes.data() + m_starts[item.index] + depth;
+        std::uint64_t word = 0;
+        for (std::size_t i = 0; i < sizeof(word); ++i) word = word << 8 | static_cast<unsigned char>(bytes[i]);
         const std::size_t left = std::min(Left(item, depth), kAtOnce + 1);
         const std::uint64_t kept = left == 0 ? 0 : ~std::uint64_t{0} << (64 - 8 * std::min(left, kAtOnce));
         return (word & kept) | left;

@@ -36,11 +36,8 @@ public:
         return at + 1;
     }
 
-    /// Brings the string up to date and returns Begin(). Out of line, so that the callers' loops stay short.
-    __attribute__((noinline)) char* Flush(const char* at) {
-        m_out.append(m_gathered, static_cast<std::size_t>(at - m_gathered));
-        return m_gathered;
-    }
+    /// Brings the string up to date and returns Begin().
+    char* Flush(const char* at);
 
 private:
     static constexpr std::size_t kRoom = 4096, kLong = 64, kWorthGathering = 512;
@@ -49,16 +46,7 @@ private:
         return static_cast<std::size_t>(m_gathered + kRoom - at) < size ? Flush(at) : at;
     }
 
-    __attribute__((noinline)) char* AppendLong(char* at, std::string_view text) {
-        if (text.size() > kWorthGathering) {
-            at = Flush(at);
-            m_out.append(text);
-            return at;
-        }
-        at = WithRoom(at, text.size());
-        std::memcpy(at, text.data(), text.size());
-        return at + text.size();
-    }
+    char* AppendLong(char* at, std::string_view text);
 
     // Two copies of N bytes, from the piece's start and to its end, for a piece of N to 2 N bytes.
     template <std::size_t N>
