@@ -1,86 +1,201 @@
 #pragma once
 
-/// @file Searching a text for any of a few bytes, fast where they are rare.
+/// @file Finding a few bytes in a text, 64 at a time.
+///
+/// Bytes are marked: a 64-bit word stands for 64 bytes of the text, the lowest bit for the first of them. So a text in
+/// which the bytes are frequent costs little more than one in which they are rare. Nothing outside of the text is read.
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
-#if defined(__x86_64__) || defined(__i386__)
+#if defined(__SSE2__)
 #include <tmmintrin.h>
-#define QV_HAS_SHUFFLE 1
+#define QV_HAS_VECTORS 1
+// The stack may be aligned less than vectors are: 32-bit callers promise nothing.
+#define QV_VECTOR_FUNCTION noinline, force_align_arg_pointer
 #else
-#define QV_HAS_SHUFFLE 0
+#define QV_HAS_VECTORS 0
 #endif
 
 namespace qv {
 
+using ByteMarks = std::uint64_t;
+inline constexpr std::size_t kMarksBlock = 64;
+
+namespace internal {
+
+template <class IsMember>
+void MarkOneByOne(const char* text, std::size_t count, ByteMarks* marks, IsMember isMember) {
+    for (; count > 0; --count, text += kMarksBlock) {
+        ByteMarks block = 0;
+        for (std::size_t i = 0; i < kMarksBlock; ++i) block |= ByteMarks{isMember(text[i])} << i;
+        *marks++ = block;
+    }
+}
+
+#if QV_HAS_VECTORS
+inline constexpr std::size_t kVector = 16;
+
+// `hits` gives a vector of ones where another vector holds members.
+template <class Hits>
+__attribute__((QV_VECTOR_FUNCTION)) void MarkByVectors(const char* text, std::size_t count, ByteMarks* marks,
+                                                       Hits hits) {
+    for (; count > 0; --count) {
+        ByteMarks block = 0;
+        for (std::size_t shift = 0; shift < kMarksBlock; shift += kVector, text += kVector) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+            block |= ByteMarks{static_cast<unsigned>(_mm_movemask_epi8(hits(bytes)))} << shift;
+        }
+        *marks++ = block;
+    }
+}
+
+inline __m128i AreEqual(__m128i bytes, char wanted) {
+    return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(wanted));
+}
+#endif
+
+}  // namespace internal
+
 /// A set of bytes that is known to the compiler.
 ///
-/// When no two members end in the same four bits, a block of 16 bytes takes three instructions of the processor's vector
-/// unit (SSSE3, asked for while the program runs): the last four bits of each byte choose the one member that it could be.
+/// When it has more than a few members, and no two of them end in the same four bits, the last four bits of each byte
+/// choose the one member that it could be (SSSE3, asked for while the program runs). Otherwise each member is compared.
 template <unsigned char... Members>
 class ByteSet {
 public:
-    static constexpr bool Has(char c) { return ((static_cast<unsigned char>(c) == Members) || ...); }
+    static constexpr bool Has(char c) { return kIsMember[static_cast<unsigned char>(c)]; }
 
-    /// The first position at or after `from` that holds a member; the text's length when there is none.
-    static std::size_t Find(std::string_view text, std::size_t from) {
-#if QV_HAS_SHUFFLE
-        if (kFitsShuffle && __builtin_cpu_supports("ssse3")) from = SkipBlocks(text, from);
+    /// Marks the members in `count` whole blocks.
+    static void Mark(const char* text, std::size_t count, ByteMarks* marks) {
+#if QV_HAS_VECTORS
+        if (kFitsShuffle && sizeof...(Members) > kCheapComparisons && __builtin_cpu_supports("ssse3"))
+            return MarkByShuffle(text, count, marks);
+        internal::MarkByVectors(text, count, marks, [](__m128i bytes) {
+            __m128i hits = _mm_setzero_si128();
+            ((hits = _mm_or_si128(hits, internal::AreEqual(bytes, static_cast<char>(Members)))), ...);
+            return hits;
+        });
+#else
+        internal::MarkOneByOne(text, count, marks, Has);
 #endif
-        while (from < text.size() && !kIsMember[static_cast<unsigned char>(text[from])]) ++from;
-        return from;
     }
 
 private:
-    static constexpr auto MemberTable() {
+    static constexpr auto kIsMember = [] {
         std::array<bool, 256> table{};
         ((table[Members] = true), ...);
         return table;
-    }
-    static constexpr std::array<bool, 256> kIsMember = MemberTable();
+    }();
 
-#if QV_HAS_SHUFFLE
-    static constexpr std::size_t kBlock = 16;
+#if QV_HAS_VECTORS
+    static constexpr std::size_t kVector = internal::kVector, kCheapComparisons = 4;
 
     // For each value of the last four bits the member that ends in it, or a byte that does not.
-    static constexpr auto Candidates() {
-        std::array<unsigned char, kBlock> table{1};
-        ((table[Members % kBlock] = Members), ...);
+    alignas(kVector) static constexpr auto kCandidates = [] {
+        std::array<unsigned char, kVector> table{1};
+        ((table[Members % kVector] = Members), ...);
         return table;
-    }
-    alignas(kBlock) static constexpr std::array<unsigned char, kBlock> kCandidates = Candidates();
-    static constexpr bool kFitsShuffle = ((kCandidates[Members % kBlock] == Members) && ...);
+    }();
+    static constexpr bool kFitsShuffle = ((kCandidates[Members % kVector] == Members) && ...);
 
-    // The place of the next member, or one less than a block before the text's end. The stack may be aligned less than
-    // the blocks are: 32-bit callers promise nothing.
-    __attribute__((target("ssse3"), force_align_arg_pointer)) static std::size_t SkipBlocks(std::string_view text,
-                                                                                            std::size_t from) {
+    // The loop of MarkByVectors again: a function for some processors cannot be part of one for all.
+    __attribute__((QV_VECTOR_FUNCTION, target("ssse3"))) static void MarkByShuffle(const char* text, std::size_t count,
+                                                                                   ByteMarks* marks) {
         const __m128i candidates = _mm_load_si128(reinterpret_cast<const __m128i*>(kCandidates.data()));
-        const __m128i lastBits = _mm_set1_epi8(kBlock - 1);
-        const auto hits = [&](std::size_t position) __attribute__((target("ssse3"), always_inline)) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + position));
-            return _mm_cmpeq_epi8(_mm_shuffle_epi8(candidates, _mm_and_si128(block, lastBits)), block);
-        };
-        for (; from + kBlock <= text.size(); from += kBlock) {
-            if (const int mask = _mm_movemask_epi8(hits(from)))
-                return from + static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(mask)));
-            constexpr std::size_t stride = 4 * kBlock;
-            for (; from + kBlock + stride <= text.size(); from += stride) {
-                const std::size_t next = from + kBlock;
-                const __m128i first = _mm_or_si128(hits(next), hits(next + kBlock));
-                const __m128i second = _mm_or_si128(hits(next + 2 * kBlock), hits(next + 3 * kBlock));
-                if (_mm_movemask_epi8(_mm_or_si128(first, second))) break;
+        const __m128i lastBits = _mm_set1_epi8(kVector - 1);
+        for (; count > 0; --count) {
+            ByteMarks block = 0;
+            for (std::size_t shift = 0; shift < kMarksBlock; shift += kVector, text += kVector) {
+                const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+                const __m128i chosen = _mm_shuffle_epi8(candidates, _mm_and_si128(bytes, lastBits));
+                const auto hits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(chosen, bytes)));
+                block |= ByteMarks{hits} << shift;
             }
+            *marks++ = block;
         }
-        return from;
     }
 #endif
 };
 
+/// A single byte that is known only when the program runs.
+class OneByte {
+public:
+    explicit OneByte(char byte) : m_byte(byte) {}
+
+    void Mark(const char* text, std::size_t count, ByteMarks* marks) const {
+#if QV_HAS_VECTORS
+        internal::MarkByVectors(text, count, marks,
+                                [byte = m_byte](__m128i bytes) { return internal::AreEqual(bytes, byte); });
+#else
+        internal::MarkOneByOne(text, count, marks, [byte = m_byte](char c) { return c == byte; });
+#endif
+    }
+
+private:
+    char m_byte;
+};
+
+/// Marks up to `most` blocks of a text from `from` on, the last one in part, and returns how many it marked.
+template <class Set>
+std::size_t MarkBytes(const Set& set, std::string_view text, std::size_t from, ByteMarks* marks, std::size_t most) {
+    const std::size_t left = text.size() - from, whole = std::min(left / kMarksBlock, most);
+    if (whole > 0) set.Mark(text.data() + from, whole, marks);
+    const std::size_t rest = left - whole * kMarksBlock;
+    if (whole == most || rest == 0) return whole;
+    char last[kMarksBlock] = {};
+    std::memcpy(last, text.data() + text.size() - rest, rest);
+    set.Mark(last, 1, marks + whole);
+    marks[whole] &= (ByteMarks{1} << rest) - 1;
+    return whole + 1;
+}
+
+/// Calls `visit` with each position that holds a member, in order.
+template <class Set, class Visit>
+void ForEachByte(const Set& set, std::string_view text, Visit visit) {
+    constexpr std::size_t atOnce = 16;
+    ByteMarks marks[atOnce];
+    for (std::size_t from = 0; from < text.size(); from += atOnce * kMarksBlock) {
+        const std::size_t count = MarkBytes(set, text, from, marks, atOnce);
+        for (std::size_t block = 0; block < count; ++block)
+            for (ByteMarks left = marks[block]; left != 0; left &= left - 1)
+                visit(from + block * kMarksBlock + static_cast<std::size_t>(std::countr_zero(left)));
+    }
+}
+
+/// How many positions hold a member.
+template <class Set>
+std::size_t CountBytes(const Set& set, std::string_view text) {
+    constexpr std::size_t atOnce = 16;
+    ByteMarks marks[atOnce];
+    std::size_t found = 0;
+    for (std::size_t from = 0; from < text.size(); from += atOnce * kMarksBlock) {
+        const std::size_t count = MarkBytes(set, text, from, marks, atOnce);
+        for (std::size_t block = 0; block < count; ++block)
+            found += static_cast<std::size_t>(std::popcount(marks[block]));
+    }
+    return found;
+}
+
+/// The first position that holds a member; the text's length when there is none.
+template <class Set>
+std::size_t FindByte(const Set& set, std::string_view text) {
+    ByteMarks marks[1];
+    for (std::size_t from = 0; from < text.size(); from += kMarksBlock) {
+        MarkBytes(set, text, from, marks, 1);
+        if (marks[0] != 0) return from + static_cast<std::size_t>(std::countr_zero(marks[0]));
+    }
+    return text.size();
+}
+
 }  // namespace qv
 
-#undef QV_HAS_SHUFFLE
+#if QV_HAS_VECTORS
+#undef QV_VECTOR_FUNCTION
+#endif
+#undef QV_HAS_VECTORS

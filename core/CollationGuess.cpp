@@ -44,12 +44,18 @@ CollationGuess::CollationGuess() : m_page(platform::CurrentCodePage()) {
 }
 
 void CollationGuess::Append(std::string_view text, std::string& ranks) const {
+    const std::size_t before = ranks.size();
+    ranks.resize(before + text.size());
+    char* at = ranks.data() + before;
     for (std::size_t i = 0; i < text.size();) {
         const bool plain = ascii::IsAscii(text[i]);
         const std::size_t length = plain ? 1 : platform::CharacterLength(text, i, m_page);
-        if (const std::uint8_t rank = RankAt(text, i, length); rank != kIgnored) ranks += static_cast<char>(rank);
+        const std::uint8_t rank = RankAt(text, i, length);
+        *at = static_cast<char>(rank);
+        at += rank != kIgnored;
         i += length;
     }
+    ranks.resize(static_cast<std::size_t>(at - ranks.data()));
 }
 
 std::uint8_t CollationGuess::RankAt(std::string_view text, std::size_t position, std::size_t length) const {

@@ -10,65 +10,16 @@
 #include <string>
 
 #include "core/CollationGuess.h"
+#include "core/Prefetch.h"
+#include "core/SortKeys.h"
 #include "platform/Text.h"
 
 namespace qv {
 namespace {
 
-using Texts = std::span<const CString* const>;
+// Of whole strings, which end in a zero byte.
+using Texts = std::span<const std::string_view>;
 using Order = std::vector<std::uint32_t>;
-
-// Bytes to sort a text by: the first eight as a number, which settles most comparisons, and where they lie.
-struct SortKey {
-    std::uint64_t head;
-    std::size_t start, size;
-    std::uint32_t index;
-};
-
-std::uint64_t Head(std::string_view key) {
-    std::uint64_t head = 0;
-    for (std::size_t i = 0; i < 8; ++i) head = head << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0u);
-    return head;
-}
-
-class SortKeys {
-public:
-    // `append` appends a text's key to a string.
-    template <class Append>
-    SortKeys(Texts texts, Append append) {
-        m_keys.reserve(texts.size());
-        for (const CString* text : texts) {
-            const std::size_t start = m_bytes.size();
-            append(*text, m_bytes);
-            const std::uint64_t head = Head(std::string_view(m_bytes).substr(start));
-            m_keys.push_back({head, start, m_bytes.size() - start, static_cast<std::uint32_t>(m_keys.size())});
-        }
-    }
-
-    // `settle` compares the texts of two indexes whose keys are equal.
-    template <class Settle>
-    Order Sorted(bool descending, Settle settle) {
-        std::sort(m_keys.begin(), m_keys.end(), [&](const SortKey& a, const SortKey& b) {
-            int order = Compare(a, b);
-            if (order == 0) order = settle(a.index, b.index);
-            return order == 0 ? a.index < b.index : (order < 0) != descending;
-        });
-        Order order(m_keys.size());
-        std::transform(m_keys.begin(), m_keys.end(), order.begin(), [](const SortKey& key) { return key.index; });
-        return order;
-    }
-
-private:
-    int Compare(const SortKey& a, const SortKey& b) const {
-        if (a.head != b.head) return a.head < b.head ? -1 : 1;
-        return Bytes(a).compare(Bytes(b));
-    }
-
-    std::string_view Bytes(const SortKey& key) const { return {m_bytes.data() + key.start, key.size}; }
-
-    std::string m_bytes;
-    std::vector<SortKey> m_keys;
-};
 
 // An order that was found by other means, checked neighbour by neighbour by the collation itself, and what stands wrong
 // merged. So the result is the collation's, whatever the means are worth.
@@ -91,12 +42,11 @@ public:
     }
 
     int Collate(std::uint32_t a, std::uint32_t b) const {
-        return m_plain ? std::strcoll(m_texts[a]->c_str(), m_texts[b]->c_str())
-                       : platform::Collate(*m_texts[a], *m_texts[b]);
+        return m_plain ? std::strcoll(m_texts[a].data(), m_texts[b].data()) : platform::Collate(m_texts[a], m_texts[b]);
     }
 
 private:
-    static bool HasZero(const CString* text) { return text->find('\0') != CString::npos; }
+    static bool HasZero(std::string_view text) { return text.find('\0') != text.npos; }
 
     bool Before(std::uint32_t a, std::uint32_t b) const {
         const int order = Collate(a, b);
@@ -106,8 +56,15 @@ private:
     // Where the order's ascending parts begin, and its end.
     void FindRuns(std::size_t most) {
         m_runs = {0};
-        for (std::size_t i = 1; i < m_order.size() && m_runs.size() <= most; ++i)
+        for (std::size_t i = 1; i < m_order.size() && m_runs.size() <= most; ++i) {
+            // Sorted texts lie anywhere in memory, so they are asked for some steps before they are compared.
+            constexpr std::size_t near = 4, far = 16;
+            if (i + far < m_order.size()) {
+                Prefetch(&m_texts[m_order[i + far]]);
+                Prefetch(m_texts[m_order[i + near]].data());
+            }
             if (!Before(m_order[i - 1], m_order[i])) m_runs.push_back(i);
+        }
         m_runs.push_back(m_order.size());
     }
 
@@ -143,14 +100,24 @@ std::shared_ptr<const CollationGuess> CurrentGuess() {
     return guess;
 }
 
+// `append` appends the key of a text to a string.
+template <class Append>
+SortKeys KeysOf(Texts texts, Append append) {
+    std::size_t bytes = 0;
+    for (const std::string_view text : texts) bytes += text.size();
+    SortKeys keys(texts.size(), bytes);
+    for (const std::string_view text : texts) keys.Add([&](std::string& key) { append(text, key); });
+    return keys;
+}
+
 Order GuessedOrder(Texts texts, bool descending, const CheckedOrder& checked) {
     const std::shared_ptr<const CollationGuess> guess = CurrentGuess();
-    SortKeys ranks(texts, [&](const CString& text, std::string& bytes) { guess->Append(text, bytes); });
+    SortKeys ranks = KeysOf(texts, [&](std::string_view text, std::string& key) { guess->Append(text, key); });
     return ranks.Sorted(descending, [&](auto a, auto b) { return checked.Collate(a, b); });
 }
 
 Order KeyOrder(Texts texts, bool descending) {
-    SortKeys keys(texts, [](const CString& text, std::string& bytes) { platform::AppendCollationKey(text, bytes); });
+    SortKeys keys = KeysOf(texts, platform::AppendCollationKey);
     return keys.Sorted(descending, [](std::uint32_t, std::uint32_t) { return 0; });
 }
 
@@ -166,7 +133,10 @@ constexpr std::size_t kMostRunsOfGuess = 32;
 
 }  // namespace
 
-Order CollationOrder(Texts texts, bool descending) {
+Order CollationOrder(std::span<const CString* const> strings, bool descending) {
+    std::vector<std::string_view> texts;
+    texts.reserve(strings.size());
+    for (const CString* string : strings) texts.push_back(*string);
     CheckedOrder checked(texts, descending);
     if (texts.size() >= kWorthGuessing)
         if (auto order = checked.Check(GuessedOrder(texts, descending, checked), kMostRunsOfGuess))

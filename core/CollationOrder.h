@@ -12,6 +12,6 @@ namespace qv {
 
 /// For each place after sorting the index before it; texts that collate as equal keep their order, descending too. At most
 /// 2^32 - 1 texts.
-std::vector<std::uint32_t> CollationOrder(std::span<const CString* const> texts, bool descending);
+std::vector<std::uint32_t> CollationOrder(std::span<const CString* const> strings, bool descending);
 
 }  // namespace qv

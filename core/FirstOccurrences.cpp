@@ -3,6 +3,7 @@
 #include <bit>
 
 #include "core/KeyedHash.h"
+#include "core/Prefetch.h"
 
 namespace qv {
 namespace {
@@ -15,13 +16,6 @@ struct Slot {
 constexpr std::uint32_t kFree = kUnknown;
 // So far ahead the slots of the items to come are fetched: a large table lies in slow memory.
 constexpr std::size_t kAhead = 16;
-
-// For writing. A hint: a compiler without it does without.
-inline void Prefetch([[maybe_unused]] const Slot* slot) {
-#ifdef __GNUC__
-    __builtin_prefetch(slot, 1);
-#endif
-}
 
 // Open addressing in a table at most half full. The items themselves are only compared where 32 bits of hash agree.
 template <class Item>

@@ -2,6 +2,7 @@
 #include <span>
 
 #include "core/ByteScan.h"
+#include "core/TextSink.h"
 #include "qvcommon/StringHelper.h"
 
 namespace {
@@ -32,13 +33,14 @@ void AppendQuoted(std::string& out, std::string_view field) {
 // Writes a few fields, a comma after each. One look at all of them finds whether any needs quotes.
 void AppendFields(std::string& out, std::span<const CString> fields) {
     const std::size_t start = out.size();
-    for (const CString& field : fields) (out += field.AsStd()) += ',';
-    const std::string_view plain = std::string_view(out).substr(start);
-    const auto commas = static_cast<std::size_t>(std::count(plain.begin(), plain.end(), ','));
-    if (commas == fields.size() && plain.find('"') == plain.npos) return;
+    qv::TextSink sink(out);
+    char* at = sink.Begin();
+    for (const CString& field : fields) at = sink.Append(sink.Append(at, field), ',');
+    sink.Flush(at);
+    if (qv::CountBytes(Marks(), std::string_view(out).substr(start)) == fields.size()) return;
     out.resize(start);
     for (const CString& field : fields) {
-        if (Marks::Find(field, 0) < field.AsStd().size())
+        if (qv::FindByte(Marks(), field) < field.AsStd().size())
             AppendQuoted(out, field);
         else
             out += field.AsStd();
@@ -50,52 +52,75 @@ void AppendFields(std::string& out, std::span<const CString> fields) {
 std::size_t CountFields(std::string_view text) {
     std::size_t count = 1;
     bool quoted = false;
-    for (std::size_t i = Marks::Find(text, 0); i < text.size(); i = Marks::Find(text, i + 1)) {
-        if (text[i] == '"')
+    qv::ForEachByte(Marks(), text, [&](std::size_t position) {
+        if (text[position] == '"')
             quoted = !quoted;
         else
             count += !quoted;
-    }
+    });
     return count;
 }
 
-// Reads the quoted part after the quote at `position` and returns the position after it.
-std::size_t ReadQuoted(std::string_view text, std::size_t position, std::string& field) {
-    for (std::size_t from = position + 1;;) {
-        const std::size_t quote = std::min(text.find('"', from), text.size());
-        field.append(text.substr(from, quote - from));
-        if (text.substr(quote, 2) != "\"\"") return std::min(quote + 1, text.size());
-        field += '"';
-        from = quote + 2;
-    }
-}
+// Takes the marks of a text in their order, and makes fields of what lies between them.
+class FieldReader {
+public:
+    FieldReader(std::string_view text, Texts& fields) : m_text(text), m_fields(fields) {}
 
-// Reads the field that begins at `position` and returns the position of the comma, or of the end.
-std::size_t ReadField(std::string_view text, std::size_t position, Texts& fields) {
-    std::size_t stop = Marks::Find(text, position);
-    std::string& field = fields.emplace_back(text.substr(position, stop - position)).AsStd();
-    while (stop < text.size() && text[stop] == '"') {
-        const std::size_t from = ReadQuoted(text, stop, field);
-        stop = Marks::Find(text, from);
-        field.append(text.substr(from, stop - from));
+    void Read() {
+        qv::ForEachByte(Marks(), m_text, [this](std::size_t position) {
+            if (position < m_from) return;  // the second of two quotes
+            if (m_text[position] == '"')
+                TakeQuote(position);
+            else if (!m_quoted)
+                EndField(position);
+        });
+        EndField(m_text.size());
     }
-    return stop;
-}
 
-void ReadFields(std::string_view text, Texts& fields) {
-    fields.reserve(CountFields(text));
-    std::size_t position = ReadField(text, 0, fields);
-    while (position < text.size()) position = ReadField(text, position + 1, fields);
-}
+private:
+    void TakeQuote(std::size_t position) {
+        if (m_quoted && m_text.substr(position, 2) == "\"\"") {
+            Keep(position + 1);
+        } else {
+            Keep(position);
+            m_quoted = !m_quoted;
+        }
+    }
+
+    void EndField(std::size_t end) {
+        Keep(end);
+        if (!m_begun) m_fields.emplace_back();
+        m_begun = false;
+    }
+
+    // Adds what is not yet taken, up to `end`, to the field, and passes the byte there.
+    void Keep(std::size_t end) {
+        const std::string_view part = m_text.substr(m_from, end - m_from);
+        m_from = end + 1;
+        if (m_begun) {
+            m_fields.back().append(part);
+        } else if (!part.empty()) {
+            m_fields.emplace_back(part);
+            m_begun = true;
+        }
+    }
+
+    std::string_view m_text;
+    Texts& m_fields;
+    std::size_t m_from = 0;
+    bool m_quoted = false, m_begun = false;
+};
 
 }  // namespace
 
 void CStringHelper::CsvToArray(std::string_view text, CStringArray& fields) {
     CStringArray found;
-    if (text.find('"') == text.npos)
+    if (text.find('"') == text.npos) {
         SplitString(text, ",", found, 1);
-    else
-        ReadFields(text, found.AsStd());
+    } else {
+        found.AsStd().reserve(CountFields(text));
+        FieldReader(text, found.AsStd()).Read();
+    }
     fields.AsStd() = std::move(found.AsStd());
 }
 

@@ -4,6 +4,8 @@
 #include <span>
 #include <unordered_set>
 
+#include "core/ByteScan.h"
+#include "core/TextSink.h"
 #include "framework/ExactSearch.h"
 #include "platform/Ascii.h"
 #include "platform/Text.h"
@@ -17,21 +19,61 @@ namespace {
 
 using Texts = std::vector<CString>;
 
-// The text is searched once; pieces are kept by place until their number is known, so that each text is built once, in
-// its place.
-Texts Split(std::string_view text, std::string_view separator, bool keepEmpty) {
-    std::vector<std::string_view> pieces;
-    const auto keep = [&](std::string_view piece) {
-        if (keepEmpty || !piece.empty()) pieces.push_back(piece);
-    };
-    std::size_t from = 0;
-    if (!separator.empty()) {
-        qv::ExactSearch search(text, separator);
-        for (std::size_t hit; (hit = search.Find(from)) != text.npos; from = hit + separator.size())
-            keep(text.substr(from, hit - from));
+// Cuts a text at a separator, and calls `keep` with each piece.
+class Cutter {
+public:
+    Cutter(std::string_view text, std::string_view separator)
+        : m_text(text),
+          m_separator(separator),
+          m_isShort(!separator.empty() && separator.size() <= kShort && !qv::HasTrailBytes(text)) {}
+
+    template <class Keep>
+    void Cut(Keep keep) const {
+        std::size_t from = 0;
+        const auto cutAt = [&](std::size_t hit) {
+            keep(m_text.substr(from, hit - from));
+            from = hit + m_separator.size();
+        };
+        if (m_isShort)
+            qv::ForEachByte(qv::OneByte(m_separator[0]), m_text, [&](std::size_t hit) {
+                if (hit >= from && m_text.substr(hit + 1).starts_with(m_separator.substr(1))) cutAt(hit);
+            });
+        else if (!m_separator.empty())
+            SearchFor(cutAt, from);
+        keep(m_text.substr(from));
     }
-    keep(text.substr(from));
-    return Texts(pieces.begin(), pieces.end());
+
+    // Looks at the text again for a short separator, and knows nothing of long ones, whose pieces are few.
+    template <class IsKept>
+    std::size_t CountPieces(IsKept isKept) const {
+        std::size_t count = 0;
+        if (m_isShort) Cut([&](std::string_view piece) { count += isKept(piece); });
+        return count;
+    }
+
+private:
+    template <class CutAt>
+    void SearchFor(CutAt cutAt, const std::size_t& from) const {
+        qv::ExactSearch search(m_text, m_separator);
+        for (std::size_t hit; (hit = search.Find(from)) != m_text.npos;) cutAt(hit);
+    }
+
+    static constexpr std::size_t kShort = 4;
+
+    std::string_view m_text, m_separator;
+    // Few bytes to compare at each place that looks like the separator's start, and no character that it could tear.
+    bool m_isShort;
+};
+
+Texts Split(std::string_view text, std::string_view separator, bool keepEmpty) {
+    const auto isKept = [keepEmpty](std::string_view piece) { return keepEmpty || !piece.empty(); };
+    const Cutter cutter(text, separator);
+    Texts pieces;
+    pieces.reserve(cutter.CountPieces(isKept));
+    cutter.Cut([&](std::string_view piece) {
+        if (isKept(piece)) pieces.emplace_back(piece);
+    });
+    return pieces;
 }
 
 std::size_t JoinedSize(std::span<const CString> texts, std::size_t separator) {
@@ -142,13 +184,16 @@ CString CStringHelper::MakeString(const CStringArray& texts, std::string_view se
     const auto joining = std::span(texts.AsStd()).first(static_cast<std::size_t>(count));
     std::string joined;
     joined.reserve(JoinedSize(joining, separator.size()));
+    qv::TextSink sink(joined);
+    char* at = sink.Begin();
     bool first = true;
     for (const CString& text : joining) {
         if (!keepEmpty && text.IsEmpty()) continue;
-        if (!first) joined += separator;
-        joined += text.AsStd();
+        if (!first) at = sink.Append(at, separator);
+        at = sink.Append(at, text);
         first = false;
     }
+    sink.Flush(at);
     return joined;
 }
 

@@ -18,14 +18,12 @@ std::string DecodeEntities(std::string_view text, std::span<const Entity> entiti
     std::string out;
     out.reserve(text.size());
     std::size_t from = 0;
-    for (std::size_t hit = Starts::Find(text, 0); hit < text.size();) {
-        const Entity* const entity = FindEntity(text.substr(hit), entities);
-        if (entity) {
-            out.append(text, from, hit - from).append(entity->text);
-            from = hit + entity->mark.size();
-        }
-        hit = Starts::Find(text, entity ? from : hit + 1);
-    }
+    ForEachByte(Starts(), text, [&](std::size_t hit) {
+        const Entity* const entity = hit < from ? nullptr : FindEntity(text.substr(hit), entities);
+        if (!entity) return;
+        out.append(text, from, hit - from).append(entity->text);
+        from = hit + entity->mark.size();
+    });
     return out.append(text, from);
 }
 

@@ -12,12 +12,13 @@ public:
 
     void AddText(std::string_view text) {
         using Breaks = qv::ByteSet<' ', '\r', '\n'>;
-        for (std::size_t from = 0; from < text.size();) {
-            const std::size_t end = Breaks::Find(text, from);
+        std::size_t from = 0;
+        qv::ForEachByte(Breaks(), text, [&](std::size_t end) {
             m_text += text.substr(from, end - from);
-            if (end < text.size()) AddBlank();
+            AddBlank();
             from = end + 1;
-        }
+        });
+        m_text += text.substr(from);
     }
 
     void AddBlank() {

@@ -31,15 +31,15 @@ const Entity* EntityAt(std::string_view text) {
 }  // namespace
 
 bool NeedsEscapes(std::string_view text) {
-    return Specials::Find(text, 0) != text.size();
+    return FindByte(Specials(), text) != text.size();
 }
 
 void AppendSectionText(std::string& out, std::string_view text) {
     std::size_t from = 0;
-    for (std::size_t i = Specials::Find(text, 0); i < text.size(); i = Specials::Find(text, from)) {
+    ForEachByte(Specials(), text, [&](std::size_t i) {
         out.append(text, from, i - from).append(kEscapes[static_cast<unsigned char>(text[i])]);
         from = i + 1;
-    }
+    });
     out.append(text, from);
 }
 

@@ -35,6 +35,7 @@ void Counted(benchmark::State& state) {
     BENCHMARK(Run_##group##_##who)->Name(#group "/" #who)
 
 QV_BENCH(Clean, QvCommon, CHtmlWriter::Clean(kMixed));
+QV_BENCH(Clean, Copy, CString(kMixed));
 QV_BENCH(Clean, Replacements, qv::test::ChainClean(kMixed));
 void Escape_GLib(benchmark::State& state) {
     for (auto _ : state) {

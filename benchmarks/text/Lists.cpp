@@ -1,7 +1,9 @@
-// Splitting, joining and CSV beside the same into owned strings.
+// Lines, splitting, joining and CSV beside the same into owned strings.
 #include <absl/strings/str_join.h>
 #include <absl/strings/str_split.h>
 #include <benchmark/benchmark.h>
+
+#include <boost/tokenizer.hpp>
 
 #include "qvcommon/StringHelper.h"
 
@@ -28,6 +30,22 @@ const Strings kFields = Fields();
 const CStringArray kArray = Array(kFields);
 const std::string kText = absl::StrJoin(kFields, ","), kWide = absl::StrJoin(kFields, ", ");
 
+// A megabyte of lines of 20 to 100 bytes.
+std::string Lines() {
+    std::string text;
+    for (std::size_t i = 0; text.size() < 1 << 20; ++i) text += std::string(20 + i * 7 % 81, 'x') + '\n';
+    return text;
+}
+
+// Every fourth field in quotes.
+std::string QuotedText() {
+    Strings fields = kFields;
+    for (std::size_t i = 0; i < fields.size(); i += 4) fields[i] = '"' + fields[i] + ", \"\"net\"\"\"";
+    return absl::StrJoin(fields, ",");
+}
+
+const std::string kLines = Lines(), kQuoted = QuotedText();
+
 template <class Parse>
 void Parsed(benchmark::State& state, Parse parse) {
     for (auto _ : state) {
@@ -46,6 +64,12 @@ void SplitAtPair(benchmark::State& state) {
 void ReadCsv(benchmark::State& state) {
     Parsed(state, [](CStringArray& pieces) { CStringHelper::CsvToArray(kText, pieces); });
 }
+void SplitLines(benchmark::State& state) {
+    Parsed(state, [](CStringArray& pieces) { CStringHelper::SplitString(kLines, "\n", pieces, 1); });
+}
+void ReadQuotedCsv(benchmark::State& state) {
+    Parsed(state, [](CStringArray& pieces) { CStringHelper::CsvToArray(kQuoted, pieces); });
+}
 void Join(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::MakeString(kArray, ",", -1, 1));
 }
@@ -59,17 +83,30 @@ void AbslSplit(benchmark::State& state) {
 void AbslSplitAtPair(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(Strings(absl::StrSplit(kWide, ", ", absl::SkipEmpty())));
 }
+void AbslSplitLines(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(Strings(absl::StrSplit(kLines, '\n')));
+}
+void BoostReadQuotedCsv(benchmark::State& state) {
+    for (auto _ : state) {
+        const boost::tokenizer<boost::escaped_list_separator<char>> fields(
+            kQuoted, boost::escaped_list_separator<char>('\0', ',', '"'));
+        benchmark::DoNotOptimize(Strings(fields.begin(), fields.end()));
+    }
+}
 void AbslJoin(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(absl::StrJoin(kFields, ","));
 }
 
-#define QV_BESIDE(group, ours, peer)           \
-    BENCHMARK(ours)->Name(#group "/qvcommon"); \
-    BENCHMARK(peer)->Name(#group "/Abseil")
+#define QV_BESIDE_PEER(group, ours, name, peer) \
+    BENCHMARK(ours)->Name(#group "/qvcommon");  \
+    BENCHMARK(peer)->Name(#group "/" name)
+#define QV_BESIDE(group, ours, peer) QV_BESIDE_PEER(group, ours, "Abseil", peer)
 
+QV_BESIDE(SplitLines, SplitLines, AbslSplitLines);
 QV_BESIDE(SplitString, Split, AbslSplit);
 QV_BESIDE(SplitStringAtPair, SplitAtPair, AbslSplitAtPair);
 QV_BESIDE(CsvToArray, ReadCsv, AbslSplit);
+QV_BESIDE_PEER(CsvToArrayQuoted, ReadQuotedCsv, "Boost", BoostReadQuotedCsv);
 QV_BESIDE(MakeString, Join, AbslJoin);
 QV_BESIDE(ArrayToCsv, WriteCsv, AbslJoin);
 

@@ -1,9 +1,13 @@
-// Sorting by the rules of a UTF-8 locale beside std::sort over strcoll.
+// Sorting by the rules of a UTF-8 locale beside std::sort over strcoll, and beside the collation of another library, by its
+// comparison and by its keys.
 #include <benchmark/benchmark.h>
+#include <unicode/ucol.h>
+#include <unicode/ustring.h>
 
 #include <algorithm>
 #include <clocale>
 #include <cstring>
+#include <memory>
 #include <random>
 
 #include "qvcommon/StringHelper.h"
@@ -56,9 +60,52 @@ void Strcoll(benchmark::State& state, bool accented) {
     });
 }
 
-#define QV_SORT(group, accented)                                           \
-    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/qvcommon"); \
-    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/strcoll sort")
+struct CloseCollator {
+    void operator()(UCollator* collator) const { ucol_close(collator); }
+};
+using Collator = std::unique_ptr<UCollator, CloseCollator>;
+
+Collator OpenCollator() {
+    UErrorCode error = U_ZERO_ERROR;
+    return Collator(ucol_open("en_US", &error));
+}
+
+void IcuCompare(benchmark::State& state, bool accented) {
+    const Collator collator = OpenCollator();
+    Sorted(state, accented, [&](CStringArray& names) {
+        std::sort(names.begin(), names.end(), [&](const CString& a, const CString& b) {
+            UErrorCode error = U_ZERO_ERROR;
+            return ucol_strcollUTF8(collator.get(), a, a.GetLength(), b, b.GetLength(), &error) == UCOL_LESS;
+        });
+    });
+}
+
+std::string IcuKey(const UCollator* collator, const CString& text) {
+    std::u16string wide(text.size(), u'\0');
+    int32_t size = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    u_strFromUTF8(wide.data(), text.GetLength(), &size, text, text.GetLength(), &error);
+    std::uint8_t key[512];
+    const int32_t length = ucol_getSortKey(collator, wide.data(), size, key, sizeof(key));
+    return std::string(reinterpret_cast<const char*>(key), static_cast<std::size_t>(length));
+}
+
+void IcuKeys(benchmark::State& state, bool accented) {
+    const Collator collator = OpenCollator();
+    Sorted(state, accented, [&](CStringArray& names) {
+        std::vector<std::pair<std::string, CString>> keyed;
+        keyed.reserve(names.AsStd().size());
+        for (CString& name : names) keyed.emplace_back(IcuKey(collator.get(), name), std::move(name));
+        std::sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+        for (auto name = names.begin(); auto& pair : keyed) *name++ = std::move(pair.second);
+    });
+}
+
+#define QV_SORT(group, accented)                                                    \
+    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/qvcommon");          \
+    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/strcoll sort");   \
+    BENCHMARK_CAPTURE(IcuCompare, group##3, accented)->Name(#group "/ICU compare"); \
+    BENCHMARK_CAPTURE(IcuKeys, group##4, accented)->Name(#group "/ICU keys")
 
 QV_SORT(SortStringArray, false);
 QV_SORT(SortStringArrayAccented, true);

@@ -58,17 +58,43 @@ void GetString_pugixml(benchmark::State& state) {
 }
 BENCHMARK(GetString_pugixml)->Name("GetString/pugixml");
 
-void Load_QvCommon(benchmark::State& state) {
-    const auto document = CXmlHelper::CreateDocument();
-    for (auto _ : state) benchmark::DoNotOptimize(document.loadXML(Document()));
+// What programs save: attributes, lines, texts with references.
+const std::string& SavedDocument() {
+    static const std::string text = [] {
+        std::string xml = "<?xml version=\"1.0\"?>\n<settings>\n";
+        for (int i = 0; i < 10'000; ++i)
+            xml += "  <entry id=\"" + std::to_string(i) + "\" type=\"text\">\n    <name>Caf\u00E9 &amp; bar</name>\n" +
+                   "    <value>no. " + std::to_string(i * 7) + "</value>\n  </entry>\n";
+        return xml += "</settings>\n";
+    }();
+    return text;
 }
-BENCHMARK(Load_QvCommon)->Name("Load/QvCommon");
 
-void Load_libxml2(benchmark::State& state) {
+void Load_QvCommon(benchmark::State& state, const std::string& text) {
+    const auto document = CXmlHelper::CreateDocument();
     for (auto _ : state)
-        xmlFreeDoc(xmlReadMemory(Document().data(), static_cast<int>(Document().size()), nullptr, nullptr, 0));
+        if (!document.loadXML(text)) state.SkipWithError("not loaded");
 }
-BENCHMARK(Load_libxml2)->Name("Load/libxml2");
+
+void Load_libxml2(benchmark::State& state, const std::string& text) {
+    const int size = static_cast<int>(text.size());
+    for (auto _ : state) xmlFreeDoc(xmlReadMemory(text.data(), size, nullptr, nullptr, 0));
+}
+
+void Load_pugixml(benchmark::State& state, const std::string& text) {
+    for (auto _ : state) {
+        pugi::xml_document doc;
+        benchmark::DoNotOptimize(doc.load_buffer(text.data(), text.size()));
+    }
+}
+
+#define QV_LOAD(group, text)                                                 \
+    BENCHMARK_CAPTURE(Load_QvCommon, group, text)->Name(#group "/QvCommon"); \
+    BENCHMARK_CAPTURE(Load_libxml2, group, text)->Name(#group "/libxml2");   \
+    BENCHMARK_CAPTURE(Load_pugixml, group, text)->Name(#group "/pugixml")
+
+QV_LOAD(Load, Document());
+QV_LOAD(LoadSaved, SavedDocument());
 
 CString List(int count) {
     CString xml = "<list>";

@@ -18,7 +18,7 @@ declare -gA QV_PACKAGES=(
     [axe]="npm"
     [windows-x64]="clang g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
     [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
-    [bench]="locales libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
+    [bench]="locales libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev libicu-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
         7zip cabextract gcab libmagickwand-dev libpng-dev libsdl2-dev libuemf-dev
         dbus-daemon inotify-tools libboost-thread-dev libdbus-1-dev"
 )

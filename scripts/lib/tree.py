@@ -41,7 +41,7 @@ PACKAGES = {
     "tools/qv/": r"CLI/.*",
     "tests/": r"(gtest|gmock)/.*",
     "tests/border/": r"windows\.h",
-    "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|wand)/.*|(glib|libdeflate|png|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
+    "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|unicode|wand)/.*|(glib|libdeflate|png|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
                    r"Q(String|LockFile|SaveFile)",
 }
 # What platform/ may call beside its tables of system calls: System.h of each side says why.

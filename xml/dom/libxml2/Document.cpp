@@ -30,6 +30,8 @@ bool Load(Node& document, std::string_view bytes, const char* encoding, int opti
     if (bytes.size() > kLongestDocument) return Refuse(document, TooLong());
     PrepareLibrary();
     const Silence silence;
+    // The old content goes first, so that the new one finds room in its place. It would go after a failure, too.
+    SetProblem(document, {});
     TreeBuilder builder(document.tree->keepSpace);
     Doc doc = builder.Parse(bytes, encoding, options);
     if (!doc) return Refuse(document, builder.Problem());

@@ -74,6 +74,7 @@ struct TreeBuilder::Handlers {
         sax.startElementNs = StartElement;
         sax.endElementNs = EndElement;
         sax.endDocument = EndDocument;
+        sax.characters = sax.ignorableWhitespace = AddText;
     }
 
     static void TakeError(void* data, xmlError* error) {
@@ -108,6 +109,7 @@ struct TreeBuilder::Handlers {
         if (self.m_defaults > kMostDefaults) return self.Refuse(context, "Too many attributes are given by default");
         self.m_namespaces |= declarations > 0;
         const auto depth = static_cast<std::size_t>(self.m_depth);
+        self.m_hasBlanks[depth] = false;
         self.m_preserves[depth] = self.m_preserves[depth - 1];
         for (int i = 0; i < count; ++i) {
             const xmlChar** const parts = attributes + i * kParts;
@@ -123,10 +125,18 @@ struct TreeBuilder::Handlers {
                               attributes);
     }
 
+    // A text may come in parts. All of a blank one begin with a space, so an element without such parts holds none.
+    static void AddText(void* data, const xmlChar* text, int size) {
+        TreeBuilder& self = BuilderOf(data);
+        if (IsSpace(static_cast<char>(*text))) self.m_hasBlanks[static_cast<std::size_t>(self.m_depth)] = true;
+        xmlSAX2Characters(data, text, size);
+    }
+
     static void EndElement(void* data, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {
         xmlParserCtxt* const context = ContextOf(data);
         TreeBuilder& self = BuilderOf(data);
-        if (!self.m_keepSpace && !self.m_preserves[static_cast<std::size_t>(self.m_depth)] && context->node)
+        const auto depth = static_cast<std::size_t>(self.m_depth);
+        if (!self.m_keepSpace && self.m_hasBlanks[depth] && !self.m_preserves[depth] && context->node)
             self.DropBlanks(context->node);
         --self.m_depth;
         xmlSAX2EndElementNs(data, local, prefix, uri);

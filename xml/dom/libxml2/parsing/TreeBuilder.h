@@ -44,7 +44,8 @@ private:
     bool m_namespaces = false;
     int m_depth = 0;
     int m_defaults = 0;
-    std::array<bool, kMaxDepth + 1> m_preserves = {};  // xml:space, by depth
+    // By depth: xml:space, and whether there may be blank texts.
+    std::array<bool, kMaxDepth + 1> m_preserves = {}, m_hasBlanks = {};
     MSXML2::IXMLDOMParseError m_problem;
 };
 
