@@ -19,4 +19,7 @@ std::string FormatCurrency(double amount, std::size_t maximum);
 /// its zero byte.
 std::string ListSeparator(std::size_t maximum);
 
+/// Whether the calling thread has a locale of its own, which the threads that it starts do not have.
+bool HasOwnLocale();
+
 }  // namespace qv::platform

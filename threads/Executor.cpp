@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/Locale.h"
 #include "platform/SignalHold.h"
 #include "qvcommon/framework/Exception.h"
 
@@ -35,6 +36,7 @@ void DropException(std::exception_ptr error) noexcept {
 }
 
 unsigned Executor::SpareProcessors() {
+    if (platform::HasOwnLocale()) return 0;
     return std::clamp(std::thread::hardware_concurrency(), 1u, kMostThreads + 1) - 1;
 }
 

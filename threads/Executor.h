@@ -48,7 +48,8 @@ class Executor {
 public:
     /// Bounds the threads beside the owner's, whatever the machine has.
     static constexpr unsigned kMostThreads = 15;
-    /// The processors that this process may use, less the one of the calling thread.
+    /// The processors that this process may use, less the one of the calling thread. None where that thread has a locale of
+    /// its own, which no other would work by.
     static unsigned SpareProcessors();
 
     explicit Executor(unsigned threads = SpareProcessors());

@@ -1,6 +1,7 @@
 #include "platform/Locale.h"
 
 #include <langinfo.h>
+#include <locale.h>
 #include <monetary.h>
 
 #include <cmath>
@@ -33,6 +34,10 @@ std::string FormatCurrency(double amount, std::size_t maximum) {
 
 std::string ListSeparator(std::size_t maximum) {
     return Limited(std::strcmp(::nl_langinfo(RADIXCHAR), ",") ? "," : ";", maximum);
+}
+
+bool HasOwnLocale() {
+    return ::uselocale(nullptr) != LC_GLOBAL_LOCALE;
 }
 
 }  // namespace qv::platform

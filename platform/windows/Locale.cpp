@@ -1,5 +1,7 @@
 #include "platform/Locale.h"
 
+#include <locale.h>
+
 #include <charconv>
 #include <cmath>
 #include <string_view>
@@ -55,6 +57,10 @@ std::string ListSeparator(std::size_t maximum) {
     std::u16string text = Room(maximum);
     const auto length = sys::GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SLIST, Wide(text), static_cast<int>(maximum));
     return length.ok() ? Fitting(text, maximum) : std::string();
+}
+
+bool HasOwnLocale() {
+    return ::_configthreadlocale(0) == _ENABLE_PER_THREAD_LOCALE;
 }
 
 }  // namespace qv::platform

@@ -49,8 +49,8 @@ PURE_CALLS = {
     "platform/posix/": r"dl(?:addr|close|error|sym) endpwent freelocale gete?uid gettid getpid iconv\w* iswalpha\w* iswspace\w* localtime_r mktime newlocale "
                        r"nl_langinfo\w* posix_spawn_file_actions_\w+ setenv setpwent "
                        r"sig\w+set sigismember strerrordesc_np strerror_r strfmon strftime sysconf "
-                       r"tow(?:lower|upper)\w* tzset unsetenv",
-    "platform/windows/": r"_fileno _isatty CloseHandle CoCreateGuid CoUninitialize CreateEventA CreateThread DefWindowProcA "
+                       r"tow(?:lower|upper)\w* tzset unsetenv uselocale",
+    "platform/windows/": r"_configthreadlocale _fileno _isatty CloseHandle CoCreateGuid CoUninitialize CreateEventA CreateThread DefWindowProcA "
                          r"DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush GetACP GetActiveWindow GetCPInfo _getmbcp "
                          r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetProcAddress GetStringTypeW GetTickCount64 Global\w+ ILFree IsDBCSLeadByteEx "
                          r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar NetApiBufferFree PostQuitMessage ResetEvent SelectObject SetCursor SetEvent "
