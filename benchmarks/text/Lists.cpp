@@ -64,7 +64,7 @@ void AbslJoin(benchmark::State& state) {
 }
 
 #define QV_BESIDE(group, ours, peer)           \
-    BENCHMARK(ours)->Name(#group "/qvcommon"); \
+    BENCHMARK(ours)->Name(#group "/QvCommon"); \
     BENCHMARK(peer)->Name(#group "/Abseil")
 
 QV_BESIDE(SplitString, Split, AbslSplit);

@@ -57,8 +57,8 @@ void Strcoll(benchmark::State& state, bool accented) {
 }
 
 #define QV_SORT(group, accented)                                           \
-    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/qvcommon"); \
-    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/strcoll sort")
+    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/QvCommon"); \
+    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/std::sort by strcoll")
 
 QV_SORT(SortStringArray, false);
 QV_SORT(SortStringArrayAccented, true);
