@@ -22,7 +22,7 @@ void FillLockedMap(benchmark::State& state) {
         map.Clear();
     }
 }
-QV_GROWTH(FillLockedObjectMap, FillLockedMap, 10000);
+QV_GROWTH(FillLockedObjectMap, FillLockedMap, 2500);
 
 std::string NameOf(std::int64_t number) {
     return "qv-bench-growth-" + std::to_string(number);

@@ -87,11 +87,13 @@ def page(about, groups, machine):
     return HEAD.format(machine=machine) + sections + growth(groups)
 
 
-def best(about, groups):
-    """The rows that the README shows."""
-    rows = [row for section in about["family"] for row in section["row"] if row.get("readme")]
-    shown = [(row["what"], peers(groups[row["group"]], about["names"])[0]) for row in rows if row["group"] in groups]
-    return "| Operation | Time beside QvCommon's |\n| --- | --- |\n" + "".join(f"| {a} | {b} |\n" for a, b in shown if b)
+def with_ratios(text, about, groups):
+    """The text of the README with the rows that it shows, between the lines for them; as it is without such lines."""
+    rows = [row for section in about["family"] for row in section["row"] if row.get("readme") and row["group"] in groups]
+    shown = ((row["what"], peers(groups[row["group"]], about["names"])[0]) for row in rows)
+    table = "".join(f"| {what} | {ratio} |\n" for what, ratio in shown if ratio)
+    block = f"\n| Operation | Time beside QvCommon's |\n| --- | --- |\n{table}\n"
+    return BLOCK.sub(lambda old: old[1] + block + old[2], text)
 
 
 def machine():
@@ -104,7 +106,8 @@ def machine():
     size = f"{round(int(memory) / 2**20)} GB of memory" if memory.isdigit() else "unknown memory"
     processor = value("/proc/cpuinfo", r"^model name\s*:(.*)")
     kind = value("/proc/cpuinfo", r"^cpu family\s*:(.*)")
-    return f"{os.cpu_count()} cores, {processor} (family {kind}), {size}, {value('/etc/os-release', 'PRETTY_NAME=.(.*).$')}"
+    system = value("/etc/os-release", r"^PRETTY_NAME=.(.*).$")
+    return f"{os.cpu_count()} cores, {processor} (family {kind}), {size}, {system}"
 
 
 def main(root, *files):
@@ -115,8 +118,7 @@ def main(root, *files):
         print(f"benchmarks/performance.toml has no row for {name}", file=sys.stderr)
     (root / "docs/performance.md").write_text(page(about, groups, machine()))
     readme = root / "README.md"
-    text = readme.read_text()
-    readme.write_text(BLOCK.sub(lambda block: block[1] + best(about, groups) + block[2], text))
+    readme.write_text(with_ratios(readme.read_text(), about, groups))
 
 
 if __name__ == "__main__":

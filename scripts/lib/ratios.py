@@ -12,7 +12,7 @@ import statistics
 import sys
 
 # What the library adds to a name for settings of the run.
-SETTINGS = re.compile(r"/(?:(?:iterations|min_time|min_warmup_time|repeats|threads):[\d.]+|manual_time|process_time|real_time)")
+SETTINGS = re.compile(r"/(?:(?:iterations|min_time|min_warmup_time|repeats|threads):[\d.]+|(?:manual|process|real)_time)")
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}
 
 
