@@ -10,6 +10,7 @@
 #include <fstream>
 #include <functional>
 
+#include "benchmarks/files/Scratch.h"
 #include "benchmarks/support/RunBenchmarks.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/framework/Process.h"
@@ -19,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path g_folder = fs::temp_directory_path() / "qv-cabinet-bench";
+const fs::path g_folder = TheScratch() / "archives";
 
 /// Copies files until there are so many bytes of them.
 void Gather(const char* name, std::initializer_list<const char*> roots, std::initializer_list<const char*> extensions,
@@ -196,7 +197,6 @@ std::string MostMemory() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    fs::remove_all(g_folder);
     Gather("text", {"/usr/include"}, {".h", ".hpp", ".ipp"}, 30'000'000);
     Gather("binaries", {"/usr/bin", "/usr/lib"}, {"", ".so", ".a"}, 22'000'000);
     Gather("pictures", {"/usr/share"}, {".png", ".jpg", ".gif", ".ico", ".bmp"}, 8'000'000);
@@ -208,7 +208,5 @@ int main(int argc, char** argv) {
     MakeLzx();
     MakeFolders();
     Register();
-    const int status = RunBenchmarks(argc, argv);
-    fs::remove_all(g_folder);
-    return status;
+    return RunBenchmarks(argc, argv);
 }

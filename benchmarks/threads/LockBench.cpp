@@ -151,6 +151,7 @@ bool Register(const std::string& who) {
 
 const bool g_registered = Register<Ours>("QvCommon") && Register<std::shared_mutex>("std::shared_mutex") &&
                           Register<boost::shared_mutex>("boost::shared_mutex") &&
-                          Register<WriterFirstLock>("pthread_rwlock") && Register<AbseilLock>("absl::Mutex");
+                          Register<WriterFirstLock>("pthread_rwlock, writers first") &&
+                          Register<AbseilLock>("absl::Mutex");
 
 }  // namespace

@@ -65,14 +65,16 @@ def family(about, names, groups):
     return f"\n## {about['title']}\n\n{table}{note}"
 
 
-def growth(groups):
+def growth(groups, notes):
+    """The table of growths, with a note where one is known to be more than linear."""
     lines = ""
     for name, entries in groups.items():
         if ratios.is_growth(name):
             (first, once), *_, (last, more) = entries.items()
-            what = re.sub(r"Prepared$", ", prepared", name.removeprefix("Growth_").split("/")[0])
-            ratio = more.over(once)
-            lines += f"| {what} | {int(first):,} | {int(last):,} | {figure(ratio) if ratio else 'not measured'} |\n"
+            what = name.removeprefix("Growth_").split("/")[0]
+            known, ratio = notes.get(what, ""), more.over(once)
+            title = re.sub(r"Prepared$", ", prepared", what) + (f": {known}" if known else "")
+            lines += f"| {title} | {int(first):,} | {int(last):,} | {figure(ratio) if ratio else 'not measured'} |\n"
     return GROWTH + lines if lines else ""
 
 
@@ -84,13 +86,13 @@ def unknown(about, groups):
 
 def page(about, groups, machine):
     sections = "".join(family(section, about["names"], groups) for section in about["family"])
-    return HEAD.format(machine=machine) + sections + growth(groups)
+    return HEAD.format(machine=machine) + sections + growth(groups, about["growth"])
 
 
 def with_ratios(text, about, groups):
     """The text of the README with the rows that it shows, between the lines for them; as it is without such lines."""
-    rows = [row for section in about["family"] for row in section["row"] if row.get("readme") and row["group"] in groups]
-    shown = ((row["what"], peers(groups[row["group"]], about["names"])[0]) for row in rows)
+    rows = [row for section in about["family"] for row in section["row"] if row.get("readme")]
+    shown = ((row["what"], peers(groups[row["group"]], about["names"])[0]) for row in rows if row["group"] in groups)
     table = "".join(f"| {what} | {ratio} |\n" for what, ratio in shown if ratio)
     block = f"\n| Operation | Time beside QvCommon's |\n| --- | --- |\n{table}\n"
     return BLOCK.sub(lambda old: old[1] + block + old[2], text)

@@ -8,7 +8,7 @@ import unittest
 import performance
 import ratios
 
-ABOUT = {"names": {"id": "a peer, renamed"}, "family": [{"title": "Texts", "row": [
+ABOUT = {"names": {"id": "a peer, renamed"}, "growth": {"FindPrepared": "known"}, "family": [{"title": "Texts", "row": [
     {"group": "Split", "what": "Splitting", "bound": "memory", "readme": True},
     {"group": "Save/10", "what": "Saving", "bound": "syncs"},
     {"group": "Absent", "what": "Nothing", "bound": "nothing", "readme": True}]}]}
@@ -27,7 +27,8 @@ RUNS = [
     *run("Split/Missing", 0, family=2, error_occurred=True, error_message="not installed"),
     *run("Save/Ours/10", 2, unit="us", family=3), *run("Save/Peer/10/iterations:1", 1, unit="us", family=4),
     *run("Save/Ours/999", 5, family=3),
-    *run("Growth_FindPrepared/Ours/1000", 1, family=5), *run("Growth_FindPrepared/Ours/4000", 4100, unit="us", family=5),
+    *run("Growth_FindPrepared/Ours/1000", 1, family=5),
+    *run("Growth_FindPrepared/Ours/4000", 4100, unit="us", family=5),
     {"run_name": "Split/Ours", "run_type": "aggregate", "real_time": 1e9, "time_unit": "ns"},
 ]
 
@@ -45,7 +46,7 @@ class PerformanceTest(unittest.TestCase):
         self.assertIn("| Splitting | a peer, renamed **3.0** | memory |\n", page)
         self.assertIn("| Saving | Peer **0.50** | syncs |\n", page)
         self.assertIn("- Splitting: Missing (not installed)\n- Nothing: not measured\n", page)
-        self.assertIn("| Find, prepared | 1,000 | 4,000 | 4100000 |\n", page)
+        self.assertIn("| Find, prepared: known | 1,000 | 4,000 | 4100000 |\n", page)
         self.assertEqual(performance.unknown(ABOUT, self.groups), ["Save/999"])
 
     def test_readme(self):
