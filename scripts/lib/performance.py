@@ -21,8 +21,10 @@ Every figure is what another library or program takes, divided by what QvCommon 
 QvCommon needs half. All members of a row ran in one process or one run, interleaved, and a figure is the median of the
 repetitions' ratios. Times depend on the machine; ratios do less.
 
-Measured on: {machine}. `scripts/bench --publish` measures again and writes this page and the figures in the README;
-`scripts/bench FAMILY` prints one family.
+Measured on: {machine}.
+
+`scripts/bench --publish` measures again and writes this page and the figures in the README; `scripts/bench FAMILY`
+prints one family.
 """
 GROWTH = """
 ## Growth
