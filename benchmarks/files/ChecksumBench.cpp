@@ -25,7 +25,7 @@ void OfMemory(benchmark::State& state, Sum sum) {
 
 BENCHMARK_CAPTURE(OfMemory, ours, [](const std::string& t) {
     return MemCRC(t.data(), static_cast<int>(t.size()));
-})->Name("MemCRC_1MB/qvcommon");
+})->Name("MemCRC_1MB/QvCommon");
 BENCHMARK_CAPTURE(OfMemory, zlib, [](const std::string& t) {
     return crc32(0, reinterpret_cast<const Bytef*>(t.data()), static_cast<uInt>(t.size()));
 })->Name("MemCRC_1MB/zlib");
@@ -34,7 +34,7 @@ BENCHMARK_CAPTURE(OfMemory, libdeflate, [](const std::string& t) {
 })->Name("MemCRC_1MB/libdeflate");
 BENCHMARK_CAPTURE(OfMemory, tables, [](const std::string& t) {
     return qv::Crc32ByTables(0, t.data(), t.size());
-})->Name("MemCRC_by_tables_1MB/qvcommon");
+})->Name("MemCRC_by_tables_1MB/QvCommon");
 BENCHMARK_CAPTURE(OfMemory, zlib_tables, [](const std::string& t) {
     return crc32(0, reinterpret_cast<const Bytef*>(t.data()), static_cast<uInt>(t.size()));
 })->Name("MemCRC_by_tables_1MB/zlib");
@@ -59,7 +59,7 @@ void ReadOnly(benchmark::State& state) {
     }
 }
 
-BENCHMARK(OfFile)->Name("FileCRC_1GB/qvcommon")->Unit(benchmark::kMillisecond);
-BENCHMARK(ReadOnly)->Name("FileCRC_1GB/reading_alone")->Unit(benchmark::kMillisecond);
+BENCHMARK(OfFile)->Name("FileCRC_1GB/QvCommon")->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadOnly)->Name("FileCRC_1GB/reading alone")->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -15,6 +15,7 @@ public:
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
 
+    std::string Path() const { return m_path.string(); }
     std::string operator/(const std::string& name) const { return (m_path / name).string(); }
 
 private:

@@ -71,9 +71,9 @@ void Counts(benchmark::internal::Benchmark* benchmark) {
     benchmark->Arg(50)->Arg(5000)->Unit(benchmark::kMicrosecond)->UseRealTime();
 }
 
-BENCHMARK(OurGet)->Name("GetSetting/qvcommon")->Apply(Counts);
-BENCHMARK(GlibGet)->Name("GetSetting/GKeyFile")->Apply(Counts);
-BENCHMARK(OurSet)->Name("SetSetting/qvcommon")->Apply(Counts);
-BENCHMARK(GlibSet)->Name("SetSetting/GKeyFile")->Apply(Counts);
+BENCHMARK(OurGet)->Name("GetSetting/QvCommon")->Apply(Counts);
+BENCHMARK(GlibGet)->Name("GetSetting/GLib's GKeyFile")->Apply(Counts);
+BENCHMARK(OurSet)->Name("SetSetting/QvCommon")->Apply(Counts);
+BENCHMARK(GlibSet)->Name("SetSetting/GLib's GKeyFile")->Apply(Counts);
 
 }  // namespace

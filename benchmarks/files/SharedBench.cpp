@@ -29,8 +29,8 @@ void QtLock(benchmark::State& state) {
     }
 }
 
-BENCHMARK(OurLock)->Name("FreeLock/qvcommon");
-BENCHMARK(QtLock)->Name("FreeLock/QLockFile");
+BENCHMARK(OurLock)->Name("FreeLock/QvCommon");
+BENCHMARK(QtLock)->Name("FreeLock/Qt's QLockFile");
 
 std::string TextOf(const benchmark::State& state) {
     return std::string(static_cast<std::size_t>(state.range()), 'x');
@@ -69,8 +69,8 @@ void Sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Arg(10'000)->Arg(10'000'000)->Unit(benchmark::kMicrosecond)->UseRealTime();
 }
 
-BENCHMARK(OurSave)->Name("Save/qvcommon")->Apply(Sizes);
-BENCHMARK(QtSave)->Name("Save/QSaveFile")->Apply(Sizes);
-BENCHMARK(GlibSave)->Name("Save/glib")->Apply(Sizes);
+BENCHMARK(OurSave)->Name("Save/QvCommon")->Apply(Sizes);
+BENCHMARK(QtSave)->Name("Save/Qt's QSaveFile")->Apply(Sizes);
+BENCHMARK(GlibSave)->Name("Save/GLib")->Apply(Sizes);
 
 }  // namespace

@@ -37,9 +37,9 @@ void IntoNewBuffer(benchmark::State& state) {
     for (auto _ : state) Read(path, std::make_unique_for_overwrite<char[]>(kSize).get());
 }
 
-BENCHMARK(Ours)->Name("ReadFile_64MB/qvcommon")->Unit(benchmark::kMillisecond);
-BENCHMARK(IntoReadyBuffer)->Name("ReadFile_64MB/read_into_ready_buffer")->Unit(benchmark::kMillisecond);
-BENCHMARK(IntoNewBuffer)->Name("ReadFile_64MB/read_into_new_buffer")->Unit(benchmark::kMillisecond);
+BENCHMARK(Ours)->Name("ReadFile_64MB/QvCommon")->Unit(benchmark::kMillisecond);
+BENCHMARK(IntoReadyBuffer)->Name("ReadFile_64MB/fread into a ready buffer")->Unit(benchmark::kMillisecond);
+BENCHMARK(IntoNewBuffer)->Name("ReadFile_64MB/fread into a new buffer")->Unit(benchmark::kMillisecond);
 
 std::string FileOfLines() {
     const std::string path = TheScratch() / "lines";
@@ -68,7 +68,7 @@ void StandardLines(benchmark::State& state) {
     }
 }
 
-BENCHMARK(OurLines)->Name("ReadFile_lines/qvcommon")->Unit(benchmark::kMillisecond);
-BENCHMARK(StandardLines)->Name("ReadFile_lines/std_getline")->Unit(benchmark::kMillisecond);
+BENCHMARK(OurLines)->Name("ReadFile_lines/QvCommon")->Unit(benchmark::kMillisecond);
+BENCHMARK(StandardLines)->Name("ReadFile_lines/std::getline")->Unit(benchmark::kMillisecond);
 
 }  // namespace

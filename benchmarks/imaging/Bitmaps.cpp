@@ -100,12 +100,12 @@ void SaveMagick(benchmark::State& state) {
 }
 
 #define QV_BITMAP(function, name) BENCHMARK(function)->Name(name)->UseRealTime()
-QV_BITMAP(Load, "LoadBitmap_100MB/qvcommon");
-QV_BITMAP(LoadBare, "LoadBitmap_100MB/bare_read");
+QV_BITMAP(Load, "LoadBitmap_100MB/QvCommon");
+QV_BITMAP(LoadBare, "LoadBitmap_100MB/reading alone");
 QV_BITMAP(LoadSdl, "LoadBitmap_100MB/SDL");
 QV_BITMAP(LoadMagick, "LoadBitmap_100MB/ImageMagick");
-QV_BITMAP(Save, "SaveBitmap_100MB/qvcommon");
-QV_BITMAP(SaveBare, "SaveBitmap_100MB/bare_write");
+QV_BITMAP(Save, "SaveBitmap_100MB/QvCommon");
+QV_BITMAP(SaveBare, "SaveBitmap_100MB/writing alone");
 QV_BITMAP(SaveSdl, "SaveBitmap_100MB/SDL");
 QV_BITMAP(SaveMagick, "SaveBitmap_100MB/ImageMagick");
 

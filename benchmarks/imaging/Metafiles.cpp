@@ -69,8 +69,8 @@ void ReadOnly(benchmark::State& state) {
     }
 }
 
-BENCHMARK(Walk)->Name("Metafile_100MB/walk")->UseRealTime();
-BENCHMARK(ReadOnly)->Name("Metafile_100MB/read_into_memory")->UseRealTime();
+BENCHMARK(Walk)->Name("Metafile_100MB/QvCommon")->UseRealTime();
+BENCHMARK(ReadOnly)->Name("Metafile_100MB/reading alone")->UseRealTime();
 BENCHMARK(Peer)->Name("Metafile_100MB/libUEMF")->UseRealTime();
 
 }  // namespace

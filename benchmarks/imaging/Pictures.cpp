@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "benchmarks/imaging/ImagingFiles.h"
+#include "benchmarks/support/Growth.h"
 #include "qvcommon/ImageHelper.h"
 
 // PNG files read and written beside libpng, and the changes of pixels beside ImageMagick, which uses all cores. The picture
@@ -126,23 +127,21 @@ void Magicks(benchmark::State& state, Change change) {
     }
 }
 
-#define QV_PICTURE(function, name) BENCHMARK(function)->Name(name)->UseRealTime()->MinTime(0.1)
-QV_PICTURE(Read, "ReadPng/qvcommon");
+#define QV_PICTURE(function, name) BENCHMARK(function)->Name(name)->UseRealTime()
+QV_PICTURE(Read, "ReadPng/QvCommon");
 QV_PICTURE(ReadLibpng, "ReadPng/libpng");
 QV_PICTURE(ReadMagick, "ReadPng/ImageMagick");
-QV_PICTURE(Write, "WritePng/qvcommon");
+QV_PICTURE(Write, "WritePng/QvCommon");
 QV_PICTURE(WriteLibpng, "WritePng/libpng");
 QV_PICTURE(WriteMagick, "WritePng/ImageMagick");
 
 #define QV_CHANGE(group, ours, theirs)                                                                      \
     BENCHMARK_CAPTURE(Ours, group, [](const CDIBitmap& from, CDIBitmap& to) { return CImageHelper::ours; }) \
-        ->Name(#group "/qvcommon")                                                                          \
-        ->UseRealTime()                                                                                     \
-        ->MinTime(0.1);                                                                                     \
+        ->Name(#group "/QvCommon")                                                                          \
+        ->UseRealTime();                                                                                    \
     BENCHMARK_CAPTURE(Magicks, group, [](MagickWand* wand) { return theirs; })                              \
         ->Name(#group "/ImageMagick")                                                                       \
-        ->UseRealTime()                                                                                     \
-        ->MinTime(0.1)
+        ->UseRealTime()
 QV_CHANGE(ScaleToThird_Lanczos, Scale(from, to, 800, 600), MagickResizeImage(wand, 800, 600, LanczosFilter, 1));
 QV_CHANGE(ScaleToDouble_Lanczos, Scale(from, to, 4800, 3600), MagickResizeImage(wand, 4800, 3600, LanczosFilter, 1));
 QV_CHANGE(ScaleToThird_Box, Scale(from, to, 800, 600, CImageHelper::box), MagickScaleImage(wand, 800, 600));
@@ -155,21 +154,20 @@ QV_CHANGE(Mirror, Mirror(from, to, CImageHelper::horizontally), MagickFlopImage(
 // Time is linear in the pixels, also where a side becomes very short or very long.
 template <class Change>
 void Growth(benchmark::State& state, Change change) {
-    const Picture picture(static_cast<int>(state.range(0)));
+    const Picture picture(static_cast<int>(std::lround(std::sqrt(state.range() * 4 / 3))));
     CDIBitmap target;
     for (auto _ : state)
         if (!change(picture.bitmap, target)) state.SkipWithError("not done");
 }
 
-#define QV_GROWTH(name, call)                                                                                \
-    BENCHMARK_CAPTURE(Growth, name, [](const CDIBitmap& from, CDIBitmap& to) { return CImageHelper::call; }) \
-        ->Name("Growth" #name "_4_times_the_pixels/side")                                                    \
-        ->RangeMultiplier(2)                                                                                 \
-        ->Range(512, 2048)                                                                                   \
-        ->UseRealTime()                                                                                      \
-        ->MinTime(0.05)
-QV_GROWTH(ToOnePixel, Scale(from, to, 1, 1));
-QV_GROWTH(ToOneRow, Scale(from, to, 1 << 16, 1));
-QV_GROWTH(Rotate, Rotate(from, to, 45));
+constexpr auto kToOnePixel = [](const CDIBitmap& from, CDIBitmap& to) { return CImageHelper::Scale(from, to, 1, 1); };
+constexpr auto kToOneRow = [](const CDIBitmap& from, CDIBitmap& to) {
+    return CImageHelper::Scale(from, to, 1 << 16, 1);
+};
+constexpr auto kRotate = [](const CDIBitmap& from, CDIBitmap& to) { return CImageHelper::Rotate(from, to, 45); };
+
+QV_GROWTH_OF(ScaleToOnePixel, Growth, 1 << 20, kToOnePixel);
+QV_GROWTH_OF(ScaleToOneRow, Growth, 1 << 20, kToOneRow);
+QV_GROWTH_OF(Rotate, Growth, 1 << 20, kRotate);
 
 }  // namespace

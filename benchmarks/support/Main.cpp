@@ -1,5 +1,5 @@
-#include "benchmarks/support/RatioReporter.h"
+#include "benchmarks/support/RunBenchmarks.h"
 
 int main(int argc, char** argv) {
-    return RunWithRatios(argc, argv);
+    return RunBenchmarks(argc, argv);
 }

@@ -43,9 +43,10 @@ void Run(benchmark::State& state, Finder finder, const char* find, const char* e
         if (finder(text, wanted) != expected) state.SkipWithError("another place found");
 }
 
-#define QV_FIND(group, find, end)                                                                                \
-    BENCHMARK_CAPTURE(Run, group##1, Ours, find, end)->Name(#group "/qvcommon");                                 \
-    BENCHMARK_CAPTURE(Run, group##2, UpperCaseBothAndFind, find, end)->Name(#group "/upper-case both and find"); \
+#define QV_FIND(group, find, end)                                                \
+    BENCHMARK_CAPTURE(Run, group##1, Ours, find, end)->Name(#group "/QvCommon"); \
+    BENCHMARK_CAPTURE(Run, group##2, UpperCaseBothAndFind, find, end)            \
+        ->Name(#group "/making both upper case and searching");                  \
     BENCHMARK_CAPTURE(Run, group##3, BoostFind, find, end)->Name(#group "/boost::ifind_first")
 
 QV_FIND(FindNoCase_AtTheEnd, "Elizabeth Bennet", "said eLIZABETH bENNET");

@@ -1,8 +1,7 @@
-#include <benchmark/benchmark.h>
-
+#include "benchmarks/support/Growth.h"
 #include "qvcommon/StringHelper.h"
 
-// What ten times the input costs: the second line of each group is to stay near 10 times the first.
+// Operations on lists, and replacements that make more of what they look for.
 
 namespace {
 
@@ -90,8 +89,41 @@ void UnEscapeUrlChain(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::UnEscapeUrl(chain));
 }
 
-#define QV_GROWTH(group, function, size) \
-    BENCHMARK(function)->Name("Growth_" #group "/qvcommon")->Arg(size)->Arg(10 * size)
+// Fields of quotes, which a reader meets at every byte.
+void ReadCsv(benchmark::State& state, std::string_view piece) {
+    std::string text;
+    while (text.size() < static_cast<std::size_t>(state.range())) text += piece;
+    for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::CsvToArray(text));
+}
+
+void WriteCsv(benchmark::State& state) {
+    CStringArray fields;
+    for (std::int64_t i = 0; i < state.range(); ++i) fields.Add("a \"quoted\" field, and more");
+    for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::ArrayToCsv(fields));
+}
+
+void MakeMultiLine(benchmark::State& state, char c) {
+    const std::string text(static_cast<std::size_t>(state.range()), c);
+    for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::MakeMultiLine(text, 40));
+}
+
+void RemoveInstancesOf(benchmark::State& state) {
+    const CStringArray names = Names(static_cast<int>(state.range()), 0), unwanted = Backwards(names);
+    for (auto _ : state) {
+        CStringArray texts = names;
+        CStringHelper::RemoveInstancesOf(texts, unwanted);
+        benchmark::DoNotOptimize(texts);
+    }
+}
+
+void SortStringArray(benchmark::State& state) {
+    const CStringArray names = Names(static_cast<int>(state.range()), 0);
+    for (auto _ : state) {
+        CStringArray texts = names;
+        CStringHelper::SortStringArray(texts);
+        benchmark::DoNotOptimize(texts);
+    }
+}
 
 QV_GROWTH(EqualContents, EqualContents<0>, 10000);
 QV_GROWTH(EqualContentsNoCase, EqualContents<1>, 10000);
@@ -102,5 +134,13 @@ QV_GROWTH(CollateValues, CollateValues, 10000);
 QV_GROWTH(ReplaceAllBlanks, ReplaceAllBlanks, 100000);
 QV_GROWTH(ReplaceAllOneByOne, ReplaceAllOneByOne, 100000);
 QV_GROWTH(UnEscapeUrlChain, UnEscapeUrlChain, 100000);
+
+QV_GROWTH(RemoveInstancesOf, RemoveInstancesOf, 10000);
+QV_GROWTH(SortStringArray, SortStringArray, 10000);
+QV_GROWTH_OF(CsvToArray, ReadCsv, 100000, "field, \"quoted\",");
+QV_GROWTH_OF(CsvToArrayPrepared, ReadCsv, 100000, "\"");
+QV_GROWTH(ArrayToCsv, WriteCsv, 10000);
+QV_GROWTH_OF(MakeMultiLine, MakeMultiLine, 100000, ' ');
+QV_GROWTH_OF(MakeMultiLinePrepared, MakeMultiLine, 100000, 'x');
 
 }  // namespace

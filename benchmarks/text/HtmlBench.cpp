@@ -76,6 +76,6 @@ std::size_t BuildWithString() {
 }
 
 QV_BENCH(Append, QvCommon, BuildWithWriter());
-QV_BENCH(Append, String, BuildWithString());
+QV_BENCH(Append, std_string, BuildWithString());
 
 }  // namespace

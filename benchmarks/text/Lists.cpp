@@ -98,7 +98,7 @@ void AbslJoin(benchmark::State& state) {
 }
 
 #define QV_BESIDE_PEER(group, ours, name, peer) \
-    BENCHMARK(ours)->Name(#group "/qvcommon");  \
+    BENCHMARK(ours)->Name(#group "/QvCommon");  \
     BENCHMARK(peer)->Name(#group "/" name)
 #define QV_BESIDE(group, ours, peer) QV_BESIDE_PEER(group, ours, "Abseil", peer)
 

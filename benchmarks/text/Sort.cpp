@@ -102,8 +102,8 @@ void IcuKeys(benchmark::State& state, bool accented) {
 }
 
 #define QV_SORT(group, accented)                                                    \
-    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/qvcommon");          \
-    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/strcoll sort");   \
+    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/QvCommon");          \
+    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/std::sort by strcoll");   \
     BENCHMARK_CAPTURE(IcuCompare, group##3, accented)->Name(#group "/ICU compare"); \
     BENCHMARK_CAPTURE(IcuKeys, group##4, accented)->Name(#group "/ICU keys")
 

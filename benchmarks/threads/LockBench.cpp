@@ -1,15 +1,24 @@
+// The read-write lock beside those of others: free, shared by threads, and how long a thread may have to wait for it.
+
+#include <absl/synchronization/mutex.h>
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <atomic>
 #include <boost/thread/shared_mutex.hpp>
+#include <chrono>
 #include <cstdint>
 #include <shared_mutex>
 #include <string>
-#include <tuple>
+#include <thread>
+#include <vector>
 
 #include "benchmarks/threads/system/WriterFirstLock.h"
 #include "qvcommon/ReadWriteLock.h"
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 // Ours under the names that its peers have.
 class Ours {
@@ -21,6 +30,17 @@ public:
 
 private:
     CReadWriteLock m_lock;
+};
+
+class AbseilLock {
+public:
+    void lock_shared() { m_lock.ReaderLock(); }
+    void unlock_shared() { m_lock.ReaderUnlock(); }
+    void lock() { m_lock.WriterLock(); }
+    void unlock() { m_lock.WriterUnlock(); }
+
+private:
+    absl::Mutex m_lock;
 };
 
 template <class Lock>
@@ -41,15 +61,28 @@ void Write(benchmark::State& state) {
     }
 }
 
-/// Threads that all read and write one number, with so many reads in a hundred.
-template <class Lock, unsigned kReads>
-void Share(benchmark::State& state) {
+/// Whether each next operation reads, for so many in a hundred.
+class Mix {
+public:
+    Mix(unsigned reads, int seed) : m_reads(reads), m_random(0x9E3779B9U * static_cast<std::uint32_t>(seed + 1)) {}
+    bool Reads() {
+        m_random = m_random * 1664525 + 1013904223;
+        return (m_random >> 16) % 100 < m_reads;
+    }
+
+private:
+    unsigned m_reads;
+    std::uint32_t m_random;
+};
+
+/// Threads that all read and write one number.
+template <class Lock>
+void Share(benchmark::State& state, unsigned reads) {
     static Lock lock;
     static std::uint64_t number = 0;
-    std::uint32_t random = 0x9E3779B9U * static_cast<std::uint32_t>(state.thread_index() + 1);
+    Mix mix(reads, state.thread_index());
     for (auto _ : state) {
-        random = random * 1664525 + 1013904223;
-        if ((random >> 16) % 100 < kReads) {
+        if (mix.Reads()) {
             const std::shared_lock held(lock);
             benchmark::DoNotOptimize(number);
         } else {
@@ -59,22 +92,66 @@ void Share(benchmark::State& state) {
     }
 }
 
+struct Waits {
+    Clock::duration reader{}, writer{};
+};
+
+/// Takes the lock until it is told to end, and returns its longest waits.
+template <class Lock>
+Waits Take(Lock& lock, Mix mix, const std::atomic<bool>& end) {
+    Waits longest;
+    while (!end.load(std::memory_order_relaxed)) {
+        const bool reads = mix.Reads();
+        const auto before = Clock::now();
+        reads ? lock.lock_shared() : lock.lock();
+        Clock::duration& wait = reads ? longest.reader : longest.writer;
+        wait = std::max(wait, Clock::now() - before);
+        reads ? lock.unlock_shared() : lock.unlock();
+    }
+    return longest;
+}
+
+/// The longest wait of eight threads in a fifth of a second, of whom each tenth operation writes.
+template <class Lock>
+void Wait(benchmark::State& state, Clock::duration Waits::*which) {
+    constexpr int count = 8;
+    for (auto _ : state) {
+        Lock lock;
+        std::atomic<bool> end = false;
+        std::vector<Waits> waits(static_cast<std::size_t>(count));
+        {
+            std::vector<std::jthread> threads;
+            for (int i = 0; i < count; ++i)
+                threads.emplace_back([&, i] { waits[static_cast<std::size_t>(i)] = Take(lock, Mix(90, i), end); });
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+            end = true;
+        }
+        Clock::duration longest{};
+        for (const Waits& one : waits) longest = std::max(longest, one.*which);
+        state.SetIterationTime(std::chrono::duration<double>(longest).count());
+    }
+}
+
 template <class Lock>
 bool Register(const std::string& who) {
-    benchmark::RegisterBenchmark(("LockRead/" + who).c_str(), &Read<Lock>)->MinTime(0.1);
-    benchmark::RegisterBenchmark(("LockWrite/" + who).c_str(), &Write<Lock>)->MinTime(0.1);
-    const std::tuple<const char*, void (*)(benchmark::State&), int> shared[] = {
-        {"Lock2Threads90Reads/", &Share<Lock, 90>, 2},
-        {"Lock2Threads50Reads/", &Share<Lock, 50>, 2},
-        {"Lock8Threads90Reads/", &Share<Lock, 90>, 8},
-        {"Lock8Threads50Reads/", &Share<Lock, 50>, 8}};
-    for (const auto& [name, function, threads] : shared)
-        benchmark::RegisterBenchmark((name + who).c_str(), function)->Threads(threads)->UseRealTime()->MinTime(0.2);
+    const auto add = [&who](const std::string& group, auto function, auto... arguments) {
+        return benchmark::RegisterBenchmark((group + "/" + who).c_str(), function, arguments...);
+    };
+    add("LockRead", &Read<Lock>);
+    add("LockWrite", &Write<Lock>);
+    for (const int threads : {2, 8, 32})
+        for (const unsigned reads : {50U, 90U, 99U})
+            add("Lock" + std::to_string(threads) + "Threads" + std::to_string(reads) + "Reads", &Share<Lock>, reads)
+                ->Threads(threads)
+                ->UseRealTime();
+    add("LongestWriterWait", &Wait<Lock>, &Waits::writer)->Iterations(1)->UseManualTime();
+    add("LongestReaderWait", &Wait<Lock>, &Waits::reader)->Iterations(1)->UseManualTime();
     return true;
 }
 
-const bool g_registered = Register<Ours>("qvcommon") && Register<std::shared_mutex>("std_shared_mutex") &&
-                          Register<boost::shared_mutex>("boost_shared_mutex") &&
-                          Register<WriterFirstLock>("pthread_rwlock_writers_first");
+const bool g_registered = Register<Ours>("QvCommon") && Register<std::shared_mutex>("std::shared_mutex") &&
+                          Register<boost::shared_mutex>("boost::shared_mutex") &&
+                          Register<WriterFirstLock>("pthread_rwlock, writers first") &&
+                          Register<AbseilLock>("absl::Mutex");
 
 }  // namespace

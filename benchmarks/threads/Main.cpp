@@ -1,8 +1,8 @@
-#include "benchmarks/support/RatioReporter.h"
+#include "benchmarks/support/RunBenchmarks.h"
 #include "tests/support/Child.h"
 
 // Some benchmarks start this program anew, as the process that they talk to.
 int main(int argc, char** argv) {
     int exitStatus = 0;
-    return RunChild(argc, argv, exitStatus) ? exitStatus : RunWithRatios(argc, argv);
+    return RunChild(argc, argv, exitStatus) ? exitStatus : RunBenchmarks(argc, argv);
 }

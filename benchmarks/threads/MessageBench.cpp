@@ -128,8 +128,8 @@ void SessionBus(benchmark::State& state) {
     std::filesystem::remove(TheScratch() / "bus");
 }
 
-BENCHMARK(Ours)->Name("MessageRoundTrip/qvcommon")->UseRealTime();
-BENCHMARK(BareSocket)->Name("MessageRoundTrip/bare_unix_socket")->UseRealTime();
-BENCHMARK(SessionBus)->Name("MessageRoundTrip/dbus_session_bus")->UseRealTime();
+BENCHMARK(Ours)->Name("MessageRoundTrip/QvCommon")->UseRealTime();
+BENCHMARK(BareSocket)->Name("MessageRoundTrip/a bare Unix socket")->UseRealTime();
+BENCHMARK(SessionBus)->Name("MessageRoundTrip/D-Bus")->UseRealTime();
 
 }  // namespace

@@ -88,7 +88,7 @@ void InotifyWait(benchmark::State& state) {
     program.Kill();
 }
 
-BENCHMARK(Ours)->Name("WatcherLatency/qvcommon")->UseManualTime();
+BENCHMARK(Ours)->Name("WatcherLatency/QvCommon")->UseManualTime();
 BENCHMARK(InotifyWait)->Name("WatcherLatency/inotifywait")->UseManualTime();
 
 constexpr int kTop = 100, kBelow = 99;
@@ -128,7 +128,7 @@ void Walk(benchmark::State& state) {
     }
 }
 
-BENCHMARK(Arm)->Name("ArmTenThousandFolders/qvcommon")->UseRealTime();
-BENCHMARK(Walk)->Name("ArmTenThousandFolders/walk_alone")->UseRealTime();
+BENCHMARK(Arm)->Name("ArmTenThousandFolders/QvCommon")->UseRealTime();
+BENCHMARK(Walk)->Name("ArmTenThousandFolders/walking alone")->UseRealTime();
 
 }  // namespace

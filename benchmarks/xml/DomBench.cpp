@@ -1,9 +1,10 @@
-// Values by path, beside the evaluators of two XML libraries.
+// Documents loaded and walked, and values by path, beside two XML libraries.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
 
 #include <pugixml.hpp>
+#include <string_view>
 
 #include "qvcommon/XmlDomElement.h"
 
@@ -15,7 +16,8 @@ const std::string& Document() {
         std::string xml = "<list>";
         for (int group = 0; group < 100; ++group) {
             xml += "<group>";
-            for (int item = 0; item < 100; ++item) xml += "<item><v>" + std::to_string(group * item) + "</v></item>";
+            for (int item = 0; item < 100; ++item)
+                xml += "<item id='" + std::to_string(item) + "'><v>" + std::to_string(group * item) + "</v></item>";
             xml += "</group>";
         }
         return xml += "</list>";
@@ -76,9 +78,12 @@ void Load_QvCommon(benchmark::State& state, const std::string& text) {
         if (!document.loadXML(text)) state.SkipWithError("not loaded");
 }
 
+xmlDoc* Parsed(const std::string& text) {
+    return xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr, 0);
+}
+
 void Load_libxml2(benchmark::State& state, const std::string& text) {
-    const int size = static_cast<int>(text.size());
-    for (auto _ : state) xmlFreeDoc(xmlReadMemory(text.data(), size, nullptr, nullptr, 0));
+    for (auto _ : state) xmlFreeDoc(Parsed(text));
 }
 
 void Load_pugixml(benchmark::State& state, const std::string& text) {
@@ -96,74 +101,66 @@ void Load_pugixml(benchmark::State& state, const std::string& text) {
 QV_LOAD(Load, Document());
 QV_LOAD(LoadSaved, SavedDocument());
 
-CString List(int count) {
-    CString xml = "<list>";
-    for (int i = 0; i < count; ++i) xml += "<item><v>x</v></item>";
-    return xml += "</list>";
+// The document loaded, then the attribute and the text of each item read.
+std::size_t Characters() {
+    std::size_t count = 0;
+    for (int group = 0; group < 100; ++group)
+        for (int item = 0; item < 100; ++item)
+            count += std::to_string(item).size() + std::to_string(group * item).size();
+    return count;
 }
 
-// Ten times the items: the second line of each group is to stay near 10 times the first.
-template <int Mode>
-void GetStringArray(benchmark::State& state) {
-    const auto root = CXmlHelper::GetDocumentElement(List(static_cast<int>(state.range())));
+void CheckRead(benchmark::State& state, std::size_t count) {
+    static const std::size_t expected = Characters();
+    if (count != expected) state.SkipWithError("other texts");
+}
+
+void Walk_QvCommon(benchmark::State& state) {
+    const auto document = CXmlHelper::CreateDocument();
+    CString id;
     for (auto _ : state) {
-        CStringArray values;
-        CXmlHelper::GetStringArray(root, Mode ? "item[%d]/v" : "item", values, Mode);
-        if (values.GetSize() != state.range()) state.SkipWithError("items are missing");
+        int read = 0;
+        document.loadXML(Document());
+        const auto root = document.get_documentElement();
+        for (auto group = root.get_firstChild(); group; group = group.get_nextSibling())
+            for (auto item = group.get_firstChild(); item; item = item.get_nextSibling()) {
+                MSXML2::IXMLDOMElement(item).getAttribute("id", id);
+                read += id.GetLength() + item.get_text().GetLength();
+            }
+        CheckRead(state, static_cast<std::size_t>(read));
     }
 }
-BENCHMARK(GetStringArray<0>)->Name("Growth_ArrayByIndex/qvcommon")->Arg(1000)->Arg(10000);
-BENCHMARK(GetStringArray<1>)->Name("Growth_ArrayByFormat/qvcommon")->Arg(1000)->Arg(10000);
+BENCHMARK(Walk_QvCommon)->Name("LoadAndWalk/QvCommon");
 
-void CreateXmlPath(benchmark::State& state) {
-    const CString path = "list/item[" + CString(std::to_string(state.range() - 1)) + "]";
-    for (auto _ : state) CXmlHelper::CreateXmlPath(CXmlHelper::CreateDocument(), path, "v");
-}
-BENCHMARK(CreateXmlPath)->Name("Growth_CreateXmlPath/qvcommon")->Arg(1000)->Arg(10000);
-
-// Each move looks at the declarations in scope once.
-void MoveUnderDeclarations(benchmark::State& state) {
-    std::string text = "<r";
-    for (int i = 0; i < 1000; ++i) text += " xmlns:n" + std::to_string(i) + "='u" + std::to_string(i) + "'";
-    const auto root = CXmlHelper::GetDocumentElement(text + "><n999:a/></r>");
-    const auto child = root.get_firstChild();
-    for (auto _ : state)
-        for (int i = 0; i < state.range(); ++i) root.appendChild(child);
-}
-BENCHMARK(MoveUnderDeclarations)->Name("Growth_MoveUnderDeclarations/qvcommon")->Arg(1000)->Arg(10000);
-
-void SetAttributes(benchmark::State& state) {
+void Walk_libxml2(benchmark::State& state) {
     for (auto _ : state) {
-        const auto root = CXmlHelper::GetDocumentElement("<r/>");
-        for (int i = 0; i < state.range(); ++i) root.setAttribute("k" + std::to_string(i), "v");
+        std::size_t read = 0;
+        xmlDoc* const doc = Parsed(Document());
+        for (xmlNode* group = xmlDocGetRootElement(doc)->children; group; group = group->next)
+            for (xmlNode* item = group->children; item; item = item->next)
+                for (xmlChar* const text :
+                     {xmlGetProp(item, reinterpret_cast<const xmlChar*>("id")), xmlNodeGetContent(item)}) {
+                    read += static_cast<std::size_t>(xmlStrlen(text));
+                    xmlFree(text);
+                }
+        xmlFreeDoc(doc);
+        CheckRead(state, read);
     }
 }
-BENCHMARK(SetAttributes)->Name("Growth_SetAttributes/qvcommon")->Arg(1000)->Arg(10000);
+BENCHMARK(Walk_libxml2)->Name("LoadAndWalk/libxml2");
 
-// Between elements of one document.
-void SyncAttributes(benchmark::State& state) {
-    const auto document = CXmlHelper::GetDocumentElement("<r/>").get_ownerDocument();
-    const auto from = document.get_documentElement();
-    for (int i = 0; i < state.range(); ++i) from.setAttribute("k" + std::to_string(i), "v");
-    for (auto _ : state) CXmlDomElement::SyncNode(document.createElement("r"), from);
-}
-BENCHMARK(SyncAttributes)->Name("Growth_SyncAttributes/qvcommon")->Arg(1000)->Arg(10000);
-
-void AddElements(benchmark::State& state) {
+void Walk_pugixml(benchmark::State& state) {
     for (auto _ : state) {
-        const auto root = CXmlHelper::GetDocumentElement("<r/>");
-        for (int i = 0; i < state.range(); ++i) CXmlHelper::AddElement(root, "item", "x");
+        std::size_t read = 0;
+        pugi::xml_document doc;
+        doc.load_buffer(Document().data(), Document().size());
+        for (const pugi::xml_node group : doc.document_element())
+            for (const pugi::xml_node item : group)
+                read += std::string_view(item.attribute("id").value()).size() +
+                        std::string_view(item.child_value("v")).size();
+        CheckRead(state, read);
     }
 }
-BENCHMARK(AddElements)->Name("Growth_AddElements/qvcommon")->Arg(1000)->Arg(10000);
-
-// In each other, as deep as elements may be.
-void AddChain(benchmark::State& state) {
-    for (auto _ : state) {
-        auto inner = CXmlHelper::GetDocumentElement("<r/>");
-        for (int i = 0; i < state.range(); ++i) inner = CXmlHelper::AddElement(inner, "item", "");
-    }
-}
-BENCHMARK(AddChain)->Name("Growth_AddChain/qvcommon")->Arg(25)->Arg(250);
+BENCHMARK(Walk_pugixml)->Name("LoadAndWalk/pugixml");
 
 }  // namespace

@@ -103,31 +103,4 @@ void Write_pugixml(benchmark::State& state) {
 }
 BENCHMARK(Write_pugixml)->Name("Write/pugixml");
 
-// The indentation makes the text grow with the square of the depth; by its bytes the two lines are to stay near each other.
-void AppendNested(benchmark::State& state) {
-    std::int64_t bytes = 0;
-    for (auto _ : state) {
-        CXmlSection section;
-        for (int i = 0; i < state.range(); ++i) section.AppendRawXml("<a>", 1, 0);
-        for (int i = 0; i < state.range(); ++i) section.AppendRawXml("</a>", 0, 1);
-        bytes += section.GetRawXml().GetLength();
-    }
-    state.SetBytesProcessed(bytes);
-}
-BENCHMARK(AppendNested)->Name("Growth_AppendNested/qvcommon")->Arg(300)->Arg(3000);
-
-// A lookup, whatever the number of elements beside: the second line is to stay near the first.
-void Lookup(benchmark::State& state) {
-    CXmlSection writer, section;
-    const int count = static_cast<int>(state.range());
-    for (int i = 0; i < count; ++i) writer.AddInteger("Item", i, 1);
-    section.SetRawXml(writer.GetRawXml());
-    int value = 0, index = 0;
-    for (auto _ : state) {
-        section.GetInteger("Item", value, index = (index + 7) % count);
-        if (value != index) state.SkipWithError("wrong item");
-    }
-}
-BENCHMARK(Lookup)->Name("Growth_Lookup/qvcommon")->Arg(100)->Arg(100000);
-
 }  // namespace

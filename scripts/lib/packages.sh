@@ -18,9 +18,9 @@ declare -gA QV_PACKAGES=(
     [axe]="npm"
     [windows-x64]="clang g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64"
     [windows-x86]="g++-mingw-w64-i686-posix libz-mingw-w64-dev patchelf"
-    [bench]="locales libbenchmark-dev libglib2.0-dev libabsl-dev libboost-dev libicu-dev qt6-base-dev libdeflate-dev zlib1g-dev libpugixml-dev
-        7zip cabextract gcab libmagickwand-dev libpng-dev libsdl2-dev libuemf-dev
-        dbus-daemon inotify-tools libboost-thread-dev libdbus-1-dev"
+    [bench]="7zip cabextract dbus-daemon e2fsprogs fd-find gcab inotify-tools libabsl-dev libbenchmark-dev libboost-dev
+        libboost-filesystem-dev libboost-locale-dev libboost-thread-dev libdbus-1-dev libdeflate-dev libglib2.0-dev libicu-dev
+        libmagickwand-dev libpng-dev libpugixml-dev libsdl2-dev libuemf-dev locales mount python3 qt6-base-dev rhash zlib1g-dev"
 )
 
 # The locales that tests and benchmarks of texts, folding and collation switch to.

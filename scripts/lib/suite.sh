@@ -67,16 +67,16 @@ has_browser_tests() {
     ! (cd "$QV_ROOT" && ctest --preset linux -N -L '^browser$' --no-tests=ignore) | grep -q '^Total Tests: 0'
 }
 
-# Four checks: the rules of the tree, how the sources are laid out, what static analysis finds in them, and whether the
-# documentation can be made.
+# Five checks: the rules of the tree, how the sources are laid out, what static analysis finds in them, whether the
+# benchmarks can be built, and whether the documentation can be made.
 run_style() {
     local check passed=0 failed=0 started=$SECONDS
-    if (need build tests format tidy docs); then
-        for check in check_tree check_format check_tidy make_docs; do
+    if (need build tests bench format tidy docs); then
+        for check in check_tree check_format check_tidy check_benchmarks make_docs; do
             if "$check"; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
         done
     else
-        failed=4
+        failed=5
     fi
     record style "$passed" "$failed" 0 $((SECONDS - started))
 }

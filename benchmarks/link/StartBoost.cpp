@@ -1,0 +1,10 @@
+// Those of its libraries that do what QvCommon does: files, threads, and texts by the rules of a language.
+#include <boost/filesystem/operations.hpp>
+#include <boost/locale/generator.hpp>
+#include <boost/thread/thread.hpp>
+
+int main(int argc, char**) {
+    const boost::locale::generator generator;
+    const bool wrong = boost::filesystem::exists("/none") || !boost::thread::hardware_concurrency();
+    return wrong + !generator.use_ansi_encoding() - 1 + argc - 1;
+}

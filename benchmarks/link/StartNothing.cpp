@@ -1,0 +1,2 @@
+// The least that a program can be.
+int main() {}
