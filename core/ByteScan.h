@@ -38,6 +38,12 @@ void MarkOneByOne(const char* text, std::size_t count, ByteMarks* marks, IsMembe
     }
 }
 
+template <class IsMember>
+std::size_t CountPlainOneByOne(const char* text, std::size_t count, IsMember isMember) {
+    const char* const end = text + count * kMarksBlock;
+    return static_cast<std::size_t>(std::find_if(text, end, isMember) - text) / kMarksBlock;
+}
+
 #if QV_HAS_VECTORS
 inline constexpr std::size_t kVector = 16;
 
@@ -53,6 +59,18 @@ __attribute__((QV_VECTOR_FUNCTION)) void MarkByVectors(const char* text, std::si
         }
         *marks++ = block;
     }
+}
+
+template <class Hits>
+__attribute__((QV_VECTOR_FUNCTION)) std::size_t CountPlainByVectors(const char* text, std::size_t count, Hits hits) {
+    std::size_t plain = 0;
+    for (; plain < count; ++plain) {
+        __m128i any = _mm_setzero_si128();
+        for (std::size_t i = 0; i < kMarksBlock; i += kVector, text += kVector)
+            any = _mm_or_si128(any, hits(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text))));
+        if (_mm_movemask_epi8(any)) break;
+    }
+    return plain;
 }
 
 inline __m128i AreEqual(__m128i bytes, char wanted) {
@@ -74,15 +92,20 @@ public:
     /// Marks the members in `count` whole blocks.
     static void Mark(const char* text, std::size_t count, ByteMarks* marks) {
 #if QV_HAS_VECTORS
-        if (kFitsShuffle && sizeof...(Members) > kCheapComparisons && __builtin_cpu_supports("ssse3"))
-            return MarkByShuffle(text, count, marks);
-        internal::MarkByVectors(text, count, marks, [](__m128i bytes) {
-            __m128i hits = _mm_setzero_si128();
-            ((hits = _mm_or_si128(hits, internal::AreEqual(bytes, static_cast<char>(Members)))), ...);
-            return hits;
-        });
+        if (MayShuffle()) return MarkByShuffle(text, count, marks);
+        internal::MarkByVectors(text, count, marks, [](__m128i bytes) { return HitsByComparison(bytes); });
 #else
         internal::MarkOneByOne(text, count, marks, Has);
+#endif
+    }
+
+    /// How many of `count` whole blocks there are before the first one with a member.
+    static std::size_t CountPlain(const char* text, std::size_t count) {
+#if QV_HAS_VECTORS
+        if (MayShuffle()) return CountPlainByShuffle(text, count);
+        return internal::CountPlainByVectors(text, count, [](__m128i bytes) { return HitsByComparison(bytes); });
+#else
+        return internal::CountPlainOneByOne(text, count, Has);
 #endif
     }
 
@@ -104,7 +127,18 @@ private:
     }();
     static constexpr bool kFitsShuffle = ((kCandidates[Members % kVector] == Members) && ...);
 
-    // The loop of MarkByVectors again: a function for some processors cannot be part of one for all.
+    static bool MayShuffle() {
+        return kFitsShuffle && sizeof...(Members) > kCheapComparisons && __builtin_cpu_supports("ssse3");
+    }
+
+    static __m128i HitsByComparison(__m128i bytes) {
+        __m128i hits = _mm_setzero_si128();
+        ((hits = _mm_or_si128(hits, internal::AreEqual(bytes, static_cast<char>(Members)))), ...);
+        return hits;
+    }
+
+    // The loops of MarkByVectors and CountPlainByVectors again: a function for some processors cannot be part of one for
+    // all.
     __attribute__((QV_VECTOR_FUNCTION, target("ssse3"))) static void MarkByShuffle(const char* text, std::size_t count,
                                                                                    ByteMarks* marks) {
         const __m128i candidates = _mm_load_si128(reinterpret_cast<const __m128i*>(kCandidates.data()));
@@ -119,6 +153,23 @@ private:
             }
             *marks++ = block;
         }
+    }
+
+    __attribute__((QV_VECTOR_FUNCTION, target("ssse3"))) static std::size_t CountPlainByShuffle(const char* text,
+                                                                                                std::size_t count) {
+        const __m128i candidates = _mm_load_si128(reinterpret_cast<const __m128i*>(kCandidates.data()));
+        const __m128i lastBits = _mm_set1_epi8(kVector - 1);
+        std::size_t plain = 0;
+        for (; plain < count; ++plain) {
+            __m128i any = _mm_setzero_si128();
+            for (std::size_t i = 0; i < kMarksBlock; i += kVector, text += kVector) {
+                const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+                const __m128i chosen = _mm_shuffle_epi8(candidates, _mm_and_si128(bytes, lastBits));
+                any = _mm_or_si128(any, _mm_cmpeq_epi8(chosen, bytes));
+            }
+            if (_mm_movemask_epi8(any)) break;
+        }
+        return plain;
     }
 #endif
 };
@@ -183,14 +234,14 @@ std::size_t CountBytes(const Set& set, std::string_view text) {
 }
 
 /// The first position that holds a member; the text's length when there is none.
-template <class Set>
-std::size_t FindByte(const Set& set, std::string_view text) {
+template <unsigned char... Members>
+std::size_t FindByte(const ByteSet<Members...>& set, std::string_view text) {
+    const std::size_t whole = text.size() / kMarksBlock;
+    const std::size_t from = whole == 0 ? 0 : set.CountPlain(text.data(), whole) * kMarksBlock;
+    if (from == text.size()) return from;
     ByteMarks marks[1];
-    for (std::size_t from = 0; from < text.size(); from += kMarksBlock) {
-        MarkBytes(set, text, from, marks, 1);
-        if (marks[0] != 0) return from + static_cast<std::size_t>(std::countr_zero(marks[0]));
-    }
-    return text.size();
+    MarkBytes(set, text, from, marks, 1);
+    return marks[0] == 0 ? text.size() : from + static_cast<std::size_t>(std::countr_zero(marks[0]));
 }
 
 }  // namespace qv

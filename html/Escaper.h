@@ -126,8 +126,13 @@ public:
     std::string Escape() {
         m_out.reserve(m_text.size());
         while (m_begin < m_text.size()) {
-            const std::size_t size = PieceSize();
-            AppendPiece(m_text.substr(m_begin, size));
+            std::size_t size = PlainSize();
+            if (size > 0) {
+                m_out.append(m_text.substr(m_begin, size));
+            } else {
+                size = Whole(std::min(m_text.size() - m_begin, kPiece));
+                AppendPiece(m_text.substr(m_begin, size));
+            }
             if (m_linesSplitBytes) return Escaper(internal::WithoutLineFeeds(m_text)).Escape();
             m_begin += size;
         }
@@ -137,11 +142,18 @@ public:
 private:
     static constexpr std::size_t kPiece = 1024;
 
-    // The first byte of a non-breaking space, which goes with the second one, ends no piece.
-    std::size_t PieceSize() const {
-        const std::size_t left = m_text.size() - m_begin;
-        if (left <= kPiece) return left;
-        return m_text[m_begin + kPiece - 1] == kNoBreakSpaceUtf8[0] ? kPiece - 1 : kPiece;
+    // How much there is without specials, 0 when that is less than a piece.
+    std::size_t PlainSize() const {
+        constexpr std::size_t most = 64;
+        const std::size_t blocks = std::min((m_text.size() - m_begin) / kMarksBlock, most);
+        const std::size_t plain = Rule::Specials::CountPlain(m_text.data() + m_begin, blocks) * kMarksBlock;
+        return plain < kPiece ? 0 : Whole(plain);
+    }
+
+    // Less by one where the text goes on: the first byte of a non-breaking space goes with the second one.
+    std::size_t Whole(std::size_t size) const {
+        const bool ends = m_begin + size == m_text.size();
+        return ends || m_text[m_begin + size - 1] != kNoBreakSpaceUtf8[0] ? size : size - 1;
     }
 
     void AppendPiece(std::string_view piece) {

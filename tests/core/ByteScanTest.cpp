@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -24,7 +25,13 @@ void ExpectFound(const Set& set, std::string_view text, IsMember isMember) {
     qv::ForEachByte(set, text, [&](std::size_t position) { found.push_back(position); });
     ASSERT_EQ(found, expected) << text.size();
     ASSERT_EQ(qv::CountBytes(set, text), expected.size());
-    ASSERT_EQ(qv::FindByte(set, text), expected.empty() ? text.size() : expected[0]);
+}
+
+template <unsigned char... Members, class IsMember>
+void ExpectFound(const qv::ByteSet<Members...>& set, std::string_view text, IsMember isMember) {
+    ExpectFound<qv::ByteSet<Members...>, IsMember>(set, text, isMember);
+    const auto first = std::find_if(text.begin(), text.end(), isMember) - text.begin();
+    ASSERT_EQ(qv::FindByte(set, text), static_cast<std::size_t>(first));
 }
 
 void ExpectAllFound(std::string_view text) {
