@@ -39,7 +39,7 @@ static bool Lock(CLockFile& lock, const CString& document) {
 
 // Whoever opens the document finds the old version or the new one, also when the disk is full or the program is killed.
 static void Save(const CString& document, const CStringArray& lines) {
-    const CString text = CStringHelper::MakeList(lines, 1, "\n") + "\n";
+    const CString text = CStringHelper::MakeString(lines, "\n", -1, 1) + "\n";
     CSaveFile file(document);
     file.Write(text, static_cast<UINT>(text.GetLength()));
     file.Commit();

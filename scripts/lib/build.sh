@@ -8,11 +8,21 @@ build_preset() {
     configure_preset "$preset" && steady "$preset" cmake --build --preset "$preset" -j "$(nproc)" "$@"
 }
 
+# Where the compiler cache is, which outlives the build folders, and how large it has become.
+tell_of_cache() {
+    local folder
+    if command -v ccache > /dev/null; then
+        folder=$(ccache --get-config cache_dir)
+        say "Compiled files are kept in $folder: $(du -sh "$folder" 2> /dev/null | cut -f 1), at most $(ccache --get-config max_size)"
+    fi
+}
+
+# configure_preset PRESET [ARGUMENT of cmake...]
 configure_preset() (
     if command -v ccache > /dev/null; then
         export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
     fi
-    cd "$QV_ROOT" && cmake --preset "$1" --log-level=WARNING > /dev/null
+    cd "$QV_ROOT" && cmake --preset "$@" --log-level=WARNING > /dev/null
 )
 
 # steady PRESET COMMAND...: runs a command in the folder of the tree; that of a sanitized preset at fixed addresses, since
