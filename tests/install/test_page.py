@@ -59,7 +59,7 @@ class Page(unittest.TestCase):
             shutil.rmtree(self.folder / "installed", ignore_errors=True)
             self.assertTrue(self.sh(build_and_run).endswith("installed\n"))
             shutil.rmtree(self.folder / "build")
-            self.assertEqual(run(self.folder / "installed/bin/app"), "installed\n")
+            self.assertEqual(run(self.folder / "installed/bin/app", cwd=self.folder), "installed\n")
             self.assertEqual({file.name for file in (self.folder / "installed").iterdir()}, {"bin", "lib"})
 
     def test_by_hand(self):
