@@ -81,4 +81,4 @@ public:
 ///
 /// Call it once, at the start of main. It replaces the handler of std::set_terminate for the whole process. A Windows
 /// program without a console has no standard error: catch in main and use ReportError there.
-QVCOMMON_API void QvReportUncaught();
+QVCOMMON_API void QVCOMMON_CALL QvReportUncaught();

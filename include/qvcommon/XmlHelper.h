@@ -26,6 +26,7 @@ public:
 
     // One document's text
 
+    /// Holds the empty text.
     CXmlHelper() = default;
     /// Holds the text; it is not parsed yet.
     explicit CXmlHelper(std::string_view xml) : m_xml(xml) {}

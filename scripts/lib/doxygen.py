@@ -5,7 +5,8 @@ Comments are plain texts: of Doxygen's commands they use @file, @param, @return 
 
 A comment covers the declaration below it. It also covers those that follow without a blank line or a comment of their own
 when they have the same name (overloads; forms for names that are macros), or get or ask for what the first one sets; and
-all of them when it begins with "Each: ". Doxygen knows of none of that, so each declaration gets a copy here.
+all of them when it begins with "Each: ". Doxygen knows of none of that, so each declaration gets a copy here. A comment of two
+slashes within a class, before a blank line, is the head of what follows: a group of members, with its title and text.
 """
 
 import pathlib
@@ -46,6 +47,32 @@ def subject(declaration):
         return None
     match = NAME.search(MARKS.sub("", declaration))
     return match and re.sub(r"^(?:Get|Set|Is|Has)(?=[A-Z])|(?<=[a-z])(?:A|W|64)$", "", match[1])
+
+
+def groups(lines):
+    """The lines with the heads of groups as Doxygen takes them, and each group ended where the next thing begins."""
+    out, is_open, hidden = [], False, False
+    while lines:
+        line, lines = lines[0], lines[1:]
+        access = re.match(r"(?:public|protected|private):", line.strip()) or re.match(r" *(?:class|struct) [^;]*{$", line)
+        if access:
+            hidden = line.strip().startswith("private") or line.strip().startswith("class")
+        head = [line] if re.match(r" +// ", line) and not hidden and (not out or not out[-1].strip()) else []
+        while head and lines and re.match(r" +//(?: |$)", lines[0]):
+            head, lines = head + lines[:1], lines[1:]
+        is_head = head and lines and not lines[0].strip()
+        if is_open and (is_head or access or line.startswith("}")):
+            out.append("//!@}")
+            is_open = False
+        if not is_head:
+            out += head or [line]
+            continue
+        text = " ".join(part.strip()[2:].strip() for part in head)
+        text = re.sub(r" \([\w/, ]+\.cpp[\w/, .]*\)", "", text)
+        title, _, rest = text.partition("  " if "  " in text else ". ")  # its first paragraph, or its first sentence
+        out += ["//! @name " + prose(title.rstrip(".")), "//! " + prose(rest), "//!@{"]
+        is_open = True
+    return out
 
 
 class Cover:
@@ -117,7 +144,7 @@ def filtered(text):
     # standard library's templates is for the compiler alone.
     text = re.sub(r"^/// @file (?=.)", "/// @file\n/// ", text, flags=re.M)
     text = re.sub(r"^template <>\n.*?^};$", "", text, flags=re.M | re.S)
-    return "".join(as_doxygen(line) + "\n" for line in Cover(text.splitlines()).run())
+    return "".join(as_doxygen(line) + "\n" for line in Cover(groups(text.splitlines())).run())
 
 
 if __name__ == "__main__":
