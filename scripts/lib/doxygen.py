@@ -17,10 +17,12 @@ COMMENT = re.compile(r"^ *///(?!<)(?: |$)")
 TRAILING = re.compile(r"///<? ")
 SCOPE = re.compile(r"^\s*(?:(?:template <.*> *)?(?:class|struct|union|enum)\b|(?:inline )?namespace\b|extern \"C\" \{)")
 # Copying, moving and destroying, as the language has them.
-SPECIAL = re.compile(r"^\s*(?:(?:virtual|constexpr) )?(?:~\w+\(|(\w+)\((?:const )?\1\s*&&?[^,]*\)|(\w+)& operator=\((?:const )?\2\s*&&?)")
+SPECIAL = re.compile(r"^\s*(?:(?:virtual|constexpr) )?(?:~\w+\(|(\w+)\((?:const )?\1\s*&&?[^,]*\)|"
+                     r"(\w+)& operator=\((?:const )?\2\s*&&?)")
 NAME = re.compile(r"(operator *[^\s\w(]+|operator \w+|\w+)\(")
 MARKS = re.compile(r"QVCOMMON_\w+|\[\[\w+\]\]|__attribute__\(\(.*?\)\)|template <[^;]*> |requires.*? (?=\w+\()")
-SEVERAL = re.compile(r"^(?P<type>\s*[\w:]+(?: [\w:]+)*? )(?P<names>\w+(?: = [^,;({]+)?(?:, \w+(?: = [^,;({]+)?)+);(?:\s*///< (?P<text>.*))?$")
+SEVERAL = re.compile(r"^(?P<type>\s*[\w:]+(?: [\w:]+)*? )(?P<names>\w+(?: = [^,;({]+)?(?:, \w+(?: = [^,;({]+)?)+);"
+                     r"(?:\s*///< (?P<text>.*))?$")
 
 
 def escaped(text):
@@ -57,7 +59,7 @@ def groups(lines):
         access = re.match(r"(?:public|protected|private):", line.strip()) or re.match(r" *(?:class|struct) [^;]*{$", line)
         if access:
             hidden = line.strip().startswith("private") or line.strip().startswith("class")
-        head = [line] if re.match(r" +// ", line) and not hidden and (not out or not out[-1].strip()) else []
+        head = [line] if re.match(r" +// ", line) and not hidden and re.match(r"$|.*[{:]$", out[-1]) else []
         while head and lines and re.match(r" +//(?: |$)", lines[0]):
             head, lines = head + lines[:1], lines[1:]
         is_head = head and lines and not lines[0].strip()
@@ -123,7 +125,8 @@ class Cover:
         if not match:
             return [line]
         text = match["text"] or " ".join(part.strip()[4:] for part in self.comment)
-        return [f"{match['type']}{name};" + (f"  ///< {text}" if text else "") for name in match["names"].split(", ")]
+        comment = f"  ///< {text}" if text else ""
+        return [f"{match['type']}{name};{comment}" for name in match["names"].split(", ")]
 
     def follow(self, line):
         """Keeps account of scopes, and of declarations that go on in the next line."""
