@@ -180,7 +180,7 @@ public:
     CString get_reason() const { return m_reason; }
     /// From 1; 0 when there was no error, or nobody knows.
     long get_line() const { return m_line; }
-    /// The byte in the line, from 1; 0 when there was no error, or nobody knows.
+    /// The column in that line as the DOM counts it, from 1; 0 when there was no error, or nobody knows.
     long get_linepos() const { return m_position; }
 
 private:
