@@ -2,14 +2,13 @@
 
 /// @file Compression of a folder's data, block by block, on several threads.
 
-#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <thread>
 #include <vector>
 
 #include "cabinet/Mszip.h"
+#include "threads/Executor.h"
 
 namespace qv::cabinet {
 
@@ -25,8 +24,7 @@ class BlockCompressor {
 public:
     using Receiver = std::function<void(const CompressedBlock&)>;
 
-    /// @param threads  1 compresses on the caller's thread. More than kMostThreads count as that many, and so do fewer
-    /// where the system gives no more.
+    /// @param threads  that compress, the caller's among them; more than kMostThreads count as that many.
     /// @throws EngineFailure NoMemory.
     BlockCompressor(IMemory& memory, unsigned threads, Receiver receiver);
     ~BlockCompressor();
@@ -34,7 +32,7 @@ public:
     BlockCompressor& operator=(const BlockCompressor&) = delete;
 
     /// Bounds the memory: a thread and what it works on take half a megabyte.
-    static constexpr unsigned kMostThreads = 16;
+    static constexpr unsigned kMostThreads = Executor::kMostThreads + 1;
     static unsigned ThreadsOfThisMachine();
 
     /// The next folder is compressed (kMszip) or only cut into blocks (kStored).
@@ -50,29 +48,23 @@ public:
     void Abandon();
 
 private:
-    enum class State : unsigned char { Free, Queued, Running, Done };
     struct Job;
+    class Lent;
 
     Job& JobAt(std::size_t number) { return *m_jobs[number % m_jobs.size()]; }
-    void StartWorkers(unsigned threads);
-    void Work(MszipCompressor& compressor);
     void Submit();
     void GiveOutOldest();
 
     Receiver m_receiver;
     Compression m_compression = kMszip;
+    std::mutex m_lending;
+    std::vector<std::unique_ptr<MszipCompressor>> m_compressors;  ///< one a thread; those that nobody uses
+    Executor m_executor;
     std::vector<std::unique_ptr<Job>> m_jobs;  ///< a ring
-    std::vector<std::unique_ptr<MszipCompressor>> m_compressors;
-    std::vector<std::thread> m_workers;
-    std::size_t m_filled = 0;  ///< bytes in the job that is being filled
-    bool m_continues = false;  ///< that job has the one before it for its history
-
-    std::mutex m_mutex;  ///< guards the states and what follows
-    std::condition_variable m_queued, m_done;
-    std::size_t m_oldest = 0;   ///< the first job not given out
-    std::size_t m_next = 0;     ///< the next for a worker
-    std::size_t m_current = 0;  ///< the one being filled; jobs before it are the workers'
-    bool m_stop = false;
+    std::size_t m_filled = 0;                  ///< bytes in the job that is being filled
+    bool m_continues = false;                  ///< that job has the one before it for its history
+    std::size_t m_oldest = 0;                  ///< the first job not given out
+    std::size_t m_current = 0;                 ///< the one being filled
 };
 
 }  // namespace qv::cabinet

@@ -40,7 +40,7 @@ public:
     void Start(unsigned compression);
 
 private:
-    static constexpr std::size_t kSlots = 16;
+    static constexpr std::size_t kSlots = 64;
     struct Slot;
 
     Slot& SlotAt(std::size_t number) const { return *m_slots[number % kSlots]; }

@@ -179,7 +179,26 @@ auto* BestWay() {
 
 #endif
 
+/// The product of two polynomials, modulo the one of the checksum.
+std::uint32_t Product(std::uint32_t a, std::uint32_t b) {
+    std::uint32_t product = 0;
+    for (; a != 0; a <<= 1) {
+        if (a & 0x80000000) product ^= b;
+        b = b >> 1 ^ (b & 1 ? kPolynomial : 0);
+    }
+    return product;
+}
+
 }  // namespace
+
+std::uint32_t JoinedCrc32(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
+    constexpr std::uint32_t kOne = 0x80000000;
+    std::uint32_t shift = kOne;
+    // `power` is x to 8, 16, 32 and so on: what a byte, two, four more make of a register.
+    for (std::uint32_t power = kOne >> 8; secondLength != 0; secondLength >>= 1, power = Product(power, power))
+        if (secondLength & 1) shift = Product(shift, power);
+    return Product(shift, first) ^ second;
+}
 
 std::uint32_t Crc32(std::uint32_t crc, const char* data, std::size_t size) {
     static auto* const add = BestWay();

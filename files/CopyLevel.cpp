@@ -2,7 +2,6 @@
 
 #include "files/PathParts.h"
 #include "platform/Error.h"
-#include "platform/FileCopy.h"
 #include "platform/FileOpen.h"
 #include "platform/Path.h"
 #include "platform/Time.h"
@@ -10,6 +9,7 @@
 
 namespace {
 
+using qv::platform::FileCopy;
 using qv::platform::FileSearch;
 using qv::platform::FolderUse;
 using qv::platform::FoundEntry;
@@ -17,13 +17,24 @@ using qv::platform::kReadOnly;
 using qv::platform::kTicksPerSecond;
 using qv::platform::LastName;
 using qv::platform::NativePath;
+using qv::platform::PassedOver;
 using qv::platform::Status;
 
 /// Levels below this one let go of the folders above them, so that the depth is not bounded by open files.
 constexpr int kHeldOpen = 64;
 
+/// So many files are copied before threads help.
+constexpr int kFewFiles = 8;
+constexpr std::size_t kMostUpcoming = 16;
+/// The copies of larger files are not written ahead: their progress is to be seen, and what they take of the disk.
+constexpr std::uint64_t kLargestAhead = 1 << 20;
+
 DWORD ErrorOf(const Status& failure) {
     return static_cast<DWORD>(failure.error());
+}
+
+LastName SourceOf(const FoundEntry& entry) {
+    return entry.IsLink() ? LastName::MayBeLink : LastName::NoLink;
 }
 
 /// Why the path cannot be opened as a file: it is a folder or device.
@@ -45,7 +56,9 @@ CCopyTree::Level::Level(CCopyTree& copy, CString source, CString target)
       m_ownPaths(m_parent ? nullptr : std::make_unique<Paths>()),
       m_paths(m_parent ? m_parent->m_paths : m_ownPaths.get()),
       m_sourceLength(source.AsStd().size()),
-      m_targetLength(target.AsStd().size()) {
+      m_targetLength(target.AsStd().size()),
+      m_ownAhead(m_above ? nullptr : std::make_unique<Ahead>()),
+      m_ahead(m_above ? m_above->m_ahead : *m_ownAhead) {
     m_paths->source.assign(source);
     m_paths->target.assign(target);
     m_copy.m_level = this;
@@ -74,12 +87,11 @@ void CCopyTree::Level::Tell(const QvLeftOut& leftOut) const {
     if (m_copy.m_leftOut) m_copy.m_leftOut->OnLeftOut(leftOut);
 }
 
-void CCopyTree::Level::TellPassedOver(FileSearch& search) const {
-    for (const qv::platform::PassedOver& passedOver : search.TakePassedOver()) {
+void CCopyTree::Level::TellPassedOver(const std::vector<PassedOver>& passedOver) const {
+    for (const auto& [name, status] : passedOver) {
         const std::string folder = m_paths->source.substr(0, m_sourceLength);
-        const std::string path =
-            passedOver.name.empty() ? CFileUtils::UnterminateDir(folder.c_str()).AsStd() : folder + passedOver.name;
-        Tell(QvLeftOut::OfError(CString(path), ErrorOf(passedOver.status)));
+        const std::string path = name.empty() ? CFileUtils::UnterminateDir(folder.c_str()).AsStd() : folder + name;
+        Tell(QvLeftOut::OfError(CString(path), ErrorOf(status)));
     }
 }
 
@@ -151,21 +163,55 @@ void CCopyTree::Level::CopyEntries() {
     if (!m_from.GetBody()) return;
     FileSearch search;
     search.StartIn(m_from);
-    while (search.Next(m_entry)) {
-        TellPassedOver(search);
-        if (!m_entry.IsFolder())
-            CopyFile();
-        else if (m_entry.IsLink())
-            Tell(QvLeftOut::OfCause(From(), QvLeftOut::linkedFolder));
-        else if (!m_entry.IsDots())
-            m_copy.CopyTree(From(), To());
+    for (Fetch(search); !m_upcoming.empty(); Fetch(search)) {
+        Upcoming next = std::move(m_upcoming.front());
+        m_upcoming.pop_front();
+        m_entry = std::move(next.entry);
+        m_entryCopy = std::move(next.copy);
+        TellPassedOver(next.passedOver);
+        CopyNext();
+        // Whoever takes no copies is not to wait for them.
+        if (std::exchange(m_entryCopy, {})) m_ahead.isWanted = false;
     }
-    TellPassedOver(search);
+    TellPassedOver(search.TakePassedOver());
     Report(search.LeftOut());
+}
+
+/// Reads the next entries up to a subfolder, and begins to copy files.
+void CCopyTree::Level::Fetch(FileSearch& search) {
+    const std::size_t most = m_ahead.executor.Threads() > 0 ? kMostUpcoming : 1;
+    if (m_upcoming.size() > most / 2) return;  // a thread is woken for several
+    while (m_upcoming.size() < most && (m_upcoming.empty() || !m_upcoming.back().entry.IsFolder())) {
+        Upcoming next;
+        if (!search.Next(next.entry)) return;
+        next.passedOver = search.TakePassedOver();
+        if (MayCopyAhead(next.entry))
+            next.copy = m_ahead.executor.Start([this, name = next.entry.name, source = SourceOf(next.entry)] {
+                return FileCopy(m_from, name, source, m_to, name);
+            });
+        m_upcoming.push_back(std::move(next));
+    }
+}
+
+/// Only in a folder that was made a moment ago: what is in another one may not have to be copied.
+bool CCopyTree::Level::MayCopyAhead(const FoundEntry& entry) const {
+    const bool isFile = !entry.IsFolder() && !(entry.attributes & qv::platform::kDevice);
+    return isFile && entry.size <= kLargestAhead && m_isFresh && m_opened.ok() && !m_copy.m_dryRun &&
+           m_ahead.isWanted && m_ahead.files >= kFewFiles && m_ahead.executor.Threads() > 0;
+}
+
+void CCopyTree::Level::CopyNext() {
+    if (!m_entry.IsFolder())
+        CopyFile();
+    else if (m_entry.IsLink())
+        Tell(QvLeftOut::OfCause(From(), QvLeftOut::linkedFolder));
+    else if (!m_entry.IsDots())
+        m_copy.CopyTree(From(), To());
 }
 
 void CCopyTree::Level::CopyFile() {
     if (!m_isFresh && IsUpToDate()) return;
+    ++m_ahead.files;
     const CString from = From();
     if (m_copy.m_progress) m_copy.m_progress->OnCopyFile(from);
     if (m_copy.CopyFileA(from, To())) return;
@@ -189,14 +235,14 @@ bool CCopyTree::Level::IsUpToDate() {
     return known && target.written / kTicksPerSecond >= m_entry.written / kTicksPerSecond;
 }
 
-Status CCopyTree::Level::CopyEntry() const {
+Status CCopyTree::Level::CopyEntry() {
     if (!m_opened.ok()) return m_opened;
     if (m_copy.m_dryRun) return CheckEntry();
-    const LastName lastName = m_entry.IsLink() ? LastName::MayBeLink : LastName::NoLink;
     qv::platform::CopiedBytes copied;
     if (ICopyProgress* const progress = m_copy.m_progress)
         copied = [progress](std::uint64_t bytes) { progress->OnCopyBytes(bytes); };
-    return qv::platform::CopyFileIn(m_from, m_entry.name, lastName, m_to, m_entry.name, copied);
+    if (m_entryCopy) return m_entryCopy.Get().Commit(copied);
+    return qv::platform::CopyFileIn(m_from, m_entry.name, SourceOf(m_entry), m_to, m_entry.name, copied);
 }
 
 /// What would keep the entry from being copied, as far as that can be told.

@@ -2,11 +2,14 @@
 
 /// @file The folders of a tree that CCopyTree copies.
 
+#include <deque>
 #include <memory>
 #include <string>
+#include <vector>
 
-#include "platform/Folder.h"
+#include "platform/FileCopy.h"
 #include "qvcommon/CopyTree.h"
+#include "threads/Executor.h"
 
 /// One folder of the source and its copy, both held open, so that nothing done to their paths leads the copy elsewhere.
 class CCopyTree::Level {
@@ -22,13 +25,25 @@ public:
 
     /// Whether the entry that is to be copied next has these paths.
     bool IsAt(const CString& source, const CString& target) const { return source == From() && target == To(); }
-    qv::platform::Status CopyEntry() const;
+    qv::platform::Status CopyEntry();
 
 private:
     /// The paths of the innermost level, with final separators: those of the levels above are their beginnings, so that
     /// memory is linear in depth.
     struct Paths {
         std::string source, target;
+    };
+    /// An entry that was read from the source, and its copy if that is being written ahead.
+    struct Upcoming {
+        qv::platform::FoundEntry entry;
+        std::vector<qv::platform::PassedOver> passedOver;  // before it
+        qv::Task<qv::platform::FileCopy> copy;
+    };
+    /// Copies are written ahead by the threads of the outermost level.
+    struct Ahead {
+        qv::Executor executor;
+        int files = 0;
+        bool isWanted = true;  // until a copy that was written is not asked for
     };
 
     CString From() const {
@@ -40,18 +55,21 @@ private:
     qv::platform::Status OpenTarget();
     qv::platform::Status FindTarget();
     qv::platform::Status OpenSource();
+    void Fetch(qv::platform::FileSearch& search);
+    bool MayCopyAhead(const qv::platform::FoundEntry& entry) const;
+    void CopyNext();
     void CopyFile();
     bool IsUpToDate();
     qv::platform::Status CheckEntry() const;
     void Tell(const QvLeftOut& leftOut) const;
-    void TellPassedOver(qv::platform::FileSearch& search) const;
+    void TellPassedOver(const std::vector<qv::platform::PassedOver>& passedOver) const;
     void Report(const qv::platform::Status& status);
     /// The same for one of the level's own folders, which is reported to the observer as well.
     void Report(const qv::platform::Status& status, const std::string& folder);
 
     CCopyTree& m_copy;
     Level* const m_above;
-    const Level* const m_outermost;
+    Level* const m_outermost;
     const int m_depth;
     Level* const m_parent;  // the level above if both folders lie in its own, else null
     std::unique_ptr<Paths> m_ownPaths;
@@ -60,5 +78,9 @@ private:
     bool m_isFresh = false;         // the target was made a moment ago, so that there is nothing in it to be asked for
     qv::platform::Status m_opened;  // of the target; a success, with m_to closed, where a dry run leaves it missing
     qv::platform::Folder m_from, m_to;
+    const std::unique_ptr<Ahead> m_ownAhead;
+    Ahead& m_ahead;
+    std::deque<Upcoming> m_upcoming;  // no copies are among them while a subfolder is copied
     qv::platform::FoundEntry m_entry;
+    qv::Task<qv::platform::FileCopy> m_entryCopy;
 };

@@ -28,8 +28,8 @@ public:
     int files = 0;
 
 protected:
-    void OnFolder(const Place&, const std::vector<qv::platform::FolderEntry>& entries) override {
-        for (const auto& entry : entries) files += entry.kind == qv::platform::EntryKind::File;
+    void OnFolder(const Place&, const Visit& visit) override {
+        for (const auto& entry : visit.entries) files += entry.kind == qv::platform::EntryKind::File;
     }
     void OnFailure(const Status&, const Place&, const Place*) override {}
 };

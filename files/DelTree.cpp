@@ -18,18 +18,30 @@ bool IsGone(const Status& status) {
 /// Deletes what it walks through, each folder after all that it holds.
 class TreeRemoval : public qv::FolderWalk {
 public:
-    explicit TreeRemoval(bool removesItself) : m_removesItself(removesItself) {}
+    enum class AtFailure { Stop, GoOn };
+
+    TreeRemoval(bool removesItself, AtFailure atFailure)
+        : FolderWalk(atFailure == AtFailure::Stop ? 0 : qv::Executor::SpareProcessors()),
+          m_removesItself(removesItself),
+          m_atFailure(atFailure) {}
 
 protected:
     /// What stays. The walk goes on unless this raises something.
     virtual void OnStay(const Status& failure, const CString& path) = 0;
     virtual void OnFolderStays(const Status& failure, const CString& path) = 0;
 
-    void OnFolder(const Place& place, const std::vector<FolderEntry>& entries) override {
-        for (const FolderEntry& entry : entries) {
+    void Treat(Visit& visit) const override {
+        for (const FolderEntry& entry : visit.entries) {
             if (entry.kind == EntryKind::Folder) continue;
-            if (const Status status = Remove(place, entry); !status.ok()) OnStay(status, PathOf(place, entry));
+            const Status status = Remove(visit.folder, entry);
+            if (status.ok()) continue;
+            visit.failures.push_back({status, entry});
+            if (m_atFailure == AtFailure::Stop) return;
         }
+    }
+
+    void OnFolder(const Place& place, const Visit& visit) override {
+        for (const auto& [status, entry] : visit.failures) OnStay(status, PathOf(place, entry));
     }
 
     // What keeps a folder from being deleted is found when that is tried.
@@ -38,32 +50,33 @@ protected:
     }
 
     void OnLeave(const Place& parent, const FolderEntry& entry) override {
-        if (const Status status = Remove(parent, entry); !status.ok()) OnFolderStays(status, PathOf(parent, entry));
+        if (const Status status = Remove(parent.folder, entry); !status.ok())
+            OnFolderStays(status, PathOf(parent, entry));
     }
 
     void OnFailure(const Status& failure, const Place& place, const Place* parent) override {
         if (IsGone(failure)) return;
         // What was a folder a moment ago may be a link now: that is deleted like any other.
         const bool replaced = parent && failure.cause() == FileCause::BadPath;
-        const Status status = replaced ? Remove(*parent, {place.entry.name, EntryKind::FolderLink}) : failure;
+        const Status status = replaced ? Remove(parent->folder, {place.entry.name, EntryKind::FolderLink}) : failure;
         if (!status.ok()) OnStay(status, CFileUtils::UnterminateDir(PathOf(place)));
     }
 
 private:
-    static Status Remove(const Place& place, const FolderEntry& entry) {
-        Status status = place.folder.Remove(entry);
-        if (status.cause() == FileCause::AccessDenied && place.folder.AllowRemoval().ok())
-            status = place.folder.Remove(entry);
+    static Status Remove(const qv::platform::Folder& folder, const FolderEntry& entry) {
+        Status status = folder.Remove(entry);
+        if (status.cause() == FileCause::AccessDenied && folder.AllowRemoval().ok()) status = folder.Remove(entry);
         return IsGone(status) ? Status() : status;
     }
 
     const bool m_removesItself;
+    const AtFailure m_atFailure;
 };
 
-/// Ends with the first failure.
+/// Ends with the first failure, after which nothing more is deleted.
 class RaisingRemoval : public TreeRemoval {
 public:
-    using TreeRemoval::TreeRemoval;
+    explicit RaisingRemoval(bool removesItself) : TreeRemoval(removesItself, AtFailure::Stop) {}
 
 private:
     void OnStay(const Status& failure, const CString& path) override { qv::ThrowIfFailed(failure, path); }
@@ -73,7 +86,8 @@ private:
 
 class ToldRemoval : public TreeRemoval {
 public:
-    ToldRemoval(bool removesItself, ILeftOut& leftOut) : TreeRemoval(removesItself), m_leftOut(leftOut) {}
+    ToldRemoval(bool removesItself, ILeftOut& leftOut)
+        : TreeRemoval(removesItself, AtFailure::GoOn), m_leftOut(leftOut) {}
 
     void OnStay(const Status& failure, const CString& path) override {
         m_last = path;

@@ -1,29 +1,44 @@
 #include "qvcommon/FileFinder.h"
 
-#include "files/NameMasks.h"
+#include <algorithm>
+
+#include "files/ListingsAhead.h"
+#include "framework/FindRecord.h"
 #include "qvcommon/FileUtils.h"
+
+using qv::FolderListing;
+using qv::ListingsAhead;
+using qv::SearchRules;
 
 namespace {
 
-constexpr const char* kEveryName = "*.*";
-
-CString Below(const CString& offset, const CString& name) {
-    if (offset.IsEmpty()) return name;
+CString Joined(std::string_view folder, std::string_view separator, std::string_view name) {
     std::string path;
-    path.reserve(offset.AsStd().size() + 1 + name.AsStd().size());
-    path.append(offset).append(1, '\\').append(name);
+    path.reserve(folder.size() + separator.size() + name.size());
+    path.append(folder).append(separator).append(name);
     return CString(std::move(path));
 }
 
-/// The search path itself may be a link. What lies below it may not: it could have become one since it was listed.
-DWORD OptionsFor(const CString& offset) {
-    return offset.IsEmpty() ? 0 : CFileFind::refuseLinkedFolder;
+CString Below(const CString& offset, std::string_view name) {
+    return Joined(offset, offset.IsEmpty() ? "" : "\\", name);
+}
+
+const std::shared_ptr<const SearchRules>& RulesOf(const std::shared_ptr<const SearchRules>& rules) {
+    static const auto first = std::make_shared<const SearchRules>();
+    return rules ? rules : first;
 }
 
 }  // namespace
 
+/// Rules are shared with the threads that read ahead, so that a change makes others of them.
+SearchRules& FileFinder::ChangeRules() {
+    const auto changed = std::make_shared<SearchRules>(*RulesOf(m_rules));
+    m_rules = changed;
+    return *changed;
+}
+
 void FileFinder::SetIncludeDirectories(int mode) {
-    m_includeDirectories = mode;
+    ChangeRules().includeDirectories = mode;
 }
 
 void FileFinder::SetSearchPath(const char* path) {
@@ -31,21 +46,28 @@ void FileFinder::SetSearchPath(const char* path) {
 }
 
 void FileFinder::SetSearchMask(const char* mask) {
-    m_mask = mask;
-    m_listed.reset();
+    SearchRules& rules = ChangeRules();
+    rules.mask = mask;
+    rules.listed.reset();
 }
 
 void FileFinder::SetSearchMasks(const CStringArray& masks) {
-    m_mask = kEveryName;
-    m_listed = std::make_shared<const qv::NameMasks>(masks);
+    SearchRules& rules = ChangeRules();
+    rules.mask = "*.*";
+    rules.listed = std::make_shared<const qv::NameMasks>(masks);
 }
 
 void FileFinder::SetExcludedMasks(const CStringArray& masks) {
-    m_excluded = std::make_shared<const qv::NameMasks>(masks);
+    ChangeRules().excluded = std::make_shared<const qv::NameMasks>(masks);
 }
 
 void FileFinder::SetRecurse(int recurse) {
-    m_recurse = recurse;
+    ChangeRules().recurse = recurse != 0;
+}
+
+void FileFinder::SetRecordsOnDemand(int onDemand) {
+    using qv::platform::Detail;
+    ChangeRules().detail = qv::platform::GivenFor(onDemand ? Detail::NameAndKind : Detail::All);
 }
 
 void FileFinder::SetLeftOut(ILeftOut* observer) {
@@ -57,76 +79,103 @@ void FileFinder::Discover() {
     m_offsets.RemoveAll();
     m_files.RemoveAll();
     m_foundInfo.RemoveAll();
+    m_parts.clear();
+    ListingsAhead ahead(m_path);
+    struct Use {
+        Use(ListingsAhead*& current, ListingsAhead& its) : m_current(current), m_previous(current) { current = &its; }
+        ~Use() { m_current = m_previous; }
+
+        ListingsAhead*& m_current;
+        ListingsAhead* const m_previous;
+    } const use(m_ahead, ahead);
     Discover(m_path, CString(), 0);
 }
 
 void FileFinder::Discover(const CString& path, const CString& offset, int depth) {
-    // A mask that takes every name finds the subfolders and all that is left out in one search.
-    const bool one = !m_recurse || m_mask == kEveryName || m_mask == "*";
-    CStringArray subfolders;
     StartProgress();
-    DiscoverEntries(path, offset, depth, one ? &subfolders : nullptr);
+    CStringArray subfolders;
+    {
+        FolderListing listing = ListingOf(path, offset.IsEmpty());
+        subfolders = std::move(listing.Subfolders());
+        TellLeftOut(listing);
+        Keep(listing, offset, depth);
+    }
     StopProgress();
-    if (!m_recurse) return;
-    if (!one) subfolders = Subfolders(path, offset);
-    for (const CString& name : subfolders) Discover(path + name + '\\', Below(offset, name), depth++);
-}
-
-void FileFinder::DiscoverEntries(const CString& path, const CString& offset, int depth, CStringArray* subfolders) {
-    CQvFileFind find;
-    if (subfolders) find.SetLeftOut(m_leftOut);
-    for (BOOL more = find.FindFile(path + m_mask, OptionsFor(offset)); more;) {
-        more = find.FindNextFile();
-        UpdateProgress(find.GetFileTitle());
-        if (IsListed(find)) Keep(find, offset, depth);
-        if (subfolders && m_recurse && IsToBeEntered(find)) subfolders->Add(find.GetFileName());
+    int expected = 0;
+    for (int i = 0; i < subfolders.GetSize(); ++i) {
+        const CString& name = subfolders[i];
+        if (m_ahead && expected < i + ListingsAhead::kSiblings / 2) expected = ExpectAll(path, subfolders, i, expected);
+        Discover(path + name + '\\', Below(offset, name), depth++);
     }
 }
 
-bool FileFinder::IsListed(const CQvFileFind& find) const {
-    const bool kind = find.IsDirectory() ? m_includeDirectories != 0 && !find.IsDots() : m_includeDirectories != 1;
-    if (!kind || (!m_listed && !m_excluded)) return kind;
-    const CString name = find.GetFileName();
-    return (!m_listed || m_listed->Match(name)) && !(m_excluded && m_excluded->Match(name));
+/// Returns the first of the siblings that is not read ahead. They are several at a time, which a thread is woken for.
+int FileFinder::ExpectAll(const CString& path, const CStringArray& subfolders, int current, int expected) const {
+    const int end = std::min(subfolders.GetSize(), current + ListingsAhead::kSiblings);
+    expected = std::max(expected, current + 1);
+    while (expected < end && m_ahead->Expect(path + subfolders[expected] + '\\', RulesOf(m_rules))) ++expected;
+    return expected;
 }
 
-bool FileFinder::IsToBeEntered(const CFileFind& find) const {
-    return find.IsDirectory() && !find.IsDots() && !find.IsLink() &&
-           !(m_excluded && m_excluded->Match(find.GetFileName()));
+FolderListing FileFinder::ListingOf(const CString& path, bool isOutermost) const {
+    const auto& rules = RulesOf(m_rules);
+    return m_ahead ? m_ahead->Take(path, isOutermost, rules) : ListingsAhead(path).Take(path, isOutermost, rules);
 }
 
-CStringArray FileFinder::Subfolders(const CString& path, const CString& offset) const {
-    CStringArray names;
-    CFileFind find;
-    find.SetLeftOut(m_leftOut);
-    for (BOOL more = find.FindFile(path + kEveryName, OptionsFor(offset)); more;) {
-        more = find.FindNextFile();
-        if (IsToBeEntered(find)) names.Add(find.GetFileName());
+void FileFinder::TellLeftOut(const FolderListing& listing) const {
+    if (!m_leftOut) return;
+    for (const auto& passedOver : listing.LeftOut()) m_leftOut->OnLeftOut(qv::LeftOutOf(listing.Root(), passedOver));
+}
+
+void FileFinder::Keep(const FolderListing& listing, const CString& offset, int depth) {
+    const qv::FoundFolder& met = listing.Met();
+    const auto folder = std::make_shared<qv::FoundFolder>(listing.Root(), RulesOf(m_rules)->detail);
+    m_parts.push_back({folder, offset, static_cast<UINT>(depth), Count()});
+    CString title;
+    for (std::size_t i = 0; i < met.Size(); ++i) {
+        const std::string_view name = met.NameOf(i);
+        title = name.substr(0, name.rfind('.'));
+        UpdateProgress(title);
+        if (listing.IsListed(i)) folder->Add(met, i);
     }
-    return names;
+    if (folder->Size() == 0 && m_parts.back().folder == folder) m_parts.pop_back();
+    folder->Close();
 }
 
-void FileFinder::Keep(const CQvFileFind& find, const CString& offset, int depth) {
-    m_files.Add(find.GetFilePath());
-    m_foundInfo.Add(find.GetFoundInfo());
-    m_depths.Add(static_cast<UINT>(depth));
-    m_offsets.Add(Below(offset, find.GetFileName()));
+std::size_t FileFinder::Count() const {
+    return m_parts.empty() ? 0 : m_parts.back().first + m_parts.back().folder->Size();
+}
+
+/// Adds to an array what was found since it was filled last.
+template <class Array, class Make>
+const Array& FileFinder::Filled(Array& array, Make make) const {
+    auto index = static_cast<std::size_t>(array.GetSize());
+    const std::size_t count = Count();
+    if (index == count) return array;
+    if (count / 2 > array.AsStd().capacity()) array.AsStd().reserve(count);
+    auto part = std::prev(std::ranges::upper_bound(m_parts, index, {}, &Part::first));
+    for (; index < count; ++part)
+        for (; index < part->first + part->folder->Size(); ++index) array.Add(make(*part, index - part->first));
+    return array;
 }
 
 const CStringArray& FileFinder::GetFiles() const {
-    return m_files;
+    return Filled(m_files, [](const Part& part, std::size_t index) {
+        return Joined(part.folder->Root(), "", part.folder->NameOf(index));
+    });
 }
 
 const CStringArray& FileFinder::GetFileOffsets() const {
-    return m_offsets;
+    return Filled(m_offsets,
+                  [](const Part& part, std::size_t index) { return Below(part.offset, part.folder->NameOf(index)); });
 }
 
 const CUIntArray& FileFinder::GetOffsetDepths() const {
-    return m_depths;
+    return Filled(m_depths, [](const Part& part, std::size_t) { return part.depth; });
 }
 
 const CArray<CFoundInfo>& FileFinder::GetFoundInfo() const {
-    return m_foundInfo;
+    return Filled(m_foundInfo, [](const Part& part, std::size_t index) { return CFoundInfo(part.folder, index); });
 }
 
 void FileFinder::StartProgress() {}

@@ -1,5 +1,7 @@
 #include "files/FolderWalk.h"
 
+#include <algorithm>
+
 #include "framework/PathText.h"
 
 namespace qv {
@@ -7,6 +9,12 @@ namespace {
 
 /// How many of the folders above the present one stay open.
 constexpr std::size_t kHeldOpen = 64;
+
+/// Walks through fewer folders are over before a thread would help.
+constexpr int kFewFolders = 8;
+/// How many subfolders of one folder are seen ahead, and how many folders in all.
+constexpr std::size_t kSiblings = 8;
+constexpr int kMostAhead = 64;
 
 }  // namespace
 
@@ -17,34 +25,73 @@ using platform::Status;
 void FolderWalk::Walk(const CString& path) {
     m_path = path;
     if (!EndsWithOneOf(m_path, "\\")) m_path += '\\';
+    // Also after an exception, threads treat nothing more.
+    struct End {
+        ~End() { m_places.clear(); }
+        std::vector<Place>& m_places;
+    } const end{m_places};
     Place first{.folder = {}, .pathLength = m_path.size(), .entry = {}};
-    const Status status = first.folder.Open(path, platform::LastName::NoLink);
-    if (!status.ok()) return OnFailure(status, first, nullptr);
-    Enter(std::move(first), nullptr);
+    Visit visit;
+    visit.opened = visit.folder.Open(path, platform::LastName::NoLink);
+    if (!visit.opened.ok()) return OnFailure(visit.opened, first, nullptr);
+    Enter(std::move(first), Seen(std::move(visit)), nullptr);
     while (!m_places.empty()) m_places.back().subfolders.empty() ? Leave() : Descend();
 }
 
-void FolderWalk::Enter(Place&& place, const Place* parent) {
-    std::vector<FolderEntry> entries;
-    const Status status = place.folder.List(entries);
-    if (!status.ok()) OnFailure(status, place, parent);
-    OnFolder(place, entries);
-    for (FolderEntry& entry : entries)
-        if (entry.kind == EntryKind::Folder) place.subfolders.push_back(std::move(entry));
+/// Lists and treats the folder if it is open.
+FolderWalk::Visit FolderWalk::Seen(Visit visit) const {
+    if (!visit.opened.ok()) return visit;
+    visit.listed = visit.folder.List(visit.entries);
+    Treat(visit);
+    return visit;
+}
+
+void FolderWalk::Enter(Place&& place, Visit&& visit, const Place* parent) {
+    ++m_entered;
+    place.folder = std::move(visit.folder);
+    if (!visit.listed.ok()) OnFailure(visit.listed, place, parent);
+    OnFolder(place, visit);
+    for (FolderEntry& entry : visit.entries)
+        if (entry.kind == EntryKind::Folder) place.subfolders.push_back({std::move(entry), {}});
     m_places.push_back(std::move(place));
     if (m_places.size() > kHeldOpen) m_places[m_places.size() - kHeldOpen - 1].folder.LetGo();
 }
 
+/// Opens the folders that come after the next one, as long as their parent is open for sure.
+void FolderWalk::LookAhead(Place& place) {
+    std::vector<Subfolder>& folders = place.subfolders;
+    if (m_entered < kFewFolders || m_executor.Threads() == 0) return;
+    const std::size_t left = folders.size() - 1, count = std::min(left, kSiblings);
+    if (count < 2 || folders[left - count / 2].visit) return;  // a thread is woken for several
+    for (std::size_t i = left; i-- > left - count && m_seenAhead < kMostAhead;) {
+        if (folders[i].visit) continue;
+        Visit visit;
+        visit.opened = visit.folder.OpenIn(place.folder, folders[i].entry.name);
+        folders[i].visit =
+            m_executor.Start([this, opened = std::move(visit)]() mutable { return Seen(std::move(opened)); });
+        ++m_seenAhead;
+    }
+}
+
 void FolderWalk::Descend() {
     Place& parent = m_places.back();
-    Place place{.folder = {}, .pathLength = 0, .entry = std::move(parent.subfolders.back())};
+    LookAhead(parent);
+    Subfolder next = std::move(parent.subfolders.back());
     parent.subfolders.pop_back();
+    Place place{.folder = {}, .pathLength = 0, .entry = std::move(next.entry)};
     m_path += platform::LibraryName(place.entry.name);
     m_path += '\\';
     place.pathLength = m_path.size();
-    const Status status = place.folder.OpenIn(parent.folder, place.entry.name);
-    if (status.ok()) return Enter(std::move(place), &parent);
-    OnFailure(status, place, &parent);
+    Visit visit;
+    if (next.visit) {
+        --m_seenAhead;
+        visit = next.visit.Get();
+    } else {
+        visit.opened = visit.folder.OpenIn(parent.folder, place.entry.name);
+        visit = Seen(std::move(visit));
+    }
+    if (visit.opened.ok()) return Enter(std::move(place), std::move(visit), &parent);
+    OnFailure(visit.opened, place, &parent);
     m_path.resize(parent.pathLength);
 }
 

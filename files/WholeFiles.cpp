@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <memory>
 
@@ -13,6 +14,7 @@
 #include "qvcommon/SaveFile.h"
 #include "qvcommon/framework/DateTime.h"
 #include "qvcommon/framework/StdioFile.h"
+#include "threads/Executor.h"
 
 namespace {
 
@@ -33,12 +35,36 @@ bool Try(Action action) {
     }
 }
 
+/// Has the memory of a large text provided on another thread while it is being written, until it is destroyed.
+class MemoryAhead {
+public:
+    MemoryAhead(char* memory, std::size_t size) {
+        if (size < 4 * kStep || m_executor.Threads() == 0) return;
+        m_task = m_executor.Start([this, memory, size] {
+            for (std::size_t at = 0; at < size && !m_stop; at += kStep)
+                if (!qv::platform::ProvideMemory(memory + at, std::min(kStep, size - at))) return false;
+            return true;
+        });
+    }
+    ~MemoryAhead() { m_stop = true; }
+    MemoryAhead(const MemoryAhead&) = delete;
+    MemoryAhead& operator=(const MemoryAhead&) = delete;
+
+private:
+    static constexpr std::size_t kStep = 4 << 20;
+
+    std::atomic<bool> m_stop = false;
+    qv::Executor m_executor{std::min(qv::Executor::SpareProcessors(), 1u)};
+    qv::Task<bool> m_task;
+};
+
 /// Up to `size` bytes, by way of a small buffer that stays in the processor's own memory: so the text's memory is touched
 /// once only, and need not be filled before.
 void ReadInto(std::string& text, CFile& file, std::size_t size) {
     constexpr std::size_t kStep = 256 * 1024;
     text.reserve(size);
     qv::platform::ExpectWriting(text.data(), size);
+    const MemoryAhead ahead(text.data(), size);
     const auto buffer = std::make_unique_for_overwrite<char[]>(std::min(size, kStep));
     while (text.size() < size) {
         const UINT count = file.Read(buffer.get(), static_cast<UINT>(std::min(size - text.size(), kStep)));

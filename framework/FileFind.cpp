@@ -20,13 +20,6 @@ void CopyText(char (&to)[N], const std::string& from) {
     to[length] = '\0';
 }
 
-CString RootOf(const CString& pattern) {
-    const CString folder(std::string_view(pattern).substr(0, qv::FindLastOf(pattern, qv::kSeparators) + 1));
-    CString root(qv::platform::FullPath(folder.IsEmpty() ? "." : static_cast<const char*>(folder)));
-    if (!qv::EndsWithOneOf(root, "\\")) root += '\\';
-    return root;
-}
-
 /// A folder without its final separator, but for a root.
 CString Unterminated(const CString& folder) {
     const std::string& path = folder.AsStd();
@@ -60,9 +53,7 @@ public:
 
 private:
     void Tell(const std::string& name, const Status& status) const {
-        if (!m_leftOut) return;
-        const CString path = name.empty() ? Unterminated(m_root) : m_root + CString(name);
-        m_leftOut->OnLeftOut(QvLeftOut::OfError(path, static_cast<DWORD>(status.error())));
+        if (m_leftOut) m_leftOut->OnLeftOut(qv::LeftOutOf(m_root, {name, status}));
     }
 
     const CString m_root;
@@ -72,6 +63,18 @@ private:
 };
 
 }  // namespace
+
+CString qv::SearchRoot(const CString& pattern) {
+    const CString folder(std::string_view(pattern).substr(0, FindLastOf(pattern, kSeparators) + 1));
+    CString root(platform::FullPath(folder.IsEmpty() ? "." : static_cast<const char*>(folder)));
+    if (!EndsWithOneOf(root, "\\")) root += '\\';
+    return root;
+}
+
+QvLeftOut qv::LeftOutOf(const CString& root, const platform::PassedOver& passedOver) {
+    const CString path = passedOver.name.empty() ? Unterminated(root) : root + CString(passedOver.name);
+    return QvLeftOut::OfError(path, static_cast<DWORD>(passedOver.status.error()));
+}
 
 void qv::CopyRecord(const FoundEntry& from, QvFindData& to) {
     to.dwFileAttributes = from.attributes;
@@ -96,7 +99,7 @@ CFileFind::~CFileFind() = default;
 BOOL CFileFind::FindFile(const char* pattern, DWORD options) {
     CFileFind::Close();
     const CString wanted = pattern ? pattern : "*.*";
-    const CString root = RootOf(wanted);
+    const CString root = qv::SearchRoot(wanted);
     auto search = std::make_unique<LocalSearch>(root, m_leftOut);
     const Status status = search->Start(
         wanted, options & refuseLinkedFolder ? qv::platform::LastName::NoLink : qv::platform::LastName::MayBeLink);
@@ -110,28 +113,34 @@ BOOL CFileFind::FindFile(const char* pattern, DWORD options) {
 BOOL CFileFind::Begin(std::unique_ptr<qv::IFileSearch> search, const CString& root) {
     Close();
     m_search = std::move(search);
-    m_root = std::make_shared<const CString>(root);
+    m_root = root;
     return Advance();
 }
 
 bool CFileFind::Advance() {
-    auto record = std::make_shared<qv::FoundRecord>();
-    const bool found = m_search && m_search->Next(*record);
-    if (found) record->longName = m_search->GetLongName();
-    m_following = found ? std::move(record) : nullptr;
-    if (m_search && !m_following) m_error = m_search->GetError();
-    return m_following != nullptr;
+    if (!m_following) m_following = std::make_unique<qv::FoundRecord>();
+    *m_following = {};
+    const bool found = m_search && m_search->Next(*m_following);
+    if (found)
+        m_following->longName = m_search->GetLongName();
+    else
+        m_following = nullptr;
+    if (m_search && !found) m_error = m_search->GetError();
+    return found;
 }
 
 BOOL CFileFind::FindNextFile() {
-    m_record = std::move(m_following);
-    return m_record && Advance();
+    std::swap(m_record, m_following);
+    if (m_record) return Advance();
+    m_following = nullptr;
+    return 0;
 }
 
 void CFileFind::Close() {
     m_search.reset();
-    m_record = m_following = nullptr;
-    m_root = nullptr;
+    m_record.reset();
+    m_following.reset();
+    m_root.Empty();
     m_error = 0;
 }
 
@@ -144,7 +153,7 @@ CString CFileFind::GetFileName() const {
 }
 
 CString CFileFind::GetFilePath() const {
-    return m_record && m_root ? *m_root + m_record->Name() : GetRoot();
+    return m_record ? m_root + m_record->Name() : m_root;
 }
 
 CString CFileFind::GetFileTitle() const {
@@ -153,7 +162,7 @@ CString CFileFind::GetFileTitle() const {
 }
 
 CString CFileFind::GetRoot() const {
-    return m_root ? *m_root : CString();
+    return m_root;
 }
 
 BOOL CFileFind::MatchesMask(DWORD mask) const {

@@ -18,6 +18,9 @@ std::string_view TextLineEnd();
 
 /// Reads at most `size` bytes; `count` is 0 at the end of the file only. May give fewer bytes than there are.
 Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count);
+/// The same from a place of a file that can be sought; where the next ReadBytes reads is not certain afterwards. Several
+/// threads may use it at a time.
+Status ReadBytesAt(FileHandle handle, std::uint64_t position, void* buffer, std::size_t size, std::size_t& count);
 /// Writes all bytes, or fails with an unknown part of them written.
 Status WriteBytes(FileHandle handle, const void* data, std::size_t size);
 /// Hands what was written to the disk.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "platform/Folder.h"
 
@@ -25,5 +26,24 @@ Status CopyWholeFile(const char* from, const char* to);
 /// may be empty.
 Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
                   const std::string& newName, const CopiedBytes& copied);
+
+/// CopyFileIn in two steps, so that what takes time can be done ahead and on another thread. Without Commit there is no
+/// copy. The folders must outlive it.
+class FileCopy {
+public:
+    /// Reads the file and writes the copy, which nobody sees yet. On Windows all is left to Commit.
+    FileCopy(const Folder& from, const std::string& name, LastName source, const Folder& to,
+             const std::string& newName);
+    FileCopy(FileCopy&&) noexcept;
+    ~FileCopy();
+
+    /// Gives the copy its name. What went wrong before is reported here too.
+    Status Commit(const CopiedBytes& copied);
+
+private:
+    struct Body;
+
+    std::unique_ptr<Body> m_body;
+};
 
 }  // namespace qv::platform

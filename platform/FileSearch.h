@@ -38,6 +38,15 @@ class Folder;
 
 enum class LastName { MayBeLink, NoLink };
 
+/// How much of each entry a search asks for. With NameAndKind nothing but the name, kDirectory and what IsLink needs of a
+/// link to a folder is sure to be there; on Linux it costs no system call for each entry.
+enum class Detail { All, NameAndKind };
+/// What a search gives that was asked for this.
+Detail GivenFor(Detail asked);
+
+/// Describes what the path names, as a search does; the entry's name is left alone. Links in the way to it are followed.
+Status FindEntry(const char* path, FoundEntry& entry);
+
 /// What a search passed over, and why. The empty name is the folder itself, of which something could not be listed.
 struct PassedOver {
     std::string name;
@@ -58,7 +67,7 @@ public:
     /// Entries come in the order of the system; on Linux sorted by name without regard to case, "." and ".." first, and
     /// masks mean what they mean on Windows: "*.*" is every name, "*." one without an extension, "a.*" also "a".
     /// Fails when the folder cannot be read, not when nothing matches.
-    Status Start(const char* pattern, LastName folder = LastName::MayBeLink);
+    Status Start(const char* pattern, LastName folder = LastName::MayBeLink, Detail detail = Detail::All);
 
     /// Begins a search for all entries of an open folder, which must outlive the search. LeftOut says why it fails.
     void StartIn(const Folder& folder);

@@ -8,13 +8,17 @@
 #include "qvcommon/framework/Time.h"
 
 namespace qv {
-class NameMasks;
-}
+class FolderListing;
+class FoundFolder;
+class ListingsAhead;
+struct SearchRules;
+}  // namespace qv
 
 #pragma push_macro("GetFileTitle")  // a system header's macro; the class declares each of its expansions
 #undef GetFileTitle
 
-/// The record of an entry that was found, and the folder in which. A value: it outlives the search.
+/// The record of an entry that was found, and the folder in which. A value: it outlives the search. The entries of one
+/// folder share their memory, which is freed with the last of them.
 class QVCOMMON_API CFoundInfo {
 public:
     /// No record: every test is false, every name empty (so the path is "\\" and the URL "file://\\"), every size 0.
@@ -27,8 +31,11 @@ public:
     CFoundInfo(const T* record, const char* root) : CFoundInfo(reinterpret_cast<const QvFindData*>(record), root) {
         static_assert(sizeof(T) >= sizeof(QvFindData));
     }
-    /// Shares a record and a root that nobody changes any more.
-    CFoundInfo(std::shared_ptr<const qv::FoundRecord> record, std::shared_ptr<const CString> root);
+    /// Copies the record; null gives none.
+    CFoundInfo(const qv::FoundRecord* record, const CString& root);
+    /// Shares what a walk has found in a folder; for the library's own use.
+    CFoundInfo(std::shared_ptr<const qv::FoundFolder> folder, std::size_t index)
+        : m_folder(std::move(folder)), m_index(index) {}
 
     /// Each: whether the attribute of that name is set; FileFind.h says which of them Linux has.
     bool IsReadOnly() const { return MatchesMask(0x01); }
@@ -61,19 +68,22 @@ public:
     std::uint64_t GetLength64() const;
 
     /// Each: False, and `time` unchanged, without a record. 0, or 1970, for a time that the file system does not keep.
-    bool GetCreationTime(QvFileTime* time) const { return GetTime(&QvFindData::ftCreationTime, time); }
-    bool GetCreationTime(CTime& time) const { return GetTime(&QvFindData::ftCreationTime, time); }
-    bool GetLastAccessTime(QvFileTime* time) const { return GetTime(&QvFindData::ftLastAccessTime, time); }
-    bool GetLastAccessTime(CTime& time) const { return GetTime(&QvFindData::ftLastAccessTime, time); }
-    bool GetLastWriteTime(QvFileTime* time) const { return GetTime(&QvFindData::ftLastWriteTime, time); }
-    bool GetLastWriteTime(CTime& time) const { return GetTime(&QvFindData::ftLastWriteTime, time); }
+    bool GetCreationTime(QvFileTime* time) const { return GetTime(Time::Creation, time); }
+    bool GetCreationTime(CTime& time) const { return GetTime(Time::Creation, time); }
+    bool GetLastAccessTime(QvFileTime* time) const { return GetTime(Time::LastAccess, time); }
+    bool GetLastAccessTime(CTime& time) const { return GetTime(Time::LastAccess, time); }
+    bool GetLastWriteTime(QvFileTime* time) const { return GetTime(Time::LastWrite, time); }
+    bool GetLastWriteTime(CTime& time) const { return GetTime(Time::LastWrite, time); }
 
 private:
-    bool GetTime(QvFileTime QvFindData::*which, QvFileTime* time) const;
-    bool GetTime(QvFileTime QvFindData::*which, CTime& time) const;
+    enum class Time { Creation, LastAccess, LastWrite };
 
-    std::shared_ptr<const qv::FoundRecord> m_record;  // never changed, so copies may share it
-    std::shared_ptr<const CString> m_root;
+    bool HasRecord() const;
+    bool GetTime(Time which, QvFileTime* time) const;
+    bool GetTime(Time which, CTime& time) const;
+
+    std::shared_ptr<const qv::FoundFolder> m_folder;
+    std::size_t m_index = 0;
 };
 
 #pragma pop_macro("GetFileTitle")
@@ -82,7 +92,7 @@ private:
 class QVCOMMON_API CQvFileFind : public CFileFind {
 public:
     /// The current entry, for as long as the copy lives.
-    CFoundInfo GetFoundInfo() const { return {GetRecord(), GetSharedRoot()}; }
+    CFoundInfo GetFoundInfo() const { return {GetRecord(), GetRoot()}; }
 };
 
 /// The same on an FTP server.
@@ -90,7 +100,7 @@ class QVCOMMON_API CQvFtpFileFind : public CFtpFileFind {
 public:
     using CFtpFileFind::CFtpFileFind;
     /// The current entry, for as long as the copy lives.
-    CFoundInfo GetFoundInfo() const { return {GetRecord(), GetSharedRoot()}; }
+    CFoundInfo GetFoundInfo() const { return {GetRecord(), GetRoot()}; }
 };
 
 /// Lists the entries of a folder that match a mask, through its subfolders too if asked to.
@@ -105,7 +115,11 @@ public:
 /// A folder's matching entries come before those of its subfolders, both in the order of the system; on Linux that is by
 /// name without regard to case. The mask holds for folders too, but every subfolder is searched, whatever its name. A link
 /// to a folder is listed like a folder and never entered. A folder that cannot be searched adds nothing and
-/// is reported to the observer of SetLeftOut. One object, one thread.
+/// is reported to the observer of SetLeftOut.
+///
+/// One object, one thread: the arrays of paths are made when they are asked for. Discover reads folders ahead of their turn
+/// on threads of its own, so a folder that changes during the walk is listed as it was then; observers and overridden
+/// members are called on the thread of Discover only.
 class QVCOMMON_API FileFinder : public CObject {
 public:
     /// 0, as at first, lists files only, 1 folders only, any other value both.
@@ -147,24 +161,38 @@ public:
     void SetLeftOut(ILeftOut* observer);
     /// Lists names that match any of the masks, in place of a single one.
     void SetSearchMasks(const CStringArray& masks);
+    /// Non-zero: Discover asks the system for names and kinds alone, which takes a fraction of the time on Linux. What else a
+    /// CFoundInfo has is asked for, by any thread, when it is read for the first time, and is 0 for an entry that cannot be
+    /// found then. 0, as at first: records are of the moment of Discover. Windows gives all of it at once.
+    void SetRecordsOnDemand(int onDemand);
     /// Names that match any of these masks are not listed, and folders among them not entered. None at first.
     void SetExcludedMasks(const CStringArray& masks);
 
 private:
-    void DiscoverEntries(const CString& path, const CString& offset, int depth, CStringArray* subfolders);
-    CStringArray Subfolders(const CString& path, const CString& offset) const;
-    void Keep(const CQvFileFind& find, const CString& offset, int depth);
-    bool IsListed(const CQvFileFind& find) const;
-    bool IsToBeEntered(const CFileFind& find) const;
+    /// What was found in one folder.
+    struct Part {
+        std::shared_ptr<qv::FoundFolder> folder;
+        CString offset;
+        UINT depth = 0;
+        std::size_t first = 0;  ///< the index of its first entry
+    };
+
+    void Keep(const qv::FolderListing& listing, const CString& offset, int depth);
+    void TellLeftOut(const qv::FolderListing& listing) const;
+    int ExpectAll(const CString& path, const CStringArray& subfolders, int current, int expected) const;
+    qv::FolderListing ListingOf(const CString& path, bool isOutermost) const;
+    qv::SearchRules& ChangeRules();
+    std::size_t Count() const;
+    template <class Array, class Make>
+    const Array& Filled(Array& array, Make make) const;
 
     CString m_path;
-    CString m_mask;  // what the system looks for
-    std::shared_ptr<const qv::NameMasks> m_listed, m_excluded;
-    CUIntArray m_depths;
-    CStringArray m_offsets;
-    CStringArray m_files;
-    CArray<CFoundInfo> m_foundInfo;
-    int m_recurse = 0;
-    int m_includeDirectories = 0;
+    std::shared_ptr<const qv::SearchRules> m_rules;  // null as long as all are those of a new object
+    std::vector<Part> m_parts;
+    mutable CUIntArray m_depths;  // these are filled when they are asked for
+    mutable CStringArray m_offsets;
+    mutable CStringArray m_files;
+    mutable CArray<CFoundInfo> m_foundInfo;
+    qv::ListingsAhead* m_ahead = nullptr;  // during Discover
     ILeftOut* m_leftOut = nullptr;
 };

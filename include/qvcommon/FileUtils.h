@@ -139,7 +139,8 @@ public:
     /// read; the rest stays.
     static void DelTree(const char* directory, int removeItself);
     /// The same, but what cannot be deleted or read is reported to the observer, folders that stay included, and all the rest is
-    /// deleted. Raises what the observer raises.
+    /// deleted, by several threads in a large tree. Raises what the observer raises; something of the rest may be deleted
+    /// then.
     static void DelTree(const char* directory, int removeItself, ILeftOut& leftOut);
 
     /// Bits of the shell operations' flags. Windows knows more and gets them all.

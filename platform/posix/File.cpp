@@ -36,6 +36,12 @@ Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t&
     return got.status();
 }
 
+Status ReadBytesAt(FileHandle handle, std::uint64_t position, void* buffer, std::size_t size, std::size_t& count) {
+    const auto got = sys::pread(Descriptor(handle), buffer, size, static_cast<off_t>(position));
+    count = got.ok() ? static_cast<std::size_t>(got.value()) : 0;
+    return got.status();
+}
+
 Status WriteBytes(FileHandle handle, const void* data, std::size_t size) {
     for (auto* next = static_cast<const char*>(data); size > 0;) {
         const auto written = sys::write(Descriptor(handle), next, size);

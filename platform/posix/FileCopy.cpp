@@ -111,12 +111,14 @@ Status OpenSource(const Location& from, LastName lastName, UniqueFd& file) {
 
 /// `create` makes the new file beside the target.
 template <class Create>
-Status Copy(const Location& from, LastName lastName, const Location& to, const CopiedBytes& report, Create create) {
+Status Write(AtomicFile& copy, const Location& from, LastName lastName, const CopiedBytes& report, Create create) {
     UniqueFd file;
     if (const Status opened = OpenSource(from, lastName, file); !opened.ok()) return opened;
-    AtomicFile copy;
     if (const Status created = create(copy); !created.ok()) return created;
-    if (const Status copied = CopyAll(file.Get(), static_cast<int>(copy.Handle()), report); !copied.ok()) return copied;
+    return CopyAll(file.Get(), static_cast<int>(copy.Handle()), report);
+}
+
+Status Place(AtomicFile& copy, const Location& to) {
     const Status placed = copy.Commit(IfExists::Fail, Durability::Deferred);
     return placed.error() == EEXIST ? ReplaceUnused(copy, to) : placed;
 }
@@ -124,14 +126,42 @@ Status Copy(const Location& from, LastName lastName, const Location& to, const C
 }  // namespace
 
 Status CopyWholeFile(const char* from, const char* to) {
-    return Copy(Location::OfPath(from), LastName::MayBeLink, Location::OfPath(to), {},
-                [to](AtomicFile& copy) { return copy.Create(to); });
+    AtomicFile copy;
+    const Status written = Write(copy, Location::OfPath(from), LastName::MayBeLink, {},
+                                 [to](AtomicFile& file) { return file.Create(to); });
+    return written.ok() ? Place(copy, Location::OfPath(to)) : written;
 }
 
 Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
                   const std::string& newName, const CopiedBytes& copied) {
-    return Copy(Location::In(from, name), source, Location::In(to, newName), copied,
-                [&](AtomicFile& copy) { return copy.CreateIn(to, NativePath(newName)); });
+    AtomicFile copy;
+    const Location target = Location::In(to, newName);
+    const Status written = Write(copy, Location::In(from, name), source, copied,
+                                 [&](AtomicFile& file) { return file.CreateIn(to, target.name); });
+    return written.ok() ? Place(copy, target) : written;
+}
+
+struct FileCopy::Body {
+    AtomicFile copy;
+    Location target;
+    std::uint64_t size = 0;
+    Status written = {};
+};
+
+FileCopy::FileCopy(const Folder& from, const std::string& name, LastName source, const Folder& to,
+                   const std::string& newName)
+    : m_body(std::make_unique<Body>(Body{.copy = {}, .target = Location::In(to, newName)})) {
+    m_body->written = Write(
+        m_body->copy, Location::In(from, name), source, [this](std::uint64_t bytes) { m_body->size += bytes; },
+        [&](AtomicFile& file) { return file.CreateIn(to, m_body->target.name); });
+}
+
+FileCopy::FileCopy(FileCopy&&) noexcept = default;
+FileCopy::~FileCopy() = default;
+
+Status FileCopy::Commit(const CopiedBytes& copied) {
+    if (copied && m_body->size > 0) copied(m_body->size);
+    return m_body->written.ok() ? Place(m_body->copy, m_body->target) : m_body->written;
 }
 
 }  // namespace qv::platform

@@ -1,14 +1,14 @@
 #include "platform/FileSearch.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <utility>
 
 #include "platform/Path.h"
 #include "platform/Text.h"
 #include "platform/Time.h"
 #include "platform/Wildcard.h"
 #include "platform/posix/FolderBody.h"
+#include "platform/posix/FolderEntries.h"
+#include "platform/posix/FolderNames.h"
 
 namespace qv::platform {
 namespace {
@@ -18,11 +18,11 @@ std::uint64_t Ticks(const struct statx_timestamp& time) {
     return seconds < 0 ? 0 : static_cast<std::uint64_t>(seconds) * kTicksPerSecond + time.tv_nsec / 100;
 }
 
-Result<int> Query(int folder, const std::string& name, int flags, struct statx& status) {
-    return sys::statx(folder, name.c_str(), flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &status);
+Result<int> Query(int folder, const char* path, int flags, struct statx& status) {
+    return sys::statx(folder, path, flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &status);
 }
 
-std::uint32_t AttributesOf(const struct statx& status, const std::string& name) {
+std::uint32_t AttributesOf(const struct statx& status, std::string_view name) {
     std::uint32_t attributes = 0;
     if (S_ISDIR(status.stx_mode))
         attributes |= kDirectory;
@@ -33,14 +33,14 @@ std::uint32_t AttributesOf(const struct statx& status, const std::string& name) 
     return attributes;
 }
 
-/// All but the name.
-Status Describe(int folder, const std::string& native, FoundEntry& entry) {
+/// All but the name of what the path, from the folder, names. `name` is its last part.
+Status Describe(int folder, const char* path, const char* name, FoundEntry& entry) {
     struct statx status {};
-    const auto asked = Query(folder, native, AT_SYMLINK_NOFOLLOW, status);
+    const auto asked = Query(folder, path, AT_SYMLINK_NOFOLLOW, status);
     if (!asked.ok()) return asked.status();
     const bool link = S_ISLNK(status.stx_mode);
-    if (struct statx target; link && Query(folder, native, 0, target).ok()) status = target;
-    entry.attributes = AttributesOf(status, native) | (link ? kReparsePoint : 0);
+    if (struct statx target; link && Query(folder, path, 0, target).ok()) status = target;
+    entry.attributes = AttributesOf(status, name) | (link ? kReparsePoint : 0);
     entry.tag = link ? kSymbolicLinkTag : 0;
     if (!entry.attributes) entry.attributes = kNormal;
     entry.created = Ticks(status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_ctime);
@@ -50,26 +50,35 @@ Status Describe(int folder, const std::string& native, FoundEntry& entry) {
     return {};
 }
 
-struct Name {
-    std::string native, key;
-};
-
-bool ComesBefore(const Name& a, const Name& b) {
-    const int order = a.key.compare(b.key);
-    return order ? order < 0 : a.native < b.native;
+/// All but the name, as far as the kind says it.
+void DescribeKind(EntryKind kind, FoundEntry& entry) {
+    const bool link = kind == EntryKind::FolderLink;
+    entry.attributes = (kind == EntryKind::File ? 0u : +kDirectory) | (link ? kReparsePoint : 0);
+    entry.tag = link ? kSymbolicLinkTag : 0;
+    entry.created = entry.accessed = entry.written = entry.size = 0;
 }
 
 }  // namespace
 
 Status Folder::Find(FoundEntry& entry) const {
-    return Describe(DescriptorOf(*this), NativePath(entry.name), entry);
+    const std::string name = NativePath(entry.name);
+    return Describe(DescriptorOf(*this), name.c_str(), name.c_str(), entry);
+}
+
+Detail GivenFor(Detail asked) {
+    return asked;
+}
+
+Status FindEntry(const char* path, FoundEntry& entry) {
+    const std::string native = NativePath(path);
+    return Describe(AT_FDCWD, native.c_str(), native.c_str() + native.rfind('/') + 1, entry);
 }
 
 struct FileSearch::State {
     Folder opened;                   // by the search itself
     const Folder* folder = &opened;  // where it searches
-    std::vector<Name> names;
-    std::size_t next = 0;
+    Detail detail = Detail::All;
+    FolderNames names;
 
     bool Exists(const std::string& name) const {
         struct stat status;
@@ -78,19 +87,23 @@ struct FileSearch::State {
 
     /// Returns why some were not listed.
     Status Collect(const Wildcard& mask) {
-        std::vector<FolderEntry> entries;
-        const Status listed = folder->List(entries);
-        const auto matches = [&](const std::string& native) {
-            return IsPlainInBothForms(native) ? mask.Matches(native) : mask.Matches(LibraryName(native));
-        };
-        for (FolderEntry& entry : entries)
-            if (matches(entry.name)) names.push_back({std::move(entry.name), {}});
-        for (Name& name : names) name.key = ToUpper(name.native);
-        std::sort(names.begin(), names.end(), ComesBefore);
-        std::size_t dots = 0;
+        const int descriptor = DescriptorOf(*folder);
+        const Status listed = ForEachEntry(descriptor, [&](const dirent64& entry) {
+            const std::string_view native = entry.d_name;
+            if (!(IsPlainInBothForms(native) ? mask.Matches(native) : mask.Matches(LibraryName(std::string(native)))))
+                return;
+            names.Add(native, detail == Detail::All ? std::nullopt : std::optional(KindOf(descriptor, entry)));
+        });
+        names.Sort();
         for (const char* const name : {".", ".."})
-            if (mask.Matches(name)) names.insert(names.begin() + static_cast<std::ptrdiff_t>(dots++), {name, {}});
+            if (mask.Matches(name)) names.AddInFront(name, EntryKind::Folder);
         return listed;
+    }
+
+    Status DescribeNext(const FolderNames::Entry& next, FoundEntry& entry) const {
+        if (detail == Detail::All || !next.kind) return Describe(DescriptorOf(*folder), next.name, next.name, entry);
+        DescribeKind(*next.kind, entry);
+        return {};
     }
 };
 
@@ -99,7 +112,7 @@ FileSearch::~FileSearch() = default;
 FileSearch::FileSearch(FileSearch&&) noexcept = default;
 FileSearch& FileSearch::operator=(FileSearch&&) noexcept = default;
 
-Status FileSearch::Start(const char* pattern, LastName lastName) {
+Status FileSearch::Start(const char* pattern, LastName lastName, Detail detail) {
     m_state.reset();
     m_passedOver.clear();
     m_leftOut = {};
@@ -107,13 +120,14 @@ Status FileSearch::Start(const char* pattern, LastName lastName) {
     const std::size_t nameAt = whole.find_last_of("\\/") + 1;
     const std::string path = nameAt == 0 ? "." : whole.substr(0, nameAt), mask = whole.substr(nameAt);
     auto state = std::make_unique<State>();
+    state->detail = detail;
     const Status opened = state->opened.Open(path.c_str(), lastName);
     // Of the pattern it is the folder that is missing, not the file.
     if (!opened.ok()) return opened.error() == ENOENT ? Status::OfErrorAt(ENOENT, pattern) : opened;
 
-    std::string named = NativePath(mask);
+    const std::string named = NativePath(mask);
     if (!Wildcard::IsWild(mask) && state->Exists(named))
-        state->names.push_back({std::move(named), {}});
+        state->names.Add(named, std::nullopt);
     else if (const Status listed = state->Collect(Wildcard(mask)); !listed.ok())
         PassOver("", listed);
     m_state = std::move(state);
@@ -130,10 +144,10 @@ void FileSearch::StartIn(const Folder& folder) {
 
 bool FileSearch::Next(FoundEntry& entry) {
     if (!m_state) return false;
-    while (m_state->next < m_state->names.size()) {
-        std::string& native = m_state->names[m_state->next++].native;
-        const Status described = Describe(DescriptorOf(*m_state->folder), native, entry);
-        entry.name = LibraryName(std::move(native));
+    while (const auto next = m_state->names.Next()) {
+        const Status described = m_state->DescribeNext(*next, entry);
+        entry.name.assign(next->name);
+        if (!IsPlainInBothForms(entry.name)) entry.name = LibraryName(std::move(entry.name));
         if (described.ok()) return true;
         PassOver(entry.name, described);
     }

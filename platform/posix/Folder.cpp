@@ -27,15 +27,16 @@ bool LeadsToFolder(int parent, const char* name) {
     return sys::fstatat(parent, name, &status, AT_NO_AUTOMOUNT).ok() && S_ISDIR(status.st_mode);
 }
 
-EntryKind KindOf(int parent, const char* name, unsigned char type) {
-    struct stat status;
-    if (type == DT_UNKNOWN && sys::fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT).ok())
-        type = IFTODT(status.st_mode);
-    if (type == DT_DIR) return EntryKind::Folder;
-    return type == DT_LNK && LeadsToFolder(parent, name) ? EntryKind::FolderLink : EntryKind::File;
-}
-
 }  // namespace
+
+EntryKind KindOf(int folder, const dirent64& entry) {
+    struct stat status;
+    unsigned char type = entry.d_type;
+    const int noFollow = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+    if (type == DT_UNKNOWN && sys::fstatat(folder, entry.d_name, &status, noFollow).ok()) type = IFTODT(status.st_mode);
+    if (type == DT_DIR) return EntryKind::Folder;
+    return type == DT_LNK && LeadsToFolder(folder, entry.d_name) ? EntryKind::FolderLink : EntryKind::File;
+}
 
 Folder::Folder() = default;
 Folder::Folder(Folder&& other) noexcept = default;
@@ -75,7 +76,7 @@ void Folder::Close() {
 Status Folder::List(std::vector<FolderEntry>& entries) const {
     const int folder = DescriptorOf(*this);
     return ForEachEntry(folder, [&](const dirent64& entry) {
-        entries.push_back({entry.d_name, KindOf(folder, entry.d_name, entry.d_type)});
+        entries.push_back({entry.d_name, KindOf(folder, entry)});
     });
 }
 

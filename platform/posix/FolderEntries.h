@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Folder.h"
 #include "platform/posix/System.h"
 
 namespace qv::platform {
@@ -7,6 +8,9 @@ namespace qv::platform {
 inline bool IsDots(const char* name) {
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
+
+/// What an entry is, asking the system only where its listing does not say.
+EntryKind KindOf(int folder, const dirent64& entry);
 
 /// Calls `see` with the dirent64 of each entry of an open folder but "." and "..", in no order. After a failure it has seen
 /// those that were read.

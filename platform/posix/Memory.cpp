@@ -5,13 +5,28 @@
 #include "platform/posix/System.h"
 
 namespace qv::platform {
+namespace {
 
-void ExpectWriting(void* memory, std::size_t size) {
+/// Advises on the whole pages of the memory.
+bool Advise(void* memory, std::size_t size, int advice) {
     const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
     const auto begin = reinterpret_cast<std::uintptr_t>(memory);
     const std::uintptr_t first = (begin + page - 1) / page * page, end = (begin + size) / page * page;
-    // Advice alone: the memory is as good without large pages.
-    if (first < end) sys::madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE).IgnoreError();
+    return first >= end || sys::madvise(reinterpret_cast<void*>(first), end - first, advice).ok();
+}
+
+}  // namespace
+
+void ExpectWriting(void* memory, std::size_t size) {
+    Advise(memory, size, MADV_HUGEPAGE);  // the memory is as good without large pages
+}
+
+bool ProvideMemory(void* memory, std::size_t size) {
+#ifdef MADV_POPULATE_WRITE
+    return Advise(memory, size, MADV_POPULATE_WRITE);
+#else
+    return false;
+#endif
 }
 
 }  // namespace qv::platform

@@ -54,6 +54,7 @@ inline constexpr SystemCall fcntl_lock(
 // Contents.
 
 QV_TRANSFER(Read, read);
+QV_TRANSFER(Read, pread);
 QV_TRANSFER(Write, write);
 QV_TRANSFER(Copy, copy_file_range);
 QV_SYSTEM_CALL(Flush, fsync);

@@ -33,6 +33,16 @@ Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t&
     return read.error() == ERROR_BROKEN_PIPE ? Status() : read.status();
 }
 
+Status ReadBytesAt(FileHandle handle, std::uint64_t position, void* buffer, std::size_t size, std::size_t& count) {
+    DWORD got = 0;
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(position & 0xFFFFFFFF);
+    place.OffsetHigh = static_cast<DWORD>(position >> 32);
+    const auto read = sys::ReadFile(SystemHandle(handle), buffer, TransferSize(size), &got, &place);
+    count = read.ok() ? got : 0;
+    return read.error() == ERROR_HANDLE_EOF ? Status() : read.status();
+}
+
 Status WriteBytes(FileHandle handle, const void* data, std::size_t size) {
     for (auto* next = static_cast<const char*>(data); size > 0;) {
         DWORD count = 0;

@@ -41,4 +41,23 @@ Status CopyFileIn(const Folder& from, const std::string& name, LastName, const F
     return status;
 }
 
+struct FileCopy::Body {
+    const Folder& from;
+    std::string name;
+    LastName source;
+    const Folder& to;
+    std::string newName;
+};
+
+FileCopy::FileCopy(const Folder& from, const std::string& name, LastName source, const Folder& to,
+                   const std::string& newName)
+    : m_body(std::make_unique<Body>(Body{from, name, source, to, newName})) {}
+
+FileCopy::FileCopy(FileCopy&&) noexcept = default;
+FileCopy::~FileCopy() = default;
+
+Status FileCopy::Commit(const CopiedBytes& copied) {
+    return CopyFileIn(m_body->from, m_body->name, m_body->source, m_body->to, m_body->newName, copied);
+}
+
 }  // namespace qv::platform

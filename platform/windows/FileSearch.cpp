@@ -15,6 +15,22 @@ bool IsInLinkedFolder(const std::wstring& pattern) {
 
 }  // namespace
 
+// A listing has everything anyway.
+Detail GivenFor(Detail) {
+    return Detail::All;
+}
+
+Status FindEntry(const char* path, FoundEntry& entry) {
+    WIN32_FIND_DATAW data;
+    const auto found = sys::FindFirstFileW(WidePattern(path).c_str(), &data);
+    if (!found.ok()) return found.status();
+    const UniqueSearch search(found);
+    std::string name = std::move(entry.name);
+    const Status copied = CopyFindData(data, entry);
+    entry.name = std::move(name);
+    return copied;
+}
+
 struct FileSearch::State {
     WIN32_FIND_DATAW data;
     UniqueSearch search;
@@ -32,7 +48,7 @@ FileSearch::~FileSearch() = default;
 FileSearch::FileSearch(FileSearch&&) noexcept = default;
 FileSearch& FileSearch::operator=(FileSearch&&) noexcept = default;
 
-Status FileSearch::Start(const char* pattern, LastName lastName) {
+Status FileSearch::Start(const char* pattern, LastName lastName, Detail) {
     m_state.reset();
     m_passedOver.clear();
     m_leftOut = {};

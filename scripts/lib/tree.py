@@ -10,7 +10,7 @@ import subprocess
 import sys
 
 # From the ground up. An include runs down, or sideways within a floor.
-FLOORS = ("platform", "framework", "core", "threads", "files xml imaging settings system", "messages dialogs cabinet html", "charts",
+FLOORS = ("platform", "framework", "threads", "core", "files xml imaging settings system", "messages dialogs cabinet html", "charts",
           "tools")
 # The folders that implement the exported headers; those of include/qvcommon/framework/ belong to framework/.
 HEADERS = {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/Crc32.h"
+#include "qvcommon/FileUtils.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
@@ -58,6 +59,40 @@ TEST(Checksum, OfAFileIsThatOfItsBytesOrNothing) {
     });
     EXPECT_EQ(FileCRC(folder / "x"), 0u);
     EXPECT_EQ(reads, 3);
+}
+
+TEST(Checksum, OfManyFilesComeInOrderWithTheirFailures) {
+    struct Log : IChecksums {
+        std::vector<unsigned long> crcs;
+        std::string failures;
+        std::uint64_t bytes = 0;
+        void OnBytes(std::uint64_t count) override { bytes += count; }
+        void OnChecksum(int index, unsigned long crc, CFileException* failure) override {
+            EXPECT_EQ(index, static_cast<int>(crcs.size()));
+            crcs.push_back(crc);
+            if (failure) failures += CFileUtils::GetFilenameFromPath(failure->m_strFileName).AsStd() + ";";
+        }
+    } log;
+    const TempFolder folder;
+    CStringArray paths;
+    std::vector<unsigned long> expected;
+    std::uint64_t bytes = 0;
+    // Two of them are large enough for several threads, with and without a piece that is not whole.
+    for (const std::size_t size : {1u, 32u << 20, 0u, 70000u, (37u << 20) + 13, 5u}) {
+        const std::string name = std::to_string(size), content = Bytes(size);
+        folder.Write(name, content);
+        for (int i = 0; i < (size < 100 ? 20 : 1); ++i) {
+            paths.Add(folder / name.c_str());
+            expected.push_back(MemCRC(content));
+            bytes += size;
+        }
+        paths.Add(folder / "none");
+        expected.push_back(0);
+    }
+    FileCRCs(paths, log);
+    EXPECT_EQ(log.crcs, expected);
+    EXPECT_EQ(log.bytes, bytes);
+    EXPECT_EQ(log.failures, "none;none;none;none;none;none;");
 }
 
 }  // namespace

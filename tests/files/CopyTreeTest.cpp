@@ -117,6 +117,39 @@ TEST_F(CopyTreeTest, ErrorsAreToldAndMayEndIt) {
     EXPECT_EQ(m_folder.Read("to/sub/c"), "from/sub/c");
 }
 
+// In folders like this one, threads write copies ahead.
+TEST_F(CopyTreeTest, LargeFoldersAreCopiedInOrderAndNotBeyondAStop) {
+    std::vector<std::string> names;
+    std::string expected = "start;";
+    fs::create_directory(m_folder.Native("from"));
+    for (int i = 100; i < 160; ++i) {
+        names.push_back(std::to_string(i));
+        m_folder.Write("from/" + names.back(), std::string(static_cast<std::size_t>(i) * 500, 'x'));
+        expected += names.back() + ";";
+    }
+    EXPECT_EQ(Copy("to"), expected + "finish;");
+    EXPECT_EQ(m_observer.bytes, 500u * (100 + 159) * 30);
+    EXPECT_EQ(ReadTree(m_folder.Native("to")), ReadTree(m_folder.Native("from")));
+    EXPECT_EQ(Copy("to"), expected + "finish;");  // over what is there
+    struct Stopping : CCopyTree {
+        int left = 0;
+        bool skips = false;
+        int CopyFileA(const char* source, const char* target) override {
+            if (left-- == 0) AfxThrowUserException();
+            return skips ? 1 : CCopyTree::CopyFileA(source, target);
+        }
+    };
+    for (const bool skips : {false, true}) {
+        Stopping copy;
+        copy.left = 30;
+        copy.skips = skips;
+        EXPECT_TRUE(Raised<CUserException>(
+            [&] { copy.CopyTree(CString(m_folder / "from"), CString(m_folder / (skips ? "none" : "part"))); }));
+    }
+    EXPECT_EQ(ReadTree(m_folder.Native("part")).size(), 30u);  // no others, no temporary ones
+    EXPECT_EQ(ReadTree(m_folder.Native("none")).size(), 0u);
+}
+
 TEST_F(CopyTreeTest, KeepsHolesAndFilesBeyond4Gb) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "files have no holes here, and 4 GB take long to copy";
     MakeTree(m_folder.Native(), {"from/"});

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <thread>
+
 #include "platform/Path.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
@@ -35,6 +38,36 @@ TEST(DelTree, DeletesAllAndKeepsTheRootIfToldTo) {
     MakeTree(folder.Native(), {"file"});
     for (const int removeItself : {0, 1}) CFileUtils::DelTree(folder / "file", removeItself);
     EXPECT_TRUE(folder.Has("file"));
+}
+
+// In trees like this one, threads delete ahead.
+TEST(DelTree, DeletesLargeTreesAndReportsAllThatStays) {
+    struct Log : ILeftOut {
+        std::vector<std::string> paths;
+        const std::thread::id thread = std::this_thread::get_id();
+        void OnLeftOut(const QvLeftOut& entry) override {
+            EXPECT_EQ(std::this_thread::get_id(), thread);
+            paths.push_back(entry.path.AsStd());
+        }
+    } log;
+    const TempFolder folder;
+    std::vector<std::string> staying;
+    for (int i = 100; i < 150; ++i) {
+        MakeTree(folder.Native("tree/" + std::to_string(i)), {"a", "stays", "sub/b", "sub/c/"});
+        staying.push_back((folder / ("tree\\" + std::to_string(i) + "\\stays").c_str()).AsStd());
+    }
+    {
+        const auto denied = SystemFaults::Of(qv::platform::FileCause::AccessDenied);
+        const SystemFaults faults([denied](const SystemFaults::Call& call) {
+            return call.kind == CallKind::Remove && LastName(call) == "stays" ? denied : qv::platform::Fault{};
+        });
+        CFileUtils::DelTree(folder / "tree", 1, log);
+    }
+    std::ranges::sort(log.paths);
+    EXPECT_EQ(log.paths, staying);
+    EXPECT_EQ(ReadTree(folder.Native("tree")).size(), 100u);
+    CFileUtils::DelTree(folder / "tree", 1, log);
+    EXPECT_FALSE(folder.Has("tree"));
 }
 
 TEST(DelTree, LeavesTheCurrentFolderFirst) {

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <thread>
 
+#include "platform/Path.h"
 #include "platform/Wildcard.h"
 #include "qvcommon/FileFinder.h"
 #include "tests/support/ScopedCodePage.h"
@@ -65,6 +68,57 @@ TEST_F(FinderTest, ListsByMaskModeAndDepth) {
     m_finder.SetSearchPath(m_folder / "missing");
     m_finder.Discover();
     EXPECT_TRUE(m_finder.GetFoundInfo().IsEmpty());
+}
+
+TEST_F(FinderTest, AsksForRecordsWhenTheyAreRead) {
+    Make({"kept", "gone", "folder/x"});
+    m_finder.SetRecordsOnDemand(1);
+    Find("*", 0, 2);
+    std::ofstream(m_folder.Native("kept")) << "longer than before";
+    fs::remove(m_folder.Native("gone"));
+    const CArray<CFoundInfo>& found = m_finder.GetFoundInfo();
+    ASSERT_EQ(found.GetSize(), 3);
+    EXPECT_TRUE(found[0].IsDirectory() && !found[0].IsLink() && found[0].GetLength64() == 0);
+    if (qv::platform::HasDriveLetters()) return;  // listings have everything there
+    EXPECT_EQ(found[2].GetLength64(), 18u);
+    QvFileTime time;
+    EXPECT_TRUE(found[1].GetLastWriteTime(&time));
+    EXPECT_EQ(time.Steps(), 0u);
+    EXPECT_FALSE(found[1].IsDirectory());
+}
+
+TEST_F(FinderTest, ListsLargeTreesInTheOrderOfOneThread) {
+    std::vector<std::string> expected;
+    std::vector<std::string> names;
+    for (int i = 100; i < 140; ++i)
+        for (const char* const below : {"", "a/", "b/"})
+            for (const char* const file : {"1.txt", "2.doc"})
+                names.push_back("f" + std::to_string(i) + "/" + below + file);
+    for (const std::string& name : names) {
+        Make({name.c_str()});
+        std::string offset = name;
+        std::ranges::replace(offset, '/', '\\');
+        expected.push_back(offset);
+    }
+    struct Recorder : FileFinder {
+        std::vector<std::string> titles;
+        std::thread::id thread = std::this_thread::get_id();
+        void UpdateProgress(const char* title) override {
+            EXPECT_EQ(std::this_thread::get_id(), thread);
+            if (titles.size() == 300) throw std::string(title);
+            titles.push_back(title);
+        }
+    } recorder;
+    for (const char* const mask : {"*.*", "*.?*"}) {  // one search of each folder, and two
+        Find(mask, 1, 0);
+        const CStringArray& offsets = m_finder.GetFileOffsets();
+        EXPECT_EQ(std::vector<std::string>(offsets.begin(), offsets.end()), expected) << mask;
+        EXPECT_EQ(m_finder.GetFoundInfo()[77].GetLength64(), names[77].size());
+    }
+    recorder.SetSearchPath(m_folder / "");
+    recorder.SetSearchMask("*");
+    recorder.SetRecurse(1);
+    EXPECT_THROW(recorder.Discover(), std::string);
 }
 
 TEST_F(FinderTest, CallsItsHooksOnceAFolder) {

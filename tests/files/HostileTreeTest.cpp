@@ -169,12 +169,12 @@ TEST(HostileTree, WhatVanishesDuringTheWalkIsTold) {
         fs::path root;
         void UpdateProgress(const char* title) override {
             std::error_code ignored;
-            if (CString(title) == "a") fs::remove_all(root / "b", ignored), fs::remove(root / "c", ignored);
+            if (CString(title) == "a") fs::remove_all(root / "b", ignored);
         }
     } finder;
     const TempFolder folder;
     Recorder recorder;
-    MakeTree(folder.Native(), {"a", "b/x", "c", "d/y"});
+    MakeTree(folder.Native(), {"a", "b/x", "d/y"});
     finder.root = folder.Native();
     finder.SetSearchPath(folder / "");
     finder.SetSearchMask("*.*");
@@ -183,9 +183,7 @@ TEST(HostileTree, WhatVanishesDuringTheWalkIsTold) {
     finder.Discover();
     EXPECT_EQ(finder.GetFileOffsets()[finder.GetFileOffsets().GetSize() - 1], "d\\y");
     EXPECT_EQ(finder.GetFileOffsets()[0], "a");
-    const std::string vanished = std::to_string(QvLeftOut::vanished) + ' ';
-    if (qv::platform::HasDriveLetters()) return;  // what the system has listed already is found there
-    EXPECT_EQ(recorder.names, (std::vector{vanished + "c", vanished + "b"}));
+    EXPECT_EQ(recorder.names, std::vector{std::to_string(QvLeftOut::vanished) + " b"});
 }
 
 TEST(HostileTree, FoldersTooDeepForAnyPathAreToldAndDeleted) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/qv/Progress.h"
 
@@ -9,5 +12,10 @@ namespace qv::tool {
 /// The CRC-32 of a file, whose path is in the library's form; its bytes count as progress.
 /// @throws CFileException* when it cannot be read to its end.
 unsigned long CrcOf(const std::string& path, Progress& progress);
+
+/// Calls `next` with each checksum in the order of the paths, or nothing, after a complaint, where a file cannot be read.
+/// "-" is standard input. Each file counts as progress, and so do its bytes.
+void SumEach(const std::vector<std::string>& paths, Progress& progress,
+             const std::function<void(std::size_t index, std::optional<unsigned long> crc)>& next);
 
 }  // namespace qv::tool

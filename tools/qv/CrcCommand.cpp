@@ -55,19 +55,6 @@ std::vector<std::string> FilesOf(const Options& options) {
     return files;
 }
 
-unsigned long CrcOfOperand(const std::string& path, Progress& progress) {
-    return IsStandardStream(path) ? MemCRC(ReadDocument(path)) : CrcOf(path, progress);
-}
-
-// The checksum, or nothing with a complaint when the file cannot be read.
-std::optional<unsigned long> TryCrcOf(const std::string& path, Progress& progress) try {
-    return CrcOfOperand(path, progress);
-} catch (CFileException* error) {
-    Complain(MessageOf(*error));
-    error->Delete();
-    return std::nullopt;
-}
-
 std::string HexOf(unsigned long crc) {
     CString digits;
     digits.Format("%08X", crc);
@@ -80,16 +67,14 @@ void Print(const Options& options) {
     Progress progress("files read");
     if (progress.IsShown()) progress.SetTotalBytes(BytesOf(files));
     Lines lines(options.LineEnd());
-    for (const std::string& path : files) {
-        const auto crc = TryCrcOf(path, progress);
-        progress.Add();
+    SumEach(files, progress, [&](std::size_t index, std::optional<unsigned long> crc) {
         if (!crc)
             ++failures;
         else if (options.json)
-            lines.Add(JsonObject().Path("path", path).Text("crc32", HexOf(*crc)).Line());
+            lines.Add(JsonObject().Path("path", files[index]).Text("crc32", HexOf(*crc)).Line());
         else
-            lines.AddName(Native(path), HexOf(*crc) + "  ");
-    }
+            lines.AddName(Native(files[index]), HexOf(*crc) + "  ");
+    });
     lines.Write();
     if (failures) throw Failed(std::to_string(failures) + " of " + std::to_string(files.size()) + " could not be read");
 }
@@ -118,8 +103,20 @@ public:
     explicit Checker(const Options& options) : m_options(options) {}
 
     void CheckList(const std::string& list) {
-        for (const std::string& line : LinesOf(list, m_options))
-            if (line[0] != ';') CheckLine(list, line);
+        std::vector<std::string> paths;
+        std::vector<unsigned long> wanted;
+        for (const std::string& line : LinesOf(list, m_options)) {
+            if (line[0] == ';') continue;
+            if (const auto expected = ParseLine(line)) {
+                paths.push_back(expected->path);
+                wanted.push_back(expected->crc);
+            } else {
+                ++m_malformed;
+            }
+        }
+        SumEach(paths, m_progress, [&](std::size_t index, std::optional<unsigned long> crc) {
+            Print(list, paths[index], crc, wanted[index]);
+        });
     }
 
     /// @throws Failed when a file is not as it has to be, or no line was one of a list.
@@ -132,21 +129,15 @@ public:
     }
 
 private:
-    void CheckLine(const std::string& list, const std::string& line) {
-        const auto expected = ParseLine(line);
-        if (!expected) {
-            ++m_malformed;
-            return;
-        }
+    void Print(const std::string& list, const std::string& path, std::optional<unsigned long> crc,
+               unsigned long wanted) {
+        const bool matches = crc == wanted;
         ++m_count;
-        const auto crc = TryCrcOf(expected->path, m_progress);
-        m_progress.Add();
-        const bool matches = crc == expected->crc;
         m_mismatches += !matches;
         if (m_options.json)
-            m_lines.Add(JsonObject().Path("path", expected->path).Truth("matches", matches).Path("list", list).Line());
+            m_lines.Add(JsonObject().Path("path", path).Truth("matches", matches).Path("list", list).Line());
         else if (!matches || !IsQuiet())
-            m_lines.AddName(Native(expected->path), "", matches ? ": OK" : crc ? ": FAILED" : ": FAILED to read");
+            m_lines.AddName(Native(path), "", matches ? ": OK" : crc ? ": FAILED" : ": FAILED to read");
     }
 
     const Options& m_options;

@@ -36,22 +36,19 @@ class PrintingFinder : public FileFinder {
 public:
     explicit PrintingFinder(const Options& options) : m_options(options), m_lines(options.zero ? '\0' : '\n') {}
 
-    void UpdateProgress(const char*) override {
-        m_progress.Add();
-        Print();
-    }
+    void UpdateProgress(const char*) override { m_progress.Add(); }
     void StopProgress() override { Print(); }
     void Finish() { m_lines.Write(); }
 
 private:
-    // An entry is met before it is added, so these are the ones before it.
     void Print() {
-        for (; m_printed < GetFiles().GetSize(); ++m_printed)
+        const CStringArray& offsets = GetFileOffsets();
+        const CUIntArray& depths = GetOffsetDepths();
+        for (; m_printed < offsets.GetSize(); ++m_printed)
             if (m_options.json)
                 m_lines.Add(JsonOf(*this, m_printed));
             else
-                m_lines.AddName(Native(GetFileOffsets()[m_printed].AsStd()),
-                                std::to_string(GetOffsetDepths()[m_printed]) + '\t');
+                m_lines.AddName(Native(offsets[m_printed].AsStd()), std::to_string(depths[m_printed]) + '\t');
     }
 
     const Options& m_options;
@@ -76,6 +73,7 @@ void Find(const Options& options) {
     if (options.masks.size() == 1) finder.SetSearchMask(options.masks[0].c_str());
     if (options.masks.size() > 1) finder.SetSearchMasks(ArrayOf(options.masks));
     if (!options.excluded.empty()) finder.SetExcludedMasks(ArrayOf(options.excluded));
+    finder.SetRecordsOnDemand(!options.json);
     finder.SetRecurse(options.recurse);
     finder.SetIncludeDirectories(options.folders);
     finder.Discover();

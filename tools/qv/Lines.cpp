@@ -17,19 +17,30 @@ Lines::~Lines() {
 }
 
 void Lines::Add(const std::string& line) {
-    constexpr std::size_t enough = 64 * 1024;
-    (m_text += line) += m_end;
-    if (m_text.size() >= enough || std::chrono::steady_clock::now() >= m_next) Write();
+    m_text += line;
+    End();
 }
 
-void Lines::AddName(const std::string& name, const std::string& before, const std::string& after) {
-    Add(before + (m_end ? ForOutput(name) : name) + after);
+void Lines::AddName(const std::string& name, std::string_view before, std::string_view after) {
+    static const bool isTerminal = AfxIsOutputTerminal();
+    m_text += before;
+    m_text += m_end && isTerminal ? VisibleOnTerminal(name) : name;
+    m_text += after;
+    End();
+}
+
+void Lines::End() {
+    constexpr std::size_t enough = 64 * 1024;
+    m_text += m_end;
+    if (m_text.size() >= enough || std::chrono::steady_clock::now() >= m_next) Write();
 }
 
 void Lines::Write() {
     m_next = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
     ClearProgressLine();
-    AfxWriteStandardOutput(std::exchange(m_text, {}));
+    const std::string text = std::exchange(m_text, {});  // also when this fails
+    m_text.reserve(text.capacity());
+    AfxWriteStandardOutput(text);
 }
 
 bool LiveLines::Write(const std::string& line) {

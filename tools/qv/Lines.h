@@ -3,6 +3,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "qvcommon/framework/File.h"
 
@@ -20,10 +21,12 @@ public:
     /// @throws CFileException*, as Write.
     void Add(const std::string& line);
     /// Adds a line with a name from outside, visibly where standard output is a terminal, but as it is between zero bytes.
-    void AddName(const std::string& name, const std::string& before = {}, const std::string& after = {});
+    void AddName(const std::string& name, std::string_view before = {}, std::string_view after = {});
     void Write();
 
 private:
+    void End();
+
     char m_end;
     std::string m_text;
     std::chrono::steady_clock::time_point m_next{};

@@ -110,7 +110,7 @@ std::string MessageOf(CException& error) {
 }
 
 std::string Native(std::string_view path) {
-    return CFileUtils::GetNativePath(std::string(path).c_str()).AsStd();
+    return std::move(CFileUtils::GetNativePath(std::string(path).c_str()).AsStd());
 }
 
 }  // namespace qv::tool

@@ -118,16 +118,15 @@ public:
 protected:
     /// Makes `search` the one under way; null for none.
     BOOL Begin(std::unique_ptr<qv::IFileSearch> search, const CString& root);
-    /// Each: The current entry and the root, shared with those who keep them; null before the first FindNextFile.
-    const std::shared_ptr<const qv::FoundRecord>& GetRecord() const { return m_record; }
-    const std::shared_ptr<const CString>& GetSharedRoot() const { return m_root; }
+    /// The current entry; null before the first FindNextFile. FindNextFile overwrites it.
+    const qv::FoundRecord* GetRecord() const { return m_record.get(); }
 
 private:
     bool Advance();
 
     std::unique_ptr<qv::IFileSearch> m_search;
-    std::shared_ptr<const qv::FoundRecord> m_record, m_following;
-    std::shared_ptr<const CString> m_root;
+    std::unique_ptr<qv::FoundRecord> m_record, m_following;
+    CString m_root;
     ILeftOut* m_leftOut = nullptr;
     LONG m_error = 0;
 };

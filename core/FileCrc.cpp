@@ -1,0 +1,77 @@
+#include "core/FileCrc.h"
+
+#include <memory>
+#include <vector>
+
+#include "core/Crc32.h"
+#include "framework/FileErrors.h"
+#include "platform/File.h"
+
+namespace qv {
+namespace {
+
+/// So much stays in the processor's own memory between reading and adding up, in few calls of the system.
+constexpr std::size_t kStep = 256 * 1024;
+/// What a thread takes at a time of a large file.
+constexpr std::uint64_t kPiece = 4 << 20;
+constexpr std::uint64_t kLarge = 4 * kPiece;
+
+}  // namespace
+
+FileCrc::FileCrc(const CString& path) : m_file(path, CFile::modeRead | CFile::shareDenyNone) {}
+
+bool FileCrc::IsLarge() const {
+    std::uint64_t length = 0;
+    return platform::LengthOf(m_file.GetHandle(), length).ok() && length >= kLarge;
+}
+
+std::uint32_t FileCrc::Sum() {
+    return SumRest(0);
+}
+
+/// From where the file is, to its end.
+std::uint32_t FileCrc::SumRest(std::uint32_t crc) {
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);
+    while (const UINT count = m_file.Read(buffer.get(), kStep)) {
+        crc = Crc32(crc, buffer.get(), count);
+        m_length += count;
+    }
+    return crc;
+}
+
+/// Shorter only at the end of the file.
+FileCrc::Piece FileCrc::SumPiece(std::uint64_t position) const {
+    const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);
+    Piece piece;
+    while (piece.length < kPiece) {
+        std::size_t count = 0;
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kStep, kPiece - piece.length));
+        ThrowIfFailed(platform::ReadBytesAt(m_file.GetHandle(), position + piece.length, buffer.get(), wanted, count),
+                      m_file.GetFilePath());
+        if (count == 0) break;
+        piece.crc = Crc32(piece.crc, buffer.get(), count);
+        piece.length += count;
+    }
+    return piece;
+}
+
+std::uint32_t FileCrc::Sum(Executor& executor, const std::function<void(std::uint64_t)>& read) {
+    constexpr std::size_t kPiecesEach = 4;
+    std::vector<Piece> pieces((executor.Threads() + 1) * kPiecesEach);
+    std::uint32_t crc = 0;
+    bool ended = false;
+    while (!ended) {
+        executor.ForEach(pieces.size(), [&](std::size_t i) { pieces[i] = SumPiece(m_length + i * kPiece); });
+        const std::uint64_t before = m_length;
+        for (const Piece& piece : pieces) {
+            crc = JoinedCrc32(crc, piece.crc, piece.length);
+            m_length += piece.length;
+            ended = piece.length < kPiece;
+            if (ended) break;
+        }
+        read(m_length - before);
+    }
+    return crc;
+}
+
+}  // namespace qv

@@ -1,0 +1,52 @@
+#pragma once
+
+/// @file What FileFinder sees of one folder.
+
+#include <memory>
+#include <vector>
+
+#include "files/FoundFolder.h"
+#include "files/NameMasks.h"
+
+namespace qv {
+
+/// What FileFinder looks for.
+struct SearchRules {
+    CString mask;                               ///< what the system looks for
+    std::shared_ptr<const NameMasks> listed;    ///< null: all that the mask takes
+    std::shared_ptr<const NameMasks> excluded;  ///< null: none are passed over
+    bool recurse = false;
+    int includeDirectories = 0;
+    platform::Detail detail = platform::Detail::All;
+
+    bool IsListed(const platform::FoundEntry& entry) const;
+    bool IsEntered(const platform::FoundEntry& entry) const;
+};
+
+/// What a folder holds, read at once. A value that any thread may make.
+class FolderListing {
+public:
+    /// @param path  with its final separator; itself no link, unless it is the outermost folder.
+    /// @param root  the same as an absolute path
+    FolderListing(const CString& path, const CString& root, bool isOutermost, const SearchRules& rules);
+
+    const CString& Root() const { return m_met->Root(); }
+    /// All entries that the mask takes, in their order, and which of them are listed.
+    const FoundFolder& Met() const { return *m_met; }
+    bool IsListed(std::size_t index) const { return m_listed[index]; }
+    /// The names of the folders to be entered, if any are.
+    CStringArray& Subfolders() { return m_subfolders; }
+    const std::vector<platform::PassedOver>& LeftOut() const { return m_leftOut; }
+
+private:
+    void Read(const CString& path, platform::LastName lastName, const SearchRules& rules, bool seesSubfolders);
+    void ReadSubfolders(const CString& path, platform::LastName lastName, const SearchRules& rules);
+    void EnterLater(const platform::FoundEntry& entry, const SearchRules& rules);
+
+    std::unique_ptr<FoundFolder> m_met;
+    std::vector<bool> m_listed;
+    CStringArray m_subfolders;
+    std::vector<platform::PassedOver> m_leftOut;
+};
+
+}  // namespace qv

@@ -1,0 +1,91 @@
+#include "threads/Executor.h"
+
+#include <gtest/gtest.h>
+
+#include <latch>
+#include <numeric>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "qvcommon/framework/File.h"
+
+namespace {
+
+using qv::Executor;
+using qv::Task;
+
+// With as many threads as machines have, with one, and where the system gives none.
+class Executors : public testing::TestWithParam<unsigned> {
+protected:
+    Executor m_executor{GetParam()};
+};
+
+TEST_P(Executors, GiveResultsInAnyOrderOfAsking) {
+    std::vector<Task<std::string>> tasks;
+    for (int i = 0; i < 500; ++i) tasks.push_back(m_executor.Start([i] { return std::to_string(i); }));
+    for (std::size_t i = tasks.size(); i-- > 0;) EXPECT_EQ(tasks[i].Get(), std::to_string(i));
+    EXPECT_FALSE(tasks[0]);
+}
+
+TEST_P(Executors, CallWithEachNumberOnce) {
+    for (const std::size_t count : {0u, 1u, 2u, 3u, 1000u}) {
+        std::vector<int> calls(count);
+        m_executor.ForEach(count, [&](std::size_t i) { ++calls[i]; });
+        EXPECT_EQ(std::accumulate(calls.begin(), calls.end(), std::size_t{0}), count);
+        EXPECT_EQ(std::count(calls.begin(), calls.end(), 1), std::ptrdiff_t(count));
+    }
+}
+
+TEST_P(Executors, RaiseTheFirstFailureByNumberAndFreeTheOthers) {
+    std::atomic<int> lowest = 1000;
+    for (int round = 0; round < 50; ++round) try {
+            m_executor.ForEach(100, [&](std::size_t i) {
+                if (i >= 30) AfxThrowFileException(CFileException::diskFull, static_cast<LONG>(i));
+                if (static_cast<int>(i) < lowest) lowest = static_cast<int>(i);
+            });
+            FAIL() << "nothing was raised";
+        } catch (CFileException* error) {
+            EXPECT_EQ(error->m_lOsError, 30);
+            error->Delete();
+        }
+    EXPECT_EQ(lowest, 0);
+    auto failing = m_executor.Start([]() -> int { throw std::string("no"); });
+    EXPECT_THROW(failing.Get(), std::string);
+    // Nobody asks for this one, whose exception is freed.
+    const auto dropped = m_executor.Start([]() -> int { AfxThrowInvalidArgException(); });
+}
+
+TEST_P(Executors, DropWhatHasNotBegunAndWaitForWhatRuns) {
+    std::atomic<int> running = 0, ended = 0;
+    {
+        std::vector<Task<int>> tasks;
+        for (int i = 0; i < 100; ++i)
+            tasks.push_back(m_executor.Start([&] {
+                ++running;
+                std::this_thread::yield();
+                return ++ended;
+            }));
+    }
+    const int seen = running;
+    EXPECT_EQ(ended, seen);
+    std::this_thread::yield();
+    EXPECT_EQ(running, seen);
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, Executors, testing::Values(0u, 1u, 4u, 1000u));
+
+TEST(Executor, RunsBesideItsOwner) {
+    Executor executor(1);
+    std::latch begun(1), mayEnd(1);
+    auto task = executor.Start([&] {
+        begun.count_down();
+        mayEnd.wait();
+        return std::this_thread::get_id();
+    });
+    begun.wait();  // while nobody asks for the result
+    mayEnd.count_down();
+    EXPECT_NE(task.Get(), std::this_thread::get_id());
+}
+
+}  // namespace
