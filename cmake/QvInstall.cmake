@@ -14,6 +14,11 @@ install(TARGETS qvcommon EXPORT QvCommonTargets
     ARCHIVE COMPONENT development)
 install(PROGRAMS ${QV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
 
+# A program that builds the library as a part of itself installs what it runs with, and nothing else.
+if(NOT PROJECT_IS_TOP_LEVEL)
+    return()
+endif()
+
 # Headers, the files that pages expect beside them, and what finds the library for CMake and pkg-config.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/qvcommon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/html/assets/ DESTINATION ${CMAKE_INSTALL_DATADIR}/qvcommon/html

@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdio>
 
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/UserMessages.h"
 
 class Answerer : public CUserMessageListener {
@@ -23,6 +24,7 @@ protected:
 };
 
 int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");
     if (argc != 2) {
         std::fputs("usage: answer NAME\n", stderr);

@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdio>
 
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/UserMessages.h"
 
 class Asker : public CUserMessageListener {
@@ -14,6 +15,7 @@ public:
 };
 
 int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");
     if (argc < 3) {
         std::fputs("usage: ask NAME TEXT...\n", stderr);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <future>
 
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/TimerThread.h"
 
 class Countdown : public CTimerThread {
@@ -35,6 +36,7 @@ private:
 };
 
 int main(int argc, char** argv) {
+    QvReportUncaught();
     const int ticks = argc == 2 ? std::atoi(argv[1]) : 0;
     if (ticks < 1) {
         std::fputs("usage: background_timer TICKS\n", stderr);

@@ -35,7 +35,8 @@ public:
     }
 };
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+    QvReportUncaught();
     if (argc != 2) {
         std::fputs("usage: metafile_list FILE.emf\n", stderr);
         return 2;
@@ -48,10 +49,4 @@ int main(int argc, char** argv) try {
         return 1;
     }
     return 0;
-} catch (CException* error) {  // no such file, no metafile, or one with a record of a size that cannot be
-    char reason[512] = {};
-    error->GetErrorMessage(reason, sizeof reason - 1);
-    error->Delete();
-    std::fprintf(stderr, "%s\n", reason);
-    return 1;
 }

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "qvcommon/AppRegistry.h"
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/ProfileStore.h"
 #include "qvcommon/ShellVerbHelper.h"
@@ -32,7 +33,8 @@ static void List() {
         std::puts(CFileUtils::GetNativePath(path).AsStd().c_str());
 }
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");
     if (argc != 2) {
         std::fputs("usage: open_recent --list | FILE\n", stderr);
@@ -47,10 +49,4 @@ int main(int argc, char** argv) try {
     const CString path = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
     CShellVerbHelper::Open(path);
     Remember(path);
-} catch (CException* error) {
-    char reason[512] = {};
-    error->GetErrorMessage(reason, sizeof reason - 1);
-    error->Delete();
-    std::fprintf(stderr, "%s\n", reason);
-    return 1;
 }

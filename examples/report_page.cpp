@@ -1,4 +1,4 @@
-// A report page whose sections open and close in the browser.
+// A report page with a tree menu, sections that open and close in the browser, and charts.
 //
 //   report_page FOLDER
 //
@@ -7,23 +7,50 @@
 #include <clocale>
 #include <cstdio>
 
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/Graph.h"
 #include "qvcommon/HtmlAssets.h"
+#include "qvcommon/HtmlTreeMenu.h"
 #include "qvcommon/HtmlWriter.h"
 
-// The head of a page is what derived classes add to. This line in it makes the page live in the browsers of today.
+// The head of a page is what derived classes add to: here what makes the page live in the browsers of today, and the
+// script of the menu.
 class Report : public CHtmlWriter {
+public:
+    CHtmlTreeBuilder m_menu;
+
+private:
     void AddTitleToHead(const char* title, const char* styleSheet, const char* headTag, const char* images) override {
         CHtmlWriter::AddTitleToHead(title, styleSheet, headTag, images);
         AddBrowserSupport();
+        AddFormattedText(m_menu.GetDropdownScript("."));
     }
 };
 
-static void AddSection(CHtmlWriter& page, const char* title, const char* text) {
+// Texts of the menu go into a script as they are: escape those that are not your own by CleanScriptUtf8.
+static void AddMenu(Report& page) {
+    CHtmlTreeNode* const fruit = page.m_menu.AddNode(new CHtmlTreeNode("Fruit", "", "", 0));
+    fruit->AddNode(new CHtmlTreeNode("Apples", "", "#apples", 1));  // 1: the current one, so the tree is open here
+    fruit->AddNode(new CHtmlTreeNode("Pears", "", "#pears", 0));
+    page.AddFormattedText(page.m_menu.GetHtml());
+}
+
+static void AddSection(CHtmlWriter& page, const char* anchor, const char* title, const char* text) {
     page.AddDropdownTitle(2, title);  // what the reader clicks on
     page.StartDropdownText();         // what opens
+    page.AddBookmark(anchor);         // a link to it opens the section
     page.AddParagraph(text);          // texts are escaped: "<" and "&" may stand in them as they are
     page.EndDropdownText();
+}
+
+static void AddChart(CHtmlWriter& page) {
+    CBarGraph chart;
+    chart.SetTitle("Sold, in tonnes");
+    chart.SetCategories({"Spring", "Summer", "Autumn"});
+    chart.AddSeries("Apples", {3, 1, 7});
+    chart.AddSeries("Pears", {1, 2, 4.5});
+    chart.WriteTo(page);  // SVG in the page itself, which follows the reader's light or dark setting
 }
 
 static void WriteReport(const CString& folder) {
@@ -36,10 +63,12 @@ static void WriteReport(const CString& folder) {
     page.AddTitle("Fruit & prices", "qvcommon.css", nullptr, ".");
     page.OpenTag("body");
     page.AddHeading(1, "Fruit & prices");
+    AddMenu(page);
+    AddChart(page);
 
     page.SetDropdowns(1, ".");  // "." holds the pictures of open and closed sections
-    AddSection(page, "Apples", "Prices stay < 3 this year.");
-    AddSection(page, "Pears", "None left.");
+    AddSection(page, "apples", "Apples", "Prices stay < 3 this year.");
+    AddSection(page, "pears", "Pears", "None left.");
     page.AddDropdownCookie();  // remembers what the reader opened
 
     // Whatever has no operation of its own goes in as markup. Escaping is yours then.
@@ -50,17 +79,12 @@ static void WriteReport(const CString& folder) {
     page.CommitFile();  // the one place that tells of a full disk: the destructor keeps quiet
 }
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");  // texts are in the code page of the locale: set it before anything else
     if (argc != 2) {
         std::fputs("usage: report_page FOLDER\n", stderr);
         return 2;
     }
     WriteReport(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside come in the system's own form
-} catch (CException* error) {  // the library throws pointers; who catches one ends it with Delete
-    char reason[512] = {};
-    error->GetErrorMessage(reason, sizeof reason - 1);
-    error->Delete();
-    std::fprintf(stderr, "%s\n", reason);
-    return 1;
 }

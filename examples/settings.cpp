@@ -7,6 +7,7 @@
 #include <clocale>
 #include <cstdio>
 
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/XmlHelper.h"
 
@@ -44,20 +45,12 @@ static void Count(const char* path) {
     std::printf("run %d\n%s\n", runs + 1, settings.get_documentElement().get_xml().AsStd().c_str());
 }
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");
     if (argc != 2) {
         std::fputs("usage: settings FILE\n", stderr);
         return 2;
     }
     Count(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside come in the system's own form
-} catch (const _com_error& error) {  // from the DOM, by value: a path that cannot be read, a name that XML has not
-    std::fprintf(stderr, "%s\n", error.ErrorMessage());
-    return 1;
-} catch (CException* error) {
-    char reason[512] = {};
-    error->GetErrorMessage(reason, sizeof reason - 1);
-    error->Delete();
-    std::fprintf(stderr, "%s\n", reason);
-    return 1;
 }

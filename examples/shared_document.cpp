@@ -1,4 +1,4 @@
-// A document that several users change: whoever changes it holds its lock.
+// A document that several users change: whoever changes it holds its lock, and saves it whole or not at all.
 //
 //   shared_document FILE LINE
 //
@@ -7,10 +7,46 @@
 #include <clocale>
 #include <cstdio>
 
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/LockFile.h"
+#include "qvcommon/SaveFile.h"
+#include "qvcommon/StringHelper.h"
 
-int main(int argc, char** argv) try {
+// Tells the user who has the document while the lock is waited for.
+class Patience : public ILockObserver {
+    BOOL OnLockHeld(const CString& holder, std::int64_t) override {
+        if (m_holder != holder) std::fprintf(stderr, "waiting for %s\n", holder.AsStd().c_str());
+        m_holder = holder;
+        return 1;  // 0 gives up
+    }
+    CString m_holder;
+};
+
+static bool Lock(CLockFile& lock, const CString& document) {
+    // The lock is a file beside the document, with the extension "lck". It holds between processes and between machines,
+    // and it ends with its process, however that dies: a lock file left behind is no lock.
+    Patience patience;
+    lock.SetSourceFile(document);
+    if (lock.LockFor(60'000, &patience)) return true;
+    CFileException why = lock.GetLockException();
+    if (why.m_cause == CFileException::sharingViolation)
+        std::fprintf(stderr, "the document is locked by %s\n", lock.GetLockedBy().AsStd().c_str());
+    else
+        why.ReportError();  // shown in a message box; on Linux, without a handler of yours, on standard error
+    return false;
+}
+
+// Whoever opens the document finds the old version or the new one, also when the disk is full or the program is killed.
+static void Save(const CString& document, const CStringArray& lines) {
+    const CString text = CStringHelper::MakeString(lines, "\n", -1, 1) + "\n";
+    CSaveFile file(document);
+    file.Write(text, static_cast<UINT>(text.GetLength()));
+    file.Commit();
+}
+
+int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");
     if (argc != 3) {
         std::fputs("usage: shared_document FILE LINE\n", stderr);
@@ -18,32 +54,19 @@ int main(int argc, char** argv) try {
     }
     const CString document = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
 
-    // The lock is a file beside the document, with the extension "lck". It holds between processes and between machines,
-    // and it ends with its process, however that dies: a lock file left behind is no lock.
     CLockFile lock;
-    lock.SetSourceFile(document);
-    if (!lock.Lock(10)) {  // ten attempts; between them it waits, longer each time
-        CFileException why = lock.GetLockException();
-        if (why.m_cause == CFileException::sharingViolation)
-            std::fprintf(stderr, "%s is locked by %s\n", argv[1], lock.GetLockedBy().AsStd().c_str());
-        else
-            why.ReportError();  // shown in a message box; on Linux, without a handler of yours, on standard error
+    if (!Lock(lock, document)) return 1;
+    try {
+        // Read, change, save: nobody else who asks for the lock can come in between.
+        CStringArray lines;
+        CFileUtils::ReadFile(document, lines);  // none when the document is new
+        lines.Add(argv[2]);
+        Save(document, lines);
+        std::printf("%s has %d lines\n", argv[1], lines.GetSize());
+    } catch (CFileException* error) {
+        // What is caught lets the destructors run: the new version that was begun is deleted, and the lock given back.
+        error->ReportError();
+        error->Delete();
         return 1;
     }
-
-    // Read, change, write: nobody else who asks for the lock can come in between.
-    CStringArray lines;
-    CFileUtils::ReadFile(document, lines);  // none when the document is new
-    lines.Add(argv[2]);
-    CFileUtils::WriteFile(document, lines, 1, 0);
-    std::printf("%s has %d lines\n", argv[1], static_cast<int>(lines.GetSize()));
-
-    lock.Unlock();  // the destructor would do it too
-    return 0;
-} catch (CException* error) {
-    char reason[512] = {};
-    error->GetErrorMessage(reason, sizeof reason - 1);
-    error->Delete();
-    std::fprintf(stderr, "%s\n", reason);
-    return 1;
 }

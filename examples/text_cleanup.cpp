@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdio>
 
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/HtmlWriter.h"
 #include "qvcommon/Replacers.h"
 #include "qvcommon/StringHelper.h"
@@ -43,13 +44,8 @@ static CString CleanUp(const CString& page) {
     return CStringHelper::MakeList(lines, 1, ", ") + "\n";
 }
 
-int main() try {
+int main() {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");  // decides what is a letter, what is upper case, and how texts sort
     AfxWriteStandardOutput(CleanUp(AfxReadStandardInput()));
-} catch (CException* error) {
-    char reason[512] = {};
-    error->GetErrorMessage(reason, sizeof reason - 1);
-    error->Delete();
-    std::fprintf(stderr, "%s\n", reason);
-    return 1;
 }

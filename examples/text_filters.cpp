@@ -10,6 +10,7 @@
 
 #include "qvcommon/AppRegistry.h"
 #include "qvcommon/DllLoader.h"
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/UnicodeString.h"
 
 // What every plug-in exports: name and type, stated once.
@@ -33,17 +34,12 @@ static void Run(std::string text) {
     }
 }
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");
     if (argc != 2) {
         std::fputs("usage: text_filters TEXT\n", stderr);
         return 2;
     }
     Run(argv[1]);
-} catch (CException* error) {
-    char reason[512] = {};
-    error->GetErrorMessage(reason, sizeof reason - 1);
-    error->Delete();
-    std::fprintf(stderr, "%s\n", reason);
-    return 1;
 }

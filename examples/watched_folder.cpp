@@ -1,6 +1,9 @@
-// A folder that is watched: the program says so when something in it changes, and ends when a file "stop" has appeared.
+// A folder that is watched: the program says so when something in it changes, to another program too, and ends when a file
+// "stop" has appeared.
 //
-//   watched_folder FOLDER
+//   watched_folder FOLDER [NAME]
+//
+// NAME is the one to which the other program listens, such as the example `answer`.
 
 #include <clocale>
 #include <condition_variable>
@@ -8,7 +11,9 @@
 #include <mutex>
 
 #include "qvcommon/ChangeWatchers.h"
+#include "qvcommon/Exceptions.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/UserMessages.h"
 
 class Watcher : public CDirChangeWatcher {
 public:
@@ -34,13 +39,23 @@ private:
     bool m_noted = false;
 };
 
+// Returns when the other program has handled the text; a listener that is gone is no reason to stop watching.
+static void Tell(const char* name, const char* text) {
+    std::puts(text);
+    std::fflush(stdout);
+    if (name && !CUserMessageListener::SendUserMessage(name, 0, text))
+        std::fprintf(stderr, "nobody listens as %s\n", name);
+}
+
 int main(int argc, char** argv) {
+    QvReportUncaught();
     std::setlocale(LC_ALL, "");
-    if (argc != 2) {
-        std::fputs("usage: watched_folder FOLDER\n", stderr);
+    if (argc != 2 && argc != 3) {
+        std::fputs("usage: watched_folder FOLDER [NAME]\n", stderr);
         return 2;
     }
     const CString folder = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
+    const char* const name = argv[2];                            // null without one
 
     Watcher watcher;
     watcher.SetDirectory(folder);
@@ -49,14 +64,13 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "%s cannot be watched\n", argv[1]);
         return 1;
     }
-    std::puts("watching");
-    std::fflush(stdout);
+    Tell(name, "watching");
 
     // A watcher says that something changed, not what; changes that come together are told once. So look at the folder
     // itself each time. Whatever has changed since Start is never missed.
     do {
         watcher.WaitForChange();
-        std::puts("changed");
-        std::fflush(stdout);
+        Tell(name, "changed");
     } while (!CFileUtils::IsExist(folder + "\\stop"));
+    Tell(name, "bye");
 }

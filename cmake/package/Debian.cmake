@@ -1,4 +1,4 @@
-# What Debian asks of each package beyond what is installed: compressed manual pages and a changelog.
+# What Debian asks of each package beyond what is installed: compressed manual pages, a changelog and the copyright.
 
 function(compress file)
     execute_process(COMMAND gzip -9 -n -f ${file} COMMAND_ERROR_IS_FATAL ANY)
@@ -18,4 +18,6 @@ foreach(component ${CPACK_COMPONENTS_ALL})
         "  * What is new stands in CHANGELOG.md, in the package qvcommon-doc.\n\n"
         " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
     compress(${changelog})
+    file(COPY_FILE ${CMAKE_CURRENT_LIST_DIR}/copyright
+        ${root}/share/doc/${CPACK_DEBIAN_${COMPONENT}_PACKAGE_NAME}/copyright)
 endforeach()

@@ -39,7 +39,9 @@ public:
     virtual void SetName(const char* name);
     /// The archive's folder; the final "\" is added where it is missing.
     virtual void SetDestPath(const char* path);
+    /// As SetName got it.
     virtual CString GetName() const;
+    /// As SetDestPath got it, with its final "\".
     virtual CString GetDestPath() const;
 
     /// Begins an archive; one that was not committed is dropped. Nothing of the archive's own name is touched before
@@ -72,9 +74,11 @@ public:
     virtual BOOL GetNextCab(QvCabinetDescription& cabinet, DWORD previousSize);
 
 protected:
-    /// Bytes that a cabinet may have, and that a folder may have before the next file starts a new one: 2147483647.
+    /// Each: Bytes that a cabinet may have, and that a folder may have before the next file starts a new one:
+    /// 2147483647.
     virtual DWORD GetMediaSize() const;
     virtual DWORD GetFolderThreshold() const;
+    /// The text of the engine's number, 0 to 8; "Unknown error" for others.
     virtual CString GetFciErrorString(int error) const;
 
 public:
@@ -108,7 +112,7 @@ private:
 
 /// What extraction accepts. More is refused as a corrupt cabinet, before it is written.
 struct QvCabinetLimits {
-    std::uint64_t members = 1'000'000;
+    std::uint64_t members = 1'000'000;                  ///< how many there may be
     std::uint64_t totalSize = std::uint64_t{64} << 30;  ///< bytes of all members
     /// Times that all members may be as large as the cabinets. Compression alone does not get beyond 4096: each 32 KB of
     /// data have a head of 8 bytes.
@@ -151,10 +155,12 @@ public:
     virtual void ReadCab(const char* path);
     /// Non-zero when the file is a cabinet; its head is then in `info`. Raises nothing.
     virtual int GetCabInfo(const char* path, QvCabinetInfo& info);
+    /// Closes the engine and the cabinet that it reads. ReadCab calls it at its end, whatever that is. Raises nothing.
     virtual void CloseHfdi();
     /// The final "\" is added where it is missing.
     virtual void SetDestPath(const char* path);
     virtual CString GetDestPath() const;
+    /// Non-zero: members go where the manifest says. Zero, as at first: they go by their own names.
     virtual void UseManifest(int use);
     /// Every `source` in a manifest's entry becomes `target`; pairs are applied in the order in which they were added.
     virtual void AddSubstitution(const char* source, const char* target);
@@ -163,14 +169,24 @@ public:
     virtual int Notify(int type, QvCabinetNotification& notification);
 
 protected:
+    /// A cabinet of the set was opened (QvCabinetNotification::cabinetInfo). Returns 0; an override may return -1 to
+    /// stop.
     virtual int NotifyCabinetInfo(QvCabinetNotification& notification);
+    /// A member that begins in an earlier cabinet is passed over (partialFile). Returns 0; an override may return -1 to
+    /// stop.
     virtual int NotifyPartialFile(QvCabinetNotification& notification);
     /// Opens a member's target and gives its number, or -1, which ends the extraction with number 11.
     virtual int NotifyCopyFile(QvCabinetNotification& notification);
     /// Completes the member. Its time and attributes are given to the destination folder's file of its own name: to a
     /// member that the manifest led elsewhere they are not.
     virtual int NotifyCloseFileInfo(QvCabinetNotification& notification);
+    /// The next cabinet of the set is needed (nextCabinet). Return 0 to have it looked for as the record now says: an
+    /// override
+    /// may first ask the user, and change `path` or `name`. While it is not found the call comes again, with `error`
+    /// set, for as
+    /// long as these change; -1 stops. Returns 0 here.
     virtual int NotifyNextCabinet(QvCabinetNotification& notification);
+    /// The members of a cabinet were gone through (enumerate). Returns 0; an override may return -1 to stop.
     virtual int NotifyEnumerate(QvCabinetNotification& notification);
     /// Called before every member.
     virtual void NotifyChangeFolder(QvCabinetNotification& notification);
@@ -178,9 +194,11 @@ protected:
     virtual void NotifyCopyComplete(QvCabinetNotification& notification);
     /// @throws CVorbexException*
     virtual void OpenHfdi();
+    /// The text of the engine's number, 0 to 11; "Unknown error" for others.
     virtual CString GetFdiErrorString(int error) const;
 
 public:
+    /// The limits in force; those of a new QvCabinetLimits at first.
     const QvCabinetLimits& GetLimits() const;
     /// Also between two cabinets.
     void SetLimits(const QvCabinetLimits& limits);

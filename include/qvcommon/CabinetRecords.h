@@ -10,9 +10,9 @@
 
 /// What went wrong. Numbers as CMakeCab::GetFciErrorString and CReadCab::GetFdiErrorString tell them.
 struct QvCabinetError {
-    int error = 0;
-    int type = 0;  ///< the system's own number, where a callback left one
-    BOOL failed = 0;
+    int error = 0;    ///< 0 for none
+    int type = 0;     ///< the system's own number, where a callback left one
+    BOOL failed = 0;  ///< non-zero when something went wrong
 };
 
 /// The cabinet under construction.
@@ -21,26 +21,27 @@ struct QvCabinetDescription {
     std::uint32_t folderThreshold = 0x7FFFFFFF;       ///< a folder that holds as much is closed before the next file
     std::uint16_t headerReserve = 0;                  ///< bytes kept free in the header, at most 60000
     std::uint8_t folderReserve = 0, dataReserve = 0;  ///< and in each folder's and each data block's
-    int cabinetNumber = 0;
-    int diskNumber = 0;
-    BOOL failOnIncompressible = 0;
-    std::uint16_t setId = 0;
-    CString diskName;
-    CString cabinetName;  ///< the file's name
-    CString cabinetPath;  ///< its folder, with the final separator
+    int cabinetNumber = 0;                            ///< in the set, from 0
+    int diskNumber = 0;                               ///< of the disk that the cabinet is for
+    BOOL failOnIncompressible = 0;                    ///< non-zero: a block that compression makes longer is a failure
+    std::uint16_t setId = 0;                          ///< the same in all cabinets of a set
+    CString diskName;                                 ///< of the disk that the cabinet is for; may be empty
+    CString cabinetName;                              ///< the file's name
+    CString cabinetPath;                              ///< its folder, with the final separator
 };
 
 /// What the head of a cabinet says.
 struct QvCabinetInfo {
-    std::uint32_t size = 0;
-    std::uint16_t folders = 0, files = 0;
-    std::uint16_t setId = 0, cabinetNumber = 0;
-    BOOL hasReserve = 0;
-    BOOL hasPrevious = 0, hasNext = 0;  ///< it continues another one of its set, is continued by one
+    std::uint32_t size = 0;                      ///< of the cabinet
+    std::uint16_t folders = 0, files = 0;        ///< how many the cabinet has
+    std::uint16_t setId = 0, cabinetNumber = 0;  ///< of the set, and the place in it, from 0
+    BOOL hasReserve = 0;                         ///< space is kept free in its headers
+    BOOL hasPrevious = 0, hasNext = 0;           ///< it continues another one of its set, is continued by one
 };
 
 /// What the engine tells while it copies members out of a cabinet.
 struct QvCabinetNotification {
+    /// What happened, and so which members mean something.
     enum Type : int {
         /// A cabinet was opened: `name` is the next cabinet's file, `disk` its disk, `path` the folder that is read from,
         /// and the numbers are those of the set. -1 stops.
@@ -60,12 +61,12 @@ struct QvCabinetNotification {
         enumerate = 5
     };
 
-    std::uint32_t size = 0;
-    CString name, disk, path;
-    std::intptr_t file = -1;
-    std::uint16_t date = 0, time = 0;
-    std::uint16_t attributes = 0;  ///< read-only 1, hidden 2, system 4, archive 32, executable 64
-    std::uint16_t setId = 0, cabinetNumber = 0;
-    std::uint16_t folder = 0;
-    int error = 0;
+    std::uint32_t size = 0;                      ///< of the member
+    CString name, disk, path;                    ///< as the type says
+    std::intptr_t file = -1;                     ///< the handle that copyFile answered
+    std::uint16_t date = 0, time = 0;            ///< of the member's last change
+    std::uint16_t attributes = 0;                ///< read-only 1, hidden 2, system 4, archive 32, executable 64
+    std::uint16_t setId = 0, cabinetNumber = 0;  ///< of the set, and the place in it, from 0
+    std::uint16_t folder = 0;                    ///< the number of the member's folder in the cabinet, from 0
+    int error = 0;                               ///< of nextCabinet: why the cabinet would not do
 };

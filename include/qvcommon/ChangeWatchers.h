@@ -50,11 +50,13 @@ public:
     /// Non-zero after a change, until it was called with `reset` non-zero.
     virtual int HasChanged(int reset);
 
-    /// These take effect with the next Start. The filter has the system's bits: 0x01 names of files, 0x02 names of folders,
-    /// 0x04 attributes, 0x08 size, 0x10 time of the last write, 0x20 of the last access, 0x40 of creation, 0x100 security.
+    /// Each: These take effect with the next Start. The filter has the system's bits: 0x01 names of files, 0x02 names
+    /// of folders, 0x04 attributes, 0x08 size, 0x10 time of the last write, 0x20 of the last access, 0x40 of creation,
+    /// 0x100 security.
     virtual void SetDirectory(const char* folder) { m_folder = folder; }
     virtual void SetCheckSubdirectories(int check) { m_checkSubfolders = check; }
     virtual void SetFilter(DWORD filter) { m_filter = filter; }
+    /// Non-zero between a successful Start and Stop, or the end of the watched folder.
     virtual int IsWatching();
 
 private:
@@ -81,6 +83,7 @@ public:
     /// The manager has to outlive it.
     CDeletedFileWatcher(const char* path, const char* message, CDeletedFileWatchManager* manager)
         : m_message(message), m_path(path), m_manager(manager) {}
+    /// One look at the file, on the timer thread.
     void OnTick() override;
 
 private:
@@ -111,6 +114,7 @@ public:
 
 protected:
     friend class CDeletedFileWatcher;
+    /// Called by the watcher of a file that is gone, on its thread: the path may be added again.
     void FileDeleted(const char* path);
 
 private:

@@ -6,8 +6,10 @@
 
 #include "qvcommon/framework/String.h"
 
+/// Makes objects of classes that are known by text keys. The classes are those of the whole process.
 class QVCOMMON_API CQVClassFactory {
 public:
+    /// Makes a new object, which its caller owns.
     using Maker = std::function<CObject*()>;
 
     /// Makes the class known for a key, taking the place of what was there. Keys are compared byte by byte. Safe from any

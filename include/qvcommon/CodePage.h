@@ -14,6 +14,7 @@
 #else
 #include "qvcommon/Export.h"
 
+/// Names for _setmbcp that are no code pages.
 inline constexpr int _MB_CP_SBCS = 0, _MB_CP_OEM = -2, _MB_CP_ANSI = -3, _MB_CP_LOCALE = -4;
 
 /// Chooses the code page of all texts of the process, whatever the locale: 1252, 932, 28591, 65001 and what else the

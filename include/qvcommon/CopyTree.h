@@ -10,6 +10,7 @@
 /// Hears of a tree being copied. All members may be left as they are.
 class QVCOMMON_API ICopyProgress {
 public:
+    /// Before anything is copied.
     virtual void OnStartCopy();
     /// Before each file, with its full path.
     virtual void OnCopyFile(const char* sourcePath);
@@ -53,7 +54,9 @@ public:
     virtual int GetFileCount();
     /// Null for none. The caller keeps its life.
     virtual void SetProgressMonitor(ICopyProgress* progress);
+    /// The two folders of CopyTree() without arguments.
     virtual void SetDestinationDirectory(const char* folder);
+    /// The two folders of CopyTree() without arguments.
     virtual void SetSourceDirectory(const char* folder);
     /// Non-zero: a file is skipped when the one in its place was modified in the same second or later.
     virtual void SetLaterOnly(int laterOnly);

@@ -23,21 +23,22 @@ struct DibHeader {
     DWORD compression;        ///< 0 none, 1 run lengths of 8 bits, 2 of 4 bits, 3 colour masks, 6 also of alpha
     DWORD imageSize;          ///< of the rows in bytes; may be 0 without compression
     LONG horizontalPerMetre;  ///< pixels
-    LONG verticalPerMetre;
-    DWORD coloursUsed;  ///< entries of the colour table; 0: as many as the depth has
-    DWORD coloursImportant;
+    LONG verticalPerMetre;    ///< pixels
+    DWORD coloursUsed;        ///< entries of the colour table; 0: as many as the depth has
+    DWORD coloursImportant;   ///< 0: all of them; nothing here looks at it
 };
 
+/// A colour of the table: the layout of the system's RGBQUAD.
 struct DibColour {
-    BYTE blue, green, red, reserved;
+    BYTE blue, green, red, reserved;  ///< 0 to 255; the last is 0
 };
 
 /// The header and the room for what may follow it: colour masks (3 words) and colours.
 struct DibInfo {
-    static constexpr std::size_t capacity = 256;
+    static constexpr std::size_t capacity = 256;  ///< colours that there is room for
 
-    DibHeader header;
-    DibColour colours[capacity];
+    DibHeader header;             ///< what the file says, with the size of this header
+    DibColour colours[capacity];  ///< masks or colours
 };
 static_assert(sizeof(DibHeader) == 40 && sizeof(DibInfo) == 1064);
 
@@ -49,6 +50,7 @@ public:
     /// Takes the bitmap's colours, at most 256; none from an empty bitmap.
     explicit CBmpPalette(const CDIBitmap& bitmap);
 
+    /// The number of colours, 0 to 256.
     int GetCount() const { return m_count; }
     /// @throws CInvalidArgException* for an index outside 0 to GetCount() - 1.
     DibColour GetEntry(int index) const;
@@ -149,7 +151,7 @@ protected:
     friend class qv::imaging::PlainRows;
     friend struct qv::imaging::NewDib;
 
-    /// From the header; 0 when empty.
+    /// Each: From the header; 0 when empty.
     int GetWidth() const { return m_info ? m_info->header.width : 0; }
     int GetHeight() const { return m_info ? m_info->header.height : 0; }
     int GetBitsPerPixel() const { return m_info ? m_info->header.bitCount : 0; }
@@ -157,7 +159,7 @@ protected:
     int GetColorCount() const;
     /// The header's number of used colours, else 2 to the power of its depth; 0 where that exceeds 32 bits.
     static DWORD GetPalEntries(const DibHeader& header);
-    /// Bytes of a packed and of a padded row; 0 for a negative width.
+    /// Each: Bytes of a packed and of a padded row; 0 for a negative width.
     static std::int64_t LastByte(int bitsPerPixel, int width);
     static std::int64_t GetBytesPerLine(int bitsPerPixel, int width);
     /// Replaces the palette by one of the present colours. @return whether there is one now.
@@ -165,9 +167,9 @@ protected:
 
     std::unique_ptr<DibInfo> m_info;  ///< null when empty
     std::unique_ptr<BYTE[]> m_bits;   ///< the rows, the bottom one first unless the height is negative; null when empty
-    std::unique_ptr<CBmpPalette> m_palette;
-    BOOL m_padded = 0;
-    std::size_t m_bitsSize = 0;  ///< bytes of m_bits
+    std::unique_ptr<CBmpPalette> m_palette;  ///< null where GetPalette gives null
+    BOOL m_padded = 0;                       ///< the flag of PadBits and UnPadBits
+    std::size_t m_bitsSize = 0;              ///< bytes of m_bits
 
 private:
     DWORD LoadAs(CFile& file, bool converts);

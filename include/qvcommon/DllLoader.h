@@ -15,11 +15,13 @@
 template <class Signature>
 struct CDllFunction;
 
+/// The only form that there is: a function's type.
 template <class Result, class... Arguments>
 struct CDllFunction<Result(Arguments...)> {
+    /// What Find and Get return.
     using Pointer = Result(QVCOMMON_CALL*)(Arguments...);
 
-    const char* name;
+    const char* name;  ///< as the library exports it; not copied  ///< as the library exports it; not copied
 };
 
 /// One loaded library, or none. It stays loaded for as long as the object lives; pointers into it end with the object. May
@@ -38,7 +40,9 @@ public:
     /// @throws CVorbexException* (severity 48, code 0) with the path and the system's own text for a file that is missing,
     /// no library, or one for another processor; none is loaded then.
     void Load(const char* path);
+    /// Pointers into the library are then no longer valid. Without a library it does nothing.
     void Unload();
+    /// Whether there is a library.
     bool IsLoaded() const { return m_library != nullptr; }
     /// Of the last successful Load.
     const CString& GetPath() const { return m_path; }

@@ -16,8 +16,10 @@ public:
         : m_text(std::move(text)), m_severity(severity), m_code(code) {}
     ~CVorbexException() override;
 
+    /// The text without the code.
     CString GetText() { return m_text; }
     void SetText(CString text) { m_text = std::move(text); }
+    /// The number, whose meaning is its raiser's own.
     long GetCode() const { return m_code; }
     void SetCode(int code) { m_code = code; }
     /// Message-box icon bits: 16 stop, 48 exclamation, 64 information.
@@ -67,3 +69,16 @@ public:
 
 /// Raises a new CVorbexCancelException* with the text "User cancelled", severity 48, code 0, not shown.
 [[noreturn]] QVCOMMON_API void ThrowQvCancelException();
+
+/// Makes exceptions that nobody catches readable: from now on, one that leaves main or a thread prints
+/// "PROGRAM: MESSAGE" to standard error and ends the program with status 1. The message is that of GetErrorMessage for a
+/// CException*, of Description or ErrorMessage for a _com_error, of what() for a std::exception, the text itself for a
+/// `const char*`. A CUserException* prints nothing, since the user has been told. Whatever carries no message, such as a
+/// thread that is destroyed while it runs, prints a line that says so and calls std::abort.
+///
+/// What was printed to stdout is flushed. As with every call of std::terminate no destructor runs: files that were not
+/// closed may lack their end, and temporary ones stay. A failure that is to be survived needs a catch clause.
+///
+/// Call it once, at the start of main. It replaces the handler of std::set_terminate for the whole process. A Windows
+/// program without a console has no standard error: catch in main and use ReportError there.
+QVCOMMON_API void QVCOMMON_CALL QvReportUncaught();

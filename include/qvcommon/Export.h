@@ -11,6 +11,7 @@
 #elif defined(QVCOMMON_DLL_IMPORT)
 #define QVCOMMON_API __declspec(dllimport)
 #else
+/// Marks what the library exports.
 #define QVCOMMON_API __attribute__((visibility("default")))
 #endif
 

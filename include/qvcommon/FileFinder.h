@@ -25,6 +25,7 @@ public:
     CFoundInfo() = default;
     /// Copies the record; null gives none. The system's own WIN32_FIND_DATAA will do.
     CFoundInfo(const QvFindData* record, const char* root);
+    /// The same for another type of that layout.
     template <class T>
     requires requires(const T& data) { data.dwFileAttributes, data.ftCreationTime, data.cAlternateFileName; }
     CFoundInfo(const T* record, const char* root) : CFoundInfo(reinterpret_cast<const QvFindData*>(record), root) {
@@ -32,9 +33,11 @@ public:
     }
     /// Copies the record; null gives none.
     CFoundInfo(const qv::FoundRecord* record, const CString& root);
+    /// Shares what a walk has found in a folder; for the library's own use.
     CFoundInfo(std::shared_ptr<const qv::FoundFolder> folder, std::size_t index)
         : m_folder(std::move(folder)), m_index(index) {}
 
+    /// Each: whether the attribute of that name is set; FileFind.h says which of them Linux has.
     bool IsReadOnly() const { return MatchesMask(0x01); }
     bool IsHidden() const { return MatchesMask(0x02); }
     bool IsSystem() const { return MatchesMask(0x04); }
@@ -50,6 +53,7 @@ public:
     /// A link, to a file or folder.
     bool IsLink() const;
 
+    /// The name with its extension.
     CString GetFileName() const;
     /// The root and the name, with a "\" between them unless the root ends in a separator of either kind.
     CString GetFilePath() const;
@@ -63,7 +67,7 @@ public:
     DWORD GetLength() const;
     std::uint64_t GetLength64() const;
 
-    /// False, and `time` unchanged, without a record. 0, or 1970, for a time that the file system does not keep.
+    /// Each: False, and `time` unchanged, without a record. 0, or 1970, for a time that the file system does not keep.
     bool GetCreationTime(QvFileTime* time) const { return GetTime(Time::Creation, time); }
     bool GetCreationTime(CTime& time) const { return GetTime(Time::Creation, time); }
     bool GetLastAccessTime(QvFileTime* time) const { return GetTime(Time::LastAccess, time); }
@@ -87,12 +91,15 @@ private:
 /// Searches whose current entry can be kept.
 class QVCOMMON_API CQvFileFind : public CFileFind {
 public:
+    /// The current entry, for as long as the copy lives.
     CFoundInfo GetFoundInfo() const { return {GetRecord(), GetRoot()}; }
 };
 
+/// The same on an FTP server.
 class QVCOMMON_API CQvFtpFileFind : public CFtpFileFind {
 public:
     using CFtpFileFind::CFtpFileFind;
+    /// The current entry, for as long as the copy lives.
     CFoundInfo GetFoundInfo() const { return {GetRecord(), GetRoot()}; }
 };
 
@@ -121,6 +128,7 @@ public:
     virtual void SetSearchPath(const char* path);
     /// Empty at first, which matches nothing. Replaces the masks of SetSearchMasks.
     virtual void SetSearchMask(const char* mask);
+    /// Non-zero: subfolders are searched too. Zero at first.
     virtual void SetRecurse(int recurse);
 
 protected:
@@ -132,16 +140,18 @@ public:
     /// Empties the arrays and searches.
     virtual void Discover();
 
-    /// Four arrays with the same indexes: absolute path, path from the search path, depth and record of each entry.
+    /// Each: Four arrays with the same indexes: absolute path, path from the search path, depth and record of each
+    /// entry.
     virtual const CStringArray& GetFiles() const;
     virtual const CStringArray& GetFileOffsets() const;
     /// 0 for entries of the search path. The first subfolder of a folder has that folder's own depth, each further one
     /// 1 more than the one before: numbers to tell siblings apart, not levels.
     virtual const CUIntArray& GetOffsetDepths() const;
+    /// The records of the entries, with the same indexes.
     virtual const CArray<CFoundInfo>& GetFoundInfo() const;
 
-    /// Called before and after the entries of each folder, not once a walk, and with the title of each entry met, listed or
-    /// not. They do nothing here. An exception raised in them leaves Discover at once; what was found stays.
+    /// Each: Called before and after the entries of each folder, not once a walk, and with the title of each entry met,
+    /// listed or not. They do nothing here. An exception raised in them leaves Discover at once; what was found stays.
     virtual void StartProgress();
     virtual void UpdateProgress(const char* title);
     virtual void StopProgress();

@@ -11,6 +11,7 @@
 class QVCOMMON_API CFilePath : public CObject {
 public:
     CFilePath() = default;
+    /// Each: SplitPath with all parts replaced.
     CFilePath(const char* path) { SplitPath(path, 1); }
     CFilePath& operator=(const char* path) {
         SplitPath(path, 1);
@@ -22,15 +23,18 @@ public:
     /// text.
     void SplitPath(const char* path, int replaceAll);
 
+    /// With its final separator; empty when there is none.
     CString GetDir() const { return m_dir; }
+    /// Without folder and extension.
     CString GetFile() const { return m_file; }
     /// With its point.
     CString GetExt() const { return m_ext; }
-    /// Each replaces one part as it is.
+    /// Each: Each replaces one part as it is.
     void SetDir(const char* text) { m_dir = text; }
     void SetFile(const char* text) { m_file = text; }
     void SetExt(const char* text) { m_ext = text; }
 
+    /// All parts, joined by MakePath.
     CString GetFullPath() const { return MakePath(m_drive, m_dir, m_file, m_ext); }
     /// The file's name with its extension.
     CString GetFullFile() const { return MakePath("", "", m_file, m_ext); }

@@ -14,6 +14,7 @@ public:
     virtual bool OnEntry(const char* title, const char* path) = 0;
 };
 
+/// Operations on paths, files and folders. All members are free of state.
 class QVCOMMON_API CFileUtils {
 public:
     CFileUtils() = default;
@@ -56,6 +57,7 @@ public:
     /// True for the root of a volume, with or without its final "\"; on Linux for "/" and a folder on which a file
     /// system is mounted.
     static bool IsVolume(const char* path);
+    /// True for a folder, and for a link to one.
     static bool IsDirectory(const char* path);
     /// Takes the read-only attribute away. True when that is done or nothing of that name exists; false when the system
     /// refused. Never raises.
@@ -66,6 +68,7 @@ public:
     static int HasMatching(const char* pattern);
     /// The short (8.3) form; the path as it is where there is none, always on Linux.
     static CString GetShortPath(const char* path);
+    /// The short form in capital letters.
     static CString GetUppercaseShortPath(const char* path);
     /// Non-zero for a text that begins like "C:\" or "\\server\".
     static int MatchesPathFormat(const char* path);

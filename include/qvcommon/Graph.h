@@ -60,6 +60,7 @@ public:
 
     /// Appends a series. @return its index, from 0. @throws CInvalidArgException* for more than 48 series.
     int AddSeries(std::string_view name, std::vector<double> values);
+    /// The number of series so far.
     int GetSeriesCount() const;
 
     /// The `<svg>` element. @throws CInvalidArgException* as SetStacked and SetLogarithmic say.
@@ -78,8 +79,11 @@ protected:
 
     /// `x` is empty or has as many values as `y`.
     int Append(std::string_view name, std::vector<double> x, std::vector<double> y);
+    /// All series, in the order in which they came.
     const std::vector<qv::charts::Series>& AllSeries() const { return m_series; }
+    /// The names as SetCategories got them.
     const CStringArray& Categories() const { return m_categories; }
+    /// The name of a position, from 0; its number from 1 when it has none.
     CString CategoryAt(std::size_t position) const;
     /// How many positions the longest series has.
     std::size_t CountPositions() const;
@@ -96,6 +100,7 @@ private:
     virtual bool HasOwnLegend() const { return false; }
     virtual bool HasData() const;
     virtual void Draw(qv::charts::Svg& svg, const qv::charts::Box& box, const qv::charts::Keys& keys) const = 0;
+    /// What screen readers are told.
     virtual qv::charts::Table Values() const = 0;
     /// What else the bytes depend on.
     virtual std::string Settings() const = 0;
@@ -124,8 +129,8 @@ public:
     void SetLogarithmic(bool logarithmic) { m_logarithmic = logarithmic; }
 
 protected:
-    CString m_xTitle, m_yTitle;
-    bool m_logarithmic = false;
+    CString m_xTitle, m_yTitle;  ///< empty for none
+    bool m_logarithmic = false;  ///< of the y axis
 
     std::string Settings() const override;
 };
@@ -184,7 +189,7 @@ public:
     void SetDates(bool dates) { m_dates = dates; }
 
 protected:
-    bool m_dates = false;
+    bool m_dates = false;  ///< x values are days
 
     qv::charts::Table Values() const override;
     std::string Settings() const override;
@@ -239,16 +244,18 @@ public:
     void Add(GRAPH graph) {
         Take(std::make_unique<GRAPH>(std::move(graph)));
     }
+    /// Each: as the member of CGraph.
     void SetTitle(const char* title) { m_title = title; }
     void SetDescription(const char* description) { m_description = description; }
     /// 720 by 400 at first; limits and errors as for CGraph.
     void SetSize(int width, int height);
+    /// As CGraph::SetId.
     void SetId(const char* id);
     /// Charts beside each other; 2 at first. @throws CInvalidArgException* outside 1 to 12.
     void SetColumns(int columns);
 
-    /// As the members of CGraph. Without a chart there is "No data". @throws CInvalidArgException* also for more than 48
-    /// names, or where a chart would get less than 120 by 90 pixels.
+    /// Each: As the members of CGraph. Without a chart there is "No data". @throws CInvalidArgException* also for more
+    /// than 48 names, or where a chart would get less than 120 by 90 pixels.
     CString GetSvg() const;
     void WriteTo(CHtmlWriter& page) const { page.AddFormattedText(GetSvg()); }
     void SaveFile(const char* path) const;

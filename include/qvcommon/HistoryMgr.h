@@ -6,10 +6,12 @@
 
 /// A point of the screen, in pixels. It has the layout of the system's POINT, and one of those turns into it by itself.
 struct QvPoint {
-    LONG x = 0, y = 0;
+    LONG x = 0, y = 0;  ///< from the top left corner
 
     constexpr QvPoint() = default;
+    /// From its two parts.
     constexpr QvPoint(LONG left, LONG top) : x(left), y(top) {}
+    /// From the system's POINT, or another type with such members.
     template <class T>
     requires requires(const T& point) { point.x, point.y; }
     constexpr QvPoint(const T& point) : x(point.x), y(point.y) {}
@@ -36,12 +38,15 @@ public:
     virtual int HasCurrentUrl();
     /// The page that is shown; empty when there is none.
     virtual CString GetCurrentUrl();
+    /// Whether there is an older page to go to.
     virtual BOOL HasBackUrl();
     /// Asks for the step; empty, and nothing asked for, when there is no such page.
     virtual CString GetBackUrl();
+    /// Whether there is a newer page to go to.
     virtual BOOL HasForwardUrl();
+    /// Asks for the step; empty, and nothing asked for, when there is no such page.
     virtual CString GetForwardUrl();
-    /// Offer the older, or newer, pages, the nearest first, by title, and ask for the step to the chosen one.
+    /// Each: Offer the older, or newer, pages, the nearest first, by title, and ask for the step to the chosen one.
     /// @return its URL; empty when none was chosen.
     virtual CString GetBackMenuUrl(QvPoint point, HWND window);
     virtual CString GetForwardMenuUrl(QvPoint point, HWND window);

@@ -22,6 +22,7 @@ public:
     /// Accepts any text. Memory and time grow in line with it.
     explicit CHtmlDocument(std::string_view html);
 
+    /// The number of elements that are listed.
     int GetElementCount() const { return static_cast<int>(m_elements.size()); }
     /// Lower-case tag name. @throws CInvalidArgException* for an element outside 0 to GetElementCount() - 1, as all
     /// members with an element do.
@@ -40,6 +41,7 @@ public:
     /// The attributes above, by their lower-case names.
     static std::span<const std::string_view> GetAddressAttributes();
 
+    /// The page with the addresses as they are now.
     CString GetHtml() const { return Assemble(0, m_html.size()); }
     /// What stands between the tag "<body>" and the last "</body>"; up to the end without the latter, and the whole text
     /// without the former.

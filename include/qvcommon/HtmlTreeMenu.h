@@ -35,6 +35,7 @@ public:
     virtual CString GetHtml(const char* parentId);
     /// The builder's selected style when this node is selected, else empty.
     virtual CString GetStyle();
+    /// As the constructor got it; 0 for a node without arguments.
     virtual int IsSelected();
     /// Whether this node or any below it is selected.
     virtual int HasSelected();
@@ -48,9 +49,12 @@ public:
     static void SetImageDir(const char* directory);
 
 protected:
+    /// Nodes that are owned.
     using Children = std::vector<std::unique_ptr<CHtmlTreeNode>>;
 
+    /// The nodes directly below, in their order.
     const Children& GetChildren() const { return m_children; }
+    /// The name of the node in the page's script, which GetHtml has given it last.
     const CString& GetId() const { return m_strId; }
 
 private:

@@ -44,6 +44,7 @@ public:
                                 const char* dropdownImageDir = nullptr);
     /// "<A href=...>"; the address is not escaped.
     virtual void OpenHotlink(const char* url);
+    /// The end of the link.
     virtual void CloseHotlink();
 
     // Output (html/HtmlWriter.cpp)
@@ -63,10 +64,12 @@ public:
     void AddText(std::string_view text);
     /// "<tag>", or "<tag attributes>" when there are attributes.
     void AddTag(const char* tag, const char* attributes = nullptr);
+    /// The same, for a tag that CloseTag ends.
     void OpenTag(const char* tag, const char* attributes = nullptr) { AddTag(tag, attributes); }
+    /// "</tag>".
     void CloseTag(const char* tag);
 
-    /// The text in memory. None of these four looks at the file. References are valid until the writer changes.
+    /// Each: The text in memory. None of these four looks at the file. References are valid until the writer changes.
     const CString& GetHtml() const { return m_strHtml; }
     operator const char*() const { return m_strHtml; }
     bool IsEmpty() const { return m_strHtml.IsEmpty(); }
@@ -86,11 +89,13 @@ public:
     void AddHeading(int level, std::string_view text, const char* attributes);
     /// "P" around the escaped text; the alignment follows the caller's attributes.
     void AddParagraph(std::string_view text, enumAlign align = alignNone, const char* attributes = nullptr);
+    /// "<P>&nbsp;</P>".
     void AddBlankParagraph();
     /// "pre" around the escaped text, whose line ends thus become "<br>".
     void AddPreformattedParagraph(std::string_view text, const char* attributes = nullptr);
     /// "code" around the escaped text, with four non-breaking spaces for each tab.
     void AddCode(std::string_view text);
+    /// Each: a list with numbers, or with bullets, begins or ends; AddLine writes what is between.
     void OpenNumberList(const char* attributes = nullptr) { OpenTag("ol", attributes); }
     void CloseNumberList() { CloseTag("ol"); }
     void OpenBulletList(const char* attributes = nullptr) { OpenTag("ul", attributes); }
@@ -110,6 +115,7 @@ public:
 
     /// A link to a named place, in this page or another one. Neither text is escaped.
     void OpenBookmark(const char* name, const char* page = nullptr);
+    /// The end of the link.
     void CloseBookmark();
     /// An empty anchor of that name.
     void AddBookmark(const char* name);
@@ -120,7 +126,9 @@ public:
 
     /// A form that posts to `action`, with `command` in the hidden field "MfcISAPICommand".
     void OpenForm(const char* action, const char* command);
+    /// The end of the form.
     void CloseForm() { CloseTag("form"); }
+    /// A field that the reader does not see.
     void AddHiddenField(const char* name, const char* value);
     void AddHiddenField(const char* name, int value);
     /// A field `size` characters wide, empty when `value` is null.
@@ -144,11 +152,11 @@ public:
 
     /// With dropdowns on: a section and its hot spot with picture and escaped text, the section left open. Off: a heading.
     void AddDropdownTitle(int level, std::string_view text);
-    /// With dropdowns on: the section's body, and the end of body and section. Off: nothing.
+    /// Each: With dropdowns on: the section's body, and the end of body and section. Off: nothing.
     void StartDropdownText();
     void EndDropdownText();
 
-    /// The tags that the three above are made of, whether dropdowns are on or off.
+    /// Each: The tags that the three above are made of, whether dropdowns are on or off.
     void OpenDropdownSection();
     void OpenDropdownHotspot();
     void OpenDropdownText();
@@ -185,7 +193,8 @@ public:
 
     /// The function scrollMenu, which the page has to call when it scrolls; AddBrowserSupport calls it too.
     void AddQuickMenuScript();
-    /// In this order: the menu with its escaped title, its links (escaped texts), the page's content, the end of that.
+    /// Each: In this order: the menu with its escaped title, its links (escaped texts), the page's content, the end of
+    /// that.
     void OpenQuickMenu(std::string_view title);
     void AddQuickMenuLink(const char* url, std::string_view text);
     void StartQuickMenuPage();
@@ -277,6 +286,7 @@ protected:
     /// Opens the file when it is not open, creating or emptying it. Others may read the file meanwhile but not write it.
     /// Waits and tries again while another process holds it. @throws CFileException*
     void OpenFile();
+    /// Closes the file when it is open. @throws CFileException* when the system could not keep what was written.
     void CloseFile();
 
     /// 1 if the part of the text, `length` bytes from `start`, stands by itself as a glossary's terms have to. It has to

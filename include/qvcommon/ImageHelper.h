@@ -28,12 +28,14 @@ struct QvPictureDifference {
     int greatest = 0;         ///< difference of a channel of any pixel, 0 to 255
 };
 
+/// Pictures from files and to files, and what is done with their pixels.
 class QVCOMMON_API CImageHelper {
 public:
-    static constexpr std::int64_t mostPixels = 1 << 28;
-    static constexpr int longestSide = 1 << 20;
-    static constexpr DWORD transparent = 0xFFFFFFFF;  ///< as a background: no colour, and alpha 0
+    static constexpr std::int64_t mostPixels = 1 << 28;  ///< of a picture
+    static constexpr int longestSide = 1 << 20;          ///< in pixels, width and height
+    static constexpr DWORD transparent = 0xFFFFFFFF;     ///< as a background: no colour, and alpha 0
 
+    /// Bitmaps that the holder owns.
     using Pictures = std::vector<std::unique_ptr<CDIBitmap>>;
 
     // Files.
@@ -88,6 +90,7 @@ public:
     /// and the top left; beyond the edges counts what is at the edge. 8 bits, or 32 where alpha is kept.
     static BOOL Emboss(const CDIBitmap& source, CDIBitmap& target);
 
+    /// How Scale finds a pixel.
     enum Filter {
         box,     ///< the mean of the area that a pixel covers, by exact shares
         lanczos  ///< three lobes: sharp; may overshoot beside hard edges
@@ -102,6 +105,7 @@ public:
     /// source is not opaque. Multiples of 90 are exact.
     static BOOL Rotate(const CDIBitmap& source, CDIBitmap& target, double degrees, DWORD background = transparent);
 
+    /// Which sides change places.
     enum Direction { horizontally, vertically };
     /// Horizontally: left becomes right.
     static BOOL Mirror(const CDIBitmap& source, CDIBitmap& target, Direction direction);

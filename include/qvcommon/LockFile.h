@@ -55,6 +55,7 @@ public:
     /// After false, GetLockException() tells why and GetLockedBy() names the holder, or is empty when its name cannot be
     /// read. Raises nothing.
     virtual bool Lock(int attempts);
+    /// Whether this object holds the lock.
     virtual bool IsLocked() const;
     /// Gives the lock back and deletes lock file and side file; failures to delete are ignored. Without the lock it does
     /// nothing. Between the two deletions a new holder may have written its side file, which then goes too: the side
@@ -79,7 +80,7 @@ public:
     void SetInheritable(int inheritable);
 
 protected:
-    /// The side file: each ignores every failure.
+    /// Each: deletes, writes or reads the side file, and ignores every failure.
     virtual void RemoveLockedBy();
     virtual void WriteLockedBy();
     virtual void ReadLockedBy();

@@ -63,6 +63,7 @@ private:
 /// holds an object for writing and asks for it again waits for ever.
 class QVCOMMON_API CLockedObjectMap : public CMapStringToPtr {
 public:
+    /// 1 when the map has the key, else 0.
     int IsExist(const char* key);
 
     /// Lets `reference` hold the object of the key, for reading if `read` is non-zero, for writing otherwise; what it held

@@ -8,6 +8,7 @@
 
 #include "qvcommon/framework/Collections.h"
 
+/// Small numeric routines. All members are free of state and raise nothing.
 class QVCOMMON_API CMathHelper {
 public:
     /// Replaces each element by the sum of itself and all before it.

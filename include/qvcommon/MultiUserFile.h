@@ -26,5 +26,5 @@ protected:
     /// The pause between two tries of the object's own Open: 500 ms.
     virtual void Wait();
 
-    std::int32_t m_retryCount = 10;
+    std::int32_t m_retryCount = 10;  ///< how often the object's own Open tries again
 };

@@ -10,10 +10,12 @@ namespace qv {
 /// Where a bar keeps a text: in the application's profile (CWinApp::WriteProfileString), or with an empty section nowhere.
 class QVCOMMON_API StoredText {
 public:
+    /// Names the place; nothing is read yet.
     StoredText(const char* section, const char* entry) : m_section(section), m_entry(entry) {}
 
     /// The profile's text, empty when it has none; `otherwise` with an empty section.
     CString Read(const CString& otherwise) const;
+    /// Keeps the text; nothing happens with an empty section.
     void Write(const CString& text) const;
 
 private:
@@ -37,6 +39,7 @@ public:
     virtual ~CNavBar() = default;
     /// Writes the whole bar.
     virtual void GenerateHtml(CHtmlWriter& writer);
+    /// The title; empty at first.
     virtual void SetName(const char* name);
     virtual CString GetName();
     /// What every link's address begins with; the choice's key follows.
@@ -49,9 +52,11 @@ public:
     /// Names the bar in the cookie. By default it is new with every object, so that a page made anew starts with its bars
     /// rolled up: an application that wants them as they were keeps the ids.
     virtual void SetRollupGuid(const char* id);
+    /// Zero: a click on the title does nothing, and no sub-heading is shown. Non-zero at first.
     virtual void SetAllowRollup(int allow);
 
 protected:
+    /// The row with the title.
     virtual void AddHeading(CHtmlWriter& writer);
     /// The rows of the choices; none here.
     virtual void AddBody(CHtmlWriter& writer);
@@ -63,7 +68,7 @@ public:
     virtual CString GetSubHeading();
 
 protected:
-    /// Keep the choice in the application's profile, and get it back; nothing here.
+    /// Each: Keep the choice in the application's profile, and get it back; nothing here.
     virtual void SaveState() const;
     virtual void RestoreState();
 
@@ -73,6 +78,7 @@ public:
     /// Restores what the cookie says, and saves it when the page is left; once a page, after its last bar.
     static void AddRollupScriptCookie(CHtmlWriter& writer);
 
+    /// The pictures that AddRollupScript got.
     static CString ms_strRolledUpImage, ms_strRolledDownImage;
 
 protected:
@@ -90,9 +96,11 @@ private:
 /// Choices by their index.
 class QVCOMMON_API COptionNavBar : public CNavBar {
 public:
+    /// The index of the current choice, from 0; 0 at first.
     int GetOption() const { return m_nOption; }
     /// Any number; one without a text marks no choice.
     void SetOption(int index) { m_nOption = index; }
+    /// The texts of the choices. The current index stays.
     void SetOptions(const CStringArray& texts) { m_options = texts; }
     void GetOptions(CStringArray& texts) const { texts = m_options; }
     /// The first option that equals the text, without regard to case. Without one the option is -1, and the result 0.
@@ -118,6 +126,7 @@ public:
     /// Reads the current option from the profile.
     CStringOptionNavBar(const char* section, const char* entry);
 
+    /// The texts of the choices. The current one stays.
     void SetOptions(const CStringArray& options) { m_options = options; }
     /// As the profile has it now; empty when that is none of the options.
     CString GetOption();
@@ -181,8 +190,8 @@ public:
 
     /// Puts the id to the front, makes it the current one and saves the list. When the list is full the last id goes.
     void AddId(const char* id);
-    /// The whole list, empty places too. Fewer ids than the capacity leave empty places, more are cut off. The constructor
-    /// loads the list by this class's own rule.
+    /// Each: The whole list, empty places too. Fewer ids than the capacity leave empty places, more are cut off. The
+    /// constructor loads the list by this class's own rule.
     virtual void SaveToRegistry();
     virtual void LoadFromRegistry();
     CString GetSubHeading() override;

@@ -10,11 +10,12 @@
 /// A record as it stands in the file: type and size, then its parameters up to `size` bytes in all. An application on
 /// Windows may cast it to the system's ENHMETARECORD. Offsets count bytes from the record's start.
 struct EmfRecord {
-    DWORD type;
+    DWORD type;  ///< its number in the format
     DWORD size;  ///< in bytes, with these eight
 
     /// Whether `count` bytes at `offset` lie in the record.
     bool Holds(std::uint64_t offset, std::uint64_t count) const { return offset <= size && count <= size - offset; }
+    /// The byte at `offset`, which is not checked: see Holds.
     BYTE* At(std::size_t offset) { return reinterpret_cast<BYTE*>(this) + offset; }
     const BYTE* At(std::size_t offset) const { return reinterpret_cast<const BYTE*>(this) + offset; }
     /// The 32-bit word at `offset`; 0 where the record does not hold it.
@@ -27,8 +28,8 @@ struct EmfRecord {
 
 /// A record type's number and its published name.
 struct ID_NAME_PAIR {
-    DWORD id;
-    const char* name;
+    DWORD id;          ///< the number
+    const char* name;  ///< as the format calls it: "EMR_HEADER"
 };
 
 /// Walks a metafile, clears the bytes that the format leaves undefined, and calls a hook for some record types.
@@ -84,7 +85,7 @@ public:
     /// clears the flag.
     virtual void ParseGenericMetafileRecord(EmfRecord* record);
 
-    /// Clean-ups. Each ends by passing the record to ParseGenericMetafileRecord.
+    /// Each: Clean-ups. Each ends by passing the record to ParseGenericMetafileRecord.
     virtual void ParseExtCreateFontIndirectW(EmfRecord* record);
     virtual void ParseExtCreatePen(EmfRecord* record);
     virtual void ParseExtTextOutW(EmfRecord* record);

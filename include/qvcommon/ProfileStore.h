@@ -47,9 +47,12 @@ public:
 
     /// The names, each once, in the order of the file. Of several sections with one name the first counts.
     CStringArray GetSections() const;
+    /// The names of a section's entries, each once, in the order of the file; none for a section that is missing.
     CStringArray GetEntries(std::string_view section) const;
+    /// Whether the entry is there, whatever its text.
     bool HasEntry(std::string_view section, std::string_view entry) const;
 
+    /// The text as it is.
     CString GetString(std::string_view section, std::string_view entry, std::string_view otherwise = {}) const;
     /// Decimal, with an optional sign; a number beyond 32 bits is no such value.
     int GetInteger(std::string_view section, std::string_view entry, int otherwise = 0) const;
@@ -66,6 +69,7 @@ public:
 
     /// Set members make section and entry when they are missing.
     void SetString(std::string_view section, std::string_view entry, std::string_view value);
+    /// As decimal digits, with a minus sign where it is negative.
     void SetInteger(std::string_view section, std::string_view entry, int value);
     /// With as many digits as it takes to read the same number back.
     void SetDouble(std::string_view section, std::string_view entry, double value);
@@ -73,10 +77,12 @@ public:
     void SetBool(std::string_view section, std::string_view entry, BOOL value);
     /// "2004-05-05 14:03:07". @throws CInvalidArgException* for a date that is not valid.
     void SetDate(std::string_view section, std::string_view entry, const COleDateTime& value);
+    /// As two hexadecimal digits a byte.
     void SetBytes(std::string_view section, std::string_view entry, std::string_view value);
+    /// As a record of comma-separated values (CStringHelper::ArrayToCsv).
     void SetList(std::string_view section, std::string_view entry, const CStringArray& value);
 
-    /// What is not there is deleted already. A section goes with its comments.
+    /// Each: What is not there is deleted already. A section goes with its comments.
     void DeleteEntry(std::string_view section, std::string_view entry);
     void DeleteSection(std::string_view section);
 

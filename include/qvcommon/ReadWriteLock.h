@@ -37,9 +37,13 @@ public:
     CReadWriteLock(const CReadWriteLock& other);
     CReadWriteLock& operator=(const CReadWriteLock& other);
 
+    /// Waits until the calling thread may read. Each call needs its EndRead.
     void StartRead();
+    /// Gives back what StartRead took.
     void EndRead();
+    /// Waits until the calling thread has the lock for itself. Each call needs its EndWrite.
     void StartWrite();
+    /// Gives back what StartWrite took.
     void EndWrite();
 
 private:
@@ -56,6 +60,7 @@ private:
 /// Holds a critical section, another object's, for the length of a scope.
 class QVCOMMON_API CCriticalExclusion {
 public:
+    /// Waits for the section and takes it. The section must outlive this object.
     explicit CCriticalExclusion(CCriticalSection& section) : m_section(section) { m_section.Lock(); }
     ~CCriticalExclusion() { m_section.Unlock(); }
     CCriticalExclusion(const CCriticalExclusion&) = delete;

@@ -24,14 +24,19 @@
 /// One object, one thread; any number of objects.
 class QVCOMMON_API CRegHelper {
 public:
+    /// Whose settings: the user's, or those of the machine.
     enum Root { currentUser, localMachine };
 
     /// Nothing is read or made yet. Names in the path are separated by "\".
     explicit CRegHelper(std::string_view key, Root root = currentUser);
+    /// The path that the constructor got.
     const CString& GetKey() const { return m_key; }
 
+    /// The text form of any value.
     BOOL GetString(std::string_view name, CString& value) const;
+    /// Decimal digits, 0 to 4294967295.
     BOOL GetInteger(std::string_view name, DWORD& value) const;
+    /// An even number of hexadecimal digits, in any case.
     BOOL GetBytes(std::string_view name, CString& value) const;
     /// Any text is a list; the empty one an empty list.
     BOOL GetList(std::string_view name, CStringArray& value) const;
@@ -39,8 +44,11 @@ public:
     // Changing; each makes the key when it is missing. @throws CFileException* naming the key, which is what it was:
     // accessDenied where the user may not change it, such as most keys of the machine.
 
+    /// Written as a text (REG_SZ).
     void SetString(std::string_view name, std::string_view value);
+    /// Written as a number (REG_DWORD).
     void SetInteger(std::string_view name, DWORD value);
+    /// Written as bytes (REG_BINARY).
     void SetBytes(std::string_view name, std::string_view value);
     /// Written as a text.
     void SetList(std::string_view name, const CStringArray& value);
@@ -49,8 +57,8 @@ public:
     /// The key with its values and all keys below it. @throws CInvalidArgException* for the key "", the root itself.
     void DeleteKey();
 
-    /// The names of the values, and of the keys directly below this one. Empty where the key is missing or cannot be read.
-    /// On Linux only keys within one application's settings, or within registry.ini, are found.
+    /// Each: The names of the values, and of the keys directly below this one. Empty where the key is missing or cannot
+    /// be read. On Linux only keys within one application's settings, or within registry.ini, are found.
     CStringArray GetValueNames() const;
     CStringArray GetKeyNames() const;
 

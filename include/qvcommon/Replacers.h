@@ -27,10 +27,13 @@ public:
     /// Not zero: markers are found case and all.
     virtual void SetCaseSentitive(int caseSensitive);
 
+    /// Each: the marker before a region, or the one after it, and what takes its place in the result. A virtual call
+    /// each.
     virtual CString GetStartFind() const;
     virtual CString GetStartReplace() const;
     virtual CString GetEndFind() const;
     virtual CString GetEndReplace() const;
+    /// Each: sets what the getter of that name returns.
     virtual void SetStartFind(std::string_view text);
     virtual void SetStartReplace(std::string_view text);
     virtual void SetEndFind(std::string_view text);
@@ -61,6 +64,7 @@ protected:
 /// caller's to set, as is the array, which has to outlive this object.
 class QVCOMMON_API CGetEscapedStrings : public CEscapedStringReplacer {
 public:
+    /// Refers to the array.
     explicit CGetEscapedStrings(CStringArray& texts) : m_texts(texts) {}
 
 protected:

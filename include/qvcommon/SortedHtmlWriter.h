@@ -19,8 +19,8 @@ public:
     CHtmlWriter& GetWriter(std::string_view key, int& created);
     CHtmlWriter& GetWriter(std::string_view key);
 
-    /// What stands before and after one section, and before and after every section outside of that. A header without a
-    /// section is not written; it serves when its key comes.
+    /// Each: What stands before and after one section, and before and after every section outside of that. A header
+    /// without a section is not written; it serves when its key comes.
     void SetHeader(std::string_view key, std::string_view text) { m_headers.SetAt(key, text); }
     void SetFooter(std::string_view key, std::string_view text) { m_footers.SetAt(key, text); }
     void SetGlobalHeader(std::string_view text) { m_strGlobalHeader = text; }

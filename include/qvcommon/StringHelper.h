@@ -13,6 +13,7 @@
 
 #include "qvcommon/framework/Collections.h"
 
+/// Operations on texts and on arrays of texts. All members are free of state.
 class QVCOMMON_API CStringHelper {
 public:
     CStringHelper() = default;
@@ -33,6 +34,7 @@ public:
     static int StartsWith(std::string_view text, std::string_view prefix, int caseSensitive = 1);
     /// On success `rest` is what follows the prefix; otherwise it is left alone.
     static int StartsWith(std::string_view text, std::string_view prefix, CString& rest, int caseSensitive = 1);
+    /// 1 if the last bytes of the text, as many as the suffix has, equal it; every text ends with the empty one.
     static int EndsWith(std::string_view text, std::string_view suffix, int caseSensitive = 1);
 
     /// 1 if some element matches the text.
@@ -65,7 +67,7 @@ public:
     template <qv::NoCharacter T>
     static int CountOf(std::string_view, T) = delete;
 
-    /// 1 if the text is its own lower-case (upper-case) form; a text without letters is both.
+    /// Each: 1 if the text is its own lower-case (upper-case) form; a text without letters is both.
     static int IsLowerCase(std::string_view text);
     static int IsUpperCase(std::string_view text);
     /// 1 if the text is not empty and every byte is a decimal digit.
@@ -91,7 +93,9 @@ public:
 
     /// Without white space at either end.
     static CString TrimString(std::string_view text);
+    /// Takes the white space at both ends from each element.
     static void TrimItems(CStringArray& texts);
+    /// The same, under the name that older callers use.
     static void TrimStringArray(CStringArray& texts) { TrimItems(texts); }
     /// Removes the elements that consist of white space, or of nothing.
     static void RemoveBlanks(CStringArray& texts);
@@ -206,21 +210,23 @@ public:
     // there are fewer companions than texts, CInvalidArgException* is raised and nothing has changed. An array may be given
     // more than once, the texts as their own companions too: it is sorted once.
 
+    /// Each: sorts the texts alone.
     static void SortStringArray(CStringArray& texts, int descending = 0);
     static void SortStringList(CStringList& texts, int descending = 0);
     static void SortStringArrayBySize(CStringArray& texts, int descending = 0);
 
+    /// Each: sorts the texts, and the other arrays with them.
     static void SortStringArray(CStringArray& texts, CPtrArray& companions, int descending = 0);
     static void SortStringArrayBySize(CStringArray& texts, CPtrArray& companions, int descending = 0);
     static void SortStringArray(CStringArray& texts, CStringArray& companions, int descending = 0);
     static void SortStringArrayBySize(CStringArray& texts, CStringArray& companions, int descending = 0);
     static void SortStringArray(CStringArray& texts, CStringArray& first, CStringArray& second, int descending = 0);
     static void SortStringArray(CStringArray& texts, CStringArray& first, CUIntArray& second, int descending = 0);
-    /// Ascending.
+    /// The same, ascending only.
     static void SortStringArray(CStringArray& texts, CDoubleArray& companions);
     static void SortStringArray(CStringArray& texts, CUIntArray& companions);
 
-    /// Sorts, and fills `indexes` with the index that each element had before.
+    /// Each: Sorts, and fills `indexes` with the index that each element had before.
     static void IndexSortCStringArray(CStringArray& texts, CDWordArray& indexes, int descending = 0);
     static void IndexSortDwordArray(CDWordArray& values, CDWordArray& indexes, int descending = 0);
 

@@ -31,11 +31,14 @@ public:
     virtual CString GetDirectory() const;
     /// The whole path; empty while there is no file.
     virtual CString GetFilename() const;
+    /// The extension of new names, without its point; empty at first.
     virtual CString GetExtension() const;
     /// Without a point: one is always added.
     virtual void SetExtension(const char* extension);
+    /// What new names begin with, before the six letters; "QV" at first.
     virtual void SetPrefix(const char* prefix);
     virtual CString GetPrefix() const;
+    /// Non-zero, as at first: the file is deleted with the object.
     virtual void SetDeleteOnDtor(int deleteOnDtor);
 
     /// Deletes the file owned before, then owns the named one: it will be deleted like a file of the object's own making.

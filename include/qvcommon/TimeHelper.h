@@ -6,13 +6,17 @@
 
 #include "qvcommon/framework/DateTime.h"
 
+/// Calendar arithmetic on dates. All members are free of state.
 class QVCOMMON_API CTimeHelper {
 public:
     /// 1 for a date that is not valid.
     static int GetWeek(const COleDateTime& date);
+    /// The week as GetWeek counts it, and the year that the date is in: weeks never belong to another year than their
+    /// days. 1 and -1 for a date that is not valid.
     static void GetWeekAndYear(const COleDateTime& date, int& week, int& year);
 
-    /// The days of a month, from 1; 0 for a month outside 1 to 12. The two take their arguments in opposite orders.
+    /// Each: The days of a month, from 1; 0 for a month outside 1 to 12. The two take their arguments in opposite
+    /// orders.
     static int GetLastDayOfMonth(int year, int month);
     static int GetDaysInMonth(int month, int year);
 
@@ -30,8 +34,8 @@ public:
     /// week; a year outside 100 to 9999 leaves an invalid date.
     static void AdjustWithinRange(COleDateTime& date, int year, int week);
 
-    /// "05 May 2004 14:03:07" and "May 05 2004, 14:03:07", with the month by the current C locale. Neither follows the
-    /// user's own settings.
+    /// Each: "05 May 2004 14:03:07" and "May 05 2004, 14:03:07", with the month by the current C locale. Neither
+    /// follows the user's own settings.
     static CString ToStdDateTime(const COleDateTime& date);
     static CString GetLongDateString(const COleDateTime& date);
 
@@ -46,15 +50,16 @@ public:
     /// 30827), -1 where the zone does not cover it or `long` is too small.
     static long FileTimeToUnixTime(const QvFileTime& time);
 
-    /// From local time to UTC and back, by the rules that the system's zone has at that date (not by today's difference),
-    /// for repeated and skipped hours as in GetTimeT. To the second: fractions are rounded. The date is left unchanged
-    /// where the system cannot tell (Windows: before 1601) and where the result is no valid date.
+    /// Each: From local time to UTC and back, by the rules that the system's zone has at that date (not by today's
+    /// difference), for repeated and skipped hours as in GetTimeT. To the second: fractions are rounded. The date is
+    /// left unchanged where the system cannot tell (Windows: before 1601) and where the result is no valid date.
     static void ConvertToUtc(COleDateTime& date);
     static void ConvertToLocal(COleDateTime& date);
 
     /// The weekly hours averaged over a year of 365.25 days from which a + b days are taken.
     static double GetAvWorkHoursPerWeek(double hoursPerWeek, double a, double b);
-    /// The same for each of the week's seven days, and for each of its work days (infinite or NaN when these are 0).
+    /// Each: The same for each of the week's seven days, and for each of its work days (infinite or NaN when these are
+    /// 0).
     static double GetAvWorkHoursPerDay(double hoursPerWeek, double a, double b);
     static double GetAvWorkHoursPerWorkDay(double hoursPerWeek, double workDaysPerWeek, double a, double b);
 };

@@ -39,10 +39,14 @@ public:
     /// Called from OnTick it marks the object as stopped and never returns: the thread stays parked for the rest of the
     /// process. Whatever it waits on is kept alive, so the object may be stopped, started anew and destroyed by others.
     virtual void StopThread();
+    /// Called when the thread starts and after each interval.
     virtual void OnTick() = 0;
+    /// Called once before the first OnTick. Does nothing here.
     virtual void OnThreadStart() {}
+    /// Called once after the last OnTick. Does nothing here.
     virtual void OnThreadStop() {}
 
+    /// The interval that StartThread got.
     DWORD GetTickSeconds() const { return m_seconds; }
 
 private:

@@ -9,16 +9,18 @@
 /// A value: copies share nothing. Since a Get member may make a form, one object belongs to one thread.
 class QVCOMMON_API CUnicodeString {
 public:
+    /// The empty text.
     CUnicodeString() = default;
-    /// A null pointer gives the empty text.
+    /// Each: from one form. A null pointer gives the empty text.
     CUnicodeString(const char* bytes) : CUnicodeString(CString(bytes)) {}
     CUnicodeString(CString bytes) : m_bytes(std::move(bytes)), m_has(Form::Bytes) {}
     CUnicodeString(const char16_t* wide) : CUnicodeString(wide ? std::u16string_view(wide) : std::u16string_view()) {}
     CUnicodeString(std::u16string_view wide) : m_wide(wide), m_has(Form::Wide) {}
 
-    /// Valid until the object changes or ends, and in the code page of the time when the form was made.
+    /// Each: Valid until the object changes or ends, and in the code page of the time when the form was made.
     const CString& GetBytes() const;
     const std::u16string& GetWide() const;
+    /// Whether there is no character.
     bool IsEmpty() const { return m_bytes.IsEmpty() && m_wide.empty(); }
     /// Whether the form that the text was made from comes back from the other one without change.
     bool IsExact() const;

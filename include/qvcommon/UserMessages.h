@@ -42,6 +42,9 @@ public:
     /// than 240 bytes, or the system refuses. (On Linux "/", "%" and a leading point count three bytes.)
     int Create(const char* name, int perProcess);
 
+    /// Whether a listener of the name takes texts now: with `perProcess` non-zero one of this process that was created
+    /// so, else
+    /// one of any program of the user. By the time of a send it may be gone.
     static int DoesListenerExist(const char* name, int perProcess);
 
     /// QvSendIpcMessage to the listener of the name. 0 when there is none; with `perProcess` only this process's own count.

@@ -7,6 +7,7 @@
 
 #include "qvcommon/framework/Window.h"
 
+/// The text must not be empty.
 QVCOMMON_API void QVCOMMON_CALL DDV_NotEmpty(CDataExchange* exchange, const CString& text);
 /// The path has to exist, as CFileUtils::IsExist says.
 QVCOMMON_API void QVCOMMON_CALL DDV_ValidPath(CDataExchange* exchange, const CString& path);
@@ -29,7 +30,7 @@ public:
 /// The code editor, as far as its text is exchanged.
 class QVCOMMON_API CCodeEditCtrl : public CWnd {};
 
-/// DDX_Text and DDX_CBString; then the text is trimmed at both ends, in both directions.
+/// Each: DDX_Text and DDX_CBString; then the text is trimmed at both ends, in both directions.
 QVCOMMON_API void QVCOMMON_CALL DDX_TrimText(CDataExchange* exchange, int id, CString& text);
 QVCOMMON_API void QVCOMMON_CALL DDX_TrimCBString(CDataExchange* exchange, int id, CString& text);
 
@@ -44,4 +45,5 @@ QVCOMMON_API void QVCOMMON_CALL DDX_ExtendedText(CDataExchange* exchange, int id
 QVCOMMON_API void QVCOMMON_CALL DDX_Text_Display_Formatted(CDataExchange* exchange, int id, double& value,
                                                            const char* format);
 
+/// Between a code editor and a text.
 QVCOMMON_API void QVCOMMON_CALL DDX_Text(CDataExchange* exchange, CCodeEditCtrl& control, CString& text);

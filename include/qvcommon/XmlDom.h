@@ -47,6 +47,7 @@ namespace MSXML2 {
 
 class IXMLDOMDocument;
 
+/// What a node is, by the numbers of the DOM.
 enum DOMNodeType {
     NODE_INVALID = 0,
     NODE_ELEMENT = 1,
@@ -63,24 +64,30 @@ enum DOMNodeType {
     NODE_NOTATION = 12
 };
 
+/// A handle to a node of any kind, or to none.
 class QVCOMMON_API IXMLDOMNode {
 public:
+    /// A null handle.
     IXMLDOMNode() = default;
+    /// A null handle, as the default one.
     IXMLDOMNode(std::nullptr_t) {}
     /// Takes over one reference.
     explicit IXMLDOMNode(qv::dom::Node* node) : m_node(node) {}
     IXMLDOMNode(const IXMLDOMNode& other);
     IXMLDOMNode(IXMLDOMNode&& other) noexcept : m_node(other.m_node) { other.m_node = nullptr; }
+    /// Refers to the other handle's node from then on.
     IXMLDOMNode& operator=(IXMLDOMNode other) noexcept {
         std::swap(m_node, other.m_node);
         return *this;
     }
     ~IXMLDOMNode();
 
+    /// False for a null handle.
     explicit operator bool() const { return m_node != nullptr; }
     /// True for two handles to one node, and for two null handles.
     friend QVCOMMON_API bool QVCOMMON_CALL operator==(const IXMLDOMNode& a, const IXMLDOMNode& b);
 
+    /// What the node is.
     DOMNodeType get_nodeType() const;
     /// As the document writes it, with its prefix: "#text", "#document" and the like for nodes without a name.
     CString get_nodeName() const;
@@ -99,7 +106,7 @@ public:
     /// are, other control characters are references. An attribute is name="value".
     CString get_xml() const;
 
-    /// Null when absent. A COM DOM has an instruction named "xml" for the XML declaration, libxml2 has no node.
+    /// Each: Null when absent. A COM DOM has an instruction named "xml" for the XML declaration, libxml2 has no node.
     IXMLDOMNode get_parentNode() const;
     IXMLDOMNode get_firstChild() const;
     IXMLDOMNode get_nextSibling() const;
@@ -136,15 +143,17 @@ public:
     qv::dom::Node& Get() const;
 
 protected:
-    qv::dom::Node* m_node = nullptr;
+    qv::dom::Node* m_node = nullptr;  ///< one reference; null for none
 };
 
+/// A handle to an element, or to none.
 class QVCOMMON_API IXMLDOMElement : public IXMLDOMNode {
 public:
     using IXMLDOMNode::IXMLDOMNode;
     /// The same node as an element; null when it is none.
     explicit IXMLDOMElement(IXMLDOMNode node);
 
+    /// The name as the document writes it.
     CString get_tagName() const { return get_nodeName(); }
     /// False, and `value` left alone, when there is no such attribute.
     bool getAttribute(std::string_view name, CString& value) const;
@@ -161,6 +170,7 @@ public:
 class QVCOMMON_API IXMLDOMParseError {
 public:
     IXMLDOMParseError() = default;
+    /// With these values.
     IXMLDOMParseError(HRESULT code, CString reason, long line, long position)
         : m_code(code), m_reason(std::move(reason)), m_line(line), m_position(position) {}
 
@@ -170,6 +180,7 @@ public:
     CString get_reason() const { return m_reason; }
     /// From 1; 0 when there was no error, or nobody knows.
     long get_line() const { return m_line; }
+    /// The column in that line as the DOM counts it, from 1; 0 when there was no error, or nobody knows.
     long get_linepos() const { return m_position; }
 
 private:
@@ -178,6 +189,7 @@ private:
     long m_line = 0, m_position = 0;
 };
 
+/// A handle to a document, or to none.
 class QVCOMMON_API IXMLDOMDocument : public IXMLDOMNode {
 public:
     using IXMLDOMNode::IXMLDOMNode;
@@ -189,6 +201,7 @@ public:
 
     /// Loads are synchronous in any case after `false`; a new COM document is asynchronous.
     void put_async(bool async) const;
+    /// With `false` a document type declaration is read and not enforced, as it is on Linux in any case.
     void put_validateOnParse(bool validate) const;
     /// True: texts that are all white space stay in the tree, and texts are given with the white space at their ends. For
     /// loads from then on.

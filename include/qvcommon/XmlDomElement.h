@@ -9,6 +9,7 @@
 #include "qvcommon/XmlHelper.h"
 
 class CXmlDomElement;
+/// Wrappers that belong to their tree.
 using CXmlDomElementArray = CArray<CXmlDomElement*, CXmlDomElement*>;
 
 /// Applications derive from it and register their classes with CQVClassFactory, by the key of the elements they stand for:
@@ -25,6 +26,7 @@ class QVCOMMON_API CXmlDomElement : public CObject {
     DECLARE_DYNAMIC(CXmlDomElement)
 
 public:
+    /// Each: the DOM's handle.
     using Node = MSXML2::IXMLDOMNode;
     using Element = MSXML2::IXMLDOMElement;
     using Document = MSXML2::IXMLDOMDocument;
@@ -46,7 +48,8 @@ public:
     /// @param create  not zero: a missing element is made first, with the path to it, if the path starts at the document.
     virtual CXmlDomElement* GetElement(std::string_view path, int index = 0, int fromDocument = 0, int create = 0);
 
-    // The operations of CXmlHelper of the same names on this element, with the same results.
+    /// Each: the operation of CXmlHelper with this name on this element, with the same result. on this element, with
+    /// the same results.
     virtual BOOL GetAttribute(std::string_view name, CString& value);
     virtual BOOL SetAttribute(std::string_view name, std::string_view value);
     virtual BOOL GetAttributeArray(std::string_view path, std::string_view name, CStringArray& values);
@@ -67,10 +70,12 @@ public:
 
     /// Removes every node that a path selects from this element: elements, texts, attributes. 0 when there was none.
     virtual BOOL RemoveNodes(std::string_view path);
+    /// Whether an element is wrapped.
     virtual BOOL HasDomElement();
 
     /// The wrapped element, its children in step.
     Element GetDomElement();
+    /// The wrappers of the child elements, in step with them. Valid until the next change.
     const CXmlDomElementArray& GetChildren();
     /// The tree's own document: the root's; made, empty, synchronous and without validation, when there is none yet. The
     /// elements that SetElement was given may be of another.
@@ -82,10 +87,13 @@ public:
     CXmlDomElement* GetParent();
     /// This object or the one below that wraps the node; null when none does.
     CXmlDomElement* FindElementForNode(const Node& node);
+    /// The element's name as the document writes it.
     CString GetNodeName() const { return m_element.get_nodeName(); }
     /// CXmlHelper's path that leads from the given wrapper's element to this one; from the document for null.
     CString GetNodePath(const CXmlDomElement* base = nullptr) const;
+    /// CXmlHelper::GetElementMask of the element.
     CString GetElementMask() const { return CXmlHelper::GetElementMask(m_element); }
+    /// The markup of the element and all below it.
     CString GetXml() const { return m_element.get_xml(); }
 
     /// Loads a text into the tree's own document. The root wraps the new document element: none when the text does not parse,

@@ -35,6 +35,7 @@ public:
         m_tags.Add(tag);
         return *this;
     }
+    /// The type that the constructor got.
     const CString& GetType() const { return m_type; }
 
     /// The tag of a version: what CXmlObject::GetType of its class returns. @throws CInvalidArgException* for a version

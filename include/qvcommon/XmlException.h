@@ -15,7 +15,9 @@ public:
     [[noreturn]] static void Throw(const MSXML2::IXMLDOMParseError& error, int severity, int detail);
     [[noreturn]] static void Throw(const char* message, int severity, int errorCode, int detail);
 
+    /// The DOM's error code, or the number that the caller of Throw gave.
     int GetErrorCode() const { return m_errorCode; }
+    /// The second number that the caller of Throw gave.
     int GetDetail() const { return m_detail; }
 
 private:

@@ -16,17 +16,22 @@
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/DateTime.h"
 
+/// Operations on XML documents by path. An object holds the text of one document; most members need none.
 class QVCOMMON_API CXmlHelper {
 public:
+    /// Each: the DOM's handle.
     using Node = MSXML2::IXMLDOMNode;
     using Element = MSXML2::IXMLDOMElement;
     using Document = MSXML2::IXMLDOMDocument;
 
     // One document's text
 
+    /// Holds the empty text.
     CXmlHelper() = default;
+    /// Holds the text; it is not parsed yet.
     explicit CXmlHelper(std::string_view xml) : m_xml(xml) {}
     virtual ~CXmlHelper() = default;
+    /// The text of the document.
     void SetXml(std::string_view xml) { m_xml = xml; }
     CString GetXml() const { return m_xml; }
     /// The document element of the text, in a document of its own with every call; null when it does not parse.
@@ -39,6 +44,7 @@ public:
     static Document CreateDocument();
     /// The document element of a text; null when it does not parse. It keeps its document alive. @throws as CreateDocument.
     static Element GetDocumentElement(std::string_view xml);
+    /// Replaces a document's content by that of a text. 0 when it does not parse: the document is then empty.
     static BOOL LoadXml(const Document& document, std::string_view xml);
 
     /// The markup inside an element: that of its content, without its own tags. Of a text: inside its document element, or
@@ -51,7 +57,7 @@ public:
     /// @return 0 when the markup does not parse; nothing is changed then.
     static BOOL SetXml(const Element& element, std::string_view xml);
 
-    /// Parses a fragment and inserts it at the end of the parent's content, or before one of its children.
+    /// Each: Parses a fragment and inserts it at the end of the parent's content, or before one of its children.
     /// @param root  not zero: the fragment's root element goes in; zero: the root is a wrapper that is left out, what is in
     /// it goes in, in order.
     /// @return the first node inserted; null when there was none: for an empty wrapper, and for a text of white space.
@@ -135,11 +141,11 @@ public:
     static BOOL GetDate(const Node& element, std::string_view path, COleDateTime& value, int index = 0);
     static BOOL SetDate(const Node& element, std::string_view path, const COleDateTime& value, int index = 0);
 
-    /// Append the values at path, path[1], path[2] and so on up to the first that is missing (`mode` 0), or at the
-    /// paths that `path`, a format with one "%d", gives for 0, 1, 2 and so on. Time is in line with the elements beside
-    /// them for paths of names and indexes whose last step has none ("list/item"), and formats of such with "%d" as an
-    /// index or in a name. Reading ends, too, where an index finds the node before it again, and behind more items than
-    /// there are nodes.
+    /// Each: Append the values at path, path[1], path[2] and so on up to the first that is missing (`mode` 0), or at
+    /// the paths that `path`, a format with one "%d", gives for 0, 1, 2 and so on. Time is in line with the elements
+    /// beside them for paths of names and indexes whose last step has none ("list/item"), and formats of such with "%d"
+    /// as an index or in a name. Reading ends, too, where an index finds the node before it again, and behind more
+    /// items than there are nodes.
     /// @return 1 when the array is not empty at the end. @throws CInvalidArgException* for a format without its "%d".
     static BOOL GetStringArray(const Node& element, std::string_view path, CStringArray& values, int mode = 0);
     static BOOL GetIntegerArray(const Node& element, std::string_view path, CUIntArray& values, int mode = 0);
@@ -180,19 +186,22 @@ public:
     static CString& Dirty(CString& text);
     /// & " ' < >
     static CString& CleanAttribute(CString& text);
+    /// The inverse.
     static CString& DirtyAttribute(CString& text);
+    /// Each: the changed copy.
     static CString Clean(const CString& text) { return Changed(text, Clean); }
     static CString Dirty(const CString& text) { return Changed(text, Dirty); }
     static CString CleanAttribute(const CString& text) { return Changed(text, CleanAttribute); }
     static CString DirtyAttribute(const CString& text) { return Changed(text, DirtyAttribute); }
 
 protected:
-    /// The references alone.
+    /// Each: The references alone.
     static void CleanInvalidChars(CString& text);
     static void DirtyInvalidChars(CString& text);
     /// Fills the arrays below, once, whoever comes first.
     static void SetupInvalidCharArray();
 
+    /// Non-zero once the arrays are filled.
     static BOOL ms_bSetupInvalidCharArray;
     /// The texts of one byte 0x80 to 0x9F and the references to them. Empty until SetupInvalidCharArray.
     static CStringArray ms_InvalidCharsSearch, ms_InvalidCharsReplace;

@@ -7,6 +7,7 @@
 
 class CXmlSection;
 
+/// An object that keeps itself in a section. Derived classes are registered with CXmlObjectFactory by their type.
 class QVCOMMON_API CXmlObject : public CObject {
     DECLARE_DYNAMIC(CXmlObject)
 
@@ -28,10 +29,14 @@ using CXmlObjectArray = CArray<CXmlObject*, CXmlObject*>;
 /// Makes objects by the names of their types.
 class QVCOMMON_API CXmlObjectFactory {
 public:
+    /// Makes a class with a default constructor known by its type, in place of an earlier one. Safe from any thread, as
+    /// all
+    /// members are.
     template <class T>
     static void Register(std::string_view type) {
         CQVClassFactory::Register<T>(KeyOf(type));
     }
+    /// Returns whether the type was known.
     static bool Unregister(std::string_view type) { return CQVClassFactory::Unregister(KeyOf(type)); }
     /// A new object, owned by the caller; null for a type that nobody registered. Blanks and "_" are the same.
     static CXmlObject* CreateObject(std::string_view type);

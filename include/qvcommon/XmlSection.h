@@ -26,9 +26,11 @@ class SectionNode;
 
 }  // namespace qv
 
+/// A section: values and other sections under tags, written or read as text.
 class QVCOMMON_API CXmlSection {
 public:
     CXmlSection();
+    /// An empty section with this tag.
     explicit CXmlSection(std::string_view tag);
     virtual ~CXmlSection();
     CXmlSection(const CXmlSection&);
@@ -36,6 +38,7 @@ public:
     CXmlSection& operator=(const CXmlSection&);
     CXmlSection& operator=(CXmlSection&&) noexcept;
 
+    /// The section's own tag, not checked; empty for none.
     void SetTagName(std::string_view tag) { m_tag = tag; }
     CString GetTagName() const { return m_tag; }
     /// The tag of the first element that was read; empty when there is none. A text read into a section without a tag tells
@@ -53,6 +56,7 @@ public:
 
     /// "<tag>text</tag>", the text escaped by Clean.
     void AddString(std::string_view tag, std::string_view text, BOOL force = 0);
+    /// As decimal digits.
     void AddInteger(std::string_view tag, int value, BOOL force = 0);
     /// With six decimals, and a point whatever the locale.
     void AddDouble(std::string_view tag, double value, BOOL force = 0);
@@ -62,7 +66,7 @@ public:
     void AddDate(std::string_view tag, const COleDateTime& value, BOOL force = 0);
     /// Nested, an element "ITEM" for each: empty ones only when forced. Left out when the array is empty.
     void AddStringArray(std::string_view tag, const CStringArray& texts, BOOL force = 0);
-    /// Nested, an element "ENTRY" with "KEY" and "VALUE" for each pair. Left out when the map is empty.
+    /// Each: Nested, an element "ENTRY" with "KEY" and "VALUE" for each pair. Left out when the map is empty.
     void AddStringToStringMap(std::string_view tag, const CMapStringToString& map, BOOL force = 0);
     void AddStringToIntMap(std::string_view tag, const CMapStringToInt& map, BOOL force = 0);
     /// Another section with its tag around it: one that was written with its lines indented, one that was read as its text
@@ -93,6 +97,7 @@ public:
     virtual BOOL GetString(std::string_view tag, CString& value, int index = 0) const;
     /// As atoi has it; the nearest number for one out of range.
     BOOL GetInteger(std::string_view tag, int& value, int index = 0) const;
+    /// As atof has it, with a decimal point whatever the locale.
     BOOL GetDouble(std::string_view tag, double& value, int index = 0) const;
     /// TRUE exactly for "true" in any case.
     BOOL GetBool(std::string_view tag, BOOL& value, int index = 0) const;
@@ -102,7 +107,7 @@ public:
     BOOL GetSection(std::string_view tag, CXmlSection& section, int index = 0) const;
     /// Lets the object load from section number `index` of its type. 0, and the object left alone, when it is missing.
     BOOL LoadObject(CXmlObject& object, int index = 0) const;
-    /// Clear the output first. Array: up to the first missing "ITEM".
+    /// Each: Clear the output first. Array: up to the first missing "ITEM".
     BOOL GetStringArray(std::string_view tag, CStringArray& texts) const;
     BOOL GetStringToStringMap(std::string_view tag, CMapStringToString& map) const;
     BOOL GetStringToIntMap(std::string_view tag, CMapStringToInt& map) const;
@@ -121,6 +126,7 @@ public:
 
     /// & < > LF CR, as "&amp;", "&lt;", "&gt;", "&#10;", "&#13;".
     static CString Clean(std::string_view text);
+    /// The inverse.
     static CString Dirty(std::string_view text);
     /// Blanks as "_".
     static CString CleanTag(std::string_view tag);

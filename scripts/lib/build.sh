@@ -8,6 +8,15 @@ build_preset() {
     configure_preset "$preset" && steady "$preset" cmake --build --preset "$preset" -j "$(nproc)" "$@"
 }
 
+# Where the compiler cache is, which outlives the build folders, and how large it has become.
+print_cache_size() {
+    local folder
+    if command -v ccache > /dev/null; then
+        folder=$(ccache --get-config cache_dir)
+        say "Compiled files are kept in $folder: $(du -sh "$folder" 2> /dev/null | cut -f 1), at most $(ccache --get-config max_size)"
+    fi
+}
+
 # configure_preset PRESET [ARGUMENT of cmake...]
 configure_preset() (
     if command -v ccache > /dev/null; then

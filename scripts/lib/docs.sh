@@ -1,10 +1,10 @@
 # shellcheck shell=bash
 # The documentation site.
 
-# make_docs: makes the site anew; fails on any warning.
+# make_docs: makes the site from nothing; fails on any warning, such as that of a member without a contract.
 make_docs() (
     cd "$QV_ROOT" || exit
     QV_VERSION=$(sed -n 's/^project(QvCommon VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
     export QV_VERSION
-    rm -rf build/docs && mkdir -p build/docs && doxygen scripts/lib/Doxyfile
+    python3 -B scripts/lib/doxygen_test.py && rm -rf build/docs && mkdir -p build/docs && doxygen scripts/lib/Doxyfile
 )

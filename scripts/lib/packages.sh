@@ -3,7 +3,7 @@
 
 # What each purpose needs. The compilers of a target are the target's own, so that nobody installs all of them.
 declare -gA QV_PACKAGES=(
-    [build]="cmake ninja-build g++ ccache pkg-config libcli11-dev libxml2-dev zlib1g-dev"
+    [build]="cmake make ninja-build g++ ccache pkg-config libcli11-dev libxml2-dev zlib1g-dev"
     [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
     [tests]="7zip cabextract gcab googletest imagemagick libxml2-utils locales netpbm python3 strace
         tzdata"
@@ -12,7 +12,7 @@ declare -gA QV_PACKAGES=(
     [install]="fish groff-base lintian zsh"
     [machines]="glusterfs-client glusterfs-server iproute2 procps"
     [format]="clang-format git"
-    [docs]="doxygen graphviz"
+    [docs]="doxygen graphviz python3"
     [tidy]="clang clang-tidy python3"
     [browser]="chromium chromium-driver firefox-esr python3"
     [axe]="npm"

@@ -60,7 +60,8 @@ PURE_CALLS = {
 # Programs over the installed library, and what they include within the tree.
 CLIENTS = {"tools/": ("qvcommon/", "tools/"), "examples/": ("qvcommon/",), "tests/border/": ("qvcommon/",)}
 LONGEST = 300
-TABLES = {"include/qvcommon/StringHelper.h": "one class, a list of declarations with their contracts"}
+TABLES = {"include/qvcommon/" + name: "one class, a list of declarations with their contracts"
+          for name in ("HtmlWriter.h", "StringHelper.h")}
 
 SYSTEM_MACRO = re.compile(
     r"\b(_?WIN(32|64)|__WIN(32|64)__|__CYGWIN__|__MINGW(32|64)__|_MSC_VER|_?_?linux(__)?|__gnu_linux__|(__?)?unix(__)?|"

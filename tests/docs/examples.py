@@ -5,6 +5,8 @@
 A page's examples are its blocks ```cpp, programs; the block ```text after one is what the program prints, a picture in its
 place is a file that the program writes. Each example comes into a namespace of its own, and becomes a test that runs it in
 a fresh folder and compares.
+
+A page's blocks ```cc are parts of the programs in examples/, and have to be there letter by letter.
 """
 
 import pathlib
@@ -13,6 +15,10 @@ import sys
 
 BLOCKS = re.compile(r"^```cpp\n(?P<code>.*?)^```\n(?:(?!^```).)*?"
                     r"^(?:```text\n(?P<output>.*?)^```\n|!\[[^]]*\]\((?P<picture>[^)]*)\)\n)", re.M | re.S)
+
+
+PARTS = re.compile(r"^```cc\n(.*?)^```\n", re.M | re.S)
+PROGRAMS = [file.read_text() for file in (pathlib.Path(__file__).parents[2] / "examples").glob("*.cpp")]
 
 
 def test(page, name, match):
@@ -34,6 +40,9 @@ def examples(page):
     matches = list(BLOCKS.finditer(text))
     if len(matches) != text.count("```cpp\n"):
         sys.exit(f"{page}: each example is due with what it prints or draws")
+    for part in PARTS.findall(text):
+        if not any(part in program for program in PROGRAMS):
+            sys.exit(f"{page}: no program of examples/ has this part:\n{part}")
     name = "".join(part.capitalize() for part in page.stem.lower().split("-"))
     return [test(page, name + (str(i) if i > 1 else ""), match) for i, match in enumerate(matches, 1)]
 

@@ -3,6 +3,7 @@ and run the examples. Needs the presets linux and windows-x64 built."""
 
 import pathlib
 import shutil
+import signal
 import subprocess
 import tempfile
 import unittest
@@ -38,8 +39,24 @@ class Examples:
         page = (self.folder / "page/index.html").read_text(encoding="latin-1")
         self.assertIn("Fruit &amp; prices", page)
         self.assertIn("Prices stay &lt; 3", page)
+        self.assertRegex(page, r"(?s)new TreeItem|TreeMenu\.js.*<svg ")
         for asset in (self.tree.prefix / "share/qvcommon/html").iterdir():
             self.assertEqual((self.folder / "page" / asset.name).read_bytes(), asset.read_bytes())
+
+    def test_report_bars(self):
+        for order, first in (("Price", "Pears: 2.40"), ("Name", "Apples: 2.80")):
+            self.run_example("report_bars", "page", "fruit:by=" + order)
+            self.run_example("report_bars", "page")  # the choice was kept
+            page = (self.folder / "page/index.html").read_text(encoding="latin-1")
+            self.assertIn("<ul><li>" + first, page)
+            self.assertNotIn("fruit:by=" + order, page)  # the current choice is no link
+        self.assertIn("no choice", self.run_example("report_bars", "page", "fruit:by=Colour", status=1))
+
+    def test_from_cfile(self):
+        self.assertEqual(self.run_example("from_cfile", "a.txt"), "before: 1\nnow: 2\n")
+        self.assertEqual(self.run_example("from_cfile", "a.txt"), "before: 3\nnow: 4\n")
+        self.assertEqual([file.name for file in self.folder.iterdir()], ["a.txt"])
+        self.assertRegex(self.run_example("from_cfile", "none/a.txt", status=1), r"^from_cfile: .*none.a\.txt.*\n$")
 
     def test_settings(self):
         self.assertIn("run 1\n", self.run_example("settings", "a.xml"))
@@ -71,14 +88,25 @@ class Examples:
         (self.folder / "in/deep/a.txt").write_text("hello")
         self.assertIn("unpacked a.txt", self.run_example("pack_folder", "in", "in.cab", "out"))
         self.assertEqual((self.folder / "out/deep/a.txt").read_text(), "hello")
-        self.run_example("pack_folder", "in", "none/in.cab", "out", status=1)
+        self.assertIn("none", self.run_example("pack_folder", "in", "none/in.cab", "out", status=1))
+        if not self.tree.windows:  # where a signal can be sent to another process
+            with open(self.folder / "in/large", "wb") as large:
+                large.truncate(1 << 29)
+            packer, line = self.start("pack_folder", "in", "large.cab", "out")
+            self.assertEqual(line, "packing")
+            packer.send_signal(signal.SIGINT)
+            self.assertEqual(packer.wait(60), 1)
+            self.assertEqual(sorted(file.name for file in self.folder.iterdir()), ["in", "in.cab", "out"])
 
     def test_watched_folder(self):
-        watcher, line = self.start("watched_folder", ".")
+        name = "qv-watched-" + self.folder.name
+        listener, line = self.start("answer", name)
+        self.assertEqual(line, "listening")
+        watcher, line = self.start("watched_folder", ".", name)
         self.assertEqual(line, "watching")
         (self.folder / "stop").write_text("")
         self.assertEqual(watcher.stdout.readline().strip(), "changed")
-        self.assertEqual(watcher.wait(60), 0)
+        self.assertEqual([watcher.wait(60), listener.wait(60)], [0, 0])
         self.run_example("watched_folder", "none", status=1)
 
     def test_ask_and_answer(self):
@@ -155,6 +183,7 @@ class WithCMake(Examples, unittest.TestCase):
         for absent in ("qvcommon_tests", "gtest", "tools/qv"):
             self.assertNotIn(absent, targets)
         self.assertNotIn("QvCommonConfig", (build / "qvcommon/cmake_install.cmake").read_text())
+        self.assertIn("libqvcommon", (build / "qvcommon/cmake_install.cmake").read_text())
 
 
 class WithPkgConfig(Examples, unittest.TestCase):

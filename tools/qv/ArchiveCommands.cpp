@@ -1,6 +1,7 @@
 #include <memory>
 
 #include "qvcommon/Cabinet.h"
+#include "qvcommon/FilePath.h"
 #include "qvcommon/FileUtils.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Documents.h"
@@ -144,6 +145,15 @@ private:
 // What an archive holds is found by positions in it, and its set by the names beside it.
 void CheckIsFile(const std::string& archive) {
     if (IsStandardStream(archive)) throw WrongUsage("ARCHIVE must be a file, not standard input or output");
+    if (archive.empty()) throw WrongUsage("ARCHIVE must have a name");
+}
+
+/// Archives are called ".cab", whatever extension they are asked to have.
+void NoteOtherName(const CString& archive) {
+    const CString extension = CFilePath(archive).GetExt();
+    if (extension.IsEmpty() || extension.CompareNoCase(".cab") == 0) return;
+    const CString name = archive.Left(archive.GetLength() - extension.GetLength()) + ".cab";
+    Note("the archive is called " + Native(name.AsStd()));
 }
 
 /// Runs an action on an archive, and gives its failure the whole story.
@@ -161,6 +171,7 @@ void Run(Action action) {
 void Pack(const Options& options) {
     CheckIsFile(options.archive);
     if (!CFileUtils::IsDirectory(options.folder.c_str())) throw FailedOn(options.folder, "no such folder");
+    NoteOtherName(CString(options.archive));
     LeftOuts leftOuts;
     const auto packBy = [&](CMakeCab&& pack) {
         pack.SetLeftOut(&leftOuts);

@@ -82,7 +82,7 @@ void AddWatch(Command app) {
     command.AddFlag("-j,--json", options->json, "Print one JSON object for each: folder, time");
     command.SetFooter(
         "Without one of the last flags: names of files, and contents. Changes that come together give one line.\n"
-        "Example:\n  qv watch inbox --names --count 1 && print inbox/*");
+        "Example:\n  qv watch inbox --names --count 1 && ls -l inbox");
     command.SetAction([options] { Watch(*options); });
 }
 

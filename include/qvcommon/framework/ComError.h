@@ -5,6 +5,7 @@
 
 #include "qvcommon/framework/String.h"
 
+/// A failed COM call: its code and what there is to say of it. A value.
 class QVCOMMON_API _com_error {
 public:
     /// The codes that the library itself raises; a platform's DOM adds its own.
@@ -15,11 +16,13 @@ public:
         kOutOfMemory = static_cast<HRESULT>(0x8007000E)  ///< E_OUTOFMEMORY
     };
 
+    /// With these values; the message is the code's own.
     explicit _com_error(HRESULT error, CString description = {});
     _com_error(const _com_error&) = default;
     _com_error& operator=(const _com_error&) = default;
     virtual ~_com_error();
 
+    /// The code.
     HRESULT Error() const { return m_error; }
     /// The code's own text, the same on every system; "Unknown error 0x%08X" for a code without one. Valid as long as the
     /// object.

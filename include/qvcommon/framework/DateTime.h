@@ -22,32 +22,41 @@
 /// A length of time in days, less than 3615900 days either way; a longer one is invalid.
 class QVCOMMON_API COleDateTimeSpan {
 public:
+    /// Whether the span means anything; null ones come from null dates.
     enum DateTimeSpanStatus { valid = 0, invalid = 1, null = 2 };
 
+    /// Valid: no time.
     COleDateTimeSpan() = default;
+    /// So many days; invalid beyond the limit.
     COleDateTimeSpan(double days);
     /// The parts may have any size and sign; they are added up.
     COleDateTimeSpan(long days, int hours, int minutes, int seconds);
 
+    /// Whether the span means anything. Setting it leaves m_span alone.
     DateTimeSpanStatus GetStatus() const { return m_status; }
     void SetStatus(DateTimeSpanStatus status) { m_status = status; }
+    /// Each: the whole length in that unit, with its fraction.
     double GetTotalDays() const { return m_span; }
     double GetTotalHours() const { return m_span * 24; }
     double GetTotalMinutes() const { return m_span * (24 * 60); }
     double GetTotalSeconds() const { return m_span * (24 * 60 * 60); }
 
+    /// The same length the other way.
     COleDateTimeSpan operator-() const;
 
-    double m_span = 0;
-    DateTimeSpanStatus m_status = valid;
+    double m_span = 0;                    ///< days
+    DateTimeSpanStatus m_status = valid;  ///< as GetStatus returns it
 };
 
+/// A date with its time, to fractions of a second.
 class QVCOMMON_API COleDateTime {
 public:
+    /// Whether the date means anything; `error` is what the fields of one that is not valid return.
     enum DateTimeStatus { error = -1, valid = 0, invalid = 1, null = 2 };
 
     /// Valid: 30 December 1899, midnight.
     COleDateTime() = default;
+    /// The moment of that number; invalid outside of the range.
     COleDateTime(double days);
     /// Seconds since 1970 UTC, and a file time: the local time then, invalid where the system cannot tell it.
     COleDateTime(std::int64_t seconds);
@@ -59,19 +68,21 @@ public:
     requires(std::is_arithmetic_v<T> && !std::same_as<T, float> && !std::same_as<T, double> &&
              !std::same_as<T, std::int64_t> && !std::same_as<T, std::time_t>) COleDateTime(T)
     = delete;
+    /// The local time at a file time; invalid where the system cannot tell it.
     COleDateTime(const QvFileTime& time);
     /// As SetDateTime.
     COleDateTime(int year, int month, int day, int hour, int minute, int second);
 
-    /// The local time now.
+    /// Each: The local time now.
     static COleDateTime GetCurrentTime();
     static COleDateTime GetTickCount() { return GetCurrentTime(); }
 
+    /// Whether the date means anything.
     DateTimeStatus GetStatus() const { return m_status; }
     /// Marks the date only; m_dt stays.
     void SetStatus(DateTimeStatus status) { m_status = status; }
 
-    /// The fields, -1 (`error`) for a date that is not valid.
+    /// Each: The fields, -1 (`error`) for a date that is not valid.
     int GetYear() const;
     int GetMonth() const;  ///< from 1
     int GetDay() const;    ///< from 1
@@ -81,7 +92,7 @@ public:
     int GetDayOfWeek() const;  ///< from 1, Sunday
     int GetDayOfYear() const;  ///< from 1
 
-    /// Set the date by its fields; SetDate at midnight, SetTime on 30 December 1899.
+    /// Each: Set the date by its fields; SetDate at midnight, SetTime on 30 December 1899.
     /// @return 0 when the fields name a moment in range. Otherwise 1: the date is invalid, and m_dt stays.
     int SetDateTime(int year, int month, int day, int hour, int minute, int second);
     int SetDate(int year, int month, int day) { return SetDateTime(year, month, day, 0, 0, 0); }
@@ -115,20 +126,20 @@ public:
     /// @return "Invalid DateTime" for an invalid date, nothing for a null one.
     CString Format(std::string_view format) const;
 
-    /// Dates are moved and measured in the even flow of time, not by their odd negative numbers. The result is null when a
-    /// side is, else invalid when a side is or it is out of range.
+    /// Each: Dates are moved and measured in the even flow of time, not by their odd negative numbers. The result is
+    /// null when a side is, else invalid when a side is or it is out of range.
     COleDateTime operator+(const COleDateTimeSpan& span) const;
     COleDateTime operator-(const COleDateTimeSpan& span) const { return *this + -span; }
     COleDateTimeSpan operator-(const COleDateTime& other) const;
     COleDateTime& operator+=(const COleDateTimeSpan& span) { return *this = *this + span; }
     COleDateTime& operator-=(const COleDateTimeSpan& span) { return *this = *this - span; }
 
-    /// By moment, to the last bit. Dates that are not valid equal those of the same status and have no order.
+    /// Each: By moment, to the last bit. Dates that are not valid equal those of the same status and have no order.
     friend QVCOMMON_API std::partial_ordering QVCOMMON_CALL operator<=>(const COleDateTime& a, const COleDateTime& b);
     friend bool operator==(const COleDateTime& a, const COleDateTime& b) { return std::is_eq(a <=> b); }
 
-    double m_dt = 0;
-    DateTimeStatus m_status = valid;
+    double m_dt = 0;                  ///< days, as the file's head says
+    DateTimeStatus m_status = valid;  ///< as GetStatus returns it
 
 private:
     void SetLocalTime(std::int64_t seconds);

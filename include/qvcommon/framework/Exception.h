@@ -5,6 +5,7 @@
 
 #include "qvcommon/framework/Object.h"
 
+/// An error. Derived classes say what happened.
 class QVCOMMON_API CException : public CObject {
     DECLARE_DYNAMIC(CException)
 
@@ -36,6 +37,7 @@ public:
     BOOL GetErrorMessage(char* text, UINT maximum, UINT* helpContext = nullptr) override;
 };
 
+/// Raises a new CInvalidArgException*.
 [[noreturn]] QVCOMMON_API void AfxThrowInvalidArgException();
 
 /// The user stopped the work, or was told what is wrong: there is nothing more to say, and no message.
@@ -43,4 +45,5 @@ class QVCOMMON_API CUserException : public CException {
     DECLARE_DYNAMIC(CUserException)
 };
 
+/// Raises a new CUserException*.
 [[noreturn]] QVCOMMON_API void AfxThrowUserException();

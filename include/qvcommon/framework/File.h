@@ -12,6 +12,7 @@ class QVCOMMON_API CFileException : public CException {
     DECLARE_DYNAMIC(CFileException)
 
 public:
+    /// What failed, in the framework's words and numbers.
     enum Cause : int {
         none,
         generic,
@@ -30,6 +31,7 @@ public:
         endOfFile
     };
 
+    /// With these values; a null name is none. For `new`: Delete ends the object.
     explicit CFileException(int cause = none, LONG osError = -1, const char* fileName = nullptr)
         : m_cause(cause), m_lOsError(osError), m_strFileName(fileName) {}
     /// A copy that the holder owns: Delete leaves it alone.
@@ -43,27 +45,30 @@ public:
     /// The cause for an error number of the system; `generic` for numbers that fit none.
     static int OsErrorToException(LONG osError);
 
-    int m_cause;
-    LONG m_lOsError;  ///< the system's error number, -1 when there is none
-    CString m_strFileName;
+    int m_cause;            ///< a Cause
+    LONG m_lOsError;        ///< the system's error number, -1 when there is none
+    CString m_strFileName;  ///< in the library's form; empty when it is not known
 };
 
+/// Raises a new CFileException* with these values.
 [[noreturn]] QVCOMMON_API void AfxThrowFileException(int cause, LONG osError = -1, const char* fileName = nullptr);
 
 /// What the file system tells of a file. Times are seconds since 1970 UTC, -1 when not known.
 struct QVCOMMON_API CFileStatus {
     std::int64_t m_ctime = -1;  ///< creation; on Linux the birth time, else the last change of the file's record
-    std::int64_t m_mtime = -1;
-    std::int64_t m_atime = -1;
-    std::uint64_t m_size = 0;  ///< bytes
-    BYTE m_attribute = 0;      ///< CFile's bits; on Linux readOnly: no owner write bit, hidden: a leading point
-    CString m_szFullName;      ///< absolute path in the library's form
+    std::int64_t m_mtime = -1;  ///< last change of the content
+    std::int64_t m_atime = -1;  ///< last reading, as far as the system keeps it
+    std::uint64_t m_size = 0;   ///< bytes
+    BYTE m_attribute = 0;       ///< CFile's bits; on Linux readOnly: no owner write bit, hidden: a leading point
+    CString m_szFullName;       ///< absolute path in the library's form
 };
 
+/// A file without a buffer. One object, one thread; different objects of one file may work in different threads.
 class QVCOMMON_API CFile : public CObject {
     DECLARE_DYNAMIC(CFile)
 
 public:
+    /// How a file is opened: one mode for access, one for sharing, and any of the others.
     enum OpenFlags : UINT {
         modeRead = 0x0000,
         modeWrite = 0x0001,
@@ -83,9 +88,12 @@ public:
     /// Bits of CFileStatus::m_attribute.
     static constexpr BYTE normal = 0, readOnly = 1, hidden = 2, system = 4, volume = 8, directory = 16, archive = 32;
 
+    /// Where Seek counts from.
     enum SeekPosition { begin = 0, current = 1, end = 2 };
 
+    /// The system's handle; a descriptor on Linux.
     using Handle = std::intptr_t;
+    /// No handle: the file is closed.
     static constexpr Handle hFileNull = -1;
 
     CFile();
@@ -139,14 +147,18 @@ public:
     /// Moves to `offset` bytes from the given place and returns the new position. @throws CFileException* (badSeek)
     /// before the start.
     virtual std::uint64_t Seek(std::int64_t offset, UINT from);
+    /// In bytes from the start. @throws CFileException*
     virtual std::uint64_t GetPosition() const;
+    /// In bytes, as it is now. @throws CFileException*
     virtual std::uint64_t GetLength() const;
     /// Cuts the file or extends it with zero bytes; the position is then the new end. @throws CFileException*
     virtual void SetLength(std::uint64_t length);
 
+    /// Whether there is an open file.
     bool IsOpen() const { return m_hFile != hFileNull; }
     /// The name as it was given to Open; empty while closed.
     const CString& GetFilePath() const { return m_strFileName; }
+    /// The handle, which stays this object's; hFileNull while closed.
     Handle GetHandle() const { return m_hFile; }
 
     /// False, and `status` unchanged, when the file or folder does not exist or cannot be asked, as the root of a volume
@@ -163,13 +175,13 @@ public:
     /// has to lie on the same file system. @throws CFileException*
     static void Rename(const char* oldName, const char* newName);
 
-    Handle m_hFile = hFileNull;
+    Handle m_hFile = hFileNull;  ///< as GetHandle returns it
 
 protected:
     /// One read of the system: at most `count` bytes, 0 at the end of the file only. @throws CFileException*
     UINT ReadSome(void* buffer, UINT count);
 
-    CString m_strFileName;
+    CString m_strFileName;  ///< as GetFilePath returns it
 
 private:
     BOOL OpenClosed(const char* fileName, UINT openFlags, CFileException* error);

@@ -21,12 +21,12 @@
 /// pipes and sockets), and for links the reparse point, whose tag stands in dwReserved0; of a link, everything else is told
 /// of what it leads to. An entry with none of them is "normal". There are no short names.
 struct QvFindData {
-    DWORD dwFileAttributes = 0;
-    QvFileTime ftCreationTime, ftLastAccessTime, ftLastWriteTime;
-    DWORD nFileSizeHigh = 0, nFileSizeLow = 0;
-    DWORD dwReserved0 = 0, dwReserved1 = 0;
-    char cFileName[260] = {};
-    char cAlternateFileName[14] = {};
+    DWORD dwFileAttributes = 0;                                    ///< the system's bits
+    QvFileTime ftCreationTime, ftLastAccessTime, ftLastWriteTime;  ///< UTC
+    DWORD nFileSizeHigh = 0, nFileSizeLow = 0;                     ///< the two halves of the size in bytes
+    DWORD dwReserved0 = 0, dwReserved1 = 0;                        ///< the tag of a link; nothing
+    char cFileName[260] = {};                                      ///< without the folder; cut where it is longer
+    char cAlternateFileName[14] = {};                              ///< the short name, empty where there is none
 };
 
 namespace qv {
@@ -35,6 +35,7 @@ namespace qv {
 struct FoundRecord : QvFindData {
     CString longName;  ///< empty where cFileName holds the whole name
 
+    /// The whole name.
     CString Name() const { return longName.IsEmpty() ? CString(cFileName) : longName; }
 };
 
@@ -91,6 +92,7 @@ public:
     /// listed completely. Takes effect with the next search.
     void SetLeftOut(ILeftOut* observer) { m_leftOut = observer; }
 
+    /// The name with its extension.
     virtual CString GetFileName() const;
     /// The absolute path.
     virtual CString GetFilePath() const;
@@ -101,11 +103,15 @@ public:
     /// The absolute path of the folder, with its final separator.
     virtual CString GetRoot() const;
 
+    /// Whether any of these attribute bits is set.
     BOOL MatchesMask(DWORD mask) const;
+    /// A folder, and a link to one.
     BOOL IsDirectory() const { return MatchesMask(0x10); }
+    /// A folder called "." or "..".
     BOOL IsDots() const;
     /// A link, to a file or folder.
     BOOL IsLink() const;
+    /// Each: 0 where the file system keeps no such time.
     QvFileTime GetCreationTime() const;
     QvFileTime GetLastWriteTime() const;
 

@@ -8,18 +8,23 @@
 /// A file time: 100 ns steps since 1 January 1601 UTC, in two halves. It has the layout of the system's FILETIME, and one
 /// of those turns into it by itself.
 struct QvFileTime {
-    DWORD dwLowDateTime = 0;
-    DWORD dwHighDateTime = 0;
+    DWORD dwLowDateTime = 0;   ///< the low 32 bits
+    DWORD dwHighDateTime = 0;  ///< the high 32 bits
 
+    /// 1601.
     constexpr QvFileTime() = default;
+    /// From its two halves.
     constexpr QvFileTime(DWORD low, DWORD high) : dwLowDateTime(low), dwHighDateTime(high) {}
+    /// From the system's FILETIME, or another type with such members.
     template <class T>
     requires requires(const T& time) { time.dwLowDateTime, time.dwHighDateTime; }
     constexpr QvFileTime(const T& time) : dwLowDateTime(time.dwLowDateTime), dwHighDateTime(time.dwHighDateTime) {}
 
+    /// Each: from and to the number of steps.
     static constexpr QvFileTime FromSteps(std::uint64_t steps) {
         return {static_cast<DWORD>(steps & 0xFFFFFFFF), static_cast<DWORD>(steps >> 32)};
     }
+    /// The number of steps.
     constexpr std::uint64_t Steps() const { return std::uint64_t{dwHighDateTime} << 32 | dwLowDateTime; }
 
     /// Whole seconds since 1970, earlier ones negative; nothing from the year 30828 on, where the system's calendar ends.

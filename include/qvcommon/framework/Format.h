@@ -16,15 +16,17 @@ namespace qv {
 
 /// One value to be formatted. Texts are referred to, not copied.
 struct FormatArg {
+    /// What conversions fit the value.
     enum class Kind : unsigned char { Integer, Real, Text, Pointer };
 
-    Kind kind;
-    unsigned char size = 0;     ///< of an integer, in bytes
-    std::uint64_t integer = 0;  ///< the value's bits, sign-extended when its type is signed; a pointer's address
-    double real = 0;
-    std::string_view text = {};
+    Kind kind;                   ///< decides which of the members mean something
+    unsigned char size = 0;      ///< of an integer, in bytes
+    std::uint64_t integer = 0;   ///< the value's bits, sign-extended when its type is signed; a pointer's address
+    double real = 0;             ///< of a floating-point value
+    std::string_view text = {};  ///< of a text; must outlive this object
 };
 
+/// The kind of a type's values. Does not compile for a type that printf cannot format.
 template <class T>
 constexpr FormatArg::Kind FormatKind() {
     using D = std::remove_cvref_t<T>;
@@ -41,6 +43,7 @@ constexpr FormatArg::Kind FormatKind() {
     }
 }
 
+/// The value as an argument. A null text is "(null)".
 template <class T>
 FormatArg MakeFormatArg(const T& value) {
     constexpr auto kind = FormatKind<T>();
@@ -63,6 +66,7 @@ struct FormatSpec {
     char conversion = 0;       ///< '%' for a literal percent sign, 0 for a conversion that is not understood
     int stars = 0;             ///< values of its own for width and precision
 
+    /// Whether the conversion fits a value of the kind.
     constexpr bool Takes(FormatArg::Kind kind) const {
         constexpr std::string_view integers = "diouxXc", reals = "eEfFgGaA";
         if (conversion == 's') return kind == FormatArg::Kind::Text;
@@ -124,13 +128,14 @@ constexpr bool FormatFits(std::string_view format, const FormatArg::Kind* kinds,
 
 /// A format that is only known while the program runs: `Format(qv::RuntimeFormat{text}, value)`. It is checked then.
 struct RuntimeFormat {
-    std::string_view text;
+    std::string_view text;  ///< must outlive this object
 };
 
 /// A format text together with the promise that it fits the values of types A.
 template <class... A>
 class FormatText {
 public:
+    /// Does not compile when the format does not fit its values.
     template <class S>
     requires std::convertible_to<const S&, std::string_view>
     consteval FormatText(const S& text) : m_text(text) {
@@ -142,6 +147,7 @@ public:
         if (!Fits()) AfxThrowInvalidArgException();
     }
 
+    /// The format.
     constexpr operator std::string_view() const { return m_text; }
 
 private:

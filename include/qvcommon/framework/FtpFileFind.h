@@ -21,6 +21,7 @@ public:
 /// CFileFind over such a connection, which has to outlive it. A server's paths use "/".
 class QVCOMMON_API CFtpFileFind : public CFileFind {
 public:
+    /// Refers to the connection; the context goes to its Search.
     explicit CFtpFileFind(CFtpConnection* connection, std::uintptr_t context = 1)
         : m_connection(connection), m_context(context) {}
 

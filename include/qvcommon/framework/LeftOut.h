@@ -6,6 +6,7 @@
 
 /// Something that a walk has left out, and why.
 struct QVCOMMON_API QvLeftOut {
+    /// Why something was left out.
     enum Cause {
         failed,        ///< it could not be read, made, written or deleted: `error` says why
         vanished,      ///< it was gone when its turn came
@@ -14,10 +15,10 @@ struct QVCOMMON_API QvLeftOut {
         device         ///< a device, pipe or socket: walks do not read those
     };
 
-    CString path;  ///< of the file or folder, in the library's form
-    Cause cause = failed;
-    DWORD error = 0;  ///< the system's number; 0 where the system refused nothing
-    CString reason;   ///< the cause in words: the system's message for `error`, without a line end
+    CString path;          ///< of the file or folder, in the library's form
+    Cause cause = failed;  ///< as the reason says in words
+    DWORD error = 0;       ///< the system's number; 0 where the system refused nothing
+    CString reason;        ///< the cause in words: the system's message for `error`, without a line end
 
     /// `failed`; where the number means that nothing has this name, `brokenLink` for a link and `vanished` otherwise.
     static QvLeftOut OfError(const CString& path, DWORD error, bool isLink = false);
@@ -30,5 +31,6 @@ struct QVCOMMON_API QvLeftOut {
 class QVCOMMON_API ILeftOut {
 public:
     virtual ~ILeftOut();
+    /// Called once for each thing left out; the record is valid during the call.
     virtual void OnLeftOut(const QvLeftOut& entry) = 0;
 };

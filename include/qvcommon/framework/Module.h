@@ -6,7 +6,7 @@
 
 /// One record a module, a global of the module.
 struct AFX_EXTENSION_MODULE {
-    BOOL bInitialized = 0;
+    BOOL bInitialized = 0;                             ///< AfxInitExtensionModule has filled the record
     void* hModule = nullptr;                           ///< the system's handle of the module
     const CRuntimeClass* pFirstSharedClass = nullptr;  ///< the class entered last when the record was filled
 };
@@ -23,12 +23,16 @@ QVCOMMON_API void QVCOMMON_CALL AfxTermExtensionModule(AFX_EXTENSION_MODULE& mod
 /// AfxTermExtensionModule.
 class QVCOMMON_API CDynLinkLibrary {
 public:
+    /// Joins the chain at its front. The record must outlive this object; `system` marks a part of the framework
+    /// itself.
     explicit CDynLinkLibrary(AFX_EXTENSION_MODULE& module, BOOL system = 0);
     ~CDynLinkLibrary();
     CDynLinkLibrary(const CDynLinkLibrary&) = delete;
     CDynLinkLibrary& operator=(const CDynLinkLibrary&) = delete;
 
+    /// The record that the constructor got.
     const AFX_EXTENSION_MODULE& GetModule() const { return m_module; }
+    /// Whether it is a part of the framework itself.
     bool IsSystem() const { return m_system; }
     /// The library that joined before this one; null for the first.
     const CDynLinkLibrary* GetNext() const { return m_next; }

@@ -19,12 +19,12 @@ struct QVCOMMON_API CRuntimeClass {
     CRuntimeClass(const CRuntimeClass&) = delete;
     CRuntimeClass& operator=(const CRuntimeClass&) = delete;
 
-    const char* m_lpszClassName;
+    const char* m_lpszClassName;                   ///< not copied
     int m_nObjectSize;                             ///< in bytes
     UINT m_wSchema;                                ///< 0xFFFF: objects of the class are not serialised
     CObject*(QVCOMMON_CALL* m_pfnCreateObject)();  ///< null: objects are not created by name
-    const CRuntimeClass* m_pBaseClass;
-    mutable const CRuntimeClass* m_pNextClass;  ///< the record entered before this one
+    const CRuntimeClass* m_pBaseClass;             ///< null for the root
+    mutable const CRuntimeClass* m_pNextClass;     ///< the record entered before this one
 
     /// True for the class itself and every class above it.
     bool IsDerivedFrom(const CRuntimeClass* base) const;
@@ -43,7 +43,9 @@ struct QVCOMMON_API CRuntimeClass {
 /// Where Dump writes: a thin wrapper over a stream that outlives it.
 class QVCOMMON_API CDumpContext {
 public:
+    /// Refers to the stream.
     explicit CDumpContext(std::ostream& out) : m_out(out) {}
+    /// Each: writes the value; an address in hexadecimal digits.
     CDumpContext& operator<<(const char* text);
     CDumpContext& operator<<(const void* address);
     CDumpContext& operator<<(int value);
@@ -56,6 +58,7 @@ private:
 /// Dump. Derived classes that are values say so by declaring their own copy operations.
 class QVCOMMON_API CObject {
 public:
+    /// The record of the object's own class, or of the nearest one above it that has a record.
     virtual const CRuntimeClass* GetRuntimeClass() const;
     virtual ~CObject();
     /// The base writes and reads nothing.
@@ -65,8 +68,10 @@ public:
     /// Writes the class's name and the object's address.
     virtual void Dump(CDumpContext& context) const;
 
+    /// True for an object of the class or of one derived from it, as far as they have records.
     bool IsKindOf(const CRuntimeClass* type) const { return GetRuntimeClass()->IsDerivedFrom(type); }
 
+    /// The record of this class.
     static const CRuntimeClass classCObject;
 
 protected:
@@ -84,6 +89,7 @@ public:                                           \
     static const CRuntimeClass class##class_name; \
     const CRuntimeClass* GetRuntimeClass() const override;
 
+/// Defines the record of a class that DECLARE_DYNAMIC declares, in one source file.
 #define IMPLEMENT_DYNAMIC(class_name, base_name)                                                                 \
     const CRuntimeClass class_name::class##class_name(#class_name, static_cast<int>(sizeof(class_name)), 0xFFFF, \
                                                       nullptr, RUNTIME_CLASS(base_name));                        \

@@ -10,6 +10,7 @@
 /// One object, one thread; yet one thread may read Output() while another one works with the rest.
 class QVCOMMON_API CProcess {
 public:
+    /// Which of the child's standard streams are pipes to this program.
     enum Pipes : UINT {
         noPipes = 0,
         pipeInput = 1,  ///< the child reads what WriteInput writes
@@ -28,6 +29,7 @@ public:
     /// child started before is ended as by the destructor.
     /// @throws CFileException* naming the program when it cannot be started.
     void Start(const char* program, const CStringArray& arguments, UINT pipes = noPipes);
+    /// Whether a child was started that nobody has waited for; it may have ended.
     bool IsRunning() const { return m_process != kNone; }
 
     /// Writes all of it to the child's standard input; false when the child no longer reads it, or has no such pipe.

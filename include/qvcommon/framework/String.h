@@ -30,20 +30,26 @@ concept NoCharacter = std::is_arithmetic_v<T> && !std::same_as<T, char>;
 /// Also a std::string, with its members: it goes wherever one is taken, with all of its bytes.
 class QVCOMMON_API CString : public std::string {
 public:
+    /// The empty text.
     CString() = default;
     /// A null pointer gives the empty text.
     CString(const char* text) : std::string(text ? text : "") {}
+    /// The first `length` bytes; none when that is negative. Zero bytes count as others.
     CString(const char* text, int length) : std::string(text, Count(length)) {}
     /// `count` times the byte; none when count is negative.
     explicit CString(char c, int count = 1) : std::string(Count(count), c) {}
+    /// Each: with all bytes of the text.
     CString(std::string_view text) : std::string(text) {}
     CString(std::string&& text) noexcept : std::string(std::move(text)) {}
     CString(const std::string& text) : std::string(text) {}
     template <qv::NoCharacter T>
     explicit CString(T, int = 1) = delete;
 
+    /// Bytes.
     int GetLength() const { return static_cast<int>(size()); }
+    /// Whether there are no bytes.
     bool IsEmpty() const { return empty(); }
+    /// Becomes the empty text.
     void Empty() { clear(); }
 
     /// The text up to its first zero byte as C reads it. Valid until the string changes or ends. A template, so that a text
@@ -56,7 +62,8 @@ public:
     const std::string& AsStd() const { return *this; }
     std::string& AsStd() { return *this; }
 
-    /// @throws CInvalidArgException* for a position outside 0 to GetLength() - 1, as SetAt does. Reading only: SetAt writes.
+    /// Each: @throws CInvalidArgException* for a position outside 0 to GetLength() - 1, as SetAt does. Reading only:
+    /// SetAt writes.
     char GetAt(int position) const;
     void SetAt(int position, char c);
     template <std::integral I>
@@ -64,6 +71,7 @@ public:
         return GetAt(static_cast<int>(position));
     }
 
+    /// Each: replaces the text. A null pointer gives the empty text.
     CString& operator=(const char* text) {
         assign(text ? text : "");
         return *this;
@@ -86,6 +94,7 @@ public:
     }
     template <qv::NoCharacter T>
     CString& operator=(T) = delete;
+    /// Each: appends the text. A null pointer adds nothing.
     template <qv::OtherText T>
     CString& operator+=(const T& text) {
         append(std::string_view(text));
@@ -106,7 +115,7 @@ public:
     template <qv::NoCharacter T>
     CString& operator+=(T) = delete;
 
-    /// Parts of the text; positions and counts outside it are cut to it.
+    /// Each: Parts of the text; positions and counts outside it are cut to it.
     CString Mid(int first) const { return Mid(first, GetLength()); }
     CString Mid(int first, int count) const;
     CString Left(int count) const { return Mid(0, count); }
@@ -115,9 +124,11 @@ public:
     // Finding and replacing never take a part of a character for another one: in a double-byte code page a trail byte is
     // no backslash. Time grows with the text, whatever it looks like.
 
+    /// The first place of the byte at or after `start`, from 0; -1 when there is none, as with all that find.
     int Find(char c, int start = 0) const { return Find(std::string_view(&c, 1), start); }
     /// The first place of `text` at or after `start`. The empty text is found at `start`.
     int Find(std::string_view text, int start = 0) const;
+    /// The last place of the byte.
     int ReverseFind(char c) const;
     /// The first place of any character of the set.
     int FindOneOf(std::string_view set) const;
@@ -128,19 +139,19 @@ public:
     int Replace(char find, char replacement);
     /// Removes every occurrence of the byte and returns how many there were.
     int Remove(char c);
-    /// Both return the new length. A position past the end means the end, a negative one the start.
+    /// Each: Both return the new length. A position past the end means the end, a negative one the start.
     int Insert(int position, std::string_view text);
     int Delete(int position, int count = 1);
 
-    /// By the case rules of the current locale, whole characters at a time.
+    /// Each: By the case rules of the current locale, whole characters at a time.
     void MakeUpper();
     void MakeLower();
 
-    /// White space is what the current locale calls so, bytes of multibyte characters excepted.
+    /// Each: White space is what the current locale calls so, bytes of multibyte characters excepted.
     void TrimLeft();
     void TrimRight();
 
-    /// < 0, 0, > 0. Compare goes by bytes, CompareNoCase by the bytes of both texts in lower case, Collate by the
+    /// Each: < 0, 0, > 0. Compare goes by bytes, CompareNoCase by the bytes of both texts in lower case, Collate by the
     /// collation of the current locale.
     int Compare(std::string_view other) const { return View().compare(other); }
     int CompareNoCase(std::string_view other) const;
@@ -155,6 +166,7 @@ public:
         AsStd() = std::move(text);
     }
 
+    /// Each: the two texts one after the other. A null pointer adds nothing.
     friend CString operator+(const CString& a, const CString& b) { return Joined(a, b); }
     friend CString operator+(const CString& a, const char* b) { return Joined(a, b ? b : ""); }
     friend CString operator+(const char* a, const CString& b) { return Joined(a ? a : "", b); }
@@ -180,7 +192,7 @@ public:
     template <qv::NoCharacter T>
     friend CString operator+(T, const CString&) = delete;
 
-    /// By bytes.
+    /// Each: By bytes.
     friend bool operator==(const CString& a, const CString& b) { return a.AsStd() == b.AsStd(); }
     friend bool operator==(const CString& a, const char* b) { return a.AsStd() == (b ? b : ""); }
     template <qv::OtherText T>

@@ -6,11 +6,14 @@
 #include <cstdint>
 #include <type_traits>
 
+/// A truth value: 0, or anything else for true.
 using BOOL = int;
+/// 32 bits.
 using UINT = unsigned int;
+/// 8 bits.
 using BYTE = unsigned char;
 
-/// 32 bits on every system: the system's own `long` where that has 32 bits, an `int` elsewhere.
+/// Each: 32 bits on every system: the system's own `long` where that has 32 bits, an `int` elsewhere.
 using DWORD = std::conditional_t<sizeof(long) == 4, unsigned long, std::uint32_t>;
 using LONG = std::conditional_t<sizeof(long) == 4, long, std::int32_t>;
 

@@ -49,6 +49,7 @@ public:
         return WriteProfileString(section, entry, value);
     }
 
+    /// The name that the constructor chose.
     CString m_pszAppName;
     /// The company; empty before SetRegistryKey.
     CString m_pszRegistryKey;

@@ -1,0 +1,94 @@
+// Navigation bars: what the reader chooses on the page comes back to the program, which writes the page anew.
+//
+//   report_bars FOLDER [ADDRESS]
+//
+// Writes FOLDER/index.html. ADDRESS is the one of the link that the reader has clicked, such as "fruit:by=Price".
+
+#include <algorithm>
+#include <clocale>
+#include <cstdio>
+#include <vector>
+
+#include "qvcommon/AppRegistry.h"
+#include "qvcommon/Exceptions.h"
+#include "qvcommon/FileUtils.h"
+#include "qvcommon/HtmlAssets.h"
+#include "qvcommon/HtmlWriter.h"
+#include "qvcommon/NavBar.h"
+#include "qvcommon/framework/WinApp.h"
+
+class Page : public CHtmlWriter {
+    void AddTitleToHead(const char* title, const char* styleSheet, const char* headTag, const char* images) override {
+        CHtmlWriter::AddTitleToHead(title, styleSheet, headTag, images);
+        AddBrowserSupport();
+    }
+};
+
+// The bar keeps its choice in the application's profile, so the next run begins with it.
+class OrderBar : public CStringOptionNavBar {
+public:
+    OrderBar() : CStringOptionNavBar("Fruit", "Order") {
+        SetName("Order");
+        SetOptions({"Name", "Price"});
+        SetCommand("fruit:by=");  // what the address of each choice begins with
+        SetRollupGuid("order");   // keeps its name, so that the reader finds the bar open or closed as it was
+        SetSelectionImage("closed.gif");
+        if (GetOption().IsEmpty()) SetOption("Name");
+    }
+};
+
+struct Fruit {
+    const char* name;
+    double price;
+};
+
+static void AddTable(CHtmlWriter& page, const CString& order) {
+    std::vector<Fruit> fruit = {{"Apples", 2.80}, {"Figs", 6.10}, {"Pears", 2.40}};
+    if (order == "Price") std::ranges::sort(fruit, {}, &Fruit::price);
+    page.OpenBulletList();
+    for (const auto& [name, price] : fruit) {
+        CString line;
+        line.Format("%s: %.2f", name, price);
+        page.AddLine(CHtmlWriter::Clean(line));
+    }
+    page.CloseBulletList();
+}
+
+static void WritePage(const CString& folder, OrderBar& bar) {
+    QvCreateDirectory(folder);
+    CHtmlAssets::CopyTo(folder);
+
+    Page page;
+    page.SetFilename(folder + "\\index.html");
+    page.OpenTag("html", "lang=\"en\"");
+    page.AddTitle("Fruit", "qvcommon.css");
+    page.OpenTag("body");
+    CNavBar::AddRollupScript("rolledup.gif", "rolleddown.gif", page);  // before the bars, once a page
+    bar.GenerateHtml(page);
+    CNavBar::AddRollupScriptCookie(page);  // after them: remembers which are open
+    AddTable(page, bar.GetOption());
+    page.CloseTag("body");
+    page.CloseTag("html");
+    page.CommitFile();
+}
+
+int main(int argc, char** argv) {
+    QvReportUncaught();
+    std::setlocale(LC_ALL, "");
+    if (argc != 2 && argc != 3) {
+        std::fputs("usage: report_bars FOLDER [ADDRESS]\n", stderr);
+        return 2;
+    }
+    const CWinApp application("ReportBars");
+    SetRegistryKey("QvCommon Examples");
+
+    // A program that shows the page in a browser control passes each address here before the control goes there, stops
+    // the control when the answer is not 0, and shows the page anew. Another one registers the scheme "fruit:" with the
+    // desktop, which then starts it with the address. Addresses that are no bar's own give 0.
+    OrderBar bar;
+    if (argc == 3 && !bar.ProcessCommand(argv[2])) {
+        std::fprintf(stderr, "no choice of this page: %s\n", argv[2]);
+        return 1;
+    }
+    WritePage(CFileUtils::GetLibraryPath(argv[1]), bar);
+}
