@@ -164,6 +164,29 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
 }
 
 // Lengths are asked before anything reads the text: there are no such texts here.
+TEST(XmlLimits, LeaveManyAttributesOfOneElementAsTheyAre) {
+    constexpr int kCount = 3000;
+    CString text = "<r xmlns:p='u'";
+    for (int i = 0; i < kCount; ++i) {
+        const CString number(std::to_string(i));
+        text += CString(i % 2 ? " p:a" : " a") + number + "='&lt;" + number + "&amp;&#x26;amp;'";
+    }
+    const MSXML2::IXMLDOMElement root = CXmlHelper::GetDocumentElement(text + "><p:b/></r>");
+    ASSERT_TRUE(root);
+    const std::string saved = root.get_xml().AsStd();
+    for (int i = 0, at = 0; i < kCount; ++i) {
+        const CString name(std::string(i % 2 ? "p:a" : "a") + std::to_string(i));
+        CString value;
+        ASSERT_TRUE(root.getAttribute(name, value)) << i;
+        ASSERT_EQ(value, CString("<" + std::to_string(i) + "&&amp;"));
+        const auto found = saved.find(" " + name.AsStd() + "=", static_cast<std::size_t>(at));
+        ASSERT_NE(found, saved.npos) << i;
+        at = static_cast<int>(found);
+    }
+    EXPECT_EQ(CXmlHelper::GetDocumentElement(root.get_xml()).get_xml(), root.get_xml());
+    EXPECT_FALSE(CXmlHelper::GetDocumentElement(text + " a0='again'/>"));
+}
+
 TEST(XmlLimits, OfLengthAreAskedFirst) {
     static const char one = 'x';
     const std::string_view text(&one, 1'000'000'001), whole(&one, 0x80000000);

@@ -4,6 +4,7 @@
 #include <libxml/valid.h>
 
 #include <new>
+#include <utility>
 
 #include "xml/dom/Characters.h"
 #include "xml/dom/libxml2/Problem.h"
@@ -121,8 +122,29 @@ struct TreeBuilder::Handlers {
                                          static_cast<std::size_t>(parts[End] - parts[Value]));
             self.m_preserves[depth] = value == "preserve";
         }
-        xmlSAX2StartElementNs(data, WholeName(context, prefix, local), nullptr, nullptr, declarations, uris, count, 0,
+        // libxml2 walks through all attributes for each further one.
+        constexpr int kFewAttributes = 32;
+        const int few = count <= kFewAttributes ? count : 0;
+        xmlSAX2StartElementNs(data, WholeName(context, prefix, local), nullptr, nullptr, declarations, uris, few, 0,
                               attributes);
+        if (few < count && !context->disableSAX && !AppendAttributes(context->node, attributes, count))
+            self.Refuse(context, "There is not enough memory");
+    }
+
+    // In linear time. Their values hold no references any more. False when memory runs out.
+    static bool AppendAttributes(xmlNode* element, const xmlChar** attributes, int count) {
+        xmlAttr* last = nullptr;
+        for (const xmlChar** parts = attributes; count > 0; --count, parts += kParts) {
+            const std::string value(parts[Value], parts[End]);
+            xmlAttr* const before = std::exchange(element->properties, nullptr);
+            xmlAttr* const made = xmlNewProp(element, parts[Local], Xml(value.c_str()));
+            if (before) element->properties = before;
+            if (!made) return false;
+            made->prev = last;
+            if (last) last->next = made;
+            last = made;
+        }
+        return true;
     }
 
     // A text may come in parts. All of a blank one begin with a space, so an element without such parts holds none.
