@@ -101,10 +101,10 @@ void IcuKeys(benchmark::State& state, bool accented) {
     });
 }
 
-#define QV_SORT(group, accented)                                                    \
-    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/QvCommon");          \
-    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/std::sort by strcoll");   \
-    BENCHMARK_CAPTURE(IcuCompare, group##3, accented)->Name(#group "/ICU compare"); \
+#define QV_SORT(group, accented)                                                          \
+    BENCHMARK_CAPTURE(Ours, group##1, accented)->Name(#group "/QvCommon");                \
+    BENCHMARK_CAPTURE(Strcoll, group##2, accented)->Name(#group "/std::sort by strcoll"); \
+    BENCHMARK_CAPTURE(IcuCompare, group##3, accented)->Name(#group "/ICU compare");       \
     BENCHMARK_CAPTURE(IcuKeys, group##4, accented)->Name(#group "/ICU keys")
 
 QV_SORT(SortStringArray, false);
