@@ -1,26 +1,32 @@
 #pragma once
 
+#include <deque>
 #include <functional>
+#include <mutex>
 #include <optional>
+#include <shared_mutex>
 #include <string>
 
 #include "platform/Status.h"
 #include "platform/SystemCalls.h"
 
-/// Disturbs system calls for as long as it lives, as the decision says.
-class SystemFaults : public qv::platform::IFaultInjector {
+/// Disturbs system calls for as long as it lives, as the decision says. A thread that is in the middle of a decision is
+/// waited for in the end.
+class SystemFaults {
 public:
     using Call = qv::platform::SystemCallInfo;
     using Fault = qv::platform::Fault;
     using Decision = std::function<Fault(const Call&)>;
 
     explicit SystemFaults(Decision before)
-        : m_decision(std::move(before)), m_previous(qv::platform::SetFaultInjector(this)) {}
-    ~SystemFaults() override { qv::platform::SetFaultInjector(m_previous); }
+        : m_injector(Kept().emplace_back()),
+          m_previous((m_injector.Set(std::move(before)), qv::platform::SetFaultInjector(&m_injector))) {}
+    ~SystemFaults() {
+        qv::platform::SetFaultInjector(m_previous);
+        m_injector.Set({});
+    }
     SystemFaults(const SystemFaults&) = delete;
     SystemFaults& operator=(const SystemFaults&) = delete;
-
-    Fault Before(const Call& call) override { return m_decision(call); }
 
     /// Every call of one kind fails.
     static Decision Always(qv::platform::CallKind kind, qv::platform::FileCause cause) {
@@ -43,7 +49,29 @@ public:
     static Fault Of(qv::platform::FileCause cause) { return {.error = ErrorFor(cause).value()}; }
 
 private:
-    Decision m_decision;
+    class Injector : public qv::platform::IFaultInjector {
+    public:
+        Fault Before(const Call& call) override {
+            const std::shared_lock lock(m_deciding);
+            return m_decision ? m_decision(call) : Fault{};
+        }
+        void Set(Decision decision) {
+            const std::unique_lock lock(m_deciding);
+            m_decision = std::move(decision);
+        }
+
+    private:
+        std::shared_mutex m_deciding;
+        Decision m_decision;
+    };
+
+    /// A thread may have been about to ask an injector that is not in force any more.
+    static std::deque<Injector>& Kept() {
+        static std::deque<Injector> kept;
+        return kept;
+    }
+
+    Injector& m_injector;
     qv::platform::IFaultInjector* m_previous;
 };
 
