@@ -58,7 +58,7 @@ private:
     Receiver m_receiver;
     Compression m_compression = kMszip;
     std::mutex m_lending;
-    std::vector<std::unique_ptr<MszipCompressor>> m_compressors;  ///< one a thread; those that nobody uses
+    std::vector<std::unique_ptr<MszipCompressor>> m_compressors;  ///< one for each thread; those not in use
     Executor m_executor;
     std::vector<std::unique_ptr<Job>> m_jobs;  ///< a ring
     std::size_t m_filled = 0;                  ///< bytes in the job that is being filled

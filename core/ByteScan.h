@@ -2,7 +2,7 @@
 
 /// @file Finding a few bytes in a text, 64 at a time.
 ///
-/// Bytes are marked: a 64-bit word stands for 64 bytes of the text, the lowest bit for the first of them. So a text in
+/// Bytes are marked: each bit of a 64-bit word is a byte of the text, the lowest bit the first of them. So a text in
 /// which the bytes are frequent costs little more than one in which they are rare. Nothing outside of the text is read.
 
 #include <algorithm>
@@ -233,7 +233,7 @@ std::size_t CountBytes(const Set& set, std::string_view text) {
     return found;
 }
 
-/// The first position that holds a member; the text's length when there is none.
+/// The first position that holds a member; the text's length if no position does.
 template <unsigned char... Members>
 std::size_t FindByte(const ByteSet<Members...>& set, std::string_view text) {
     const std::size_t whole = text.size() / kMarksBlock;

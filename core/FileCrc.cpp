@@ -26,11 +26,7 @@ bool FileCrc::IsLarge() const {
 }
 
 std::uint32_t FileCrc::Sum() {
-    return SumRest(0);
-}
-
-/// From where the file is, to its end.
-std::uint32_t FileCrc::SumRest(std::uint32_t crc) {
+    std::uint32_t crc = 0;
     const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);
     while (const UINT count = m_file.Read(buffer.get(), kStep)) {
         crc = Crc32(crc, buffer.get(), count);
@@ -46,8 +42,9 @@ FileCrc::Piece FileCrc::SumPiece(std::uint64_t position) const {
     while (piece.length < kPiece) {
         std::size_t count = 0;
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kStep, kPiece - piece.length));
-        ThrowIfFailed(platform::ReadBytesAt(m_file.GetHandle(), position + piece.length, buffer.get(), wanted, count),
-                      m_file.GetFilePath());
+        const auto read =
+            platform::ReadBytesAt(m_file.GetHandle(), position + piece.length, buffer.get(), wanted, count);
+        if (!read.ok()) ThrowIfFailed(read, m_file.GetFilePath());
         if (count == 0) break;
         piece.crc = Crc32(piece.crc, buffer.get(), count);
         piece.length += count;

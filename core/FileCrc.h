@@ -3,7 +3,6 @@
 /// @file The checksum of a file, by one thread or several.
 
 #include <functional>
-#include <optional>
 
 #include "qvcommon/framework/File.h"
 #include "threads/Executor.h"
@@ -30,7 +29,6 @@ private:
     };
 
     Piece SumPiece(std::uint64_t position) const;
-    std::uint32_t SumRest(std::uint32_t crc);
 
     CFile m_file;
     std::uint64_t m_length = 0;

@@ -112,7 +112,7 @@ private:
         });
     }
 
-    std::string m_bytes;  // one key behind the other
+    std::string m_bytes;  // the keys, one after the other
     std::vector<std::size_t> m_starts;
 };
 

@@ -23,8 +23,8 @@ std::string TextOf(const _com_error& error) {
     return description.IsEmpty() ? error.ErrorMessage() : description.AsStd();
 }
 
-/// What the exception on its way out says; empty when its raiser has told the user already. nullopt for one of a type that
-/// carries no message, and where there is none.
+/// The message of the exception in flight; empty when the user has been informed already. nullopt when its type carries no
+/// message, and when no exception is in flight.
 std::optional<std::string> UncaughtText() try {
     const std::exception_ptr raised = std::current_exception();
     if (!raised) return std::nullopt;

@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
         // Returns when the other program has handled the text. Its answer came in meanwhile: a thread that waits for a
         // text of its own to be handled goes on taking texts, so two that send to each other do not block.
         if (!asker.SendUserMessage(argv[1], 0, CString(argv[i]), asker.m_hWnd)) {
-            std::fprintf(stderr, "nobody listens as %s\n", argv[1]);
+            std::fprintf(stderr, "no listener has the name %s\n", argv[1]);
             return 1;
         }
         std::printf("%s: %s\n", argv[i], asker.m_answer.AsStd().c_str());

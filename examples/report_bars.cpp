@@ -1,4 +1,4 @@
-// Navigation bars: what the reader chooses on the page comes back to the program, which writes the page anew.
+// Navigation bars: what the reader chooses on the page comes back to the program, which writes the page again.
 //
 //   report_bars FOLDER [ADDRESS]
 //
@@ -83,7 +83,7 @@ int main(int argc, char** argv) {
     SetRegistryKey("QvCommon Examples");
 
     // A program that shows the page in a browser control passes each address here before the control goes there, stops
-    // the control when the answer is not 0, and shows the page anew. Another one registers the scheme "fruit:" with the
+    // the control when the answer is not 0, and shows the page again. Another one registers the scheme "fruit:" with the
     // desktop, which then starts it with the address. Addresses that are no bar's own give 0.
     OrderBar bar;
     if (argc == 3 && !bar.ProcessCommand(argv[2])) {

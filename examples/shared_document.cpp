@@ -25,7 +25,7 @@ class Patience : public ILockObserver {
 
 static bool Lock(CLockFile& lock, const CString& document) {
     // The lock is a file beside the document, with the extension "lck". It holds between processes and between machines,
-    // and it ends with its process, however that dies: a lock file left behind is no lock.
+    // and it ends with its process, however that dies: a lock file that remains is no lock.
     Patience patience;
     lock.SetSourceFile(document);
     if (lock.LockFor(60'000, &patience)) return true;
@@ -57,7 +57,7 @@ int main(int argc, char** argv) {
     CLockFile lock;
     if (!Lock(lock, document)) return 1;
     try {
-        // Read, change, save: nobody else who asks for the lock can come in between.
+        // Read, change, save: no other program that asks for the lock comes in between.
         CStringArray lines;
         CFileUtils::ReadFile(document, lines);  // none when the document is new
         lines.Add(argv[2]);

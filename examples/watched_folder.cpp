@@ -44,7 +44,7 @@ static void Tell(const char* name, const char* text) {
     std::puts(text);
     std::fflush(stdout);
     if (name && !CUserMessageListener::SendUserMessage(name, 0, text))
-        std::fprintf(stderr, "nobody listens as %s\n", name);
+        std::fprintf(stderr, "no listener has the name %s\n", name);
 }
 
 int main(int argc, char** argv) {

@@ -26,7 +26,7 @@ constexpr int kHeldOpen = 64;
 /// So many files are copied before threads help.
 constexpr int kFewFiles = 8;
 constexpr std::size_t kMostUpcoming = 16;
-/// The copies of larger files are not written ahead: their progress is to be seen, and what they take of the disk.
+/// Larger files are copied in their turn, so that their progress shows and copies without a name take little of the disk.
 constexpr std::uint64_t kLargestAhead = 1 << 20;
 
 DWORD ErrorOf(const Status& failure) {

@@ -69,7 +69,7 @@ private:
 
     CCopyTree& m_copy;
     Level* const m_above;
-    Level* const m_outermost;
+    const Level* const m_outermost;
     const int m_depth;
     Level* const m_parent;  // the level above if both folders lie in its own, else null
     std::unique_ptr<Paths> m_ownPaths;

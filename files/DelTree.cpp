@@ -31,6 +31,7 @@ protected:
     virtual void OnFolderStays(const Status& failure, const CString& path) = 0;
 
     void Treat(Visit& visit) const override {
+        if (!visit.listed.ok() && m_atFailure == AtFailure::Stop) return;  // the failure ends the walk
         for (const FolderEntry& entry : visit.entries) {
             if (entry.kind == EntryKind::Folder) continue;
             const Status status = Remove(visit.folder, entry);

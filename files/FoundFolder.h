@@ -14,7 +14,7 @@
 namespace qv {
 
 /// The entries of a folder and the folder's path, shared by their CFoundInfo. They take some 60 bytes each, beside their
-/// names. Once it is shared nobody adds to it; its other members may be called by any thread then.
+/// names. Once it is shared, it must not be added to, and any thread may call its other members.
 class FoundFolder {
 public:
     struct Record {

@@ -67,7 +67,7 @@ inline std::string WithoutLineFeeds(std::string_view text) {
     return out;
 }
 
-// What stands for a special byte.
+// What replaces a special byte.
 struct Replacement {
     char bytes[14] = {};
     unsigned char size = 0;
@@ -112,7 +112,7 @@ private:
 }  // namespace internal
 
 /// Escapes a text by a rule, which has
-/// - `Specials`, a set of bytes, and `Replacement`, what stands for each of them, in at most 14 bytes; for 0xA0 the
+/// - `Specials`, a set of bytes, and `Replacement`, what replaces each of them, in at most 14 bytes; for 0xA0 the
 ///   non-breaking space is meant, which is two bytes in UTF-8, and for a backslash one that is a character;
 /// - `kDropsLineFeeds`, whether bytes that come together when line feeds go may make a character.
 ///

@@ -31,7 +31,7 @@ Status CopyFileIn(const Folder& from, const std::string& name, LastName source, 
 /// copy. The folders must outlive it.
 class FileCopy {
 public:
-    /// Reads the file and writes the copy, which nobody sees yet. On Windows all is left to Commit.
+    /// Reads the file and writes the copy, which has no name yet. On Windows all is left to Commit.
     FileCopy(const Folder& from, const std::string& name, LastName source, const Folder& to,
              const std::string& newName);
     FileCopy(FileCopy&&) noexcept;

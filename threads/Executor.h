@@ -29,7 +29,7 @@ private:
     State m_state = State::Waiting;
 };
 
-/// Frees an exception that nobody will see, with the object behind its pointer.
+/// Frees an exception that is not handled, with the object that it points to.
 void DropException(std::exception_ptr error) noexcept;
 
 template <class Result>

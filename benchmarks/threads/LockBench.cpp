@@ -96,7 +96,7 @@ struct Waits {
     Clock::duration reader{}, writer{};
 };
 
-/// Takes the lock until it is told to end, and returns its longest waits.
+/// Takes the lock again and again until the end is signalled, and returns the longest waits.
 template <class Lock>
 Waits Take(Lock& lock, Mix mix, const std::atomic<bool>& end) {
     Waits longest;

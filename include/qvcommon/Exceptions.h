@@ -70,10 +70,10 @@ public:
 /// Raises a new CVorbexCancelException* with the text "User cancelled", severity 48, code 0, not shown.
 [[noreturn]] QVCOMMON_API void ThrowQvCancelException();
 
-/// Makes exceptions that nobody catches readable: from now on, one that leaves main or a thread prints
+/// Makes uncaught exceptions readable: from now on, one that leaves main or a thread prints
 /// "PROGRAM: MESSAGE" to standard error and ends the program with status 1. The message is that of GetErrorMessage for a
 /// CException*, of Description or ErrorMessage for a _com_error, of what() for a std::exception, the text itself for a
-/// `const char*`. A CUserException* prints nothing, since the user has been told. Whatever carries no message, such as a
+/// `const char*`. A CUserException* prints nothing, since the user knows already. Whatever carries no message, such as a
 /// thread that is destroyed while it runs, prints a line that says so and calls std::abort.
 ///
 /// What was printed to stdout is flushed. As with every call of std::terminate no destructor runs: files that were not

@@ -40,6 +40,21 @@ TEST(DelTree, DeletesAllAndKeepsTheRootIfToldTo) {
     EXPECT_TRUE(folder.Has("file"));
 }
 
+TEST(DelTree, DeletesNothingFromAFolderThatIsNotReadToItsEnd) {
+    if (qv::platform::HasDriveLetters()) return;  // there each entry is a call
+    const TempFolder folder;
+    MakeTree(folder.Native("tree"), {"a", "b"});
+    {
+        int calls = 0;
+        const auto broken = SystemFaults::Of(qv::platform::FileCause::HardIO);
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            return call.kind == CallKind::ListFolder && ++calls == 2 ? broken : qv::platform::Fault{};
+        });
+        EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::DelTree(folder / "tree", 1); }));
+    }
+    EXPECT_EQ(ReadTree(folder.Native("tree")).size(), 2u);
+}
+
 // In trees like this one, threads delete ahead.
 TEST(DelTree, DeletesLargeTreesAndReportsAllThatStays) {
     struct Log : ILeftOut {

@@ -52,7 +52,7 @@ TEST_P(Executors, RaiseTheFirstFailureByNumberAndFreeTheOthers) {
     EXPECT_EQ(lowest, 0);
     auto failing = m_executor.Start([]() -> int { throw std::string("no"); });
     EXPECT_THROW(failing.Get(), std::string);
-    // Nobody asks for this one, whose exception is freed.
+    // The result of this one is not asked for, and its exception is freed.
     const auto dropped = m_executor.Start([]() -> int { AfxThrowInvalidArgException(); });
 }
 
@@ -83,7 +83,7 @@ TEST(Executor, RunsBesideItsOwner) {
         mayEnd.get_future().wait();
         return std::this_thread::get_id();
     });
-    begun.get_future().wait();  // while nobody asks for the result
+    begun.get_future().wait();  // before the result is asked for
     mayEnd.set_value();
     EXPECT_NE(task.Get(), std::this_thread::get_id());
 }
