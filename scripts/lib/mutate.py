@@ -1,11 +1,17 @@
-"""Breaks sources one at a time and runs the suite against each break: mutate.py ROOT COUNT SEED
+"""Breaks sources one at a time and runs the suite against each break: mutate.py ROOT COUNT SEED [JOBS]
 
-The breaks happen in a copy of the tree below build/mutate. A break that does not compile is drawn again; one after which
-the suite fails, crashes or does not come to an end is caught. Exit status 0 whatever was caught.
+The breaks happen in copies of the tree below build/mutate, one copy a job. A break that does not compile is replaced by
+the next one drawn; one after which the suite fails, crashes or does not end is caught. Exit status 0 in any case.
+
+Quick tests run before slow ones, and the test that caught a break in an earlier run before all others.
 """
 
+import collections
+import concurrent.futures
+import hashlib
+import json
 import pathlib
-import random
+import queue
 import re
 import shutil
 import subprocess
@@ -15,7 +21,8 @@ FOLDERS = ("cabinet", "charts", "core", "dialogs", "files", "framework", "html",
            "settings", "system", "threads", "xml")
 # What this machine does not compile.
 ELSEWHERE = ("platform/windows/", "xml/dom/msxml/")
-LONGEST = 300  # seconds that the suite may take
+QUICK = 0.3  # seconds that a test of the first round takes at most
+FLAGS = "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -DNDEBUG"
 
 SWAPS = {" < ": " <= ", " <= ": " < ", " > ": " >= ", " >= ": " > ", " == ": " != ", " != ": " == ", " && ": " || ",
          " || ": " && ", " + 1": "", " - 1": "", "true": "false", "false": "true", "++": "--", " += ": " -= "}
@@ -40,77 +47,116 @@ def breaks_of(line):
         yield ""
 
 
-def candidates(root):
+def candidates(root, seed):
+    """All breaks as (path, line number, broken line, name), in an order that depends on the seed, and for each break on
+    its own code alone: what is added elsewhere or said in a comment does not change what is drawn."""
     listed = subprocess.run(["git", "-C", root, "ls-files", "*.cpp", "*.h"], capture_output=True, text=True, check=True)
+    found, seen = [], collections.Counter()
     for path in listed.stdout.split():
         if path.split("/")[0] not in FOLDERS or path.startswith(ELSEWHERE):
             continue
         for number, line in enumerate((root / path).read_text().split("\n")):
             for broken in breaks_of(line):
-                yield path, number, line, broken
+                old, new = (text.split(" //")[0].strip() for text in (line, broken))
+                name = f"{path}: {old}  ->  {new or 'nothing'}"
+                seen[name] += 1
+                found.append((path, number, broken, f"{name}  ({seen[name]})"))
+    return sorted(found, key=lambda candidate: hashlib.sha256(f"{seed} {candidate[3]}".encode()).digest())
 
 
-def succeeds(command, folder, seconds):
+def run(command, folder, seconds):
+    """The status and the output; no status if the command does not end in time."""
     try:
-        return subprocess.run(command, cwd=folder, timeout=seconds, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, check=False).returncode == 0
+        done = subprocess.run(command, cwd=folder, timeout=seconds, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                              text=True, errors="replace", check=False)
+        return done.returncode, done.stdout
     except subprocess.TimeoutExpired:
-        return False
+        return None, ""
 
 
-def builds(copy):
-    return succeeds(["cmake", "--build", "--preset", "linux", "--target", "qvcommon_tests"], copy, 1800)
+class Copy:
+    """A copy of the tree, with its build."""
+
+    def __init__(self, root, number):
+        self.folder = root / f"build/mutate/{number}"
+        self.tests = self.folder / "build/linux/tests"
+        listed = subprocess.run(["git", "-C", root, "ls-files", "-z"], capture_output=True, text=True, check=True).stdout
+        for path in listed.rstrip("\0").split("\0"):
+            source, target = root / path, self.folder / path
+            target.parent.mkdir(parents=True, exist_ok=True)
+            if not target.exists() or target.read_bytes() != source.read_bytes():
+                shutil.copy2(source, target)
+        configured, _ = run(["cmake", "--preset", "linux", "-DQV_PRECOMPILE=ON", FLAGS], self.folder, 300)
+        if configured != 0 or not self.builds():
+            sys.exit(f"mutate: {self.folder} does not build")
+
+    def builds(self):
+        return run(["cmake", "--build", "--preset", "linux", "--target", "qvcommon_tests"], self.folder, 1800)[0] == 0
+
+    def first_failure(self, tests, seconds):
+        """The name of a test that fails or does not end in time, empty if all pass."""
+        status, output = run(["../bin/qvcommon_tests", "--gtest_fail_fast", "--gtest_filter=" + ":".join(tests)],
+                             self.tests, seconds)
+        started = re.findall(r"^\[ RUN      \] (.*)$", output, re.M)
+        failed = re.findall(r"^\[  FAILED  \] ([^\s,]+)", output, re.M)
+        return "" if status == 0 else (failed or started[-1:] or ["the suite"])[0]
+
+    def rounds(self):
+        """The names of all tests and a limit in seconds, the quick tests first."""
+        report = self.tests / "times.json"
+        status, _ = run(["../bin/qvcommon_tests", f"--gtest_output=json:{report}"], self.tests, 1800)
+        if status != 0:
+            sys.exit("mutate: the tree does not pass as it is")
+        times = {f"{suite['name']}.{test['name']}": float(test["time"].rstrip("s"))
+                 for suite in json.loads(report.read_text())["testsuites"] for test in suite["testsuite"]}
+        rounds = [[name for name, time in times.items() if (time <= QUICK) == quick] for quick in (True, False)]
+        return [(names, 60 + 5 * sum(map(times.get, names))) for names in rounds]
+
+    def catcher(self, candidate, rounds):
+        """The test that catches a break, empty if none does, None if the break does not compile."""
+        path, number, broken, _ = candidate
+        source = self.folder / path
+        whole = source.read_text()
+        lines = whole.split("\n")
+        lines[number] = broken
+        source.write_text("\n".join(lines))
+        try:
+            return next(filter(None, (self.first_failure(*tests) for tests in rounds)), "") if self.builds() else None
+        finally:
+            source.write_text(whole)
 
 
-def passes(copy):
-    return succeeds(["../bin/qvcommon_tests", "--gtest_brief=1", "--gtest_fail_fast"], copy / "build/linux/tests",
-                    LONGEST)
+def main(root, count, seed, jobs):
+    copies = queue.SimpleQueue()
+    for number in range(jobs):
+        copies.put(Copy(root, number))
+    first = copies.get()
+    rounds = first.rounds()
+    copies.put(first)
+    known = root / "build/mutate/catchers.json"
+    catchers = json.loads(known.read_text()) if known.exists() else {}
 
+    def tried(candidate):
+        copy = copies.get()
+        hint = catchers.get(candidate[3])
+        result = copy.catcher(candidate, [([hint], 120), *rounds] if hint in rounds[0][0] + rounds[1][0] else rounds)
+        copies.put(copy)
+        print(f"{'?' if result is None else result or 'SURVIVES'}  {candidate[3]}", flush=True)
+        return result
 
-def copy_of(root):
-    copy = root / "build/mutate/tree"
-    listed = subprocess.run(["git", "-C", root, "ls-files", "-z"], capture_output=True, text=True, check=True).stdout
-    for path in listed.rstrip("\0").split("\0"):
-        source, target = root / path, copy / path
-        target.parent.mkdir(parents=True, exist_ok=True)
-        if not target.exists() or target.read_bytes() != source.read_bytes():
-            shutil.copy2(source, target)
-    if not succeeds(["cmake", "--preset", "linux"], copy, 300) or not builds(copy) or not passes(copy):
-        sys.exit("mutate: the tree does not build and pass as it is")
-    return copy
-
-
-def try_break(copy, path, number, broken):
-    """None where it does not compile, else whether it was caught."""
-    source = copy / path
-    whole = source.read_text()
-    lines = whole.split("\n")
-    lines[number] = broken
-    source.write_text("\n".join(lines))
-    try:
-        return not passes(copy) if builds(copy) else None
-    finally:
-        source.write_text(whole)
-
-
-def main(root, count, seed):
-    copy = copy_of(root)
-    drawn = sorted(candidates(root))
-    random.Random(seed).shuffle(drawn)
-    caught, survivors = 0, []
-    for path, number, line, broken in drawn:
-        if caught + len(survivors) == count:
-            break
-        result = try_break(copy, path, number, broken)
-        if result is None:
-            continue
-        caught += result
-        if not result:
-            survivors.append(f"{path}:{number + 1}: {line.strip()}  ->  {broken.strip() or 'nothing'}")
-            print(survivors[-1], flush=True)
-    (root / "build/mutate/survivors.txt").write_text("".join(text + "\n" for text in survivors))
-    print(f"{caught} of {caught + len(survivors)} breaks were caught")
+    drawn = candidates(root, seed)
+    results, place = {}, 0
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        while len(results) < count and place < len(drawn):
+            batch = drawn[place:place + count - len(results)]
+            place += len(batch)
+            results |= {candidate[3]: result for candidate, result in zip(batch, pool.map(tried, batch))
+                        if result is not None}
+            known.write_text(json.dumps(catchers | results, indent=0))
+    survivors = [name for name, result in results.items() if not result]
+    (root / "build/mutate/survivors.txt").write_text("".join(name + "\n" for name in survivors))
+    print(f"{len(results) - len(survivors)} of {len(results)} breaks were caught")
 
 
 if __name__ == "__main__":
-    main(pathlib.Path(sys.argv[1]).resolve(), int(sys.argv[2]), int(sys.argv[3]))
+    main(pathlib.Path(sys.argv[1]).resolve(), *map(int, (sys.argv[2:] + ["1"])[:3]))
