@@ -1,4 +1,4 @@
-"""The page that says how the library is installed: its blocks, run as they stand there."""
+"""The page that says how the library is installed: its blocks, run unchanged."""
 
 import os
 import pathlib
@@ -11,6 +11,7 @@ import unittest
 from trees import ROOT, Tree, run
 
 PAGE = (ROOT / "docs/install.md").read_text()
+START = (ROOT / "docs/get-started.md").read_text()
 
 
 def blocks(heading, language):
@@ -64,6 +65,8 @@ class Page(unittest.TestCase):
 
     def test_by_hand(self):
         install, with_cmake, with_pkg_config = blocks("By hand", "sh")
+        self.assertIn(install, START)
+        self.assertIn(with_cmake, START)
         self.sh(install, ROOT)
         (self.folder / "CMakeLists.txt").write_text(blocks("By hand", "cmake")[0])
         for block in (with_cmake, with_pkg_config):
