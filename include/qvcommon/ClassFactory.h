@@ -1,27 +1,27 @@
 #pragma once
 
-/// @file Objects by name: who knows only a key gets an object of the class that was registered for it.
+/// @file Creation of objects by the key under which their class is registered.
 
 #include <functional>
 
 #include "qvcommon/framework/String.h"
 
-/// Makes objects of classes that are known by text keys. The classes are those of the whole process.
+/// Creates objects of registered classes. The registry is global to the process.
 class QVCOMMON_API CQVClassFactory {
 public:
-    /// Makes a new object, which its caller owns.
+    /// Creates a new object, owned by the caller.
     using Maker = std::function<CObject*()>;
 
-    /// Makes the class known for a key, taking the place of what was there. Keys are compared byte by byte. Safe from any
-    /// thread, as all members are; the maker runs on the thread that asks for an object.
+    /// Registers a class under a key, replacing an earlier one. Keys are compared byte by byte. Thread-safe, as all
+    /// members are; the maker runs on the thread that requests the object.
     static void Register(std::string_view key, Maker maker);
-    /// For a class with a default constructor.
+    /// Registers a class with a default constructor.
     template <class T>
     static void Register(std::string_view key) {
         Register(key, [] { return static_cast<CObject*>(new T); });
     }
-    /// @return true when the key was known.
+    /// @return true if the key was registered.
     static bool Unregister(std::string_view key);
-    /// A new object, owned by the caller; null for a key that nobody registered.
+    /// Returns a new object, owned by the caller; null if the key is not registered.
     static CObject* CreateObject(std::string_view key);
 };

@@ -1,78 +1,79 @@
 #pragma once
 
-/// @file Copying a tree of folders.
+/// @file Copying of folder trees.
 
 #include <cstdint>
 
 #include "qvcommon/framework/LeftOut.h"
 #include "qvcommon/framework/String.h"
 
-/// Hears of a tree being copied. All members may be left as they are.
+/// Observes the copying of a tree. Overriding members is optional.
 class QVCOMMON_API ICopyProgress {
 public:
-    /// Before anything is copied.
+    /// Called before anything is copied.
     virtual void OnStartCopy();
-    /// Before each file, with its full path.
+    /// Called before each file, with its full path.
     virtual void OnCopyFile(const char* sourcePath);
-    /// When the whole tree was copied, failures that were passed over included.
+    /// Called after the whole tree was copied, even if failures were ignored.
     virtual void OnFinishCopy();
-    /// On each failure, with the system's error number and its message. Return 0 to give up the copy. Returns 1 here.
+    /// Called on each failure, with the system's error number and its message. Return 0 to cancel the copy. Returns 1
+    /// here.
     virtual int OnError(DWORD error, const char* message);
 
     virtual ~ICopyProgress();  // after the first four callbacks, which have the first four slots
 
-    /// As so many bytes more of the present file have been copied; not for files that an override of CopyFileA copies. It
-    /// is called from within the system's own work and must not throw. Small files come as one piece.
+    /// Called after `bytes` more of the current file have been copied; not for files copied by an override of
+    /// CopyFileA. It is called from within system calls and must not throw. Small files are reported in one piece.
     virtual void OnCopyBytes(std::uint64_t bytes);
 };
 
 /// Copies every file of a folder tree into another one. Copies keep the times and attributes of their files, so that a
-/// second run with SetLaterOnly finds them up to date. One object, one thread; observers may not change the object.
+/// second run with SetLaterOnly finds them up to date. Not thread-safe; observers must not change the object.
 ///
-/// Links to folders are not entered, and nothing is made in their place. Links to files are copied as the files that they
-/// lead to. Devices and pipes are failures, and so are links that lead nowhere. A destination inside the source is not
-/// copied into itself. The observer of SetLeftOut is given the path of everything that is not copied, ICopyProgress only the
+/// Links to folders are not followed, and nothing is created in their place. Links to files are copied as the files
+/// that they refer to. Devices, pipes and dangling links are failures. A destination inside the source is not copied
+/// into itself. The observer of SetLeftOut receives the path of everything that is not copied, ICopyProgress only the
 /// errors.
 ///
-/// Each folder is opened relative to the open folder above it. Renaming folders during the copy, or replacing them by links,
-/// makes the copy leave neither the source nor the destination; a link in place of a folder below the destination is an
-/// error. An override of CopyFileA gets paths and must guard itself.
+/// Each folder is opened relative to the open folder above it. Renaming folders during the copy, or replacing them by
+/// links, cannot make the copy leave the source or the destination; a link in place of a folder below the destination
+/// is an error. An override of CopyFileA receives paths and must protect itself.
 class QVCOMMON_API CCopyTree : public CObject {
 public:
-    /// Copies one folder and all below it, in the order of the system. Missing folders are made, existing files replaced,
-    /// read-only ones too: their attribute is taken away, also of those that are then skipped.
+    /// Copies a folder and everything below it, in the order of the system. Missing folders are created and existing
+    /// files replaced, including read-only ones: their attribute is cleared, even if they are then skipped.
     ///
-    /// A file or folder that cannot be copied, read or made is told to the observer, and the copy goes on with the next
-    /// one; without an observer nobody hears of it.
-    /// @throws CUserException* when the observer gives up. What was copied stays.
+    /// A file or folder that cannot be copied, read or created is reported to the observer, and the copy continues with
+    /// the next one; without an observer it is silently ignored.
+    /// @throws CUserException* if the observer cancels. What was copied is kept.
     virtual void CopyTree(CString source, CString destination);
-    /// The same with the folders that were set, and with OnStartCopy before and OnFinishCopy behind it; the latter not when
-    /// the copy is given up.
+    /// Copies between the configured folders, with OnStartCopy before and OnFinishCopy after it; the latter is not
+    /// called if the copy is cancelled.
     virtual void CopyTree();
-    /// The number of files below a folder, folders and links to folders not counted.
+    /// Returns the number of files below a folder, not counting folders and links to folders.
     virtual int GetFileCount(CString folder);
     virtual int GetFileCount();
-    /// Null for none. The caller keeps its life.
+    /// Sets the observer; null for none. Not owned; must outlive the copy.
     virtual void SetProgressMonitor(ICopyProgress* progress);
-    /// The two folders of CopyTree() without arguments.
+    /// Sets the destination of CopyTree() without arguments.
     virtual void SetDestinationDirectory(const char* folder);
-    /// The two folders of CopyTree() without arguments.
+    /// Sets the source of CopyTree() without arguments.
     virtual void SetSourceDirectory(const char* folder);
-    /// Non-zero: a file is skipped when the one in its place was modified in the same second or later.
+    /// Non-zero: a file is skipped if the existing one was modified in the same second or later.
     virtual void SetLaterOnly(int laterOnly);
-    /// The observer, not owned and null by default, of each file and folder that is not copied; it is called before OnError.
-    /// Files that SetLaterOnly skips are not reported.
+    /// Sets the observer of each file and folder that is not copied; not owned, null by default. It is called before
+    /// OnError. Files skipped by SetLaterOnly are not reported.
     void SetLeftOut(ILeftOut* observer);
-    /// Non-zero: the walk is the same and so are the callbacks, but no folder is made, and no file copied or made writable.
-    /// CopyFileA then tells whether a file could be read and replaced, as far as permissions tell. Zero at first.
+    /// Non-zero: a dry run with the same walk and callbacks, but no folder is created and no file copied or made
+    /// writable. CopyFileA then returns whether a file could be read and replaced, as far as permissions show. Zero by
+    /// default.
     void SetDryRun(int dryRun);
 
 protected:
-    /// Copies one file over an existing one. Zero when it could not, with the last system error telling why. On Linux
-    /// the old file stays as it was then. Overridden to copy in another way. The name is the one that system headers
-    /// make of it.
+    /// Copies one file over an existing one. Returns zero on failure and sets the last system error; on Linux the old
+    /// file is then unchanged. Override it to copy in another way. The name is what system headers make of CopyFile.
     virtual int CopyFileA(const char* source, const char* target);
-    /// Tells the observer of the last system error. @throws CUserException* when it gives up.
+    /// Reports the last system error to the observer. @throws CUserException* if it cancels.
     void OnError();
 
 private:
@@ -84,5 +85,5 @@ private:
     ILeftOut* m_leftOut = nullptr;
     int m_laterOnly = 0;
     int m_dryRun = 0;
-    Level* m_level = nullptr;  // of the copy under way, the innermost
+    Level* m_level = nullptr;  // innermost one of the running copy
 };

@@ -1,15 +1,15 @@
 #pragma once
 
-/// @file The history of a view that shows pages by URL.
+/// @file The navigation history of a view that shows pages by URL.
 
 #include "qvcommon/framework/Collections.h"
 
-/// A point of the screen, in pixels. It has the layout of the system's POINT, and one of those turns into it by itself.
+/// A point on the screen, in pixels. It has the layout of the system's POINT, and converts implicitly from it.
 struct QvPoint {
     LONG x = 0, y = 0;  ///< from the top left corner
 
     constexpr QvPoint() = default;
-    /// From its two parts.
+    /// From its coordinates.
     constexpr QvPoint(LONG left, LONG top) : x(left), y(top) {}
     /// From the system's POINT, or another type with such members.
     template <class T>
@@ -17,46 +17,46 @@ struct QvPoint {
     constexpr QvPoint(const T& point) : x(point.x), y(point.y) {}
 };
 
-/// The pages visited, newest first, the one that is shown, and a step back or forward that was asked for.
+/// The visited pages, newest first, the current page, and a pending step back or forward.
 ///
-/// The view asks GetBackUrl or GetForwardUrl, goes there, and calls UpdateHistory once the page is shown: only then
-/// does the position move. A page that comes instead is an ordinary visit, and the step is forgotten. Positions count
-/// from the newest page: back is up, forward is down. URLs are compared byte by byte. The order of the virtual members
-/// is part of the interface. One object, one thread.
+/// The view calls GetBackUrl or GetForwardUrl, navigates there, and calls UpdateHistory once the page is shown: only
+/// then does the position move. If another page is shown instead, it is an ordinary visit, and the step is dropped.
+/// Positions count from the newest page: back is up, forward is down. URLs are compared byte by byte. The order of the
+/// virtual members is part of the interface. Not thread-safe.
 class QVCOMMON_API CHistoryMgr : public CObject {
 public:
     CHistoryMgr() = default;
     ~CHistoryMgr() override;
 
-    /// Empties the history.
+    /// Clears the history.
     virtual void Reset();
-    /// The most pages that are kept, 10 at first; the oldest go. Less than 1 keeps none.
+    /// Sets the maximum number of pages, 10 by default; the oldest are removed. Less than 1 keeps none.
     virtual void SetMaxLinks(int maxLinks);
-    /// A page is shown. Without a title its URL serves as one.
+    /// Records that a page is shown. The title defaults to the URL.
     virtual void UpdateHistory(const char* url, const char* title = nullptr);
-    /// The number of pages.
+    /// Returns the number of pages.
     virtual int HasCurrentUrl();
-    /// The page that is shown; empty when there is none.
+    /// Returns the current page; empty if none exists.
     virtual CString GetCurrentUrl();
-    /// Whether there is an older page to go to.
+    /// Returns whether there is an older page.
     virtual BOOL HasBackUrl();
-    /// Asks for the step; empty, and nothing asked for, when there is no such page.
+    /// Requests a step back; returns empty, and requests nothing, if there is no older page.
     virtual CString GetBackUrl();
-    /// Whether there is a newer page to go to.
+    /// Returns whether there is a newer page.
     virtual BOOL HasForwardUrl();
-    /// Asks for the step; empty, and nothing asked for, when there is no such page.
+    /// Requests a step forward; returns empty, and requests nothing, if there is no newer page.
     virtual CString GetForwardUrl();
-    /// Each: Offer the older, or newer, pages, the nearest first, by title, and ask for the step to the chosen one.
-    /// @return its URL; empty when none was chosen.
+    /// Each: Offers the older, or newer, pages, the nearest first, by title, and requests the step to the chosen one.
+    /// @return its URL; empty if none was chosen.
     virtual CString GetBackMenuUrl(QvPoint point, HWND window);
     virtual CString GetForwardMenuUrl(QvPoint point, HWND window);
 
-    /// 1: a page that is in the history already is a new visit nevertheless, and stands in it twice.
+    /// 1: a page that is already in the history is added again as a new visit.
     void SetAlwaysNew(int alwaysNew) { m_alwaysNew = alwaysNew; }
 
 protected:
-    /// Lets the user choose one of some texts in a pop-up menu at a point: its index, or -1. The base has no menus and
-    /// chooses nothing: applications override it.
+    /// Lets the user choose one of several items in a pop-up menu at a point; returns its index, or -1. The base has no
+    /// menus and returns -1: applications override it.
     virtual int ChooseFromMenu(const CStringArray& texts, QvPoint point, HWND window);
 
 private:

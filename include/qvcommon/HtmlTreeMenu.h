@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file A menu in the form of a tree, as the calls of the script "TreeMenu.js" that draws it in the page.
+/// @file A tree menu, as calls of the script "TreeMenu.js" that draws it in the page.
 
 #include <memory>
 #include <vector>
@@ -9,52 +9,52 @@
 
 class CHtmlTreeBuilder;
 
-/// A node of the menu; it owns the nodes below it.
+/// A node of the menu; owns its child nodes.
 ///
-/// Texts, links, styles, pictures and folders go into script strings in single quotes as they are. The caller must not
-/// pass a quote, a line end or "</script", and writes each "\" twice; a text may hold the escapes of script strings.
-/// One tree, one thread.
+/// Texts, links, styles, pictures and folders are written verbatim into single-quoted script strings. The caller must
+/// not pass a quote, a newline or "</script", and must double each "\"; a text may contain escapes of script strings.
+/// Not thread-safe.
 class QVCOMMON_API CHtmlTreeNode {
 public:
     CHtmlTreeNode();
-    /// @param image  the node's picture; empty for those of the folder that SetImageDir has set.
-    /// @param link  what a click on the text opens; may be empty.
-    /// @param selected  not zero for the current page's node.
+    /// @param image  the node's picture; empty for those in the folder set by SetImageDir.
+    /// @param link  the address opened by a click on the text; may be empty.
+    /// @param selected  non-zero for the current page's node.
     CHtmlTreeNode(const char* text, const char* image, const char* link, int selected);
     CHtmlTreeNode(const CHtmlTreeNode&) = delete;
     CHtmlTreeNode& operator=(const CHtmlTreeNode&) = delete;
 
-    // The operations that derived classes change, in this order.
+    // The operations that derived classes override, in this order.
     virtual ~CHtmlTreeNode();
-    /// Takes the child over, at the end, and returns it. A node without a parent hands down no builder: build the tree
-    /// from its root on.
+    /// Appends the child, takes ownership of it, and returns it. A node without a parent passes no builder to its
+    /// children: build the tree from its root.
     virtual CHtmlTreeNode* AddNode(CHtmlTreeNode* child);
-    /// The calls that add this node and those below it to the node of the id, a line each. Every branch that leads to a
-    /// selected node is open. A whole tree takes time in line with its size. The depth of a tree is bounded by the
-    /// thread's stack; some thousands are no concern.
+    /// Returns the calls that add this node and its descendants to the node with the given id, one per line. Every
+    /// branch that contains a selected node is open. O(n) for a whole tree. The depth of a tree is limited by the
+    /// thread's stack; a few thousand levels are safe.
     virtual CString GetHtml(const char* parentId);
-    /// The builder's selected style when this node is selected, else empty.
+    /// Returns the builder's selected style if this node is selected, else empty.
     virtual CString GetStyle();
-    /// As the constructor got it; 0 for a node without arguments.
+    /// Returns the constructor's argument; 0 for a node constructed without arguments.
     virtual int IsSelected();
-    /// Whether this node or any below it is selected.
+    /// Returns whether this node or any descendant is selected.
     virtual int HasSelected();
-    /// The node's picture; without one "folder.gif" of the folder, or "folder-expanded.gif" when `expanded` is not zero.
-    /// (GetHtml asks for the latter in both states.)
+    /// Returns the node's picture; without one "folder.gif" of the folder, or "folder-expanded.gif" if `expanded` is
+    /// non-zero. (GetHtml requests the latter in both states.)
     virtual CString GetImage(int expanded);
 
-    /// The folder of the pictures, for all trees; gets a final "\" where it lacks it. It stands in script strings: pass
-    /// img and two backslashes for the folder "img", or nothing for the page's own. Not safe while another thread works
-    /// with a tree.
+    /// Sets the folder of the pictures, for all trees; a missing trailing "\" is added. It is written into script
+    /// strings: pass img and two backslashes for the folder "img", or an empty string for the page's own. Must not be
+    /// called while another thread uses a tree.
     static void SetImageDir(const char* directory);
 
 protected:
-    /// Nodes that are owned.
+    /// Owned child nodes.
     using Children = std::vector<std::unique_ptr<CHtmlTreeNode>>;
 
-    /// The nodes directly below, in their order.
+    /// Returns the child nodes, in order.
     const Children& GetChildren() const { return m_children; }
-    /// The name of the node in the page's script, which GetHtml has given it last.
+    /// Returns the name of the node in the page's script, as last assigned by GetHtml.
     const CString& GetId() const { return m_strId; }
 
 private:
@@ -71,27 +71,27 @@ private:
     int m_bSelected = 0;
     CString m_strLink;
     CHtmlTreeBuilder* m_pBuilder = nullptr;
-    unsigned m_askedIn = 0;  // the builder's pass in which m_hasSelected was asked for
+    unsigned m_askedIn = 0;  // the builder's pass that computed m_hasSelected
     bool m_hasSelected = false;
 
     static CString ms_strImageDir;
 };
 
-/// The root of a tree, which draws no item itself.
+/// The root of a tree, which does not draw an item itself.
 class QVCOMMON_API CHtmlTreeBuilder : public CHtmlTreeNode {
 public:
     CHtmlTreeBuilder();
 
     using CHtmlTreeNode::GetHtml;
-    /// The whole menu as a script, to be written where the menu is to appear.
+    /// Returns the whole menu as a script, to be written where the menu is to appear.
     virtual CString GetHtml();
-    /// The tag that loads "TreeMenu.js" from the folder, for the page's head. The folder is kept for GetHtml as it is
-    /// given: without a final "\", which would end the string that it stands in.
+    /// Returns the tag that loads "TreeMenu.js" from the folder, for the page's head. The folder is stored verbatim for
+    /// GetHtml: it must not end in "\", which would end the string that contains it.
     virtual CString GetDropdownScript(const char* directory);
-    /// The frame that links open in; empty for the page's own.
+    /// Sets the frame in which links open; empty for the page's own.
     virtual void SetTargetFrame(const char* frame);
     virtual CString GetTargetFrame();
-    /// The style class of a selected node's text.
+    /// Sets the style class of a selected node's text.
     virtual void SetSelectedStyle(const char* style);
     virtual CString GetSelectedStyle();
 

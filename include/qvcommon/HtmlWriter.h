@@ -1,58 +1,59 @@
 #pragma once
 
-/// @file The page builder through which every HTML page of the library is written, and the text operations beside it.
+/// @file The builder that writes every HTML page of the library, and related text operations.
 
 #include "qvcommon/HtmlDocument.h"
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/StdioFile.h"
 
-/// A streaming builder: each call appends a finished piece of markup, in call order, to a text in memory or, once a file
-/// name is set, to that file. It keeps no tree, checks no nesting, tag name or attribute, and adds no line break of its
-/// own: the caller opens and closes in the right order. Only what a member says it escapes is escaped.
+/// A streaming builder: each call appends finished markup, in call order, to a string in memory or, once a file name is
+/// set, to that file. It keeps no tree, does not validate nesting, tag names or attributes, and adds no line breaks:
+/// the caller must open and close tags in the right order. Strings are escaped only where a member says so.
 ///
-/// Text arguments are bytes in the process's code page and must not be null where they are a view; a `const char*` may be
-/// null where its default is. Any operation that writes raises CFileException* when the file cannot be opened or written;
-/// the text of that call is lost then. One object, one thread; the static members may run on any.
+/// String arguments are bytes in the process's code page and must not be null where they are a view; a `const char*`
+/// may be null where its default is. Every operation that writes raises CFileException* if the file cannot be opened or
+/// written; the text of that call is then lost. Not thread-safe; the static members are.
 class QVCOMMON_API CHtmlWriter : public CObject {
     DECLARE_DYNAMIC(CHtmlWriter)
 
 public:
-    /// Any other value is accepted and means what each operation says of it.
+    /// Any other value is accepted; each operation defines its meaning.
     enum enumAlign : int { alignNone, alignLeft, alignCenter, alignRight };
 
     CHtmlWriter() = default;
-    /// Copies take over the accumulated text and nothing else: no file name, no open file, no dropdowns. Assigning closes
-    /// the file that this writer had open; a failure of that close is not reported.
+    /// Copies contain only the accumulated text: no file name, no open file, no dropdowns. Assigning closes the file
+    /// that this writer had open; a failure to close is not reported.
     CHtmlWriter(const CHtmlWriter& other);
     CHtmlWriter& operator=(const CHtmlWriter& other);
-    /// Closes the file if it is still open; a failure is not reported: call CommitFile to learn of it.
+    /// Closes the file if it is still open; a failure is not reported: call CommitFile to detect it.
     ~CHtmlWriter() override = default;
 
-    /// A writer in memory with this text and the other's after it.
+    /// Returns a writer in memory with this text followed by the other's.
     CHtmlWriter operator+(const CHtmlWriter& other) const;
     /// Appends the other's accumulated text, to this writer's file if it has one.
     CHtmlWriter& operator+=(const CHtmlWriter& other);
 
-    // The head. These four are the operations that derived classes change.
+    // The head. Derived classes override these four operations.
 
-    /// "<head>", AddTitleToHead with the same arguments, "</head>". "<html>" and "<body>" are left to the caller.
+    /// Writes "<head>", AddTitleToHead with the same arguments, "</head>". The caller writes "<html>" and "<body>".
     virtual void AddTitle(const char* title, const char* stylesheet = nullptr, const char* headTag = nullptr,
                           const char* dropdownImageDir = nullptr);
-    /// The escaped title in "<Title>"; then, for each argument that is not null: a link to the style sheet, its backslashes
-    /// turned into slashes; `headTag` as a bare tag; the script of the drop-down sections with their pictures' folder.
+    /// Writes the escaped title in "<Title>"; then, for each argument that is not null: a link to the style sheet, its
+    /// backslashes replaced by slashes; `headTag` as a bare tag; the script of the drop-down sections with the folder
+    /// of their pictures.
     virtual void AddTitleToHead(const char* title, const char* stylesheet = nullptr, const char* headTag = nullptr,
                                 const char* dropdownImageDir = nullptr);
-    /// "<A href=...>"; the address is not escaped.
+    /// Writes "<A href=...>"; the address is not escaped.
     virtual void OpenHotlink(const char* url);
-    /// The end of the link.
+    /// Closes the link.
     virtual void CloseHotlink();
 
     // Output (html/HtmlWriter.cpp)
 
-    /// Appends the text exactly as it is. Every other operation ends here.
+    /// Appends the text verbatim. All other operations end here.
     ///
-    /// In memory the text's capacity is raised by at least 1000000 bytes whenever it is above 10000 and fewer than 1000 are
-    /// free. With a file name the file is opened at the first write, and nothing is kept in memory.
+    /// In memory the string's capacity is raised by at least 1000000 bytes when it is above 10000 and fewer than 1000
+    /// are free. With a file name the file is opened at the first write, and nothing is kept in memory.
     void AddFormattedText(std::string_view text) {
         std::string& html = m_strHtml.AsStd();
         if (m_strFilename.IsEmpty() && html.capacity() >= html.size() + kHeadRoom)
@@ -62,101 +63,103 @@ public:
     }
     /// Appends Clean(text).
     void AddText(std::string_view text);
-    /// "<tag>", or "<tag attributes>" when there are attributes.
+    /// Writes "<tag>", or "<tag attributes>" if there are attributes.
     void AddTag(const char* tag, const char* attributes = nullptr);
-    /// The same, for a tag that CloseTag ends.
+    /// Does the same, for a tag closed by CloseTag.
     void OpenTag(const char* tag, const char* attributes = nullptr) { AddTag(tag, attributes); }
-    /// "</tag>".
+    /// Writes "</tag>".
     void CloseTag(const char* tag);
 
-    /// Each: The text in memory. None of these four looks at the file. References are valid until the writer changes.
+    /// Each: The text in memory. These four ignore the file. References are valid until the writer changes.
     const CString& GetHtml() const { return m_strHtml; }
     operator const char*() const { return m_strHtml; }
     bool IsEmpty() const { return m_strHtml.IsEmpty(); }
     void Empty() { m_strHtml.Empty(); }
 
-    /// From now on text goes to this file; what is in memory stays there. The name takes effect when the file is opened.
+    /// Redirects further text to this file; text in memory remains there. The name takes effect when the file is
+    /// opened.
     void SetFilename(const char* name) { m_strFilename = name; }
     CString GetFilename() const { return m_strFilename; }
-    /// Closes the file. A write after it empties the file and starts anew. @throws CFileException* when the system could
-    /// not keep what was written; the file is closed then too.
+    /// Closes the file. A later write truncates the file. @throws CFileException* if what was written could not be
+    /// stored; the file is closed then too.
     void CommitFile() { CloseFile(); }
 
     // Elements (html/HtmlWriterElements.cpp)
 
-    /// "hN" around the escaped text. An alignment outside the four values writes no opening tag.
+    /// Writes "hN" around the escaped text. An alignment outside the four values writes no opening tag.
     void AddHeading(int level, std::string_view text, enumAlign align = alignNone);
     void AddHeading(int level, std::string_view text, const char* attributes);
-    /// "P" around the escaped text; the alignment follows the caller's attributes.
+    /// Writes "P" around the escaped text; the alignment follows the caller's attributes.
     void AddParagraph(std::string_view text, enumAlign align = alignNone, const char* attributes = nullptr);
-    /// "<P>&nbsp;</P>".
+    /// Writes "<P>&nbsp;</P>".
     void AddBlankParagraph();
-    /// "pre" around the escaped text, whose line ends thus become "<br>".
+    /// Writes "pre" around the escaped text; its newlines thus become "<br>".
     void AddPreformattedParagraph(std::string_view text, const char* attributes = nullptr);
-    /// "code" around the escaped text, with four non-breaking spaces for each tab.
+    /// Writes "code" around the escaped text, with four non-breaking spaces for each tab.
     void AddCode(std::string_view text);
-    /// Each: a list with numbers, or with bullets, begins or ends; AddLine writes what is between.
+    /// Each: Opens or closes a numbered or bulleted list; AddLine writes its items.
     void OpenNumberList(const char* attributes = nullptr) { OpenTag("ol", attributes); }
     void CloseNumberList() { CloseTag("ol"); }
     void OpenBulletList(const char* attributes = nullptr) { OpenTag("ul", attributes); }
     void CloseBulletList() { CloseTag("ul"); }
-    /// "li" around the text, which is NOT escaped.
+    /// Writes "li" around the text, which is NOT escaped.
     void AddLine(std::string_view text, const char* attributes = nullptr);
 
-    /// An "img". The source and `extra` are not escaped, the alternative text is (CleanFloatOver); width and height, in
-    /// pixels, are written only when neither is 0. Parts that are empty leave their separating blanks.
+    /// Writes an "img". The source and `extra` are not escaped, the alternative text is (CleanFloatOver); width and
+    /// height, in pixels, are written only if neither is 0. Empty parts still leave their separating blanks.
     void AddImage(const char* source, enumAlign align = alignNone, const char* altText = nullptr, int width = 0,
                   int height = 0, const char* extra = nullptr);
-    /// The same, under the name that older callers use.
+    /// Does the same, under the name used by older callers.
     void AddUppercaseImage(const char* source, enumAlign align = alignNone, const char* altText = nullptr,
                            int width = 0, int height = 0, const char* extra = nullptr) {
         AddImage(source, align, altText, width, height, extra);
     }
 
-    /// A link to a named place, in this page or another one. Neither text is escaped.
+    /// Opens a link to a bookmark, in this page or another one. Neither string is escaped.
     void OpenBookmark(const char* name, const char* page = nullptr);
-    /// The end of the link.
+    /// Closes the link.
     void CloseBookmark();
-    /// An empty anchor of that name.
+    /// Writes an empty anchor of that name.
     void AddBookmark(const char* name);
-    /// The name as it stands in the page: the one place where names of anchors would be normalised. It changes nothing.
+    /// Returns the name as written to the page: the single place where anchor names would be normalized. It changes
+    /// nothing.
     static CString CleanBookmark(const char* name) { return name; }
 
-    // Forms (html/HtmlWriterForms.cpp). No text is escaped.
+    // Forms (html/HtmlWriterForms.cpp). Nothing is escaped.
 
-    /// A form that posts to `action`, with `command` in the hidden field "MfcISAPICommand".
+    /// Opens a form that posts to `action`, with `command` in the hidden field "MfcISAPICommand".
     void OpenForm(const char* action, const char* command);
-    /// The end of the form.
+    /// Closes the form.
     void CloseForm() { CloseTag("form"); }
-    /// A field that the reader does not see.
+    /// Writes a hidden field.
     void AddHiddenField(const char* name, const char* value);
     void AddHiddenField(const char* name, int value);
-    /// A field `size` characters wide, empty when `value` is null.
+    /// Writes a text field `size` characters wide, empty if `value` is null.
     void AddSingleLineTextField(const char* name, int size, const char* value = nullptr);
     void AddSingleLineTextField(const char* name, int size, int value);
 
     // Drop-down sections (html/HtmlWriterDropdowns.cpp)
     //
-    // A section is a hot spot with the title, and a body that is closed when the page loads; a click on the hot spot opens
-    // and closes it. Which are open is kept in a cookie that is named by the page's path and lasts until the browser is
-    // closed, by their places in the page. A page with navigation bars that roll up has no room for sections: both use
-    // the same cookie and the same functions.
+    // A section is a hot spot with the title, and a body that is closed when the page loads; a click on the hot spot
+    // opens and closes it. The open sections, by their position in the page, are stored in a session cookie named after
+    // the page's path. A page with collapsible navigation bars cannot contain sections: both use the same cookie and
+    // the same functions.
     //
-    // The scripts of this and the next two groups speak the object model of old browsers. AddBrowserSupport makes them
-    // work in those of today.
+    // The scripts of this and the next two groups use the object model of old browsers. AddBrowserSupport makes them
+    // work in current ones.
 
-    /// Whether AddDropdownTitle, StartDropdownText and EndDropdownText write sections, and the folder that holds "open.gif"
-    /// and "closed.gif", which gets a final "\" where it lacks it. (Browsers read "\" in addresses as "/".)
+    /// Sets whether AddDropdownTitle, StartDropdownText and EndDropdownText write sections, and the folder of
+    /// "open.gif" and "closed.gif"; a missing trailing "\" is added. (Browsers read "\" in addresses as "/".)
     void SetDropdowns(int enabled, const char* imageDirectory);
     int GetDropdowns() const { return m_bDropdowns; }
 
-    /// With dropdowns on: a section and its hot spot with picture and escaped text, the section left open. Off: a heading.
+    /// With dropdowns on: opens a section and writes its hot spot with picture and escaped text. Off: writes a heading.
     void AddDropdownTitle(int level, std::string_view text);
-    /// Each: With dropdowns on: the section's body, and the end of body and section. Off: nothing.
+    /// Each: With dropdowns on: opens the section's body; closes body and section. Off: no-op.
     void StartDropdownText();
     void EndDropdownText();
 
-    /// Each: The tags that the three above are made of, whether dropdowns are on or off.
+    /// Each: Writes the tags used by the three above, regardless of whether dropdowns are on.
     void OpenDropdownSection();
     void OpenDropdownHotspot();
     void OpenDropdownText();
@@ -165,138 +168,141 @@ public:
     void CloseDropdownHotspot() { CloseTag("div"); }
     void CloseDropdownText() { CloseTag("div"); }
 
-    /// The script of the sections and of the cookie; once a page, in its head. A quote in the folder would end the script's
-    /// string: it must hold none.
+    /// Writes the script of the sections and of the cookie; once per page, in its head. The folder must not contain a
+    /// quote, which would end the script's string.
     void AddDropdownScript(const char* imageDirectory);
-    /// Restores what the cookie says, and saves it when the page is left; once a page, after its last section.
+    /// Restores the state from the cookie, and saves it when the page is left; once per page, after its last section.
     void AddDropdownCookie();
 
     // Glossary popups (html/HtmlWriterGlossary.cpp)
 
-    /// The box and its functions; once a page, in its body before the first term.
+    /// Writes the box and its functions; once per page, in its body before the first term.
     void AddPopupScript();
-    /// The attributes that show the message while the pointer is over their element. The message has to be a text that
-    /// CleanScriptParameter(text, 0) gave, tags around it included. The ";" between the two attributes belongs to them.
+    /// Returns the attributes that show the message while the pointer is over their element. The message must be the
+    /// result of CleanScriptParameter(text, 0), including tags around it. The ";" between the two attributes is part of
+    /// them.
     static CString GetPopupCalls(std::string_view message);
-    /// Clean(text), with every term in it in a span that pops up its explanation. Terms are found as whole words without
-    /// regard to case; a plural "s" or "es" behind a term stays outside the span. A hit is left out when it starts in, or
-    /// right behind, one of a term further ahead in the array, or an earlier one of the same term. (One that starts before
-    /// such a hit and reaches into it is kept: the text that both cover then stands in both spans.) An empty term is found
-    /// nowhere. Time grows in line with the text, the terms and the result.
-    /// @throws CInvalidArgException* when there are fewer explanations than terms.
+    /// Returns Clean(text), with every term in it in a span that pops up its explanation. Terms match whole words,
+    /// ignoring case; a plural "s" or "es" after a term stays outside the span. A match is dropped if it starts in, or
+    /// right after, a match of an earlier term of the array, or an earlier match of the same term. (A match that starts
+    /// before such a match and overlaps it is kept: the common text then appears in both spans.) An empty term never
+    /// matches. O(n) in the sizes of the text, the terms and the result.
+    /// @throws CInvalidArgException* if there are fewer explanations than terms.
     static CString GetGlossarizedText(std::string_view text, const CStringArray& terms,
                                       const CStringArray& explanations);
-    /// "P" around GetGlossarizedText.
+    /// Writes "P" around GetGlossarizedText.
     void AddGlossarizedParagraph(std::string_view text, const CStringArray& terms, const CStringArray& explanations);
 
     // The quick menu, a column that stays beside the page while it scrolls (html/HtmlWriterQuickMenu.cpp)
 
-    /// The function scrollMenu, which the page has to call when it scrolls; AddBrowserSupport calls it too.
+    /// Writes the function scrollMenu, which the page must call when it scrolls; AddBrowserSupport calls it too.
     void AddQuickMenuScript();
-    /// Each: In this order: the menu with its escaped title, its links (escaped texts), the page's content, the end of
-    /// that.
+    /// Each: In this order: opens the menu with its escaped title, adds its links (escaped texts), starts the page's
+    /// content, closes it.
     void OpenQuickMenu(std::string_view title);
     void AddQuickMenuLink(const char* url, std::string_view text);
     void StartQuickMenuPage();
     void CloseQuickMenu();
 
-    // Browsers of today (html/HtmlWriterSupport.cpp)
+    // Current browsers (html/HtmlWriterSupport.cpp)
 
-    /// Writes a script that gives a browser of today what the scripts of sections, popups, quick menu and navigation bars
-    /// expect of an old one; in an old one it does nothing. Once a page, in its head, best from an override of
-    /// AddTitleToHead; nothing else of the page changes. With it
-    /// - sections and bars open, close and remember, also a single one, and a page from a disk that gets no cookies
-    ///   remembers for as long as its window lives;
-    /// - popups appear beside the pointer, or beside a term that has the focus, within the window, and go with Escape;
-    /// - the quick menu follows the scroll, whether or not the page calls scrollMenu;
-    /// - what opens and closes takes the focus, Enter and Space, and reports its state (aria-expanded); the current choice
-    ///   of a bar is marked (aria-current);
+    /// Writes a script that provides in a current browser what the scripts of sections, popups, quick menu and
+    /// navigation bars expect of an old one; in an old one it does nothing. Once per page, in its head, best from an
+    /// override of AddTitleToHead; the rest of the page is unchanged. With it
+    /// - sections and bars open, close and are restored, also a single one, and a page from a disk without cookies
+    ///   remembers them as long as its window exists;
+    /// - popups appear beside the pointer, or beside a term that has the focus, within the window, and are closed by
+    ///   Escape;
+    /// - the quick menu follows the scroll position, whether or not the page calls scrollMenu;
+    /// - elements that open and close are focusable, respond to Enter and Space, and report their state
+    ///   (aria-expanded); the current choice of a bar is marked (aria-current);
     /// - a link into a closed section opens it.
     ///
-    /// To other scripts of the page the browser then looks like an old one too: document.all counts as true, elements have
-    /// "all", styles "pixelTop", and the browser's application name is empty.
+    /// To other scripts of the page the browser then looks like an old one too: document.all counts as true, elements
+    /// have "all", styles "pixelTop", and the browser's application name is empty.
     void AddBrowserSupport();
 
     // Other pages (html/HtmlWriterInclude.cpp)
 
-    /// Appends the body of a page, or the whole file when it has no "<body" or "<BODY" tag; lines end in a line feed then.
-    /// The file is opened so that nobody writes to it meanwhile.
-    /// @return 1, or 0 after appending nothing when the file cannot be opened or read; no error is raised for that.
+    /// Appends the body of a page, or the whole file if it has no "<body" or "<BODY" tag; lines then end in a line
+    /// feed. The file is opened so that it cannot be written meanwhile.
+    /// @return 1, or 0 after appending nothing if the file cannot be opened or read; no error is raised for that.
     int AddHtmlFile(const char* path);
-    /// The words of another page's body: every tag becomes a blank, the rest goes through Dirty. Empty when the file cannot
-    /// be read.
+    /// Returns the words of another page's body: every tag becomes a blank, the rest is passed to Dirty. Empty if the
+    /// file cannot be read.
     static CString GetFileBodyWords(const char* path);
 
     // Plain text (html/HtmlPlainText.cpp)
 
-    /// The text of a page as a mail or a note shows it: "p" and "br" start a line, "li" a line with "* ", other tags and
-    /// line ends become a blank, blanks are joined, the five entities that Clean makes are turned back, and lines end in
-    /// CR LF. Closing tags are other tags. Time and memory grow in line with the text.
+    /// Converts a page to plain text, for a mail or a note: "p" and "br" start a line, "li" a line with "* ", other
+    /// tags and newlines become a blank, blanks are collapsed, the five entities produced by Clean are decoded, and
+    /// lines end in CR LF. Closing tags are other tags. Time and memory are O(n).
     static CString HtmlToPlainText(std::string_view html);
 
     // Escaping (html/HtmlEscape.cpp)
     //
-    // The non-breaking space is byte 0xA0 in a single-byte code page; in a multibyte one it is the character U+00A0 and the
-    // byte 0xA0 where that is no part of a well-formed character.
+    // The non-breaking space is byte 0xA0 in a single-byte code page; in a multibyte one it is the character U+00A0 and
+    // the byte 0xA0 where that is not part of a well-formed character.
 
-    /// For text between tags: & < > " and the non-breaking space become entities, a carriage return becomes "<br>", line
-    /// feeds are dropped. Clean("a<b\r\n") gives "a&lt;b<br>".
+    /// Escapes text between tags: & < > " and the non-breaking space become entities, a carriage return becomes "<br>",
+    /// line feeds are dropped. Clean("a<b\r\n") gives "a&lt;b<br>".
     static CString Clean(std::string_view text);
-    /// For attribute values: the same entities; line ends stay.
+    /// Escapes attribute values: the same entities; newlines are kept.
     static CString CleanFloatOver(std::string_view text);
-    /// For script strings in single quotes within an attribute. Always: \ and ' get a backslash, " becomes "&quot;", line
-    /// feeds are dropped. With `inAttributeOnly` 0 the string becomes HTML once more when the script runs, so entities are
-    /// escaped twice ("<" becomes "&amp;lt;") and a carriage return becomes "<br>".
+    /// Escapes script strings in single quotes within an attribute. \ and ' always get a backslash, " becomes "&quot;",
+    /// line feeds are dropped. With `inAttributeOnly` 0 the string is parsed as HTML again when the script runs, so
+    /// entities are escaped twice ("<" becomes "&amp;lt;") and a carriage return becomes "<br>".
     static CString CleanScriptParameter(std::string_view text, int inAttributeOnly = 0);
-    /// Undoes Clean. What Clean dropped or could not tell apart stays lost: line feeds, and in a multibyte code page the
-    /// single byte 0xA0, which comes back as the character.
+    /// Undoes Clean, except for what Clean dropped or merged: line feeds, and in a multibyte code page the single byte
+    /// 0xA0, which is decoded to the character.
     static CString Dirty(std::string_view text);
 
-    // For pages in UTF-8, whatever the process's code page is. Only ASCII characters are looked at: the non-breaking
-    // space stays a character, and bytes that are not UTF-8 stay as they are (browsers show U+FFFD for them).
+    // For pages in UTF-8, regardless of the process's code page. Only ASCII characters are escaped: the non-breaking
+    // space is kept, as are bytes that are not UTF-8 (browsers show U+FFFD for them).
 
-    /// For text between tags, otherwise as Clean.
+    /// Escapes text between tags, otherwise as Clean.
     static CString CleanUtf8(std::string_view text);
-    /// For attribute values, otherwise as CleanFloatOver.
+    /// Escapes attribute values, otherwise as CleanFloatOver.
     static CString CleanFloatOverUtf8(std::string_view text);
-    /// For script strings, in single or double quotes, in a script element or in an attribute of either quotes: nothing
-    /// in the result means anything to the script or to the page around it. Letters, digits and " -._" stay, every
-    /// other ASCII character becomes "\x" and two hexadecimal digits, and U+2028 and U+2029, which end a script's line,
-    /// "\u2028" and "\u2029". CleanScriptUtf8("it's") gives "it\x27s".
+    /// Escapes script strings, in single or double quotes, in a script element or in an attribute with either quotes:
+    /// the result contains nothing with a meaning to the script or to the page around it. Letters, digits and " -._"
+    /// are kept, every other ASCII character becomes "\x" and two hexadecimal digits, and U+2028 and U+2029, which end
+    /// a line in scripts, "\u2028" and "\u2029". CleanScriptUtf8("it's") gives "it\x27s".
     static CString CleanScriptUtf8(std::string_view text);
 
     // Moving a page (html/HtmlRebase.cpp)
 
-    /// Finds the addresses of a page. Any text is accepted; time and memory grow in line with it.
+    /// Finds the addresses of a page. Accepts any text; time and memory are O(n).
     static CHtmlDocument LoadDocument(std::string_view html);
-    /// Joins one address of an element to `newBase` if it is relative; the joining rule stands with RebaseAddress in
-    /// HtmlDocument.h. An address that was joined before is taken as it stands in the page, not joined twice.
+    /// Joins one address of an element to `newBase` if it is relative; RebaseAddress in HtmlDocument.h describes the
+    /// rules. An address that was joined before is used verbatim, not joined twice.
     /// @param element  0 to document.GetElementCount() - 1.
     /// @param attribute  its name in lower case.
-    /// @return whether the address was joined: false without such an attribute and for addresses that stay as they are.
+    /// @return whether the address was joined: false without such an attribute and for addresses that are not changed.
     static bool RebaseElement(CHtmlDocument& document, int element, std::string_view attribute,
                               std::string_view newBase);
-    /// The same for every element with the tag name, or for all elements when that is empty. Returns how many were joined.
+    /// Does the same for every element with the tag name, or for all elements if that is empty. Returns the number
+    /// joined.
     static int RebaseCollection(CHtmlDocument& document, std::string_view tag, std::string_view attribute,
                                 std::string_view newBase);
-    /// The page's body with every relative address joined to `newBase`, all other bytes as they were.
+    /// Returns the page's body with every relative address joined to `newBase`, all other bytes unchanged.
     static CString GetRebasedBody(std::string_view html, std::string_view newBase);
 
 protected:
-    /// Opens the file when it is not open, creating or emptying it. Others may read the file meanwhile but not write it.
-    /// Waits and tries again while another process holds it. @throws CFileException*
+    /// Opens the file if it is not open, creating or truncating it. Others may read the file meanwhile but not write
+    /// it. Waits and retries while another process has it open. @throws CFileException*
     void OpenFile();
-    /// Closes the file when it is open. @throws CFileException* when the system could not keep what was written.
+    /// Closes the file if it is open. @throws CFileException* if what was written could not be stored.
     void CloseFile();
 
-    /// 1 if the part of the text, `length` bytes from `start`, stands by itself as a glossary's terms have to. It has to
-    /// begin and end between characters of the text.
+    /// Returns 1 if the part of the text, `length` bytes from `start`, is a whole word as required of a glossary's
+    /// terms. It must begin and end at character boundaries.
     static int IsWholeWord(std::string_view text, int start, int length);
 
 private:
     static constexpr std::size_t kHeadRoom = 1000;
 
-    /// To the file, or to a text that may have to grow by the rule.
+    /// Writes to the file, or to a string that may need to grow.
     void AppendElsewhere(std::string_view text);
     void AppendInMemory(std::string_view text);
 

@@ -1,34 +1,34 @@
 #pragma once
 
-/// @file The lock on a document that several users share. The files on disk are described in docs/formats/lock-files.md.
+/// @file The lock on a document that is shared by several users. docs/formats/lock-files.md describes the files.
 
 #include <cstdint>
 
 #include "qvcommon/framework/File.h"
 
-/// Follows a wait for a lock.
+/// Observes waiting for a lock.
 class QVCOMMON_API ILockObserver {
 public:
     virtual ~ILockObserver();
     /// Called after each failed try, on the waiting thread.
-    /// @param holder  who holds the lock, empty if that is not known
-    /// @param since  when the holder took it, in seconds since 1970 UTC; 0 if that is not known
-    /// @return 0 gives up. The default waits on.
+    /// @param holder  who holds the lock, empty if unknown
+    /// @param since  when the holder took it, in seconds since 1970 UTC; 0 if unknown
+    /// @return 0 to give up. The default continues waiting.
     virtual BOOL OnLockHeld(const CString& holder, std::int64_t since);
 };
 
-/// An advisory lock on a document, between processes and machines: a lock file beside it, held open exclusively, and a side
-/// file that names the holder.
+/// An advisory lock on a document, between processes and machines: a lock file beside it, held open exclusively, and a
+/// side file that names the holder.
 ///
 ///     not held  --Lock succeeds-->  held  --Unlock, destructor, or the end of the process-->  not held
 ///
-/// The lock ends with its process, however that dies; a lock file left behind is no lock. One object, one thread. On Linux
-/// it binds programs that use this library, and a child made by fork without exec keeps the lock for as long as it lives,
-/// since it has the same open file. Whoever deletes a lock file that is held lets another holder in.
+/// The lock is released when its process ends, even abnormally; a leftover lock file is not a lock. Not thread-safe. On
+/// Linux it is honoured only by programs that use this library, and a child made by fork without exec keeps the lock as
+/// long as it lives, since it shares the open file. Deleting a held lock file lets another holder in.
 ///
-/// All users who may write in the folder can use its locks, whatever their umasks: on Linux the two files are readable by
-/// everybody who reaches them, and a lock file that may only be read can still be held. They are never followed as links,
-/// and nothing but regular files is taken.
+/// All users who can write to the folder can use its locks, regardless of their umasks: on Linux the two files are
+/// world-readable, and a read-only lock file can still be held. Links are never followed, and anything but a regular
+/// file is rejected.
 class QVCOMMON_API CLockFile : public CObject {
 public:
     CLockFile() = default;
@@ -37,54 +37,54 @@ public:
     CLockFile(const CLockFile&) = delete;
     CLockFile& operator=(const CLockFile&) = delete;
 
-    /// The lock file's path, empty at first. Setting it does not touch a lock that is held: unlock before.
+    /// The lock file's path, empty by default. Setting it does not affect a held lock: unlock first.
     virtual CString GetFile() const;
     virtual void SetFile(const char* path);
-    /// Sets the lock file of a document: its path with the extension "lck". The path may be of any length; one that is too
-    /// long for the system makes Lock fail with the cause badPath.
+    /// Sets the lock file of a document: its path with the extension "lck". The path may have any length; one that is
+    /// too long for the system makes Lock fail with the cause badPath.
     virtual void SetSourceFile(const char* documentPath);
 
     /// Takes the lock, trying up to `attempts` times.
     ///
-    /// After each failed try it reads who holds the lock. Then, after a sharing or lock violation, a full folder or a full
-    /// disk, it waits, 500 ms at first and half as long again each time, the last time included; after a generic failure
-    /// it tries again at once; any other cause ends the attempts.
+    /// After each failed try it reads who holds the lock. After a sharing or lock violation, a full folder or a full
+    /// disk, it then waits, 500 ms at first and 1.5 times as long each time, including after the last try; after a
+    /// generic failure it retries at once; any other cause ends the attempts.
     ///
-    /// @param attempts  0 or less tries nothing and reports the present state.
-    /// @return true while this object holds the lock, also when it held it before the call.
-    /// After false, GetLockException() tells why and GetLockedBy() names the holder, or is empty when its name cannot be
+    /// @param attempts  0 or less tries nothing and reports the current state.
+    /// @return true if this object holds the lock, also if it held it before the call.
+    /// After false, GetLockException() returns the cause and GetLockedBy() the holder, or empty if its name cannot be
     /// read. Raises nothing.
     virtual bool Lock(int attempts);
-    /// Whether this object holds the lock.
+    /// Returns whether this object holds the lock.
     virtual bool IsLocked() const;
-    /// Gives the lock back and deletes lock file and side file; failures to delete are ignored. Without the lock it does
-    /// nothing. Between the two deletions a new holder may have written its side file, which then goes too: the side
-    /// file is for information only.
+    /// Releases the lock and deletes lock file and side file; failures to delete are ignored. No-op without the lock. A
+    /// new holder may write its side file between the two deletions, which then deletes that file too: the side file is
+    /// informational only.
     virtual void Unlock();
 
-    /// The failure of the last failed try; cause 0 and system error -1 before any.
+    /// Returns the failure of the last failed try; cause 0 and system error -1 if there was none.
     virtual const CFileException& GetLockException() const;
-    /// Who held the lock at the last failed try.
+    /// Returns who held the lock at the last failed try.
     virtual CString GetLockedBy() const;
 
-    /// Tries once, without any pause. Result and failure as for Lock.
+    /// Tries once, without waiting. Result and failure as for Lock.
     bool TryLock();
-    /// Tries until the lock is held, `patience` milliseconds have passed, or the observer gives up. Between two tries it
-    /// waits 1 ms at first and 250 ms at most, less where the system reports the release at once (all but that of another
-    /// machine or a killed holder). Like Lock it ends at once after a cause that does not pass by waiting, such
-    /// as invalidFile where the file system cannot lock. Result and failure as for Lock.
+    /// Tries until the lock is held, `patience` milliseconds have passed, or the observer gives up. Between two tries
+    /// it waits 1 ms at first and 250 ms at most, less where the system reports the release at once (except by another
+    /// machine or a killed holder). Like Lock it ends at once after a cause that waiting cannot resolve, such as
+    /// invalidFile if the file system does not support locks. Result and failure as for Lock.
     /// @param observer  not owned, may be null
     bool LockFor(UINT patience, ILockObserver* observer = nullptr);
-    /// Before Lock: with 1, programs that are started while the lock is held keep it until they have ended, also when this
-    /// process is gone before. 0 at first. On Windows only programs that CProcess starts.
+    /// Call before Lock: with 1, programs started while the lock is held keep it until they have ended, even if this
+    /// process ends first. 0 by default. On Windows only programs started by CProcess.
     void SetInheritable(int inheritable);
 
 protected:
-    /// Each: deletes, writes or reads the side file, and ignores every failure.
+    /// Each: Deletes, writes or reads the side file, ignoring every failure.
     virtual void RemoveLockedBy();
     virtual void WriteLockedBy();
     virtual void ReadLockedBy();
-    /// The lock file's path with the extension "lid".
+    /// Returns the lock file's path with the extension "lid".
     virtual CString GetLockedByFileName() const;
 
 private:

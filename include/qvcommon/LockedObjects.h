@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Objects that threads share under locks of their own, in a map that hands them out locked.
+/// @file Objects with individual locks that are shared between threads, in a map that returns them locked.
 
 #include "qvcommon/ReadWriteLock.h"
 #include "qvcommon/framework/Collections.h"
@@ -8,10 +8,10 @@
 class CLockedRef;
 class CLockedObjectMap;
 
-/// An object with a lock, which only references and maps take. A copy has a lock of its own that takes over the other one's
-/// state, as CReadWriteLock says: copy an object that nobody holds or waits for, and the copy is free. The copy of a held
-/// object stays held for ever, since no reference holds it: whoever asks for it waits without end. An object is not to be
-/// assigned to while it is held.
+/// An object with a lock, which only references and maps acquire. The lock of a copy starts with the other one's state,
+/// as in CReadWriteLock: copy only an object that no thread holds or waits for; the copy is then unlocked. The copy of
+/// a held object remains locked for ever, since no reference holds it: every later request deadlocks. An object must
+/// not be assigned to while it is held.
 class QVCOMMON_API CLockableObject {
 public:
     virtual ~CLockableObject();
@@ -22,15 +22,15 @@ private:
 
     void StartReadLock() { m_lock.StartRead(); }
     void StartWriteLock() { m_lock.StartWrite(); }
-    // Whoever waits for the lock may delete the object before these have returned.
+    // A waiting thread may delete the object before these have returned.
     void EndReadLock() { m_lock.EndReadOfDeleted(); }
     void EndWriteLock() { m_lock.EndWriteOfDeleted(); }
 
     CReadWriteLock m_lock;
 };
 
-/// Holds the read or write lock of one object, which CLockedObjectMap::GetAt gave it, until it ends. A reference is used by
-/// one thread.
+/// Holds the read or write lock of one object, obtained from CLockedObjectMap::GetAt, until it is destroyed. Must be
+/// used by one thread only.
 class QVCOMMON_API CLockedRef {
 public:
     CLockedRef() = default;
@@ -38,10 +38,10 @@ public:
     CLockedRef(const CLockedRef&) = delete;
     CLockedRef& operator=(const CLockedRef&) = delete;
 
-    /// Forgets the object, and with it the lock: for who has deleted the object.
+    /// Drops the object and its lock without releasing it: for callers that have deleted the object.
     void SetDeleted() { m_object = nullptr; }
 
-    /// The object held; null when there is none.
+    /// Returns the held object; null if none exists.
     CLockableObject* Get() const { return m_object; }
 
 private:
@@ -54,32 +54,34 @@ private:
     int m_read = 0;
 };
 
-/// Lockable objects by text keys, under a lock of its own. The objects are the caller's until Clear deletes them; the map's
-/// own end deletes none.
+/// Lockable objects by string keys, protected by the map's own lock. The objects are owned by the caller until Clear
+/// deletes them; the map's destructor deletes none.
 ///
-/// Any thread may call any member. Each takes the map's lock, unless `lockMap` is 0, which is for a caller that holds it
-/// already. The order is always the map's lock, then an object's: while GetAt waits for an object it holds the map for
-/// reading, which keeps AddItem, SetAt, RemoveAt and Clear waiting, and with the first of those every reader. A thread that
-/// holds an object for writing and asks for it again waits for ever.
+/// Thread-safe. Each member takes the map's lock, unless `lockMap` is 0, which is for a caller that already holds it.
+/// The lock order is always the map's lock, then an object's: while GetAt waits for an object it holds the map for
+/// reading, which blocks AddItem, SetAt, RemoveAt and Clear, and once one of those waits, every reader. A thread that
+/// holds an object for writing and requests it again deadlocks.
 class QVCOMMON_API CLockedObjectMap : public CMapStringToPtr {
 public:
-    /// 1 when the map has the key, else 0.
+    /// Returns 1 if the map contains the key, else 0.
     int IsExist(const char* key);
 
-    /// Lets `reference` hold the object of the key, for reading if `read` is non-zero, for writing otherwise; what it held
-    /// before is released first. 1, or 0 when the key is absent, or has a null object, and the reference was left alone.
+    /// Makes `reference` hold the object of the key, for reading if `read` is non-zero, otherwise for writing; what it
+    /// held before is released first. Returns 1; 0, leaving the reference unchanged, if the key is absent or has a null
+    /// object.
     int GetAt(const char* key, CLockedRef& reference, int read, int lockMap = 1);
 
-    /// 1, or 0 when the key is there already; its object stays.
+    /// Adds an object. Returns 1; 0 if the key exists, keeping its object.
     int AddItem(const char* key, CLockableObject* object, int lockMap = 1);
-    /// An object that the key had is neither unlocked nor deleted.
+    /// Adds or replaces an object. A replaced object is neither unlocked nor deleted.
     void SetAt(const char* key, CLockableObject* object, int lockMap = 1);
 
-    /// Takes the key away and waits, without the map's lock, until nobody holds its object. The object is the caller's
-    /// then; null, at once, when the key is absent.
+    /// Removes the key and waits, without the map's lock, until no reference holds its object. Returns the object,
+    /// owned by the caller; null, at once, if the key is absent.
     CLockableObject* RemoveAt(const char* key, int lockMap = 1);
 
-    /// Waits, with the map's lock, until nobody holds an object, and deletes it, one after the other. Null objects only go.
+    /// Waits, holding the map's lock, until an object is no longer held, and deletes it, one object after another. Null
+    /// objects are just removed.
     void Clear();
 
 private:

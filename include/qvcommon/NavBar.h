@@ -1,21 +1,21 @@
 #pragma once
 
-/// @file Navigation bars: small titled tables of choices, the current one marked, the others links that carry a command
-/// back to the application.
+/// @file Navigation bars: small titled tables of choices; the current one is marked, the others are links that send a
+/// command to the application.
 
 #include "qvcommon/HtmlWriter.h"
 
 namespace qv {
 
-/// Where a bar keeps a text: in the application's profile (CWinApp::WriteProfileString), or with an empty section nowhere.
+/// A string stored in the application's profile (CWinApp::WriteProfileString), or with an empty section nowhere.
 class QVCOMMON_API StoredText {
 public:
-    /// Names the place; nothing is read yet.
+    /// Sets the location; nothing is read yet.
     StoredText(const char* section, const char* entry) : m_section(section), m_entry(entry) {}
 
-    /// The profile's text, empty when it has none; `otherwise` with an empty section.
+    /// Returns the profile's string, empty if it does not exist; `otherwise` if the section is empty.
     CString Read(const CString& otherwise) const;
-    /// Keeps the text; nothing happens with an empty section.
+    /// Stores the string; no-op if the section is empty.
     void Write(const CString& text) const;
 
 private:
@@ -25,64 +25,67 @@ private:
 
 }  // namespace qv
 
-/// A bar. It can be rolled up: a click on its title hides or shows the choices, and the page's cookie keeps which bars are
-/// open, by their ids. The scripts speak the object model of old browsers; CHtmlWriter::AddBrowserSupport makes them work
-/// in those of today. A page with bars that roll up must have no drop-down sections, whose scripts use the same names.
+/// A bar. It can be collapsed: a click on its title hides or shows the choices, and the page's cookie stores which bars
+/// are open, by their ids. The scripts use the object model of old browsers; CHtmlWriter::AddBrowserSupport makes them
+/// work in current ones. A page with collapsible bars must have no drop-down sections, whose scripts use the same
+/// names.
 ///
-/// Names, choices and sub-headings are escaped; commands, keys, ids and pictures are not, and must hold no quote.
-/// One bar, one thread; the two pictures are shared by all bars.
+/// Names, choices and sub-headings are escaped; commands, keys, ids and pictures are not, and must not contain quotes.
+/// Not thread-safe; the two pictures are shared by all bars.
 class QVCOMMON_API CNavBar {
 public:
     CNavBar();
 
-    // The operations that derived classes change, in this order.
+    // The operations that derived classes override, in this order.
     virtual ~CNavBar() = default;
     /// Writes the whole bar.
     virtual void GenerateHtml(CHtmlWriter& writer);
-    /// The title; empty at first.
+    /// The title; empty by default.
     virtual void SetName(const char* name);
     virtual CString GetName();
-    /// What every link's address begins with; the choice's key follows.
+    /// Sets the prefix of every link's address; the choice's key follows it.
     virtual void SetCommand(const char* prefix);
-    /// Takes a command that one of the bar's links sent. 0, and nothing done, for all others, and without a prefix.
+    /// Processes a command sent by one of the bar's links. Returns 0, without effect, for all others, and without a
+    /// prefix.
     virtual int ProcessCommand(const char* command);
-    /// Stands before the current choice; empty for none.
+    /// The picture before the current choice; empty for none.
     virtual void SetSelectionImage(const char* image);
     virtual CString GetSelectionImage();
-    /// Names the bar in the cookie. By default it is new with every object, so that a page made anew starts with its bars
-    /// rolled up: an application that wants them as they were keeps the ids.
+    /// Sets the bar's id in the cookie. It is unique per object by default, so that a regenerated page starts with its
+    /// bars collapsed: an application that wants to restore them must keep the ids.
     virtual void SetRollupGuid(const char* id);
-    /// Zero: a click on the title does nothing, and no sub-heading is shown. Non-zero at first.
+    /// Zero: a click on the title has no effect, and no sub-heading is shown. Non-zero by default.
     virtual void SetAllowRollup(int allow);
 
 protected:
-    /// The row with the title.
+    /// Writes the row with the title.
     virtual void AddHeading(CHtmlWriter& writer);
-    /// The rows of the choices; none here.
+    /// Writes the rows of the choices; none here.
     virtual void AddBody(CHtmlWriter& writer);
-    /// Takes what follows the prefix in a command; 0 when it means nothing here, as always in this class.
+    /// Processes the part of a command after the prefix; returns 0 if it is unknown, as always in this class.
     virtual int ProcessSubcommand(const char* rest);
 
 public:
-    /// A summary of the current choice, shown while the bar is rolled up.
+    /// Returns a summary of the current choice, shown while the bar is collapsed.
     virtual CString GetSubHeading();
 
 protected:
-    /// Each: Keep the choice in the application's profile, and get it back; nothing here.
+    /// Each: Saves the choice to the application's profile, and restores it; no-op here.
     virtual void SaveState() const;
     virtual void RestoreState();
 
 public:
-    /// Sets the pictures of closed and open bars, for all bars, and writes the script; once a page, before its bars.
+    /// Sets the pictures of collapsed and open bars, for all bars, and writes the script; once per page, before its
+    /// bars.
     static void AddRollupScript(const char* rolledUpImage, const char* rolledDownImage, CHtmlWriter& writer);
-    /// Restores what the cookie says, and saves it when the page is left; once a page, after its last bar.
+    /// Restores the state from the cookie, and saves it when the page is left; once per page, after its last bar.
     static void AddRollupScriptCookie(CHtmlWriter& writer);
 
-    /// The pictures that AddRollupScript got.
+    /// The pictures passed to AddRollupScript.
     static CString ms_strRolledUpImage, ms_strRolledDownImage;
 
 protected:
-    /// One row of a body. The address is the prefix and the key.
+    /// Writes one row of a body. The address is the prefix and the key.
     void AddChoice(CHtmlWriter& writer, bool isCurrent, const CString& key, const CString& text) const;
 
 private:
@@ -93,25 +96,26 @@ private:
     CString m_strRollupGuid;
 };
 
-/// Choices by their index.
+/// Choices identified by index.
 class QVCOMMON_API COptionNavBar : public CNavBar {
 public:
-    /// The index of the current choice, from 0; 0 at first.
+    /// The index of the current choice, 0 by default.
     int GetOption() const { return m_nOption; }
-    /// Any number; one without a text marks no choice.
+    /// Accepts any number; one without a text marks no choice.
     void SetOption(int index) { m_nOption = index; }
-    /// The texts of the choices. The current index stays.
+    /// Sets the texts of the choices, keeping the current index.
     void SetOptions(const CStringArray& texts) { m_options = texts; }
     void GetOptions(CStringArray& texts) const { texts = m_options; }
-    /// The first option that equals the text, without regard to case. Without one the option is -1, and the result 0.
+    /// Selects the first option that equals the text, ignoring case. Without one the option becomes -1, and the result
+    /// is 0.
     int SetOptionByText(std::string_view text);
-    /// Empty without a current option.
+    /// Returns the text of the current option; empty without one.
     CString GetOptionText() const;
     CString GetSubHeading() override { return GetOptionText(); }
 
 protected:
     void AddBody(CHtmlWriter& writer) override;
-    /// The number at the start of the text becomes the option, 0 without one; always 1.
+    /// Sets the option to the number at the start of the text, 0 without one; always returns 1.
     int ProcessSubcommand(const char* rest) override;
 
 private:
@@ -119,27 +123,27 @@ private:
     int m_nOption = 0;
 };
 
-/// Choices by their text. The current one is kept in the application's profile under the section and entry, or in this
-/// object only with an empty section, as with the two classes below.
+/// Choices identified by text. The current one is stored in the application's profile under the section and entry, or
+/// with an empty section only in this object, as in the two classes below.
 class QVCOMMON_API CStringOptionNavBar : public CNavBar {
 public:
     /// Reads the current option from the profile.
     CStringOptionNavBar(const char* section, const char* entry);
 
-    /// The texts of the choices. The current one stays.
+    /// Sets the texts of the choices, keeping the current one.
     void SetOptions(const CStringArray& options) { m_options = options; }
-    /// As the profile has it now; empty when that is none of the options.
+    /// Returns the option currently in the profile; empty if it is not among the options.
     CString GetOption();
-    /// Any text; it goes into the profile.
+    /// Accepts any text; stores it in the profile.
     void SetOption(const char* option);
-    /// What the page shows for an option; the option itself, unless a derived class knows better.
+    /// Returns the displayed text of an option; the option itself by default.
     virtual CString GetReadableName(const CString& option);
     CString GetSubHeading() override;
 
 protected:
-    /// A profile that holds none of the options is set to none.
+    /// A stored value that is not among the options is cleared.
     void AddBody(CHtmlWriter& writer) override;
-    /// The first option that equals the text without regard to case becomes the current one; 0 when there is none.
+    /// Selects the first option that equals the text, ignoring case; returns 0 if none exists.
     int ProcessSubcommand(const char* rest) override;
     void SaveState() const override;
     void RestoreState() override;
@@ -150,25 +154,25 @@ private:
     qv::StoredText m_stored;
 };
 
-/// Groups with names for readers and keys for the profile.
+/// Groups with displayed names, and keys for the profile.
 class QVCOMMON_API CGroupNavBar : public CNavBar {
 public:
     /// Reads the current key from the profile.
     CGroupNavBar(const char* section, const char* entry);
 
-    /// @throws CInvalidArgException* when there are fewer keys than names; nothing changes then.
+    /// @throws CInvalidArgException* if there are fewer keys than names; nothing changes then.
     void SetGroups(const CStringArray& names, const CStringArray& keys);
-    /// The name of the current group; empty when there is none.
+    /// Returns the name of the current group; empty if none exists.
     CString GetGroup() const;
-    /// Any key; it goes into the profile.
+    /// Accepts any key; stores it in the profile.
     void SetOption(const char* key);
     CString GetOption() const { return m_strKey; }
     CString GetSubHeading() override { return GetGroup(); }
 
 protected:
-    /// A profile that holds none of the keys is set to none.
+    /// A stored value that is not among the keys is cleared.
     void AddBody(CHtmlWriter& writer) override;
-    /// A group's key, case and all, becomes the current one; 0 for any other text.
+    /// Selects the group with this key, case-sensitively; returns 0 for any other text.
     int ProcessSubcommand(const char* rest) override;
     void SaveState() const override;
     void RestoreState() override;
@@ -182,26 +186,27 @@ private:
     CString m_strKey;
 };
 
-/// The things used last, the latest first, kept in the profile as a list with "," between the ids: an id must hold none.
+/// The most recently used items, newest first, stored in the profile as a comma-separated list: an id must not contain
+/// ",".
 class QVCOMMON_API CMruNavBar : public CNavBar {
 public:
-    /// @param capacity  how many ids there are at most; at least 1.
+    /// @param capacity  the maximum number of ids; at least 1.
     CMruNavBar(int capacity, const char* section, const char* entry);
 
-    /// Puts the id to the front, makes it the current one and saves the list. When the list is full the last id goes.
+    /// Moves the id to the front, makes it the current one and saves the list. If the list is full, the last id is
+    /// removed.
     void AddId(const char* id);
-    /// Each: The whole list, empty places too. Fewer ids than the capacity leave empty places, more are cut off. The
-    /// constructor loads the list by this class's own rule.
+    /// Each: Saves or loads the whole list, including empty entries. If there are fewer ids than the capacity the rest
+    /// is empty, excess ones are dropped. The constructor calls this class's own version.
     virtual void SaveToRegistry();
     virtual void LoadFromRegistry();
     CString GetSubHeading() override;
 
 protected:
-    /// What the page shows for an id; one without such a text is not listed. The id itself, unless a derived class knows
-    /// better.
+    /// Returns the displayed text of an id; an id with an empty text is not listed. The id itself by default.
     virtual CString GetDisplayText(const CString& id);
     void AddBody(CHtmlWriter& writer) override;
-    /// 0: what a chosen id means is the application's business.
+    /// Returns 0: the application defines what selecting an id does.
     int ProcessSubcommand(const char* rest) override;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Everything that the library exports.
+/// @file Includes all public headers of the library.
 
 #include "qvcommon/AppRegistry.h"
 #include "qvcommon/Cabinet.h"

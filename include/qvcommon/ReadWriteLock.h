@@ -1,55 +1,55 @@
 #pragma once
 
-/// @file Locks between the threads of one process.
+/// @file Locks between the threads of a process.
 
 #include <memory>
 
 #include "qvcommon/framework/Synchronization.h"
 
-/// A lock of many readers or one writer. Writers come first: while one waits, no new reader gets in, and a writer that
-/// has finished hands over to the next writer before any reader.
+/// A lock for many readers or one writer. Writers are preferred: while one waits, new readers block, and a writer that
+/// has finished passes the lock to the next writer before any reader.
 ///
 ///     held by     | StartRead                    | StartWrite | EndRead                  | EndWrite
 ///     ------------+------------------------------+------------+--------------------------+------------------------
-///     nobody      | reads; waits if a writer is  | writes     |                          |
-///                 | waiting (it is on its way)   |            |                          |
+///     none        | reads; waits if a writer is  | writes     |                          |
+///                 | about to take the lock       |            |                          |
 ///     n readers   | reads; waits if a writer is  | waits      | n - 1 readers; the last  |
 ///                 | waiting                      |            | one wakes a writer       |
-///     a writer    | waits                        | waits      |                          | nobody; wakes a writer
+///     a writer    | waits                        | waits      |                          | none; wakes a writer
 ///                 |                              |            |                          | if any waits, else all
 ///                 |                              |            |                          | readers
 ///
-/// Waits have no limit. Not re-entrant: a thread that holds the lock and asks to write, or that writes and asks to
-/// read, waits for ever; one that reads and asks to read waits for ever if a writer came between. Readers wait as long
-/// as writers keep coming. A writer that has been passed by others several times is not passed any more by writers that
-/// come later.
+/// Waits have no timeout. Not re-entrant: a thread that holds the lock and requests to write, or that writes and
+/// requests to read, deadlocks; one that reads and requests to read deadlocks if a writer is waiting. Readers starve
+/// while writers keep arriving. A writer that others have overtaken several times is no longer overtaken by later
+/// writers.
 ///
-/// At most 2^31 readers hold the lock at once; the next one waits until another one ends.
+/// At most 2^31 readers hold the lock at once; further ones wait until another one ends.
 ///
-/// Any thread may call any member; who ends is who started. A copy is a lock of its own with the state that the other one
-/// has at that moment, so a copy of a free lock is free. The copy of a held one is held too, and by nobody who would end
-/// that: whoever copies it has to end what it took over. Who waits for the other lock counts as waiting for the copy
-/// without ever coming, and keeps readers out of it for ever. A lock that is assigned to must be free.
+/// Thread-safe; a lock must be released by the thread that took it. A copy is a separate lock with the current state of
+/// the other one, so a copy of a free lock is free. The copy of a held lock is held too, without an owner: the code
+/// that copies it must release it. Threads waiting for the original count as waiting for the copy but never arrive,
+/// which blocks its readers for ever. A lock that is assigned to must be free.
 class QVCOMMON_API CReadWriteLock {
 public:
-    /// @throws std::bad_alloc when no memory is left.
+    /// @throws std::bad_alloc if out of memory.
     CReadWriteLock();
     CReadWriteLock(const CReadWriteLock& other);
     CReadWriteLock& operator=(const CReadWriteLock& other);
 
-    /// Waits until the calling thread may read. Each call needs its EndRead.
+    /// Waits until the calling thread may read. Each call must be paired with EndRead.
     void StartRead();
-    /// Gives back what StartRead took.
+    /// Releases the lock taken by StartRead.
     void EndRead();
-    /// Waits until the calling thread has the lock for itself. Each call needs its EndWrite.
+    /// Waits until the calling thread has exclusive access. Each call must be paired with EndWrite.
     void StartWrite();
-    /// Gives back what StartWrite took.
+    /// Releases the lock taken by StartWrite.
     void EndWrite();
 
 private:
     friend class CLockableObject;
 
-    // As EndRead and EndWrite, where the lock may be deleted before they return, by who waited for them.
+    // Like EndRead and EndWrite, if a waiting thread may delete the lock before they return.
     void EndReadOfDeleted();
     void EndWriteOfDeleted();
 
@@ -57,10 +57,10 @@ private:
     std::shared_ptr<Lock> m_lock;
 };
 
-/// Holds a critical section, another object's, for the length of a scope.
+/// Holds a critical section for the duration of a scope.
 class QVCOMMON_API CCriticalExclusion {
 public:
-    /// Waits for the section and takes it. The section must outlive this object.
+    /// Waits for the section and takes it. Not owned; must outlive this object.
     explicit CCriticalExclusion(CCriticalSection& section) : m_section(section) { m_section.Lock(); }
     ~CCriticalExclusion() { m_section.Unlock(); }
     CCriticalExclusion(const CCriticalExclusion&) = delete;

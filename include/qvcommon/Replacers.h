@@ -1,16 +1,16 @@
 #pragma once
 
-/// @file Rewriting the marked regions of a text: each region between a start marker and an end marker has its markers
-/// replaced and its inner text passed through a member that derived classes override.
+/// @file Rewriting the marked regions of a string: the start marker and the end marker of each region are replaced, and
+/// its inner text is passed through a member that derived classes override.
 ///
-/// One object, one thread. The order of the virtual members is part of the interface.
+/// Not thread-safe. The order of the virtual members is part of the interface.
 
 #include "qvcommon/framework/Collections.h"
 
-/// The base leaves the inner texts as they are. Copies have the same markers, replacements and case rule.
+/// The base leaves the inner texts unchanged. Copies have the same markers, replacements and case rule.
 class QVCOMMON_API CEscapedStringReplacer {
 public:
-    /// Empty markers and replacements; markers are found without regard to case.
+    /// Starts with empty markers and replacements; markers are case-insensitive.
     CEscapedStringReplacer() = default;
     CEscapedStringReplacer(const CEscapedStringReplacer&) = default;
     CEscapedStringReplacer& operator=(const CEscapedStringReplacer&) = default;
@@ -18,31 +18,30 @@ public:
 
     /// Returns the text with its regions rewritten, from left to right.
     ///
-    /// The search for the next start marker begins at the end marker, not behind it: where both markers are the same, each
+    /// The search for the next start marker begins at the end marker, not after it: if both markers are the same, each
     /// end marker is the next start marker, and "%" on both sides makes regions of b and c in "a%b%c%d". A start marker
-    /// without an end marker is still replaced, and what follows it stays. An empty start marker is found nowhere; an empty
-    /// end marker right behind the start marker. Time grows with the text and the result.
+    /// without an end marker is still replaced, and the text after it is kept. An empty start marker never matches; an
+    /// empty end marker matches right after the start marker. O(n) in the text and the result.
     virtual CString ReplaceEscapes(std::string_view text);
 
-    /// Not zero: markers are found case and all.
+    /// Non-zero: markers are case-sensitive.
     virtual void SetCaseSentitive(int caseSensitive);
 
-    /// Each: the marker before a region, or the one after it, and what takes its place in the result. A virtual call
-    /// each.
+    /// Each: Returns the marker before a region, or the one after it, or its replacement. A virtual call each.
     virtual CString GetStartFind() const;
     virtual CString GetStartReplace() const;
     virtual CString GetEndFind() const;
     virtual CString GetEndReplace() const;
-    /// Each: sets what the getter of that name returns.
+    /// Each: Sets the value returned by the getter of that name.
     virtual void SetStartFind(std::string_view text);
     virtual void SetStartReplace(std::string_view text);
     virtual void SetEndFind(std::string_view text);
     virtual void SetEndReplace(std::string_view text);
 
 protected:
-    /// What takes the place of a region's inner text: the inner text itself. Called once a region, in order. It may
-    /// call the setters; new replacements count from then on, new markers and a new case rule from the next
-    /// ReplaceEscapes on.
+    /// Returns the replacement of a region's inner text: the inner text itself. Called once per region, in order. It
+    /// may call the setters; new replacements take effect at once, new markers and a new case rule with the next
+    /// ReplaceEscapes.
     virtual CString GetEscapedText(std::string_view inner);
 
 private:
@@ -50,21 +49,21 @@ private:
     int m_caseSensitive = 0;
 };
 
-/// Puts a space in the place of every tag: from "<" to the next ">".
+/// Replaces every tag, from "<" to the next ">", by a space.
 class QVCOMMON_API CStripTag : public CEscapedStringReplacer {
 public:
     CStripTag();
 
 protected:
-    /// A single space, whatever the inner text.
+    /// Returns a single space.
     CString GetEscapedText(std::string_view inner) override;
 };
 
-/// Takes the inner texts out of a text, markers included, and appends them to the caller's array. The markers are the
-/// caller's to set, as is the array, which has to outlive this object.
+/// Extracts the inner texts, markers included, and appends them to the caller's array. The caller sets the markers and
+/// owns the array, which must outlive this object.
 class QVCOMMON_API CGetEscapedStrings : public CEscapedStringReplacer {
 public:
-    /// Refers to the array.
+    /// Stores a reference to the array.
     explicit CGetEscapedStrings(CStringArray& texts) : m_texts(texts) {}
 
 protected:

@@ -2,24 +2,26 @@
 
 #include "qvcommon/framework/String.h"
 
-/// Documents in the hands of the desktop: its own program for their kind opens or prints them, its file manager shows them.
+/// Opens or prints documents with the program associated with their type, and shows them in the file manager.
 ///
-/// On Windows these are the shell's verbs. On Linux `xdg-open` opens, `lp` prints, and the file manager is asked over
-/// D-Bus (org.freedesktop.FileManager1, by `gdbus` or `dbus-send`); where none answers, `xdg-open` opens the folder. All
-/// programs are started without a shell, so names may hold any bytes.
+/// On Windows it uses the shell's verbs. On Linux it opens with `xdg-open`, prints with `lp`, and calls the file
+/// manager over D-Bus (org.freedesktop.FileManager1, by `gdbus` or `dbus-send`); if none responds, `xdg-open` opens the
+/// folder. Programs are started without a shell, so names may contain any bytes.
 ///
-/// A member returns when the desktop has taken the document over; on Linux after 3 seconds at the latest, when the program
-/// may still refuse it without an error here. It does not wait for the user. On Windows a document that is a program is run.
+/// Members return when the desktop has accepted the document; on Linux after at most 3 seconds, when the program may
+/// still reject it without an error here. They do not wait for the user. On Windows a document that is a program is
+/// run.
 ///
-/// All members raise, when the document does not exist, CFileException* naming it; when the desktop has no program for it
-/// or refuses it, CVorbexException* (severity 48, code 0) with the document and the reason. Any thread; on Windows a
-/// thread without COM has it during the call.
+/// All members raise CFileException* naming the document if it does not exist, and CVorbexException* (severity 48, code
+/// 0) with the document and the reason if the desktop has no program for it or rejects it. Thread-safe; on Windows COM
+/// is initialized for the call on a thread without it.
 class QVCOMMON_API CShellVerbHelper {
 public:
-    /// A file or folder.
+    /// Opens a file or folder.
     static void Open(const char* document);
-    /// On Linux what the printing system itself can print: texts, PDF, pictures. On Windows kinds whose program has the verb.
+    /// Prints. On Linux, types supported by the printing system: text, PDF, pictures. On Windows, types whose program
+    /// has the verb.
     static void Print(const char* document);
-    /// Shows the file or folder selected in its folder.
+    /// Shows the file or folder, selected in its parent folder.
     static void Reveal(const char* document);
 };

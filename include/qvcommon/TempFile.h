@@ -1,53 +1,55 @@
 #pragma once
 
-/// @file A file of a fresh name that goes when its object does.
+/// @file A file with a unique name that is deleted with its object.
 
 #include "qvcommon/framework/String.h"
 
-/// A temporary file. By default it lies in the system's temporary folder, is called "QV", six random capital letters and a
-/// final point, and is deleted with the object.
+/// A temporary file. By default it is created in the system's temporary folder, is named "QV", six random capital
+/// letters and a trailing dot, and is deleted with the object.
 ///
-/// The names are not secret. The file is created exclusively: a file that another program creates under the name first is
-/// left alone, and the next name is tried. One object, one thread; different objects may work in different threads.
+/// The names are not secret. The file is created exclusively: if another program creates the name first, that file is
+/// left alone, and another name is tried. Not thread-safe; different objects may be used on different threads.
 class QVCOMMON_API CTempFile : public CObject {
 public:
     CTempFile();
-    /// Deletes the file, unless SetDeleteOnDtor said otherwise.
+    /// Deletes the file, unless disabled by SetDeleteOnDtor.
     ~CTempFile() override;
     CTempFile(const CTempFile&) = delete;
     CTempFile& operator=(const CTempFile&) = delete;
 
-    /// Makes an empty, closed file and owns it; a file owned before is deleted first. With `useGivenName` non-zero, or
-    /// after SetFilename, it takes the present name if there is one, and empties a file of that name; otherwise a fresh
-    /// one. A folder that does not exist keeps it looking for ever: set one that does.
-    /// @throws CFileException* with the system's error and the name when too many files are open, access is refused or
-    /// folder or disk is full; with accessDenied and no name when a given name cannot be made for another reason, or after
-    /// 1000 fresh names that exist. The object is then as before, but for the file owned before, which is gone.
+    /// Creates an empty, closed file and owns it; a file owned before is deleted first. With `useGivenName` non-zero,
+    /// or after SetFilename, it uses the current name, if any, and truncates an existing file of that name; otherwise a
+    /// new one. Does not return while the folder does not exist: set an existing one.
+    /// @throws CFileException* with the system's error and the name if too many files are open, access is denied or
+    /// folder or disk is full; with accessDenied and no name if a given name cannot be created for another reason, or
+    /// after 1000 new names that exist. The object is then unchanged, except that the file owned before is deleted.
     virtual void Create(int useGivenName = 0);
-    /// Back to the system's temporary folder.
+    /// Restores the system's temporary folder.
     virtual void SetTempDirectory();
-    /// Where new names lie, used as it is: with its final separator. The empty text means the temporary folder.
+    /// Sets the folder of new names, used verbatim: include the trailing separator. An empty string means the temporary
+    /// folder.
     virtual void SetDirectory(const char* directory);
     virtual CString GetDirectory() const;
-    /// The whole path; empty while there is no file.
+    /// Returns the full path; empty while there is no file.
     virtual CString GetFilename() const;
-    /// The extension of new names, without its point; empty at first.
+    /// Returns the extension of new names, without its dot; empty by default.
     virtual CString GetExtension() const;
-    /// Without a point: one is always added.
+    /// Sets the extension, without a dot: one is always added.
     virtual void SetExtension(const char* extension);
-    /// What new names begin with, before the six letters; "QV" at first.
+    /// Sets the prefix of new names, before the six letters; "QV" by default.
     virtual void SetPrefix(const char* prefix);
     virtual CString GetPrefix() const;
-    /// Non-zero, as at first: the file is deleted with the object.
+    /// Non-zero (the default): the file is deleted with the object.
     virtual void SetDeleteOnDtor(int deleteOnDtor);
 
-    /// Deletes the file owned before, then owns the named one: it will be deleted like a file of the object's own making.
+    /// Deletes the file owned before, then takes ownership of the named one: it will be deleted like a file created by
+    /// the object.
     void SetFilename(const char* filename);
 
 protected:
-    /// Deletes the file owned. When that fails, it is still owned; a name from SetFilename is kept in any case.
+    /// Deletes the owned file. If that fails, it is still owned; a name from SetFilename is kept in any case.
     virtual void RemoveFile();
-    /// Six random capital letters.
+    /// Returns six random capital letters.
     static CString GetRandomName();
 
 private:

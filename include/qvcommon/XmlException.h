@@ -3,8 +3,8 @@
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/XmlDom.h"
 
-/// An error of XML: text and severity as every error of the library has them, the DOM's error code or the caller's number,
-/// and a second number of the caller's. Thrown by pointer; who catches one ends it with Delete().
+/// An XML error: text and severity as in every error of the library, the DOM's error code or the caller's number, and a
+/// second number of the caller. Thrown by pointer; the catcher frees it with Delete().
 class QVCOMMON_API CXmlException : public CVorbexException {
     DECLARE_DYNAMIC(CXmlException)
 
@@ -15,9 +15,9 @@ public:
     [[noreturn]] static void Throw(const MSXML2::IXMLDOMParseError& error, int severity, int detail);
     [[noreturn]] static void Throw(const char* message, int severity, int errorCode, int detail);
 
-    /// The DOM's error code, or the number that the caller of Throw gave.
+    /// Returns the DOM's error code, or the number passed to Throw.
     int GetErrorCode() const { return m_errorCode; }
-    /// The second number that the caller of Throw gave.
+    /// Returns the second number passed to Throw.
     int GetDetail() const { return m_detail; }
 
 private:

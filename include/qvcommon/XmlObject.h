@@ -1,13 +1,13 @@
 #pragma once
 
-/// @file Objects that save themselves into sections of text (XmlSection.h) and load from them.
+/// @file Objects that are saved to and loaded from sections of text (XmlSection.h).
 
 #include "qvcommon/ClassFactory.h"
 #include "qvcommon/framework/Collections.h"
 
 class CXmlSection;
 
-/// An object that keeps itself in a section. Derived classes are registered with CXmlObjectFactory by their type.
+/// An object that is stored in a section. Derived classes are registered with CXmlObjectFactory by their type.
 class QVCOMMON_API CXmlObject : public CObject {
     DECLARE_DYNAMIC(CXmlObject)
 
@@ -15,30 +15,30 @@ public:
     CXmlObject() = default;
     ~CXmlObject() override;
 
-    /// The type's name: the tag of the object's section, its blanks as "_".
+    /// Returns the type's name: the tag of the object's section, its blanks as "_".
     virtual CString GetType() const = 0;
-    /// Writes the object's values into a section of its own, with the Add operations.
+    /// Writes the object's values to a section of its own, with the Add operations.
     virtual void SaveXml(CXmlSection& section) const = 0;
-    /// Reads them back. What is missing has its default value.
+    /// Reads them back. Missing values get their defaults.
     virtual void LoadXml(const CXmlSection& section) = 0;
 };
 
-/// The objects are the caller's to delete.
+/// The objects are owned by the caller.
 using CXmlObjectArray = CArray<CXmlObject*, CXmlObject*>;
 
-/// Makes objects by the names of their types.
+/// Creates objects by the names of their types.
 class QVCOMMON_API CXmlObjectFactory {
 public:
-    /// Makes a class with a default constructor known by its type, in place of an earlier one. Safe from any thread, as
-    /// all
+    /// Registers a class with a default constructor under its type, replacing an earlier one. Thread-safe, as all
     /// members are.
     template <class T>
     static void Register(std::string_view type) {
         CQVClassFactory::Register<T>(KeyOf(type));
     }
-    /// Returns whether the type was known.
+    /// Returns whether the type was registered.
     static bool Unregister(std::string_view type) { return CQVClassFactory::Unregister(KeyOf(type)); }
-    /// A new object, owned by the caller; null for a type that nobody registered. Blanks and "_" are the same.
+    /// Returns a new object, owned by the caller; null for a type that is not registered. Blanks and "_" are
+    /// equivalent.
     static CXmlObject* CreateObject(std::string_view type);
 
 private:

@@ -1,18 +1,19 @@
 #pragma once
 
 /// @file Sections of XML text, written and read without a DOM: values, lists, maps and objects as nested elements.
-/// docs/formats/xml-sections.md is the format's page.
+/// docs/formats/xml-sections.md describes the format.
 ///
-/// A section is either written, line by line with the Add operations, or read, after SetRawXml or GetSection. Tags may hold
-/// anything but "<" and ">", and no "/" in front; a blank is written, and looked up, as "_". There are no attributes,
-/// comments or declarations: whatever stands between "<" and ">" is the tag. Texts are bytes; no code page plays a part.
+/// A section is either written, line by line with the Add operations, or read, after SetRawXml or GetSection. Tags may
+/// contain any character except "<" and ">", and no leading "/"; a blank is written, and looked up, as "_". There are
+/// no attributes, comments or declarations: everything between "<" and ">" is the tag. Strings are bytes, independent
+/// of the code page.
 ///
-/// **Values that are the default are left out**: empty, 0, FALSE, an invalid date, unless `force` is not zero. Reading, a
-/// missing element is the default: Get operations return 0 then and set their output to it.
+/// **Default values are left out**: empty, 0, FALSE, an invalid date, unless `force` is non-zero. Reading treats a
+/// missing element as the default: Get operations then return 0 and set their output to it.
 ///
-/// Copies of a section that was read, and its inner sections, share its text; each keeps it alive. Looking up a value takes
-/// the same time whatever the number of elements, after a first look that is linear in the elements of the section. A
-/// section belongs to one thread.
+/// Copies of a section that was read, and its inner sections, share its text; each keeps it alive. Looking up a value
+/// is O(1), after the first lookup, which is O(n) in the elements of the section. A section must be used by one thread
+/// only.
 
 #include <memory>
 
@@ -26,11 +27,11 @@ class SectionNode;
 
 }  // namespace qv
 
-/// A section: values and other sections under tags, written or read as text.
+/// A section: values and other sections with tags, written or read as text.
 class QVCOMMON_API CXmlSection {
 public:
     CXmlSection();
-    /// An empty section with this tag.
+    /// Creates an empty section with this tag.
     explicit CXmlSection(std::string_view tag);
     virtual ~CXmlSection();
     CXmlSection(const CXmlSection&);
@@ -38,97 +39,100 @@ public:
     CXmlSection& operator=(const CXmlSection&);
     CXmlSection& operator=(CXmlSection&&) noexcept;
 
-    /// The section's own tag, not checked; empty for none.
+    /// The section's own tag, not validated; empty for none.
     void SetTagName(std::string_view tag) { m_tag = tag; }
     CString GetTagName() const { return m_tag; }
-    /// The tag of the first element that was read; empty when there is none. A text read into a section without a tag tells
-    /// its root element's name that way.
+    /// Returns the tag of the first element that was read; empty if nothing was read. After reading into a section
+    /// without a tag, this is the name of the root element.
     CString GetNextTag() const;
-    /// Back to a section without content; the tag stays.
+    /// Removes all content, keeping the tag.
     void Clear();
-    /// 1 when there is nothing to save: neither lines written nor elements read.
+    /// Returns 1 if there is nothing to save: neither lines written nor elements read.
     BOOL EmptyForSave() const;
 
     // Writing (xml/XmlSectionWrite.cpp)
     //
-    // A section holds at most 2^31 - 1 bytes. An operation that would pass this raises CVorbexException* (severity 16, code
-    // 1, "The text is too long") and writes nothing.
+    // A section contains at most 2^31 - 1 bytes. An operation that would exceed this raises CVorbexException* (severity
+    // 16, code 1, "The text is too long") and writes nothing.
 
-    /// "<tag>text</tag>", the text escaped by Clean.
+    /// Writes "<tag>text</tag>", the text escaped by Clean.
     void AddString(std::string_view tag, std::string_view text, BOOL force = 0);
-    /// As decimal digits.
+    /// Writes decimal digits.
     void AddInteger(std::string_view tag, int value, BOOL force = 0);
-    /// With six decimals, and a point whatever the locale.
+    /// Writes six decimals, and a decimal point regardless of the locale.
     void AddDouble(std::string_view tag, double value, BOOL force = 0);
-    /// "TRUE" or "FALSE".
+    /// Writes "TRUE" or "FALSE".
     void AddBool(std::string_view tag, BOOL value, BOOL force = 0);
-    /// "05 May 2004 14:03", with the English names of months whatever the locale; "INVALID DATE".
+    /// Writes "05 May 2004 14:03", with the English names of months regardless of the locale; "INVALID DATE".
     void AddDate(std::string_view tag, const COleDateTime& value, BOOL force = 0);
-    /// Nested, an element "ITEM" for each: empty ones only when forced. Left out when the array is empty.
+    /// Writes a nested element "ITEM" for each string: empty ones only if forced. Left out if the array is empty.
     void AddStringArray(std::string_view tag, const CStringArray& texts, BOOL force = 0);
-    /// Each: Nested, an element "ENTRY" with "KEY" and "VALUE" for each pair. Left out when the map is empty.
+    /// Each: Writes a nested element "ENTRY" with "KEY" and "VALUE" for each pair. Left out if the map is empty.
     void AddStringToStringMap(std::string_view tag, const CMapStringToString& map, BOOL force = 0);
     void AddStringToIntMap(std::string_view tag, const CMapStringToInt& map, BOOL force = 0);
-    /// Another section with its tag around it: one that was written with its lines indented, one that was read as its text
-    /// stands. Left out when it is empty.
+    /// Writes another section enclosed in its tag: a written one with its lines indented, one that was read verbatim.
+    /// Left out if it is empty.
     void AddSection(const CXmlSection& section, BOOL force = 0);
-    /// The object, saved into a section named by its type.
+    /// Writes the object to a section named after its type.
     void AddObject(const CXmlObject& object, BOOL force = 0);
-    /// Nested, the section of each object, also of those that saved nothing. Left out when the array is empty.
+    /// Writes the nested section of each object, also of those that saved nothing. Left out if the array is empty.
     void AddObjectArray(std::string_view tag, const CXmlObjectArray& objects, BOOL force = 0);
-    /// A line as it is, behind the present indentation, which is 4 blanks less from this line on, or 4 more from the next.
-    /// The format indents every level, so the text of n levels in each other grows with n squared: 20,000 are 1.6 GB.
+    /// Writes a line verbatim, after the current indentation, which is reduced by 4 blanks from this line on, or
+    /// increased by 4 from the next. Every level is indented, so the text of n nested levels is O(n^2): 20,000 are 1.6
+    /// GB.
     void AppendRawXml(std::string_view text, BOOL indentAfter, BOOL outdentBefore);
-    /// The lines written; of a section that was read the character data between its elements, as it stands there.
+    /// Returns the lines written; for a section that was read the character data between its elements, verbatim.
     CString GetRawXml() const;
 
     // Reading (xml/XmlSectionRead.cpp)
 
-    /// Takes a text in the place of the content. In a section without a tag it is read to its end; in one with a tag it has
-    /// to hold the closing tag, and is read up to there.
+    /// Replaces the content by a text. In a section without a tag it is read to its end; in one with a tag it must
+    /// contain the closing tag, and is read up to there.
     ///
-    /// Linear in time and memory, however deep elements are nested.
+    /// O(n) in time and memory, regardless of the nesting depth.
     /// @return the number of bytes read.
-    /// @throws CVorbexException* (severity 16, code 1) for tags that are not closed or do not match, for a stray ">", and
-    /// for 2 GB or more. The section is then empty.
+    /// @throws CVorbexException* (severity 16, code 1) for tags that are not closed or do not match, for a stray ">",
+    /// and for 2 GB or more. The section is then empty.
     int SetRawXml(std::string_view text);
 
-    /// The text of element number `index`, from 0, with that tag, its escapes undone. "a b" and "a_b" count as one tag.
+    /// Reads the unescaped text of element number `index`, from 0, with that tag. "a b" and "a_b" are the same tag.
     virtual BOOL GetString(std::string_view tag, CString& value, int index = 0) const;
-    /// As atoi has it; the nearest number for one out of range.
+    /// Parsed as by atoi; the nearest number for one out of range.
     BOOL GetInteger(std::string_view tag, int& value, int index = 0) const;
-    /// As atof has it, with a decimal point whatever the locale.
+    /// Parsed as by atof, with a decimal point regardless of the locale.
     BOOL GetDouble(std::string_view tag, double& value, int index = 0) const;
     /// TRUE exactly for "true" in any case.
     BOOL GetBool(std::string_view tag, BOOL& value, int index = 0) const;
-    /// As COleDateTime::ParseDateTime reads it; 1 for whatever element is there.
+    /// Parsed by COleDateTime::ParseDateTime; returns 1 for any existing element.
     BOOL GetDate(std::string_view tag, COleDateTime& value, int index = 0) const;
-    /// The element itself as a section; an empty one with that tag when it is missing.
+    /// Returns the element itself as a section; an empty one with that tag if it is missing.
     BOOL GetSection(std::string_view tag, CXmlSection& section, int index = 0) const;
-    /// Lets the object load from section number `index` of its type. 0, and the object left alone, when it is missing.
+    /// Loads the object from section number `index` of its type. Returns 0, leaving the object unchanged, if it is
+    /// missing.
     BOOL LoadObject(CXmlObject& object, int index = 0) const;
-    /// Each: Clear the output first. Array: up to the first missing "ITEM".
+    /// Each: Clears the output first. Array: up to the first missing "ITEM".
     BOOL GetStringArray(std::string_view tag, CStringArray& texts) const;
     BOOL GetStringToStringMap(std::string_view tag, CMapStringToString& map) const;
     BOOL GetStringToIntMap(std::string_view tag, CMapStringToInt& map) const;
-    /// Appends a new object for every section in the array, in order, made by CXmlObjectFactory, those of unknown types
-    /// left out; or all of them of the given class, if it makes objects and they are CXmlObjects. They are the
-    /// caller's, also when loading one raises.
+    /// Appends a new object for every section in the array, in order, created by CXmlObjectFactory, skipping unknown
+    /// types; or all of the given class, if it can be created dynamically and derives from CXmlObject. The caller owns
+    /// them, even if loading one raises an exception.
     BOOL GetObjectArray(std::string_view tag, CXmlObjectArray& objects, const CRuntimeClass* type = nullptr) const;
-    /// The same, but sections of unknown types are not left out: they come as CXmlUnknownEntry (XmlEntryTemplate.h), which
-    /// AddObjectArray writes as they were.
+    /// Does the same, but sections of unknown types become a CXmlUnknownEntry (XmlEntryTemplate.h), which
+    /// AddObjectArray writes unchanged.
     BOOL GetEntryArray(std::string_view tag, CXmlObjectArray& objects) const;
 
-    /// The key of an element: the index in eight or more lower-case hexadecimal digits, and the tag, its blanks as "_".
+    /// Returns the key of an element: the index in eight or more lower-case hexadecimal digits, and the tag, its blanks
+    /// as "_".
     static CString GetIndex(int index, std::string_view tag);
 
     // Escaping
 
-    /// & < > LF CR, as "&amp;", "&lt;", "&gt;", "&#10;", "&#13;".
+    /// Escapes & < > LF CR, as "&amp;", "&lt;", "&gt;", "&#10;", "&#13;".
     static CString Clean(std::string_view text);
     /// The inverse.
     static CString Dirty(std::string_view text);
-    /// Blanks as "_".
+    /// Replaces blanks by "_".
     static CString CleanTag(std::string_view tag);
 
     /// Raises the error (severity 16, the number, shown). @throws CVorbexException*
@@ -143,7 +147,7 @@ private:
 
     CString m_tag;
     std::string m_text;                             // the lines written
-    std::string m_escaped;                          // room for the text of a line
+    std::string m_escaped;                          // buffer for the text of a line
     int m_indent = 0;                               // in blanks
-    std::shared_ptr<const qv::SectionNode> m_node;  // what was read
+    std::shared_ptr<const qv::SectionNode> m_node;  // the parsed content
 };

@@ -1,14 +1,14 @@
 #pragma once
 
-/// @file The error that failing COM calls raise, by value. It takes the place of the class of that name in the system's
-/// comdef.h; one source cannot include both.
+/// @file The error raised by failing COM calls, by value. It replaces the class of that name in the system's comdef.h;
+/// one source file cannot include both.
 
 #include "qvcommon/framework/String.h"
 
-/// A failed COM call: its code and what there is to say of it. A value.
+/// A failed COM call: its code and description. A value type.
 class QVCOMMON_API _com_error {
 public:
-    /// The codes that the library itself raises; a platform's DOM adds its own.
+    /// The codes raised by the library itself; a platform's DOM adds its own.
     enum Code : HRESULT {
         kPointer = static_cast<HRESULT>(0x80004003),     ///< E_POINTER: a null handle was used
         kFail = static_cast<HRESULT>(0x80004005),        ///< E_FAIL
@@ -16,18 +16,18 @@ public:
         kOutOfMemory = static_cast<HRESULT>(0x8007000E)  ///< E_OUTOFMEMORY
     };
 
-    /// With these values; the message is the code's own.
+    /// With these values; the message is derived from the code.
     explicit _com_error(HRESULT error, CString description = {});
     _com_error(const _com_error&) = default;
     _com_error& operator=(const _com_error&) = default;
     virtual ~_com_error();
 
-    /// The code.
+    /// Returns the code.
     HRESULT Error() const { return m_error; }
-    /// The code's own text, the same on every system; "Unknown error 0x%08X" for a code without one. Valid as long as the
-    /// object.
+    /// Returns the text of the code, the same on every system; "Unknown error 0x%08X" for a code without one. Valid for
+    /// the lifetime of the object.
     const char* ErrorMessage() const { return m_message; }
-    /// What the one who raised it had to say; may be empty.
+    /// Returns the description given by the raiser; may be empty.
     CString Description() const { return m_description; }
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file printf-style formatting that is checked by the compiler: each conversion against the type of its value. A text
-/// value may be a CString; it goes in by its length, never as an object through a C ellipsis.
+/// @file printf-style formatting checked at compile time: each conversion against the type of its value. A string value
+/// may be a CString; it is passed by length, never as an object through a C ellipsis.
 
 #include <concepts>
 #include <cstdint>
@@ -14,19 +14,19 @@
 
 namespace qv {
 
-/// One value to be formatted. Texts are referred to, not copied.
+/// A value to be formatted. Strings are referenced, not copied.
 struct FormatArg {
-    /// What conversions fit the value.
+    /// The conversions that the value supports.
     enum class Kind : unsigned char { Integer, Real, Text, Pointer };
 
-    Kind kind;                   ///< decides which of the members mean something
+    Kind kind;                   ///< determines which of the members are valid
     unsigned char size = 0;      ///< of an integer, in bytes
-    std::uint64_t integer = 0;   ///< the value's bits, sign-extended when its type is signed; a pointer's address
+    std::uint64_t integer = 0;   ///< the value's bits, sign-extended if its type is signed; a pointer's address
     double real = 0;             ///< of a floating-point value
-    std::string_view text = {};  ///< of a text; must outlive this object
+    std::string_view text = {};  ///< of a string; must outlive this object
 };
 
-/// The kind of a type's values. Does not compile for a type that printf cannot format.
+/// Returns the kind of a type's values. Does not compile for a type that printf cannot format.
 template <class T>
 constexpr FormatArg::Kind FormatKind() {
     using D = std::remove_cvref_t<T>;
@@ -43,7 +43,7 @@ constexpr FormatArg::Kind FormatKind() {
     }
 }
 
-/// The value as an argument. A null text is "(null)".
+/// Returns the value as an argument. A null string is "(null)".
 template <class T>
 FormatArg MakeFormatArg(const T& value) {
     constexpr auto kind = FormatKind<T>();
@@ -59,14 +59,14 @@ FormatArg MakeFormatArg(const T& value) {
         return {.kind = kind, .integer = reinterpret_cast<std::uintptr_t>(value)};
 }
 
-/// One conversion of a format: where it stands and what value it takes.
+/// One conversion of a format: its position and the value that it takes.
 struct FormatSpec {
     std::size_t end = 0;       ///< position after the conversion
     std::size_t flagsEnd = 0;  ///< flags, width and precision are the bytes from the percent sign up to here
-    char conversion = 0;       ///< '%' for a literal percent sign, 0 for a conversion that is not understood
-    int stars = 0;             ///< values of its own for width and precision
+    char conversion = 0;       ///< '%' for a literal percent sign, 0 for an unknown conversion
+    int stars = 0;             ///< number of values for width and precision
 
-    /// Whether the conversion fits a value of the kind.
+    /// Returns whether the conversion accepts a value of the kind.
     constexpr bool Takes(FormatArg::Kind kind) const {
         constexpr std::string_view integers = "diouxXc", reals = "eEfFgGaA";
         if (conversion == 's') return kind == FormatArg::Kind::Text;
@@ -76,8 +76,8 @@ struct FormatSpec {
     }
 };
 
-/// Reads the conversion whose percent sign stands at `position`. Length modifiers are accepted and have no meaning: the
-/// value's own type decides.
+/// Parses the conversion whose percent sign is at `position`. Length modifiers are accepted and ignored: the value's
+/// own type is used.
 constexpr FormatSpec ReadFormatSpec(std::string_view format, std::size_t position) {
     constexpr std::string_view flags = "-+ #0", digits = "0123456789", lengths = "hlLqjztIw",
                                known = "diouxXceEfFgGaAsp%";
@@ -102,13 +102,13 @@ constexpr FormatSpec ReadFormatSpec(std::string_view format, std::size_t positio
     const bool wide = at("I");
     while (at(lengths)) ++i;
     if (wide)
-        while (at("0123456789")) ++i;  // I64 and I32, as the Windows run time writes them
+        while (at("0123456789")) ++i;  // I64 and I32, as in the Windows run time
     if (at(known)) spec.conversion = format[i++];
     spec.end = i;
     return spec;
 }
 
-/// True when every conversion of the format finds a value of its kind and every value is used.
+/// Returns true if every conversion of the format has a value of its kind and every value is used.
 constexpr bool FormatFits(std::string_view format, const FormatArg::Kind* kinds, std::size_t count) {
     std::size_t used = 0;
     for (std::size_t i = 0; i < format.size();) {
@@ -126,23 +126,23 @@ constexpr bool FormatFits(std::string_view format, const FormatArg::Kind* kinds,
     return used == count;
 }
 
-/// A format that is only known while the program runs: `Format(qv::RuntimeFormat{text}, value)`. It is checked then.
+/// A format that is known only at run time: `Format(qv::RuntimeFormat{text}, value)`. It is checked then.
 struct RuntimeFormat {
     std::string_view text;  ///< must outlive this object
 };
 
-/// A format text together with the promise that it fits the values of types A.
+/// A format string that is known to fit values of types A.
 template <class... A>
 class FormatText {
 public:
-    /// Does not compile when the format does not fit its values.
+    /// Does not compile if the format does not fit its values.
     template <class S>
     requires std::convertible_to<const S&, std::string_view>
     consteval FormatText(const S& text) : m_text(text) {
         if (!Fits()) throw "the format does not fit its values";
     }
 
-    /// @throws CInvalidArgException* when the format does not fit its values.
+    /// @throws CInvalidArgException* if the format does not fit its values.
     FormatText(RuntimeFormat format) : m_text(format.text) {
         if (!Fits()) AfxThrowInvalidArgException();
     }
@@ -159,7 +159,7 @@ private:
     std::string_view m_text;
 };
 
-/// Appends the formatted text to `out`. The values have to fit the format.
+/// Appends the formatted text to `out`. The values must fit the format.
 QVCOMMON_API void QVCOMMON_CALL AppendFormat(std::string& out, std::string_view format, const FormatArg* args,
                                              std::size_t count);
 

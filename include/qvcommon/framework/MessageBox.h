@@ -1,11 +1,11 @@
 #pragma once
 
-/// @file The message box, and the seam by which a program shows it in its own way.
+/// @file The message box, and a handler interface to replace it.
 
 #include "qvcommon/Export.h"
 #include "qvcommon/framework/Types.h"
 
-/// Shows a text to the user and waits for the answer.
+/// Shows a text to the user and waits for the response.
 class IMessageBox {
 public:
     virtual ~IMessageBox() = default;
@@ -16,18 +16,19 @@ public:
     virtual int Show(const char* text, UINT style) = 0;
 };
 
-/// Shows a message box through the handler in force and returns its answer.
+/// Shows a message box through the current handler and returns its result.
 ///
-/// Without a handler, Windows shows the system's own box. Other systems write the text to standard error and take the
-/// answer that does no harm: OK where it is offered, else No, Cancel or Abort; never Yes.
+/// Without a handler, Windows shows the system's own box. Other systems write the text to standard error and return the
+/// safest response: OK if available, else No, Cancel or Abort; never Yes.
 QVCOMMON_API int QVCOMMON_CALL AfxMessageBox(const char* text, UINT style = 0, UINT helpId = 0);
 
-/// The same with one of the framework's texts by its number (AfxLoadString); a number without a text shows an empty box.
+/// Does the same with one of the framework's texts by number (AfxLoadString); an unknown number shows an empty box.
 QVCOMMON_API int QVCOMMON_CALL AfxMessageBox(UINT textId, UINT style = 0, UINT helpId = static_cast<UINT>(-1));
 
-/// The framework's own text of a number: 0xF020 "no error message is available", 0xF111 "enter a number"; null if unknown.
+/// Returns the framework's text of a number: 0xF020 "no error message is available", 0xF111 "enter a number"; null if
+/// unknown.
 QVCOMMON_API const char* QVCOMMON_CALL AfxLoadString(UINT textId);
 
-/// Puts a handler in force for the whole process, null for the default one, and returns the one before.
-/// The caller keeps the handler and its life; it must outlive its time in force. Safe from any thread.
+/// Sets a handler for the whole process, null for the default one, and returns the previous one. Not owned; must
+/// outlive its use. Thread-safe.
 QVCOMMON_API IMessageBox* QVCOMMON_CALL AfxSetMessageBox(IMessageBox* handler);

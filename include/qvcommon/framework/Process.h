@@ -5,9 +5,9 @@
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/StdioFile.h"
 
-/// A program that runs beside this one, started without a shell: its arguments arrive as they are given.
+/// A child program, started without a shell: its arguments arrive verbatim.
 ///
-/// One object, one thread; yet one thread may read Output() while another one works with the rest.
+/// Not thread-safe; but one thread may read Output() while another one uses the other members.
 class QVCOMMON_API CProcess {
 public:
     /// Which of the child's standard streams are pipes to this program.
@@ -18,34 +18,36 @@ public:
     };
 
     CProcess() = default;
-    /// Kills a child that still runs, and waits for its end.
+    /// Kills a child that is still running, and waits for its end.
     ~CProcess();
     CProcess(const CProcess&) = delete;
     CProcess& operator=(const CProcess&) = delete;
 
-    /// Starts a program; a name without a separator is looked for where the system looks for programs (PATH). Standard
-    /// streams without a pipe are shared with this program. The child keeps locks that say so (CLockFile::SetInheritable);
-    /// on Windows it gets no other handle, on Linux also those of files that were opened without CFile::modeNoInherit. A
-    /// child started before is ended as by the destructor.
-    /// @throws CFileException* naming the program when it cannot be started.
+    /// Starts a program; a name without a separator is searched for as the system does (PATH). Standard streams without
+    /// a pipe are shared with this program. The child keeps inheritable locks (CLockFile::SetInheritable); on Windows
+    /// it inherits no other handle, on Linux also those of files that were opened without CFile::modeNoInherit. A
+    /// previous child is ended as by the destructor.
+    /// @throws CFileException* naming the program if it cannot be started.
     void Start(const char* program, const CStringArray& arguments, UINT pipes = noPipes);
-    /// Whether a child was started that nobody has waited for; it may have ended.
+    /// Returns whether a child was started and not yet waited for; it may have ended.
     bool IsRunning() const { return m_process != kNone; }
 
-    /// Writes all of it to the child's standard input; false when the child no longer reads it, or has no such pipe.
+    /// Writes the whole text to the child's standard input; returns false if the child no longer reads it, or there is
+    /// no such pipe.
     bool WriteInput(std::string_view text);
-    /// Ends the child's standard input.
+    /// Closes the child's standard input.
     void CloseInput();
-    /// The child's standard output, as text. Closed when there is no such pipe.
+    /// Returns the child's standard output, as text. Closed if there is no such pipe.
     CStdioFile& Output() { return m_output; }
 
-    /// Ends the child's input, waits until the child has ended, and returns its exit status. A child that a signal ended on
-    /// Linux gives 128 plus the signal's number; one that Kill ended gives any status but 0. -1 when there is no child.
+    /// Closes the child's input, waits until the child has ended, and returns its exit status. A child terminated by a
+    /// signal on Linux gives 128 plus the signal's number; one terminated by Kill gives any status but 0. -1 if there
+    /// is no child.
     int Wait();
-    /// The same for a child that has the terminal: its interrupt and quit keys end the child and not this program, and on Linux
-    /// SIGTERM and SIGHUP are passed on to the child. Only for a program with one thread.
+    /// Does the same for a child that controls the terminal: its interrupt and quit keys end the child and not this
+    /// program, and on Linux SIGTERM and SIGHUP are passed on to the child. Only for a single-threaded program.
     int WaitInForeground();
-    /// Ends the child at once, wherever it stands; Wait waits for that.
+    /// Terminates the child at once; Wait waits until it has ended.
     void Kill();
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file The byte string. Texts are bytes in the process's multibyte code page; lengths and positions are byte counts from
-/// 0, and -1 means "not found". Embedded zero bytes survive every operation that goes by length.
+/// @file The byte string. Strings are bytes in the process's multibyte code page; lengths and positions are byte counts
+/// from 0, and -1 means "not found". Operations that use the length support embedded zero bytes.
 
 #include <compare>
 #include <concepts>
@@ -15,55 +15,55 @@ class CString;
 
 namespace qv {
 
-/// Any other text: what gives a view of its bytes, such as std::string and std::string_view. Pointers are not among them,
-/// since they may be null.
+/// Other string types: any that converts to a view of its bytes, such as std::string and std::string_view. Pointers are
+/// excluded, since they may be null.
 template <class T>
 concept OtherText = std::convertible_to<const T&, std::string_view> && !std::is_pointer_v<std::decay_t<T>> &&
                     !std::same_as<std::remove_cvref_t<T>, CString>;
 
-/// What C++ would take for a character or an offset, by accident.
+/// Types that would convert to a character or an offset by accident.
 template <class T>
 concept NoCharacter = std::is_arithmetic_v<T> && !std::same_as<T, char>;
 
 }  // namespace qv
 
-/// Also a std::string, with its members: it goes wherever one is taken, with all of its bytes.
+/// Derived from std::string, and accepted wherever one is, with all of its bytes.
 class QVCOMMON_API CString : public std::string {
 public:
-    /// The empty text.
+    /// The empty string.
     CString() = default;
-    /// A null pointer gives the empty text.
+    /// A null pointer gives the empty string.
     CString(const char* text) : std::string(text ? text : "") {}
-    /// The first `length` bytes; none when that is negative. Zero bytes count as others.
+    /// The first `length` bytes; none if that is negative. May contain zero bytes.
     CString(const char* text, int length) : std::string(text, Count(length)) {}
-    /// `count` times the byte; none when count is negative.
+    /// `count` copies of the byte; none if count is negative.
     explicit CString(char c, int count = 1) : std::string(Count(count), c) {}
-    /// Each: with all bytes of the text.
+    /// Each: With all bytes of the string.
     CString(std::string_view text) : std::string(text) {}
     CString(std::string&& text) noexcept : std::string(std::move(text)) {}
     CString(const std::string& text) : std::string(text) {}
     template <qv::NoCharacter T>
     explicit CString(T, int = 1) = delete;
 
-    /// Bytes.
+    /// Returns the number of bytes.
     int GetLength() const { return static_cast<int>(size()); }
-    /// Whether there are no bytes.
+    /// Returns whether the string is empty.
     bool IsEmpty() const { return empty(); }
-    /// Becomes the empty text.
+    /// Clears the string.
     void Empty() { clear(); }
 
-    /// The text up to its first zero byte as C reads it. Valid until the string changes or ends. A template, so that a text
-    /// is nothing else that a pointer is: neither true or false, nor to be deleted, nor the start of an addition.
+    /// Returns the bytes up to the first zero byte as a C string. Valid until the string changes or is destroyed. A
+    /// template, to prevent other pointer conversions: to bool, for delete, and for pointer arithmetic.
     template <class T>
     requires(std::same_as<T, const char*> || std::same_as<T, const void*>) operator T() const { return c_str(); }
-    /// The whole text. Valid until the string changes or ends.
+    /// Returns the whole string. Valid until the string changes or is destroyed.
     operator std::string_view() const { return {data(), size()}; }
-    /// The text as the standard library's string, for code that speaks that.
+    /// Returns the string as a std::string.
     const std::string& AsStd() const { return *this; }
     std::string& AsStd() { return *this; }
 
-    /// Each: @throws CInvalidArgException* for a position outside 0 to GetLength() - 1, as SetAt does. Reading only:
-    /// SetAt writes.
+    /// Each: @throws CInvalidArgException* for a position outside 0 to GetLength() - 1, as SetAt does. Read-only: use
+    /// SetAt to write.
     char GetAt(int position) const;
     void SetAt(int position, char c);
     template <std::integral I>
@@ -71,7 +71,7 @@ public:
         return GetAt(static_cast<int>(position));
     }
 
-    /// Each: replaces the text. A null pointer gives the empty text.
+    /// Each: Replaces the string. A null pointer gives the empty string.
     CString& operator=(const char* text) {
         assign(text ? text : "");
         return *this;
@@ -94,7 +94,7 @@ public:
     }
     template <qv::NoCharacter T>
     CString& operator=(T) = delete;
-    /// Each: appends the text. A null pointer adds nothing.
+    /// Each: Appends the string. A null pointer adds nothing.
     template <qv::OtherText T>
     CString& operator+=(const T& text) {
         append(std::string_view(text));
@@ -115,49 +115,50 @@ public:
     template <qv::NoCharacter T>
     CString& operator+=(T) = delete;
 
-    /// Each: Parts of the text; positions and counts outside it are cut to it.
+    /// Each: Returns a part of the string; positions and counts are clamped to it.
     CString Mid(int first) const { return Mid(first, GetLength()); }
     CString Mid(int first, int count) const;
     CString Left(int count) const { return Mid(0, count); }
     CString Right(int count) const;
 
-    // Finding and replacing never take a part of a character for another one: in a double-byte code page a trail byte is
-    // no backslash. Time grows with the text, whatever it looks like.
+    // Finding and replacing never match part of a character: in a double-byte code page a trail byte is not a
+    // backslash. O(n) for any input.
 
-    /// The first place of the byte at or after `start`, from 0; -1 when there is none, as with all that find.
+    /// Returns the first position of the byte at or after `start`, from 0; -1 if not found, as in all members that
+    /// find.
     int Find(char c, int start = 0) const { return Find(std::string_view(&c, 1), start); }
-    /// The first place of `text` at or after `start`. The empty text is found at `start`.
+    /// Returns the first position of `text` at or after `start`. The empty string is found at `start`.
     int Find(std::string_view text, int start = 0) const;
-    /// The last place of the byte.
+    /// Returns the last position of the byte.
     int ReverseFind(char c) const;
-    /// The first place of any character of the set.
+    /// Returns the first position of any character of the set.
     int FindOneOf(std::string_view set) const;
 
-    /// Replaces every occurrence, left to right, in one pass over the text, and returns how many there were. An empty
-    /// `find` replaces nothing.
+    /// Replaces every occurrence, left to right, in one pass, and returns their number. An empty `find` replaces
+    /// nothing.
     int Replace(std::string_view find, std::string_view replacement);
     int Replace(char find, char replacement);
-    /// Removes every occurrence of the byte and returns how many there were.
+    /// Removes every occurrence of the byte and returns their number.
     int Remove(char c);
-    /// Each: Both return the new length. A position past the end means the end, a negative one the start.
+    /// Each: Returns the new length. A position past the end means the end, a negative one the start.
     int Insert(int position, std::string_view text);
     int Delete(int position, int count = 1);
 
-    /// Each: By the case rules of the current locale, whole characters at a time.
+    /// Each: Uses the case rules of the current locale, whole characters at a time.
     void MakeUpper();
     void MakeLower();
 
-    /// Each: White space is what the current locale calls so, bytes of multibyte characters excepted.
+    /// Each: Removes white space as defined by the current locale, but never bytes of multibyte characters.
     void TrimLeft();
     void TrimRight();
 
-    /// Each: < 0, 0, > 0. Compare goes by bytes, CompareNoCase by the bytes of both texts in lower case, Collate by the
-    /// collation of the current locale.
+    /// Each: Returns < 0, 0, > 0. Compare compares bytes, CompareNoCase the bytes of both lower-case forms, Collate
+    /// uses the collation of the current locale.
     int Compare(std::string_view other) const { return View().compare(other); }
     int CompareNoCase(std::string_view other) const;
     int Collate(std::string_view other) const;
 
-    /// Replaces the text by the formatted one (see Format.h). A value may refer to this very string.
+    /// Replaces the string by the formatted one (see Format.h). A value may refer to this string itself.
     template <class... A>
     void Format(qv::FormatText<std::type_identity_t<A>...> format, const A&... values) {
         std::string text;
@@ -166,7 +167,7 @@ public:
         AsStd() = std::move(text);
     }
 
-    /// Each: the two texts one after the other. A null pointer adds nothing.
+    /// Each: Concatenates the strings. A null pointer adds nothing.
     friend CString operator+(const CString& a, const CString& b) { return Joined(a, b); }
     friend CString operator+(const CString& a, const char* b) { return Joined(a, b ? b : ""); }
     friend CString operator+(const char* a, const CString& b) { return Joined(a ? a : "", b); }
@@ -192,7 +193,7 @@ public:
     template <qv::NoCharacter T>
     friend CString operator+(T, const CString&) = delete;
 
-    /// Each: By bytes.
+    /// Each: Compares bytes.
     friend bool operator==(const CString& a, const CString& b) { return a.AsStd() == b.AsStd(); }
     friend bool operator==(const CString& a, const char* b) { return a.AsStd() == (b ? b : ""); }
     template <qv::OtherText T>

@@ -1,8 +1,8 @@
 #pragma once
 
-/// @file A map from texts to numbers.
+/// @file A map from strings to numbers.
 
 #include "qvcommon/framework/Collections.h"
 
-/// Walked in the byte order of its keys.
+/// Iterated in the byte order of its keys.
 class QVCOMMON_API CMapStringToInt : public CStringMap<int, int> {};

@@ -7,7 +7,7 @@
 #include "qvcommon/Export.h"
 #include "qvcommon/framework/Types.h"
 
-/// Mutual exclusion between the threads of a process. A thread that has entered may enter again, and leaves as often.
+/// A recursive mutex for the threads of a process: a thread may lock it repeatedly, and must unlock it as often.
 class QVCOMMON_API CCriticalSection {
 public:
     CCriticalSection() = default;
@@ -15,9 +15,9 @@ public:
     CCriticalSection(const CCriticalSection&) = delete;
     CCriticalSection& operator=(const CCriticalSection&) = delete;
 
-    /// Waits without limit. Always returns non-zero.
+    /// Waits without a timeout. Always returns non-zero.
     BOOL Lock();
-    /// For the thread that has entered. Always returns non-zero.
+    /// Must be called by the thread that holds it. Always returns non-zero.
     BOOL Unlock();
 
 private:

@@ -1,12 +1,12 @@
 #pragma once
 
-/// @file The framework's plain types. Where a system header defines the same name, the definitions agree, so both can be
-/// included in one source.
+/// @file The framework's plain types. They agree with system headers that define the same names, so both can be
+/// included in one source file.
 
 #include <cstdint>
 #include <type_traits>
 
-/// A truth value: 0, or anything else for true.
+/// A Boolean: 0 is false, anything else is true.
 using BOOL = int;
 /// 32 bits.
 using UINT = unsigned int;
@@ -17,12 +17,12 @@ using BYTE = unsigned char;
 using DWORD = std::conditional_t<sizeof(long) == 4, unsigned long, std::uint32_t>;
 using LONG = std::conditional_t<sizeof(long) == 4, long, std::int32_t>;
 
-/// What a COM operation came to: negative for a failure.
+/// The result of a COM operation: negative for a failure.
 using HRESULT = LONG;
 
 struct HWND__;
 /// A window of the platform. Null on systems without windows.
 using HWND = HWND__*;
 
-/// An object of the system, such as a thread.
+/// A system object, such as a thread.
 using HANDLE = void*;

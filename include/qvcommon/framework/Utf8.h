@@ -1,14 +1,14 @@
 #pragma once
 
-/// @file Between the process's code page (qvcommon/CodePage.h) and UTF-8. Any thread may call these functions.
+/// @file Conversion between the process's code page (qvcommon/CodePage.h) and UTF-8. Thread-safe.
 
 #include <string_view>
 
 #include "qvcommon/framework/String.h"
 
-/// A text of the code page in UTF-8. What is no character of the code page becomes "?", but where that is UTF-8: then the
-/// text stays as it is.
+/// Converts a string from the code page to UTF-8. Bytes that are no character of the code page become "?", unless that
+/// is UTF-8: then the string is unchanged.
 QVCOMMON_API CString QVCOMMON_CALL QvToUtf8(std::string_view text);
-/// A UTF-8 text in the code page. What is not UTF-8, and what the code page lacks, becomes "?"; nothing is replaced by
-/// characters that merely look alike.
+/// Converts a UTF-8 string to the code page. Bytes that are not UTF-8, and characters that the code page lacks, become
+/// "?"; no best-fit characters are used.
 QVCOMMON_API CString QVCOMMON_CALL QvFromUtf8(std::string_view utf8);

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file Dialogs, their controls, and the exchange of data between controls and variables. Windows has real windows; on
-/// Linux they live in memory, unseen, and behave the same towards a program. A window belongs to the thread that made it.
+/// Linux they exist only in memory, invisibly, and behave the same towards a program. A window must be used by the
+/// thread that created it.
 
 #include <map>
 #include <memory>
@@ -13,40 +14,41 @@
 #pragma push_macro("SetWindowText")
 #undef SetWindowText
 
-/// A window of the system, made elsewhere and attached, or made by Create.
+/// A window of the system, created elsewhere and attached, or created by Create.
 class QVCOMMON_API CWnd : public CObject {
     DECLARE_DYNAMIC(CWnd)
 
 public:
-    /// What Create makes.
+    /// The kinds of windows created by Create.
     enum Kind { dialog, edit, comboBox, listBox };
 
     CWnd() = default;
-    /// Ends the window if Create made it.
+    /// Destroys the window if Create created it.
     ~CWnd() override;
     CWnd(const CWnd&) = delete;
     CWnd& operator=(const CWnd&) = delete;
 
-    /// Makes a window that is not shown; a control gets its dialog and its number there. False when the system refuses.
+    /// Creates a hidden window; `parent` and `id` are a control's dialog and number. Returns false if the system
+    /// refuses.
     bool Create(Kind kind, CWnd* parent = nullptr, int id = 0);
-    /// Stands for a window that was made elsewhere from now on; the object that GetDlgItem then gives for it.
+    /// Attaches a window that was created elsewhere; GetDlgItem then returns this object for it.
     void Attach(HWND window);
-    /// Ends that; the window itself lives on. Returns it.
+    /// Detaches the window without destroying it, and returns it.
     HWND Detach();
 
-    /// The title of a dialog or the text of a control; empty without a window.
+    /// Reads the title of a dialog or the text of a control; empty without a window.
     void GetWindowText(CString& text) const;
     void GetWindowTextA(CString& text) const { GetWindowText(text); }
     void GetWindowTextW(CString& text) const { GetWindowText(text); }
-    /// Sets what GetWindowText returns. Null is the empty text.
+    /// Sets the text returned by GetWindowText. Null means the empty string.
     void SetWindowText(const char* text);
     void SetWindowTextA(const char* text) { SetWindowText(text); }
     void SetWindowTextW(const char* text) { SetWindowText(text); }
-    /// Gives it the keyboard.
+    /// Gives it the keyboard focus.
     void SetFocus();
 
-    /// The control of this number: the object attached to it, else one that this object keeps for it. Null when there is
-    /// none.
+    /// Returns the control with this number: the object attached to it, else one owned by this object. Null if none
+    /// exists.
     CWnd* GetDlgItem(int id);
 
     HWND m_hWnd = nullptr;  ///< null without a window
@@ -59,53 +61,53 @@ private:
 #pragma pop_macro("SetWindowText")
 #pragma pop_macro("GetWindowText")
 
-/// The application's main window: the object that AfxSetMainWnd named last, null at first. The caller keeps its life. Both
-/// are for any thread.
+/// Returns the application's main window as set by AfxSetMainWnd, null by default. Not owned. Both functions are
+/// thread-safe.
 QVCOMMON_API CWnd* QVCOMMON_CALL AfxGetMainWnd();
-/// Names the main window; null for none.
+/// Sets the main window; null for none.
 QVCOMMON_API void QVCOMMON_CALL AfxSetMainWnd(CWnd* window);
 
-/// A field with a list of texts to choose from.
+/// A field with a list of strings to choose from.
 class QVCOMMON_API CComboBox : public CWnd {
 public:
-    /// Adds a text at the end of the list.
+    /// Appends a string to the list.
     void AddString(const char* text);
 };
 
-/// A list whose items have a check box each.
+/// A list whose items have check boxes.
 class QVCOMMON_API CCheckListBox : public CWnd {
 public:
-    /// Adds an item at the end, not checked.
+    /// Appends an unchecked item.
     void AddString(const char* text);
-    /// The number of items.
+    /// Returns the number of items.
     int GetCount() const;
-    /// 0 not checked, 1 checked, 2 neither.
+    /// 0 unchecked, 1 checked, 2 indeterminate.
     int GetCheck(int item) const;
     void SetCheck(int item, int check);
 };
 
-/// One exchange between a dialog's controls and the variables behind them, in one direction.
+/// One exchange between a dialog's controls and their variables, in one direction.
 class QVCOMMON_API CDataExchange {
 public:
     /// @param saveAndValidate  non-zero: from the controls to the variables, which are checked; zero: the other way.
     CDataExchange(CWnd* dialog, BOOL saveAndValidate) : m_bSaveAndValidate(saveAndValidate), m_pDlgWnd(dialog) {}
 
-    /// Names the control that the next check is about. @throws CInvalidArgException* when the dialog has none such.
+    /// Selects the control for the next check. @throws CInvalidArgException* if the dialog has no such control.
     HWND PrepareCtrl(int id);
-    /// The same for one whose text Fail marks.
+    /// Does the same for an edit control, whose text is selected by Fail.
     HWND PrepareEditCtrl(int id);
 
-    /// Ends the exchange: the control named last gets the keyboard, its text marked if it is an edit control.
+    /// Ends the exchange: the last prepared control gets the focus, its text is selected if it is an edit control.
     /// @throws CUserException*, always.
     [[noreturn]] void Fail();
 
-    BOOL m_bSaveAndValidate;           ///< as the constructor got it
+    BOOL m_bSaveAndValidate;           ///< as passed to the constructor
     CWnd* m_pDlgWnd;                   ///< the dialog
-    HWND m_hWndLastControl = nullptr;  ///< the control named last
-    BOOL m_bEditLastControl = 0;       ///< it was named by PrepareEditCtrl
+    HWND m_hWndLastControl = nullptr;  ///< the last prepared control
+    BOOL m_bEditLastControl = 0;       ///< it was prepared by PrepareEditCtrl
 };
 
-/// Each: Between an edit control, or the field of a combo box, and a text. A combo box takes its item that begins with
-/// the text, if there is one.
+/// Each: Exchanges the text of an edit control, or of the field of a combo box. A combo box selects its item that
+/// begins with the text, if there is one.
 QVCOMMON_API void QVCOMMON_CALL DDX_Text(CDataExchange* exchange, int id, CString& text);
 QVCOMMON_API void QVCOMMON_CALL DDX_CBString(CDataExchange* exchange, int id, CString& text);
