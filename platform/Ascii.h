@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file ASCII characters, whatever the process's code page is. A byte from 0x80 on is in no class and has no case.
-/// What follows the code page or the locale is in platform/Text.h.
+/// @file ASCII characters, independent of the process's code page. Bytes from 0x80 on belong to no class and have no
+/// case. platform/Text.h has the functions that depend on the code page or the locale.
 
 #include <algorithm>
 #include <string>
@@ -41,7 +41,7 @@ constexpr bool IsBlank(char c) {
     return c == ' ' || c == '\t';
 }
 
-/// Blanks, line ends, the vertical tab and the form feed, as C's isspace in the "C" locale.
+/// Blanks, newlines, the vertical tab and the form feed, as C's isspace in the "C" locale.
 constexpr bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -58,19 +58,19 @@ constexpr char ToUpper(char c) {
     return IsLower(c) ? static_cast<char>(c - ('a' - 'A')) : c;
 }
 
-/// A copy with its ASCII letters in lower case.
+/// Returns a copy with its ASCII letters in lower case.
 inline std::string ToLower(std::string_view text) {
     std::string lower(text);
     for (char& c : lower) c = ToLower(c);
     return lower;
 }
 
-/// Whether the texts are equal but for the case of their ASCII letters.
+/// Returns whether the texts are equal, ignoring the case of ASCII letters.
 constexpr bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return ToLower(x) == ToLower(y); });
 }
 
-/// The text without the characters of a class that it starts with, ends with, or both.
+/// Removes the leading characters of a class, the trailing ones, or both.
 template <class Class>
 constexpr std::string_view TrimmedLeft(std::string_view text, Class drops) {
     while (!text.empty() && drops(text.front())) text.remove_prefix(1);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The new version of a file that takes the old one's place whole, or not at all.
+/// @file Replacing a file atomically by a new version.
 
 #include <memory>
 #include <string>
@@ -13,49 +13,50 @@ namespace qv::platform {
 enum class IfExists {
     Fail,
     Replace,
-    /// As if the file had been written in place: refused where it may not be written (AccessDenied), and while another
-    /// handle denies writing (SharingViolation). The new version keeps what the user may give it of mode, owner, group,
-    /// access lists and extended attributes; on Windows of attributes, access lists and streams.
+    /// As if the file were written in place: refused if it is not writable (AccessDenied), and while another handle
+    /// denies writing (SharingViolation). The new version keeps mode, owner, group, access lists and extended
+    /// attributes as far as the user may set them; on Windows attributes, access lists and streams.
     Update
 };
-/// Who may use the file on Linux; on Windows the folder's access list decides. AsFolder: everybody may read it, and whoever
-/// may write in the folder may write it.
+/// Access to the new file on Linux; on Windows the folder's access list applies. AsFolder: world-readable, and writable
+/// for all users who can write to the folder.
 enum class Access { Owner, AsUmaskSays, AsFolder };
 enum class Durability {
     Deferred,  ///< a crash of the machine after Commit may lose the new version, or both
-    Synced     ///< the new version has reached the disk when Commit returns, and its name too
+    Synced     ///< the new version and its name have reached the disk when Commit returns
 };
 
-/// One file under construction, for one thread.
+/// One file under construction. Not thread-safe.
 ///
-/// Until Commit it is invisible where the file system can make files without a name (Linux: O_TMPFILE). Elsewhere it has
-/// a temporary name beside the target, ".qvN.tmp" with the first free number. A process that is killed leaves such a file;
-/// the next AtomicFile that encounters the name finds that no process holds it, and deletes it. Programs must not keep files
-/// of their own under these names.
+/// Until Commit it is invisible if the file system supports unnamed files (Linux: O_TMPFILE). Otherwise it has a
+/// temporary name beside the target, ".qvN.tmp" with the first free number. The file of a killed process is deleted by
+/// the next AtomicFile that finds its name and no process that holds it. Programs must not use these names for their
+/// own files.
 class AtomicFile {
 public:
     AtomicFile();
-    /// Drops the file unless it was committed. The target stays as it was.
+    /// Discards the file unless it was committed. The target is then unchanged.
     ~AtomicFile();
     AtomicFile(AtomicFile&& other) noexcept;
     AtomicFile& operator=(AtomicFile&& other) noexcept;
 
-    /// Makes an empty file for reading and writing in the folder of `target`. The path may use "\"
-    /// on every system; a link as the target is replaced, not followed: see LinkTarget. Drops a file under construction first.
+    /// Creates an empty file for reading and writing in the folder of `target`. The path may use "\" on every system; a
+    /// link as the target is replaced, not followed: see LinkTarget. Discards a previous file under construction.
     Status Create(const char* target, Access access = Access::Owner);
-    /// The same for a name of one entry in an open folder, which must outlive this object's use.
+    /// Does the same for the name of an entry in an open folder, which must outlive the use of this object.
     Status CreateIn(const Folder& folder, const std::string& name, Access access = Access::Owner);
 
-    /// The handle to read and write through; kNoFile before Create, after Commit and after Drop. Owned by this object.
+    /// Returns the handle to read and write through; kNoFile before Create, after Commit and after Drop. Owned by this
+    /// object.
     FileHandle Handle() const;
 
-    /// Hands all data to the file system, which reports here what it cannot keep, and gives the file the target's name.
-    /// With IfExists::Fail an existing target makes it fail with AccessDenied and the file stays for another Commit; after
-    /// success and after every other failure it is gone. After a failure the target is what it was, except that with
-    /// Synced the new version may be in place and only its name not yet on the disk.
+    /// Passes all data to the file system, which reports here what it cannot store, and renames the file to the
+    /// target's name. With IfExists::Fail an existing target makes it fail with AccessDenied, and the file is kept for
+    /// another Commit; after success and after every other failure it is gone. After a failure the target is unchanged,
+    /// except that with Synced the new version may be in place without its name being on the disk yet.
     Status Commit(IfExists ifExists, Durability durability);
 
-    /// Deletes the file under construction, if there is one.
+    /// Deletes the file under construction, if any.
     void Drop();
 
 private:
@@ -64,7 +65,7 @@ private:
     std::unique_ptr<Body> m_body;
 };
 
-/// Deletes a file. After success the disk too no longer has its name: no crash of the machine brings the file back.
+/// Deletes a file durably: after success a crash of the machine does not restore its name.
 Status RemoveSynced(const char* path);
 
 }  // namespace qv::platform

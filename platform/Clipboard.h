@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The clipboard and the wait cursor. Linux has neither.
+/// @file The clipboard and the wait cursor. Not available on Linux.
 
 #include <optional>
 #include <string>
@@ -10,13 +10,14 @@
 
 namespace qv::platform {
 
-/// The clipboard's data of the format, up to its first zero byte; none when it has no such data or cannot be opened.
+/// Returns the clipboard's data of the format, up to its first zero byte; nullopt if it has no such data or cannot be
+/// opened.
 std::optional<std::string> ReadClipboard(WindowHandle window, unsigned format);
 
-/// Empties the clipboard and puts the text there with a final zero byte. False when a step fails.
+/// Replaces the clipboard's content by the text and a terminating zero byte. Returns false if a step fails.
 bool WriteClipboard(WindowHandle window, std::string_view text, unsigned format);
 
-/// Shows the wait cursor as long as it lives.
+/// Shows the wait cursor during its lifetime.
 class WaitCursor {
 public:
     WaitCursor();

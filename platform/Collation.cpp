@@ -5,7 +5,7 @@
 namespace qv::platform {
 namespace {
 
-// The C functions stop at a zero byte; texts that hold some are taken piece by piece.
+// The C functions stop at a zero byte; texts that contain zero bytes are split at them.
 struct Pieces {
     explicit Pieces(std::string_view text) : m_rest(text) {}
 
@@ -28,7 +28,7 @@ bool HasZero(std::string_view text) {
     return text.find('\0') != text.npos;
 }
 
-// A text that ends where the other one goes on comes first.
+// A text that is a prefix of the other one is first.
 int CollatePieces(std::string_view a, std::string_view b) {
     Pieces left(a), right(b);
     for (;;) {

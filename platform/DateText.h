@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file How dates are written: by the C locale of the process, and by the system itself.
+/// @file Formatting and parsing of dates by the C locale of the process, and by the system.
 
 #include <optional>
 #include <string>
@@ -18,8 +18,8 @@ enum class DateWordKind {
     Weekday,
     Am,
     Pm,
-    Zone,          ///< a zone's name that may follow a time
-    Separator,     ///< what a locale writes between the numbers of a date, other than points
+    Zone,          ///< a zone's name, which may follow a time
+    Separator,     ///< separates the numbers of a date, other than dots
     TimeSeparator  ///< the same for a time
 };
 
@@ -29,21 +29,22 @@ struct DateWord {
     int month = 0;  ///< from 1, of a Month
 };
 
-/// The system's own reading of a date in the user's default locale, as days since 30 December 1899 with the time of day as
-/// the fraction. Nothing where the text is none, and always nothing on Linux, which has no such service. The text holds no
-/// zero bytes.
+/// Parses a date by the system, in the user's default locale, into days since 30 December 1899 with the time of day as
+/// the fraction. Returns nullopt if the text is not a date, and always on Linux, which has no such service. The text
+/// must not contain zero bytes.
 std::optional<double> ParseSystemDate(std::string_view text);
 
-/// The order in which the locale writes a date in numbers: on Linux the current C locale, on Windows the user's.
+/// Returns the order of the numbers of a date in the locale: on Linux the current C locale, on Windows the user's.
 DateOrder CurrentDateOrder();
 
-/// The words of the current locale's dates and times. Of two with one text the first is more likely meant. None on
-/// Windows, where ParseSystemDate knows them.
+/// Returns the words of the current locale's dates and times. Of two with the same text the first is more likely meant.
+/// Empty on Windows, where ParseSystemDate handles them.
 std::vector<DateWord> CurrentDateWords();
-/// True when the current locale writes points between hours, minutes and seconds. Never on Windows, for the same reason.
+/// Returns whether the current locale writes dots between hours, minutes and seconds. Always false on Windows, for the
+/// same reason.
 bool CurrentTimesAreDotted();
 
-/// The text of one of strftime's conversions a A b B c p x X in the current C locale. `dayOfWeek` counts from 0, Sunday.
+/// Formats one of strftime's conversions a A b B c p x X in the current C locale. `dayOfWeek` counts from 0, Sunday.
 std::string FormatLocaleDate(char conversion, const CalendarTime& time, int dayOfWeek);
 
 }  // namespace qv::platform

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What the user's desktop does with documents.
+/// @file Opening, printing and showing documents by the user's desktop.
 
 #include <string>
 
@@ -8,9 +8,9 @@ namespace qv::platform {
 
 enum class DesktopVerb { Open, Print, Reveal };
 
-/// Hands a document to the desktop; the path is absolute, in the library's form, and exists. False, and the reason for
-/// people in `problem`, when the desktop has no program for it or that refuses. qvcommon/ShellVerbHelper.h names the
-/// programs, and says how long this waits.
+/// Passes a document to the desktop; the path is absolute, in the library's form, and must exist. Returns false, with a
+/// readable reason in `problem`, if the desktop has no program for it or the program fails. qvcommon/ShellVerbHelper.h
+/// lists the programs and the maximum waiting time.
 bool HandToDesktop(DesktopVerb verb, const std::string& path, std::string& problem);
 
 }  // namespace qv::platform

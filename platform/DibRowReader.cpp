@@ -63,7 +63,7 @@ std::uint32_t DibRowReader::Masked(const unsigned char* bytes, std::size_t size)
 }
 
 void DibRowReader::Read(const unsigned char* row, std::size_t count, std::uint32_t* out) const {
-    if (m_header.bitCount == 24) {  // the depth of most pictures is worth a loop without questions
+    if (m_header.bitCount == 24) {  // the most common depth gets a loop without branches
         for (std::size_t i = 0; i < count; ++i, row += 3)
             out[i] = row[0] | std::uint32_t{row[1]} << 8 | std::uint32_t{row[2]} << 16 | kOpaque;
     } else if (m_header.bitCount == 32 && m_isPlain) {

@@ -7,21 +7,21 @@
 
 namespace qv::platform {
 
-/// Reads the pixels of uncompressed padded rows, alike on every system.
+/// Reads the pixels of uncompressed padded rows; the same on every system.
 class DibRowReader {
 public:
-    /// The information header and 256 colours, as DibRows has them; with compression 6 the fourth mask is that of alpha.
+    /// The information header and 256 colours, as in DibRows; with compression 6 the fourth mask is the alpha mask.
     explicit DibRowReader(const void* info);
 
     int Rows() const;
-    /// In bytes, padded.
+    /// Returns the padded size in bytes.
     std::size_t RowSize() const;
     bool TopDown() const { return m_header.height < 0; }
     bool HasAlpha() const { return m_hasAlpha; }
 
-    /// As 0x00RRGGBB.
+    /// Returns a pixel as 0x00RRGGBB.
     std::uint32_t Pixel(const unsigned char* row, std::size_t x) const { return Argb(row, x) & 0xFFFFFF; }
-    /// The first `count` pixels of a row as 0xAARRGGBB; alpha is 255 unless it has a mask.
+    /// Reads the first `count` pixels of a row as 0xAARRGGBB; alpha is 255 unless it has a mask.
     void Read(const unsigned char* row, std::size_t count, std::uint32_t* out) const;
 
 private:
@@ -33,7 +33,7 @@ private:
     };
     static_assert(sizeof(Header) == 40);
 
-    /// One colour of a pixel, widened to 8 bits by repeating its upper bits, or cut to its upper 8.
+    /// One channel of a pixel, widened to 8 bits by repeating its upper bits, or reduced to its upper 8.
     class Channel {
     public:
         explicit Channel(std::uint32_t mask = 0)
@@ -51,7 +51,7 @@ private:
     Header m_header;
     std::array<std::uint32_t, 256> m_table;  // blue in the lowest byte, as in a pixel
     Channel m_red, m_green, m_blue, m_alpha;
-    bool m_hasAlpha = false, m_isPlain = false;  // plain: masks that leave a pixel as it is
+    bool m_hasAlpha = false, m_isPlain = false;  // plain: masks that do not change a pixel
 };
 
 }  // namespace qv::platform

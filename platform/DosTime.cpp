@@ -21,7 +21,7 @@ std::int64_t FromDosTime(const DosTime& time) {
                                 time.time >> 11,         (time.time >> 5) & 63, (time.time & 31) * 2};
     const bool inRange = local.month >= 1 && local.month <= 12 && local.day >= 1 && local.hour < 24 &&
                          local.minute < 60 && local.second < 60;
-    // A day that the month does not have would come back as another one.
+    // A day beyond the end of the month would be normalized to another one.
     if (!inRange || FromSeconds(ToSeconds(local)) != local) return -1;
     return FromLocal(local).value_or(-1);
 }

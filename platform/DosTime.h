@@ -1,6 +1,7 @@
 #pragma once
 
-/// @file Local times as old file systems and archives keep them: two 16-bit numbers, steps of two seconds, 1980 to 2107.
+/// @file Local times as stored by old file systems and archives: two 16-bit numbers, steps of two seconds, 1980 to
+/// 2107.
 
 #include <cstdint>
 
@@ -13,10 +14,10 @@ struct DosTime {
     friend bool operator==(const DosTime&, const DosTime&) = default;
 };
 
-/// The local time at `seconds` since 1970 UTC, by the rules that the zone has at that date; times outside the range become
-/// its ends.
+/// Converts `seconds` since 1970 UTC to local time, with the zone's offset at that date; times out of range are
+/// clamped.
 DosTime ToDosTime(std::int64_t seconds);
-/// The way back; -1 for numbers that name no time.
+/// The inverse; -1 for an invalid time.
 std::int64_t FromDosTime(const DosTime& time);
 
 }  // namespace qv::platform

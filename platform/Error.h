@@ -6,14 +6,14 @@
 
 namespace qv::platform {
 
-/// The calling thread's last system error (errno on Linux). Failures of this layer are statuses and do not pass through
-/// here: it is there for the exported functions that report the last error of a call that the program itself has made, or
-/// that leave their own failure there for the program to read.
+/// The calling thread's last system error (errno on Linux). Failures of this layer are statuses and do not set it: it
+/// is for the exported functions that report the last error of a call made by the program itself, or that set it for
+/// the program.
 unsigned long LastError();
 void SetLastError(unsigned long error);
 
-/// The system's message for an error number, as the system formats it (on Windows a line break ends it); empty if it
-/// has none.
+/// Returns the system's message for an error number, as the system formats it (on Windows with a trailing newline);
+/// empty if it has none.
 std::string ErrorMessage(unsigned long error);
 
 }  // namespace qv::platform

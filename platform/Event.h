@@ -1,10 +1,9 @@
 #pragma once
 
-/// @file Events that threads wait on by the steady clock: a change of the system's time neither shortens nor prolongs a
-/// wait.
+/// @file Events with timeouts that use the steady clock: a change of the system's time does not affect a wait.
 ///
-/// In place of a condition variable where a wait has a limit. MinGW's std::condition_variable has the system clock
-/// alone: it waits until a time of that clock, for ever where the time is 49 days off, or in 32-bit programs after
+/// Replaces a condition variable where a wait has a timeout. MinGW's std::condition_variable only uses the system
+/// clock: it waits until a time of that clock, and for ever if that is 49 days ahead, or in 32-bit programs after
 /// January 2038.
 
 #include <cstdint>
@@ -12,8 +11,8 @@
 
 namespace qv::platform {
 
-/// An auto-reset event, not signalled at first: a signal ends one wait, the present one or the next. Any thread may
-/// call any member. Raises std::bad_alloc when the system gives none.
+/// An auto-reset event, initially not signalled: a signal ends one wait, the current one or the next. Thread-safe.
+/// Raises std::bad_alloc if the system has no resources.
 class Event {
 public:
     Event();
@@ -24,7 +23,7 @@ public:
     void Set();
     void Reset();
     void Wait();
-    /// False when the time is over.
+    /// Returns false on timeout.
     bool WaitFor(std::uint64_t milliseconds);
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Files by handle. A handle is the system's own (a descriptor on Linux); one thread at a time uses it.
+/// @file Files by handle. A handle is the system's (a descriptor on Linux). Using one handle is not thread-safe.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,31 +13,30 @@ namespace qv::platform {
 using FileHandle = std::intptr_t;
 inline constexpr FileHandle kNoFile = -1;
 
-/// What a line feed is written as in a text file.
+/// Returns the representation of a line feed in a text file.
 std::string_view TextLineEnd();
 
-/// Reads at most `size` bytes; `count` is 0 at the end of the file only. May give fewer bytes than there are.
+/// Reads at most `size` bytes; `count` is 0 only at the end of the file. May read fewer bytes than available.
 Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t& count);
-/// The same from a place of a file that can be sought; where the next ReadBytes reads is not certain afterwards. Several
-/// threads may use it at a time.
+/// Does the same at a position of a seekable file; the position of the next ReadBytes is then unspecified. Thread-safe.
 Status ReadBytesAt(FileHandle handle, std::uint64_t position, void* buffer, std::size_t size, std::size_t& count);
-/// Writes all bytes, or fails with an unknown part of them written.
+/// Writes all bytes; after a failure an unknown part of them is written.
 Status WriteBytes(FileHandle handle, const void* data, std::size_t size);
-/// Hands what was written to the disk.
+/// Flushes what was written to the disk.
 Status FlushToDisk(FileHandle handle);
 
 enum class SeekFrom { Begin, Current, End };
 Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64_t& position);
-/// Moves to the end of the file as its server knows it, where the file system has one: other machines may have written.
+/// Moves to the end of the file as known to the server of a network file system: other machines may have written.
 Status SeekToServerEnd(FileHandle handle, std::uint64_t& position);
-/// On a network file system, brings what was written to the server, where other machines find it. Local file systems need
-/// nothing of the kind.
+/// On a network file system, passes what was written to the server, where other machines can see it. No-op on local
+/// file systems.
 Status HandToServer(FileHandle handle);
 Status LengthOf(FileHandle handle, std::uint64_t& length);
-/// Cuts the file, or extends it with zero bytes; the position is then its end.
+/// Truncates the file, or extends it with zero bytes; the position is then its end.
 Status Resize(FileHandle handle, std::uint64_t length);
 
-/// The handle is gone afterwards, also when the close reports that the system could not keep what was written.
+/// Closes the handle, also if the close reports that what was written could not be stored.
 Status CloseFile(FileHandle handle);
 
 }  // namespace qv::platform

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What a folder holds, with all that the system knows of each entry. Paths may use "\" on every system.
+/// @file Listing a folder with the metadata of each entry. Paths may use "\" on every system.
 
 #include <cstdint>
 #include <memory>
@@ -12,16 +12,17 @@
 
 namespace qv::platform {
 
-/// Attribute bits that a search gives besides those of FileAttribute.
+/// Attribute bits of a search in addition to those of FileAttribute.
 inline constexpr std::uint32_t kDevice = 0x40, kNormal = 0x80, kReparsePoint = 0x400;
 
-/// The reparse tag of a symbolic link, and the bit that all tags have which stand for another place.
+/// The reparse tag of a symbolic link, and the bit set in all tags of links to another place.
 inline constexpr std::uint32_t kSymbolicLinkTag = 0xA000000C, kStandsForAnotherPlace = 0x20000000;
 
-/// One entry. Times count 100 ns since 1601 UTC, 0 where the file system keeps none.
+/// One entry. Times count 100 ns since 1601 UTC, 0 if the file system does not store them.
 ///
 /// On Linux a link has kReparsePoint and the tag of a symbolic link; its other fields describe the target, or the link
-/// itself when there is no target. Devices, pipes and sockets carry kDevice. An entry without any attribute is kNormal.
+/// itself if the target does not exist. Devices, pipes and sockets have kDevice. An entry without any attribute is
+/// kNormal.
 struct FoundEntry {
     std::uint32_t attributes = 0;
     std::uint64_t created = 0, accessed = 0, written = 0;
@@ -38,22 +39,23 @@ class Folder;
 
 enum class LastName { MayBeLink, NoLink };
 
-/// How much of each entry a search asks for. With NameAndKind nothing but the name, kDirectory and what IsLink needs of a
-/// link to a folder is sure to be there; on Linux it costs no system call for each entry.
+/// The fields that a search must fill. With NameAndKind only the name, kDirectory and what IsLink needs for a link to a
+/// folder are guaranteed; on Linux this costs no system call per entry.
 enum class Detail { All, NameAndKind };
-/// What a search gives that was asked for this.
+/// Returns the fields filled by a search for the given ones.
 Detail GivenFor(Detail asked);
 
-/// Describes what the path names, as a search does; the entry's name is left alone. Links in the way to it are followed.
+/// Describes the entry at the path, as a search does; the entry's name is unchanged. Links in its parent path are
+/// followed.
 Status FindEntry(const char* path, FoundEntry& entry);
 
-/// What a search passed over, and why. The empty name is the folder itself, of which something could not be listed.
+/// An entry that a search skipped, and why. The empty name is the folder itself, which could not be listed completely.
 struct PassedOver {
     std::string name;
     Status status;
 };
 
-/// One search at a time, of one thread.
+/// One search at a time. Not thread-safe.
 class FileSearch {
 public:
     FileSearch();
@@ -61,25 +63,26 @@ public:
     FileSearch(FileSearch&& other) noexcept;
     FileSearch& operator=(FileSearch&& other) noexcept;
 
-    /// Begins a search for a folder and a mask, "folder\*.txt"; one that is under way ends. In the mask, * and ? are wild
-    /// cards; case does not count. NoLink refuses a folder whose own name is a link.
+    /// Starts a search for a folder and a mask, "folder\*.txt", ending a running one. In the mask, * and ? are
+    /// wildcards; case is ignored. NoLink refuses a folder whose own name is a link.
     ///
-    /// Entries come in the order of the system; on Linux sorted by name without regard to case, "." and ".." first, and
-    /// masks mean what they mean on Windows: "*.*" is every name, "*." one without an extension, "a.*" also "a".
-    /// Fails when the folder cannot be read, not when nothing matches.
+    /// Entries are in the order of the system; on Linux sorted by name, ignoring case, "." and ".." first, and masks
+    /// have the meaning that they have on Windows: "*.*" is every name, "*." one without an extension, "a.*" also "a".
+    /// Fails if the folder cannot be read, not if nothing matches.
     Status Start(const char* pattern, LastName folder = LastName::MayBeLink, Detail detail = Detail::All);
 
-    /// Begins a search for all entries of an open folder, which must outlive the search. LeftOut says why it fails.
+    /// Starts a search for all entries of an open folder, which must outlive the search. LeftOut returns the reason of
+    /// a failure.
     void StartIn(const Folder& folder);
 
-    /// The next entry; false after the last one. Entries that vanish meanwhile are passed over, and on Linux those about
-    /// which the system tells nothing but their name. On Windows an entry whose name paths cannot hold has its short name
-    /// instead, and is passed over where it has none.
+    /// Reads the next entry; returns false after the last one. Entries that vanish meanwhile are skipped, and on Linux
+    /// those for which the system returns nothing but the name. On Windows an entry whose name cannot be represented in
+    /// a path has its short name instead, and is skipped if it has none.
     bool Next(FoundEntry& entry);
 
-    /// What was passed over since the last call, or since Start.
+    /// Returns what was skipped since the last call, or since Start.
     std::vector<PassedOver> TakePassedOver() { return std::exchange(m_passedOver, {}); }
-    /// Why something was passed over that has not vanished. A success when the search gave all there is.
+    /// Returns why an existing entry was skipped; a success if the search is complete.
     const Status& LeftOut() const { return m_leftOut; }
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file How the readers and writers of one file that is replaced by every change take turns.
+/// @file Locking between the readers and writers of a file that is replaced by every change.
 
 #include <string>
 
@@ -9,12 +9,12 @@
 namespace qv::platform {
 
 enum class TurnKind {
-    Read,  ///< on Linux nothing is locked: who has the file open keeps the version that was there
+    Read,  ///< no lock on Linux, where an open file keeps its old version
     Write
 };
 
-/// A lock on "PATH.lock", which is made when it is missing, on Linux for all who may write in its folder, and stays. It ends with its object, or
-/// with the process, and binds objects of one process too. One object, one thread.
+/// A lock on "PATH.lock", which is created if missing, on Linux for all users who can write to its folder, and never
+/// deleted. It is released with its object or process, and also excludes objects of the same process. Not thread-safe.
 class FileTurn {
 public:
     FileTurn() = default;
@@ -22,8 +22,8 @@ public:
     FileTurn(const FileTurn&) = delete;
     FileTurn& operator=(const FileTurn&) = delete;
 
-    /// Waits until no other object has a turn that excludes this one, for as long as that takes. A file system that keeps
-    /// no locks is no failure: the call returns at once there.
+    /// Waits without a timeout until no other object holds a conflicting lock. If the file system does not support
+    /// locks, returns success at once.
     Status Take(const std::string& path, TurnKind kind);
 
 private:

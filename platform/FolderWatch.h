@@ -6,13 +6,13 @@
 
 namespace qv::platform {
 
-/// What counts as a change, as Windows numbers it. Where Linux cannot tell two of them apart it counts too many, never too
-/// few: a file written to counts as a change of its size, and a change of an entry's attributes, times or owner as one of
-/// kAttributes, kLastWrite and kSecurity alike. With subfolders every folder that is made, deleted, renamed, moved in or
-/// out counts, since what has changed in it may have gone unseen.
+/// Kinds of changes, with the numbers of Windows. If Linux cannot distinguish two of them it reports too many, never
+/// too few: writing to a file counts as a change of its size, and a change of an entry's attributes, times or owner as
+/// kAttributes, kLastWrite and kSecurity. With subfolders every folder that is created, deleted, renamed, moved in or
+/// out counts, since changes in it may have been missed.
 enum FolderChange : unsigned {
-    kFileNames = 0x1,    ///< files made, deleted, renamed, moved in or out
-    kFolderNames = 0x2,  ///< the same of folders
+    kFileNames = 0x1,    ///< files created, deleted, renamed, moved in or out
+    kFolderNames = 0x2,  ///< the same for folders
     kAttributes = 0x4,
     kSize = 0x8,
     kLastWrite = 0x10,
@@ -21,27 +21,27 @@ enum FolderChange : unsigned {
     kSecurity = 0x100
 };
 
-/// A watched folder. One thread opens it, waits, rearms and closes it; any thread may stop it.
+/// A watched folder. Only Stop is thread-safe; all other members must be called by one thread.
 class FolderWatch {
 public:
     virtual ~FolderWatch() = default;
 
-    /// Returns once the watch is armed: no later change is missed. Null when the folder does not exist or may not be read,
-    /// or when the system has no watches left. On Linux subfolders that may not be read, or whose path is longer than the
-    /// system takes, are left out, and links to folders are not followed.
+    /// Returns once the watch is armed: no later change is missed. Null if the folder does not exist or is not
+    /// readable, or if the system has no watches left. On Linux subfolders that are not readable, or whose path is too
+    /// long for the system, are skipped, and links to folders are not followed.
     static std::unique_ptr<FolderWatch> Open(const char* folder, bool subfolders, unsigned changes);
 
     enum class Event { Change, Stop, Failure };
-    /// Waits, without limit, for the next change that has not been reported yet; changes that came together are reported as
-    /// one. A change goes before a stop. However many changes go on coming, it returns after a bounded number of them.
+    /// Waits, without a timeout, for the next unreported change; changes that occurred together are reported as one. A
+    /// change takes precedence over a stop. Returns after a bounded number of changes, even if they never end.
     virtual Event Wait() = 0;
-    /// To be called after each change. False when the folder is not watched any longer: it is gone; on Linux also when its
-    /// file system is unmounted, or when changes could be missed from now on, since the system has no watches left or, with
-    /// subfolders, the folder or one above it was renamed.
+    /// Must be called after each change. Returns false if the folder is no longer watched: it is gone; on Linux also if
+    /// its file system is unmounted, or if changes could be missed from now on, since the system has no watches left
+    /// or, with subfolders, the folder or one of its parents was renamed.
     virtual bool Rearm() = 0;
-    /// Ends the wait, the present one or the next.
+    /// Ends the current wait, or the next one.
     virtual void Stop() = 0;
-    /// Ends the watch; only Stop may be called afterwards.
+    /// Closes the watch; only Stop may be called afterwards.
     virtual void Close() = 0;
 };
 

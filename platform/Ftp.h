@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The system's own FTP client. Linux has none: every call fails there.
+/// @file The system's FTP client. Not available on Linux: every call fails there.
 
 #include <cstdint>
 #include <memory>
@@ -13,17 +13,17 @@ namespace qv::platform {
 class FtpSearch {
 public:
     virtual ~FtpSearch() = default;
-    /// False behind the last entry.
+    /// Returns false after the last entry.
     virtual bool Next(FoundEntry& entry) = 0;
 };
 
 class FtpSession {
 public:
     virtual ~FtpSession() = default;
-    /// Null when nothing matches or the server refuses. One search at a time; it ends before the session.
+    /// Returns null if nothing matches or the server refuses. One search at a time; it must end before the session.
     virtual std::unique_ptr<FtpSearch> Search(const char* pattern, std::uintptr_t context) = 0;
 
-    /// Null when the server cannot be reached or refuses. Port 0 is FTP's own, a null user is anonymous.
+    /// Returns null if the server cannot be reached or refuses. Port 0 is FTP's default, a null user is anonymous.
     static std::unique_ptr<FtpSession> Open(const char* server, unsigned short port, const char* user,
                                             const char* password);
 };

@@ -1,16 +1,16 @@
 #pragma once
 
-/// @file Identifiers that are unique in the world.
+/// @file Globally unique identifiers.
 
 #include <array>
 #include <optional>
 
 namespace qv::platform {
 
-/// The 16 bytes in the order in which they are written.
+/// The 16 bytes in textual order.
 using Guid = std::array<unsigned char, 16>;
 
-/// A new identifier; on Linux 122 random bits of the kernel. None when the system fails.
+/// Returns a new identifier; on Linux 122 random bits from the kernel. nullopt if the system fails.
 std::optional<Guid> NewGuid();
 
 }  // namespace qv::platform

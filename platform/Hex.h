@@ -34,7 +34,7 @@ constexpr bool IsHexDigit(char c) {
     return HexDigitValue(c) >= 0;
 }
 
-/// The byte that the two digits at `position`, which may be beyond the end, stand for; nullopt when there are not two.
+/// Returns the byte encoded by the two digits at `position`, which may be beyond the end; nullopt if there are not two.
 constexpr std::optional<char> HexByteAt(std::string_view text, std::size_t position) {
     if (position > text.size() || text.size() - position < 2) return std::nullopt;
     const int high = HexDigitValue(text[position]), low = HexDigitValue(text[position + 1]);

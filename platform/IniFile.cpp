@@ -28,7 +28,7 @@ private:
     Status m_status;
 };
 
-/// What grows or shrinks meanwhile is read as far as it was long.
+/// Reads a file that may change its size meanwhile, up to its original size.
 Status ReadWhole(FileHandle file, std::size_t size, std::string& text) {
     text.resize(size);
     std::size_t filled = 0;
@@ -67,7 +67,7 @@ Status ReplaceText(const std::string& path, const std::string& text) {
 
 Status ReadIniFile(const std::string& path, std::string& text) {
     FileTurn turn;
-    // Without a turn the text may still be read: whoever may not make files in the folder cannot take one.
+    // The text may be read without a lock: users who cannot create files in the folder cannot take one.
     turn.Take(LinkTarget(path.c_str()), TurnKind::Read).IgnoreError();
     return ReadOpened(path, text);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file An INI file (platform/IniText.h) that threads and processes read and change at the same time.
+/// @file An INI file (platform/IniText.h) that is read and changed concurrently by threads and processes.
 
 #include <functional>
 #include <string>
@@ -9,19 +9,20 @@
 
 namespace qv::platform {
 
-/// Larger files are neither read nor written.
+/// Larger files are rejected.
 inline constexpr std::size_t kLargestIniFile = std::size_t{16} << 20;
 
-/// The whole text: one version of the file, never parts of two. A missing file or folder gives an empty text. Fails for
-/// what cannot be read, is no regular file (AccessDenied), or is too large (InvalidFile).
+/// Reads the whole text: one version of the file, never a mix. A missing file or folder gives an empty text. Fails if
+/// the file cannot be read, is not a regular file (AccessDenied), or is too large (InvalidFile).
 Status ReadIniFile(const std::string& path, std::string& text);
 
-/// Puts `change(text)` in the place of the text, all of it or nothing. Writers wait for each other: no change is made to a
-/// text that another one has replaced. A text that does not change is not written. The folder must exist; a new file is
-/// the user's alone, an existing one keeps its attributes, and a link leads to the file that is changed.
+/// Replaces the text by `change(text)`, atomically. Writers are serialized: no change is applied to a text that another
+/// one has replaced. A text that does not change is not written. The folder must exist; a new file is accessible to the
+/// user only, an existing one keeps its attributes, and a link is followed.
 ///
-/// Writers take turns by a file beside it with ".lock" added to the name, which stays. On file systems without locks they do not
-/// wait, and the last one wins. `change` must not read or change the same file; what it raises leaves the file as it was.
+/// Writers lock a file beside it with ".lock" appended to the name, which is not deleted. On file systems without locks
+/// they do not wait, and the last one wins. `change` must not read or change the same file; an exception from it leaves
+/// the file unchanged.
 Status ChangeIniFile(const std::string& path, const std::function<std::string(std::string text)>& change);
 
 }  // namespace qv::platform

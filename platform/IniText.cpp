@@ -14,7 +14,7 @@ std::string_view Trimmed(std::string_view text) {
     return ascii::Trimmed(text, [](char c) { return ascii::IsBlank(c) || c == '\r'; });
 }
 
-// Only upper-case digits are an escape: those are what is written.
+// Only upper-case digits are an escape, because only those are written.
 std::optional<char> HexAt(std::string_view text, std::size_t position) {
     const auto byte = HexByteAt(text, position);
     if (!byte || ascii::IsLower(text[position]) || ascii::IsLower(text[position + 1])) return std::nullopt;
@@ -80,7 +80,7 @@ std::string DecodeValue(std::string_view value) {
     return out;
 }
 
-/// Walks through the lines and tells what each is.
+/// Iterates over the lines and classifies them.
 class IniLines {
 public:
     IniLines(std::string_view text, std::string_view section) : m_text(text), m_section(section) {}
@@ -96,11 +96,11 @@ public:
 
     std::size_t begin = 0;
     std::size_t End() const { return m_end; }
-    /// Whether the line belongs to a section of the name, its header included; and whether to the first such section.
+    /// Whether the line belongs to a section of the name, including its header; and whether to the first such section.
     bool inNamed = false, inSection = false;
     bool isBlank = false;
-    std::string_view header;       ///< the name between the brackets; else null
-    std::string_view name, value;  ///< of an entry; else the name is null
+    std::string_view header;       ///< the name between the brackets, or null
+    std::string_view name, value;  ///< of an entry; otherwise the name is null
 
 private:
     void Read(std::string_view line) {
@@ -134,7 +134,7 @@ std::string WithoutLines(std::string_view text, std::string_view section, Unwant
     return out;
 }
 
-/// Names that differ in the case of their letters are one.
+/// Collects names, ignoring the case of their letters.
 class DistinctNames {
 public:
     void Add(std::string name) {

@@ -2,9 +2,9 @@
 
 /// @file The text of an INI file: lines "[section]", "name=value" and comments that begin with ";" or "#".
 ///
-/// Names go without regard to the case of A to Z. Of sections and of entries with the same name the first counts. Blanks
-/// around names and values are no part of them. What would not come back otherwise is escaped on writing: in names bytes
-/// as "%" and two hexadecimal digits, values in double quotes with the escapes \\ \" and \x and two hexadecimal digits.
+/// Names ignore the case of A to Z. The first of several sections or entries with the same name is used. Blanks around
+/// names and values are not part of them. Anything that would not be read back is escaped on writing: in names bytes as
+/// "%" and two hexadecimal digits, values in double quotes with the escapes \\ \" and \x and two hexadecimal digits.
 
 #include <optional>
 #include <string>
@@ -13,23 +13,25 @@
 
 namespace qv::platform {
 
-/// Accepts any text. Nothing when there is no such entry.
+/// Accepts any text. Returns nullopt if the entry does not exist.
 std::optional<std::string> FindIniValue(std::string_view text, std::string_view section, std::string_view entry);
 
-/// The text with the value set, every other line as it was. A new entry goes behind the last one of its section, a new
-/// section to the end.
+/// Returns the text with the value set, all other lines unchanged. A new entry is added after the last one of its
+/// section, a new section at the end.
 std::string WithIniValue(std::string_view text, std::string_view section, std::string_view entry,
                          std::string_view value);
 
-/// The text without the entry, however often it is there, every other line as it was.
+/// Returns the text without any occurrence of the entry, all other lines unchanged.
 std::string WithoutIniValue(std::string_view text, std::string_view section, std::string_view entry);
 
-/// The text without the sections of the name: their headers, entries and comments. Every other line is as it was.
+/// Returns the text without the sections of the name: their headers, entries and comments. All other lines are
+/// unchanged.
 std::string WithoutIniSection(std::string_view text, std::string_view section);
-/// The same for all sections whose names begin with `prefix`.
+/// Does the same for all sections whose names begin with `prefix`.
 std::string WithoutIniSections(std::string_view text, std::string_view prefix);
 
-/// The names of the sections, and of a section's entries, each once, in the order of the text. O(n log n).
+/// Return the names of the sections, and of a section's entries, without duplicates, in the order of the text. O(n log
+/// n).
 std::vector<std::string> IniSections(std::string_view text);
 std::vector<std::string> IniEntries(std::string_view text, std::string_view section);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Shared libraries that a program loads while it runs.
+/// @file Shared libraries loaded at run time.
 
 #include <string>
 #include <string_view>
@@ -10,16 +10,17 @@ namespace qv::platform {
 
 using LibraryHandle = void*;
 
-/// Loads the library at an absolute path, in the library's form, with all that it needs resolved at once. Its names are
-/// not offered to other libraries. What it needs is searched for beside it (on Linux where it says so) and among the
-/// system's libraries, never in the current folder. Null, and the system's text in `problem`, when that fails.
+/// Loads the library at an absolute path, in the library's form, and resolves all symbols at once. Its symbols are not
+/// visible to other libraries. Its dependencies are searched for beside it (on Linux if it says so) and among the
+/// system's libraries, never in the current folder. Returns null, with the system's error text in `problem`, on
+/// failure.
 LibraryHandle OpenLibrary(const char* path, std::string& problem);
-/// The address of an exported name; null when the library has none.
+/// Returns the address of an exported name; null if the library does not export it.
 void* FindInLibrary(LibraryHandle library, const char* name);
-/// Nothing of the library may be used afterwards.
+/// Unloads the library; pointers into it are then invalid.
 void CloseLibrary(LibraryHandle library);
 
-/// The files in which a library of a name may be, best first: NAME.dll, or NAME.so and libNAME.so.
+/// Returns the possible file names of a library, best first: NAME.dll, or NAME.so and libNAME.so.
 std::vector<std::string> LibraryFileNames(std::string_view name);
 
 }  // namespace qv::platform

@@ -4,12 +4,13 @@
 
 namespace qv::platform {
 
-/// Tells the system that all of this memory will be written soon, so that it may back it with large pages. Its content is
-/// untouched, and nothing happens where the system takes no such advice (Windows).
+/// Advises the system that all of this memory will be written soon, so that it may use large pages. The content is
+/// unchanged; a no-op where the system has no such call (Windows).
 void ExpectWriting(void* memory, std::size_t size);
 
-/// Has the system provide this memory now, so that writing it does not wait for that. Any thread, beside others that write
-/// to it. False where the system has no such call (Windows, Linux before 5.14): the memory comes as it is written then.
+/// Makes the system populate this memory now, so that writing to it causes no page faults. Thread-safe, even while
+/// others write to it. Returns false if the system has no such call (Windows, Linux before 5.14): pages are then
+/// populated when written.
 bool ProvideMemory(void* memory, std::size_t size);
 
 }  // namespace qv::platform

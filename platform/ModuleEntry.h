@@ -1,12 +1,12 @@
 #pragma once
 
-/// @file The library's entry point belongs to the system: DllMain on Windows, the constructor and destructor of the shared
-/// object elsewhere. The one contract it keeps is to tell these two, once each.
+/// @file The library's entry point is system-specific: DllMain on Windows, the constructor and destructor of the shared
+/// object elsewhere. It calls these two functions, once each.
 
 namespace qv::platform {
 
-/// Provided by the library above. `module` is the system's handle of the library.
-/// LibraryLoaded returns false to make the load fail, where the system lets it (Windows).
+/// Implemented by the layer above. `module` is the system's handle of the library. LibraryLoaded returns false to make
+/// the load fail, where the system supports it (Windows).
 bool LibraryLoaded(void* module);
 void LibraryUnloaded(void* module);
 

@@ -12,8 +12,8 @@ inline void AppendPercent(std::string& out, char byte, HexCase letters = HexCase
     AppendHex(out, byte, letters);
 }
 
-/// The byte that the escape at `position`, which must be in the text, stands for; nullopt when there is none. Digits
-/// may be in either case.
+/// Returns the byte encoded by the escape at `position`, which must be in the text; nullopt if there is no escape.
+/// Digits may be in either case.
 constexpr std::optional<char> PercentByteAt(std::string_view text, std::size_t position) {
     return text[position] == '%' ? HexByteAt(text, position + 1) : std::nullopt;
 }

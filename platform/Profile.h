@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The store in which applications keep their settings.
+/// @file The store of application settings.
 
 #include <optional>
 #include <string>
@@ -8,26 +8,27 @@
 
 namespace qv::platform {
 
-/// Whose settings. Both are names of files; the company's may be empty.
+/// The owner of settings. Both are file names; the company's may be empty.
 ///
-/// On Windows the registry below "Software" of the current user, or without a company the private profile of that name; on
-/// Linux an INI file in the user's configuration folder.
+/// On Windows the registry below "Software" of the current user, or without a company the private profile of that name;
+/// on Linux an INI file in the user's configuration folder.
 struct ProfilePlace {
     std::string company, application;
 };
 
-/// The file, in the library's form, that an INI file's rules hold for (platform/IniFile.h). Empty where settings are not
-/// kept in one.
+/// Returns the INI file, in the library's form (platform/IniFile.h). Empty if settings are not stored in one.
 std::string ProfileFile(const ProfilePlace& place);
 
-/// Nothing when there is no such value, or none that can be read. Names go without regard to case.
+/// Returns nullopt if the value does not exist or cannot be read. Names are case-insensitive.
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry);
 
-/// Sets the value. A null value deletes the entry, a null entry the section; what is not there is deleted already. False
-/// when the system could not keep that; nothing has changed then. Writers in other threads and processes wait their turn.
+/// Sets the value. A null value deletes the entry, a null entry the section; deleting what does not exist succeeds.
+/// Returns false, without any change, if it could not be stored. Safe for concurrent writers in other threads and
+/// processes.
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value);
 
-/// The names of the section's entries that have a text, or with null those of the sections. Empty when they cannot be read.
+/// Returns the names of the section's entries that have a text, or with null those of the sections. Empty if they
+/// cannot be read.
 std::vector<std::string> ListProfile(const ProfilePlace& place, const char* section);
 
 }  // namespace qv::platform

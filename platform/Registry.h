@@ -1,10 +1,10 @@
 #pragma once
 
-/// @file Values with types below keys: the system's registry on Windows, INI files on Linux.
+/// @file Typed values of keys: the system's registry on Windows, INI files on Linux.
 ///
-/// A key is a path of names with "\" between them. On Linux "Software\COMPANY\APPLICATION\REST" is the section REST of that
+/// A key is a path of names separated by "\". On Linux "Software\COMPANY\APPLICATION\REST" is the section REST of that
 /// application's profile, and any other key a section of QvCommon/registry.ini; both are in the user's configuration
-/// folder, or in the machine's. Every value is a text there: it comes back with the type Text.
+/// folder, or in the machine's. Every value is stored as text there, and read with the type Text.
 
 #include <string>
 #include <vector>
@@ -17,9 +17,9 @@ enum class RegistryRoot { User, Machine };
 
 enum class RegistryType {
     Text,
-    Integer,  ///< the data are decimal digits, at most 64 bits; what is written has at most 32
-    Bytes,    ///< on Linux written as hexadecimal digits
-    Texts     ///< each ends with a zero byte; only read
+    Integer,  ///< decimal digits, at most 64 bits; at most 32 when written
+    Bytes,    ///< on Linux stored as hexadecimal digits
+    Texts     ///< zero-terminated each; read-only
 };
 
 struct RegistryValue {
@@ -32,17 +32,17 @@ struct RegistryKey {
     std::string path;
 };
 
-/// Fails with FileNotFound where there is no such value. An empty name is the key's default value.
+/// Fails with FileNotFound if the value does not exist. An empty name is the key's default value.
 Status ReadRegistryValue(const RegistryKey& key, const std::string& name, RegistryValue& value);
-/// Makes the key when it is missing. What the system cannot hold as it is, such as a text that is not well-formed in the
-/// code page, is refused with InvalidFile.
+/// Creates the key if missing. Data that the system cannot store unchanged, such as a text that is not well-formed in
+/// the code page, is rejected with InvalidFile.
 Status WriteRegistryValue(const RegistryKey& key, const std::string& name, const RegistryValue& value);
 
-/// Deletes a value, or a key with all below it. What is not there is deleted already.
+/// Deletes a value, or a key with all its subkeys. Succeeds if it does not exist.
 Status DeleteRegistryValue(const RegistryKey& key, const std::string& name);
 Status DeleteRegistryKey(const RegistryKey& key);
 
-/// The names of the values of a key, or of the keys directly below it; none where the key is missing. Their order is the
+/// Lists the names of the values of a key, or of its direct subkeys; none if the key is missing. The order is the
 /// system's.
 Status ListRegistryValues(const RegistryKey& key, std::vector<std::string>& names);
 Status ListRegistryKeys(const RegistryKey& key, std::vector<std::string>& names);

@@ -1,23 +1,23 @@
 #pragma once
 
-/// @file Waiting until a file loses its name.
+/// @file Waiting until a file is removed.
 
 #include <chrono>
 #include <memory>
 
 namespace qv::platform {
 
-/// Waits for the removal of a file, for one thread.
+/// Waits for the removal of a file. Not thread-safe.
 class RemovalWatch {
 public:
     virtual ~RemovalWatch() = default;
 
-    /// Null where the system cannot watch the file, which may be missing already.
+    /// Returns null if the system cannot watch the file, for example because it is already missing.
     static std::unique_ptr<RemovalWatch> Open(const char* path);
 
-    /// Returns once the file has been removed since Open, and after `limit` otherwise. May return sooner: on Linux when
-    /// the file's attributes change, on Windows when any name in its folder does. What another machine removes is not
-    /// seen on network file systems of Linux.
+    /// Returns once the file has been removed since Open, otherwise after `limit`. May return earlier: on Linux if the
+    /// file's attributes change, on Windows if any name in its folder does. Removal by another machine is not detected
+    /// on network file systems of Linux.
     virtual void WaitFor(std::chrono::milliseconds limit) = 0;
 };
 

@@ -8,8 +8,9 @@ namespace qv::platform {
 
 enum class ShellFunction : unsigned { Copy = 2, Delete = 3 };
 
-/// The system shell's own copying and deleting of files and trees. Both path lists end with two zero bytes; `to` is null
-/// for a deletion. @return whether all was done and nothing aborted; nothing on systems without such a shell (Linux).
+/// Copies or deletes files and trees by the system's shell. Both path lists end with two zero bytes; `to` is null for a
+/// deletion. @return whether everything was done and nothing cancelled; nullopt on systems without such a shell
+/// (Linux).
 std::optional<bool> RunShellOperation(ShellFunction function, const char* from, const char* to, unsigned short flags,
                                       WindowHandle owner, const char* title);
 

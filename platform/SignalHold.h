@@ -4,10 +4,10 @@
 
 namespace qv::platform {
 
-/// While it lives, signals that end the process (SIGHUP, SIGINT, SIGQUIT, SIGTERM) wait, so that a file with a temporary
-/// name is not left by them. It holds for the calling thread, and for good for those that it starts meanwhile; another
-/// thread of the program that does not hold signals may still take them. To be used for milliseconds only. On Windows,
-/// where other threads carry out such requests, it does nothing.
+/// Blocks signals that terminate the process (SIGHUP, SIGINT, SIGQUIT, SIGTERM) during its lifetime, so that they do
+/// not prevent the removal of a temporary file. It applies to the calling thread, and permanently to those that it
+/// starts meanwhile; other threads may still receive the signals. Use it only for milliseconds. A no-op on Windows,
+/// where other threads carry out such requests.
 class SignalHold {
 public:
     SignalHold();

@@ -1,20 +1,20 @@
 #pragma once
 
-/// @file The process's standard streams, as handles for ReadBytes and WriteBytes: no byte is translated on the way.
+/// @file The process's standard streams, as handles for ReadBytes and WriteBytes: no byte is translated.
 
 #include "platform/File.h"
 
 namespace qv::platform {
 
-/// Not to be closed by the caller. kNoFile when the process has no such stream.
+/// Must not be closed by the caller. kNoFile if the process has no such stream.
 FileHandle StandardInput();
 FileHandle StandardOutput();
 
-/// Whether the system's number of a failed write means that the reader has closed the pipe. On Linux such a write raises
-/// SIGPIPE, which ends a process that does not ignore it.
+/// Returns whether a system error of a failed write means that the reader has closed the pipe. On Linux such a write
+/// raises SIGPIPE, which ends a process that does not ignore it.
 bool IsReaderGone(std::uint32_t error);
 
-/// Whether standard output, or standard error, is a terminal.
+/// Return whether standard output, or standard error, is a terminal.
 bool IsOutputTerminal();
 bool IsErrorTerminal();
 

@@ -9,10 +9,10 @@ namespace qv::platform {
 using ThreadFunction = unsigned (*)(void* argument);
 using ThreadHandle = void*;
 
-/// Starts a thread with the system's default stack; null when the system refuses. `id`, where not null, gets the system's
-/// number of the thread.
+/// Starts a thread with the system's default stack; null if the system refuses. `id`, if not null, receives the
+/// system's thread id.
 ThreadHandle StartThread(ThreadFunction function, void* argument, std::uint32_t* id);
-/// Lets go of a thread, which runs on. Null does nothing.
+/// Closes the handle of a thread, which continues to run. No-op for null.
 void CloseThread(ThreadHandle thread);
 
 }  // namespace qv::platform

@@ -35,7 +35,8 @@ CalendarTime FromSeconds(std::int64_t seconds) {
             rest % 60};
 }
 
-// A zone does not change its clocks twice within two days, so the offsets a day before and a day after are all there are.
+// A zone changes its clocks at most once within two days, so the offsets a day before and a day after are the only
+// candidates.
 std::optional<std::int64_t> FromLocal(const CalendarTime& local) {
     const std::int64_t shown = ToSeconds(local);
     const std::optional<std::int64_t> before = OffsetAt(shown - kDay);

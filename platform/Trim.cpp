@@ -9,8 +9,8 @@ bool IsSpaceAt(std::string_view text, std::size_t position, std::size_t length) 
     return IsSpace(text.substr(position, length));
 }
 
-// Where the last character of a text in UTF-8 starts. No byte that starts a character is part of another one, so looking
-// back over four bytes finds the same characters as walking from the front.
+// Finds the start of the last character of a UTF-8 text. No byte that starts a character is part of another one, so
+// scanning back over four bytes finds the same characters as walking from the front.
 std::size_t LastCharacter(std::string_view text) {
     const std::size_t reach = std::min<std::size_t>(text.size(), 4);
     for (std::size_t back = 2; back <= reach; ++back)
@@ -18,7 +18,7 @@ std::size_t LastCharacter(std::string_view text) {
     return text.size() - 1;
 }
 
-// Trail bytes look like other characters, so the way leads from the front.
+// Trail bytes look like other characters, so the scan must start at the front.
 std::string_view TrimmedRightForward(std::string_view text) {
     std::size_t kept = 0;
     for (std::size_t i = 0, length = 0; i < text.size(); i += length) {

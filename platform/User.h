@@ -7,16 +7,16 @@
 
 namespace qv::platform {
 
-/// The login name of the user as whom the program runs; "Unknown" when it cannot be had or is longer than 63 bytes.
-/// On Linux each thread asks the user database once for each user.
+/// Returns the login name of the user that runs the program; "Unknown" if it is not available or longer than 63 bytes.
+/// On Linux each thread queries the user database once per user.
 std::string UserName();
 
-/// The login names of the accounts of people, in no order. Which these are, qvcommon/NetUtils.h says. Any thread.
+/// Lists the login names of human users, as defined by qvcommon/NetUtils.h, in no particular order. Thread-safe.
 Status ListUsers(std::vector<std::string>& names);
-/// The full name of a login name; empty when the user has no full name.
+/// Returns the full name of a login name; empty if the user has no full name.
 std::string DisplayName(const std::string& user);
 
-/// The machine's name without its domain; empty when it cannot be had.
+/// Returns the machine's name without its domain; empty if it is not available.
 std::string MachineName();
 
 }  // namespace qv::platform

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Where programs keep what belongs to their users.
+/// @file The folders for user data.
 
 #include <string>
 
@@ -16,15 +16,16 @@ enum class UserFolderKind {
                      ///< application data
 };
 
-/// The folder, in the library's form without a final separator; empty where the system has none. It need not exist.
-/// Variables that hold no absolute path do not count.
+/// Returns the folder, in the library's form without a trailing separator; empty if the system has none. It need not
+/// exist. Variables without an absolute path are ignored.
 std::string UserFolder(UserFolderKind kind);
 
-/// Makes the folder and those above it that are missing, on Linux for the user alone. No failure for one that exists.
+/// Creates the folder and its missing parents, on Linux with access for the user only. Succeeds if it exists.
 Status MakeUserFolder(const std::string& path);
 
-/// Makes the folder, in the system's own form, take the place of all these folders in this process; null ends that. False, and
-/// nothing done, where settings are not kept in a folder. Not safe while other threads use the folders.
+/// Makes the folder, in the system's form, replace all these folders in this process; null restores them. Returns
+/// false, without effect, if settings are not stored in a folder. Must not be called while other threads use the
+/// folders.
 bool UseUserFolder(const char* folder);
 
 }  // namespace qv::platform

@@ -3,7 +3,8 @@
 namespace qv::platform {
 namespace {
 
-// How many bytes a character has that starts with this byte, and what of the byte belongs to its code. 0: not a start.
+// The length of a character that starts with this byte, and the bits of the byte that belong to its code. 0: not a
+// start.
 struct Lead {
     std::size_t length;
     char32_t bits;

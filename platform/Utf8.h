@@ -9,21 +9,21 @@
 namespace qv::platform {
 
 struct Utf8Character {
-    char32_t code = 0;       ///< the byte itself when it is no part of a well-formed character
+    char32_t code = 0;       ///< the byte itself if it is not part of a well-formed character
     std::size_t length = 1;  ///< in bytes
     bool wellFormed = false;
 };
 
-/// The character at `position`, which has to lie in the text.
+/// Decodes the character at `position`, which must be within the text.
 Utf8Character DecodeUtf8(std::string_view text, std::size_t position);
 
 void AppendUtf8(std::string& out, char32_t code);
 
-/// UTF-16 either way. Bytes that are no part of a character, and lone surrogates, become "?".
+/// Convert to and from UTF-16. Bytes that are not part of a character, and lone surrogates, become "?".
 std::u16string Utf8ToWide(std::string_view text);
 std::string WideToUtf8(std::u16string_view text);
 
-/// A copy in which every well-formed character is replaced by `map(code)`; stray bytes stay as they are.
+/// Returns a copy in which every well-formed character is replaced by `map(code)`; other bytes are unchanged.
 template <class Map>
 std::string MapUtf8(std::string_view text, Map map) {
     std::string out;

@@ -9,15 +9,15 @@ namespace qv::platform {
 
 class VersionResource {
 public:
-    /// Reads the file's resource. A file that is missing or has none gives an object without values.
+    /// Reads the file's resource. A file that is missing or has no resource gives an object without values.
     explicit VersionResource(const std::string& file);
 
-    /// The bytes of the value under a path such as "\\VarFileInfo\\Translation" or "\\"; empty when there is none.
-    /// Texts are in the code page of platform/Text.h, with their final zero byte.
+    /// Returns the bytes of the value under a path such as "\\VarFileInfo\\Translation" or "\\"; empty if it does not
+    /// exist. Texts are in the code page of platform/Text.h, with their terminating zero byte.
     std::string Value(const std::string& path) const;
 
 private:
-    std::vector<char> m_block;  // as the system keeps it
+    std::vector<char> m_block;  // in the system's format
 };
 
 }  // namespace qv::platform

@@ -4,15 +4,14 @@
 
 namespace qv::platform {
 
-/// Whether the path, with its final separator, is the root of a volume: on Linux "/" and folders on which a
-/// file system is mounted.
+/// Returns whether the path, with its trailing separator, is the root of a volume: on Linux "/" and mount points.
 bool IsVolume(const char* path);
 
-/// The kind of the file system on which a path lies, by the system's own name ("ext4", "fuse.sshfs", "NTFS"); empty where the
-/// system does not tell.
+/// Returns the type of the file system that contains a path, by the system's name ("ext4", "fuse.sshfs", "NTFS"); empty
+/// if the system does not report it.
 std::string FileSystemOf(const char* path);
 
-/// The short (8.3) form of a path; the path as it is where there is none, as always on Linux.
+/// Returns the short (8.3) form of a path; the path unchanged if it has none, always on Linux.
 std::string ShortPath(const char* path);
 
 }  // namespace qv::platform

@@ -8,7 +8,7 @@
 namespace qv::platform {
 namespace {
 
-// Stand for wild cards among the characters, above all numbers of these.
+// Represent wildcards among the characters, as numbers above all of them.
 constexpr char32_t kAnyText = 0x200000, kAnyTextBeforePoint = 0x200001, kAnyCharacter = 0x200002, kPoint = 0x200003;
 
 std::u32string UpperCase(std::string_view text) {
@@ -42,7 +42,7 @@ std::u32string Compiled(std::u32string_view mask) {
     return out;
 }
 
-/// Which ends of the name the mask has reached so far, step by step: `from[i]` says that it can have taken i characters.
+/// The prefixes of the name that the mask matches so far: `from[i]` is whether it can match i characters.
 using Reached = std::vector<char>;
 
 Reached AfterText(const Reached& from, std::size_t end) {

@@ -5,9 +5,9 @@
 
 namespace qv::platform {
 
-/// A mask for names of files, as Windows reads them: "*" any text, "?" any character or none at a point or the end, without
-/// regard to case. A point before wild cards only may be missing in the name, and "*." means a name without extension.
-/// Takes time in line with the mask's length times the name's.
+/// A mask for file names, as on Windows: "*" any text, "?" any character, or nothing at a dot or the end; case is
+/// ignored. A dot followed only by wildcards may be missing in the name, and "*." means a name without extension. O(n
+/// m) in the lengths of mask and name.
 class Wildcard {
 public:
     explicit Wildcard(std::string_view mask);

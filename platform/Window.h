@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file Dialogs and their controls. On Linux they live in memory only: nobody sees them, and programs take the user's
-/// part. A window belongs to the thread that made it.
+/// @file Dialogs and their controls. On Linux they exist in memory only, invisibly, and programs simulate the user. A
+/// window must be used by the thread that created it.
 
 #include <cstdint>
 #include <string>
@@ -12,25 +12,24 @@ namespace qv::platform {
 
 enum class WindowKind { Dialog, Edit, ComboBox, ListBox };
 
-/// Makes a window that is not shown; a control needs its dialog. Null when the system refuses. Ending a dialog ends its
-/// controls.
+/// Creates a hidden window; a control needs its dialog. Returns null if the system refuses. Destroying a dialog
+/// destroys its controls.
 WindowHandle MakeWindow(WindowKind kind, WindowHandle dialog, int id);
 void EndWindow(WindowHandle window);
 
-/// The control of this number; null when there is none.
+/// Returns the control with this number; null if it does not exist.
 WindowHandle ControlOf(WindowHandle dialog, int id);
 
 std::string TextOf(WindowHandle window);
 void PutText(WindowHandle window, const std::string& text);
-/// Chooses the combo box's item that begins with the text, without regard to case; without one the text is put into its
-/// field.
+/// Selects the combo box's item that begins with the text, ignoring case; without one the text is stored in its field.
 void ChooseText(WindowHandle comboBox, const std::string& text);
 
-/// Gives the keyboard to a window, and marks all of an edit control's text if asked to.
+/// Gives a window the keyboard focus, and selects all of an edit control's text if requested.
 void FocusOn(WindowHandle window, bool markAll);
 WindowHandle FocusedWindow();
 
-/// Items of a combo box or list box, from 0; each of a list box has a number of its own, 0 at first.
+/// Items of a combo box or list box, from 0; each item of a list box has a number, 0 by default.
 void AddItem(WindowHandle box, WindowKind kind, const std::string& text);
 int ItemCount(WindowHandle listBox);
 void SetItemData(WindowHandle listBox, int item, std::intptr_t data);

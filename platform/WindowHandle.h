@@ -1,8 +1,8 @@
 #pragma once
 
-/// @file A window of the system, which the layers above pass on and never look into.
+/// @file A window of the system, opaque to the layers above.
 
-/// The tag under which programs on Windows know it too, so that handles pass through the library as they are.
+/// The tag used by programs on Windows too, so that handles need no conversion.
 struct HWND__;
 
 namespace qv::platform {
