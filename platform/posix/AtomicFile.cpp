@@ -13,9 +13,9 @@
 #include "platform/posix/attributes/FileAttributes.h"
 #include "platform/posix/attributes/FolderAccess.h"
 
-// A temporary name is in use for as long as its file is locked. Who finds the name taken and the lock free deletes the
-// file: its process is dead. A file that has just been made is not locked yet, so its maker checks, once it has the lock,
-// that the name still leads to the file. Where the file system keeps no locks, nothing is deleted.
+// A temporary name is in use as long as its file is locked. A process that finds the name taken and the lock free
+// deletes the file, because its creator is dead. A new file is not locked yet, so its creator checks, once it holds the
+// lock, that the name still refers to the file. If the file system does not support locks, nothing is deleted.
 
 namespace qv::platform {
 namespace {
@@ -23,14 +23,15 @@ namespace {
 constexpr int kMostTemporaryNames = 100;
 constexpr mode_t kOwnerOnly = 0600, kAsUmaskSays = 0666;
 
-/// No other lock of this library covers the byte: the committed file is open to others while its maker still has it open.
+/// No other lock of this library covers the byte: the committed file may be opened by others while its creator still
+/// has it open.
 constexpr ByteRange kInUse = {.start = (off_t{1} << 62) - 1, .length = 1};
 
 Result<int> LockAsInUse(int file) {
     return SetOfdLock(file, OfdLockKind::Write, kInUse);
 }
 
-/// Deletes a temporary file whose process is dead. False when it is in use, or not known for one of ours.
+/// Deletes a temporary file whose process is dead. Returns false if it is in use, or not known to be a temporary file.
 bool RemoveAbandoned(int folder, const char* name) {
     constexpr int kFlags = O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     const UniqueFd file(sys::openat(folder, name, kFlags, 0));
@@ -41,7 +42,7 @@ bool RemoveAbandoned(int folder, const char* name) {
     return LeadsTo(folder, name, status, AT_SYMLINK_NOFOLLOW) && sys::unlinkat(folder, name, 0).ok();
 }
 
-/// Locks a file that has just been made. False when another process has taken it for an abandoned one.
+/// Locks a new file. Returns false if another process has mistaken it for an abandoned one.
 bool ClaimName(int file, int folder, const char* name) {
     const auto locked = LockAsInUse(file);
     if (!locked.ok()) return !IsLockConflict(locked);
@@ -49,14 +50,14 @@ bool ClaimName(int file, int folder, const char* name) {
     return sys::fstat(file, &made).ok() && LeadsTo(folder, name, made, AT_SYMLINK_NOFOLLOW);
 }
 
-/// Network file systems, quotas and file systems in user space report at a close what they cannot keep. Closing a
-/// duplicate has them report it while the target is still the old one.
+/// Network file systems, quotas and user-space file systems report on close what they cannot store. Closing a duplicate
+/// triggers that while the target is still the old file.
 Status HandOver(int file) {
     const auto duplicate = sys::fcntl(file, F_DUPFD_CLOEXEC, 0);
     return duplicate.ok() ? UniqueFd(duplicate).Close() : duplicate.status();
 }
 
-/// A folder that may not be read has no descriptor to sync: all of its file system is synced then, by a file in it.
+/// A folder that is not readable has no descriptor to sync: its whole file system is synced then, through a file in it.
 Status SyncFolder(const UniqueFd& folder, const UniqueFd& file) {
     return folder ? FlushToDisk(folder.Get()) : sys::syncfs(file.Get()).status();
 }
@@ -67,7 +68,7 @@ struct AtomicFile::Body {
     Body(int folder_, std::string target_, Access access_)
         : folder(folder_), access(access_), target(std::move(target_)), prefix(target, 0, target.rfind('/') + 1) {}
     ~Body() {
-        // What cannot be deleted now is deleted by the next that encounters its name.
+        // A file that cannot be deleted now is deleted by the next process that finds its name.
         if (!temporary.empty()) sys::unlinkat(folder, temporary.c_str(), 0).IgnoreError();
     }
     Body(const Body&) = delete;
@@ -94,11 +95,11 @@ private:
     Result<int> ReplaceTarget(bool exists);
     Status ClaimTarget(UniqueFd& existing) const;
 
-    const int folder;  // where the names begin; AT_FDCWD for a path
+    const int folder;  // the base of the names; AT_FDCWD for a path
     const Access access;
-    const std::string target;    // in the system's own form
-    const std::string prefix;    // the target's folder with its final separator; empty for the folder itself
-    std::string temporary = {};  // the file's own name; empty while it has none
+    const std::string target;    // in the system's form
+    const std::string prefix;    // the target's folder with its trailing separator; empty for the folder itself
+    std::string temporary = {};  // the file's current name; empty while it has none
 };
 
 Status AtomicFile::Body::Create() {
@@ -114,8 +115,8 @@ Status AtomicFile::Body::CreateFile() {
     return StatusOf(TakeTemporaryName([this](const char* name) { return CreateAs(name); }));
 }
 
-/// Takes the first temporary name that is free, or that a dead process has left. `take` fails with EEXIST for a name that
-/// is taken.
+/// Takes the first temporary name that is free, or abandoned by a dead process. `take` fails with EEXIST for a name
+/// that is taken.
 template <class Take>
 Result<int> AtomicFile::Body::TakeTemporaryName(Take take) {
     for (int number = 1; number <= kMostTemporaryNames; ++number) {
@@ -139,7 +140,7 @@ Result<int> AtomicFile::Body::CreateAs(const char* name) {
 Result<int> AtomicFile::Body::LinkAs(const char* name) const {
     const auto linked = sys::linkat(file.Get(), "", folder, name, AT_EMPTY_PATH);
     if (linked.ok() || linked.error() == EEXIST) return linked;
-    // Linking a descriptor as it is takes a privilege on older kernels.
+    // Linking a descriptor directly requires a privilege on older kernels.
     const std::string unnamed = "/proc/self/fd/" + std::to_string(file.Get());
     return sys::linkat(AT_FDCWD, unnamed.c_str(), folder, name, AT_SYMLINK_FOLLOW);
 }
@@ -149,14 +150,14 @@ Result<int> AtomicFile::Body::TakeFreeTarget() const {
                              : RenameNoReplace(folder, temporary.c_str(), folder, target.c_str());
 }
 
-/// A signal that ends the process leaves no second name: it waits for the few calls that need one.
-/// @param exists  whether there is known to be a target; else it is tried first whether the name is free
+/// Signals that end the process are blocked for the few calls that need a temporary name, so that it is always removed.
+/// @param exists  whether a target is known to exist; otherwise linking to the name is tried first
 Result<int> AtomicFile::Body::ReplaceTarget(bool exists) {
     const SignalHold hold;
     if (temporary.empty()) {
         if (!exists)
             if (const auto linked = LinkAs(target.c_str()); linked.error() != EEXIST) return linked;
-        // Before it has a name, so that it never looks abandoned. Where there are no locks, nothing looks abandoned.
+        // Before it has a name, so that it never looks abandoned. Without lock support nothing looks abandoned.
         LockAsInUse(file.Get()).IgnoreError();
         const auto named = TakeTemporaryName([this](const char* name) { return LinkAs(name); });
         if (!named.ok()) return named;
@@ -164,7 +165,8 @@ Result<int> AtomicFile::Body::ReplaceTarget(bool exists) {
     return sys::renameat(folder, temporary.c_str(), folder, target.c_str());
 }
 
-/// Opens the target as if to write it, and makes the new version like it. Nothing is opened where there is no target.
+/// Opens the target as if for writing, and copies its attributes to the new version. Opens nothing if there is no
+/// target.
 Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
     FileHandle handle = kNoFile;
     const Status opened = OpenFile(LibraryPath(target).c_str(), {.write = true, .denyWrite = true}, handle);
@@ -178,7 +180,7 @@ Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
 }
 
 Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
-    UniqueFd existing;  // claimed until the new version is in its place, whose attributes are synced with its data
+    UniqueFd existing;  // claimed until the new version is in place, whose attributes are synced with its data
     if (ifExists == IfExists::Update)
         if (const Status claimed = ClaimTarget(existing); !claimed.ok()) return claimed;
     if (const Status handedOver = HandOver(file.Get()); !handedOver.ok()) return handedOver;

@@ -7,7 +7,7 @@
 
 namespace qv::platform {
 
-/// Keeps signals from being delivered to the calling thread for the life of the object; they wait to be taken.
+/// Blocks signals for the calling thread during the lifetime of the object; they remain pending.
 class BlockedSignals {
 public:
     BlockedSignals(std::initializer_list<int> signals) {

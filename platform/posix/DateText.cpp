@@ -22,7 +22,7 @@ void AddNames(std::vector<DateWord>& words, nl_item first, int count, DateWordKi
     for (int i = 0; i < count; ++i) AddWord(words, ::nl_langinfo(first + i), kind, i + 1);
 }
 
-// Position after the conversion whose percent sign stands at `at`.
+// Returns the position after the conversion whose percent sign is at `at`.
 std::size_t EndOfConversion(std::string_view format, std::size_t at) {
     constexpr std::string_view modifiers = "-_0^#EO";
     do ++at;
@@ -30,7 +30,7 @@ std::size_t EndOfConversion(std::string_view format, std::size_t at) {
     return std::min(at + 1, format.size());
 }
 
-// What a format has beside conversions, points and blanks; it belongs to the conversion before it.
+// Collects the text of a format other than conversions, dots and blanks; it belongs to the preceding conversion.
 void AddLiterals(std::vector<DateWord>& words, std::string_view format) {
     constexpr std::string_view points = "%/-.,: \t";
     constexpr std::string_view ofTimes = "HIklMSTRrpP";
@@ -48,7 +48,7 @@ void AddLiterals(std::vector<DateWord>& words, std::string_view format) {
     }
 }
 
-// What %c stands for, without the zone: a date has none, and the blank before it would be left.
+// Returns the expansion of %c without the zone: a date has none, and the blank before it would remain.
 std::string DateAndTimeFormat() {
     constexpr std::string_view zone = " %Z";
     std::string format = ::nl_langinfo(D_T_FMT);
@@ -102,7 +102,7 @@ std::string FormatLocaleDate(char conversion, const CalendarTime& time, int dayO
     const std::string format = conversion == 'c' ? DateAndTimeFormat() : std::string{'%', conversion};
     char text[512];
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"  // one conversion, of those the contract lists
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"  // a single conversion, one of those listed in the contract
     return FromLocale({text, ::strftime(text, sizeof text, format.c_str(), &fields)});
 #pragma GCC diagnostic pop
 }

@@ -9,8 +9,8 @@
 #include "platform/Process.h"
 #include "platform/posix/UniqueFd.h"
 
-// The programs are those of xdg-utils, CUPS, GLib and D-Bus. The file manager's interface is that of the freedesktop.org
-// File Manager DBus Interface.
+// The programs are those of xdg-utils, CUPS, GLib and D-Bus. The file manager implements the freedesktop.org File
+// Manager DBus Interface.
 
 namespace qv::platform {
 namespace {
@@ -25,7 +25,7 @@ struct Unended {
 };
 
 Unended& Left() {
-    static auto* const unended = new Unended;  // never destroyed: threads may still be at work
+    static auto* const unended = new Unended;  // never destroyed: threads may still be running
     return *unended;
 }
 
@@ -42,7 +42,7 @@ void ReapEnded() {
 bool EndsSoon(pid_t process) {
     constexpr int kPatience = 3000;
     const UniqueFd watched(sys::pidfd_open(process, 0u));
-    if (!watched) return true;  // an older kernel: it is waited for
+    if (!watched) return true;  // older kernels: it is waited for
     pollfd ended{.fd = watched.Get(), .events = POLLIN, .revents = 0};
     const auto polled = sys::poll(&ended, nfds_t{1}, kPatience);
     return !polled.ok() || polled.value() > 0;
@@ -53,7 +53,7 @@ struct Outcome {
     std::string problem = {};
 };
 
-/// What the programs of the message bus print is of no interest; the others' may be the document's own program's.
+/// Output of the message bus programs is hidden; the others may be the program for the document itself.
 enum class Output { Shown, Hidden };
 
 Outcome Run(const char* program, const std::vector<std::string>& arguments, Output output) {
@@ -70,7 +70,7 @@ Outcome Run(const char* program, const std::vector<std::string>& arguments, Outp
         return {.started = true};
     }
     int status = 0;
-    WaitForProcess(child.process, status).IgnoreError();  // the program's handlers may have taken the status
+    WaitForProcess(child.process, status).IgnoreError();  // the program's own handlers may have reaped it
     return {.started = true,
             .refused = status != 0,
             .problem = std::string(program) + " failed with status " + std::to_string(status) + "."};
@@ -84,7 +84,7 @@ bool Succeeds(const char* program, const std::vector<std::string>& arguments, st
     return false;
 }
 
-/// Without the characters that mean something in a list of texts, as dbus-send and gdbus read it.
+/// Escapes the characters with a special meaning in lists of texts, as parsed by dbus-send and gdbus.
 std::string UriOf(const std::string& native) {
     std::string uri = "file://";
     for (const char c : native) {

@@ -9,7 +9,7 @@
 namespace qv::platform {
 namespace {
 
-// Where an area's pixels of one direction come from, for those that lie within the target.
+// Maps an area's pixels in one dimension to source pixels, for those within the target.
 struct Span {
     Span(int position, int length, int limit, int sourceFirst, int sourceLength) : first(std::max(position, 0)) {
         const auto end = static_cast<int>(std::min<std::int64_t>(std::int64_t{position} + length, limit));

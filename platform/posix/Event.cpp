@@ -18,7 +18,7 @@ Event::Event() : m_body(std::make_unique<Body>()) {}
 Event::~Event() = default;
 
 void Event::Set() {
-    // Under the mutex: whoever waited may end the event as soon as it is awake.
+    // While holding the mutex: the waiting thread may destroy the event as soon as it wakes up.
     const std::scoped_lock lock(m_body->mutex);
     m_body->signalled = true;
     m_body->changed.notify_one();

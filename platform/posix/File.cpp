@@ -15,7 +15,7 @@ int Descriptor(FileHandle handle) {
     return static_cast<int>(handle);
 }
 
-/// Whether this machine alone keeps the file.
+/// Whether the file is on this machine.
 bool IsLocal(FileHandle handle) {
     struct statfs system;
     const auto asked = sys::fstatfs(Descriptor(handle), &system);
@@ -67,7 +67,7 @@ Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64
     return reached.status();
 }
 
-// Servers answer sizes from caches, of the machine or of their own; where data ends they look up.
+// Servers answer size queries from caches, their own or this machine's; seeking to the end of data bypasses them.
 Status SeekToServerEnd(FileHandle handle, std::uint64_t& position) {
     struct statx status;
     const auto asked = sys::statx(Descriptor(handle), "", AT_EMPTY_PATH | AT_STATX_FORCE_SYNC, STATX_SIZE, &status);

@@ -33,7 +33,7 @@ std::uint32_t AttributesOf(const struct statx& status, std::string_view name) {
     return attributes;
 }
 
-/// All but the name of what the path, from the folder, names. `name` is its last part.
+/// Fills all fields except the name for the path, relative to the folder. `name` is its last part.
 Status Describe(int folder, const char* path, const char* name, FoundEntry& entry) {
     struct statx status {};
     const auto asked = Query(folder, path, AT_SYMLINK_NOFOLLOW, status);
@@ -50,7 +50,7 @@ Status Describe(int folder, const char* path, const char* name, FoundEntry& entr
     return {};
 }
 
-/// All but the name, as far as the kind says it.
+/// Fills all fields except the name, as far as the kind determines them.
 void DescribeKind(EntryKind kind, FoundEntry& entry) {
     const bool link = kind == EntryKind::FolderLink;
     entry.attributes = (kind == EntryKind::File ? 0u : +kDirectory) | (link ? kReparsePoint : 0);
@@ -75,8 +75,8 @@ Status FindEntry(const char* path, FoundEntry& entry) {
 }
 
 struct FileSearch::State {
-    Folder opened;                   // by the search itself
-    const Folder* folder = &opened;  // where it searches
+    Folder opened;                   // opened by the search itself
+    const Folder* folder = &opened;  // folder being searched
     Detail detail = Detail::All;
     FolderNames names;
 
@@ -85,7 +85,7 @@ struct FileSearch::State {
         return sys::fstatat(DescriptorOf(*folder), name.c_str(), &status, AT_SYMLINK_NOFOLLOW).ok();
     }
 
-    /// Returns why some were not listed.
+    /// Returns why entries were left out.
     Status Collect(const Wildcard& mask) {
         const int descriptor = DescriptorOf(*folder);
         const Status listed = ForEachEntry(descriptor, [&](const dirent64& entry) {
@@ -122,7 +122,7 @@ Status FileSearch::Start(const char* pattern, LastName lastName, Detail detail) 
     auto state = std::make_unique<State>();
     state->detail = detail;
     const Status opened = state->opened.Open(path.c_str(), lastName);
-    // Of the pattern it is the folder that is missing, not the file.
+    // For a pattern the missing part is the folder, not the file.
     if (!opened.ok()) return opened.error() == ENOENT ? Status::OfErrorAt(ENOENT, pattern) : opened;
 
     const std::string named = NativePath(mask);

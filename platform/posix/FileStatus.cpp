@@ -48,7 +48,7 @@ Status ChangeMode(const std::string& native, mode_t mode, bool readOnly) {
     return sys::fchmodat(AT_FDCWD, native.c_str(), changed & 07777, 0).status();
 }
 
-// With it, a link would be followed.
+// With a trailing separator a link would be followed.
 std::string WithoutFinalSeparator(const char* path) {
     std::string native = NativePath(path);
     while (native.size() > 1 && native.back() == '/') native.pop_back();

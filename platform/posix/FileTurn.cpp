@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC;
 
-/// The lock file, made when it is missing, for all who may change files in its folder.
+/// Opens the lock file, creating it if missing, for all users who can change files in its folder.
 Result<int> OpenLockFile(const std::string& path) {
     constexpr mode_t kOwnerOnly = 0600;
     for (;;) {

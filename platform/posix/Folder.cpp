@@ -46,7 +46,7 @@ Folder::~Folder() = default;
 Status Folder::Open(const char* path, LastName lastName, FolderUse use) {
     Close();
     std::string native = NativePath(path);
-    // A final separator would have the link before it followed.
+    // A trailing separator would make the system follow a link.
     if (lastName == LastName::NoLink)
         while (native.size() > 1 && native.back() == '/') native.pop_back();
     const auto folder = OpenAt(AT_FDCWD, native.c_str(), FlagsOf(lastName) | FlagsOf(use));

@@ -6,14 +6,14 @@
 
 namespace qv::platform {
 
-/// The folder's descriptor and, while LetGo has closed it, the folder that it was.
+/// The folder's descriptor or, while LetGo has closed it, the folder's identity.
 struct Folder::Body {
     UniqueFd descriptor;
     FileIdentity identity = {};
     FolderUse use = FolderUse::Listed;
 };
 
-/// What calls take that look names up in the folder; an invalid descriptor while it is not open.
+/// Returns the descriptor for calls that look up names in the folder; invalid while it is not open.
 inline int DescriptorOf(const Folder& folder) {
     const Folder::Body* const body = folder.GetBody();
     return body ? body->descriptor.Get() : -1;

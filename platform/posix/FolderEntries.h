@@ -9,11 +9,11 @@ inline bool IsDots(const char* name) {
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-/// What an entry is, asking the system only where its listing does not say.
+/// Returns the kind of an entry, querying the system only if its listing does not contain it.
 EntryKind KindOf(int folder, const dirent64& entry);
 
-/// Calls `see` with the dirent64 of each entry of an open folder but "." and "..", in no order. After a failure it has seen
-/// those that were read.
+/// Calls `see` with the dirent64 of each entry of an open folder except "." and "..", in no particular order. After a
+/// failure it was called for those that were read.
 template <class See>
 Status ForEachEntry(int folder, See see) {
     alignas(dirent64) char buffer[32 * 1024];

@@ -14,12 +14,12 @@ namespace {
 
 constexpr std::uint32_t kNames = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
 
-// Reads between two looks at what else there is to do. Together they hold what the system queues by default, so that
-// changes that came together are reported once; a busy folder delays callbacks by a bounded time only.
+// Reads between two checks for other work. Together they cover the system's default queue size, so that changes that
+// occurred together are reported once, and a busy folder delays callbacks by a bounded time only.
 constexpr int kMostReads = 32;
 constexpr std::size_t kReadSize = 16384;
 
-// The system's events that a change shows in, for files or for folders.
+// The system's events that indicate a change, for files or for folders.
 std::uint32_t EventsOf(unsigned changes, bool ofFolders) {
     std::uint32_t events = 0;
     if (changes & (ofFolders ? kFolderNames : kFileNames)) events |= kNames;
@@ -55,14 +55,14 @@ public:
 
     void Stop() override {
         m_stopped = true;
-        // Fails only where the count is at its limit: the wait ends all the same.
+        // Fails only if the counter is at its maximum: the wait ends anyway.
         sys::eventfd_write(m_stop.Get(), 1).IgnoreError();
     }
 
     void Close() override { m_events = UniqueFd(); }
 
 private:
-    // Reads what there is; true when it holds a change.
+    // Reads pending events; returns true if they contain a change.
     bool ReadEvents() {
         alignas(inotify_event) char buffer[kReadSize];
         bool changed = false;
@@ -100,7 +100,7 @@ private:
         return event.mask & m_ofFolders;
     }
 
-    // A folder that is not watched any longer, or not where it was: what is below it can be found no more.
+    // A folder that is no longer watched, or no longer at its place: its content can no longer be found.
     bool Lose(const inotify_event& event) {
         const bool isRoot = m_folders.IsRoot(event.wd);
         if (!(event.mask & IN_MOVE_SELF))
@@ -112,8 +112,8 @@ private:
 
     UniqueFd m_events, m_stop;
     std::atomic<bool> m_stopped = false;
-    // What is watched for counts, and no more. A folder that comes or goes takes with it what nobody was told of, so with
-    // subfolders it counts whatever is asked for.
+    // Only requested changes are watched. With subfolders the creation or removal of a folder always counts, because
+    // changes in it may have been missed.
     std::uint32_t m_ofFiles, m_ofFolders;
     WatchedFolders m_folders;
     bool m_failed = false;
@@ -122,7 +122,7 @@ private:
 }  // namespace
 
 std::unique_ptr<FolderWatch> FolderWatch::Open(const char* folder, bool subfolders, unsigned changes) {
-    if (!changes) return nullptr;  // as Windows has it
+    if (!changes) return nullptr;  // as on Windows
     auto watch = std::make_unique<InotifyWatch>(subfolders, changes);
     if (!watch->Arm(NativePath(folder))) return nullptr;
     return watch;

@@ -8,7 +8,7 @@ namespace qv::platform {
 LibraryHandle OpenLibrary(const char* path, std::string& problem) {
     const auto opened = sys::dlopen(NativePath(path).c_str(), RTLD_NOW | RTLD_LOCAL);
     if (opened.ok()) return opened.value();
-    const char* const reason = ::dlerror();  // of this thread's last call
+    const char* const reason = ::dlerror();  // of the last call on this thread
     problem = reason ? reason : "";
     return nullptr;
 }

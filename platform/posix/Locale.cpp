@@ -20,7 +20,7 @@ std::string Limited(const char* text, std::size_t maximum) {
 }  // namespace
 
 std::string CurrencySymbol(std::size_t maximum) {
-    const char* const placed = ::nl_langinfo(CRNCYSTR);  // the first byte tells on which side of the number it stands
+    const char* const placed = ::nl_langinfo(CRNCYSTR);  // the first byte is the position of the symbol
     return *placed ? Limited(placed + 1, maximum) : "";
 }
 

@@ -8,10 +8,10 @@
 
 namespace qv::platform {
 
-/// Where a name begins, and the name: a path from the current folder, or the name of an entry of an open folder.
+/// The base of a name, and the name: a path relative to the current folder, or the name of an entry of an open folder.
 struct Location {
     int folder = AT_FDCWD;
-    std::string name;  ///< the system's own
+    std::string name;  ///< in the system's form
 
     /// `path` may use "\".
     static Location OfPath(const char* path) { return {.name = NativePath(path)}; }
@@ -20,7 +20,7 @@ struct Location {
         return {.folder = DescriptorOf(folder), .name = NativePath(name)};
     }
 
-    /// A missing folder is told from a missing file only where the name is a path.
+    /// A missing folder is distinguished from a missing file only if the name is a path.
     template <class Value>
     Status StatusOf(const Result<Value>& call) const {
         return folder == AT_FDCWD ? call.statusAt(LibraryPath(name).c_str()) : call.status();

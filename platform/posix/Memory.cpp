@@ -18,7 +18,7 @@ bool Advise(void* memory, std::size_t size, int advice) {
 }  // namespace
 
 void ExpectWriting(void* memory, std::size_t size) {
-    Advise(memory, size, MADV_HUGEPAGE);  // the memory is as good without large pages
+    Advise(memory, size, MADV_HUGEPAGE);  // large pages are only an optimization
 }
 
 bool ProvideMemory(void* memory, std::size_t size) {

@@ -10,7 +10,7 @@ namespace qv::platform {
 int ShowMessageBox(const char* text, unsigned style) {
     enum Answer { Ok = 1, Cancel = 2, Abort = 3, No = 7 };
     const std::string line = std::string(text) + '\n';
-    // There is nowhere else to report that standard error is closed.
+    // There is no other place to report that standard error is closed.
     WriteBytes(STDERR_FILENO, line.data(), line.size()).IgnoreError();
     switch (style & 15) {
         case 2: return Abort;   // abort, retry, ignore

@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file Byte-range locks that belong to the open file description: they exclude other descriptors of this process as well,
-/// and end when the last duplicate of the descriptor is closed. Network file systems keep them too.
+/// @file Byte-range locks owned by the open file description: they also exclude other descriptors of this process, and
+/// are released when the last duplicate of the descriptor is closed. Network file systems support them too.
 
 #include "platform/posix/System.h"
 
@@ -11,7 +11,7 @@ enum class OfdLockKind : short { Read = F_RDLCK, Write = F_WRLCK };
 
 struct ByteRange {
     off_t start = 0;
-    off_t length = 0;  ///< 0 for all from `start` on
+    off_t length = 0;  ///< 0: all from `start` on
 };
 
 namespace detail {
@@ -27,25 +27,25 @@ inline Result<int> CallOfdLock(int file, int command, struct flock& lock, OfdLoc
 
 }  // namespace detail
 
-/// Sets a lock, which needs a descriptor open for reading or for writing, as the kind says. Fails at once where another
-/// descriptor's lock is in the way: IsLockConflict then.
+/// Sets a lock, which requires a descriptor open for reading or for writing, depending on the kind. Fails at once on a
+/// conflict with another descriptor: IsLockConflict is then true.
 inline Result<int> SetOfdLock(int file, OfdLockKind kind, const ByteRange& range = {}) {
     struct flock lock;
     return detail::CallOfdLock(file, F_OFD_SETLK, lock, kind, range);
 }
 
-/// The same, but waits for as long as another lock is in the way.
+/// Does the same, but waits while another lock conflicts.
 inline Result<int> WaitForOfdLock(int file, OfdLockKind kind, const ByteRange& range = {}) {
     struct flock lock;
     return detail::CallOfdLock(file, F_OFD_SETLKW, lock, kind, range);
 }
 
-/// EACCES is no conflict: some file systems in user space refuse all locks with it.
+/// EACCES is not a conflict: some user-space file systems reject all locks with it.
 inline bool IsLockConflict(const Result<int>& set) {
     return set.error() == EAGAIN;
 }
 
-/// Whether another descriptor's lock would be in the way of this one. The descriptor may be open for anything.
+/// Returns whether another descriptor's lock would conflict. The descriptor may be open with any access.
 inline Result<bool> HasLockConflict(int file, OfdLockKind kind, const ByteRange& range = {}) {
     struct flock lock;
     const Result<int> asked = detail::CallOfdLock(file, F_OFD_GETLK, lock, kind, range);

@@ -101,7 +101,7 @@ std::string CurrentFolder() {
 }
 
 void ChangeFolder(const std::string& path) {
-    sys::chdir(NativePath(path).c_str()).IgnoreError();  // as the contract says
+    sys::chdir(NativePath(path).c_str()).IgnoreError();  // ignored by contract
 }
 
 std::string SystemFolder() {

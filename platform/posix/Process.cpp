@@ -23,7 +23,7 @@ struct Pipe {
     }
 };
 
-/// What the child does between its birth and the program's start.
+/// The actions of the child before the program starts.
 struct Actions {
     Actions() { ::posix_spawn_file_actions_init(&list); }
     ~Actions() { ::posix_spawn_file_actions_destroy(&list); }
@@ -45,15 +45,15 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// Keeps the calling thread's SIGPIPE from being delivered for the life of the object.
+/// Blocks SIGPIPE for the calling thread during the lifetime of the object.
 class BrokenPipeSignals {
 public:
-    BrokenPipeSignals() { sys::sigpending(&m_pending).IgnoreError(); }  // which cannot fail
+    BrokenPipeSignals() { sys::sigpending(&m_pending).IgnoreError(); }  // cannot fail
 
-    /// Takes the signal that a write has raised, and leaves one that was pending before.
+    /// Consumes the signal raised by a write, keeping one that was pending before.
     void TakeOwn() const {
         constexpr timespec kAtOnce{};
-        // It may have been taken already, by another thread of the program.
+        // Another thread of the program may have consumed it already.
         if (!::sigismember(&m_pending, SIGPIPE)) sys::sigtimedwait(&m_blocked.Set(), nullptr, &kAtOnce).IgnoreError();
     }
 
@@ -90,7 +90,7 @@ Status LetChildrenKeep(FileHandle file) {
     return sys::fcntl(static_cast<int>(file), F_SETFD, 0).status();
 }
 
-// The caller closes the descriptor next, and with it the mark is gone.
+// The caller closes the descriptor next, which discards the flag.
 void LetChildrenDrop(FileHandle) {}
 
 Status WaitForProcess(std::intptr_t process, int& exitStatus) {
@@ -114,14 +114,14 @@ Status WaitForForegroundProcess(std::intptr_t process, int& exitStatus) {
         }
         siginfo_t info{};
         const auto taken = sys::sigtimedwait(&blocked.Set(), &info, &kOneSecond);
-        // The terminal sends its own signals to the child as well.
+        // The terminal also sends its signals directly to the child.
         if (taken.ok() && taken.value() != SIGCHLD && info.si_code != SI_KERNEL)
-            sys::kill(child, taken.value()).IgnoreError();  // one that is gone is seen above
+            sys::kill(child, taken.value()).IgnoreError();  // a dead child is detected above
     }
 }
 
 void KillProcess(std::intptr_t process) {
-    sys::kill(static_cast<pid_t>(process), SIGKILL).IgnoreError();  // one that cannot be killed has ended
+    sys::kill(static_cast<pid_t>(process), SIGKILL).IgnoreError();  // a process that cannot be killed has ended
 }
 
 Status WriteToPipe(FileHandle pipe, const void* data, std::size_t size) {

@@ -8,7 +8,7 @@
 
 namespace qv::platform {
 
-/// Where a native path leads, absolute and without links; the path itself while nothing is there.
+/// Returns the target of a native path, absolute and without links; the path itself if it does not exist.
 inline std::string RealPath(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> real(sys::realpath(path.c_str()).value(), &std::free);
     return real ? real.get() : path;

@@ -20,7 +20,7 @@ struct Section {
     std::string name;
 };
 
-/// The text up to the first separator, which is taken off with it.
+/// Removes and returns the text up to the first separator, which is removed too.
 std::string TakeName(std::string_view& path) {
     const std::size_t end = std::min(path.find('\\'), path.size());
     std::string name(path.substr(0, end));
@@ -64,7 +64,7 @@ bool IsMissing(const Status& status) {
     return status.cause() == FileCause::BadPath || status.cause() == FileCause::FileNotFound;
 }
 
-/// Where there is no folder there is nothing to delete.
+/// Deleting from a missing folder succeeds.
 Status Deleted(const Status& changed) {
     return IsMissing(changed) ? Status() : changed;
 }

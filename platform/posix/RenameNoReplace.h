@@ -6,7 +6,7 @@ namespace qv::platform {
 
 namespace detail {
 
-/// Without RENAME_NOREPLACE (network file systems): a second name for a file refuses to replace too.
+/// Without RENAME_NOREPLACE (network file systems): linking a file to a second name fails if that exists, too.
 inline Result<int> RenameInSteps(int fromFolder, const char* from, int toFolder, const char* to) {
     struct stat status;
     if (sys::fstatat(toFolder, to, &status, AT_SYMLINK_NOFOLLOW).ok()) return Result<int>::OfError(-1, EEXIST);
@@ -19,8 +19,8 @@ inline Result<int> RenameInSteps(int fromFolder, const char* from, int toFolder,
 
 }  // namespace detail
 
-/// Gives a file or folder a name that must be free: EEXIST otherwise. Where the file system knows neither this nor hard
-/// links, the name is free only as far as was seen a moment before.
+/// Renames a file or folder to a name that must be free: EEXIST otherwise. If the file system supports neither this nor
+/// hard links, the name is only checked beforehand.
 inline Result<int> RenameNoReplace(int fromFolder, const char* from, int toFolder, const char* to) {
     const auto renamed = sys::renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE);
     const bool unknown = renamed.error() == EINVAL || renamed.error() == ENOSYS;

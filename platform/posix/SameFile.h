@@ -4,7 +4,7 @@
 
 namespace qv::platform {
 
-/// What two names of one file have in common, and two files that exist at the same time never have.
+/// Identifies a file: the same for all its names, and unique among existing files.
 struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
@@ -19,15 +19,15 @@ inline bool IsSameFile(const struct stat& a, const struct stat& b) {
     return FileIdentity(a) == FileIdentity(b);
 }
 
-/// Whether a name, seen from a folder, leads to the file right now, as far as this machine knows: network file systems
-/// answer from a cache. `flags` are those of fstatat.
+/// Returns whether a name, relative to a folder, currently refers to the file, as far as this machine knows: network
+/// file systems answer from a cache. `flags` are those of fstatat.
 inline bool LeadsTo(int folder, const char* name, const struct stat& file, int flags = 0) {
     struct stat named;
     return sys::fstatat(folder, name, &named, flags).ok() && IsSameFile(named, file);
 }
 
-/// The same, asked of the server where the file system has one: only an open makes it look the name up. `access` is that
-/// of openat, and one that the caller has. A file on which another program holds a lease is not waited for.
+/// Does the same, querying the server of a network file system: only an open makes it look up the name. `access` is
+/// that of openat, and must be one that the caller has. Does not wait for a file that another program holds a lease on.
 inline bool LeadsToOnServer(int folder, const char* name, const struct stat& file, int access) {
     const auto opened = sys::openat(folder, name, access | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0);
     if (opened.error() == EWOULDBLOCK)

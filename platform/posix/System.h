@@ -1,13 +1,14 @@
 #pragma once
 
-/// @file The table of system calls: everything that platform/posix asks of the system goes through one of these objects,
-/// which consult the fault injector in force (platform/SystemCalls.h). An entry has the name of the system's function and
-/// its parameters; a suffix tells entries of one function apart that differ in kind or parameters.
+/// @file The table of system calls: all calls of platform/posix to the system use one of these objects, which consult
+/// the installed fault injector (platform/SystemCalls.h). An entry has the name of the system's function and its
+/// parameters; a suffix distinguishes entries of one function that differ in kind or parameters.
 ///
-/// Not in the table is what cannot fail or does no input or output that an operation depends on: getpid and geteuid; memory,
-/// text, locale and time zone (localtime_r, mktime, strftime, setenv, nl_langinfo); the loader once a library is loaded (dladdr, dlsym, dlclose, dlerror); setpwent and endpwent; sysconf; the lists
-/// of posix_spawn and the sets of signals; std::random_device, which asks the processor; threads and what they wait for;
-/// and the clock, which has a seam of its own (platform/Clock.h).
+/// Not in the table are functions that cannot fail or do no input or output that an operation depends on: getpid and
+/// geteuid; memory, text, locale and time zone (localtime_r, mktime, strftime, setenv, nl_langinfo); the loader once a
+/// library is loaded (dladdr, dlsym, dlclose, dlerror); setpwent and endpwent; sysconf; the lists of posix_spawn and
+/// the sets of signals; std::random_device, which uses the processor; threads and their synchronization; and the clock,
+/// which has its own interface (platform/Clock.h).
 
 #include <dirent.h>
 #include <dlfcn.h>
@@ -62,7 +63,7 @@ QV_SYSTEM_CALL(Flush, syncfs);
 QV_SYSTEM_CALL(Seek, lseek);
 QV_SYSTEM_CALL(Resize, ftruncate);
 
-// What the file system keeps of a file. isatty gives 0 for no, which is not a failure.
+// File metadata. isatty returns 0 for no, which is not a failure.
 
 QV_SYSTEM_CALL(Status, fstat);
 QV_SYSTEM_CALL(Status, fstatat);
@@ -80,7 +81,7 @@ QV_SYSTEM_CALL(ChangeStatus, fchmodat);
 QV_SYSTEM_CALL(ChangeStatus, fchown);
 QV_SYSTEM_CALL(ChangeStatus, futimens);
 QV_SYSTEM_CALL(ChangeStatus, utimensat);
-/// The caller frees the path.
+/// The caller must free the path.
 inline constexpr SystemCall realpath(
     CallKind::Status, "realpath", +[](const char* path) { return ::realpath(path, nullptr); });
 
@@ -93,7 +94,7 @@ QV_SYSTEM_CALL(Link, linkat);
 QV_SYSTEM_CALL(CreateFolder, mkdirat);
 QV_SYSTEM_CALL(ListFolder, getdents64);
 QV_SYSTEM_CALL(Other, chdir);
-/// The caller frees the path.
+/// The caller must free the path.
 inline constexpr SystemCall getcwd(
     CallKind::Other, "getcwd", +[] { return ::getcwd(nullptr, 0); });
 
@@ -104,7 +105,7 @@ QV_SYSTEM_CALL(Watch, inotify_add_watch);
 QV_SYSTEM_CALL(Watch, inotify_rm_watch);
 inline constexpr SystemCall inotify_read(CallKind::Watch, "read", &::read);
 
-// Messages, and waiting for whatever comes.
+// Messages, and polling.
 
 QV_SYSTEM_CALL(Message, socket);
 QV_SYSTEM_CALL(Message, bind);
@@ -118,7 +119,7 @@ QV_SYSTEM_CALL(Other, eventfd);
 QV_SYSTEM_CALL(Other, eventfd_write);
 inline constexpr SystemCall poll(CallKind::Other, "poll", &::poll, CallTrait::Wait);
 
-// Processes, users, and what a process asks for itself.
+// Processes, users, and queries of the process's own state.
 
 QV_SYSTEM_CALL(Process, pipe2);
 QV_SYSTEM_CALL(Process, waitpid);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file One system call as an object: what System.h is a table of.
+/// @file A system call as an object, for the table in System.h.
 
 #include <atomic>
 #include <cerrno>
@@ -13,30 +13,30 @@
 
 namespace qv::platform {
 
-/// The value of functions that return an error number, 0 for success, instead of leaving it in errno.
+/// The return type of functions that return an error number, 0 for success, instead of setting errno.
 enum class ErrorNumber : int {};
 
 enum class CallTrait {
     Plain,
-    Transfer,  ///< moves bytes: its one std::size_t is their number, which a fault may shorten
-    Close,     ///< gives a descriptor back whatever it returns: is made once, and even where a fault has it fail
-    Wait       ///< has a time limit: is made once, since only its caller knows how much of the time is left
+    Transfer,  ///< moves bytes: its only std::size_t is their number, which a fault may reduce
+    Close,     ///< closes a descriptor in any case: called once, and even if a fault makes it fail
+    Wait       ///< has a timeout: called once, since only its caller knows the remaining time
 };
 
-/// A function of the system with the type of its parameters. A call that a signal interrupts is made again, unless its
-/// trait says otherwise. Without a fault injector it costs a few instructions more than the function itself.
+/// A system function with its parameter types. A call interrupted by a signal is retried, unless its trait says
+/// otherwise. Without a fault injector it costs a few instructions more than the function itself.
 ///
-/// This is the one place that reads errno; nothing but SetLastError assigns it.
+/// This is the only place that reads errno; only SetLastError assigns it.
 template <class Value, class... Parameters>
 class SystemCall {
 public:
-    /// @param name  the system's own, for the injector
+    /// @param name  the system's name, for the injector
     /// @param function  fails with -1 or a null pointer and the error number in errno, or returns an ErrorNumber
     constexpr SystemCall(CallKind kind, const char* name, Value (*function)(Parameters...),
                          CallTrait trait = CallTrait::Plain)
         : m_function(function), m_name(name), m_kind(kind), m_trait(trait) {}
 
-    /// Once for all functions of these types: what a call costs is the system's work.
+    /// Shared by all functions of these types: the cost of a call is the system's work.
     [[gnu::noinline]] Result<Value> operator()(Parameters... parameters) const {
         for (;;) {
             IFaultInjector* const injector = g_faultInjector.load(std::memory_order_acquire);

@@ -10,7 +10,7 @@
 namespace qv::platform {
 namespace {
 
-// Stray bytes get numbers beyond those of all characters.
+// Stray bytes have numbers above those of all characters.
 constexpr char32_t kStrayByte = 0x110000;
 
 template <class Map>
@@ -28,7 +28,7 @@ constexpr unsigned char AsciiCase(unsigned char byte, Case which) {
     return static_cast<unsigned char>(which == Case::Upper ? ascii::ToUpper(c) : ascii::ToLower(c));
 }
 
-// Only the letter I has rules of its own in some languages; there the bytes do not tell the whole truth.
+// Only the letter I has language-specific rules, which a byte table cannot represent.
 ByteCase CaseOfAscii(Case which, const CharacterRules& rules) {
     static constexpr ByteCase lower =
         MakeByteCase(0, 128, [](unsigned char byte) { return AsciiCase(byte, Case::Lower); });
@@ -40,7 +40,7 @@ ByteCase CaseOfAscii(Case which, const CharacterRules& rules) {
     return result;
 }
 
-// A letter whose other case the set does not hold stays as it is.
+// A letter whose other case is not in the set is unchanged.
 unsigned char CaseInSet(unsigned char byte, Case which, const CodeSet& set, const CharacterRules& rules) {
     const char c = static_cast<char>(byte);
     std::string cased;
@@ -52,7 +52,7 @@ ByteCase CaseBySet(Case which, const CodeSet& set, const CharacterRules& rules) 
     return MakeByteCase(0, 256, [&](unsigned char byte) { return CaseInSet(byte, which, set, rules); });
 }
 
-// Unicode's rules do not change, so each thread keeps what they make of the set that it used last.
+// Unicode's rules do not change, so each thread caches their result for the last set.
 const ByteCase& NeutralCase(Case which, const CodeSet& set, const CharacterRules& rules) {
     thread_local const CodeSet* known = nullptr;
     thread_local ByteCase lower, upper;
@@ -93,12 +93,12 @@ std::size_t AsciiEnd(std::string_view text, std::size_t position) {
     return position;
 }
 
-// One ASCII character whose case is the same in every language.
+// Whether the text is one ASCII character whose case is the same in every language.
 bool IsPlainLetter(std::string_view text) {
     return text.size() == 1 && ascii::IsAscii(text[0]) && text[0] != 'i' && text[0] != 'I';
 }
 
-// Changes the case of texts that have characters of several bytes.
+// Changes the case of texts with multibyte characters.
 class CaseMapper {
 public:
     CaseMapper(Case which, const CodeSet& set)

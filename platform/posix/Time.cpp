@@ -22,7 +22,7 @@ std::optional<std::int64_t> FromStandard(const CalendarTime& local) {
     fields.tm_min = local.minute;
     fields.tm_sec = local.second;
     fields.tm_isdst = 0;
-    fields.tm_wday = -1;  // stays when there is no answer, since -1 is also a time
+    fields.tm_wday = -1;  // remains on failure, since -1 is also a valid time
     const time_t seconds = ::mktime(&fields);
     if (fields.tm_wday < 0) return std::nullopt;
     return seconds;

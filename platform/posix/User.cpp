@@ -9,7 +9,8 @@
 namespace qv::platform {
 namespace {
 
-/// The name in a user's entry: the text up to the first comma, in which "&" means the login name with a capital.
+/// Returns the full name in a user's entry: the text up to the first comma, in which "&" is replaced by the capitalized
+/// login name.
 std::string FullName(const std::string& gecos, const std::string& user) {
     std::string name;
     for (const char c : gecos.substr(0, gecos.find(','))) {
@@ -21,20 +22,20 @@ std::string FullName(const std::string& gecos, const std::string& user) {
     return name;
 }
 
-/// The list of all users has one position for the whole process.
+/// The enumeration of users has one position per process.
 std::mutex& ListMutex() {
     static std::mutex mutex;
     return mutex;
 }
 
 bool IsPerson(const passwd& entry) {
-    constexpr uid_t kFirst = 1000, kLast = 59999;  // as systemd and the distributions number them
+    constexpr uid_t kFirst = 1000, kLast = 59999;  // the range used by systemd and the distributions
     return entry.pw_uid >= kFirst && entry.pw_uid <= kLast;
 }
 
 }  // namespace
 
-// Every lock on a document asks for the name, and each query of the user database reads its file, or goes over a network.
+// Every lock on a document needs the name, and each query of the user database reads a file or uses the network.
 std::string UserName() {
     constexpr std::size_t kLongestName = 63;
     thread_local struct {

@@ -7,8 +7,8 @@
 
 namespace qv::platform {
 
-/// One text of the user database's entry for the user as whom the program runs, such as &passwd::pw_dir. Empty when there
-/// is no entry, or it cannot be read.
+/// Returns a field of the user database's entry for the user that runs the program, such as &passwd::pw_dir. Empty if
+/// the entry does not exist or cannot be read.
 inline std::string OwnUserEntry(char* passwd::*text) {
     std::vector<char> texts(16384);
     passwd entry{}, *found = nullptr;

@@ -12,7 +12,7 @@
 namespace qv::platform {
 namespace {
 
-std::string g_userFolder;  // instead of all others
+std::string g_userFolder;  // replaces all others
 
 std::string Home() {
     if (const char* const home = std::getenv("HOME"); home && *home == '/') return home;
@@ -58,7 +58,7 @@ Status MakeUserFolder(const std::string& path) {
     for (std::size_t end = 0; end != native.npos;) {
         end = native.find('/', end + 1);
         const auto call = sys::mkdirat(AT_FDCWD, native.substr(0, end).c_str(), 0700);
-        // A folder above that cannot be made, because it exists or is mounted read-only, does not matter by itself.
+        // A parent folder that cannot be created, because it exists or is mounted read-only, is not an error by itself.
         made = call.error() == EEXIST ? Status() : call.statusAt(path.c_str());
     }
     return made;

@@ -12,15 +12,15 @@ namespace qv::platform {
 
 namespace {
 
-/// The root is its own parent. In a confined process it need not be where a file system is mounted.
+/// The root is its own parent. In a confined process it need not be a mount point.
 bool IsRoot(const std::string& native) {
     struct stat folder;
     return sys::fstatat(AT_FDCWD, native.c_str(), &folder, 0).ok() &&
            LeadsTo(AT_FDCWD, (native + "/..").c_str(), folder);
 }
 
-/// A line reads "36 35 98:0 /of/the/source /mounted/here rw,noatime master:1 - ext3 /dev/root rw": the mount's number comes
-/// first, the kind after the lone dash.
+/// Parses a line such as "36 35 98:0 /of/the/source /mounted/here rw,noatime master:1 - ext3 /dev/root rw": the mount's
+/// number is first, the type follows the lone dash.
 std::string KindInMountTable(const std::string& table, std::uint64_t mount) {
     std::istringstream lines(table);
     for (std::string line; std::getline(lines, line);) {

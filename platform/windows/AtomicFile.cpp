@@ -3,12 +3,13 @@
 #include "platform/windows/FolderBody.h"
 #include "platform/windows/WritableScope.h"
 
-// A file under construction is marked for deletion: the system deletes it once its last handle is closed, however the
-// process ends. Commit takes the mark back. Only where the file system keeps no such mark, or the process is killed within
-// Commit, a file is left. No process has that one open, and so the next that encounters its name can delete it.
+// A file under construction is marked for deletion: the system deletes it once its last handle is closed, regardless of
+// how the process ends. Commit removes the mark. A file remains only if the file system does not support such marks, or
+// if the process is killed within Commit. No process has it open then, so the next one that finds its name can delete
+// it.
 //
-// The system's replacing call wants the new version closed, when it would look abandoned. So it gets another name first,
-// ".qvN.new", which belongs to whoever has ".qvN.tmp" open; what a killed process left under it is overwritten.
+// ReplaceFile requires the new version to be closed, when it would look abandoned. So it is first renamed to
+// ".qvN.new", which belongs to the process that has ".qvN.tmp" open; what a killed process left there is overwritten.
 
 namespace qv::platform {
 namespace {
@@ -21,14 +22,14 @@ Status MarkForDeletion(const UniqueHandle& file, bool marked) {
     return sys::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &info, DWORD{sizeof info}).status();
 }
 
-/// Others may do nothing with the file but delete or rename it, which Commit needs: the system renames files by a handle
-/// of its own.
+/// Others may only delete or rename the file, which Commit needs: the system renames files by a separate handle.
 Result<HANDLE> CreateAs(const std::wstring& path) {
     return sys::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_DELETE, nullptr, CREATE_NEW,
                             FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-/// Deletes a temporary file whose process is dead. False when it is in use: sharing nothing, it cannot be opened then.
+/// Deletes a temporary file whose process is dead. Returns false if it is in use: it is not shared, so it cannot be
+/// opened then.
 bool RemoveAbandoned(const std::wstring& path) {
     UniqueHandle file(
         sys::CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
@@ -43,7 +44,8 @@ Status AskToReplace(const std::wstring& path) {
     return opened.ok() ? UniqueHandle(opened).Close() : opened.status();
 }
 
-/// A file that is about to vanish denies all access. A folder that takes no files does so too, but has no such name.
+/// A file that is being deleted denies all access. So does a folder without write permission, but there the name does
+/// not exist.
 bool IsTaken(const Result<HANDLE>& made, const std::wstring& path) {
     return MeansNameTaken(made.error()) || (made.error() == ERROR_ACCESS_DENIED &&
                                             sys::GetFileAttributesW(path.c_str()).error() == ERROR_ACCESS_DENIED);
@@ -54,7 +56,7 @@ struct TemporaryFile {
     std::wstring path;
 };
 
-/// Takes the first temporary name that is free, or that a dead process has left.
+/// Takes the first temporary name that is free, or abandoned by a dead process.
 Result<HANDLE> CreateTemporaryFile(const std::wstring& folder, TemporaryFile& temporary) {
     for (int number = 1; number <= kMostTemporaryNames; ++number) {
         const std::wstring path = folder + L".qv" + std::to_wstring(number) + L".tmp";
@@ -69,14 +71,14 @@ Result<HANDLE> CreateTemporaryFile(const std::wstring& folder, TemporaryFile& te
     return Result<HANDLE>::OfError(nullptr, ERROR_FILE_EXISTS);
 }
 
-/// The new version is closed. When the call fails half-way, the target may have no name any more.
+/// The new version is closed. If the call fails half-way, the target may have lost its name.
 Status ReplaceTarget(const std::wstring& target, const std::wstring& version) {
     const auto replaced = sys::ReplaceFileW(target.c_str(), version.c_str(), nullptr,
                                             DWORD{REPLACEFILE_IGNORE_MERGE_ERRORS}, nullptr, nullptr);
     if (replaced.ok()) return {};
     if (sys::GetFileAttributesW(target.c_str()).error() == ERROR_FILE_NOT_FOUND)
         return sys::MoveFileExW(version.c_str(), target.c_str(), 0).status();
-    // What cannot be deleted now is overwritten by the next that has the name.
+    // A file that cannot be deleted now is overwritten by the next one with the name.
     sys::DeleteFileW(version.c_str()).IgnoreError();
     return replaced.status();
 }
@@ -88,7 +90,7 @@ struct AtomicFile::Body {
     explicit Body(std::wstring target_)
         : target(std::move(target_)), folder(target.substr(0, target.rfind(L'\\') + 1)) {}
     ~Body() {
-        // What cannot be deleted now is deleted by the next that encounters its name.
+        // A file that cannot be deleted now is deleted by the next process that finds its name.
         if (file) MarkForDeletion(file, true).IgnoreError();
     }
     Body(const Body&) = delete;
@@ -105,7 +107,7 @@ private:
     Status UpdateTarget(DWORD flags);
 
     const std::wstring target;
-    const std::wstring folder;  // with its final separator
+    const std::wstring folder;  // with its trailing separator
     std::wstring temporary;
 };
 
@@ -125,7 +127,7 @@ Status AtomicFile::Body::Create() {
     return created.status();
 }
 
-/// The file stays open meanwhile, so that it never looks abandoned.
+/// The file stays open, so that it never looks abandoned.
 Status AtomicFile::Body::MoveToTarget(DWORD flags) const {
     if (!(flags & MOVEFILE_REPLACE_EXISTING))
         return sys::MoveFileExW(temporary.c_str(), target.c_str(), flags).status();
@@ -135,13 +137,13 @@ Status AtomicFile::Body::MoveToTarget(DWORD flags) const {
     return moved.status();
 }
 
-/// By the system's own replacing call, which keeps what belongs to the target.
+/// Uses ReplaceFile, which keeps the target's attributes.
 Status AtomicFile::Body::UpdateTarget(DWORD flags) {
     const auto attributes = sys::GetFileAttributesW(target.c_str());
     if (!attributes.ok()) return MoveToTarget(flags);
     if (attributes.value() & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY))
         return Status::OfError(ERROR_ACCESS_DENIED);
-    // Asked beforehand, while the new version is still ours: the system's call would be refused for the same reason.
+    // Checked beforehand, while the new version is still open here: ReplaceFile would fail for the same reason.
     if (const Status claimed = AskToReplace(target); !claimed.ok()) return claimed;
     TemporaryFile guard;
     if (const auto made = CreateTemporaryFile(folder, guard); !made.ok()) return made.status();
@@ -150,7 +152,7 @@ Status AtomicFile::Body::UpdateTarget(DWORD flags) {
     if (!renamed.ok()) return renamed.status();
     if (const Status kept = file.Close(); !kept.ok()) return kept;
     const Status replaced = ReplaceTarget(target, closed);
-    // Where the file system keeps no mark; else it goes with its handle.
+    // If marks are not supported; otherwise it is deleted with its handle.
     MarkForDeletion(guard.file, true).IgnoreError();
     return replaced;
 }
@@ -159,16 +161,16 @@ Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     const bool synced = durability == Durability::Synced;
     if (synced)
         if (const Status flushed = FlushToDisk(ContractHandle(file.Get())); !flushed.ok()) return flushed;
-    // A file that is marked cannot be renamed.
+    // A marked file cannot be renamed.
     if (const Status kept = MarkForDeletion(file, false); !kept.ok()) return kept;
     const DWORD flags =
         (synced ? MOVEFILE_WRITE_THROUGH : 0) | (ifExists == IfExists::Replace ? MOVEFILE_REPLACE_EXISTING : 0);
     const Status moved = ifExists == IfExists::Update ? UpdateTarget(flags) : MoveToTarget(flags);
     if (moved.ok())
-        // All that was written is in the file already, and the target is the new version.
+        // All data is in the file already, and the target is the new version.
         file.Close().IgnoreError();
     else if (file)
-        // As in Create: the destructor deletes the file nevertheless.
+        // As in Create: the destructor deletes the file anyway.
         MarkForDeletion(file, true).IgnoreError();
     return moved;
 }

@@ -12,7 +12,7 @@ class OpenedClipboard {
 public:
     explicit OpenedClipboard(HWND window) : m_open(sys::OpenClipboard(window).ok()) {}
     ~OpenedClipboard() {
-        if (m_open) sys::CloseClipboard().IgnoreError();  // fails only where it is not open
+        if (m_open) sys::CloseClipboard().IgnoreError();  // fails only if it is not open
     }
     OpenedClipboard(const OpenedClipboard&) = delete;
     OpenedClipboard& operator=(const OpenedClipboard&) = delete;
@@ -56,7 +56,7 @@ bool WriteClipboard(WindowHandle window, std::string_view text, unsigned format)
     if (!clipboard || !sys::EmptyClipboard().ok()) return false;
     GlobalMemory copy = SharedCopy(text);
     if (!copy || !sys::SetClipboardData(format, copy.get()).ok()) return false;
-    static_cast<void>(copy.release());  // the clipboard's own now
+    static_cast<void>(copy.release());  // now owned by the clipboard
     return true;
 }
 

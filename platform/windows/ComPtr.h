@@ -1,21 +1,21 @@
 #pragma once
 
-/// @file The owner of COM references, for this layer and for the parts above it that speak to COM objects.
+/// @file The owner of COM references, for this layer and the layers above that use COM objects.
 
 #include <windows.h>
-// windows.h comes first.
+// windows.h must come first.
 #include <unknwn.h>
 
 #include <utility>
 
 namespace qv::platform {
 
-/// One reference to an interface, or none.
+/// Owns one reference to an interface, or none.
 template <class Interface>
 class ComPtr {
 public:
     ComPtr() = default;
-    /// Takes over the caller's reference.
+    /// Takes ownership of the caller's reference.
     explicit ComPtr(Interface* pointer) : m_pointer(pointer) {}
     ComPtr(ComPtr&& other) noexcept : m_pointer(other.Detach()) {}
     ComPtr& operator=(ComPtr&& other) noexcept {
@@ -30,11 +30,11 @@ public:
     Interface* Get() const { return m_pointer; }
     explicit operator bool() const { return m_pointer != nullptr; }
 
-    /// Where a call puts the reference that it gives out. Only while this object has none.
+    /// Returns the address for a call that returns a reference. Must not be used while this object holds one.
     Interface** Receive() { return &m_pointer; }
-    /// The same for calls that give out an interface by its identifier.
+    /// Does the same for calls that return an interface by its identifier.
     void** ReceiveAny() { return reinterpret_cast<void**>(&m_pointer); }
-    /// Hands the reference over to the caller.
+    /// Releases ownership of the reference to the caller.
     Interface* Detach() { return std::exchange(m_pointer, nullptr); }
 
     void Swap(ComPtr& other) noexcept { std::swap(m_pointer, other.m_pointer); }
@@ -43,7 +43,7 @@ private:
     Interface* m_pointer = nullptr;
 };
 
-/// The same object by another of its interfaces; null when it has none of that kind.
+/// Returns another interface of the object; null if it does not support it.
 template <class Interface>
 ComPtr<Interface> QueryFor(::IUnknown* object, const IID& iid) {
     ComPtr<Interface> other;

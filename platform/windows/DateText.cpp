@@ -1,7 +1,7 @@
 #include "platform/DateText.h"
 
 #include <windows.h>
-// windows.h comes first.
+// windows.h must come first.
 #include <oleauto.h>
 
 #include <cstdio>
@@ -13,7 +13,7 @@
 namespace qv::platform {
 namespace {
 
-// The run time refuses years before its own count begins. So these take the form of the "C" locale.
+// The run time rejects years before its epoch, so these use the form of the "C" locale.
 std::string FormatEarlyDate(char conversion, const CalendarTime& time) {
     char text[64];
     const int date = std::snprintf(text, sizeof text, "%02d/%02d/%02d", time.month, time.day, time.year % 100);
@@ -36,7 +36,7 @@ DateOrder CurrentDateOrder() {
     DWORD order = 0;
     constexpr LCTYPE type = LOCALE_IDATE | LOCALE_RETURN_NUMBER;
     const int size = sizeof order / sizeof(wchar_t);
-    // Without an answer it is the first order.
+    // Defaults to the first order.
     sys::GetLocaleInfoW(LOCALE_USER_DEFAULT, type, reinterpret_cast<wchar_t*>(&order), size).IgnoreError();
     return order == 1 ? DateOrder::DayMonthYear : order == 2 ? DateOrder::YearMonthDay : DateOrder::MonthDayYear;
 }
@@ -63,7 +63,7 @@ std::string FormatLocaleDate(char conversion, const CalendarTime& time, int dayO
     const char format[] = {'%', conversion, 0};
     char text[512];
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"  // one conversion, of those the contract lists
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"  // a single conversion, one of those listed in the contract
     return {text, std::strftime(text, sizeof text, format, &fields)};
 #pragma GCC diagnostic pop
 }

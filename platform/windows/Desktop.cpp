@@ -7,7 +7,7 @@
 namespace qv::platform {
 namespace {
 
-/// COM for the calling thread, unless it has it already, in whatever form.
+/// Initializes COM for the calling thread, unless it is already initialized, in any mode.
 class ComScope {
 public:
     ComScope() : m_ready(sys::CoInitializeEx(nullptr, DWORD{COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE}).ok()) {}
@@ -43,7 +43,7 @@ unsigned long Show(const std::wstring& path) {
 
 bool HandToDesktop(DesktopVerb verb, const std::string& path, std::string& problem) {
     const ComScope com;
-    const std::wstring wide = WideFullPath(WidePath(path));  // the shell does not take the extended form
+    const std::wstring wide = WideFullPath(WidePath(path));  // the shell does not accept the extended form
     const unsigned long error =
         verb == DesktopVerb::Reveal ? Show(wide) : Execute(verb == DesktopVerb::Print ? L"print" : L"open", wide);
     if (error != 0) problem = ErrorMessage(error);

@@ -11,7 +11,7 @@ namespace {
 using UniqueContext = UniqueResource<HDC, sys::DeleteDC>;
 using UniqueBitmap = UniqueResource<HBITMAP, sys::DeleteObject>;
 
-// A section of 32-bit pixels, the top row first.
+// Creates a section of 32-bit pixels, top-down.
 UniqueBitmap MakeSection(HDC context, int width, int height, std::uint32_t*& pixels) {
     BITMAPINFO info = {};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -25,7 +25,7 @@ UniqueBitmap MakeSection(HDC context, int width, int height, std::uint32_t*& pix
     return bitmap;
 }
 
-// What lies in the area goes to the caller, without the byte that the system leaves undefined.
+// Copies the area to the caller, without the byte that the system leaves undefined.
 void CopyArea(const std::uint32_t* pixels, const PixelBuffer& target, const DrawArea& area) {
     const int left = std::max(area.x, 0), top = std::max(area.y, 0);
     const auto right = static_cast<int>(std::min<long long>(area.x + static_cast<long long>(area.width), target.width));

@@ -30,7 +30,7 @@ void Event::Wait() {
     ::WaitForSingleObject(m_body->handle.Get(), INFINITE);
 }
 
-// The system counts in 32 bits.
+// The system uses 32 bits.
 bool Event::WaitFor(std::uint64_t milliseconds) {
     constexpr std::uint64_t longest = INFINITE - 1;
     for (;; milliseconds -= longest) {

@@ -29,7 +29,7 @@ Status ReadBytes(FileHandle handle, void* buffer, std::size_t size, std::size_t&
     DWORD got = 0;
     const auto read = sys::ReadFile(SystemHandle(handle), buffer, TransferSize(size), &got, nullptr);
     count = read.ok() ? got : 0;
-    // A pipe whose writer is gone has ended.
+    // A pipe without a writer is at its end.
     return read.error() == ERROR_BROKEN_PIPE ? Status() : read.status();
 }
 
@@ -57,7 +57,7 @@ Status WriteBytes(FileHandle handle, const void* data, std::size_t size) {
 
 Status FlushToDisk(FileHandle handle) {
     const auto flushed = sys::FlushFileBuffers(SystemHandle(handle));
-    // A file that is open for reading only has nothing to hand over; consoles have no disk behind them.
+    // A read-only file has nothing to flush; consoles have no disk.
     const bool needless = flushed.error() == ERROR_ACCESS_DENIED || flushed.error() == ERROR_INVALID_FUNCTION;
     return needless ? Status() : flushed.status();
 }
@@ -74,11 +74,11 @@ Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64
 }
 
 Status SeekToServerEnd(FileHandle handle, std::uint64_t& position) {
-    return SeekTo(handle, 0, SeekFrom::End, position);  // share modes keep the system from caching here
+    return SeekTo(handle, 0, SeekFrom::End, position);  // share modes prevent the system from caching here
 }
 
 Status HandToServer(FileHandle) {
-    return {};  // closing does
+    return {};  // closing flushes
 }
 
 Status LengthOf(FileHandle handle, std::uint64_t& length) {

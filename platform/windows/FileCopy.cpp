@@ -34,7 +34,7 @@ Status CopyFileIn(const Folder& from, const std::string& name, LastName, const F
     const Status status = sys::CopyFileExW(PathIn(from, name).c_str(), PathIn(to, newName).c_str(),
                                            copied ? &Tell : nullptr, &observer, nullptr, DWORD{0})
                               .status();
-    // Wine copies without a call.
+    // Wine copies without the callback.
     FoundEntry copy;
     copy.name = newName;
     if (copied && status.ok() && observer.before == 0 && to.Find(copy).ok() && copy.size > 0) copied(copy.size);

@@ -39,7 +39,7 @@ Status MayRead(const char* path) {
 }
 
 Status CloseAndRemove(FileHandle handle, const char* path) {
-    CloseFile(handle).IgnoreError();  // what the file holds is about to be deleted
+    CloseFile(handle).IgnoreError();  // the content is about to be deleted
     return RemoveFile(path);
 }
 

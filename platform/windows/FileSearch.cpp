@@ -15,7 +15,7 @@ bool IsInLinkedFolder(const std::wstring& pattern) {
 
 }  // namespace
 
-// A listing has everything anyway.
+// A listing always contains everything.
 Detail GivenFor(Detail) {
     return Detail::All;
 }

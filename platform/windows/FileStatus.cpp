@@ -11,7 +11,7 @@ namespace {
 constexpr unsigned kKnown = kReadOnly | kHidden | kSystem | kDirectory | kArchive;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// Both of the system's records name these members alike.
+/// Both system records use the same names for these members.
 template <class Data>
 FileInfo InfoOf(const Data& data) {
     FileInfo info;
@@ -55,7 +55,7 @@ Status StatusAt(const std::wstring& path, FileInfo& info) {
     return asked.status();
 }
 
-/// Which file it is, on which volume.
+/// Identifies the file and its volume.
 bool Identify(const char* path, BY_HANDLE_FILE_INFORMATION& data) {
     const UniqueHandle file(OpenAnything(WidePath(path), 0));
     return file && sys::GetFileInformationByHandle(file.Get(), &data).ok();
@@ -79,7 +79,7 @@ Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes
     FileInfo now;
     if (const Status known = StatusAt(wide, now); !known.ok()) return known;
     if (modified != -1 && modified != now.modified) {
-        WritableScope writable(wide, now.attributes);  // a read-only file takes no time
+        WritableScope writable(wide, now.attributes);  // the time of a read-only file cannot be set
         if (const Status stamped = ChangeTime(wide, modified); !stamped.ok()) return stamped;
         writable.Dismiss();
     }
@@ -104,7 +104,7 @@ Status CreateFolder(const char* path) {
     const std::wstring wide = WidePath(path);
     const auto created = sys::CreateDirectoryW(wide.c_str(), nullptr);
     if (created.ok() || created.error() == ERROR_ALREADY_EXISTS) return {};
-    // The root of a volume exists, but the system refuses it for another reason.
+    // The root of a volume exists, but the system reports another error for it.
     const auto attributes = sys::GetFileAttributesW(wide.c_str());
     const bool isFolder = attributes.ok() && (attributes.value() & FILE_ATTRIBUTE_DIRECTORY);
     return isFolder ? Status() : created.statusAt(path);

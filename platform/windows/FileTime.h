@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file File times and sizes, of which the system's records hold two halves of 32 bits.
+/// @file File times and sizes, which the system's records store in two halves of 32 bits.
 
 #include <windows.h>
 
@@ -18,12 +18,12 @@ inline std::uint64_t TicksOf(const FILETIME& time) {
     return Joined(time.dwHighDateTime, time.dwLowDateTime);
 }
 
-/// The ticks since 1601 at a time in seconds since 1970.
+/// Returns the ticks since 1601 of a time in seconds since 1970.
 inline std::int64_t TicksAt(std::int64_t seconds) {
     return (seconds + kSecondsFrom1601To1970) * kTicksPerSecond;
 }
 
-/// Seconds since 1970; -1 for a time that the file system does not keep.
+/// Returns seconds since 1970; -1 for a time that the file system does not store.
 inline std::int64_t SecondsOf(const FILETIME& time) {
     const std::uint64_t ticks = TicksOf(time);
     if (ticks == 0) return -1;

@@ -9,7 +9,7 @@ FileTurn::~FileTurn() {
     if (m_lock != kNoFile) CloseFile(m_lock).IgnoreError();  // nothing was written
 }
 
-// Readers take turns too: a file that is open is not replaced.
+// Readers lock too, because an open file cannot be replaced.
 Status FileTurn::Take(const std::string& path, TurnKind kind) {
     constexpr DWORD kAccess = GENERIC_READ | GENERIC_WRITE, kShared = FILE_SHARE_READ | FILE_SHARE_WRITE;
     const std::string lock = path + ".lock";

@@ -11,16 +11,16 @@ inline bool IsDots(const WIN32_FIND_DATAW& data) {
     return name == L"." || name == L"..";
 }
 
-/// The tag of a reparse point. Layers over other file systems show links to folders without one.
+/// Returns the tag of a reparse point. Layers over other file systems show links to folders without one.
 inline std::uint32_t TagOf(const WIN32_FIND_DATAW& data) {
     if (!(data.dwFileAttributes & kReparsePoint)) return 0;
     return data.dwReserved0 ? data.dwReserved0 : kSymbolicLinkTag;
 }
 
-/// Whether the path's last name, without a final separator, is a link to a folder.
+/// Returns whether the path's last name, without a trailing separator, is a link to a folder.
 bool IsFolderLinkAt(const std::wstring& path);
 
-/// Copies what the system's searches report of an entry besides its names, on disks and on servers.
+/// Copies what the system's searches report of an entry except its names, on disks and on servers.
 template <class Data>
 void CopyFindStatus(const Data& data, FoundEntry& entry) {
     entry.attributes = data.dwFileAttributes;
@@ -30,8 +30,8 @@ void CopyFindStatus(const Data& data, FoundEntry& entry) {
     entry.size = Joined(data.nFileSizeHigh, data.nFileSizeLow);
 }
 
-/// Copies the record of an entry under the name by which paths reach it: its own, else the short one. A failure when
-/// neither does.
+/// Copies the record of an entry under a name that can be used in paths: its own, else the short one. Fails if neither
+/// can.
 inline Status CopyFindData(const WIN32_FIND_DATAW& data, FoundEntry& entry) {
     CopyFindStatus(data, entry);
     entry.tag = TagOf(data);

@@ -7,14 +7,14 @@
 namespace qv::platform {
 namespace {
 
-/// Without the right to share its deletion, nobody can rename the folder or put another one in its place.
+/// Without sharing delete access, the folder cannot be renamed or replaced by others.
 Result<HANDLE> OpenKept(const std::wstring& path) {
     return sys::CreateFileW_folder(path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,
                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
 }
 
-/// Asks by the name, which means the open folder: layers over other file systems open what a link leads to.
+/// Queries by name, which refers to the open folder: layers over other file systems open the target of a link.
 Status CheckFolder(const std::wstring& path) {
     const auto asked = sys::GetFileAttributesW(path.c_str());
     if (!asked.ok()) return asked.status();

@@ -51,7 +51,7 @@ bool KeepsArchiveBit() {
 }
 
 Status StampFile(FileHandle handle, const FileStamp& stamp) {
-    FILE_BASIC_INFO info{};  // times of 0 stay
+    FILE_BASIC_INFO info{};  // 0: unchanged
     if (stamp.time != -1) {
         info.CreationTime.QuadPart = TicksAt(stamp.time);
         info.LastWriteTime = info.CreationTime;

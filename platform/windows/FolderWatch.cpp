@@ -24,10 +24,10 @@ public:
 
     bool Rearm() override { return sys::FindNextChangeNotification(m_notification.Get()).ok(); }
 
-    // The event is there as long as this object, and the system fails for no other reason.
+    // The event exists as long as this object, and the system fails for no other reason.
     void Stop() override { sys::SetEvent(m_stop.Get()).IgnoreError(); }
 
-    // Whatever the close reports, no change is told any more.
+    // After a failed close, too, no changes are reported any longer.
     void Close() override { m_notification.Close().IgnoreError(); }
 
 private:

@@ -7,7 +7,7 @@
 namespace qv::platform {
 namespace {
 
-/// Keeps the system from showing a window about a file that is no library.
+/// Prevents the system from showing a window about an invalid library file.
 class NoErrorWindows {
 public:
     NoErrorWindows() { sys::SetThreadErrorMode(DWORD{SEM_FAILCRITICALERRORS}, &m_before).IgnoreError(); }
@@ -21,7 +21,7 @@ private:
 
 }  // namespace
 
-// Without these flags, which Windows 7 has from its update KB2533623 on, the current folder would be searched too.
+// Without these flags, supported since Windows 7 with update KB2533623, the current folder would be searched too.
 LibraryHandle OpenLibrary(const char* path, std::string& problem) {
     const NoErrorWindows quiet;
     constexpr DWORD kFlags = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;

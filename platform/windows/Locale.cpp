@@ -16,13 +16,13 @@ wchar_t* Wide(std::u16string& text) {
     return reinterpret_cast<wchar_t*>(text.data());
 }
 
-// Up to a zero character; empty when the text does not fit with its zero byte.
+// Converts up to a zero character; empty if the text does not fit with its zero byte.
 std::string Fitting(const std::u16string& wide, std::size_t maximum) {
     std::string text = FromWide(std::u16string_view(wide).substr(0, wide.find(u'\0')));
     return text.size() < maximum ? text : std::string();
 }
 
-// A byte takes one 16-bit unit at most, so what needs more room than this does not fit.
+// A byte takes at most one 16-bit unit, so text that needs more room does not fit.
 std::u16string Room(std::size_t maximum) {
     return std::u16string(maximum, u'\0');
 }
@@ -43,7 +43,7 @@ std::string CurrencySymbol(std::size_t maximum) {
 
 std::string FormatCurrency(double amount, std::size_t maximum) {
     if (!std::isfinite(amount)) return {};
-    // As %f writes it, but with the point that the system function wants, whatever the C locale.
+    // Formatted as by %f, but with the decimal point that the system function requires, regardless of the C locale.
     char plain[512];
     char* const end = std::to_chars(plain, plain + sizeof plain, amount, std::chars_format::fixed, 6).ptr;
     const std::wstring number(plain, end);

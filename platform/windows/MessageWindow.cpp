@@ -10,9 +10,9 @@ namespace qv::platform {
 namespace {
 
 thread_local std::uint64_t g_handled = 0;
-// What receivers have thrown, in order; null when nothing waits. No exception may pass through the system's frames, so it
-// waits here for the call of this file that runs the window's procedure. A pointer, since MinGW may free a thread's
-// variables before it destroys them.
+// Exceptions thrown by receivers, in order; null if there are no pending ones. No exception may pass through the
+// system's frames, so it is stored here for the call in this file that runs the window's procedure. A pointer, since
+// MinGW may free a thread's variables before it destroys them.
 using Thrown = std::deque<std::exception_ptr>;
 thread_local Thrown* g_thrown = nullptr;
 
@@ -52,12 +52,12 @@ LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM first, LPARAM second) 
 HMODULE OwnModule() {
     HMODULE module = nullptr;
     constexpr DWORD kFlags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-    // An address of a module that is loaded always has one.
+    // An address within a loaded module always has a module.
     sys::GetModuleHandleExA(kFlags, reinterpret_cast<LPCSTR>(&OwnModule), &module).IgnoreError();
     return module;
 }
 
-// Between looking for a window and making it no other program does the same.
+// Prevents other programs from creating the window between looking for it and creating it.
 class NameGuard {
 public:
     explicit NameGuard(const std::string& className) {
@@ -67,7 +67,7 @@ public:
         m_held = m_mutex && sys::WaitForSingleObject_mutex(m_mutex.Get(), INFINITE).ok();
     }
     ~NameGuard() {
-        if (m_held) sys::ReleaseMutex(m_mutex.Get()).IgnoreError();  // a thread that holds it may release it
+        if (m_held) sys::ReleaseMutex(m_mutex.Get()).IgnoreError();  // the holding thread may always release it
     }
     NameGuard(const NameGuard&) = delete;
     NameGuard& operator=(const NameGuard&) = delete;
@@ -82,13 +82,13 @@ HWND MakeHiddenWindow(const std::string& className) {
     windowClass.lpfnWndProc = &::DefWindowProcA;
     windowClass.hInstance = OwnModule();
     windowClass.lpszClassName = className.c_str();
-    sys::RegisterClassA(&windowClass).IgnoreError();  // fails when an earlier window has registered it
+    sys::RegisterClassA(&windowClass).IgnoreError();  // fails if an earlier window has registered it
     return sys::CreateWindowExA(WS_EX_TOPMOST, className.c_str(), "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
                                 windowClass.hInstance, nullptr)
         .value();
 }
 
-// The earlier value, which the call returns, is of no use.
+// The previous value, which the call returns, is not needed.
 void SetWindowValue(HWND window, int index, LONG_PTR value) {
     sys::SetWindowLongPtrA(window, index, value).IgnoreError();
 }
@@ -97,7 +97,7 @@ bool IsThere(HWND window) {
     return sys::IsWindow(window).value();
 }
 
-/// False when the program has been asked to end: that message is put back for the loop that ends it.
+/// Returns false if the program has been asked to end: that message is reposted for the loop that ends it.
 bool DispatchWaiting() {
     MSG message;
     while (sys::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE).value()) {
@@ -125,7 +125,7 @@ HWND OpenMessageWindow(const std::string& className, MessageReceiver& receiver) 
 }
 
 void CloseMessageWindow(HWND window) {
-    sys::DestroyWindow(window).IgnoreError();  // fails when the window is gone already
+    sys::DestroyWindow(window).IgnoreError();  // fails if the window is already gone
 }
 
 HWND FindMessageWindow(const std::string& className) {
@@ -141,7 +141,7 @@ bool SendMessageText(HWND window, std::string_view text, HWND sender) {
     return sent.ok() && IsThere(window);
 }
 
-// Messages that were sent are handled inside the call that looks for posted ones.
+// Sent messages are handled inside the call that looks for posted ones.
 bool FindAndSend(const std::string& className, std::string_view text, WindowHandle sender) {
     const WindowHandle window = FindMessageWindow(className);
     if (window) SendMessageText(window, text, sender);

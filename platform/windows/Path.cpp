@@ -10,8 +10,8 @@ namespace {
 
 constexpr DWORD kLongest = 32767;
 
-/// The path that a call writes into the room it gets, in the library's form. Empty where the call fails, or nothing in the
-/// code page reaches the folder.
+/// Returns the path that a call writes to the given buffer, in the library's form. Empty if the call fails, or if the
+/// code page cannot represent a path to the folder.
 template <class Call>
 std::string PathFrom(Call call) {
     std::wstring path(kLongest, L'\0');
@@ -33,7 +33,7 @@ std::string NativePath(std::string_view path) {
 
 std::string LibraryPath(std::string_view native) {
     std::string path(native);
-    std::replace(path.begin(), path.end(), '/', '\\');  // no character of two bytes has a "/" in it
+    std::replace(path.begin(), path.end(), '/', '\\');  // no double-byte character contains a "/"
     return path;
 }
 
@@ -62,7 +62,7 @@ std::string CurrentFolder() {
 }
 
 void ChangeFolder(const std::string& path) {
-    sys::SetCurrentDirectoryW(WidePath(path).c_str()).IgnoreError();  // the contract
+    sys::SetCurrentDirectoryW(WidePath(path).c_str()).IgnoreError();  // ignored by contract
 }
 
 std::string SystemFolder() {

@@ -22,7 +22,7 @@ struct Pipe {
     }
 };
 
-/// The standard streams of a child, which inherits them; none where it has no such stream.
+/// The standard streams of a child, which inherits them; empty for missing streams.
 struct Streams {
     UniqueHandle input, output, errors;
 
@@ -44,12 +44,12 @@ Status Duplicate(HANDLE handle, UniqueHandle& inheritable) {
 
 Status MakeStream(const UniqueHandle& pipe, DWORD own, UniqueHandle& stream) {
     if (pipe) return Duplicate(pipe.Get(), stream);
-    // This program may have no such stream. Then the child has none.
+    // If this program has no such stream, neither has the child.
     Duplicate(sys::GetStdHandle(own).value(), stream).IgnoreError();
     return {};
 }
 
-/// What children keep besides their streams.
+/// Files that children inherit besides their streams.
 struct KeptFiles {
     std::mutex mutex;
     std::vector<HANDLE> handles;
@@ -60,7 +60,7 @@ KeptFiles& Kept() {
     return kept;
 }
 
-/// The list of exactly the handles that a child gets.
+/// The list of exactly the handles that a child inherits.
 class Inheritance {
 public:
     Inheritance() = default;
@@ -73,7 +73,7 @@ public:
     Status Fill(std::vector<HANDLE> handles) {
         m_handles = std::move(handles);
         SIZE_T size = 0;
-        // Fails for want of a buffer, and tells its size.
+        // Fails because there is no buffer, and returns its size.
         sys::InitializeProcThreadAttributeList(nullptr, 1, 0, &size).IgnoreError();
         m_buffer.resize(size);
         const auto initialized = sys::InitializeProcThreadAttributeList(List(), 1, 0, &size);
@@ -94,7 +94,7 @@ private:
 
 Status Create(std::wstring commandLine, const Streams& streams, UniqueHandle& process) {
     std::vector<HANDLE> handles = streams.All();
-    const std::lock_guard lock(Kept().mutex);  // none of them is closed meanwhile
+    const std::lock_guard lock(Kept().mutex);  // prevents closing them meanwhile
     handles.insert(handles.end(), Kept().handles.begin(), Kept().handles.end());
     const bool inherits = !handles.empty();
     Inheritance inheritance;
@@ -107,7 +107,7 @@ Status Create(std::wstring commandLine, const Streams& streams, UniqueHandle& pr
     start.StartupInfo.hStdOutput = streams.output.Get();
     start.StartupInfo.hStdError = streams.errors.Get();
     start.lpAttributeList = inherits ? inheritance.List() : nullptr;
-    PROCESS_INFORMATION created{};  // Wine gives no handles of programs of its host
+    PROCESS_INFORMATION created{};  // Wine returns no handles for programs of its host
     const auto made = sys::CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, inherits,
                                           EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &start.StartupInfo, &created);
     if (!made.ok()) return made.status();

@@ -23,14 +23,14 @@ std::optional<std::string> ReadFromRegistry(const ProfilePlace& place, const cha
     return value.type == RegistryType::Text ? std::optional(value.data) : std::nullopt;
 }
 
-/// A section that holds others is not deleted: "a", where there is "a\\b".
+/// A section that contains others is not deleted: "a", if "a\\b" exists.
 bool DeleteKey(const ProfilePlace& place, const char* section) {
     const std::wstring path = ToSystem(KeyOf(place, section).path);
     const Status deleted = sys::RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str()).status();
     return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
 }
 
-/// The keys below one, with the names on the way to them. The system bounds the depth.
+/// Adds the subkeys of a key, prefixed with their path. The system limits the depth.
 void AddKeys(const RegistryKey& key, const std::string& prefix, std::vector<std::string>& found) {
     std::vector<std::string> names;
     if (!ListRegistryKeys(key, names).ok()) return;
@@ -44,8 +44,8 @@ std::string FileOf(const ProfilePlace& place) {
     return place.application + ".INI";
 }
 
-/// What a private profile gives, up to a zero byte, or up to two where names are asked for. Two more bytes than were
-/// given tell that all of it fitted.
+/// Returns the content of a private profile, up to a zero byte, or up to two if names are requested. A result that
+/// leaves two bytes unused is complete.
 std::string ReadFromFile(const ProfilePlace& place, const char* section, const char* entry, const char* otherwise) {
     const std::string file = FileOf(place);
     for (std::string value(256, '\0');; value.resize(2 * value.size())) {
@@ -56,14 +56,14 @@ std::string ReadFromFile(const ProfilePlace& place, const char* section, const c
     }
 }
 
-/// Two defaults tell a value from none.
+/// Two different defaults distinguish a missing value.
 std::optional<std::string> ReadFromFile(const ProfilePlace& place, const char* section, const char* entry) {
     const std::string value = ReadFromFile(place, section, entry, "");
     if (value.empty() && !ReadFromFile(place, section, entry, "?").empty()) return std::nullopt;
     return value;
 }
 
-/// Reading takes off one pair of quotes, and blanks at the ends.
+/// Reading removes one pair of quotes, and blanks at the ends.
 std::string Quoted(std::string_view value) {
     const std::string_view ends = " \t\"'";
     const bool changes =
@@ -71,7 +71,7 @@ std::string Quoted(std::string_view value) {
     return changes ? '"' + std::string(value) + '"' : std::string(value);
 }
 
-/// A private profile keeps one line: the rest of a longer text would be read as entries.
+/// A private profile stores one line: the rest of a longer text would be read as entries.
 bool WriteToFile(const ProfilePlace& place, const char* section, const char* entry, const char* value) {
     if (value && std::string_view(value).find_first_of("\r\n") != std::string_view::npos) return false;
     const std::string text = Quoted(value ? value : "");

@@ -39,7 +39,7 @@ bool IsMissing(const Status& status) {
     return status.error() == ERROR_FILE_NOT_FOUND || status.error() == ERROR_PATH_NOT_FOUND;
 }
 
-/// The value's bytes as the registry keeps them. Another process may make it longer meanwhile.
+/// Reads the value's bytes as stored. Another process may make it longer meanwhile.
 Status ReadRaw(const UniqueKey& key, const std::wstring& name, DWORD& type, std::string& raw) {
     raw.resize(512);
     for (;;) {
@@ -60,7 +60,7 @@ std::wstring WideOf(const std::string& raw) {
     return text;
 }
 
-/// Other programs may leave out the zero that ends a text, or write on after it.
+/// Other programs may omit the terminating zero of a text, or store data after it.
 std::string TextOf(const std::string& raw) {
     const std::wstring text = WideOf(raw);
     return FromSystem(std::wstring_view(text).substr(0, text.find(L'\0')));
@@ -103,7 +103,7 @@ Status SetText(const UniqueKey& key, const std::wstring& name, const std::string
     return wide ? SetValue(key, name, REG_SZ, wide->c_str(), (wide->size() + 1) * sizeof(wchar_t)) : kNotHeld;
 }
 
-/// The names that a numbered call gives until there are no more.
+/// Lists the names returned by an indexed call until there are no further ones.
 template <class Call>
 Status ListNames(std::vector<std::string>& names, Call call) {
     constexpr DWORD kLongestName = 16384;

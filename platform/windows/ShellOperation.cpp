@@ -6,8 +6,8 @@
 namespace qv::platform {
 namespace {
 
-/// Each path ends with a zero, the list with one more. Nothing for a list that the code page does not explain: in a wrong
-/// name the shell would see a wild card.
+/// Each path ends with a zero, the list with one more. Returns nullopt for a list that is not valid in the code page:
+/// the shell could take replacement characters for wildcards.
 std::optional<std::wstring> PathList(const char* paths) {
     std::wstring list;
     for (; paths && *paths; paths += std::string_view(paths).size() + 1) {

@@ -5,7 +5,7 @@
 namespace qv::platform {
 namespace {
 
-constexpr DWORD kDiskQuotaExceeded = 1295;  // not in every system header
+constexpr DWORD kDiskQuotaExceeded = 1295;  // missing in some system headers
 
 }  // namespace
 
@@ -62,7 +62,7 @@ bool MeansNameTaken(unsigned long error) {
     return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
 }
 
-// The system itself tells a missing folder from a missing file.
+// The system distinguishes a missing folder from a missing file by itself.
 Status Status::OfErrorAt(unsigned long error, const char*) {
     return OfError(error);
 }

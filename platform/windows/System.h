@@ -1,19 +1,20 @@
 #pragma once
 
-/// @file The table of system calls: everything that platform/windows asks of the system goes through one of these objects,
-/// which consult the fault injector in force (platform/SystemCalls.h). An entry has the name of the system's function and
-/// its parameters, except where its comment says otherwise; a suffix tells entries of one function apart that differ in
-/// kind.
+/// @file The table of system calls: all calls of platform/windows to the system use one of these objects, which consult
+/// the installed fault injector (platform/SystemCalls.h). An entry has the name of the system's function and its
+/// parameters, unless its comment says otherwise; a suffix distinguishes entries of one function that differ in kind.
 ///
-/// Not in the table is what cannot fail or only computes: conversions, cases and types of characters, code pages, dates in
-/// text (VarDateFromStr) and times of day; memory (GlobalAlloc and its kin, LocalFree, attribute lists' ends, ILFree, NetApiBufferFree, values of a
-/// version resource that has been read); pseudo handles, numbers and states of the calling process and thread
-/// (GetCurrentProcess, GetFocus); CoUninitialize; libraries that are loaded (GetProcAddress, FreeLibrary); cursors, default window procedures and the dispatch of messages; what a device context is
-/// set to (SetStretchBltMode, SelectObject, GdiFlush); the run time's _isatty; threads and what they wait for; and clocks:
-/// the library's has a seam of its own (platform/Clock.h), and the pumping of messages waits by the system's.
+/// Not in the table are functions that cannot fail or only compute: conversions, cases and types of characters, code
+/// pages, dates in text (VarDateFromStr) and times of day; memory (GlobalAlloc and related functions, LocalFree,
+/// deletion of attribute lists, ILFree, NetApiBufferFree, values of a version resource that has been read); pseudo
+/// handles, numbers and states of the calling process and thread (GetCurrentProcess, GetFocus); CoUninitialize; loaded
+/// libraries (GetProcAddress, FreeLibrary); cursors, default window procedures and the dispatch of messages; settings
+/// of a device context (SetStretchBltMode, SelectObject, GdiFlush); the run time's _isatty; threads and their
+/// synchronization; and clocks: the library's has its own interface (platform/Clock.h), and the pumping of messages
+/// uses the system's.
 
 #include <windows.h>
-// windows.h comes first.
+// windows.h must come first.
 #include <lm.h>
 #include <objbase.h>
 #include <shellapi.h>
@@ -46,7 +47,7 @@ QV_SYSTEM_CALL(Resize, FailsWithZero, SetEndOfFile);
 QV_SYSTEM_CALL(Copy, FailsWithZero, CopyFileExW);
 QV_CLOSE(FailsWithZero, CloseHandle);
 
-// What the file system keeps of a file, and of a volume. GetFileVersionInfo reads a resource of the file.
+// Metadata of a file, and of a volume. GetFileVersionInfo reads a resource of the file.
 
 QV_SYSTEM_CALL(Status, FailsWithZero, GetFileSizeEx);
 QV_SYSTEM_CALL(Status, FailsWithZero, GetFileInformationByHandle);
@@ -89,7 +90,7 @@ QV_SYSTEM_CALL_AS(SetEvent, Watch, FailsWithZero, SetEvent, CallTrait::AlwaysMad
 QV_SYSTEM_CALL(Watch, FailsWithMinusOne, WaitForMultipleObjects);
 QV_CLOSE(FailsWithZero, FindCloseChangeNotification);
 
-// Windows and their messages. A window that is not found, and a message that does nothing, are answers.
+// Windows and their messages. A window that is not found, and a message without effect, are not failures.
 
 QV_SYSTEM_CALL(Message, FailsWithZero, RegisterClassA);
 QV_SYSTEM_CALL(Message, FailsWithZero, CreateWindowExA);
@@ -125,7 +126,7 @@ QV_SYSTEM_CALL(Other, FailsWithMinusOne, StretchDIBits);
 QV_CLOSE(FailsWithZero, DeleteDC);
 QV_CLOSE(FailsWithZero, DeleteObject);
 
-// Processes, and what they take turns by. The name of a mutex counts as a path.
+// Processes, and their synchronization. The name of a mutex counts as a path.
 
 QV_SYSTEM_CALL(Process, FailsWithZero, CreatePipe);
 QV_SYSTEM_CALL(Process, FailsWithZero, DuplicateHandle);
@@ -154,7 +155,7 @@ QV_SYSTEM_CALL(Remove, ReturnsError, RegDeleteTreeW);
 QV_SYSTEM_CALL(Read, ReturnsError, RegEnumKeyExW);
 QV_SYSTEM_CALL(Read, ReturnsError, RegEnumValueW);
 QV_CLOSE(ReturnsError, RegCloseKey);
-// In a private profile the file comes first here: it is the path.
+// The file of a private profile is the first parameter here: it is the path.
 QV_PROFILE_CALL(Read, NeverFails, GetPrivateProfileStringA);
 QV_PROFILE_CALL(Write, FailsWithZero, WritePrivateProfileStringA);
 
@@ -166,7 +167,8 @@ QV_SYSTEM_CALL(ListFolder, FailsWithZero, FtpFindFirstFileA);
 QV_SYSTEM_CALL(ListFolder, FailsWithZero, InternetFindNextFileA);
 QV_CLOSE(FailsWithZero, InternetCloseHandle);
 
-// The user's locale and zone, and what a process asks for itself. A successful CoCreateGuid may tell more than S_OK.
+// The user's locale and zone, and queries of the process's own state. A successful CoCreateGuid may return values other
+// than S_OK.
 
 QV_SYSTEM_CALL(Other, FailsWithZero, GetLocaleInfoW);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetCurrencyFormatW);
@@ -190,7 +192,7 @@ inline constexpr SystemCall CoCreateGuid(CallKind::Other, "CoCreateGuid", Return
 QV_SYSTEM_CALL(Open, FailsWithZero, LoadLibraryExW);
 QV_SYSTEM_CALL(Other, FailsWithZero, SetThreadErrorMode);
 
-// The shell. Its error numbers are partly its own. A successful CoInitializeEx may tell more than S_OK.
+// The shell. Some of its error numbers are its own. A successful CoInitializeEx may return values other than S_OK.
 
 inline constexpr SystemCall CoInitializeEx(CallKind::Other, "CoInitializeEx", ReturnsError(),
                                            [](void* reserved, DWORD form) {

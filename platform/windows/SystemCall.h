@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file One system call as an object: what System.h is a table of.
+/// @file A system call as an object, for the table in System.h.
 
 #include <windows.h>
 
@@ -13,17 +13,18 @@
 
 namespace qv::platform {
 
-/// What a fault injector may do to a call besides failing it.
+/// Additional effects of a fault injector on a call besides failing it.
 enum class CallTrait {
     Plain,
-    Transfer,   ///< moves bytes: its one DWORD is their number, which a fault may shorten
-    AlwaysMade  ///< is made even where it is to fail: a close has closed then, and who waits is woken
+    Transfer,   ///< moves bytes: its only DWORD is their number, which a fault may reduce
+    AlwaysMade  ///< called even if it is to fail: closes the handle, or wakes a waiting thread
 };
 
-/// The rules by which functions of the system report a failure. Check turns a returned value into a result. Failed gives
-/// what the function would have returned for that error number, and leaves the number where the function would.
+/// The rules by which system functions report a failure. Check converts a returned value to a result. Failed returns
+/// what the function would have returned for that error number, and stores the number where the function would.
 ///
-/// This is the one place that reads the thread's last error; besides, LastError() gives it to the layers above.
+/// This is the only place that reads the thread's last error, apart from LastError(), which returns it to the layers
+/// above.
 template <int failure>
 struct FailsWith {
     template <class Value>
@@ -66,7 +67,7 @@ struct ReturnsError {
     }
 };
 
-/// Every value is an answer: the function fails by a fault alone.
+/// Every value is valid: the function fails only by a fault.
 struct NeverFails : FailsWithZero {
     template <class Value>
     static Result<Value> Check(Value value) {
@@ -74,12 +75,11 @@ struct NeverFails : FailsWithZero {
     }
 };
 
-/// A function of the system. Without a fault injector a call costs a few instructions more than the
-/// function itself.
+/// A system function. Without a fault injector a call costs a few instructions more than the function itself.
 template <class Rule, class Function>
 class SystemCall {
 public:
-    /// @param name  the system's own, for the injector
+    /// @param name  the system's name, for the injector
     constexpr SystemCall(CallKind kind, const char* name, Rule, Function function, CallTrait trait = CallTrait::Plain)
         : m_function(function), m_name(name), m_kind(kind), m_trait(trait) {}
 
@@ -106,7 +106,7 @@ private:
         return Rule::Check(m_function(Shortened(arguments, shorten)...));
     }
 
-    /// Texts among the arguments of other calls are no paths, and bytes no texts.
+    /// Texts among the arguments of other calls are not paths, and bytes not texts.
     bool HasPath() const {
         return m_trait != CallTrait::Transfer && m_kind != CallKind::Message && m_kind != CallKind::Process &&
                m_kind != CallKind::Other;

@@ -1,7 +1,7 @@
 #include "platform/Text.h"
 
 #include <windows.h>
-// windows.h comes first.
+// windows.h must come first.
 #include <mbctype.h>
 
 #include <optional>
@@ -20,7 +20,7 @@ const wchar_t* Wide(const char16_t* text) {
     return reinterpret_cast<const wchar_t*>(text);
 }
 
-// Stray bytes get numbers beyond those of all characters.
+// Stray bytes have numbers above those of all characters.
 constexpr char32_t kStrayByte = 0x110000;
 
 CodePage AskPageOf(UINT number) {
@@ -39,8 +39,8 @@ CodePage PageOf(UINT number) {
     return number == SystemCodePage() ? system : AskPageOf(number);
 }
 
-// The run time names a page of several bytes only. 0 is the system's own, or, where that has several, a choice of a
-// single-byte one that it does not name.
+// The run time reports only multibyte pages. 0 means the system's own, or, if that is a multibyte page, a selected
+// single-byte one that it does not report.
 UINT CodePageNumber() {
     constexpr UINT kWestern = 1252;
     const int chosen = ::_getmbcp();
@@ -57,7 +57,7 @@ std::u16string ToWideOf(std::string_view text, UINT page, DWORD flags = 0) {
     return out;
 }
 
-// Never by best fit: what only resembles a character is another one.
+// Never uses best-fit characters, which only resemble the original.
 std::string FromWideOf(std::u16string_view text, UINT page, BOOL* lacking) {
     if (page == CP_UTF8) return WideToUtf8(text);
     const int size = static_cast<int>(text.size());
@@ -69,7 +69,7 @@ std::string FromWideOf(std::u16string_view text, UINT page, BOOL* lacking) {
     return out;
 }
 
-// By the user's locale.
+// Uses the user's locale.
 std::u16string MapWide(std::u16string_view wide, Case which) {
     std::u16string mapped(wide.size(), u'\0');
     const int size = static_cast<int>(wide.size());
@@ -86,7 +86,7 @@ char32_t MapCodePoint(char32_t code, Case which) {
     return DecodeUtf8(back, 0).code;
 }
 
-// A character whose other case the code page does not hold stays as it is.
+// A character whose other case is not in the code page is unchanged.
 std::string MapCharacter(std::string_view character, Case which, UINT page) {
     BOOL lacking = 0;
     std::string mapped = FromWideOf(MapWide(ToWideOf(character, page), which), page, &lacking);
@@ -104,7 +104,7 @@ ByteCase MakeByteCase(Case which, UINT page) {
     return result;
 }
 
-// The user's locale does not change, so each thread keeps the case of the page that it used last.
+// The user's locale does not change, so each thread caches the case table of the last page.
 const ByteCase& CaseOfBytes(Case which, UINT page) {
     struct Known {
         UINT page;
@@ -198,7 +198,7 @@ bool IsSpace(std::string_view character) {
     return ToWide(character) != noBreakSpace && TestWide(character, C1_SPACE);
 }
 
-// The run time reads texts in its locale's own code page, which is the process's for whoever lets the system choose it.
+// The run time decodes texts in its locale's code page, which is the process's unless the program selects another one.
 bool CollatesAsItIs() {
     return true;
 }

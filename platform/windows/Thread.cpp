@@ -13,16 +13,16 @@ struct Start {
     HMODULE module;
 };
 
-// A reference to the module of this code; FreeLibrary lets go of it.
+// Returns a reference to the module of this code; FreeLibrary releases it.
 HMODULE AcquireOwnModule() {
     HMODULE module = nullptr;
     ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&AcquireOwnModule), &module);
     return module;
 }
 
-// The system's calling convention is not the compiler's own. A program may unload the library once a thread has told it
-// that its work is done; the thread's last instructions are still to come, so it holds a reference until the system
-// takes both away.
+// Uses the system's calling convention, not the compiler's default. A program may unload the library once a thread has
+// signalled that its work is done; the last instructions of the thread are yet to run, so it holds a reference until
+// the system releases it together with the thread.
 DWORD WINAPI Run(void* argument) {
     const Start start = *std::unique_ptr<Start>(static_cast<Start*>(argument));
     ::FreeLibraryAndExitThread(start.module, start.function(start.argument));
@@ -38,7 +38,7 @@ ThreadHandle StartThread(ThreadFunction function, void* argument, std::uint32_t*
         ::FreeLibrary(start->module);
         return nullptr;
     }
-    static_cast<void>(start.release());  // the thread's now
+    static_cast<void>(start.release());  // now owned by the thread
     if (id) *id = number;
     return thread;
 }

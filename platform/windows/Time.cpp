@@ -5,7 +5,7 @@
 namespace qv::platform {
 namespace {
 
-// The calendar of the system's conversions, from the first file time to the last whole year.
+// The range of the system's conversions, from the first file time to the last whole year.
 constexpr int kFirstYear = 1601, kLastYear = 30827;
 constexpr std::int64_t kFirstSecond = -kSecondsFrom1601To1970, kLastSecond = 910670515199;
 
@@ -13,7 +13,7 @@ std::optional<TIME_ZONE_INFORMATION> ZoneIn(int year) {
     if (year < kFirstYear || year > kLastYear) return std::nullopt;
     TIME_ZONE_INFORMATION zone{};
     if (sys::GetTimeZoneInformationForYear(static_cast<USHORT>(year), nullptr, &zone).ok()) return zone;
-    // A zone that the system keeps no history of has the rules of today for every year.
+    // A zone without a history has the current rules for every year.
     if (!sys::GetTimeZoneInformation(&zone).ok()) return std::nullopt;
     return zone;
 }

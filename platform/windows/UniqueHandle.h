@@ -8,13 +8,13 @@
 
 namespace qv::platform {
 
-/// The owner of a handle of some kind, or of none. Null and INVALID_HANDLE_VALUE both mean none.
+/// Owns a handle of some kind, or none. Null and INVALID_HANDLE_VALUE both mean none.
 template <class Handle, const auto& close>
 class UniqueResource {
 public:
     UniqueResource() = default;
     explicit UniqueResource(Handle handle) : m_handle(handle == Invalid() ? nullptr : handle) {}
-    /// Owns what a call has given out; nothing if it failed.
+    /// Owns the handle returned by a call; none if it failed.
     explicit UniqueResource(const Result<Handle>& made) : UniqueResource(made.ok() ? made.value() : nullptr) {}
     UniqueResource(UniqueResource&& other) noexcept : m_handle(other.Release()) {}
     UniqueResource& operator=(UniqueResource&& other) noexcept {
@@ -28,13 +28,13 @@ public:
     Handle Get() const { return m_handle; }
     Handle Release() { return std::exchange(m_handle, nullptr); }
 
-    /// Closes it, if there is one.
+    /// Closes it, if any.
     Status Close() { return m_handle ? close(Release()).status() : Status(); }
 
 private:
     static Handle Invalid() { return static_cast<Handle>(INVALID_HANDLE_VALUE); }
 
-    /// Whoever needs to know whether the close succeeded calls Close.
+    /// Callers that must know whether the close succeeded call Close.
     void Drop() { Close().IgnoreError(); }
 
     Handle m_handle = nullptr;
@@ -44,7 +44,7 @@ using UniqueHandle = UniqueResource<HANDLE, sys::CloseHandle>;
 using UniqueSearch = UniqueResource<HANDLE, sys::FindClose>;
 using UniqueKey = UniqueResource<HKEY, sys::RegCloseKey>;
 
-/// The handles of the contracts and the system's are the same.
+/// Converts a handle of the contracts, which has the same value as the system's.
 inline HANDLE SystemHandle(FileHandle handle) {
     return reinterpret_cast<HANDLE>(handle);
 }

@@ -9,7 +9,7 @@
 namespace qv::platform {
 namespace {
 
-/// What the system hands over, and takes back.
+/// Frees a buffer allocated by the system.
 struct FreeBuffer {
     void operator()(void* buffer) const { ::NetApiBufferFree(buffer); }
 };

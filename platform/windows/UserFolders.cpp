@@ -30,7 +30,7 @@ bool UseUserFolder(const char*) {
 
 Status MakeUserFolder(const std::string& path) {
     Status made;
-    // The drive and the share before the first folder exist, or nothing can be made.
+    // The drive and the share before the first folder exist, or nothing can be created.
     for (std::size_t end = path.find('\\'); end != path.npos;) {
         end = path.find('\\', end + 1);
         const auto call = sys::CreateDirectoryW(WidePath(path.substr(0, end)).c_str(), nullptr);

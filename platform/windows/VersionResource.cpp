@@ -18,7 +18,7 @@ std::string VersionResource::Value(const std::string& path) const {
     UINT size = 0;
     if (m_block.empty() || !::VerQueryValueW(m_block.data(), ToSystem(path).c_str(), &value, &size) || !value)
         return {};
-    // Of all values only the strings are texts; their size counts characters.
+    // Only the strings among the values are texts; their size counts characters.
     if (path.starts_with("\\StringFileInfo")) return FromSystem({static_cast<const wchar_t*>(value), size});
     return {static_cast<const char*>(value), size};
 }

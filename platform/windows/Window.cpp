@@ -20,7 +20,7 @@ Style StyleOf(WindowKind kind) {
     }
 }
 
-// -1, which is CB_ERR and LB_ERR, when the control refuses the message or cannot be reached.
+// -1, which is CB_ERR and LB_ERR, if the control rejects the message or cannot be reached.
 LRESULT Send(WindowHandle window, UINT message, WPARAM first, LPARAM second) {
     const auto sent = sys::SendMessageW(window, message, first, second);
     return sent.ok() ? sent.value() : LB_ERR;
@@ -41,7 +41,7 @@ WindowHandle MakeWindow(WindowKind kind, WindowHandle dialog, int id) {
 }
 
 void EndWindow(WindowHandle window) {
-    sys::DestroyWindow(window).IgnoreError();  // fails when the window is gone already
+    sys::DestroyWindow(window).IgnoreError();  // fails if the window is already gone
 }
 
 WindowHandle ControlOf(WindowHandle dialog, int id) {
@@ -56,7 +56,7 @@ std::string TextOf(WindowHandle window) {
 }
 
 void PutText(WindowHandle window, const std::string& text) {
-    // A window that takes no text keeps what it shows.
+    // A window that rejects the text keeps the old one.
     sys::SetWindowTextW(window, ToSystem(text).c_str()).IgnoreError();
 }
 
@@ -67,7 +67,7 @@ void ChooseText(WindowHandle comboBox, const std::string& text) {
 }
 
 void FocusOn(WindowHandle window, bool markAll) {
-    sys::SetFocus(window).IgnoreError();  // the system may keep the keyboard where it is
+    sys::SetFocus(window).IgnoreError();  // the system may refuse to move the focus
     if (markAll) Send(window, EM_SETSEL, 0, -1);
 }
 

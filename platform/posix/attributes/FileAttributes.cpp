@@ -8,7 +8,7 @@
 namespace qv::platform {
 namespace {
 
-/// A call that fills a buffer and says with an empty one how much it needs. Empty where there is nothing.
+/// For calls that fill a buffer, or return the required size for an empty one. Empty if there is no data.
 template <class Call>
 std::vector<char> Filled(Call call) {
     const auto needed = call(nullptr, 0);
@@ -19,14 +19,14 @@ std::vector<char> Filled(Call call) {
     return bytes;
 }
 
-/// Access lists are extended attributes here.
+/// Also copies access lists, which are extended attributes.
 void CopyExtendedAttributes(int from, int to) {
     const auto names = Filled([from](char* buffer, std::size_t size) { return sys::flistxattr(from, buffer, size); });
     for (std::size_t at = 0; at < names.size();) {
         const std::string name(names.data() + at);
         const auto value =
             Filled([&](char* buffer, std::size_t size) { return sys::fgetxattr(from, name.c_str(), buffer, size); });
-        // Some belong to the system alone.
+        // Some can only be set by the system.
         sys::fsetxattr(to, name.c_str(), value.data(), value.size(), 0).IgnoreError();
         at += name.size() + 1;
     }
@@ -44,11 +44,11 @@ void CopyAttributes(int from, const struct stat& wanted, int to) {
         return same || sys::fchown(to, owner, wanted.st_gid).ok();
     };
     const bool owned = give(wanted.st_uid);
-    // Only the administrator gives files away; the group is kept where the user belongs to it.
+    // Only the administrator can change the owner; the group is kept if the user belongs to it.
     const bool grouped = owned || give(kUnchanged);
     CopyExtendedAttributes(from, to);
-    // Under another owner the bits that lend the owner's rights would lend the wrong ones, and under another group the
-    // group's bits would let in the wrong users.
+    // Under another owner the set-id bits would grant the wrong rights, and under another group the group's bits would
+    // admit the wrong users.
     mode_t mode = wanted.st_mode & (owned ? kAll : kPermissions);
     if (!grouped) mode &= ~mode_t{S_IRWXG} | ((mode & S_IRWXO) << 3);
     sys::fchmod(to, mode).IgnoreError();

@@ -4,7 +4,7 @@
 
 namespace qv::platform {
 
-/// Gives a file the mode, owner, group, access lists and extended attributes of another one, as far as the user may.
+/// Copies mode, owner, group, access lists and extended attributes to another file, as far as the user may set them.
 /// @param wanted  the status of `from`
 void CopyAttributes(int from, const struct stat& wanted, int to);
 

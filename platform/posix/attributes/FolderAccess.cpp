@@ -11,7 +11,7 @@ void GrantAsFolder(int file, int folder, const std::string& folderPath) {
     if (!sys::fstatat(folder, folderPath.c_str(), &place, 0).ok() || !sys::fstat(file, &made).ok()) return;
     const uid_t owner = ::geteuid() == 0 ? place.st_uid : kUnchanged;
     if (made.st_gid != place.st_gid || (owner != kUnchanged && made.st_uid != owner))
-        sys::fchown(file, owner, place.st_gid).IgnoreError();  // the group of a folder need not be one's own
+        sys::fchown(file, owner, place.st_gid).IgnoreError();  // the user need not be in the folder's group
     const mode_t mode = kEverybodyReads | (place.st_mode & kGroupAndOthersWrite);
     if ((made.st_mode & kAll) != mode) sys::fchmod(file, mode).IgnoreError();
 }

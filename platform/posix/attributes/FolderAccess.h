@@ -4,8 +4,8 @@
 
 namespace qv::platform {
 
-/// Opens a file that has just been made to the users of its folder: everybody may read it, and whoever may write in the
-/// folder may write it, whatever the umask. What the maker may not give away stays as it is.
+/// Makes a new file accessible to the users of its folder: world-readable, and writable for all users who can write to
+/// the folder, regardless of the umask. Permissions that the user may not grant are unchanged.
 void GrantAsFolder(int file, int folder, const std::string& folderPath);
 
 }  // namespace qv::platform

@@ -14,12 +14,12 @@
 namespace qv::platform::messages {
 namespace {
 
-// The calling thread's last conversation stays open: another text to the same window only needs to be sent.
+// The calling thread's last conversation stays open, so that another text to the same window needs no new connection.
 struct Conversation {
     std::string target = {};
     UniqueFd socket = UniqueFd();
 
-    // The other end never sends unasked, so there is something to read only after it has closed.
+    // The other end never sends unasked, so data is available only after it has closed.
     bool IsOpenTo(const std::string& className) const {
         char byte;
         return socket && target == className &&
@@ -32,7 +32,7 @@ Conversation& LastConversation() {
     return conversation;
 }
 
-// A window that has just acquired its name may not listen yet.
+// A window that has just acquired its name may not be listening yet.
 UniqueFd Connect(const std::string& path) {
     if (path.empty()) return UniqueFd();
     const sockaddr_un address = AddressOf(path);
@@ -46,8 +46,8 @@ UniqueFd Connect(const std::string& path) {
     return UniqueFd();
 }
 
-// Takes the last conversation away while a text is on its way: receivers that run meanwhile may send too. Whether it is
-// still open shows when it is used.
+// Detaches the last conversation while a text is being sent: receivers that run meanwhile may send too. A closed one is
+// detected when it is used.
 UniqueFd TakeConversation(const std::string& className) {
     Conversation last = std::exchange(LastConversation(), {});
     return last.target == className ? std::move(last.socket) : UniqueFd();
@@ -96,14 +96,14 @@ Outcome Send(const std::string& target, const std::string& sender, std::string_v
         const bool isNew = !socket;
         if (isNew) socket = Connect(SocketPath(target));
         if (!socket) return Outcome::NotFound;
-        // Even a frame that could not be sent whole may have been answered.
+        // Even a partly sent frame may have been answered.
         const bool isSent = SendAll(socket.Get(), opening) && SendAll(socket.Get(), text);
         const Answer answer = ReceiveAnswer(socket.Get());
         if (answer == Answer::Handled) {
             LastConversation() = {target, std::move(socket)};
             return Outcome::Handled;
         }
-        // A conversation that ended before it had the whole frame has handled nothing of it.
+        // A conversation that ended before it received the whole frame has handled nothing of it.
         const bool mayRetry = answer == Answer::NotTaken || (!isNew && !isSent);
         if (!mayRetry) return Outcome::Gone;
         socket = UniqueFd();

@@ -7,7 +7,7 @@
 
 namespace qv::platform::messages {
 
-/// Whether the calling thread's last conversation is with this window and still open: the window exists then.
+/// Returns whether the calling thread's last conversation is with this window and still open: the window then exists.
 bool IsConversationOpen(const std::string& className);
 
 enum class Outcome {
@@ -16,8 +16,8 @@ enum class Outcome {
     NotFound  ///< no listener has the name, or it cannot be reached
 };
 
-/// Returns when the target's window has handled the text, or is gone. Meanwhile the calling thread's own windows go on
-/// taking messages.
+/// Returns once the target's window has handled the text, or is gone. Meanwhile the calling thread's own windows
+/// continue to receive messages.
 Outcome Send(const std::string& target, const std::string& sender, std::string_view text);
 
 }  // namespace qv::platform::messages

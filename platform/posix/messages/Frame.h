@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file One message between programs as it travels over a connection, and its answer: docs/formats/messages.md.
+/// @file A message between programs as sent over a connection, and its answer: docs/formats/messages.md.
 
 #include <array>
 #include <cstdint>
@@ -19,12 +19,12 @@ enum class Answer : char {
     NotTaken = 2,  ///< the connection is closed and the frame unread: it must be sent again over a new one
 };
 
-/// Gathers the bytes of one frame, however they are split on the way.
+/// Collects the bytes of one frame, regardless of how they are split.
 class Frame {
 public:
     enum class State { Partial, Complete, Broken };
 
-    /// What precedes the text: the header, the target's name and the sender's.
+    /// Returns the bytes before the text: the header, the target's name and the sender's.
     static std::string Opening(const std::string& target, const std::string& sender, std::size_t textSize) {
         Header header;
         header.targetSize = static_cast<std::uint32_t>(target.size());
@@ -33,8 +33,8 @@ public:
         return std::string(reinterpret_cast<const char*>(&header), sizeof header) + target + sender;
     }
 
-    /// Broken when the bytes are not a frame, exceed a limit, or go on after the frame's end. Never holds more than one
-    /// frame and one call's bytes.
+    /// Returns Broken if the bytes are not a frame, exceed a limit, or continue after the frame's end. Never stores
+    /// more than one frame and one call's bytes.
     State Add(std::string_view bytes) {
         m_bytes += bytes;
         if (m_bytes.size() < sizeof(Header)) return State::Partial;

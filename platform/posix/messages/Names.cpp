@@ -38,11 +38,11 @@ bool IsOwnFolder(const std::string& path, mode_t forbidden) {
            status.st_uid == ::geteuid() && !(status.st_mode & forbidden);
 }
 
-// Creates the folder of the user's sockets; empty unless the user owns it with mode 0700.
+// Creates the folder of the user's sockets; returns empty unless the user owns it with mode 0700.
 std::string MessageFolder() {
     const std::string user = std::to_string(::geteuid()), runtime = "/run/user/" + user;
     const std::string folder = IsOwnFolder(runtime, 0) ? runtime + "/qvcommon" : "/tmp/qvcommon-" + user;
-    sys::mkdirat(AT_FDCWD, folder.c_str(), S_IRWXU).IgnoreError();  // most often it exists; what it is shows below
+    sys::mkdirat(AT_FDCWD, folder.c_str(), S_IRWXU).IgnoreError();  // usually it exists; it is checked below
     return IsOwnFolder(folder, S_IRWXG | S_IRWXO) ? folder : "";
 }
 
@@ -57,8 +57,8 @@ std::string Escaped(const std::string& name) {
     return out;
 }
 
-// 128 bits: FNV-1a from two offset bases. A collision only keeps two names from being used at once, since every frame
-// carries its target's name.
+// 128 bits: FNV-1a with two offset bases. A collision only prevents two names from being used at once, since every
+// frame contains its target's name.
 std::string Digest(const std::string& name) {
     std::string out;
     for (std::uint64_t hash : {0xCBF29CE484222325u, 0x9AE16A3B2F90404Fu}) {
@@ -76,8 +76,8 @@ std::string LockPath(const std::string& socketPath) {
     return socketPath + std::string(kLockEnd);
 }
 
-// The owner of a name locks the whole lock file. Who removes what a killed owner has left locks one byte, so that nobody
-// becomes the owner meanwhile, and who asks for the owner asks for another one, and finds none.
+// The owner of a name locks the whole lock file. A process that removes what a killed owner has left locks one byte, so
+// that the name cannot be acquired meanwhile; queries for the owner check another byte, and find it free.
 constexpr ByteRange kOwned = {.start = 0, .length = 1}, kSwept = {.start = 1, .length = 1};
 
 Result<int> OpenLock(const std::string& path, int flags) {
@@ -90,12 +90,12 @@ bool IsStillAt(int file, const std::string& path) {
     return sys::fstat(file, &here).ok() && LeadsTo(AT_FDCWD, path.c_str(), here);
 }
 
-// The lock files in the folder.
+// Lists the lock files in the folder.
 std::vector<std::string> LocksBeside(const std::string& socketPath) {
     const std::string folder = socketPath.substr(0, socketPath.rfind('/') + 1);
     std::vector<std::string> locks;
     const UniqueFd opened(sys::openat_folder(AT_FDCWD, folder.c_str(), O_NOFOLLOW));
-    // What cannot be read is not swept.
+    // A folder that cannot be read is not swept.
     ForEachEntry(opened.Get(), [&](const dirent64& entry) {
         if (entry.d_type == DT_REG && std::string_view(entry.d_name).ends_with(kLockEnd))
             locks.push_back(folder + entry.d_name);
@@ -153,7 +153,7 @@ UniqueFd AcquireName(const std::string& socketPath) {
         if (!file) return UniqueFd();
         const auto set = SetOfdLock(file.Get(), OfdLockKind::Write);
         if (set.ok()) {
-            if (IsStillAt(file.Get(), path)) return file;  // else it has just been removed
+            if (IsStillAt(file.Get(), path)) return file;  // otherwise it has just been removed
             continue;
         }
         if (!IsLockConflict(set) || HasLockConflict(file.Get(), OfdLockKind::Write, kOwned).value()) return UniqueFd();
@@ -169,7 +169,7 @@ bool IsNameOwned(const std::string& socketPath) {
 }
 
 void ReleaseName(const std::string& socketPath, UniqueFd& lock) {
-    // What stays is taken over by the next window of that name.
+    // Remaining files are reused by the next window of that name.
     sys::unlinkat(AT_FDCWD, socketPath.c_str(), 0).IgnoreError();
     sys::unlinkat(AT_FDCWD, LockPath(socketPath).c_str(), 0).IgnoreError();
     lock = UniqueFd();
@@ -178,7 +178,7 @@ void ReleaseName(const std::string& socketPath, UniqueFd& lock) {
 void SweepNames(const std::string& socketPath) {
     constexpr std::size_t kMost = 64;
     const std::vector<std::string> locks = LocksBeside(socketPath);
-    // Each time elsewhere, so that it does not matter how many names are owned.
+    // Starts at a different position each time, so that the number of owned names does not matter.
     static std::atomic<std::size_t> next(static_cast<std::size_t>(::getpid()));
     const std::size_t first = next.fetch_add(kMost);
     for (std::size_t i = 0; i < std::min(kMost, locks.size()); ++i) Sweep(locks[(first + i) % locks.size()]);

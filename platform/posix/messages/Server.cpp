@@ -9,14 +9,14 @@
 namespace qv::platform::messages {
 namespace {
 
-// Silent connections are dropped after this time, or sooner when there are too many.
+// Silent connections are dropped after this time, or earlier if there are too many.
 constexpr auto kPatience = std::chrono::seconds(10);
 constexpr std::size_t kMostConnections = 64;
 
 UniqueFd Listen(const std::string& path) {
     const sockaddr_un address = AddressOf(path);
     UniqueFd socket(sys::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    sys::unlinkat(AT_FDCWD, path.c_str(), 0).IgnoreError();  // there only where a killed process has left it
+    sys::unlinkat(AT_FDCWD, path.c_str(), 0).IgnoreError();  // exists only if left by a killed process
     const bool listens = socket &&
                          sys::bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address).ok() &&
                          sys::listen(socket.Get(), SOMAXCONN).ok();

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file A window's side of its conversations: the socket that listens under its name, and the connections of its
-/// senders. A server belongs to the thread that opened it.
+/// senders. A server must be used by the thread that opened it.
 
 #include <chrono>
 #include <memory>
@@ -17,7 +17,7 @@
 
 namespace qv::platform::messages {
 
-/// One sender, and what has come of its present frame.
+/// One sender, and the received part of its current frame.
 class Connection {
 public:
     explicit Connection(UniqueFd socket) : m_socket(std::move(socket)) {}
@@ -28,7 +28,7 @@ public:
 
     Frame::State Receive();
     void Reply(Answer answer) const;
-    /// The connection without its frame, for the next one.
+    /// Returns the connection without its frame, for the next one.
     Connection Next() && { return Connection(std::move(m_socket)); }
 
 private:
@@ -39,7 +39,7 @@ private:
 
 class Server {
 public:
-    /// Null when the name is owned by another window, or the system refuses.
+    /// Returns null if the name is owned by another window, or the system refuses.
     static std::shared_ptr<Server> Open(const std::string& className, MessageReceiver& receiver);
 
     Server(std::string className, std::string path, UniqueFd lock, UniqueFd listener, MessageReceiver& receiver);
@@ -47,14 +47,14 @@ public:
     const std::string& ClassName() const { return m_className; }
     MessageReceiver& Receiver() const { return *m_receiver; }
 
-    /// The descriptors to poll for reading: the listener and every connection.
+    /// Returns the descriptors to poll for reading: the listener and every connection.
     std::vector<int> Descriptors() const;
-    /// Accepts from, or reads from, a descriptor that is ready. True when a message was complete and has been handled.
-    /// The receiver may close this window, and open and close others of the thread.
+    /// Accepts or reads on a descriptor that is ready. Returns true if a complete message was handled. The receiver may
+    /// close this window, and open and close others of the thread.
     bool Serve(int descriptor);
-    /// Ends connections that have been silent for too long.
+    /// Closes connections that have been silent for too long.
     void DropSilent();
-    /// Callers on the stack may still hold the object.
+    /// Callers on the stack may still hold a reference to the object.
     void Close();
 
 private:
@@ -69,9 +69,9 @@ private:
     std::vector<Connection> m_connections;
 };
 
-/// The calling thread's servers.
+/// Returns the calling thread's servers.
 std::vector<std::shared_ptr<Server>>& OwnServers();
-/// Null when the calling thread has none of this name.
+/// Returns null if the calling thread has no server of this name.
 std::shared_ptr<Server> OwnServer(std::string_view className);
 
 }  // namespace qv::platform::messages

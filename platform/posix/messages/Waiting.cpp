@@ -42,7 +42,7 @@ std::chrono::nanoseconds TimeLeft(std::optional<Clock::time_point> end) {
     return end ? *end - SteadyNow() : std::chrono::nanoseconds::max();
 }
 
-// In milliseconds; at most a second, so that silent connections are dropped in time.
+// Returns milliseconds; at most a second, so that silent connections are dropped in time.
 int PollTimeout(std::chrono::nanoseconds left) {
     using std::chrono::nanoseconds, std::chrono::seconds, std::chrono::milliseconds;
     return static_cast<int>(std::chrono::ceil<milliseconds>(std::clamp<nanoseconds>(left, {}, seconds(1))).count());

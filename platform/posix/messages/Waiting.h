@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Waiting for a descriptor while the calling thread's windows go on taking messages.
+/// @file Waiting for a descriptor while the calling thread's windows continue to receive messages.
 
 #include <algorithm>
 #include <chrono>
@@ -8,16 +8,16 @@
 
 namespace qv::platform::messages {
 
-/// Asks again and again for up to 30 microseconds before a thread goes to sleep: to sleep and be woken takes longer than an answer, or
-/// the next text of a lively conversation, when the other end has a processor of its own. After each failure the poller
-/// skips more calls, up to 127.
+/// Polls for up to 30 microseconds before a thread sleeps: sleeping and waking takes longer than an answer, or the next
+/// text of a busy conversation, if the other end runs on another processor. After each failure the poller skips more
+/// calls, up to 127.
 class SpinPoller {
 public:
-    /// The calling thread's.
+    /// Returns the calling thread's poller.
     static SpinPoller& Own();
 
-    /// Calls `isReady` until it is true; false when the call was skipped or the limit has passed. Its few microseconds run
-    /// by the machine's own clock, whichever is in force.
+    /// Calls `isReady` until it returns true; returns false if the call was skipped or the limit has passed. The few
+    /// microseconds are measured by the machine's clock, even if another clock is installed.
     template <class IsReady>
     bool SpinUntil(IsReady isReady, std::chrono::nanoseconds limit) {
         using Clock = std::chrono::steady_clock;
@@ -39,8 +39,8 @@ private:
 
 enum class WokenBy { Message, Descriptor, Timeout };
 
-/// Handles messages for the calling thread's windows until the descriptor is ready, or `end` has come; without a
-/// descriptor (-1) until one message has been handled. Without an `end` there is no limit.
+/// Handles messages for the calling thread's windows until the descriptor is ready, or `end` is reached; without a
+/// descriptor (-1) until one message has been handled. Without an `end` there is no timeout.
 WokenBy WaitFor(int descriptor, short events, std::optional<std::chrono::steady_clock::time_point> end);
 
 }  // namespace qv::platform::messages

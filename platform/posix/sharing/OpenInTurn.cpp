@@ -18,12 +18,12 @@ constexpr int kTriesWhileOthersAreSeen = 6;
 constexpr int kTriesWhileTheNameMoves = 100;
 constexpr mode_t kNewFile = 0666;
 
-/// How one try to open ended that did not fail.
+/// The outcome of an attempt to open that did not fail.
 enum class Outcome {
     Opened,
     OthersSeen,
-    NameMoved,   ///< the path names another file than the one that was opened
-    CannotStage  ///< a new file cannot be claimed before it has its name
+    NameMoved,   ///< the path names another file than the opened one
+    CannotStage  ///< a new file cannot be claimed before it has a name
 };
 using Attempt = Result<Outcome>;
 
@@ -35,7 +35,7 @@ Attempt OfStep(const Result<int>& step) {
     return step.ok() ? Attempt(Outcome::Opened) : Failed(step.error());
 }
 
-/// Two that saw each other step back for different times.
+/// Two openers that detected each other back off for different times.
 void PauseARandomMoment(int attempt) {
     Sleep(std::chrono::microseconds(std::random_device()() % (25u << attempt)));
 }
@@ -45,7 +45,7 @@ bool IsLink(const Location& at) {
     return sys::fstatat(at.folder, at.name.c_str(), &named, AT_SYMLINK_NOFOLLOW).ok() && S_ISLNK(named.st_mode);
 }
 
-/// Does not wait for a pipe's other end. Of files, only those that another program holds on a lease would be waited for.
+/// Does not wait for a pipe's other end. For files it would only wait for a lease held by another program.
 Result<int> OpenDescriptor(const Location& at, int flags) {
     flags |= O_CLOEXEC | O_NOCTTY;
     const auto opened = sys::openat(at.folder, at.name.c_str(), flags | O_NONBLOCK, kNewFile);
@@ -62,14 +62,14 @@ Result<int> OpenDescriptor(const Location& at, const OpenRequest& request, int f
     return readOnly && request.read ? OpenDescriptor(at, O_RDONLY | O_NOFOLLOW) : opened;
 }
 
-/// For pipes and devices: once they are open, reading and writing waits as usual.
+/// For pipes and devices: once they are open, reading and writing blocks as usual.
 Attempt ClearNonBlocking(int file) {
     const auto flags = sys::fcntl(file, F_GETFL, 0);
     return OfStep(flags.ok() ? sys::fcntl(file, F_SETFL, flags.value() & ~O_NONBLOCK) : flags);
 }
 
-/// A descriptor that only reads cannot empty its file: the name is opened again, and may lead to a file that is not
-/// claimed by then.
+/// A read-only descriptor cannot truncate its file: the name is opened again, and may by then refer to a file that is
+/// not claimed.
 Attempt Empty(int file, const struct stat& claimed, const Location& at, const OpenRequest& request) {
     const off_t none = 0;
     if (request.write) return OfStep(sys::ftruncate(file, none));
@@ -81,13 +81,13 @@ Attempt Empty(int file, const struct stat& claimed, const Location& at, const Op
     return IsSameFile(claimed, named) ? OfStep(sys::ftruncate(writable.Get(), none)) : Attempt(Outcome::NameMoved);
 }
 
-/// A second name may have been given to somebody's file by one who may not write it himself.
+/// A second name may have been given to another user's file by a user who cannot write to it.
 bool MayShare(const struct stat& status, const OpenRequest& request) {
     return S_ISREG(status.st_mode) && (status.st_nlink <= 1 || !request.truncate);
 }
 
-/// Takes an opened file under the share modes, and makes sure that the path still names it then. Truncating comes last,
-/// when no other opener can object any more.
+/// Applies the share modes to an opened file, and verifies that the path still names it. Truncating is last, when no
+/// other opener can conflict any longer.
 Attempt Claim(int file, const Location& at, const OpenRequest& request) {
     struct stat status;
     if (const auto asked = sys::fstat(file, &status); !asked.ok()) return Failed(asked.error());
@@ -97,7 +97,7 @@ Attempt Claim(int file, const Location& at, const OpenRequest& request) {
     const auto claimed = AcquireShareMode(file, request);
     if (!claimed.ok() && request.write) return Failed(claimed.error());
     if (claimed.ok() && claimed.value() == ShareOutcome::OthersSeen) return Outcome::OthersSeen;
-    // Who only reads and denies nothing may hold a file whose name has just gone; anybody else must not.
+    // An opener that only reads and denies nothing may hold a file whose name has just disappeared; others must not.
     const bool onlyReads = !request.write && !request.denyRead && !request.denyWrite && !request.truncate;
     const int access = (request.read ? O_RDONLY : O_WRONLY) | (request.noLink ? O_NOFOLLOW : 0);
     if (!onlyReads && !LeadsToOnServer(at.folder, at.name.c_str(), status, access)) return Outcome::NameMoved;
@@ -120,10 +120,10 @@ std::string FolderOf(const Location& at) {
 void RemoveIfStillThere(int file, const Location& at) {
     struct stat made;
     if (sys::fstat(file, &made).ok() && LeadsTo(at.folder, at.name.c_str(), made, AT_SYMLINK_NOFOLLOW))
-        sys::unlinkat(at.folder, at.name.c_str(), 0).IgnoreError();  // what cannot be deleted either is an empty file
+        sys::unlinkat(at.folder, at.name.c_str(), 0).IgnoreError();  // a file that cannot be deleted either is empty
 }
 
-/// Opens the file that `guard` has just made under this name. The guard's presence keeps all others out meanwhile.
+/// Opens the file just created by `guard` under this name. The guard's presence excludes all others meanwhile.
 Attempt OpenGuarded(const Location& at, const OpenRequest& request, int guard, UniqueFd& file) {
     struct stat made, opened;
     if (const auto asked = sys::fstat(guard, &made); !asked.ok()) return Failed(asked.error());
@@ -140,8 +140,9 @@ Attempt OpenGuarded(const Location& at, const OpenRequest& request, int guard, U
     return marked.value() == ShareOutcome::Granted ? Outcome::Opened : Outcome::OthersSeen;
 }
 
-/// Makes the new file without a name, marks presence in it, and only then gives it its name: no other opener can get in
-/// between. The caller's file is opened by that name, so that observers of the folder see its changes under it.
+/// Creates the new file without a name, marks presence in it, and only then gives it its name, so that no other opener
+/// can get in between. The caller's file is opened by that name, so that observers of the folder see its changes under
+/// it.
 Attempt CreateClaimed(const Location& at, const OpenRequest& request, UniqueFd& file) {
     const UniqueFd guard(sys::openat(at.folder, FolderOf(at).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kNewFile));
     if (!guard) return Outcome::CannotStage;
@@ -154,7 +155,7 @@ Attempt CreateClaimed(const Location& at, const OpenRequest& request, UniqueFd& 
     return linked.error() == EEXIST && !IsLink(at) ? Outcome::NameMoved : Outcome::CannotStage;
 }
 
-/// Makes the new file under its name. A refused open leaves none behind, unless another opener has got hold of it.
+/// Creates the new file under its name. A refused open deletes it, unless another opener has opened it.
 Attempt CreateVisibly(const Location& at, const OpenRequest& request, UniqueFd& file) {
     if (IsLink(at)) return OpenAndClaim(at, request, O_CREAT, file);
     const auto made = OpenDescriptor(at, request, O_CREAT | O_EXCL);
@@ -190,7 +191,7 @@ Result<int> OpenInTurn(const Location& at, const OpenRequest& request, UniqueFd&
         const bool moved = HasNameMoved(tried);
         if (!tried.ok() && !moved) return Result<int>::OfError(-1, tried.error());
         if (tried.ok() && tried.value() == Outcome::Opened) return file.Get();
-        file = UniqueFd();  // and with it our presence
+        file = UniqueFd();  // releases this opener's presence too
         if (moved) {
             if (attempt >= kTriesWithoutPause) PauseARandomMoment(kTriesWhileOthersAreSeen);
             continue;

@@ -5,8 +5,8 @@
 
 namespace qv::platform {
 
-/// Opens a file under the share modes, as OpenFile promises. A failure carries the system's error number, EBUSY when other
-/// openers exclude the request.
+/// Opens a file under the share modes, as specified by OpenFile. A failure has the system's error number, EBUSY if
+/// other openers exclude the request.
 Result<int> OpenInTurn(const Location& at, const OpenRequest& request, UniqueFd& file);
 
 }  // namespace qv::platform

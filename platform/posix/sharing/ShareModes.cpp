@@ -23,28 +23,28 @@ bool IsGranted(const ShareResult& outcome) {
     return outcome.ok() && outcome.value() == ShareOutcome::Granted;
 }
 
-/// File systems refuse locks with various numbers; they all come to one.
+/// File systems reject locks with different error numbers; all are mapped to one.
 ShareResult LockFailure(unsigned long error) {
     const bool refused = error == EACCES || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
     return ShareResult::OfError(ShareOutcome::OthersSeen, refused ? ENOLCK : error);
 }
 
-/// Another program's lock in the way, of whatever kind, counts as another opener.
+/// A conflicting lock of another program, of any kind, counts as another opener.
 ShareResult LockByte(int file, OfdLockKind kind, off_t at) {
     const auto set = SetOfdLock(file, kind, {.start = at, .length = 1});
     if (set.ok()) return ShareOutcome::Granted;
     return IsLockConflict(set) ? ShareResult(ShareOutcome::OthersSeen) : LockFailure(set.error());
 }
 
-/// From the processor: children of a fork must not draw the same numbers. Finding out what the processor can do costs more
-/// than all else that opening a file takes, on virtual machines.
+/// Uses the processor: children of a fork must not draw the same numbers. Detecting the processor's features costs more
+/// than everything else in opening a file, on virtual machines.
 off_t RandomByteOfARange() {
     thread_local std::random_device device;
     return device() | 1;
 }
 
-/// Readers share a read lock on the first byte. A descriptor that only writes may hold no read lock: it takes a byte of its
-/// own, at random, but never the first.
+/// Readers share a read lock on the first byte. A write-only descriptor cannot hold a read lock: it locks a random
+/// byte, but never the first.
 ShareResult Mark(int file, Range range, bool mayReadLock) {
     if (mayReadLock) return LockByte(file, OfdLockKind::Read, StartOf(range));
     ShareResult outcome = ShareOutcome::OthersSeen;
@@ -71,8 +71,8 @@ ShareResult LookForOthers(int file, const OpenRequest& request) {
 }  // namespace
 
 Result<ShareOutcome> MarkPresence(int file, const OpenRequest& request, bool mayReadLock) {
-    // Whoever opens reads or writes, and so looks at one of the two marks of a file that is open exclusively. Marks of what
-    // is done with it would exclude no further program.
+    // Every opener reads or writes, and so checks one of the two marks of an exclusively open file. Marks of the access
+    // itself would not exclude any further program.
     const bool exclusive = request.denyRead && request.denyWrite;
     ShareResult outcome = ShareOutcome::Granted;
     if (request.read && !exclusive) outcome = Mark(file, kReads, mayReadLock);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kLongestCharacter = 4;
 
-// One direction between a set and UTF-32 in the processor's order.
+// One direction between a set and UTF-32 in native byte order.
 class Converter {
 public:
     Converter(const char* to, const char* from) : m_handle(::iconv_open(to, from)) {}
@@ -30,7 +30,7 @@ public:
 
     enum class Outcome { Whole, Incomplete, Invalid };
 
-    /// Converts one character and gives the bytes that came out in `out` and `outSize`.
+    /// Converts one character and stores the resulting bytes in `out` and `outSize`.
     Outcome Convert(const char* in, std::size_t inSize, char* out, std::size_t& outSize) {
         char* input = const_cast<char*>(in);
         const std::size_t room = outSize;
@@ -39,7 +39,7 @@ public:
         ::iconv(m_handle, nullptr, nullptr, nullptr, nullptr);
         const std::size_t inexact = ::iconv(m_handle, &input, &inSize, &out, &left);
         const bool failed = inexact == static_cast<std::size_t>(-1), cut = failed && LastError() == EINVAL;
-        SetLastError(errorBefore);  // the caller's: looking at a text is no step that fails
+        SetLastError(errorBefore);  // restores the caller's error: examining a text must not change it
         outSize = room - left;
         if (inexact == 0 && outSize > 0) return Outcome::Whole;
         return cut ? Outcome::Incomplete : Outcome::Invalid;
@@ -51,7 +51,7 @@ private:
 
 constexpr const char* kUtf32 = "UTF-32LE";
 
-// A conversion has a state of its own, so each thread has its own two.
+// Converters are stateful, so each thread has its own pair.
 struct Converters {
     explicit Converters(const std::string& name) : set(name), read(kUtf32, name.c_str()), write(name.c_str(), kUtf32) {}
 
@@ -111,7 +111,7 @@ bool CodeSet::ReadBytes() {
         }
     }
     for (std::size_t byte = 0x80; byte < m_codes.size(); ++byte) {
-        // A byte that a single-byte page leaves free is a character without a name, of its own number.
+        // An unassigned byte of a single-byte page is an unnamed character with the same number.
         if (m_codes[byte] == kNone && m_page == CodePage::SingleByte) m_codes[byte] = static_cast<char32_t>(byte);
         if (m_codes[byte] < kLead) m_bytes.emplace_back(m_codes[byte], static_cast<char>(byte));
     }

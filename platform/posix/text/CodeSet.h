@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The character sets that bytes are read in: what iconv knows, by the system's names.
+/// @file The character sets supported by iconv, by the system's names.
 
 #include <array>
 #include <string>
@@ -14,25 +14,25 @@ namespace qv::platform {
 
 class CodeSet {
 public:
-    /// The set of that name, which lives as long as the process; null for one that the system does not know.
-    /// Any thread.
+    /// Returns the set of that name, valid for the lifetime of the process; null if the system does not know it.
+    /// Thread-safe.
     static const CodeSet* Named(std::string_view name);
     static const CodeSet& Utf8();
 
     std::string_view Name() const { return m_name; }
     CodePage Page() const { return m_page; }
-    /// False for sets that write ASCII otherwise, such as EBCDIC.
+    /// Returns false for sets that encode ASCII differently, such as EBCDIC.
     bool HoldsAscii() const;
 
     struct Character {
-        char32_t code;  ///< the byte's own value where it is no part of a well-formed character
+        char32_t code;  ///< the byte's own value if it is not part of a well-formed character
         std::size_t length;
         bool wellFormed;
     };
-    /// The character at `position`, which must lie in the text.
+    /// Decodes the character at `position`, which must be within the text.
     Character Read(std::string_view text, std::size_t position) const;
 
-    /// False, and nothing appended, for a character that the set lacks.
+    /// Returns false, appending nothing, for a character that the set lacks.
     bool Append(std::string& out, char32_t code) const;
 
 private:
@@ -42,7 +42,7 @@ private:
     Character ReadLong(std::string_view text, std::size_t position) const;
     bool AppendLong(std::string& out, char32_t code) const;
 
-    // In place of a code: bytes that only begin a character, and bytes that begin none.
+    // Special codes: bytes that only begin a character, and bytes that cannot begin one.
     static constexpr char32_t kLead = 0x110000, kNone = 0x110001;
 
     std::string m_name;

@@ -18,7 +18,7 @@ bool IsPlain(const char* codeset) {
     return !std::strcmp(codeset, "ANSI_X3.4-1968");
 }
 
-// A set that the system names but cannot convert counts as UTF-8, which loses nothing.
+// A set that the system names but cannot convert is treated as UTF-8, which is lossless.
 const CodeSet& SetOf(const char* codeset) {
     const CodeSet* const set = IsPlain(codeset) ? nullptr : CodeSet::Named(codeset);
     return set ? *set : CodeSet::Utf8();
@@ -46,7 +46,7 @@ std::string Converted(std::string_view text, const CodeSet& from, const CodeSet&
     return out;
 }
 
-// The system's name of a code page; empty for numbers that are none.
+// Returns the system's name of a code page; empty for invalid numbers.
 std::string NameOf(int codePage) {
     constexpr int kLatin1 = 28591, kLatinLast = 28605;
     static constexpr std::pair<int, const char*> named[] = {{65001, "UTF-8"},  {20866, "KOI8-R"}, {21866, "KOI8-U"},

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What the bytes of texts mean at this moment, and by whose rules their letters change case.
+/// @file The current encoding of texts, and the case rules of their letters.
 
 #include <wctype.h>
 
@@ -9,18 +9,18 @@
 
 namespace qv::platform {
 
-/// The set that was chosen, else that of the C locale, else that of the environment, else UTF-8.
+/// Returns the selected set, else that of the C locale, else that of the environment, else UTF-8.
 const CodeSet& CurrentCodeSet();
 
-/// Of the C locale that the program has chosen; null while it is the plain "C".
+/// Returns the set of the program's C locale; null for the plain "C".
 const CodeSet* LocaleCodeSet();
 
-/// A text of the C library in the process's code page, and the way back, for its collation. What the other side lacks
-/// becomes "?".
+/// Converts a text of the C library to the process's code page, and back, for its collation. Characters that the target
+/// lacks become "?".
 std::string FromLocale(std::string_view text);
 std::string ToLocale(std::string_view text);
 
-/// Classes and case of characters: by the C locale, or by Unicode's own rules while that is the plain "C".
+/// Classes and case of characters: by the C locale, or by Unicode's rules for the plain "C".
 class CharacterRules {
 public:
     static CharacterRules Current();

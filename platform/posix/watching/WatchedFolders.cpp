@@ -11,12 +11,12 @@
 namespace qv::platform {
 namespace {
 
-// Any other failure means that the folder is gone, is no folder, or may not be read.
+// Any other failure means that the folder is gone, is not a folder, or is not readable.
 bool IsExhaustion(unsigned long error) {
     return error == ENOSPC || error == ENOMEM || error == EMFILE || error == ENFILE;
 }
 
-// Whether a folder's links count its subfolders, which is a habit of these alone.
+// Whether a folder's link count includes its subfolders, as only these file systems do.
 bool CountsSubfolders(const char* path) {
     struct statfs system;
     if (!sys::statfs(path, &system).ok()) return false;
@@ -29,7 +29,7 @@ WatchedFolders::WatchedFolders(int inotify, std::uint32_t events, bool subfolder
     : m_inotify(inotify), m_events(events | IN_MOVE_SELF | IN_ONLYDIR), m_subfolders(subfolders), m_stop(stop) {}
 
 bool WatchedFolders::AddRoot(const std::string& path) {
-    m_rootPath = RealPath(path);  // whatever becomes of links and of the current folder
+    m_rootPath = RealPath(path);  // independent of later changes of links and of the current folder
     const auto added = sys::inotify_add_watch(m_inotify, m_rootPath.c_str(), m_events);
     if (!added.ok()) return false;
     m_root = added.value();
@@ -72,7 +72,7 @@ bool WatchedFolders::AddAppeared() {
     if (!HasRoot() || (appeared.empty() && !readAll)) return true;
     if (readAll && !AddBelow(m_root, m_rootPath)) return false;
     for (const auto& [parent, name] : appeared) {
-        // Unknown for a folder that was moved: what is in it is found with it, if it is still below the root.
+        // Unknown for a folder that was moved: its content is found with it, if it is still below the root.
         std::string path = PathOf(parent);
         if (path.empty()) continue;
         path += '/' + name;
@@ -83,8 +83,8 @@ bool WatchedFolders::AddAppeared() {
     return IsRootInPlace();
 }
 
-// All folders below one that is watched already. Each is watched first and read then, so that nothing slips between, and
-// read once in a pass however often it is named.
+// Adds all folders below one that is already watched. Each is watched before it is read, so that nothing is missed, and
+// read once per pass even if it is named repeatedly.
 bool WatchedFolders::AddBelow(int top, std::string path) {
     std::vector<Unread> unread;
     unread.push_back({top, std::move(path)});
@@ -121,15 +121,15 @@ Result<int> WatchedFolders::AddOne(int parent, const std::string& name, const st
     return added;
 }
 
-// A folder on the root's file system with no links but its own two has no subfolders, which is known sooner than by reading
-// it: most folders are such.
+// A folder on the root's file system with only its own two links has no subfolders, which is faster to check than
+// reading it: most folders are such.
 bool WatchedFolders::HasNoSubfolders(const Unread& folder) const {
     struct stat status;
     return m_linksTellSubfolders && sys::fstatat(AT_FDCWD, folder.path.c_str(), &status, AT_SYMLINK_NOFOLLOW).ok() &&
            S_ISDIR(status.st_mode) && status.st_dev == m_rootStatus.st_dev && status.st_nlink == 2;
 }
 
-// With what may be a folder on a file system that does not say; only a folder can be watched.
+// Includes entries that may be folders if the file system does not say; only a folder can be watched.
 Status WatchedFolders::ListSubfolders(const Unread& folder, std::vector<std::string>& names) const {
     const auto opened = sys::openat_folder(AT_FDCWD, folder.path.c_str(), IsRoot(folder.watch) ? 0 : O_NOFOLLOW);
     if (!opened.ok()) return opened.status();
@@ -139,7 +139,7 @@ Status WatchedFolders::ListSubfolders(const Unread& folder, std::vector<std::str
     });
 }
 
-// A folder above it may have been renamed.
+// A parent folder may have been renamed.
 bool WatchedFolders::IsRootInPlace() const {
     return LeadsTo(AT_FDCWD, m_rootPath.c_str(), m_rootStatus);
 }
@@ -154,13 +154,13 @@ void WatchedFolders::DropMovedOut() {
         if (folder == m_folders.end()) continue;
         for (const auto& [name, child] : folder->second.children) dropped.push_back(child);
         m_folders.erase(folder);
-        // One that the system has ended already is none the less gone.
+        // A watch that the system has already ended needs no removal.
         sys::inotify_rm_watch(m_inotify, watch).IgnoreError();
     }
 }
 
-// Empty while it is unknown: the folder or one above it was moved, or what is known of them contradicts itself, since a
-// path that is no longer true has led to another folder. Events that are still to come settle that.
+// Empty while it is unknown: the folder or one of its parents was moved, or the known names are inconsistent, since an
+// outdated path has led to another folder. Pending events resolve that.
 std::string WatchedFolders::PathOf(int watch) const {
     std::vector<const std::string*> names;
     while (watch != m_root) {

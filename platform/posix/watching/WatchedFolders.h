@@ -17,22 +17,22 @@ namespace qv::platform {
 
 /// The folders of one inotify instance by their watch numbers. A folder keeps its number when it is renamed.
 ///
-/// Events name folders by their parent's number and a name. What appeared is looked up by Settle, when all events that there
-/// were have been seen: by then the path of the parent is the true one, or events that say otherwise are still to come and
+/// Events name folders by their parent's number and a name. Settle looks up new folders after all pending events have
+/// been processed: by then the path of the parent is correct, or further events that correct it are pending and will
 /// name the folder again.
 class WatchedFolders {
 public:
-    /// @param stop  once it is set no more folders are looked for: their changes are no longer wanted.
+    /// @param stop  once set, the search for folders ends: their changes are no longer needed.
     WatchedFolders(int inotify, std::uint32_t events, bool subfolders, const std::atomic<bool>& stop);
 
-    /// Watches the folder, native path, and all below it. False when it cannot be watched, or the system has no watches,
-    /// descriptors or memory left.
+    /// Watches the folder, a native path, and its subfolders. Returns false if it cannot be watched, or the system has
+    /// run out of watches, descriptors or memory.
     bool AddRoot(const std::string& path);
     bool HasRoot() const { return m_folders.contains(m_root); }
     bool IsRoot(int watch) const { return watch == m_root; }
     bool FollowsSubfolders() const { return m_subfolders; }
 
-    /// A folder of this name was made or moved here.
+    /// A folder of this name was created or moved here.
     void Appeared(int parent, const std::string& name);
     /// A folder was moved away; Settle ends its watch unless it appeared elsewhere.
     void MovedFrom(int parent, const std::string& name);
@@ -41,8 +41,8 @@ public:
     /// The system has ended this watch.
     void Forget(int watch);
 
-    /// Watches what appeared with all below it. False when changes may be missed from now on: the system has nothing left to
-    /// watch with, or the root is no longer at its path, so that new folders cannot be found.
+    /// Watches new folders with their subfolders. Returns false if changes may be missed from now on: the system has
+    /// run out of resources, or the root is no longer at its path, so that new folders cannot be found.
     bool Settle();
 
 private:
@@ -50,7 +50,7 @@ private:
         int parent = -1;
         std::string name = {};
         std::map<std::string, int> children = {};
-        unsigned pass = 0;  ///< the last one that has read it
+        unsigned pass = 0;  ///< the last pass that has read it
     };
     struct Unread {
         int watch;

@@ -13,12 +13,12 @@ namespace {
 constexpr std::wstring_view kExtended = L"\\\\?\\", kExtendedServer = L"\\\\?\\UNC\\", kDevices = L"\\\\.\\";
 constexpr std::wstring_view kSeparators = L"\\/";
 
-/// Folders are made on paths a file name of 12 characters shorter than MAX_PATH.
+/// Maximum length of folder paths: room for a file name of 12 characters below MAX_PATH.
 constexpr std::size_t kLongestPlain = MAX_PATH - 13;
-/// The system counts the bytes of a path in 16 bits.
+/// The system stores the length of a path in bytes in 16 bits.
 constexpr std::size_t kLongest = 32766;
 
-/// Precedes the units of a name without a text: no name has a separator in it.
+/// Prefix of a name stored as code units: no name contains a separator.
 constexpr char kUnits = '\\';
 
 bool IsAscii(std::wstring_view text) {
@@ -62,7 +62,7 @@ std::wstring Extended(const std::wstring& path) {
     return extended.size() <= kLongest ? extended : std::wstring();
 }
 
-/// Whether the plain form holds it; relative paths count with the current folder.
+/// Whether the plain form is too short for it; relative paths include the current folder.
 bool IsTooLong(std::wstring_view path) {
     if (path.size() > kLongestPlain) return true;
     return !path.empty() && !IsAbsolute(path) &&
@@ -78,12 +78,12 @@ wchar_t Upper(wchar_t c) {
     return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
 }
 
-/// One digit, the raised ones of Latin-1 included.
+/// Accepts one digit, including the superscript ones of Latin-1.
 bool IsPortNumber(std::wstring_view text) {
     return text.size() == 1 && std::wstring_view(L"0123456789\u00B9\u00B2\u00B3").find(text[0]) != text.npos;
 }
 
-/// The part before the first point, without final blanks, decides.
+/// Only the part before the first dot, without trailing blanks, matters.
 bool IsDevice(std::wstring_view name) {
     constexpr std::array<std::wstring_view, 7> kNames = {L"CON",    L"PRN",    L"AUX",    L"NUL",
                                                          L"CLOCK$", L"CONIN$", L"CONOUT$"};

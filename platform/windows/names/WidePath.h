@@ -1,10 +1,10 @@
 #pragma once
 
-/// @file Paths and names as the system's wide calls take them, and the way back.
+/// @file Conversion of paths and names to the system's wide form, and back.
 ///
-/// No text becomes the name of another file than the one it means, and no file gets the text of another one: nothing is
-/// converted by best fit, and what one side cannot hold is refused. A path that is refused is empty; the system's calls
-/// answer it with ERROR_PATH_NOT_FOUND.
+/// The mapping is unambiguous: no text names another file than the intended one, and no file gets the text of another
+/// one. Best-fit conversion is never used, and what the target cannot represent is rejected. A rejected path is empty;
+/// system calls fail for it with ERROR_PATH_NOT_FOUND.
 
 #include <optional>
 #include <string>
@@ -12,42 +12,42 @@
 
 namespace qv::platform {
 
-/// Wide text as the system's types spell it. What one side cannot hold becomes "?".
+/// Converts to and from the system's wide type. Characters that the target cannot represent become "?".
 std::wstring ToSystem(std::string_view text);
 std::string FromSystem(std::wstring_view text);
-/// ToSystem for what must not become something else: nullopt for a text that is not well-formed in the code page.
+/// ToSystem without replacement characters: nullopt for a text that is not well-formed in the code page.
 std::optional<std::wstring> ToSystemExactly(std::string_view text);
 
-/// The path for one call, in the extended form where the plain one would be too long.
+/// Returns the path for one call, in the extended form if the plain one would be too long.
 std::wstring WidePath(std::string_view path);
-/// The absolute path in the extended form, which has no other limit than the system's, and in which the system takes names
-/// as they are, final points and blanks included.
+/// Returns the absolute path in the extended form, which has no limit except the system's, and in which the system
+/// takes names verbatim, including trailing dots and blanks.
 std::wstring ExtendedPath(std::string_view path);
-/// The folder and the mask of a search. The mask is left as it is in either form.
+/// Returns the folder and the mask of a search. The mask is the same in either form.
 std::wstring WidePattern(std::string_view pattern);
 
-/// The absolute path in its plain form, of any length; empty where the system has none.
+/// Returns the absolute path in its plain form, of any length; empty if the system has none.
 std::wstring WideFullPath(const std::wstring& path);
 
-/// The text of a path, without the prefix of the extended form; nullopt where the code page cannot hold it.
+/// Returns the text of a path, without the prefix of the extended form; nullopt if the code page cannot represent it.
 std::optional<std::string> NarrowPath(std::wstring_view path);
-/// The same, by way of short names where needed and possible.
+/// Does the same, using short names if needed and possible.
 std::optional<std::string> ReachablePath(const std::wstring& path);
-/// The same for people and logs, where what the code page cannot hold is "?".
+/// Does the same for display and logs, with "?" for characters that the code page lacks.
 std::string ShownPath(std::wstring_view path);
 
-/// Whether the plain form of a path may end with this name, and then means the entry of exactly this name: no device, no
-/// stream, no drive, no wild card, nothing that the system cuts off.
+/// Returns whether the plain form of a path may end with this name, and then refers to the entry of exactly this name:
+/// not a device, stream, drive or wildcard, and nothing that the system strips.
 bool IsPlainWideName(std::wstring_view name);
-/// The text by which plain paths reach the entry of this name; nullopt when no text does.
+/// Returns a text that refers to the entry of this name in plain paths; nullopt if none does.
 std::optional<std::string> ReachableName(std::wstring_view name);
 
-/// The name of any entry of an open folder as bytes: its text where it has one, else a "\" and the units of the name, which
-/// WideName alone understands.
+/// Returns the name of any entry of an open folder as bytes: its text if it can be represented, else a "\" and the code
+/// units of the name, which only WideName decodes.
 std::string EntryName(std::wstring_view name);
-/// The way back. Empty for a text that is not well-formed in the code page.
+/// The inverse. Empty for a text that is not well-formed in the code page.
 std::wstring WideName(std::string_view name);
-/// An entry's name for people.
+/// Returns an entry's name for display.
 std::string ShownEntryName(std::string name);
 
 }  // namespace qv::platform
