@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Walking through a text by characters, and sets of them.
+/// @file Iterating over the characters of a text, and sets of characters.
 
 #include <array>
 #include <string_view>
@@ -22,12 +22,12 @@ void ForEachCharacter(std::string_view text, Visit visit) {
     }
 }
 
-/// Of one whole character: a letter of the current locale, or 0 to 9.
+/// Returns whether a whole character is a letter of the current locale, or 0 to 9.
 inline bool IsLetterOrDigit(std::string_view character) {
     return ascii::IsDigit(character[0]) || platform::IsLetter(character);
 }
 
-/// The characters of a text, which has to stay as it is.
+/// The characters of a text, which is not owned and must not change.
 class CharacterSet {
 public:
     explicit CharacterSet(std::string_view characters) {

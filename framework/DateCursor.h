@@ -10,7 +10,7 @@ namespace qv {
 
 using ascii::IsDigit;
 
-/// A number of a date, as it was written.
+/// A number in a date, as written.
 struct DateNumber {
     int value = 0;
     int digits = 0;
@@ -22,7 +22,7 @@ struct DateNumber {
     }
 };
 
-/// The text that is left, taken from the front.
+/// The remaining text, consumed from the front.
 class DateCursor {
 public:
     explicit DateCursor(std::string_view text) : m_rest(text) {}
@@ -36,7 +36,7 @@ public:
     }
     void SkipBlanks() { m_rest = ascii::TrimmedLeft(m_rest, ascii::IsBlank); }
 
-    /// Exactly that many digits.
+    /// Consumes exactly that many digits.
     bool TakeDigits(int count, int& value) {
         value = 0;
         for (int i = 0; i < count; ++i) {
@@ -47,7 +47,7 @@ public:
         return true;
     }
 
-    /// All the digits there are; false when these are none or more than a year has.
+    /// Consumes all leading digits; returns false if the number of digits is 0 or more than a year has.
     bool TakeNumber(DateNumber& number) {
         for (number = {}; IsDigit(Next()); Skip(1)) {
             if (++number.digits > 4) return false;
@@ -56,7 +56,7 @@ public:
         return number.digits > 0;
     }
 
-    /// The longest of the words that the text starts with; among equal ones the first.
+    /// Consumes the longest of the words that the text starts with; the first of equal ones.
     const platform::DateWord* TakeWord(const std::vector<platform::DateWord>& words) {
         const platform::DateWord* longest = nullptr;
         for (const platform::DateWord& word : words)

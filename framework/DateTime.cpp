@@ -23,7 +23,7 @@ bool InRange(double date) {
     return date > kFirstDay - 1 && date < kLastDay + 1;  // false for NaN
 }
 
-// Day numbers in the even flow of time, and back.
+// Convert between dates and linear day numbers.
 double Flow(double date) {
     const double day = std::trunc(date);
     return day + std::abs(date - day);
@@ -32,7 +32,7 @@ double Flow(double date) {
 double FromFlow(double flow) {
     const double day = std::floor(flow);
     const double time = flow - day;
-    if (time >= 1) return day + 1;  // a moment before midnight, too short for the double
+    if (time >= 1) return day + 1;  // just before midnight, but rounded up by the double
     return day < 0 ? day - time : flow;
 }
 
@@ -116,7 +116,7 @@ COleDateTime COleDateTime::GetCurrentTime() {
 
 namespace {
 
-// A field, or `error` for a date that has none.
+// Returns a field, or `error` for an invalid date.
 template <class Field>
 int FieldOf(const COleDateTime& date, Field field) {
     if (date.m_status != COleDateTime::valid) return COleDateTime::error;

@@ -10,7 +10,7 @@ using qv::platform::CalendarTime;
 
 namespace {
 
-// What the conversions of a format write, for one date.
+// Formats the conversions of a format, for one date.
 class DateWriter {
 public:
     explicit DateWriter(const CalendarTime& time)

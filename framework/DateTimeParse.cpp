@@ -74,7 +74,7 @@ std::optional<double> ReadIsoDate(std::string_view lower) {
     return cursor.AtEnd() ? DateOf(time) : std::nullopt;
 }
 
-// Reads the other forms: takes the text apart into numbers and words, and then makes the best of them.
+// Parses the other forms: splits the text into numbers and words, and then interprets them.
 class DateReader {
 public:
     DateReader(std::string_view lower, const std::vector<DateWord>& words, DateOrder order, bool dottedTimes)
@@ -100,7 +100,7 @@ private:
         return m_cursor.TakeNumber(number) && UseNumber(number);
     }
 
-    // One between two parts, or a comma after a point.
+    // One separator between two parts, or a comma after a dot.
     bool UseSeparator() {
         constexpr std::string_view separators = "/-.,";
         const char c = m_cursor.Next();
@@ -126,7 +126,8 @@ private:
         return false;
     }
 
-    // Some locales shorten a month and a day of the week to the same text: then the other month is the month.
+    // Some locales abbreviate a month and a day of the week to the same text: then another month in the text takes
+    // precedence.
     bool UseMonth(const DateWord& word) {
         if (m_month && IsWeekdayToo(word)) return !std::exchange(m_hasWeekday, true);
         if (m_month && (!IsWeekdayToo(*m_month) || std::exchange(m_hasWeekday, true))) return false;
@@ -140,7 +141,7 @@ private:
         return false;
     }
 
-    // "2 PM": what looked like a part of the date was the hour.
+    // "2 PM": the preceding number was the hour, not part of the date.
     bool UseHalf(const DateWord& word, bool afterNumber) {
         if (m_half) return false;
         m_half = &word;
@@ -165,7 +166,7 @@ private:
     // A word is one of the locale's.
     enum class TimeSeparator { Colon, Point, Word };
 
-    // Nothing when no time continues here.
+    // Returns nullopt if no time continues here.
     std::optional<TimeSeparator> TakeTimeSeparator() {
         if (m_cursor.Take(':')) return TimeSeparator::Colon;
         if (m_dottedTimes && DateIsComplete() && m_cursor.Take('.')) return TimeSeparator::Point;
@@ -181,7 +182,7 @@ private:
         if (std::exchange(m_hasTime, true) || !m_cursor.TakeNumber(minute)) return false;
         if (const auto next = TakeTimeSeparator()) {
             const bool isWord = next == TimeSeparator::Word;
-            const bool isUnit = isWord && !IsDigit(m_cursor.Next());  // a word after the minutes, and no seconds
+            const bool isUnit = isWord && !IsDigit(m_cursor.Next());  // a word after the minutes, without seconds
             if (!isUnit && !isWord && next != separator) return false;
             if (!isUnit && !m_cursor.TakeNumber(second)) return false;
         }
@@ -254,7 +255,7 @@ private:
     DateOrder m_order;
     bool m_dottedTimes;
 
-    std::array<DateNumber, 4> m_numbers;  // of the date, and perhaps an hour
+    std::array<DateNumber, 4> m_numbers;  // of the date, and possibly an hour
     std::size_t m_count = 0;
     const DateWord* m_month = nullptr;
     const DateWord* m_half = nullptr;
@@ -268,7 +269,7 @@ private:
 
 }  // namespace
 
-// The cheap readings come first; the current locale is asked for its words only when they fail.
+// The cheap formats are tried first; the current locale's words are queried only if they fail.
 std::optional<double> ReadDate(std::string_view text) {
     text = ascii::Trimmed(text, ascii::IsBlank);
     const std::string lower = ascii::ToLower(text);

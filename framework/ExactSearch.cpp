@@ -14,7 +14,7 @@ bool HasTrailBytes(std::string_view text) {
     return platform::CurrentCodePage() == CodePage::DoubleByte && !ascii::IsAscii(text);
 }
 
-// The occurrence at `found`, or the first after it, that tears no character.
+// Returns the first occurrence at or after `found` that splits no character.
 std::size_t ExactSearch::FindWhole(std::size_t found) {
     if (platform::CurrentCodePage() != CodePage::DoubleByte) return found;
     while (found != kNowhere && !IsWhole(found)) {
@@ -24,8 +24,8 @@ std::size_t ExactSearch::FindWhole(std::size_t found) {
     return found;
 }
 
-// An occurrence begins and ends where characters of the text do. Both places only move forward, so all occurrences together
-// take time linear in the text.
+// An occurrence must begin and end at character boundaries. Both positions only move forward, so all occurrences
+// together take linear time.
 bool ExactSearch::IsWhole(std::size_t position) {
     while (m_boundary < position) m_boundary += CharacterLength(m_text, m_boundary, CodePage::DoubleByte);
     if (m_boundary != position) return false;
@@ -46,7 +46,7 @@ bool ExactSearch::SpendsTooMuch(std::size_t from) {
     return IsTooDear(from + 1);
 }
 
-// Looks for the first byte and compares what follows. Texts that go on being alike are left to the automaton.
+// Searches for the first byte and compares the rest. Highly repetitive texts are left to the automaton.
 std::size_t ExactSearch::FindString(std::size_t from) {
     const std::size_t size = m_find.size();
     if (m_text.size() < size) return kNowhere;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Finding a text in another one byte for byte, with whole characters.
+/// @file Finding a text in another one byte by byte, matching whole characters.
 
 #include <cstddef>
 #include <optional>
@@ -11,20 +11,20 @@
 
 namespace qv {
 
-/// True when bytes of the text may be the second ones of characters that begin with another byte, and yet look like
-/// characters of their own. Never in UTF-8.
+/// Returns true if bytes of the text may be trail bytes of characters and yet look like characters themselves. Never in
+/// UTF-8.
 bool HasTrailBytes(std::string_view text);
 
-/// Walks through the occurrences of one text in another. All calls together take time linear in both texts, however
-/// they look; making a search costs next to nothing. Refers to both texts, which have to stay as they are.
+/// Iterates over the occurrences of one text in another. All calls together are O(n) in both texts, for any input;
+/// construction is almost free. Keeps references to both texts, which must not change.
 class ExactSearch {
 public:
     ExactSearch(std::string_view text, std::string_view find) : m_text(text), m_find(find) {}
 
     static constexpr std::size_t kNowhere = std::string_view::npos;
 
-    /// The first occurrence at or after `from`, which must not be lower than in the call before. The empty text stands
-    /// everywhere, the end included.
+    /// Returns the first occurrence at or after `from`, which must not decrease between calls. The empty text matches
+    /// everywhere, including the end.
     std::size_t Find(std::size_t from) {
         if (m_find.empty()) return from <= m_text.size() ? from : kNowhere;
         const std::size_t found = FindBytes(from);
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    // Whether ASCII around and within the occurrence tells that it tears no character, whatever the code page.
+    // Returns whether ASCII around and within the occurrence proves that it splits no character, in any code page.
     bool IsPlainlyWhole(std::size_t found) const {
         const auto ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
         const std::size_t size = m_find.size();
@@ -55,15 +55,15 @@ private:
 
     std::string_view m_text, m_find;
 
-    // When more is compared than passed since the first comparison that counts, the automaton takes over.
+    // If more is compared than skipped since the first counted comparison, the automaton takes over.
     std::size_t m_spent = 0, m_origin = 0;
     std::optional<PatternAutomaton> m_automaton;
     std::size_t m_read = 0, m_state = 0, m_last = kNowhere;
 
-    std::size_t m_boundary = 0, m_endBoundary = 0;  // in the text, where characters begin
+    std::size_t m_boundary = 0, m_endBoundary = 0;  // character boundaries in the text
 };
 
-/// Where a text first occurs in another one, as ExactSearch finds it.
+/// Returns the first occurrence of a text in another one, as found by ExactSearch.
 inline std::size_t FindExact(std::string_view text, std::string_view find, std::size_t from = 0) {
     return ExactSearch(text, find).Find(from);
 }

@@ -71,7 +71,7 @@ CFile::~CFile() {
 }
 
 BOOL CFile::Open(const char* fileName, UINT openFlags, CFileException* error) {
-    const CString name = fileName;  // which may be this object's own, gone after the close
+    const CString name = fileName;  // may be this object's own name, which the close clears
     return CloseQuietly(*this, error) && OpenClosed(name, openFlags, error);
 }
 
@@ -92,7 +92,7 @@ void CFile::Close() {
 }
 
 void CFile::Abort() {
-    // The caller gives up what was written.
+    // The caller discards what was written.
     if (IsOpen()) qv::platform::CloseFile(std::exchange(m_hFile, hFileNull)).IgnoreError();
     m_strFileName.Empty();
 }

@@ -1,16 +1,16 @@
 #pragma once
 
-/// @file The one way from a failed Status to the framework's file exception.
+/// @file Conversion of a failed Status to the framework's file exception.
 
 #include "platform/Status.h"
 #include "qvcommon/framework/File.h"
 
 namespace qv {
 
-/// The number that CFileException::m_lOsError holds: the system's, or -1 where the system gave none.
+/// Returns the value of CFileException::m_lOsError: the system's error number, or -1 if the system gave none.
 LONG OsErrorOf(const platform::Status& failure);
 
-/// Fills `error` with a failure of an operation on `path`.
+/// Stores a failure of an operation on `path` in `error`.
 void Describe(const platform::Status& failure, const char* path, CFileException& error);
 
 /// @throws CFileException* naming `path`, unless `status` is a success.

@@ -26,7 +26,7 @@ static_assert(CFileException::lockViolation == static_cast<int>(FileCause::LockV
 static_assert(CFileException::diskFull == static_cast<int>(FileCause::DiskFull));
 static_assert(CFileException::endOfFile == static_cast<int>(FileCause::EndOfFile));
 
-/// What each cause says about a file; "%s" is its name, as users of the system write it.
+/// The message for each cause; "%s" is the file's name in the system's form.
 constexpr const char* kMessages[] = {"%s: nothing went wrong.",
                                      "%s could not be used.",
                                      "%s does not exist.",
@@ -59,7 +59,7 @@ CString MessageFor(int cause, LONG osError, const CString& name) {
 
 }  // namespace
 
-// The base says who owns the object, and nobody but its holder owns the copy.
+// The base stores the ownership, and only its holder owns the copy.
 // NOLINTNEXTLINE(bugprone-copy-constructor-init)
 CFileException::CFileException(const CFileException& other)
     : CException(0), m_cause(other.m_cause), m_lOsError(other.m_lOsError), m_strFileName(other.m_strFileName) {}

@@ -20,7 +20,7 @@ void CopyText(char (&to)[N], const std::string& from) {
     to[length] = '\0';
 }
 
-/// A folder without its final separator, but for a root.
+/// Removes a folder's trailing separator, except from a root.
 CString Unterminated(const CString& folder) {
     const std::string& path = folder.AsStd();
     const bool isRoot = path.size() < 2 || path.ends_with(":\\");

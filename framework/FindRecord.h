@@ -5,12 +5,12 @@
 
 namespace qv {
 
-/// The framework's record of an entry that the system found. Names longer than the record's are cut.
+/// Copies the system's entry to the framework's record. Names longer than the record's field are truncated.
 void CopyRecord(const platform::FoundEntry& from, QvFindData& to);
 
-/// The absolute path of the folder that a search for the pattern lists, with its final separator.
+/// Returns the absolute path of the folder that a search for the pattern lists, with its trailing separator.
 CString SearchRoot(const CString& pattern);
-/// What the search of such a folder reports of something that it passed over.
+/// Describes an item that the search of such a folder skipped.
 QvLeftOut LeftOutOf(const CString& root, const platform::PassedOver& passedOver);
 
 }  // namespace qv

@@ -7,8 +7,8 @@
 namespace qv {
 namespace {
 
-// The value's bits as the conversion reads them: a signed conversion extends the sign of the value's own width, the
-// others see just the bits that the value has.
+// Returns the value's bits as used by the conversion: a signed conversion extends the sign from the value's own width,
+// the others use only the bits that the value has.
 long long SignedValue(const FormatArg& arg) {
     const int spare = 64 - 8 * arg.size;
     return static_cast<long long>(arg.integer << spare) >> spare;
@@ -71,7 +71,7 @@ void AppendText(std::string& out, std::string_view spec, std::string_view text) 
     if (layout.left) out.append(fill, ' ');
 }
 
-// Flags, width and precision with each star replaced by its value. A negative precision counts as none, as in C.
+// Returns flags, width and precision with each star replaced by its value. A negative precision is ignored, as in C.
 std::string ResolveStars(std::string_view spec, const FormatArg*& arg) {
     std::string resolved;
     for (char c : spec) {
@@ -116,7 +116,7 @@ void AppendFormat(std::string& out, std::string_view format, const FormatArg* ar
     const FormatArg* const end = args + count;
     std::size_t size = out.size() + format.size();
     for (const FormatArg* arg = args; arg < end; ++arg) size += arg->text.size();
-    out.reserve(size);  // short of long numbers and widths, one allocation
+    out.reserve(size);  // a single allocation, except for long numbers and widths
     for (std::size_t i = 0; i < format.size();) {
         const std::size_t percent = format.find('%', i);
         out.append(format.substr(i, percent - i));

@@ -6,8 +6,8 @@
 
 namespace qv {
 
-/// Copies a message into a caller's buffer of `maximum` bytes, cut to fit, always ended with a zero byte.
-/// @return non-zero when the message is not empty.
+/// Copies a message to a caller's buffer of `maximum` bytes, truncated to fit, always zero-terminated.
+/// @return non-zero if the message is not empty.
 BOOL CopyMessage(std::string_view message, char* text, UINT maximum);
 
 }  // namespace qv

@@ -5,7 +5,8 @@
 
 namespace {
 
-// A plain pointer, there before any constructor runs: class records are entered by constructors of all sources.
+// A plain pointer, initialized before any constructor runs: class records are registered by constructors of all
+// sources.
 constinit const CRuntimeClass* g_firstClass = nullptr;
 
 }  // namespace

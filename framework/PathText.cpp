@@ -6,7 +6,7 @@
 namespace qv {
 namespace {
 
-// `from` begins a character.
+// `from` must be a character boundary.
 std::size_t FindWhole(std::string_view text, std::string_view set, std::size_t from) {
     while (from < text.size() && set.find(text[from]) == set.npos)
         from += platform::CharacterLength(text, from, platform::CodePage::DoubleByte);

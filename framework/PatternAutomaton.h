@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Finding a pattern in a stream of units without ever going back (Knuth, Morris and Pratt).
+/// @file Finding a pattern in a stream of units without backtracking (Knuth, Morris and Pratt).
 
 #include <cstdint>
 #include <vector>
@@ -14,8 +14,8 @@ public:
 
     std::size_t Size() const { return m_pattern.size(); }
 
-    /// A state is the number of pattern units that the units read so far end with; Size() means that an occurrence ends
-    /// here, and reading on finds those that overlap it.
+    /// A state is the length of the longest pattern prefix that is a suffix of the units read so far; Size() means that
+    /// an occurrence ends here, and further calls find overlapping ones.
     std::size_t Next(std::size_t state, char32_t unit) const {
         if (state == m_pattern.size()) state = m_border[state];
         while (state > 0 && m_pattern[state] != unit) state = m_border[state];
@@ -24,7 +24,7 @@ public:
 
 private:
     std::vector<char32_t> m_pattern;
-    // For each length: the longest shorter prefix that the prefix of this length ends with.
+    // For each length: the longest shorter prefix that is a suffix of the prefix of this length.
     std::vector<std::uint32_t> m_border;
 };
 

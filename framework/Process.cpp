@@ -27,14 +27,14 @@ bool CProcess::WriteInput(std::string_view text) {
 }
 
 void CProcess::CloseInput() {
-    // What was written to the pipe has arrived, or WriteInput has said otherwise.
+    // The written data has arrived, or WriteInput has reported the failure.
     if (m_input != kNone) qv::platform::CloseFile(std::exchange(m_input, kNone)).IgnoreError();
 }
 
 int CProcess::Wait() {
     CloseInput();
     int status = -1;
-    // Without a status the result stays -1.
+    // On failure the result remains -1.
     if (IsRunning()) qv::platform::WaitForProcess(std::exchange(m_process, kNone), status).IgnoreError();
     return status;
 }

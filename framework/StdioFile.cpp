@@ -65,7 +65,7 @@ UINT CStdioFile::Read(void* buffer, UINT count) {
     while (total < count && (Unread() > 0 || Fill())) {
         if (m_text && SkipsCarriageReturn()) ++m_next;
         std::string_view part = std::string_view(m_buffer).substr(m_next, count - total);
-        if (m_text) part = part.substr(0, part.find('\r', 1));  // up to there, nothing needs a look
+        if (m_text) part = part.substr(0, part.find('\r', 1));  // nothing before it needs a check
         std::memcpy(static_cast<char*>(buffer) + total, part.data(), part.size());
         m_next += part.size();
         total += static_cast<UINT>(part.size());
@@ -129,7 +129,7 @@ void CStdioFile::WriteString(std::string_view text) {
     Put(text);
 }
 
-/// Reads on behind what is still unread; false at the end of the file.
+/// Reads more data after the unread part; returns false at the end of the file.
 bool CStdioFile::Fill() {
     m_buffer.erase(0, std::exchange(m_next, 0));
     const std::size_t kept = m_buffer.size();
@@ -145,7 +145,7 @@ bool CStdioFile::Fill() {
     return got > 0;
 }
 
-/// True when the next byte is a carriage return before a line feed.
+/// Returns true if the next byte is a carriage return before a line feed.
 bool CStdioFile::SkipsCarriageReturn() {
     if (m_buffer[m_next] != '\r') return false;
     if (Unread() == 1) Fill();
@@ -162,7 +162,7 @@ void CStdioFile::StartWriting() {
     m_use = Buffered::Writing;
 }
 
-/// Brings the system's position to where the caller is, with nothing left in the buffer.
+/// Moves the system's position to the caller's, and empties the buffer.
 void CStdioFile::Settle() {
     if (m_use == Buffered::Writing) WriteBuffer();
     const auto unread = static_cast<std::int64_t>(Unread());
@@ -171,7 +171,7 @@ void CStdioFile::Settle() {
 }
 
 void CStdioFile::WriteBuffer() {
-    // Taken out first: after a failure nothing is left that a later call could write twice.
+    // Moved out first: after a failure nothing remains that a later call could write twice.
     std::string bytes;
     bytes.swap(m_buffer);
     Drop();

@@ -10,7 +10,7 @@ namespace {
 
 std::atomic<CWinApp*> g_application{nullptr};
 
-// The program's file name without folder and extension.
+// Returns the program's file name without folder and extension.
 std::string ProgramName() {
     const std::string path = qv::platform::CurrentProgram();
     const std::string name = path.substr(qv::FindLastOf(path, qv::kSeparators) + 1);

@@ -14,7 +14,7 @@ namespace {
 
 std::atomic<CWnd*> g_mainWindow = nullptr;
 
-/// The objects that stand for windows of this thread.
+/// The objects attached to windows of this thread.
 std::map<HWND, CWnd*>& Objects() {
     static thread_local std::map<HWND, CWnd*> objects;
     return objects;
@@ -39,7 +39,7 @@ bool CWnd::Create(Kind kind, CWnd* parent, int id) {
     const HWND window = platform::MakeWindow(static_cast<WindowKind>(kind), parent ? parent->m_hWnd : nullptr, id);
     if (!window) return false;
     Attach(window);
-    m_owned = !parent;  // a control ends with its dialog
+    m_owned = !parent;  // a control is destroyed with its dialog
     return true;
 }
 

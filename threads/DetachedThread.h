@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Threads that nobody joins.
+/// @file Detached threads.
 
 #include <memory>
 #include <utility>
@@ -9,8 +9,8 @@
 
 namespace qv {
 
-/// Runs `body` on a new thread with the default stack. No exception may leave the body. False when the system refuses a
-/// thread; the body has not run then and is destroyed.
+/// Runs `body` on a new thread with the default stack. The body must not throw. Returns false if the system refuses a
+/// thread; the body is then destroyed without having run.
 template <class Body>
 bool StartDetached(Body body) {
     auto owned = std::make_unique<Body>(std::move(body));
@@ -21,7 +21,7 @@ bool StartDetached(Body body) {
         },
         owned.get(), nullptr);
     if (!thread) return false;
-    static_cast<void>(owned.release());  // the thread's now
+    static_cast<void>(owned.release());  // now owned by the thread
     platform::CloseThread(thread);
     return true;
 }

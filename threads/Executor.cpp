@@ -13,10 +13,10 @@
 namespace qv {
 
 struct Executor::Pool {
-    std::mutex mutex;  ///< guards all of it, and the jobs' states
+    std::mutex mutex;  ///< guards everything here, and the jobs' states
     std::condition_variable queued, done;
     std::vector<std::shared_ptr<Job>> queue;  ///< some of its jobs may have been taken from elsewhere
-    std::vector<std::thread> threads;         ///< the owner's alone
+    std::vector<std::thread> threads;         ///< used only by the owner
     std::size_t idle = 0;
     bool stop = false;
 
@@ -63,11 +63,11 @@ void Executor::Queue(std::shared_ptr<Job> job) {
     }
     if (idle > 0) pool.queued.notify_one();
     if (idle >= waiting || pool.threads.size() == m_threads) return;
-    const platform::SignalHold hold;  // inherited: a thread must not take signals that its owner holds back
+    const platform::SignalHold hold;  // inherited: a thread must not receive signals that its owner blocks
     try {
         pool.threads.emplace_back([&pool] { pool.Work(); });
     } catch (const std::system_error&) {
-        // Whoever wants the result does the work.
+        // The thread that requests the result does the work.
     }
 }
 
@@ -78,7 +78,7 @@ void Executor::Pool::Work() {
         queued.wait(lock, [this] { return stop || !queue.empty(); });
         --idle;
         if (stop) return;
-        // The newest: the owner asks for the oldest first, and runs that meanwhile.
+        // The newest: the owner requests the oldest first, and can run that meanwhile.
         const std::shared_ptr<Job> job = std::move(queue.back());
         queue.pop_back();
         if (job->m_state != Job::State::Waiting) continue;
@@ -96,7 +96,7 @@ void Executor::Finish(Pool& pool, Job& job) {
         std::unique_lock lock(pool.mutex);
         pool.done.wait(lock, [&] { return job.m_state != Job::State::Running; });
         if (job.m_state == Job::State::Done) return;
-        job.m_state = Job::State::Done;  // no thread takes it any more
+        job.m_state = Job::State::Done;  // no thread will take it
     }
     job.Run();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Work shared among the processors.
+/// @file Distribution of work to the processors.
 
 #include <algorithm>
 #include <atomic>
@@ -11,7 +11,7 @@
 
 namespace qv {
 
-/// Something that runs once, on a thread of an executor or on the one that asks for its result.
+/// Work that runs once, on a thread of an executor or on the thread that requests its result.
 class Job {
 public:
     virtual ~Job();
@@ -23,22 +23,22 @@ private:
     friend class Executor;
     enum class State : unsigned char { Waiting, Running, Done };
 
-    /// Keeps what it raises.
+    /// Stores exceptions.
     virtual void Run() noexcept = 0;
 
     State m_state = State::Waiting;
 };
 
-/// Frees an exception that is not handled, with the object that it points to.
+/// Frees an unhandled exception, including the object that it points to.
 void DropException(std::exception_ptr error) noexcept;
 
 template <class Result>
 class Task;
 
-/// Runs tasks on threads of its own beside the one that owns it, which is the only one to call it. Threads start when there
-/// is work for them, and end with the executor. No task depends on them: a task whose result is asked for before a thread
-/// has taken it runs on the asking thread, so that nothing waits for work that has not begun, and a system that refuses
-/// threads makes the work slower and nothing else.
+/// Runs tasks on its own threads in addition to its owner's, which is the only one that may call it. Threads start when
+/// there is work for them, and end with the executor. No task depends on them: a task whose result is requested before
+/// a thread has taken it runs on the requesting thread, so that nothing waits for work that has not begun, and if the
+/// system refuses threads, the work only becomes slower.
 ///
 ///     Executor executor;
 ///     auto left = executor.Start([&] { return Sum(a); });
@@ -46,28 +46,28 @@ class Task;
 ///     return left.Get() + right;
 class Executor {
 public:
-    /// Bounds the threads beside the owner's, whatever the machine has.
+    /// Maximum number of threads besides the owner's.
     static constexpr unsigned kMostThreads = 15;
-    /// The processors that this process may use, less the one of the calling thread. None where that thread has a locale of
-    /// its own, which no other would work by.
+    /// Returns the number of processors that this process may use, minus one for the calling thread. 0 if that thread
+    /// has a thread-specific locale, which other threads would not use.
     static unsigned SpareProcessors();
 
     explicit Executor(unsigned threads = SpareProcessors());
-    /// Waits for the tasks that run; those that have not begun never do.
+    /// Waits for running tasks; those that have not begun are discarded.
     ~Executor();
     Executor(const Executor&) = delete;
     Executor& operator=(const Executor&) = delete;
 
-    /// Threads that may work beside the owner's.
+    /// Returns the maximum number of threads besides the owner's.
     unsigned Threads() const { return m_threads; }
 
     /// Queues a task. It must not outlive the executor, nor what `work` refers to.
     template <class Work>
     [[nodiscard]] Task<std::invoke_result_t<Work&>> Start(Work work);
 
-    /// Calls `body` with every number below `count`, in any order and on several threads, the caller's among them, and
-    /// returns when all calls have. Where calls raise exceptions, raises the one of the lowest number; numbers above it may
-    /// not have been called, those below it have.
+    /// Calls `body` with every number below `count`, in any order and on several threads, including the caller's, and
+    /// returns after all calls. If calls raise exceptions, raises that of the lowest number; higher numbers may not
+    /// have been called, lower ones have.
     template <class Body>
     void ForEach(std::size_t count, const Body& body);
 
@@ -77,16 +77,16 @@ private:
     struct Pool;
 
     void Queue(std::shared_ptr<Job> job);
-    /// Returns when the job has run, here if need be.
+    /// Returns once the job has run, running it on this thread if necessary.
     static void Finish(Pool& pool, Job& job);
-    /// Returns when the job has run or never will.
+    /// Returns once the job has run or never will.
     static void Abandon(Pool& pool, Job& job) noexcept;
 
     const unsigned m_threads;
     const std::shared_ptr<Pool> m_pool;
 };
 
-/// The result of work that an executor was given. Without Get, the work is dropped where it has not begun.
+/// The result of work queued in an executor. If Get is not called, work that has not begun is discarded.
 template <class Result>
 class Task {
 public:
@@ -101,10 +101,10 @@ public:
         if (m_outcome) Executor::Abandon(*m_pool, *m_outcome);
     }
 
-    /// False for a task that was never started or whose result was taken.
+    /// Returns false for a task that was never started or whose result was taken.
     explicit operator bool() const { return m_outcome != nullptr; }
 
-    /// Waits for the result and takes it. @throws what the work raised.
+    /// Waits for the result and returns it. @throws what the work raised.
     Result Get() {
         const auto outcome = std::exchange(m_outcome, nullptr);
         Executor::Finish(*m_pool, *outcome);
@@ -151,7 +151,7 @@ Task<std::invoke_result_t<Work&>> Executor::Start(Work work) {
     return task;
 }
 
-/// What the threads of one ForEach share.
+/// State shared by the threads of one ForEach.
 class Numbers {
 public:
     explicit Numbers(std::size_t count) : m_end(count) {}
@@ -177,7 +177,7 @@ private:
 
     std::atomic<std::size_t> m_next = 0;
     std::atomic<std::size_t> m_end;  ///< lowered by failures
-    std::atomic_flag m_isChanging;   ///< guards the lowering and the error
+    std::atomic_flag m_isChanging;   ///< guards m_end while it is lowered, and the error
     std::exception_ptr m_error;
 };
 

@@ -2,7 +2,7 @@
 
 namespace {
 
-// Holds the map's lock for a scope, or nothing where the caller holds it.
+// Holds the map's lock for a scope, unless the caller holds it.
 template <void (CReadWriteLock::*Start)(), void (CReadWriteLock::*End)()>
 class MapLock {
 public:

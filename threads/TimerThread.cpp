@@ -26,7 +26,7 @@ CTimerThread::~CTimerThread() = default;
 
 void CTimerThread::StartThread(DWORD seconds) {
     m_seconds = seconds;
-    // A thread that parked itself keeps the old events, where no signal meant for others reaches it.
+    // A thread that has suspended itself keeps the old events, so that no later signal reaches it.
     if (!m_state->running) m_state = std::make_shared<State>();
     m_state->running = true;
     if (!qv::StartDetached([this, state = m_state] { Run(*state); })) m_state->running = false;
@@ -50,5 +50,5 @@ void CTimerThread::Run(State& state) {
     } while (state.running);
     OnThreadStop();
     state.stop.Reset();
-    state.finished.Set();  // from here on the object may be gone
+    state.finished.Set();  // the object may be destroyed from here on
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Where the threads that wait for a lock sleep.
+/// @file The wait queue of a lock.
 
 #include <condition_variable>
 #include <cstdint>
@@ -8,29 +8,29 @@
 
 namespace qv {
 
-/// A number of turns. A thread reads the number, finds that it must wait, and sleeps until the number has changed: a
+/// A counter of turns. A thread reads the counter, finds that it must wait, and sleeps until the counter has changed: a
 /// turn that ends in between is not missed.
 ///
-/// In place of std::atomic::wait: where that has no system call of its own below it, as in MinGW's GCC 12, it reads the
-/// value and then enters a condition variable, and a notification between the two is lost.
+/// Replaces std::atomic::wait: if the platform has no system call for it, as in MinGW's GCC 12, that reads the value
+/// and then enters a condition variable, and a notification between the two is lost.
 ///
-/// A mutex or condition variable that fails ends the program: the lock's state cannot be taken back.
+/// A mutex or condition variable that fails ends the program: the lock's state cannot be restored.
 class Turn {
 public:
-    /// Synchronizes with the end of the turn before.
+    /// Synchronizes with the end of the previous turn.
     std::uint64_t Now() const noexcept {
         const std::scoped_lock lock(m_mutex);
         return m_number;
     }
 
-    /// Returns once `turn` is over.
+    /// Returns once `turn` has ended.
     void WaitFor(std::uint64_t turn) noexcept {
         std::unique_lock lock(m_mutex);
         m_ended.wait(lock, [&] { return m_number != turn; });
     }
 
-    /// Ends the turn, and wakes one or all of those who wait for that. Who has seen the turn but does not sleep yet
-    /// will not.
+    /// Ends the turn, and wakes one or all waiting threads. A thread that has read the turn but is not sleeping yet
+    /// will not sleep.
     void EndForOne() noexcept {
         Advance();
         m_ended.notify_one();

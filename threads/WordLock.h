@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file A lock of many readers or one writer that prefers writers, with its whole state in one atomic word.
+/// @file A writer-preferring read-write lock whose whole state is one atomic word.
 
 #include <atomic>
 #include <cstdint>
@@ -11,14 +11,14 @@ namespace qv {
 ///
 ///     field           | bits | meaning
 ///     ----------------+------+---------------------------------------------------------------------------
-///     readers         |  32  | how many hold the lock; the highest bit means that no more can be counted
-///     writer          |   1  | one holds the lock
-///     queueing        |   1  | new writers do not pass those that wait
-///     writer woken    |   1  | a waiting writer has been woken and has not looked at the word since
+///     readers         |  32  | number of holders; the highest bit means that the count is full
+///     writer          |   1  | held by a writer
+///     queueing        |   1  | new writers do not overtake waiting ones
+///     writer woken    |   1  | a waiting writer has been woken and has not read the word since
 ///     readers wait    |   1  | readers sleep, or are about to
-///     waiting writers |  28  | how many
+///     waiting writers |  28  | number
 ///
-/// What the operations do:
+/// The operations:
 ///
 ///     state of the lock       | StartRead   | StartWrite             | EndRead                   | EndWrite
 ///     ------------------------+-------------+------------------------+---------------------------+-----------------
@@ -36,27 +36,27 @@ namespace qv {
 ///     writer, writers wait    | waits       | waits                  |                           | free; wakes one
 ///                             |             |                        |                           | writer
 ///
-/// A lock that no thread waits for costs one exchange each way. A thread that must wait says so in the word by the same
-/// exchange that finds the lock taken, and who releases reads that by the exchange that releases, so no wake-up is lost
-/// between the two. A woken thread competes with those that arrive: until it comes, the lock may be taken and released
-/// many times. Meanwhile "writer woken" and the absence of "readers wait" keep the others from waking more threads,
-/// which would find the lock taken. A writer that has been woken kPatience times in vain sets "queueing" until it has
-/// written.
+/// An uncontended lock costs one exchange each way. A thread that must wait announces it in the word by the same
+/// exchange that finds the lock taken, and the releasing thread reads that by the exchange that releases, so no wake-up
+/// is lost between the two. A woken thread competes with arriving ones: until it runs, the lock may be taken and
+/// released many times. Meanwhile "writer woken" and the absence of "readers wait" prevent the others from waking more
+/// threads, which would find the lock taken. A writer that has been woken kPatience times without success sets
+/// "queueing" until it has written.
 ///
-/// Limits. The reader after the 2^31st waits until another one ends. Each waiting writer is a thread, and no system has
-/// 2^28 threads (Linux has 2^22 at most). A lock must outlive every call: who releases may look at the word once more
-/// when others have taken and released it already.
+/// Limits. Readers beyond 2^31 wait until another one ends. Each waiting writer is a thread, and no system has 2^28
+/// threads (Linux has 2^22 at most). A lock must outlive every call: a releasing thread may read the word once more
+/// after others have taken and released the lock.
 ///
 /// Memory order. A thread takes the lock by an exchange with acquire order and releases it with release order, so what
-/// was done under the lock is seen by the next holder. All changes of the word are read-modify-write operations, which
-/// continue a release sequence: a writer sees what every reader before it has done, not only the last one. A first load
-/// is relaxed since its value is only a guess that the exchange checks. Announcing a wait and waking need no order of
-/// their own: they protect nothing but the word, and exchanges of one atomic always find its latest value. The order
-/// between the word and a turn is the turn's: a waiting thread reads the turn before the word, who wakes changes the
-/// word before it ends the turn. A thread that reads a word from before the change has therefore read a turn that will
-/// end, or has ended since.
+/// was done under the lock is visible to the next holder. All changes of the word are read-modify-write operations,
+/// which continue a release sequence: a writer sees what every reader before it has done, not only the last one. An
+/// initial load is relaxed since its value is only a guess that the exchange checks. Announcing a wait and waking need
+/// no order of their own: they protect only the word, and exchanges of one atomic always find its latest value. The
+/// order between the word and a turn is the turn's: a waiting thread reads the turn before the word, a waking thread
+/// changes the word before it ends the turn. A thread that reads a word from before the change has therefore read a
+/// turn that will end, or has ended since.
 ///
-/// @tparam AtomicWord  std::atomic<std::uint64_t>, or what a test puts in its place to take the steps one by one.
+/// @tparam AtomicWord  std::atomic<std::uint64_t>, or a test's replacement that executes the steps one by one.
 /// @tparam TurnNumber  Turn, likewise.
 /// @tparam kReaderBits  the size of the readers' field: 2 to 32.
 template <class AtomicWord, class TurnNumber, int kReaderBits = 32>
@@ -65,13 +65,13 @@ class WordLock {
 
 public:
     WordLock() = default;
-    /// With the state that the other one has at that moment: held by as many readers, or a writer, and with as many waiting
-    /// as that one. Who holds or waits there has no part in it.
+    /// Copies the current state of the other lock: held by as many readers, or a writer, and with as many waiting
+    /// threads. The holders and waiting threads of the other lock have no part in the copy.
     WordLock(const WordLock& other)
         : m_word(other.m_word.load(std::memory_order_acquire) & ~(kQueueing | kWriterWoken)) {}
     WordLock& operator=(const WordLock&) = delete;
 
-    /// How many readers may hold the lock at once.
+    /// Maximum number of readers that hold the lock at once.
     static constexpr std::uint64_t kMostReaders = std::uint64_t{1} << (kReaderBits - 1);
 
     void StartRead() {
@@ -126,7 +126,8 @@ private:
     static constexpr Word kClosedToReaders = kFull | kWriter | kWaitingWriters;
     static constexpr int kPatience = 4;
 
-    // What waits and wakes is kept out of its callers, which would save registers for it whenever the lock is free.
+    // Waiting and waking are not inlined into the callers, which would save registers for them even if the lock is
+    // free.
     [[gnu::noinline]] void WaitToRead() {
         for (;;) {
             const std::uint64_t turn = m_readersTurn.Now();
@@ -141,7 +142,7 @@ private:
     }
 
     [[gnu::noinline]] void WaitToWrite() {
-        Word own = 0;  // what this thread has added to the word
+        Word own = 0;  // this thread's contribution to the word
         for (int woken = 0;;) {
             const std::uint64_t turn = m_writersTurn.Now();
             Word word = m_word.load(std::memory_order_relaxed);
@@ -161,7 +162,7 @@ private:
         }
     }
 
-    // No writer can get in while the lock is taken: the holder's end wakes one then.
+    // No writer can enter while the lock is taken: its release will wake one.
     [[gnu::noinline]] void WakeOneWriter() {
         Word word = m_word.load(std::memory_order_relaxed);
         while (word & kWaitingWriters && !(word & (kWriterWoken | kTaken))) {
@@ -171,7 +172,7 @@ private:
         }
     }
 
-    // Readers that hold the lock are no hindrance to readers, and would not wake them at their end.
+    // Readers that hold the lock do not block readers, and would not wake them on release.
     [[gnu::noinline]] void WakeAllReaders() {
         Word word = m_word.load(std::memory_order_relaxed);
         while (word & kReadersWait && !(word & kClosedToReaders)) {
