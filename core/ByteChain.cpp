@@ -13,7 +13,7 @@ ByteChain::ByteChain(std::string_view text) : m_next(text.size() + 1), m_previou
     }
 }
 
-// A removed node is told by its neighbours, which no longer name it.
+// A removed node is one that its neighbours no longer link to.
 void ByteChain::Remove(Node node) {
     m_next[m_previous[node]] = m_next[node];
     m_previous[m_next[node]] = m_previous[node];

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file A text whose bytes can be removed and added anywhere at once, without moving the others.
+/// @file A text with O(1) removal and insertion of bytes at any position.
 
 #include <cstdint>
 #include <string>
@@ -9,7 +9,8 @@
 
 namespace qv {
 
-/// The bytes are nodes in a ring that a node without a byte closes; a node keeps its number for as long as it is in it.
+/// A doubly linked ring of nodes, one per byte, closed by a node without a byte; a node keeps its number as long as it
+/// is linked.
 class ByteChain {
 public:
     using Node = std::uint32_t;
@@ -17,7 +18,7 @@ public:
 
     explicit ByteChain(std::string_view text);
 
-    /// Byte i of the text that the chain was made of.
+    /// Returns the node of byte i of the text that the chain was constructed from.
     static Node NodeAt(std::size_t i) { return static_cast<Node>(i + 1); }
 
     char Byte(Node node) const { return m_bytes[node]; }

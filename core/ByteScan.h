@@ -2,8 +2,9 @@
 
 /// @file Finding a few bytes in a text, 64 at a time.
 ///
-/// Bytes are marked: each bit of a 64-bit word is a byte of the text, the lowest bit the first of them. So a text in
-/// which the bytes are frequent costs little more than one in which they are rare. Nothing outside of the text is read.
+/// Bytes are marked: each bit of a 64-bit word represents a byte of the text, the lowest bit the first one. So a text
+/// in which the bytes are frequent costs little more than one in which they are rare. Nothing outside of the text is
+/// read.
 
 #include <algorithm>
 #include <array>
@@ -16,7 +17,7 @@
 #if defined(__SSE2__)
 #include <tmmintrin.h>
 #define QV_HAS_VECTORS 1
-// The stack may be aligned less than vectors are: 32-bit callers promise nothing.
+// The stack may be less aligned than vectors require: 32-bit callers guarantee nothing.
 #define QV_VECTOR_FUNCTION noinline, force_align_arg_pointer
 #else
 #define QV_HAS_VECTORS 0
@@ -47,7 +48,7 @@ std::size_t CountPlainOneByOne(const char* text, std::size_t count, IsMember isM
 #if QV_HAS_VECTORS
 inline constexpr std::size_t kVector = 16;
 
-// `hits` gives a vector of ones where another vector holds members.
+// `hits` returns a vector of ones where another vector contains members.
 template <class Hits>
 __attribute__((QV_VECTOR_FUNCTION)) void MarkByVectors(const char* text, std::size_t count, ByteMarks* marks,
                                                        Hits hits) {
@@ -80,10 +81,10 @@ inline __m128i AreEqual(__m128i bytes, char wanted) {
 
 }  // namespace internal
 
-/// A set of bytes that is known to the compiler.
+/// A set of bytes known at compile time.
 ///
-/// When it has more than a few members, and no two of them end in the same four bits, the last four bits of each byte
-/// choose the one member that it could be (SSSE3, asked for while the program runs). Otherwise each member is compared.
+/// If it has more than a few members, and no two of them have the same low four bits, these bits of each byte select
+/// the only possible member (SSSE3, detected at run time). Otherwise each member is compared.
 template <unsigned char... Members>
 class ByteSet {
 public:
@@ -99,7 +100,7 @@ public:
 #endif
     }
 
-    /// How many of `count` whole blocks there are before the first one with a member.
+    /// Returns the number of blocks, of `count` whole ones, before the first one with a member.
     static std::size_t CountPlain(const char* text, std::size_t count) {
 #if QV_HAS_VECTORS
         if (MayShuffle()) return CountPlainByShuffle(text, count);
@@ -119,7 +120,7 @@ private:
 #if QV_HAS_VECTORS
     static constexpr std::size_t kVector = internal::kVector, kCheapComparisons = 4;
 
-    // For each value of the last four bits the member that ends in it, or a byte that does not.
+    // For each value of the low four bits the member with that value, or a byte with another one.
     alignas(kVector) static constexpr auto kCandidates = [] {
         std::array<unsigned char, kVector> table{1};
         ((table[Members % kVector] = Members), ...);
@@ -137,8 +138,8 @@ private:
         return hits;
     }
 
-    // The loops of MarkByVectors and CountPlainByVectors again: a function for some processors cannot be part of one for
-    // all.
+    // Repeats the loops of MarkByVectors and CountPlainByVectors: a function for specific processors cannot be inlined
+    // in one for all.
     __attribute__((QV_VECTOR_FUNCTION, target("ssse3"))) static void MarkByShuffle(const char* text, std::size_t count,
                                                                                    ByteMarks* marks) {
         const __m128i candidates = _mm_load_si128(reinterpret_cast<const __m128i*>(kCandidates.data()));
@@ -174,7 +175,7 @@ private:
 #endif
 };
 
-/// A single byte that is known only when the program runs.
+/// A single byte known only at run time.
 class OneByte {
 public:
     explicit OneByte(char byte) : m_byte(byte) {}
@@ -192,7 +193,7 @@ private:
     char m_byte;
 };
 
-/// Marks up to `most` blocks of a text from `from` on, the last one in part, and returns how many it marked.
+/// Marks up to `most` blocks of a text from `from` on, the last one partly, and returns their number.
 template <class Set>
 std::size_t MarkBytes(const Set& set, std::string_view text, std::size_t from, ByteMarks* marks, std::size_t most) {
     const std::size_t left = text.size() - from, whole = std::min(left / kMarksBlock, most);
@@ -206,7 +207,7 @@ std::size_t MarkBytes(const Set& set, std::string_view text, std::size_t from, B
     return whole + 1;
 }
 
-/// Calls `visit` with each position that holds a member, in order.
+/// Calls `visit` with the position of each member, in order.
 template <class Set, class Visit>
 void ForEachByte(const Set& set, std::string_view text, Visit visit) {
     constexpr std::size_t atOnce = 16;
@@ -219,7 +220,7 @@ void ForEachByte(const Set& set, std::string_view text, Visit visit) {
     }
 }
 
-/// How many positions hold a member.
+/// Returns the number of members in the text.
 template <class Set>
 std::size_t CountBytes(const Set& set, std::string_view text) {
     constexpr std::size_t atOnce = 16;
@@ -233,7 +234,7 @@ std::size_t CountBytes(const Set& set, std::string_view text) {
     return found;
 }
 
-/// The first position that holds a member; the text's length if no position does.
+/// Returns the position of the first member; the text's length if not found.
 template <unsigned char... Members>
 std::size_t FindByte(const ByteSet<Members...>& set, std::string_view text) {
     const std::size_t whole = text.size() / kMarksBlock;

@@ -13,7 +13,7 @@ namespace {
 
 bool AreEqualIgnoringCase(std::string_view a, std::string_view b);
 
-// ASCII texts without an I, whose case differs between languages, need no look at the locale.
+// ASCII texts without an I, whose case is language-specific, can be compared without the locale.
 bool AreEqualFromStart(std::string_view a, std::string_view b) {
     const std::size_t common = std::min(a.size(), b.size());
     for (std::size_t i = 0; i < common; ++i) {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Comparing texts with or without regard to case.
+/// @file Case-sensitive and case-insensitive comparison of texts.
 
 #include <string_view>
 #include <vector>
@@ -15,11 +15,11 @@ inline CaseRule CaseRuleFor(bool ignoreCase) {
     return ignoreCase ? CaseRule::Ignore : CaseRule::Exact;
 }
 
-/// Equal byte by byte, or in lower case.
+/// Compares byte by byte, or in lower case.
 bool AreEqual(std::string_view a, std::string_view b, CaseRule rule);
 
-/// Reads a text as numbers that are equal where the rule calls its characters equal in upper case; by bytes when case
-/// counts.
+/// Reads a text as numbers that are equal if the rule treats the characters as equal in upper case; as bytes if the
+/// rule is case-sensitive.
 class CaseReader {
 public:
     explicit CaseReader(CaseRule rule);
@@ -27,7 +27,7 @@ public:
     platform::CasedCharacter Read(std::string_view text, std::size_t position) const;
     std::vector<char32_t> ReadAll(std::string_view text) const;
 
-    /// True when every byte is a character by itself, and Read its entry of Bytes().
+    /// Returns whether every byte is a character, and Read returns its entry of Bytes().
     bool IsByBytes() const { return m_byBytes; }
     platform::CodePage Page() const { return m_page; }
     const platform::ByteCase& Bytes() const { return m_bytes; }

@@ -5,7 +5,7 @@
 namespace qv {
 namespace {
 
-// A text by characters: what they are without case, and where they start.
+// A text as case-folded characters and their start positions.
 struct Characters {
     Characters(std::string_view bytes, const CaseReader& reader) : text(bytes) {
         for (std::size_t i = 0; i < text.size();) {
@@ -24,7 +24,7 @@ struct Characters {
     std::vector<std::size_t> starts;
 };
 
-// The result as a stack of stretches of the text and of the replacement, so that its end can be taken back at no cost.
+// The result as a stack of ranges of the text and of the replacement, so that removing its end is cheap.
 class Stretches {
 public:
     void Append(const Characters& source, std::size_t first, std::size_t last) {
@@ -77,7 +77,8 @@ std::string CaselessReplacement::Apply(std::string_view text) const {
     return m_endless || m_afterwards == 0 ? ReplaceApart(text) : ReplaceChained(text);
 }
 
-// No occurrence reaches into a replacement: the searches go on behind it, and behind the character after an empty one.
+// No occurrence overlaps a replacement: the search continues after it, and after the character that follows an empty
+// one.
 std::string CaselessReplacement::ReplaceApart(std::string_view text) const {
     TextSearch search(text, m_find, CaseRule::Ignore);
     std::string out;
@@ -92,7 +93,7 @@ std::string CaselessReplacement::ReplaceApart(std::string_view text) const {
     return out.append(text.substr(copied));
 }
 
-// The end of a replacement may begin the next occurrence.
+// The end of a replacement may start the next occurrence.
 std::string CaselessReplacement::ReplaceChained(std::string_view text) const {
     const Characters source(text, m_reader), replacement(m_replacement, m_reader);
     Stretches out;

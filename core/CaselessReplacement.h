@@ -1,6 +1,7 @@
 #pragma once
 
-/// @file Replacing without regard to case, where each search goes on one character after the place of the last occurrence.
+/// @file Case-insensitive replacement, where each search continues one character after the position of the last
+/// occurrence.
 
 #include <string>
 #include <string_view>
@@ -12,7 +13,7 @@ namespace qv {
 
 class CaselessReplacement {
 public:
-    /// `find` is not empty. Refers to both texts.
+    /// `find` must not be empty. Keeps references to both texts.
     CaselessReplacement(std::string_view find, std::string_view replacement);
 
     std::string Apply(std::string_view text) const;
@@ -24,8 +25,8 @@ private:
     CaseReader m_reader;
     std::string_view m_find, m_replacement;
     PatternAutomaton m_automaton;
-    bool m_endless = false;        // the replacement holds what is sought where the next search would find it
-    std::size_t m_afterwards = 0;  // the automaton's state after the replacement but for its first character
+    bool m_endless = false;        // the replacement contains `find` where the next search would find it
+    std::size_t m_afterwards = 0;  // the automaton's state after the replacement, excluding its first character
 };
 
 }  // namespace qv

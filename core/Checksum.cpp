@@ -11,7 +11,7 @@ using qv::Task;
 
 namespace {
 
-/// What a thread makes of a file; of a large one nothing, which is left to all of them.
+/// A thread's result for a file; empty for a large one, which all threads process together.
 struct Summed {
     std::uint32_t crc = 0;
     std::uint64_t length = 0;
@@ -25,14 +25,14 @@ Summed SumUnlessLarge(const CString& path) {
     return {.crc = crc, .length = file->Length()};
 }
 
-/// The files, a bounded number of them ahead of the one whose turn it is.
+/// The files, including a bounded number read ahead of the current one.
 class FilesAhead {
 public:
     explicit FilesAhead(const CStringArray& paths) : m_paths(paths) {}
 
     unsigned long Next(IChecksums& checksums) {
         constexpr std::size_t kMostAhead = 16;
-        if (m_ahead.size() <= kMostAhead / 2)  // a thread is woken for several
+        if (m_ahead.size() <= kMostAhead / 2)  // wakes a thread for several files at once
             while (m_ahead.size() < kMostAhead && m_started < m_paths.GetSize())
                 m_ahead.push_back(m_executor.Start([&path = m_paths[m_started++]] { return SumUnlessLarge(path); }));
         Task<Summed> next = std::move(m_ahead.front());

@@ -20,7 +20,7 @@ std::string Character(std::size_t code, CodePage page) {
     return text;
 }
 
-// What a collation key says first, before accents and case: the levels of a key are parted by bytes 1.
+// Returns the primary level of a collation key, before accents and case: levels are separated by bytes of value 1.
 std::string FirstLevel(const std::string& character) {
     std::string key;
     platform::AppendCollationKey(character, key);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file A cheap guess at the order of texts in the current locale.
+/// @file A cheap approximation of the current locale's text order.
 
 #include <array>
 #include <cstdint>
@@ -11,22 +11,22 @@
 
 namespace qv {
 
-/// Ranks the characters of European texts by their place in the locale's collation, regardless of case and accents where
-/// the locale disregards them at first. Texts in the order of their ranks are nearly in the locale's order, for a tenth
-/// of what their collation keys cost; who sorts by ranks has to check with the collation itself.
+/// Ranks the characters of European texts by their position in the locale's collation, ignoring case and accents if the
+/// locale's primary level does. Texts sorted by ranks are nearly in the locale's order, at a tenth of the cost of
+/// collation keys; the result must be checked with the collation itself.
 class CollationGuess {
 public:
-    /// For the locale that is current now.
+    /// Uses the current locale.
     CollationGuess();
 
     platform::CodePage Page() const { return m_page; }
 
-    /// Appends a byte for each character that counts.
+    /// Appends a byte for each character with a rank.
     void Append(std::string_view text, std::string& ranks) const;
 
 private:
     static constexpr std::size_t kCharacters =
-        0x180;  // to the end of Latin Extended-A; the whole of a single-byte page
+        0x180;  // to the end of Latin Extended-A; covers a whole single-byte page
 
     std::uint8_t RankAt(std::string_view text, std::size_t position, std::size_t length) const;
 

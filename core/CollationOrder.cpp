@@ -17,12 +17,12 @@
 namespace qv {
 namespace {
 
-// Of whole strings, which end in a zero byte.
+// Of whole zero-terminated strings.
 using Texts = std::span<const std::string_view>;
 using Order = std::vector<std::uint32_t>;
 
-// An order that was found by other means, checked neighbour by neighbour by the collation itself, and what stands wrong
-// merged. So the result is the collation's, whatever the means are worth.
+// Checks an order found by other means, neighbour by neighbour, with the collation itself, and merges the ascending
+// runs. So the result is the collation's order, regardless of the quality of the input.
 class CheckedOrder {
 public:
     CheckedOrder(Texts texts, bool descending)
@@ -32,7 +32,7 @@ public:
 
     static constexpr std::size_t kAnyRuns = static_cast<std::size_t>(-1);
 
-    // Nothing when more than `most` runs would have to be merged.
+    // Returns nullopt if there are more than `most` runs to merge.
     std::optional<Order> Check(Order order, std::size_t most) {
         m_order = std::move(order);
         FindRuns(most);
@@ -53,11 +53,11 @@ private:
         return order == 0 ? a < b : (order < 0) != m_descending;
     }
 
-    // Where the order's ascending parts begin, and its end.
+    // Finds the starts of the order's ascending runs, and its end.
     void FindRuns(std::size_t most) {
         m_runs = {0};
         for (std::size_t i = 1; i < m_order.size() && m_runs.size() <= most; ++i) {
-            // Sorted texts lie anywhere in memory, so they are asked for some steps before they are compared.
+            // Sorted texts are anywhere in memory, so they are prefetched some steps before they are compared.
             constexpr std::size_t near = 4, far = 16;
             if (i + far < m_order.size()) {
                 Prefetch(&m_texts[m_order[i + far]]);
@@ -86,7 +86,7 @@ private:
     std::vector<std::size_t> m_runs;
 };
 
-// Kept for the locale that was asked for last. One that does not fit would only be a bad guess.
+// Cached for the last locale. An outdated one would only be a bad guess.
 std::shared_ptr<const CollationGuess> CurrentGuess() {
     static std::mutex mutex;
     static std::string known;
@@ -127,7 +127,7 @@ Order OldOrder(std::size_t count) {
     return order;
 }
 
-// Making the guess costs more than it saves below the one, making keys below the other.
+// Below these sizes the guess, or keys, cost more than they save.
 constexpr std::size_t kWorthGuessing = 200, kWorthKeys = 8;
 constexpr std::size_t kMostRunsOfGuess = 32;
 

@@ -10,8 +10,8 @@
 
 namespace qv {
 
-/// For each place after sorting the index before it; texts that collate as equal keep their order, descending too. At most
-/// 2^32 - 1 texts.
+/// Returns the permutation that sorts the texts: for each new position the old index. Stable, even if descending. At
+/// most 2^32 - 1 texts.
 std::vector<std::uint32_t> CollationOrder(std::span<const CString* const> strings, bool descending);
 
 }  // namespace qv

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstring>
 
-// On the processors of this family a multiplication without carries folds 16 bytes at a time.
+// On this processor family a carry-less multiplication folds 16 bytes at a time.
 #if defined(__x86_64__) || defined(__i386__)
 #define QV_HAS_FOLDING 1
 #include <immintrin.h>
@@ -15,12 +15,12 @@
 namespace qv {
 namespace {
 
-constexpr std::uint32_t kPolynomial = 0xEDB88320;  // the lowest bit stands for the highest power
+constexpr std::uint32_t kPolynomial = 0xEDB88320;  // the lowest bit is the highest power
 
 constexpr std::size_t kWord = 8, kStrands = 5, kBraid = kWord * kStrands;
 using Table = std::array<std::uint32_t, 256>;
 
-/// tables[n][b] is what byte b comes to when n more bytes follow it.
+/// tables[n][b] is the CRC of byte b followed by n more bytes.
 constexpr std::array<Table, kBraid> MakeTables() {
     std::array<Table, kBraid> tables{};
     for (std::uint32_t byte = 0; byte < 256; ++byte) {
@@ -44,7 +44,7 @@ std::uint64_t Word(const char* data) {
     return word;
 }
 
-/// What the eight bytes of a word come to when so many more follow them.
+/// Returns the CRC of the eight bytes of a word followed by that many more bytes.
 template <std::size_t Following>
 inline std::uint32_t Sum(std::uint64_t word) {
     const Table* const tables = &kTables[Following];
@@ -53,8 +53,8 @@ inline std::uint32_t Sum(std::uint64_t word) {
            tables[1][word >> 48 & 255] ^ tables[0][static_cast<std::uint8_t>(word >> 56)];
 }
 
-/// Every strand takes each fifth word and knows nothing of the others, so that the processor can follow all five at once.
-/// The last braid ties them together.
+/// Each strand processes every fifth word independently, so that the processor can execute all five in parallel. The
+/// last braid combines them.
 std::uint32_t AddBraids(std::uint32_t state, const char* data, std::size_t count) {
     std::uint32_t strands[kStrands] = {state};
     for (; count > 1; data += kBraid, --count) {
@@ -67,7 +67,7 @@ std::uint32_t AddBraids(std::uint32_t state, const char* data, std::size_t count
     return state;
 }
 
-/// Takes and gives the register as it is between two bytes.
+/// Takes and returns the register without the inversions.
 std::uint32_t AddBytes(std::uint32_t state, const char* data, std::size_t size) {
     if constexpr (std::endian::native == std::endian::little) {
         if (const std::size_t braids = size / kBraid) {
@@ -83,7 +83,7 @@ std::uint32_t AddBytes(std::uint32_t state, const char* data, std::size_t size) 
 
 #if QV_HAS_FOLDING
 
-/// x to this power, modulo the polynomial, as the multiplication takes it.
+/// Returns x to this power, modulo the polynomial, in the form used by the multiplication.
 constexpr std::uint64_t PowerOfX(int power) {
     std::uint32_t value = 0x80000000;
     for (int i = 0; i < power; ++i) value = value >> 1 ^ (value & 1 ? kPolynomial : 0);
@@ -96,7 +96,7 @@ QV_FOLDING inline __m128i Load(const char* data) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(data));
 }
 
-/// The factors that carry 16 bytes over a distance.
+/// Returns the factors that advance 16 bytes over a distance.
 template <int Bits>
 QV_FOLDING inline __m128i Over() {
     constexpr auto kHigh = static_cast<long long>(PowerOfX(Bits - 32)),
@@ -104,7 +104,7 @@ QV_FOLDING inline __m128i Over() {
     return _mm_set_epi64x(kHigh, kLow);
 }
 
-/// What 16 bytes come to so much further on, added to the bytes that stand there.
+/// Folds 16 bytes into the bytes that many positions later.
 QV_FOLDING inline __m128i Fold(__m128i from, __m128i over, __m128i to) {
     const __m128i low = _mm_clmulepi64_si128(from, over, 0x00), high = _mm_clmulepi64_si128(from, over, 0x11);
     return _mm_xor_si128(_mm_xor_si128(low, high), to);
@@ -112,8 +112,8 @@ QV_FOLDING inline __m128i Fold(__m128i from, __m128i over, __m128i to) {
 
 constexpr std::size_t kLane = 16, kLanes = 8, kRound = kLane * kLanes;
 
-/// Eight lanes side by side keep the multiplier busy; in the end they are folded into the last one, whose 16 bytes then
-/// stand for all that came before.
+/// Eight parallel lanes keep the multiplier busy; at the end they are folded into the last one, whose 16 bytes then
+/// represent all data so far.
 QV_FOLDING std::uint32_t AddByFolding(std::uint32_t state, const char* data, std::size_t size) {
     if (size < kRound) return AddBytes(state, data, size);
     __m128i lanes[kLanes];
@@ -149,7 +149,7 @@ QV_WIDE_FOLDING inline __m512i FoldWide(__m512i from, __m512i over, const char* 
     return _mm512_ternarylogic_epi64(low, high, _mm512_loadu_si512(to), kXorOfThree);
 }
 
-/// The same with four times the width. What the lanes hold in the end stands for all that came before, too.
+/// Does the same with four times the width. At the end the lanes represent all data so far, too.
 QV_WIDE_FOLDING std::uint32_t AddByWideFolding(std::uint32_t state, const char* data, std::size_t size) {
     if (size < 2 * kWideRound) return AddByFolding(state, data, size);
     __m512i lanes[kWideLanes];
@@ -179,7 +179,7 @@ auto* BestWay() {
 
 #endif
 
-/// The product of two polynomials, modulo the one of the checksum.
+/// Returns the product of two polynomials, modulo that of the checksum.
 std::uint32_t Product(std::uint32_t a, std::uint32_t b) {
     std::uint32_t product = 0;
     for (; a != 0; a <<= 1) {
@@ -194,7 +194,7 @@ std::uint32_t Product(std::uint32_t a, std::uint32_t b) {
 std::uint32_t JoinedCrc32(std::uint32_t first, std::uint32_t second, std::uint64_t secondLength) {
     constexpr std::uint32_t kOne = 0x80000000;
     std::uint32_t shift = kOne;
-    // `power` is x to 8, 16, 32 and so on: what a byte, two, four more make of a register.
+    // `power` is x to 8, 16, 32 and so on: the effect of one, two, four more bytes on a register.
     for (std::uint32_t power = kOne >> 8; secondLength != 0; secondLength >>= 1, power = Product(power, power))
         if (secondLength & 1) shift = Product(shift, power);
     return Product(shift, first) ^ second;

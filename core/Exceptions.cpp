@@ -42,7 +42,7 @@ BOOL CVorbexException::GetErrorMessage(char* text, UINT maximum, UINT*) {
 
 int CVorbexException::ReportError(UINT type, UINT fallbackId) {
     type |= static_cast<UINT>(m_severity);
-    char text[513] = {};  // one byte more than the message may have, so that a long one is ended too
+    char text[513] = {};  // one more than the message may have, so that a long one is terminated too
     if (GetErrorMessage(text, sizeof text - 1)) return AfxMessageBox(text, type);
     return AfxMessageBox(fallbackId ? fallbackId : kNoMessageAvailable, type);
 }

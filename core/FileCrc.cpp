@@ -10,9 +10,9 @@
 namespace qv {
 namespace {
 
-/// So much stays in the processor's own memory between reading and adding up, in few calls of the system.
+/// Fits into the processor's cache between reading and summing, with few system calls.
 constexpr std::size_t kStep = 256 * 1024;
-/// What a thread takes at a time of a large file.
+/// The unit of work of a thread in a large file.
 constexpr std::uint64_t kPiece = 4 << 20;
 constexpr std::uint64_t kLarge = 4 * kPiece;
 
@@ -35,7 +35,7 @@ std::uint32_t FileCrc::Sum() {
     return crc;
 }
 
-/// Shorter only at the end of the file.
+/// The piece is shorter only at the end of the file.
 FileCrc::Piece FileCrc::SumPiece(std::uint64_t position) const {
     const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);
     Piece piece;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The checksum of a file, by one thread or several.
+/// @file The checksum of a file, computed by one or several threads.
 
 #include <functional>
 
@@ -9,17 +9,18 @@
 
 namespace qv {
 
-/// An open file that is summed up. @throws CFileException* from its members.
+/// An open file to be summed. Its members raise CFileException*.
 class FileCrc {
 public:
     explicit FileCrc(const CString& path);
 
-    /// Whether it is worth several threads.
+    /// Returns whether several threads are worthwhile.
     bool IsLarge() const;
     std::uint32_t Sum();
-    /// The same by the threads of the executor too. `read` is called on this thread with the bytes that were read.
+    /// Does the same, also on the threads of the executor. `read` is called on this thread with the number of bytes
+    /// read.
     std::uint32_t Sum(Executor& executor, const std::function<void(std::uint64_t)>& read);
-    /// What Sum has read.
+    /// Returns the number of bytes read by Sum.
     std::uint64_t Length() const { return m_length; }
 
 private:

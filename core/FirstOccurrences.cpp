@@ -14,10 +14,10 @@ struct Slot {
 };
 
 constexpr std::uint32_t kFree = kUnknown;
-// So far ahead the slots of the items to come are fetched: a large table lies in slow memory.
+// Prefetch distance of slots: a large table does not fit into the cache.
 constexpr std::size_t kAhead = 16;
 
-// Open addressing in a table at most half full. The items themselves are only compared where 32 bits of hash agree.
+// Open addressing with a load factor of at most one half. The items are compared only if 32 bits of hash agree.
 template <class Item>
 std::vector<std::uint32_t> Find(std::span<const Item> items, std::size_t known) {
     const HashKey& key = HashKey::OfProcess();

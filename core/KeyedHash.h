@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file Hashes of names and numbers from outside. The key is chosen at random in each process, so that an attacker cannot prepare
-/// items that collide.
+/// @file Hashes of untrusted names and numbers. The key is random per process, so that an attacker cannot prepare items
+/// that collide.
 
 #include <bit>
 #include <cstdint>
@@ -25,7 +25,7 @@ struct HashKey {
     }
 };
 
-/// SipHash with one round a block and three at the end.
+/// SipHash-1-3: one round per block and three at the end.
 class SipHash {
 public:
     explicit SipHash(const HashKey& key)
@@ -85,7 +85,7 @@ inline std::uint64_t KeyedHash(const HashKey& key, std::uint64_t value) {
     return hash.Finish();
 }
 
-/// For the containers of the standard library; keys may be looked up as views.
+/// For standard containers; supports lookup by views.
 struct KeyedTextHash {
     using is_transparent = void;
 
@@ -94,7 +94,7 @@ struct KeyedTextHash {
     }
 };
 
-/// A map by texts from outside.
+/// A map with untrusted text keys.
 template <class Key, class Value>
 using KeyedMap = std::unordered_map<Key, Value, KeyedTextHash, std::equal_to<>>;
 

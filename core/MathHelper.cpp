@@ -69,7 +69,7 @@ double CMathHelper::RoundToDecimalPlaces(double value, int places) {
     const double factor = std::trunc(std::pow(10.0, places));
     const double scaled = value * factor;
     if (factor == 0 || !std::isfinite(scaled)) return value;
-    return (std::trunc(scaled) + 0.0) / factor;  // + 0.0: an integer has no negative zero
+    return (std::trunc(scaled) + 0.0) / factor;  // + 0.0: integers have no negative zero
 }
 
 void CMathHelper::RemoveLessThan(CUIntArray& values, int minimum) {

@@ -12,7 +12,7 @@ PatternSet::PatternSet(const std::vector<Units>& patterns) {
         m_starts[unit] = FindChild(kStart, static_cast<char32_t>(unit));
 }
 
-// In sorted order the patterns that share a start stand side by side: a node is such a range, and its depth.
+// In sorted order the patterns with a common prefix are adjacent: a node is such a range, and its depth.
 void PatternSet::AddNodes(const std::vector<Units>& patterns) {
     std::vector<std::uint32_t> sorted(patterns.size());
     std::iota(sorted.begin(), sorted.end(), 0u);

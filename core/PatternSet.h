@@ -8,14 +8,14 @@
 
 namespace qv {
 
-/// Memory and the time to build it grow in line with the patterns (but for sorting them), the time to search in line with
-/// what is read and found.
+/// Construction is O(n) in time and memory in the size of the patterns (plus sorting them), searching is O(n) in the
+/// input and the matches.
 class PatternSet {
 public:
     using Units = std::vector<char32_t>;
     using State = std::uint32_t;
 
-    /// An empty pattern is found nowhere, and of equal ones only the first.
+    /// An empty pattern never matches, and of equal ones only the first does.
     explicit PatternSet(const std::vector<Units>& patterns);
 
     static constexpr State kStart = 0;
@@ -29,7 +29,7 @@ public:
         }
     }
 
-    /// Calls `visit(index of the pattern)` for each pattern that ends with the unit read last, the longest first.
+    /// Calls `visit(index of the pattern)` for each pattern that ends with the last unit, the longest first.
     template <class Visit>
     void ForEachFound(State state, Visit visit) const {
         if (state != kStart && m_nodes[state].pattern == kNone) state = m_nodes[state].shorter;
@@ -39,13 +39,13 @@ public:
 private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
-    /// What the patterns share from their start on. The children of a node lie side by side, sorted by their unit.
+    /// A common prefix of patterns. The children of a node are adjacent, sorted by their unit.
     struct Node {
-        char32_t unit = 0;              // that leads here
-        std::uint32_t firstChild = 0;   // up to the first child of the next node
-        State fallback = kStart;        // of the longest proper suffix that is a node too
-        State shorter = kStart;         // of the longest one that is a pattern
-        std::uint32_t pattern = kNone;  // that ends here
+        char32_t unit = 0;              // of the edge to this node
+        std::uint32_t firstChild = 0;   // their range ends at the first child of the next node
+        State fallback = kStart;        // of the longest proper suffix that is also a node
+        State shorter = kStart;         // of the longest suffix that is a pattern
+        std::uint32_t pattern = kNone;  // ending here
     };
 
     State Child(State state, char32_t unit) const {
@@ -66,7 +66,7 @@ private:
     void AddNodes(const std::vector<Units>& patterns);
     void LinkNodes();
 
-    std::vector<Node> m_nodes;  // level by level, and one more that ends the last one's children
+    std::vector<Node> m_nodes;  // in level order, and a sentinel that ends the last one's children
     std::array<State, 256> m_starts;
 };
 

@@ -1,11 +1,11 @@
 #pragma once
 
-/// @file Asking for memory some time before it is read.
+/// @file Prefetching of memory.
 
 namespace qv {
 
-/// A hint that the bytes at an address are wanted soon; it may point anywhere. A compiler without it does without. To be
-/// called in the loop itself: compilers take a function that does nothing else for one that does nothing.
+/// Hints that the bytes at an address will be read soon; the address may be invalid. A no-op for compilers without
+/// support. Must be used directly in the loop: compilers discard a function that does nothing else.
 inline void Prefetch([[maybe_unused]] const void* address) {
 #ifdef __GNUC__
     __builtin_prefetch(address);

@@ -8,7 +8,7 @@ namespace qv {
 namespace {
 
 constexpr std::size_t kBudget = 2 << 20, kBudgetPerByte = 16;
-// A whole pass costs a look at every byte, a local one this many for each byte written and looked at.
+// Cost of a byte in a local pass, for each byte written or examined, relative to a whole pass.
 constexpr std::size_t kLocalCost = 32;
 
 }  // namespace
@@ -18,7 +18,7 @@ RepeatedReplacement::RepeatedReplacement(std::string find, std::string replaceme
 
 void RepeatedReplacement::Run(std::string& text) {
     m_budget = kBudget + kBudgetPerByte * text.size();
-    // Single bytes may be halves of characters there, so only whole passes see what may be replaced.
+    // Single bytes may be halves of characters there, so only whole passes find valid matches.
     const bool byCharacters = HasTrailBytes(text);
     std::size_t hit = FindExact(text, m_find);
     while (hit != text.npos && !IsOverBudget()) {
@@ -60,7 +60,7 @@ void RepeatedReplacement::ReplaceLocally(std::string& text) {
     text = chain.Text();
 }
 
-// An occurrence that is new overlaps a replacement, or the place where an empty one stands.
+// A new occurrence overlaps a replacement, or the position of an empty one.
 std::vector<ByteChain::Node> RepeatedReplacement::CandidatesAroundPlaces(std::size_t textSize) const {
     std::vector<Node> candidates;
     std::size_t from = 0;
@@ -72,7 +72,7 @@ std::vector<ByteChain::Node> RepeatedReplacement::CandidatesAroundPlaces(std::si
     return candidates;
 }
 
-// Candidates stand in the order of the text; what this pass has written is not looked at.
+// Candidates are in text order; replacements written by this pass are not examined.
 void RepeatedReplacement::ReplaceCandidates(ByteChain& chain, std::vector<Node>& candidates) {
     ++m_pass;
     std::vector<Node> next;
@@ -111,7 +111,7 @@ void RepeatedReplacement::ReplaceAt(ByteChain& chain, Node node, std::vector<Nod
     m_written += m_replacement.size();
 }
 
-// Writes over the nodes of the occurrence that starts here and returns the node after them.
+// Overwrites the nodes of the occurrence that starts here and returns the node after them.
 ByteChain::Node RepeatedReplacement::WriteReplacement(ByteChain& chain, Node node) {
     const std::size_t shared = std::min(m_find.size(), m_replacement.size());
     for (std::size_t i = 0; i < shared; ++i, node = chain.Next(node)) chain.SetByte(node, m_replacement[i]);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Replacing a text by another until it is found no more.
+/// @file Replacing a text repeatedly until it no longer occurs.
 
 #include <string>
 #include <vector>
@@ -9,11 +9,11 @@
 
 namespace qv {
 
-/// Pass after pass, each from left to right over what the one before has left. After the first passes only the places where
-/// something was replaced are looked at again, as new occurrences can stand nowhere else.
+/// Works in passes, each from left to right over the previous result. After the first passes only the positions of
+/// replacements are examined, as new occurrences cannot be elsewhere.
 class RepeatedReplacement {
 public:
-    /// `find` is not empty and does not stand in `replacement`.
+    /// `find` must not be empty, nor occur in `replacement`.
     RepeatedReplacement(std::string find, std::string replacement);
 
     void Run(std::string& text);
@@ -35,9 +35,8 @@ private:
 
     std::string m_find, m_replacement;
     std::size_t m_written = 0, m_budget = 0;
-    std::vector<std::size_t> m_places;  // of the replacements of the last whole pass
-    std::vector<std::uint32_t>
-        m_stamps;  // the local pass that wrote a node, or put it among the next pass's candidates
+    std::vector<std::size_t> m_places;    // positions of the replacements of the last whole pass
+    std::vector<std::uint32_t> m_stamps;  // the local pass that wrote a node, or made it a candidate of the next pass
     std::uint32_t m_pass = 0;
 };
 

@@ -5,7 +5,7 @@
 CEscapedStringReplacer::~CEscapedStringReplacer() = default;
 
 CString CEscapedStringReplacer::ReplaceEscapes(std::string_view text) {
-    // GetEscapedText may change the markers; this walk keeps those that it started with.
+    // GetEscapedText may change the markers; this loop uses the original ones.
     const CString startFind = m_startFind, endFind = m_endFind;
     if (startFind.IsEmpty()) return text;
     const qv::CaseRule rule = qv::CaseRuleFor(!m_caseSensitive);

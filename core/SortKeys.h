@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Sorting by keys that are computed once.
+/// @file Sorting by precomputed keys.
 
 #include <algorithm>
 #include <cstdint>
@@ -10,26 +10,26 @@
 
 namespace qv {
 
-/// Byte strings that are sorted by their bytes, seven at a time: those that agree so far are the only ones whose next
-/// bytes are looked at. So each byte is read about once, however long the starts are that keys have in common.
+/// Byte strings sorted by their bytes, seven at a time: further bytes are compared only between strings that are equal
+/// so far. So each byte is read about once, regardless of the length of common prefixes.
 class SortKeys {
 public:
-    /// Room for so many keys of so many bytes together.
+    /// Reserves memory for that many keys with that many bytes in total.
     SortKeys(std::size_t count, std::size_t bytes) {
         m_starts.reserve(count + 1);
         m_bytes.reserve(bytes + kPadding);
         m_starts.push_back(0);
     }
 
-    /// The next key is what `append` appends to the string it is given.
+    /// Adds a key: what `append` appends to the given string.
     template <class Append>
     void Add(Append append) {
         append(m_bytes);
         m_starts.push_back(m_bytes.size());
     }
 
-    /// For each place after sorting the index before it. `settle` compares the indexes of two equal keys (< 0, 0, > 0); those
-    /// that it calls equal keep their order, descending too.
+    /// Returns for each sorted position the index before sorting. `settle` compares the indexes of two equal keys (< 0,
+    /// 0, > 0); the order of those that it finds equal is stable, even if descending.
     template <class Settle>
     std::vector<std::uint32_t> Sorted(bool descending, Settle settle) {
         m_bytes.append(kPadding, '\0');
@@ -61,7 +61,7 @@ private:
     using Items = std::vector<Item>;
     using Place = Items::iterator;
 
-    // Neighbours that agree in their first `depth` bytes.
+    // A range of keys whose first `depth` bytes are equal.
     struct Group {
         Place first, last;
         std::size_t depth = 0;
@@ -74,7 +74,7 @@ private:
     }
     bool HasMore(const Item& item, std::size_t depth) const { return Left(item, depth) > kAtOnce; }
 
-    // Seven bytes of the key, the first one highest, above the number of bytes that are left, up to 8.
+    // Returns seven bytes of the key, big-endian, above the number of remaining bytes, up to 8.
     std::uint64_t Word(const Item& item, std::size_t depth) const {
         const char* const bytes = m_bytes.data() + m_starts[item.index] + depth;
         std::uint64_t word = 0;
@@ -112,7 +112,7 @@ private:
         });
     }
 
-    std::string m_bytes;  // the keys, one after the other
+    std::string m_bytes;  // the concatenated keys
     std::vector<std::size_t> m_starts;
 };
 

@@ -7,7 +7,7 @@
 
 namespace qv {
 
-/// CTimeHelper::FileTimeToUnixTime for times of any size: nothing where the zone does not cover it.
+/// CTimeHelper::FileTimeToUnixTime for times of any size: nullopt if the zone does not cover it.
 std::optional<std::int64_t> StandardSeconds(const QvFileTime& time);
 
 }  // namespace qv

@@ -46,7 +46,7 @@ int CStringHelper::StartsWith(std::string_view text, std::string_view prefix, in
 
 int CStringHelper::StartsWith(std::string_view text, std::string_view prefix, CString& rest, int caseSensitive) {
     if (!StartsWith(text, prefix, caseSensitive)) return 0;
-    rest = CString(text.substr(prefix.size()));  // the text may be the string that gets the rest
+    rest = CString(text.substr(prefix.size()));  // the text may be the string that receives the rest
     return 1;
 }
 
@@ -119,7 +119,7 @@ void CStringHelper::CompareContents(const CStringArray& oldTexts, const CStringA
         keptInNew.Add(static_cast<UINT>(found));
         seen[found] = true;
     }
-    // A text stands in the old array exactly if the first of its like was seen.
+    // A text is in the old array exactly if the first equal one was seen.
     for (std::size_t i = 0; i < seen.size(); ++i)
         if (!seen[lookup.FirstLike(i)]) added.Add(static_cast<UINT>(i));
 }

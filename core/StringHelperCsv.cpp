@@ -9,12 +9,12 @@ namespace {
 
 using Texts = std::vector<CString>;
 
-// What ends an unquoted part of a field, or makes a written field need quotes.
+// The bytes that end an unquoted part of a field, or require a written field to be quoted.
 using Marks = qv::ByteSet<',', '"'>;
 
 constexpr std::size_t kFieldsAtOnce = 64;
 
-// The bytes of the fields, a comma after each, without quotes.
+// Returns the size of the fields, each followed by a comma, without quotes.
 std::size_t WrittenSize(const Texts& fields) {
     std::size_t size = fields.size();
     for (const CString& field : fields) size += field.AsStd().size();
@@ -30,7 +30,7 @@ void AppendQuoted(std::string& out, std::string_view field) {
     out += '"';
 }
 
-// Writes a few fields, a comma after each. One look at all of them finds whether any needs quotes.
+// Writes a few fields, each followed by a comma. One scan of all of them finds whether any needs quotes.
 void AppendFields(std::string& out, std::span<const CString> fields) {
     const std::size_t start = out.size();
     qv::TextSink sink(out);
@@ -48,7 +48,8 @@ void AppendFields(std::string& out, std::span<const CString> fields) {
     }
 }
 
-// A comma ends a field when the number of quotes before it is even: two quotes inside a quoted part leave that as it is.
+// A comma ends a field if the number of preceding quotes is even: two quotes inside a quoted part do not change the
+// parity.
 std::size_t CountFields(std::string_view text) {
     std::size_t count = 1;
     bool quoted = false;
@@ -61,7 +62,7 @@ std::size_t CountFields(std::string_view text) {
     return count;
 }
 
-// Takes the marks of a text in their order, and makes fields of what lies between them.
+// Processes the marks of a text in order, and creates fields from the parts between them.
 class FieldReader {
 public:
     FieldReader(std::string_view text, Texts& fields) : m_text(text), m_fields(fields) {}
@@ -93,7 +94,7 @@ private:
         m_begun = false;
     }
 
-    // Adds what is not yet taken, up to `end`, to the field, and passes the byte there.
+    // Appends the pending bytes up to `end` to the field, and skips the byte at `end`.
     void Keep(std::size_t end) {
         const std::string_view part = m_text.substr(m_from, end - m_from);
         m_from = end + 1;

@@ -21,7 +21,7 @@ Flags FirstOnes(const std::vector<std::uint32_t>& first) {
     return kept;
 }
 
-// Moves the flagged items together. Those without a flag, and those past the flags, go.
+// Compacts the flagged items; items without a flag, and those past the flags, are removed.
 template <class Item>
 void Keep(std::vector<Item>& items, const Flags& kept) {
     std::size_t count = 0;

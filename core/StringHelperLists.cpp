@@ -19,7 +19,7 @@ namespace {
 
 using Texts = std::vector<CString>;
 
-// Cuts a text at a separator, and calls `keep` with each piece.
+// Splits a text at a separator, and calls `keep` with each piece.
 class Cutter {
 public:
     Cutter(std::string_view text, std::string_view separator)
@@ -43,7 +43,7 @@ public:
         keep(m_text.substr(from));
     }
 
-    // Looks at the text again for a short separator, and knows nothing of long ones, whose pieces are few.
+    // Scans the text again for a short separator; returns 0 for long ones, whose pieces are few.
     template <class IsKept>
     std::size_t CountPieces(IsKept isKept) const {
         std::size_t count = 0;
@@ -61,7 +61,7 @@ private:
     static constexpr std::size_t kShort = 4;
 
     std::string_view m_text, m_separator;
-    // Few bytes to compare at each place that looks like the separator's start, and no character that it could tear.
+    // Few bytes to compare at each candidate position, and no risk of splitting a character.
     bool m_isShort;
 };
 
@@ -90,7 +90,7 @@ void Append(Texts&& pieces, CStringArray& array) {
         target.insert(target.end(), std::make_move_iterator(pieces.begin()), std::make_move_iterator(pieces.end()));
 }
 
-// Cuts a text at any character of a set.
+// Splits a text at any character of a set.
 class CharacterSplitter {
 public:
     explicit CharacterSplitter(std::string_view separators) : m_page(CurrentCodePage()) {
@@ -128,7 +128,7 @@ private:
     }
 
     CodePage m_page;
-    bool m_bytes[256] = {};  // the bytes that separators begin with
+    bool m_bytes[256] = {};  // the first bytes of separators
     std::unordered_set<std::string_view> m_separators;
 };
 

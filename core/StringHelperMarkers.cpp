@@ -9,7 +9,7 @@ using qv::platform::CharacterLength;
 
 namespace {
 
-// `end` is the last part of the text.
+// `end` must be a suffix of the text.
 void KeepEnd(CString& text, std::string_view end) {
     text.Delete(0, text.GetLength() - static_cast<int>(end.size()));
 }

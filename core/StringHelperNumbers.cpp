@@ -20,15 +20,15 @@ Amount Rebase(const Amount& amount, const CDoubleArray& thresholds, const CStrin
     return {amount.value / thresholds[index], unitNames[index]};
 }
 
-// What is left below the threshold after `count` of it. Rounding may lead astray: a hair below zero, and anywhere when the
-// count has more digits than a double.
+// Returns the remainder below the threshold after `count` times it. Corrects rounding errors: slightly negative
+// results, and arbitrary ones if the count has more digits than a double.
 double Rest(double value, double count, double threshold) {
     const double rest = value - count * threshold;
     if (!(rest > 0)) return 0;
     return rest < threshold ? rest : std::fmod(value, threshold);
 }
 
-// Cut to a whole number, with all its digits, whether an int can hold it or not.
+// Truncates to a whole number, with all its digits, even beyond the range of int.
 CString WholeText(double value) {
     CString text;
     text.Format("%.0f", std::trunc(value) + 0.0);
@@ -90,7 +90,7 @@ CString CStringHelper::RebaseUnits(double value, std::string_view unitName, cons
                                    const CStringArray& unitNames, int decimals, int index) {
     const Amount amount = Rebase({value, unitName}, thresholds, unitNames, index);
     CString text, unit = amount.unit;
-    unit.Replace("%%", "%");  // the unit is part of a format
+    unit.Replace("%%", "%");  // the unit is used in a format
     text.Format("%.*f %s", decimals, amount.value, unit);
     return text;
 }
@@ -107,7 +107,7 @@ CString CStringHelper::ToMultibase(double value, std::string_view baseUnitName, 
                                    const CStringArray& unitNames, int plural) {
     CString text;
     while (std::isfinite(value)) {
-        // Each part leaves less than its threshold, so no threshold comes twice.
+        // Each remainder is less than its threshold, so no threshold is used twice.
         const int index = CMathHelper::GetIndexHighestAtOrUnder(thresholds, value);
         if (index == kNoIndex || !(thresholds[index] > 0)) break;
         const double count = std::floor(value / thresholds[index]);

@@ -10,7 +10,7 @@ using qv::platform::CharacterLength;
 
 namespace {
 
-// The longest start of the text that has at most so many bytes and tears no character, but takes at least one.
+// Returns the longest prefix of at most `width` bytes that splits no character, but at least one character.
 std::size_t WholeCharacters(std::string_view text, std::size_t width) {
     const auto page = qv::platform::CurrentCodePage();
     if (page == qv::platform::CodePage::SingleByte) return std::min(width, text.size());
@@ -24,7 +24,7 @@ std::size_t WholeCharacters(std::string_view text, std::size_t width) {
 }
 
 struct Line {
-    std::size_t length, next;  // what is shown of the text, and where the next line starts
+    std::size_t length, next;  // the visible length, and the start of the next line
 };
 
 Line NextLine(std::string_view text, std::size_t width) {

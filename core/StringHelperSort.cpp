@@ -6,7 +6,7 @@
 
 namespace {
 
-// For each place after sorting the index before it. All orders are stable.
+// For each sorted position the index before sorting. All orders are stable.
 using Order = std::vector<std::uint32_t>;
 
 template <class Texts>
@@ -16,7 +16,7 @@ Order CollationOrder(const Texts& texts, bool descending) {
     return qv::CollationOrder(pointers, descending);
 }
 
-// A value above its index makes one number, and sorting these needs no other comparison.
+// Combines value and index into one number, so that sorting needs no other comparison.
 template <class Values, class Number>
 Order NumberOrder(const Values& values, bool descending, Number number) {
     std::vector<std::uint64_t> keys;
@@ -38,7 +38,7 @@ void Require(const Array& companions, const CStringArray& texts) {
     if (companions.GetSize() < texts.GetSize()) AfxThrowInvalidArgException();
 }
 
-// Items past the order keep their places.
+// Items beyond the order are not moved.
 template <class Array>
 void Arrange(Array& array, const Order& order) {
     auto& items = array.AsStd();
@@ -55,7 +55,7 @@ void Sort(Order (*orderOf)(const CStringArray&, bool), bool descending, CStringA
     (Require(companions, texts), ...);
     const Order order = orderOf(texts, descending);
     Arrange(texts, order);
-    // An array may be its own companion, or the companion twice.
+    // An array may be its own companion, or passed twice.
     std::vector<const void*> arranged{&texts};
     [[maybe_unused]] const auto arrangeOnce = [&](auto& array) {
         if (std::find(arranged.begin(), arranged.end(), &array) != arranged.end()) return;

@@ -29,7 +29,7 @@ std::optional<std::string> ReadHexPairs(std::string_view text) {
     return bytes;
 }
 
-// The bytes that a text is mixed with. They follow from the salt, the key, and the text so far.
+// The bytes that a text is combined with, derived from the salt, the key, and the preceding text.
 class Mask {
 public:
     Mask(unsigned char salt, std::string_view key) {
@@ -44,7 +44,7 @@ private:
     std::uint32_t m_state = 0x5EED1E55;
 };
 
-// A number of the resource, low byte first as the format has it.
+// Reads a little-endian number of the resource.
 unsigned long Number(std::string_view bytes, std::size_t position, std::size_t size) {
     unsigned long number = 0;
     while (size--) number = number << 8 | static_cast<unsigned char>(bytes[position + size]);
@@ -111,7 +111,7 @@ CString CStringHelper::GetVersionString(std::string_view file) {
 }
 
 CString CStringHelper::GetFileVersionAsString(std::string_view file) {
-    constexpr std::size_t kMost = 8, kLeast = 12;  // where the two double words of the file's version stand
+    constexpr std::size_t kMost = 8, kLeast = 12;  // positions of the two double words of the file version
     const std::string fixed = VersionResource(std::string(file)).Value("\\");
     CString text;
     if (fixed.size() >= kLeast + 4)

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view kSafePunctuation = "!'()*-./:_~", kPathPunctuation = "-._~/", kFileProtocol = "file:";
 
-// What stands for the "%" at this position, and how many bytes that takes.
+// The replacement of the "%" at this position, and the number of bytes replaced.
 struct UnescapeStep {
     char byte;
     std::size_t length;

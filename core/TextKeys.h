@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Looking up the texts of arrays in one another.
+/// @file Looking up the texts of one array in another.
 
 #include <span>
 #include <string>
@@ -13,8 +13,8 @@
 
 namespace qv {
 
-/// What texts are compared by: themselves, or their lower-case forms, which are kept here. The arrays have to stay as they
-/// are.
+/// The comparison keys of texts: the texts themselves, or their lower-case forms, which are stored here. The arrays
+/// must not change meanwhile.
 class TextKeys {
 public:
     explicit TextKeys(bool noCase) : m_noCase(noCase) {}
@@ -26,7 +26,7 @@ public:
             m_views.insert(m_views.end(), texts.begin(), texts.end());
     }
 
-    /// The texts in the order added.
+    /// Returns the texts in insertion order.
     std::span<const std::string_view> All() {
         if (m_noCase) m_views.clear();
         m_views.reserve(m_ends.size());
@@ -51,12 +51,12 @@ private:
     }
 
     bool m_noCase;
-    std::string m_lower;  // one text behind the other
+    std::string m_lower;  // the concatenated texts
     std::vector<std::size_t> m_ends;
     std::vector<std::string_view> m_views;
 };
 
-/// The elements of an array, looked up in another one.
+/// Looks up the elements of an array in another one.
 class TextLookup {
 public:
     TextLookup(const CStringArray& texts, const CStringArray& wanted, bool noCase) : m_count(texts.AsStd().size()) {
@@ -69,9 +69,9 @@ public:
     static constexpr std::size_t kNowhere = kUnknown;
 
     std::size_t WantedCount() const { return m_first.size() - m_count; }
-    /// The index of the first element of `texts` equal to element `i` of `wanted`; kNowhere if there is none.
+    /// Returns the index of the first element of `texts` equal to element `i` of `wanted`; kNowhere if not found.
     std::size_t Find(std::size_t i) const { return m_first[m_count + i]; }
-    /// The index of the first element of `texts` equal to element `i` of the same array.
+    /// Returns the index of the first element of `texts` equal to element `i` of the same array.
     std::size_t FirstLike(std::size_t i) const { return m_first[i]; }
 
 private:

@@ -17,13 +17,13 @@ unsigned char ByteAt(std::string_view text, std::size_t position) {
     return static_cast<unsigned char>(text[position]);
 }
 
-// The common bytes of texts, the most common first; an occurrence is recognised by bytes that are not among them.
+// Bytes by frequency in texts, the most common first; occurrences are detected by rare bytes.
 std::size_t Rarity(unsigned char upper) {
     constexpr std::string_view common = " ETAOINSRHLDCUMFPGWYBVK.,-0\n\r\t1";
     return std::min(common.find(static_cast<char>(upper)), common.size());
 }
 
-// The characters beyond ASCII that are ASCII letters in upper case: U+0131 is I, U+017F is S. No others exist.
+// The non-ASCII characters that are ASCII letters in upper case: U+0131 is I, U+017F is S. No others exist.
 bool HasLongLetter(std::string_view utf8) {
     return utf8.find("\xC4\xB1") != utf8.npos || utf8.find("\xC5\xBF") != utf8.npos;
 }
@@ -40,7 +40,7 @@ TextSearch::TextSearch(std::string_view text, std::string_view find, CaseRule ru
     m_longLetters = m_byBytes && MayHoldLongLetters();
 }
 
-// Bytes will do where they are characters, and for an ASCII text in UTF-8. Elsewhere a trail byte may look like a letter.
+// Bytes suffice if they are characters, and for an ASCII text in UTF-8. Otherwise a trail byte may look like a letter.
 bool TextSearch::PrepareAnchors() {
     const bool asciiInUtf8 = m_reader.Page() == CodePage::Utf8 && m_reader.Bytes().complete && ascii::IsAscii(m_find);
     if (!m_reader.IsByBytes() && !asciiInUtf8) return false;
@@ -91,7 +91,7 @@ Occurrence TextSearch::Find(std::size_t from) {
     return FindByAutomaton(from);
 }
 
-// Goes window by window, so that what is looked for beyond the bytes is looked for near the occurrence only.
+// Works window by window, so that the slower checks are limited to the neighbourhood of the occurrence.
 Occurrence TextSearch::FindByBytes(std::size_t from) {
     const std::size_t size = m_find.size();
     if (!m_longLetters) {
@@ -102,7 +102,7 @@ Occurrence TextSearch::FindByBytes(std::size_t from) {
         const std::size_t end = std::min(from + kWindow, m_text.size());
         const std::size_t found = ScanFor(from, end);
         if (!m_byBytes) return {};
-        // An occurrence that starts earlier takes at most two bytes for each of the text sought.
+        // An earlier occurrence takes at most two bytes for each byte of `find`.
         const std::size_t reach = (found == kNowhere ? end : found) + 2 * size;
         if (HasLongLetter(m_text.substr(from, reach - from))) {
             m_byBytes = false;
@@ -113,8 +113,8 @@ Occurrence TextSearch::FindByBytes(std::size_t from) {
     return {};
 }
 
-// The first occurrence that starts from `from` to before `limit`. Gives up m_byBytes when comparing costs more than it
-// may: then most bytes of both texts are alike.
+// Returns the first occurrence that starts between `from` and `limit`, exclusive. Clears m_byBytes if comparisons
+// become too expensive: most bytes of both texts are then alike.
 std::size_t TextSearch::ScanFor(std::size_t from, std::size_t limit) {
     if (m_text.size() < m_find.size()) return kNowhere;
     limit = std::min(limit, m_text.size() - m_find.size() + 1);

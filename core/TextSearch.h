@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The one search behind everything that finds texts with or without regard to case.
+/// @file The common implementation of case-sensitive and case-insensitive searches.
 
 #include <optional>
 #include <string>
@@ -13,7 +13,7 @@
 
 namespace qv {
 
-/// Where a text was found. Without regard to case an occurrence may be longer or shorter than the text sought.
+/// A match. If case is ignored, it may be longer or shorter than the search text.
 struct Occurrence {
     std::size_t position = std::string_view::npos;
     std::size_t length = 0;
@@ -22,20 +22,20 @@ struct Occurrence {
     std::size_t End() const { return position + length; }
 };
 
-/// Walks through the occurrences of one text in another. All calls together take time linear in both texts, however
-/// they look. Refers to both texts; they have to stay as they are.
+/// Iterates over the occurrences of one text in another. All calls together are O(n) in both texts, for any input.
+/// Keeps references to both texts, which must not change.
 class TextSearch {
 public:
     TextSearch(std::string_view text, std::string_view find, CaseRule rule);
 
-    /// The first occurrence at or after `from`, which must not be lower than in the call before. An empty `find` stands
-    /// everywhere, the end of the text included.
+    /// Returns the first occurrence at or after `from`, which must not decrease between calls. An empty `find` matches
+    /// everywhere, including the end of the text.
     Occurrence Find(std::size_t from);
 
 private:
     static constexpr std::size_t kNowhere = std::string_view::npos;
 
-    /// A byte of the text sought that an occurrence is recognised by, and the one or two bytes that stand for it.
+    /// A byte of the search text used to detect an occurrence, and its one or two variants.
     struct Anchor {
         std::size_t offset = 0;
         unsigned char one = 0, other = 0;
@@ -54,18 +54,18 @@ private:
 
     std::string_view m_text, m_find;
     CaseReader m_reader;
-    std::optional<ExactSearch> m_exact;  // instead of all that follows, where case counts
+    std::optional<ExactSearch> m_exact;  // replaces everything below for case-sensitive searches
 
-    // While m_byBytes holds, an occurrence is looked for by its anchors; m_upper is what its bytes are in upper case.
+    // While m_byBytes is set, occurrences are detected by their anchors; m_upper maps bytes to upper case.
     bool m_byBytes = false;
     bool m_longLetters = false;
     std::string m_upper;
     Anchor m_first, m_second;
-    std::size_t m_origin = kNowhere, m_compared = 0;  // when more is compared than passed, the automaton takes over
+    std::size_t m_origin = kNowhere, m_compared = 0;  // if more is compared than skipped, the automaton takes over
 
     std::optional<PatternAutomaton> m_automaton;
     std::size_t m_read = 0, m_state = 0, m_count = 0;
-    std::vector<std::size_t> m_starts;  // of the last characters read, a ring
+    std::vector<std::size_t> m_starts;  // of the last characters read, a ring buffer
     Occurrence m_last;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Building a text of many short pieces.
+/// @file Building a text from many short pieces.
 
 #include <cstddef>
 #include <cstring>
@@ -9,13 +9,13 @@
 
 namespace qv {
 
-/// Gathers pieces and appends them to a string some KB at a time, which spares a call for each.
+/// Buffers pieces and appends them to a string some KB at a time, which saves a call for each.
 ///
-/// The place where the next piece goes is a variable of the caller's, so that the compiler can keep it in a register: it
-/// begins as Begin(), goes through each Append, and ends in Flush.
+/// The write position is a variable of the caller, so that the compiler can keep it in a register: it is initialized by
+/// Begin(), updated by each Append, and finally passed to Flush.
 class TextSink {
 public:
-    /// The string has to outlive the sink.
+    /// The string is not owned; it must outlive the sink.
     explicit TextSink(std::string& out) : m_out(out) {}
     TextSink(const TextSink&) = delete;
     TextSink& operator=(const TextSink&) = delete;
@@ -36,7 +36,7 @@ public:
         return at + 1;
     }
 
-    /// Brings the string up to date and returns Begin().
+    /// Appends the buffered pieces to the string and returns Begin().
     char* Flush(const char* at);
 
 private:
@@ -48,7 +48,7 @@ private:
 
     char* AppendLong(char* at, std::string_view text);
 
-    // Two copies of N bytes, from the piece's start and to its end, for a piece of N to 2 N bytes.
+    // Copies N bytes twice, from the piece's start and to its end, for a piece of N to 2 N bytes.
     template <std::size_t N>
     static void CopyEnds(char* to, const char* from, std::size_t size) {
         char first[N], last[N];

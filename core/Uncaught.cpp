@@ -23,8 +23,8 @@ std::string TextOf(const _com_error& error) {
     return description.IsEmpty() ? error.ErrorMessage() : description.AsStd();
 }
 
-/// The message of the exception in flight; empty when the user has been informed already. nullopt when its type carries no
-/// message, and when no exception is in flight.
+/// Returns the message of the exception in flight; empty if the user has already been informed. nullopt if its type has
+/// no message, and if no exception is in flight.
 std::optional<std::string> UncaughtText() try {
     const std::exception_ptr raised = std::current_exception();
     if (!raised) return std::nullopt;

@@ -12,19 +12,19 @@ namespace {
 
 constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
 
-// Of one of the escapes, which are numbered by their two digits.
+// Returns the byte of an escape, which is numbered by its two digits.
 char ByteOf(std::size_t escape) {
     const char high = kDigits[escape / kDigits.size()], low = kDigits[escape % kDigits.size()];
     return static_cast<char>(HexDigitValue(high) << 4 | HexDigitValue(low));
 }
 
-// Decoding such a byte may put a new escape together.
+// Decoding such a byte may form a new escape.
 bool MayJoinEscape(char c) {
     return c == '%' || IsHexDigit(c);
 }
 
-// The general walk. Occurrences are kept in a list for each of the 22 * 22 escapes, so that no search is repeated; an entry
-// that no longer holds is found out when the list is used.
+// The general algorithm. Occurrences are kept in a list for each of the 22 * 22 escapes, so that no search is repeated;
+// outdated entries are detected when the list is used.
 class UrlDecoder {
 public:
     explicit UrlDecoder(std::string_view text) : m_chain(text), m_passed(text.size() + 1), m_taken(text.size() + 1) {
@@ -42,7 +42,7 @@ public:
 private:
     using Node = ByteChain::Node;
 
-    // The number of the escape that begins here.
+    // Returns the number of the escape that begins here.
     std::optional<std::size_t> EscapeAt(Node node) const {
         if (node == ByteChain::kEnd || m_chain.Byte(node) != '%') return std::nullopt;
         const Node first = m_chain.Next(node), second = m_chain.Next(first);
@@ -61,7 +61,7 @@ private:
         return m_chain.Next(node);
     }
 
-    // Returns what then stands at the position where `at` stood: further on by two for each escape decoded before it.
+    // Returns the node now at the former position of `at`: two further on for each escape decoded before it.
     Node DecodeEverywhere(std::size_t escape, Node at) {
         std::size_t shifted = 0;
         for (const Node node : TakePlaces(escape)) {

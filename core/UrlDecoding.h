@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Taking "%" escapes out of a text.
+/// @file Decoding of "%" escapes.
 
 #include <string>
 #include <string_view>
@@ -8,7 +8,7 @@
 namespace qv {
 
 /// For each "%" from left to right: if two hexadecimal digits follow, every occurrence of those three bytes in the text
-/// becomes the byte that they stand for, and the walk goes on at the same position. Takes time in line with the text.
+/// is replaced by the encoded byte, and decoding continues at the same position. O(n).
 std::string DecodeUrl(std::string_view text);
 
 }  // namespace qv
