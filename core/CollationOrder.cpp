@@ -28,7 +28,7 @@ public:
     CheckedOrder(Texts texts, bool descending)
         : m_texts(texts),
           m_descending(descending),
-          m_plain(platform::CollatesAsItIs() && std::none_of(texts.begin(), texts.end(), HasZero)) {}
+          m_plain(platform::CollatesInCodePage() && std::none_of(texts.begin(), texts.end(), HasZero)) {}
 
     static constexpr std::size_t kAnyRuns = static_cast<std::size_t>(-1);
 

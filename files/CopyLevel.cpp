@@ -102,8 +102,8 @@ bool CCopyTree::Level::Open() {
     m_opened = OpenTarget();
     Report(m_opened, m_paths->target);
     if (m_parent && m_depth >= kHeldOpen) {
-        if (source.ok()) m_parent->m_from.LetGo();
-        if (m_to.GetBody()) m_parent->m_to.LetGo();
+        if (source.ok()) m_parent->m_from.Suspend();
+        if (m_to.GetBody()) m_parent->m_to.Suspend();
     }
     Report(source, m_paths->source);
     return true;
@@ -153,9 +153,9 @@ Status CCopyTree::Level::OpenSource() {
 /// Gives the level above its folders back.
 void CCopyTree::Level::Close() {
     if (!m_parent || m_depth < kHeldOpen) return;
-    if (m_from.GetBody()) Report(m_parent->m_from.TakeBack(m_from), m_paths->source);
+    if (m_from.GetBody()) Report(m_parent->m_from.Resume(m_from), m_paths->source);
     if (!m_to.GetBody()) return;
-    m_parent->m_opened = m_parent->m_to.TakeBack(m_to);
+    m_parent->m_opened = m_parent->m_to.Resume(m_to);
     Report(m_parent->m_opened, m_paths->target);
 }
 

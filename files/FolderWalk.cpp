@@ -54,7 +54,7 @@ void FolderWalk::Enter(Place&& place, Visit&& visit, const Place* parent) {
     for (FolderEntry& entry : visit.entries)
         if (entry.kind == EntryKind::Folder) place.subfolders.push_back({std::move(entry), {}});
     m_places.push_back(std::move(place));
-    if (m_places.size() > kHeldOpen) m_places[m_places.size() - kHeldOpen - 1].folder.LetGo();
+    if (m_places.size() > kHeldOpen) m_places[m_places.size() - kHeldOpen - 1].folder.Suspend();
 }
 
 /// Opens the folders that come after the next one, as long as their parent is open for sure.
@@ -101,7 +101,7 @@ void FolderWalk::Leave() {
     if (m_places.empty()) return OnEnd(left);
     Place& parent = m_places.back();
     m_path.resize(parent.pathLength);
-    const Status status = parent.folder.TakeBack(left.folder);
+    const Status status = parent.folder.Resume(left.folder);
     left.folder.Close();
     if (status.ok())
         OnLeave(parent, left.entry);

@@ -96,7 +96,7 @@ bool CLockFile::TryOnce() {
                             CFile::modeFolderAccess | CFile::modeNoInherit;
     m_locked = m_file.Open(m_path, kFlags, &m_lockException);
     // Where that fails, the lock ends with this process, as without being asked for.
-    if (m_locked && m_inheritable) qv::platform::LetChildrenKeep(m_file.GetHandle()).IgnoreError();
+    if (m_locked && m_inheritable) qv::platform::AllowInheritance(m_file.GetHandle()).IgnoreError();
     if (m_locked)
         WriteLockedBy();
     else
@@ -141,7 +141,7 @@ bool CLockFile::LockFor(UINT patience, ILockObserver* observer) {
 }
 
 void CLockFile::CloseLock() {
-    qv::platform::LetChildrenDrop(m_file.GetHandle());
+    qv::platform::RevokeInheritance(m_file.GetHandle());
     m_file.CloseAndRemove();
 }
 

@@ -42,7 +42,7 @@ public:
         if (size < 4 * kStep || m_executor.Threads() == 0) return;
         m_task = m_executor.Start([this, memory, size] {
             for (std::size_t at = 0; at < size && !m_stop; at += kStep)
-                if (!qv::platform::ProvideMemory(memory + at, std::min(kStep, size - at))) return false;
+                if (!qv::platform::PopulateMemory(memory + at, std::min(kStep, size - at))) return false;
             return true;
         });
     }
@@ -63,7 +63,7 @@ private:
 void ReadInto(std::string& text, CFile& file, std::size_t size) {
     constexpr std::size_t kStep = 256 * 1024;
     text.reserve(size);
-    qv::platform::ExpectWriting(text.data(), size);
+    qv::platform::AdviseLargePages(text.data(), size);
     const MemoryAhead ahead(text.data(), size);
     const auto buffer = std::make_unique_for_overwrite<char[]>(std::min(size, kStep));
     while (text.size() < size) {
@@ -99,7 +99,7 @@ void Append(CStdioFile& file, const CString& line) {
     try {
         file.WriteString(line);
         file.Seek(0, CFile::current);  // hands it to the system
-        qv::ThrowIfFailed(qv::platform::HandToServer(file.GetHandle()), file.GetFilePath());
+        qv::ThrowIfFailed(qv::platform::FlushToServer(file.GetHandle()), file.GetFilePath());
     } catch (CFileException*) {
         Try([&] { file.SetLength(end); });
         throw;

@@ -50,14 +50,14 @@ void AppendPieceKey(const std::string& piece, std::string& key) {
 }  // namespace
 
 int Collate(std::string_view a, std::string_view b) {
-    if (!CollatesAsItIs()) return CollatePieces(ForCollation(a), ForCollation(b));
+    if (!CollatesInCodePage()) return CollatePieces(ForCollation(a), ForCollation(b));
     if (HasZero(a) || HasZero(b)) return CollatePieces(a, b);
     return std::strcoll(std::string(a).c_str(), std::string(b).c_str());
 }
 
 std::size_t AppendCollationKey(std::string_view text, std::string& key) {
     const std::size_t before = key.size();
-    const bool asItIs = CollatesAsItIs();
+    const bool asItIs = CollatesInCodePage();
     const std::string converted = asItIs ? std::string() : ForCollation(text);
     Pieces pieces(asItIs ? text : converted);
     AppendPieceKey(pieces.Next(), key);

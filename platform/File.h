@@ -31,7 +31,7 @@ Status SeekTo(FileHandle handle, std::int64_t offset, SeekFrom from, std::uint64
 Status SeekToServerEnd(FileHandle handle, std::uint64_t& position);
 /// On a network file system, passes what was written to the server, where other machines can see it. No-op on local
 /// file systems.
-Status HandToServer(FileHandle handle);
+Status FlushToServer(FileHandle handle);
 Status LengthOf(FileHandle handle, std::uint64_t& length);
 /// Truncates the file, or extends it with zero bytes; the position is then its end.
 Status Resize(FileHandle handle, std::uint64_t length);

@@ -59,10 +59,10 @@ public:
     /// Lets entries be deleted if the folder's own permissions prevent it. No-op on Windows.
     Status AllowRemoval() const;
 
-    /// Closes the system's handle temporarily, and reopens the same folder as the parent of one in it. Fails if that
-    /// one was moved elsewhere. No-op on Windows, where trees are not deep enough to run out of handles.
-    void LetGo();
-    Status TakeBack(const Folder& child);
+    /// Suspend closes the system's handle temporarily; Resume reopens the same folder as the parent of `child`, and
+    /// fails if that was moved elsewhere. No-ops on Windows, where trees are not deep enough to run out of handles.
+    void Suspend();
+    Status Resume(const Folder& child);
 
     /// The system's state of an open folder, null before Open: FolderBody.h of each system defines it, only for
     /// implementations of this layer.

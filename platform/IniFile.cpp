@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "platform/AtomicFile.h"
+#include "platform/FileLock.h"
 #include "platform/FileOpen.h"
 #include "platform/FileStatus.h"
-#include "platform/FileTurn.h"
 
 namespace qv::platform {
 namespace {
@@ -66,16 +66,16 @@ Status ReplaceText(const std::string& path, const std::string& text) {
 }  // namespace
 
 Status ReadIniFile(const std::string& path, std::string& text) {
-    FileTurn turn;
+    FileLock lock;
     // The text may be read without a lock: users who cannot create files in the folder cannot take one.
-    turn.Take(LinkTarget(path.c_str()), TurnKind::Read).IgnoreError();
+    lock.Take(LinkTarget(path.c_str()), FileLockKind::Read).IgnoreError();
     return ReadOpened(path, text);
 }
 
 Status ChangeIniFile(const std::string& path, const std::function<std::string(std::string text)>& change) {
     const std::string target = LinkTarget(path.c_str());
-    FileTurn turn;
-    if (const Status taken = turn.Take(target, TurnKind::Write); !taken.ok()) return taken;
+    FileLock lock;
+    if (const Status taken = lock.Take(target, FileLockKind::Write); !taken.ok()) return taken;
     std::string text;
     if (const Status read = ReadOpened(target, text); !read.ok()) return read;
     const std::string changed = change(text);

@@ -16,15 +16,15 @@ struct ChildProcess {
 };
 
 /// Starts a program, without a shell. A name without a separator is searched for as the system does (PATH). Standard
-/// streams without a pipe are shared with this program. The child inherits files passed to LetChildrenKeep; on Windows
+/// streams without a pipe are shared with this program. The child inherits files passed to AllowInheritance; on Windows
 /// no other handle of this program, on Linux also descriptors that are marked inheritable.
 Status StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput, bool pipeOutput,
                     ChildProcess& child);
 
-/// Lets child programs started from now on inherit an open file, until LetChildrenDrop, which must be called before the
-/// file is closed. Thread-safe.
-Status LetChildrenKeep(FileHandle file);
-void LetChildrenDrop(FileHandle file);
+/// Lets child programs started from now on inherit an open file, until RevokeInheritance, which must be called before
+/// the file is closed. Thread-safe.
+Status AllowInheritance(FileHandle file);
+void RevokeInheritance(FileHandle file);
 
 /// Waits until the program ends and frees its record; must be called once. A program terminated by a signal on Linux
 /// gives 128 plus the signal's number.

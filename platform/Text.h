@@ -65,7 +65,7 @@ int Collate(std::string_view a, std::string_view b);
 std::size_t AppendCollationKey(std::string_view text, std::string& key);
 
 /// Whether the C library's collation accepts texts in the process's code page, or else the text to pass to it.
-bool CollatesAsItIs();
+bool CollatesInCodePage();
 std::string ForCollation(std::string_view text);
 
 /// Convert to and from UTF-16. Characters that the target cannot represent become "?".

@@ -12,7 +12,7 @@ void HandOver(qv::platform::DesktopVerb verb, const CString& document) {
     qv::platform::FileInfo info;
     qv::ThrowIfFailed(qv::platform::StatusOf(document, info), document);
     std::string problem;
-    if (!qv::platform::HandToDesktop(verb, qv::platform::FullPath(document), problem))
+    if (!qv::platform::RunDesktopVerb(verb, qv::platform::FullPath(document), problem))
         ThrowQvException(document + ": " + problem, 48, 0, 0);
 }
 

@@ -1,9 +1,9 @@
 #include "qvcommon/ReadWriteLock.h"
 
-#include "threads/Turn.h"
+#include "threads/EventCount.h"
 #include "threads/WordLock.h"
 
-struct CReadWriteLock::Lock : qv::WordLock<std::atomic<std::uint64_t>, qv::Turn> {};
+struct CReadWriteLock::Lock : qv::WordLock<std::atomic<std::uint64_t>, qv::EventCount> {};
 
 CReadWriteLock::CReadWriteLock() : m_lock(std::make_shared<Lock>()) {}
 

@@ -52,14 +52,14 @@ namespace qv {
 /// which continue a release sequence: a writer sees what every reader before it has done, not only the last one. An
 /// initial load is relaxed since its value is only a guess that the exchange checks. Announcing a wait and waking need
 /// no order of their own: they protect only the word, and exchanges of one atomic always find its latest value. The
-/// order between the word and a turn is the turn's: a waiting thread reads the turn before the word, a waking thread
-/// changes the word before it ends the turn. A thread that reads a word from before the change has therefore read a
-/// turn that will end, or has ended since.
+/// order between the word and an event count is that of the event count: a waiting thread reads the count before the
+/// word, a waking thread changes the word before it advances the count. A thread that reads a word from before the
+/// change has therefore read a count that will be advanced, or has been since.
 ///
 /// @tparam AtomicWord  std::atomic<std::uint64_t>, or a test's replacement that executes the steps one by one.
-/// @tparam TurnNumber  Turn, likewise.
+/// @tparam EventCounter  EventCount, likewise.
 /// @tparam kReaderBits  the size of the readers' field: 2 to 32.
-template <class AtomicWord, class TurnNumber, int kReaderBits = 32>
+template <class AtomicWord, class EventCounter, int kReaderBits = 32>
 class WordLock {
     static_assert(kReaderBits >= 2 && kReaderBits <= 32, "the last of a full lock's readers must not be the only one");
 
@@ -130,13 +130,13 @@ private:
     // free.
     [[gnu::noinline]] void WaitToRead() {
         for (;;) {
-            const std::uint64_t turn = m_readersTurn.Now();
+            const std::uint64_t count = m_readersEvent.Count();
             Word word = m_word.load(std::memory_order_relaxed);
             if (!(word & kClosedToReaders)) {
                 if (m_word.compare_exchange_weak(word, word + kReader, std::memory_order_acquire)) return;
             } else if (word & kReadersWait ||
                        m_word.compare_exchange_weak(word, word | kReadersWait, std::memory_order_relaxed)) {
-                m_readersTurn.WaitFor(turn);
+                m_readersEvent.WaitWhile(count);
             }
         }
     }
@@ -144,7 +144,7 @@ private:
     [[gnu::noinline]] void WaitToWrite() {
         Word own = 0;  // this thread's contribution to the word
         for (int woken = 0;;) {
-            const std::uint64_t turn = m_writersTurn.Now();
+            const std::uint64_t count = m_writersEvent.Count();
             Word word = m_word.load(std::memory_order_relaxed);
             if (!(word & kTaken) && (own || !(word & kQueueing))) {
                 const Word taken = ((word - own) & ~kWriterWoken) | kWriter;
@@ -157,7 +157,7 @@ private:
                 if (m_word.compare_exchange_weak(word, word | kQueueing, std::memory_order_relaxed)) own += kQueueing;
             } else {
                 ++woken;
-                m_writersTurn.WaitFor(turn);
+                m_writersEvent.WaitWhile(count);
             }
         }
     }
@@ -167,7 +167,7 @@ private:
         Word word = m_word.load(std::memory_order_relaxed);
         while (word & kWaitingWriters && !(word & (kWriterWoken | kTaken))) {
             if (!m_word.compare_exchange_weak(word, word | kWriterWoken, std::memory_order_relaxed)) continue;
-            m_writersTurn.EndForOne();
+            m_writersEvent.NotifyOne();
             return;
         }
     }
@@ -177,13 +177,13 @@ private:
         Word word = m_word.load(std::memory_order_relaxed);
         while (word & kReadersWait && !(word & kClosedToReaders)) {
             if (!m_word.compare_exchange_weak(word, word & ~kReadersWait, std::memory_order_relaxed)) continue;
-            m_readersTurn.EndForAll();
+            m_readersEvent.NotifyAll();
             return;
         }
     }
 
     AtomicWord m_word = 0;
-    TurnNumber m_readersTurn = {}, m_writersTurn = {};
+    EventCounter m_readersEvent = {}, m_writersEvent = {};
 };
 
 }  // namespace qv

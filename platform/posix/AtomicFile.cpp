@@ -52,7 +52,7 @@ bool ClaimName(int file, int folder, const char* name) {
 
 /// Network file systems, quotas and user-space file systems report on close what they cannot store. Closing a duplicate
 /// triggers that while the target is still the old file.
-Status HandOver(int file) {
+Status FlushToFileSystem(int file) {
     const auto duplicate = sys::fcntl(file, F_DUPFD_CLOEXEC, 0);
     return duplicate.ok() ? UniqueFd(duplicate).Close() : duplicate.status();
 }
@@ -183,7 +183,7 @@ Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     UniqueFd existing;  // claimed until the new version is in place, whose attributes are synced with its data
     if (ifExists == IfExists::Update)
         if (const Status claimed = ClaimTarget(existing); !claimed.ok()) return claimed;
-    if (const Status handedOver = HandOver(file.Get()); !handedOver.ok()) return handedOver;
+    if (const Status flushed = FlushToFileSystem(file.Get()); !flushed.ok()) return flushed;
     UniqueFd openedFolder;
     if (durability == Durability::Synced) {
         if (const Status flushed = FlushToDisk(file.Get()); !flushed.ok()) return flushed;

@@ -118,7 +118,7 @@ std::string FolderOf(const std::string& native) {
 
 }  // namespace
 
-bool HandToDesktop(DesktopVerb verb, const std::string& path, std::string& problem) {
+bool RunDesktopVerb(DesktopVerb verb, const std::string& path, std::string& problem) {
     const std::string native = NativePath(path);
     switch (verb) {
         case DesktopVerb::Open: return Succeeds("xdg-open", {native}, problem);

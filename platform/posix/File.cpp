@@ -80,7 +80,7 @@ Status SeekToServerEnd(FileHandle handle, std::uint64_t& position) {
     return SeekTo(handle, end, SeekFrom::Begin, position);
 }
 
-Status HandToServer(FileHandle handle) {
+Status FlushToServer(FileHandle handle) {
     return IsLocal(handle) ? Status() : FlushToDisk(handle);
 }
 

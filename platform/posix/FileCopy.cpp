@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "platform/AtomicFile.h"
-#include "platform/posix/sharing/OpenInTurn.h"
+#include "platform/posix/sharing/OpenShared.h"
 
 namespace qv::platform {
 namespace {
@@ -94,7 +94,7 @@ Status ReplaceUnused(AtomicFile& copy, const Location& to) {
     const bool exists = sys::fstatat(to.folder, to.name.c_str(), &target, 0).ok();
     if (exists && !S_ISREG(target.st_mode)) return NoFile(target);
     UniqueFd held;
-    const auto opened = OpenInTurn(to, {.write = true, .denyWrite = true, .noLink = true}, held);
+    const auto opened = OpenShared(to, {.write = true, .denyWrite = true, .noLink = true}, held);
     const bool free = opened.ok() || opened.error() == ENOENT || opened.error() == ELOOP;
     return free ? copy.Commit(IfExists::Replace, Durability::Deferred) : to.StatusOf(opened);
 }
@@ -106,7 +106,7 @@ Status OpenSource(const Location& from, LastName lastName, UniqueFd& file) {
     if (!asked.ok()) return from.StatusOf(asked);
     if (S_ISLNK(source.st_mode)) return Status::OfError(ELOOP);
     if (!S_ISREG(source.st_mode)) return NoFile(source);
-    return from.StatusOf(OpenInTurn(from, {.read = true, .noLink = noLink}, file));
+    return from.StatusOf(OpenShared(from, {.read = true, .noLink = noLink}, file));
 }
 
 /// `create` creates the new file beside the target.

@@ -4,13 +4,13 @@
 
 #include "platform/Path.h"
 #include "platform/posix/SameFile.h"
-#include "platform/posix/sharing/OpenInTurn.h"
+#include "platform/posix/sharing/OpenShared.h"
 
 namespace qv::platform {
 
 Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle) {
     UniqueFd file;
-    const auto opened = OpenInTurn(Location::OfPath(path), request, file);
+    const auto opened = OpenShared(Location::OfPath(path), request, file);
     if (!opened.ok()) return opened.statusAt(path);
     if (request.inheritable)
         if (const auto set = sys::fcntl(file.Get(), F_SETFD, 0); !set.ok()) return set.status();

@@ -120,13 +120,13 @@ Status Folder::AllowRemoval() const {
     return sys::fchmod(folder, (status.st_mode & 07777) | S_IRWXU).status();
 }
 
-void Folder::LetGo() {
+void Folder::Suspend() {
     struct stat status;
     if (!m_body || !sys::fstat(m_body->descriptor.Get(), &status).ok()) return;
     *m_body = {.descriptor = UniqueFd(), .identity = FileIdentity(status), .use = m_body->use};
 }
 
-Status Folder::TakeBack(const Folder& child) {
+Status Folder::Resume(const Folder& child) {
     if (m_body && m_body->descriptor) return {};
     const auto opened =
         OpenAt(DescriptorOf(child), "..", O_NOFOLLOW | FlagsOf(m_body ? m_body->use : FolderUse::Listed));

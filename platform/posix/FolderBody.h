@@ -6,7 +6,7 @@
 
 namespace qv::platform {
 
-/// The folder's descriptor or, while LetGo has closed it, the folder's identity.
+/// The folder's descriptor or, while Suspend has closed it, the folder's identity.
 struct Folder::Body {
     UniqueFd descriptor;
     FileIdentity identity = {};

@@ -17,11 +17,11 @@ bool Advise(void* memory, std::size_t size, int advice) {
 
 }  // namespace
 
-void ExpectWriting(void* memory, std::size_t size) {
+void AdviseLargePages(void* memory, std::size_t size) {
     Advise(memory, size, MADV_HUGEPAGE);  // large pages are only an optimization
 }
 
-bool ProvideMemory(void* memory, std::size_t size) {
+bool PopulateMemory(void* memory, std::size_t size) {
 #ifdef MADV_POPULATE_WRITE
     return Advise(memory, size, MADV_POPULATE_WRITE);
 #else

@@ -86,12 +86,12 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
     return {};
 }
 
-Status LetChildrenKeep(FileHandle file) {
+Status AllowInheritance(FileHandle file) {
     return sys::fcntl(static_cast<int>(file), F_SETFD, 0).status();
 }
 
 // The caller closes the descriptor next, which discards the flag.
-void LetChildrenDrop(FileHandle) {}
+void RevokeInheritance(FileHandle) {}
 
 Status WaitForProcess(std::intptr_t process, int& exitStatus) {
     int status = 0;

@@ -180,7 +180,7 @@ bool IsSpace(std::string_view character) {
     return c.wellFormed && CharacterRules::Current().IsSpace(c.code);
 }
 
-bool CollatesAsItIs() {
+bool CollatesInCodePage() {
     const CodeSet* const locale = LocaleCodeSet();
     return !locale || locale == &CurrentCodeSet();
 }

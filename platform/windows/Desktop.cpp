@@ -41,7 +41,7 @@ unsigned long Show(const std::wstring& path) {
 
 }  // namespace
 
-bool HandToDesktop(DesktopVerb verb, const std::string& path, std::string& problem) {
+bool RunDesktopVerb(DesktopVerb verb, const std::string& path, std::string& problem) {
     const ComScope com;
     const std::wstring wide = WideFullPath(WidePath(path));  // the shell does not accept the extended form
     const unsigned long error =

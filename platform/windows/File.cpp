@@ -77,7 +77,7 @@ Status SeekToServerEnd(FileHandle handle, std::uint64_t& position) {
     return SeekTo(handle, 0, SeekFrom::End, position);  // share modes prevent the system from caching here
 }
 
-Status HandToServer(FileHandle) {
+Status FlushToServer(FileHandle) {
     return {};  // closing flushes
 }
 

@@ -124,9 +124,9 @@ Status Folder::AllowRemoval() const {
     return {};
 }
 
-void Folder::LetGo() {}
+void Folder::Suspend() {}
 
-Status Folder::TakeBack(const Folder&) {
+Status Folder::Resume(const Folder&) {
     return {};
 }
 

@@ -2,9 +2,9 @@
 
 namespace qv::platform {
 
-void ExpectWriting(void*, std::size_t) {}
+void AdviseLargePages(void*, std::size_t) {}
 
-bool ProvideMemory(void*, std::size_t) {
+bool PopulateMemory(void*, std::size_t) {
     return false;
 }
 

@@ -50,14 +50,14 @@ Status MakeStream(const UniqueHandle& pipe, DWORD own, UniqueHandle& stream) {
 }
 
 /// Files that children inherit besides their streams.
-struct KeptFiles {
+struct InheritedFiles {
     std::mutex mutex;
     std::vector<HANDLE> handles;
 };
 
-KeptFiles& Kept() {
-    static KeptFiles kept;
-    return kept;
+InheritedFiles& Inherited() {
+    static InheritedFiles inherited;
+    return inherited;
 }
 
 /// The list of exactly the handles that a child inherits.
@@ -94,8 +94,8 @@ private:
 
 Status Create(std::wstring commandLine, const Streams& streams, UniqueHandle& process) {
     std::vector<HANDLE> handles = streams.All();
-    const std::lock_guard lock(Kept().mutex);  // prevents closing them meanwhile
-    handles.insert(handles.end(), Kept().handles.begin(), Kept().handles.end());
+    const std::lock_guard lock(Inherited().mutex);  // prevents closing them meanwhile
+    handles.insert(handles.end(), Inherited().handles.begin(), Inherited().handles.end());
     const bool inherits = !handles.empty();
     Inheritance inheritance;
     if (inherits)
@@ -148,18 +148,18 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
     return {};
 }
 
-Status LetChildrenKeep(FileHandle file) {
+Status AllowInheritance(FileHandle file) {
     const HANDLE handle = SystemHandle(file);
     const auto marked = sys::SetHandleInformation(handle, DWORD{HANDLE_FLAG_INHERIT}, DWORD{HANDLE_FLAG_INHERIT});
     if (!marked.ok()) return marked.status();
-    const std::lock_guard lock(Kept().mutex);
-    Kept().handles.push_back(handle);
+    const std::lock_guard lock(Inherited().mutex);
+    Inherited().handles.push_back(handle);
     return {};
 }
 
-void LetChildrenDrop(FileHandle file) {
-    const std::lock_guard lock(Kept().mutex);
-    std::erase(Kept().handles, SystemHandle(file));
+void RevokeInheritance(FileHandle file) {
+    const std::lock_guard lock(Inherited().mutex);
+    std::erase(Inherited().handles, SystemHandle(file));
 }
 
 Status WaitForProcess(std::intptr_t process, int& exitStatus) {

@@ -199,7 +199,7 @@ bool IsSpace(std::string_view character) {
 }
 
 // The run time decodes texts in its locale's code page, which is the process's unless the program selects another one.
-bool CollatesAsItIs() {
+bool CollatesInCodePage() {
     return true;
 }
 

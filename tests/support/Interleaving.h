@@ -145,21 +145,21 @@ private:
     std::uint64_t m_value;
 };
 
-/// qv::Turn in such steps.
-class SteppedTurn {
+/// qv::EventCount in such steps.
+class SteppedEventCount {
 public:
-    std::uint64_t Now() const {
+    std::uint64_t Count() const {
         Interleaving::Step();
-        return m_number;
+        return m_count;
     }
-    void WaitFor(std::uint64_t turn) const {
-        for (Interleaving::Step(); m_number == turn;) Interleaving::Sleep(this);
+    void WaitWhile(std::uint64_t count) const {
+        for (Interleaving::Step(); m_count == count;) Interleaving::Sleep(this);
     }
-    void EndForOne() {
+    void NotifyOne() {
         Advance();
         Interleaving::WakeOne(this);
     }
-    void EndForAll() {
+    void NotifyAll() {
         Advance();
         Interleaving::WakeAll(this);
     }
@@ -167,9 +167,9 @@ public:
 private:
     void Advance() {
         Interleaving::Step();
-        ++m_number;
+        ++m_count;
         Interleaving::Step();
     }
 
-    std::uint64_t m_number = 0;
+    std::uint64_t m_count = 0;
 };

@@ -1,4 +1,4 @@
-#include "platform/FileTurn.h"
+#include "platform/FileLock.h"
 
 #include "platform/Path.h"
 #include "platform/posix/OfdLock.h"
@@ -25,12 +25,12 @@ Result<int> OpenLockFile(const std::string& path) {
 
 }  // namespace
 
-FileTurn::~FileTurn() {
+FileLock::~FileLock() {
     if (m_lock != kNoFile) CloseFile(m_lock).IgnoreError();  // nothing was written
 }
 
-Status FileTurn::Take(const std::string& path, TurnKind kind) {
-    if (kind == TurnKind::Read) return {};
+Status FileLock::Take(const std::string& path, FileLockKind kind) {
+    if (kind == FileLockKind::Read) return {};
     const std::string lock = path + ".lock";
     const auto opened = OpenLockFile(NativePath(lock));
     if (!opened.ok()) return opened.statusAt(lock.c_str());

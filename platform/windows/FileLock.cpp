@@ -1,16 +1,16 @@
-#include "platform/FileTurn.h"
+#include "platform/FileLock.h"
 
 #include "platform/windows/UniqueHandle.h"
 #include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
 
-FileTurn::~FileTurn() {
+FileLock::~FileLock() {
     if (m_lock != kNoFile) CloseFile(m_lock).IgnoreError();  // nothing was written
 }
 
 // Readers lock too, because an open file cannot be replaced.
-Status FileTurn::Take(const std::string& path, TurnKind kind) {
+Status FileLock::Take(const std::string& path, FileLockKind kind) {
     constexpr DWORD kAccess = GENERIC_READ | GENERIC_WRITE, kShared = FILE_SHARE_READ | FILE_SHARE_WRITE;
     const std::string lock = path + ".lock";
     const auto opened = sys::CreateFileW(WidePath(lock).c_str(), kAccess, kShared, nullptr, DWORD{OPEN_ALWAYS},
@@ -18,7 +18,7 @@ Status FileTurn::Take(const std::string& path, TurnKind kind) {
     if (!opened.ok()) return opened.statusAt(lock.c_str());
     UniqueHandle file(opened.value());
     OVERLAPPED start = {};
-    const DWORD flags = kind == TurnKind::Write ? LOCKFILE_EXCLUSIVE_LOCK : 0;
+    const DWORD flags = kind == FileLockKind::Write ? LOCKFILE_EXCLUSIVE_LOCK : 0;
     const auto locked = sys::LockFileEx(file.Get(), flags, DWORD{0}, DWORD{1}, DWORD{0}, &start);
     if (!locked.ok()) return locked.status();
     m_lock = ContractHandle(file.Release());

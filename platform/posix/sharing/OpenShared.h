@@ -7,6 +7,6 @@ namespace qv::platform {
 
 /// Opens a file under the share modes, as specified by OpenFile. A failure has the system's error number, EBUSY if
 /// other openers exclude the request.
-Result<int> OpenInTurn(const Location& at, const OpenRequest& request, UniqueFd& file);
+Result<int> OpenShared(const Location& at, const OpenRequest& request, UniqueFd& file);
 
 }  // namespace qv::platform

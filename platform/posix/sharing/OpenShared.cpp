@@ -1,4 +1,4 @@
-#include "platform/posix/sharing/OpenInTurn.h"
+#include "platform/posix/sharing/OpenShared.h"
 
 #include <cerrno>
 #include <chrono>
@@ -183,7 +183,7 @@ bool HasNameMoved(const Attempt& tried) {
 
 }  // namespace
 
-Result<int> OpenInTurn(const Location& at, const OpenRequest& request, UniqueFd& file) {
+Result<int> OpenShared(const Location& at, const OpenRequest& request, UniqueFd& file) {
     constexpr int kTriesWithoutPause = 10;
     int seen = 0;
     for (int attempt = 0; attempt < kTriesWhileTheNameMoves; ++attempt) {
