@@ -4,7 +4,7 @@
 
 namespace qv {
 
-/// Pauses that begin with half a second and grow by half each time.
+/// Pauses that begin at half a second and grow by a factor of 1.5.
 class BackOff {
 public:
     void Wait() {

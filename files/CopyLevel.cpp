@@ -20,13 +20,13 @@ using qv::platform::NativePath;
 using qv::platform::PassedOver;
 using qv::platform::Status;
 
-/// Levels below this one let go of the folders above them, so that the depth is not bounded by open files.
+/// Levels below this one close the folders above them, so that open files do not bound the depth.
 constexpr int kHeldOpen = 64;
 
-/// So many files are copied before threads help.
+/// The number of files copied before threads help.
 constexpr int kFewFiles = 8;
 constexpr std::size_t kMostUpcoming = 16;
-/// Larger files are copied in their turn, so that their progress shows and copies without a name take little of the disk.
+/// Larger files are copied in order, so that their progress is visible and unnamed copies take little disk space.
 constexpr std::uint64_t kLargestAhead = 1 << 20;
 
 DWORD ErrorOf(const Status& failure) {
@@ -37,11 +37,11 @@ LastName SourceOf(const FoundEntry& entry) {
     return entry.IsLink() ? LastName::MayBeLink : LastName::NoLink;
 }
 
-/// Why the path cannot be opened as a file: it is a folder or device.
+/// Returns why the path cannot be opened as a file: it is a folder or a device.
 Status WhyNoFile(const CString& path) {
     qv::platform::FileHandle file = qv::platform::kNoFile;
     const Status opened = qv::platform::OpenFile(path, {.read = true}, file);
-    if (opened.ok()) qv::platform::CloseFile(file).IgnoreError();  // it has just become one
+    if (opened.ok()) qv::platform::CloseFile(file).IgnoreError();  // it has just become a file
     return opened;
 }
 
@@ -95,7 +95,7 @@ void CCopyTree::Level::TellPassedOver(const std::vector<PassedOver>& passedOver)
     }
 }
 
-/// False for the destination itself, which is not copied into itself.
+/// Returns false for the destination itself, which is not copied into itself.
 bool CCopyTree::Level::Open() {
     const Status source = OpenSource();
     if (m_above && source.ok() && m_from.IsSame(m_outermost->m_to)) return false;
@@ -120,7 +120,7 @@ Status CCopyTree::Level::OpenTarget() {
     return m_to.Open(target, LastName::MayBeLink, FolderUse::LookedUpIn);
 }
 
-/// Opens the target if it is there. A missing one is fresh, and stays closed.
+/// Opens the target if it exists. A missing target is fresh and stays closed.
 Status CCopyTree::Level::FindTarget() {
     m_isFresh = true;
     if (m_parent) {
@@ -135,7 +135,7 @@ Status CCopyTree::Level::FindTarget() {
     const Status opened = m_to.Open(m_paths->target.c_str(), LastName::MayBeLink, FolderUse::LookedUpIn);
     m_isFresh = !opened.ok() && !CFileUtils::IsExist(target);
     if (!m_isFresh) return opened;
-    // The lowest folder above it that is there has to be one.
+    // The deepest existing folder above it must be a folder.
     CString above = qv::FolderOf(target);
     while (!above.IsEmpty() && !CFileUtils::IsExist(above)) {
         const CString next = qv::FolderOf(above);
@@ -150,7 +150,7 @@ Status CCopyTree::Level::OpenSource() {
     return m_from.Open(m_paths->source.c_str(), m_above ? LastName::NoLink : LastName::MayBeLink);
 }
 
-/// Gives the level above its folders back.
+/// Restores the parent level's folders.
 void CCopyTree::Level::Close() {
     if (!m_parent || m_depth < kHeldOpen) return;
     if (m_from.GetBody()) Report(m_parent->m_from.Resume(m_from), m_paths->source);
@@ -170,17 +170,17 @@ void CCopyTree::Level::CopyEntries() {
         m_entryCopy = std::move(next.copy);
         TellPassedOver(next.passedOver);
         CopyNext();
-        // Whoever takes no copies is not to wait for them.
+        // Stop copying ahead when the copies are not used.
         if (std::exchange(m_entryCopy, {})) m_ahead.isWanted = false;
     }
     TellPassedOver(search.TakePassedOver());
     Report(search.LeftOut());
 }
 
-/// Reads the next entries up to a subfolder, and begins to copy files.
+/// Reads the next entries up to a subfolder and starts copying files.
 void CCopyTree::Level::Fetch(FileSearch& search) {
     const std::size_t most = m_ahead.executor.Threads() > 0 ? kMostUpcoming : 1;
-    if (m_upcoming.size() > most / 2) return;  // a thread is woken for several
+    if (m_upcoming.size() > most / 2) return;  // wake a thread for several entries at once
     while (m_upcoming.size() < most && (m_upcoming.empty() || !m_upcoming.back().entry.IsFolder())) {
         Upcoming next;
         if (!search.Next(next.entry)) return;
@@ -193,7 +193,7 @@ void CCopyTree::Level::Fetch(FileSearch& search) {
     }
 }
 
-/// Only in a folder that was made a moment ago: what is in another one may not have to be copied.
+/// True only in a folder that was just created: entries of an existing folder may not need copying.
 bool CCopyTree::Level::MayCopyAhead(const FoundEntry& entry) const {
     const bool isFile = !entry.IsFolder() && !(entry.attributes & qv::platform::kDevice);
     return isFile && entry.size <= kLargestAhead && m_isFresh && m_opened.ok() && !m_copy.m_dryRun &&
@@ -223,12 +223,12 @@ void CCopyTree::Level::CopyFile() {
     m_copy.OnError();
 }
 
-/// Whether the copy may be passed over. It is made writable in any case.
+/// Whether the copy can be skipped. The target is made writable in either case.
 bool CCopyTree::Level::IsUpToDate() {
     FoundEntry target;
     target.name = m_entry.name;
     if (!m_opened.ok() || !m_to.GetBody() || !m_to.Find(target).ok()) return false;
-    // Where it stays read-only, the copy reports that it is refused.
+    // If it stays read-only, the copy reports the refusal.
     if (!m_copy.m_dryRun && target.attributes & kReadOnly && !target.IsFolder())
         m_to.MakeWritable(NativePath(target.name)).IgnoreError();
     const bool known = m_copy.m_laterOnly && m_entry.written != 0;
@@ -245,7 +245,7 @@ Status CCopyTree::Level::CopyEntry() {
     return qv::platform::CopyFileIn(m_from, m_entry.name, SourceOf(m_entry), m_to, m_entry.name, copied);
 }
 
-/// What would keep the entry from being copied, as far as that can be told.
+/// Returns what would prevent the entry from being copied, as far as that is known without copying.
 Status CCopyTree::Level::CheckEntry() const {
     FoundEntry target;
     target.name = m_entry.name;

@@ -11,7 +11,8 @@
 #include "qvcommon/CopyTree.h"
 #include "threads/Executor.h"
 
-/// One folder of the source and its copy, both held open, so that nothing done to their paths leads the copy elsewhere.
+/// One folder of the source and its copy. Both are held open, so renaming or replacing their paths cannot redirect the
+/// copy.
 class CCopyTree::Level {
 public:
     Level(CCopyTree& copy, CString source, CString target);
@@ -23,17 +24,17 @@ public:
     void CopyEntries();
     void Close();
 
-    /// Whether the entry that is to be copied next has these paths.
+    /// Whether these are the paths of the entry to be copied next.
     bool IsAt(const CString& source, const CString& target) const { return source == From() && target == To(); }
     qv::platform::Status CopyEntry();
 
 private:
-    /// The paths of the innermost level, with final separators: those of the levels above are their beginnings, so that
+    /// The paths of the innermost level, with final separators. Those of the levels above are prefixes of them, so
     /// memory is linear in depth.
     struct Paths {
         std::string source, target;
     };
-    /// An entry that was read from the source, and its copy if that is being written ahead.
+    /// An entry read from the source, and its copy if that is being written ahead.
     struct Upcoming {
         qv::platform::FoundEntry entry;
         std::vector<qv::platform::PassedOver> passedOver;  // before it
@@ -43,7 +44,7 @@ private:
     struct Ahead {
         qv::Executor executor;
         int files = 0;
-        bool isWanted = true;  // until a copy that was written is not asked for
+        bool isWanted = true;  // until a written copy is not used
     };
 
     CString From() const {
@@ -64,18 +65,18 @@ private:
     void Tell(const QvLeftOut& leftOut) const;
     void TellPassedOver(const std::vector<qv::platform::PassedOver>& passedOver) const;
     void Report(const qv::platform::Status& status);
-    /// The same for one of the level's own folders, which is reported to the observer as well.
+    /// The same for one of the level's own folders, which is also reported to the observer.
     void Report(const qv::platform::Status& status, const std::string& folder);
 
     CCopyTree& m_copy;
     Level* const m_above;
     const Level* const m_outermost;
     const int m_depth;
-    Level* const m_parent;  // the level above if both folders lie in its own, else null
+    Level* const m_parent;  // the level above if both folders are directly in its own, else null
     std::unique_ptr<Paths> m_ownPaths;
     Paths* m_paths;
     std::size_t m_sourceLength, m_targetLength;
-    bool m_isFresh = false;         // the target was made a moment ago, so that there is nothing in it to be asked for
+    bool m_isFresh = false;         // the target was just created and is known to be empty
     qv::platform::Status m_opened;  // of the target; a success, with m_to closed, where a dry run leaves it missing
     qv::platform::Folder m_from, m_to;
     const std::unique_ptr<Ahead> m_ownAhead;

@@ -22,7 +22,7 @@ namespace {
 
 using qv::platform::Status;
 
-/// Counts all that is no folder.
+/// Counts all entries that are not folders.
 class FileCount : public qv::FolderWalk {
 public:
     int files = 0;
@@ -64,7 +64,7 @@ int CCopyTree::GetFileCount() {
     return GetFileCount(m_source);
 }
 
-int CCopyTree::GetFileCount(CString folder) {  // NOLINT(performance-unnecessary-value-param): as it is called
+int CCopyTree::GetFileCount(CString folder) {  // NOLINT(performance-unnecessary-value-param): part of the interface
     FileCount count;
     count.Walk(folder);
     return count.files;
@@ -79,7 +79,7 @@ void CCopyTree::CopyTree() {
 void CCopyTree::CopyTree(CString source, CString destination) {
     source = CFileUtils::TerminateDir(source);
     destination = CFileUtils::TerminateDir(destination);
-    Level level(*this, std::move(source), std::move(destination));  // keeps no copies of them
+    Level level(*this, std::move(source), std::move(destination));  // keeps no references to them
     if (!level.Open()) return;
     level.CopyEntries();
     level.Close();

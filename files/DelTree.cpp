@@ -15,7 +15,7 @@ bool IsGone(const Status& status) {
     return status.cause() == FileCause::FileNotFound;
 }
 
-/// Deletes what it walks through, each folder after all that it holds.
+/// Deletes what it visits, each folder after its content.
 class TreeRemoval : public qv::FolderWalk {
 public:
     enum class AtFailure { Stop, GoOn };
@@ -26,7 +26,7 @@ public:
           m_atFailure(atFailure) {}
 
 protected:
-    /// What stays. The walk goes on unless this raises something.
+    /// Called for what could not be deleted. The walk continues unless this raises an exception.
     virtual void OnStay(const Status& failure, const CString& path) = 0;
     virtual void OnFolderStays(const Status& failure, const CString& path) = 0;
 
@@ -45,7 +45,7 @@ protected:
         for (const auto& [status, entry] : visit.failures) OnStay(status, PathOf(place, entry));
     }
 
-    // What keeps a folder from being deleted is found when that is tried.
+    // Deleting the folder reports what prevents it.
     void OnEnd(const Place& first) override {
         if (m_removesItself) first.folder.MakeWritable().IgnoreError();
     }
@@ -57,7 +57,7 @@ protected:
 
     void OnFailure(const Status& failure, const Place& place, const Place* parent) override {
         if (IsGone(failure)) return;
-        // What was a folder a moment ago may be a link now: that is deleted like any other.
+        // The folder may have been replaced by a link meanwhile, which is deleted like any other.
         const bool replaced = parent && failure.cause() == FileCause::BadPath;
         const Status status = replaced ? Remove(parent->folder, {place.entry.name, EntryKind::FolderLink}) : failure;
         if (!status.ok()) OnStay(status, CFileUtils::UnterminateDir(PathOf(place)));
@@ -74,34 +74,34 @@ private:
     const AtFailure m_atFailure;
 };
 
-/// Ends with the first failure, after which nothing more is deleted.
+/// Raises the first failure, after which nothing more is deleted.
 class RaisingRemoval : public TreeRemoval {
 public:
     explicit RaisingRemoval(bool removesItself) : TreeRemoval(removesItself, AtFailure::Stop) {}
 
 private:
     void OnStay(const Status& failure, const CString& path) override { qv::ThrowIfFailed(failure, path); }
-    // A folder that is not empty or may not be deleted stays, without a failure.
+    // A folder that is not empty or may not be deleted stays without a failure.
     void OnFolderStays(const Status&, const CString&) override {}
 };
 
-class ToldRemoval : public TreeRemoval {
+class ReportingRemoval : public TreeRemoval {
 public:
-    ToldRemoval(bool removesItself, ILeftOut& leftOut)
+    ReportingRemoval(bool removesItself, ILeftOut& leftOut)
         : TreeRemoval(removesItself, AtFailure::GoOn), m_leftOut(leftOut) {}
 
     void OnStay(const Status& failure, const CString& path) override {
         m_last = path;
         m_leftOut.OnLeftOut(QvLeftOut::OfError(path, static_cast<DWORD>(failure.error())));
     }
-    /// A folder that stays because of what is in it was explained when that was told.
+    /// A folder that stays because of its content is not reported: that content was.
     void OnFolderStays(const Status& failure, const CString& path) override {
         if (!m_last.AsStd().starts_with(CFileUtils::TerminateDir(path).AsStd())) OnStay(failure, path);
     }
 
 private:
     ILeftOut& m_leftOut;
-    CString m_last;  ///< what stays, told last: a folder comes after all that it holds
+    CString m_last;  ///< the last reported path; a folder is reported after its content
 };
 
 Status RemoveItself(const CString& directory) {
@@ -120,14 +120,14 @@ Status Remove(const CString& folder, int removeItself, TreeRemoval& removal) {
 
 void CFileUtils::DelTree(const char* directory, int removeItself) {
     if (!IsDirectory(directory)) return;
-    // A folder that is not empty or may not be deleted stays, without a failure.
+    // A folder that is not empty or may not be deleted stays without a failure.
     RaisingRemoval removal(removeItself != 0);
     Remove(directory, removeItself, removal).IgnoreError();
 }
 
 void CFileUtils::DelTree(const char* directory, int removeItself, ILeftOut& leftOut) {
     const CString folder = directory;
-    ToldRemoval removal(removeItself != 0, leftOut);
+    ReportingRemoval removal(removeItself != 0, leftOut);
     const Status status = Remove(folder, removeItself, removal);
     if (!status.ok() && !IsGone(status)) removal.OnFolderStays(status, UnterminateDir(folder));
 }

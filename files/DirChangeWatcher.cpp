@@ -8,14 +8,14 @@
 using qv::platform::FolderWatch;
 
 struct CDirChangeWatcher::Watch {
-    std::unique_ptr<FolderWatch> folder;  // set once it is armed, null when it could not be opened
+    std::unique_ptr<FolderWatch> folder;  // set once it is armed, null if it could not be opened
     std::promise<void> armed, finished;
     const std::shared_future<void> end = finished.get_future().share();
     std::atomic<bool> watching = true, stopping = false;
     std::atomic<std::thread::id> thread = {};
-    std::shared_ptr<Watch> before = {};  // whose OnChange started this one
+    std::shared_ptr<Watch> before = {};  // the watch whose OnChange started this one
 
-    // False on the watch's own thread, which cannot wait for itself.
+    // Returns false on the watch's own thread, which cannot wait for itself.
     bool End() {
         stopping = true;
         folder->Stop();
@@ -71,8 +71,8 @@ void CDirChangeWatcher::Replace(std::shared_ptr<Watch> watch) {
     m_watch.swap(watch);
 }
 
-// The system's own notifications belong to the thread that asks for them, so all is done on this one. After each
-// OnChange the object may be gone; the thread goes on with its own share of the watch.
+// The system's notifications belong to the thread that requests them, so everything runs on this one. OnChange may
+// destroy the object; the thread continues with its own share of the watch.
 void CDirChangeWatcher::Run(Watch& watch) {
     watch.thread = std::this_thread::get_id();
     watch.folder = FolderWatch::Open(m_folder, m_checkSubfolders != 0, m_filter);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kLongForm = "%b %d %Y, %H:%M:%S";
 
-/// The first entry that matches; null times when there is none.
+/// Returns the first matching entry; null times if none matches.
 bool FindFirst(const char* pattern, QvFileTime& written) {
     CFileFind find;
     if (!find.FindFile(CString(pattern))) return false;
@@ -61,7 +61,7 @@ void CFileUtils::FindLastestSubdir(const char* pattern, CString& name, CString& 
     const COleDateTime earliest(1900, 1, 1, 1, 1, 1);
     auto latest = QvFileTime().Steps();
     ForEachSubfolder(pattern, [&](const CFileFind& find) {
-        const QvFileTime time = find.GetCreationTime();  // in finer steps than the date's
+        const QvFileTime time = find.GetCreationTime();  // has a finer resolution than the date
         const COleDateTime created(time);
         if (!(created > earliest) || time.Steps() <= latest) return;
         latest = time.Steps();

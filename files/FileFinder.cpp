@@ -30,7 +30,7 @@ const std::shared_ptr<const SearchRules>& RulesOf(const std::shared_ptr<const Se
 
 }  // namespace
 
-/// Rules are shared with the threads that read ahead, so that a change makes others of them.
+/// Threads that read ahead share the rules, so a change makes a copy.
 SearchRules& FileFinder::ChangeRules() {
     const auto changed = std::make_shared<SearchRules>(*RulesOf(m_rules));
     m_rules = changed;
@@ -109,7 +109,7 @@ void FileFinder::Discover(const CString& path, const CString& offset, int depth)
     }
 }
 
-/// Returns the first of the siblings that is not read ahead. They are several at a time, which a thread is woken for.
+/// Returns the index of the first sibling that is not read ahead. Several are started at a time, to wake a thread once.
 int FileFinder::ExpectAll(const CString& path, const CStringArray& subfolders, int current, int expected) const {
     const int end = std::min(subfolders.GetSize(), current + ListingsAhead::kSiblings);
     expected = std::max(expected, current + 1);
@@ -128,7 +128,7 @@ void FileFinder::TellLeftOut(const FolderListing& listing) const {
 }
 
 void FileFinder::Keep(const FolderListing& listing, const CString& offset, int depth) {
-    const qv::FoundFolder& met = listing.Met();
+    const qv::FoundFolder& met = listing.Entries();
     const auto folder = std::make_shared<qv::FoundFolder>(listing.Root(), RulesOf(m_rules)->detail);
     m_parts.push_back({folder, offset, static_cast<UINT>(depth), Count()});
     CString title;
@@ -146,7 +146,7 @@ std::size_t FileFinder::Count() const {
     return m_parts.empty() ? 0 : m_parts.back().first + m_parts.back().folder->Size();
 }
 
-/// Adds to an array what was found since it was filled last.
+/// Appends to an array what was found since it was last filled.
 template <class Array, class Make>
 const Array& FileFinder::Filled(Array& array, Make make) const {
     auto index = static_cast<std::size_t>(array.GetSize());

@@ -16,7 +16,7 @@ void CreateFoldersAbove(const CString& path) {
     const std::string text = CFileUtils::UnterminateDir(path).AsStd();
     const auto next = [&](std::size_t from) { return qv::FindFirstOf(text, qv::kSeparators, from); };
     for (std::size_t i = next(0); i != text.npos; i = next(i + 1))
-        // What cannot be made shows when the last folder is.
+        // A failure to create a parent shows when the last folder is created.
         if (i > 0) qv::platform::CreateFolder(text.substr(0, i).c_str()).IgnoreError();
 }
 

@@ -29,10 +29,10 @@ bool SearchRules::IsEntered(const FoundEntry& entry) const {
 }
 
 FolderListing::FolderListing(const CString& path, const CString& root, bool isOutermost, const SearchRules& rules)
-    : m_met(std::make_unique<FoundFolder>(root)) {
-    // The search path itself may be a link. What lies below it may not: it could have become one since it was listed.
+    : m_entries(std::make_unique<FoundFolder>(root)) {
+    // The search path itself may be a link. Folders below it may not: one could have become a link since it was listed.
     const LastName lastName = isOutermost ? LastName::MayBeLink : LastName::NoLink;
-    // A mask that takes every name finds the subfolders and all that is left out in one search.
+    // A mask that takes every name finds the subfolders and all omitted entries in one search.
     const bool takesAll = rules.mask == kEveryName || rules.mask == "*";
     Read(path, lastName, rules, takesAll || !rules.recurse);
     if (!takesAll && rules.recurse) ReadSubfolders(path, lastName, rules);
@@ -44,11 +44,11 @@ void FolderListing::Read(const CString& path, LastName lastName, const SearchRul
     const Status started = search.Start(path + rules.mask, lastName, rules.detail);
     if (!started.ok() && seesSubfolders) m_leftOut.push_back({"", started});
     while (search.Next(entry)) {
-        m_met->Add(entry);
+        m_entries->Add(entry);
         m_listed.push_back(rules.IsListed(entry));
         if (seesSubfolders) EnterLater(entry, rules);
     }
-    // What is wrong with the folder itself shows in the search for subfolders too.
+    // The search for subfolders also reports what is wrong with the folder itself.
     for (PassedOver& passedOver : search.TakePassedOver())
         if (seesSubfolders || !passedOver.name.empty()) m_leftOut.push_back(std::move(passedOver));
 }

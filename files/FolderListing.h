@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What FileFinder sees of one folder.
+/// @file The content of one folder as FileFinder reads it.
 
 #include <memory>
 #include <vector>
@@ -12,9 +12,9 @@ namespace qv {
 
 /// What FileFinder looks for.
 struct SearchRules {
-    CString mask;                               ///< what the system looks for
+    CString mask;                               ///< the mask that the system's search takes
     std::shared_ptr<const NameMasks> listed;    ///< null: all that the mask takes
-    std::shared_ptr<const NameMasks> excluded;  ///< null: none are passed over
+    std::shared_ptr<const NameMasks> excluded;  ///< null: none is excluded
     bool recurse = false;
     int includeDirectories = 0;
     platform::Detail detail = platform::Detail::All;
@@ -23,18 +23,18 @@ struct SearchRules {
     bool IsEntered(const platform::FoundEntry& entry) const;
 };
 
-/// What a folder holds, read at once. A value that any thread may make.
+/// The content of a folder, read in the constructor. A value; any thread may make one.
 class FolderListing {
 public:
-    /// @param path  with its final separator; itself no link, unless it is the outermost folder.
+    /// @param path  with its final separator; must not be a link unless it is the outermost folder
     /// @param root  the same as an absolute path
     FolderListing(const CString& path, const CString& root, bool isOutermost, const SearchRules& rules);
 
-    const CString& Root() const { return m_met->Root(); }
-    /// All entries that the mask takes, in their order, and which of them are listed.
-    const FoundFolder& Met() const { return *m_met; }
+    const CString& Root() const { return m_entries->Root(); }
+    /// All entries that the mask takes, in order; IsListed says which of them are listed.
+    const FoundFolder& Entries() const { return *m_entries; }
     bool IsListed(std::size_t index) const { return m_listed[index]; }
-    /// The names of the folders to be entered, if any are.
+    /// The names of the folders to enter, if any.
     CStringArray& Subfolders() { return m_subfolders; }
     const std::vector<platform::PassedOver>& LeftOut() const { return m_leftOut; }
 
@@ -43,7 +43,7 @@ private:
     void ReadSubfolders(const CString& path, platform::LastName lastName, const SearchRules& rules);
     void EnterLater(const platform::FoundEntry& entry, const SearchRules& rules);
 
-    std::unique_ptr<FoundFolder> m_met;
+    std::unique_ptr<FoundFolder> m_entries;
     std::vector<bool> m_listed;
     CStringArray m_subfolders;
     std::vector<platform::PassedOver> m_leftOut;

@@ -7,12 +7,12 @@
 namespace qv {
 namespace {
 
-/// How many of the folders above the present one stay open.
+/// How many of the folders above the current one stay open.
 constexpr std::size_t kHeldOpen = 64;
 
-/// Walks through fewer folders are over before a thread would help.
+/// A shorter walk ends before a thread would help.
 constexpr int kFewFolders = 8;
-/// How many subfolders of one folder are seen ahead, and how many folders in all.
+/// How many subfolders of one folder are visited ahead, and how many folders in total.
 constexpr std::size_t kSiblings = 8;
 constexpr int kMostAhead = 64;
 
@@ -25,7 +25,7 @@ using platform::Status;
 void FolderWalk::Walk(const CString& path) {
     m_path = path;
     if (!EndsWithOneOf(m_path, "\\")) m_path += '\\';
-    // Also after an exception, threads treat nothing more.
+    // Also after an exception, threads treat no more folders.
     struct End {
         ~End() { m_places.clear(); }
         std::vector<Place>& m_places;
@@ -34,12 +34,12 @@ void FolderWalk::Walk(const CString& path) {
     Visit visit;
     visit.opened = visit.folder.Open(path, platform::LastName::NoLink);
     if (!visit.opened.ok()) return OnFailure(visit.opened, first, nullptr);
-    Enter(std::move(first), Seen(std::move(visit)), nullptr);
+    Enter(std::move(first), ListAndTreat(std::move(visit)), nullptr);
     while (!m_places.empty()) m_places.back().subfolders.empty() ? Leave() : Descend();
 }
 
 /// Lists and treats the folder if it is open.
-FolderWalk::Visit FolderWalk::Seen(Visit visit) const {
+FolderWalk::Visit FolderWalk::ListAndTreat(Visit visit) const {
     if (!visit.opened.ok()) return visit;
     visit.listed = visit.folder.List(visit.entries);
     Treat(visit);
@@ -57,18 +57,18 @@ void FolderWalk::Enter(Place&& place, Visit&& visit, const Place* parent) {
     if (m_places.size() > kHeldOpen) m_places[m_places.size() - kHeldOpen - 1].folder.Suspend();
 }
 
-/// Opens the folders that come after the next one, as long as their parent is open for sure.
+/// Opens the folders after the next one while their parent is certain to be open.
 void FolderWalk::LookAhead(Place& place) {
     std::vector<Subfolder>& folders = place.subfolders;
     if (m_entered < kFewFolders || m_executor.Threads() == 0) return;
     const std::size_t left = folders.size() - 1, count = std::min(left, kSiblings);
-    if (count < 2 || folders[left - count / 2].visit) return;  // a thread is woken for several
+    if (count < 2 || folders[left - count / 2].visit) return;  // wake a thread for several folders at once
     for (std::size_t i = left; i-- > left - count && m_seenAhead < kMostAhead;) {
         if (folders[i].visit) continue;
         Visit visit;
         visit.opened = visit.folder.OpenIn(place.folder, folders[i].entry.name);
         folders[i].visit =
-            m_executor.Start([this, opened = std::move(visit)]() mutable { return Seen(std::move(opened)); });
+            m_executor.Start([this, opened = std::move(visit)]() mutable { return ListAndTreat(std::move(opened)); });
         ++m_seenAhead;
     }
 }
@@ -88,7 +88,7 @@ void FolderWalk::Descend() {
         visit = next.visit.Get();
     } else {
         visit.opened = visit.folder.OpenIn(parent.folder, place.entry.name);
-        visit = Seen(std::move(visit));
+        visit = ListAndTreat(std::move(visit));
     }
     if (visit.opened.ok()) return Enter(std::move(place), std::move(visit), &parent);
     OnFailure(visit.opened, place, &parent);

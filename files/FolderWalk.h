@@ -11,20 +11,20 @@
 
 namespace qv {
 
-/// Walks a tree of folders that it holds open, each by way of the one above it, so that nothing done to their names
-/// meanwhile leads it out of the tree. Links are never entered. Depth is bounded by memory, not by open files.
+/// Walks a tree of folders. Each folder is opened relative to its open parent, so renaming or replacing folders during
+/// the walk cannot lead it out of the tree. Links are never entered. Memory bounds the depth, open files do not.
 ///
-/// Folders are listed, and treated, ahead of their turn by other threads. All that is called On... is called on the thread
-/// of Walk, in an order that does not depend on them.
+/// Other threads list and treat folders ahead of their turn. The members named On... are called on the thread of Walk,
+/// in an order that does not depend on the other threads.
 class FolderWalk {
 public:
-    /// @param threads  that help; 0 sees each folder in its turn
+    /// @param threads  how many threads help; with 0 each folder is listed and treated in its turn
     explicit FolderWalk(unsigned threads = Executor::SpareProcessors()) : m_executor(threads) {}
     FolderWalk(const FolderWalk&) = delete;
     FolderWalk& operator=(const FolderWalk&) = delete;
     virtual ~FolderWalk() = default;
 
-    /// A path that is itself a link is refused. @throws what the members below do.
+    /// Refuses a path that is itself a link. @throws what the members below throw.
     void Walk(const CString& path);
 
 protected:
@@ -32,41 +32,41 @@ protected:
         platform::Status status;
         platform::FolderEntry entry;
     };
-    /// A folder that was opened, and what came of that.
+    /// An opened folder and the results of opening, listing and treating it.
     struct Visit {
         platform::Folder folder = {};
         platform::Status opened = {}, listed = {};
         std::vector<platform::FolderEntry> entries = {};
-        std::vector<Failure> failures = {};  ///< of Treat
+        std::vector<Failure> failures = {};  ///< from Treat
     };
     struct Subfolder {
         platform::FolderEntry entry;
-        Task<Visit> visit;  ///< under way, for one that is seen ahead of its turn
+        Task<Visit> visit;  ///< set for a folder that is visited ahead of its turn
     };
     struct Place {
         platform::Folder folder;
         std::size_t pathLength;                  ///< with the final separator
-        platform::FolderEntry entry;             ///< in the folder above
-        std::vector<Subfolder> subfolders = {};  ///< to be walked, the last one first
+        platform::FolderEntry entry;             ///< in the parent folder
+        std::vector<Subfolder> subfolders = {};  ///< yet to be walked, in reverse order
     };
 
-    /// The path of a place on the way to the present one, with its final separator.
+    /// Returns the path of a place on the way to the current one, with its final separator.
     CString PathOf(const Place& place) const { return std::string_view(m_path).substr(0, place.pathLength); }
     CString PathOf(const Place& place, const platform::FolderEntry& entryInIt) const {
         return PathOf(place) + std::string_view(platform::LibraryName(entryInIt.name));
     }
 
-    /// Does to the entries of a folder what need not be done in order. Any thread, no exceptions. Where threads help, later
-    /// folders may be treated before one of the other members ends the walk by an exception.
+    /// Processes those entries of a folder that need no order. Called on any thread; must not throw. With threads,
+    /// later folders may already be treated when another member ends the walk by an exception.
     virtual void Treat(Visit&) const {}
-    /// A folder's entries, before any of its subfolders is entered.
+    /// Called with a folder's entries, before any of its subfolders is entered.
     virtual void OnFolder(const Place& place, const Visit& visit) = 0;
-    /// After all that lies in the subfolder was walked.
+    /// Called after everything in the subfolder was walked.
     virtual void OnLeave(const Place&, const platform::FolderEntry&) {}
     /// Called after the whole first folder was walked.
     virtual void OnEnd(const Place&) {}
-    /// A folder that cannot be opened or read to its end; the walk goes on beside it unless this raises something.
-    /// `parent` is null for the first one and when the way back to it is lost.
+    /// Called for a folder that cannot be opened or read to its end; the walk continues with the next one unless this
+    /// raises an exception. `parent` is null for the first folder and if the way back to the parent is lost.
     virtual void OnFailure(const platform::Status& failure, const Place& place, const Place* parent) = 0;
 
 private:
@@ -74,13 +74,13 @@ private:
     void Descend();
     void Leave();
     void LookAhead(Place& place);
-    Visit Seen(Visit visit) const;
+    Visit ListAndTreat(Visit visit) const;
 
     Executor m_executor;
     int m_entered = 0;
     int m_seenAhead = 0;          // folders that are open ahead of their turn
-    std::vector<Place> m_places;  // from the first folder down to the present one
-    std::string m_path;           // of the present one: the others' are its beginnings, so memory is linear in depth
+    std::vector<Place> m_places;  // from the first folder down to the current one
+    std::string m_path;           // of the current place; the other paths are its prefixes: memory is linear in depth
 };
 
 }  // namespace qv

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What a search found in one folder, in little memory.
+/// @file A memory-efficient store of a search's results in one folder.
 
 #include <cstdint>
 #include <mutex>
@@ -13,8 +13,8 @@
 
 namespace qv {
 
-/// The entries of a folder and the folder's path, shared by their CFoundInfo. They take some 60 bytes each, beside their
-/// names. Once it is shared, it must not be added to, and any thread may call its other members.
+/// The entries of a folder and the folder's path, shared by their CFoundInfo. An entry takes about 60 bytes plus its
+/// name. Once shared, it must not be added to, and its other members are thread-safe.
 class FoundFolder {
 public:
     struct Record {
@@ -22,21 +22,21 @@ public:
         std::uint32_t attributes = 0, tag = 0;
     };
 
-    /// @param detail  NameAndKind: the rest of a record is asked for when it is read for the first time. An entry that
-    /// cannot be asked for any more has zeroes there.
+    /// @param detail  NameAndKind: the rest of a record is queried when it is first read. If the entry can no longer be
+    /// queried, those fields are zero.
     explicit FoundFolder(CString root, platform::Detail detail = platform::Detail::All)
         : m_root(std::move(root)), m_detail(detail) {}
 
     void Add(const platform::FoundEntry& entry);
-    /// Adds an entry of another one.
+    /// Adds an entry of another folder.
     void Add(const FoundFolder& other, std::size_t index) { Add(other.NameOf(index), other.m_entries[index].record); }
-    /// Gives back memory that was taken ahead.
+    /// Releases memory that was reserved.
     void Close();
 
     const CString& Root() const { return m_root; }
     std::size_t Size() const { return m_entries.size(); }
     std::string_view NameOf(std::size_t index) const;
-    /// What the entry was when it was found: a folder, a link to one, "." or "..".
+    /// The entry's kind when it was found: a folder, a link to a folder, "." or "..".
     bool IsFolder(std::size_t index) const { return m_entries[index].isFolder; }
     bool IsFolderLink(std::size_t index) const { return m_entries[index].isFolderLink; }
     bool IsDots(std::size_t index) const;
@@ -55,7 +55,7 @@ private:
     const CString m_root;
     const platform::Detail m_detail;
     std::string m_names;
-    mutable std::mutex m_asking;  // guards the records that are not whole from the start
+    mutable std::mutex m_asking;  // guards the records that were not complete from the start
     mutable std::vector<Entry> m_entries;
 };
 

@@ -7,9 +7,9 @@
 #include "platform/FileStatus.h"
 #include "qvcommon/framework/File.h"
 
-// The backup is complete and on the disk before the file changes, and is deleted once the new content is on the disk. So a
-// backup that exists holds the content to go back to, and is never overwritten. All of it happens while the file is open
-// exclusively: no other program reads a part of it or makes a backup of one.
+// The backup is complete and on the disk before the file changes, and is deleted once the new content is on the disk.
+// So an existing backup holds the content to restore and is never overwritten. The file is open exclusively throughout:
+// no other program reads it half-written or makes a backup of it.
 
 namespace qv {
 namespace {
@@ -21,12 +21,13 @@ using platform::Status;
 constexpr UINT kExclusively = CFile::modeReadWrite | CFile::shareExclusive | CFile::modeNoInherit;
 constexpr UINT kToRead = CFile::modeRead | CFile::shareDenyWrite | CFile::modeNoInherit;
 
-/// Another user could have put anything there to have it restored: only the user's own file is a backup.
+/// Another user could place any content there to have it restored, so only a file owned by the current user is a
+/// backup.
 CString BackupOf(const CString& path) {
     return path + ".qvold";
 }
 
-/// From the beginning to the end of both files.
+/// Copies all of `from` to the start of `to`.
 Status CopyContent(FileHandle from, FileHandle to) {
     constexpr std::size_t kStep = 256 * 1024;
     const auto buffer = std::make_unique_for_overwrite<char[]>(kStep);

@@ -5,7 +5,7 @@
 namespace qv {
 namespace {
 
-/// Walks through fewer folders are over before a thread would help.
+/// A shorter walk ends before a thread would help.
 constexpr int kFewListings = 8;
 constexpr std::size_t kMostExpected = 64;
 
@@ -13,7 +13,7 @@ constexpr std::size_t kMostExpected = 64;
 
 ListingsAhead::ListingsAhead(const CString& path) : m_outermost(path), m_root(SearchRoot(path)) {}
 
-/// What lies below the outermost folder lies below its absolute path in the same way.
+/// A path below the outermost folder has the same position below the absolute path of that folder.
 CString ListingsAhead::RootOf(const CString& path) const {
     const std::string_view whole = path, outermost = m_outermost;
     return whole.starts_with(outermost) ? m_root + whole.substr(outermost.size()) : SearchRoot(path);
@@ -32,7 +32,7 @@ FolderListing ListingsAhead::Take(const CString& path, bool isOutermost, const R
     if (found == m_expected.end()) return FolderListing(path, RootOf(path), isOutermost, *rules);
     Expected expected = std::move(found->second);
     m_expected.erase(found);
-    // Rules that were changed in the middle of the walk hold from the next folder on.
+    // Rules changed during the walk apply from the next folder on.
     return expected.rules == rules ? expected.listing.Get() : FolderListing(path, RootOf(path), isOutermost, *rules);
 }
 

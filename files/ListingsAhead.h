@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Folders that are read before FileFinder comes to them.
+/// @file Folders that are read before FileFinder reaches them.
 
 #include <string>
 #include <unordered_map>
@@ -10,8 +10,8 @@
 
 namespace qv {
 
-/// The listings of one walk. Those of folders that are sure to come are made on other threads, a bounded number at a time,
-/// once the walk has turned out to be worth it. One thread uses it.
+/// The listings of one walk. Folders that are certain to be entered are listed on other threads, a bounded number at a
+/// time, once the walk is long enough to gain from it. Not thread-safe.
 class ListingsAhead {
 public:
     using Rules = std::shared_ptr<const SearchRules>;
@@ -19,10 +19,10 @@ public:
     /// How many subfolders of one folder are read ahead.
     static constexpr int kSiblings = 16;
 
-    /// @param path  where the walk begins, with its final separator
+    /// @param path  the root of the walk, with its final separator
     explicit ListingsAhead(const CString& path);
 
-    /// Reads a subfolder ahead if there is room; false otherwise.
+    /// Starts to read a subfolder ahead; returns false if there is no room.
     bool Expect(const CString& path, const Rules& rules);
     FolderListing Take(const CString& path, bool isOutermost, const Rules& rules);
 

@@ -14,15 +14,15 @@
 
 namespace {
 
-/// A side file holds a login name. Longer ones are no side files, and are not read.
+/// A side file holds a login name. Longer files are not side files and are not read.
 constexpr std::uint64_t kLongestSideFile = 64 * 1024;
 
 CString SideFileOf(const CString& lockFile) {
     return qv::WithExtension(lockFile, "lid");
 }
 
-/// Puts a small file in the place of whatever has the name. False where that may not be replaced: another user's file in a
-/// folder in which everybody deletes his own alone.
+/// Replaces any file of that name with a small file. Returns false if the existing file may not be replaced: another
+/// user's file in a folder in which users may delete only their own.
 bool ReplaceWhole(const CString& path, std::string_view text) {
     qv::platform::AtomicFile file;
     return file.Create(path, qv::platform::Access::AsFolder).ok() &&
@@ -30,7 +30,7 @@ bool ReplaceWhole(const CString& path, std::string_view text) {
            file.Commit(qv::platform::IfExists::Replace, qv::platform::Durability::Deferred).ok();
 }
 
-/// For the side activities, whose failures nobody hears of.
+/// For side effects whose failures are not reported.
 template <class Action>
 void IgnoringFailure(Action action) {
     try {
@@ -41,7 +41,7 @@ void IgnoringFailure(Action action) {
     }
 }
 
-/// Returns after the pause, and sooner where the system reports that the lock file was removed. Short pauses are not worth
+/// Returns after the pause, or sooner if the system reports that the lock file was removed. Short pauses are not worth
 /// a watch.
 void WaitForRelease(const CString& lockFile, std::chrono::nanoseconds pause) {
     constexpr std::chrono::milliseconds kWorthWatching{8};
@@ -49,7 +49,7 @@ void WaitForRelease(const CString& lockFile, std::chrono::nanoseconds pause) {
         pause < kWorthWatching || !qv::platform::IsRealTime() ? nullptr : qv::platform::RemovalWatch::Open(lockFile);
     if (!watch) return qv::platform::Sleep(pause);
     watch->WaitFor(std::chrono::ceil<std::chrono::milliseconds>(pause));
-    // Other changes end the wait too, and may come all the time.
+    // Other changes also end the wait and may be frequent.
     qv::platform::Sleep(std::chrono::milliseconds(1));
 }
 
@@ -64,7 +64,7 @@ BOOL ILockObserver::OnLockHeld(const CString&, std::int64_t) {
 CLockFile::~CLockFile() {
     if (!m_locked) return;
     CloseLock();
-    // A side file that stays names a holder that is gone, until the next one overwrites it.
+    // A side file that stays names a former holder until the next one overwrites it.
     qv::platform::RemoveFile(SideFileOf(m_path)).IgnoreError();
 }
 
@@ -95,7 +95,7 @@ bool CLockFile::TryOnce() {
     constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::shareExclusive |
                             CFile::modeFolderAccess | CFile::modeNoInherit;
     m_locked = m_file.Open(m_path, kFlags, &m_lockException);
-    // Where that fails, the lock ends with this process, as without being asked for.
+    // If this fails, the lock ends with this process, as if it were not inheritable.
     if (m_locked && m_inheritable) qv::platform::AllowInheritance(m_file.GetHandle()).IgnoreError();
     if (m_locked)
         WriteLockedBy();
@@ -173,7 +173,7 @@ CString CLockFile::GetLockedByFileName() const {
 }
 
 void CLockFile::RemoveLockedBy() {
-    // A side file that stays names a holder that is gone, until the next one overwrites it.
+    // A side file that stays names a former holder until the next one overwrites it.
     qv::platform::RemoveFile(GetLockedByFileName()).IgnoreError();
 }
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Opens again and again while that fails with sharing violations, `retries` times after the first.
+/// Opens again while that fails with a sharing violation, at most `retries` times after the first attempt.
 template <class TryOpen, class Wait>
 BOOL OpenInTurn(TryOpen tryOpen, Wait wait, std::int32_t retries, CFileException* error) {
     CFileException local;

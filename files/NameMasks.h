@@ -9,7 +9,7 @@
 
 namespace qv {
 
-/// Several masks for names.
+/// A set of masks for names.
 class NameMasks {
 public:
     explicit NameMasks(const CStringArray& masks) {

@@ -6,7 +6,7 @@
 namespace qv {
 namespace {
 
-/// Where the last name begins.
+/// Returns the index at which the last name begins.
 std::size_t StartOfName(std::string_view path) {
     const auto separator = FindLastOf(path, kSeparators);
     if (separator != path.npos) return separator + 1;

@@ -4,15 +4,16 @@
 
 namespace qv {
 
-/// The parts of a path as CFilePath splits it, but of any length: what acts on files must never act on a path that was cut.
+/// The parts of a path as CFilePath splits it, but of any length: code that acts on files must not use a truncated
+/// path.
 
-/// The path with its extension replaced, or with one added to a name that has none. `extension` has no point.
+/// Returns the path with its extension replaced, or added to a name without one. `extension` has no leading dot.
 CString WithExtension(const CString& path, const char* extension);
 
-/// The folder of the path's last name, without a final separator unless it is the root; empty for a name alone.
+/// Returns the folder of the path's last name, without a final separator unless it is the root; empty for a bare name.
 CString FolderOf(const CString& path);
 
-/// The path's last name without its extension.
+/// Returns the path's last name without its extension.
 CString TitleOf(const CString& path);
 
 }  // namespace qv

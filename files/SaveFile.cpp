@@ -21,7 +21,8 @@ bool IsMissing(const CString& path) {
     return qv::platform::StatusOf(path, info).cause() == qv::platform::FileCause::FileNotFound;
 }
 
-/// The new version of a private document must not be readable meanwhile; it gets the document's permissions at the end.
+/// The new version of a private document must not be readable to others; the document's permissions are applied at the
+/// end.
 qv::platform::Access AccessFor(const CString& target) {
     return IsMissing(target) ? qv::platform::Access::AsUmaskSays : qv::platform::Access::Owner;
 }
@@ -41,7 +42,7 @@ CSaveFile::~CSaveFile() {
 }
 
 BOOL CSaveFile::Open(const char* fileName, UINT, CFileException* error) {
-    const CString name = fileName;  // which may be this object's own, gone after the drop
+    const CString name = fileName;  // `fileName` may point into this object, which Abort clears
     CSaveFile::Abort();
     auto version = std::make_unique<Version>();
     version->target = CString(qv::platform::LinkTarget(name));
@@ -58,8 +59,8 @@ void CSaveFile::Commit() {
     if (!m_version) AfxThrowFileException(CFileException::invalidFile, -1, m_strFileName);
     const CString name = m_strFileName;
     const auto version = std::move(m_version);
-    CSaveFile::Abort();                  // the handle is the version's own
-    qv::RestoreBackup(version->target);  // or else it would be put back later, over this version
+    CSaveFile::Abort();                  // the handle belongs to the version
+    qv::RestoreBackup(version->target);  // otherwise a later restore would overwrite this version
     qv::ThrowIfFailed(version->file.Commit(qv::platform::IfExists::Update, qv::platform::Durability::Synced), name);
 }
 

@@ -7,7 +7,7 @@ namespace {
 
 using qv::platform::ShellFunction;
 
-/// What the shell's list of one path may hold besides its two final zero bytes.
+/// The longest path in the shell's list of one path, without the two final zero bytes.
 constexpr int kLongestPath = 1302;
 
 std::atomic<IShellProgress*> g_progress = nullptr;
@@ -16,7 +16,7 @@ bool Fits(const CString& path) {
     return !path.IsEmpty() && path.GetLength() <= kLongestPath;
 }
 
-/// A list of one path.
+/// Returns a list of one path.
 CString ListOf(const CString& path) {
     return path + '\0';
 }

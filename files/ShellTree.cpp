@@ -47,7 +47,7 @@ bool ShellTree::Delete(const CString& path) {
     return !m_declined;
 }
 
-/// What the path names; nothing at all is a failure.
+/// Collects the items that the path names; finding none is a failure.
 bool ShellTree::Collect(const CString& source, std::vector<Item>& items) {
     const CString path = CFileUtils::UnterminateDir(source);
     const bool filesOnly = Has(CFileUtils::shellFilesOnly) && HasWildcards(path);
@@ -133,7 +133,7 @@ bool ShellTree::Confirm(const char* question, const CString& path) {
     return yes;
 }
 
-/// False when the user stops the work.
+/// Returns false if the user cancels the operation.
 bool ShellTree::Show(const CString& path) {
     return !m_progress || Has(CFileUtils::shellSilent) || m_progress->OnEntry(m_title, path);
 }

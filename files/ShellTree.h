@@ -4,13 +4,13 @@
 
 namespace qv {
 
-/// Copying and deleting as a system's shell does it, for systems without one. The flags are those of CFileUtils.
+/// Copies and deletes as a system's shell does, for systems without one. The flags are those of CFileUtils.
 class ShellTree {
 public:
     ShellTree(unsigned short flags, const char* title, IShellProgress* progress)
         : m_flags(flags), m_title(title), m_progress(progress) {}
 
-    /// Each true when all was done and the user stopped nothing. The first failure ends the work.
+    /// Each returns true if everything was done and the user cancelled nothing. The first failure ends the work.
     bool Copy(const CString& source, const CString& destination);
     bool Delete(const CString& path);
 
@@ -35,8 +35,8 @@ private:
     unsigned short m_flags;
     const char* m_title;
     IShellProgress* m_progress;
-    CString m_outermost;      ///< the folder that the copies go to
-    bool m_declined = false;  ///< the user said No to something
+    CString m_outermost;      ///< the folder that receives the copies
+    bool m_declined = false;  ///< the user answered No at least once
 };
 
 }  // namespace qv

@@ -61,7 +61,7 @@ void CTempFile::Create(int useGivenName) {
     m_fixedName = fixedBefore;
 }
 
-/// Makes a file and returns its name.
+/// Creates a file and returns its name.
 CString CTempFile::CreateCandidate() const {
     constexpr int kMostTaken = 1000;
     for (int taken = 0; taken < kMostTaken;) {

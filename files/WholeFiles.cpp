@@ -20,10 +20,10 @@ namespace {
 
 constexpr UINT kToRead = CFile::modeRead | CFile::shareDenyWrite;
 constexpr UINT kToMake = CFile::modeCreate | CFile::modeWrite;
-// Binary: the line end is written as it is.
+// Binary: the line end is written unchanged.
 constexpr UINT kToAdd = kToMake | CFile::modeNoTruncate | CFile::typeBinary;
 
-/// Runs an action that may fail without anybody hearing of it. False when it did.
+/// Runs an action and ignores its failure. Returns whether it succeeded.
 template <class Action>
 bool Try(Action action) {
     try {
@@ -35,7 +35,7 @@ bool Try(Action action) {
     }
 }
 
-/// Has the memory of a large text provided on another thread while it is being written, until it is destroyed.
+/// Makes another thread allocate the pages of a large text while it is being written, until destroyed.
 class MemoryAhead {
 public:
     MemoryAhead(char* memory, std::size_t size) {
@@ -58,8 +58,8 @@ private:
     qv::Task<bool> m_task;
 };
 
-/// Up to `size` bytes, by way of a small buffer that stays in the processor's own memory: so the text's memory is touched
-/// once only, and need not be filled before.
+/// Reads up to `size` bytes through a small buffer that stays in the processor's cache: the text's memory is touched
+/// only once and need not be zeroed first.
 void ReadInto(std::string& text, CFile& file, std::size_t size) {
     constexpr std::size_t kStep = 256 * 1024;
     text.reserve(size);
@@ -79,7 +79,7 @@ bool OpenToMake(CFile& file, const CString& path, int multiUser, int createDirec
     return multiUser ? CMultiUserFile::Open(file, path, kToMake, error) : file.Open(path, kToMake, error);
 }
 
-/// Others hold a log for a moment only, so this asks again soon, and long.
+/// Others hold a log only for a moment, so this retries at short intervals and for a long time.
 bool OpenToLog(CFile& file, const CString& path) {
     constexpr int kTries = 700;
     constexpr int kLongestPause = 32;
@@ -92,13 +92,13 @@ bool OpenToLog(CFile& file, const CString& path) {
     return false;
 }
 
-/// Brings all of the line into the file, or nothing.
+/// Appends the whole line to the file or nothing.
 void Append(CStdioFile& file, const CString& line) {
     std::uint64_t end = 0;
     qv::ThrowIfFailed(qv::platform::SeekToServerEnd(file.GetHandle(), end), file.GetFilePath());
     try {
         file.WriteString(line);
-        file.Seek(0, CFile::current);  // hands it to the system
+        file.Seek(0, CFile::current);  // flushes it to the system
         qv::ThrowIfFailed(qv::platform::FlushToServer(file.GetHandle()), file.GetFilePath());
     } catch (CFileException*) {
         Try([&] { file.SetLength(end); });
@@ -107,7 +107,8 @@ void Append(CStdioFile& file, const CString& line) {
     file.Close();
 }
 
-/// Whether both paths, which differ in their extension at most, lead to one entry of one folder. Hard links are two.
+/// Whether both paths, which differ at most in their extension, lead to the same entry of one folder. Two hard links
+/// are different entries.
 bool HaveOneName(const CString& path, const CString& other) {
     return path == other || (path.CompareNoCase(other) == 0 && qv::platform::IsSame(path, other));
 }
@@ -191,6 +192,6 @@ void CFileUtils::BackupFile(const char* path) {
     if (HaveOneName(name, backup)) AfxThrowFileException(CFileException::accessDenied, -1, name);
     MakeWritable(name);
     if (IsExist(backup)) MakeWritable(backup);
-    Try([&] { CFile::Remove(backup); });  // also a link that leads nowhere
+    Try([&] { CFile::Remove(backup); });  // also a dangling link
     CFile::Rename(name, backup);
 }
