@@ -10,7 +10,7 @@ struct Registry {
     std::map<std::string, CQVClassFactory::Maker, std::less<>> makers;
 };
 
-// Never destroyed: classes may be taken out while the process ends.
+// Never destroyed: classes may be unregistered during process exit.
 Registry& Known() {
     static auto* const registry = new Registry;
     return *registry;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What is done with elements in more than one place.
+/// @file Operations on elements shared by several files.
 
 #include <vector>
 
@@ -8,8 +8,8 @@
 
 namespace qv {
 
-/// What selects the class of an element: its name, and, where it has an attribute "typ", a blank and that attribute's
-/// markup: `item typ="big"`.
+/// Returns the key that selects an element's class: its name and, if it has an attribute "typ", a space and that
+/// attribute's markup: `item typ="big"`.
 CString KeyOfElement(const MSXML2::IXMLDOMElement& element);
 
 bool IsElement(const MSXML2::IXMLDOMNode& node);

@@ -6,9 +6,9 @@
 
 namespace qv {
 
-/// Puts nodes in the place of an element's content. Elements of the old content that the new one repeats stay the nodes
-/// that they were: first those that are the same to the letter, then those with the same name and "typ". Linear.
-/// @throws _com_error E_INVALIDARG for nodes that cannot stand there; nothing is changed then.
+/// Replaces an element's content with nodes. Old elements that recur in the new content keep their node identity: first
+/// those with identical markup, then those with the same name and "typ". O(n).
+/// @throws _com_error E_INVALIDARG for nodes that are not allowed there; nothing is changed then.
 void ReplaceContent(const MSXML2::IXMLDOMElement& element, std::vector<MSXML2::IXMLDOMNode> fresh);
 
 }  // namespace qv

@@ -23,7 +23,7 @@ void CHistoryMgr::UpdateHistory(const char* url, const char* title) {
     DropOldest();
 }
 
-// The page that was asked for has come. Any other ends the asking.
+// Returns whether the requested page has arrived. Any other page cancels the request.
 bool CHistoryMgr::ConfirmPending(const CString& url, const CString& title) {
     const int pending = std::exchange(m_pending, -1);
     if (pending < 0 || pending >= Count() || !(m_urls[pending] == url)) return false;
@@ -32,7 +32,7 @@ bool CHistoryMgr::ConfirmPending(const CString& url, const CString& title) {
     return true;
 }
 
-// A new page ends what was forward of the present one; a page seen before is only gone back to.
+// A new page discards the forward history; for a known page only the current position changes.
 void CHistoryMgr::Visit(const CString& url, const CString& title) {
     const int known = PositionOf(url);
     m_titles.SetAt(url, title);
@@ -50,7 +50,7 @@ void CHistoryMgr::DropOldest() {
     m_current = std::clamp(m_current, 0, std::max(Count() - 1, 0));
     if (m_pending >= Count()) m_pending = -1;
     if (m_titles.GetCount() <= 2 * Count() + 8) return;
-    CMapStringToString titles;  // of the pages that are left
+    CMapStringToString titles;  // of the remaining pages
     CString title;
     for (const CString& url : m_urls)
         if (m_titles.Lookup(url, title)) titles.SetAt(url, title);
@@ -99,7 +99,7 @@ CString CHistoryMgr::GetForwardMenuUrl(QvPoint point, HWND window) {
     return Choose(m_current - 1, -1, point, window);
 }
 
-// From the nearest page to the farthest, the last one excluded.
+// From the nearest page to the farthest, `to` excluded.
 CString CHistoryMgr::Choose(int from, int to, QvPoint point, HWND window) {
     const int step = from < to ? 1 : -1;
     CStringArray texts;

@@ -9,12 +9,12 @@
 namespace qv {
 namespace {
 
-// What the C library skips in front of a number.
+// Removes what the C library skips before a number.
 std::string_view WithoutBlanks(std::string_view text) {
     return ascii::TrimmedLeft(text, ascii::IsSpace);
 }
 
-// from_chars knows no plus sign.
+// from_chars accepts no plus sign.
 std::string_view WithoutPlus(std::string_view text) {
     if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
     return text;
@@ -22,7 +22,7 @@ std::string_view WithoutPlus(std::string_view text) {
 
 template <class... Form>
 std::string Write(double value, Form... form) {
-    char buffer[400];  // the longest double has 309 digits before the point
+    char buffer[400];  // the longest double has 309 digits before the decimal point
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value, form...).ptr};
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Numbers and dates as the XML formats write and read them: the same in every locale and on every system.
+/// @file Numbers and dates in the XML formats: the same in every locale and on every system.
 
 #include <string>
 #include <string_view>
@@ -9,19 +9,19 @@
 
 namespace qv {
 
-/// The digits that the text starts with, after white space and a sign; 0 when there are none, the nearest number when they
-/// are too many.
+/// Returns the value of the leading digits, after optional white space and sign; 0 without digits, the nearest int on
+/// overflow.
 int ReadInteger(std::string_view text);
-/// The same with fractions and exponents, a point before the decimals.
+/// The same with a fraction and an exponent; the decimal separator is a point.
 double ReadDouble(std::string_view text);
-/// Equal to "true", whatever the case.
+/// Returns whether the text equals "true", ignoring case.
 bool ReadBool(std::string_view text);
 
-/// As "%g" and "%f" in the C locale.
+/// Like "%g" and "%f" in the C locale.
 std::string WriteShort(double value);
 std::string WriteFixed(double value);
 
-/// "05 May 2004 14:03", and ":07" for the seconds.
+/// Returns "05 May 2004 14:03", with ":07" appended if `seconds` is set.
 std::string WriteDate(const COleDateTime& date, bool seconds);
 
 }  // namespace qv

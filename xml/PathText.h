@@ -1,25 +1,25 @@
 #pragma once
 
-/// @file Paths as texts.
+/// @file Parsing of paths.
 
 #include <string_view>
 #include <vector>
 
 namespace qv {
 
-/// The steps between the "/", those inside brackets and quotes left alone. Empty ones are kept: "//a" has two in front.
+/// Splits a path at each "/" outside brackets and quotes. Empty steps are kept: "//a" starts with two.
 std::vector<std::string_view> StepsOf(std::string_view path);
 
-/// True for a step that an index can follow: a name or "*" without a predicate.
+/// Whether an index may follow the step: a name or "*" without a predicate.
 bool TakesIndex(std::string_view step);
 
 struct IndexedStep {
     std::string_view name;
     long long index = 0;
-    bool valid = true;  ///< false: what stands in brackets is no index
+    bool valid = true;  ///< false if the brackets do not hold an index
 };
 
-/// "item[3]" or "item".
+/// Parses "item[3]" or "item".
 IndexedStep ReadIndexedStep(std::string_view step);
 
 }  // namespace qv

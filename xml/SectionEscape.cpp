@@ -43,7 +43,7 @@ void AppendSectionText(std::string& out, std::string_view text) {
     out.append(text, from);
 }
 
-// In one pass: no escape overlaps another, and none is made by what another stands for but after "&amp;", which counts
+// One pass is enough: escapes do not overlap, and replacing one creates another only for "&amp;", which is replaced
 // last.
 std::string SectionTextOf(std::string_view escaped) {
     std::string out;

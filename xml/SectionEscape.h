@@ -6,9 +6,9 @@
 namespace qv {
 
 bool NeedsEscapes(std::string_view text);
-/// Appends the text with its specials escaped.
+/// Appends the text with its special characters escaped.
 void AppendSectionText(std::string& out, std::string_view text);
-/// The inverse.
+/// The inverse of AppendSectionText.
 std::string SectionTextOf(std::string_view escaped);
 
 }  // namespace qv

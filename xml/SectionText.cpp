@@ -15,7 +15,7 @@ namespace {
     Fail((CString(begin) + tag) + ")");
 }
 
-// Reads element by element; the elements that are open are the present one and its parents.
+// Parses element by element; the open elements are the current one and its ancestors.
 class Parser {
 public:
     Parser(std::string_view text, std::string_view tag) : m_tag(tag) {
@@ -40,10 +40,10 @@ public:
                 Fail("A closing brace at the end of the file was opened but not closed (", View(at + 2, end));
             if (!brace) Fail("An opening brace at the end of the file was opened but not closed");
             at = brace + 1;
-            const auto behind = static_cast<std::uint32_t>(at - begin);
+            const auto after = static_cast<std::uint32_t>(at - begin);
             if (!closing)
-                Open(position, behind);
-            else if (Close(position, behind, View(begin + position + 2, brace)))
+                Open(position, after);
+            else if (Close(position, after, View(begin + position + 2, brace)))
                 return std::move(m_result);
         }
         return Finish();
@@ -54,7 +54,7 @@ private:
         return {begin, static_cast<std::size_t>(end - begin)};
     }
 
-    // To the next "<".
+    // Advances to the next "<".
     static const char* SkipData(const char* at, const char* end) {
         while (at != end && *at != '<' && *at != '>') ++at;
         if (at != end && *at == '>') Fail("An closing brace was found without a corresponding opening brace");
@@ -65,24 +65,24 @@ private:
         return element == 0 ? m_tag : m_result.elements[element].Tag(m_result.text);
     }
 
-    void Open(std::uint32_t position, std::uint32_t behind) {
+    void Open(std::uint32_t position, std::uint32_t after) {
         std::vector<SectionElement>& elements = m_result.elements;
         const auto fresh = static_cast<std::uint32_t>(elements.size());
         if (m_last.back() != 0) elements[m_last.back()].next = fresh;
         m_last.back() = fresh;
-        elements.push_back({.begin = position, .content = behind, .parent = m_present});
+        elements.push_back({.begin = position, .content = after, .parent = m_present});
         m_last.push_back(0);
         m_present = fresh;
     }
 
-    // True for the closing tag of the section itself.
-    bool Close(std::uint32_t position, std::uint32_t behind, std::string_view tag) {
+    // Returns true for the closing tag of the section itself.
+    bool Close(std::uint32_t position, std::uint32_t after, std::string_view tag) {
         SectionElement& element = m_result.elements[m_present];
         if (tag != TagOf(m_present))
             Fail("A closing XML brace did not match the opening brace (expecting ",
                  (CString(TagOf(m_present)) + ", but found ") + tag);
         element.contentEnd = position;
-        element.end = behind;
+        element.end = after;
         if (m_present == 0) return true;
         m_present = element.parent;
         m_last.pop_back();
@@ -100,7 +100,7 @@ private:
     std::string_view m_tag;
     SectionText m_result;
     std::uint32_t m_present = 0;
-    std::vector<std::uint32_t> m_last;  // the last child so far of each open element
+    std::vector<std::uint32_t> m_last;  // the last child of each open element so far
 };
 
 std::string CleanedTag(std::string_view tag) {
@@ -132,7 +132,7 @@ std::string SectionNode::DataOf(std::uint32_t element) const {
     return data += text.substr(from, self.contentEnd - from);
 }
 
-// Elements are numbered, and found, by the cleaned form of their tags: "a b" and "a_b" count as one.
+// Elements are numbered and found by the normalized form of their tags: "a b" and "a_b" are equal.
 void SectionNode::MakeIndex() const {
     m_indexed = true;
     for (std::uint32_t child = FirstChild(); child; child = At(child).next) {

@@ -12,24 +12,24 @@
 
 namespace qv {
 
-/// Lengths and results of the interface are int.
+/// Lengths and results of the interface are of type int.
 constexpr std::size_t kLongestSection = 0x7FFFFFFF;
 [[noreturn]] void RefuseLongSection();
 
-/// Places are byte offsets into the text.
+/// Positions are byte offsets into the text.
 struct SectionElement {
-    std::uint32_t begin = 0;       ///< of the opening "<"
-    std::uint32_t content = 0;     ///< behind the opening tag
+    std::uint32_t begin = 0;       ///< at the "<" of the opening tag
+    std::uint32_t content = 0;     ///< after the opening tag
     std::uint32_t contentEnd = 0;  ///< at the closing tag, or the end of the text
-    std::uint32_t end = 0;         ///< behind the closing tag
-    std::uint32_t next = 0;        ///< the next sibling, 0 for none
+    std::uint32_t end = 0;         ///< after the closing tag
+    std::uint32_t next = 0;        ///< the next sibling; 0 if none
     std::uint32_t parent = 0;
 
     std::string_view Tag(std::string_view text) const { return text.substr(begin + 1, content - begin - 2); }
 };
 
-/// Element 0 is the section whose text it is; its children, and theirs, follow in the order of their opening tags, so that
-/// the first child of an element, if it has one, comes right after it.
+/// Element 0 is the section itself. Its descendants follow in the order of their opening tags, so the first child of an
+/// element, if any, is the next element.
 struct SectionText {
     std::string text;
     std::vector<SectionElement> elements;
@@ -42,7 +42,7 @@ struct SectionText {
 /// Parses a text as the content of a section; see CXmlSection::SetRawXml. @throws CVorbexException*
 SectionText ParseSection(std::string_view text, std::string_view tag);
 
-/// One element, with its children by tag and number once somebody has asked.
+/// One element. The index of its children by tag and number is built on first use.
 class SectionNode {
 public:
     SectionNode(std::shared_ptr<const SectionText> text, std::uint32_t element)
@@ -57,10 +57,10 @@ public:
     const SectionElement& At(std::uint32_t element) const { return m_text->elements[element]; }
     std::string_view TagOf(std::uint32_t element) const { return At(element).Tag(Text()); }
 
-    /// The character data of an element of this text, without that of the elements in it.
+    /// Returns the character data of an element of this text, without that of its child elements.
     std::string DataOf(std::uint32_t element) const;
     std::string Data() const { return DataOf(m_element); }
-    /// 0 when there is none. A tag's blanks count as "_".
+    /// Returns 0 if not found. Spaces in a tag match "_".
     std::uint32_t Find(std::string_view tag, int number) const;
     std::shared_ptr<const SectionNode> Child(std::uint32_t element) const {
         return std::make_shared<SectionNode>(m_text, element);

@@ -6,8 +6,8 @@
 #include "xml/Numbers.h"
 #include "xml/dom/Path.h"
 
-// Reading item after item by its path would look at the first siblings again and again. Where the path is a simple one, all
-// siblings are looked at once and put into the order in which the paths would have found them.
+// Reading each item by its own path would be quadratic in the number of siblings. For a simple path, all siblings are
+// read once and ordered as the single paths would have found them.
 
 namespace {
 
@@ -28,14 +28,14 @@ void ReadNode(const Node& node, Items& items) {
     items.push_back(std::move(text));
 }
 
-// Names and indexes, the last step a plain name.
+// Whether the path consists of names and indexes and its last step is a plain name.
 bool EndsInName(std::string_view path) {
     const auto simple = qv::dom::ReadSimplePath(path);
     return simple && !simple->steps.empty() && simple->steps.back().index < 0 && !simple->steps.back().attribute;
 }
 
-// The nodes that path, path[1], path[2] ... may mean, by their index: each is the first in the document that has this place
-// among its siblings. Siblings come one after the other.
+// Returns, by index, the nodes that path, path[1], path[2] ... may select: the first one in the document with that
+// position among its siblings. Siblings are adjacent in the input.
 std::vector<Nodes> ByIndex(const Node& element, std::string_view path) {
     std::vector<Nodes> places;
     Node parent;
@@ -58,17 +58,17 @@ void ReadByIndex(const Node& element, std::string_view path, Items& items) {
     Node last;
     for (int i = 0;; ++i) {
         Node node = element.selectSingleNode(CString(path) + CXmlHelper::GetTagIndex(i));
-        if (!node || node == last) return;  // the same node again: a path like "a|b" has no place for an index
+        if (!node || node == last) return;  // the same node again: an index has no effect on a path like "a|b"
         ReadNode(node, items);
         last = std::move(node);
     }
 }
 
-// A format of a path, taken apart at the step in which its number stands.
+// A path format, split at the step that contains its number.
 struct NumberedPath {
-    std::string_view above;  // the steps before, "" for none
+    std::string_view above;  // the steps before, may be empty
     std::string_view step;
-    std::string_view below;  // those behind
+    std::string_view below;  // the steps after
 };
 
 std::optional<NumberedPath> TakeApart(std::string_view format) {
@@ -82,7 +82,7 @@ std::optional<NumberedPath> TakeApart(std::string_view format) {
     return path;
 }
 
-// The first of some nodes in which the rest of the path leads somewhere.
+// Reads from the first of the nodes in which the rest of the path is found.
 bool ReadBelow(const Nodes& nodes, std::string_view below, Items& items) {
     if (below.empty()) {
         ReadNode(nodes.front(), items);
@@ -118,7 +118,8 @@ bool ReadNumberedNames(const Node& element, const NumberedPath& path, Items& ite
     }
 }
 
-// A format whose number makes no difference would find the same for ever. No path has more places than there are nodes.
+// If the number has no effect on the format, every index finds the same node, so the loop needs a bound: the number of
+// nodes.
 class Bound {
 public:
     explicit Bound(const Node& element) : m_element(element) {}
@@ -130,7 +131,7 @@ public:
 
 private:
     const Node& m_element;
-    int m_most = 1000;  // up to here it is not worth counting
+    int m_most = 1000;  // not worth counting below this
 };
 
 void ReadByFormat(const Node& element, std::string_view format, Items& items) {

@@ -52,14 +52,14 @@ CXmlDomElement::Document CXmlDomElement::GetDomDoc() {
     return m_document;
 }
 
-// The one that the elements of the tree stand in; they may be of another than the tree's own.
+// Returns the document of the tree's elements, which may differ from the tree's own.
 CXmlDomElement::Document CXmlDomElement::DocumentOfElements() {
     const CXmlDomElement& root = m_root ? *m_root : *this;
     return root.m_element ? root.m_element.get_ownerDocument() : GetDomDoc();
 }
 
-// Wrappers whose elements are still children stay, others go, new ones follow. Nothing changes before all new ones are
-// made, in which a class may raise.
+// Keeps the wrappers of elements that are still children, deletes the others and appends new ones. Strong exception
+// guarantee: a class may raise when its wrapper is made.
 void CXmlDomElement::Parse() {
     std::vector<Node> known;
     for (const CXmlDomElement* const child : m_children) known.emplace_back(child->m_element);
@@ -82,7 +82,7 @@ void CXmlDomElement::Parse() {
     }
 }
 
-// Wrappers for the child elements that have none; the places of those that have are marked.
+// Makes wrappers for child elements that have none and marks in `keep` the wrappers that stay.
 std::vector<std::unique_ptr<CXmlDomElement>> CXmlDomElement::MakeChildren(const std::vector<int>& indexes,
                                                                           std::vector<bool>& keep) {
     std::vector<std::unique_ptr<CXmlDomElement>> made;
@@ -107,7 +107,7 @@ std::unique_ptr<CXmlDomElement> CXmlDomElement::MakeChild(const Element& element
     return std::unique_ptr<CXmlDomElement>(child);
 }
 
-// Something changed below, no matter where.
+// Called after a change at any depth below.
 void CXmlDomElement::ParseAgain() {
     m_parsed = 0;
     for (CXmlDomElement* const child : m_children) child->ParseAgain();

@@ -3,7 +3,7 @@
 #include "xml/Fragments.h"
 #include "xml/dom/Backend.h"
 
-// A text may take the place of elements that have wrappers.
+// Setting a text may replace elements that have wrappers.
 bool CXmlDomElement::HoldsElements(std::string_view path, int index) const {
     const Node node = m_element.selectSingleNode(CString(path) + CXmlHelper::GetTagIndex(index));
     return node && node.get_nodeType() == MSXML2::NODE_ELEMENT && node.selectSingleNode("*");

@@ -25,7 +25,7 @@ bool IsInvalid(char c) {
     return byte >= kFirstInvalid && byte <= kLastInvalid;
 }
 
-// What a byte turns into, itself for most; the bytes that are references only where `references` says so.
+// The replacement of each byte, by default itself; bytes written as references only if `references` is set.
 using Table = std::array<std::string_view, 256>;
 
 template <std::size_t N>
@@ -63,7 +63,7 @@ void Escape(CString& text, const Table& table) {
     text = CString(std::move(out.append(bytes, from)));
 }
 
-// "&#128;" to "&#159;" at the front of the text; 0 for none.
+// Returns the byte for "&#128;" to "&#159;" at the front of the text; 0 if there is none.
 char ReferenceAt(std::string_view text) {
     if (text.size() < 6 || text[1] != '#' || text[5] != ';') return 0;
     int number = 0;
@@ -73,7 +73,7 @@ char ReferenceAt(std::string_view text) {
 }
 
 struct Mark {
-    char character = 0;  // 0 for no mark
+    char character = 0;  // 0 if there is no mark
     std::size_t length = 0;
 };
 
@@ -85,8 +85,8 @@ Mark MarkAt(std::string_view text, const Entity (&entities)[N]) {
     return {};
 }
 
-// In one pass what is meant as one replacement after the other, "&amp;" last: no mark overlaps another or is made by one.
-// Only the bytes of references may come to stand beside each other as one character, and nothing looks at those again.
+// One pass gives the same result as successive replacements with "&amp;" last: marks do not overlap, and no replacement
+// creates another mark. Bytes from references may form a multi-byte character, but those are not examined again.
 template <std::size_t N>
 void Unescape(CString& text, const Entity (&entities)[N], bool lineEnds) {
     const std::string_view bytes = text;

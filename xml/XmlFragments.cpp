@@ -21,12 +21,12 @@ using Nodes = std::vector<Node>;
 using qv::ChildrenOf;
 using qv::IsElement;
 
-// The root of a fragment; its document lives as long as its nodes.
+// Returns the root of a fragment; its document lives as long as its nodes.
 Element Parse(std::string_view xml) {
     return CXmlHelper::GetDocumentElement(xml);
 }
 
-// All or none.
+// Inserts all nodes or none.
 Node InsertAll(const Node& parent, const Nodes& nodes, const Node& reference) {
     auto next = nodes.begin();
     try {
@@ -45,7 +45,7 @@ void RequireRoom(const Node& parent, const Nodes& nodes) {
             _com_raise_error(_com_error::kInvalidArg, "elements are nested too deeply");
 }
 
-// As KeyOfElement has it, exactly.
+// Exactly as KeyOfElement.
 std::string KeyOf(const Node& node) {
     std::string key = qv::dom::NameOf(node.Get()), type;
     if (qv::dom::GetAttribute(node.Get(), "typ", type)) (key += ' ') += type;
@@ -56,7 +56,7 @@ std::string MarkupOf(const Node& node) {
     return qv::dom::MarkupOf(node);
 }
 
-// Elements of the old content, waiting to be used again; a null one is used.
+// Elements of the old content that can be reused; null once reused.
 class Reusable {
 public:
     Reusable(Nodes& elements, std::string (*keyOf)(const Node&)) : m_elements(elements) {
@@ -83,7 +83,7 @@ void TakeOver(const Element& to, const Element& from) {
     InsertAll(to, ChildrenOf(from), nullptr);
 }
 
-// Puts old elements in the places of the new ones that repeat them: first to the letter, then by name and type.
+// Replaces new elements by the old ones that they repeat: first by markup, then by name and type.
 void Merge(const Nodes& old, Nodes& fresh) {
     Nodes elements;
     std::copy_if(old.begin(), old.end(), std::back_inserter(elements), IsElement);

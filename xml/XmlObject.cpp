@@ -13,7 +13,7 @@ CXmlObject* CXmlObjectFactory::CreateObject(std::string_view type) {
     return created;
 }
 
-// Elements have classes of their own in the same registry.
+// Elements have their own classes in the same registry.
 CString CXmlObjectFactory::KeyOf(std::string_view type) {
     return "section " + CXmlSection::CleanTag(type);
 }

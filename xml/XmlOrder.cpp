@@ -25,7 +25,7 @@ CString KeyText(const Node& element, std::string_view pattern) {
     return found ? found.get_text() : CString();
 }
 
-// The same elements by one key more, which counts more than those before: the order is stable.
+// Sorts the elements by one more key, which takes precedence over the earlier ones. The sort is stable.
 Nodes SortedBy(const Nodes& elements, std::string_view pattern, bool descending) {
     std::vector<CString> keys;
     keys.reserve(elements.size());
@@ -38,7 +38,7 @@ Nodes SortedBy(const Nodes& elements, std::string_view pattern, bool descending)
     return sorted;
 }
 
-// Sorts those of the children that stand at the given places, among these places. All children are set down anew.
+// Sorts the children at the given positions among these positions. All children are appended again.
 void SortPlaces(const Node& parent, Nodes children, const std::vector<std::size_t>& places,
                 const CStringArray& patterns, bool descending) {
     Nodes elements;

@@ -25,8 +25,8 @@ long long CountOf(const Node& parent, std::string_view name) {
     return count;
 }
 
-// Makes the elements of one name that are missing, up to an index. The first is parsed alone, so that no value gets
-// anywhere that would not make an element of its own.
+// Creates the missing elements of one name, up to an index. The first is parsed alone, so that a value that is not
+// well-formed on its own is refused.
 void AppendMissing(const Node& parent, const qv::IndexedStep& step, std::string_view value) {
     const long long missing = step.index + 1 - CountOf(parent, step.name);
     if (!step.valid || missing < 1 || missing > kMostMissing)
@@ -50,7 +50,7 @@ Node LastChild(const Node& parent) {
     return last;
 }
 
-// Takes out what was made, if the rest of the path cannot be. All of it is below the first step that was missing.
+// Removes the created nodes if the rest of the path cannot be created. They are all below the first missing step.
 class Undo {
 public:
     void Remember(const Node& parent) {
@@ -69,7 +69,7 @@ private:
     Node m_parent, m_last;
 };
 
-// One step further down from `parent`, made if it is missing.
+// Returns the node one step below `parent`, created if missing.
 Node MakeStep(const Node& parent, std::string_view step, std::string_view value, Undo& undo) {
     if (Node found = parent.selectSingleNode(step)) return found;
     undo.Remember(parent);
@@ -122,7 +122,7 @@ CString Joined(const std::vector<CString>& fromInside) {
     return path;
 }
 
-// The path from the node that `base` is, or from the root.
+// Returns the path from the node `base`, or from the root.
 CString PathDownTo(Node node, const Node& base, int first) {
     std::vector<CString> steps;
     if (node.get_nodeType() == MSXML2::NODE_ATTRIBUTE) return CXmlHelper::GetIndexedName(node);

@@ -107,7 +107,7 @@ std::unique_ptr<CXmlObject> MakeObject(std::string_view tag, const CRuntimeClass
 
 }  // namespace
 
-/// `make` gives the object for a tag, or null for one to be left out.
+/// `make` returns the object for a tag, or null to skip it.
 template <class Make>
 BOOL CXmlSection::AppendObjects(std::string_view tag, CXmlObjectArray& objects, Make make) const {
     CXmlSection list;
@@ -120,7 +120,7 @@ BOOL CXmlSection::AppendObjects(std::string_view tag, CXmlObjectArray& objects, 
         section.m_node = node.Child(element);
         object->LoadXml(section);
         objects.Add(object.get());
-        static_cast<void>(object.release());  // the array has it now
+        static_cast<void>(object.release());  // now owned by the array
     }
     return 1;
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kStep = 4;
 
-// A tag as it is written, without a copy where it stands so already.
+// A tag in its written form; copies only if that differs.
 class WrittenTag {
 public:
     explicit WrittenTag(std::string_view tag) : m_view(tag) {
@@ -29,19 +29,19 @@ private:
     std::string_view m_view;
 };
 
-// Sizes are summed up in 64 bits.
+// Sizes are added in 64 bits.
 void CheckRoom(const std::string& text, std::uint64_t more) {
     if (more > qv::kLongestSection - text.size()) qv::RefuseLongSection();
 }
 
-// Room for more; the text grows by doubling, up to what a section can hold.
+// Reserves space for `more` bytes; capacity doubles, up to the maximum size of a section.
 void Reserve(std::string& text, std::uint64_t more) {
     CheckRoom(text, more);
     const auto size = static_cast<std::size_t>(more);
     if (text.capacity() - text.size() < size) text.reserve(std::max(2 * text.capacity(), text.size() + size));
 }
 
-// Takes back the lines of an operation that raises before its last one.
+// Removes the lines of an operation that raises before it is complete.
 class WholeOrNothing {
 public:
     WholeOrNothing(std::string& text, int& indent)
@@ -69,7 +69,7 @@ char* Put(char* to, std::string_view text) {
     return to + text.size();
 }
 
-// "<tag>text</tag>" and its line end, put together before they are appended: most lines are short.
+// Appends "<tag>text</tag>" and a line end, assembled first because most lines are short.
 void AppendLine(std::string& out, std::size_t indent, std::string_view tag, std::string_view text) {
     constexpr std::size_t kMarks = 6, kShort = 256;
     const std::uint64_t size = std::uint64_t{indent} + tag.size() + tag.size() + text.size() + kMarks;
@@ -88,7 +88,7 @@ void AppendLine(std::string& out, std::size_t indent, std::string_view tag, std:
     out.append(line, at);
 }
 
-// Whole lines, each behind so many blanks.
+// Appends whole lines, each indented by `indent` spaces.
 void AppendIndented(std::string& text, std::string_view lines, std::size_t indent) {
     Reserve(text, std::min(lines.size() + lines.size() / 4, qv::kLongestSection - text.size()));
     for (std::size_t from = 0, end; from < lines.size(); from = end) {
@@ -126,7 +126,7 @@ void CXmlSection::CloseElement(std::string_view tag) {
     m_text.append(static_cast<std::size_t>(m_indent), ' ').append("</").append(written).append(">\n");
 }
 
-// Most texts need no escapes.
+// Most texts need no escaping.
 void CXmlSection::AddString(std::string_view tag, std::string_view text, BOOL force) {
     if (text.empty() && !force) return;
     if (text.size() > qv::kLongestSection) qv::RefuseLongSection();

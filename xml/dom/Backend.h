@@ -1,9 +1,10 @@
 #pragma once
 
-/// @file What the DOM handles ask of a DOM. libxml2/ and msxml/ answer, file by file; the handles have checked before that
-/// names and texts can be held, that no handle is null, and that no node would come to stand inside itself or too deep.
+/// @file The DOM backend below the handles, implemented by libxml2/ and msxml/ file by file. The handles have checked
+/// that names and texts are valid, that no handle is null, and that no node would become its own descendant or exceed
+/// the depth limit.
 ///
-/// Texts are UTF-8, so that nothing is lost between nodes, whatever the code page. A failure raises _com_error.
+/// Texts are UTF-8, so no character is lost between nodes in any code page. Failures raise _com_error.
 
 #include <memory>
 #include <span>
@@ -23,31 +24,31 @@ using MSXML2::IXMLDOMParseError;
 void Retain(Node& node) noexcept;
 void Release(Node& node) noexcept;
 bool SameNode(Node& a, Node& b);
-/// True when `inner` is `outer` or stands somewhere below it.
+/// Whether `inner` is `outer` or one of its descendants.
 bool Holds(Node& outer, Node& inner);
-/// For each child element of `parent`, in order, the index of the handle to it among `known`, or -1. Linear.
+/// Returns, for each child element of `parent` in order, the index of its handle in `known`, or -1. O(n).
 std::vector<int> IndexesAmong(Node& parent, std::span<const IXMLDOMNode> known);
-/// How many elements a node stands in, itself included.
+/// Returns the number of elements on the path to a node, including itself.
 int DepthOf(Node& node);
-/// How many elements stand in each other from a node down, itself included.
+/// Returns the height of the subtree in elements, including the node itself.
 int HeightOf(Node& node);
 
 // Documents (Document.cpp)
 
-/// Null, with the reason in `error`, when the system has no DOM.
+/// Returns null, with the reason in `error`, if the system has no DOM.
 Node* CreateDocument(HRESULT& error);
 void SetAsync(Node& document, bool async);
 void SetValidate(Node& document, bool validate);
 void SetKeepSpace(Node& document, bool keep);
-/// Empties the document; then it is up to the caller to say why.
+/// Empties the document and sets its parse error.
 void SetProblem(Node& document, const IXMLDOMParseError& problem);
 IXMLDOMParseError Problem(Node& document);
 bool LoadText(Node& document, std::string_view text);
 bool LoadBytes(Node& document, std::string_view bytes);
 std::string Save(Node& document);
 IXMLDOMNode DocumentElement(Node& document);
-/// An element that is not in a tree yet. A prefix means what it means at `scope`; without one it is in no namespace.
-/// Null when the prefix is not declared there.
+/// Creates an element that is in no tree yet. Its prefix is resolved at `scope`; without a prefix it has no namespace.
+/// Returns null if the prefix is not declared there.
 IXMLDOMNode CreateElement(Node& document, std::string_view tag, Node* scope);
 
 // Values (Values.cpp)
@@ -62,14 +63,14 @@ void SetText(Node& node, std::string_view text);
 // Attributes (Attributes.cpp)
 
 std::vector<IXMLDOMNode> Attributes(Node& node);
-/// The element that an attribute stands at; null when it stands nowhere.
+/// Returns the element that owns an attribute; null if it has no owner.
 IXMLDOMNode OwnerOf(Node& attribute);
 bool GetAttribute(Node& element, std::string_view name, std::string& value);
-/// False, and nothing changed, for a prefix that is not declared, and for a declaration under which names that stand there
-/// would have none, or two attributes of an element the same.
+/// Returns false and changes nothing if the prefix is not declared, or if a declaration would leave a name there
+/// without a namespace or make two attributes of an element equal.
 bool SetAttribute(Node& element, std::string_view name, std::string_view value);
 bool RemoveAttribute(Node& element, std::string_view name);
-/// Gives an element the attributes of another, and no more. Declarations of namespaces are no attributes here.
+/// Replaces an element's attributes by those of another. Namespace declarations are not attributes here.
 void CopyAttributes(Node& to, Node& from);
 
 // The tree (Tree.cpp)
@@ -79,15 +80,15 @@ IXMLDOMNode FirstChild(Node& node);
 IXMLDOMNode NextSibling(Node& node);
 IXMLDOMNode PreviousSibling(Node& node);
 Node* OwnerDocument(Node& node);
-/// `reference` is a child of `parent`, or null for the end.
+/// Inserts before `reference`, a child of `parent`, or at the end if it is null.
 void Insert(Node& parent, Node& child, Node* reference);
 void Remove(Node& parent, Node& child);
-/// A copy with all below it, which is not in a tree yet.
+/// Returns a deep copy that is in no tree yet.
 IXMLDOMNode Clone(Node& node);
 
 // Paths (Select.cpp)
 
-/// The first node, or null.
+/// Returns the first node, or null.
 IXMLDOMNode SelectFirst(Node& context, std::string_view path);
 std::vector<IXMLDOMNode> SelectAll(Node& context, std::string_view path);
 

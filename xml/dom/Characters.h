@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file XML's classes of characters, as far as single bytes show them: a byte from 0x80 on may be part of any name.
+/// @file XML's character classes, as far as single bytes determine them: a byte from 0x80 on may be part of any name.
 
 #include "platform/Ascii.h"
 

@@ -1,22 +1,23 @@
 #pragma once
 
-/// @file Between the handles, whose texts are in the process's code page, and the DOMs, whose texts are UTF-8.
+/// @file Conversions between the handles, which use the process's code page, and the DOMs, which use UTF-8.
 
 #include <string>
 #include <string_view>
 
 namespace qv::dom {
 
-/// What is no character of the code page becomes "?", but for UTF-8, where it stays for others to refuse.
+/// Replaces bytes that are invalid in the code page with "?". If the code page is UTF-8 they are kept, for the caller
+/// to refuse.
 std::string ToUtf8(std::string_view text);
 
-/// What the code page does not hold becomes "?". The characters U+0080 to U+009F, which references to bytes make, are
-/// these bytes in a code page of single bytes.
+/// Replaces characters that the code page lacks with "?". In a single-byte code page, U+0080 to U+009F, which
+/// references to bytes produce, become those bytes.
 std::string ToCodePage(std::string_view utf8);
 
-/// True when the character, in UTF-8, comes back as it went.
+/// Whether the character, in UTF-8, survives the round trip.
 bool CodePageHolds(std::string_view character);
-/// True when the code page holds every character there is.
+/// Whether the code page has every Unicode character.
 bool CodePageHoldsAll();
 
 }  // namespace qv::dom

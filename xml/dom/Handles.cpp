@@ -17,7 +17,7 @@ void Require(bool holds, const char* what) {
     if (!holds) _com_raise_error(_com_error::kInvalidArg, what);
 }
 
-// The text in UTF-8, CR LF as LF.
+// Returns the text in UTF-8, with CR LF as LF.
 std::string HeldText(const IXMLDOMNode& node, std::string_view text) {
     Require(text.size() <= dom::kLongestText, kCannotHold);
     std::string utf8 = dom::ToUtf8(text);
@@ -37,13 +37,13 @@ std::string HeldName(std::string_view name) {
     return utf8;
 }
 
-// No document holds a path or a name as long as this.
+// Nothing in a document can match a longer path or name.
 std::string SoughtText(std::string_view text) {
     if (text.size() > dom::kLongestText) _com_raise_error(_com_error::kFail, "the path cannot be read");
     return dom::ToUtf8(text);
 }
 
-// Conversions count in int.
+// The conversions use int lengths.
 bool IsTooLong(dom::Node& document, std::string_view text) {
     if (text.size() <= dom::kLongestDocument) return false;
     dom::SetProblem(document, dom::TooLong());
@@ -54,7 +54,7 @@ bool IsChildOf(const IXMLDOMNode& child, const IXMLDOMNode& parent) {
     return child.get_nodeType() != NODE_ATTRIBUTE && child.get_parentNode() == parent;
 }
 
-// What may stand below what.
+// Checks which node types may be children of which.
 void RequireFit(const IXMLDOMNode& parent, const IXMLDOMNode& child) {
     const DOMNodeType outer = parent.get_nodeType(), inner = child.get_nodeType();
     const bool text = inner == NODE_TEXT || inner == NODE_CDATA_SECTION;

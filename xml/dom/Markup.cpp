@@ -29,7 +29,7 @@ void AppendEscaped(std::string& out, std::string_view text, bool attribute) {
     }
 }
 
-// The same, with references for what the code page does not hold.
+// The same, with references for characters that the code page lacks.
 void AppendReferenced(std::string& out, std::string_view text, bool attribute) {
     std::size_t from = 0;
     for (std::size_t i = 0; i < text.size();) {
@@ -44,7 +44,7 @@ void AppendReferenced(std::string& out, std::string_view text, bool attribute) {
     AppendEscaped(out, text.substr(from), attribute);
 }
 
-// Walks down and up again without a stack of calls: trees made by hand may be deep.
+// Traverses iteratively: trees built by hand may be deep.
 class MarkupWriter {
 public:
     explicit MarkupWriter(Markup reader) : m_references(reader == Markup::CodePage && !CodePageHoldsAll()) {}
@@ -65,10 +65,10 @@ private:
     struct Element {
         IXMLDOMNode node;
         std::string name;
-        std::size_t declared;  // how many declarations were in force outside it
+        std::size_t declared;  // how many declarations are in scope outside it
     };
 
-    // The node behind a finished one. Closes the elements that end there.
+    // Returns the node that follows a finished one. Closes the elements that end there.
     IXMLDOMNode Next(IXMLDOMNode node, bool inner) {
         for (;;) {
             if (m_elements.empty() && !inner) return nullptr;
@@ -81,7 +81,7 @@ private:
         }
     }
 
-    // True when the node's children come next.
+    // Returns true if the node's children come next.
     bool Open(const IXMLDOMNode& node) {
         switch (node.get_nodeType()) {
             case NODE_ELEMENT: return OpenElement(node);
@@ -113,7 +113,7 @@ private:
         m_out += '"';
     }
 
-    // A declaration names an encoding that this text no longer has.
+    // An XML declaration names an encoding that this text no longer has.
     void AppendInstruction(const IXMLDOMNode& node) {
         const std::string name = NameOf(node.Get()), value = ValueOf(node.Get());
         if (name == "xml") return;
@@ -154,7 +154,7 @@ private:
         if (!PrefixOf(name).empty() && !IsDeclaration(name)) Declare(attribute, name);
     }
 
-    // Writes the declaration of the name's prefix, unless one is in force.
+    // Writes the declaration of the name's prefix unless it is in scope.
     void Declare(const IXMLDOMNode& node, std::string_view name) {
         const std::string prefix(PrefixOf(name)), uri = NamespaceOf(node.Get());
         if (prefix == "xml" || KnownUri(prefix) == uri || (uri.empty() && !prefix.empty())) return;
@@ -179,9 +179,9 @@ private:
 
     bool m_references;
     std::string m_out;
-    std::vector<Element> m_elements;                         // that are open
+    std::vector<Element> m_elements;                         // the open elements
     std::vector<std::string> m_declared;                     // the prefixes declared in these, in order
-    KeyedMap<std::string, std::vector<std::string>> m_uris;  // what each stands for, the innermost last
+    KeyedMap<std::string, std::vector<std::string>> m_uris;  // the URIs of each prefix, innermost last
 };
 
 }  // namespace

@@ -15,7 +15,7 @@ constexpr std::size_t kDeepest = 64;
 
 using ascii::IsDigit;
 
-// Those of XPath 1.0, and its tests of nodes. An evaluator may complain of others where nobody wants to read it.
+// The functions and node tests of XPath 1.0. An evaluator may report unknown ones where they go unnoticed.
 bool IsFunction(std::string_view name) {
     constexpr std::array functions{"boolean",
                                    "ceiling",
@@ -51,7 +51,7 @@ bool IsFunction(std::string_view name) {
     return std::find(functions.begin(), functions.end(), name) != functions.end();
 }
 
-// The end of the name at `from`, one prefix included; `from` itself when none stands there.
+// Returns the end of the name at `from`, including a prefix; `from` itself if there is no name.
 std::size_t EndOfName(std::string_view text, std::size_t from) {
     std::size_t end = from;
     for (int part = 0; part < 2; ++part) {
@@ -64,7 +64,7 @@ std::size_t EndOfName(std::string_view text, std::size_t from) {
     return end;
 }
 
-// "[12]" at the front of the text: its number, and the text behind it.
+// Parses "[12]" at the front of the text and removes it.
 bool TakeIndex(std::string_view& text, int& index) {
     const char* const end = text.data() + text.size();
     const auto [next, error] = std::from_chars(text.data() + 1, end, index);
@@ -91,7 +91,7 @@ public:
     explicit Translation(std::string_view path) : m_path(path) {}
 
     std::optional<std::string> Run() {
-        // An evaluator would stop reading at a zero byte.
+        // An evaluator would stop at a zero byte.
         if (m_path.size() > kLongest || m_path.find('\0') != m_path.npos) return std::nullopt;
         while (m_at < m_path.size())
             if (!Step()) return std::nullopt;
@@ -110,7 +110,7 @@ private:
         if (c == '[' && Index()) return true;
         if (c == '[' || c == '(') return Open(c);
         if (c == ']' || c == ')') return Close(c);
-        // "*" is a name where a name may stand, and a product elsewhere.
+        // "*" is a name test where an operand may follow, else the multiplication operator.
         m_operandBefore = (c == '*' && !m_operandBefore) || c == '.';
         m_attribute = c == '@';
         return Copy(1);
@@ -148,7 +148,7 @@ private:
         return Copy(1);
     }
 
-    // A predicate that is a plain number.
+    // Parses a predicate that is a plain number.
     bool Index() {
         std::size_t at = SkipSpace(m_at + 1);
         const std::size_t first = at;
@@ -194,9 +194,9 @@ private:
     std::string_view m_path;
     std::size_t m_at = 0;
     std::string m_out;
-    std::string m_open;            // the closing brackets that are waited for
-    bool m_operandBefore = false;  // so what follows is an operator
-    bool m_attribute = false;      // a name that follows is an attribute's
+    std::string m_open;            // the expected closing brackets
+    bool m_operandBefore = false;  // if true, an operator follows
+    bool m_attribute = false;      // if true, the next name is an attribute's
 };
 
 }  // namespace

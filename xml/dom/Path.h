@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The paths of selections: those that are simple enough to be walked, and the others as XPath.
+/// @file Selection paths: simple ones, which are walked directly, and the others, which are translated to XPath.
 
 #include <optional>
 #include <string>
@@ -9,23 +9,23 @@
 
 namespace qv::dom {
 
-/// "name", "name[2]", "*", "*[0]" or, at the end of a path only, "@name".
+/// "name", "name[2]", "*", "*[0]" or, only as the last step, "@name".
 struct PathStep {
     std::string_view name;  ///< "*" for any element
-    int index = -1;         ///< from 0; -1 for every one
+    int index = -1;         ///< zero-based; -1 for all
     bool attribute = false;
 };
 
 struct SimplePath {
     bool absolute = false;
-    std::vector<PathStep> steps;  ///< none: the document itself, when absolute
+    std::vector<PathStep> steps;  ///< if empty and absolute: the document itself
 };
 
-/// The steps of a path, which has to outlive them; nothing when it is not a simple one.
+/// Returns the steps of a path, which must outlive them; nullopt if it is not simple.
 std::optional<SimplePath> ReadSimplePath(std::string_view path);
 
-/// The path in XPath 1.0: indexes from 1, names compared as they are written. Nothing when it is too long (64 KiB) or too
-/// deep (64 levels of brackets) for an evaluator to be trusted with it, or its brackets and quotes do not match.
+/// Returns the path in XPath 1.0: indexes start at 1, names are compared as written. Returns nullopt if it is too long
+/// (64 KiB) or too deep (64 levels of brackets) for an evaluator, or if its brackets or quotes do not match.
 std::optional<std::string> ToXPath(std::string_view path);
 
 }  // namespace qv::dom

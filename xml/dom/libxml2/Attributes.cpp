@@ -8,7 +8,7 @@
 namespace qv::dom {
 namespace {
 
-// Elements with fewer attributes are searched one by one.
+// Elements with fewer attributes are searched linearly.
 constexpr int kMany = 16;
 
 bool HasMany(const xmlNode* element) {
@@ -54,8 +54,8 @@ void SetValue(Tree& tree, xmlAttr* attribute, std::string_view value) {
     SetText(*node, value);
 }
 
-// The declarations of namespaces have no nodes that could be handed out. Attributes of the same name and value stand for
-// them, each a piece of its own.
+// Namespace declarations have no xmlAttr to hand out. Attributes with the same name and value represent them, each an
+// orphan.
 IXMLDOMNode DeclarationAsAttribute(Tree& tree, const xmlNs* ns) {
     const std::string name = ns->prefix ? "xmlns:" + std::string(View(ns->prefix)) : "xmlns";
     auto* const node = AsNode(xmlNewDocProp(tree.doc, Xml(name.c_str()), nullptr));
@@ -68,10 +68,10 @@ void PutUri(xmlNs* declaration, std::string_view uri) {
     xmlChar* const copy = xmlStrndup(Xml(uri.data()), static_cast<int>(uri.size()));
     if (!copy) throw std::bad_alloc();
     xmlFree(const_cast<xmlChar*>(std::exchange(declaration->href, copy)));
-    declaration->_private = nullptr;  // it is the caller's now
+    declaration->_private = nullptr;  // now owned by the caller
 }
 
-// The other names that the prefix has part in have to hold under its new meaning.
+// The other names that use the prefix must remain valid under its new URI.
 bool SetDeclaration(Tree& tree, xmlNode* element, std::string_view prefix, std::string_view uri) {
     const xmlChar* const now = UriOf(element, prefix);
     const std::string before(View(now));
@@ -102,7 +102,7 @@ bool RemoveDeclaration(Tree& tree, xmlNode* element, std::string_view prefix) {
 
 bool MayAdd(const xmlNode* element, std::string_view name) {
     const std::string_view prefix = PrefixOf(name);
-    return prefix.empty() || (UriOf(element, prefix) && !MeansAnother(element, name));
+    return prefix.empty() || (UriOf(element, prefix) && !IsDuplicateAttribute(element, name));
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ bool Load(Node& document, std::string_view bytes, const char* encoding, int opti
     if (bytes.size() > kLongestDocument) return Refuse(document, TooLong());
     PrepareLibrary();
     const Silence silence;
-    // The old content goes first, so that the new one finds room in its place. It would go after a failure, too.
+    // Free the old content first, so that the new one can reuse its memory. A failure would discard it anyway.
     SetProblem(document, {});
     TreeBuilder builder(document.tree->keepSpace);
     Doc doc = builder.Parse(bytes, encoding, options);
@@ -47,7 +47,7 @@ int Append(void* out, const char* bytes, int count) {
     return count;
 }
 
-// libxml2 writes the URIs of declarations as they are. While this lives, they are as they have to be written.
+// libxml2 writes the URIs of declarations verbatim. While this lives, they are escaped.
 class WrittenUris {
 public:
     explicit WrittenUris(xmlDoc* doc) {
@@ -71,7 +71,7 @@ private:
     std::vector<std::pair<xmlNs*, const xmlChar*>> m_own;
 };
 
-// Nothing when the document cannot be written in the encoding.
+// Returns an empty string if the document cannot be written in the encoding.
 std::string Written(xmlDoc* doc, const char* encoding) {
     const Silence silence;
     const WrittenUris uris(doc);
@@ -87,7 +87,8 @@ std::string MarkupIn(Node& document) {
     return MarkupOf(IXMLDOMNode(&document));
 }
 
-// True when the bytes, read again, are the document: names and comments have no references for what an encoding lacks.
+// Whether the bytes, parsed again, equal the document: names and comments have no references for characters that an
+// encoding lacks.
 bool Means(std::string_view bytes, Node& document) {
     HRESULT error = 0;
     const IXMLDOMNode copy(CreateDocument(error));
@@ -100,7 +101,7 @@ bool HoldsEverything(std::string_view encoding) {
            encoding.starts_with("utf-16");
 }
 
-// The next declaration of attributes in the internal subset, from a node on.
+// Returns the next attribute declaration in the internal subset, from a node on.
 xmlNode* AttributeDeclaration(xmlNode* node) {
     while (node && node->type != XML_ATTRIBUTE_DECL) node = node->next;
     return node;
@@ -110,7 +111,7 @@ bool HasAttributeDeclarations(const xmlDoc* doc) {
     return doc->intSubset && AttributeDeclaration(doc->intSubset->children);
 }
 
-// They would give defaults, when the document is read again, to elements that have come since or lost them.
+// When the document is read again, they would give defaults to elements that were added or have lost them.
 void LeaveOutAttributeDeclarations(const xmlDoc* doc) {
     while (xmlNode* const declaration = AttributeDeclaration(doc->intSubset->children)) xmlUnlinkNode(declaration);
 }

@@ -1,13 +1,14 @@
 #pragma once
 
-/// @file The nodes of libxml2 behind the handles.
+/// @file The libxml2 nodes that the handles refer to.
 ///
-/// A node that has handles has one Node, at its `_private`. A Tree is an xmlDoc with everything that belongs to it: it
-/// lives as long as a Node in it. What was taken out of the document lives on as an orphan while handles look at it.
+/// A node with handles has one Node, in its `_private`. A Tree owns an xmlDoc and everything that belongs to it; it
+/// lives as long as any Node in it. A subtree removed from the document lives on as an orphan while handles refer to
+/// it.
 ///
-/// Names are whole: that of an element or attribute with a prefix is "p:name", and its `ns` is null. What a prefix means is
-/// looked up in the declarations (`nsDef`) of the elements around (names/Scope.h). So no node ever points to a declaration,
-/// which may go before it.
+/// Names are qualified: the name of an element or attribute with a prefix is "p:name", and its `ns` is null. Prefixes
+/// are resolved through the declarations (`nsDef`) of the enclosing elements (names/Scope.h). So no node ever points to
+/// a declaration, which may be freed before the node.
 
 #include <libxml/tree.h>
 
@@ -21,13 +22,13 @@
 
 namespace qv::dom {
 
-/// The child elements of one name, in order, of a parent that a path with an index has passed.
+/// The child elements with one name, in order, of a parent that was passed by a path with an index.
 struct NamedChildren {
     std::string name;
     std::vector<xmlNode*> nodes;
 };
 
-/// The attributes of the element last changed that has many.
+/// An index of the attributes of the last changed element that has many.
 struct NamedAttributes {
     const xmlNode* element = nullptr;
     KeyedMap<std::string_view, xmlAttr*> byName = {};
@@ -37,12 +38,12 @@ struct NamedAttributes {
 struct Tree {
     xmlDoc* doc;
     bool keepSpace = false;
-    bool namespaces = false;  // false: no declaration was ever in it
+    bool namespaces = false;  // false if it never contained a declaration
     MSXML2::IXMLDOMParseError problem = {};
-    std::unordered_map<const xmlNode*, NamedChildren> children = {};  // until the tree changes
-    NamedAttributes attributes = {};                                  // until an attribute goes
-    std::size_t nodes = 0;                                            // Nodes in it
-    std::unordered_map<xmlNode*, std::size_t> orphans = {};  // the top of each, and how many Nodes there are in it
+    std::unordered_map<const xmlNode*, NamedChildren> children = {};  // cleared when the tree changes
+    NamedAttributes attributes = {};                                  // cleared when an attribute is removed
+    std::size_t nodes = 0;                                            // the number of Nodes in it
+    std::unordered_map<xmlNode*, std::size_t> orphans = {};           // the root of each orphan and its number of Nodes
 };
 
 struct Node {
@@ -61,25 +62,25 @@ inline xmlNode* AsNode(xmlAttr* attribute) {
     return reinterpret_cast<xmlNode*>(attribute);
 }
 
-/// A reference to a node; null for null.
+/// Returns a new reference to a node; null for null.
 Node* Refer(Tree& tree, xmlNode* node);
 inline IXMLDOMNode HandleTo(Tree& tree, xmlNode* node) {
     return IXMLDOMNode(Refer(tree, node));
 }
-/// The same for a new node that stands nowhere.
+/// The same for a new node without a parent.
 IXMLDOMNode HandleToOrphan(Tree& tree, xmlNode* node);
 
-/// Puts another document, and what is known about it, in the place of a document's content.
+/// Replaces a document's content with another document and what is known about it.
 void ReplaceTree(Node& document, xmlDoc* doc, bool namespaces);
-/// Takes a node out of what it stands in; without handles it is gone.
+/// Removes a node from its parent; a subtree without handles is freed.
 void Detach(Tree& tree, xmlNode* node);
-/// Makes a node, which may be an orphan or stand elsewhere, part of the tree. It has no parent then.
+/// Makes a node, which may be an orphan or have a parent, part of the tree, without a parent.
 void Adopt(Tree& tree, Node& node);
-/// To be called when a node has come to stand in the tree, or in an orphan.
+/// Must be called after a node was inserted into the tree or an orphan.
 void Joined(Tree& tree, xmlNode* node);
 
-/// The node after `node` in document order below `top`, or null. Only elements are entered: attributes, and what a
-/// document type declaration holds, are passed over.
+/// Returns the node after `node` in document order below `top`, or null. Only elements are entered; attributes and the
+/// content of a document type declaration are skipped.
 inline xmlNode* NextInSubtree(const xmlNode* top, const xmlNode* node) {
     if (node->type == XML_ELEMENT_NODE && node->children) return node->children;
     while (node != top && !node->next) node = node->parent;
@@ -90,13 +91,13 @@ bool IsOrdinary(const xmlNode* node);
 inline bool HasName(const xmlNode* node, std::string_view name) {
     return View(node->name) == name;
 }
-/// Null for a declaration of a namespace, which is none.
+/// Returns null for a namespace declaration, which is not an attribute.
 xmlAttr* FindAttribute(xmlNode* element, std::string_view name);
 std::string ValueOfAttribute(const xmlNode* attribute);
-/// A text node; null for an empty text. @throws std::bad_alloc
+/// Creates a text node; null for an empty text. @throws std::bad_alloc
 xmlNode* NewText(xmlDoc* doc, std::string_view utf8);
 
-/// libxml2 must be set up before several threads use it.
+/// Initializes libxml2, which must happen before several threads use it.
 void PrepareLibrary();
 
 }  // namespace qv::dom

@@ -18,7 +18,7 @@ xmlNode* TopOf(xmlNode* node) {
     return node;
 }
 
-// Calls `visit` with every node of the subtree, attributes too.
+// Calls `visit` with every node of the subtree, including attributes.
 template <class Visit>
 void ForEachInSubtree(xmlNode* top, Visit visit) {
     for (xmlNode* node = top; node; node = NextInSubtree(top, node)) {
@@ -44,12 +44,12 @@ void ForgetNode(Tree* tree) {
     if (--tree->nodes == 0) DropTree(tree);
 }
 
-// The orphan that the node stands in.
+// Returns the orphan that contains the node.
 auto OrphanOf(Tree& tree, xmlNode* node) {
     return tree.orphans.empty() ? tree.orphans.end() : tree.orphans.find(TopOf(node));
 }
 
-// So many handles look at an orphan no more.
+// Subtracts `nodes` from an orphan's count and frees the orphan at 0.
 void ReleaseOrphan(Tree& tree, std::unordered_map<xmlNode*, std::size_t>::iterator orphan, std::size_t nodes) {
     if (orphan == tree.orphans.end() || (orphan->second -= nodes) > 0) return;
     xmlFreeNode(orphan->first);
@@ -62,7 +62,7 @@ void ForgetAttribute(NamedAttributes& known, xmlAttr* attribute) {
     if (known.last == attribute) known.last = attribute->prev;
 }
 
-// How many Nodes there are in what went.
+// Returns the number of Nodes in the unlinked subtree.
 std::size_t Unlink(Tree& tree, xmlNode* node) {
     tree.children.clear();
     if (node->type == XML_ELEMENT_NODE) tree.attributes = {};
@@ -75,7 +75,7 @@ std::size_t Unlink(Tree& tree, xmlNode* node) {
     return nodes;
 }
 
-// A string that lives as long as the dictionary of the other document.
+// Returns a string that lives as long as the dictionary of the other document.
 const xmlChar* Moved(const xmlChar* text, xmlDict* from, xmlDict* to) {
     if (!text || !from || !xmlDictOwns(from, text)) return text;
     const xmlChar* const copy = to ? xmlDictLookup(to, text, -1) : xmlStrdup(text);
@@ -89,7 +89,7 @@ void MoveToDocument(xmlNode* node, xmlDoc* from, xmlDoc* to) {
     if (node->type == XML_ATTRIBUTE_NODE) {
         for (xmlNode* text = node->children; text; text = text->next) MoveToDocument(text, from, to);
     } else if (node->type != XML_ELEMENT_NODE) {
-        // Short texts lie in the node itself, others may be shared in the dictionary.
+        // Short texts are stored in the node itself, others may be shared in the dictionary.
         node->content = const_cast<xmlChar*>(Moved(node->content, from->dict, to->dict));
     }
 }
@@ -188,7 +188,7 @@ void ReplaceTree(Node& document, xmlDoc* doc, bool namespaces) {
     ForgetNode(old);
 }
 
-// What is left alone keeps the meaning of its prefixes.
+// The remaining subtree keeps the meaning of its prefixes.
 void Detach(Tree& tree, xmlNode* node) {
     const bool visible = CountNodes(node) > 0;
     const std::vector<Binding> bindings = visible ? BindingsOf(tree, node) : std::vector<Binding>();

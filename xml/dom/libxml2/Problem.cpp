@@ -7,7 +7,7 @@ namespace qv::dom {
 using MSXML2::IXMLDOMParseError;
 
 IXMLDOMParseError ProblemOf(const xmlError& error) {
-    constexpr std::uint32_t facility = 0xC00CE000;  // where a COM DOM's parse errors lie
+    constexpr std::uint32_t facility = 0xC00CE000;  // the facility of a COM DOM's parse errors
     std::string reason = ToCodePage(error.message ? error.message : "");
     while (!reason.empty() && reason.back() == '\n') reason.pop_back();
     return {static_cast<HRESULT>(facility | (static_cast<std::uint32_t>(error.code) & 0xFFF)), reason, error.line,

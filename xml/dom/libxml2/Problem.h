@@ -6,10 +6,10 @@
 
 namespace qv::dom {
 
-/// In the code page, without a line end.
+/// The message is in the code page, without a line end.
 MSXML2::IXMLDOMParseError ProblemOf(const xmlError& error);
 
-/// Keeps libxml2 from writing to standard error what no parser is asked about, on this thread, for as long as it lives.
+/// While it lives, keeps libxml2 on this thread from writing to standard error the errors that no parser collects.
 class Silence {
 public:
     Silence();

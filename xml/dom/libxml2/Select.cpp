@@ -7,8 +7,8 @@
 namespace qv::dom {
 namespace {
 
-// The depth-first walk along the steps of a simple path. An element can match one step only, the one of its depth, so every
-// element is looked at once.
+// A depth-first walk along the steps of a simple path. An element can only match the step of its depth, so every
+// element is visited once.
 class Walk {
 public:
     Walk(Tree& tree, xmlNode* context, const SimplePath& path)
@@ -24,7 +24,7 @@ public:
             } else if (m_depth + 1 == m_steps.size() ? found(node) : Attribute(node, found)) {
                 return;
             } else if (m_depth + 1 == m_steps.size() || IsLastElement()) {
-                node = Again(node);
+                node = NextMatch(node);
             } else {
                 ++m_depth;
                 m_parent = node;
@@ -33,7 +33,7 @@ public:
         }
     }
 
-    // The attribute step that ends the path, looked up in one element.
+    // Looks up the final attribute step in one element.
     template <class Found>
     bool Attribute(xmlNode* element, Found found) {
         if (!IsLastElement()) return false;
@@ -49,7 +49,7 @@ private:
         return node->type == XML_ELEMENT_NODE && (name == "*" || HasName(node, name));
     }
 
-    // The first match of the present step among the children of a node.
+    // Returns the first match of the current step among the children of a node.
     xmlNode* Down(const xmlNode* parent) {
         if (parent->type != XML_ELEMENT_NODE && parent->type != XML_DOCUMENT_NODE) return nullptr;
         int left = std::max(m_steps[m_depth].index, 0);
@@ -59,7 +59,7 @@ private:
         return nullptr;
     }
 
-    // Looked up, so that many paths to many siblings do not walk past all of them again and again.
+    // Cached, so that many paths to many siblings are not quadratic.
     xmlNode* FarChild(const xmlNode* parent, std::size_t index) {
         NamedChildren& known = m_tree.children[parent];
         if (known.name != m_steps[m_depth].name) {
@@ -70,8 +70,8 @@ private:
         return index < known.nodes.size() ? known.nodes[index] : nullptr;
     }
 
-    // The next match among the siblings; an index selects one only.
-    xmlNode* Again(xmlNode* node) const {
+    // Returns the next match among the siblings; a step with an index has only one.
+    xmlNode* NextMatch(xmlNode* node) const {
         if (m_steps[m_depth].index >= 0) return nullptr;
         do node = node->next;
         while (node && !Matches(node));
@@ -82,14 +82,14 @@ private:
         xmlNode* const node = m_parent;
         m_parent = node->parent;
         --m_depth;
-        return Again(node);
+        return NextMatch(node);
     }
 
     static constexpr int kFar = 8;
 
     Tree& m_tree;
     xmlNode* m_context;
-    xmlNode* m_parent = nullptr;  // the match of the step before
+    xmlNode* m_parent = nullptr;  // the match of the previous step
     const std::vector<PathStep>& m_steps;
     std::size_t m_depth = 0;
 };

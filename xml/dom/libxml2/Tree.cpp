@@ -12,7 +12,7 @@ bool IsAttribute(const Node& node) {
     return node.node->type == XML_ATTRIBUTE_NODE;
 }
 
-// Without the merging of texts that libxml2 does, which would take nodes from under their handles.
+// Links without merging texts as libxml2 does, which would free nodes that have handles.
 void Link(xmlNode* parent, xmlNode* child, xmlNode* before) {
     xmlNode* const previous = before ? before->prev : parent->last;
     child->parent = parent;

@@ -15,7 +15,7 @@ bool IsText(const xmlNode* node) {
     return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
 }
 
-// The texts below a node, one after the other, and whether the outermost ones may be trimmed.
+// The concatenated texts below a node, and whether the outermost ones may be trimmed.
 struct Gathered {
     std::string text;
     bool trimLeft = true, trimRight = true;
@@ -50,7 +50,7 @@ bool IsPlainText(const xmlNode* node) {
     return node && !node->next && node->type == XML_TEXT_NODE;
 }
 
-// The most frequent case by far: an element that holds one text.
+// The fast path is by far the most frequent case: an element with one text.
 std::string TextOfElement(const Tree& tree, xmlNode* node) {
     if (IsPlainText(node->children)) {
         const std::string_view text = View(node->children->content);
@@ -77,7 +77,7 @@ xmlChar* Copy(std::string_view text) {
 
 void SetOwnText(xmlNode* node, std::string_view text) {
     xmlChar* const copy = Copy(text);
-    xmlNodeSetContent(node, nullptr);  // frees what was there
+    xmlNodeSetContent(node, nullptr);  // frees the old content
     node->content = copy;
 }
 

@@ -22,7 +22,7 @@ bool HasPrefix(std::string_view name) {
     return !PrefixOf(name).empty() && !IsDeclaration(name);
 }
 
-// By its whole name: not every DOM's own operations find an attribute by a name with a prefix.
+// Compares the qualified name: the operations of some DOMs do not find an attribute by a name with a prefix.
 IXMLDOMNode FindPrefixed(Node& element, std::string_view name) {
     for (const IXMLDOMNode& attribute : Attributes(element))
         if (NameOf(attribute.Get()) == name) return attribute;
@@ -33,8 +33,8 @@ void PutAttribute(Node& element, std::string_view name, std::string_view value) 
     Check(ElementOf(element)->setAttribute(Text(name).Get(), Variant(value).Get()));
 }
 
-// True when another attribute of the element has the same name in the same namespace.
-bool MeansAnother(Node& element, std::string_view name, std::string_view uri) {
+// Whether another attribute of the element has the same name in the same namespace.
+bool IsDuplicateAttribute(Node& element, std::string_view name, std::string_view uri) {
     for (const IXMLDOMNode& other : Attributes(element)) {
         const std::string known = NameOf(other.Get());
         if (PrefixOf(known).empty() || IsDeclaration(known) || known == name) continue;
@@ -43,7 +43,7 @@ bool MeansAnother(Node& element, std::string_view name, std::string_view uri) {
     return false;
 }
 
-// The attribute is made in the namespace that its prefix stands for; setAttribute makes one in none.
+// Creates the attribute in the namespace of its prefix; setAttribute would create it in none.
 void AddPrefixed(Node& element, std::string_view name, std::string_view value, std::string_view uri) {
     ComPtr<::IXMLDOMDocument> document;
     Check(Com(element)->get_ownerDocument(document.Receive()));
@@ -58,8 +58,8 @@ void AddPrefixed(Node& element, std::string_view name, std::string_view value, s
     Check(MapOf(element)->setNamedItem(attribute.Get(), set.Receive()));
 }
 
-// What a prefix stands for at one element: by its declarations, or by the names that it and its attributes have brought
-// along from elsewhere.
+// Returns the URI of a prefix at one element: from its declarations, or from the names of the element and its
+// attributes, which keep theirs when moved.
 std::optional<std::string> OwnUriOf(Node& element, std::string_view prefix) {
     std::string uri;
     if (GetAttribute(element, prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix), uri)) return uri;
@@ -81,7 +81,7 @@ std::optional<std::string> UriOf(Node& node, std::string_view prefix) {
     return std::nullopt;
 }
 
-// Some DOMs count declarations of namespaces that they then cannot give, or give one twice.
+// Some DOMs count namespace declarations that they cannot return, or return one twice.
 std::vector<IXMLDOMNode> Attributes(Node& node) {
     std::vector<IXMLDOMNode> all;
     std::set<std::string> declarations;
@@ -129,12 +129,12 @@ bool SetAttribute(Node& element, std::string_view name, std::string_view value) 
         return true;
     }
     const std::optional<std::string> uri = UriOf(element, prefix);
-    if (!uri || uri->empty() || MeansAnother(element, name, *uri)) return false;
+    if (!uri || uri->empty() || IsDuplicateAttribute(element, name, *uri)) return false;
     AddPrefixed(element, name, value, *uri);
     return true;
 }
 
-// By the map, which leaves the attribute to those who have handles to it; the element's own operation may not.
+// Through the map, which keeps the attribute alive for its other handles; the element's own operation may not.
 bool RemoveAttribute(Node& element, std::string_view name) {
     const ComPtr<::IXMLDOMNamedNodeMap> map = MapOf(element);
     if (!map) return true;

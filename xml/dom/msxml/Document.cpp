@@ -17,7 +17,7 @@ HRESULT Create(::IXMLDOMDocument** document) {
     return ::CoCreateInstance(kDomDocument30, nullptr, anyServer, kDocument, reinterpret_cast<void**>(document));
 }
 
-// A thread that never spoke of COM is made ready for it, and stays so.
+// Initializes COM on a thread that has not done so; it stays initialized.
 HRESULT CreateWithCom(::IXMLDOMDocument** document) {
     const HRESULT result = Create(document);
     if (result != CO_E_NOTINITIALIZED) return result;
@@ -58,7 +58,7 @@ IXMLDOMParseError ReadProblem(::IXMLDOMParseError* error) {
     return {code, text, line, position};
 }
 
-// Nothing where the DOM cannot write the document.
+// Returns an empty string if the DOM cannot write the document.
 std::string Written(Node& document) {
     ComPtr<::IStream> stream;
     Check(::CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive()));
@@ -70,7 +70,7 @@ std::string MarkupIn(Node& document) {
     return MarkupOf(IXMLDOMNode(&document));
 }
 
-// True when the bytes, read again, are the document.
+// Whether the bytes, parsed again, equal the document.
 bool Means(std::string_view bytes, Node& document) {
     HRESULT error = 0;
     const MSXML2::IXMLDOMDocument copy(CreateDocument(error));
@@ -86,7 +86,7 @@ std::string MarkupOfType(Node& type) {
     return Com(type)->get_xml(&markup) == S_OK ? markup.InUtf8() : "";
 }
 
-// With the document type declaration or without it: its defaults may not fit the tree any more.
+// With or without the document type declaration: its defaults may no longer fit the tree.
 std::string WrittenHere(Node& document, bool withType) {
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     for (const IXMLDOMNode& child : ChildrenOfDocument(document))
@@ -97,7 +97,7 @@ std::string WrittenHere(Node& document, bool withType) {
     return text;
 }
 
-// The text with another encoding in its declaration, if it has one.
+// Returns the text with the encoding in its declaration, if any, replaced.
 std::string Declared(std::string text, std::string_view encoding) {
     const std::string_view declared = DeclaredEncoding(text);
     if (declared.empty()) return text;
@@ -111,7 +111,7 @@ bool Passes(Node& document, std::string_view text) {
     return false;
 }
 
-// A DOM may know that a text is bad, but not where; the reader that it comes with does.
+// A DOM may report that a text is invalid, but not where; its SAX reader does.
 bool Read(Node& document, std::string_view text) {
     const Variant input(text);
     VARIANT_BOOL loaded = VARIANT_FALSE;
@@ -145,7 +145,7 @@ void SetKeepSpace(Node& document, bool keep) {
     Check(ComDocument(document)->put_preserveWhiteSpace(Flag(keep)));
 }
 
-// The document is emptied by a text that no DOM takes.
+// Loading a text that every DOM refuses empties the document.
 void SetProblem(Node& document, const IXMLDOMParseError& problem) {
     VARIANT_BOOL loaded = VARIANT_FALSE;
     Check(ComDocument(document)->loadXML(Text("<").Get(), &loaded));
@@ -163,8 +163,8 @@ bool LoadText(Node& document, std::string_view text) {
     return Passes(document, text) && Read(document, text);
 }
 
-// Decoded here, so that what is looked at is what the DOM reads. A DOM need not know the encoding that the text still
-// declares.
+// Decoded here, so that the screened text is the one that the DOM reads. The DOM may not know the encoding that the
+// text still declares.
 bool LoadBytes(Node& document, std::string_view bytes) {
     std::optional<std::string> text = Decode(bytes);
     if (!text) {
@@ -178,7 +178,7 @@ bool LoadBytes(Node& document, std::string_view bytes) {
            (!DeclaredEncoding(*text).empty() && Read(document, Declared(std::move(*text), "UTF-8")));
 }
 
-// Some DOMs write UTF-8 whatever they declare, and do not write the declarations that moved nodes need.
+// Some DOMs write UTF-8 regardless of what they declare, and omit declarations that moved nodes need.
 std::string Save(Node& document) {
     std::string bytes = Written(document);
     if (Means(bytes, document)) return bytes;

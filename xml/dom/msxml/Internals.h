@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The COM objects behind the handles. A Node is what a handle and its copies share: one reference to an object.
+/// @file The COM objects that the handles refer to. A Node is what a handle and its copies share: one reference to an object.
 
 #include <windows.h>
 // After windows.h
@@ -20,7 +20,7 @@ using platform::QueryFor;
 struct Node {
     ::IXMLDOMNode* object;
     long references = 1;
-    MSXML2::IXMLDOMParseError problem = {};  // of a document, where the DOM itself does not know it
+    MSXML2::IXMLDOMParseError problem = {};  // of a document, if the DOM itself does not have it
 };
 
 inline ::IXMLDOMNode* Com(Node& node) {
@@ -30,13 +30,13 @@ inline ::IXMLDOMDocument* ComDocument(Node& document) {
     return static_cast<::IXMLDOMDocument*>(document.object);
 }
 
-/// Raises what a call came to. S_FALSE says that there is nothing.
+/// Raises a failed result. S_FALSE means that there is no value.
 inline HRESULT Check(HRESULT result) {
     if (result < 0) _com_raise_error(result);
     return result;
 }
 
-/// A text of COM's; converted from and to UTF-8.
+/// Owns a BSTR; converts from and to UTF-8.
 class Text {
 public:
     Text() = default;
@@ -65,29 +65,29 @@ public:
 
     VARIANT* operator&() { return &m_value; }
     const VARIANT& Get() const { return m_value; }
-    /// Empty when it is no text.
+    /// Returns an empty string if it is not a text.
     std::string InUtf8() const;
 
 private:
     VARIANT m_value;
 };
 
-/// A handle that takes over the reference; a null one for null.
+/// Returns a handle that takes over the reference; a null one for null.
 inline IXMLDOMNode HandleTo(::IXMLDOMNode* object) {
     return object ? IXMLDOMNode(new Node{object}) : nullptr;
 }
 
-/// What an interface's call gave out, as a handle.
+/// Returns an interface pointer that a call has returned, as a handle.
 template <class T>
 IXMLDOMNode Answer(HRESULT result, ComPtr<T>& node) {
     Check(result);
     return HandleTo(node.Detach());
 }
 
-/// With the document type declaration, which the backend otherwise passes over.
+/// Includes the document type declaration, which the backend otherwise skips.
 std::vector<IXMLDOMNode> ChildrenOfDocument(Node& document);
 
-/// The URI that a prefix stands for at a node; nothing where it is not declared.
+/// Returns the URI of a prefix at a node; nullopt if it is not declared.
 std::optional<std::string> UriOf(Node& node, std::string_view prefix);
 
 inline constexpr IID kNode = {0x2933BF80, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};

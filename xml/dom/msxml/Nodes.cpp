@@ -23,8 +23,8 @@ const void* UnknownOf(Node& node) {
     return QueryFor<::IUnknown>(Com(node), IID_IUnknown).Get();
 }
 
-// COM has it that one object answers for one node, always with the same IUnknown. Not every DOM keeps to it: some make a
-// new object for each question. Asked once.
+// COM requires that one object represents one node, always with the same IUnknown. Some DOMs create a new object for
+// each call. Tested once.
 bool ObjectsAreNodes() {
     static const bool are = [] {
         HRESULT error = 0;
@@ -38,7 +38,7 @@ bool ObjectsAreNodes() {
     return are;
 }
 
-// Where objects are not nodes, an element is known again by an attribute that it gets for a moment.
+// Where object identity is unreliable, an element is recognized by a temporary attribute.
 class Mark {
 public:
     Mark(Node& element, long value) : m_element(QueryFor<::IXMLDOMElement>(Com(element), kElement)) {
@@ -49,7 +49,7 @@ public:
         if (m_element) m_element->removeAttribute(Name());
     }
 
-    // The value of an element's mark; -1 for none.
+    // Returns the value of an element's mark; -1 if it has none.
     static long On(Node& node) {
         const auto element = QueryFor<::IXMLDOMElement>(Com(node), kElement);
         Variant value;
@@ -70,8 +70,8 @@ bool IsDocument(Node& node) {
     return TypeOf(node) == MSXML2::NODE_DOCUMENT;
 }
 
-// Nodes that cannot carry a mark are told apart by where they stand.
-bool StandAtOnePlace(Node& a, Node& b) {
+// Nodes that cannot carry a mark are compared by position.
+bool HaveSamePosition(Node& a, Node& b) {
     if (TypeOf(a) != TypeOf(b) || NameOf(a) != NameOf(b)) return false;
     const IXMLDOMNode parentOfA = Parent(a), parentOfB = Parent(b);
     if (!parentOfA || !parentOfB || !(parentOfA == parentOfB)) return false;
@@ -133,7 +133,7 @@ bool SameNode(Node& a, Node& b) {
     if (ObjectsAreNodes()) return false;
     if (IsDocument(a) || IsDocument(b)) return IsDocument(a) && IsDocument(b) && SameDocument(a, b);
     const bool elements = TypeOf(a) == MSXML2::NODE_ELEMENT && TypeOf(b) == MSXML2::NODE_ELEMENT;
-    return elements ? SameElement(a, b) : StandAtOnePlace(a, b);
+    return elements ? SameElement(a, b) : HaveSamePosition(a, b);
 }
 
 bool Holds(Node& outer, Node& inner) {

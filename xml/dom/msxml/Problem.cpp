@@ -19,12 +19,12 @@ std::string Reason(const wchar_t* text) {
     return reason.empty() ? "error" : reason;
 }
 
-// COM's interfaces have no destructors; nobody deletes this one.
+// COM interfaces have no virtual destructors; this object is never deleted through one.
 #ifdef __GNUC__
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
 
-// Keeps the first error. Lives on the stack, whoever counts references to it.
+// Keeps the first error. Lives on the stack, regardless of its reference count.
 class FirstError final : public ::ISAXErrorHandler {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -45,7 +45,7 @@ public:
     IXMLDOMParseError problem;
 
 private:
-    // The reader must not see an exception.
+    // Exceptions must not reach the reader.
     HRESULT Keep(::ISAXLocator* where, const wchar_t* text, HRESULT code) noexcept try {
         if (problem.get_errorCode() != 0) return S_OK;
         int line = 0, column = 0;

@@ -4,7 +4,7 @@
 
 namespace qv::dom {
 
-/// What a SAX reader finds wrong with a text or the bytes of a file; code 0 when it cannot tell.
+/// Returns the error that a SAX reader finds in a text or the bytes of a file; code 0 if it reports none.
 MSXML2::IXMLDOMParseError FindProblem(const VARIANT& input);
 
 }  // namespace qv::dom

@@ -3,7 +3,7 @@
 namespace qv::dom {
 namespace {
 
-// The expression, or an error where there is none: what a DOM makes of a text that is no path is not always an error.
+// Returns the expression or raises an error: some DOMs accept a text that is not a path.
 std::string Checked(std::string_view path) {
     const std::optional<std::string> xpath = ToXPath(path);
     if (!xpath || xpath->empty()) _com_raise_error(_com_error::kFail, "the path cannot be read");

@@ -17,8 +17,7 @@ bool IsType(const IXMLDOMNode& node) {
     return node && node.get_nodeType() == MSXML2::NODE_DOCUMENT_TYPE;
 }
 
-// Document type declarations are passed over, by the list of the document's children: not every DOM tells what stands
-// beside one.
+// Skips document type declarations, using the document's list of children: some DOMs do not return the siblings of one.
 IXMLDOMNode PastType(IXMLDOMNode node, const MSXML2::IXMLDOMDocument& document, int way) {
     if (!IsType(node)) return node;
     const std::vector<IXMLDOMNode> children = ChildrenOfDocument(document.Get());

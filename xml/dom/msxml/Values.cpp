@@ -30,7 +30,7 @@ std::string TextOf(Node& node) {
     return text.InUtf8();
 }
 
-// What is taken out first lives on for those who have handles to it; what a text replaces may not.
+// Removed children stay alive for their handles; children replaced by a text may not.
 void SetText(Node& node, std::string_view text) {
     if (TypeOf(node) == MSXML2::NODE_ELEMENT)
         for (IXMLDOMNode child; (child = FirstChild(node));) Remove(node, child.Get());

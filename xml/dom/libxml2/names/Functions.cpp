@@ -16,7 +16,8 @@ bool IsNamed(const xmlNode* node) {
     return node && (node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE);
 }
 
-// The first node of the argument, or the context node without one; null for none, and after an error.
+// Returns the first node of the argument, or the context node without an argument; null if the set is empty and after
+// an error.
 const xmlNode* Argument(xmlXPathParserContext* context, int count) {
     if (count == 0) return context->context->node;
     const bool fits = count == 1 && context->value && context->value->type == XPATH_NODESET;
@@ -51,7 +52,7 @@ std::string Language(const xmlNode* node) {
     return {};
 }
 
-// Languages compare without case, up to a "-".
+// Languages are compared case-insensitively, up to a "-".
 void Lang(xmlXPathParserContext* context, int count) {
     if (count != 1) return xmlXPathErr(context, XPATH_INVALID_ARITY);
     xmlXPathStringFunction(context, 1);

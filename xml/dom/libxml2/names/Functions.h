@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The functions of XPath that look at names and prefixes, over names that are whole.
+/// @file The XPath functions that depend on names and prefixes, for qualified names.
 
 #include <libxml/xpathInternals.h>
 
@@ -15,7 +15,7 @@ struct FreeXPathObject {
 };
 using XPathObject = std::unique_ptr<xmlXPathObject, FreeXPathObject>;
 
-/// Those that libxml2's own would get wrong; null for others.
+/// Returns the functions that replace libxml2's own, which expect separate prefixes; null for others.
 xmlXPathFunction FindFunction(void*, const xmlChar* name, const xmlChar* ns);
 
 }  // namespace qv::dom

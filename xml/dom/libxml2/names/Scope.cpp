@@ -8,14 +8,14 @@
 namespace qv::dom {
 namespace {
 
-// Set at declarations that moves have made.
+// Marks declarations that were added by moves.
 char g_carried;
 
 std::string_view NameOfNode(const xmlNode* node) {
     return View(node->name);
 }
 
-// The prefixes that a subtree uses and does not declare, each once.
+// The prefixes that a subtree uses without declaring them, each once.
 class FreePrefixes {
 public:
     std::vector<std::string_view> Collect(const xmlNode* top) {
@@ -134,7 +134,7 @@ bool NamesHold(xmlNode* top) {
     return true;
 }
 
-bool MeansAnother(const xmlNode* element, std::string_view attribute) {
+bool IsDuplicateAttribute(const xmlNode* element, std::string_view attribute) {
     const std::string_view uri = View(UriOf(element, PrefixOf(attribute)));
     for (const xmlAttr* other = element->properties; other; other = other->next) {
         const std::string_view name = View(other->name), prefix = PrefixOf(name);

@@ -24,10 +24,10 @@ TreeBuilder& BuilderOf(void* data) {
     return *static_cast<TreeBuilder*>(ContextOf(data)->_private);
 }
 
-// The places of an attribute in what the parser hands over.
+// The fields of an attribute as the parser passes it.
 enum Part { Local, Prefix, Uri, Value, End, kParts };
 
-const xmlChar* WholeName(xmlParserCtxt* context, const xmlChar* prefix, const xmlChar* local) {
+const xmlChar* QualifiedName(xmlParserCtxt* context, const xmlChar* prefix, const xmlChar* local) {
     if (!prefix) return local;
     return xmlDictQLookup(context->dict, prefix, local);
 }
@@ -36,7 +36,7 @@ bool IsBlankText(const xmlNode* node) {
     return node->type == XML_TEXT_NODE && IsBlank(View(node->content));
 }
 
-// A URI that is none, and a word of the parser about it, do not make a document bad.
+// An invalid namespace URI, or a parser warning about it, is not an error of the document.
 bool IsSerious(const xmlError& error) {
     if (error.code == XML_WAR_UNDECLARED_ENTITY) return true;
     if (error.domain == XML_FROM_NAMESPACE)
@@ -89,7 +89,7 @@ struct TreeBuilder::Handlers {
         BuilderOf(data).Refuse(ContextOf(data), "The document type declaration must not declare entities");
     }
 
-    // The declaration is kept as it was made: libxml2 drops a default that is not valid, and writes one as it reads.
+    // Keeps the declaration verbatim: libxml2 drops an invalid default, and writes a default unescaped.
     static void DeclareAttribute(void* data, const xmlChar* element, const xmlChar* name, int type, int kind,
                                  const xmlChar* value, xmlEnumeration* choices) {
         xmlParserCtxt* const context = ContextOf(data);
@@ -115,23 +115,23 @@ struct TreeBuilder::Handlers {
         for (int i = 0; i < count; ++i) {
             const xmlChar** const parts = attributes + i * kParts;
             if (!parts[Prefix]) continue;
-            parts[Local] = WholeName(context, parts[Prefix], parts[Local]);
+            parts[Local] = QualifiedName(context, parts[Prefix], parts[Local]);
             parts[Prefix] = parts[Uri] = nullptr;
             if (View(parts[Local]) != "xml:space") continue;
             const std::string_view value(reinterpret_cast<const char*>(parts[Value]),
                                          static_cast<std::size_t>(parts[End] - parts[Value]));
             self.m_preserves[depth] = value == "preserve";
         }
-        // libxml2 walks through all attributes for each further one.
+        // libxml2 searches all previous attributes for each one it adds.
         constexpr int kFewAttributes = 32;
         const int few = count <= kFewAttributes ? count : 0;
-        xmlSAX2StartElementNs(data, WholeName(context, prefix, local), nullptr, nullptr, declarations, uris, few, 0,
+        xmlSAX2StartElementNs(data, QualifiedName(context, prefix, local), nullptr, nullptr, declarations, uris, few, 0,
                               attributes);
         if (few < count && !context->disableSAX && !AppendAttributes(context->node, attributes, count))
             self.Refuse(context, "There is not enough memory");
     }
 
-    // In linear time. Their values hold no references any more. False when memory runs out.
+    // Appends attributes in O(n). Their values contain no references any more. Returns false if memory runs out.
     static bool AppendAttributes(xmlNode* element, const xmlChar** attributes, int count) {
         xmlAttr* last = nullptr;
         for (const xmlChar** parts = attributes; count > 0; --count, parts += kParts) {
@@ -147,7 +147,8 @@ struct TreeBuilder::Handlers {
         return true;
     }
 
-    // A text may come in parts. All of a blank one begin with a space, so an element without such parts holds none.
+    // A text may arrive in parts. All parts of a blank text begin with a space, so an element without such parts has
+    // none.
     static void AddText(void* data, const xmlChar* text, int size) {
         TreeBuilder& self = BuilderOf(data);
         if (IsSpace(static_cast<char>(*text))) self.m_hasBlanks[static_cast<std::size_t>(self.m_depth)] = true;
@@ -164,7 +165,7 @@ struct TreeBuilder::Handlers {
         xmlSAX2EndElementNs(data, local, prefix, uri);
     }
 
-    // A zero byte looks like the end to the parser.
+    // The parser takes a zero byte for the end of the input.
     static void EndDocument(void* data) {
         xmlParserCtxt* const context = ContextOf(data);
         xmlSAX2EndDocument(data);
@@ -196,14 +197,14 @@ Doc TreeBuilder::Parse(std::string_view bytes, const char* encoding, int options
     if (!context) throw std::bad_alloc();
     context->_private = this;
     Handlers::Install(*context->sax);
-    // Depth and length have limits of their own. References become what they stand for; there are no entities.
+    // Depth and length have their own limits. References are replaced; there are no entities.
     constexpr int always = XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_COMPACT | XML_PARSE_NOENT;
     Doc doc(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, encoding,
                               options | always));
     const bool whole = doc && context->wellFormed && xmlDocGetRootElement(doc.get());
     if (m_problem.get_errorCode() == 0 && !whole) m_problem = {_com_error::kFail, "The document is empty", 1, 1};
     if (m_problem.get_errorCode() != 0) return nullptr;
-    // The table of identifiers would point to attributes that go.
+    // The table of identifiers would point to freed attributes.
     xmlFreeIDTable(static_cast<xmlIDTable*>(doc->ids));
     doc->ids = nullptr;
     return doc;

@@ -15,19 +15,19 @@ struct FreeDoc {
 };
 using Doc = std::unique_ptr<xmlDoc, FreeDoc>;
 
-/// What a literal has to look like so that it means the value, whichever quotes it gets.
+/// Returns the value escaped as a literal that is valid in either kind of quotes.
 std::string Literal(std::string_view value);
 
-/// Makes a tree of whole names while libxml2 parses, in one pass, and ends the parsing at the first error or limit: more
-/// than kMaxDepth elements in each other, more than kMostDefaults attributes that only a declaration gives, a declaration
-/// of an entity, a reference to one that was not declared. Nothing external is ever opened.
+/// Builds a tree with qualified names while libxml2 parses, in one pass. Stops at the first error or limit: more than
+/// kMaxDepth nested elements, more than kMostDefaults attributes from declarations alone, an entity declaration, a
+/// reference to an undeclared entity. Nothing external is ever opened.
 class TreeBuilder {
 public:
     explicit TreeBuilder(bool keepSpace) : m_keepSpace(keepSpace) {}
     TreeBuilder(const TreeBuilder&) = delete;
     TreeBuilder& operator=(const TreeBuilder&) = delete;
 
-    /// Null when the document is refused. @param encoding  null: as the bytes declare it.
+    /// Returns null if the document is refused. @param encoding  null: as the bytes declare it.
     Doc Parse(std::string_view bytes, const char* encoding, int options);
     const MSXML2::IXMLDOMParseError& Problem() const { return m_problem; }
     bool HasNamespaces() const { return m_namespaces; }

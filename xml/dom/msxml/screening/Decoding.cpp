@@ -29,7 +29,7 @@ constexpr std::array<Encoding, 23> kEncodings = {
      {"koi8-r", 20866},      {"koi8-u", 21866},      {"macintosh", 10000},
      {"utf-16", kUtf16},     {"utf-16be", kUtf16Big}}};
 
-// "iso-8859-1" and "windows-1252" carry their numbers.
+// "iso-8859-1" and "windows-1252" contain their numbers.
 UINT NumberedPage(std::string_view name, std::string_view prefix, UINT base) {
     UINT number = 0;
     if (!name.starts_with(prefix)) return 0;

@@ -6,11 +6,12 @@
 
 namespace qv::dom {
 
-/// The bytes of a file in UTF-8, from the encoding that their byte order mark or their declaration names; without either
-/// they are UTF-8. Nothing when the system does not know the encoding, or they are not in it.
+/// Converts a file's bytes to UTF-8 from the encoding given by their byte order mark or declaration, UTF-8 if they have
+/// neither. Returns nullopt if the system does not know the encoding or the bytes are invalid in it.
 std::optional<std::string> Decode(std::string_view bytes);
 
-/// The encoding that the declaration of a text of ASCII characters, or of UTF-8, names: a part of the text; empty for none.
+/// Returns the encoding named in the declaration of an ASCII or UTF-8 text, as a part of the text; empty if there is
+/// none.
 std::string_view DeclaredEncoding(std::string_view text);
 
 }  // namespace qv::dom

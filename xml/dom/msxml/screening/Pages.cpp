@@ -21,7 +21,7 @@ std::optional<CharacterSet> ReadEscape(std::string_view escape) {
     return std::nullopt;
 }
 
-// ASCII but for two characters.
+// ASCII except for two characters.
 std::string FromRoman(std::string_view text) {
     std::string out;
     for (const char c : text) c == '\\' ? out += "\xC2\xA5" : c == '~' ? out += "\xE2\x80\xBE" : out += c;
@@ -46,13 +46,13 @@ std::optional<std::string> FromSet(std::string_view text, CharacterSet set) {
 }  // namespace
 
 std::optional<std::string> FromPage(std::string_view bytes, unsigned page) {
-    // These have seven bits, and their conversions let others pass.
+    // These are seven-bit encodings, but the system's conversions accept other bytes.
     if ((page == kAscii || page == CP_UTF7) && !ascii::IsAscii(bytes)) return std::nullopt;
     const int size = static_cast<int>(bytes.size());
     std::u16string text(bytes.size(), u'\0');
     auto* const buffer = reinterpret_cast<wchar_t*>(text.data());
     int length = ::MultiByteToWideChar(page, MB_ERR_INVALID_CHARS, bytes.data(), size, buffer, size);
-    // Encodings with states take no flags.
+    // Stateful encodings accept no flags.
     if (length == 0 && ::GetLastError() == ERROR_INVALID_FLAGS)
         length = ::MultiByteToWideChar(page, 0, bytes.data(), size, buffer, size);
     if (length == 0 && size > 0) return std::nullopt;

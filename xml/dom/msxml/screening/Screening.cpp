@@ -21,7 +21,7 @@ IXMLDOMParseError ProblemAt(std::string_view text, std::size_t position, const c
     return {kRefused, reason, static_cast<long>(line), static_cast<long>(position - start + 1)};
 }
 
-// The first byte that is no part of a character.
+// Returns the first byte that is not part of a character.
 std::size_t FindBroken(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
         const platform::Utf8Character c = platform::DecodeUtf8(text, i);
@@ -31,7 +31,7 @@ std::size_t FindBroken(std::string_view text) {
     return text.npos;
 }
 
-// Walks from one piece of markup to the next.
+// Moves from one piece of markup to the next.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : m_text(text) {}
@@ -68,7 +68,7 @@ private:
         return nullptr;
     }
 
-    // To the next of a few bytes outside quotes.
+    // Advances to the next of `ends` outside quotes.
     char SkipToUnquoted(std::string_view ends) {
         for (char quote = 0; ++m_at < m_text.size();) {
             const char c = m_text[m_at];
@@ -105,7 +105,7 @@ private:
         if (rest.starts_with("<!ENTITY")) return "The document type declaration must not declare entities";
         const std::size_t start = m_at;
         SkipToUnquoted(">");
-        // Each default needs a name and two quotes at least.
+        // Each default needs at least a name and two quotes.
         const std::string_view declaration = m_text.substr(start, m_at - start);
         if (rest.starts_with("<!ATTLIST"))
             m_defaults += (std::count(declaration.begin(), declaration.end(), '"') +

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What the COM DOM does not get to see. It reports nothing on its way, so a text is looked at before.
+/// @file What the COM DOM must not see. It cannot be interrupted while it parses, so a text is checked before.
 
 #include <string_view>
 
@@ -8,11 +8,10 @@
 
 namespace qv::dom {
 
-/// Looks at an XML text in UTF-8 for what the handles' limits exclude: more than kMaxDepth elements in each other,
-/// declarations of entities, references to others than the five of XML, more than 100,000 attributes given by
-/// declarations, a zero byte, bytes that are no characters. Anything else may be wrong with a text that passes.
-/// Linear, without memory.
-/// @return code 0 for a text that passes.
+/// Checks an XML text in UTF-8 for what the handles' limits exclude: more than kMaxDepth nested elements, entity
+/// declarations, references other than XML's five, more than 100,000 attributes from declarations, zero bytes, invalid
+/// characters. A text that passes may have other errors. O(n) time, no allocation.
+/// @return code 0 if the text passes.
 MSXML2::IXMLDOMParseError Screen(std::string_view text);
 
 }  // namespace qv::dom
