@@ -16,7 +16,7 @@ void Trim(CString& text) {
     text.TrimRight();
 }
 
-// What strtod takes beside decimal numbers, such as "inf", "nan" and "0x10", no user means by these letters.
+// Rejects what strtod also accepts, such as "inf", "nan" and "0x10": users who type it do not mean a number.
 bool IsDecimal(std::string_view text) {
     const std::string_view point = std::localeconv()->decimal_point;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -27,7 +27,7 @@ bool IsDecimal(std::string_view text) {
     return true;
 }
 
-/// The whole text as a number, blanks around it allowed.
+/// Parses the whole text as a number; surrounding white space is allowed.
 bool ReadNumber(const CString& text, double& number) {
     const std::string plain(qv::platform::TrimmedLeft(qv::platform::TrimmedRight(text)));
     char* end = nullptr;

@@ -13,7 +13,7 @@ namespace {
     exchange.Fail();
 }
 
-/// The text's first character that is also one of the set; empty when there is none.
+/// Returns the first character of the text that is in the set; empty if there is none.
 std::string_view FirstOf(std::string_view text, std::string_view set) {
     using qv::platform::CharacterLength;
     const auto page = qv::platform::CurrentCodePage();
@@ -46,7 +46,7 @@ void DDV_ReservedChars(CDataExchange* exchange, const CString& text, const char*
     if (!exchange->m_bSaveAndValidate) return;
     const std::string_view found = FirstOf(text, CString(characters));
     if (found.empty()) return;
-    // A character may have more bytes than "%c" takes.
+    // A character may have more bytes than "%c" accepts.
     CString message;
     message.Format("The '%s' character is not valid in this field.", found);
     Fail(*exchange, message);
@@ -61,7 +61,7 @@ void DDV_ReservedWord(CDataExchange* exchange, const CString& text, const char* 
 }
 
 void DDV_SomeListItemsChecked(CDataExchange* exchange, const CCheckListBox& list) {
-    constexpr int kChecked = 1;  // 2 is the third state, neither yes nor no
+    constexpr int kChecked = 1;  // 2 is the indeterminate state
     if (!exchange->m_bSaveAndValidate) return;
     for (int i = 0; i < list.GetCount(); ++i)
         if (list.GetCheck(i) == kChecked) return;

@@ -11,12 +11,12 @@ namespace qv::imaging {
 
 using Bytes = std::span<const BYTE>;
 
-/// What is wrong with the file of a picture. Thrown by value, and never out of imaging/.
+/// Describes what is wrong with a picture file. Thrown by value; never leaves imaging/.
 struct PictureError {
     std::string what;
 };
 
-/// A number at the start of the bytes, which are long enough.
+/// Reads a number at the start of the bytes, which must be long enough.
 template <class Number>
 Number LittleEndian(Bytes bytes) {
     Number number;

@@ -3,7 +3,7 @@
 namespace qv::imaging {
 
 Pixel Over(Pixel upper, Pixel lower, int opacity) {
-    // In units of 1 / 65025, the sum being that of the result's alpha.
+    // In units of 1 / 65025; their sum is the result's alpha.
     const unsigned above = static_cast<unsigned>((AlphaOf(upper) * opacity + 127) / 255) * 255;
     const unsigned below = (65025 - above) / 255 * static_cast<unsigned>(AlphaOf(lower)), sum = above + below;
     if (sum == 0) return 0;
@@ -16,7 +16,7 @@ Pixel Over(Pixel upper, Pixel lower, int opacity) {
     return AlphaOf(result) ? result : 0;
 }
 
-void LayOn(Raster& pixels, DWORD colour) {
+void Flatten(Raster& pixels, DWORD colour) {
     for (Pixel& pixel : pixels)
         if (AlphaOf(pixel) != 255) pixel = Over(pixel, colour | kOpaque);
 }

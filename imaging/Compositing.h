@@ -4,9 +4,9 @@
 
 namespace qv::imaging {
 
-/// Lays a pixel on another one, by its alpha times `opacity`, 0 to 255.
+/// Blends a pixel over another one, by its alpha times `opacity`, 0 to 255.
 Pixel Over(Pixel upper, Pixel lower, int opacity = 255);
-/// Lays all pixels on a colour.
-void LayOn(Raster& pixels, DWORD colour);
+/// Blends all pixels over a background colour.
+void Flatten(Raster& pixels, DWORD colour);
 
 }  // namespace qv::imaging

@@ -70,7 +70,7 @@ BOOL CDIBitmap::PadBits() {
     if (!m_info || !m_bits) return 0;
     if (m_padded || padded == packed) return 1;
     if (!HoldsRows(padded)) return 0;
-    // Rows only move up, so the last one goes first and none is overwritten before it has moved.
+    // Rows only move up, so the last one moves first and none is overwritten before it has moved.
     for (std::int64_t row = RowCount() - 1; row >= 0; --row) {
         BYTE* const target = m_bits.get() + row * padded;
         std::memmove(target, m_bits.get() + row * packed, static_cast<std::size_t>(packed));

@@ -37,8 +37,7 @@ BOOL CDIBitmap::DrawDIB(const CDC& target, int x, int y, int width, int height) 
     return DrawDIB(target, x, y, width, height, 0, 0, GetWidth(), static_cast<int>(rows));
 }
 
-// The platform draws plain rows, and all of those that it gets: the part's. So no system's notion of where a part of a
-// bitmap begins has a say.
+// Passes the platform only the rows to draw, uncompressed: systems disagree on where a part of a bitmap begins.
 BOOL CDIBitmap::DrawDIB(const CDC& target, int x, int y, int width, int height, int partX, int partY, int partWidth,
                         int partHeight) {
     if (width <= 0 || height <= 0) return 0;
@@ -54,8 +53,8 @@ BOOL CDIBitmap::DrawDIB(const CDC& target, int x, int y, int width, int height, 
     return DrawOn(target, {&info, rows, partX, partWidth}, {x, y, width, height});
 }
 
-// The rows of run lengths as plain ones of 8 bits per pixel, which the header then says; null when a small file claims to
-// be a huge picture.
+// Decodes run lengths to plain rows of 8 bits per pixel and updates the header; null if a small file claims to be a
+// huge picture.
 std::unique_ptr<BYTE[]> CDIBitmap::DecodedRows(DibInfo& info) const {
     constexpr std::int64_t always = 16 << 20, perByte = 1024;
     const std::int64_t pitch = GetBytesPerLine(8, GetWidth());

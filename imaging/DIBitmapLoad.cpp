@@ -14,13 +14,13 @@ constexpr const char *kNotABitmap = "Error:Unexpected file type, not a DIB\n",
                      *kUnknownHeader = "Error:Unknown bitmap header\n";
 
 constexpr DWORD kCoreSize = 12;
-/// Headers that begin with the 40 bytes: themselves, with masks, those of OS/2 2, and versions 4 and 5.
+/// Sizes of headers that begin with the 40 bytes: version 3, the same with masks, OS/2 2, and versions 4 and 5.
 constexpr DWORD kLongHeaders[] = {40, 52, 56, 64, 108, 124};
 constexpr DWORD kOs2Size = 64;
 constexpr std::size_t kMaskBytes = 12, kWithAlphaBytes = 16;
-constexpr DWORD kAlphaSize = 56;  // of the shortest header with a mask of alpha
+constexpr DWORD kAlphaSize = 56;  // of the shortest header with an alpha mask
 
-/// The header of 12 bytes as that of 40, and its colours of 3 bytes as those of 4.
+/// Converts the header of 12 bytes to that of 40, and its colours of 3 bytes to those of 4.
 void ReadCore(CFile& file, DibInfo& info) {
     std::uint16_t fields[4] = {};  // width, height, planes, bits per pixel
     file.Read(fields, sizeof fields);
@@ -35,7 +35,7 @@ void ReadCore(CFile& file, DibInfo& info) {
         info.colours[i] = {colours[3 * i], colours[3 * i + 1], colours[3 * i + 2], 0};
 }
 
-/// Masks stand in the header where it has room for them, else behind it, where a header of 40 bytes has them.
+/// Masks are in the header if it has room for them, else after it, as with a header of 40 bytes.
 void ReadRest(CFile& file, DWORD size, DibInfo& info) {
     BYTE rest[124 - sizeof(DibHeader)] = {};
     file.Read(rest, static_cast<UINT>(size - sizeof(DibHeader)));
@@ -80,7 +80,7 @@ int CDIBitmap::LoadConverted(CFile& file) {
     return static_cast<int>(LoadAs(file, true));
 }
 
-/// The size of the file's header.
+/// Returns the size of the file's header.
 DWORD CDIBitmap::LoadAs(CFile& file, bool converts) {
     m_info.reset();
     m_bits.reset();
@@ -119,7 +119,7 @@ void CDIBitmap::ReadRows(CFile& file, std::uint64_t start, const BYTE* fileHeade
     std::memcpy(&total, fileHeader + 2, sizeof total);
     std::memcpy(&offset, fileHeader + 10, sizeof offset);
     const std::uint64_t length = file.GetLength(), rowsAt = start + offset;
-    // A total below the offset wraps to a number that no file reaches: then the rows are what is left of the file.
+    // A total below the offset wraps to a number that no file reaches; then the rows extend to the end of the file.
     const auto size = static_cast<UINT>(std::min<std::uint64_t>(total - offset, length > rowsAt ? length - rowsAt : 0));
     auto bits = std::make_unique_for_overwrite<BYTE[]>(size);
     file.Seek(static_cast<std::int64_t>(rowsAt), CFile::begin);

@@ -10,22 +10,22 @@ using namespace qv::imaging;
 
 namespace {
 
-/// What a header of version 4 has after its masks.
+/// The fields of a version 4 header after its masks.
 struct Version4Rest {
     DWORD colourSpace, endPoints[9], gamma[3];
 };
 constexpr Version4Rest kVersion4Rest = {0x73524742, {}, {}};  // sRGB
 
 constexpr std::int64_t kLargestFile = std::numeric_limits<DWORD>::max();
-// What stands before the pixels.
+// The part before the pixels.
 constexpr std::int64_t kLargestHead = kFileHeaderSize + sizeof(DibInfo) + sizeof(Version4Rest);
 
-// The rows of the layout that Save writes, in bytes, as if every bitmap had 8 bits per pixel.
+// The size in bytes of the rows that Save writes, which assumes 8 bits per pixel for every bitmap.
 std::int64_t RowOfBytes(int width) {
     return (std::int64_t{width} * 8 + 31) / 32 * 4;
 }
 
-// What the file header of that layout counts for a row.
+// The row size that the file header of that layout counts.
 std::int64_t CountedRow(int bitsPerPixel, int width) {
     const std::int64_t wholeBytes = std::int64_t{width} * bitsPerPixel / 8 * 8;
     return (wholeBytes + 31) / 8 / 4 * 4;
@@ -46,7 +46,8 @@ void WriteZeroes(CFile& file, std::int64_t count) {
         file.Write(zeroes.data(), static_cast<UINT>(std::min(count, static_cast<std::int64_t>(zeroes.size()))));
 }
 
-/// The header of 40 bytes has no mask of alpha that all readers know; that of version 4 has. Returns false for a bitmap without alpha.
+/// Not every reader expects an alpha mask after the header of 40 bytes; version 4 has one.
+/// Returns false for a bitmap without alpha.
 bool ToVersion4(DibHeader& header) {
     if (header.compression != kMasksWithAlpha) return false;
     header.size = sizeof header + sizeof kAlphaMasks + sizeof(Version4Rest);
@@ -66,13 +67,13 @@ BOOL SaveAs(const char* path, SaveTo saveTo) {
 
 }  // namespace
 
-// No product here exceeds 64 bits: rows that the buffer holds bound them all.
+// No product here exceeds 64 bits: the rows in the buffer bound all of them.
 std::int64_t CDIBitmap::SavedSize() const {
     return RowCount() * GetBitsPerPixel() * RowOfBytes(GetWidth()) / 8;
 }
 
 bool CDIBitmap::CanSave() const {
-    // That layout says nothing of how long run lengths are.
+    // That layout does not store the size of run lengths.
     if (!m_info || HasRunLengths(m_info->header)) return false;
     if (!HoldsRows(GetBytesPerLine(GetBitsPerPixel(), GetWidth()))) return false;
     const std::int64_t counted = RowCount() * CountedRow(GetBitsPerPixel(), GetWidth());
@@ -104,13 +105,13 @@ bool CDIBitmap::CanSaveWhole() const {
     return (HasRunLengths(m_info->header) || HoldsRows(PresentRowSize())) && WholeSize() <= kLargestFile - kLargestHead;
 }
 
-// Of the pixels, in bytes.
+// The size of the pixels in bytes.
 std::int64_t CDIBitmap::WholeSize() const {
     if (HasRunLengths(m_info->header)) return static_cast<std::int64_t>(m_bitsSize);
     return RowCount() * GetBytesPerLine(GetBitsPerPixel(), GetWidth());
 }
 
-// Masks and colours, in bytes; the header then says how many colours there are.
+// The size of masks and colours in bytes; sets the number of colours in the header.
 std::size_t CDIBitmap::WholeTableSize(DibHeader& header) const {
     const std::size_t masks = header.compression == kMasks ? 3 : header.compression == kMasksWithAlpha ? 4 : 0;
     const std::size_t colours = GetColorCount() ? GetPalEntries(header) : header.coloursUsed;

@@ -6,11 +6,11 @@
 namespace qv::imaging {
 namespace {
 
-// A count of zlib's has 32 bits.
+// zlib counts in 32 bits.
 constexpr std::size_t kMostAtOnce = 1 << 30;
 
 Bytef* Writable(const BYTE* bytes) {
-    return const_cast<Bytef*>(bytes);  // the interface lacks the const, the library does not write
+    return const_cast<Bytef*>(bytes);  // zlib's interface lacks the const, but does not write
 }
 
 }  // namespace
@@ -23,7 +23,7 @@ Inflater::~Inflater() {
     inflateEnd(&m_stream);
 }
 
-/// What is left to be read is in avail_out then.
+/// Leaves the number of missing bytes in avail_out.
 int Inflater::Inflate(BYTE* out, std::size_t size) {
     m_stream.next_out = out;
     m_stream.avail_out = static_cast<uInt>(size);

@@ -11,16 +11,16 @@
 
 namespace qv::imaging {
 
-/// Takes bytes out of a stream that is in several pieces.
+/// Decompresses a stream that consists of several pieces.
 class Inflater {
 public:
-    /// The pieces have to outlive the object. @throws std::bad_alloc
+    /// The pieces must outlive the object. @throws std::bad_alloc
     explicit Inflater(const std::vector<Bytes>& pieces);
     ~Inflater();
     Inflater(const Inflater&) = delete;
     Inflater& operator=(const Inflater&) = delete;
 
-    /// @throws PictureError where the stream is damaged or has fewer bytes; std::bad_alloc
+    /// @throws PictureError if the stream is damaged or too short; std::bad_alloc
     void Read(BYTE* out, std::size_t size);
     /// Checks that the stream ends here. @throws PictureError
     void Finish();
@@ -33,10 +33,10 @@ private:
     std::size_t m_next = 0;
 };
 
-/// Puts bytes into a stream, and hands it on in pieces.
+/// Compresses bytes and passes the stream on in pieces.
 class Deflater {
 public:
-    /// A piece has at most this many bytes.
+    /// The maximum size of a piece.
     static constexpr std::size_t kPiece = 64 * 1024;
     using Write = std::function<void(Bytes)>;
 

@@ -2,7 +2,7 @@
 
 #include "qvcommon/DIBitmap.h"
 
-/// @file The BMP format in what is not in the information header itself.
+/// @file The BMP format, except for the information header.
 
 namespace qv::imaging {
 
@@ -11,14 +11,14 @@ enum DibCompression : DWORD { kNoCompression = 0, kRunLength8 = 1, kRunLength4 =
 inline constexpr std::uint16_t kBitmapType = 0x4D42;  // "BM"
 inline constexpr std::size_t kFileHeaderSize = 14;
 
-/// Red, green, blue and alpha of the pixels that we make.
+/// Red, green, blue and alpha of the pixels that this library writes.
 inline constexpr DWORD kAlphaMasks[] = {0xFF0000, 0xFF00, 0xFF, 0xFF000000};
 
 inline bool HasRunLengths(const DibHeader& header) {
     return header.compression == kRunLength8 || header.compression == kRunLength4;
 }
 
-/// Whether the format has this depth with this compression.
+/// Whether the format allows this depth with this compression.
 inline bool IsFormat(const DibHeader& header) {
     const int bits = header.bitCount;
     switch (header.compression) {

@@ -8,7 +8,7 @@ namespace qv::imaging {
 namespace {
 
 constexpr std::size_t kBlock = 256 * 1024;
-// Type, size and the first parameter: what every record is expected to have.
+// The minimum size of a record: type, size and the first parameter.
 constexpr std::size_t kStart = 12;
 constexpr DWORD kSmallestSize = 8;
 constexpr UINT kLargestRead = 1 << 30;
@@ -34,14 +34,14 @@ void EmfRecordReader::Settle() {
     m_file.Seek(static_cast<std::int64_t>(m_position), CFile::begin);
 }
 
-// Makes `count` bytes, which a block holds, stand at m_next; false when the file ends before.
+// Makes `count` bytes, at most a block, available at m_next; false if the file ends before.
 bool EmfRecordReader::Fill(std::size_t count) {
     if (m_end - m_next >= count) return true;
     std::memmove(m_block.data(), m_block.data() + m_next, m_end - m_next);
     m_end -= m_next;
     m_next = 0;
     m_end += m_file.Read(m_block.data() + m_end, static_cast<UINT>(m_block.size() - m_end));
-    // A file that grows while it is read counts as long as it is now.
+    // If the file grows while it is read, use its current length.
     m_length = std::max(m_length, m_position + m_end);
     return m_end >= count;
 }

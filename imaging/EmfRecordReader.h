@@ -8,23 +8,23 @@
 
 namespace qv::imaging {
 
-/// Takes records off a file, which it reads in large blocks.
+/// Reads the records of a file, in large blocks.
 class EmfRecordReader {
 public:
     enum class Result {
         Record,
         End,         ///< fewer than 12 bytes are left
-        Unreadable,  ///< a size that cannot be, or a failed read
+        Unreadable,  ///< an impossible size, or a failed read
         NoMemory
     };
 
-    /// The file has to outlive the reader. @throws CFileException* where the file cannot be asked for its length.
+    /// The file must outlive the reader. @throws CFileException* if the file's length cannot be determined.
     explicit EmfRecordReader(CFile& file);
 
     Result Next();
-    /// The record that Next found, aligned for words, until the next call.
+    /// The record that Next found, word-aligned; valid until the next call.
     EmfRecord* Record() { return reinterpret_cast<EmfRecord*>(m_record.get()); }
-    /// Puts the file's position behind the last record. @throws CFileException*
+    /// Sets the file's position to the end of the last record. @throws CFileException*
     void Settle();
 
 private:
@@ -35,10 +35,10 @@ private:
     CFile& m_file;
     std::uint64_t m_position;   ///< of the next record in the file
     std::uint64_t m_length;     ///< of the file
-    std::vector<BYTE> m_block;  ///< read, the next record at m_next
+    std::vector<BYTE> m_block;  ///< the current block, with the next record at m_next
     std::size_t m_next = 0, m_end = 0;
     std::unique_ptr<BYTE[]> m_record;
-    std::size_t m_room = 0;  ///< of m_record
+    std::size_t m_room = 0;  ///< the capacity of m_record
 };
 
 }  // namespace qv::imaging

@@ -39,7 +39,7 @@ Raster Cropped(const Raster& source, int x, int y, int width, int height) {
 namespace {
 
 Raster QuarterTurned(const Raster& source, bool clockwise) {
-    // Squares of pixels, so that what is read and what is written both stay in the cache.
+    // Works in squares of pixels, so that source and target both stay in the cache.
     constexpr int kSquare = 32;
     Raster result(source.Height(), source.Width());
     for (int top = 0; top < result.Height(); top += kSquare)

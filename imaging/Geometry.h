@@ -4,16 +4,17 @@
 
 namespace qv::imaging {
 
-/// Clockwise, by 0 to 3 quarters.
+/// Returns the picture rotated clockwise by 0 to 3 quarter turns.
 Raster Turned(Raster source, int quarters);
 Raster MirroredLeftRight(Raster source);
 Raster MirroredUpDown(Raster source);
 Raster Cropped(const Raster& source, int x, int y, int width, int height);
 
-/// By an angle of 0 to 360 degrees, clockwise. Background as for CImageHelper::Rotate. Nullopt when it gets too large.
+/// Returns the picture rotated clockwise by 0 to 360 degrees. Background as for CImageHelper::Rotate. Nullopt if the
+/// result is too large.
 std::optional<Raster> Rotated(const Raster& source, double degrees, DWORD background);
 
-/// The sine of `x` times pi: the same bits on every system, which the C run times do not promise.
+/// Returns the sine of `x` times pi: bit-identical on every system, which C run times do not promise.
 double SinPi(double x);
 
 }  // namespace qv::imaging

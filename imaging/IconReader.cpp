@@ -15,7 +15,7 @@ void CheckIcon(bool holds, const char* what) {
     if (!holds) throw PictureError{std::string("damaged icon: ") + what};
 }
 
-/// The first `size` bytes, which are taken off.
+/// Removes and returns the first `size` bytes.
 Bytes Take(Bytes& bytes, std::uint64_t size, const char* what) {
     CheckIcon(size <= bytes.size(), what);
     const Bytes taken = bytes.first(static_cast<std::size_t>(size));
@@ -27,7 +27,7 @@ std::uint64_t Pitch(std::int64_t width, int bits) {
     return (static_cast<std::uint64_t>(width) * static_cast<unsigned>(bits) + 31) / 32 * 4;
 }
 
-/// A bitmap whose header counts the rows of pixels and of the mask.
+/// A bitmap whose header counts the rows of both the pixels and the mask.
 class MaskedBitmap {
 public:
     explicit MaskedBitmap(Bytes bytes) : m_rest(bytes) {
@@ -45,7 +45,7 @@ public:
         const Bytes table = Take(m_rest, hasMasks ? 3 * sizeof(DibColour) : used * sizeof(DibColour), "colours");
         std::memcpy(m_info.colours, table.data(), table.size());
         m_rows = Take(m_rest, Pitch(header.width, header.bitCount) * Height(), "rows");
-        // Some writers leave out the mask of pictures with alpha.
+        // Some writers omit the mask of pictures with alpha.
         m_mask = Take(m_rest, m_rest.empty() && header.bitCount == 32 ? 0 : Pitch(header.width, 1) * Height(), "mask");
     }
 
@@ -63,7 +63,7 @@ public:
 private:
     std::uint64_t Height() const { return static_cast<std::uint64_t>(m_info.header.height); }
 
-    // False when no pixel has any alpha.
+    // Returns false if no pixel has any alpha.
     bool ReadAlpha(Raster& pixels) const {
         if (m_info.header.bitCount != 32 || m_info.header.compression != kNoCompression) return false;
         DibInfo info = m_info;
@@ -97,8 +97,8 @@ private:
     DibInfo m_info = {};
 };
 
-/// The bytes of all pictures. Each byte of the file belongs to one of them at most, so that what they hold is bounded by
-/// the file.
+/// Returns the bytes of all pictures. Pictures must not overlap, so that the file's size bounds the memory for all of
+/// them.
 std::vector<Bytes> PicturesIn(Bytes file) {
     Bytes rest = file;
     const auto head = rest.size() < sizeof(IconHead) ? IconHead{} : LittleEndian<IconHead>(rest);

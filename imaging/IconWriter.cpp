@@ -16,7 +16,7 @@ void Append(std::vector<BYTE>& bytes, const Record& record) {
     std::memcpy(bytes.data() + bytes.size() - sizeof record, &record, sizeof record);
 }
 
-/// Pixels with alpha, and the mask for those who do not know alpha.
+/// Returns pixels with alpha, and a mask for readers that ignore alpha.
 std::vector<BYTE> BitmapOf(const Raster& pixels) {
     const int width = pixels.Width(), height = pixels.Height();
     DibHeader header = {sizeof header, width, 2 * height, 1, 32, kNoCompression, 0, 0, 0, 0, 0};
@@ -48,7 +48,7 @@ struct Picture {
     std::vector<BYTE> bytes;
 };
 
-/// Empty when one of them cannot be part of an icon.
+/// Returns an empty vector if one of the pictures does not fit into an icon.
 std::vector<Picture> Encoded(std::span<const CDIBitmap* const> pictures) {
     std::vector<Picture> encoded;
     for (const CDIBitmap* const picture : pictures) {
@@ -72,7 +72,7 @@ bool EncodeIcon(std::span<const CDIBitmap* const> pictures, const std::function<
     std::uint64_t offset = sizeof(IconHead) + encoded.size() * sizeof(IconEntry);
     for (const Picture& picture : encoded) {
         const auto size = static_cast<std::uint32_t>(picture.bytes.size());
-        // What 256 becomes as a byte is what the format has for it.
+        // 256 becomes 0, as the format requires.
         Append(head, IconEntry{static_cast<BYTE>(picture.width), static_cast<BYTE>(picture.height), 0, 0, 1, 32, size,
                                static_cast<std::uint32_t>(offset)});
         offset += size;

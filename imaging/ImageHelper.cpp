@@ -15,7 +15,7 @@ using namespace qv::imaging;
 
 namespace {
 
-/// Stores what an action makes of the source's pixels.
+/// Stores the result of an action on the source's pixels.
 template <class Make>
 BOOL StoreMade(const CDIBitmap& source, CDIBitmap& target, Make make) {
     std::optional<Raster> pixels = Raster::Of(source);
@@ -93,7 +93,7 @@ BOOL CImageHelper::Rotate(const CDIBitmap& source, CDIBitmap& target, double deg
                                         ? Turned(std::move(*pixels), static_cast<int>(angle / 90) % 4)
                                         : Rotated(*pixels, angle, background);
     if (!rotated) return 0;
-    if (background != transparent) LayOn(*rotated, background);
+    if (background != transparent) Flatten(*rotated, background);
     rotated->StoreIn(target);
     return 1;
 }

@@ -8,7 +8,7 @@ using namespace qv::imaging;
 
 namespace {
 
-/// The part of a picture at `position` that lies within `limit`.
+/// The part of a picture at `position` that is within `limit`.
 struct Overlap {
     Overlap(int position, int length, int limit)
         : begin(std::max(position, 0)),
@@ -17,7 +17,7 @@ struct Overlap {
 };
 
 struct Difference {
-    Pixel channels;  ///< as a pixel, opaque
+    Pixel channels;  ///< as an opaque pixel
     int greatest;
 };
 
@@ -56,7 +56,7 @@ BOOL CImageHelper::Blend(const CDIBitmap& under, const CDIBitmap& over, CDIBitma
 BOOL CImageHelper::Flatten(const CDIBitmap& source, CDIBitmap& target, DWORD colour) {
     std::optional<Raster> pixels = Raster::Of(source);
     if (!pixels) return 0;
-    LayOn(*pixels, colour);
+    Flatten(*pixels, colour);
     pixels->StoreIn(target);
     return 1;
 }

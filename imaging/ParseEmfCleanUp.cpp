@@ -1,4 +1,5 @@
-// The bytes that the format leaves undefined, cleared: whatever the program that wrote the metafile had in its memory.
+// Clears the bytes that the format leaves undefined, which hold arbitrary memory of the program that wrote the
+// metafile.
 
 #include <algorithm>
 
@@ -12,7 +13,7 @@ void CParseEmf::ParseExtCreateFontIndirectW(EmfRecord* record) {
     constexpr NameField faceName = {40, 32}, fullName = {104, 64}, style = {232, 32};
     for (const NameField& field : {faceName, fullName, style}) {
         if (record->size <= field.offset) break;
-        // Some writers leave the later names out, or cut the record within one.
+        // Some writers omit the later names, or end the record within one.
         const unsigned held = (record->size - field.offset) / sizeof(char16_t);
         ZeroOutUnusedStringSpaceW(reinterpret_cast<char16_t*>(record->At(field.offset)),
                                   std::min(held, field.characters));
@@ -32,7 +33,7 @@ void CParseEmf::ParseExtTextOutW(EmfRecord* record) {
     constexpr std::size_t countAt = 44, offsetAt = 48, textBlockStart = 52;
     const std::uint64_t characters = record->Word(countAt), offset = record->Word(offsetAt);
     const std::uint64_t padding = offset + characters * sizeof(char16_t);
-    // A text over the words that place it would make the padding hit type or size.
+    // If the text overlapped the fields that locate it, the padding could overwrite type or size.
     if (characters % 2 == 1 && offset >= textBlockStart && record->Holds(padding, sizeof(char16_t)))
         std::memset(record->At(static_cast<std::size_t>(padding)), 0, sizeof(char16_t));
     ParseGenericMetafileRecord(record);

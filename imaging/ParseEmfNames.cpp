@@ -8,7 +8,7 @@
 
 namespace {
 
-// Ordered by name. Types above 101 came later and are called unknown, as is 100.
+// Sorted by name. Types above 101 were added later and are reported as unknown, like 100.
 constexpr ID_NAME_PAIR kRecordNames[] = {
     {68, "EMR_ABORTPATH"},
     {41, "EMR_ANGLEARC"},

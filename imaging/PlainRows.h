@@ -7,21 +7,21 @@
 
 namespace qv::imaging {
 
-/// A bitmap's rows, uncompressed and padded: its own where it has them so, else made.
+/// A bitmap's rows, uncompressed and padded: the bitmap's own if they are in that form, else a decoded copy.
 class PlainRows {
 public:
-    /// The bitmap has to outlive the result and stay as it is. Nullopt when it is empty or lacks rows, has a depth or
-    /// compression that no bitmap has, or claims to be far larger than its run lengths are.
+    /// The bitmap must outlive the result and must not change. Returns nullopt if it is empty or lacks rows, has a
+    /// depth or compression that the format does not have, or claims to be far larger than its run lengths.
     static std::optional<PlainRows> Of(const CDIBitmap& bitmap);
-    /// As it is; null for an empty bitmap.
+    /// The bitmap's own header; null for an empty bitmap.
     static const DibHeader* HeaderOf(const CDIBitmap& bitmap) {
         return bitmap.m_info ? &bitmap.m_info->header : nullptr;
     }
 
-    /// The bitmap's header and colours, with the depth of these rows. Its sizes and counts of colours are 0, and colours
-    /// that the bitmap does not have are black.
+    /// The bitmap's header and colours, with the depth of these rows. Its sizes and colour counts are 0; missing
+    /// colours are black.
     const DibInfo& Info() const { return m_info; }
-    /// In the order that the sign of the height says.
+    /// The sign of the header's height gives their order.
     const BYTE* Rows() const { return m_rows; }
     std::int64_t Height() const;
     /// The row at `y` from the top.
@@ -34,16 +34,16 @@ private:
     std::int64_t m_pitch = 0;
 };
 
-/// A bitmap that is being made: 1, 4, 8 or 24 bits per pixel, or 32 with a mask of alpha, the bottom row first.
+/// A bitmap under construction: 1, 4, 8 or 24 bits per pixel, or 32 with an alpha mask, bottom row first.
 struct NewDib {
-    /// Colours are black, and so is the padding; the pixels have no value. @throws std::bad_alloc
+    /// Colours and padding are zero; the pixels are uninitialized. @throws std::bad_alloc
     NewDib(int width, int height, int bits);
 
     /// The row at `y` from the top.
     BYTE* Row(int y) { return rows.get() + (info->header.height - 1 - std::int64_t{y}) * pitch; }
-    /// Grey from black to white, as many shades as the depth has.
+    /// Sets greys from black to white, as many as the depth allows.
     void SetGreyColours();
-    /// Puts it in the place of what the target holds.
+    /// Replaces the content of the target.
     void MoveTo(CDIBitmap& target);
 
     std::unique_ptr<DibInfo> info;
@@ -51,7 +51,7 @@ struct NewDib {
     std::int64_t pitch;
 };
 
-/// Whether pictures of this size are made: see CImageHelper.
+/// Whether the library creates pictures of this size; see CImageHelper.
 bool IsPictureSize(std::int64_t width, std::int64_t height);
 
 }  // namespace qv::imaging

@@ -6,14 +6,14 @@
 #include "imaging/PlainRows.h"
 #include "imaging/PngChunks.h"
 
-/// @file PNG files in memory. Our own code over zlib, so that both systems read and write alike.
+/// @file PNG files in memory. Implemented on zlib only, so that all systems read and write identically.
 
 namespace qv::imaging {
 
-/// As CImageHelper::ReadPng says. @throws PictureError
+/// See CImageHelper::ReadPng. @throws PictureError
 NewDib DecodePng(const PngFile& file);
 
-/// As CImageHelper::WritePng says, in pieces of some ten kilobytes. Density in pixels per metre, 0 when not known.
+/// See CImageHelper::WritePng; writes pieces of about 64 KB. The header's density is in pixels per metre, 0 if unknown.
 /// @throws what `write` throws
 void EncodePng(const PlainRows& rows, const std::function<void(Bytes)>& write);
 

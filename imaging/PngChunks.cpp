@@ -9,7 +9,7 @@ namespace qv::imaging {
 namespace {
 
 constexpr std::uint32_t kLongestChunk = 0x7FFFFFFF;
-// Deflate gets no further: a byte is 8 of the shortest codes, of two bits for 258 bytes each.
+// The maximum compression of Deflate: 258 bytes take at least two one-bit codes.
 constexpr std::uint64_t kBestCompression = 1032;
 
 [[noreturn]] void ThrowDamaged(const char* what) {
@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    // False at the last chunk.
+    // Returns false at the last chunk.
     bool Next() {
         if (m_rest.size() < kChunkHead + kChunkTail) ThrowEndsEarly();
         const std::uint32_t length = BigEndian32(m_rest.data());
@@ -101,7 +101,7 @@ private:
         }
     }
 
-    // Pictures with alpha may not have it, and it would mean nothing.
+    // Pictures with alpha must not have the chunk, so it is ignored there.
     void TakeTransparency() {
         const int colour = m_file.header.colour;
         if (colour >= kPngGreyAlpha) return;

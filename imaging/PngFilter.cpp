@@ -14,7 +14,7 @@ inline int Paeth(int left, int above, int corner) {
     return toCorner < std::min(toLeft, toAbove) ? corner : nearer;
 }
 
-/// One pixel after the other, its bytes side by side: what a pixel needs of the one before stays in registers.
+/// Processes pixel by pixel, all bytes of a pixel together, so that the previous pixel stays in registers.
 template <int Step, BYTE FilterType>
 void UnfilterPixels(BYTE* row, const BYTE* above, std::size_t size) {
     int left[Step] = {}, corner[Step] = {};

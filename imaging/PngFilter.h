@@ -6,7 +6,7 @@
 
 namespace qv::imaging {
 
-/// A row of a picture with the row above it, and zero bytes before both, so that every byte has neighbours.
+/// A row of a picture and the row above it, each preceded by zero bytes, so that every byte has neighbours.
 class PngRows {
 public:
     PngRows(std::size_t rowBytes, int step);
@@ -15,7 +15,7 @@ public:
     const BYTE* Above() const { return m_above.data() + kLead; }
     std::size_t Size() const { return m_row.size() - kLead; }
     int Step() const { return m_step; }
-    /// The row becomes the one above.
+    /// Makes the current row the one above.
     void Advance() { m_row.swap(m_above); }
 
 private:
@@ -25,16 +25,16 @@ private:
     int m_step;
 };
 
-/// Turns what a filter has made back into the row. False for an unknown filter.
+/// Reverses a filter in place. Returns false for an unknown filter.
 bool Unfilter(BYTE filter, PngRows& rows);
 
-/// Finds the filter of a row whose bytes, taken as signed, have the least sum of magnitudes: a rule of thumb that the
+/// Finds the filter with the least sum of absolute values of the row's bytes, taken as signed: the heuristic that the
 /// standard recommends.
 class PngFilterChoice {
 public:
     explicit PngFilterChoice(std::size_t rowBytes) : m_best(rowBytes + 1), m_other(rowBytes + 1) {}
 
-    /// The filter's number and the filtered row; valid until the next call.
+    /// Returns the filter's number followed by the filtered row; valid until the next call.
     Bytes Choose(PngRows& rows);
 
 private:

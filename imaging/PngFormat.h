@@ -4,7 +4,7 @@
 
 #include "imaging/Bytes.h"
 
-/// @file PNG as ISO/IEC 15948 publishes it.
+/// @file PNG as defined by ISO/IEC 15948.
 
 namespace qv::imaging {
 
@@ -24,13 +24,13 @@ struct PngHeader {
         return colour == kPngRgb ? 3 : colour == kPngRgbAlpha ? 4 : colour == kPngGreyAlpha ? 2 : 1;
     }
     int PixelBits() const { return depth * Channels(); }
-    /// Of so many pixels, without the byte of the filter.
+    /// The size of a row of `pixels` pixels, without the filter byte.
     std::size_t RowBytes(int pixels) const { return (static_cast<std::size_t>(pixels) * PixelBits() + 7) / 8; }
-    /// From a byte to that of its left neighbour.
+    /// The distance in bytes to the same byte of the left neighbour.
     int FilterStep() const { return PixelBits() < 8 ? 1 : PixelBits() / 8; }
 };
 
-/// Those pixels of a picture that come together: all, or each one of a lattice.
+/// The pixels of one pass: all, or a lattice.
 struct PngPass {
     int x, y, stepX, stepY;
 
@@ -38,7 +38,7 @@ struct PngPass {
     int Rows(int height) const { return (height - y + stepY - 1) / stepY; }
 };
 
-/// The passes of interlaced pictures; the last one that of all others.
+/// The passes of interlaced pictures.
 inline constexpr PngPass kInterlaced[] = {{0, 0, 8, 8}, {4, 0, 8, 8}, {0, 4, 4, 8}, {2, 0, 4, 4},
                                           {0, 2, 2, 4}, {1, 0, 2, 2}, {0, 1, 1, 2}};
 inline constexpr PngPass kWhole[] = {{0, 0, 1, 1}};

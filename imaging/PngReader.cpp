@@ -62,7 +62,7 @@ private:
     }
 
     void Put(const BYTE* samples, int columns, const PngPass& pass, BYTE* row) {
-        if (m_header.depth == Bits() && pass.stepX == 1) {  // packed alike
+        if (m_header.depth == Bits() && pass.stepX == 1) {  // same packing
             std::copy_n(samples, m_header.RowBytes(columns), row);
             return;
         }

@@ -5,7 +5,7 @@
 namespace qv::imaging {
 namespace {
 
-/// A sample of 16 bits as one of 8, rounded.
+/// Converts a 16-bit sample to 8 bits, rounded.
 Pixel Rounded(unsigned sample) {
     return (sample * 255 + 32895) >> 16;
 }

@@ -7,10 +7,10 @@
 
 namespace qv::imaging {
 
-/// Turns the samples of a row into pixels, or into indices where the picture becomes a bitmap with a palette.
+/// Converts the samples of a row to pixels, or to indices for a bitmap with a palette.
 class PngSamples {
 public:
-    /// The file has to outlive the object.
+    /// The file must outlive the object.
     explicit PngSamples(const PngFile& file);
 
     void Read(const BYTE* samples, int count, Pixel* out) const { (this->*m_read)(samples, count, out); }
@@ -24,8 +24,8 @@ private:
     void FillTable(const PngFile& file);
 
     int m_depth;
-    std::array<Pixel, 256> m_table = {};  // for each sample of at most 8 bits: a pixel or an index
-    const BYTE* m_key = nullptr;          // the samples, of 16 bits, that are transparent
+    std::array<Pixel, 256> m_table = {};  // a pixel or an index for each sample of at most 8 bits
+    const BYTE* m_key = nullptr;          // the 16-bit samples that are transparent
     void (PngSamples::*m_read)(const BYTE* samples, int count, Pixel* out) const;
 };
 

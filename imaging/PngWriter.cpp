@@ -72,7 +72,7 @@ private:
         WriteChunk("PLTE", content);
     }
 
-    // Without black ones at the end that no pixel has.
+    // Omits trailing black colours that no pixel uses.
     std::size_t CountColours() const {
         const std::size_t all = std::size_t{1} << m_header.depth;
         std::size_t count = all;
@@ -99,7 +99,7 @@ private:
     }
 
     void WriteData() {
-        // Differences of indices mean nothing, and of pixels within a byte little.
+        // Filters do not help for indices, and little for several pixels in one byte.
         const bool filters = m_header.depth == 8 && m_header.colour != kPngPalette;
         Deflater deflater(filters, [this](Bytes piece) { WriteChunk("IDAT", piece); });
         PngRows rows(m_header.RowBytes(m_header.width), m_header.FilterStep());

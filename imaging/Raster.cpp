@@ -19,7 +19,7 @@ std::optional<Raster> Raster::Of(const CDIBitmap& bitmap) {
 }
 
 bool Raster::IsOpaque() const {
-    // A row at a time, without a question for each pixel.
+    // Row by row, without a test for each pixel.
     for (int y = 0; y < m_height; ++y) {
         Pixel all = kOpaque;
         for (int x = 0; x < m_width; ++x) all &= Row(y)[x];

@@ -19,20 +19,20 @@ inline int AlphaOf(Pixel pixel) {
 inline int ChannelOf(Pixel pixel, int channel) {
     return static_cast<int>(pixel >> (8 * channel) & 255);
 }
-/// Luma as ITU-R BT.601 has it, rounded.
+/// Luma of ITU-R BT.601, rounded.
 inline int LumaOf(Pixel pixel) {
     return (19595 * ChannelOf(pixel, 2) + 38470 * ChannelOf(pixel, 1) + 7471 * ChannelOf(pixel, 0) + 32768) >> 16;
 }
 
-/// The pixels of a picture, the top row first.
+/// The pixels of a picture, top row first.
 class Raster {
 public:
-    /// The pixels have no value. @throws std::bad_alloc
+    /// The pixels are uninitialized. @throws std::bad_alloc
     Raster(int width, int height)
         : m_width(width),
           m_height(height),
           m_pixels(std::make_unique_for_overwrite<Pixel[]>(static_cast<std::size_t>(width) * height)) {}
-    /// Nullopt when the bitmap cannot be read (see PlainRows), is empty, or larger than pictures are.
+    /// Nullopt if the bitmap cannot be read (see PlainRows), is empty, or exceeds the maximum picture size.
     static std::optional<Raster> Of(const CDIBitmap& bitmap);
 
     int Width() const { return m_width; }
@@ -45,10 +45,10 @@ public:
     Pixel* end() { return Row(m_height); }
 
     bool IsOpaque() const;
-    /// A bitmap of 24 bits when all pixels are opaque, else of 32 with alpha.
+    /// Returns a bitmap of 24 bits if all pixels are opaque, else of 32 with alpha.
     NewDib ToDib() const;
     void StoreIn(CDIBitmap& target) const { ToDib().MoveTo(target); }
-    /// The blue of each pixel into a bitmap of 8 bits when all pixels are opaque, else of 32 with alpha.
+    /// Stores the blue channel in a bitmap of 8 bits if all pixels are opaque, else in one of 32 with alpha.
     void StoreGreyIn(CDIBitmap& target) const;
 
 private:

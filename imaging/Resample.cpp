@@ -11,8 +11,8 @@
 namespace qv::imaging {
 namespace {
 
-// One pixel in linear arithmetic: blue, green, red, each multiplied by alpha, and alpha. Sums are always taken in the same
-// order, so the result is the same everywhere.
+// One pixel in linear arithmetic: blue, green and red, premultiplied by alpha, and alpha. Sums are always taken in the
+// same order, so the result is the same on every system.
 struct Sum {
     float channels[4];
 };
@@ -30,7 +30,8 @@ double Lanczos(double x) {
     return kLobes * SinPi(x) * SinPi(x / kLobes) / (angle * angle);
 }
 
-// For each pixel of one direction of the result: the pixels that it is made from, and their weights, whose sum is 1.
+// For each pixel of the result along one axis: the source pixels that contribute to it, and their weights, whose sum is
+// 1.
 class Taps {
 public:
     Taps(int from, int to, CImageHelper::Filter filter) {
@@ -51,7 +52,7 @@ private:
     };
 
     void AddArea(std::int64_t i, std::int64_t from, std::int64_t to) {
-        // In units of which each pixel of the source has `to`, and each of the result `from`.
+        // In units in which a source pixel has length `to`, and a result pixel has length `from`.
         const std::int64_t begin = i * from, end = begin + from, first = begin / to;
         Begin(first);
         for (std::int64_t j = first; j * to < end; ++j) {
@@ -78,7 +79,7 @@ private:
 
     std::vector<Place> m_places;
     std::vector<float> m_weights;
-    std::vector<double> m_shares;  // of one pixel, before their sum is known
+    std::vector<double> m_shares;  // of one pixel, before normalization
 };
 
 using Row = std::vector<Sum>;
@@ -94,7 +95,7 @@ public:
           m_read(static_cast<std::size_t>(source.Width())),
           m_narrow(static_cast<std::size_t>(result.Width())) {}
 
-    // Each row of the source is scaled across once, and added to the rows of the result that it has a share in.
+    // Each source row is scaled horizontally once and added to the result rows to which it contributes.
     void Run() {
         for (int y = 0; y < m_source.Height(); ++y) {
             while (m_next < m_rows.Count() && m_rows.First(m_next) <= y) Open();
@@ -174,7 +175,7 @@ private:
     bool m_opaque;
     Taps m_columns, m_rows;
     Row m_read, m_narrow;
-    std::deque<Row> m_open;  // rows of the result, the last one being m_next - 1
+    std::deque<Row> m_open;  // result rows under construction; the last one is m_next - 1
     std::vector<Row> m_spare;
     int m_next = 0;
 };

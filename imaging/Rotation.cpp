@@ -8,7 +8,7 @@
 namespace qv::imaging {
 namespace {
 
-// Positions in the source are fixed-point numbers, so that rounding is the same everywhere.
+// Positions in the source are fixed-point numbers, so that rounding is the same on every system.
 constexpr int kFraction = 32;
 constexpr std::int64_t kOne = std::int64_t{1} << kFraction;
 
@@ -16,7 +16,7 @@ std::int64_t Fixed(double value) {
     return std::llround(value * static_cast<double>(kOne));
 }
 
-// The mean of four pixels by weights whose sum is 65536.
+// The mean of four pixels, with weights whose sum is 65536.
 class Mixer {
 public:
     explicit Mixer(DWORD background)
@@ -56,7 +56,7 @@ class Rotation {
 public:
     Rotation(const Raster& source, DWORD background) : m_source(source), m_mixer(background) {}
 
-    // The pixel at a position, whose whole numbers are the centres of pixels.
+    // Returns the pixel at a position; pixel centres have integer coordinates.
     Pixel At(std::int64_t x, std::int64_t y) const {
         const std::int64_t column = x >> kFraction, row = y >> kFraction;
         const auto right = static_cast<unsigned>(x >> (kFraction - 8) & 255),
@@ -90,7 +90,7 @@ private:
 std::optional<Raster> Rotated(const Raster& source, double degrees, DWORD background) {
     const double sine = SinPi(degrees / 180), cosine = SinPi(degrees / 180 + 0.5);
     const auto extent = [&](double along, double across) {
-        constexpr double slack = 1e-6;  // so that rounding does not add a row
+        constexpr double slack = 1e-6;  // keeps rounding from adding a row
         return static_cast<std::int64_t>(std::ceil(std::abs(along * cosine) + std::abs(across * sine) - slack));
     };
     const std::int64_t width = extent(source.Width(), source.Height()),
@@ -100,7 +100,7 @@ std::optional<Raster> Rotated(const Raster& source, double degrees, DWORD backgr
     Raster result(static_cast<int>(width), static_cast<int>(height));
     const std::int64_t stepX = Fixed(cosine), stepY = -Fixed(sine);
     for (int y = 0; y < height; ++y) {
-        // From the centre of the row's first pixel, seen from the middle of the result, back into the source.
+        // Maps the centre of the row's first pixel, relative to the middle of the result, to the source.
         const double fromLeft = 0.5 - static_cast<double>(width) / 2,
                      fromTop = y + 0.5 - static_cast<double>(height) / 2;
         std::int64_t atX = Fixed(cosine * fromLeft + sine * fromTop + source.Width() / 2.0 - 0.5);

@@ -40,7 +40,7 @@ private:
         return true;
     }
 
-    // Pixels as they are, filled up to an even number of bytes.
+    // Literal pixels, padded to an even number of bytes.
     void Literals(std::size_t count, std::span<const BYTE>& data) {
         const std::size_t bytes = m_nibbles ? (count + 1) / 2 : count;
         for (std::size_t i = 0; i < count && (m_nibbles ? i / 2 : i) < data.size(); ++i)

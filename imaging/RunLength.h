@@ -8,11 +8,11 @@
 
 namespace qv::imaging {
 
-/// Bitmap rows of run lengths (compressions 1 and 2 of the BMP format), decoded to one byte a pixel.
+/// Decodes run-length encoded bitmap rows (compressions 1 and 2 of the BMP format) to one byte per pixel.
 ///
-/// `out` holds `rows` rows of `pitch` bytes, the bottom one first, and is zero at first: pixels that the data skips or does
+/// `out` holds `rows` rows of `pitch` bytes, bottom row first, and must be zeroed: pixels that the data skips or does
 /// not reach stay zero. Data for pixels outside the picture is dropped.
-/// @param nibbles  true for pixels of 4 bits, false for those of 8.
+/// @param nibbles  true for 4-bit pixels, false for 8-bit ones.
 void DecodeRunLengths(std::span<const BYTE> data, bool nibbles, std::int64_t width, std::int64_t rows,
                       std::int64_t pitch, BYTE* out);
 

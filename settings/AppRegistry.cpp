@@ -20,7 +20,7 @@ FriendlyName& NameForPeople() {
     return friendly;
 }
 
-/// COMPANY\APPLICATION, or APPLICATION.
+/// Returns COMPANY\APPLICATION, or APPLICATION.
 CString OwnPath() {
     const CWinApp& application = *AfxGetApp();
     const CString& company = application.m_pszRegistryKey;

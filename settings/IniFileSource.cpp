@@ -9,7 +9,7 @@
 namespace qv {
 namespace {
 
-/// A text in memory.
+/// A source over a text in memory.
 class IniTextSource : public SettingSource {
 public:
     explicit IniTextSource(std::string text) : m_text(std::move(text)) {}

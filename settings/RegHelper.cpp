@@ -40,7 +40,7 @@ std::optional<CString> Read(const qv::platform::RegistryKey& key, std::string_vi
     return isThere ? std::optional(TextForm(value)) : std::nullopt;
 }
 
-/// Leaves the output alone where there is nothing.
+/// Leaves the output unchanged if nothing was found.
 template <class Value>
 BOOL Take(std::optional<Value> found, Value& value) {
     if (!found) return 0;
@@ -104,12 +104,12 @@ void CRegHelper::DeleteKey() {
 
 CStringArray CRegHelper::GetValueNames() const {
     std::vector<std::string> names;
-    ListRegistryValues(KeyOf(*this, m_root), names).IgnoreError();  // none, as promised
+    ListRegistryValues(KeyOf(*this, m_root), names).IgnoreError();  // empty on failure, as promised
     return {names.begin(), names.end()};
 }
 
 CStringArray CRegHelper::GetKeyNames() const {
     std::vector<std::string> names;
-    ListRegistryKeys(KeyOf(*this, m_root), names).IgnoreError();  // none, as promised
+    ListRegistryKeys(KeyOf(*this, m_root), names).IgnoreError();  // empty on failure, as promised
     return {names.begin(), names.end()};
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Where a ProfileStore has its texts from.
+/// @file The storage of a ProfileStore's texts.
 
 #include <functional>
 #include <memory>
@@ -22,18 +22,18 @@ public:
     virtual std::vector<std::string> Entries(std::string_view section) const = 0;
     virtual std::optional<std::string> Find(std::string_view section, std::string_view entry) const = 0;
 
-    // The rest raises CFileException* and has changed nothing then.
+    // The following members raise CFileException*; nothing has changed then.
 
     virtual void Set(std::string_view section, std::string_view entry, std::string_view value) = 0;
     virtual void DeleteEntry(std::string_view section, std::string_view entry) = 0;
     virtual void DeleteSection(std::string_view section) = 0;
-    /// Passes a source to `change` and keeps what it sets and deletes there, all at once where the system can.
+    /// Passes a source to `change` and stores the changes made to it, atomically if the system supports that.
     virtual void Update(const std::function<void(SettingSource& source)>& change) = 0;
 };
 
-/// An INI file; the folder is made on demand when that is wanted.
+/// Opens an INI file; with `makeFolder`, its folder is created when first needed.
 std::unique_ptr<SettingSource> OpenIniFile(std::string path, bool makeFolder);
-/// A profile that the system keeps in a way of its own.
+/// Opens a profile that the system stores in its own way.
 std::unique_ptr<SettingSource> OpenSystemProfile(platform::ProfilePlace place);
 
 }  // namespace qv

@@ -6,7 +6,7 @@
 namespace qv {
 namespace {
 
-/// The registry's and the private profiles' calls end texts at a zero byte.
+/// Refuses zero bytes, at which the registry's and the private profiles' calls would truncate the text.
 std::string Whole(std::string_view text) {
     if (text.find('\0') != text.npos) AfxThrowInvalidArgException();
     return std::string(text);

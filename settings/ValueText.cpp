@@ -12,7 +12,7 @@ std::string_view WithoutBlanks(std::string_view text) {
     return ascii::Trimmed(text, ascii::IsBlank);
 }
 
-/// All of the text is the number.
+/// The number must be the whole text.
 template <class Number>
 std::optional<Number> ReadNumber(std::string_view text) {
     text = WithoutBlanks(text);
@@ -68,7 +68,7 @@ std::optional<COleDateTime> ReadDateText(std::string_view text) {
     return date.ParseDateTime(text) ? std::optional(date) : std::nullopt;
 }
 
-// The empty text is the empty list, so a list of one empty text takes quotes.
+// The empty text is the empty list, so a list of one empty text is quoted.
 CString ListText(const CStringArray& values) {
     if (values.GetSize() == 1 && values[0].IsEmpty()) return "\"\"";
     return CStringHelper::ArrayToCsv(values);

@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file The text forms of typed values, the same on every system and in every locale. Reading gives nullopt for a text that
-/// is no such value as a whole; blanks around it do not count.
+/// @file The text forms of typed values, the same on every system and in every locale. Reading ignores surrounding
+/// white space and returns nullopt if the rest of the text is not such a value.
 
 #include <cstdint>
 #include <optional>
@@ -15,23 +15,23 @@ namespace qv {
 std::optional<int> ReadIntegerText(std::string_view text);
 std::optional<DWORD> ReadUnsignedText(std::string_view text);
 
-/// The shortest digits that come back as the same number, with a point for the decimals.
+/// The shortest digits that read back as the same number, with a point as the decimal separator.
 CString DoubleText(double value);
 std::optional<double> ReadDoubleText(std::string_view text);
 
-/// "true" and "false"; also read are yes and no, on and off, 1 and 0, in any case.
+/// Writes "true" and "false"; also reads yes and no, on and off, 1 and 0, case-insensitively.
 CString BoolText(BOOL value);
 std::optional<BOOL> ReadBoolText(std::string_view text);
 
-/// "2004-05-05 14:03:07"; read is whatever COleDateTime::ParseDateTime reads. The date must be valid.
+/// Writes "2004-05-05 14:03:07"; reads what COleDateTime::ParseDateTime reads. The date must be valid.
 CString DateText(const COleDateTime& value);
 std::optional<COleDateTime> ReadDateText(std::string_view text);
 
-/// A record of comma-separated values; the empty text for the empty list. Every text is a list.
+/// A record of comma-separated values; the empty text is the empty list. Every text is a valid list.
 CString ListText(const CStringArray& values);
 CStringArray ReadListText(std::string_view text);
 
-/// Two hexadecimal digits a byte.
+/// Two hexadecimal digits per byte.
 CString BytesText(std::string_view bytes);
 std::optional<CString> ReadBytesText(std::string_view text);
 

@@ -27,7 +27,7 @@ bool IsAbsolute(std::string_view path) {
     return (path[1] == ':' && IsSeparator(path[2])) || (IsSeparator(path[0]) && IsSeparator(path[1]));
 }
 
-/// A library file's name without what the system adds to names; empty for any other file.
+/// Returns a library file's name without the system's prefix and extension; empty for any other file.
 CString LibraryNameOf(const CString& file) {
     const CString pattern(qv::platform::LibraryFileNames("").front());  // the extension
     const bool matches = file.GetLength() > pattern.GetLength() &&
@@ -54,7 +54,7 @@ void CDllInstance::Load(const char* name) {
     const CString path = name;
     Unload();
     if (!IsAbsolute(path)) Refuse(path, "The path is not absolute.");
-    // The system's loader would wait for the writer of a pipe.
+    // Opening a pipe, the system's loader would wait for its writer.
     qv::platform::FileInfo info;
     const bool isThere = qv::platform::StatusOf(path, info).ok();
     if (isThere && !info.isRegular) Refuse(path, "Not a library.");
