@@ -11,28 +11,28 @@ constexpr std::size_t kHead = kDataSize + 255;
 
 }  // namespace
 
-/// A compressor for the time of one block.
-class BlockCompressor::Lent {
+/// Takes a compressor from the pool for the duration of one block.
+class BlockCompressor::BorrowedCompressor {
 public:
-    explicit Lent(BlockCompressor& lender) : m_lender(lender) {
-        const std::lock_guard lock(lender.m_lending);
-        m_compressor = std::move(lender.m_compressors.back());
-        lender.m_compressors.pop_back();
+    explicit BorrowedCompressor(BlockCompressor& owner) : m_owner(owner) {
+        const std::lock_guard lock(owner.m_compressorsMutex);
+        m_compressor = std::move(owner.m_compressors.back());
+        owner.m_compressors.pop_back();
     }
-    ~Lent() {
-        const std::lock_guard lock(m_lender.m_lending);
-        m_lender.m_compressors.push_back(std::move(m_compressor));
+    ~BorrowedCompressor() {
+        const std::lock_guard lock(m_owner.m_compressorsMutex);
+        m_owner.m_compressors.push_back(std::move(m_compressor));
     }
-    Lent(const Lent&) = delete;
-    Lent& operator=(const Lent&) = delete;
+    BorrowedCompressor(const BorrowedCompressor&) = delete;
+    BorrowedCompressor& operator=(const BorrowedCompressor&) = delete;
     MszipCompressor& operator*() const { return *m_compressor; }
 
 private:
-    BlockCompressor& m_lender;
+    BlockCompressor& m_owner;
     std::unique_ptr<MszipCompressor> m_compressor;
 };
 
-/// A block, the one before it, and what becomes of it.
+/// A block, its predecessor and the result.
 struct BlockCompressor::Job {
     explicit Job(IMemory& memory)
         : in(memory, 2 * kBlockSize, WriteError::NoMemory),
@@ -85,10 +85,10 @@ void BlockCompressor::Submit() {
     if (m_compression == kStored)
         std::memcpy(job.Result(), job.Block(), job.size);
     else
-        job.compressed = m_executor.Start([this, &job] { return job.Run(*Lent(*this)); });
+        job.compressed = m_executor.Start([this, &job] { return job.Run(*BorrowedCompressor(*this)); });
     ++m_current;
     if (m_current - m_oldest == m_jobs.size()) GiveOutOldest();
-    // Threads read the block that they work on, so its bytes can be copied meanwhile.
+    // Other threads only read the block they work on, so its bytes can be copied meanwhile.
     Job& next = JobAt(m_current);
     std::memcpy(next.in.Get(), job.Block(), job.size);
     next.historySize = job.size;

@@ -13,43 +13,43 @@
 namespace qv::cabinet {
 
 struct CompressedBlock {
-    unsigned char* data;  ///< the receiver may change the kDataSize + 255 bytes before it, and nothing else
+    unsigned char* data;  ///< the receiver may only change the kDataSize + 255 bytes before it
     std::size_t size, uncompressed;
 };
 
-/// Takes data, gives compressed blocks in their order. What comes out depends on the data alone, not on the number of
-/// threads. Memory is taken when the object is made. One thread uses it; the receiver is called on that thread, within Add
-/// and Finish.
+/// Compresses data and delivers the blocks in order. The result depends on the data only, not on the number of threads.
+/// All memory is allocated by the constructor. Not thread-safe; the receiver is called on the caller's thread, from
+/// within Add and Finish.
 class BlockCompressor {
 public:
     using Receiver = std::function<void(const CompressedBlock&)>;
 
-    /// @param threads  that compress, the caller's among them; more than kMostThreads count as that many.
+    /// @param threads  the number of compressing threads, including the caller's; at most kMostThreads are used.
     /// @throws EngineFailure NoMemory.
     BlockCompressor(IMemory& memory, unsigned threads, Receiver receiver);
     ~BlockCompressor();
     BlockCompressor(const BlockCompressor&) = delete;
     BlockCompressor& operator=(const BlockCompressor&) = delete;
 
-    /// Bounds the memory: a thread and what it works on take half a megabyte.
+    /// Bounds the memory: a thread and its jobs take half a megabyte.
     static constexpr unsigned kMostThreads = Executor::kMostThreads + 1;
     static unsigned ThreadsOfThisMachine();
 
-    /// The next folder is compressed (kMszip) or only cut into blocks (kStored).
+    /// Starts a folder that is compressed (kMszip) or only divided into blocks (kStored).
     void Start(Compression compression);
-    /// Where the next bytes go, up to the end of the present block: never empty.
+    /// The space for the next bytes, up to the end of the current block; never empty.
     std::span<unsigned char> Room();
-    /// That many bytes were put into the room. @throws EngineFailure CannotCompress when the compressor broke down, and
-    /// what the receiver throws; Abandon then, before anything else.
+    /// Reports that `size` bytes were written to Room(). @throws EngineFailure CannotCompress if the compressor fails,
+    /// and what the receiver throws; then Abandon must be called next.
     void Add(std::size_t size);
-    /// Gives out everything, a short last block too. @throws as Add.
+    /// Delivers everything, including a short last block. @throws as Add.
     void Finish();
-    /// Drops what is not given out.
+    /// Discards what was not delivered.
     void Abandon();
 
 private:
     struct Job;
-    class Lent;
+    class BorrowedCompressor;
 
     Job& JobAt(std::size_t number) { return *m_jobs[number % m_jobs.size()]; }
     void Submit();
@@ -57,14 +57,14 @@ private:
 
     Receiver m_receiver;
     Compression m_compression = kMszip;
-    std::mutex m_lending;
-    std::vector<std::unique_ptr<MszipCompressor>> m_compressors;  ///< one for each thread; those not in use
+    std::mutex m_compressorsMutex;
+    std::vector<std::unique_ptr<MszipCompressor>> m_compressors;  ///< the idle ones; one per thread in total
     Executor m_executor;
-    std::vector<std::unique_ptr<Job>> m_jobs;  ///< a ring
-    std::size_t m_filled = 0;                  ///< bytes in the job that is being filled
-    bool m_continues = false;                  ///< that job has the one before it for its history
-    std::size_t m_oldest = 0;                  ///< the first job not given out
-    std::size_t m_current = 0;                 ///< the one being filled
+    std::vector<std::unique_ptr<Job>> m_jobs;  ///< a ring buffer
+    std::size_t m_filled = 0;                  ///< bytes in the job being filled
+    bool m_continues = false;                  ///< that job has the previous one as its history
+    std::size_t m_oldest = 0;                  ///< the first job not delivered
+    std::size_t m_current = 0;                 ///< the job being filled
 };
 
 }  // namespace qv::cabinet

@@ -9,7 +9,7 @@
 namespace qv::cabinet {
 namespace {
 
-/// Up to here a thread costs more than it saves.
+/// Up to this number of blocks, a thread costs more than it saves.
 constexpr std::size_t kFewBlocks = 3;
 
 }  // namespace
@@ -53,7 +53,7 @@ void BlockDecompressor::PutFailure(EngineFailure failure) {
     Queue();
 }
 
-/// The first blocks of a folder are decompressed here, and all of them where there is no worker.
+/// The first blocks of a folder are decompressed on this thread, and all of them if there is no worker.
 void BlockDecompressor::Queue() {
     if (!m_isHandedOver && m_put - m_first == kFewBlocks) StartWorker();
     if (!m_isHandedOver) {
@@ -76,7 +76,8 @@ void BlockDecompressor::StartWorker() {
     if (!m_mayHaveWorker) return;
     try {
         if (!m_worker.joinable()) {
-            const platform::SignalHold hold;  // inherited: a worker must not take what its caller holds back
+            const platform::SignalHold
+                hold;  // inherited by the worker, which must not take signals that its caller blocks
             m_worker = std::thread([this] { Work(); });
         }
         m_isHandedOver = true;
@@ -107,7 +108,7 @@ void BlockDecompressor::RunNext() {
         slot.failure = ReadError::CannotDecompress;
 }
 
-/// An MSZIP block's history is the one before it, whose slot is not used again before this one is taken.
+/// The history of an MSZIP block is its predecessor, whose slot is not reused before this block is taken.
 bool BlockDecompressor::Decompress(Slot& slot) {
     const Bytes in{slot.in.Get(), slot.size};
     const std::span<unsigned char> out{slot.out.Get(), slot.uncompressed};

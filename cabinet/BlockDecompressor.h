@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Decompression of a folder's blocks, ahead of the one who takes them.
+/// @file Decompression of a folder's blocks, ahead of their consumer.
 
 #include <condition_variable>
 #include <memory>
@@ -12,8 +12,8 @@
 
 namespace qv::cabinet {
 
-/// Takes a folder's blocks and gives their data in the same order. A thread of its own works on them, once there are enough
-/// to be worth it. Memory is taken when the object is made, and for an LZX window by Start. One thread uses it.
+/// Decompresses a folder's blocks and delivers their data in the same order. A worker thread helps once there are
+/// enough blocks. Memory is allocated by the constructor, and for an LZX window by Start. Not thread-safe.
 class BlockDecompressor {
 public:
     /// @throws EngineFailure NoMemory.
@@ -25,18 +25,18 @@ public:
     bool IsEmpty() const { return m_taken == m_put; }
     /// Whether another block may be put.
     bool HasRoom() const { return m_put - m_taken < kSlots - 1; }
-    /// kLargestData bytes for the next block.
+    /// The space for the next block, kLargestData bytes.
     unsigned char* Room();
-    /// The next block: what lies in the room is so long, and is to give that many bytes.
+    /// Adds the next block: the first `size` bytes in Room(), which must decompress to `uncompressed` bytes.
     void Put(std::size_t size, std::size_t uncompressed);
-    /// In a block's place, an error that Take is to raise.
+    /// Adds an error instead of a block; Take throws it.
     void PutFailure(EngineFailure failure);
-    /// The data of the oldest block put, which there has to be; valid until the next call. @throws EngineFailure
+    /// Returns the data of the oldest block, which must exist; valid until the next call. @throws EngineFailure
     Bytes Take();
-    /// Drops everything.
+    /// Discards everything.
     void Clear();
-    /// Drops everything; the next block is the first of a folder with this compression field. @throws EngineFailure
-    /// UnknownCompression, NoMemory.
+    /// Discards everything; the next block is the first of a folder with this compression field.
+    /// @throws EngineFailure UnknownCompression, NoMemory.
     void Start(unsigned compression);
 
 private:
@@ -57,15 +57,16 @@ private:
     std::unique_ptr<LzxDecompressor> m_lzx;  ///< of the last LZX folder
     std::thread m_worker;
     bool m_mayHaveWorker = true;
-    bool m_isHandedOver = false;  ///< the folder's blocks go to the worker from now on
+    bool m_isHandedOver = false;  ///< the folder's further blocks go to the worker
 
-    // Blocks are numbered through. The mutex guards the numbers that the worker sees; who moves one may read it without.
+    // Blocks are numbered consecutively. The mutex guards the numbers that the worker uses; the thread that changes one
+    // may read it without the mutex.
     std::mutex m_mutex;
     std::condition_variable m_queued, m_done;
     std::size_t m_first = 0;  ///< the folder's first block
-    std::size_t m_put = 0;    ///< moved by the owner
-    std::size_t m_run = 0;    ///< moved by whoever decompresses
-    std::size_t m_taken = 0;  ///< the owner's own
+    std::size_t m_put = 0;    ///< changed by the owner
+    std::size_t m_run = 0;    ///< changed by the decompressing thread
+    std::size_t m_taken = 0;  ///< used by the owner only
     bool m_stop = false;
 };
 

@@ -24,7 +24,7 @@ CString CCabinetException::Describe() const {
     cause.TrimRight();
     for (const CString& path : {m_failure.archive, m_failure.member})
         if (!path.IsEmpty()) line += CFileUtils::GetNativePath(path) + ": ";
-    // A member's file that cannot be made stops the engine as its user may; nobody has stopped anything then.
+    // The engine reports a member's file that cannot be created as an abort by the user; the cause is more useful.
     if (GetCode() == NumberOf(ReadError::Aborted) && !cause.IsEmpty()) return line + cause;
     line += const_cast<CCabinetException*>(this)->GetText();
     if (!m_failure.method.IsEmpty()) line += " (" + m_failure.method + ")";

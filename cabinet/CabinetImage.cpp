@@ -110,7 +110,7 @@ void CabinetImage::PutData(CabinetOutput& out, const FolderPart& part) {
     if (part.Continues() && block < part.endBlock) PutSplitBlock(out, part, part.endBlock - 1, place + whole);
 }
 
-/// What lies in this cabinet of a block whose stored form stands at `place`.
+/// Writes the part of a block in this cabinet; the block's stored form is at `place`.
 void CabinetImage::PutSplitBlock(CabinetOutput& out, const FolderPart& part, std::size_t block, std::uint64_t place) {
     const StoredFolder& folder = m_source.folders[part.folder];
     const bool goesOn = part.Continues() && block + 1 == part.endBlock;

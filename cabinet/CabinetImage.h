@@ -1,25 +1,25 @@
 #pragma once
 
-/// @file The contents of one cabinet, in the order of the file.
+/// @file The contents of one cabinet, in file order.
 
 #include "cabinet/CabinetOutput.h"
 #include "cabinet/Layout.h"
 
 namespace qv::cabinet {
 
-/// Writes one cabinet as planned. What it refers to must outlive it.
+/// Writes one cabinet as planned. Everything it refers to must outlive it.
 class CabinetImage {
 public:
     struct Source {
         IMakerCallbacks& callbacks;
-        Handle store;  ///< the file of the compressed blocks
+        Handle store;  ///< the file with the compressed blocks
         const std::vector<StoredFolder>& folders;
         const QvCabinetDescription &cabinet, &previous, &next;
     };
 
     CabinetImage(const Source& source, const Plan& plan, unsigned flags, std::uint64_t headerSize);
 
-    /// @throws EngineFailure when the store cannot be read, the output not written, or a callback stops.
+    /// @throws EngineFailure if the store cannot be read, the output cannot be written, or a callback stops.
     void Write(CabinetOutput& out);
     std::uint64_t TotalSize() const { return m_headerSize + m_plan.size; }
 
@@ -38,8 +38,8 @@ private:
     const Plan& m_plan;
     unsigned m_flags;
     std::uint64_t m_headerSize;
-    std::uint64_t m_entries = 0;  ///< bytes of the list of folders
-    std::uint64_t m_list = 0;     ///< and of files
+    std::uint64_t m_entries = 0;  ///< size of the list of folders in bytes
+    std::uint64_t m_list = 0;     ///< size of the list of files in bytes
     std::uint32_t m_copied = 0, m_total = 0;
 };
 

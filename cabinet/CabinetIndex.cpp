@@ -7,7 +7,7 @@ namespace qv::cabinet {
 namespace {
 
 constexpr std::size_t kInputBuffer = 64 * 1024;
-/// What is read first at a new place; each read that goes on from there doubles it.
+/// The size of the first read at a new position; each sequential read doubles it.
 constexpr std::size_t kFirstRead = 4096;
 
 }  // namespace
@@ -63,8 +63,8 @@ OpenCabinet::OpenCabinet(IFiles& files, const CString& path, Depth depth) : m_in
     m_place = m_filesPlace;
 }
 
-/// Reads what the cabinet says that it has.
-void OpenCabinet::Need(void* to, std::size_t size) {
+/// Reads within the size that the cabinet states.
+void OpenCabinet::ReadRequired(void* to, std::size_t size) {
     m_place += size;
     if (m_place > m_info.size || !m_input.Read(to, size)) throw EngineFailure{ReadError::Corrupt};
 }
@@ -86,7 +86,7 @@ void OpenCabinet::ReadHead() {
     m_info.hasNext = (flags & kHasNext) != 0;
     if (flags & kHasReserve) {
         unsigned char sizes[kReserveSizesSize];
-        Need(sizes, sizeof sizes);
+        ReadRequired(sizes, sizeof sizes);
         m_folderReserve = sizes[2];
         m_dataReserve = sizes[3];
         m_place += Get16(sizes);
@@ -105,7 +105,7 @@ void OpenCabinet::ReadHead() {
 CString OpenCabinet::ReadName() {
     char name[kLongestName];
     for (std::size_t length = 0; length < kLongestName; ++length) {
-        Need(name + length, 1);
+        ReadRequired(name + length, 1);
         if (name[length] == '\0') return CString(std::string_view(name, length));
     }
     throw EngineFailure{ReadError::Corrupt};
@@ -115,7 +115,7 @@ void OpenCabinet::ReadFolders() {
     m_folders.reserve(m_info.folders);
     for (unsigned i = 0; i < m_info.folders; ++i) {
         unsigned char entry[kFolderSize + 255];
-        Need(entry, kFolderSize + m_folderReserve);
+        ReadRequired(entry, kFolderSize + m_folderReserve);
         m_folders.push_back({Get32(entry), Get16(entry + 4), Get16(entry + 6)});
         const FolderEntry& folder = m_folders.back();
         if (folder.blocks > 0 && folder.place >= m_info.size) throw EngineFailure{ReadError::Corrupt};
@@ -126,7 +126,7 @@ bool OpenCabinet::NextMember(MemberEntry& member) {
     if (m_membersRead == m_info.files) return false;
     ++m_membersRead;
     unsigned char entry[kFileSize];
-    Need(entry, sizeof entry);
+    ReadRequired(entry, sizeof entry);
     member.size = Get32(entry);
     member.offset = Get32(entry + 4);
     member.folder = Get16(entry + 8);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file An opened cabinet: its head, its folders, and its members one by one.
+/// @file An opened cabinet: its header, its folders, and its members one by one.
 
 #include <vector>
 
@@ -9,15 +9,15 @@
 
 namespace qv::cabinet {
 
-/// Reads a file from front to back through a buffer.
+/// A buffered sequential file reader.
 class Input {
 public:
-    /// @throws EngineFailure NotFound when the file cannot be opened, NoMemory.
+    /// @throws EngineFailure NotFound if the file cannot be opened, NoMemory.
     Input(IFiles& files, const CString& path);
 
-    /// False when the file cannot be positioned.
+    /// Returns false if the file cannot be positioned.
     bool MoveTo(std::uint64_t place);
-    /// False when there are not that many bytes.
+    /// Returns false if fewer bytes are left.
     bool Read(void* to, std::size_t size);
     std::uint64_t Length() const { return m_length; }
 
@@ -26,8 +26,8 @@ private:
     OpenedFile m_file;
     Buffer m_buffer;
     std::size_t m_next = 0, m_filled = 0;
-    std::size_t m_ahead = 0;  ///< bytes that the next read asks for
-    std::uint64_t m_end = 0;  ///< the place in the file behind the buffer
+    std::size_t m_ahead = 0;  ///< the size of the next read
+    std::uint64_t m_end = 0;  ///< the file position after the buffer
     std::uint64_t m_length = 0;
 };
 
@@ -46,7 +46,7 @@ struct MemberEntry {
     bool Continues() const { return folder == kToNext || folder == kPreviousAndNext; }
 };
 
-/// Every number of it is checked against the file's length before it is used.
+/// Every number read is checked against the file's length before it is used.
 class OpenCabinet {
 public:
     enum class Depth { Head, Everything };
@@ -61,22 +61,22 @@ public:
     const CString& NextName() const { return m_nextName; }
     const CString& NextDisk() const { return m_nextDisk; }
 
-    /// The members in their order; false behind the last. Data may not be read in between. @throws EngineFailure
-    /// Corrupt
+    /// Reads the members in order; returns false after the last. Data must not be read in between.
+    /// @throws EngineFailure Corrupt
     bool NextMember(MemberEntry& member);
-    /// The bytes of the cabinet. Reading members may not go on afterwards.
+    /// The bytes of the cabinet. No members can be read after this call.
     Input& Data() { return m_input; }
 
 private:
     void ReadHead();
     void ReadFolders();
     CString ReadName();
-    void Need(void* to, std::size_t size);
+    void ReadRequired(void* to, std::size_t size);
 
     Input m_input;
     QvCabinetInfo m_info;
     std::uint32_t m_filesPlace = 0;
-    std::uint64_t m_place = 0;  ///< how far the head was read
+    std::uint64_t m_place = 0;  ///< the position up to which the header was read
     std::uint8_t m_folderReserve = 0, m_dataReserve = 0;
     CString m_previousName, m_nextName, m_nextDisk;
     std::vector<FolderEntry> m_folders;

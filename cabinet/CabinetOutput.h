@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file A cabinet file that is being written.
+/// @file A cabinet file under construction.
 
 #include <span>
 #include <string_view>
@@ -9,8 +9,8 @@
 
 namespace qv::cabinet {
 
-/// Collects what is written and passes it to the callbacks in large pieces. Unless the file is kept, it is dropped at the
-/// end of its scope. Every member may throw EngineFailure when the file cannot be written.
+/// Buffers the output and passes it to the callbacks in large pieces. Unless the file is committed, the destructor
+/// discards it. Every member may throw EngineFailure if the file cannot be written.
 class CabinetOutput {
 public:
     CabinetOutput(IMakerCallbacks& callbacks, const CString& path);
@@ -18,13 +18,13 @@ public:
     CabinetOutput& operator=(const CabinetOutput&) = delete;
 
     void Put(const void* data, std::size_t size);
-    /// With a zero byte at the end.
+    /// Includes a terminating zero byte.
     void PutText(std::string_view text);
     void PutZeros(std::size_t count);
-    /// Where more bytes may be put, then counted by Filled(). Never empty.
+    /// The space for more bytes, to be reported by Filled(). Never empty.
     std::span<unsigned char> Room();
     void Filled(std::size_t size);
-    /// The bytes so far.
+    /// The number of bytes so far.
     std::uint64_t Size() const { return m_size; }
     void Keep();
 

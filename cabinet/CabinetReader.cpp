@@ -9,7 +9,7 @@
 namespace qv::cabinet {
 namespace {
 
-/// Runs an operation; nullopt when it succeeds.
+/// Runs an operation; returns nullopt if it succeeds.
 template <class Action>
 std::optional<EngineFailure> FailureOf(Action action) {
     try {
@@ -26,7 +26,7 @@ QvCabinetError RecordOf(const std::optional<EngineFailure>& failure) {
     return {failure ? failure->error : 0, 0, failure.has_value()};
 }
 
-/// A cabinet may only name its neighbours, no other place.
+/// A cabinet may only name its neighbours in the same folder.
 bool IsBareName(std::string_view name) {
     return !name.empty() && name.find_first_of("\\/:") == name.npos && name != "." && name != "..";
 }
@@ -59,7 +59,7 @@ bool CabinetReader::Run(Action action) {
     return !failure;
 }
 
-/// A cabinet names the one in which its continued members begin, which may lie several cabinets before it.
+/// A cabinet names the one in which its continued members begin, which may be several cabinets before it.
 void CabinetReader::GoBack(CString& name, const CString& folder) {
     auto cabinet = OpenPath(folder + name, OpenCabinet::Depth::Head);
     while (cabinet->Info().hasPrevious) {
@@ -73,7 +73,7 @@ void CabinetReader::GoBack(CString& name, const CString& folder) {
     }
 }
 
-/// A failure is about this cabinet from now on.
+/// From here on, failures refer to this cabinet.
 std::unique_ptr<OpenCabinet> CabinetReader::OpenPath(const CString& path, OpenCabinet::Depth depth) {
     m_where.cabinet = path;
     return std::make_unique<OpenCabinet>(m_callbacks, path, depth);
@@ -104,13 +104,13 @@ void CabinetReader::CopySet(const CString& name, const CString& folder) {
     for (;;) {
         CopyCabinet(*cabinet);
         if (!cabinet->Info().hasNext) return FinishFolder();
-        // The stream may have opened it already.
+        // The stream may already have opened it.
         ++m_present;
         cabinet = m_present < m_places.size() ? OpenPlace(m_present) : FindNext(*cabinet);
     }
 }
 
-/// A cabinet of the set that was opened for the first time.
+/// Registers a cabinet of the set when it is first opened.
 void CabinetReader::Enter(const OpenCabinet& cabinet, const CString& name, const CString& folder) {
     m_places.push_back({name, folder, cabinet.Info().cabinetNumber, cabinet.Info().setId});
     m_cabinetSizes += cabinet.Info().size;
@@ -129,14 +129,14 @@ std::intptr_t CabinetReader::Notify(QvCabinetNotification::Type type, QvCabinetN
     return answer;
 }
 
-/// For the stream, and for going on to a cabinet where the stream was before.
+/// For the stream, and for cabinets that the stream has already reached.
 std::unique_ptr<OpenCabinet> CabinetReader::OpenPlace(Serial serial) {
     if (serial < m_places.size()) return OpenPath(m_places[serial].folder + m_places[serial].name);
     const Place& last = m_places.back();
     return FindNext(*OpenPath(last.folder + last.name, OpenCabinet::Depth::Head));
 }
 
-/// Looks for the cabinet behind the last one known, wherever the callback says that it is.
+/// Opens the cabinet after the last known one, where the callback says that it is.
 std::unique_ptr<OpenCabinet> CabinetReader::FindNext(const OpenCabinet& cabinet) {
     if (!IsBareName(cabinet.NextName())) throw EngineFailure{ReadError::Corrupt};
     const Place before = m_places.back();
@@ -196,7 +196,7 @@ unsigned CabinetReader::FolderOf(const MemberEntry& member, const OpenCabinet& c
     return member.Continues() ? static_cast<unsigned>(folders - 1) : member.folder;
 }
 
-/// What lies in order is read in one go. The first member listed may go on from the cabinet before.
+/// Requires ascending order, so that data is read once. The first listed member may continue from the previous cabinet.
 void CabinetReader::CheckOrder(const MemberEntry& member, unsigned folder) {
     if (static_cast<int>(folder) < m_lastFolder) throw EngineFailure{ReadError::Corrupt};
     if (static_cast<int>(folder) > m_lastFolder)
@@ -222,9 +222,9 @@ void CabinetReader::CopyMember(const MemberEntry& member, const OpenCabinet& cab
     const unsigned folder = FolderOf(member, cabinet);
     CheckOrder(member, folder);
     if (member.IsContinued()) {
-        // In the cabinets behind the first one it was copied already.
+        // In later cabinets it has already been copied.
         m_goesOn = m_present > 0;
-        if (m_present == 0) TellPartial(member, cabinet);
+        if (m_present == 0) ReportPartial(member, cabinet);
         m_streamEnd = member.offset + member.size;
         return;
     }
@@ -259,7 +259,7 @@ void CabinetReader::FinishFolder() {
     if (m_limits.tiles && !m_skipsFolder) m_stream->RequireEnd(m_streamEnd);
 }
 
-/// False for a member that is passed over.
+/// Returns false for a skipped member.
 bool CabinetReader::TryExtract(const MemberEntry& member, const OpenCabinet& cabinet, Handle target) {
     try {
         Extract(member, target);
@@ -290,7 +290,7 @@ void CabinetReader::Extract(const MemberEntry& member, Handle target) {
     }
 }
 
-void CabinetReader::TellPartial(const MemberEntry& member, const OpenCabinet& cabinet) {
+void CabinetReader::ReportPartial(const MemberEntry& member, const OpenCabinet& cabinet) {
     QvCabinetNotification notification;
     notification.name = member.name;
     notification.disk = cabinet.PreviousName();

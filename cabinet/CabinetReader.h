@@ -10,26 +10,25 @@
 
 namespace qv::cabinet {
 
-/// What is refused as corrupt before any of it is given out. Each counts over the whole set.
+/// Cabinets beyond these limits are refused as corrupt before anything is extracted. Each counts over the whole set.
 struct ReadLimits {
     std::uint64_t members;
-    std::uint64_t totalSize;  ///< of the members, as the cabinet states them
-    std::uint64_t expansion;  ///< totalSize may be so many times the size of the cabinets
-    bool tiles = false;       ///< the members of a folder have to be all of its data, without gaps
+    std::uint64_t totalSize;  ///< of the members, as stated by the cabinet
+    std::uint64_t expansion;  ///< the maximum ratio of totalSize to the size of the cabinets
+    bool tiles = false;       ///< the members of a folder must cover all of its data, without gaps
 };
 
-/// What an operation was about when it failed; empty where it was about nothing in particular.
+/// What an operation was working on when it failed; empty if nothing in particular.
 struct FailurePlace {
     CString cabinet;      ///< its path
     CString member;       ///< in the process's code page
-    unsigned method = 0;  ///< of the member's folder, for one that is not known
-    int others = 0;       ///< members that were passed over for the same reason
+    unsigned method = 0;  ///< of the member's folder, if it is unknown
+    int others = 0;       ///< other members skipped for the same reason
 };
 
-/// Copies members out of cabinets. Memory is bounded by about 4 MB, the window of LZX included, and what the cabinet's own
-/// lists of folders take (8 bytes each); the time is linear in the data: members and folders that overlap, and those out
-/// of order, are corrupt.
-/// The error record has to outlive the object.
+/// Extracts members from cabinets. Memory is bounded by about 4 MB, including the LZX window, plus the cabinet's list
+/// of folders (8 bytes each). O(n) in the data: members and folders that overlap or are out of order are corrupt.
+/// The error record must outlive the object.
 class CabinetReader {
 public:
     CabinetReader(IReaderCallbacks& callbacks, QvCabinetError& error);
@@ -37,20 +36,20 @@ public:
     CabinetReader(const CabinetReader&) = delete;
     CabinetReader& operator=(const CabinetReader&) = delete;
 
-    /// Whether the file is a cabinet, by its head; then `info` is filled in. The error record tells why not.
+    /// Whether the file is a cabinet, judged by its header; if so, sets `info`. Otherwise the error record says why.
     bool IsCabinet(const CString& path, QvCabinetInfo& info);
 
-    /// Tells the callbacks of every member of a cabinet, and of the cabinets that continue it, and copies those that they
-    /// open. @param folder  where the cabinet lies, with the final separator.
-    /// Folders of a compression that is not known are passed over, and are a failure at the end. The handles of their
-    /// members, which the callbacks have opened, are closed without the notification.
-    /// @return false when that failed or was stopped; members that are complete stay, the handle of the last one was closed
+    /// Reports every member of a cabinet, and of the cabinets that continue it, to the callbacks, and copies those that
+    /// they open. Folders with an unknown compression are skipped and reported as a failure at the end; the handles
+    /// that the callbacks opened for their members are closed without the notification.
+    /// @param folder  the folder of the cabinet, with the final separator.
+    /// @return false after a failure or a stop; complete members stay, and the handle of the last one was closed
     /// without the notification.
     bool Copy(const CString& name, const CString& folder, const ReadLimits& limits);
 
-    /// Goes from a cabinet back to the one with which its set begins, and changes the name to that one's.
+    /// Goes back to the first cabinet of the set and sets `name` to its name.
     bool FindFirst(CString& name, const CString& folder);
-    /// Gives the first member of a cabinet; false where there is none, too.
+    /// Reads the first member of a cabinet; also false if it has none.
     bool ReadFirstMember(const CString& path, MemberEntry& member);
 
     /// Where the last operation failed.
@@ -72,7 +71,7 @@ private:
     void GoBack(CString& name, const CString& folder);
     template <class Action>
     bool Run(Action action);
-    void TellPartial(const MemberEntry& member, const OpenCabinet& cabinet);
+    void ReportPartial(const MemberEntry& member, const OpenCabinet& cabinet);
     unsigned FolderOf(const MemberEntry& member, const OpenCabinet& cabinet) const;
     void CheckOrder(const MemberEntry& member, unsigned folder);
     void Count(const MemberEntry& member);
@@ -86,18 +85,18 @@ private:
     IReaderCallbacks& m_callbacks;
     QvCabinetError& m_error;
     ReadLimits m_limits{};
-    std::vector<Place> m_places;  ///< the cabinets that were opened, by their serials
-    Serial m_present = 0;         ///< the cabinet whose members are gone through
+    std::vector<Place> m_places;  ///< the opened cabinets, by serial
+    Serial m_present = 0;         ///< the cabinet whose members are being processed
     std::unique_ptr<FolderStream> m_stream;
-    bool m_goesOn = false;          ///< the present cabinet's first folder began in one before
-    int m_lastFolder = -1;          ///< of a member in the present cabinet
+    bool m_goesOn = false;          ///< the current cabinet's first folder began in an earlier one
+    int m_lastFolder = -1;          ///< of a member in the current cabinet
     std::uint64_t m_lastEnd = 0;    ///< of the members of that folder
-    std::uint32_t m_streamEnd = 0;  ///< of the members of the folder that the stream is on
+    std::uint32_t m_streamEnd = 0;  ///< of the members in the stream's folder
     std::uint64_t m_members = 0, m_totalSize = 0, m_cabinetSizes = 0;
     FailurePlace m_where;
-    FailurePlace m_skipped;  ///< the first member that was passed over
+    FailurePlace m_skipped;  ///< the first skipped member
     int m_skippedMembers = 0;
-    bool m_skipsFolder = false;  ///< the one that the stream is on
+    bool m_skipsFolder = false;  ///< the stream's folder is skipped
 };
 
 }  // namespace qv::cabinet

@@ -6,7 +6,7 @@
 namespace qv::cabinet {
 namespace {
 
-/// Keeps a folder's members within one cabinet's number, also when others are listed before them.
+/// Keeps a folder's members within one cabinet's limit, even if others are listed before them.
 constexpr std::size_t kMostFilesOfFolder = 60000;
 
 }  // namespace
@@ -40,7 +40,7 @@ CabinetWriter::~CabinetWriter() {
     m_compressor.Abandon();
 }
 
-/// Runs an operation; a failed one is the last.
+/// Runs an operation; after a failure all further ones fail.
 template <class Action>
 bool CabinetWriter::Run(Action action) {
     if (m_error.failed) return false;
@@ -83,13 +83,13 @@ bool CabinetWriter::AddFile(const CString& source, const CString& name, bool exe
         ++m_pendingFiles;
         m_folder.files.push_back(std::move(stored));
         if (MayStillFit()) return;
-        // A file that lies in two cabinets ends its folder: readers expect nothing behind it in the second one.
+        // A file that spans two cabinets ends its folder: readers expect nothing after it in the second one.
         EndFolder();
         WriteCabinets(false, false);
     });
 }
 
-/// Starts a new folder where the present one cannot take the file.
+/// Starts a new folder if the current one cannot take the file.
 void CabinetWriter::MakeRoom(std::uint64_t size, Compression compression) {
     if (size > kLargestFolder) throw EngineFailure{WriteError::CannotCompress};
     const bool full = size > kLargestFolder - m_folder.size || m_folder.files.size() >= kMostFilesOfFolder ||
@@ -117,7 +117,7 @@ void CabinetWriter::ReadInto(OpenedFile& source, StoredFile& file) {
     file.size = m_folder.size - file.offset;
 }
 
-/// Receives what the compressor gives out.
+/// Receives the compressor's blocks.
 void CabinetWriter::Store(const CompressedBlock& block) {
     if (m_description.failOnIncompressible && m_folder.compression == kMszip && block.size >= block.uncompressed)
         throw EngineFailure{WriteError::CannotCompress};

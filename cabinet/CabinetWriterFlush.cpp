@@ -27,7 +27,7 @@ std::uint64_t CabinetWriter::HeaderSize(bool hasNext) const {
     std::uint64_t size = kHeaderSize;
     if (HasReserves(m_description)) size += kReserveSizesSize + m_description.headerReserve;
     if (m_hasPrevious) size += NamesSize(m_previous);
-    // How long the next names will be is not known yet.
+    // The length of the next names is not known yet.
     return hasNext ? size + 2 * kLongestName : size;
 }
 
@@ -36,7 +36,7 @@ LayoutSizes CabinetWriter::SizesWith(std::uint64_t header) const {
     return {room, kFolderSize + m_description.folderReserve, kDataSize + m_description.dataReserve};
 }
 
-/// What one cabinet would take that holds all that waits, at least.
+/// The minimum size of one cabinet with everything pending.
 std::uint64_t CabinetWriter::PendingSize() const {
     std::uint64_t data =
         static_cast<std::uint64_t>(m_stored - (m_folders.empty() ? m_folder.place : m_folders[0].place));
@@ -45,7 +45,8 @@ std::uint64_t CabinetWriter::PendingSize() const {
     return HeaderSize(false) + m_pendingEntries + data;
 }
 
-/// Whether all that waits fits into one cabinet that is not the last, however badly the blocks compress that are under way.
+/// Whether everything pending fits into one cabinet that is not the last, even if the blocks in progress do not
+/// compress.
 bool CabinetWriter::MayStillFit() const {
     constexpr std::uint64_t kLongestHead = kDataSize + 255 + (kLargestCompressed - kBlockSize);
     const std::uint64_t underWay = m_folder.size - m_folder.blocks.size() * kBlockSize;
@@ -53,7 +54,7 @@ bool CabinetWriter::MayStillFit() const {
     return m_pendingFiles <= kMostFiles && PendingSize() + most + 2 * kLongestName <= m_description.maximumSize;
 }
 
-/// Writes cabinets that are full; with `all` the last one too.
+/// Writes the full cabinets; with `all`, also the last one.
 void CabinetWriter::WriteCabinets(bool all, bool getNextCabinet) {
     while (!m_folders.empty() || (all && !m_wroteCabinet)) {
         const bool mayBeLast = all && !getNextCabinet;

@@ -1,8 +1,7 @@
 #pragma once
 
-/// @file What the cabinet engine asks of its user: all memory, files and decisions come through here. All calls are made
-/// on the thread that called the engine. What a callback raises leaves the engine's operation, which then ends like a
-/// failed one.
+/// @file The cabinet engine's callbacks: all memory, files and decisions. All calls are made on the thread that called
+/// the engine. An exception from a callback leaves the engine's operation, which ends as after a failure.
 
 #include <cstddef>
 #include <utility>
@@ -18,7 +17,7 @@ inline constexpr Handle kNoHandle = -1;
 class IMemory {
 public:
     virtual ~IMemory() = default;
-    /// Null when there is none.
+    /// Returns null if there is no memory.
     virtual void* Allocate(std::size_t size) = 0;
     virtual void Free(void* memory) = 0;
 };
@@ -26,40 +25,40 @@ public:
 enum class OpenMode { Read, Create };
 enum class Origin { Begin, Current, End };
 
-/// Paths are in the library's form. Failed calls answer kNoHandle, -1 or false.
+/// Paths are in the library's form. Failed calls return kNoHandle, -1 or false.
 class IFiles : public IMemory {
 public:
     virtual Handle Open(const CString& path, OpenMode mode) = 0;
-    /// As many bytes as asked for; fewer at the end of the file only.
+    /// Returns the requested number of bytes; fewer only at the end of the file.
     virtual std::int64_t Read(Handle file, void* buffer, std::size_t size) = 0;
     virtual bool Write(Handle file, const void* data, std::size_t size) = 0;
     virtual bool Close(Handle file) = 0;
-    /// The new position.
+    /// Returns the new position.
     virtual std::int64_t Seek(Handle file, std::int64_t offset, Origin origin) = 0;
 };
 
 enum class StatusType {
-    File = 0,    ///< a block was compressed: its size afterwards and before
-    Folder = 1,  ///< data is brought into the cabinet: bytes so far, and of all
-    Cabinet = 2  ///< a cabinet is complete: its size as planned, and as it is
+    File = 0,    ///< a block was compressed: its size after and before
+    Folder = 1,  ///< data is copied to the cabinet: bytes so far, and in total
+    Cabinet = 2  ///< a cabinet is complete: its planned and actual size
 };
 
 class IMakerCallbacks : public IFiles {
 public:
-    /// A file for what waits for its cabinet, to be written and read; it is gone once it is closed.
+    /// Creates a file for pending data, to be written and read; it is deleted when closed.
     virtual Handle CreateStore() = 0;
-    /// A new cabinet file. It replaces what has its name when it is committed, and is dropped when it is closed before.
+    /// Creates a cabinet file. Commit replaces any file of that name; closing it before discards it.
     virtual Handle CreateCabinet(const CString& path) = 0;
-    /// Gives a new cabinet file its name. The handle is gone; after false the file too.
+    /// Gives a new cabinet file its name and closes the handle; on failure the file is discarded.
     virtual bool Commit(Handle file) = 0;
-    /// A member was entered into a cabinet. -1 stops.
+    /// A member was added to a cabinet. -1 stops.
     virtual int FilePlaced(const QvCabinetDescription& cabinet, const CString& name, std::uint32_t size,
                            BOOL continued) = 0;
     /// -1 stops.
     virtual long Status(StatusType type, std::uint32_t first, std::uint32_t second) = 0;
-    /// Another cabinet is needed: its number is set, its name is to be. 0 stops.
+    /// Another cabinet is needed: its number is set, the callee sets its name. 0 stops.
     virtual int GetNextCabinet(QvCabinetDescription& cabinet, std::uint32_t previousSize) = 0;
-    /// Opens a file that is to be stored, and tells of it.
+    /// Opens a file to be stored and returns its date, time and attributes.
     virtual Handle GetOpenInfo(const CString& path, std::uint16_t& date, std::uint16_t& time,
                                std::uint16_t& attributes) = 0;
 };
@@ -69,14 +68,14 @@ public:
     virtual std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) = 0;
     /// A member was not extracted because of its compression.
     virtual void PassOver(const CString&) {}
-    /// How a cabinet of a set is called in a folder, where that may differ from the name in the set in case.
+    /// Returns the name of a cabinet of the set in a folder, where its case may differ.
     virtual CString FindName(const CString&, const CString& name) { return name; }
 };
 
-/// Memory that is given back at the end of its scope.
+/// Memory owned by its scope.
 class Buffer {
 public:
-    /// @throws EngineFailure the one given, without memory.
+    /// @throws EngineFailure the given one, if there is no memory.
     Buffer(IMemory& memory, std::size_t size, EngineFailure failure)
         : m_memory(memory), m_bytes(static_cast<unsigned char*>(memory.Allocate(size))) {
         if (!m_bytes) throw failure;
@@ -92,7 +91,7 @@ private:
     unsigned char* m_bytes;
 };
 
-/// A handle that is closed at the end of its scope.
+/// A handle that its scope closes.
 class OpenedFile {
 public:
     explicit OpenedFile(IFiles& files, Handle handle = kNoHandle) : m_files(files), m_handle(handle) {}

@@ -11,7 +11,7 @@
 
 namespace qv::cabinet {
 
-/// Opened files by numbers from 1 on.
+/// Opened files, numbered from 1.
 class DiskFiles {
 public:
     DiskFiles() = default;
@@ -20,24 +20,24 @@ public:
     DiskFiles& operator=(const DiskFiles&) = delete;
 
     Handle Open(const CString& path, OpenMode mode);
-    /// A file that is gone once it is closed, in the folder.
+    /// Creates a file in the folder that is deleted when closed.
     Handle CreateTemporary(const CString& folder);
-    /// A new version of a file: Commit puts it in the old one's place, Close drops it. kNoHandle also while another
-    /// program uses the old one so that it could not be written.
+    /// Creates a new version of a file: Commit replaces the old one, Close discards the new one. Also kNoHandle if
+    /// another program uses the old one so that it could not be written.
     Handle CreateReplacement(const CString& path);
     bool Commit(Handle number);
-    /// Takes over a file that was opened elsewhere.
+    /// Takes ownership of a file that was opened elsewhere.
     Handle Add(platform::FileHandle file);
-    /// Forgets a file without closing it.
+    /// Releases ownership of a file without closing it.
     void Release(Handle number);
     std::int64_t Read(Handle number, void* buffer, std::size_t size);
     bool Write(Handle number, const void* data, std::size_t size);
     bool Close(Handle number);
     std::int64_t Seek(Handle number, std::int64_t offset, Origin origin);
-    /// The system's handle; kNoFile for no number of this object.
+    /// The system's handle; kNoFile for an unknown number.
     platform::FileHandle SystemHandle(Handle number) const;
 
-    /// Keeps a failure. @return whether the call succeeded.
+    /// Records a failure. @return whether the call succeeded.
     bool Note(const platform::Status& status);
     /// The last failure of any file; a success if no file has failed yet.
     const platform::Status& LastFailure() const { return m_lastFailure; }
@@ -45,7 +45,7 @@ public:
 private:
     struct Entry {
         platform::FileHandle file = platform::kNoFile;
-        platform::AtomicFile replacement = {};  ///< owns the handle, for those that were created
+        platform::AtomicFile replacement = {};  ///< owns the handle of a created file
     };
 
     Entry* Find(Handle number);
@@ -55,7 +55,7 @@ private:
     platform::Status m_lastFailure;
 };
 
-/// The calls of an engine's interface that have to do with memory and files.
+/// The memory and file calls of an engine's interface.
 template <class Interface>
 class OnDisk : public Interface {
 public:
@@ -76,8 +76,8 @@ protected:
     DiskFiles m_files;
 };
 
-/// How a file is called in its folder: the name as it stands where there is such a file, else one that differs in case
-/// alone, else the name again.
+/// Returns the name of a file in its folder: the exact name if it exists, else one that differs only in case, else the
+/// given name.
 CString FindNameOnDisk(const CString& folder, const CString& name);
 
 }  // namespace qv::cabinet

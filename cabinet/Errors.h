@@ -1,11 +1,11 @@
 #pragma once
 
-/// @file How the cabinet engine fails. Each of its two halves has numbers of its own, which are those of
+/// @file The cabinet engine's errors. Each of its two halves has its own numbers, which are those of
 /// QvCabinetError::error and of the exceptions of CMakeCab and CReadCab: their values must not change.
 
 namespace qv::cabinet {
 
-/// The texts are CMakeCab::GetFciErrorString's.
+/// The texts are those of CMakeCab::GetFciErrorString.
 enum class WriteError : int {
     None = 0,
     OpenFile = 1,
@@ -18,7 +18,7 @@ enum class WriteError : int {
     CannotCompress = 8
 };
 
-/// The texts are CReadCab::GetFdiErrorString's.
+/// The texts are those of CReadCab::GetFdiErrorString.
 enum class ReadError : int {
     None = 0,
     NotFound = 1,
@@ -42,7 +42,7 @@ constexpr int NumberOf(ReadError error) {
     return static_cast<int>(error);
 }
 
-/// What the engine's own functions throw; its operations turn it into an error record.
+/// Thrown by the engine's own functions; its operations convert it to an error record.
 struct EngineFailure {
     constexpr EngineFailure(WriteError which) : error(NumberOf(which)) {}
     constexpr EngineFailure(ReadError which) : error(NumberOf(which)) {}

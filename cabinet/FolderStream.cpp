@@ -75,7 +75,7 @@ void FolderStream::RequireEnd(std::uint32_t offset) {
     if (!isEnd) throw EngineFailure{ReadError::Corrupt};
 }
 
-/// What this cabinet still has is read ahead. An error in it counts when its block is needed.
+/// Reads the rest of this cabinet's blocks ahead. An error in one is reported when that block is needed.
 void FolderStream::NextBlock() {
     if (!m_entered) EnterFolder();
     if (m_decompressor.IsEmpty()) ReadBlock();
@@ -91,7 +91,7 @@ void FolderStream::NextBlock() {
     }
 }
 
-/// Joins what lies of a block in several cabinets.
+/// Joins the parts of a block in several cabinets.
 void FolderStream::ReadBlock() {
     if (m_blocksLeft == 0) GoOnInNextCabinet();
     std::size_t uncompressed = 0, size = ReadPart(0, uncompressed);
@@ -114,7 +114,7 @@ std::size_t FolderStream::ReadPart(std::size_t at, std::size_t& uncompressed) {
     if (m_dataRead > m_cabinet->Info().size) throw EngineFailure{ReadError::Corrupt};
     unsigned char* const data = m_decompressor.Room() + at;
     if (!input.Read(data, size)) throw EngineFailure{ReadError::Corrupt};
-    // 0 stands for a checksum that nobody made.
+    // 0 means that no checksum was computed.
     const std::uint32_t checksum = Get32(head);
     if (checksum != 0 && checksum != Checksum(head + 4, 4, Checksum(data, size)))
         throw EngineFailure{ReadError::Corrupt};

@@ -5,7 +5,7 @@
 namespace qv::cabinet {
 namespace {
 
-/// Eight bytes at once: two words, whose order does not matter to the exclusive or.
+/// Processes eight bytes at once: two words, whose order does not matter for the exclusive or.
 std::uint32_t FoldedWords(const unsigned char* data, std::size_t pairs) {
     std::uint64_t folded = 0;
     for (std::size_t i = 0; i < pairs; ++i) {
@@ -30,7 +30,7 @@ std::uint32_t Checksum(const unsigned char* data, std::size_t size, std::uint32_
         data += 4;
         size -= 4;
     }
-    // The bytes that are left count from the highest down.
+    // The remaining bytes count from the highest byte down.
     std::uint32_t rest = 0;
     for (std::size_t i = 0; i < size; ++i) rest = rest << 8 | data[i];
     return sum ^ rest;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The cabinet file format as [MS-CAB] publishes it: sizes, flags, numbers. Everything is little-endian.
+/// @file The cabinet file format as defined by [MS-CAB]: sizes, flags, numbers. Everything is little-endian.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@ inline constexpr std::uint32_t kSignature = 0x4643534D;  // "MSCF"
 inline constexpr unsigned char kMajorVersion = 1, kMinorVersion = 3;
 
 inline constexpr std::size_t kHeaderSize = 36, kReserveSizesSize = 4, kFolderSize = 8, kFileSize = 16, kDataSize = 8;
-/// With its final zero byte.
+/// Includes the terminating zero byte.
 inline constexpr std::size_t kLongestName = 256;
 
 enum HeaderFlag : unsigned { kHasPrevious = 1, kHasNext = 2, kHasReserve = 4 };
@@ -20,21 +20,21 @@ inline constexpr unsigned kCompressionMask = 0x000F;
 enum Compression : std::uint16_t { kStored = 0, kMszip = 1, kQuantum = 2, kLzx = 3 };
 inline constexpr unsigned kSmallestLzxWindow = 15, kLargestLzxWindow = 21;
 
-/// The exponent of an LZX folder's window, which the compression field holds above the method.
+/// Returns the exponent of an LZX folder's window, from the bits above the method.
 constexpr unsigned LzxWindowOf(unsigned compression) {
     return compression >> 8 & 0x1F;
 }
 
-/// Folder numbers of members that lie in several cabinets.
+/// Folder numbers of members that span several cabinets.
 enum ContinuedFolder : std::uint16_t { kFromPrevious = 0xFFFD, kToNext = 0xFFFE, kPreviousAndNext = 0xFFFF };
 
 enum Attribute : std::uint16_t { kNameIsUtf8 = 0x80, kExecutable = 0x40, kFileAttributes = 0x27 };
 
-/// Data is compressed in blocks of this size; only a folder's last one is shorter.
+/// The size of a data block; only a folder's last one is shorter.
 inline constexpr std::size_t kBlockSize = 32768;
-/// A compressed block may be this much longer than its data ([MS-MCI]).
+/// The maximum size of an MSZIP-compressed block ([MS-MCI]).
 inline constexpr std::size_t kLargestCompressed = kBlockSize + 12;
-/// What other compressions make of a block at most.
+/// The maximum compressed size of a block with other compressions.
 inline constexpr std::size_t kLargestData = kBlockSize + 6144;
 inline constexpr std::uint32_t kMostBlocks = 0xFFFF;
 inline constexpr std::uint32_t kLargestFolder = kMostBlocks * kBlockSize;
@@ -58,10 +58,10 @@ inline unsigned char* Put32(unsigned char* at, std::uint32_t value) {
     return Put16(Put16(at, value & 0xFFFF), value >> 16);
 }
 
-/// The checksum of a data block: of `size` bytes, on top of one that was made before.
+/// Returns the checksum of `size` bytes of a data block, continuing from `seed`.
 std::uint32_t Checksum(const unsigned char* data, std::size_t size, std::uint32_t seed = 0);
 
-/// Fills in a block's header (checksum, sizes) for data that stands elsewhere.
+/// Fills in a block's header (checksum, sizes) for data stored elsewhere.
 void PutDataHeader(unsigned char* header, const unsigned char* data, std::size_t size, std::size_t uncompressed);
 
 }  // namespace qv::cabinet

@@ -37,7 +37,7 @@ private:
         m_plan.size += need.size;
     }
 
-    /// Places a folder, or what is left of it. False when the cabinet ends before or in it.
+    /// Places a folder, or its remaining part. Returns false if the cabinet ends before or inside it.
     bool Place(const Cut& from) {
         const Plan before = {{}, m_plan.files, m_plan.size, {}, false};
         const StoredFolder& folder = m_folders[from.folder];
@@ -54,7 +54,7 @@ private:
         return true;
     }
 
-    /// The members that are listed again because the folder goes on.
+    /// The members that are listed again because the folder is continued.
     Need Continued(const StoredFolder& folder, const Cut& from) {
         Need need;
         if (!from.IsInsideFolder()) return need;
@@ -91,7 +91,7 @@ private:
             m_nextFile = filesBefore;
             return false;
         }
-        // Some of it.
+        // Only a part of it fits.
         part.lastBytes = skip + static_cast<std::size_t>(m_sizes.room - m_plan.size - need.size);
         Take({need.files, m_sizes.room - m_plan.size});
         return false;
@@ -100,7 +100,7 @@ private:
     bool EndInside(const Cut& from, FolderPart& part, const Plan& before) {
         const StoredFolder& folder = m_folders[from.folder];
         if (part.lastBytes == 0) {
-            // Not even the next block's head fits: the last byte of the one before goes over.
+            // The next block's header does not fit: move the last byte of the previous block to the next cabinet.
             const std::size_t skip = part.endBlock == from.block + 1 ? from.bytes : 0;
             const bool splits = part.endBlock > from.block && folder.blocks[part.endBlock - 1] > skip + 1;
             if (!splits) return EndBefore(from, before);
@@ -130,7 +130,7 @@ private:
     const std::vector<StoredFolder>& m_folders;
     const LayoutSizes& m_sizes;
     Plan m_plan;
-    std::size_t m_nextFile = 0;  ///< of the present folder, not listed yet
+    std::size_t m_nextFile = 0;  ///< of the current folder, not listed yet
 };
 
 }  // namespace

@@ -7,20 +7,20 @@ namespace qv::cabinet {
 namespace {
 
 constexpr unsigned kShortestMatch = 2, kLongLength = 7;
-constexpr unsigned kRepeatedOffsets = 3;  // slots that stand for the last offsets
-constexpr unsigned kAlignedBits = 3;      // of an offset, under a code of their own in aligned blocks
-constexpr int kCodesInAFill = 3;          // of 16 bits, the longest
+constexpr unsigned kRepeatedOffsets = 3;  // slots for the last offsets
+constexpr unsigned kAlignedBits = 3;      // bits of an offset with their own code in aligned blocks
+constexpr int kCodesInAFill = 3;          // of up to 16 bits
 constexpr std::size_t kSlots[] = {30, 32, 34, 36, 38, 42, 50};  // by the window's exponent, from 15 on
 
 constexpr std::size_t kCopied =
-    sizeof(std::uint64_t);  // bytes of a match at a time: it may write that many past its end
+    sizeof(std::uint64_t);  // bytes copied at a time: a match may write that many past its end
 
 constexpr unsigned ExtraBits(unsigned slot) {
     return slot < 4 ? 0 : slot < 36 ? slot / 2 - 1 : 17;
 }
 
 struct Slot {
-    std::uint32_t base;  ///< the first offset, less the 2 that offsets are stored with
+    std::uint32_t base;  ///< the first offset, minus the 2 that stored offsets are biased by
     std::uint32_t extra;
 };
 
@@ -34,7 +34,7 @@ constexpr auto kSlotTable = [] {
     return slots;
 }();
 
-/// The source may reach into what is copied. Up to kCopied bytes past the end are overwritten.
+/// The source may overlap the destination. Up to kCopied bytes past the end are overwritten.
 unsigned char* CopyMatch(unsigned char* to, std::size_t length, std::size_t offset) {
     const unsigned char* from = to - offset;
     unsigned char* const end = to + length;
@@ -96,12 +96,12 @@ bool LzxDecompressor::DecodeFrame(LzxBits& bits, std::size_t size) {
         m_blockLeft -= static_cast<std::uint32_t>(run);
         size -= run;
     }
-    // The byte may also stand in front of the next frame.
+    // The byte may also come before the next frame.
     if (m_blockLeft == 0 && m_needsPad) m_needsPad = bits.TakeBytes(1).empty();
     return !bits.IsOverrun();
 }
 
-/// Keeps what matches may refer to.
+/// Keeps the data that matches may refer to.
 void LzxDecompressor::MakeRoom(std::size_t size) {
     if (m_at + size <= 2 * m_windowSize) return;
     std::memmove(m_window.Get(), m_window.Get() + m_at - m_windowSize, m_windowSize);
@@ -158,7 +158,7 @@ bool LzxDecompressor::DecodeRun(LzxBits& bits, std::size_t size) {
 
 template <bool kIsAligned>
 bool LzxDecompressor::DecodeSymbols(LzxBits& bits, std::size_t size) {
-    // Copies that may stay in registers: what is written to the window could be any member.
+    // Local copies, which can stay in registers: a write to the window could alias any member.
     LzxBits local = bits;
     Offsets offsets = m_offsets;
     const unsigned char* const window = m_window.Get();
@@ -194,7 +194,7 @@ bool LzxDecompressor::DecodeSymbols(LzxBits& bits, std::size_t size) {
     return !bits.IsOverrun();
 }
 
-/// 0 where the aligned code has no symbol.
+/// Returns 0 if the aligned code has no symbol.
 template <bool kIsAligned>
 std::uint32_t LzxDecompressor::TakeOffset(LzxBits& bits, unsigned slot, Offsets& offsets) const {
     if (slot < kRepeatedOffsets) {
@@ -223,9 +223,9 @@ bool LzxDecompressor::CopyBytes(LzxBits& bits, std::size_t size) {
     return true;
 }
 
-/// Encoders may replace the targets of x86 calls, which are relative, by absolute ones, which repeat more often.
+/// Encoders may replace the relative targets of x86 calls by absolute ones, which repeat more often.
 void LzxDecompressor::RestoreCalls(std::span<unsigned char> frame) const {
-    constexpr std::size_t kTail = 10;                              // bytes at a frame's end that are left alone
+    constexpr std::size_t kTail = 10;                              // bytes at a frame's end that are unchanged
     constexpr std::uint64_t kTranslated = std::uint64_t{1} << 30;  // bytes at a folder's start
     constexpr unsigned char kCall = 0xE8;
     const std::uint64_t start = m_position - frame.size();

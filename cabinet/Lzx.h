@@ -1,15 +1,16 @@
 #pragma once
 
-/// @file LZX as cabinets use it ([MS-CAB] for its place in them, [MS-PATCH] for the data): a window of 32 KB to 2 MB that
-/// lasts for the whole folder, and blocks of literals and matches under Huffman codes, each given as a difference from the
-/// one before. Every 32 KB of data, a frame, begin in a cabinet block of their own, whatever block of LZX they lie in.
+/// @file LZX as used in cabinets ([MS-CAB] for its place in them, [MS-PATCH] for the data): a window of 32 KB to 2 MB
+/// for the whole folder, and blocks of literals and matches with Huffman codes, each given as a difference from the
+/// previous one. Every 32 KB of data, a frame, begin in a new cabinet block, regardless of the LZX blocks.
 
 #include "cabinet/LzxTrees.h"
 #include "cabinet/Mszip.h"
 
 namespace qv::cabinet {
 
-/// Decompresses a folder's frames, in their order. Takes its memory when it is made; afterwards any one thread may use it.
+/// Decompresses a folder's frames in order. The constructor allocates all memory. Not thread-safe, but not tied to a
+/// thread.
 class LzxDecompressor {
 public:
     /// @param windowBits  kSmallestLzxWindow to kLargestLzxWindow. @throws EngineFailure NoMemory.
@@ -18,8 +19,8 @@ public:
     unsigned WindowBits() const { return m_windowBits; }
     /// The next frame is a folder's first.
     void Reset();
-    /// True when the data gives exactly as many bytes as `out` holds, at most kBlockSize; only the folder's last frame may
-    /// have fewer. After false, the folder cannot go on.
+    /// Returns true if the data yields exactly `out.size()` bytes, at most kBlockSize; only the folder's last frame may
+    /// be shorter. After false, the rest of the folder cannot be decompressed.
     bool Decompress(Bytes frame, std::span<unsigned char> out);
 
 private:
@@ -42,17 +43,17 @@ private:
 
     const unsigned m_windowBits;
     const std::size_t m_windowSize;
-    const std::size_t m_mainSymbols;  ///< literals, and matches by the slots that the window has
-    Buffer m_window;                  ///< two windows of data before the translation of calls; the last one is kept
+    const std::size_t m_mainSymbols;  ///< literals, and matches by slot, depending on the window
+    Buffer m_window;                  ///< two windows of data before call translation; the last one is kept
 
     std::uint64_t m_position = 0;  ///< of the next byte in the folder
     std::size_t m_at = 0;          ///< of the next byte in the buffer
     bool m_started = false, m_failed = false, m_isLast = false;
-    std::uint32_t m_translationSize = 0;  ///< 0 without a translation of calls
+    std::uint32_t m_translationSize = 0;  ///< 0 without call translation
     Offsets m_offsets = {};               ///< of the last matches, the most recent first
     BlockType m_type = kVerbatim;
-    std::uint32_t m_blockLeft = 0;  ///< bytes of the present block
-    bool m_needsPad = false;        ///< the byte that follows a block of an odd size is still to come
+    std::uint32_t m_blockLeft = 0;  ///< bytes of the current block
+    bool m_needsPad = false;        ///< the padding byte after a block of odd size is yet to come
 
     LzxMainCode::Lengths m_mainLengths;
     LzxLengthCode::Lengths m_lengthLengths;

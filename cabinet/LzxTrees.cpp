@@ -5,7 +5,7 @@
 namespace qv::cabinet {
 namespace {
 
-/// The symbols of the code in which lengths are written: 0 to 16 are differences, and these are runs.
+/// The symbols of the code for lengths: 0 to 16 are differences, and these are runs.
 enum PretreeSymbol : unsigned { kShortZeros = 17, kLongZeros = 18, kSame = 19 };
 constexpr std::size_t kPretreeSymbols = 20;
 constexpr unsigned kLengths = 17;  // 0 to 16
@@ -16,7 +16,7 @@ std::uint8_t Changed(std::uint8_t length, unsigned difference) {
     return static_cast<std::uint8_t>((length + kLengths - difference) % kLengths);
 }
 
-/// Reads how often a value follows, and the value. The run has one length at least, and starts at `lengths[0]`.
+/// Reads a run: its count and its value. The run has at least one length and starts at `lengths[0]`.
 bool ReadRun(LzxBits& bits, const Pretree& pretree, unsigned symbol, std::span<std::uint8_t> lengths,
              std::size_t& count) {
     std::uint8_t value = 0;
@@ -44,9 +44,9 @@ void LzxBits::FillAtEnd() {
             word = Get16(m_next);
             m_next += 2;
         } else {
-            ++m_made;  // a single byte is no word
+            ++m_made;  // a single byte is not a word
         }
-        // Bits that an earlier call has put there without counting them go first.
+        // First clear bits that an earlier call has stored without counting them.
         m_bits &= m_count == 0 ? 0 : ~std::uint64_t{0} << (64 - m_count);
         m_bits |= word << (48 - m_count);
         m_count += 16;
@@ -95,7 +95,7 @@ bool LzxCode<kSymbols, kTableBits>::Build(const Lengths& lengths) {
     return true;
 }
 
-/// The entry of a code that the table is too small for; 0 where no symbol has it.
+/// Looks up a code that is longer than the table's index; 0 if it has no symbol.
 template <std::size_t kSymbols, unsigned kTableBits>
 unsigned LzxCode<kSymbols, kTableBits>::FindLong(std::uint32_t code) const {
     for (unsigned length = kTableBits + 1; length <= kLongest; ++length) {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The bits and Huffman codes of LZX data ([MS-PATCH] section 2, as cabinets use it).
+/// @file The bits and Huffman codes of LZX data ([MS-PATCH] section 2, as used in cabinets).
 
 #include <array>
 #include <cstddef>
@@ -11,17 +11,16 @@
 
 namespace qv::cabinet {
 
-/// Bits of little-endian words of 16 bits, the highest bit of a word first. Past the end they are zero, and IsOverrun says
-/// so.
+/// Reads bits of little-endian 16-bit words, highest bit first. Bits past the end are zero and set IsOverrun.
 class LzxBits {
 public:
     explicit LzxBits(std::span<const unsigned char> data) : m_next(data.data()), m_end(data.data() + data.size()) {}
 
-    /// Makes Peek and Skip good for 49 bits in all.
+    /// Provides 49 bits in total for Peek and Skip.
     void Fill() {
         if (m_count > 48) return;
         if (m_end - m_next >= 8) {
-            // Words that do not fit whole are only partly counted; the next call puts the same bits there again.
+            // A word that does not fit completely is counted in part; the next call stores the same bits again.
             const std::uint64_t next = Get32(m_next) | std::uint64_t{Get32(m_next + 4)} << 32;
             const std::uint64_t halves = next << 32 | next >> 32;
             const std::uint64_t words = (halves & 0x0000FFFF0000FFFF) << 16 | (halves >> 16 & 0x0000FFFF0000FFFF);
@@ -52,9 +51,9 @@ public:
     }
     bool IsOverrun() const { return m_made * 16 > m_count; }
 
-    /// Passes over the bits up to the next word, a whole word where one would begin: bytes follow.
+    /// Skips to the next word boundary, by a whole word if at one already: bytes follow.
     void SkipPadding();
-    /// At most `most` bytes that follow here. Bits may not have been read since the padding or the start.
+    /// Takes at most `most` bytes. No bits may have been read since the padding or the start.
     std::span<const unsigned char> TakeBytes(std::size_t most);
 
 private:
@@ -62,8 +61,8 @@ private:
 
     const unsigned char *m_next, *m_end;
     std::uint64_t m_bits = 0;  ///< the next bit is the highest
-    unsigned m_count = 0;      ///< bits that count
-    unsigned m_made = 0;       ///< words of them that the data does not have
+    unsigned m_count = 0;      ///< the number of valid bits
+    unsigned m_made = 0;       ///< how many of their words are past the end of the data
 };
 
 /// A canonical Huffman code of up to `kSymbols` symbols with code lengths up to 16.
@@ -74,9 +73,9 @@ public:
     using Lengths = std::array<std::uint8_t, kSymbols>;
     static constexpr unsigned kNone = 0xFFFF;
 
-    /// False when the lengths ask for more codes than there are. Codes may be missing, all of them too.
+    /// Returns false if the code is oversubscribed. It may be incomplete, even empty.
     bool Build(const Lengths& lengths);
-    /// The symbol of the next bits, of which Fill has provided 16; kNone where no symbol has them.
+    /// Returns the symbol of the next bits, after Fill; kNone if the code is unused.
     unsigned Decode(LzxBits& bits) const {
         unsigned entry = m_table[bits.Peek(kTableBits)];
         if (entry == 0) entry = FindLong(bits.Peek(kLongest));
@@ -89,8 +88,8 @@ private:
     unsigned FindLong(std::uint32_t code) const;
 
     std::array<std::uint16_t, std::size_t{1} << kTableBits> m_table;  ///< symbol << 5 | length; 0 for longer codes
-    std::array<std::uint32_t, kLongest + 2> m_limits;  ///< the first code behind those of a length, as 16 bits
-    std::array<std::uint16_t, kLongest + 2> m_firsts;  ///< where a length begins in m_symbols
+    std::array<std::uint32_t, kLongest + 2> m_limits;  ///< the first code after those of a length, as 16 bits
+    std::array<std::uint16_t, kLongest + 2> m_firsts;  ///< the start of a length in m_symbols
     std::array<std::uint16_t, kSymbols> m_symbols;     ///< by length, then number
 };
 
@@ -99,7 +98,8 @@ using LzxMainCode = LzxCode<kLzxLiterals + 8 * kLzxMostSlots, 11>;
 using LzxLengthCode = LzxCode<kLzxLengths, 9>;
 using LzxAlignedCode = LzxCode<8, 7>;
 
-/// Reads code lengths, which are stored as differences from those of the block before. False for what no encoder writes.
+/// Reads code lengths, stored as differences from those of the previous block. Returns false for data that no encoder
+/// writes.
 bool ReadLzxLengths(LzxBits& bits, std::span<std::uint8_t> lengths);
 
 }  // namespace qv::cabinet

@@ -59,8 +59,8 @@ public:
         return handle;
     }
 
-    CString source;                         // the file that is being added
-    std::unique_ptr<CabinetWriter> writer;  // ends before what it calls
+    CString source;                         // the file being added
+    std::unique_ptr<CabinetWriter> writer;  // destroyed before what it calls
 
 private:
     CMakeCab& m_owner;
@@ -103,7 +103,7 @@ void CMakeCab::CreateNewCab() {
     Check(m_context->writer != nullptr);
 }
 
-/// Runs an operation of the engine. A failed one is the archive's end.
+/// Runs an operation of the engine. A failure ends the archive.
 template <class Action>
 void CMakeCab::Run(Action action) {
     bool succeeded = false;
@@ -146,7 +146,7 @@ void CMakeCab::Commit() {
     m_context.reset();
 }
 
-// The manifest's own file exists while a signal cannot end the process.
+// A temporary file for the manifest exists only while signals are held.
 void CMakeCab::AddManifest(const CStringArray& entries) {
     const qv::platform::SignalHold hold;
     CTempFile list;

@@ -28,7 +28,7 @@ bool IsManifestName(std::string_view name) {
 
 void RemoveStaleManifests(const CString& folder) {
     constexpr std::int64_t kDay = 24 * 60 * 60;
-    constexpr int kMost = 32;  // the rest waits for the next call: packing must not cost more in a crowded folder
+    constexpr int kMost = 32;  // the rest is left to the next call: packing must not be slow in a crowded folder
     platform::FileSearch search;
     platform::FoundEntry entry;
     if (!search.Start(folder + kManifestPrefix + "*.xml").ok()) return;
@@ -38,7 +38,7 @@ void RemoveStaleManifests(const CString& folder) {
         ++seen;
         const CString path = folder + CString(entry.name);
         const bool isStale = platform::StatusOf(path, info).ok() && info.modified < platform::SecondsNow() - kDay;
-        // Another program may have deleted it meanwhile, and other users' files stay.
+        // Another program may have deleted it, and other users' files cannot be deleted.
         if (isStale) platform::RemoveFile(path).IgnoreError();
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The list of a tree's entries that stands in an archive as its first member: docs/formats/cabinet.md.
+/// @file The list of a tree's entries, an archive's first member: docs/formats/cabinet.md.
 
 #include <optional>
 
@@ -8,24 +8,25 @@
 
 namespace qv::cabinet {
 
-/// What the root of the tree is written as.
+/// Stands for the root of the tree.
 inline constexpr const char* kRoot = "*ROOT*";
-/// A manifest is called by this, six capital letters and ".xml".
+/// A manifest's name is this, six capital letters and ".xml".
 inline constexpr const char* kManifestPrefix = "CabMan";
 
 bool IsManifestName(std::string_view name);
-/// Deletes manifests in a folder that killed programs have left there: those that are more than a day old.
+/// Deletes manifests that killed programs have left in a folder: those more than a day old.
 void RemoveStaleManifests(const CString& folder);
 
-/// The manifest's text, with a line feed after each line.
+/// Returns the manifest's text, with a line feed after each line.
 CString ManifestText(const CStringArray& entries);
-/// The entries of a manifest; nothing when the text is none. An empty text is an empty manifest. Lines end as they will.
+/// Returns the entries of a manifest; nullopt if malformed. An empty text is an empty manifest. Any line end is
+/// accepted.
 std::optional<CStringArray> ReadManifest(std::string_view text);
 
-/// Whether a manifest was written in UTF-8 while this process speaks another code page, on a system whose names are
-/// characters. Where they are bytes, entries are the names whatever they mean.
+/// Whether a manifest was written in UTF-8 while this process uses another code page, on a system whose file names are
+/// characters. Where file names are bytes, entries are used unchanged.
 bool IsInForeignCodePage(std::string_view manifest);
-/// Converts an entry of such a manifest. False when the code page cannot hold all of it: "?" is in the place of the rest.
+/// Converts an entry of such a manifest. Returns false if the code page lacks characters of it, which become "?".
 bool ConvertFromUtf8(CString& entry);
 
 }  // namespace qv::cabinet

@@ -6,13 +6,13 @@
 
 namespace qv::cabinet {
 
-/// A path whose separators are all "\".
+/// Returns the path with all separators replaced by "\".
 CString WithBackslashes(const char* path);
-/// Whether the name is stored in UTF-8, and marked so.
+/// Whether the name is stored in UTF-8, and flagged so.
 bool NeedsUtf8(const CString& name);
-/// Cut to what the format holds, at a character, where the name is stored in UTF-8.
+/// Truncates the name to what the format allows, at a character boundary if it is stored in UTF-8.
 CString ToMemberName(const CString& name);
-/// The way back from a name that is marked. Characters that the code page lacks become "_".
+/// Converts a flagged name back. Characters that the code page lacks become "_".
 CString FromMemberName(const CString& name);
 
 }  // namespace qv::cabinet

@@ -23,10 +23,10 @@ void UseMemory(z_stream& stream, IMemory& memory) {
 }
 
 Bytef* Writable(Bytes bytes) {
-    return const_cast<Bytef*>(bytes.data());  // the interface lacks the const, the library does not write
+    return const_cast<Bytef*>(bytes.data());  // zlib's interface lacks the const, but does not write
 }
 
-/// A deflate stream of one block that is not compressed.
+/// Writes a deflate stream of one stored block.
 std::size_t Store(Bytes block, unsigned char* out) {
     const auto size = static_cast<unsigned>(block.size());
     *out++ = 1;
@@ -39,7 +39,7 @@ std::size_t Store(Bytes block, unsigned char* out) {
 
 MszipCompressor::MszipCompressor(IMemory& memory) {
     UseMemory(m_stream, memory);
-    // With the history primed, this is smaller than level 6 without, at two thirds of the time.
+    // With the history primed, this compresses better than level 6 without, in two thirds of the time.
     constexpr int kLevel = 4, kMemory = 8;
     if (deflateInit2(&m_stream, kLevel, Z_DEFLATED, kRawDeflate, kMemory, Z_DEFAULT_STRATEGY) != Z_OK)
         throw EngineFailure{WriteError::NoMemory};
@@ -59,7 +59,7 @@ std::size_t MszipCompressor::Compress(Bytes history, Bytes block, unsigned char*
     m_stream.next_in = Writable(block);
     m_stream.avail_in = static_cast<unsigned>(block.size());
     m_stream.next_out = out + kSignatureSize;
-    m_stream.avail_out = static_cast<unsigned>(stored - 1);  // longer is never better
+    m_stream.avail_out = static_cast<unsigned>(stored - 1);  // longer than stored is never better
     const int result = deflate(&m_stream, Z_FINISH);
     if (result == Z_STREAM_END) return kSignatureSize + m_stream.total_out;
     return result == Z_OK || result == Z_BUF_ERROR ? kSignatureSize + Store(block, out + kSignatureSize) : 0;
@@ -68,7 +68,7 @@ std::size_t MszipCompressor::Compress(Bytes history, Bytes block, unsigned char*
 MszipDecompressor::MszipDecompressor(IMemory& memory) {
     UseMemory(m_stream, memory);
     if (inflateInit2(&m_stream, kRawDeflate) != Z_OK) throw EngineFailure{ReadError::NoMemory};
-    // Takes the window's memory now.
+    // Makes zlib allocate its window now.
     constexpr unsigned char kAny = 0;
     if (inflateSetDictionary(&m_stream, &kAny, 1) == Z_OK) return;
     inflateEnd(&m_stream);

@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file MSZIP as [MS-MCI] publishes it: each block of at most 32 KB is "CK" and a whole deflate stream, which may refer to
-/// the block before it. Objects take their memory when they are made; afterwards any one thread may use them.
+/// @file MSZIP as defined by [MS-MCI]: each block of at most 32 KB is "CK" and a complete deflate stream, which may
+/// refer to the previous block. Constructors allocate all memory. Not thread-safe, but not tied to a thread.
 
 #include <zlib.h>
 
@@ -23,8 +23,8 @@ public:
     MszipCompressor(const MszipCompressor&) = delete;
     MszipCompressor& operator=(const MszipCompressor&) = delete;
 
-    /// Compresses a block of 1 to kBlockSize bytes into room for kLargestCompressed. The result depends on `history`, the
-    /// block before it, and `block` alone. Returns its size; 0 when the compressor broke down.
+    /// Compresses a block of 1 to kBlockSize bytes into a buffer of kLargestCompressed bytes. The result depends only
+    /// on `block` and `history`, the previous block. Returns its size; 0 if the compressor fails.
     std::size_t Compress(Bytes history, Bytes block, unsigned char* out);
 
 private:
@@ -39,7 +39,7 @@ public:
     MszipDecompressor(const MszipDecompressor&) = delete;
     MszipDecompressor& operator=(const MszipDecompressor&) = delete;
 
-    /// True when the block gives exactly as many bytes as `out` holds.
+    /// Returns true if the block yields exactly `out.size()` bytes.
     bool Decompress(Bytes history, Bytes block, std::span<unsigned char> out);
 
 private:

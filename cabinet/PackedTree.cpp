@@ -13,7 +13,7 @@ namespace {
 
 constexpr DWORD kDeviceAttribute = 0x40;
 
-/// Nothing for a file that can be packed.
+/// Returns nullopt for a file that can be packed.
 std::optional<QvLeftOut> WhyFileIsLeftOut(const CString& path, const CFoundInfo& info, bool isAsked) {
     if (info.MatchesMask(kDeviceAttribute)) return QvLeftOut::OfCause(path, QvLeftOut::device);
     if (!isAsked) return std::nullopt;
@@ -22,17 +22,17 @@ std::optional<QvLeftOut> WhyFileIsLeftOut(const CString& path, const CFoundInfo&
     return QvLeftOut::OfError(path, static_cast<DWORD>(readable.error()), info.IsLink());
 }
 
-/// Collects the entries that the finder gives.
+/// Collects the entries that the finder reports.
 class Collection {
 public:
     explicit Collection(ILeftOut* leftOut) : m_leftOut(leftOut) {}
 
     void Add(const CString& path, const CString& offset, const CFoundInfo& info) {
-        // The root's mark in a name would be taken for the root when the archive is unpacked.
+        // A name that contains the root's marker would be taken for the root when the archive is unpacked.
         if (offset.Find(kRoot) >= 0) return Refuse(path);
         if (info.IsDirectory()) return AddFolder(path, offset, info);
         const std::optional<QvLeftOut> reason = WhyFileIsLeftOut(path, info, m_leftOut != nullptr);
-        if (reason) return Tell(*reason);
+        if (reason) return Report(*reason);
         m_tree.entries.Add(kRoot + offset);
         m_tree.files.Add(path);
     }
@@ -40,7 +40,7 @@ public:
     PackedTree Take() { return std::move(m_tree); }
 
 private:
-    void Tell(const QvLeftOut& leftOut) {
+    void Report(const QvLeftOut& leftOut) {
         if (m_leftOut) m_leftOut->OnLeftOut(leftOut);
     }
 
@@ -49,11 +49,11 @@ private:
         QvLeftOut leftOut;
         leftOut.path = path;
         leftOut.reason.Format("archives cannot hold names with %s", kRoot);
-        Tell(leftOut);
+        Report(leftOut);
     }
 
     void AddFolder(const CString& path, const CString& offset, const CFoundInfo& info) {
-        if (info.IsLink()) Tell(QvLeftOut::OfCause(path, QvLeftOut::linkedFolder));
+        if (info.IsLink()) Report(QvLeftOut::OfCause(path, QvLeftOut::linkedFolder));
         m_tree.entries.Add(kRoot + offset + '\\');
     }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What of a folder goes into an archive.
+/// @file The content of a folder that goes into an archive.
 
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/LeftOut.h"
@@ -9,11 +9,11 @@ namespace qv::cabinet {
 
 struct PackedTree {
     CStringArray entries;  ///< the manifest's, files and folders
-    CStringArray files;    ///< the paths of the files among them, in the same order
+    CStringArray files;    ///< the paths of its files, in the same order
 };
 
-/// The tree in the order of the finder. Devices are left out, and links to folders are empty folders. With an observer, so is
-/// every file that cannot be opened; without one, such a file is among the others.
+/// Returns the tree in the finder's order. Devices are omitted, and links to folders become empty folders. With an
+/// observer, files that cannot be opened are also omitted; without one, they are included.
 PackedTree ListTree(const char* folder, int recurse, ILeftOut* leftOut);
 
 }  // namespace qv::cabinet

@@ -8,7 +8,7 @@ using namespace qv::cabinet;
 
 namespace {
 
-/// The names of the compressions that are not read.
+/// Returns the name of a compression that is not supported.
 CString MethodName(unsigned method) {
     if (method == kQuantum) return "Quantum";
     CString name;
@@ -16,7 +16,7 @@ CString MethodName(unsigned method) {
     return name;
 }
 
-/// Opens cabinets for their lists alone.
+/// Opens cabinets only for their lists.
 class SetFiles : public OnDisk<IReaderCallbacks> {
 public:
     std::intptr_t Notify(QvCabinetNotification::Type, QvCabinetNotification&) override { return 0; }
@@ -179,7 +179,7 @@ void CReadCab::Unpack(const char* folder, const char* cabinet) {
     AddSubstitution(kRoot, CFileUtils::TerminateDir(folder));
     UseManifest(1);
     ReadCab(FindFirstCabinet(cabinet));
-    // No member has made it where the archive holds nothing.
+    // If the archive is empty, no member has created the folder.
     if (m_dryRun || CString(folder).IsEmpty() || QvCreateDirectory(folder)) return;
     const int error = NumberOf(ReadError::CannotWriteTarget);
     throw new CCabinetException(error, GetFdiErrorString(error), {.archive = cabinet, .member = folder});

@@ -1,7 +1,7 @@
 #pragma once
 
-/// @file What CReadCab holds while it reads: the engine, and the files and folders that are made. All of it is inline:
-/// a member defined elsewhere would be exported with its outer class.
+/// @file The state of CReadCab while it reads: the engine, and the files and folders being created. All of it is
+/// inline: a member defined elsewhere would be exported with its outer class.
 
 #include "cabinet/CabinetReader.h"
 #include "cabinet/DiskFiles.h"
@@ -43,7 +43,7 @@ public:
         return true;
     }
 
-    /// Discards the file of Create that was not completed.
+    /// Discards the file of Create if it is not complete.
     bool Close(qv::cabinet::Handle file) override {
         if (file != m_staged) return OnDisk::Close(file);
         Unstage();
@@ -51,7 +51,7 @@ public:
         return true;
     }
 
-    /// kNoHandle when the file cannot be made.
+    /// Returns kNoHandle if the file cannot be created.
     qv::cabinet::Handle Create(const Target& target) {
         qv::platform::FileHandle file = qv::platform::kNoFile;
         m_folder.SetRoot(target.root);
@@ -60,10 +60,10 @@ public:
         return m_staged;
     }
 
-    /// Closes a member's file; one that Create made takes its name.
+    /// Closes a member's file; one from Create gets its name.
     bool Complete(qv::cabinet::Handle file, const qv::platform::FileStamp* stamp) {
         if (file != m_staged) return Close(file);
-        // A file system that keeps no such times or attributes has the file all the same.
+        // A file system that does not store such times or attributes still keeps the file.
         if (stamp) qv::platform::StampFile(m_files.SystemHandle(file), *stamp).IgnoreError();
         Unstage();
         return m_files.Note(m_folder.Commit());
@@ -71,7 +71,7 @@ public:
 
     void Stamp(const Target& target, const qv::platform::FileStamp& stamp) {
         m_folder.SetRoot(target.root);
-        // A file system that keeps no such times or attributes has the file all the same.
+        // A file system that does not store such times or attributes still keeps the file.
         m_folder.Stamp(target.names, stamp).IgnoreError();
     }
 
@@ -81,8 +81,8 @@ public:
     }
 
     qv::cabinet::CabinetReader reader;
-    CString subject;             ///< the path of the file or folder that is being made
-    bool opensManifest = false;  ///< it was opened, or is complete
+    CString subject;             ///< the path of the file or folder being created
+    bool opensManifest = false;  ///< set once it is opened
 
 private:
     void Unstage() {
@@ -92,5 +92,5 @@ private:
 
     CReadCab& m_owner;
     qv::cabinet::TargetFolder m_folder;
-    qv::cabinet::Handle m_staged = qv::cabinet::kNoHandle;  ///< of Create, until it is complete
+    qv::cabinet::Handle m_staged = qv::cabinet::kNoHandle;  ///< from Create, until complete
 };

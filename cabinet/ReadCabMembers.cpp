@@ -20,13 +20,13 @@ qv::platform::FileStamp StampOf(const QvCabinetNotification& member) {
 
 }  // namespace
 
-/// The entry with the substitutions from the given one on.
+/// Returns the entry after the substitutions from `first` on.
 CString CReadCab::Substituted(CString entry, int first) const {
     for (int i = first; i < m_sources.GetSize(); ++i) entry.Replace(m_sources[i], m_targets[i]);
     return entry;
 }
 
-/// Where members may go.
+/// Returns the folders that may receive members.
 CStringArray CReadCab::Roots() const {
     if (!m_destPath.IsEmpty()) return {m_destPath};
     CStringArray roots;
@@ -36,7 +36,7 @@ CStringArray CReadCab::Roots() const {
     return roots;
 }
 
-/// False for a path that lies outside.
+/// Returns false for a path outside all of them.
 bool CReadCab::FindTarget(const CString& path, Target& target) const {
     for (const CString& root : Roots()) {
         if (!path.AsStd().starts_with(root.AsStd())) continue;
@@ -57,7 +57,7 @@ void CReadCab::LoadManifest() {
     CString text, line;
     CStdioFile file(m_manifestFile.GetFilename(), CFile::modeRead | CFile::typeText);
     while (file.ReadString(line)) (text += line) += '\n';
-    // It goes now, and not with the object: a long extraction that is killed leaves no file behind.
+    // Deleted now rather than with the object: if a long extraction is killed, no file is left.
     file.Close();
     qv::platform::RemoveFile(m_manifestFile.GetFilename()).IgnoreError();
     std::optional<CStringArray> entries = ReadManifest(text);
@@ -67,7 +67,7 @@ void CReadCab::LoadManifest() {
         if (entry.IsEmpty()) throw EngineFailure{ReadError::Corrupt};
         if (isForeign && !ConvertFromUtf8(entry)) {
             Tell(Substituted(entry, 0), "the code page cannot hold the name");
-            if (!qv::EndsWithOneOf(entry, "\\")) m_manifest.Add("");  // the place of a member that is passed over
+            if (!qv::EndsWithOneOf(entry, "\\")) m_manifest.Add("");  // keeps the place of a skipped member
             continue;
         }
         if (!qv::EndsWithOneOf(entry, "\\")) {
@@ -94,7 +94,7 @@ void CReadCab::TellOfMissingMembers() const {
 int CReadCab::NotifyCopyFile(QvCabinetNotification& notification) {
     if (notification.folder != m_lastFolder) NotifyChangeFolder(notification);
     if (m_useManifest && !m_manifestLoaded) {
-        // A manifest that was passed over cannot say where the members go.
+        // A skipped manifest cannot map the members.
         if (std::exchange(m_context->opensManifest, true)) throw EngineFailure{ReadError::UnknownCompression};
         if (notification.size > kLargestManifest) throw EngineFailure{ReadError::Corrupt};
         return OpenManifest();

@@ -42,7 +42,7 @@ Status TargetFolder::OpenRoot(bool make) {
     return status;
 }
 
-/// Opens the folder that the first `count` names lead to.
+/// Opens the folder at the first `count` names.
 Status TargetFolder::Enter(const std::vector<std::string>& names, std::size_t count, bool make) {
     const std::vector<std::string> wanted(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(count));
     if (m_isIn && wanted == m_names) return {};
