@@ -26,7 +26,7 @@ void SortByX(Series& series) {
     series = std::move(sorted);
 }
 
-/// Makes each series the sum of it and those before.
+/// Replaces each series by the sum of it and the earlier ones.
 void StackUp(std::vector<Series>& all) {
     for (std::size_t s = 0; s < all.size(); ++s) {
         if (all[s].x != all[0].x) AfxThrowInvalidArgException();
@@ -49,13 +49,13 @@ std::string LinePath(const Runs& runs) {
     for (const auto& run : runs) {
         std::string line;
         for (const Point& point : run) AppendPoint(line, point);
-        // A point without neighbours is a dot.
+        // A point without neighbours is drawn as a dot.
         path += run.size() == 1 ? line + "h0" : line;
     }
     return path;
 }
 
-// Down to a line of pixels, or to the points of another line.
+// Extends down to a horizontal line, or to the points of another line.
 std::string AreaPath(const Runs& runs, double base) {
     std::string path;
     for (const auto& run : runs) {

@@ -11,7 +11,8 @@ namespace {
 constexpr double kFirstLine = 19, kLine = 15, kSpace = 8;
 constexpr double kLeastWrapped = 44, kLeastUpright = 15, kShortName = 44;
 
-/// A line of labels from left to right, each of which is moved into the room and refused where the one before is.
+/// A line of labels, added from left to right. Each is moved inside the room, and refused if it overlaps the previous
+/// one.
 class Line {
 public:
     Line(const LabelRoom& room, double y) : m_room(room), m_y(y), m_end(room.leftEnd - kSpace) {}
@@ -31,7 +32,7 @@ private:
     double m_y, m_end;
 };
 
-// The ticks with their labels, if all of these have room. Those of the context are left out where they have none.
+// Places the ticks and their labels if all of these fit. Context labels that do not fit are omitted.
 bool PlaceTicks(const std::vector<Tick>& ticks, const Scale& scale, const LabelRoom& room, AxisLabels& placed) {
     placed = {};
     Line texts(room, kFirstLine), contexts(room, kFirstLine + kLine);
@@ -79,7 +80,7 @@ public:
 private:
     double At(std::size_t i) const { return m_room.left + (static_cast<double>(i) + 0.5) * m_part; }
 
-    // Whether two lines have room for the label, and no word is cut.
+    // Whether the label fits into two lines without cutting a word.
     bool Wraps(Label label) const {
         const std::size_t blank = label.Text().find(U' ');
         if (blank == label.Text().npos) return label.Width() + kSpace <= m_part;

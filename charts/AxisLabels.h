@@ -5,35 +5,36 @@
 #include "charts/Svg.h"
 #include "charts/Ticks.h"
 
-/// @file The labels below a horizontal axis. No two overlap, and none leaves the room that it is given.
+/// @file The labels below a horizontal axis. They never overlap or leave their room.
 namespace qv::charts {
 
 inline constexpr double kTickSize = 12;
 
 struct PlacedLabel {
     Label label;
-    double x = 0, y = 0;  ///< y counts down from the axis
+    double x = 0, y = 0;  ///< y grows downwards from the axis
     Anchor anchor = Anchor::Middle;
     bool upright = false;
 };
 
 struct AxisLabels {
     std::vector<PlacedLabel> labels;
-    std::vector<double> ticks;  ///< where the axis gets a mark
+    std::vector<double> ticks;  ///< the positions of the axis's tick marks
     double height = 0;
 };
 
-/// The room of labels: the axis itself, and how far labels may go beyond its ends and down.
+/// The room for labels: the axis itself, and how far labels may extend beyond its ends and downwards.
 struct LabelRoom {
     double left, right;
     double leftEnd, rightEnd;
     double height;
 };
 
-/// Names in the middles of equal parts of the axis: in one line, in two, upright, or of every second, third, … part.
+/// Places names centred in equal parts of the axis: in one line, in two, upright, or only for every second, third, …
+/// part.
 AxisLabels CategoryLabels(const std::vector<CString>& names, const LabelRoom& room);
 
-/// As many round values as have room.
+/// Places as many round values as fit.
 AxisLabels NumberLabels(const Range& range, bool logarithmic, const LabelRoom& room);
 AxisLabels DateLabels(const Range& range, const LabelRoom& room);
 

@@ -12,12 +12,12 @@ using namespace qv::charts;
 
 namespace {
 
-constexpr double kNarrowest = 3;  // a category, in pixels
-constexpr double kHintWidth = 2;  // the narrowest bar that has a hint
-constexpr double kShare = 0.72;   // of a category's width that bars take
-constexpr double kWidest = 96;    // of a group's bar
+constexpr double kNarrowest = 3;  // minimum width of a category in pixels
+constexpr double kHintWidth = 2;  // minimum width of a bar with a tooltip
+constexpr double kShare = 0.72;   // share of a category's width that bars take
+constexpr double kWidest = 96;    // maximum width of a group's bar
 
-// The values that are drawn, by series and category.
+// The values to draw, by series and category.
 struct Bars {
     std::vector<CString> names;
     std::vector<Series> series;
@@ -45,11 +45,11 @@ Bars FoldedBars(const std::vector<Series>& all, std::size_t count, std::size_t m
     return bars;
 }
 
-// Where the bars of a category end that are stacked, upwards and downwards.
+// The upper and lower ends of a category's stacked bars.
 struct Stack {
     double up = 0, down = 0;
 
-    /// The value's two ends.
+    /// Adds a value and returns its two ends.
     Range Push(double value) {
         double& end = value < 0 ? down : up;
         const double begin = end;
@@ -69,7 +69,7 @@ Range ValueRange(const Bars& bars, bool stacked, bool logarithmic) {
         range.Include(stack.up);
         range.Include(stack.down);
     }
-    // A single bar has a height on a logarithmic axis, too.
+    // Gives a single bar some height on a logarithmic axis, too.
     if (logarithmic && !range.IsEmpty() && range.low > 1e-290) range.low *= 0.999;
     return range;
 }
@@ -108,7 +108,7 @@ public:
     }
 
 private:
-    // Wide bars have a hint each; narrow ones of a series become one path.
+    // Wide bars have a tooltip each; a series' narrow bars are merged into one path.
     void Bar(std::size_t s, std::size_t i, double left, double width, double y1, double y2) {
         const std::size_t begin = m_path.size();
         (m_path += 'M');

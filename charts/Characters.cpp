@@ -25,7 +25,7 @@ bool IsNoCharacter(char32_t c) {
     return IsBetween(c, 0xD800, 0xDFFF) || (c & 0xFFFE) == 0xFFFE;
 }
 
-// The character at `i`, which is advanced past it.
+// Returns the character at `i` and advances `i` past it.
 char32_t Next(std::u16string_view wide, std::size_t& i) {
     const char32_t c = wide[i++];
     if (!IsBetween(c, 0xD800, 0xDBFF) || i == wide.size() || !IsBetween(wide[i], 0xDC00, 0xDFFF)) return c;

@@ -18,8 +18,8 @@ enum class Unit { Days, Months, Years };
 struct Step {
     Unit unit;
     double count;         ///< days, months or years
-    const char* text;     ///< of each tick
-    const char* context;  ///< of what the text is part of
+    const char* text;     ///< format of each tick's text
+    const char* context;  ///< format of its context
 };
 
 constexpr Step kSteps[] = {{Unit::Days, kSecond, "%H:%M:%S", "%d %b %Y"},
@@ -57,7 +57,7 @@ Step StepFor(const Range& range, int most) {
 }
 
 COleDateTime DateAt(double evenDays) {
-    // To the second, which is as exactly as fields are read.
+    // Rounded to a second, the resolution of date fields.
     return COleDateTime() + COleDateTimeSpan(std::round(evenDays * 86400) / 86400);
 }
 
@@ -65,7 +65,7 @@ double EvenDays(const COleDateTime& date) {
     return date.GetStatus() == COleDateTime::valid ? (date - COleDateTime()).GetTotalDays() : kMissing;
 }
 
-// The tick with a number, of those that the step makes through all times; missing where there is no such date.
+// Returns the tick with a number, counted in steps over all time; missing if there is no such date.
 double Moment(const Step& step, double number) {
     switch (step.unit) {
         case Unit::Days: return number * step.count + (step.count >= 7 ? kMondayOffset : 0);

@@ -4,18 +4,18 @@
 
 namespace qv::charts {
 
-/// Days since the epoch of COleDateTime on an even scale, on which negative dates run forwards too; missing for a date that
-/// is not valid.
+/// Converts a date to days since the epoch of COleDateTime on a linear scale, on which negative dates also run
+/// forwards; missing for an invalid date.
 double EvenDays(double date);
 
-/// Makes a range of a single date, or none, wide enough for an axis.
+/// Makes an empty range, or one of a single date, wide enough for an axis.
 void WidenDates(Range& range);
 
-/// Round local times within the range of even days, not more than about `most`: seconds, minutes and hours that divide the
-/// next unit, days, Mondays, months, years by the rule 1, 2, 5.
+/// Returns about `most` round local times within the range of linear days: seconds, minutes and hours that divide the
+/// next unit, days, Mondays, months, or years in steps of 1, 2 or 5 times a power of ten.
 std::vector<Tick> DateTicks(const Range& range, int most);
 
-/// A date as hints and tables have it: "2026-05-17", with the time where it is not midnight.
+/// Formats a date for tooltips and tables: "2026-05-17", with the time unless it is midnight.
 CString DateText(double evenDays);
 
 }  // namespace qv::charts

@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kChartGap = 28, kLeastWidth = 120, kLeastHeight = 90, kHeadingSize = 13;
 
-/// The names of all charts, each once, in the order in which they come.
+/// The names of all charts, each once, in order of appearance.
 class NameList {
 public:
     int NumberOf(const CString& name) {
@@ -31,7 +31,7 @@ private:
     std::vector<CString> m_names;
 };
 
-// The cells of a grid, from left to right and down.
+// The cells of a grid, in row-major order.
 std::vector<Box> Cells(const Box& box, std::size_t count, int columns) {
     if (count == 0) return {};
     const int across = std::min(columns, static_cast<int>(count));
@@ -89,7 +89,7 @@ std::string CGraphManager::Id() const {
     return "qv" + std::to_string(MemCRC(content));
 }
 
-// Of several kinds of charts the filled one fits all.
+// For charts of several kinds, the filled swatch suits all.
 Swatch CGraphManager::KeySwatch() const {
     const auto isOther = [this](const auto& graph) { return graph->KeySwatch() != m_graphs[0]->KeySwatch(); };
     return m_graphs.empty() || std::ranges::any_of(m_graphs, isOther) ? Swatch::Filled : m_graphs[0]->KeySwatch();

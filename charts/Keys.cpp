@@ -10,7 +10,7 @@ namespace qv::charts {
 namespace {
 
 constexpr double kSwatchBox = 14, kSwatchBoxHeight = 10;
-constexpr int kRound = 0, kSquare = 1;  // marks that are ends of lines without length
+constexpr int kRound = 0, kSquare = 1;  // line caps that draw marks as lines of length zero
 
 void AppendBox(std::string& path, const Box& box) {
     path += 'M';
@@ -26,7 +26,7 @@ void AppendBox(std::string& path, const Box& box) {
     path += 'z';
 }
 
-// Around a point, in halves of the mark's size.
+// Relative to a point, in halves of the mark's size.
 struct Corner {
     double x, y;
 };

@@ -23,7 +23,7 @@ struct Script {
     bool guessed;
 };
 
-// By the end of ranges; combining marks are dealt with before.
+// Each range is given by its end; combining marks are handled earlier.
 constexpr Script kScripts[] = {
     {0xBF, 700, false},    {0xDE, 760, false},    {0x17F, 640, false},   {0x36F, 800, true},    {0x3FF, 680, false},
     {0x52F, 740, false},   {0x10FF, 800, true},   {0x11FF, 1000, true},  {0x2012, 800, true},   {0x2026, 1000, false},

@@ -5,19 +5,19 @@
 
 namespace qv::charts {
 
-/// A text as it is drawn, and the room that it takes at most in common fonts.
+/// A text as drawn, and its maximum width in common fonts.
 class Label {
 public:
     enum class Weight { Normal, Bold };
 
     Label() = default;
     Label(std::u32string text, double size, Weight weight = Weight::Normal);
-    /// A text in the process's code page.
+    /// Takes a text in the process's code page.
     Label(std::string_view text, double size, Weight weight = Weight::Normal);
 
-    /// Cuts it so that it fits, with an ellipsis at its end; to nothing where not even that fits.
+    /// Truncates the text to fit, with an ellipsis at its end; to nothing if not even that fits.
     void ShortenTo(double width);
-    /// Cuts off its first words that fit, and returns them; as much of a first word as fits, where that is too long.
+    /// Removes and returns the leading words that fit; if the first word is too long, the part of it that fits.
     Label TakeLine(double width);
 
     const std::u32string& Text() const { return m_text; }
@@ -26,12 +26,12 @@ public:
     double Width() const { return m_width; }
     double Size() const { return m_size; }
     bool IsBold() const { return m_weight == Weight::Bold; }
-    /// Whether the width of a character is a guess, so that the text has to be fitted into its width.
+    /// Whether a character's width is a guess, so that the text must be fitted to its width.
     bool IsGuessed() const;
 
 private:
     double WidthOf(std::u32string_view text) const;
-    /// How many characters fit, never cutting off a mark of the last one.
+    /// Returns the number of characters that fit; a combining mark is never separated from its base.
     std::size_t Fitting(double width) const;
 
     std::u32string m_text, m_whole;

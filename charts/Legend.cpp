@@ -16,7 +16,7 @@ std::vector<Label> LabelsOf(const std::vector<CString>& names, double width) {
     return labels;
 }
 
-// Where entries begin in their row.
+// The start positions of entries in their row.
 class Columns {
 public:
     Columns(const std::vector<Label>& labels, double width) {

@@ -14,9 +14,9 @@ struct Unit {
 };
 
 constexpr Unit kUnits[] = {{1e12, "tn"}, {1e9, "bn"}, {1e6, "M"}};
-constexpr double kWritten = 1e15, kSmall = 1e-4;  // beyond these with an exponent
-constexpr int kDigits = 6;                        // of a value in a table
-constexpr int kMostDecimals = 3;                  // of a number with a unit
+constexpr double kWritten = 1e15, kSmall = 1e-4;  // beyond these bounds, an exponent is used
+constexpr int kDigits = 6;                        // significant digits of a value in a table
+constexpr int kMostDecimals = 3;                  // decimals of a number with a unit
 
 std::string Fixed(double value, int decimals) {
     std::array<char, 400> digits;

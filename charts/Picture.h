@@ -6,7 +6,7 @@ namespace qv::charts {
 
 inline constexpr double kMargin = 16;
 
-/// What a picture says of itself.
+/// The accessible texts of a picture.
 struct Caption {
     CString id;
     int width, height;
@@ -14,10 +14,10 @@ struct Caption {
     CString name, description;
 };
 
-/// Begins a picture: the element, its names, the style sheet for so many keys, the background and the heading. Returns the
-/// room that is left.
+/// Begins a picture: the element, its names, the style sheet for `keys` keys, the background and the heading. Returns
+/// the remaining room.
 Box BeginPicture(Svg& svg, const Caption& caption, std::size_t keys);
-/// Ends what is drawn; tables and EndPicture follow.
+/// Ends the drawing; tables and EndPicture follow.
 void EndDrawing(Svg& svg);
 void EndPicture(Svg& svg);
 
@@ -25,7 +25,7 @@ void EndPicture(Svg& svg);
 Box DrawHeading(Svg& svg, const Box& box, const Label& heading, std::string_view classes);
 void DrawNoData(Svg& svg, const Box& box);
 
-/// @throws CInvalidArgException* for a size, or an id, that no picture can have.
+/// @throws CInvalidArgException* for an invalid size or id.
 void CheckSize(int width, int height);
 void CheckId(std::string_view id);
 

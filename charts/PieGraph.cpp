@@ -14,7 +14,7 @@ using namespace qv::charts;
 namespace {
 
 constexpr double kColumnGap = 16;
-constexpr double kLeastBeside = 380;  // the width from which the table is beside the pie
+constexpr double kLeastBeside = 380;  // minimum width for the table beside the pie
 constexpr double kLeastShare = 0.02, kLeastRadius = 36, kRing = 12;
 
 struct Slice {
@@ -86,7 +86,7 @@ std::string SlicePath(const Circle& circle, double from, double to) {
     return path + 'z';
 }
 
-// Percentages beside the circle, each left out where it would meet another one.
+// Percentages around the circle; those that would overlap another one are omitted.
 class Percentages {
 public:
     Percentages(Svg& svg, const Circle& circle) : m_svg(svg), m_circle(circle) {}
@@ -132,7 +132,7 @@ void DrawPie(Svg& svg, const Box& box, const std::vector<Slice>& slices, const K
     if (slices.size() > 1) svg.Path(borders, "slice");
 }
 
-/// Names, values and percentages, the numbers aligned at their right.
+/// Names, values and percentages, with numbers right-aligned.
 class SliceTable {
 public:
     SliceTable(const std::vector<Slice>& slices, double width) {

@@ -4,12 +4,12 @@
 
 namespace qv::charts {
 
-/// What a horizontal axis has: categories where there are names, else numbers or dates.
+/// A horizontal axis: of categories if there are names, else of numbers or dates.
 struct HorizontalAxis {
     std::vector<CString> names;
     Range range;
     bool dates = false, logarithmic = false;
-    bool roundedOut = false;  ///< to round values at its ends
+    bool roundedOut = false;  ///< extended to round values at its ends
     CString title;
 };
 
@@ -19,7 +19,8 @@ struct VerticalAxis {
     CString title;
 };
 
-/// The room between two axes, and where values lie in it. The axes are drawn in two steps, below and above the values.
+/// The area between two axes, and the mapping of values to it. The axes are drawn in two steps, below and above the
+/// values.
 class Plot {
 public:
     Plot(Svg& svg, const Box& box, HorizontalAxis x, VerticalAxis y);
@@ -27,14 +28,14 @@ public:
     const Box& Area() const { return m_area; }
     double X(double value) const { return m_xScale.At(value); }
     double Y(double value) const { return m_yScale.At(value); }
-    /// Where bars and areas begin: 0, or the lower end of a logarithmic axis.
+    /// The value at which bars and areas begin: 0, or the lower end of a logarithmic axis.
     double Base() const { return m_base; }
-    /// The width of a category, and the middle of one.
+    /// The width of a category, and its centre.
     double PartWidth() const { return m_area.Width() / static_cast<double>(m_x.names.size()); }
     double PartMiddle(std::size_t i) const { return m_area.left + (static_cast<double>(i) + 0.5) * PartWidth(); }
 
     void DrawAxes();
-    /// The line of zero, or the lower edge.
+    /// Draws the zero line, or the lower edge.
     void DrawBaseLine();
 
 private:

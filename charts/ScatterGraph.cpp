@@ -11,9 +11,9 @@ using namespace qv::charts;
 
 namespace {
 
-constexpr double kDateRoom = 0.02;               // beside the first and last date, of the range
+constexpr double kDateRoom = 0.02;               // margin beside the first and last date, relative to the range
 constexpr std::size_t kFew = 300, kMany = 5000;  // points of a series
-constexpr std::size_t kHinted = 200;             // points of a picture that have hints
+constexpr std::size_t kHinted = 200;             // points of a picture with tooltips
 
 const char* MarkSize(std::size_t count) {
     return count <= kFew ? "7" : count <= kMany ? "4.5" : "2.5";

@@ -17,26 +17,28 @@ inline bool IsMissing(double value) {
 
 struct Series {
     CString name;
-    std::vector<double> x;  ///< empty, or as many as y
+    std::vector<double> x;  ///< empty, or the same size as y
     std::vector<double> y;
 };
 
-/// What a screen reader gets: a row of headings, and rows that begin with one.
+/// The table for screen readers: a header row, and rows that begin with a heading.
 struct Table {
     std::vector<CString> heads;
     std::vector<std::vector<CString>> rows;
 };
 
-/// Of more rows than this a table has a summary.
+/// A table with more rows is replaced by a summary.
 inline constexpr std::size_t kMostRows = 100;
 
-/// A row for each series: how many values it has, the least and the greatest.
+/// Returns a row for each series: the number of values, the least and the greatest.
 Table Summary(const std::vector<Series>& all);
 
-/// A value as screen readers and hints have it: the shortest digits that give it back, empty for a missing one.
+/// Formats a value for screen readers and tooltips: the shortest digits that read back as the same number, empty if
+/// missing.
 CString ValueText(double value);
 
-/// The values at each position, or a summary of each series when there are too many. `nameOf(i)` names a position.
+/// Returns the values at each position, or a summary of each series if there are too many. `nameOf(i)` names a
+/// position.
 template <class NameOf>
 Table TableOf(const char* first, const std::vector<Series>& all, std::size_t positions, NameOf nameOf) {
     if (positions > kMostRows) return Summary(all);

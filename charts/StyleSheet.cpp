@@ -6,8 +6,8 @@
 namespace qv::charts {
 namespace {
 
-// Any two can be told apart with each kind of colour vision, by a CIELAB difference of 15 (light) or 22 (dark) at least,
-// and each has a contrast of 3:1 or more against the background.
+// Any two differ by at least 15 (light) or 22 (dark) in CIELAB for each kind of colour vision, and each has a contrast
+// of at least 3:1 against the background.
 constexpr std::array<std::array<const char*, kColours>, 2> kColourOf = {
     {{"#3f93ee", "#c06a14", "#00a061", "#55428f", "#a82340", "#405c82", "#8d4f00", "#7e003c"},
      {"#a8d1ef", "#ec9000", "#0fe3bd", "#6585f1", "#ab4a34", "#888777", "#dfc96b", "#a249a3"}}};
@@ -27,7 +27,7 @@ constexpr const char* kHatches[kPatterns] = {"",
                                              "><path class=\"hatch\" d=\"M0 3H6\"/>",
                                              "><path class=\"hatch\" d=\"M3 0V6M0 3H6\"/>"};
 
-// Rules begin with the picture's id, so they reach nothing else of the page and outweigh its own.
+// Rules begin with the picture's id, so they affect nothing else on the page and override the page's own.
 class Rules {
 public:
     explicit Rules(Svg& svg) : m_svg(svg) {}

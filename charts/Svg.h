@@ -27,7 +27,7 @@ struct Box {
 
 enum class Anchor { Start, Middle, End };
 
-/// The text of a picture while it is written. Classes are those of the style sheet (charts/StyleSheet.h).
+/// Builds the text of a picture. Classes are those of the style sheet (charts/StyleSheet.h).
 class Svg {
 public:
     explicit Svg(std::string id) : m_id(std::move(id)) {}
@@ -43,18 +43,18 @@ public:
         m_out += c;
         return *this;
     }
-    /// A coordinate.
+    /// Appends a coordinate.
     Svg& operator<<(double value);
     Svg& operator<<(int value) { return *this << static_cast<double>(value); }
     Svg& Escaped(std::u32string_view text);
 
-    /// `y` is the base line. An upright text runs from bottom to top, `x` then being the base line.
+    /// `y` is the base line. An upright text runs from bottom to top, with `x` as its base line.
     void Text(const Label& label, double x, double y, Anchor anchor, std::string_view classes, bool upright = false);
     void Line(double x1, double y1, double x2, double y2, std::string_view classes);
     void Rect(const Box& box, std::string_view classes);
-    /// A path, with the text shown while the pointer is over it, if there is one.
+    /// Draws a path, with an optional tooltip.
     void Path(std::string_view data, std::string_view classes, std::u32string_view hint = {});
-    /// What a screen reader reads: drawn too small to be seen.
+    /// Writes a table for screen readers only: drawn too small to be visible.
     void HiddenTable(const std::u32string& caption, const Table& table);
 
 private:

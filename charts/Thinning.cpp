@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kFewPoints = 5000;
 constexpr double kSquare = 2;
 
-// The points of one column of pixels, while they come.
+// Collects the points of one column of pixels.
 class Column {
 public:
     bool IsEmpty() const { return m_count == 0; }

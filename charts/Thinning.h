@@ -9,15 +9,17 @@
 
 namespace qv::charts {
 
-/// Lines as runs of points without a gap.
+/// Lines as runs of points without gaps.
 using Runs = std::vector<std::vector<Point>>;
 
-/// A line in pixels, its points in the order of x, a gap where y is NaN. Of the points in a column of pixels the first, the
-/// lowest, the highest and the last stay, in their order; a gap within a column goes. O(n), at most four points a column.
+/// Thins a line whose points are in pixels and sorted by x, with a gap where y is NaN. Of the points in a column of
+/// pixels, keeps the first, the lowest, the highest and the last, in order; gaps within a column are dropped. O(n), at
+/// most four points per column.
 Runs ThinLine(std::size_t count, const std::function<Point(std::size_t)>& at);
 
-/// Of points in pixels those that can be told apart: one of each square of 2 pixels, and the lowest and highest of each
-/// column. All of them when they are fewer than 5000. Those outside `width` by `height` and those that are NaN go. O(n).
+/// Thins points in pixels to those that can be distinguished: one of each square of 2 pixels, and the lowest and
+/// highest of each column. Fewer than 5000 points are all kept. Drops NaNs and points outside `width` by `height`.
+/// O(n).
 std::vector<Point> ThinPoints(std::span<const Point> points, double width, double height);
 
 }  // namespace qv::charts

@@ -9,7 +9,7 @@
 namespace qv::charts {
 namespace {
 
-constexpr double kDigits = 1e-11;  // the narrowest range beside its values
+constexpr double kDigits = 1e-11;  // the narrowest range relative to its values
 constexpr double kLeastStep = 1e-300;
 constexpr int kMostTicks = 200, kFewLogTicks = 3;
 
@@ -21,14 +21,14 @@ double PowerOfTen(int exponent) {
     return std::pow(10.0, exponent);
 }
 
-// Which of 1, 2 and 5 times a power of ten, numbered through: 0 is 1, 1 is 2, 2 is 5, 3 is 10.
+// The round numbers, 1, 2 and 5 times a power of ten, numbered consecutively: 0 is 1, 1 is 2, 2 is 5, 3 is 10.
 double RoundNumber(int number) {
     constexpr double kFirst[] = {1, 2, 5};
     const int decade = number >= 0 ? number / 3 : -((2 - number) / 3);
     return kFirst[number - decade * 3] * PowerOfTen(decade);
 }
 
-// The number of the greatest round number that is not above the value.
+// Returns the number of the greatest round number that is not above the value.
 int RoundNumberBelow(double value) {
     int number = 3 * static_cast<int>(std::floor(std::log10(value))) + 3;
     while (RoundNumber(number) > value * (1 + 1e-12)) --number;
@@ -40,14 +40,14 @@ int RoundNumberAbove(double value) {
     return RoundNumber(number) >= value * (1 - 1e-12) ? number : number + 1;
 }
 
-// Whether a logarithmic axis is so short that multiples of a step stand on it better than powers of ten.
+// Whether a logarithmic axis is so short that multiples of a step suit it better than powers of ten.
 bool IsWithinDecade(const Range& range, int most) {
     return range.high / 10 <= range.low && RoundStep(range, most) <= range.low;
 }
 
 Range ToMultiples(Range range, int most) {
-    // The wider range may need a greater step, which moves the ends again. With two steps or more that comes to an end; a
-    // single one would never reach over zero.
+    // The wider range may need a greater step, which moves the ends again. This terminates with two steps or more; a
+    // single step would never extend across zero.
     most = std::max(most, 2);
     double step = 0;
     while (const double next = RoundStep(range, most)) {

@@ -10,22 +10,22 @@ namespace qv::charts {
 struct Tick {
     double value;
     std::u32string text;
-    /// What the text is part of, such as the year of a month; empty where it is that of the tick before.
+    /// The larger unit that the text belongs to, such as the year of a month; empty if the previous tick has the same.
     std::u32string context = {};
 };
 
-/// Makes a range of a single value, or none, or one too narrow for its digits, wide enough for an axis.
+/// Makes a range that is empty, of a single value, or too narrow for its digits, wide enough for an axis.
 void Widen(Range& range, bool logarithmic);
 
-/// The least step of the form 1, 2 or 5 times a power of ten that gives at most `most` steps within the range.
+/// Returns the least step of the form 1, 2 or 5 times a power of ten that gives at most `most` steps within the range.
 double RoundStep(const Range& range, int most);
 
-/// Moves both ends outwards, to round values with about `most` ticks between.
+/// Extends both ends to round values with about `most` ticks between.
 void RoundOut(Range& range, int most, bool logarithmic);
 
-/// Round values within the range: multiples of RoundStep, or on a logarithmic axis 1, 2 and 5 times powers of ten, powers
-/// alone, or every second, third, … power, whichever are the most that are not more than `most` + 1; but multiples again
-/// within a decade.
+/// Returns round values within the range: multiples of RoundStep; on a logarithmic axis 1, 2 and 5 times powers of ten,
+/// powers alone, or every second, third, … power, the densest of these with at most `most` + 1 values; within a decade
+/// again multiples.
 std::vector<Tick> NumberTicks(const Range& range, int most, bool logarithmic);
 
 }  // namespace qv::charts

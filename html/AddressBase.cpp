@@ -7,12 +7,12 @@
 namespace qv::html {
 namespace {
 
-// Bytes that would end a value, or a tag, in one or the other way of quoting.
+// Bytes that would end a value or a tag in some form of quoting.
 bool BreaksValue(char c) {
     return c == ' ' || ascii::IsControl(c) || std::string_view("\"'<>`").find(c) != std::string_view::npos;
 }
 
-// A folder's name as the path of an address.
+// Encodes a folder's name as the path of an address.
 std::string EncodeFolder(std::string_view folder) {
     std::string out;
     for (const char c : folder) {
@@ -49,7 +49,7 @@ std::string EscapeAmpersands(std::string_view text) {
     return out.AsStd();
 }
 
-// A value without query and fragment, in a form whose separators, colons and dots stand as themselves.
+// Returns a value without query and fragment, in which separators, colons and dots are literal.
 std::string NormalisePath(std::string_view value) {
     std::string out;
     for (std::size_t i = 0; i < value.size();) {
@@ -70,7 +70,7 @@ std::string NormalisePath(std::string_view value) {
     return out;
 }
 
-// The length of scheme, host and the "/" after it, or of the leading "/"; nothing for a scheme without a host.
+// Returns the length of scheme, host and the "/" after it, or of a leading "/"; nullopt for a scheme without a host.
 std::optional<std::size_t> RootLength(std::string_view base, AddressKind kind) {
     if (kind == AddressKind::Path) return 0;
     if (kind == AddressKind::Rooted) return 1;
@@ -83,7 +83,7 @@ std::optional<std::size_t> RootLength(std::string_view base, AddressKind kind) {
     return end + (drive ? 4 : 1);
 }
 
-// Joins one step to a path that is empty or ends with "/".
+// Appends one segment to a path that is empty or ends with "/".
 void Step(std::string& path, const Segment& segment, bool relative) {
     if (segment.kind == Segment::Name) {
         path += segment.text;
@@ -129,7 +129,7 @@ AddressBase AddressBase::Within(std::string_view value) const {
     return inner.m_usable ? inner : *this;
 }
 
-// Query and fragment of the address go along; its separators become "/".
+// Keeps the query and fragment of the address; its separators become "/".
 std::string AddressBase::JoinPath(std::string path, std::string_view address) const {
     std::size_t position = 0;
     for (bool more = true; more;) {
@@ -158,7 +158,7 @@ std::optional<std::string> AddressBase::Join(std::string_view value) const {
         default: return std::nullopt;
     }
     std::string joined = m_root + path;
-    // A first name that is empty, or holds a colon, would make something else of it.
+    // An empty first name, or one with a colon, would change the address's kind.
     if (IsRelative() && Classify(joined) != AddressKind::Path) joined = "./" + joined;
     if (m_root == "/" && Classify(joined) == AddressKind::Host) joined = "/./" + path;
     return std::string(trimmed.before) + joined + std::string(trimmed.after);

@@ -12,7 +12,7 @@ struct NamedReference {
     char code;
 };
 
-// Those that can change what an address is; browsers want the semicolon for all of them.
+// Those that can change an address's kind; browsers require the semicolon for all of them.
 constexpr NamedReference kNamedReferences[] = {{"&sol;", '/'},   {"&bsol;", '\\'},    {"&period;", '.'},
                                                {"&colon;", ':'}, {"&num;", '#'},      {"&quest;", '?'},
                                                {"&Tab;", '\t'},  {"&NewLine;", '\n'}, {"&plus;", '+'}};
@@ -48,7 +48,7 @@ bool IsSchemeCharacter(char c) {
     return ascii::IsLetterOrDigit(c) || c == '+' || c == '-' || c == '.';
 }
 
-// Walks over the characters that count.
+// Iterates over the significant characters.
 class Reader {
 public:
     explicit Reader(std::string_view value) : m_value(value) { Settle(); }

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Turning a few fixed marks back into what they stand for.
+/// @file Decoding of a fixed set of marks.
 
 #include <span>
 #include <string>
@@ -9,12 +9,12 @@
 namespace qv::html {
 
 struct Entity {
-    std::string_view mark;  ///< starts with & or <, and holds neither of them after that
+    std::string_view mark;  ///< starts with & or <, and contains neither of them after that
     std::string_view text;
 };
 
-/// Replaces the marks in one pass. No two of them can overlap, and what one turns into is not looked at again: the result
-/// is that of replacing them one after the other, "&amp;" last.
+/// Replaces the marks in one pass. Marks do not overlap, and replacements are not examined again: the result equals
+/// successive replacements with "&amp;" last.
 std::string DecodeEntities(std::string_view text, std::span<const Entity> entities);
 
 }  // namespace qv::html

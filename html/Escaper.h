@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Escaping of texts by rules.
+/// @file Rule-based escaping of texts.
 
 #include <algorithm>
 #include <array>
@@ -19,15 +19,15 @@ namespace qv::html {
 inline constexpr char kNoBreakSpace = '\xA0';
 inline constexpr std::string_view kNoBreakSpaceUtf8 = "\xC2\xA0";
 
-/// Finds whole characters, from the front of the text to its back.
+/// Finds character boundaries, in one pass over the text.
 class Characters {
 public:
     explicit Characters(std::string_view text) : m_text(text), m_page(platform::CurrentCodePage()) {}
 
-    // The character that the byte at `position` belongs to. Positions never go down from call to call.
+    // Returns the character that contains the byte at `position`. Positions must not decrease from call to call.
     std::string_view At(std::size_t position) {
         if (m_page == platform::CodePage::SingleByte) return m_text.substr(position, 1);
-        // UTF-8 finds its characters again from anywhere; none is longer than four bytes.
+        // UTF-8 is self-synchronizing, and a character has at most four bytes.
         if (m_page == platform::CodePage::Utf8 && position > m_next + 3) m_next = position - 3;
         while (m_next <= position) {
             m_start = m_next;
@@ -45,7 +45,7 @@ private:
 
 namespace internal {
 
-// The only specials that can be a later byte of a longer character.
+// The only special bytes that can be a trail byte.
 constexpr bool MayBeInsideCharacter(char c) {
     return c == kNoBreakSpace || c == '\\';
 }
@@ -54,7 +54,7 @@ inline std::size_t EndOfLineFeeds(std::string_view text, std::size_t position) {
     return std::min(text.find_first_not_of('\n', position), text.size());
 }
 
-// True when dropping the line feeds at `position` may make one character of the bytes around them.
+// Whether removing the line feeds at `position` may join the bytes around them into one character.
 inline bool LineFeedsSplitBytes(std::string_view text, std::size_t position) {
     if (position == 0 || ascii::IsAscii(text[position - 1])) return false;
     const std::size_t end = EndOfLineFeeds(text, position);
@@ -67,20 +67,20 @@ inline std::string WithoutLineFeeds(std::string_view text) {
     return out;
 }
 
-// What replaces a special byte.
+// The replacement of a special byte.
 struct Replacement {
     char bytes[14] = {};
     unsigned char size = 0;
     unsigned char context = 0;
 
-    // When the bytes around count, too: always, or after a byte with the bit kAfterOthers.
+    // When the neighbouring bytes matter as well: always, or after a byte with the bit kAfterOthers.
     static constexpr unsigned char kAlways = 1, kAfterOthers = 0x80;
     bool DependsOnBytesAround(char before) const {
         return context & (kAlways | (static_cast<unsigned char>(before) & kAfterOthers));
     }
 };
 
-// Found without a jump for each byte.
+// A lookup table avoids a branch for each byte.
 template <class Rule>
 class Replacements {
 public:
@@ -111,13 +111,13 @@ private:
 
 }  // namespace internal
 
-/// Escapes a text by a rule, which has
-/// - `Specials`, a set of bytes, and `Replacement`, what replaces each of them, in at most 14 bytes; for 0xA0 the
-///   non-breaking space is meant, which is two bytes in UTF-8, and for a backslash one that is a character;
-/// - `kDropsLineFeeds`, whether bytes that come together when line feeds go may make a character.
+/// Escapes a text by a rule, which defines
+/// - `Specials`, a set of bytes, and `Replacement`, the replacement of each, at most 14 bytes; 0xA0 means the
+/// non-breaking space, which is two bytes in UTF-8, and a backslash must be a whole character;
+/// - `kDropsLineFeeds`, whether bytes that become adjacent when line feeds are removed may form a character.
 ///
-/// Works piece by piece, into a place that holds whatever may become of a piece. So the loop over the specials is short, and
-/// what was searched is still near the processor when it is copied.
+/// Works piece by piece into a buffer with room for the longest result of a piece. So the loop over the specials is
+/// short, and searched bytes are still in the cache when they are copied.
 template <class Rule>
 class Escaper {
 public:
@@ -142,7 +142,7 @@ public:
 private:
     static constexpr std::size_t kPiece = 1024;
 
-    // How much there is without specials, 0 when that is less than a piece.
+    // Returns the length of the text before the next special; 0 if that is less than a piece.
     std::size_t PlainSize() const {
         constexpr std::size_t most = 64;
         const std::size_t blocks = std::min((m_text.size() - m_begin) / kMarksBlock, most);
@@ -150,7 +150,7 @@ private:
         return plain < kPiece ? 0 : Whole(plain);
     }
 
-    // Less by one where the text goes on: the first byte of a non-breaking space goes with the second one.
+    // Excludes a last byte that may begin a non-breaking space, unless the text ends there.
     std::size_t Whole(std::size_t size) const {
         const bool ends = m_begin + size == m_text.size();
         return ends || m_text[m_begin + size - 1] != kNoBreakSpaceUtf8[0] ? size : size - 1;
@@ -164,7 +164,7 @@ private:
         AppendReadable({copy + 1, piece.size()});
     }
 
-    // The byte before the piece, and kStep bytes after it, are readable, too.
+    // The byte before the piece, and kStep bytes after it, must be readable.
     void AppendReadable(std::string_view piece) {
         char written[kPiece * internal::Replacements<Rule>::kLongest + kStep];
         char* at = written;
@@ -178,7 +178,7 @@ private:
                 if (!stop) return;
             }
             at = Copy(at, from, stop);
-            std::memcpy(at, &replacement, sizeof(replacement));  // of which `size` bytes count
+            std::memcpy(at, &replacement, sizeof(replacement));  // only `size` bytes of it count
             at += replacement.size;
             from = hit + 1;
         });
@@ -188,7 +188,7 @@ private:
         m_out.append(written, static_cast<std::size_t>(at - written));
     }
 
-    // By steps, which take a known number of instructions, and go past the end.
+    // Copies in steps of constant size, past the end.
     static char* Copy(char* to, const char* from, const char* end) {
         std::memcpy(to, from, kStep);
         const std::ptrdiff_t size = end - from;
@@ -198,10 +198,11 @@ private:
 
     static constexpr std::ptrdiff_t kStep = 32;
 
-    // For a text that has some specials. It goes on growing where there are many.
+    // For a text with some specials; grows further if there are many.
     std::size_t Enough() const { return m_text.size() + m_text.size() / 8 + 16; }
 
-    // Where what is replaced begins: before a non-breaking space of two bytes. Null inside a longer character.
+    // Returns the start of what is replaced: one byte earlier for a non-breaking space of two bytes. Null inside a
+    // longer character.
     const char* LookAround(const char* hit, std::size_t place) {
         const std::size_t position = m_begin + place;
         if (*hit == '\n') {
@@ -218,7 +219,7 @@ private:
     std::string m_out;
     std::size_t m_begin = 0;  // of the piece
     std::optional<Characters> m_characters;
-    bool m_linesSplitBytes = false;  // so they have to be dropped before anything else is done
+    bool m_linesSplitBytes = false;  // then line feeds must be removed before anything else is done
 };
 
 }  // namespace qv::html

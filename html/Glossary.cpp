@@ -26,20 +26,20 @@ bool EndsWord(std::string_view text, std::size_t end, CodePage page) {
     return end >= text.size() || !IsLetterOrDigit(text.substr(end, CharacterLength(text, end, page)));
 }
 
-// The last character of a text that is not empty.
+// Returns the last character of a text that is not empty.
 std::string_view LastCharacter(std::string_view text, CodePage page) {
     std::size_t begin = text.size() - 1;
     if (page == CodePage::Utf8) {
         for (std::size_t length = 2; length <= std::min<std::size_t>(text.size(), 4); ++length)
             if (CharacterLength(text, text.size() - length, page) == length) begin = text.size() - length;
     } else if (page == CodePage::DoubleByte) {
-        // Lead and trail bytes look alike: only the way from the start tells them apart.
+        // Lead and trail bytes share values: only a scan from the start distinguishes them.
         for (std::size_t i = 0; i < text.size(); i += CharacterLength(text, i, page)) begin = i;
     }
     return text.substr(begin);
 }
 
-/// Every occurrence of every term as a whole word, in the order of their ends.
+/// Finds every occurrence of every term as a whole word, ordered by end.
 class TermSearch {
 public:
     TermSearch(std::string_view text, const CStringArray& terms) : m_text(text) {
@@ -78,7 +78,7 @@ private:
         }
     }
 
-    // `before` is where the character before the occurrence begins.
+    // `before` is the start of the previous character.
     void Consider(std::size_t term, std::size_t begin, std::size_t end, std::size_t before) {
         const bool startsWord = begin == 0 || !IsLetterOrDigit(m_text.substr(before, begin - before));
         if (startsWord && EndsWord(m_text, end, m_reader.Page())) m_hits.push_back({begin, end, term});
@@ -101,7 +101,7 @@ bool IsWholeWord(std::string_view text, std::size_t begin, std::size_t end) {
 
 std::vector<GlossaryHit> FindTerms(std::string_view text, const CStringArray& terms) {
     std::vector<GlossaryHit> hits = TermSearch(text, terms).Run();
-    // Those of one term come in the order of their places.
+    // Occurrences of one term are already sorted by position.
     std::stable_sort(hits.begin(), hits.end(),
                      [](const GlossaryHit& a, const GlossaryHit& b) { return a.term < b.term; });
     std::vector<bool> taken(text.size() + 1);

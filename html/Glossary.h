@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Where the terms of a glossary stand in a text.
+/// @file Finding the terms of a glossary in a text.
 
 #include <vector>
 
@@ -14,13 +14,13 @@ struct GlossaryHit {
     std::size_t term;  ///< its index
 };
 
-/// The occurrences of the terms, without regard to case, as whole words. Of two that compete the term with the lower index
-/// wins, then the one that comes first: an occurrence is dropped when its start lies in, or just behind, one that was taken
-/// before. (One that starts before such a one and reaches into it is taken.) Sorted by their starts, no two of them equal.
+/// Finds the terms as whole words, case-insensitively. If two occurrences compete, the term with the lower index wins,
+/// then the earlier one: an occurrence is dropped if its start is inside, or directly after, one that was accepted
+/// before. (One that starts before such a one and overlaps it is accepted.) Sorted by start; no two are equal.
 std::vector<GlossaryHit> FindTerms(std::string_view text, const CStringArray& terms);
 
-/// Whether bytes `begin` to `end` stand by themselves: no letter or digit on either side, but for a plural "s" or "es"
-/// behind them.
+/// Whether bytes `begin` to `end` are a whole word: no letter or digit on either side, except for a plural "s" or "es"
+/// after them.
 bool IsWholeWord(std::string_view text, std::size_t begin, std::size_t end);
 
 }  // namespace qv::html

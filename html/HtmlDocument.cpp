@@ -13,14 +13,14 @@ using qv::html::IsName;
 constexpr std::string_view kAddressAttributes[] = {"href",     "src",    "background", "action", "formaction",
                                                    "longdesc", "usemap", "cite",       "data",   "poster"};
 
-// The attribute's name from the list; empty for one that holds no address.
+// Returns the attribute's name from the list; empty if it holds no address.
 std::string_view AddressAttribute(std::string_view tag, std::string_view attribute) {
     for (const std::string_view name : kAddressAttributes)
         if (IsName(attribute, name)) return name == "data" && !IsName(tag, "object") ? std::string_view() : name;
     return {};
 }
 
-// Of attributes with the same name the first counts.
+// The first of several attributes with the same name counts.
 template <class Address>
 void ReadAddresses(HtmlTokenizer& tokenizer, std::string_view tag, std::vector<Address>& addresses) {
     addresses.clear();

@@ -10,9 +10,8 @@ using qv::ByteSet;
 using qv::ascii::IsAscii;
 using qv::platform::CodePage;
 
-// The bytes that every one of the rules below turns into something else, and what that is. Each rule states the outcome of
-// its replacements done one after the other; no replacement makes a byte that a later one would find, unless the
-// rule says it here.
+// The bytes that each rule replaces, and their replacements. Each rule gives the result of successive replacements; no
+// replacement creates a byte that a later one would match, unless the rule says so.
 
 struct TextRule {
     using Specials = ByteSet<'&', '<', '>', '\n', '\r', '"', 0xA0>;
@@ -37,10 +36,10 @@ struct AttributeRule {
     static constexpr std::string_view Replacement(char c) { return TextRule::Replacement(c); }
 };
 
-// The string in the attribute is HTML in its turn.
+// The string in the attribute is itself HTML.
 struct NestedScriptRule {
     using Specials = ByteSet<'\\', '\'', '&', '<', '>', '"', 0xA0, '\n', '\r'>;
-    // Line feeds go after the non-breaking spaces were found, so they keep bytes apart.
+    // Line feeds are removed after the non-breaking spaces were found, so they separate bytes.
     static constexpr bool kDropsLineFeeds = false;
 
     static constexpr std::string_view Replacement(char c) {
@@ -74,7 +73,7 @@ struct PlainScriptRule {
 
 struct Utf8TextRule {
     using Specials = ByteSet<'&', '<', '>', '\n', '\r', '"'>;
-    static constexpr bool kDropsLineFeeds = false;  // what joins around one is not looked at
+    static constexpr bool kDropsLineFeeds = false;  // bytes joined around one are not examined
     static constexpr std::string_view Replacement(char c) { return TextRule::Replacement(c); }
 };
 

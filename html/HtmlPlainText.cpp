@@ -5,7 +5,7 @@
 
 namespace {
 
-// Text on its way to lines, in which no blank follows another or begins a line.
+// Collects text as lines without leading or repeated spaces.
 class Lines {
 public:
     explicit Lines(std::size_t expected) { m_text.reserve(expected); }
@@ -41,7 +41,7 @@ private:
     std::string m_text;
 };
 
-// A "<" without a ">" after it is dropped; what follows it is text.
+// A "<" without a ">" after it is dropped; the rest is text.
 Lines ReadLines(std::string_view html) {
     Lines lines(html.size());
     std::size_t from = 0;

@@ -5,8 +5,8 @@ namespace {
 
 using qv::html::AddressBase;
 
-// What relative addresses of the page join to. A longer address in the page's "base" element is not believed: each address
-// of the page would grow by it.
+// The base of the page's relative addresses. A longer address in the page's "base" element is ignored, because it would
+// be added to every address of the page.
 constexpr int kLongestBaseAddress = 1024;
 
 AddressBase BaseFor(const CHtmlDocument& document, std::string_view newBase) {

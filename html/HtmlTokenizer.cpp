@@ -13,7 +13,7 @@ constexpr std::string_view kSpace = "\t\n\f\r ";
 constexpr std::string_view kRawElements[] = {"script", "style",  "textarea", "title",
                                              "xmp",    "iframe", "noembed",  "noframes"};
 
-// HTML's white space; the vertical tab is not part of it.
+// HTML's white space, without the vertical tab.
 bool IsSpace(char c) {
     return kSpace.find(c) != kSpace.npos;
 }
@@ -27,7 +27,7 @@ bool IsRawElement(std::string_view name) {
                        [&](std::string_view raw) { return IsName(name, raw); });
 }
 
-// Whether the text at `position` goes on with a name, after which a tag's name would end.
+// Whether the text continues at `position` with a name, after which a tag's name would end.
 bool NameFollows(std::string_view html, std::size_t position, std::string_view name) {
     if (position > html.size() || html.size() - position <= name.size()) return false;
     const std::string_view found = html.substr(position, name.size());
@@ -84,7 +84,7 @@ void HtmlTokenizer::ReadName(Tag& tag) {
     m_state = State::Attributes;
 }
 
-// A comment, a declaration, a processing instruction, or an end tag without a name.
+// Skips a comment, a declaration, a processing instruction, or an end tag without a name.
 void HtmlTokenizer::SkipDeclaration() {
     if (!m_html.substr(m_position).starts_with("<!--")) {
         m_position = After(">", m_position);
@@ -159,7 +159,8 @@ void HtmlTokenizer::SkipRawText() {
     m_position = std::min(m_position, m_html.size());
 }
 
-// Scripts hidden from old browsers in "<!--" may write whole script elements: there a "</script>" only ends the inner one.
+// Scripts hidden from old browsers in "<!--" may write whole script elements: there, a "</script>" only ends the inner
+// one.
 void HtmlTokenizer::SkipScript() {
     bool hidden = false, inner = false;
     for (; m_position < m_html.size(); ++m_position) {

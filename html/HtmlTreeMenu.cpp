@@ -76,8 +76,7 @@ void CHtmlTreeNode::AppendHtml(CString& html, const char* parentId) {
     AppendChildren(html);
 }
 
-// What a derived class makes of a node is taken as it gives it; plain nodes append to one text, which is not copied on
-// every level.
+// The result of a derived class is inserted as it is; plain nodes append to one text, which avoids a copy per level.
 void CHtmlTreeNode::AppendChildren(CString& html) {
     for (const auto& child : m_children) {
         const CHtmlTreeNode& node = *child;
@@ -92,7 +91,7 @@ CHtmlTreeBuilder::CHtmlTreeBuilder() {
     m_pBuilder = this;
 }
 
-/// While it lives, each node's HasSelected is asked once.
+/// While it lives, each node's HasSelected is called once.
 class CHtmlTreeBuilder::Pass {
 public:
     explicit Pass(CHtmlTreeBuilder& builder) : m_builder(builder) {

@@ -58,7 +58,7 @@ void CHtmlWriter::AppendInMemory(std::string_view text) {
     } else if (LiesIn(text, html)) {
         AppendInMemory(std::string(text));
     } else {
-        // The string itself never grows by less than its size, so appending stays linear in texts of many steps.
+        // std::string at least doubles its capacity, so many small appends remain O(n) in total.
         html.reserve(html.capacity() + kStep);
         html += text;
     }

@@ -28,7 +28,7 @@ void CHtmlWriter::AddHiddenField(const char* name, int value) {
 }
 
 void CHtmlWriter::AddSingleLineTextField(const char* name, int size, const char* value) {
-    // "type type" is what the pages have always held; browsers read past the first word.
+    // "type type" is kept for compatibility with existing pages; browsers ignore the first word.
     CString attributes;
     if (value)
         attributes.Format("type type=\"text\" name=\"%s\" size=\"%d\" value=\"%s\"", name, size, value);

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The tags that open the terms, each made when it is first needed.
+/// The opening tags of the terms, each created on first use.
 class TermTags {
 public:
     explicit TermTags(const CStringArray& explanations)

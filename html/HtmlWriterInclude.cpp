@@ -6,7 +6,7 @@
 
 namespace {
 
-// Nothing when the file cannot be read to its end.
+// Returns nullopt if the file cannot be read to its end.
 std::optional<std::string> ReadPage(const char* path) {
     std::string page;
     try {
@@ -24,8 +24,8 @@ std::size_t FindEither(std::string_view text, std::string_view mark, std::string
     return found != text.npos ? found : text.find(other);
 }
 
-// What the marks enclose; the whole page when it does not mark its body. Pages are taken as simply as they always were:
-// marks in mixed case, or within comments, are no exception.
+// Returns the text between the body tags, or the whole page if it has none. Deliberately simple for compatibility: tags
+// in mixed case are not found, and those in comments are.
 std::string_view BodyOf(std::string_view page) {
     const std::size_t tag = FindEither(page, "<body", "<BODY");
     const std::size_t begin = tag == page.npos ? tag : page.find('>', tag + 1);

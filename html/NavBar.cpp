@@ -14,7 +14,7 @@ void CNavBar::GenerateHtml(CHtmlWriter& writer) {
     writer.OpenTag("TBODY");
     AddHeading(writer);
     writer.CloseTag("TBODY");
-    // The style is no declaration: browsers that read it strictly show the body.
+    // The style is not a valid declaration: strict browsers ignore it and show the body.
     writer.OpenTag("TBODY", m_bAllowRollup ? "id=\"" + m_strRollupGuid + "\" style=\"display='none'\"" : CString());
     AddBody(writer);
     writer.CloseTag("TBODY");

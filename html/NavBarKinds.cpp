@@ -160,7 +160,7 @@ void CMruNavBar::SaveToRegistry() {
 
 void CMruNavBar::AddId(const char* id) {
     auto& ids = m_ids.AsStd();
-    const CString added(id);  // may be one of the ids
+    const CString added(id);  // `id` may point into m_ids
     const auto old = std::find(ids.begin(), ids.end() - 1, added);
     std::rotate(ids.begin(), old, old + 1);
     ids.front() = m_strCurrent = added;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file Filling in the marks that the script files of this folder leave open.
+/// @file Filling in the placeholders of this folder's script files.
 
 #include <initializer_list>
 
@@ -9,14 +9,14 @@
 namespace qv::html {
 
 struct ScriptValue {
-    std::string_view mark;  ///< as it stands in the script, not empty
+    std::string_view mark;  ///< as written in the script, not empty
     std::string_view value;
 };
 
-/// The script with its marks replaced. A value that holds a mark is not looked at again.
+/// Returns the script with its placeholders replaced. Values are not searched for placeholders.
 CString FillScript(std::string_view script, std::initializer_list<ScriptValue> values);
 
-/// A path within a script string: each "\" twice. Nothing else is escaped.
+/// Returns a path for a script string: each "\" is doubled. Nothing else is escaped.
 CString ScriptPath(std::string_view path);
 
 }  // namespace qv::html

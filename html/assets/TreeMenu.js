@@ -1,4 +1,4 @@
-// Draws a menu in the form of a tree, where the page's script calls drawMenu. A page makes the tree by
+// Draws a tree menu where the page's script calls drawMenu. A page builds the tree with
 //
 //   menu = new TreeMenu(directory, name, target, style, remembers, plain);
 //   node = menu.addItem(new TreeNode(text, picture, link, isOpen, folds, style, target, openPicture));
@@ -6,19 +6,19 @@
 //   menu.drawMenu();
 //   menu.resetBranches();
 //
-// directory    of this script; not used
-// name         of the variable that holds the menu; not used
-// target       the frame that links open in, where a node names none
+// directory    of this script; unused
+// name         of the variable that holds the menu; unused
+// target       the default frame for links
 // style        the list's style class, or a node's
-// remembers    whether the window remembers which branches were opened and closed, for all pages of the folder
+// remembers    whether the window remembers which branches are open, for all pages of the folder
 // plain        no pictures on the top level
-// text         shown as it is: no markup; what follows a tab is a note beside it, a size for instance
+// text         plain text without markup; text after a tab is shown as a note beside it, such as a size
 // link         may be empty
-// isOpen       whether a branch is open at first, as are those that lead to the current page
+// isOpen       whether a branch is initially open; branches that lead to the current page always are
 // folds        whether the branch can be opened and closed
 //
-// Branches are drawn when they are opened for the first time, so that large trees open at once. The arrow keys, Home, End,
-// Enter and Space work as in any tree, and letters lead to the next text that begins with them.
+// Branches are drawn when first opened, so that large trees load fast. The arrow keys, Home, End, Enter and Space work
+// as in any tree, and letters move to the next item that begins with them.
 (function () {
   "use strict";
 
@@ -59,7 +59,7 @@
     return root;
   };
 
-  // What the window remembers it by: its own text and those above it.
+  // The key under which the window remembers it: its own text and those of its ancestors.
   TreeNode.prototype.path = function () {
     return (this.parent.parent ? this.parent.path() : "") + "\n" + this.text;
   };
@@ -142,7 +142,7 @@
     list.addEventListener("keydown", this.onKey.bind(this));
   };
 
-  // Every branch as the window remembers it, else as it was first.
+  // Restores the branches that the window remembers; others get their initial state.
   TreeMenu.prototype.resetBranches = function () {
     var states = this.readStates(), open = this.items.slice();
     while (open.length) {
@@ -170,7 +170,7 @@
     try { sessionStorage.setItem(this.storageKey(), JSON.stringify(states)); } catch (refused) { }
   };
 
-  // One item is in the order of the Tab key, the one that had the focus last.
+  // Only the item that had the focus last is in the tab order.
   TreeMenu.prototype.focusOn = function (item) {
     if (!item) return;
     this.current.tabIndex = -1;
@@ -221,7 +221,7 @@
     event.preventDefault();
   };
 
-  // Letters that follow each other soon are the beginning of a text; one letter again and again leads through all that have it.
+  // Letters typed in quick succession form a prefix; repeating one letter cycles through the items that begin with it.
   TreeMenu.prototype.type = function (letter, items, place) {
     var now = Date.now(), isNew = now - (this.typedAt || 0) > 700;
     this.typedAt = now;

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws the pictures of this folder: html/assets/draw.py. Each is a drawing in letters, one a pixel, and "." is clear."""
+"""Draws the pictures of this folder: html/assets/draw.py. Each drawing has one letter per pixel; "." is transparent."""
 
 import pathlib
 import struct
@@ -70,12 +70,12 @@ def rows(drawing):
 
 
 def turned(drawing):
-    """A quarter to the right."""
+    """Rotates by a quarter turn clockwise."""
     return "\n".join("".join(column) for column in zip(*reversed(rows(drawing))))
 
 
 def codes(pixels):
-    """LZW codes of three bits only: the table is cleared before it would need longer ones."""
+    """Encodes with LZW codes of three bits only: the table is cleared before longer ones are needed."""
     bits, count = 0, 0
     for i, pixel in enumerate(pixels):
         if i % 6 == 0:
