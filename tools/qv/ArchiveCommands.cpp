@@ -26,7 +26,7 @@ public:
     }
 
     long Status(UINT type, DWORD first, DWORD second) override {
-        if (type == 0) m_progress.AddBytes(second);  // the size of a block that was compressed
+        if (type == 0) m_progress.AddBytes(second);  // the size of a compressed block
         return CMakeCab::Status(type, first, second);
     }
     void AddFile(const char* path) override {
@@ -38,7 +38,7 @@ private:
     Progress m_progress{"files packed"};
 };
 
-/// Prints what would be packed.
+/// Prints the files that would be packed.
 class DryPack : public CMakeCab {
 public:
     void CreateNewCab() override {
@@ -54,7 +54,7 @@ private:
     Lines m_lines;
 };
 
-/// Adds up the sizes of members, and opens none.
+/// Sums the sizes of members without opening them.
 class SizeReader : public CReadCab {
 public:
     std::uint64_t bytes = 0;
@@ -105,7 +105,7 @@ private:
     Lines m_lines;
 };
 
-/// Opens no member.
+/// Opens no members.
 class Listing : public CReadCab {
 public:
     explicit Listing(const Options& options) : m_options(options), m_lines(options.zero ? '\0' : '\n') {
@@ -142,13 +142,13 @@ private:
     Lines m_lines;
 };
 
-// What an archive holds is found by positions in it, and its set by the names beside it.
+// An archive is read at random positions, and the other cabinets of its set are found in its folder.
 void CheckIsFile(const std::string& archive) {
     if (IsStandardStream(archive)) throw WrongUsage("ARCHIVE must be a file, not standard input or output");
     if (archive.empty()) throw WrongUsage("ARCHIVE must have a name");
 }
 
-/// Archives are called ".cab", whatever extension they are asked to have.
+/// Archives always get the extension ".cab".
 void NoteOtherName(const CString& archive) {
     const CString extension = CFilePath(archive).GetExt();
     if (extension.IsEmpty() || extension.CompareNoCase(".cab") == 0) return;
@@ -156,7 +156,7 @@ void NoteOtherName(const CString& archive) {
     Note("the archive is called " + Native(name.AsStd()));
 }
 
-/// Runs an action on an archive, and gives its failure the whole story.
+/// Runs an action on an archive and replaces the text of its exception by the full description.
 template <class Action>
 void Run(Action action) {
     try {
@@ -189,7 +189,7 @@ void UnpackBy(CReadCab& unpack, const CString& first, const Options& options, IL
     if (!hasManifest && !options.noManifest)
         Note(Native(first.AsStd()) + " has no manifest: members are unpacked by their own names");
     if (!options.dryRun && !QvCreateDirectory(options.folder.c_str()))
-        throw FailedOn(options.folder, "the folder cannot be made");
+        throw FailedOn(options.folder, "the folder cannot be created");
     unpack.SetDestPath(options.folder.c_str());
     unpack.ReadCab(first);
 }
@@ -212,13 +212,13 @@ void AddPack(Command app) {
     const auto options = std::make_shared<Options>();
     command.AddPath("FOLDER", options->folder, "The folder").Require();
     command.AddPath("ARCHIVE", options->archive, "The archive; its extension becomes .cab").Require();
-    command.AddFlag("--no-recurse", options->noRecurse, "Leave out what subfolders hold");
+    command.AddFlag("--no-recurse", options->noRecurse, "Do not pack subfolders");
     command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be packed, and write nothing");
     AddQuiet(command);
     command.SetFooter(
         "Names, contents, times and the read-only attribute are stored. Owners, access lists and the\n"
-        "executable bit are not: unpacked files get the permissions of new files. What cannot be packed is named and\n"
-        "left out; the exit status is 1 then.\n"
+        "executable bit are not: unpacked files get the permissions of new files. Entries that cannot be\n"
+        "packed are reported and skipped; the exit status is then 1.\n"
         "Example:\n  qv pack photos photos.cab");
     command.SetAction([options] { Run([&] { Pack(*options); }); });
 }
@@ -227,13 +227,14 @@ void AddUnpack(Command app) {
     Command command = app.Add("unpack", "Unpack a cabinet archive into a folder");
     const auto options = std::make_shared<Options>();
     command.AddPath("ARCHIVE", options->archive, "The archive").Require();
-    command.AddPath("FOLDER", options->folder, "Where to; made when it is missing").Require();
+    command.AddPath("FOLDER", options->folder, "The target folder; created if missing").Require();
     command.AddFlag("--no-manifest", options->noManifest,
-                    "Members by their own names, as in archives of other programs");
+                    "Use the members' own names, as for archives of other programs");
     command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be written, and write nothing");
     AddQuiet(command);
     command.SetFooter(
-        "Any cabinet of a set will do. Stored, MSZIP and LZX data are read; members with Quantum data are left out.\n"
+        "Any cabinet of a set can be given. Stored, MSZIP and LZX data are read; members with Quantum data are left "
+        "out.\n"
         "Example:\n  qv unpack photos.cab copy-of-photos");
     command.SetAction([options] {
         LeftOuts leftOuts;

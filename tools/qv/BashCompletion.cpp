@@ -27,7 +27,7 @@ constexpr std::string_view kTail = R"(            esac
 }
 complete -o default -F _qv qv)";
 
-// The long ones; a single letter needs no completion.
+// Returns the long names; a single letter needs no completion.
 std::vector<std::string> LongNamesOf(const OptionDescription& option) {
     std::vector<std::string> names;
     for (const std::string& name : option.names)

@@ -104,11 +104,11 @@ void AddInfo(Command bmp) {
     const auto path = std::make_shared<std::string>();
     info.AddPath("FILE", *path, "The bitmap, PNG or icon; - is standard input").Require();
     info.SetFooter(
-        "A PNG, and the largest picture of an icon, are shown as the bitmap that they become.\n"
+        "A PNG, or the largest picture of an icon, is described as the bitmap that it converts to.\n"
         "Example:\n  qv bmp info photo.bmp");
     const auto json = std::make_shared<bool>(false);
     info.AddFlag("-j,--json", *json,
-                 "Print one JSON object: format, headerSize, width, height and so on, numbers but for the first");
+                 "Print one JSON object: format, headerSize, width, height and so on; all but format are numbers");
     info.SetAction([path, json] { PrintInfo(*path, *json); });
 }
 
@@ -120,19 +120,17 @@ void AddConvert(Command bmp) {
         .AddPath("OUT", conversion->out,
                  "The new file; may equal FILE, which is replaced atomically; - is standard output")
         .Require();
-    convert
-        .AddOption("--format", conversion->format, "What to write; without it, what the extension of OUT says, or bmp")
+    convert.AddOption("--format", conversion->format, "The format to write; by default that of OUT's extension, or bmp")
         .CallValue("FORMAT")
         .OneOf({"bmp", "png", "ico"});
-    convert.AddOption("--background", conversion->background, "A colour for what is transparent, as RRGGBB")
+    convert.AddOption("--background", conversion->background, "A background colour for transparent pixels, as RRGGBB")
         .CallValue("COLOUR");
-    convert.AddOption("--size", conversion->sizes, "Pixels of a side of a picture in an icon; may be repeated")
+    convert.AddOption("--size", conversion->sizes, "The side of a picture in an icon, in pixels; may be repeated")
         .CallValue("N")
         .TakeOneEach();
     convert.SetFooter(
-        "Bitmaps get a header of 40 bytes, with alpha one of 108, and sizes, masks, colours and rows as the format "
-        "asks\n"
-        "for. Of an icon the largest picture is taken.\n"
+        "Bitmaps get a header of 40 bytes, or of 108 with alpha, and sizes, masks, colours and rows as the format\n"
+        "requires. The largest picture of an icon is used.\n"
         "Examples:\n  qv bmp convert odd.bmp clean.bmp\n  qv bmp convert logo.png logo.ico --size 16 --size 32 --size "
         "256");
     convert.SetAction([conversion] { Convert(*conversion); });

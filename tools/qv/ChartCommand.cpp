@@ -14,7 +14,7 @@ struct Options : ChartOptions {
 
 void RefuseContradictions(const Options& options) {
     const bool isStacked = options.kind.starts_with("stacked");
-    if (isStacked && options.logarithmic) throw WrongUsage("--log: what is stacked has no logarithmic axis");
+    if (isStacked && options.logarithmic) throw WrongUsage("--log: stacked charts have no logarithmic axis");
     const bool hasPositions = options.kind == "scatter" || options.kind.ends_with("area");
     if (options.kind == "pie" && options.logarithmic) throw WrongUsage("--log: a pie has no axis");
     if (!hasPositions && options.dates) throw WrongUsage("--dates is for area and scatter");
@@ -44,15 +44,15 @@ void AddChart(Command app) {
     command.AddOption("KIND", options->kind, "bar, stacked, pie, area, stacked-area, scatter")
         .Require()
         .OneOf({"bar", "stacked", "pie", "area", "stacked-area", "scatter"});
-    command.AddPath("FILE", options->file, "The values; standard input without it, and for -");
-    command.AddPath("-o,--output", options->output, "The file to write; standard output without it, and for -")
+    command.AddPath("FILE", options->file, "The values; standard input by default, and for -");
+    command.AddPath("-o,--output", options->output, "The file to write; standard output by default, and for -")
         .CallValue("FILE");
     command.AddOption("--title", options->title, "The heading");
     command.AddOption("--x-title", options->xTitle, "The title of the x axis, instead of the first column's name");
     command.AddOption("--y-title", options->yTitle, "The title of the y axis");
     command.AddOption("--width", options->width, "In pixels").CallValue("N").ShowDefault().Between(160, 4000);
     command.AddOption("--height", options->height, "In pixels").CallValue("N").ShowDefault().Between(120, 4000);
-    command.AddFlag("--log", options->logarithmic, "Make the y axis logarithmic; what is not above 0 is left out");
+    command.AddFlag("--log", options->logarithmic, "Make the y axis logarithmic; values not above 0 are omitted");
     command.AddFlag("--log-x", options->logarithmicX, "Make the x axis logarithmic; for scatter");
     command.AddFlag("--dates", options->dates, "Read the first column as dates, in local time; for area and scatter");
     command.SetFooter(

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kMostSeries = 48, kShown = 40;  // bytes of a field in a message
 
-/// A record and the line on which it begins, from 1.
+/// A record and the number of its first line, counted from 1.
 struct Record {
     CStringArray fields;
     std::size_t line;
@@ -23,7 +23,7 @@ public:
         if (m_rest.starts_with("\xEF\xBB\xBF")) m_rest.remove_prefix(3);
     }
 
-    /// The next record that is not empty; false at the end.
+    /// Reads the next record that is not empty; returns false at the end.
     bool Next(Record& record) {
         while (!m_rest.empty()) {
             record.line = m_line;
@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    // A line end between quotes belongs to its field.
+    // A line end inside quotes is part of the field.
     std::string_view Take() {
         bool quoted = false;
         std::size_t end = 0;
@@ -98,9 +98,9 @@ public:
     std::vector<double> Values(std::size_t column) const { return m_values[column]; }
     const CStringArray& Labels() const { return m_labels; }
     const CString& FirstName() const { return m_names[0]; }
-    /// Whether all of the first column are x values.
+    /// Whether every field of the first column is an x value.
     bool HasX() const { return m_firstBadX == 0; }
-    /// @throws Failed for a first column that has a label.
+    /// @throws Failed if the first column has a label.
     const std::vector<double>& X() const {
         if (!HasX())
             throw FailedAt(m_firstBadX, 1, Quoted(m_badX) + (m_isDates ? " is not a date" : " is not a number"));

@@ -15,7 +15,7 @@ std::string ToLibraryForm(const std::string& path) {
     return CFileUtils::GetLibraryPath(path.c_str()).AsStd();
 }
 
-// The parser's own texts name its types.
+// The parser's own messages name its types.
 template <class Number>
 CLI::Validator WholeNumber(const Number&) {
     return CLI::Validator(
@@ -33,7 +33,7 @@ std::vector<std::string> KeysOf(const std::map<std::string, int>& words) {
     return keys;
 }
 
-// Names the words in the help, and in the message about another one; `ToValue` makes of a word what the variable takes.
+// Lists the words in the help and in error messages; `ToValue` converts a word to the variable's type.
 template <class ToValue>
 CLI::Validator WordOf(const std::vector<std::string>& words, ToValue toValue) {
     const std::string list = CLI::detail::join(words, ",");

@@ -11,41 +11,41 @@ class App;
 class Option;
 }  // namespace CLI
 
-/// What the tool's commands are made of. The parser behind it is headers only and large: it is compiled where the command
-/// line as a whole is dealt with, not with every command.
+/// The building blocks of the tool's commands. The parser is large and header-only: only the files that handle the
+/// command line as a whole include it, not every command.
 namespace qv::tool {
 
-/// A command that could not do its work: the text is printed, and the tool exits with 1.
+/// A command failed: the text is printed, and the tool exits with 1.
 struct Failed : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// The failure of work on a path, which comes in the library's form.
+/// Returns the failure of an operation on a path, which is in the library's form.
 Failed FailedOn(const std::string& path, const std::string& what);
 
-/// A command line that the parser has accepted and that makes no sense: the text is printed, and the tool exits with 2.
+/// A command line that parses but is invalid: the text is printed, and the tool exits with 2.
 struct WrongUsage : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// Ends the tool without a word, with an exit status that a command has of its own.
+/// Ends the tool without a message, with a command's own exit status.
 struct Ended {
     int status;
 };
 
-/// An option, or an operand, of a command. A copy stands for the same one, which lives as long as the command line.
+/// A handle to an option or an operand of a command, valid as long as the command line.
 class Option {
 public:
     explicit Option(CLI::Option& option) : m_option(&option) {}
 
     Option& Require();
-    /// What help calls the value.
+    /// Sets the value's name in the help.
     Option& CallValue(const char* name);
-    /// Makes help show the value that the variable has now.
+    /// Makes the help show the variable's current value.
     Option& ShowDefault();
-    /// Of several values, takes one each time that it is given.
+    /// For an option with several values: each occurrence takes one.
     Option& TakeOneEach();
-    /// Refuses numbers that lie outside.
+    /// Refuses numbers outside the range.
     Option& Between(int least, int most);
     /// Refuses all other words.
     Option& OneOf(const std::vector<std::string>& words);
@@ -56,29 +56,29 @@ private:
     CLI::Option* m_option;
 };
 
-/// A command, or a family of commands. Variables have to live until the command line has been read, and actions are
-/// called then: those that belong to an action go with it.
+/// A handle to a command or a family of commands. Variables must live until the command line has been read and the
+/// actions have been called; what an action owns lives as long.
 class Command {
 public:
     explicit Command(CLI::App& app) : m_app(&app) {}
 
     Command Add(const char* name, const char* description);
-    /// A command that does nothing by itself: one of those that are added to it has to be named.
+    /// Adds a command that does nothing by itself: one of its subcommands must be given.
     Command AddFamily(const char* name, const char* description);
 
-    /// Names with dashes are options ("-o,--output"), others operands, which are told apart by their order.
+    /// Names with dashes are options ("-o,--output"), others are operands, identified by position.
     Option AddOption(const char* names, std::string& value, const char* description);
     Option AddOption(const char* names, std::vector<std::string>& values, const char* description);
     Option AddOption(const char* names, int& value, const char* description);
     Option AddOption(const char* names, unsigned& value, const char* description);
-    /// An option whose words stand for numbers.
+    /// Adds an option whose words are mapped to numbers.
     Option AddOption(const char* names, int& value, const std::map<std::string, int>& words, const char* description);
-    /// Options and operands that are paths: the variable gets them in the library's form.
+    /// Adds an option or operand that is a path: the variable gets it in the library's form.
     Option AddPath(const char* names, std::string& path, const char* description);
     Option AddPath(const char* names, std::vector<std::string>& paths, const char* description);
     void AddFlag(const char* names, bool& value, const char* description);
 
-    /// The text below the help: what else is to be said, and an example.
+    /// Sets the text below the help: further notes and an example.
     void SetFooter(const std::string& text);
     void SetAction(std::function<void()> action);
 

@@ -3,28 +3,28 @@
 #include <string>
 #include <vector>
 
-/// What the tool's command line consists of, in plain words for those who write about it. It is told by the parser, so
-/// nothing here knows a command by name.
+/// A description of the tool's command line, in plain data for generators. It is derived from the parser, so nothing
+/// here refers to a particular command.
 namespace qv::tool {
 
 struct OptionDescription {
     /// "-o" and "--output"; an operand has one, without dashes.
     std::vector<std::string> names;
-    /// What it takes, as help shows it: "MODE", "N", "{string,date}"; empty for a flag.
+    /// The value as the help shows it: "MODE", "N", "{string,date}"; empty for a flag.
     std::string value;
-    /// The values that it takes, when these are a few words.
+    /// The possible values, if they are a few words.
     std::vector<std::string> choices;
     std::string description;
     bool operand, required, many;
 };
 
 struct CommandDescription {
-    /// "qv text wrap", of which the last word is the name.
+    /// "qv text wrap", whose last word is the name.
     std::string path, name;
     std::string description, footer;
-    /// Operands too, in order; not --help, which every command has.
+    /// Includes operands, in order; excludes --help, which every command has.
     std::vector<OptionDescription> options;
-    /// Those right below it, by name.
+    /// The direct subcommands, sorted by name.
     std::vector<CommandDescription> commands;
 };
 
@@ -34,18 +34,18 @@ inline std::string Join(const std::vector<std::string>& words, const char* betwe
     return line;
 }
 
-/// The first comment of a script.
+/// Returns the first comment of a script.
 inline std::string CompletionTitle(const std::string& shell) {
     return "# Completion of qv for " + shell + ", made from the tool's own list of commands.\n";
 }
 
-/// A script that makes bash complete the tool's commands, options and values, and file names elsewhere. The command
-/// that is being typed is the longest one that the words before lead to; after "--" comes another program's line.
+/// Returns a script that makes bash complete the tool's commands, options and values, and file names elsewhere. The
+/// command being typed is the longest that the previous words name; after "--" another program's command line follows.
 std::string BashCompletion(const CommandDescription& tool);
-/// The same for fish and for zsh, with descriptions.
+/// The same for fish and zsh, with descriptions.
 std::string FishCompletion(const CommandDescription& tool);
 std::string ZshCompletion(const CommandDescription& tool);
-/// A manual page in the macros of man(7).
+/// Returns a manual page in the macros of man(7).
 std::string ManPage(const CommandDescription& tool);
 
 }  // namespace qv::tool

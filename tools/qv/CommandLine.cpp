@@ -22,7 +22,7 @@ std::string ValueOf(const CLI::Option& option) {
     return type.starts_with("TEXT") ? "TEXT" : "N";
 }
 
-// The parser keeps them in its description of the type only: "TEXT:{a,b}" and "INT:value in {a->0,b->1} OR {0,1}".
+// The parser has them only in its description of the type: "TEXT:{a,b}" and "INT:value in {a->0,b->1} OR {0,1}".
 std::vector<std::string> ChoicesOf(const CLI::Option& option) {
     const std::string type = option.get_type_name();
     const std::size_t open = type.find('{');
@@ -61,7 +61,7 @@ CommandDescription Describe(const CLI::App& command, const std::string& parent =
     return described;
 }
 
-// Help without what the parser's own has for programmers: the types of texts, and "REQUIRED" behind every position.
+// Omits what the parser's own help shows for programmers: the types of texts, and "REQUIRED" after every positional.
 class HelpText : public CLI::Formatter {
 public:
     std::string make_option_opts(const CLI::Option* option) const override {
@@ -77,11 +77,11 @@ void AddPrinter(CLI::App& app, const char* option, std::string (*text)(const Com
     app.add_flag_callback(option, print, description);
 }
 
-// "qv help text wrap" shows what "qv text wrap --help" does.
+// "qv help text wrap" is equivalent to "qv text wrap --help".
 void AddHelp(CLI::App& app) {
     CLI::App& help = *app.add_subcommand("help", "Show the help of a command");
     const auto words = std::make_shared<std::vector<std::string>>();
-    help.add_option("COMMAND", *words, "The command; all of them without it");
+    help.add_option("COMMAND", *words, "The command; by default all commands");
     help.footer("Example: qv help text wrap");
     help.callback([&app, words] {
         const CLI::App* command = &app;
@@ -97,7 +97,7 @@ void AddHelp(CLI::App& app) {
 }
 
 struct Entry {
-    const char* names;  // between blanks
+    const char* names;  // separated by spaces
     void (*add)(Command);
 };
 
@@ -121,7 +121,8 @@ constexpr Entry kCommands[] = {
     {" xml ", AddXml},
 };
 
-// A line that begins with the name of a command needs no other one: the parser takes most of the time of a short command.
+// If the line begins with a command's name, only that command is added: for a short command, the parser takes most of
+// the time.
 void AddCommands(CLI::App& app, std::string_view first) {
     const std::string name = " " + std::string(first) + " ";
     const auto* const named = std::ranges::find_if(kCommands, [&](const Entry& entry) {
@@ -132,7 +133,7 @@ void AddCommands(CLI::App& app, std::string_view first) {
     AddHelp(app);
 }
 
-// The version, the options that print what there is, and the commands.
+// Sets up the version, the options that print generated texts, and the commands.
 void SetUp(CLI::App& app, std::string_view first) {
     app.name("qv");
     app.formatter(std::make_shared<HelpText>());

@@ -2,14 +2,14 @@
 
 namespace qv::tool {
 
-/// The tool's exit statuses, beside those that a command has of its own.
+/// The tool's exit statuses; a command may have others.
 enum ExitStatus { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 
-/// Prints the version where that is all the line asks for, as build scripts do: it needs neither the locale nor the parser.
-/// False for every other line.
+/// If the command line only asks for the version, as build scripts do, prints it without initializing the locale or the
+/// parser and returns true.
 bool PrintVersion(int argc, char** argv);
 
-/// Reads the command line and carries out its command; the exit status. What a command raises passes through.
+/// Parses the command line and runs its command; returns the exit status. The command's exceptions pass through.
 int Run(int argc, char** argv);
 
 }  // namespace qv::tool

@@ -2,7 +2,7 @@
 
 #include "tools/qv/Command.h"
 
-/// Each adds one command of the tool, or a family.
+/// Each function adds one command of the tool, or a family.
 namespace qv::tool {
 
 void AddArchiveCommands(Command app);

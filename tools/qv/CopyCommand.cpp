@@ -16,7 +16,7 @@ struct Options {
     bool laterOnly = false, dryRun = false;
 };
 
-/// Counts what is copied.
+/// Counts the copied files.
 class CountedFiles : public ICopyProgress {
 public:
     explicit CountedFiles(const Options& options) {
@@ -79,12 +79,14 @@ void AddCopy(Command app) {
     const auto options = std::make_shared<Options>();
     Command command = app.Add("copy", "Copy a folder tree, with times and attributes");
     command.AddPath("SOURCE", options->source, "The folder to copy").Require();
-    command.AddPath("TARGET", options->target, "The folder that gets what SOURCE holds; made when missing").Require();
-    command.AddFlag("-l,--later-only", options->laterOnly, "Leave files alone that are as new or newer in TARGET");
+    command.AddPath("TARGET", options->target, "The folder that receives the content of SOURCE; created if missing")
+        .Require();
+    command.AddFlag("-l,--later-only", options->laterOnly, "Skip files that are as new or newer in TARGET");
     command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be written, and write nothing");
     AddQuiet(command);
     command.SetFooter(
-        "What cannot be copied is named, links to folders too, and all else is copied; the exit status is 1 then.\n"
+        "Entries that cannot be copied, such as links to folders, are reported and skipped; the exit status is then "
+        "1.\n"
         "Example: qv copy documents backup --later-only");
     command.SetAction([options] { Copy(*options); });
 }

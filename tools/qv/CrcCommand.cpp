@@ -23,13 +23,13 @@ struct Options {
     char LineEnd() const { return zero ? '\0' : '\n'; }
 };
 
-/// A line of a list: a name in the library's form, and the checksum that its file has to have.
+/// A line of a list: a name in the library's form, and the expected checksum of its file.
 struct Expected {
     std::string path;
     unsigned long crc;
 };
 
-// The lines of a file, or of standard input, without empty ones. In lists of text a CR goes with the line end.
+// Returns the lines of a file, or of standard input, without empty ones. In text lists, a CR is part of the line end.
 std::vector<std::string> LinesOf(const std::string& file, const Options& options) {
     std::vector<std::string> lines;
     const std::string text = ReadDocument(file);
@@ -47,7 +47,7 @@ std::string PathFrom(const std::string& name) {
     return CFileUtils::GetLibraryPath(name.c_str()).AsStd();
 }
 
-// The operands, and what the list of names adds.
+// Returns the operands and the names in the list.
 std::vector<std::string> FilesOf(const Options& options) {
     std::vector<std::string> files = options.files;
     if (!options.filesFrom.empty())
@@ -84,7 +84,8 @@ std::optional<unsigned long> CrcFrom(const std::string& digits) {
     return std::stoul(digits, nullptr, 16);
 }
 
-// "DIGITS  NAME", with "*" for the second blank at will, as this tool and rhash write it, or "NAME DIGITS", as in SFV files.
+// Parses "DIGITS  NAME", optionally with "*" as the second separator, as this tool and rhash write it, or "NAME
+// DIGITS", as in SFV files.
 std::optional<Expected> ParseLine(const std::string& line) {
     constexpr std::size_t kDigits = 8;
     if (line.size() > kDigits + 1) {
@@ -119,10 +120,12 @@ public:
         });
     }
 
-    /// @throws Failed when a file is not as it has to be, or no line was one of a list.
+    /// @throws Failed if a file does not match, or if no line could be parsed.
     void Finish() {
         m_lines.Write();
-        if (m_malformed) Complain(std::to_string(m_malformed) + " lines are not those of a list of checksums");
+        if (m_malformed)
+            Complain(std::to_string(m_malformed) + (m_malformed == 1 ? " line is" : " lines are") +
+                     " improperly formatted");
         if (m_mismatches)
             throw Failed(std::to_string(m_mismatches) + " of " + std::to_string(m_count) + " did not match");
         if (m_count == 0) throw Failed("no checksums were found");
@@ -156,9 +159,9 @@ void Check(const Options& options) {
 
 void AddCrc(Command app) {
     const auto options = std::make_shared<Options>();
-    Command command = app.Add("crc", "Print the CRC-32 of files: 8 hex digits, two blanks, name");
+    Command command = app.Add("crc", "Print the CRC-32 of files: 8 hex digits, two spaces, name");
     command.AddPath("FILE", options->files, "The files; - is standard input");
-    command.AddFlag("-c,--check", options->check, "Read such lists, or SFV files, and check the files that they name");
+    command.AddFlag("-c,--check", options->check, "Read such lists, or SFV files, and check the files in them");
     command
         .AddPath("-T,--files-from", options->filesFrom,
                  "Files whose names are the lines of this file; - is standard input")
@@ -167,7 +170,7 @@ void AddCrc(Command app) {
     command.AddFlag("-0,--null", options->zero, "End lines with a zero byte, and read lists of such lines");
     command.AddFlag("-j,--json", options->json, "Print one JSON object a line: path, crc32; or path, matches, list");
     command.SetFooter(
-        "Lists of rhash --crc32 --simple and of cksfv are read too; those of cksum hold another checksum.\n"
+        "Lists of rhash --crc32 --simple and of cksfv can be read too; those of cksum use another checksum.\n"
         "Example: qv crc *.zip > zips.crc; qv crc --check zips.crc");
     command.SetAction([options] {
         if (options->files.empty() && options->filesFrom.empty()) throw WrongUsage("FILE is required");

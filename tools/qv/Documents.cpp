@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kPiece = 64 * 1024;
 
-/// Gathers what is written into large pieces.
+/// Buffers the output to write it in large pieces.
 class WholeFile : public CSaveFile {
 public:
     explicit WholeFile(const std::string& path) : CSaveFile(path.c_str()) {}

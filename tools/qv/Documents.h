@@ -5,20 +5,20 @@
 
 #include "qvcommon/framework/File.h"
 
-/// Files that commands read or write whole. In place of a file, "-" is standard input or output.
+/// Files that commands read or write as a whole. "-" stands for standard input or output.
 namespace qv::tool {
 
 bool IsStandardStream(const std::string& path);
 
-/// All bytes. @throws CFileException*
+/// Returns all bytes. @throws CFileException*
 std::string ReadDocument(const std::string& path);
 
-/// Writes a new version of a file, which takes the old one's place only when it is complete: the old one may be what the
-/// new one is made from. Nothing is written when `write` raises.
+/// Writes a new version of a file, which replaces the old one only when it is complete: the old one may be its source.
+/// If `write` raises, the file is unchanged.
 /// @throws CFileException*, and what `write` raises.
 void WriteDocument(const std::string& path, const std::function<void(CFile&)>& write);
 
-/// A file in memory, for what takes files only: it is read from its start, and written at its end.
+/// A file in memory, for functions that only accept files: read from its start, written at its end.
 class MemoryFile : public CFile {
 public:
     explicit MemoryFile(std::string bytes = {}) : m_bytes(std::move(bytes)) {}

@@ -13,7 +13,7 @@
 namespace qv::tool {
 namespace {
 
-// A walk that insists on a header and on the record that ends a metafile.
+// Requires a header and the record that ends a metafile.
 class WholeMetafile : public CParseEmf {
 public:
     void Walk(const std::string& path) {
@@ -35,7 +35,7 @@ private:
 
 struct Field {
     const char* label;
-    std::size_t offset, count;  ///< its first word, in bytes, and how many there are
+    std::size_t offset, count;  ///< the byte offset of its first word, and the number of words
 };
 
 constexpr Field kFields[] = {{"bounds", 8, 4}, {"frame", 24, 4}, {"device", 72, 2}, {"millimetres", 80, 2}};
@@ -47,7 +47,7 @@ std::vector<std::int64_t> NumbersOf(const EmfRecord& header, const Field& field)
     return numbers;
 }
 
-// The header's description in UTF-8: the program's name, a zero and the picture's name.
+// Returns the header's description in UTF-8: the program's name, a zero and the picture's name.
 std::string Description(const EmfRecord& header) {
     constexpr std::size_t lengthAt = 60, offsetAt = 64;
     const std::uint64_t length = header.Word(lengthAt), offset = header.Word(offsetAt);
@@ -132,14 +132,13 @@ void AddList(Command emf) {
                     "Print one JSON object a line: number, name, size; in the first also bounds, frame, device, "
                     "millimetres, description");
     command.SetFooter(
-        "After the first record come the header's bounds and frame (left, top, right, bottom), the device's size in "
-        "pixels\n"
-        "and millimetres, and the description.\nExample:\n  qv emf list drawing.emf");
+        "The first record is followed by the header's bounds and frame (left, top, right, bottom), the device's\n"
+        "size in pixels and millimetres, and the description.\nExample:\n  qv emf list drawing.emf");
     command.SetAction([path, json] { RecordList{*path, *json}; });
 }
 
 void AddNormalise(Command emf) {
-    Command command = emf.Add("normalise", "Copy a metafile, with the bytes cleared that the format leaves undefined");
+    Command command = emf.Add("normalise", "Copy a metafile and clear the bytes that the format leaves undefined");
     const auto path = std::make_shared<std::string>(), out = std::make_shared<std::string>();
     command.AddPath("FILE", *path, "The metafile; - is standard input").Require();
     command.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically; - is standard output")

@@ -27,7 +27,7 @@ void PrintName(const CString& path) {
     lines.Write();
 }
 
-// What a folder holds, and the folder itself unless that is kept.
+// Prints the content of a folder, and the folder itself unless it is kept.
 void PrintTree(const std::string& folder, bool keepRoot) {
     FileFinder finder;
     finder.SetSearchPath(folder.c_str());
@@ -41,7 +41,7 @@ void PrintTree(const std::string& folder, bool keepRoot) {
     lines.Write();
 }
 
-// Folders that are deleted by mistake, as "rm" has it: the current one, the one above, and the root.
+// Whether this is a folder that is only deleted by mistake, as with "rm": the current one, its parent, or the root.
 bool IsGuarded(const std::string& folder) {
     std::string path = Native(folder);
     const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
@@ -105,7 +105,7 @@ void AddLog(Command app) {
     Command command = AddFileCommand(app, "log", "Add a line to a file that others log to, too", "FILE", options->file,
                                      "The log; made when missing", "qv log night.log \"backup done\" --stamp");
     command.AddOption("TEXT", options->text, "The line").Require();
-    command.AddFlag("-s,--stamp", options->stamp, "Put the time in front");
+    command.AddFlag("-s,--stamp", options->stamp, "Prepend the time");
     command.SetAction([options] {
         if (!CFileUtils::Log(options->file.c_str(), options->text.c_str(), options->stamp))
             throw FailedOn(options->file, "the line could not be written");

@@ -31,7 +31,7 @@ std::string JsonOf(const FileFinder& finder, int index) {
     return json.Line();
 }
 
-/// Prints what it finds while it searches.
+/// Prints each match as it is found.
 class PrintingFinder : public FileFinder {
 public:
     explicit PrintingFinder(const Options& options) : m_options(options), m_lines(options.zero ? '\0' : '\n') {}
@@ -85,16 +85,15 @@ void Find(const Options& options) {
 
 void AddFind(Command app) {
     const auto options = std::make_shared<Options>();
-    Command command = app.Add("find", "List what a folder holds: depth number, tab, relative path");
+    Command command = app.Add("find", "List the content of a folder: depth number, tab, relative path");
     command.AddPath("FOLDER", options->folder, "The folder to search").Require();
-    command
-        .AddOption("-m,--mask", options->masks, "List names that match, with * and ?; all without it; may be repeated")
+    command.AddOption("-m,--mask", options->masks, "List only names that match, with * and ?; may be repeated")
         .CallValue("MASK")
         .TakeOneEach();
-    command.AddOption("-x,--exclude", options->excluded, "Neither list nor enter names that match; may be repeated")
+    command.AddOption("-x,--exclude", options->excluded, "Neither list nor enter matching names; may be repeated")
         .CallValue("MASK")
         .TakeOneEach();
-    command.AddFlag("-r,--recurse", options->recurse, "Search the folders below it too");
+    command.AddFlag("-r,--recurse", options->recurse, "Search subfolders as well");
     const std::map<std::string, int> modes{{"none", 0}, {"only", 1}, {"too", 2}};
     command.AddOption("-f,--folders", options->folders, modes, "Whether folders are listed: none, only or too")
         .CallValue("MODE");
@@ -102,8 +101,8 @@ void AddFind(Command app) {
     command.AddFlag("-j,--json", options->json, "Print one JSON object a line: path, depth, type, size, modified");
     AddQuiet(command);
     command.SetFooter(
-        "The depth numbers siblings: the first folder below another has that one's number, each further one 1 more.\n"
-        "Folders that cannot be searched are named on standard error; the exit status is 1 then.\n"
+        "The first subfolder of a folder has the folder's depth number, each further one 1 more.\n"
+        "Folders that cannot be searched are reported on standard error; the exit status is then 1.\n"
         "Example: qv find documents --mask '*.txt' --recurse");
     command.SetAction([options] { Find(*options); });
 }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-// Without quotes. False when the text is not UTF-8.
+// Appends without quotes. Returns false if the text is not UTF-8.
 bool AppendString(std::string& out, std::string_view utf8) {
     bool isText = true;
     while (!utf8.empty()) {
@@ -87,7 +87,7 @@ JsonObject& JsonObject::TimeNow(const char* name) {
     return Time(name, duration_cast<seconds>(system_clock::now().time_since_epoch()).count());
 }
 
-// False when the text is not UTF-8.
+// Returns false if the text is not UTF-8.
 bool JsonObject::AddText(std::string_view name, std::string_view utf8) {
     Name(name);
     m_text += '"';

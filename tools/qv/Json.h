@@ -8,7 +8,7 @@
 
 namespace qv::tool {
 
-/// One object of JSON (RFC 8259) on one line. Names of fields are plain ASCII.
+/// One JSON object (RFC 8259) on one line. Field names are plain ASCII.
 class JsonObject {
 public:
     template <class Integer>
@@ -19,14 +19,14 @@ public:
     }
     JsonObject& Truth(const char* name, bool value);
     JsonObject& Numbers(const char* name, const std::vector<std::int64_t>& values);
-    /// Of seconds since 1970, as "2026-11-22T09:30:00Z". No field without a time.
+    /// Adds seconds since 1970 as "2026-11-22T09:30:00Z". Adds no field for nullopt.
     JsonObject& Time(const char* name, std::optional<std::int64_t> seconds);
     JsonObject& TimeNow(const char* name);
-    /// A text of the process's code page. One that is not has U+FFFD in the place of what is not, and its bytes in
-    /// hexadecimal digits in a second field: "nameBytes" beside "name".
+    /// Adds a text of the process's code page. In an invalid text, U+FFFD replaces the invalid bytes, and a second
+    /// field has all bytes as hexadecimal digits: "nameBytes" beside "name".
     JsonObject& Text(const char* name, std::string_view text);
     JsonObject& Utf8Text(const char* name, std::string_view text);
-    /// A path in the library's form, as the system writes it.
+    /// Adds a path, given in the library's form, in the system's form.
     JsonObject& Path(const char* name, std::string_view path);
 
     std::string Line() const { return m_text + '}'; }

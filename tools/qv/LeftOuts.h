@@ -7,13 +7,13 @@
 
 namespace qv::tool {
 
-/// Names on standard error what a walk leaves out, as it comes, and counts it.
+/// Prints what a walk leaves out to standard error, as it is reported, and counts it.
 class LeftOuts : public ILeftOut {
 public:
     void OnLeftOut(const QvLeftOut& entry) override;
 
     std::size_t Count() const { return m_count; }
-    /// @throws Failed when anything was left out.
+    /// @throws Failed if anything was left out.
     void Check() const;
 
 private:

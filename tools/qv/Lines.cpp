@@ -38,7 +38,7 @@ void Lines::End() {
 void Lines::Write() {
     m_next = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
     ClearProgressLine();
-    const std::string text = std::exchange(m_text, {});  // also when this fails
+    const std::string text = std::exchange(m_text, {});  // also if this fails
     m_text.reserve(text.capacity());
     AfxWriteStandardOutput(text);
 }

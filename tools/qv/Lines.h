@@ -9,8 +9,8 @@
 
 namespace qv::tool {
 
-/// Lines for standard output, written in bulk, but within a tenth of a second while lines come. The rest is written at the
-/// end, where a failure is ignored: call Write to learn of it.
+/// Buffered lines for standard output, written at least every tenth of a second while lines are added. The destructor
+/// writes the rest and ignores failures: call Write to have them reported.
 class Lines {
 public:
     explicit Lines(char end = '\n') : m_end(end) {}
@@ -20,7 +20,8 @@ public:
 
     /// @throws CFileException*, as Write.
     void Add(const std::string& line);
-    /// Adds a line with a name from outside, visibly where standard output is a terminal, but as it is between zero bytes.
+    /// Adds a line with an untrusted name, escaped if standard output is a terminal, verbatim if lines end in zero
+    /// bytes.
     void AddName(const std::string& name, std::string_view before = {}, std::string_view after = {});
     void Write();
 
@@ -32,12 +33,12 @@ private:
     std::chrono::steady_clock::time_point m_next{};
 };
 
-/// Lines that have to be seen at once, written from where no exception may leave.
+/// Unbuffered lines, written from code that must not throw.
 class LiveLines {
 public:
     explicit LiveLines(char end = '\n') : m_end(end) {}
 
-    /// False when it failed, now or before: nothing is written any more.
+    /// Returns false after a failure, now or earlier: nothing more is written.
     bool Write(const std::string& line);
     /// @throws CFileException* when a line could not be written.
     void Check() const;

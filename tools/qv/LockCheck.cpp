@@ -14,7 +14,7 @@
 namespace qv::tool {
 namespace {
 
-/// Runs one trial, which raises what keeps it from holding.
+/// Runs one trial, which raises an exception if the property does not hold.
 LockCheck Try(const std::string& text, const std::function<void()>& trial) {
     try {
         trial();
@@ -28,7 +28,7 @@ LockCheck Try(const std::string& text, const std::function<void()>& trial) {
     }
 }
 
-/// What an opener does, and what it keeps others from doing.
+/// The access of an opener, and the access that it denies to others.
 struct Mode {
     UINT flags;
     bool reads, writes, deniesReading, deniesWriting;
@@ -50,7 +50,7 @@ std::vector<Mode> AllModes() {
     return modes;
 }
 
-/// Two openers in each pair of modes: the second is let in exactly when neither excludes the other.
+/// Opens the file twice in each pair of modes: the second must succeed exactly when neither excludes the other.
 void TryShareModes(const CString& path) {
     int wrong = 0, cells = 0;
     for (const Mode& first : AllModes()) {
@@ -88,7 +88,7 @@ void TrySaving(const CString& document) {
     if (CFileUtils::ReadFile(document) != "second") throw Failed("the file has other contents");
 }
 
-/// Names of file systems that several machines use at once, and whose servers keep the locks.
+/// File systems that several machines share and whose servers enforce the locks.
 constexpr const char* kKeptByServers[] = {"nfs", "nfs4", "cifs", "smb3", "ceph", "gfs2", "ocfs2", "fuse.glusterfs"};
 
 bool IsKeptByServer(const CString& kind) {

@@ -5,16 +5,16 @@
 
 namespace qv::tool {
 
-/// One thing that shared documents need of a folder.
+/// A property of a folder that shared documents require.
 struct LockCheck {
-    std::string text;  ///< in words, with what went wrong where it does not hold
+    std::string text;  ///< describes the property, and the failure if it does not hold
     bool holds;
 };
 
-/// Tries what locks and saving need, with files of its own in the folder, which it deletes again.
+/// Tests what locks and saving require, using its own files in the folder, which it deletes.
 std::vector<LockCheck> CheckLocks(const std::string& folder);
 
-/// Who is kept out by a lock in the folder, as far as the kind of its file system tells.
+/// Describes whom a lock in the folder excludes, judged by the kind of file system.
 std::string DescribeReach(const std::string& folder);
 
 }  // namespace qv::tool

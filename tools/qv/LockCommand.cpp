@@ -24,7 +24,7 @@ std::string ReasonOf(const CLockFile& lock, const std::string& document) {
     return Native(document) + " could not be locked: " + MessageOf(error);
 }
 
-/// Prints what holds in the folder, a line each; false when something does not.
+/// Prints a line for each property of the folder; returns false if one does not hold.
 bool Check(const std::string& folder) {
     bool holds = true;
     Lines lines;
@@ -37,7 +37,7 @@ bool Check(const std::string& folder) {
     return holds;
 }
 
-// The status that shells give for such a command.
+// Returns the status that shells use for a command that could not be started.
 int NotStarted(const std::string& command, CFileException* error) {
     constexpr int kNotExecutable = 126, kNotFound = 127;
     const bool isMissing = error->m_cause == CFileException::fileNotFound || error->m_cause == CFileException::badPath;
@@ -51,7 +51,7 @@ int RunLocked(const Options& options) {
     if (options.command.empty()) throw WrongUsage("DOCUMENT and COMMAND are required");
     CLockFile lock;
     lock.SetSourceFile(options.document.c_str());
-    // The command keeps the lock until it has ended, whatever becomes of this program.
+    // The command keeps the lock until it has ended, even if this program ends earlier.
     lock.SetInheritable(1);
     const bool held =
         options.wait < 0 ? lock.Lock(options.attempts) : lock.LockFor(static_cast<UINT>(options.wait) * 1000);
@@ -72,8 +72,8 @@ int RunLocked(const Options& options) {
 void AddLockCommand(Command app) {
     Command command = app.Add("lock", "Run a command while holding the lock on a shared document");
     const auto options = std::make_shared<Options>();
-    command.AddPath("DOCUMENT", options->document, "The document; its lock file lies beside it");
-    command.AddOption("--attempts", options->attempts, "How often to try, with growing pauses from 500 ms on")
+    command.AddPath("DOCUMENT", options->document, "The document; its lock file is beside it");
+    command.AddOption("--attempts", options->attempts, "The number of attempts, with growing pauses from 500 ms on")
         .Between(1, 1000)
         .ShowDefault();
     command.AddOption("--wait", options->wait, "Wait for the lock up to this many seconds, instead of --attempts")
@@ -82,9 +82,9 @@ void AddLockCommand(Command app) {
     command.AddPath("--check", options->folderToCheck, "Test what locks guarantee in this folder, and run nothing")
         .CallValue("FOLDER");
     command.SetFooter(
-        "The command holds the lock until it has ended, even if qv is ended before.\n"
-        "The exit status is the command's, 127 or 126 when it is missing or cannot be run; 1, and the holder's name,\n"
-        "when the lock cannot be had.\n"
+        "The command holds the lock until it exits, even if qv exits earlier.\n"
+        "The exit status is the command's; 127 or 126 if it is missing or cannot be run; 1 if the lock cannot be\n"
+        "acquired, and the holder's name is printed.\n"
         "Examples:\n  qv lock plan.doc --attempts 3 -- editor plan.doc\n  qv lock --check /srv/shared");
     command.SetAction([options] {
         if (const int status = RunLocked(*options)) throw Ended{status};

@@ -16,7 +16,7 @@ int Fail(const char* reason) {
     return kFailed;
 }
 
-// Whether a write failed because the reader of our output has had enough, as "head" has: that is nobody's mistake.
+// Whether a write failed because the reader of our output has closed the pipe, as "head" does: not an error.
 bool IsReaderGone(const CException& error) {
     const auto* const file = dynamic_cast<const CFileException*>(&error);
     return file && AfxIsReaderGone(*file);

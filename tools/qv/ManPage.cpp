@@ -74,7 +74,7 @@ Paths may use the system's separator or a backslash. A file that is called - is 
 .BR rhash (1),
 .BR flock (1))";
 
-// Text as it is: no dash may become a hyphen, no first character a request.
+// Returns the text literally: no dash may become a hyphen, no first character a request.
 std::string Plain(std::string_view text) {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -92,12 +92,12 @@ std::string Plain(std::string_view text) {
     return out;
 }
 
-// A name, and what the option takes.
+// Returns a name and the option's value.
 std::string With(const std::string& name, const OptionDescription& option) {
     return option.operand || option.value.empty() ? name : name + " " + option.value;
 }
 
-// The options first: what follows the operands may be another program's line.
+// Options come first: what follows the operands may be another program's command line.
 std::string Usage(const CommandDescription& command) {
     std::string usage = command.path;
     for (const bool operands : {false, true})
@@ -120,7 +120,7 @@ std::string Section(const CommandDescription& command) {
     return text + ".P\n.nf\n" + Plain(command.footer) + "\n.fi\n";
 }
 
-// The commands that do something themselves: "text wrap", not "text".
+// Collects the commands that have no subcommands: "text wrap", not "text".
 void AddLeaves(const CommandDescription& command, std::vector<const CommandDescription*>& leaves) {
     if (command.commands.empty()) leaves.push_back(&command);
     for (const CommandDescription& below : command.commands) AddLeaves(below, leaves);

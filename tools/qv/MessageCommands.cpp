@@ -41,7 +41,7 @@ void Listen(const Options& options) {
     Printer listener(options);
     if (!listener.Create(options.name.c_str(), 0)) {
         if (CUserMessageListener::DoesListenerExist(options.name.c_str(), 0))
-            throw Failed("somebody listens as " + options.name + " already");
+            throw Failed("another program already listens as " + options.name);
         throw Failed("cannot listen as " + options.name);
     }
     while (!listener.m_failed && (options.count == 0 || listener.m_printed < options.count))
@@ -51,7 +51,7 @@ void Listen(const Options& options) {
 
 void Send(const Options& options) {
     if (!CUserMessageListener::SendUserMessage(options.name.c_str(), 0, CString(options.text)))
-        throw Failed("nobody listens as " + options.name);
+        throw Failed("no program listens as " + options.name);
 }
 
 }  // namespace
@@ -60,7 +60,7 @@ void AddListen(Command app) {
     Command command = app.Add("listen", "Print the texts that are sent to a name");
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "The name; one program at a time listens to it").Require();
-    command.AddOption("-c,--count", options->count, "End after so many texts");
+    command.AddOption("-c,--count", options->count, "Exit after this many texts");
     command.AddFlag("-0,--null", options->zero, "End each text with a zero byte");
     command.AddFlag("-j,--json", options->json, "Print one JSON object for each: name, text, time");
     command.SetFooter("Example:\n  qv listen builds --count 1");

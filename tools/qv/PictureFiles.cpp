@@ -23,7 +23,7 @@ std::string_view ReadStart(CFile& file, Start& start) {
     return read;
 }
 
-/// What a file is that is no picture which we read, as far as its first bytes tell.
+/// Describes the type of a file that is not a supported picture, judged by its first bytes.
 std::string WhatIs(CFile& file) {
     constexpr std::pair<std::string_view, const char*> kKinds[] = {{"\xFF\xD8\xFF", "a JPEG picture"},
                                                                    {"GIF8", "a GIF picture"},
@@ -48,7 +48,7 @@ bool HasExtension(const std::string& path, std::string_view extension) {
                       [](char wanted, char c) { return wanted == (c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c); });
 }
 
-/// As large as fits into a square.
+/// Scales to the largest size that fits into a square.
 void Fit(const CDIBitmap& picture, int side, CDIBitmap& fitted) {
     int width = 0, height = 0;
     CImageHelper::GetSize(picture, width, height);
@@ -111,7 +111,7 @@ void PictureFile::LoadFrom(CFile& file, const std::string& path) try {
 } catch (CVorbexException* refused) {
     const std::string text = refused->GetText().AsStd();
     refused->Delete();
-    throw IsStandardStream(path) ? FailedOn(path, text) : Failed(text);  // which names the file
+    throw IsStandardStream(path) ? FailedOn(path, text) : Failed(text);  // an exception that names the file
 }
 
 void PictureFile::LoadLargest(CFile& file) {

@@ -5,18 +5,19 @@
 
 #include "qvcommon/ImageHelper.h"
 
-/// Files of pictures, as commands read and write them.
+/// Reading and writing of picture files for commands.
 namespace qv::tool {
 
 enum class PictureFormat { Bmp, Png, Ico };
 
 /// "BMP", "PNG" or "ICO".
 const char* NameOf(PictureFormat format);
-/// For a word "bmp", "png" or "ico"; without a word by the extension of the path, BMP for others.
+/// Returns the format for a word "bmp", "png" or "ico"; for an empty word, the format for the path's extension, by
+/// default BMP.
 PictureFormat FormatFor(const std::string& word, const std::string& path);
 
-/// The picture of a file, whatever its format, which its first bytes tell; of an icon the largest one. "-" is standard
-/// input.
+/// The picture in a file of any supported format, detected by its first bytes; the largest picture of an icon. "-" is
+/// standard input.
 class PictureFile : public CDIBitmap {
 public:
     /// @throws Failed, CFileException*
@@ -34,8 +35,8 @@ private:
     PictureFormat m_format = PictureFormat::Bmp;
 };
 
-/// Writes the picture in a format; as an icon in these sizes: it is fitted into squares of so many pixels. Without sizes
-/// an icon has the picture as it is. @throws Failed, which names `source`; CFileException*
+/// Writes the picture in a format. An icon contains it once per size, fitted into squares of that many pixels; without
+/// sizes, unchanged. @throws Failed, which names `source`; CFileException*
 void WritePicture(const std::string& path, PictureFormat format, const std::vector<int>& iconSizes, CDIBitmap& picture,
                   const std::string& source);
 

@@ -11,20 +11,20 @@
 
 namespace qv::tool {
 
-/// Gives a command -q, --quiet, with which no progress and no note is shown.
+/// Adds the option -q, --quiet to a command, which suppresses progress and notes.
 void AddQuiet(Command command, const char* description = "Show neither progress nor notes, only errors");
 bool IsQuiet();
-/// Writes a message to standard error that is no error, unless the user wants none.
+/// Writes an informational message to standard error unless the user has suppressed them.
 void Note(const std::string& message);
 
-/// Writes "qv: ", the message and a line end to standard error, visibly where that is a terminal.
+/// Writes "qv: ", the message and a line end to standard error, escaped if that is a terminal.
 void Complain(std::string_view message);
 
-/// Empties the line that a Progress has written on the terminal, if one has: whoever prints calls it first.
+/// Clears the progress line on the terminal, if there is one. Must be called before anything is printed.
 void ClearProgressLine();
 
-/// One line on standard error that counts, when that is a terminal; nothing otherwise. It is drawn at most ten times a
-/// second and goes with the object.
+/// A progress line on standard error if that is a terminal; otherwise a no-op. It is drawn at most ten times a second
+/// and cleared by the destructor.
 class Progress {
 public:
     /// What is counted: "files read". The text must outlive the object.
@@ -33,13 +33,13 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// False when nothing is drawn, so that nothing has to be found out for it.
+    /// False if nothing is drawn, so that totals need not be determined.
     bool IsShown() const { return m_shown; }
-    /// Makes the line tell how much of this is done, and how long the rest will take.
+    /// Makes the line show the fraction done and the remaining time.
     void SetTotalBytes(std::uint64_t bytes) { m_totalBytes = bytes; }
 
     void Add(std::size_t count = 1);
-    /// Makes the line tell how much is done, and how fast.
+    /// Makes the line show the amount done and the speed.
     void AddBytes(std::uint64_t bytes);
 
 private:
@@ -55,9 +55,9 @@ private:
     Clock::time_point m_started = Clock::now(), m_next{};
 };
 
-/// The bytes of all files that are there.
+/// Returns the total size of all files that exist.
 std::uint64_t BytesOf(const std::vector<std::string>& files);
-/// The bytes of the files in a folder.
+/// Returns the total size of the files in a folder.
 std::uint64_t BytesIn(const std::string& folder, bool recurse);
 
 }  // namespace qv::tool

@@ -34,7 +34,7 @@ fs::path OutputFolder(const std::string& argument) {
     return fs::canonical(folder);
 }
 
-// The folder's address as seen from the page. Where no relative path leads there (another drive), its "file:" address.
+// Returns the folder's address relative to the page, or its "file:" address if no relative path exists (another drive).
 CString LinkPrefix(const fs::path& folder, const fs::path& output) {
     const fs::path relative = folder.lexically_relative(output);
     if (relative == ".") return "";
@@ -42,7 +42,7 @@ CString LinkPrefix(const fs::path& folder, const fs::path& output) {
     return CStringHelper::EscapePath(Utf8(relative)) + '/';
 }
 
-// The paths that the report leaves out: its own.
+// Returns the paths that the report leaves out: its own.
 std::vector<fs::path> OwnPaths(const fs::path& output) {
     return {output, output / ReportPage::kAssetFolder, output / ReportPage::kFileName};
 }
@@ -85,15 +85,13 @@ void AddReport(Command app) {
     const auto options = std::make_shared<Options>();
     Command command = app.Add("report", "Write a browsable HTML report of a folder");
     command.AddPath("FOLDER", options->folder, "The folder to report on").Require();
-    command
-        .AddPath("-o,--output", options->output,
-                 "The folder that gets index.html and what belongs to it; made when missing")
+    command.AddPath("-o,--output", options->output, "The folder for index.html and its assets; created if missing")
         .Require()
         .CallValue("OUTDIR");
     command.AddOption("-t,--title", options->title, "The page's title").CallValue("TEXT");
     AddQuiet(command);
     command.SetFooter(
-        "What cannot be read is named on standard error and on the pages; the exit status is 1 then.\n"
+        "Entries that cannot be read are reported on standard error and on the pages; the exit status is then 1.\n"
         "Example: qv report pictures -o report --title \"Our pictures\"");
     command.SetAction([options] { WriteReport(*options); });
 }

@@ -21,7 +21,7 @@ Command AddFilter(Command text, const char* name, const char* description, const
     return command;
 }
 
-// The texts between line ends, LF or CR LF; the last line may have one or not.
+// Splits a text at LF or CR LF; the final line end is optional.
 CStringArray Lines(const CString& text) {
     CString plain = text;
     plain.Replace("\r\n", "\n");
@@ -38,7 +38,7 @@ CString JoinLines(const CStringArray& lines) {
     return text;
 }
 
-// The final line end belongs to the shell's habits, not to the last field.
+// The final line end is added by the shell and is not part of the last field.
 CString WithoutFinalLineEnd(const CString& text) {
     for (const std::string_view end : {"\r\n", "\n"})
         if (CStringHelper::EndsWith(text, end, 1)) return text.Left(text.GetLength() - static_cast<int>(end.size()));
@@ -74,30 +74,30 @@ void AddXmlFilters(Command text) {
 }
 
 void AddSimpleFilters(Command text) {
-    AddFilter(text, "strip-tags", "Put a space in the place of every tag, from \"<\" to \">\"",
+    AddFilter(text, "strip-tags", "Replace every tag by a space, from \"<\" to \">\"",
               "echo 'a<b>c' | qv text strip-tags", [](const CString& in) { return CStripTag().ReplaceEscapes(in); });
-    AddFilter(text, "url-escape", "Escape as a form's field is escaped in an address",
-              "echo -n 'a b&c' | qv text url-escape", [](const CString& in) { return CStringHelper::Escape(in); });
+    AddFilter(text, "url-escape", "Escape like a form's field in an address", "echo -n 'a b&c' | qv text url-escape",
+              [](const CString& in) { return CStringHelper::Escape(in); });
     AddFilter(text, "url-unescape", "The inverse of url-escape", "echo 'a+b%26c' | qv text url-unescape", UrlUnescape);
-    AddFilter(text, "title-case", "Start every word with a capital, the rest in lower case",
+    AddFilter(text, "title-case", "Capitalize every word, with the rest in lower case",
               "echo 'the END' | qv text title-case",
               [](const CString& in) { return CStringHelper::MakeTitleCase(in); });
 }
 
 void AddLineFilters(Command text) {
-    AddFilter(text, "csv-split", "Write each field of a comma-separated record on a line of its own",
+    AddFilter(text, "csv-split", "Write each field of a comma-separated record on its own line",
               "echo 'x,\"y,z\"' | qv text csv-split", SplitCsv);
     AddFilter(text, "csv-join", "Join lines to a comma-separated record", "ls | qv text csv-join",
               [](const CString& in) { return CStringHelper::ArrayToCsv(Lines(in)); });
 
     const auto descending = std::make_shared<bool>(false);
-    AddFilter(text, "sort", "Sort lines as the current locale does", "ls | qv text sort --descending",
+    AddFilter(text, "sort", "Sort lines by the rules of the current locale", "ls | qv text sort --descending",
               [descending](const CString& in) {
                   CStringArray lines = Lines(in);
                   CStringHelper::SortStringArray(lines, *descending);
                   return JoinLines(lines);
               })
-        .AddFlag("--descending", *descending, "Last first");
+        .AddFlag("--descending", *descending, "Sort in descending order");
 }
 
 void AddWrap(Command text) {

@@ -9,7 +9,7 @@
 namespace qv::tool {
 namespace {
 
-// Insertions, deletions and replacements that lead from one word to the other.
+// Returns the Levenshtein distance of the words.
 std::size_t DistanceBetween(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
@@ -21,7 +21,7 @@ std::size_t DistanceBetween(std::string_view a, std::string_view b) {
     return row.back();
 }
 
-// The nearest word, unless more than a third of it would have to change.
+// Returns the nearest word, unless more than a third of it would have to change.
 std::optional<std::string> NearestTo(std::string_view word, const std::vector<std::string>& words) {
     constexpr std::size_t kLongest = 64;
     std::optional<std::string> nearest;
@@ -40,7 +40,7 @@ std::string Suggest(std::string_view word, const std::vector<std::string>& words
     return nearest ? "; did you mean '" + *nearest + "'?" : otherwise;
 }
 
-// The command that the words before the mistake lead to, and its path.
+// The command named by the words before the mistake, and its path.
 struct Place {
     const CLI::App* command;
     std::string path;
@@ -74,7 +74,7 @@ bool TakesOperands(const CLI::App& command) {
                                [](const CLI::Option* option) { return option->get_positional(); });
 }
 
-// Those before "--"; what comes after it are operands.
+// Returns the remaining words before "--"; those after it are operands.
 std::vector<std::string> WordsLeftOver(const CLI::App& app) {
     std::vector<std::string> words = app.remaining(true);
     words.erase(std::ranges::find(words, "--"), words.end());

@@ -9,12 +9,11 @@ class ParseError;
 
 namespace qv::tool {
 
-/// What a user is told about a command line that the parser refuses: the word that is wrong, what may have been meant, and
-/// where help is.
+/// Explains a command line that the parser refuses: the wrong word, a suggestion, and where to find help.
 std::string ExplainUsage(const CLI::App& app, const CLI::ParseError& error);
 std::string ExplainUsage(const CLI::App& app, const std::string& problem);
 
-/// The problem with a word that is neither a command below this one nor an option of it.
+/// Describes the problem with a word that is neither a subcommand nor an option of the command.
 std::string ProblemWith(const std::string& word, const CLI::App& command);
 
 }  // namespace qv::tool

@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// In what the system makes its names of: bytes, or wide characters.
+// In the system's own form of names: bytes, or wide characters.
 template <class Text = fs::path::string_type>
 Text NativeText(const std::string& argument) {
     if constexpr (std::is_same_v<Text, std::string>) {

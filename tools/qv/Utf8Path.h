@@ -7,20 +7,20 @@
 
 namespace qv::tool {
 
-/// A path as the command line gave it: in the process's code page, in the library's form.
-/// @throws Failed when it is not text of that code page.
+/// Converts a path from the command line, which is in the process's code page and the library's form.
+/// @throws Failed if it is not valid in that code page.
 std::filesystem::path PathFromArgument(const std::string& argument);
 
-/// The way back: the library's form in the process's code page, "?" for what that does not have.
+/// The inverse: the library's form in the process's code page, with "?" for characters that it lacks.
 CString ArgumentFromPath(const std::filesystem::path& path);
 
-/// Any argument in UTF-8. @throws Failed when it is not text of the process's code page.
+/// Returns any argument in UTF-8. @throws Failed if it is not valid in the process's code page.
 std::string Utf8FromArgument(const std::string& argument);
-/// The names of a path in the library's form in UTF-8, with "/" between them.
+/// Returns a path in the library's form in UTF-8, with "/" as the separator.
 std::string Utf8FromLibrary(const CString& path);
 
-/// The path's text in UTF-8 with "/" between its names. On systems whose names are bytes it is these bytes. A name that
-/// has no UTF-8 form is "?".
+/// Returns the path in UTF-8 with "/" as the separator. On systems whose names are bytes, these bytes. A name without a
+/// UTF-8 form becomes "?".
 std::string Utf8(const std::filesystem::path& path);
 
 }  // namespace qv::tool

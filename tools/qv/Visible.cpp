@@ -17,7 +17,7 @@ bool IsControl(char32_t code) {
     return code < 0x20 || (code >= 0x7F && code < 0xA0);
 }
 
-// Marks, embeddings, overrides and isolates of writing direction, and the separators of lines and paragraphs.
+// Bidirectional marks, embeddings, overrides and isolates, and line and paragraph separators.
 bool IsDirectionOrLine(char32_t code) {
     return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x2028 && code <= 0x202E) ||
            (code >= 0x2066 && code <= 0x2069);
@@ -44,7 +44,7 @@ std::string Escaped(std::string_view bytes) {
     return text;
 }
 
-// In other code pages it is the locale that knows which bytes from 0x80 on are controls and which are parts of letters.
+// In other code pages, the locale determines which bytes from 0x80 on are controls and which are parts of letters.
 std::string VisibleBytes(std::string_view text) {
     std::string visible;
     for (const char c : text) {
@@ -72,8 +72,8 @@ std::string VisibleUtf8(std::string_view text, Special special) {
     return visible;
 }
 
-// Whether texts are UTF-8, the terminal's as well.
-bool SpeaksUtf8() {
+// Whether texts and the terminal use UTF-8.
+bool UsesUtf8() {
     constexpr std::string_view kEuro = "\xE2\x82\xAC";
     return QvToUtf8(kEuro) == kEuro;
 }
@@ -81,7 +81,7 @@ bool SpeaksUtf8() {
 }  // namespace
 
 std::string VisibleOnTerminal(std::string_view text) {
-    return SpeaksUtf8() ? VisibleUtf8(text, [](char32_t) { return false; }) : VisibleBytes(text);
+    return UsesUtf8() ? VisibleUtf8(text, [](char32_t) { return false; }) : VisibleBytes(text);
 }
 
 std::string ForOutput(std::string_view text) {

@@ -31,7 +31,7 @@ public:
         m_told.notify_one();
     }
 
-    // False when the watch ended before that. @throws CFileException* when a line could not be written.
+    // Returns false if the watch ended before that. @throws CFileException* if a line could not be written.
     bool WaitUntilDone() {
         constexpr auto look = std::chrono::milliseconds(200);
         std::unique_lock lock(m_mutex);
@@ -49,12 +49,12 @@ private:
     const Options& m_options;
     std::mutex m_mutex;
     std::condition_variable m_told;
-    unsigned m_left;  // 0 for no end
+    unsigned m_left;  // 0 for no limit
     bool m_done = false;
     LiveLines m_lines;
 };
 
-// No flag leaves the watcher's own filter.
+// Without flags, the watcher's own filter applies.
 DWORD FilterOf(const Options& options) {
     return (options.names ? 0x03U : 0U) | (options.attributes ? 0x04U : 0U) | (options.writes ? 0x18U : 0U);
 }
@@ -74,14 +74,15 @@ void AddWatch(Command app) {
     Command command = app.Add("watch", "Print a line \"changed\" for each change in a folder");
     const auto options = std::make_shared<Options>();
     command.AddPath("FOLDER", options->folder, "The folder").Require();
-    command.AddFlag("--flat", options->flat, "Without its subfolders");
-    command.AddFlag("--names", options->names, "Files and folders made, deleted, renamed");
-    command.AddFlag("--attributes", options->attributes, "Changes of attributes");
-    command.AddFlag("--writes", options->writes, "Changes of contents");
-    command.AddOption("-c,--count", options->count, "End after so many lines");
+    command.AddFlag("--flat", options->flat, "Do not watch subfolders");
+    command.AddFlag("--names", options->names, "Report files and folders created, deleted or renamed");
+    command.AddFlag("--attributes", options->attributes, "Report changes of attributes");
+    command.AddFlag("--writes", options->writes, "Report changes of contents");
+    command.AddOption("-c,--count", options->count, "Exit after this many lines");
     command.AddFlag("-j,--json", options->json, "Print one JSON object for each: folder, time");
     command.SetFooter(
-        "Without one of the last flags: names of files, and contents. Changes that come together give one line.\n"
+        "Without --names, --attributes and --writes: names of files, and contents. Simultaneous changes print one "
+        "line.\n"
         "Example:\n  qv watch inbox --names --count 1 && ls -l inbox");
     command.SetAction([options] { Watch(*options); });
 }

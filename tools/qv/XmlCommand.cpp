@@ -33,8 +33,8 @@ Document Load(const Options& options, const std::string& bytes, bool keepSpace) 
                  std::to_string(problem.get_linepos()) + ": " + problem.get_reason().AsStd());
 }
 
-/// Holds the document's lock while a value is changed: no other qv, and no program that locks its documents, changes the
-/// file meanwhile. Standard input has none.
+/// Holds the document's lock while a value is changed: no other qv, and no program that locks its documents, changes
+/// the file meanwhile. Standard input has no lock.
 class LockedDocument {
 public:
     explicit LockedDocument(const std::string& document) {
@@ -51,7 +51,7 @@ private:
     CLockFile m_lock;
 };
 
-/// The file's bytes with nothing but the value changed, where nothing else was changed; else the document as it is saved.
+/// Returns the file's bytes with only the value changed, if nothing else was changed; otherwise the document as saved.
 std::string BytesOf(const Document& document, const std::string& before, const Options& options) {
     std::string saved = document.save();
     const auto place = PlaceOfValue(document, options.path);
@@ -108,7 +108,7 @@ void CheckValue(const std::string& type, const std::string& text) {
     if (type == "date") Date(value);
 }
 
-// Puts the value, as its type writes it, at the path; false when nothing is there.
+// Sets the value at the path in the form of its type; returns false if nothing is there.
 bool SetValue(const Document& document, const Options& options) {
     const std::string& value = options.value;
     try {
@@ -116,18 +116,19 @@ bool SetValue(const Document& document, const Options& options) {
         if (options.type == "double") return CXmlHelper::SetDouble(document, options.path, Number(value));
         if (options.type == "bool") return CXmlHelper::SetBool(document, options.path, TruthValue(value));
         if (options.type == "date") return CXmlHelper::SetDate(document, options.path, Date(value));
-    } catch (const std::logic_error&) {  // what the standard library raises for texts that are no numbers
-        throw Failed("\"" + value + "\" is no " + options.type);
+    } catch (const std::logic_error&) {  // raised by the standard library for texts that are not numbers
+        throw Failed("\"" + value + "\" is not a valid " + options.type);
     }
     return CXmlHelper::SetString(document, options.path, value);
 }
 
-// The value as its type reads and writes it.
+// Returns the value as its type reads and writes it.
 bool GetValue(const Document& document, const Options& options, CString& text) {
     if (const auto node = document.selectSingleNode(options.path)) try {
             CheckValue(options.type, CString(node.get_text()).AsStd());
         } catch (const std::logic_error&) {
-            throw Failed("\"" + CString(node.get_text()).AsStd() + "\" at " + options.path + " is no " + options.type);
+            throw Failed("\"" + CString(node.get_text()).AsStd() + "\" at " + options.path + " is not a valid " +
+                         options.type);
         }
     const auto formatted = [&](auto value, auto get, auto set) {
         if (!get(document, options.path, value, 0)) return false;
@@ -190,7 +191,7 @@ Command AddAction(Command xml, const char* name, const char* description, const 
     Command action = xml.Add(name, description);
     action.SetFooter(std::string("Example: ") + example);
     action.AddPath("FILE", options->file, "The XML document; - reads standard input").Require();
-    action.AddOption("PATH", options->path, "The way from the document down: names, indexes from 0, a final @name")
+    action.AddOption("PATH", options->path, "The path from the document: names, indexes from 0, a final @name")
         .Require();
     action.AddOption("-t,--type", options->type, "How the value is read and written")
         .OneOf({"string", "integer", "double", "bool", "date"})

@@ -13,12 +13,12 @@ struct Range {
     std::string_view Of(std::string_view text) const { return text.substr(begin, end - begin); }
 };
 
-/// An element's place in the text. What begins at `content` is the text up to the next tag, if `hasText`.
+/// An element's position in the text. `content` is the text up to the next tag, if `hasText`.
 struct Element {
     Range tag;      // from "<" to after ">"
-    Range content;  // empty after a tag that ends itself
+    Range content;  // empty after an empty-element tag
     bool endsItself = false;
-    bool hasText = true;  // nothing but text is in it
+    bool hasText = true;  // it contains nothing but text
 
     std::string_view NameIn(std::string_view text) const {
         const std::string_view name = tag.Of(text).substr(1);
@@ -26,13 +26,13 @@ struct Element {
     }
 };
 
-/// Reads the markup of a text that a parser has accepted. Whatever it misunderstands, the caller compares the result.
+/// Reads the markup of a text that a parser has accepted. The caller verifies the result, so misreading is harmless.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : m_text(text) {}
 
     std::optional<Element> Find(const std::vector<std::size_t>& way) {
-        std::vector<std::size_t> before{0};  // elements before the present place, for each level
+        std::vector<std::size_t> before{0};  // for each level, the number of elements before the current position
         for (Range tag; Next(tag);) {
             const bool closes = m_text[tag.begin + 1] == '/', endsItself = m_text[tag.end - 2] == '/';
             if (closes) before.pop_back();
@@ -62,7 +62,7 @@ private:
         return true;
     }
 
-    /// Past the ">" that ends the markup, which is neither in quotes nor in the brackets of a document type.
+    /// Skips to after the ">" that ends the markup, ignoring quotes and the brackets of a document type.
     void SkipMarkup() {
         char quote = 0;
         for (int brackets = 0; m_at < m_text.size(); ++m_at) {
@@ -82,7 +82,7 @@ private:
         }
     }
 
-    /// The next tag that opens or closes an element.
+    /// Finds the next start or end tag of an element.
     bool Next(Range& tag) {
         while ((m_at = m_text.find('<', m_at)) < m_text.size()) {
             if (Skip("<!--", "-->") || Skip("<![CDATA[", "]]>") || Skip("<?", "?>")) continue;
@@ -98,7 +98,7 @@ private:
     std::size_t m_at = 0;
 };
 
-/// The attribute's value with its quotes.
+/// Returns the attribute's value with its quotes.
 std::optional<Range> FindAttribute(std::string_view text, const Element& element, std::string_view name) {
     std::size_t at = element.tag.begin + 1 + element.NameIn(text).size();
     while ((at = text.find_first_not_of(kSpace, at)) < element.tag.end) {

@@ -43,7 +43,7 @@ std::string Quoted(std::string_view text) {
     return quoted + "'";
 }
 
-// A word and what is said about it, whose own colons are escaped.
+// Returns a word and its description, with colons in the word escaped.
 std::string Described(const std::string& word, std::string_view description) {
     std::string text = word + ":";
     for (const char c : description) {

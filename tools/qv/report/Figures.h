@@ -5,14 +5,14 @@
 
 #include "qvcommon/framework/String.h"
 
-/// Figures of a report, in UTF-8 whatever the process's code page is.
+/// Formatting of a report's figures, in UTF-8 regardless of the process's code page.
 namespace qv::tool {
 
 /// In groups of three digits.
 CString Number(std::uintmax_t value);
 /// "1 file", "2 files".
 CString Counted(std::uintmax_t count, const char* one);
-/// In the unit that suits it: "1.5 MB".
+/// With a suitable unit: "1.5 MB".
 CString Size(std::uintmax_t bytes);
 /// Eight hexadecimal digits.
 CString Checksum(unsigned long checksum);

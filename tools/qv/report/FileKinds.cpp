@@ -86,8 +86,8 @@ char Lower(char c) {
 
 }  // namespace
 
-const FileKind kLinkToFile = {"", "Link", "Link", "Another name for a file that lies elsewhere."};
-const FileKind kLinkToFolder = {"", "Link to a folder", "Link", "Another name for a folder that lies elsewhere."};
+const FileKind kLinkToFile = {"", "Link", "Link", "Another name for a file elsewhere."};
+const FileKind kLinkToFolder = {"", "Link to a folder", "Link", "Another name for a folder elsewhere."};
 const FileKind kBrokenLink = {"", "Broken link", "Broken link", "A name for something that does not exist."};
 
 const FileKind& KindOf(std::string_view fileName) {

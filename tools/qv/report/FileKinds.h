@@ -4,19 +4,19 @@
 
 namespace qv::tool {
 
-/// What a file is, going by its name.
+/// The kind of a file, judged by its name.
 struct FileKind {
-    std::string_view extension;      ///< lower case, with its point; empty for the kind of all that is not known
+    std::string_view extension;      ///< lower case, with its dot; empty for unknown kinds
     const char* name;                ///< "PNG picture"
-    const char* term;                ///< the part of the name that the explanation is of
-    const char* explanation;         ///< for those who don't know the term
+    const char* term;                ///< the part of the name that is explained
+    const char* explanation;         ///< for readers who do not know the term
     bool isShownByBrowsers = false;  ///< as a picture
 };
 
-/// Of links, whatever they are called.
+/// The kinds of links, regardless of their names.
 extern const FileKind kLinkToFile, kLinkToFolder, kBrokenLink;
 
-/// By the extension, without regard to case. Valid for ever; one address a kind.
+/// Looks up the extension, case-insensitively. The reference is always valid; each kind has one address.
 const FileKind& KindOf(std::string_view fileName);
 
 }  // namespace qv::tool

@@ -8,7 +8,7 @@
 namespace qv::tool {
 namespace {
 
-/// Eight digits, or the reason why the file has no checksum.
+/// Returns eight digits, or the reason why the file has no checksum.
 CString ChecksumText(const FileEntry& file) {
     return file.noChecksum.empty() ? Checksum(file.checksum)
                                    : CHtmlWriter::CleanUtf8(Utf8FromArgument(file.noChecksum));

@@ -6,18 +6,18 @@
 
 namespace qv::tool {
 
-/// Of links their own, whatever they are called; of all others by the name.
+/// Links have their own kinds, regardless of their names; others are judged by name.
 const FileKind& KindOf(const FileEntry& file);
 
-/// The address of a folder's files without their names, encoded.
-/// @param linkPrefix  the address of the outermost folder, with "/" at its end
+/// Returns the encoded address of a folder, to which file names are appended.
+/// @param linkPrefix  the address of the outermost folder, with a final "/"
 CString AddressOf(const FolderEntry& folder, const CString& linkPrefix);
 
-/// A link to the file, which shows its name. @param folderAddress  as AddressOf returns it.
+/// Returns a link to the file that shows its name. @param folderAddress  from AddressOf.
 CString LinkTo(const FileEntry& file, const CString& folderAddress);
 
-/// Appends the file's row of a table: name, kind, size, change, checksum. HTML lets the end tags out. The exact size and time
-/// are attributes, by which the page's script sorts; pictures have a class.
+/// Appends the file's table row: name, kind, size, change, checksum. End tags are omitted, as HTML allows. The exact
+/// size and time are attributes, which the page's script uses to sort; pictures have a class.
 void AppendRow(CString& html, const FileEntry& file, const CString& folderAddress);
 
 }  // namespace qv::tool

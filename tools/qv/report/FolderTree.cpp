@@ -79,7 +79,7 @@ private:
         return std::find(m_skipped.begin(), m_skipped.end(), path) != m_skipped.end();
     }
 
-    /// Whether the pages show the entry. Says why not.
+    /// Whether the pages show the entry. If not, reports why.
     bool IsShown(const CFoundInfo& info) {
         if (IsSkipped(info) || info.IsDots()) return false;
         if (info.GetFileName() == ".git")

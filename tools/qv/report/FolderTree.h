@@ -13,7 +13,7 @@ namespace qv::tool {
 
 enum class LinkKind {
     None,
-    ToFile,  ///< all else is told of the file that it leads to
+    ToFile,  ///< the other fields describe the target
     ToFolder,
     Broken
 };
@@ -24,7 +24,7 @@ struct FileEntry {
     std::int64_t modified = 0;
     LinkKind link = LinkKind::None;
     unsigned long checksum = 0;   ///< CRC-32
-    std::string noChecksum = {};  ///< why there is none, in the process's code page; empty when there is one
+    std::string noChecksum = {};  ///< why it is missing, in the process's code page; empty if there is one
 };
 
 struct FolderTotals {
@@ -38,28 +38,28 @@ struct FolderTotals {
 };
 
 struct FolderEntry {
-    std::string path;  ///< UTF-8, from the first folder, with "/"; empty for that folder itself
+    std::string path;  ///< UTF-8, relative to the first folder, with "/"; empty for that folder itself
     int depth = 0;
     bool isReadable = true;
     std::vector<FileEntry> files = {};
     FolderTotals own = {};      ///< of `files`
-    FolderTotals overall = {};  ///< with all folders below
+    FolderTotals overall = {};  ///< including all subfolders
 };
 
-/// What is not on the pages, or not all of it.
+/// An entry that the pages omit, at least in part.
 struct LeftOutEntry {
-    std::string path;    ///< UTF-8, from the first folder, with "/"
+    std::string path;    ///< UTF-8, relative to the first folder, with "/"
     std::string reason;  ///< in the process's code page
 };
 
 struct FolderTree {
-    /// The folder and all folders below, each before its own, sorted by name without regard to case.
+    /// The folder and all its descendants in pre-order, sorted by name, case-insensitively.
     std::vector<FolderEntry> folders;
     std::vector<LeftOutEntry> leftOut;  ///< in the order of the walk
 };
 
-/// Links are listed and never entered. Devices, ".git" and what cannot be read are in `leftOut`; all but ".git" is told to
-/// the observer as well. The paths in `skipped` are passed over.
+/// Links are listed and never entered. Devices, ".git" and unreadable entries are in `leftOut`; all except ".git" are
+/// also reported to the observer. The paths in `skipped` are ignored.
 FolderTree ReadFolderTree(const std::filesystem::path& folder, const std::vector<std::filesystem::path>& skipped,
                           Progress& progress, ILeftOut& observer);
 

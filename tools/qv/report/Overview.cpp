@@ -16,7 +16,7 @@ using std::chrono::sys_days;
 using std::chrono::year_month_day;
 using std::chrono::years;
 
-/// More periods than these are those of the next longer kind, or the latest of years.
+/// With more periods, the next longer unit is used; of years, only the latest are kept.
 constexpr std::ptrdiff_t kMostPeriods = 62;
 
 std::vector<FileOfFolder> AllFiles(const std::vector<FolderEntry>& folders) {
@@ -28,7 +28,7 @@ std::vector<FileOfFolder> AllFiles(const std::vector<FolderEntry>& folders) {
     return all;
 }
 
-/// The files with the greatest values; those that are alike in their order in the tree.
+/// Returns the files with the greatest values; equal ones in tree order.
 template <class Value>
 std::vector<FileOfFolder> Greatest(const std::vector<FileOfFolder>& files, Value FileEntry::*value) {
     std::vector<FileOfFolder> greatest(std::min(files.size(), Overview::kMostFiles));
@@ -63,7 +63,7 @@ std::vector<KindTotals> Kinds(const std::vector<FolderEntry>& folders) {
     return kinds;
 }
 
-/// A period by its first day, and the way to the next one.
+/// A period's name, the first day of the one that contains a day, and the next one.
 struct Calendar {
     const char* name;
     year_month_day (*first)(year_month_day);
@@ -80,10 +80,10 @@ constexpr Calendar kCalendars[] = {
      [](year_month_day d, int n) { return d - years(n); }},
 };
 
-/// The days of changes with their counts.
+/// Returns the days with changes and their counts.
 std::map<sys_days, std::size_t> Days(const std::vector<FileOfFolder>& files, std::int64_t now) {
-    std::map<std::int64_t, std::size_t> quarters;  // fewer than files, so that fewer times are converted
-    constexpr std::int64_t kQuarter = 900;         // seconds; days begin with one in every zone
+    std::map<std::int64_t, std::size_t> quarters;  // fewer than files, so fewer times are converted
+    constexpr std::int64_t kQuarter = 900;         // seconds; days begin on a multiple in every time zone
     for (const FileOfFolder& entry : files)
         if (entry.file->modified <= now)
             ++quarters[entry.file->modified - (entry.file->modified % kQuarter + kQuarter) % kQuarter];

@@ -32,7 +32,7 @@ Unit UnitFor(std::uintmax_t greatest) {
     return unit;
 }
 
-/// Keeps the longest bars and folds the others into the last one.
+/// Keeps the longest bars and merges the others into the last one.
 std::vector<Bar> LongestFirst(std::vector<Bar> bars) {
     std::ranges::stable_sort(bars, std::greater(), &Bar::bytes);
     if (bars.size() <= kMostBars) return bars;
@@ -69,7 +69,7 @@ std::vector<Bar> KindBars(const Overview& overview) {
     return bars;
 }
 
-/// The outermost folder's own files, and each folder in it with all below.
+/// Returns bars for the outermost folder's own files and for each of its subfolders, including descendants.
 std::vector<Bar> FolderBars(const std::vector<FolderEntry>& folders) {
     std::vector<Bar> bars;
     if (folders.front().own.files) bars.push_back({"(directly)", folders.front().own.bytes});

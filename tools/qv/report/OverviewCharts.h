@@ -4,8 +4,8 @@
 
 namespace qv::tool {
 
-/// The overview's charts as SVG elements: sizes by kind, sizes by folder, changes over time. Charts that would have one
-/// bar, or two points, are left out.
+/// Returns the overview's charts as SVG elements: sizes by kind, sizes by folder, changes over time. Charts with fewer
+/// than two bars, or three points, are omitted.
 std::vector<CString> DrawCharts(const Overview& overview, const std::vector<FolderEntry>& folders);
 
 }  // namespace qv::tool

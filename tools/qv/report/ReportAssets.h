@@ -5,7 +5,7 @@
 
 namespace qv::tool {
 
-/// A file that reports need beside the library's own.
+/// A file that reports need in addition to the library's own.
 struct ReportAsset {
     const char* name;
     std::string_view text;

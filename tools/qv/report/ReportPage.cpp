@@ -105,7 +105,7 @@ void ReportPage::AddMenu() {
         way.resize(static_cast<std::size_t>(folder.depth) + 1);
         const std::string name = folder.path.empty() ? RootName() : LastName(folder.path);
         const CString label = CleanScriptUtf8(VisibleOnPage(name)) + "\\t" + Size(folder.overall.bytes);
-        // What leads to the selected node is open at first: the outermost folder.
+        // The ancestors of the selected node, the outermost folder, are initially open.
         way.push_back(way.back()->AddNode(new CHtmlTreeNode(
             label, picture, HasSection(folder) ? "#" + FolderId(i) : CString(), folder.path.empty())));
     }

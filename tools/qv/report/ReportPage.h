@@ -6,22 +6,22 @@
 
 namespace qv::tool {
 
-/// What a report says besides the tree itself. All texts are UTF-8.
+/// The content of a report besides the tree. All texts are UTF-8.
 struct ReportHeader {
     std::string title;
     std::string folder;  ///< shown below the title
     std::int64_t written = 0;
-    CString linkPrefix;  ///< the address of the folder as seen from the page, encoded, with "/" at its end
+    CString linkPrefix;  ///< the encoded address of the folder relative to the page, with a final "/"
 };
 
-/// The page of a report: an overview, then a section for each folder with its files. In UTF-8, whatever the process's code
-/// page is.
+/// The page of a report: an overview, then a section for each folder with its files. In UTF-8, regardless of the
+/// process's code page.
 ///
-/// The tables of files are in noscript elements: without scripts the browser shows them all, with scripts it builds none of
-/// them until report.js needs a part. So a page of 200,000 files opens as fast as one of some hundred.
+/// The tables of files are in noscript elements: without scripts the browser shows them all, with scripts it builds
+/// none of them until report.js needs a part. So a page of 200,000 files opens as fast as one of a few hundred.
 class ReportPage : public CHtmlWriter {
 public:
-    /// The folder beside the page that holds what it needs.
+    /// The folder beside the page with its assets.
     static constexpr const char* kAssetFolder = "report-files";
     static constexpr const char* kFileName = "index.html";
 
@@ -29,14 +29,14 @@ public:
     ReportPage(const ReportHeader& header, const FolderTree& tree);
 
     void Write();
-    /// Declares the character set and the width; then the title, the style sheets and the scripts.
+    /// Declares the character set and the viewport; then the title, the style sheets and the scripts.
     void AddTitleToHead(const char* title, const char* stylesheet, const char* headTag,
                         const char* dropdownImageDir) override;
 
 private:
     void AddUtf8(std::string_view text) { AddFormattedText(CleanUtf8(VisibleOnPage(text))); }
     const FolderTotals& Totals() const { return m_tree.folders.front().overall; }
-    /// The outermost folder's name.
+    /// Returns the outermost folder's name.
     std::string RootName() const;
     CString TitleOf(const FolderEntry& folder) const;
     void AddStyleSheet(const char* name);
@@ -52,7 +52,7 @@ private:
     void AddTools();
     void OpenSection(std::string_view title, const CString& summary);
     void CloseSection();
-    /// In groups, so that the browser lays out one of many sections in no more time than one of a few.
+    /// In groups, so that browsers lay out one of many sections as fast as one of a few.
     void AddFolders();
     void AddFolder(std::size_t index);
     void AddLeftOut();

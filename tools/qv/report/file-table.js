@@ -1,9 +1,9 @@
-// Tables of files in a report's page: rows that the tool wrote as text, sorted by any column, of which only those near the
+// Tables of files in a report's page, sorted by any column. The rows are text written by the tool; only those near the
 // window are built. So sorting and scrolling take about the same time for a hundred and for 200,000 rows.
 (function () {
   "use strict";
 
-  const CHUNK = 200;  // rows that are built together
+  const CHUNK = 200;  // rows built at a time
   const NAME = 0, KIND = 1, SIZE = 2, CHANGED = 3;
   const TITLES = ["Name", "Kind", "Size", "Changed", "CRC-32"];
   const collator = new Intl.Collator();
@@ -44,13 +44,13 @@
     return parseInt(row.slice((column === SIZE ? size : row.indexOf("data-v=", size + 1)) + 7), 10);
   }
 
-  // Texts become numbers in their order, since most of them are the same.
+  // Replaces texts by their ranks, since most of them are equal.
   function ranks(keys) {
     const distinct = [...new Set(keys)].sort(collator.compare), rank = new Map(distinct.map((key, i) => [key, i]));
     return keys.map(key => rank.get(key));
   }
 
-  // The places of the rows in the present order; those that are alike in the order of their names.
+  // Returns the places of the rows in the current order; equal ones by name.
   function placesInOrder(rows) {
     const places = Uint32Array.from(rows, (row, i) => i);
     if (order.column === NAME) return order.descending ? places.reverse() : places;
@@ -108,7 +108,7 @@
     }
   }
 
-  // The columns' titles sort all tables, which report.onSort fills again.
+  // A click on a column's title sorts all tables, which report.onSort refills.
   report.FileTable = class {
     // show: the HTML of the row at a place.
     constructor(parent, show) {
@@ -157,7 +157,7 @@
     report.onSort();
   }
 
-  // A kind is explained where a part of a table first has it, as the table of all kinds does.
+  // The first occurrence of a kind in a chunk gets its explanation from the table of all kinds.
   let explanations = null;
 
   function explainKinds(body) {

@@ -1,14 +1,14 @@
-// The sections of a report's page, and its filter. Each folder's table is built from the text of its noscript element while its
-// section is open and near the window (file-table.js), so that opening and filtering take about the same time on pages of a
-// hundred and of 200,000 files.
+// The sections of a report's page, and its filter. Each folder's table is built from the text of its noscript element
+// while its section is open and near the window (file-table.js), so that opening and filtering take about the same
+// time on pages of a hundred and of 200,000 files.
 (function () {
   "use strict";
 
-  const PICTURES = 60;  // that are shown together
+  const PICTURES = 60;  // shown at a time
   const element = report.element;
 
-  const folders = new Map();  // by their sections, in the order of the page
-  let found = null;           // the table of what the filter finds
+  const folders = new Map();  // by section, in page order
+  let found = null;           // the table of the filter's matches
 
   // ---- A folder's section
 
@@ -33,7 +33,7 @@
     get anchor() { return this.body.querySelector("a[name]").name; }
     get isOpen() { return this.body.style.display !== "none"; }
 
-    // Builds what can be seen, or is needed all the same, and drops what cannot.
+    // Builds the parts if they are visible or otherwise needed, else drops them.
     update(isNeeded) {
       const isWanted = Boolean(this.source) && this.isOpen && Boolean(isNeeded || this.isNear);
       if (isWanted === Boolean(this.table)) return;
@@ -111,7 +111,7 @@
 
   let input, status, results;
 
-  // Each match is a row with its folder, in two lists of one length.
+  // Returns the matching rows and their folders, as parallel arrays.
   function matches(words) {
     const rows = [], owners = [];
     let count = 0;
@@ -129,7 +129,7 @@
 
   function escaped(text) { return text.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/>/g, "&gt;"); }
 
-  // A row says which folder its file is in.
+  // Each row in the results names its file's folder.
   function search() {
     const words = input.value.toLowerCase().split(/\s+/).filter(Boolean), isActive = words.length > 0;
     document.querySelector("main").classList.toggle("filtered", isActive);
@@ -155,7 +155,7 @@
     search();
   }
 
-  // Reads the names while nothing else is to be done, so that the first letter finds them ready.
+  // Reads the names while the page is idle, so that filtering by the first letter is fast.
   function readNames() {
     const idle = window.requestIdleCallback || (work => setTimeout(() => work({ timeRemaining: () => 5 }), 20));
     const waiting = folders.values();
@@ -182,7 +182,7 @@
       });
     });
     input.addEventListener("keydown", event => { if (event.key === "Escape") clearFilter(); });
-    // Before the page follows a link into a section: it must be there.
+    // Before the page follows a link into a section, which must be visible.
     document.addEventListener("click", event => {
       if (input.value && event.target.closest("a[href^='#']")) clearFilter();
     }, true);
@@ -204,7 +204,7 @@
     for (const folder of folders.values()) folder.update();
   });
 
-  // What is in sight changes at once, the rest in steps between which the page answers.
+  // Visible sections change at once, the others in steps that keep the page responsive.
   let allTimer = 0;
 
   function setAll(isOpen) {
@@ -219,7 +219,7 @@
     step();
   }
 
-  // Browsers do not scroll to what they have not laid out: the section that a link leads to is, for a moment.
+  // Browsers do not scroll to content without layout, so force the layout of the link's target for a moment.
   function scrollToTarget() {
     const target = document.getElementsByName(location.hash.slice(1))[0];
     const section = target && target.closest("#DropDownSection");
@@ -231,11 +231,11 @@
       () => skipped.forEach(part => { part.style.contentVisibility = ""; })));
   }
 
-  // Once the page has opened the section.
+  // After the page has opened the section.
   addEventListener("hashchange", () => setTimeout(scrollToTarget, 0));
   addEventListener("load", () => setTimeout(scrollToTarget, 0));
 
-  // Who comes for the first time finds the first folder open.
+  // On the first visit, the first folder is open.
   function start() {
     const sections = document.querySelectorAll("#folders #DropDownSection");
     sections.forEach(folderOf);
