@@ -1,9 +1,9 @@
-# Finds CLI11 by its own package files, as the target CLI11::CLI11.
+# Finds CLI11 by its own package files and defines the target CLI11::CLI11.
 #
 #   find_package(CLI11 REQUIRED)
 #
-# It is headers only, so a cross build takes it from the building machine. There its include folder is that of all
-# packages, whose headers a cross compiler must not see, so CLI11's are copied to a folder of their own.
+# CLI11 is header-only, so a cross build uses the host's package. Its include folder there contains the headers of all
+# packages, which a cross compiler must not see, so CLI11's headers are copied to their own folder.
 
 find_package(CLI11 QUIET CONFIG PATHS /usr NO_CMAKE_FIND_ROOT_PATH)
 

@@ -2,8 +2,8 @@
 #
 #   find_package(GoogleTest REQUIRED)
 #
-# A compiled package is of one compiler, for one system and without sanitizers; each build of the test suite needs its
-# own. Debian's package googletest holds the source. GoogleTest_SOURCE_DIR names another copy.
+# A compiled package is for one compiler and one system, without sanitizers; each build of the test suite needs its own.
+# Debian's package googletest contains the source. GoogleTest_SOURCE_DIR overrides its location.
 
 find_path(GoogleTest_SOURCE_DIR googlemock/CMakeLists.txt PATHS /usr/src PATH_SUFFIXES googletest
     NO_CMAKE_FIND_ROOT_PATH DOC "The folder of GoogleTest's source")

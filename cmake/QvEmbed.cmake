@@ -1,6 +1,6 @@
-# Turns a text file of the tree into a string constant: qv_embed(scripts/Page.html kPage qv::html html/Page.h) makes the
-# header html/Page.h, in the build tree, with `constexpr std::string_view qv::html::kPage`. Bytes stay as they are; a
-# changed file is taken over by the next build.
+# Embeds a text file as a string constant: qv_embed(scripts/Page.html kPage qv::html html/Page.h) generates the header
+# html/Page.h in the build tree, with `constexpr std::string_view qv::html::kPage`. Bytes are unchanged; the header is
+# regenerated when the file changes.
 set(QV_EMBED_DIR ${PROJECT_BINARY_DIR}/embedded)
 
 function(qv_embed file constant namespace header)
@@ -20,7 +20,7 @@ inline constexpr std::string_view @constant@ = R"qv~(@text@)qv~";
 ]])
 endfunction()
 
-# The same for a file of any bytes.
+# The same for a binary file.
 function(qv_embed_bytes file constant namespace header)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
     file(READ ${file} bytes HEX)

@@ -1,5 +1,5 @@
-# What `cmake --install` brings, by component: library, development, tool, documentation. Every path is relative, so that
-# an installed tree may be moved.
+# What `cmake --install` installs, by component: library, development, tool, documentation. All paths are relative, so
+# an installed tree is relocatable.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -7,19 +7,19 @@ set(QV_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QvCommon)
 set(QV_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/qvcommon)
 set(QV_PACKAGE_FILES ${PROJECT_SOURCE_DIR}/cmake/package)
 
-# The library; on Windows the compiler's run time lies beside it.
+# The library; on Windows, the compiler's run time is installed beside it.
 install(TARGETS qvcommon EXPORT QvCommonTargets
     RUNTIME COMPONENT library
     LIBRARY COMPONENT library NAMELINK_COMPONENT development
     ARCHIVE COMPONENT development)
 install(PROGRAMS ${QV_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
 
-# A program that builds the library as a part of itself installs what it runs with, and nothing else.
+# A project that builds the library as a subproject installs only its run-time files.
 if(NOT PROJECT_IS_TOP_LEVEL)
     return()
 endif()
 
-# Headers, the files that pages expect beside them, and what finds the library for CMake and pkg-config.
+# Headers, the assets of HTML pages, and the CMake and pkg-config files.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/qvcommon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/html/assets/ DESTINATION ${CMAKE_INSTALL_DATADIR}/qvcommon/html
     COMPONENT development PATTERN "*.py" EXCLUDE)
@@ -27,12 +27,12 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/html/assets/ DESTINATION ${CMAKE_INSTALL
 install(EXPORT QvCommonTargets NAMESPACE QvCommon:: DESTINATION ${QV_CMAKE_DIR} COMPONENT development)
 configure_package_config_file(${QV_PACKAGE_FILES}/QvCommonConfig.cmake.in ${PROJECT_BINARY_DIR}/QvCommonConfig.cmake
     INSTALL_DESTINATION ${QV_CMAKE_DIR} PATH_VARS CMAKE_INSTALL_DATADIR)
-# Until 1.0 each minor version is an interface of its own (docs/versions.md).
+# Until 1.0, each minor version has its own interface (docs/versions.md).
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/QvCommonConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/QvCommonConfig.cmake ${PROJECT_BINARY_DIR}/QvCommonConfigVersion.cmake
     DESTINATION ${QV_CMAKE_DIR} COMPONENT development)
 
-# The file finds its prefix from where it lies itself.
+# The pkg-config file derives the prefix from its own location.
 file(RELATIVE_PATH QV_PKGCONFIG_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 string(REGEX REPLACE "/$" "" QV_PKGCONFIG_TO_PREFIX ${QV_PKGCONFIG_TO_PREFIX})
 set(QV_PKGCONFIG_DEFINITIONS $<$<PLATFORM_ID:Windows>:-DQVCOMMON_DLL_IMPORT>)

@@ -1,4 +1,4 @@
-# What scripts/package makes of the installed components: four Debian packages, or one zip for Windows.
+# The packages that scripts/package builds from the components: four Debian packages, or one zip for Windows.
 
 set(QV_PACKAGE_CONTACT "QvCommon developers <qvcommon@example.org>" CACHE STRING "Who answers for the packages")
 
@@ -21,7 +21,8 @@ if(WIN32)
     configure_file(${QV_PACKAGE_FILES}/README.txt.in ${PROJECT_BINARY_DIR}/README.txt @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/README.txt DESTINATION . COMPONENT library)
 
-    # The run time that goes along, as its makers' licences ask: with their texts. Without them nothing is installed.
+    # The run-time libraries are distributed with their licence texts, as the licences require; without the texts, not
+    # at all.
     if(QV_RUNTIME_DLLS)
         set(licences ${QV_DOC_DIR}/licences)
         install(FILES ${QV_PACKAGE_FILES}/licences.txt DESTINATION ${licences} RENAME README.txt COMPONENT library)
@@ -40,8 +41,8 @@ else()
     set(CPACK_PRE_BUILD_SCRIPTS ${QV_PACKAGE_FILES}/Debian.cmake)
     set(same "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 
-    # The library's package carries the number of the binary interface, so that those of two interfaces can lie side by
-    # side.
+    # The library's package name has the number of the binary interface, so that packages of two interfaces can be
+    # installed together.
     set(library libqvcommon${QV_INTERFACE_VERSION})
     set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "The shared library.")
     set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library})

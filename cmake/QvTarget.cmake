@@ -1,4 +1,4 @@
-# What every target of this tree shares: language level, warnings, sanitizers, output folders, and the library itself.
+# Settings shared by all targets of this tree: language level, warnings, sanitizers, output folders, and the library.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -9,7 +9,7 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-# A program finds the library beside itself, as it does on Windows.
+# Programs find the library beside themselves, as on Windows.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 include(GNUInstallDirs)
@@ -22,11 +22,12 @@ if(MSVC)
 else()
     target_compile_options(qv_flags INTERFACE -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Wformat=2 -Wundef
         $<$<NOT:$<BOOL:${QV_UNITE}>>:-Wshadow>
-        # GCC 12 sees overlapping copies in plain additions of strings at -O3.
+        # GCC 12 reports overlapping copies in plain string concatenations at -O3.
         $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>
         $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>)
 endif()
-# The 32-bit compiler would keep doubles in wider registers, and cut and compare them there: 8.2 * 10 would be below 82.
+# The 32-bit compiler would keep doubles in wider registers and truncate and compare them there: 8.2 * 10 would be less
+# than 82.
 if(MINGW AND CMAKE_SIZEOF_VOID_P EQUAL 4)
     target_compile_options(qv_flags INTERFACE -msse2 -mfpmath=sse)
 endif()
@@ -35,9 +36,9 @@ if(QV_SANITIZE)
     target_link_options(qv_flags INTERFACE -fsanitize=${QV_SANITIZE})
 endif()
 
-# qv_precompile(TARGET [HEADER...]): compiles the standard headers once for all sources of a target. Sources that lack an
-# include go unnoticed then, so there has to be a build without it. The options let compiler caches see through it. GCC 12
-# takes the precompiled headers for ours, and sees copies beyond their ends where strings are moved.
+# qv_precompile(TARGET [HEADER...]): precompiles the standard headers for all sources of a target. Missing includes are
+# not noticed then, so another build must work without it. The options make compiler caches work with it. GCC 12 takes
+# the precompiled headers for user headers and reports copies beyond their ends where strings are moved.
 function(qv_precompile target)
     if(QV_PRECOMPILE)
         target_precompile_headers(${target} PRIVATE <algorithm> <array> <atomic> <functional> <map> <memory> <optional>
@@ -47,16 +48,16 @@ function(qv_precompile target)
     endif()
 endfunction()
 
-# qv_unite(TARGET MODE): compiles some ten sources as one, which takes a third of the time from scratch. A source that lacks an
-# include, or a name that hides one of its own source, goes unnoticed then, so there has to be a build without it.
+# qv_unite(TARGET MODE): compiles some ten sources as one, which takes a third of the time for a full build. Missing
+# includes, and names that hide a source's own, are not noticed then, so another build must work without it.
 function(qv_unite target mode)
     if(QV_UNITE)
         set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE ${mode} UNITY_BUILD_BATCH_SIZE 10)
     endif()
 endfunction()
 
-# The library's objects. Each floor adds its sources with qv_sources(). The shared library and the programs that look inside
-# it (tests, benchmarks, fuzz targets) link the same objects, so that nothing is exported for their sake.
+# The library's objects. Each folder adds its sources with qv_sources(). The shared library and the programs that use
+# its internals (tests, benchmarks, fuzz targets) link the same objects, so nothing is exported only for them.
 add_library(qvcommon_objects OBJECT)
 set_target_properties(qvcommon_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
 target_include_directories(qvcommon_objects PUBLIC ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR})
@@ -68,7 +69,7 @@ if(WIN32)
     target_compile_definitions(qvcommon_objects PUBLIC QVCOMMON_DLL_EXPORT)
 endif()
 
-# The one library. Until 1.0 each minor version is a binary interface of its own (docs/versions.md).
+# The shared library. Until 1.0, each minor version is its own binary interface (docs/versions.md).
 set(QV_INTERFACE_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 add_library(qvcommon SHARED)
 add_library(QvCommon::QvCommon ALIAS qvcommon)
@@ -81,8 +82,8 @@ if(WIN32)
 endif()
 target_compile_features(qvcommon PUBLIC cxx_std_20)
 target_link_libraries(qvcommon PRIVATE $<BUILD_INTERFACE:qvcommon_objects>)
-# Calls within the library go straight to their function, as they do on Windows, and relocations take a bit instead of a
-# record: a smaller file that loads faster. A flag that the linker does not know is left out.
+# Calls within the library bind directly to their function, as on Windows, and relocations take a bit instead of a
+# record: a smaller file that loads faster. Flags that the linker does not support are omitted.
 if(NOT WIN32)
     include(CheckLinkerFlag)
     foreach(flag -Bsymbolic-functions --as-needed --gc-sections "-z,pack-relative-relocs")
@@ -95,21 +96,21 @@ if(NOT WIN32)
 endif()
 qv_precompile(qvcommon_objects)
 
-# Sources of different floors are never compiled as one: the system's headers are for the lowest alone.
+# Sources of different folders are never compiled as one: only the lowest layer may include system headers.
 function(qv_sources)
     list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
     target_sources(qvcommon_objects PRIVATE ${ARGN})
-    cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME floor)
+    cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
     foreach(source IN LISTS ARGN)
-        get_property(count GLOBAL PROPERTY QV_SOURCES_OF_${floor})
+        get_property(count GLOBAL PROPERTY QV_SOURCES_OF_${folder})
         math(EXPR group "0${count} / 10")
-        set_property(SOURCE ${source} TARGET_DIRECTORY qvcommon_objects PROPERTY UNITY_GROUP ${floor}_${group})
+        set_property(SOURCE ${source} TARGET_DIRECTORY qvcommon_objects PROPERTY UNITY_GROUP ${folder}_${group})
         math(EXPR count "0${count} + 1")
-        set_property(GLOBAL PROPERTY QV_SOURCES_OF_${floor} ${count})
+        set_property(GLOBAL PROPERTY QV_SOURCES_OF_${folder} ${count})
     endforeach()
 endfunction()
 
-# qv_version_resource(TARGET "What it is"): says in a Windows file which version it is.
+# qv_version_resource(TARGET "Description"): adds version information to a Windows file.
 function(qv_version_resource target QV_FILE_DESCRIPTION)
     if(NOT WIN32)
         return()
@@ -124,8 +125,8 @@ function(qv_version_resource target QV_FILE_DESCRIPTION)
 endfunction()
 qv_version_resource(qvcommon "Common components for desktop applications")
 
-# The library throws across its border, so the compiler's run time is linked dynamically; on Windows its DLLs lie beside
-# the programs.
+# The library throws across its boundary, so the compiler's run time is linked dynamically; on Windows, its DLLs are
+# beside the programs.
 if(MINGW)
     foreach(dll zlib1.dll libstdc++-6.dll libgcc_s_seh-1.dll libgcc_s_dw2-1.dll libwinpthread-1.dll)
         execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll} OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -134,7 +135,7 @@ if(MINGW)
                 /usr/${QV_MINGW_TRIPLE}/lib NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
             set(path "${path_${dll}}")
         endif()
-        # They come with debugging information, nine tenths of their size.
+        # Their debugging information is nine tenths of their size.
         if(EXISTS "${path}")
             set(stripped ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll})
             if(${path} IS_NEWER_THAN ${stripped})
@@ -146,13 +147,13 @@ if(MINGW)
     endforeach()
 endif()
 
-# A program of this tree over the shared library: it sees the exported headers alone.
+# A program of this tree on the shared library: it sees only the exported headers.
 function(qv_program name)
     add_executable(${name} ${ARGN})
     target_link_libraries(${name} PRIVATE qvcommon qv_flags)
 endfunction()
 
-# A program that contains the library's objects and may look inside.
+# A program that links the library's objects and may use internals.
 function(qv_internal_program name)
     add_executable(${name} ${ARGN})
     target_link_libraries(${name} PRIVATE qvcommon_objects qv_flags)

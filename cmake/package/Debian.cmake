@@ -1,4 +1,4 @@
-# What Debian asks of each package beyond what is installed: compressed manual pages, a changelog and the copyright.
+# Debian's requirements beyond what is installed: compressed manual pages, a changelog and the copyright.
 
 function(compress file)
     execute_process(COMMAND gzip -9 -n -f ${file} COMMAND_ERROR_IS_FATAL ANY)
@@ -15,7 +15,7 @@ foreach(component ${CPACK_COMPONENTS_ALL})
     string(TOUPPER ${component} COMPONENT)
     set(changelog ${root}/share/doc/${CPACK_DEBIAN_${COMPONENT}_PACKAGE_NAME}/changelog.Debian)
     file(WRITE ${changelog} "qvcommon (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium\n\n"
-        "  * What is new stands in CHANGELOG.md, in the package qvcommon-doc.\n\n"
+        "  * See CHANGELOG.md in the package qvcommon-doc for what is new.\n\n"
         " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
     compress(${changelog})
     file(COPY_FILE ${CMAKE_CURRENT_LIST_DIR}/copyright

@@ -1,13 +1,13 @@
-# What both Windows targets share. The file that includes it has set QV_MINGW_TRIPLE and QV_WINE.
+# Settings shared by both Windows targets. The including file must set QV_MINGW_TRIPLE and QV_WINE.
 #
-# The compilers are those with POSIX threads: std::thread and std::mutex need them.
+# The compilers use POSIX threads, which std::thread and std::mutex require.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_C_COMPILER ${QV_MINGW_TRIPLE}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${QV_MINGW_TRIPLE}-g++-posix)
 set(CMAKE_RC_COMPILER ${QV_MINGW_TRIPLE}-windres)
 
-# Programs come from the building machine; libraries, headers and packages never do.
+# Programs come from the host; libraries, headers and packages never do.
 set(CMAKE_FIND_ROOT_PATH /usr/${QV_MINGW_TRIPLE})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

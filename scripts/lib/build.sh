@@ -8,7 +8,7 @@ build_preset() {
     configure_preset "$preset" && steady "$preset" cmake --build --preset "$preset" -j "$(nproc)" "$@"
 }
 
-# Where the compiler cache is, which outlives the build folders, and how large it has become.
+# Prints the location and size of the compiler cache, which outlives the build folders.
 print_cache_size() {
     local folder
     if command -v ccache > /dev/null; then
@@ -25,8 +25,8 @@ configure_preset() (
     cd "$QV_ROOT" && cmake --preset "$@" --log-level=WARNING > /dev/null
 )
 
-# steady PRESET COMMAND...: runs a command in the folder of the tree; that of a sanitized preset at fixed addresses, since
-# sanitizers of older compilers stop at start-up when the kernel spreads addresses too widely.
+# steady PRESET COMMAND...: runs a command in the root of the tree; for a sanitized preset without address space
+# randomization, since older sanitizers abort at start-up on kernels with many random bits.
 steady() (
     cd "$QV_ROOT" || exit
     local preset=$1

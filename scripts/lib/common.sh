@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What every command shares: where the tree is, how it speaks, where it keeps what outlives a build.
+# Shared by all commands: the root of the tree, error messages, and the cache folder.
 
 # shellcheck disable=SC2034
 QV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd -P)
@@ -15,7 +15,7 @@ fail() {
     exit 1
 }
 
-# use PART...: reads other parts of this folder.
+# use PART...: sources other files of this folder.
 use() {
     local part
     for part in "$@"; do
@@ -34,14 +34,13 @@ as_root() {
     fi
 }
 
-# at_fixed_addresses COMMAND...: becomes the command, whose memory is laid out the same way on every run where the system
-# permits it.
+# at_fixed_addresses COMMAND...: executes the command without address space randomization, if the system permits it.
 at_fixed_addresses() {
     ! setarch -R true 2> /dev/null || exec setarch -R "$@"
     exec "$@"
 }
 
-# Every command answers --help with the comment at its head.
+# Every command prints the comment at its top for --help.
 case ${1:-} in
     -h | --help)
         sed -n '2,/^[^#]/ s/^# \{0,1\}//p' "$0"

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # The documentation site.
 
-# make_docs: makes the site from nothing; fails on any warning, such as that of a member without a contract.
+# make_docs: builds the site from scratch; fails on any warning, such as a member without a contract.
 make_docs() (
     cd "$QV_ROOT" || exit
     QV_VERSION=$(sed -n 's/^project(QvCommon VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)

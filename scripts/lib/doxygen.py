@@ -1,12 +1,12 @@
 """The filter through which Doxygen reads the headers: doxygen.py HEADER
 
-Comments are plain texts: of Doxygen's commands they use @file, @param, @return and @throws, of Markdown `code`,
-**emphasis**, lists and indented code; everything else stands for itself.
+Comments are plain text: of Doxygen's commands they use @file, @param, @return and @throws, of Markdown `code`,
+**emphasis**, lists and indented code; everything else is literal.
 
-A comment covers the declaration below it. It also covers those that follow without a blank line or a comment of their own
-when they have the same name (overloads; forms for names that are macros), or get or ask for what the first one sets; and
-all of them when it begins with "Each: ". Doxygen knows of none of that, so each declaration gets a copy here. A comment of two
-slashes within a class, before a blank line, is the head of what follows: a group of members, with its title and text.
+A comment covers the declaration below it. It also covers the following ones without a blank line or their own comment if
+they have the same name (overloads; forms for names that are macros), or are getters of what the first one sets; and all
+of them if it begins with "Each: ". Doxygen does not know these rules, so each declaration gets a copy here. A comment
+with two slashes in a class, before a blank line, is the heading of a group of members, with its title and text.
 """
 
 import pathlib
@@ -16,7 +16,7 @@ import sys
 COMMENT = re.compile(r"^ *///(?!<)(?: |$)")
 TRAILING = re.compile(r"///<? ")
 SCOPE = re.compile(r"^\s*(?:(?:template <.*> *)?(?:class|struct|union|enum)\b|(?:inline )?namespace\b|extern \"C\" \{)")
-# Copying, moving and destroying, as the language has them.
+# Copy and move operations and destructors, with their standard meaning.
 SPECIAL = re.compile(r"^\s*(?:(?:virtual|constexpr) )?(?:~\w+\(|(\w+)\((?:const )?\1\s*&&?[^,]*\)|"
                      r"(\w+)& operator=\((?:const )?\2\s*&&?)")
 NAME = re.compile(r"(operator *[^\s\w(]+|operator \w+|\w+)\(")
@@ -31,12 +31,12 @@ def escaped(text):
 
 
 def prose(text):
-    """The text of a comment, but for what is between backquotes."""
+    """Escapes the text of a comment, except between backquotes."""
     return "`".join(escaped(part) if i % 2 == 0 else part for i, part in enumerate(text.split("`")))
 
 
 def as_doxygen(line):
-    """A line with its comment as Doxygen takes it."""
+    """Converts the comment of a line to Doxygen's form."""
     if line == "/// @file" or line.lstrip().startswith("///     "):
         return line
     match = TRAILING.search(line)
@@ -44,7 +44,7 @@ def as_doxygen(line):
 
 
 def subject(declaration):
-    """What a function is about: its name, without what getters, setters and forms for macros add to it. None for others."""
+    """Returns the subject of a function: its name without the affixes of getters, setters and forms for macros, or None."""
     if re.match(r"\s*(?:using|typedef|enum)\b|.*= delete", declaration):
         return None
     match = NAME.search(MARKS.sub("", declaration))
@@ -52,7 +52,7 @@ def subject(declaration):
 
 
 def groups(lines):
-    """The lines with the heads of groups as Doxygen takes them, and each group ended where the next thing begins."""
+    """Converts the headings of groups to Doxygen's form, and ends each group before the next heading."""
     out, is_open, hidden = [], False, False
     while lines:
         line, lines = lines[0], lines[1:]
@@ -78,14 +78,14 @@ def groups(lines):
 
 
 class Cover:
-    """Gives each declaration the comment that covers it, and each of several variables in a line a line of its own."""
+    """Gives each declaration the comment that covers it, and splits several variables in a line into lines."""
 
     def __init__(self, lines):
         self.lines, self.out = lines, []
         self.comment, self.fresh, self.each, self.about = [], False, False, None
         self.depth, self.scopes = 0, []
         self.classes = set(re.findall(r"^\s*(?:class|struct) (?:QVCOMMON_API )?(\w+)", "\n".join(lines), re.M))
-        self.open = False  # within a declaration that goes on
+        self.open = False  # within an unfinished declaration
 
     def run(self):
         for number, line in enumerate(self.lines):
@@ -129,7 +129,7 @@ class Cover:
         return [f"{match['type']}{name};{comment}" for name in match["names"].split(", ")]
 
     def follow(self, line):
-        """Keeps account of scopes, and of declarations that go on in the next line."""
+        """Tracks scopes, and declarations that continue on the next line."""
         code = re.sub(r'"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])\'|//.*', "", line)
         if SCOPE.match(code) and "{" in code and "}" not in code:
             self.scopes.append(self.depth)
@@ -143,8 +143,8 @@ class Cover:
 
 
 def filtered(text):
-    # What a file's comment says on the line of @file itself would be taken for the file's name, and what is ours of the
-    # standard library's templates is for the compiler alone.
+    # Text on the line of @file itself would be parsed as the file's name, and template declarations that only the
+    # compiler needs are hidden.
     text = re.sub(r"^/// @file (?=.)", "/// @file\n/// ", text, flags=re.M)
     text = re.sub(r"^template <>\n.*?^};$", "", text, flags=re.M | re.S)
     return "".join(as_doxygen(line) + "\n" for line in Cover(groups(text.splitlines())).run())

@@ -1,4 +1,4 @@
-"""Which comments the filter gives to which declarations: doxygen_test.py"""
+"""Tests which comments the filter gives to which declarations: doxygen_test.py"""
 
 import unittest
 

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# Installs Debian packages, only those that are asked for and only when they are missing.
+# Installs the requested Debian packages that are missing.
 
-# What each purpose needs. The compilers of a target are the target's own, so that nobody installs all of them.
+# The packages for each purpose. A target's compilers are listed with the target, so that only its builds install them.
 declare -gA QV_PACKAGES=(
     [build]="cmake make ninja-build g++ ccache pkg-config libcli11-dev libxml2-dev zlib1g-dev"
     [cross]="cmake ninja-build ccache pkg-config libcli11-dev"
@@ -23,10 +23,10 @@ declare -gA QV_PACKAGES=(
         libmagickwand-dev libpng-dev libpugixml-dev libsdl2-dev libuemf-dev locales mount python3 qt6-base-dev rhash zlib1g-dev"
 )
 
-# The locales that tests and benchmarks of texts, folding and collation switch to.
+# The locales that tests and benchmarks of texts, folding and collation use.
 QV_LOCALES=(en_US.UTF-8 de_DE.UTF-8 hi_IN.UTF-8 ja_JP.UTF-8 tr_TR.UTF-8 en_US.ISO-8859-1)
 
-# need PURPOSE...: installs what these purposes lack.
+# need PURPOSE...: installs the missing packages of these purposes.
 need() {
     local purpose package missing=()
     for purpose in "$@"; do
@@ -40,13 +40,13 @@ need() {
     fi
 }
 
-# need_command PURPOSE COMMAND: what a purpose lacks, unless the machine has its command from elsewhere.
+# need_command PURPOSE COMMAND: installs a purpose's packages unless the command exists.
 need_command() {
     command -v "$2" > /dev/null || need "$1"
 }
 
-# need_for_building PRESET: what one of the presets linux and windows-* needs to be built and packed. Their build files
-# name the tests, too.
+# need_for_building PRESET: installs what building and packaging the preset linux or windows-* requires. The build files
+# also refer to the tests.
 need_for_building() {
     case $1 in
         windows-*) need cross tests "$1" ;;
@@ -61,7 +61,7 @@ is_installed() {
 install_packages() {
     has_package_lists || as_root apt-get update -qq || true
     apt_install "$@" && return
-    # The lists may be older than the archive.
+    # The package lists may be outdated.
     as_root apt-get update -qq || true
     apt_install "$@" || fail "these packages could not be installed: $*"
 }
@@ -75,7 +75,7 @@ apt_install() {
         -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@" > /dev/null
 }
 
-# need_locales: compiles the missing ones of these locales; the machine's own list stays as it is.
+# need_locales: compiles the missing ones of these locales; the machine's configuration is unchanged.
 need_locales() {
     local have locale missing=()
     have=$(locale -a | tr '[:upper:]' '[:lower:]' | tr -d -)

@@ -1,9 +1,9 @@
-"""Writes docs/performance.md, and the ratios that README.md shows, from what the benchmarks have measured:
+"""Writes docs/performance.md, and the ratios in README.md, from the benchmarks' results:
 
     performance.py ROOT FILE...
 
-The files are those that the benchmarks wrote as JSON. What a row measures and what bounds it is in
-benchmarks/performance.toml; every figure comes from the files.
+The files are the benchmarks' JSON output, which has every figure. The descriptions of the rows and their bounds are in
+benchmarks/performance.toml.
 """
 
 import os
@@ -17,20 +17,20 @@ import ratios
 HEAD = """\
 # Performance
 
-Every figure is what another library or program takes, divided by what QvCommon takes for the same work: 2.0 means that
-QvCommon needs half. All members of a row ran in one process or one run, interleaved, and a figure is the median of the
-repetitions' ratios. Times depend on the machine; ratios do less.
+Each figure is the time of another library or program divided by that of QvCommon for the same work: 2.0 means that
+QvCommon takes half the time. All members of a row ran interleaved in one process or one run, and a figure is the median
+of the repetitions' ratios. Times depend on the machine; ratios depend on it less.
 
 Measured on: {machine}.
 
-`scripts/bench --publish` measures again and writes this page and the figures in the README; `scripts/bench FAMILY`
-prints one family.
+`scripts/bench --publish` repeats the measurements and updates this page and the figures in the README;
+`scripts/bench FAMILY` prints one family.
 """
 GROWTH = """
 ## Growth
 
-What four times the input takes beside the input once. Work that is linear takes 4 times as long, sorting a bit more; 16
-would be quadratic. "Prepared" input is alike everywhere, so that a search without a plan takes quadratic time on it.
+The time for four times the input relative to that for the input itself. Linear work takes 4 times as long, sorting a bit
+more; 16 would be quadratic. "Prepared" input is repetitive, so that a naive search takes quadratic time on it.
 
 | Operation | From | To | Time |
 | --- | ---: | ---: | ---: |
@@ -39,12 +39,12 @@ BLOCK = re.compile(r"(<!-- ratios -->\n).*?(<!-- /ratios -->)", re.S)
 
 
 def figure(ratio):
-    """With two digits that count, and no more of them than a measurement carries."""
+    """Formats with two significant digits, about the precision of a measurement."""
     return f"{ratio:.0f}" if ratio >= 9.95 else f"{ratio:.1f}" if ratio >= 0.995 else f"{ratio:.2f}"
 
 
 def peers(entries, names):
-    """The ratios of a row's peers as text, and why others have none."""
+    """Returns the ratios of a row's peers as text, and why others have none."""
     (_, ours), *others = entries.items()
     known = [(names.get(who, who), peer, peer.over(ours)) for who, peer in others]
     shown = ", ".join(f"{who} **{figure(ratio)}**" for who, _, ratio in known if ratio)
@@ -52,7 +52,7 @@ def peers(entries, names):
 
 
 def family(about, names, groups):
-    """A section: its table, and what is missing from it."""
+    """Returns a section: its table, and what is missing from it."""
     lines, missing = [], []
     for row in about["row"]:
         if row["group"] not in groups:
@@ -68,7 +68,7 @@ def family(about, names, groups):
 
 
 def growth(groups, notes):
-    """The table of growths, with a note where one is known to be more than linear."""
+    """Returns the table of growths, with a note if one is known to be more than linear."""
     lines = ""
     for name, entries in groups.items():
         if ratios.is_growth(name):
@@ -81,7 +81,7 @@ def growth(groups, notes):
 
 
 def unknown(about, groups):
-    """The groups that no row describes."""
+    """Returns the groups that no row describes."""
     rows = {row["group"] for section in about["family"] for row in section["row"]}
     return [name for name in groups if name not in rows and not ratios.is_growth(name)]
 
@@ -92,7 +92,7 @@ def page(about, groups, machine):
 
 
 def with_ratios(text, about, groups):
-    """The text of the README with the rows that it shows, between the lines for them; as it is without such lines."""
+    """Returns the README with the rows between its markers replaced; unchanged if it has no markers."""
     rows = [row for section in about["family"] for row in section["row"] if row.get("readme")]
     shown = ((row["what"], peers(groups[row["group"]], about["names"])[0]) for row in rows if row["group"] in groups)
     table = "".join(f"| {what} | {ratio} |\n" for what, ratio in shown if ratio)
@@ -101,7 +101,7 @@ def with_ratios(text, about, groups):
 
 
 def machine():
-    """The class of the machine, as far as the system says."""
+    """Returns the class of the machine, as far as the system reports it."""
     def value(path, pattern):
         match = re.search(pattern, pathlib.Path(path).read_text(), re.M) if os.path.exists(path) else None
         return match[1].strip() if match else "unknown"

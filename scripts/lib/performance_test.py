@@ -1,4 +1,4 @@
-"""What performance.py and ratios.py make of a few runs, whose ratios are known."""
+"""Tests performance.py and ratios.py with a few runs whose ratios are known."""
 
 import json
 import pathlib
@@ -19,8 +19,8 @@ def run(name, *times, unit="ns", family=0, **more):
              "real_time": time, "time_unit": unit, **more} for i, time in enumerate(times)]
 
 
-# The peers come first in the file, as they may where runs are interleaved. A ratio belongs to a repetition: a machine
-# that is slow for a while is slow for both.
+# Peers may come first in the file, since runs are interleaved. A ratio is computed within a repetition: a temporarily
+# slow machine is slow for both.
 RUNS = [
     *run("Split/id/real_time", 300, 30, 60, family=1),
     *run("Split/Ours/min_time:0.1/real_time", 100, 10, 30),

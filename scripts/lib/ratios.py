@@ -1,8 +1,8 @@
 """Ratios of the times in JSON files of Google Benchmark: ratios.py FILE...
 
-A benchmark is called GROUP/WHO or GROUP/WHO/SIZE. Those of one group and size are compared: the first WHO is ours, the
-others are its peers. In a group called Growth_..., each WHO is compared with itself, at its first size and at its last.
-A ratio is the median over the repetitions, each of which ran interleaved with the others.
+A benchmark is named GROUP/WHO or GROUP/WHO/SIZE. Those of one group and size are compared: the first WHO is ours, the
+others are its peers. In a group named Growth_..., each WHO is compared with itself, at its first and last size. A ratio
+is the median over the repetitions, which ran interleaved.
 """
 
 import json
@@ -11,13 +11,13 @@ import re
 import statistics
 import sys
 
-# What the library adds to a name for settings of the run.
+# Suffixes that Google Benchmark adds to a name for the run's settings.
 SETTINGS = re.compile(r"/(?:(?:iterations|min_time|min_warmup_time|repeats|threads):[\d.]+|(?:manual|process|real)_time)")
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}
 
 
 class Measured:
-    """What one name came to: values by repetition, or why there are none."""
+    """The result of one name: values by repetition, or why it has no values."""
 
     def __init__(self):
         self.values, self.error = {}, ""
@@ -29,13 +29,13 @@ class Measured:
             self.values[run.get("repetition_index", 0)] = run["real_time"] * UNITS.get(run["time_unit"], 1)
 
     def over(self, other):
-        """The ratio of these values to another's; None where one has no values."""
+        """Returns the ratio of these values to another's; None if one has no values."""
         both = [value / other.values[at] for at, value in self.values.items() if other.values.get(at)]
         return statistics.median(both) if both and not (self.error or other.error) else None
 
 
 def parts(name):
-    """GROUP, WHO and SIZE, which may be empty. The name of a WHO may contain slashes, but no number after one."""
+    """Splits a name into GROUP, WHO and SIZE, which may be empty. WHO may contain slashes, but no number after one."""
     group, _, rest = SETTINGS.sub("", name).partition("/")
     who, size = re.fullmatch(r"(.*?)((?:/\d+)?)", rest).groups()
     return group, who, size[1:]
@@ -46,7 +46,7 @@ def is_growth(group):
 
 
 def read(paths):
-    """{GROUP or GROUP/SIZE: {WHO, or SIZE of a growth: Measured}}, both in the order in which they were registered."""
+    """Returns {GROUP or GROUP/SIZE: {WHO, or SIZE of a growth: Measured}}, both in registration order."""
     groups = {}
     for path in paths:
         runs = json.loads(pathlib.Path(path).read_text())["benchmarks"]

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Collects what each target came to, and shows it at the end.
+# Collects the result of each target, and prints all at the end.
 
 QV_RESULTS=() QV_FAILURES=() QV_REASONS=()
 QV_PASSED=0 QV_FAILED=0 QV_SKIPPED=0
@@ -10,8 +10,8 @@ record() {
     QV_PASSED=$((QV_PASSED + $2)) QV_FAILED=$((QV_FAILED + $3)) QV_SKIPPED=$((QV_SKIPPED + $4))
 }
 
-# record_suite TARGET REPORT STATUS SECONDS: reads the counts from a JUnit report. A run that failed without saying of
-# which test counts as one failure.
+# record_suite TARGET REPORT STATUS SECONDS: reads the counts from a JUnit report. A run that fails without reporting a
+# failed test counts as one failure.
 record_suite() {
     local passed=0 failed=0 skipped=0
     [ ! -s "$2" ] || read -r passed failed skipped < <(count_tests "$2")
@@ -22,21 +22,21 @@ record_suite() {
     mapfile -t -O "${#QV_REASONS[@]}" QV_REASONS < <(reasons_in "$2" | sort | uniq -c | sort -rn | sed "s/^/$1: /")
 }
 
-# reasons_in REPORT: why tests were skipped, a line for each.
+# reasons_in REPORT: prints why tests were skipped, one per line.
 reasons_in() {
     awk '/: Skipped$/ { getline; print } match($0, /\.\.\. skipped .*/) { print substr($0, RSTART + 12) }' "$1"
 }
 
-# failures_in REPORT: the names of the tests that failed, and of the programs that did.
+# failures_in REPORT: prints the names of the failed tests, and of the failed programs.
 failures_in() {
     sed -nE 's/^\[  FAILED  \] ([^ ,]+\.[^ ,]+).*/\1/p
              s/^(FAIL|ERROR): (.*)/\2/p
              /<testcase .*status="fail"/s/.*<testcase name="([^"]*)".*/\1/p' "$1"
 }
 
-# count_tests REPORT: "PASSED FAILED SKIPPED". A program that runs many tests says at its end how many of each there were;
-# those are counted instead of the program. One that fails otherwise, in a leak check after its tests for instance, or
-# before it comes to its end, is itself a failure.
+# count_tests REPORT: prints "PASSED FAILED SKIPPED". A program that runs many tests prints its own counts at its end;
+# those are used instead of the program. A program that fails otherwise, such as in a leak check or before its end, is
+# itself a failure.
 count_tests() {
     awk '
         function named(what) { return match($0, what "=[0-9]+") ? substr($0, RSTART + length(what) + 1, RLENGTH) + 0 : 0 }
@@ -59,7 +59,7 @@ count_tests() {
         END { print passed + 0, failed + 0, skipped + 0 }' "$1"
 }
 
-# The last line is for programs as much as for people.
+# The last line is meant to be parsed, too.
 show_results() {
     printf '\n%-12s %8s %8s %8s %8s %8s\n' target tests passed failed skipped time
     printf '%s\n' "${QV_RESULTS[@]}"

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Runs one target of the test suite and records what it came to. A target that cannot be prepared counts as one failure.
+# Runs one target of the test suite and records its result. A target that cannot be prepared counts as one failure.
 
 run_target() {
     case $1 in
@@ -22,13 +22,13 @@ run_suite() {
         record "$target" 0 1 0 $((SECONDS - started))
         return
     fi
-    # The counts are read from the programs' output, so none of it may be cut off.
+    # The counts are parsed from the programs' output, which must not be truncated.
     steady "$preset" ctest --preset "$preset" --output-junit "$report" --test-output-size-passed 100000000 \
         --test-output-size-failed 100000000 "$@" || status=$?
     record_suite "$target" "$report" "$status" $((SECONDS - started))
 }
 
-# prepare TARGET PRESET: a shell of its own, so that a target that cannot go on does not stop the others.
+# prepare TARGET PRESET: a subshell, so that a target that cannot continue does not stop the others.
 prepare() (
     case $1 in
         linux) need build tests && need_locales ;;
@@ -41,7 +41,7 @@ prepare() (
     esac && build_preset "$2"
 )
 
-# prepare_installable PRESET...: builds what is installed and packed, without the test suite.
+# prepare_installable PRESET...: builds the installed and packaged parts without the test suite.
 prepare_installable() {
     local preset
     need install
@@ -54,7 +54,7 @@ prepare_installable() {
     done
 }
 
-# Until there are tests in a browser, this needs none and says nothing.
+# A no-op if there are no browser tests.
 run_browser() {
     local started=$SECONDS
     if ! prepare linux linux; then
@@ -68,8 +68,8 @@ has_browser_tests() {
     ! (cd "$QV_ROOT" && ctest --preset linux -N -L '^browser$' --no-tests=ignore) | grep -q '^Total Tests: 0'
 }
 
-# Four checks: the rules of the tree, how the sources are laid out, what static analysis finds in them, and whether the
-# documentation can be made.
+# Four checks: the rules of the tree, the formatting of the sources, static analysis, and whether the documentation
+# builds.
 run_style() {
     local check passed=0 failed=0 started=$SECONDS
     if (need build tests format tidy docs); then
@@ -82,7 +82,7 @@ run_style() {
     record style "$passed" "$failed" 0 $((SECONDS - started))
 }
 
-# Builds the benchmarks with all their peers, and runs none.
+# Builds the benchmarks with all their peers, without running them.
 run_benchmarks() {
     local passed=0 started=$SECONDS
     if (need build tests bench) && check_benchmarks; then passed=1; fi

@@ -1,7 +1,7 @@
 """The rules of this source tree that no compiler checks: tree.py ROOT
 
-A rule is a function under @rule that takes the tree, a dictionary of texts by path, and yields what breaks it. Exit
-status 1 when anything does. tree_test.py breaks each rule.
+A rule is a function with @rule that takes the tree, a dictionary of texts by path, and yields its violations. Exits with
+status 1 if there are any. tree_test.py violates each rule.
 """
 
 import pathlib
@@ -9,8 +9,8 @@ import re
 import subprocess
 import sys
 
-# From the ground up. An include runs down, or sideways within a floor.
-FLOORS = ("platform", "framework", "threads", "core", "files xml imaging settings system", "messages dialogs cabinet html", "charts",
+# From the lowest layer up. An include must lead to a lower layer, or stay in its own.
+LAYERS = ("platform", "framework", "threads", "core", "files xml imaging settings system", "messages dialogs cabinet html", "charts",
           "tools")
 # The folders that implement the exported headers; those of include/qvcommon/framework/ belong to framework/.
 HEADERS = {
@@ -29,10 +29,10 @@ HEADERS = {
     "charts": "Graph",
     "tools": "QvCommon",
 }
-# The sides of each contract, and the one other place that may speak to the operating system: there it is the peer.
+# The two implementations of each contract. They and one peer of the benchmarks may use the operating system's headers.
 SIDES = (("platform/posix/", "platform/windows/"), ("xml/dom/libxml2/", "xml/dom/msxml/"))
 SYSTEM_PLACES = (*SIDES[0], *SIDES[1], "benchmarks/threads/system/")
-# The headers of other packages, by folder. What is neither here nor of C++ itself is the operating system's.
+# The headers of other packages, by folder. A header that is neither here nor of standard C++ is the operating system's.
 PACKAGES = {
     "include/qvcommon/CodePage.h": r"mbctype\.h",
     "core/": r"[ti]mmintrin\.h",
@@ -44,7 +44,7 @@ PACKAGES = {
     "benchmarks/": r"(absl|benchmark|boost|dbus|libxml|unicode|wand)/.*|(glib|libdeflate|png|SDL|uemf\w*|zlib)\.h|pugixml\.hpp|"
                    r"Q(String|LockFile|SaveFile)",
 }
-# What platform/ may call beside its tables of system calls: System.h of each side says why.
+# What platform/ may call besides its tables of system calls; System.h of each implementation says why.
 PURE_CALLS = {
     "platform/posix/": r"dl(?:addr|close|error|sym) endpwent freelocale gete?uid gettid getpid iconv\w* iswalpha\w* iswspace\w* localtime_r mktime newlocale "
                        r"nl_langinfo\w* posix_spawn_file_actions_\w+ setenv setpwent "
@@ -57,7 +57,7 @@ PURE_CALLS = {
                          r"SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime TranslateMessage "
                          r"VarDateFromStr VerQueryValueW WaitForSingleObject WideCharToMultiByte",
 }
-# Programs over the installed library, and what they include within the tree.
+# Programs that use the installed library, and what they may include from the tree.
 CLIENTS = {"tools/": ("qvcommon/", "tools/"), "examples/": ("qvcommon/",), "tests/border/": ("qvcommon/",)}
 LONGEST = 300
 TABLES = {"include/qvcommon/" + name: "one class, a list of declarations with their contracts"
@@ -85,24 +85,24 @@ def cxx(tree):
 
 
 def includes(text):
-    """As they are written, with their quotes or brackets."""
+    """Returns the includes as written, with their quotes or brackets."""
     return re.findall(r'^[ \t]*#[ \t]*include[ \t]*([<"][^>"\n]*[>"])', text, re.M)
 
 
 def targets(tree, text):
-    """The includes that are files of the tree: what is written, and the path."""
+    """Returns the includes that are files of the tree: as written, and the path."""
     found = ((name, path) for name in includes(text) for path in (name[1:-1], "include/" + name[1:-1]))
     return ((name, path) for name, path in found if path in tree)
 
 
-def floor_of(path):
-    """None for what is on no floor, such as tests."""
+def layer_of(path):
+    """Returns the number of a path's layer; None for a path in no layer, such as a test."""
     folder, stem = path.split("/")[0], pathlib.PurePosixPath(path).stem
     if path.startswith("include/qvcommon/framework/"):
         folder = "framework"
     elif folder == "include":
         folder = next((folder for folder, stems in HEADERS.items() if stem in stems.split()), None)
-    return next((number for number, floor in enumerate(FLOORS) if folder in floor.split()), None)
+    return next((number for number, layer in enumerate(LAYERS) if folder in layer.split()), None)
 
 
 @rule
@@ -121,7 +121,7 @@ def systems_keep_to_their_places(tree):
 
 @rule
 def contracts_name_no_system(tree):
-    """Comments may say how the systems differ."""
+    """Comments may describe differences of the systems."""
     for path, text in cxx(tree):
         if re.fullmatch(r"platform/\w+\.h", path):
             yield from (f"{path} is of one system: {match[1] or match[0]}" for match in ONE_SYSTEM.finditer(text))
@@ -140,8 +140,8 @@ def system_calls_go_through_the_table(tree):
 
 @rule
 def both_sides_answer(tree):
-    """A source directly in the folder of a side answers a contract, and the other side has one of that name. A helper
-    has no contract's name and a header of its own beside it; what is in folders further down is a helper too."""
+    """A source directly in the folder of a side implements a contract, and the other side has one of the same name. A
+    helper has no contract's name and has its own header beside it; files in deeper folders are helpers, too."""
     for side, other in (sides for pair in SIDES for sides in (pair, pair[::-1])):
         contract = "platform/{}.h" if side.startswith("platform/") else side + "{}.cpp"
         for path in sorted(path for path in tree if re.fullmatch(side + r"\w+\.cpp", path)):
@@ -157,13 +157,13 @@ def both_sides_answer(tree):
 @rule
 def includes_run_down(tree):
     for path, text in cxx(tree):
-        floor = floor_of(path)
-        for name, target in targets(tree, text) if floor is not None else ():
+        layer = layer_of(path)
+        for name, target in targets(tree, text) if layer is not None else ():
             place = next((place for place in SYSTEM_PLACES if target.startswith(place)), "")
             # A backend of the DOM may use what its system's side of the platform has.
             shared = any(path.startswith(dom) and place == side for side, dom in zip(*SIDES))
-            if (floor_of(target) or 0) > floor or not (shared or path.startswith(place)):
-                yield f"{path} includes {name} of a higher floor or a system's own"
+            if (layer_of(target) or 0) > layer or not (shared or path.startswith(place)):
+                yield f"{path} includes {name} of a higher layer or a system's own"
 
 
 @rule
@@ -194,7 +194,7 @@ def exported_headers_are_complete(tree):
         for other in includes(text):
             if other[0] == '"' and "include/" + other[1:-1] not in tree:
                 yield f"{path} includes {other}"
-        if floor_of(path) is None:
+        if layer_of(path) is None:
             yield f"{path} is not in HEADERS"
         if name not in ("qvcommon/Export.h", "qvcommon/QvCommon.h"):
             if whole.count(f'"{name}"') != 1:
@@ -221,7 +221,7 @@ def files_are_short(tree):
 
 
 def read(root):
-    """The texts that version control knows, or would take. The tree may belong to another user."""
+    """Returns the texts that version control tracks or would add. The tree may belong to another user."""
     command = ["git", "-c", "safe.directory=*", "ls-files", "-z", "--cached", "--others", "--exclude-standard"]
     names = subprocess.run(command, cwd=root, stdout=subprocess.PIPE, check=True, text=True).stdout.split("\0")
     files = {name: root / name for name in names if name and (root / name).is_file()}

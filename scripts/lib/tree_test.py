@@ -1,4 +1,4 @@
-"""A made-up tree that breaks each rule of tree.py, and the findings about it."""
+"""Tests tree.py with an artificial tree that violates each rule."""
 
 import unittest
 
@@ -50,7 +50,7 @@ FINDINGS = {
         "platform/windows/Clock.cpp answers no contract",
         "xml/dom/msxml/Nodes.cpp has no counterpart in xml/dom/libxml2/"],
     "includes_run_down": [
-        f"{include} of a higher floor or a system's own" for include in (
+        f"{include} of a higher layer or a system's own" for include in (
             'core/MathHelper.cpp includes "qvcommon/FilePath.h"',
             'files/FilePath.cpp includes "platform/posix/UniqueFd.h"',
             'framework/Other.h includes "qvcommon/MathHelper.h"',

@@ -1,9 +1,9 @@
 # shellcheck shell=bash
-# Runs Windows programs under Wine, and keeps what Wine needs for that.
+# Runs Windows programs under Wine, and sets up its prefixes.
 #
-# Each build folder has a Wine prefix of its own, so that runs of several checkouts never meet. A prefix holds its Wine
-# server for a while after the last program (a program starts in some hundredths of a second then, instead of a third),
-# and uses the driver without a screen: windows, messages, drawing and the clipboard work, and no X server is needed.
+# Each build folder has its own Wine prefix, so that runs of several checkouts are independent. A prefix keeps its Wine
+# server running for a while after the last program (starting a program then takes some hundredths of a second instead
+# of a third), and uses the null display driver: windows, messages, drawing and the clipboard work without an X server.
 
 QV_WINE_IDLE_SECONDS=60
 
@@ -16,7 +16,7 @@ wine_run() {
     at_fixed_addresses "$QV_WINE_DIR/$QV_WINE_LOADER" "$@"
 }
 
-# The prefix of the build folder that the program lies in; programs from elsewhere share one in the cache.
+# Prints the prefix of the build folder that contains the program; programs from elsewhere share one in the cache.
 wine_prefix() {
     local folder
     folder=$(cd "$(dirname "$2")" && pwd -P)
@@ -32,9 +32,9 @@ wine_prefix() {
 
 wine_environment() {
     unset DISPLAY WAYLAND_DISPLAY WINELOADER WINESERVER
-    # Of Wine's own messages only those of a process that finds no place in memory: it says nothing else.
+    # Of Wine's own messages, show only those of a process that cannot reserve its addresses: it prints nothing else.
     export WINEPREFIX=$2 WINEDEBUG=${WINEDEBUG:--all,err+virtual}
-    # No offers to install run times, no entries in the desktop's menus.
+    # Disable offers to install run times and entries in the desktop's menus.
     export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d'
     # The ANSI code page follows the locale: Windows-1252 here. File names are UTF-8.
     export LC_ALL=${QV_WINE_LOCALE:-C.UTF-8} 2> /dev/null
@@ -53,23 +53,23 @@ wine_environment() {
     [ -x "$QV_WINE_DIR/$QV_WINE_LOADER" ] || fail "Wine is missing; scripts/test windows-$1 installs it"
 }
 
-# Makes the prefix and starts its server, whichever is missing. What is started here holds none of the caller's pipes: a
-# caller that waits for their end would wait for the server.
+# Creates the prefix and starts its server, if missing. The started processes must not inherit the caller's pipes: a
+# caller that waits for end of file would wait for the server.
 wine_start() {
     mkdir -p "$(dirname "$WINEPREFIX")"
     exec 9> "$WINEPREFIX.lock"
     flock 9
     [ -e "$WINEPREFIX/complete" ] || wine_make_prefix 9>&- ||
         fail "the Wine prefix $WINEPREFIX could not be made: $(cat "$WINEPREFIX.log")"
-    # The server refuses to start beside one that runs.
+    # The server refuses to start if one is running.
     if "$QV_WINE_DIR/wineserver" "-p$QV_WINE_IDLE_SECONDS" < /dev/null > /dev/null 2>&1 9>&-; then
         wine_boot 9>&-
     fi
     exec 9>&-
 }
 
-# A server whose start has failed does not stay: the next program would finish the start itself, and what it starts would
-# hold the caller's pipes.
+# Stops a server whose start has failed: otherwise the next program would complete the start, and the processes it
+# starts would inherit the caller's pipes.
 wine_boot() {
     wine_quietly wineboot && return
     "$QV_WINE_DIR/wineserver" -k || true
@@ -82,36 +82,36 @@ wine_make_prefix() {
         wine_quietly reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f || return
     "$QV_WINE_DIR/wineserver" -k || true
     wine_detach_home
-    # The 32-bit half of a 64-bit prefix serves nobody here.
+    # The 32-bit half of a 64-bit prefix is not needed.
     rm -rf "$WINEPREFIX/drive_c/windows/syswow64"
     touch "$WINEPREFIX/complete"
 }
 
-# wine_quietly PROGRAM [ARGUMENT...]: what it says goes to a log beside the prefix.
+# wine_quietly PROGRAM [ARGUMENT...]: redirects its output to a log beside the prefix.
 wine_quietly() (
     at_fixed_addresses "$QV_WINE_DIR/$QV_WINE_LOADER" "$@" < /dev/null > "$WINEPREFIX.log" 2>&1
 )
 
-# Wine links "Documents" and its like to the user's own folders; tests shall not write there.
+# Wine links "Documents" and similar folders to the user's own; tests must not write there.
 wine_detach_home() {
     find "$WINEPREFIX/drive_c/users" -type l -exec sh -c 'for link; do rm "$link" && mkdir "$link"; done' - {} +
 }
 
-# wine_prepare ARCHITECTURE BUILD-FOLDER: does the slow first start ahead of the build, in which programs are asked for
-# their tests under a time limit.
+# wine_prepare ARCHITECTURE BUILD-FOLDER: does the slow first start before the build, which lists the programs' tests
+# under a time limit.
 wine_prepare() (
     wine_environment "$1" "$2/wine"
     wine_start
 )
 
-# wine_stop ARCHITECTURE BUILD-FOLDER: ends the server of a build folder, and with it every program that still runs.
+# wine_stop ARCHITECTURE BUILD-FOLDER: stops the server of a build folder, and with it every running program.
 wine_stop() (
     [ -e "$2/wine/complete" ] || return 0
     wine_environment "$1" "$2/wine"
     "$QV_WINE_DIR/wineserver" -k || true
 )
 
-# Where the 32-bit Wine is. A new release of the distribution gets a tree of its own.
+# Prints where the 32-bit Wine is. Each release of the distribution has its own tree.
 wine32_tree() {
     local VERSION_CODENAME=unknown
     # shellcheck source=/dev/null

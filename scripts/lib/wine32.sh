@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# Makes the 32-bit Wine that windows-x86 runs under.
+# Installs the 32-bit Wine for windows-x86 into the cache.
 #
-# Wine for i386 and every library below it are unpacked into one folder of the cache and run from there. That needs no
-# administrator, changes nothing in the machine's own packages, and works where the machine's 64-bit packages and the
-# archive's 32-bit ones are of different days, which the package manager refuses to install side by side.
+# Wine for i386 and all its libraries are unpacked into one folder of the cache and run from there. That needs no root
+# privileges, does not change the machine's packages, and works even if the machine's 64-bit packages and the archive's
+# 32-bit ones have different versions, which the package manager refuses to install together.
 
-# need_wine32: makes the tree unless it is there. It takes its name when it is complete.
+# need_wine32: creates the tree unless it exists. It gets its final name when it is complete.
 need_wine32() {
     local tree
     tree=$(wine32_tree)
@@ -25,7 +25,7 @@ need_wine32() {
     exec 8>&-
 }
 
-# wine32_load FOLDER: loads the packages with a package manager's state of its own, in which nothing is installed.
+# wine32_load FOLDER: downloads the packages with a separate package manager state, in which nothing is installed.
 wine32_load() {
     local state=$1 source
     source=$(wine32_source)
@@ -37,7 +37,7 @@ wine32_load() {
         fail "the 32-bit Wine packages could not be loaded"
 }
 
-# The archive that the machine itself installs from, as a line of a source list.
+# Prints the archive that the machine installs from, as a line of a source list.
 wine32_source() {
     local VERSION_CODENAME=unknown uri
     # shellcheck source=/dev/null
@@ -59,7 +59,7 @@ wine32_apt() {
         -o Dir::Etc::preferences=/dev/null -o Dir::Etc::preferencesparts=/dev/null "$@" > /dev/null
 }
 
-# wine32_unpack ARCHIVES ROOT: /lib is one folder with /usr/lib, as on an installed system.
+# wine32_unpack ARCHIVES ROOT: /lib and /usr/lib are one folder, as on an installed system.
 wine32_unpack() {
     mkdir -p "$2/usr/lib"
     ln -s usr/lib "$2/lib"
@@ -80,8 +80,8 @@ wine32_settle() {
     wine32_adopt_zlib "$root"
 }
 
-# Wine loads this library as one of its own, which it tells by a mark behind the DOS header. The package marks it when it
-# is configured; here it has only been unpacked.
+# Wine loads this library as a builtin, which it recognizes by a signature after the DOS header. The package adds it
+# when it is configured; here it is only unpacked.
 wine32_adopt_zlib() {
     local library=$1/usr/i686-w64-mingw32/lib/zlib1.dll
     [ -e "$library" ] || return 0
