@@ -7,7 +7,7 @@
 
 #include "qvcommon/framework/File.h"
 
-/// A file for inputs of parsers that read from files. It goes when the program ends in order.
+/// A file for the inputs of parsers that read from files. Deleted when the program ends normally.
 class FuzzFile {
 public:
     explicit FuzzFile(const std::string& name)
@@ -17,7 +17,7 @@ public:
     FuzzFile(const FuzzFile&) = delete;
     FuzzFile& operator=(const FuzzFile&) = delete;
 
-    /// The file with these bytes, at its start.
+    /// Returns the file with these bytes, positioned at its start.
     CFile& Holding(const void* bytes, std::size_t size) {
         m_file.SetLength(0);
         m_file.Write(bytes, static_cast<UINT>(size));

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-/// Cuts the bytes of an input into texts, at each byte 0xFF; the last one is the rest.
+/// Splits the bytes of an input into texts at each byte 0xFF; the last one is the rest.
 class FuzzInput {
 public:
     FuzzInput(const std::uint8_t* data, std::size_t size) : m_rest(reinterpret_cast<const char*>(data), size) {}
@@ -31,7 +31,7 @@ private:
     std::string_view m_rest;
 };
 
-/// What has to hold for every input.
+/// Checks a property that must hold for every input.
 inline void Require(bool holds, const char* what) {
     if (holds) return;
     std::fprintf(stderr, "does not hold: %s\n", what);

@@ -1,5 +1,5 @@
-// Any bytes as a bitmap: it loads or raises one of two texts, draws within its target, and what it saves whole loads
-// again with the same rows.
+// Reads arbitrary bytes as a bitmap: it loads or raises one of two texts, draws within its target, and when saved whole
+// loads again with the same rows.
 
 #include <algorithm>
 #include <vector>

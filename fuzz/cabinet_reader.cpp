@@ -1,7 +1,7 @@
 #include "fuzz/FuzzInput.h"
 #include "tests/support/MemoryCabinets.h"
 
-// Any bytes, cut at 0xFF 0xFE into the cabinets of a set.
+// Arbitrary bytes, split at 0xFF 0xFE into the cabinets of a set.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view text = FuzzInput(data, size).Rest();
     MemoryReader reader;

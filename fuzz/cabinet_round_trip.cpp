@@ -1,7 +1,7 @@
 #include "fuzz/FuzzInput.h"
 #include "tests/support/MemoryCabinets.h"
 
-// A size for the cabinets, then the members.
+// The input is a size for the cabinets, then the members.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace qv::cabinet;
     if (size < 3) return 0;
@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QvCabinetDescription cabinet;
     QvCabinetError error;
     cabinet.cabinetName = "set0";
-    cabinet.maximumSize = 4000u + Get16(data);  // room for the list of all members that may lie in one block
+    cabinet.maximumSize = 4000u + Get16(data);  // room for the list of all members that one block may contain
     cabinet.dataReserve = data[2];
     std::map<std::string, std::string> members;
     auto writer = CabinetWriter::Create(maker, cabinet, error, 1);
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const bool flush = input.Flag();
         const std::string_view text = input.Text();
         std::string content;
-        // Repeated, so that short inputs reach the borders of blocks.
+        // Repeated, so that short inputs reach block boundaries.
         for (std::size_t times = text.empty() ? 0 : 1 + static_cast<unsigned char>(text[0]) * 8; times > 0; --times)
             content += text.substr(0, 300);
         const std::string name = "m" + std::to_string(i);

@@ -20,7 +20,7 @@ qv::tool::ChartOptions OptionsOf(std::uint8_t kind, std::uint8_t flags) {
 
 }  // namespace
 
-// The first byte is the kind of chart, the second has flags; the title and the values follow.
+// The first byte selects the kind of chart, the second has flags; the title and the values follow.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 2) return 0;
     qv::tool::ChartOptions options = OptionsOf(data[0], data[1]);

@@ -1,4 +1,4 @@
-// Characters, case, conversions and searches in code pages of every kind, each against its definition.
+// Checks characters, case, conversions and searches in code pages of every kind against reference implementations.
 #include <vector>
 
 #include "fuzz/FuzzInput.h"
@@ -10,7 +10,7 @@ namespace {
 
 using namespace qv::platform;
 
-// Where the characters of the text begin, and its end.
+// Returns the starts of the text's characters, and its end.
 std::vector<std::size_t> Boundaries(std::string_view text, CodePage page) {
     std::vector<std::size_t> starts{0};
     while (starts.back() < text.size()) {
@@ -21,7 +21,7 @@ std::vector<std::size_t> Boundaries(std::string_view text, CodePage page) {
     return starts;
 }
 
-// The first stretch of whole characters that equals `find`; in other pages than double-byte ones, of bytes.
+// Finds the first match at character boundaries; except in double-byte code pages, the first match of bytes.
 int FindByDefinition(std::string_view text, std::string_view find) {
     if (CurrentCodePage() != CodePage::DoubleByte) return static_cast<int>(text.find(find));
     const std::vector<std::size_t> starts = Boundaries(text, CodePage::DoubleByte);

@@ -3,7 +3,7 @@
 
 namespace {
 
-// The rule, byte by byte.
+// A reference implementation, byte by byte.
 CStringArray ReadPlainly(std::string_view text) {
     CStringArray fields;
     std::string field;
@@ -25,7 +25,7 @@ CStringArray ReadPlainly(std::string_view text) {
     return fields;
 }
 
-// Their written comma is the only text that they cannot carry, and empty elements are dropped.
+// Comma lists cannot represent a text with their escaped comma, and drop empty elements.
 bool SurvivesCommaLists(const CStringArray& fields) {
     for (const CString& field : fields)
         if (field.IsEmpty() || field.Find("\\0x2C") >= 0) return false;

@@ -1,4 +1,4 @@
-// Reading dates from any text, and writing them by any format. Runs in the environment's locale.
+// Parses dates from arbitrary text, and formats them with arbitrary formats. Runs in the environment's locale.
 
 #include <clocale>
 #include <cstdlib>

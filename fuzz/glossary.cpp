@@ -1,4 +1,4 @@
-// The terms are marked that the rules give one after the other.
+// Compares the marked terms with those of a reference implementation.
 
 #include "fuzz/FuzzInput.h"
 #include "qvcommon/CodePage.h"
@@ -6,7 +6,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzInput input(data, size);
-    _setmbcp(1252);  // the plain rules measure a hit by its term
+    _setmbcp(1252);  // the reference implementation computes an occurrence's length from its term
     CStringArray terms, explanations;
     for (int n = input.Flag() ? 3 : 8; n > 0; --n) {
         terms.Add(input.Text());

@@ -1,4 +1,4 @@
-// Every way of escaping gives what its replacements give one after the other.
+// Each kind of escaping must equal its successive replacements.
 #include <cstdlib>
 
 #include "qvcommon/CodePage.h"

@@ -1,4 +1,4 @@
-// The text of a page is what its definition gives step by step, and stripping tags leaves none.
+// The text of a page must equal its step-by-step definition, and stripping must leave no tags.
 #include <cstdlib>
 
 #include "qvcommon/CodePage.h"

@@ -1,4 +1,4 @@
-// Rebasing changes nothing but addresses, keeps what the page is, and changes nothing the second time.
+// Rebasing changes only addresses, keeps the page's structure, and is idempotent.
 #include <cstdlib>
 
 #include "qvcommon/HtmlWriter.h"
@@ -14,7 +14,7 @@ void RebaseAll(CHtmlDocument& page, std::string_view base) {
         CHtmlWriter::RebaseCollection(page, "", attribute, base);
 }
 
-// The rebased page has the same elements, and with the old addresses put back it is the old page.
+// The rebased page has the same elements, and restoring the old addresses restores the page.
 void CheckRestores(const CHtmlDocument& before, const CString& rebased) {
     CHtmlDocument after(rebased);
     Check(after.GetElementCount() == before.GetElementCount());

@@ -1,5 +1,5 @@
-// Any bytes as an icon file: it is read or refused with the documented error, and its small pictures make an icon that holds
-// the same pixels.
+// Reads arbitrary bytes as an icon file: it is read or refused with the documented error, and its small pictures can be
+// written as an icon with the same pixels.
 
 #include "fuzz/FuzzFile.h"
 #include "fuzz/FuzzInput.h"

@@ -1,5 +1,5 @@
-// The first byte gives the window and what follows: frames, each with its size in front, of which nothing is expected but an
-// answer; or data, which is encoded and has to come back.
+// The first byte selects the window and the kind of the rest: frames, each preceded by its size, which must be
+// processed or refused; or data, which must survive encoding and decoding.
 
 #include <cstring>
 
@@ -28,7 +28,7 @@ void DecodeAny(LzxDecompressor& lzx, std::string_view text) {
         text.remove_prefix(2);
         const std::string_view frame = text.substr(0, size);
         text.remove_prefix(frame.size());
-        // On the heap and no longer than it is, so that a read beyond it is seen.
+        // An exact heap allocation, so that reads beyond it are detected.
         const std::vector<unsigned char> exact(frame.begin(), frame.end());
         if (!lzx.Decompress(exact, text.empty() ? std::span(out).first(1 + size % kBlockSize) : std::span(out))) return;
     }
@@ -36,7 +36,7 @@ void DecodeAny(LzxDecompressor& lzx, std::string_view text) {
 
 void EncodeAndDecode(LzxDecompressor& lzx, unsigned kinds, std::string_view text) {
     using qv::test::LzxBlock;
-    // Repeated, so that short inputs reach the borders of frames.
+    // Repeated, so that short inputs reach frame boundaries.
     std::string data;
     for (std::size_t times = text.empty() ? 0 : 1 + 40000 / (text.size() + 4000); times > 0; --times) data += text;
     if (data.empty()) return;

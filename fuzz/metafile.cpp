@@ -1,4 +1,5 @@
-// Any bytes as a metafile: the walk ends with a result or a stated error, and passes no more bytes than there are.
+// Reads arbitrary bytes as a metafile: the walk ends with a result or a documented error, and reports no more bytes
+// than exist.
 
 #include "fuzz/FuzzFile.h"
 #include "fuzz/FuzzInput.h"

@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(library.find('/') == library.npos, "the library's form has one separator");
     const std::string name = native.substr(0, native.find('/'));
     Require(NativePath(LibraryName(name)) == name, "names are paths of one name");
-    // Any text is a path: what it means has a library form of its own.
+    // Any text is a path: its meaning has a canonical library form.
     Require(NativePath(LibraryPath(NativePath(native))) == NativePath(native), "a path keeps its meaning");
     return 0;
 }

@@ -1,6 +1,6 @@
-// Any bytes as a PNG file: it is read or refused with the documented error, and what is read is written again to the same
-// pixels. Checksums and compression would keep the search away from the code after them. So checksums are put right here,
-// and data that is no stream is wrapped into one.
+// Reads arbitrary bytes as a PNG file: it is read or refused with the documented error, and written again with the same
+// pixels. Checksums and compression would keep the search from the code after them, so checksums are corrected here,
+// and data that is not a stream is compressed into one.
 
 #include <algorithm>
 
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (!Reads(input.Holding(bytes.data(), bytes.size()), picture)) return 0;
     int width = 0, height = 0;
     CImageHelper::GetSize(picture, width, height);
-    if (std::int64_t{width} * height > 1 << 16) return 0;  // which takes time, and finds nothing else
+    if (std::int64_t{width} * height > 1 << 16) return 0;  // slow, and finds nothing new
     CFile& written = output.Holding("", 0);
     Require(CImageHelper::WritePng(written, picture), "what is read is written");
     written.Seek(0, CFile::begin);

@@ -6,8 +6,7 @@
 
 namespace {
 
-// Where stray bytes could join to characters when what parts them is taken away, the rules by steps and by the whole text
-// need not agree.
+// If removing a separator can join stray bytes into characters, the stepwise and the whole-text rules may differ.
 bool IsWellFormed(std::string_view text) {
     using namespace qv::platform;
     if (CurrentCodePage() == CodePage::SingleByte) return true;
@@ -36,7 +35,7 @@ void CheckReplaceNoCase(std::string_view text, std::string_view find, std::strin
     Require(!want || result.AsStd() == *want, "ReplaceNoCase follows its rule");
 }
 
-// Replacing that does not end by itself is left to few inputs, as it takes its time.
+// Replacing that does not end by itself is slow, so only few inputs try it.
 void CheckReplaceAll(std::string_view text, std::string_view find, std::string_view replacement) {
     const bool onePass = replacement.find(find) != replacement.npos;
     const auto want = onePass ? std::nullopt : oracle::ReplaceAll(std::string(text), find, replacement);

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The walk as its rule goes, with the plain finds.
+// A reference implementation with plain searches.
 std::string Walk(std::string_view text, std::string_view start, std::string_view end, bool caseSensitive) {
     const CString source(text);
     const auto find = [&](std::string_view marker, int from) {
@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     replacer.SetEndReplace(")");
     replacer.SetCaseSentitive(caseSensitive);
     const CString result = replacer.ReplaceEscapes(text);
-    // Without regard to case, a marker in UTF-8 may be longer in the text than in the question.
+    // Case-insensitively, a match in UTF-8 may be longer than the marker.
     if (caseSensitive || !utf8)
         Require(result.AsStd() == Walk(text, start, end, caseSensitive), "ReplaceEscapes follows its rule");
 

@@ -1,5 +1,5 @@
-// Whatever a file of settings holds, its names are found again by themselves, typed values that were set come back, and
-// what is set or deleted leaves all other lines as they were.
+// In any settings file, every listed name is found, typed values are read back as set, and other lines are unchanged by
+// setting and deleting.
 #include <algorithm>
 
 #include "fuzz/FuzzInput.h"
@@ -24,7 +24,7 @@ void ReadAsEveryType(std::string_view text) {
     Require(qv::ReadListText(qv::ListText(list)) == list, "lists come back");
 }
 
-/// The lines of both texts that are not in the other one, at most so many.
+/// Requires that at most four lines were added.
 void RequireOneLineMore(std::string_view before, std::string_view after) {
     const auto lines = [](std::string_view text) { return std::count(text.begin(), text.end(), '\n'); };
     Require(lines(after) - lines(before) <= 4, "no other lines are added");
@@ -47,7 +47,7 @@ void Walk(const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Each section is looked for in all of the text.
+    // Each section is searched in the whole text.
     if (size > 4096) return 0;
     FuzzInput input(data, size);
     const std::string section(input.Text()), entry(input.Text()), value(input.Text()), text(input.Rest());

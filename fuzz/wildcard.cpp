@@ -9,9 +9,9 @@ using qv::platform::Wildcard;
 
 namespace {
 
-constexpr std::size_t kLongest = 300;  // as no name is longer, and time is in line with both lengths
+constexpr std::size_t kLongest = 300;  // no name is longer, and time grows with both lengths
 
-/// Masks without points and question marks have a simple rule: their pieces follow one another.
+/// Masks without dots and question marks have a simple rule: their pieces occur in order.
 bool MatchesPlainly(std::string_view mask, std::string_view name) {
     std::size_t star = mask.find('*');
     if (star == mask.npos) return mask == name;
@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool matches = Wildcard(mask).Matches(name);
     Require(Wildcard("*").Matches(name) && Wildcard("*.*").Matches(name), "a mask for every name takes every name");
     if (!Wildcard::IsWild(name)) Require(Wildcard(name).Matches(name), "a name is a mask for itself");
-    // Other masks may begin or end within a character of the name, which is no match.
+    // Other masks may begin or end within a character of the name, which is not a match.
     if (mask.find_first_of("?.") == mask.npos && !mask.empty() && qv::ascii::IsAscii(mask))
         Require(matches == MatchesPlainly(qv::platform::ToUpper(mask), qv::platform::ToUpper(name)),
                 "stars are matched by their rule");

@@ -1,4 +1,4 @@
-// Documents and paths from anywhere: each is answered or refused, and what is written is read again.
+// Arbitrary documents and paths: each is accepted or refused, and what is written can be read again.
 #include "fuzz/FuzzInput.h"
 #include "qvcommon/XmlHelper.h"
 
@@ -30,7 +30,7 @@ void ReadAll(const CXmlHelper::Node& root, std::string_view path) {
     if (way.Find('@') < 0) Require(root.selectSingleNode(way) == node, "a node's path leads to it");
 }
 
-// Such a path would make as many elements.
+// Such a path would create as many elements.
 bool HasLongNumber(std::string_view path) {
     int digits = 0;
     for (const char c : path)

@@ -1,4 +1,4 @@
-// Escaping is what its replacements give one after the other, and comes back.
+// Escaping must equal its successive replacements, and be reversible.
 
 #include "fuzz/FuzzInput.h"
 #include "platform/Text.h"

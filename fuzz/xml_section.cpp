@@ -1,4 +1,4 @@
-// Whatever stands in a section, it is read or refused; what was read is written and read again as it was.
+// Any section text is read or refused; what was read survives writing and reading.
 #include "fuzz/FuzzInput.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/XmlSection.h"

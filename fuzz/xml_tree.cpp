@@ -1,4 +1,4 @@
-// Random operations on trees: whatever is accepted is saved, and loaded again as the same tree.
+// Random operations on trees: after each accepted one, the tree survives saving and loading.
 #include <array>
 #include <clocale>
 
@@ -23,7 +23,7 @@ public:
         }
     }
 
-    // One operation for each text of the input; its first bytes choose operation and nodes.
+    // Runs one operation for each text of the input; its first bytes select the operation and the nodes.
     bool Step() {
         const std::string_view text = m_input.Text();
         if (text.size() < 3) return false;
@@ -89,7 +89,7 @@ private:
 
 }  // namespace
 
-// Names that a code page lacks have no form in it.
+// The UTF-8 code page can represent every name.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     std::setlocale(LC_ALL, "C.UTF-8");
     return 0;

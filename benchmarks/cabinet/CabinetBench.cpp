@@ -1,6 +1,6 @@
-// Packs and unpacks 60 MB of source text, binaries and pictures of this machine; unpacks LZX data, and a cabinet of very
-// many folders, which no program should take quadratic time for. All are programs: the tool beside gcab, cabextract and 7zz.
-// Prints the archives' sizes and the most memory that packing took.
+// Packs and unpacks 60 MB of source text, binaries and pictures of this machine; unpacks LZX data, and a cabinet of
+// very many folders, which must not take quadratic time. All are programs: the tool compared with gcab, cabextract and
+// 7zz. Prints the sizes of the archives and the peak memory of packing.
 
 #include <benchmark/benchmark.h>
 
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 const fs::path g_folder = TheScratch() / "archives";
 
-/// Copies files until there are so many bytes of them.
+/// Copies files until they have this many bytes.
 void Gather(const char* name, std::initializer_list<const char*> roots, std::initializer_list<const char*> extensions,
             std::uintmax_t bytes) {
     int count = 0;
@@ -79,7 +79,7 @@ void Write(const char* name, const std::string& bytes) {
     std::ofstream(g_folder / name, std::ios::binary) << bytes;
 }
 
-/// 16 MB of what was gathered, in one member.
+/// Packs 16 MB of the collected files as one member.
 void MakeLzx() {
     std::string data;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(g_folder / "in")) {
@@ -100,7 +100,7 @@ void MakeFolders() {
     Write("folders.cab", qv::test::CabinetOf(folders));
 }
 
-/// A cabinet whose members have their own names, beside the programs that read it.
+/// Registers a cabinet whose members have their own names, and the programs that read it.
 void RegisterBare(const std::string& group, const std::string& cabinet) {
     const std::string out = "out " + cabinet;
     Measure((group + "/QvCommon").c_str(),
@@ -121,7 +121,7 @@ void RegisterBare(const std::string& group, const std::string& cabinet) {
             out);
 }
 
-/// What an archive holds, of the 16,000 members in folders of their own.
+/// Lists an archive of 16,000 members, each in its own folder.
 void RegisterList() {
     const std::string cabinet = At("folders.cab");
     Measure(

@@ -1,4 +1,4 @@
-// Archives of more members.
+// Archives with more members.
 
 #include "benchmarks/files/Scratch.h"
 #include "benchmarks/support/Growth.h"
@@ -12,7 +12,7 @@ std::string Numbered(const char* name, const benchmark::State& state) {
     return TheScratch() / (name + std::to_string(state.range()));
 }
 
-/// So many files of a few bytes, and the archive of them.
+/// Many files of a few bytes, and their archive.
 struct Members {
     explicit Members(const benchmark::State& state)
         : folder(Numbered("members", state)), archive(folder + ".cab"), target(Numbered("target", state)) {

@@ -1,4 +1,5 @@
-// A chart of a million points beside writing its numbers as text, which is the least that any other form of them takes.
+// Draws a chart of a million points, compared with writing its numbers as text, the minimum for any other
+// representation.
 #include <benchmark/benchmark.h>
 
 #include <charconv>
@@ -36,7 +37,7 @@ void Draw(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(graph.GetSvg());
 }
 
-// "x,y" lines with the shortest digits that give the numbers back.
+// Writes "x,y" lines with the shortest digits that read back as the same numbers.
 void WriteNumbers(benchmark::State& state) {
     const std::vector<double> x = Positions();
     for (auto _ : state) {

@@ -46,7 +46,7 @@ void OfFile(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(FileCRC(path.c_str()));
 }
 
-// Reading alone, in the same steps.
+// Only reads, in the same steps.
 void ReadOnly(benchmark::State& state) {
     const std::string path = FileOf(kGigabyte);
     constexpr std::size_t kStep = 256 * 1024;

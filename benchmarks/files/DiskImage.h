@@ -5,7 +5,7 @@
 
 #include "benchmarks/support/Programs.h"
 
-/// An ext4 file system in a file of the folder, which only root may mount; gone with the object.
+/// An ext4 file system in a file of the folder, which only root may mount; deleted by the destructor.
 class DiskImage {
 public:
     explicit DiskImage(const std::string& folder) : m_image(folder + "/ext4.image"), m_path(folder + "/ext4") {

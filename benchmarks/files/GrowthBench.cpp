@@ -1,4 +1,4 @@
-// Folders of more entries, files of more lines, settings of more values.
+// Folders with more entries, files with more lines, settings with more values.
 
 #include "benchmarks/files/Scratch.h"
 #include "benchmarks/support/Growth.h"
@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// One folder with so many empty files.
+/// Returns a folder with the given number of empty files.
 std::string Folder(const benchmark::State& state, const std::string& name) {
     const std::string folder = TheScratch() / (name + std::to_string(state.range()));
     fs::create_directories(folder);
@@ -65,7 +65,7 @@ void ReadLines(benchmark::State& state) {
 }
 QV_GROWTH(ReadLines, ReadLines, 50000);
 
-// In one update, as a program saves its settings.
+// In one update, as programs save their settings.
 void SetSettings(benchmark::State& state) {
     const std::string path = TheScratch() / ("set" + std::to_string(state.range()) + ".ini");
     for (auto _ : state) {

@@ -1,4 +1,4 @@
-// The tool beside other programs: names of a tree, its files copied, deleted and summed up.
+// The tool compared with other programs: listing, copying, deleting and checksumming a tree.
 
 #include <benchmark/benchmark.h>
 
@@ -15,7 +15,7 @@ std::string InMemory() {
     return TheScratch().Path();
 }
 
-// Empty where it cannot be mounted.
+// Returns an empty string if it cannot be mounted.
 std::string OnDisk() {
     static const DiskImage disk(TheScratch().Path());
     return disk.IsMounted() ? disk.Path() : "";
@@ -36,7 +36,7 @@ void RegisterRead(const std::string& name, Command command) {
     });
 }
 
-/// What makes the target is timed, and what deletes it, or the other way round.
+/// Runs both commands and times one of them.
 void RegisterChange(const std::string& name, std::string (*place)(), Command make, Command remove, bool timesMaking) {
     const auto run = [=](benchmark::State& state) {
         if (place().empty()) return state.SkipWithError("only root can mount a file system");
@@ -76,7 +76,7 @@ std::string DeleteByRm(const std::string& tree) {
     return "rm -rf " + Target(tree);
 }
 
-/// The names of all files, each ended by a zero byte.
+/// Returns the names of all files, each terminated by a zero byte.
 std::string ListOf(const std::string& tree) {
     const std::string list = tree + " list";
     if (!std::filesystem::exists(list)) RunCommand("find " + Quoted(tree) + " -type f -print0 > " + Quoted(list));

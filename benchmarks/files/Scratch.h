@@ -4,8 +4,8 @@
 #include <fstream>
 #include <string>
 
-/// A folder of the benchmarks' own, gone at the end of the program. It lies in memory where the system has such a file
-/// system: what is compared are programs, not the moods of a disk.
+/// A temporary folder of the benchmarks, deleted at the end of the program. It is in a memory file system if there is
+/// one, so that programs are compared rather than disks.
 class Scratch {
 public:
     Scratch() : m_path(Base() / ("qvbench" + std::to_string(::time(nullptr)))) {
@@ -32,7 +32,7 @@ inline const Scratch& TheScratch() {
     return scratch;
 }
 
-/// A file of that many bytes that do not repeat, made at its first use and in the page cache then.
+/// Returns a file of `size` bytes without repetition, created on first use and then in the page cache.
 inline std::string FileOf(std::size_t size) {
     const std::string path = TheScratch() / ("file" + std::to_string(size));
     if (std::filesystem::exists(path)) return path;

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Ten sections of so many entries in all.
+/// Returns ten sections with the given number of entries in total.
 std::string Settings(const benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range());
     const std::string path = TheScratch() / ("settings" + std::to_string(count) + ".ini");
@@ -56,7 +56,7 @@ void OurSet(benchmark::State& state) {
     for (auto _ : state) store.SetInteger("Section 9", entry, ++value);
 }
 
-// Ours alone takes a lock, syncs, and keeps what belongs to the old file.
+// Only ours takes a lock, syncs, and preserves the attributes of the old file.
 void GlibSet(benchmark::State& state) {
     const std::string path = Settings(state), entry = LastEntry(state);
     int value = 0;

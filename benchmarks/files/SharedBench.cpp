@@ -1,4 +1,4 @@
-// A document's lock taken and given back, and a document saved whole, with what each library does for that.
+// Acquires and releases a document's lock, and saves a document atomically, with each library's means.
 
 #include <benchmark/benchmark.h>
 #include <glib.h>
@@ -42,8 +42,8 @@ void OurSave(benchmark::State& state) {
     for (auto _ : state) CFileUtils::SaveFile(path.c_str(), text);
 }
 
-// Synced before it is renamed, as ours and QSaveFile's. Ours alone syncs the folder afterwards, keeps what belongs to the
-// old file, and asks whether another program has it open.
+// Synced before it is renamed, like ours and QSaveFile's. Only ours also syncs the folder, preserves the attributes of
+// the old file, and checks whether another program has it open.
 void GlibSave(benchmark::State& state) {
     const std::string path = TheScratch() / "saved by glib", text = TextOf(state);
     const auto flags = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT | G_FILE_SET_CONTENTS_DURABLE);

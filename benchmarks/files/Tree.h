@@ -6,7 +6,7 @@
 struct Tree {
     static constexpr int kTop = 10, kBelow = 99, kFiles = 20, kAllFiles = kTop * (kBelow + 1) * kFiles;
 
-    /// Made in the folder at the first call.
+    /// Created in the folder by the first call.
     static std::string In(const std::string& folder) {
         std::string tree = folder + "/tree";
         if (std::filesystem::exists(tree)) return tree;

@@ -1,4 +1,4 @@
-// A walk with the size and time of each file, by calls of a library.
+// Walks a tree with the size and time of each file, using a library.
 
 #include <benchmark/benchmark.h>
 
@@ -33,7 +33,7 @@ void FindStandard(benchmark::State& state) {
     }
 }
 
-// One question for each entry, and no more of its answer than the type.
+// One query per entry, which only uses the type.
 void FindStandardStatus(benchmark::State& state) {
     const std::string tree = Tree::In(TheScratch().Path());
     for (auto _ : state) {

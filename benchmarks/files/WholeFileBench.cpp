@@ -16,7 +16,7 @@ void Ours(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(CFileUtils::ReadFile(path.c_str()));
 }
 
-// One call of the system.
+// One system call.
 void Read(const std::string& path, char* buffer) {
     std::FILE* const file = std::fopen(path.c_str(), "rb");
     std::setvbuf(file, nullptr, _IONBF, 0);
@@ -24,14 +24,14 @@ void Read(const std::string& path, char* buffer) {
     std::fclose(file);
 }
 
-// Into memory that has been written to before.
+// Into memory that was written before.
 void IntoReadyBuffer(benchmark::State& state) {
     const std::string path = FileOf(kSize);
     std::vector<char> buffer(kSize, 'x');
     for (auto _ : state) Read(path, buffer.data());
 }
 
-// Into memory that is new, as that of a result is.
+// Into new memory, as for a returned result.
 void IntoNewBuffer(benchmark::State& state) {
     const std::string path = FileOf(kSize);
     for (auto _ : state) Read(path, std::make_unique_for_overwrite<char[]>(kSize).get());

@@ -1,4 +1,4 @@
-// Marking a glossary's terms in 1 MB of text: few terms against many, and one automaton against a search for each term.
+// Marks a glossary's terms in 1 MB of text: few terms and many, and one automaton compared with a search for each term.
 #include <benchmark/benchmark.h>
 
 #include <random>
@@ -29,7 +29,7 @@ struct Glossary {
 struct Material {
     std::string text;
     Glossary few, many,
-        common;  // 20 terms that occur; those and 1980 that don't but begin alike; 2000 that mark every second word
+        common;  // 20 terms that occur; also 1980 with the same prefixes that do not; 2000 that mark half the words
 
     Material() {
         std::mt19937 random(1);

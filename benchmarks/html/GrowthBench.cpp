@@ -1,4 +1,4 @@
-// Pages of more nodes, sections and terms, and HTML that was prepared to keep a reader busy.
+// Pages with more nodes, sections and terms, and HTML crafted to slow down a parser.
 #include "benchmarks/support/Growth.h"
 #include "qvcommon/HtmlDocument.h"
 #include "qvcommon/HtmlTreeMenu.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-// Ten nodes below each, every tenth level one deeper.
+// Ten children per node; every tenth level is one deeper.
 void BuildTree(CHtmlTreeNode& parent, int& nodes) {
     std::vector<CHtmlTreeNode*> level{&parent};
     for (std::size_t i = 0; nodes > 0; ++i)
@@ -21,7 +21,7 @@ void TreeMenu(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(tree.GetHtml());
 }
 
-// A chain: each node has one below it.
+// A chain: each node has one child.
 void DeepTreeMenu(benchmark::State& state) {
     const int size = static_cast<int>(state.range());
     CHtmlTreeBuilder tree;

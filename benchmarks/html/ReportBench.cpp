@@ -1,4 +1,4 @@
-// Writing a report of 10,000 files after its search: the page beside the same bytes written in one piece.
+// Writes a report of 10,000 files after the search: the page compared with the same bytes written in one piece.
 #include <benchmark/benchmark.h>
 
 #include <filesystem>

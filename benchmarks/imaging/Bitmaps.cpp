@@ -8,7 +8,7 @@
 #include "qvcommon/DIBitmap.h"
 #include "tests/support/Bitmap.h"
 
-// Loading and saving a large bitmap of 24 bits per pixel, beside a bare read and write of as many bytes.
+// Loads and saves a large bitmap of 24 bits per pixel, compared with plain reads and writes of as many bytes.
 
 namespace {
 

@@ -9,7 +9,7 @@ namespace qv::bench {
 
 constexpr std::size_t kFileSize = 100 << 20;
 
-/// A file of the benchmarks' own, gone with the program.
+/// A temporary file of the benchmarks, deleted at the end of the program.
 class BenchFile {
 public:
     explicit BenchFile(const std::string& name, const std::string& bytes = {})

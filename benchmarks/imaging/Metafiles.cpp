@@ -8,8 +8,8 @@
 #include "qvcommon/ParseEmf.h"
 #include "tests/support/Metafile.h"
 
-// The walk of a large metafile of short records, with its clean-ups, beside plain reading and a walk of another library,
-// which reads the whole file first and looks at sizes only.
+// Walks a large metafile of short records with clean-ups, compared with plain reading and with another library's walk,
+// which reads the whole file first and only checks sizes.
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include "benchmarks/support/Growth.h"
 #include "qvcommon/ImageHelper.h"
 
-// PNG files read and written beside libpng, and the changes of pixels beside ImageMagick, which uses all cores. The picture
-// is like a photograph: smooth shapes, and some noise.
+// Reads and writes PNG files, compared with libpng, and changes pixels, compared with ImageMagick, which uses all
+// cores. The picture resembles a photograph: smooth shapes, and some noise.
 
 namespace {
 
@@ -51,7 +51,7 @@ const qv::bench::BenchFile& Target() {
     return file;
 }
 
-// A copy of it costs nothing until it is changed.
+// Copying it is free until the copy is changed.
 MagickWand* PhotoWand() {
     static MagickWand* const wand = [] {
         MagickWand* const made = NewMagickWand();
@@ -151,7 +151,7 @@ QV_CHANGE(QuarterTurn, Turn(from, to, 1), MagickRotateImage(wand, NewPixelWand()
 QV_CHANGE(Rotate33, Rotate(from, to, 33, 0), MagickRotateImage(wand, NewPixelWand(), 33));
 QV_CHANGE(Mirror, Mirror(from, to, CImageHelper::horizontally), MagickFlopImage(wand));
 
-// Time is linear in the pixels, also where a side becomes very short or very long.
+// Time is O(pixels), even if a side becomes very short or very long.
 template <class Change>
 void Growth(benchmark::State& state, Change change) {
     const Picture picture(static_cast<int>(std::lround(std::sqrt(state.range() * 4 / 3))));

@@ -1,4 +1,4 @@
-// Those of its libraries that do what QvCommon does: files, threads, and texts by the rules of a language.
+// The Boost libraries with QvCommon's functions: files, threads, and locale-dependent text.
 #include <boost/filesystem/operations.hpp>
 #include <boost/locale/generator.hpp>
 #include <boost/thread/thread.hpp>

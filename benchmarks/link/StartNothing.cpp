@@ -1,2 +1,2 @@
-// The least that a program can be.
+// The minimal program.
 int main() {}

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""What it costs to use a library: the start of a program that calls one function of it, the size of the library, and
-the time to compile a file that includes all of it.
+"""Measures the cost of using a library: the start of a program that calls one of its functions, the size of the
+library, and the time to compile a file that includes all of its headers.
 
     bench_link [--benchmark_out=FILE] [--benchmark_repetitions=COUNT]
 
-It lies beside the programs that it starts. The file has the form that the other benchmarks write. A peer that is not
-installed is an error of its row alone.
+It must be beside the programs that it starts. The output file has the format of the other benchmarks. A peer that is
+not installed is an error of its row only.
 """
 
 import json
@@ -22,7 +22,7 @@ INCLUDE = "@PROJECT_SOURCE_DIR@/include"
 COMPILER = "@CMAKE_CXX_COMPILER@"
 STARTS = 50
 
-# Called, program that calls it, library of which the size counts, package of the headers, headers.
+# Name, program that calls it, library whose size counts, package of the headers, headers.
 LIBRARIES = [
     ("QvCommon", "start_qvcommon", "libqvcommon", None, ["qvcommon/QvCommon.h"]),
     ("an empty program", "start_nothing", None, None, []),
@@ -35,7 +35,7 @@ LIBRARIES = [
 
 
 def start(program, *_):
-    """Seconds that one start takes."""
+    """Returns the seconds that one start takes."""
     path = str(HERE / program)
     before = time.perf_counter()
     for _ in range(STARTS):
@@ -45,7 +45,7 @@ def start(program, *_):
 
 
 def size(program, library, *_):
-    """Bytes of the library without its symbol table and debugging information, as it is packed."""
+    """Returns the bytes of the library without symbol table and debugging information, as in packages."""
     loaded = subprocess.run(["ldd", str(HERE / program)], capture_output=True, check=True, text=True).stdout
     paths = [line.split()[2] for line in loaded.splitlines() if line.strip().startswith(library)]
     with tempfile.TemporaryDirectory() as folder:
@@ -58,7 +58,7 @@ def size(program, library, *_):
 
 
 def compile_file(_program, _library, package, headers):
-    """Seconds that a file takes which includes the headers and nothing else."""
+    """Returns the seconds to compile a file that only includes the headers."""
     flags = ["-I" + INCLUDE] if package is None else shlex.split(
         subprocess.run(["pkg-config", "--cflags", package], capture_output=True, check=True, text=True).stdout)
     source = "".join(f"#include <{header}>\n" for header in headers)

@@ -2,12 +2,11 @@
 
 #include <benchmark/benchmark.h>
 
-/// Times `function` on an input of `size` and on one of four times that. The times are to be in about that relation.
+/// Times `function` on inputs of `size` and of four times that. The times should have about that ratio.
 #define QV_GROWTH(name, function, size) \
     BENCHMARK(function)->Name("Growth_" #name "/QvCommon")->Arg(size)->Arg(4 * (size))->UseRealTime()
 
-/// What a call to the same operation makes of different input: as QV_GROWTH, with the arguments that `function` takes
-/// after the state.
+/// The same operation on different input: like QV_GROWTH, with arguments for `function` after the state.
 #define QV_GROWTH_OF(name, function, size, ...)    \
     BENCHMARK_CAPTURE(function, name, __VA_ARGS__) \
         ->Name("Growth_" #name "/QvCommon")        \

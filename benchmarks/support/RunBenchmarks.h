@@ -1,7 +1,7 @@
 #pragma once
 
-/// Runs the registered benchmarks in interleaved repetitions. Use it as a program's main.
+/// Runs the registered benchmarks in interleaved repetitions. Intended as a program's main.
 ///
-/// With `--benchmark_out=FILE` the program prints errors alone, and the file, in JSON, has every repetition:
-/// scripts/lib/ratios.py makes ratios of them.
+/// With `--benchmark_out=FILE` only errors are printed, and the JSON file has every repetition: scripts/lib/ratios.py
+/// computes ratios from it.
 int RunBenchmarks(int argc, char** argv);

@@ -11,7 +11,7 @@ constexpr std::string_view kSentence =
     "It is a truth universally acknowledged, that a single man in possession of a good fortune, must be in want of a "
     "wife. ";
 
-// A megabyte of prose with the words sought at its end.
+// A megabyte of prose with the search words at its end.
 CString Prose(std::string_view end) {
     std::string text;
     while (text.size() < 1 << 20) text += kSentence;

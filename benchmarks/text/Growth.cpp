@@ -1,7 +1,7 @@
 #include "benchmarks/support/Growth.h"
 #include "qvcommon/StringHelper.h"
 
-// Operations on lists, and replacements that make more of what they look for.
+// Operations on lists, and replacements whose results match again.
 
 namespace {
 
@@ -89,7 +89,7 @@ void UnEscapeUrlChain(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(CStringHelper::UnEscapeUrl(chain));
 }
 
-// Fields of quotes, which a reader meets at every byte.
+// Fields of quotes, which need handling at every byte.
 void ReadCsv(benchmark::State& state, std::string_view piece) {
     std::string text;
     while (text.size() < static_cast<std::size_t>(state.range())) text += piece;

@@ -1,4 +1,4 @@
-// Escaping and building of pages beside the same work done by others.
+// Escaping and building of pages, compared with other implementations.
 #include <benchmark/benchmark.h>
 #include <glib.h>
 
@@ -59,7 +59,7 @@ QV_BENCH(Dirty, Replacements, qv::test::ChainDirty(kCleaned));
 QV_BENCH(PlainText, QvCommon, CHtmlWriter::HtmlToPlainText(kMixed));
 QV_BENCH(PlainText, Replacements, qv::test::ChainPlainText(kMixed));
 
-// A page of 4 MB in pieces as a report writes them.
+// A page of 4 MB in the pieces of a report.
 constexpr std::string_view kPiece = "<td class=\"number\">1234</td>";
 constexpr std::size_t kPieces = 4 * kSize / kPiece.size();
 

@@ -1,4 +1,4 @@
-// Lines, splitting, joining and CSV beside the same into owned strings.
+// Lines, splitting, joining and CSV, compared with the same into owned strings.
 #include <absl/strings/str_join.h>
 #include <absl/strings/str_split.h>
 #include <benchmark/benchmark.h>
@@ -37,7 +37,7 @@ std::string Lines() {
     return text;
 }
 
-// Every fourth field in quotes.
+// Every fourth field is quoted.
 std::string QuotedText() {
     Strings fields = kFields;
     for (std::size_t i = 0; i < fields.size(); i += 4) fields[i] = '"' + fields[i] + ", \"\"net\"\"\"";

@@ -1,4 +1,4 @@
-// Writes a report of 1 GB to a file and prints the most memory that the process ever held.
+// Writes a report of 1 GB to a file and prints the process's peak memory.
 
 #include <cstdio>
 #include <filesystem>
@@ -21,7 +21,7 @@ void WriteReport(CHtmlWriter& page) {
     page.CommitFile();
 }
 
-// The kernel's line of the name, as "VmHWM:   9876 kB"; empty on systems without it.
+// Returns the kernel's line with the name, such as "VmHWM:   9876 kB"; empty on systems without it.
 std::string StatusLine(const std::string& name) {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)

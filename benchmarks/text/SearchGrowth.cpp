@@ -3,8 +3,7 @@
 #include "qvcommon/Replacers.h"
 #include "qvcommon/StringHelper.h"
 
-// Operations that search, on a plain text and on one that was prepared to be alike everywhere and to hold nothing of what
-// is sought.
+// Search operations on a plain text and on a repetitive one without a match.
 
 namespace {
 
@@ -97,7 +96,7 @@ const struct {
      }},
 };
 
-// Multiples of a number that tables of this size like to have for their length.
+// Multiples of a number that is a typical length of hash tables of this size.
 void RemoveNumbers(benchmark::State& state, UINT step) {
     CUIntArray all;
     for (int i = 0; i < state.range(); ++i) all.Add(static_cast<UINT>(i) * step);

@@ -1,5 +1,5 @@
-// Sorting by the rules of a UTF-8 locale beside std::sort over strcoll, and beside the collation of another library, by its
-// comparison and by its keys.
+// Sorts by the rules of a UTF-8 locale, compared with std::sort and strcoll, and with another library's collation by
+// comparison and by keys.
 #include <benchmark/benchmark.h>
 #include <unicode/ucol.h>
 #include <unicode/ustring.h>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kCount = 100'000;
 
-// Names as a report lists them: few first letters, many that begin alike, some with letters beyond ASCII.
+// Names as in a report: few first letters, many common prefixes, some letters beyond ASCII.
 CStringArray Names(bool accented) {
     constexpr const char* folders[] = {"Invoices", "invoices", "Letters", "Photos", "\u00DCbersicht", "\u00E9t\u00E9"};
     std::mt19937 random(7);

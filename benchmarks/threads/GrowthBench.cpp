@@ -1,4 +1,4 @@
-// More objects in a map of locked ones, more listeners, longer messages, more folders that are watched.
+// More objects in a map of locked ones, more listeners, longer messages, more watched folders.
 
 #include <memory>
 #include <vector>

@@ -1,4 +1,5 @@
-// The read-write lock beside those of others: free, shared by threads, and how long a thread may have to wait for it.
+// The read-write lock compared with other implementations: uncontended, shared by threads, and the longest wait of a
+// thread.
 
 #include <absl/synchronization/mutex.h>
 #include <benchmark/benchmark.h>
@@ -20,7 +21,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Ours under the names that its peers have.
+// Adapts ours to its peers' names.
 class Ours {
 public:
     void lock_shared() { m_lock.StartRead(); }
@@ -61,7 +62,7 @@ void Write(benchmark::State& state) {
     }
 }
 
-/// Whether each next operation reads, for so many in a hundred.
+/// Decides whether the next operation reads, with a given percentage.
 class Mix {
 public:
     Mix(unsigned reads, int seed) : m_reads(reads), m_random(0x9E3779B9U * static_cast<std::uint32_t>(seed + 1)) {}
@@ -96,7 +97,7 @@ struct Waits {
     Clock::duration reader{}, writer{};
 };
 
-/// Takes the lock again and again until the end is signalled, and returns the longest waits.
+/// Acquires the lock repeatedly until the end is signalled, and returns the longest waits.
 template <class Lock>
 Waits Take(Lock& lock, Mix mix, const std::atomic<bool>& end) {
     Waits longest;
@@ -111,7 +112,7 @@ Waits Take(Lock& lock, Mix mix, const std::atomic<bool>& end) {
     return longest;
 }
 
-/// The longest wait of eight threads in a fifth of a second, of whom each tenth operation writes.
+/// The longest wait of eight threads in a fifth of a second, in which every tenth operation writes.
 template <class Lock>
 void Wait(benchmark::State& state, Clock::duration Waits::*which) {
     constexpr int count = 8;

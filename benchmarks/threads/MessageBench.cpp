@@ -1,4 +1,4 @@
-// 100 bytes to another process, and its word that it has them.
+// Sends 100 bytes to another process and waits for the acknowledgement.
 
 #include <benchmark/benchmark.h>
 #include <dbus/dbus.h>
@@ -62,7 +62,7 @@ void BareSocket(benchmark::State& state) {
     }
 }
 
-/// A connection to a bus of the benchmark's own.
+/// A connection to the benchmark's own bus.
 class Bus {
 public:
     explicit Bus(const std::string& address) : m_connection(dbus_connection_open_private(address.c_str(), nullptr)) {

@@ -7,7 +7,7 @@
 #include "qvcommon/ChangeWatchers.h"
 #include "qvcommon/framework/Process.h"
 
-// From a write of one byte until OnChange runs, or until the program's line has been read.
+// The time from a write of one byte until OnChange runs, or until the program's line has been read.
 
 namespace {
 
@@ -29,7 +29,7 @@ public:
     std::counting_semaphore<> m_told{0};
 };
 
-/// A file in a folder of its own, that is written to.
+/// A file in its own folder, which is written to.
 class Changing {
 public:
     explicit Changing(const char* name) : m_folder(TheScratch() / name) {
@@ -93,7 +93,7 @@ BENCHMARK(InotifyWait)->Name("WatcherLatency/inotifywait")->UseManualTime();
 
 constexpr int kTop = 100, kBelow = 99;
 
-/// 10,000 folders with a file each.
+/// 10,000 folders with one file each.
 std::string Tree() {
     const std::string tree = TheScratch() / "folders";
     if (fs::exists(tree)) return tree;

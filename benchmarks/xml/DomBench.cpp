@@ -1,4 +1,4 @@
-// Documents loaded and walked, and values by path, beside two XML libraries.
+// Loads and walks documents, and reads values by path, compared with two XML libraries.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
@@ -60,7 +60,7 @@ void GetString_pugixml(benchmark::State& state) {
 }
 BENCHMARK(GetString_pugixml)->Name("GetString/pugixml");
 
-// What programs save: attributes, lines, texts with references.
+// Typical saved data: attributes, lines, texts with references.
 const std::string& SavedDocument() {
     static const std::string text = [] {
         std::string xml = "<?xml version=\"1.0\"?>\n<settings>\n";
@@ -101,7 +101,7 @@ void Load_pugixml(benchmark::State& state, const std::string& text) {
 QV_LOAD(Load, Document());
 QV_LOAD(LoadSaved, SavedDocument());
 
-// The document loaded, then the attribute and the text of each item read.
+// Loads the document and reads the attribute and the text of each item.
 std::size_t Characters() {
     std::size_t count = 0;
     for (int group = 0; group < 100; ++group)

@@ -1,4 +1,4 @@
-// Documents and sections of more elements, attributes and depth.
+// Documents and sections with more elements, attributes and depth.
 #include <cmath>
 
 #include "benchmarks/support/Growth.h"
@@ -32,7 +32,7 @@ void CreateXmlPath(benchmark::State& state) {
 }
 QV_GROWTH(CreateXmlPath, CreateXmlPath, 2500);
 
-// Each move looks at the declarations in scope once.
+// Each move examines the declarations in scope once.
 void MoveUnderDeclarations(benchmark::State& state) {
     std::string text = "<r";
     for (int i = 0; i < 1000; ++i) text += " xmlns:n" + std::to_string(i) + "='u" + std::to_string(i) + "'";
@@ -68,7 +68,7 @@ void AddElements(benchmark::State& state) {
 }
 QV_GROWTH(AddElements, AddElements, 2500);
 
-// In each other, as deep as elements may be.
+// Nested as deep as elements may be.
 void AddChain(benchmark::State& state) {
     for (auto _ : state) {
         auto inner = CXmlHelper::GetDocumentElement("<r/>");
@@ -77,7 +77,7 @@ void AddChain(benchmark::State& state) {
 }
 QV_GROWTH(AddChain, AddChain, 60);
 
-// So many elements below one, or attributes of one.
+// One element with many children, or with many attributes.
 CString Wide(const benchmark::State& state, bool attributes) {
     CString xml = attributes ? "<list" : "<list>";
     for (std::int64_t i = 0; i < state.range(); ++i)
@@ -101,7 +101,7 @@ void Save(benchmark::State& state, bool attributes) {
 QV_GROWTH_OF(SaveElements, Save, 10000, false);
 QV_GROWTH_OF(SaveAttributes, Save, 10000, true);
 
-// Each result of a search taken out of its document.
+// Removes each result of a search from its document.
 void RemoveResults(benchmark::State& state) {
     const CString xml = Wide(state, false);
     for (auto _ : state) {
@@ -137,7 +137,7 @@ void WriteSection(benchmark::State& state) {
 }
 QV_GROWTH(WriteSection, WriteSection, 10000);
 
-// The indentation makes the text grow with the square of the depth: twice the depth is four times the text.
+// Indentation makes the text grow with the square of the depth: twice the depth is four times the text.
 void AppendNested(benchmark::State& state) {
     const auto depth = static_cast<int>(std::sqrt(state.range()));
     for (auto _ : state) {
@@ -149,7 +149,7 @@ void AppendNested(benchmark::State& state) {
 }
 QV_GROWTH(AppendNested, AppendNested, 1 << 14);
 
-// Each element looked up once, in an order of no use.
+// Looks up each element once, in an order that does not help the lookup.
 void LookUp(benchmark::State& state) {
     CXmlSection writer, section;
     const int count = static_cast<int>(state.range());

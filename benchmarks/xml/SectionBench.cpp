@@ -1,4 +1,4 @@
-// Sections of 10 MB, read and written, beside the parsers and the writer of two XML libraries.
+// Reads and writes sections of 10 MB, compared with the parsers and the writer of two XML libraries.
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 
@@ -21,7 +21,7 @@ void AddValues(CXmlSection& section, int number) {
     section.AddStringArray("Values", kValues);
 }
 
-// Each record's tags as lines of their own.
+// Each tag of a record on its own line.
 CString WriteFlat(int records) {
     CXmlSection section;
     section.AppendRawXml("<Root>", 1, 0);
@@ -34,7 +34,7 @@ CString WriteFlat(int records) {
     return section.GetRawXml();
 }
 
-// Each record as a section of its own, put into the other.
+// Each record as its own section, added to the outer one.
 CString WriteNested(int records) {
     CXmlSection section;
     section.AppendRawXml("<Root>", 1, 0);
@@ -90,7 +90,7 @@ void Write_Nested(benchmark::State& state) {
 }
 BENCHMARK(Write_Nested)->Name("Write/QvCommon_nested");
 
-// The tree is there already.
+// The tree already exists.
 void Write_pugixml(benchmark::State& state) {
     pugi::xml_document doc;
     doc.load_buffer(kText, static_cast<std::size_t>(kText.GetLength()));

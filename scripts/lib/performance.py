@@ -62,7 +62,7 @@ def family(about, names, groups):
         missing += [f"{row['what']}: {who}" for who in without]
         if shown:
             lines.append(f"| {row['what']} | {shown} | {row['bound']} |\n")
-    table = "| Operation | Beside | What bounds it |\n| --- | --- | --- |\n" + "".join(lines) if lines else ""
+    table = "| Operation | Compared with | What bounds it |\n| --- | --- | --- |\n" + "".join(lines) if lines else ""
     note = "\nLeft out here:\n\n" + "".join(f"- {one}\n" for one in missing) if missing else ""
     return f"\n## {about['title']}\n\n{table}{note}"
 
@@ -96,7 +96,7 @@ def with_ratios(text, about, groups):
     rows = [row for section in about["family"] for row in section["row"] if row.get("readme")]
     shown = ((row["what"], peers(groups[row["group"]], about["names"])[0]) for row in rows if row["group"] in groups)
     table = "".join(f"| {what} | {ratio} |\n" for what, ratio in shown if ratio)
-    block = f"\n| Operation | Time beside QvCommon's |\n| --- | --- |\n{table}\n"
+    block = f"\n| Operation | Time relative to QvCommon |\n| --- | --- |\n{table}\n"
     return BLOCK.sub(lambda old: old[1] + block + old[2], text)
 
 

@@ -51,7 +51,7 @@ class PerformanceTest(unittest.TestCase):
 
     def test_readme(self):
         text = "a\n<!-- ratios -->\nold\n<!-- /ratios -->\nb\n"
-        table = "| Operation | Time beside QvCommon's |\n| --- | --- |\n| Splitting | a peer, renamed **3.0** |\n"
+        table = "| Operation | Time relative to QvCommon |\n| --- | --- |\n| Splitting | a peer, renamed **3.0** |\n"
         self.assertEqual(performance.with_ratios(text, ABOUT, self.groups),
                          f"a\n<!-- ratios -->\n\n{table}\n<!-- /ratios -->\nb\n")
         self.assertEqual(performance.with_ratios("no lines for it\n", ABOUT, self.groups), "no lines for it\n")

@@ -2,19 +2,19 @@
 
 #include <string>
 
-/// The least that two processes can exchange texts with: a Unix socket, and nothing around it.
+/// The minimum for exchanging texts between two processes: a plain Unix socket.
 class SocketPeer {
 public:
-    /// Takes the next who connects to the path.
+    /// Accepts the next connection to the path.
     static SocketPeer Accepted(const std::string& path);
-    /// Tries until somebody listens there.
+    /// Retries until a process listens there.
     static SocketPeer Connected(const std::string& path);
     SocketPeer(SocketPeer&& other) noexcept;
     SocketPeer& operator=(SocketPeer&&) = delete;
     ~SocketPeer();
 
     void Send(const std::string& text);
-    /// False when the other one is gone.
+    /// Returns false if the peer has closed the connection.
     bool Receive(std::string& text);
 
 private:
