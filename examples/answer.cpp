@@ -1,4 +1,4 @@
-// Two programs that send each other texts, first part: answers in capitals what `ask` sends, until it gets "bye".
+// Two programs that send each other texts, part one: answers what `ask` sends in capitals, until it receives "bye".
 //
 //   answer NAME
 
@@ -13,12 +13,13 @@ public:
     bool m_bye = false;
 
 protected:
-    // What arrives, with its sender. A program that answers nobody overrides OnUserMessage, which gets the text alone.
+    // Receives each text with its sender. A program that does not answer overrides OnUserMessage, which gets only the
+    // text.
     void OnCopyData(HWND sender, const CCopyData& data) override {
         CString text(std::string_view(static_cast<const char*>(data.m_data), data.m_length));
         m_bye = text == "bye";
         text.MakeUpper();
-        // The sender waits in its own Send until this member returns, and takes the answer meanwhile.
+        // The sender waits in its own Send until this member returns, and meanwhile accepts the answer.
         QvSendIpcMessage(sender, text, m_hWnd);
     }
 };
@@ -31,16 +32,17 @@ int main(int argc, char** argv) {
         return 2;
     }
 
-    // One listener of a name exists at most among the programs of a user. The name is free again when its program ends or
-    // dies, so this is also a way to be the only instance of a program.
+    // Each user can have one listener per name. The name is free again when its program ends or crashes, so this is
+    // also a way to run only one instance of a program.
     Answerer answerer;
     if (!answerer.Create(argv[1], 0)) {
-        std::fprintf(stderr, "somebody is %s already\n", argv[1]);
+        std::fprintf(stderr, "another program already listens as %s\n", argv[1]);
         return 1;
     }
     std::puts("listening");
     std::fflush(stdout);
 
-    // Texts arrive on this thread while it pumps messages. A program with a message loop of its own on Windows needs none.
+    // Texts arrive on this thread while it pumps messages. On Windows, a program with its own message loop need not do
+    // so.
     while (!answerer.m_bye) answerer.PumpMessages(60'000);
 }

@@ -1,4 +1,4 @@
-// Two programs that send each other texts, second part: sends texts to the program that listens to a name.
+// Two programs that send each other texts, part two: sends texts to the program that listens to a name.
 //
 //   ask NAME TEXT...
 
@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
         return 2;
     }
 
-    // To be answered, listen as well. This name holds for this process alone, so any number of askers may run.
+    // To receive answers, listen as well. This name is unique to the process, so any number of askers may run.
     Asker asker;
     if (!asker.Create("ask", 1)) {
         std::fputs("cannot listen\n", stderr);
@@ -30,8 +30,8 @@ int main(int argc, char** argv) {
     }
 
     for (int i = 2; i < argc; ++i) {
-        // Returns when the other program has handled the text. Its answer came in meanwhile: a thread that waits for a
-        // text of its own to be handled goes on taking texts, so two that send to each other do not block.
+        // Returns when the other program has handled the text. Its answer has arrived by then: a thread that waits for
+        // its text to be handled still receives texts, so two programs that send to each other do not deadlock.
         if (!asker.SendUserMessage(argv[1], 0, CString(argv[i]), asker.m_hWnd)) {
             std::fprintf(stderr, "no listener has the name %s\n", argv[1]);
             return 1;

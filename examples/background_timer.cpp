@@ -1,4 +1,4 @@
-// Work in the background: a thread that ticks, while the program does something else.
+// Background work: a thread that ticks while the program does something else.
 //
 //   background_timer TICKS
 
@@ -13,15 +13,15 @@ class Countdown : public CTimerThread {
 public:
     explicit Countdown(int ticks) : m_left(ticks) {}
 
-    // A derived class stops in its own destructor: the thread must not call members of an object that is half gone.
+    // A derived class stops in its own destructor: the thread must not call members of a partly destroyed object.
     ~Countdown() override { Countdown::StopThread(); }
 
-    // Waits until the last tick has been.
+    // Waits for the last tick.
     void Wait() { m_done.get_future().wait(); }
 
 protected:
-    // These three run on the timer's thread, and no exception may leave them. What they share with other threads has to be
-    // guarded; here nothing is, since everybody else only waits for the promise.
+    // These three run on the timer's thread, and no exception may leave them. Data shared with other threads must be
+    // guarded; here only the promise is shared, which is thread-safe.
     void OnThreadStart() override { std::puts("started"); }
     void OnThreadStop() override { std::puts("stopped"); }
     void OnTick() override {
@@ -44,9 +44,9 @@ int main(int argc, char** argv) {
     }
 
     Countdown countdown(ticks);
-    countdown.StartThread(1);  // seconds; the first tick comes at once, each next one a second after the last ended
+    countdown.StartThread(1);  // in seconds: ticks at once, then a second after each tick has ended
     countdown.Wait();
 
-    // Cuts the pause short, but never a tick, and returns when OnThreadStop has ended.
+    // Interrupts the pause, but never a tick, and returns when OnThreadStop has ended.
     countdown.StopThread();
 }

@@ -1,8 +1,8 @@
-// Code for the framework's CFile, as an old Windows program has it, and the same job with what this library adds.
+// Code for the framework's CFile, as in an old Windows program, and the same job with what this library adds.
 //
 //   from_cfile FILE
 //
-// Counts the runs of the program in the file, twice: once by the old code and once by the new.
+// Counts the runs of the program in the file, twice: once with the old code and once with the new.
 
 #include <clocale>
 #include <cstdio>
@@ -13,8 +13,8 @@
 #include "qvcommon/LockFile.h"
 #include "qvcommon/SaveFile.h"
 
-// As it was. CFile, CString, the flags and CFileException have the names and the meaning that they had; the flags of
-// sharing hold on Linux too, between programs that use this library.
+// Unchanged. CFile, CString, the flags and CFileException keep their names and meaning; the sharing flags also work on
+// Linux, between programs that use this library.
 static int CountAsBefore(const char* path) {
     CFile file;
     CFileException why;
@@ -32,8 +32,8 @@ static int CountAsBefore(const char* path) {
     return std::atoi(text);
 }
 
-// What is new: CLockFile keeps others out for the whole job and says who they are, and CSaveFile puts a whole new version in
-// the file's place, so that a full disk or a killed program leaves the old one.
+// New: CLockFile excludes others during the whole job and names the holder, and CSaveFile replaces the file atomically,
+// so that a full disk or a killed program leaves the old version.
 static int CountSafely(const CString& path) {
     CLockFile lock;
     lock.SetSourceFile(path);
@@ -47,13 +47,13 @@ static int CountSafely(const CString& path) {
 }
 
 int main(int argc, char** argv) {
-    QvReportUncaught();  // prints "from_cfile: none/a.txt does not exist. (No such file or directory)" where it has to
+    QvReportUncaught();  // prints "from_cfile: none/a.txt does not exist. (No such file or directory)"
     std::setlocale(LC_ALL, "");
     if (argc != 2) {
         std::fputs("usage: from_cfile FILE\n", stderr);
         return 2;
     }
-    const CString path = CFileUtils::GetLibraryPath(argv[1]);  // the one line that paths from outside need
+    const CString path = CFileUtils::GetLibraryPath(argv[1]);  // the only line needed for paths from outside
     std::printf("before: %d\n", CountAsBefore(path));
     std::printf("now: %d\n", CountSafely(path));
 }

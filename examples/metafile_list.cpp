@@ -1,4 +1,4 @@
-// A metafile's records, counted by kind, and what its header says.
+// Counts a metafile's records by kind, and prints its header.
 //
 //   metafile_list FILE.emf
 
@@ -14,13 +14,13 @@ class Listing : public CParseEmf {
 public:
     std::map<std::string, int> m_counts;
 
-    // Without this a file that does not begin with a header would be walked all the same.
+    // Without this, a file that does not begin with a header would be processed as well.
     int ProcessMetafileRecords(CFile& file) override {
         m_firstRecord = 1;
         return CParseEmf::ProcessMetafileRecords(file);
     }
 
-    // Every record comes by here. It is whole and may be read and changed within its size, but not kept.
+    // Called for every record. It is complete and may be read and changed within its size, but not kept.
     void ParseMetafileRecord(EmfRecord* record) override {
         char name[32] = {};
         GetFunctionNameFromId(record->type, name, sizeof name - 1);
@@ -28,7 +28,7 @@ public:
         CParseEmf::ParseMetafileRecord(record);  // calls the hooks below
     }
 
-    // One hook for each of a few record types. Word gives 0 where a record does not hold it, so a damaged one does no harm.
+    // A few record types have their own hook. Word returns 0 beyond the record's end, so a damaged one is harmless.
     void OnHeader(EmfRecord* header) override {
         const auto at = [&](std::size_t offset) { return static_cast<int>(header->Word(offset)); };
         std::printf("bounds %d,%d to %d,%d\n", at(8), at(12), at(16), at(20));

@@ -1,4 +1,4 @@
-// Documents that were opened lately: opens one with the desktop's own program, and remembers it in the profile.
+// Recently opened documents: opens one with the desktop's program for it, and remembers it in the profile.
 //
 //   open_recent --list   lists them, the latest first
 //   open_recent FILE     opens FILE
@@ -19,7 +19,7 @@ static constexpr int kMost = 10;
 
 static void Remember(const CString& path) {
     ProfileStore profile;
-    profile.Update([&] {  // several programs may remember something at once: none of it is lost
+    profile.Update([&] {  // atomic, even if several programs update the profile at once
         CStringArray recent = profile.GetList("Files", "Recent");
         std::erase(recent.AsStd(), path);
         recent.InsertAt(0, path);
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
         List();
         return 0;
     }
-    const CString path = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
+    const CString path = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside have the system's form
     CShellVerbHelper::Open(path);
     Remember(path);
 }

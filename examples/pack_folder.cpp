@@ -1,4 +1,4 @@
-// A folder packed into a cabinet archive, and unpacked again, with progress, until it is done or the user presses Ctrl+C.
+// Packs a folder into a cabinet archive and unpacks it again, with progress, until done or the user presses Ctrl+C.
 //
 //   pack_folder FOLDER ARCHIVE.cab COPY
 
@@ -13,17 +13,17 @@
 
 static volatile std::sig_atomic_t g_cancelled = 0;
 
-// Called as work goes on. What an overridden step of the engine raises ends the archive, leaves nothing half written, and
-// comes out of Pack or Unpack.
+// Called as work proceeds. An exception from an overridden member ends the archive, leaves nothing half written, and
+// leaves Pack or Unpack.
 static void ShowProgress(const char* verb, std::uint64_t bytes) {
     if (g_cancelled) ThrowQvCancelException();
     if (AfxIsErrorTerminal()) std::fprintf(stderr, "\r%s %llu KB", verb, static_cast<unsigned long long>(bytes >> 10));
 }
 
-// Overriding a step of the engine is how a program follows the work. The base's part has to be done all the same.
+// A program follows the work by overriding members of the engine. It must call the base's version.
 class Packer : public CMakeCab {
     long Status(UINT type, DWORD first, DWORD second) override {
-        if (type == 0) ShowProgress("packed", m_bytes += second);  // a block: its size compressed, and before that
+        if (type == 0) ShowProgress("packed", m_bytes += second);  // a block: its compressed and uncompressed size
         return CMakeCab::Status(type, first, second);
     }
     std::uint64_t m_bytes = 0;
@@ -41,11 +41,11 @@ class Unpacker : public CReadCab {
 static void PackAndUnpack(const CString& folder, const CString& archive, const CString& copy) {
     std::puts("packing");
     std::fflush(stdout);
-    // Packs on all cores. A list of names and folders goes in as the first member, so that the tree can be built again.
+    // Packs on all cores. The first member is a list of names and folders, from which the tree is restored.
     Packer().Pack(folder, archive, 1);
 
-    // An archive from elsewhere is hostile until it is unpacked: no name in it leads out of the target folder, and it may
-    // not blow up beyond the limits. These are the defaults, made stricter.
+    // Treat an archive from elsewhere as hostile: no name in it leads out of the target folder, and its expanded size
+    // is limited. These limits are stricter than the defaults.
     Unpacker unpacker;
     QvCabinetLimits limits = unpacker.GetLimits();
     limits.totalSize = 1 << 30;
@@ -62,14 +62,14 @@ int main(int argc, char** argv) try {
         return 2;
     }
     std::signal(SIGINT, [](int) { g_cancelled = 1; });
-    // Paths from outside come in the system's own form.
+    // Paths from outside have the system's form.
     PackAndUnpack(CFileUtils::GetLibraryPath(argv[1]), CFileUtils::GetLibraryPath(argv[2]),
                   CFileUtils::GetLibraryPath(argv[3]));
 } catch (CVorbexCancelException* cancel) {
     cancel->Delete();
     std::fputs("cancelled\n", stderr);
     return 1;
-} catch (CCabinetException* error) {  // its code tells a damaged archive (4) from a full disk (8)
+} catch (CCabinetException* error) {  // its code distinguishes a damaged archive (4) from a full disk (8)
     std::fprintf(stderr, "%s (number %ld)\n", error->Describe().AsStd().c_str(), error->GetCode());
     error->Delete();
     return 1;

@@ -1,8 +1,8 @@
-// Navigation bars: what the reader chooses on the page comes back to the program, which writes the page again.
+// Navigation bars: the reader's choice on the page is passed to the program, which writes the page again.
 //
 //   report_bars FOLDER [ADDRESS]
 //
-// Writes FOLDER/index.html. ADDRESS is the one of the link that the reader has clicked, such as "fruit:by=Price".
+// Writes FOLDER/index.html. ADDRESS is that of the clicked link, such as "fruit:by=Price".
 
 #include <algorithm>
 #include <clocale>
@@ -24,14 +24,14 @@ class Page : public CHtmlWriter {
     }
 };
 
-// The bar keeps its choice in the application's profile, so the next run begins with it.
+// The bar stores its choice in the application's profile, so the next run begins with it.
 class OrderBar : public CStringOptionNavBar {
 public:
     OrderBar() : CStringOptionNavBar("Fruit", "Order") {
         SetName("Order");
         SetOptions({"Name", "Price"});
-        SetCommand("fruit:by=");  // what the address of each choice begins with
-        SetRollupGuid("order");   // keeps its name, so that the reader finds the bar open or closed as it was
+        SetCommand("fruit:by=");  // the prefix of each choice's address
+        SetRollupGuid("order");   // a constant name, so that the bar stays open or closed
         SetSelectionImage("closed.gif");
         if (GetOption().IsEmpty()) SetOption("Name");
     }
@@ -63,9 +63,9 @@ static void WritePage(const CString& folder, OrderBar& bar) {
     page.OpenTag("html", "lang=\"en\"");
     page.AddTitle("Fruit", "qvcommon.css");
     page.OpenTag("body");
-    CNavBar::AddRollupScript("rolledup.gif", "rolleddown.gif", page);  // before the bars, once a page
+    CNavBar::AddRollupScript("rolledup.gif", "rolleddown.gif", page);  // before the bars, once per page
     bar.GenerateHtml(page);
-    CNavBar::AddRollupScriptCookie(page);  // after them: remembers which are open
+    CNavBar::AddRollupScriptCookie(page);  // after the bars: remembers which are open
     AddTable(page, bar.GetOption());
     page.CloseTag("body");
     page.CloseTag("html");
@@ -82,9 +82,9 @@ int main(int argc, char** argv) {
     const CWinApp application("ReportBars");
     SetRegistryKey("QvCommon Examples");
 
-    // A program that shows the page in a browser control passes each address here before the control goes there, stops
-    // the control when the answer is not 0, and shows the page again. Another one registers the scheme "fruit:" with the
-    // desktop, which then starts it with the address. Addresses that are no bar's own give 0.
+    // A program that shows the page in a browser control passes each address here before the control navigates, cancels
+    // the navigation if the result is not 0, and shows the page again. Other programs register the scheme "fruit:" with
+    // the desktop, which then starts them with the address. Addresses of no bar return 0.
     OrderBar bar;
     if (argc == 3 && !bar.ProcessCommand(argv[2])) {
         std::fprintf(stderr, "no choice of this page: %s\n", argv[2]);

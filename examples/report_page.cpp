@@ -1,8 +1,8 @@
-// A report page with a tree menu, sections that open and close in the browser, and charts.
+// A report page with a tree menu, collapsible sections, and charts.
 //
 //   report_page FOLDER
 //
-// Writes FOLDER/index.html, and beside it the pictures, script and style sheet that such pages expect.
+// Writes FOLDER/index.html, and beside it the pictures, script and style sheet that such pages use.
 
 #include <clocale>
 #include <cstdio>
@@ -14,8 +14,7 @@
 #include "qvcommon/HtmlTreeMenu.h"
 #include "qvcommon/HtmlWriter.h"
 
-// The head of a page is what derived classes add to: here what makes the page live in the browsers of today, and the
-// script of the menu.
+// Derived classes extend the head of the page: here with the support for modern browsers, and the script of the menu.
 class Report : public CHtmlWriter {
 public:
     CHtmlTreeBuilder m_menu;
@@ -28,19 +27,19 @@ private:
     }
 };
 
-// Texts of the menu go into a script as they are: escape those that are not your own by CleanScriptUtf8.
+// The menu's texts are inserted into a script verbatim: escape untrusted ones with CleanScriptUtf8.
 static void AddMenu(Report& page) {
     CHtmlTreeNode* const fruit = page.m_menu.AddNode(new CHtmlTreeNode("Fruit", "", "", 0));
-    fruit->AddNode(new CHtmlTreeNode("Apples", "", "#apples", 1));  // 1: the current one, so the tree is open here
+    fruit->AddNode(new CHtmlTreeNode("Apples", "", "#apples", 1));  // 1: the current page, so the tree is expanded here
     fruit->AddNode(new CHtmlTreeNode("Pears", "", "#pears", 0));
     page.AddFormattedText(page.m_menu.GetHtml());
 }
 
 static void AddSection(CHtmlWriter& page, const char* anchor, const char* title, const char* text) {
-    page.AddDropdownTitle(2, title);  // what the reader clicks on
-    page.StartDropdownText();         // what opens
+    page.AddDropdownTitle(2, title);  // the clickable title
+    page.StartDropdownText();         // the collapsible body
     page.AddBookmark(anchor);         // a link to it opens the section
-    page.AddParagraph(text);          // texts are escaped: "<" and "&" may stand in them as they are
+    page.AddParagraph(text);          // texts are escaped, so "<" and "&" are allowed
     page.EndDropdownText();
 }
 
@@ -50,7 +49,7 @@ static void AddChart(CHtmlWriter& page) {
     chart.SetCategories({"Spring", "Summer", "Autumn"});
     chart.AddSeries("Apples", {3, 1, 7});
     chart.AddSeries("Pears", {1, 2, 4.5});
-    chart.WriteTo(page);  // SVG in the page itself, which follows the reader's light or dark setting
+    chart.WriteTo(page);  // inline SVG, which follows the reader's light or dark setting
 }
 
 static void WriteReport(const CString& folder) {
@@ -58,7 +57,7 @@ static void WriteReport(const CString& folder) {
     CHtmlAssets::CopyTo(folder);
 
     Report page;
-    page.SetFilename(folder + "\\index.html");  // from now on the page is written as it grows
+    page.SetFilename(folder + "\\index.html");  // from now on the page is written incrementally
     page.OpenTag("html", "lang=\"en\"");
     page.AddTitle("Fruit & prices", "qvcommon.css", nullptr, ".");
     page.OpenTag("body");
@@ -66,25 +65,25 @@ static void WriteReport(const CString& folder) {
     AddMenu(page);
     AddChart(page);
 
-    page.SetDropdowns(1, ".");  // "." holds the pictures of open and closed sections
+    page.SetDropdowns(1, ".");  // "." has the pictures of open and closed sections
     AddSection(page, "apples", "Apples", "Prices stay < 3 this year.");
     AddSection(page, "pears", "Pears", "None left.");
-    page.AddDropdownCookie();  // remembers what the reader opened
+    page.AddDropdownCookie();  // remembers which sections are open
 
-    // Whatever has no operation of its own goes in as markup. Escaping is yours then.
+    // Anything without its own operation is added as markup, which you must escape.
     page.AddFormattedText("<hr>" + CHtmlWriter::Clean("Apples & pears Ltd."));
 
     page.CloseTag("body");
     page.CloseTag("html");
-    page.CommitFile();  // the one place that tells of a full disk: the destructor keeps quiet
+    page.CommitFile();  // reports a full disk; the destructor ignores failures
 }
 
 int main(int argc, char** argv) {
     QvReportUncaught();
-    std::setlocale(LC_ALL, "");  // texts are in the code page of the locale: set it before anything else
+    std::setlocale(LC_ALL, "");  // texts are in the code page of the locale: set it first
     if (argc != 2) {
         std::fputs("usage: report_page FOLDER\n", stderr);
         return 2;
     }
-    WriteReport(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside come in the system's own form
+    WriteReport(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside have the system's form
 }

@@ -2,7 +2,7 @@
 //
 //   settings FILE
 //
-// Each run counts itself. The first one makes the file.
+// Each run counts itself. The first one creates the file.
 
 #include <clocale>
 #include <cstdio>
@@ -14,7 +14,7 @@
 static CXmlHelper::Document Load(const char* path) {
     const CXmlHelper::Document document = CXmlHelper::CreateDocument();
     if (!CFileUtils::IsExist(path)) return document;
-    if (!document.load(CFileUtils::ReadFile(path))) {  // in whatever encoding the file declares
+    if (!document.load(CFileUtils::ReadFile(path))) {  // in the encoding that the file declares
         const auto problem = document.get_parseError();
         std::fprintf(stderr, "%s, line %ld: %s\n", path, problem.get_line(), problem.get_reason().AsStd().c_str());
         AfxThrowUserException();
@@ -25,19 +25,19 @@ static CXmlHelper::Document Load(const char* path) {
 static void Count(const char* path) {
     const CXmlHelper::Document settings = Load(path);
 
-    // Makes what is missing of a path. What is there stays as it is.
+    // Creates the missing parts of a path; existing ones are unchanged.
     CXmlHelper::CreateXmlPath(settings, "settings/runs");
 
-    int runs = 0;  // an empty element counts as 0, too
+    int runs = 0;  // an empty element also counts as 0
     CXmlHelper::GetInteger(settings, "settings/runs", runs);
     CXmlHelper::SetInteger(settings, "settings/runs", runs + 1);
 
-    // Indexes count from 0, so this is the third user; CreateXmlPath makes the two before as well.
+    // Indexes start at 0, so this is the third user; CreateXmlPath also creates the two before.
     CXmlHelper::CreateXmlPath(settings, "settings/user[2]/@name");
     CXmlHelper::SetString(settings, "settings/user[2]/@name", "Anna & Bert");
 
-    // A value that is missing is no error: Get gives 0 and, but for truth values and dates, leaves the variable, so it may
-    // hold the default.
+    // A missing value is not an error: Get returns 0 and leaves the variable unchanged, except for booleans and dates,
+    // so it may hold the default.
     BOOL dark = 0;
     if (!CXmlHelper::GetBool(settings, "settings/dark", dark)) std::puts("no choice of colours yet");
 
@@ -52,5 +52,5 @@ int main(int argc, char** argv) {
         std::fputs("usage: settings FILE\n", stderr);
         return 2;
     }
-    Count(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside come in the system's own form
+    Count(CFileUtils::GetLibraryPath(argv[1]));  // paths from outside have the system's form
 }

@@ -1,4 +1,4 @@
-// Text clean-up: takes a page from standard input and writes its words as a tidy list.
+// Text clean-up: reads a page from standard input and writes its words as a tidy list.
 //
 //   text_cleanup < page.html
 
@@ -11,7 +11,7 @@
 #include "qvcommon/StringHelper.h"
 #include "qvcommon/framework/StandardStreams.h"
 
-// Rewrites what stands between two markers, here "[" and "]"; the markers themselves go.
+// Rewrites the text between two markers, here "[" and "]", and removes the markers.
 class Shouter : public CEscapedStringReplacer {
 public:
     Shouter() {
@@ -28,24 +28,24 @@ protected:
 };
 
 static CString CleanUp(const CString& page) {
-    // Tags become line ends and blanks, entities the characters that they stand for.
+    // Tags become line ends and spaces, entities become their characters.
     CString text = CHtmlWriter::HtmlToPlainText(page);
     text = Shouter().ReplaceEscapes(text);
 
-    // ReplaceAll goes on until none is left: however many blanks there were, one remains.
+    // ReplaceAll repeats until no match is left, so any run of spaces becomes one.
     CStringHelper::ReplaceAll(text, "  ", " ");
 
     CStringArray lines;
-    CStringHelper::SplitString(text, "\r\n", lines, 0);  // 0: without empty pieces
+    CStringHelper::SplitString(text, "\r\n", lines, 0);  // 0: without empty items
     CStringHelper::TrimItems(lines);
     CStringHelper::RemoveBlanks(lines);
-    CStringHelper::RemoveDuplicates(lines, 1);  // 1: without regard to case, as flags named noCase have it
+    CStringHelper::RemoveDuplicates(lines, 1);  // 1: ignoring case, as for all flags named noCase
     CStringHelper::SortStringArray(lines, 0);   // by the collation of the locale, ascending
     return CStringHelper::MakeList(lines, 1, ", ") + "\n";
 }
 
 int main() {
     QvReportUncaught();
-    std::setlocale(LC_ALL, "");  // decides what is a letter, what is upper case, and how texts sort
+    std::setlocale(LC_ALL, "");  // determines letters, upper case, and the sort order
     AfxWriteStandardOutput(CleanUp(AfxReadStandardInput()));
 }

@@ -13,12 +13,12 @@
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/UnicodeString.h"
 
-// What every plug-in exports: name and type, stated once.
+// What every plug-in exports: name and type, declared once.
 static constexpr CDllFunction<int()> kVersion{"FilterVersion"};
 static constexpr CDllFunction<void(char*)> kFilter{"FilterText"};
 
 static void Show(const CString& by, const CString& text) {
-    const CUnicodeString both(text);  // the 16-bit form is made here, since it is asked for
+    const CUnicodeString both(text);  // converts to UTF-16 on demand
     std::printf("%s: %s (%d bytes, %d UTF-16 units)\n", by.c_str(), text.c_str(), both.GetBytes().GetLength(),
                 static_cast<int>(both.GetWide().size()));
 }

@@ -1,5 +1,4 @@
-// A folder that is watched: the program says so when something in it changes, to another program too, and ends when a file
-// "stop" has appeared.
+// Watches a folder: reports changes in it, also to another program, and ends when a file "stop" appears.
 //
 //   watched_folder FOLDER [NAME]
 //
@@ -17,10 +16,10 @@
 
 class Watcher : public CDirChangeWatcher {
 public:
-    // A derived class stops in its own destructor: OnChange must not run in an object that is half gone.
+    // A derived class stops in its own destructor: OnChange must not run in a partly destroyed object.
     ~Watcher() override { Stop(); }
 
-    // Runs on the watcher's thread, so it only leaves a note, and no exception may come out of it.
+    // Runs on the watcher's thread, so it only sets a flag; no exception may leave it.
     void OnChange() override {
         const std::scoped_lock guard(m_guard);
         m_noted = true;
@@ -39,8 +38,8 @@ private:
     bool m_noted = false;
 };
 
-// Returns when the other program has handled the text; a listener that is gone is no reason to stop watching.
-static void Tell(const char* name, const char* text) {
+// Returns when the other program has handled the text; a missing listener is not a reason to stop watching.
+static void Notify(const char* name, const char* text) {
     std::puts(text);
     std::fflush(stdout);
     if (name && !CUserMessageListener::SendUserMessage(name, 0, text))
@@ -54,8 +53,8 @@ int main(int argc, char** argv) {
         std::fputs("usage: watched_folder FOLDER [NAME]\n", stderr);
         return 2;
     }
-    const CString folder = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside come in the system's own form
-    const char* const name = argv[2];                            // null without one
+    const CString folder = CFileUtils::GetLibraryPath(argv[1]);  // paths from outside have the system's form
+    const char* const name = argv[2];                            // null if missing
 
     Watcher watcher;
     watcher.SetDirectory(folder);
@@ -64,13 +63,13 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "%s cannot be watched\n", argv[1]);
         return 1;
     }
-    Tell(name, "watching");
+    Notify(name, "watching");
 
-    // A watcher says that something changed, not what; changes that come together are told once. So look at the folder
-    // itself each time. Whatever has changed since Start is never missed.
+    // A watcher reports that something changed, not what, and merges simultaneous changes. So examine the folder itself
+    // each time. No change since Start is missed.
     do {
         watcher.WaitForChange();
-        Tell(name, "changed");
+        Notify(name, "changed");
     } while (!CFileUtils::IsExist(folder + "\\stop"));
-    Tell(name, "bye");
+    Notify(name, "bye");
 }

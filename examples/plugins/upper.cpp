@@ -1,4 +1,4 @@
-// A plug-in for text_filters.cpp: capital letters. It needs no library, only the names and types of these functions.
+// A plug-in for text_filters.cpp: capital letters. It needs no library, only functions of these names and types.
 
 extern "C" int FilterVersion() {
     return 1;
