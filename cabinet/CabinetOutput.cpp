@@ -48,7 +48,7 @@ void CabinetOutput::Filled(std::size_t size) {
     m_size += size;
 }
 
-void CabinetOutput::Keep() {
+void CabinetOutput::Commit() {
     Flush();
     if (!m_callbacks.Commit(m_file.Release())) throw EngineFailure{WriteError::CabinetFile};
 }

@@ -26,7 +26,7 @@ public:
     void Filled(std::size_t size);
     /// The number of bytes so far.
     std::uint64_t Size() const { return m_size; }
-    void Keep();
+    void Commit();
 
 private:
     void Flush();

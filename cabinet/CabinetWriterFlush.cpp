@@ -86,7 +86,7 @@ void CabinetWriter::WriteCabinet(const Plan& plan, bool hasNext) {
     image.Write(out);
     const auto planned = static_cast<std::uint32_t>(image.TotalSize()), size = static_cast<std::uint32_t>(out.Size());
     if (m_callbacks.Status(StatusType::Cabinet, planned, size) == -1) throw EngineFailure{WriteError::Aborted};
-    out.Keep();
+    out.Commit();
     if (m_callbacks.Seek(m_store.Get(), 0, Origin::End) < 0) throw EngineFailure{WriteError::TempFile};
     m_wroteCabinet = true;
     m_hasPrevious = hasNext;

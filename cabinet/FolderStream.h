@@ -14,7 +14,7 @@ namespace qv::cabinet {
 using Serial = unsigned;
 
 /// Delivers the uncompressed data of one folder at a time, sequentially. A cabinet stays open for its next folders.
-/// Blocks that exceed the cabinet's size in total are corrupt, so folders that share data cost no more than others.
+/// Blocks that exceed the cabinet's size in total are corrupt, so folders that share data cost as much as others.
 class FolderStream {
 public:
     using OpenNext = std::function<std::unique_ptr<OpenCabinet>(Serial)>;

@@ -13,7 +13,7 @@ namespace {
     exchange.Fail();
 }
 
-/// Returns the first character of the text that is in the set; empty if there is none.
+/// Returns the first character of the text that is in the set; empty if not found.
 std::string_view FirstOf(std::string_view text, std::string_view set) {
     using qv::platform::CharacterLength;
     const auto page = qv::platform::CurrentCodePage();

@@ -25,7 +25,7 @@ using platform::Status;
 void FolderWalk::Walk(const CString& path) {
     m_path = path;
     if (!EndsWithOneOf(m_path, "\\")) m_path += '\\';
-    // Also after an exception, threads treat no more folders.
+    // Threads treat no further folders, even after an exception.
     struct End {
         ~End() { m_places.clear(); }
         std::vector<Place>& m_places;

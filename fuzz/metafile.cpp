@@ -1,5 +1,5 @@
-// Reads arbitrary bytes as a metafile: the walk ends with a result or a documented error, and reports no more bytes
-// than exist.
+// Reads arbitrary bytes as a metafile: the walk ends with a result or a documented error, and reports at most as many
+// bytes as exist.
 
 #include "fuzz/FuzzFile.h"
 #include "fuzz/FuzzInput.h"

@@ -58,7 +58,7 @@ void CHtmlWriter::AppendInMemory(std::string_view text) {
     } else if (LiesIn(text, html)) {
         AppendInMemory(std::string(text));
     } else {
-        // std::string at least doubles its capacity, so many small appends remain O(n) in total.
+        // std::string at least doubles its capacity, so a series of small appends remains O(n) in total.
         html.reserve(html.capacity() + kStep);
         html += text;
     }

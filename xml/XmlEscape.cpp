@@ -63,7 +63,7 @@ void Escape(CString& text, const Table& table) {
     text = CString(std::move(out.append(bytes, from)));
 }
 
-// Returns the byte for "&#128;" to "&#159;" at the front of the text; 0 if there is none.
+// Returns the byte for "&#128;" to "&#159;" at the front of the text; otherwise 0.
 char ReferenceAt(std::string_view text) {
     if (text.size() < 6 || text[1] != '#' || text[5] != ';') return 0;
     int number = 0;

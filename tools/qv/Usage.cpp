@@ -21,7 +21,7 @@ std::size_t DistanceBetween(std::string_view a, std::string_view b) {
     return row.back();
 }
 
-// Returns the nearest word, unless more than a third of it would have to change.
+// Returns the nearest word, unless more than a third of it must change.
 std::optional<std::string> NearestTo(std::string_view word, const std::vector<std::string>& words) {
     constexpr std::size_t kLongest = 64;
     std::optional<std::string> nearest;

@@ -28,7 +28,7 @@ constexpr std::size_t kLongestName = 1'000'000;
 bool CanHold(MSXML2::DOMNodeType type, std::string_view text);
 constexpr std::size_t kLongestText = 1'000'000'000;
 
-/// Returns the part of a name before its colon; empty if there is none.
+/// Returns the part of a name before its colon; empty if it has no colon.
 constexpr std::string_view PrefixOf(std::string_view name) {
     const std::size_t colon = name.find(':');
     return name.substr(0, colon == name.npos ? 0 : colon);

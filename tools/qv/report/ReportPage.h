@@ -52,7 +52,7 @@ private:
     void AddTools();
     void OpenSection(std::string_view title, const CString& summary);
     void CloseSection();
-    /// In groups, so that browsers lay out one of many sections as fast as one of a few.
+    /// In groups, so that the layout of a section takes a browser as long among many sections as among a few.
     void AddFolders();
     void AddFolder(std::size_t index);
     void AddLeftOut();
