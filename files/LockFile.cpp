@@ -23,7 +23,7 @@ CString SideFileOf(const CString& lockFile) {
 
 /// Replaces any file of that name with a small file. Returns false if the existing file may not be replaced: another
 /// user's file in a folder in which users may delete only their own.
-bool ReplaceWhole(const CString& path, std::string_view text) {
+bool ReplaceAtomically(const CString& path, std::string_view text) {
     qv::platform::AtomicFile file;
     return file.Create(path, qv::platform::Access::AsFolder).ok() &&
            qv::platform::WriteBytes(file.Handle(), text.data(), text.size()).ok() &&
@@ -180,7 +180,7 @@ void CLockFile::RemoveLockedBy() {
 void CLockFile::WriteLockedBy() {
     IgnoringFailure([this] {
         const CString path = GetLockedByFileName(), name = CNetUtils::GetCurrentUserName();
-        if (ReplaceWhole(path, name.AsStd())) return;
+        if (ReplaceAtomically(path, name.AsStd())) return;
         CFile file;
         constexpr UINT kFlags = CFile::modeCreate | CFile::modeWrite | CFile::modeFolderAccess;
         if (!(m_pauses ? CMultiUserFile::Open(file, path, kFlags) : file.Open(path, kFlags))) return;

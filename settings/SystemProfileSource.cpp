@@ -7,7 +7,7 @@ namespace qv {
 namespace {
 
 /// Refuses zero bytes, at which the registry's and the private profiles' calls would truncate the text.
-std::string Whole(std::string_view text) {
+std::string CheckedText(std::string_view text) {
     if (text.find('\0') != text.npos) AfxThrowInvalidArgException();
     return std::string(text);
 }
@@ -24,13 +24,14 @@ public:
         return platform::ReadProfile(m_place, std::string(section).c_str(), std::string(entry).c_str());
     }
     void Set(std::string_view section, std::string_view entry, std::string_view value) override {
-        Check(platform::WriteProfile(m_place, Whole(section).c_str(), Whole(entry).c_str(), Whole(value).c_str()));
+        Check(platform::WriteProfile(m_place, CheckedText(section).c_str(), CheckedText(entry).c_str(),
+                                     CheckedText(value).c_str()));
     }
     void DeleteEntry(std::string_view section, std::string_view entry) override {
-        Check(platform::WriteProfile(m_place, Whole(section).c_str(), Whole(entry).c_str(), nullptr));
+        Check(platform::WriteProfile(m_place, CheckedText(section).c_str(), CheckedText(entry).c_str(), nullptr));
     }
     void DeleteSection(std::string_view section) override {
-        Check(platform::WriteProfile(m_place, Whole(section).c_str(), nullptr, nullptr));
+        Check(platform::WriteProfile(m_place, CheckedText(section).c_str(), nullptr, nullptr));
     }
     void Update(const std::function<void(SettingSource&)>& change) override { change(*this); }
 

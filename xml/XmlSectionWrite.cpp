@@ -42,26 +42,26 @@ void Reserve(std::string& text, std::uint64_t more) {
 }
 
 // Removes the lines of an operation that raises before it is complete.
-class WholeOrNothing {
+class Transaction {
 public:
-    WholeOrNothing(std::string& text, int& indent)
+    Transaction(std::string& text, int& indent)
         : m_text(text), m_indent(indent), m_sizeBefore(text.size()), m_indentBefore(indent) {}
-    WholeOrNothing(const WholeOrNothing&) = delete;
-    WholeOrNothing& operator=(const WholeOrNothing&) = delete;
-    ~WholeOrNothing() {
-        if (m_whole) return;
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    ~Transaction() {
+        if (m_committed) return;
         m_text.resize(m_sizeBefore);
         m_indent = m_indentBefore;
     }
 
-    void Keep() { m_whole = true; }
+    void Commit() { m_committed = true; }
 
 private:
     std::string& m_text;
     int& m_indent;
     const std::size_t m_sizeBefore;
     const int m_indentBefore;
-    bool m_whole = false;
+    bool m_committed = false;
 };
 
 char* Put(char* to, std::string_view text) {
@@ -157,16 +157,16 @@ void CXmlSection::AddDate(std::string_view tag, const COleDateTime& value, BOOL 
 
 void CXmlSection::AddStringArray(std::string_view tag, const CStringArray& texts, BOOL force) {
     if (texts.IsEmpty() && !force) return;
-    WholeOrNothing guard(m_text, m_indent);
+    Transaction guard(m_text, m_indent);
     OpenElement(tag);
     for (const CString& text : texts) AddString("ITEM", text, force);
     CloseElement(tag);
-    guard.Keep();
+    guard.Commit();
 }
 
 void CXmlSection::AddStringToStringMap(std::string_view tag, const CMapStringToString& map, BOOL force) {
     if (map.IsEmpty() && !force) return;
-    WholeOrNothing guard(m_text, m_indent);
+    Transaction guard(m_text, m_indent);
     OpenElement(tag);
     for (const auto& [key, value] : map) {
         OpenElement("ENTRY");
@@ -175,7 +175,7 @@ void CXmlSection::AddStringToStringMap(std::string_view tag, const CMapStringToS
         CloseElement("ENTRY");
     }
     CloseElement(tag);
-    guard.Keep();
+    guard.Commit();
 }
 
 void CXmlSection::AddStringToIntMap(std::string_view tag, const CMapStringToInt& map, BOOL force) {
@@ -188,11 +188,11 @@ void CXmlSection::AddSection(const CXmlSection& section, BOOL force) {
     if (section.EmptyForSave() && !force) return;
     if (&section == this) return AddSection(CXmlSection(section), force);
     if (section.m_node) return AddElement(section.m_tag, section.m_node->Content());
-    WholeOrNothing guard(m_text, m_indent);
+    Transaction guard(m_text, m_indent);
     OpenElement(section.m_tag);
     AppendIndented(m_text, section.m_text, static_cast<std::size_t>(m_indent));
     CloseElement(section.m_tag);
-    guard.Keep();
+    guard.Commit();
 }
 
 void CXmlSection::AddObject(const CXmlObject& object, BOOL force) {
@@ -203,9 +203,9 @@ void CXmlSection::AddObject(const CXmlObject& object, BOOL force) {
 
 void CXmlSection::AddObjectArray(std::string_view tag, const CXmlObjectArray& objects, BOOL force) {
     if (objects.IsEmpty() && !force) return;
-    WholeOrNothing guard(m_text, m_indent);
+    Transaction guard(m_text, m_indent);
     OpenElement(tag);
     for (const CXmlObject* const object : objects) AddObject(*object, 1);
     CloseElement(tag);
-    guard.Keep();
+    guard.Commit();
 }

@@ -28,14 +28,14 @@ public:
         const std::scoped_lock lock(m_mutex);
         if (m_done) return;
         m_done = !m_lines.Write(Line()) || (m_left > 0 && --m_left == 0);
-        m_told.notify_one();
+        m_finished.notify_one();
     }
 
     // Returns false if the watch ended before that. @throws CFileException* if a line could not be written.
     bool WaitUntilDone() {
         constexpr auto look = std::chrono::milliseconds(200);
         std::unique_lock lock(m_mutex);
-        while (!m_told.wait_for(lock, look, [this] { return m_done; }))
+        while (!m_finished.wait_for(lock, look, [this] { return m_done; }))
             if (!IsWatching()) return false;
         m_lines.Check();
         return true;
@@ -48,7 +48,7 @@ private:
 
     const Options& m_options;
     std::mutex m_mutex;
-    std::condition_variable m_told;
+    std::condition_variable m_finished;
     unsigned m_left;  // 0 for no limit
     bool m_done = false;
     LiveLines m_lines;
