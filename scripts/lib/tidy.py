@@ -15,14 +15,14 @@ import shlex
 import subprocess
 import sys
 
-from tree import FLOORS
+from tree import LAYERS
 
 TOGETHER = 10
 
 
 def sources(root, build):
     """The compile commands of our own sources, one a file."""
-    commands, folders = {}, " ".join(FLOORS).split()
+    commands, folders = {}, " ".join(LAYERS).split()
     for entry in json.loads((build / "compile_commands.json").read_text()):
         path = pathlib.Path(entry["directory"], entry["file"]).resolve()
         if path.is_relative_to(root) and path.relative_to(root).parts[0] in folders:
@@ -60,7 +60,7 @@ def fingerprint(unit, arguments, checks):
 
 
 def analyse(unit, arguments, config, checks, passed):
-    """The complaints about one unit, empty when there are none."""
+    """The complaints about one unit, empty if it passes."""
     mark = fingerprint(unit, arguments, checks)
     if mark and (passed / mark).exists():
         return ""

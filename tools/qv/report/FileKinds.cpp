@@ -17,7 +17,7 @@ constexpr FileKind kKinds[] = {
     {".bmp", "Bitmap picture", "Bitmap", "A picture as plain rows of pixels, large and exact.", kPicture},
     {".c", "C source", "C source", "Program text in the language C."},
     {".cab", "Cabinet archive", "Cabinet", "Many files in one, the archive of Windows installations."},
-    {".cmake", "CMake script", "CMake", "Tells the build system CMake what to build."},
+    {".cmake", "CMake script", "CMake", "Describes a build for CMake."},
     {".cpp", "C++ source", "C++", "Program text in the language C++."},
     {".css", "Style sheet", "Style sheet", "How a web page is to look."},
     {".csv", "CSV table", "CSV", "A table as text: a line a row, commas between the fields."},
