@@ -28,6 +28,8 @@ CVorbexException::~CVorbexException() = default;
 
 CVorbexCancelException::~CVorbexCancelException() = default;
 
+IErrorDetails::~IErrorDetails() = default;
+
 BOOL CVorbexException::GetErrorMessage(char* text, UINT maximum, UINT*) {
     CString message;
     if (m_reportErrorCode)

@@ -13,6 +13,7 @@
 namespace {
 
 std::string TextOf(CException& error) {
+    if (const auto* details = dynamic_cast<const IErrorDetails*>(&error)) return details->Describe().AsStd();
     char text[1024] = {};
     error.GetErrorMessage(text, sizeof text - 1);
     return text;

@@ -15,7 +15,7 @@ struct QvCabinetFailure {
 };
 
 /// A failure of the cabinet engine: severity 16, the engine's number and text, and details.
-class QVCOMMON_API CCabinetException : public CVorbexException {
+class QVCOMMON_API CCabinetException : public CVorbexException, public IErrorDetails {
 public:
     /// Severity 16, the code shown.
     CCabinetException(int code, const char* text, const QvCabinetFailure& failure);
@@ -25,7 +25,7 @@ public:
     const QvCabinetFailure& GetFailure() const { return m_failure; }
     /// Returns all details in one line, paths in the system's form: "photos.cab: a.txt: Failure writing to target file:
     /// No space left on device". What is unknown is left out.
-    CString Describe() const;
+    CString Describe() const override;
 
 private:
     QvCabinetFailure m_failure;

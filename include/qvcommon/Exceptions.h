@@ -57,6 +57,14 @@ public:
     int ReportError(UINT type = 0, UINT fallbackId = 0) override;
 };
 
+/// An error with more to report than its message; a second base of exceptions.
+class QVCOMMON_API IErrorDetails {
+public:
+    virtual ~IErrorDetails();
+    /// Returns the message and what it concerns, such as a file's path and the system's reason, in one line.
+    virtual CString Describe() const = 0;
+};
+
 /// Raises a new CVorbexException* with these values.
 [[noreturn]] QVCOMMON_API void ThrowQvException(const CString& text, int severity, int code, int reportErrorCode);
 
@@ -72,9 +80,9 @@ public:
 [[noreturn]] QVCOMMON_API void ThrowQvCancelException();
 
 /// Makes uncaught exceptions readable: from now on, an exception that leaves main or a thread prints "PROGRAM: MESSAGE"
-/// to standard error and ends the program with status 1. The message is that of GetErrorMessage for a CException*, of
-/// Description or ErrorMessage for a _com_error, of what() for a std::exception, the text itself for a `const char*`. A
-/// CUserException* prints nothing, since the user has already been informed. Anything else that terminates the program,
+/// to standard error and ends the program with status 1. The message is that of Describe for a CException* with
+/// IErrorDetails, of GetErrorMessage for any other, of Description or ErrorMessage for a _com_error, of what() for a
+/// std::exception, the text itself for a `const char*`. A CUserException* prints nothing, since the user has already been informed. Anything else that terminates the program,
 /// such as destroying a running thread, prints a line that says so and calls std::abort.
 ///
 /// stdout is flushed. As with every call of std::terminate no destructor runs: files that are still open may be

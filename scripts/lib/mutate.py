@@ -86,7 +86,7 @@ class Copy:
             target.parent.mkdir(parents=True, exist_ok=True)
             if not target.exists() or target.read_bytes() != source.read_bytes():
                 shutil.copy2(source, target)
-        configured, _ = run(["cmake", "--preset", "linux", "-DQV_PRECOMPILE=ON", FLAGS], self.folder, 300)
+        configured, _ = run(["cmake", "--preset", "linux", "-DQV_PRECOMPILE=ON", "-DQV_WARNINGS_AS_ERRORS=OFF", FLAGS], self.folder, 300)
         if configured != 0 or not self.builds():
             sys.exit(f"mutate: {self.folder} does not build")
 
@@ -141,6 +141,9 @@ def main(root, count, seed, jobs):
         hint = catchers.get(candidate[3])
         result = copy.catcher(candidate, [([hint], 120), *rounds] if hint in rounds[0][0] + rounds[1][0] else rounds)
         copies.put(copy)
+        if result is not None:
+            catchers[candidate[3]] = result
+            known.write_text(json.dumps(catchers.copy(), indent=0))
         print(f"{'?' if result is None else result or 'SURVIVES'}  {candidate[3]}", flush=True)
         return result
 
@@ -152,7 +155,6 @@ def main(root, count, seed, jobs):
             place += len(batch)
             results |= {candidate[3]: result for candidate, result in zip(batch, pool.map(tried, batch))
                         if result is not None}
-            known.write_text(json.dumps(catchers | results, indent=0))
     survivors = [name for name, result in results.items() if not result]
     (root / "build/mutate/survivors.txt").write_text("".join(name + "\n" for name in survivors))
     print(f"{len(results) - len(survivors)} of {len(results)} breaks were caught")

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "qvcommon/Cabinet.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/XmlException.h"
 #include "qvcommon/framework/File.h"
@@ -26,6 +27,7 @@ const std::map<std::string, Case>& Cases() {
     static const std::map<std::string, Case> cases = {
         {"library", {[] { ThrowQvException("Broken", 16, 7, 1); }, "Broken (7)"}},
         {"cancelled", {[] { ThrowQvCancelException(); }, "User cancelled"}},
+        {"cabinet", {[] { CReadCab::CabToDirectory("out", "none.cab"); }, "none.cab: Cabinet not found"}},
         {"file", {[] { CFile("none.txt", CFile::modeRead); }, "none.txt does not exist. ("}},
         {"argument", {AfxThrowInvalidArgException, "An argument was outside what the operation accepts."}},
         {"told", {AfxThrowUserException, nullptr}},
