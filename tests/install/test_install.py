@@ -149,13 +149,13 @@ class WithCMake(Examples, unittest.TestCase):
 
     def test_what_is_installed(self):
         files = {str(path.relative_to(self.tree.prefix)) for path in self.tree.prefix.rglob("*")}
-        self.assertLessEqual({"bin/qv", "lib/libqvcommon.so", "lib/libqvcommon.so.0.1", "lib/pkgconfig/qvcommon.pc",
+        self.assertLessEqual({"bin/qv", "lib/libqvcommon.so", "lib/libqvcommon.so.0.2", "lib/pkgconfig/qvcommon.pc",
                               "lib/cmake/QvCommon/QvCommonConfig.cmake", "include/qvcommon/QvCommon.h",
                               "share/qvcommon/html/TreeMenu.js", "share/doc/qvcommon/docs/versions.md"}, files)
         self.assertFalse([file for file in files if file.endswith((".py", ".cmake.in"))])
         for text in (*self.tree.prefix.rglob("*.cmake"), *self.tree.prefix.rglob("*.pc")):
             self.assertNotIn(str(self.tree.build), text.read_text(), text)
-        self.assertIn("SONAME               libqvcommon.so.0.1\n",
+        self.assertIn("SONAME               libqvcommon.so.0.2\n",
                       run("objdump", "-p", self.tree.prefix / "lib/libqvcommon.so"))
         self.assertEqual(run(self.tree.prefix / "bin/qv", "text", "escape", input="a<b"), "a&lt;b")
 

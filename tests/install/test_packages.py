@@ -13,7 +13,7 @@ import test_page
 from trees import ROOT, VERSION, Tree, launcher, run
 
 PACKAGES = ROOT / "build/packages"
-DEBIAN = ["libqvcommon0.1", "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
+DEBIAN = ["libqvcommon0.2", "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
 
 
 def is_installed(package):
@@ -31,11 +31,11 @@ class Debian(unittest.TestCase):
 
     def test_what_they_say(self):
         self.assertEqual(sorted(self.files), sorted(DEBIAN))
-        version = self.field("libqvcommon0.1", "Version")
+        version = self.field("libqvcommon0.2", "Version")
         for package in ("libqvcommon-dev", "qvcommon-tools"):
-            self.assertIn(f"libqvcommon0.1 (= {version})", self.field(package, "Depends"))
+            self.assertIn(f"libqvcommon0.2 (= {version})", self.field(package, "Depends"))
         for library in ("libc6", "libstdc++6", "libxml2", "zlib1g"):
-            self.assertIn(library + " ", self.field("libqvcommon0.1", "Depends"))
+            self.assertIn(library + " ", self.field("libqvcommon0.2", "Depends"))
         self.assertEqual(self.field("qvcommon-doc", "Architecture"), "all")
 
     def test_what_lintian_says(self):
@@ -62,7 +62,7 @@ class Debian(unittest.TestCase):
         self.assertEqual(run("qv", "text", "escape", input="a<b"), "a&lt;b")
         folder = run("g++", "-print-multiarch").strip()
         self.assertRegex(run("ldd", "/usr/bin/qv"), rf"libqvcommon\.so\.0\.1 => /(usr/(bin/\.\./)?)?lib/{folder}/")
-        self.assertIn("All rights reserved", pathlib.Path("/usr/share/doc/libqvcommon0.1/copyright").read_text())
+        self.assertIn("All rights reserved", pathlib.Path("/usr/share/doc/libqvcommon0.2/copyright").read_text())
         # As a newcomer does it: nothing is said of where the library is.
         with tempfile.TemporaryDirectory() as folder:
             run("cmake", "-S", "/usr/share/doc/qvcommon/examples", "-B", folder, *launcher())
