@@ -16,7 +16,7 @@ Pixel Over(Pixel upper, Pixel lower, int opacity) {
     return AlphaOf(result) ? result : 0;
 }
 
-void Flatten(Raster& pixels, DWORD colour) {
+void FlattenPixels(Raster& pixels, DWORD colour) {
     for (Pixel& pixel : pixels)
         if (AlphaOf(pixel) != 255) pixel = Over(pixel, colour | kOpaque);
 }

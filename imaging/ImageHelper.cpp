@@ -93,7 +93,7 @@ BOOL CImageHelper::Rotate(const CDIBitmap& source, CDIBitmap& target, double deg
                                         ? Turned(std::move(*pixels), static_cast<int>(angle / 90) % 4)
                                         : Rotated(*pixels, angle, background);
     if (!rotated) return 0;
-    if (background != transparent) qv::imaging::Flatten(*rotated, background);
+    if (background != transparent) FlattenPixels(*rotated, background);
     rotated->StoreIn(target);
     return 1;
 }

@@ -56,7 +56,7 @@ BOOL CImageHelper::Blend(const CDIBitmap& under, const CDIBitmap& over, CDIBitma
 BOOL CImageHelper::Flatten(const CDIBitmap& source, CDIBitmap& target, DWORD colour) {
     std::optional<Raster> pixels = Raster::Of(source);
     if (!pixels) return 0;
-    qv::imaging::Flatten(*pixels, colour);
+    FlattenPixels(*pixels, colour);
     pixels->StoreIn(target);
     return 1;
 }

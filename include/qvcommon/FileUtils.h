@@ -10,7 +10,7 @@
 class QVCOMMON_API IShellProgress {
 public:
     virtual ~IShellProgress() = default;
-    /// Called before each file and folder. @param title the caller's, null if it gave none. @return false to stop.
+    /// Called before each file and folder. @param title  the caller's, null if it gave none. @return false to stop.
     virtual bool OnEntry(const char* title, const char* path) = 0;
 };
 

@@ -23,7 +23,7 @@
 class QVCOMMON_API CSaveFile : public CFile {
 public:
     CSaveFile();
-    /// Calls Open. @throws CFileException*
+    /// Opens the file. @throws CFileException*
     explicit CSaveFile(const char* fileName);
     /// Discards uncommitted data.
     ~CSaveFile() override;

@@ -10,9 +10,9 @@
 /// gone. Silently ignores longer strings and invalid windows.
 ///
 /// While waiting it handles messages for listeners of its own thread, so two that send to each other do not deadlock.
+/// Thread-safe. On Linux only windows of listeners can be targets and senders.
 /// @param sender  passed to the receiver, which may reply to it; null means the application's main window
 /// (AfxGetMainWnd).
-/// Thread-safe. On Linux only windows of listeners can be targets and senders.
 QVCOMMON_API void QVCOMMON_CALL QvSendIpcMessage(HWND target, const char* text, HWND sender = nullptr);
 /// Does the same for a string that may contain zero bytes.
 QVCOMMON_API void QVCOMMON_CALL QvSendIpcMessage(HWND target, const CString& text, HWND sender = nullptr);
@@ -48,8 +48,8 @@ public:
     /// created so, else one of any program of the user. It may be gone before a later send.
     static int DoesListenerExist(const char* name, int perProcess);
 
-    /// Calls QvSendIpcMessage for the listener of the name. Returns 0 if none exists; `perProcess` is limited to this
-    /// process.
+    /// Calls QvSendIpcMessage for the listener of the name. Returns 0 if none exists; with `perProcess` non-zero only
+    /// listeners of this process are considered.
     static int SendUserMessage(const char* name, int perProcess, const char* text, HWND sender = nullptr);
     static int SendUserMessage(const char* name, int perProcess, const CString& text, HWND sender = nullptr);
 

@@ -39,13 +39,16 @@ def compiler_arguments(entry):
     return [word for word in words[first:] if word not in ("-c", entry["file"])]
 
 
-def units(found, folder):
+def units(root, found, folder):
     """Writes the units, and returns the path and the compiler's arguments of each."""
     alike = collections.defaultdict(list)
     for path, entry in sorted(found.items()):
         alike[path.parent, tuple(compiler_arguments(entry))].append(path)
-    batches = [(paths[i : i + TOGETHER], arguments) for (_, arguments), paths in alike.items()
-               for i in range(0, len(paths), TOGETHER)]
+    batches = []
+    for (parent, arguments), paths in alike.items():
+        # Each command of the tool has its own names.
+        size = 1 if parent.is_relative_to(root / "tools") else TOGETHER
+        batches += [(paths[i : i + size], arguments) for i in range(0, len(paths), size)]
     for number, (paths, arguments) in enumerate(batches):
         unit = folder / f"{number}.cpp"
         unit.write_text("".join(f'#include "{path}"\n' for path in paths))
@@ -86,7 +89,7 @@ def main(root, build):
     passed.mkdir(exist_ok=True)
     found = sources(root, build)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        complaints = list(pool.map(lambda unit: analyse(*unit, config, checks, passed), units(found, passed)))
+        complaints = list(pool.map(lambda unit: analyse(*unit, config, checks, passed), units(root, found, passed)))
     bad = [text for text in complaints if text]
     sys.stdout.write("".join(bad))
     print(f"{len(found)} sources analysed in {len(complaints)} units, {len(bad)} with complaints")

@@ -99,7 +99,7 @@ public:
     CFile();
     /// Takes ownership of a system handle (a descriptor on Linux) that was opened elsewhere: the object closes it.
     explicit CFile(Handle handle);
-    /// Calls Open. @throws CFileException*
+    /// Opens the file. @throws CFileException*
     CFile(const char* fileName, UINT openFlags);
     /// Closes the file if it is open; a failure to close is not reported.
     ~CFile() override;

@@ -18,7 +18,7 @@ class QVCOMMON_API CStdioFile : public CFile {
 
 public:
     CStdioFile();
-    /// Calls Open. @throws CFileException*
+    /// Opens the file. @throws CFileException*
     CStdioFile(const char* fileName, UINT openFlags);
     /// Writes buffered data and closes; a failure is not reported: call Close to detect it.
     ~CStdioFile() override;
