@@ -26,6 +26,16 @@ void StartChild(CProcess& process, const std::string& name, const CStringArray& 
     process.Start(qv::platform::CurrentProgram().c_str(), words, CProcess::pipeInput | CProcess::pipeOutput);
 }
 
+bool StartAs(const char* user, CProcess& process, const CStringArray& command) try {
+    CStringArray words = {CString("--reuid=") + user, "--regid=65534", "--clear-groups"};
+    words.Append(command);
+    process.Start("setpriv", words, CProcess::pipeInput | CProcess::pipeOutput);
+    return true;
+} catch (CFileException* error) {
+    error->Delete();
+    return false;
+}
+
 bool RunChild(int argc, char** argv, int& exitStatus) {
     const std::string_view flag = argc > 1 ? argv[1] : "";
     if (!flag.starts_with(kFlag)) return false;

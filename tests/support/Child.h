@@ -5,13 +5,13 @@
 
 #include "qvcommon/framework/Process.h"
 
-/// Child processes of a test: the test program starts itself anew, and a named function of it runs instead of the tests.
+/// Child processes of a test: the test program starts itself again, and a named function of it runs instead of the tests.
 ///
 ///     QV_CHILD(Greeter) { std::cout << arguments.at(0) << std::endl; return 0; }
 ///     StartChild(process, "Greeter", {"hello"});
 ///
-/// The child talks to its parent over its standard streams. It ends by itself when its input ends; a parent that dies takes
-/// it along that way.
+/// The child communicates with its parent over its standard streams. It must end when its input ends, which is also how it
+/// learns that its parent has died.
 using ChildMain = int (*)(const std::vector<std::string>& arguments);
 
 struct ChildEntry {
@@ -24,6 +24,9 @@ struct ChildEntry {
     static int Child##name([[maybe_unused]] const std::vector<std::string>& arguments)
 
 void StartChild(CProcess& process, const std::string& name, const CStringArray& arguments = {});
+
+/// Starts a command as another user. False where this program may not become one.
+bool StartAs(const char* user, CProcess& process, const CStringArray& command);
 
 /// Runs the child that the command line names; false when it names none.
 bool RunChild(int argc, char** argv, int& exitStatus);

@@ -1,31 +1,30 @@
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <random>
 #include <thread>
 #include <utility>
 #include <vector>
 
-/// Runs threads one at a time and switches between them, in an order drawn by chance, at each operation on a Stepped
-/// value: orders that a machine comes to once in a year, the same ones at every run.
+#include "platform/Event.h"
+
+/// Runs threads one at a time and switches between them, in a pseudorandom order, at each operation on a Stepped value:
+/// orders that a machine reaches once in a year, the same ones in every run.
 class Interleaving {
 public:
     explicit Interleaving(unsigned seed) : m_random(seed) {}
 
-    /// Runs the actions to their ends. False when a moment came at which all that had not ended slept; they are given
-    /// up.
+    /// Runs the actions to their ends. When all that have not ended sleep, it gives them up and returns false.
     bool Run(const std::vector<std::function<void()>>& actions) {
         for (std::size_t i = 0; i < actions.size(); ++i) m_threads.push_back(std::make_unique<Thread>());
         for (std::size_t i = 0; i < actions.size(); ++i)
             m_threads[i]->m_thread =
                 std::jthread([this, self = m_threads[i].get(), action = actions[i]] { Live(*self, action); });
-        Resume(Choose());
+        Choose()->m_turn.Set();
         for (const auto& thread : m_threads) thread->m_thread.join();
         return !m_stuck;
     }
@@ -50,7 +49,7 @@ public:
 private:
     struct GivenUp {};
     struct Thread {
-        std::condition_variable m_turn;
+        qv::platform::Event m_turn;
         const void* m_sleepsOn = nullptr;
         bool m_ended = false;
         std::jthread m_thread;
@@ -59,35 +58,24 @@ private:
     void Live(Thread& self, const std::function<void()>& action) {
         t_run = this;
         t_self = &self;
-        Await(self);
+        self.m_turn.Wait();
         try {
             action();
         } catch (const GivenUp&) {
         }
         self.m_ended = true;
-        Resume(Choose());
+        if (Thread* const next = Choose()) next->m_turn.Set();
     }
 
     void HandOver() {
         Thread* const self = t_self;
         Thread* const next = Choose();
         if (next == self) return;
-        Resume(next);
-        Await(*self);
+        next->m_turn.Set();
+        self->m_turn.Wait();
     }
 
-    void Resume(Thread* next) {
-        if (!next) return;
-        const std::scoped_lock lock(m_mutex);
-        m_running = next;
-        next->m_turn.notify_one();
-    }
-    void Await(Thread& self) {
-        std::unique_lock lock(m_mutex);
-        self.m_turn.wait(lock, [&] { return m_running == &self; });
-    }
-
-    // Whose turn it is, null when all have ended.
+    // Draws the next thread to run. Null when all have ended.
     Thread* Choose() {
         const auto runs = [](const Thread& thread) { return !thread.m_ended && !thread.m_sleepsOn; };
         std::vector<Thread*> ready = Those(runs);
@@ -116,12 +104,10 @@ private:
 
     std::mt19937 m_random;
     std::vector<std::unique_ptr<Thread>> m_threads;
-    std::mutex m_mutex;
-    Thread* m_running = nullptr;
     bool m_stuck = false;
 };
 
-/// An atomic word whose operations are the steps of an Interleaving. Orders of memory play no part.
+/// An atomic word whose operations are the steps of an Interleaving. It ignores memory orders.
 class SteppedWord {
 public:
     SteppedWord(std::uint64_t value) : m_value(value) {}

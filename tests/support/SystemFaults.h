@@ -10,8 +10,7 @@
 #include "platform/Status.h"
 #include "platform/SystemCalls.h"
 
-/// Disturbs system calls for as long as it lives, as the decision says. A thread that is in the middle of a decision is
-/// waited for in the end.
+/// Disturbs system calls for as long as it lives, as the decision says. Its destructor waits for decisions under way.
 class SystemFaults {
 public:
     using Call = qv::platform::SystemCallInfo;
@@ -28,9 +27,11 @@ public:
     SystemFaults(const SystemFaults&) = delete;
     SystemFaults& operator=(const SystemFaults&) = delete;
 
-    /// Every call of one kind fails.
-    static Decision Always(qv::platform::CallKind kind, qv::platform::FileCause cause) {
-        return [kind, fault = Of(cause)](const Call& call) { return call.kind == kind ? fault : Fault{}; };
+    /// Every call of one kind fails, or only those whose path ends with `name`.
+    static Decision Always(qv::platform::CallKind kind, qv::platform::FileCause cause, std::string name = "") {
+        return [kind, fault = Of(cause), name = std::move(name)](const Call& call) {
+            return call.kind == kind && call.path.ends_with(name) ? fault : Fault{};
+        };
     }
     /// Every call fails that gives a complete file its name.
     static Decision AlwaysNaming(qv::platform::FileCause cause) {
@@ -65,7 +66,7 @@ private:
         Decision m_decision;
     };
 
-    /// A thread may have been about to ask an injector that is not in force any more.
+    /// They are never destroyed: a thread may be about to ask one that is no longer in force.
     static std::deque<Injector>& Kept() {
         static std::deque<Injector> kept;
         return kept;
@@ -75,7 +76,7 @@ private:
     qv::platform::IFaultInjector* m_previous;
 };
 
-/// The last name of a call's path, whichever separators the system uses.
+/// The last name of a call's path.
 inline std::string LastName(const SystemFaults::Call& call) {
     return std::string(call.path.substr(call.path.find_last_of("/\\") + 1));
 }

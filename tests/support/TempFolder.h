@@ -7,8 +7,9 @@
 #include <string>
 
 #include "qvcommon/framework/String.h"
+#include "tests/support/Tree.h"
 
-/// A fresh folder of the test's own, gone with everything in it at the end of its scope.
+/// A fresh folder, removed with everything in it at the end of its scope.
 class TempFolder {
 public:
     TempFolder()
@@ -31,7 +32,9 @@ public:
     /// The same in the system's own form.
     std::filesystem::path Native(const std::string& name = "") const { return m_path / name; }
 
+    /// Makes the folders above the file too.
     void Write(const std::string& name, const std::string& bytes) const {
+        std::filesystem::create_directories(Native(name).parent_path());
         std::ofstream(Native(name), std::ios::binary) << bytes;
     }
     std::string Read(const std::string& name) const {
@@ -40,6 +43,16 @@ public:
         return bytes.str();
     }
     bool Has(const std::string& name) const { return std::filesystem::exists(Native(name)); }
+    std::string Tree(const std::string& name = "") const { return ShowTree(ReadTree(Native(name))); }
+    /// False where the system or this user has no links. `target` is relative to the link's folder.
+    bool Link(const std::string& target, const std::string& name) const {
+        std::error_code refused;
+        if (std::filesystem::is_directory(Native(name).parent_path() / target))
+            std::filesystem::create_directory_symlink(target, Native(name), refused);
+        else
+            std::filesystem::create_symlink(target, Native(name), refused);
+        return !refused;
+    }
 
 private:
     std::filesystem::path m_path;

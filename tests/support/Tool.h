@@ -12,9 +12,7 @@ struct ToolAnswer {
     std::string output;
 };
 
-inline ToolAnswer RunProgram(const char* program, const CStringArray& arguments, std::string_view input = {}) {
-    CProcess process;
-    process.Start(program, arguments, CProcess::pipeInput | CProcess::pipeOutput);
+inline ToolAnswer AnswerOf(CProcess& process, std::string_view input = {}) {
     process.WriteInput(input);
     process.CloseInput();
     ToolAnswer answer{0, {}};
@@ -24,7 +22,13 @@ inline ToolAnswer RunProgram(const char* program, const CStringArray& arguments,
     return answer;
 }
 
-/// Whether a program of another maker is there; it is asked for its version.
+inline ToolAnswer RunProgram(const char* program, const CStringArray& arguments, std::string_view input = {}) {
+    CProcess process;
+    process.Start(program, arguments, CProcess::pipeInput | CProcess::pipeOutput);
+    return AnswerOf(process, input);
+}
+
+/// Whether a program is installed; it is asked for its version.
 inline bool HasProgram(const char* program) {
     try {
         RunProgram(program, {"-version"});
@@ -35,7 +39,7 @@ inline bool HasProgram(const char* program) {
     }
 }
 
-/// The tool lies beside the test program.
+/// The tool is beside the test program.
 inline std::string ToolPath() {
     const std::string self = qv::platform::CurrentProgram();
     return self.substr(0, self.find_last_of("/\\") + 1) + "qv";

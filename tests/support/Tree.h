@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-/// The files below a folder with their contents, by their paths from it; folders end in "/" and links in "@".
+/// The files below a folder with their contents, by their paths from it. Folders end in "/" and links in "@".
 inline std::map<std::string, std::string> ReadTree(const std::filesystem::path& root) {
     namespace fs = std::filesystem;
     std::map<std::string, std::string> tree;
@@ -23,6 +23,18 @@ inline std::map<std::string, std::string> ReadTree(const std::filesystem::path& 
         tree[name] = bytes.str();
     }
     return tree;
+}
+
+/// Such a tree as a text: its names, with "=content" where a file does not hold its own path.
+inline std::string ShowTree(const std::map<std::string, std::string>& tree) {
+    std::string text;
+    for (const auto& [name, content] : tree) {
+        if (!text.empty()) text += ' ';
+        text += name;
+        const bool isFile = name.back() != '/' && name.back() != '@';
+        if (isFile && content != name) text += '=' + content;
+    }
+    return text;
 }
 
 /// Makes files, each with its own path as content, and folders where a name ends in "/".
