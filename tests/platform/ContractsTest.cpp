@@ -1,0 +1,163 @@
+// What platform/*.h promises on every system and no test of a class above it covers.
+
+#include "platform/AtomicFile.h"
+#include "platform/FileCopy.h"
+#include "platform/FileStatus.h"
+#include "platform/FolderFiles.h"
+#include "platform/Locale.h"
+#include "platform/RemovalWatch.h"
+#include "platform/Time.h"
+#include "tests/support/FileTests.h"
+
+namespace qv::platform {
+namespace {
+
+class PlatformContracts : public ::testing::Test {
+protected:
+    FileInfo InfoOf(const char* name) const {
+        FileInfo info;
+        EXPECT_TRUE(StatusOf(m_folder / name, info).ok()) << name;
+        return info;
+    }
+
+    const TempFolder m_folder;
+};
+
+TEST_F(PlatformContracts, StatusesKeepTheFirstFailure) {
+    const Status full(FileCause::DiskFull, 28), refused(FileCause::AccessDenied, 13);
+    EXPECT_EQ(full.Or(refused).cause(), FileCause::DiskFull);
+    EXPECT_EQ(Status().Or(refused).cause(), FileCause::AccessDenied);
+    EXPECT_EQ(Status::OfError(0).cause(), FileCause::Generic);
+}
+
+TEST_F(PlatformContracts, FoldersAreWorkedInWithoutPaths) {
+    MakeTree(m_folder.Native(), {"top/file", "top/sub/inner", "outside"});
+    Folder top, sub, none;
+    ASSERT_TRUE(top.Open(m_folder / "top", LastName::NoLink).ok());
+    EXPECT_FALSE(none.OpenIn(top, "file").ok());
+    EXPECT_FALSE(none.OpenIn(top, "missing").ok());
+    ASSERT_TRUE(sub.OpenIn(top, "sub").ok());
+    const FolderEntry entry{"sub", EntryKind::Folder};
+    EXPECT_FALSE(top.Remove(entry).ok());
+    EXPECT_TRUE(sub.Remove({"inner", EntryKind::File}).ok());
+    sub.Close();
+    EXPECT_TRUE(top.Remove(entry).ok());
+    for (int again = 0; again < 2; ++again) EXPECT_TRUE(MakeFolderIn(top, "new").ok());
+    FileHandle handle = kNoFile;
+    EXPECT_FALSE(CreateFileIn(top, "file", handle).ok());
+    EXPECT_TRUE(CreateFileIn(top, "made", handle).ok());
+    EXPECT_TRUE(WriteBytes(handle, "x", 1).ok());
+    EXPECT_TRUE(CloseFile(handle).ok());
+    EXPECT_TRUE(MoveOverIn(top, "made", "file").ok());
+    EXPECT_FALSE(MoveOverIn(top, "file", "new").ok());
+    EXPECT_TRUE(RemoveFileIn(top, "file").ok());
+    EXPECT_EQ(m_folder.Tree(), "outside top/ top/new/");
+}
+
+TEST_F(PlatformContracts, FailedChangesLeaveFilesReadOnly) {
+    m_folder.Write("kept", "text");
+    m_folder.Write("new", "text");
+    ASSERT_TRUE(ChangeStatus(m_folder / "kept", -1, kReadOnly).ok());
+    Folder folder;
+    ASSERT_TRUE(folder.Open(m_folder / "", LastName::NoLink).ok());
+    for (const CallKind kind : {CallKind::Remove, CallKind::Rename}) {
+        const SystemFaults faults(SystemFaults::Always(kind, FileCause::SharingViolation));
+        const bool removes = kind == CallKind::Remove;
+        EXPECT_TRUE(!removes || !RemoveFileIn(folder, "kept").ok());
+        EXPECT_TRUE(!removes || !folder.Remove({"kept", EntryKind::File}).ok());
+        EXPECT_TRUE(removes || !MoveOverIn(folder, "new", "kept").ok());
+        EXPECT_TRUE(InfoOf("kept").attributes & kReadOnly);
+    }
+    EXPECT_TRUE(MoveOverIn(folder, "new", "kept").ok());
+    EXPECT_TRUE(RemoveFileIn(folder, "kept").ok());
+}
+
+TEST_F(PlatformContracts, AnAtomicFileTakesItsPlaceWholeOrNotAtAll) {
+    m_folder.Write("x", "old");
+    const auto write = [](AtomicFile& file) { return WriteBytes(file.Handle(), "new", 3); };
+    {
+        AtomicFile dropped;
+        ASSERT_TRUE(dropped.Create(m_folder / "x").ok());
+        EXPECT_TRUE(write(dropped).ok());
+    }
+    EXPECT_EQ(m_folder.Tree(), "x=old");
+    AtomicFile file;
+    EXPECT_EQ(file.Create(m_folder / "none\\x").cause(), FileCause::BadPath);
+    ASSERT_TRUE(file.Create(m_folder / "x").ok());
+    EXPECT_TRUE(write(file).ok());
+    EXPECT_EQ(file.Commit(IfExists::Fail, Durability::Deferred).cause(), FileCause::AccessDenied);
+    EXPECT_EQ(m_folder.Read("x"), "old");
+    EXPECT_TRUE(file.Commit(IfExists::Replace, Durability::Synced).ok());
+    EXPECT_EQ(file.Handle(), kNoFile);
+    Folder folder;
+    ASSERT_TRUE(folder.Open(m_folder / "", LastName::NoLink).ok());
+    ASSERT_TRUE(file.CreateIn(folder, "y").ok());
+    EXPECT_TRUE(write(file).ok());
+    EXPECT_TRUE(file.Commit(IfExists::Fail, Durability::Deferred).ok());
+    EXPECT_EQ(m_folder.Tree(), "x=new y=new");
+}
+
+TEST_F(PlatformContracts, TemporaryNamesThatNoProcessHoldsAreFreeAgain) {
+    // Opening a folder makes a file without a name: no file system has them here.
+    const SystemFaults faults([](const SystemFaults::Call& call) {
+        const bool unnamed = call.kind == CallKind::Open && call.path.ends_with('/');
+        return unnamed ? SystemFaults::Of(FileCause::AccessDenied) : SystemFaults::Fault{};
+    });
+    m_folder.Write(".qv1.tmp", "of a process that died");
+    MakeTree(m_folder.Native(), {".qv2.tmp/is a folder"});
+    AtomicFile first, second;
+    ASSERT_TRUE(first.Create(m_folder / "x").ok());
+    ASSERT_TRUE(second.Create(m_folder / "x").ok());
+    EXPECT_EQ(m_folder.Read(".qv1.tmp"), "");
+    EXPECT_TRUE(WriteBytes(first.Handle(), "first", 5).ok());
+    EXPECT_TRUE(second.Commit(IfExists::Fail, Durability::Deferred).ok());
+    EXPECT_TRUE(first.Commit(IfExists::Replace, Durability::Deferred).ok());
+    EXPECT_EQ(m_folder.Tree(), ".qv2.tmp/ .qv2.tmp/is a folder x=first");
+}
+
+TEST_F(PlatformContracts, CopiesKeepTimesAndAttributesAndReplaceFilesOnly) {
+    MakeTree(m_folder.Native(), {"from", "to", "folder/"});
+    EXPECT_TRUE(ChangeStatus(m_folder / "from", 1'000'000'000, kReadOnly).ok());
+    for (const char* const name : {"new", "to"}) {
+        EXPECT_TRUE(CopyWholeFile(m_folder / "from", m_folder / name).ok());
+        EXPECT_EQ(m_folder.Read(name), "from");
+        const FileInfo info = InfoOf(name);
+        EXPECT_EQ(info.modified, 1'000'000'000);
+        // Wine keeps the attributes of a file that a copy replaces.
+        EXPECT_TRUE((info.attributes & kReadOnly) || (HasDriveLetters() && name == std::string_view("to")));
+        EXPECT_TRUE(ChangeStatus(m_folder / name, -1, 0).ok());
+        EXPECT_FALSE(IsSame(m_folder / "from", m_folder / name));
+    }
+    EXPECT_EQ(CopyWholeFile(m_folder / "folder", m_folder / "other").cause(), FileCause::AccessDenied);
+    EXPECT_EQ(CopyWholeFile(m_folder / "from", m_folder / "folder").cause(), FileCause::AccessDenied);
+    EXPECT_EQ(CopyWholeFile(m_folder / "none", m_folder / "to").cause(), FileCause::FileNotFound);
+    EXPECT_TRUE(ChangeStatus(m_folder / "from", -1, 0).ok());
+}
+
+TEST_F(PlatformContracts, PathsAreConverted) {
+    const CString path = m_folder / "a\\b";
+    EXPECT_EQ(LibraryPath(NativePath(path)), path.AsStd());
+    EXPECT_EQ(LibraryPath("C:/x/a"), "C:\\x\\a");
+    EXPECT_EQ(FullPath(m_folder / "x\\..\\a\\.\\b"), path.AsStd());
+    EXPECT_EQ(TempDirectory().back(), '\\');
+}
+
+// A wait that misses the removal lasts until the watchdog ends the test.
+TEST_F(PlatformContracts, TheRemovalOfAnOpenFileEndsTheWait) {
+    m_folder.Write("lock", "");
+    EXPECT_EQ(RemovalWatch::Open(m_folder / "none\\lock"), nullptr);
+    const auto watch = RemovalWatch::Open(m_folder / "lock");
+    ASSERT_NE(watch, nullptr);
+    CFile file;
+    ASSERT_TRUE(file.Open(m_folder / "lock", CFile::modeRead | CFile::shareDenyNone));
+    ASSERT_TRUE(file.CloseAndRemove());
+    watch->WaitFor(std::chrono::hours(1));
+}
+
+TEST_F(PlatformContracts, LimitsAreKept) {
+    EXPECT_EQ(FromSeconds(-kSecondsFrom1601To1970), (CalendarTime{.year = 1601}));
+    EXPECT_EQ(ListSeparator(1), "");
+}
+
+}  // namespace
+}  // namespace qv::platform
