@@ -18,16 +18,16 @@ struct Place {
     CString path;  ///< in the library's form, with its final separator
 };
 
-/// One operation that writes, with what its contract promises of every way in which it may end.
+/// One operation that writes, with its promises for every way in which it may end.
 struct Operation {
     const char* name;
     /// Sets the place up.
-    std::function<void(const Place&)> prepare;
-    /// Returns whether the operation said that something failed.
+    std::function<void(const Place&)> prepare = [](const Place&) {};
+    /// Returns whether the operation reported a failure.
     std::function<bool(const Place&)> run;
-    /// Whether the tree is what a success leaves.
+    /// Whether a success may leave such a tree.
     std::function<bool(const Tree&)> done;
-    /// Whether the tree may be what a failure or a killed process leaves.
+    /// Whether a failure or a killed process may leave such a tree.
     std::function<bool(const Tree&)> kept = [](const Tree&) { return true; };
     /// Whether the operation need not report a failure of this call.
     std::function<bool(const qv::platform::SystemCallInfo&)> silent = [](const qv::platform::SystemCallInfo& call) {

@@ -1,65 +1,34 @@
-// Every operation that writes is run again and again, and each time another one of its system calls is disturbed: it fails,
-// moves a single byte, is interrupted, or is where the process ends. Whatever happens, the operation has reported it or
-// done all that it should, files are what the contracts promise, and the next run leaves nothing behind.
-
-#include <gtest/gtest.h>
+// Runs every operation that writes many times and disturbs another one of its system calls each time: the call fails, moves
+// a single byte, is interrupted, or is where the process ends. In each case the operation must report it or do all that it
+// should, files must be as promised, and the next run must leave no temporary files.
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 
-#include "platform/Path.h"
 #include "tests/faults/Operations.h"
 #include "tests/support/Child.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/RecordingClock.h"
-#include "tests/support/SystemFaults.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/Tree.h"
 
 namespace {
 
-using qv::platform::CallKind;
-using qv::platform::FileCause;
 using Fault = SystemFaults::Fault;
 
 constexpr int kKilled = 77;
 
-Place PlaceAt(const TempFolder& folder) {
-    return {folder.Native(), folder / ""};
-}
-
-struct Outcome {
-    bool reported;
-    bool reached;         ///< it made as many calls
-    bool silent = false;  ///< a disturbed call may fail without a report
-    std::string call;
+/// A fresh folder in which the operation can run.
+class PreparedPlace : TempFolder, public Place {
+public:
+    explicit PreparedPlace(const Operation& operation) : Place{Native(), *this / ""} { operation.prepare(*this); }
 };
 
 enum class How { Once, FromThenOn };
 
-/// Runs the operation with the Nth call disturbed, and with FromThenOn all that follow.
-Outcome RunDisturbed(const Operation& operation, const Place& place, int nth, Fault fault, How how) {
-    Outcome outcome{};
-    int calls = 0;
-    const RecordingClock clock;
-    const SystemFaults faults([&](const SystemFaults::Call& call) {
-        ++calls;
-        if (calls == nth) {
-            outcome.reached = true;
-            outcome.call = call.name;
-        }
-        const bool disturbed = calls == nth || (how == How::FromThenOn && calls > nth);
-        outcome.silent |= disturbed && operation.silent(call);
-        return disturbed ? fault : Fault{};
-    });
-    outcome.reported = operation.run(place);
-    return outcome;
-}
-
-/// Which files the file system has beside those with names.
+/// Whether the file system has files without names.
 enum class NewFiles { Unnamed, Named };
 
-/// With Named, the calls that make files without names, in a folder, fail.
+/// With Named, the calls fail that create files without names.
 Fault FaultOf(const SystemFaults::Call& call, NewFiles files) {
     const bool unnamed = call.kind == CallKind::Open && (call.path.ends_with('/') || call.path == ".");
     return unnamed && files == NewFiles::Named ? Fault{.error = EOPNOTSUPP} : Fault{};
@@ -78,16 +47,26 @@ class Sweep : public ::testing::TestWithParam<std::size_t> {
 protected:
     const Operation& m_operation = Operations()[GetParam()];
 
-    /// False when the operation makes fewer calls.
+    /// Disturbs the Nth call, or with FromThenOn that one and all later ones. False when the operation makes fewer calls.
     bool Disturb(int nth, Fault fault, How how) {
-        const TempFolder folder;
-        const Place place = PlaceAt(folder);
-        m_operation.prepare(place);
-        const Outcome outcome = RunDisturbed(m_operation, place, nth, fault, how);
-        if (!outcome.reached) return false;
+        const PreparedPlace place(m_operation);
+        int calls = 0;
+        bool reported = false, isSilent = false;
+        std::string after;
+        {
+            const RecordingClock clock;
+            const SystemFaults faults([&](const SystemFaults::Call& call) {
+                ++calls;
+                if (calls == nth) after = "call " + std::to_string(nth) + " " + call.name + " ";
+                const bool disturbed = calls == nth || (how == How::FromThenOn && calls > nth);
+                isSilent |= disturbed && m_operation.silent(call);
+                return disturbed ? fault : Fault{};
+            });
+            reported = m_operation.run(place);
+        }
+        if (calls < nth) return false;
         const Tree tree = ReadTree(place.native);
-        const std::string after = "call " + std::to_string(nth) + " " + outcome.call + " ";
-        EXPECT_TRUE(outcome.reported || outcome.silent || m_operation.done(tree)) << after;
+        EXPECT_TRUE(reported || isSilent || m_operation.done(tree)) << after;
         EXPECT_TRUE(m_operation.kept(tree)) << after << ::testing::PrintToString(tree);
         ExpectWholeAfterNextRun(m_operation, place, after);
         return true;
@@ -104,16 +83,13 @@ TEST_P(Sweep, FailuresAreReportedAndLoseNothing) {
 
 /// Whether a signal may interrupt such a call.
 bool IsInterruptible(CallKind kind) {
-    constexpr CallKind kKinds[] = {CallKind::Open,  CallKind::OpenFolder, CallKind::Read,
-                                   CallKind::Write, CallKind::Flush,      CallKind::Copy};
-    return !qv::platform::HasDriveLetters() &&
-           std::find(std::begin(kKinds), std::end(kKinds), kind) != std::end(kKinds);
+    using enum CallKind;
+    constexpr CallKind kKinds[] = {Open, OpenFolder, Read, Write, Flush, Copy};
+    return !qv::platform::HasDriveLetters() && std::ranges::find(kKinds, kind) != std::end(kKinds);
 }
 
 TEST_P(Sweep, EveryCallIsInterruptedOnceAndMovesOneByte) {
-    const TempFolder folder;
-    const Place place = PlaceAt(folder);
-    m_operation.prepare(place);
+    const PreparedPlace place(m_operation);
     int calls = 0;
     bool interrupted = false, reported = true;
     {
@@ -160,9 +136,7 @@ void KillSweep::KillAtEveryCall(NewFiles files) {
     const int usual = qv::platform::HasDriveLetters() ? 5 : files == NewFiles::Named ? 3 : 1;
     const int step = std::getenv("QV_TEST_LARGE") ? 1 : usual;
     for (int nth = 1, status = kKilled; status == kKilled; nth += step) {
-        const TempFolder folder;
-        const Place place = PlaceAt(folder);
-        m_operation.prepare(place);
+        const PreparedPlace place(m_operation);
         status = RunAndKill(place, nth, files);
         const Tree tree = ReadTree(place.native);
         const std::string after = "killed at call " + std::to_string(nth) + " ";
