@@ -1,16 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <cerrno>
 #include <memory>
 #include <thread>
 
 #include "tests/files/Watching.h"
 #include "tests/support/Blocked.h"
-#include "tests/support/SystemFaults.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
     if (OnWindows()) GTEST_SKIP() << "the system keeps a watched folder";
@@ -34,7 +29,7 @@ TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
     while (watcher.IsWatching()) std::this_thread::yield();
 }
 
-// A folder that cannot be watched for want of descriptors or watches would be one whose changes are missed.
+// Without descriptors or watches for a new folder its changes would be missed.
 TEST(DirChangeWatcher, EndsBeforeItMissesChanges) {
     if (OnWindows()) GTEST_SKIP() << "the system watches subfolders itself";
     for (const auto& [name, error] : {std::pair("openat", EMFILE), {"inotify_add_watch", ENOSPC}}) {
@@ -52,15 +47,15 @@ TEST(DirChangeWatcher, EndsBeforeItMissesChanges) {
     }
 }
 
-// More changes than the system keeps, while OnChange is busy: that counts as a change, and what was lost is watched again.
+// More changes than the system keeps, while OnChange is busy, count as a change, and what was lost is watched again.
 TEST(DirChangeWatcher, AnOverflowIsAChange) {
-    if (OnWindows()) GTEST_SKIP() << "the system keeps the one change that it tells of";
+    if (OnWindows()) GTEST_SKIP() << "the system keeps the one change that it reports";
     int kept = 0;
     std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> kept;
     if (kept == 0 || kept > 100'000) GTEST_SKIP() << "no such end of the list, or one too far away";
     const TempFolder tree;
     MakeWatchedTree(tree);
-    HeldWatcher watcher(tree / "", 0x01);
+    Watcher watcher(tree / "", 0x01, 1, true);
     tree.Write("new", "");
     ASSERT_TRUE(watcher.SeesChange());
     for (int i = 0; i <= kept; i += 2) {
@@ -90,22 +85,17 @@ TEST(DirChangeWatcher, AnUnmountEndsTheWatch) {
     }
 }
 
-// Stops, starts anew or ends its watcher from inside OnChange.
-class Acting : public CDirChangeWatcher {
-public:
-    explicit Acting(void (*act)(Acting&)) : m_act(act) {}
+// Stops, restarts or deletes its watcher inside OnChange.
+struct Acting : CDirChangeWatcher {
     ~Acting() override { Stop(); }
-
     void OnChange() override {
-        const std::shared_ptr<qv::platform::Event> told = m_told;
-        m_act(*this);
-        told->Set();
+        const auto kept = acted;
+        act(*this);
+        kept->Set();
     }
 
-    std::shared_ptr<qv::platform::Event> m_told = std::make_shared<qv::platform::Event>();
-
-private:
-    void (*m_act)(Acting&);
+    void (*act)(Acting&) = nullptr;
+    std::shared_ptr<qv::platform::Event> acted = std::make_shared<qv::platform::Event>();
 };
 
 TEST(DirChangeWatcher, OnChangeMayEndIt) {
@@ -114,12 +104,13 @@ TEST(DirChangeWatcher, OnChangeMayEndIt) {
                                      [](Acting& watcher) { delete &watcher; }};
     int files = 0;
     for (const auto& act : acts) {
-        auto* const watcher = new Acting(act);
-        const auto told = watcher->m_told;
+        auto* const watcher = new Acting;
+        watcher->act = act;
+        const auto acted = watcher->acted;
         watcher->SetDirectory(tree / "");
         ASSERT_TRUE(watcher->Start());
         tree.Write(std::to_string(++files), "");
-        ASSERT_TRUE(told->WaitFor(kPatience));
+        ASSERT_TRUE(acted->WaitFor(kPatience));
         if (&act == &acts[2]) continue;
         EXPECT_EQ(watcher->IsWatching(), &act == &acts[1]);
         delete watcher;

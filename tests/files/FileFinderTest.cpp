@@ -1,42 +1,24 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <thread>
 
-#include "platform/Path.h"
 #include "platform/Wildcard.h"
-#include "qvcommon/FileFinder.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/ScopedCodePage.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Walks.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-/// The lines "depth offset" of what a finder found.
-std::vector<std::string> Lines(const FileFinder& finder) {
-    std::vector<std::string> lines;
-    for (int i = 0; i < finder.GetFiles().GetSize(); ++i)
-        lines.push_back(std::to_string(finder.GetOffsetDepths()[i]) + " " + finder.GetFileOffsets()[i].AsStd());
-    return lines;
-}
-
 class FinderTest : public testing::Test {
 protected:
-    void Make(std::initializer_list<const char*> names) const {
-        for (const fs::path name : names) {
-            fs::create_directories(m_folder.Native() / name.parent_path());
-            std::ofstream(m_folder.Native() / name) << name.string();
-        }
-    }
-    std::vector<std::string> Find(const char* mask, int recurse, int mode) {
-        m_finder.SetSearchPath(m_folder / "");
-        m_finder.SetSearchMask(mask);
-        m_finder.SetRecurse(recurse);
-        m_finder.SetIncludeDirectories(mode);
-        m_finder.Discover();
-        return Lines(m_finder);
+    void Make(std::initializer_list<const char*> names) const { MakeTree(m_folder.Native(), names); }
+    /// The depths and offsets of what is found.
+    std::string Find(const char* mask, int recurse, int mode, const char* folder = "") {
+        Discover(m_finder, m_folder / folder, mask, recurse, mode);
+        std::string found;
+        for (int i = 0; i < m_finder.GetFiles().GetSize(); ++i)
+            found += std::to_string(m_finder.GetOffsetDepths()[i]) + " " + m_finder.GetFileOffsets()[i].AsStd() + ",";
+        return found;
     }
 
     TempFolder m_folder;
@@ -48,25 +30,21 @@ TEST_F(FinderTest, ListsByMaskModeAndDepth) {
     struct Row {
         const char* mask;
         int recurse, mode;
-        std::vector<std::string> lines;
+        const char* found;
     };
     for (const Row& row :
-         {Row{"*.txt", 0, 0, {"0 A.TXT", "0 b.txt"}}, Row{"*.*", 0, 0, {"0 A.TXT", "0 b.txt", "0 c.doc"}},
-          Row{"*", 0, 1, {"0 one", "0 three", "0 Two"}}, Row{"t*", 0, 2, {"0 three", "0 Two"}}, Row{"", 0, 2, {}},
-          Row{"X.txt", 1, 0, {"0 one\\x.txt", "1 three\\x.txt", "2 Two\\x.txt"}},
-          Row{"*", 1, 1, {"0 one", "0 three", "0 Two", "0 one\\deep"}},
-          Row{"*.*",
-              1,
-              0,
-              {"0 A.TXT", "0 b.txt", "0 c.doc", "0 one\\x.txt", "0 one\\deep\\z.txt", "1 three\\x.txt", "2 Two\\x.txt",
-               "2 Two\\y.doc"}}})
-        EXPECT_EQ(Find(row.mask, row.recurse, row.mode), row.lines) << row.mask << row.recurse << row.mode;
+         {Row{"*.txt", 0, 0, "0 A.TXT,0 b.txt,"}, Row{"*.*", 0, 0, "0 A.TXT,0 b.txt,0 c.doc,"},
+          Row{"*", 0, 1, "0 one,0 three,0 Two,"}, Row{"t*", 0, 2, "0 three,0 Two,"}, Row{"", 0, 2, ""},
+          Row{"X.txt", 1, 0, "0 one\\x.txt,1 three\\x.txt,2 Two\\x.txt,"},
+          Row{"*", 1, 1, "0 one,0 three,0 Two,0 one\\deep,"},
+          Row{"*.*", 1, 0,
+              "0 A.TXT,0 b.txt,0 c.doc,0 one\\x.txt,0 one\\deep\\z.txt,1 three\\x.txt,2 Two\\x.txt,2 Two\\y.doc,"}})
+        EXPECT_EQ(Find(row.mask, row.recurse, row.mode), row.found) << row.mask << row.recurse << row.mode;
     const CFoundInfo last = m_finder.GetFoundInfo()[7];
     EXPECT_EQ(last.GetFilePath(), m_finder.GetFiles()[7]);
     EXPECT_EQ(m_finder.GetFiles()[7], m_folder / "Two\\y.doc");
     EXPECT_EQ(last.GetLength64(), fs::file_size(m_folder.Native("Two/y.doc")));
-    m_finder.SetSearchPath(m_folder / "missing");
-    m_finder.Discover();
+    EXPECT_EQ(Find("*.*", 1, 0, "missing"), "");
     EXPECT_TRUE(m_finder.GetFoundInfo().IsEmpty());
 }
 
@@ -79,7 +57,7 @@ TEST_F(FinderTest, AsksForRecordsWhenTheyAreRead) {
     const CArray<CFoundInfo>& found = m_finder.GetFoundInfo();
     ASSERT_EQ(found.GetSize(), 3);
     EXPECT_TRUE(found[0].IsDirectory() && !found[0].IsLink() && found[0].GetLength64() == 0);
-    if (qv::platform::HasDriveLetters()) return;  // listings have everything there
+    if (qv::platform::HasDriveLetters()) return;  // listings include the records there
     EXPECT_EQ(found[2].GetLength64(), 18u);
     QvFileTime time;
     EXPECT_TRUE(found[1].GetLastWriteTime(&time));
@@ -88,37 +66,28 @@ TEST_F(FinderTest, AsksForRecordsWhenTheyAreRead) {
 }
 
 TEST_F(FinderTest, ListsLargeTreesInTheOrderOfOneThread) {
-    std::vector<std::string> expected;
-    std::vector<std::string> names;
+    CStringArray expected;
     for (int i = 100; i < 140; ++i)
-        for (const char* const below : {"", "a/", "b/"})
-            for (const char* const file : {"1.txt", "2.doc"})
-                names.push_back("f" + std::to_string(i) + "/" + below + file);
-    for (const std::string& name : names) {
-        Make({name.c_str()});
-        std::string offset = name;
-        std::ranges::replace(offset, '/', '\\');
-        expected.push_back(offset);
-    }
+        for (const char* const file : {"1.txt", "2.doc", "a/1.txt", "a/2.doc", "b/1.txt", "b/2.doc"}) {
+            CString name = "f" + std::to_string(i) + "/" + file;
+            Make({name});
+            name.Replace('/', '\\');
+            expected.Add(name);
+        }
     struct Recorder : FileFinder {
-        std::vector<std::string> titles;
+        int titles = 0;
         std::thread::id thread = std::this_thread::get_id();
         void UpdateProgress(const char* title) override {
             EXPECT_EQ(std::this_thread::get_id(), thread);
-            if (titles.size() == 300) throw std::string(title);
-            titles.push_back(title);
+            if (titles++ == 300) throw std::string(title);
         }
     } recorder;
     for (const char* const mask : {"*.*", "*.?*"}) {  // one search of each folder, and two
         Find(mask, 1, 0);
-        const CStringArray& offsets = m_finder.GetFileOffsets();
-        EXPECT_EQ(std::vector<std::string>(offsets.begin(), offsets.end()), expected) << mask;
-        EXPECT_EQ(m_finder.GetFoundInfo()[77].GetLength64(), names[77].size());
+        EXPECT_EQ(m_finder.GetFileOffsets(), expected) << mask;
+        EXPECT_EQ(m_finder.GetFoundInfo()[77].GetLength(), static_cast<DWORD>(expected[77].GetLength()));
     }
-    recorder.SetSearchPath(m_folder / "");
-    recorder.SetSearchMask("*");
-    recorder.SetRecurse(1);
-    EXPECT_THROW(recorder.Discover(), std::string);
+    EXPECT_THROW(Discover(recorder, m_folder / "", "*"), std::string);
 }
 
 TEST_F(FinderTest, CallsItsHooksOnceAFolder) {
@@ -129,32 +98,19 @@ TEST_F(FinderTest, CallsItsHooksOnceAFolder) {
         void StopProgress() override { log += ")"; }
     } finder;
     Make({"a.b.c", "f/.x"});
-    finder.SetSearchPath(m_folder / "");
-    finder.SetSearchMask("*.*");
-    finder.SetRecurse(1);
-    finder.Discover();
+    Discover(finder, m_folder / "");
     EXPECT_EQ(finder.log, "(,.,a.b,f,)(,.,,)");  // the titles of "." and ".." come first
 }
 
 TEST_F(FinderTest, DoesNotEnterLinks) {
     Make({"in/file", "out/secret"});
-    std::error_code refused;
-    fs::create_directory_symlink(m_folder.Native("out"), m_folder.Native("in/link"), refused);
-    fs::create_symlink(m_folder.Native("nowhere"), m_folder.Native("in/broken"), refused);
-    if (refused) GTEST_SKIP() << "no links here: " << refused.message();
-    m_finder.SetSearchPath(m_folder / "in");
-    m_finder.SetSearchMask("*");
-    m_finder.SetRecurse(1);
-    m_finder.SetIncludeDirectories(2);
-    m_finder.Discover();
-    EXPECT_EQ(Lines(m_finder), (std::vector<std::string>{"0 broken", "0 file", "0 link"}));
+    if (!m_folder.Link("../out", "in/link") || !m_folder.Link("nowhere", "in/broken")) GTEST_SKIP() << "no links here";
+    EXPECT_EQ(Find("*", 1, 2, "in"), "0 broken,0 file,0 link,");
     EXPECT_TRUE(m_finder.GetFoundInfo()[2].IsDirectory());
-    m_finder.SetSearchPath(m_folder / "in\\link");  // asked for by name
-    m_finder.Discover();
-    EXPECT_EQ(Lines(m_finder), (std::vector<std::string>{"0 secret"}));
+    EXPECT_EQ(Find("*", 1, 2, "in\\link"), "0 secret,");  // requested by name
 }
 
-TEST(FoundInfo, TellsWhatTheRecordSays) {
+TEST(FoundInfo, ReturnsWhatTheRecordHolds) {
     QvFindData data;
     data.dwFileAttributes = 0x10 | 0x02 | 0x800;
     data.nFileSizeHigh = 1;

@@ -68,31 +68,21 @@ TEST(FileUtils, WorksOnPathsAsTexts) {
     using Function = CString (*)(const char*);
     const Function filename = [](const char* path) { return CFileUtils::GetFilenameFromPath(path); };
     const Function directory = [](const char* path) { return CFileUtils::GetDirectoryFromPath(path); };
-    struct Row {
+    const struct {
         Function function;
-        const char *text, *result;
-    };
-    for (const Row& row : {Row{CFileUtils::TerminateDir, "", ""},
-                           Row{CFileUtils::TerminateDir, "a", "a\\"},
-                           Row{CFileUtils::TerminateDir, "a\\", "a\\"},
-                           Row{CFileUtils::TerminateDir, "a/", "a/\\"},
-                           Row{CFileUtils::UnterminateDir, "a\\\\", "a\\"},
-                           Row{CFileUtils::UnterminateDir, "a/", "a/"},
-                           Row{CFileUtils::UnterminateDir, "", ""},
-                           Row{filename, "a\\b/c", "b/c"},
-                           Row{filename, "c", "c"},
-                           Row{filename, "a\\", ""},
-                           Row{directory, "a\\b\\c", "a\\b\\"},
-                           Row{directory, "a/b", ""},
-                           Row{CFileUtils::StripInvalidFilenameChars, " a<b>:c ", "abc"},
-                           Row{CFileUtils::StripInvalidFilenameChars, "\\/:*?\"<>|", ""},
-                           Row{CFileUtils::StripInvalidFilenameChars, "? x y |", "x y"},
-                           Row{CFileUtils::FileNameToFileUrl, "C:\\a b", "file://C:/a b"},
-                           Row{CFileUtils::FileNameToFileUrl, "\\\\s\\x", "file:////s/x"},
-                           Row{CFileUtils::FileUrlToFileName, "file:///C:/My%20Files/a.txt", "C:\\My Files\\a.txt"},
-                           Row{CFileUtils::FileUrlToFileName, "file://C:/a", "file:\\\\C:\\a"},
-                           Row{CFileUtils::FileUrlToFileName, "FILE%3A%2F//a%2fb", "a\\b"}})
-        EXPECT_EQ(row.function(row.text), row.result) << row.text;
+        std::vector<std::pair<const char*, const char*>> results;
+    } rows[] = {{CFileUtils::TerminateDir, {{"", ""}, {"a", "a\\"}, {"a\\", "a\\"}, {"a/", "a/\\"}}},
+                {CFileUtils::UnterminateDir, {{"a\\\\", "a\\"}, {"a/", "a/"}, {"", ""}}},
+                {filename, {{"a\\b/c", "b/c"}, {"c", "c"}, {"a\\", ""}}},
+                {directory, {{"a\\b\\c", "a\\b\\"}, {"a/b", ""}}},
+                {CFileUtils::StripInvalidFilenameChars, {{" a<b>:c ", "abc"}, {"\\/:*?\"<>|", ""}, {"? x y |", "x y"}}},
+                {CFileUtils::FileNameToFileUrl, {{"C:\\a b", "file://C:/a b"}, {"\\\\s\\x", "file:////s/x"}}},
+                {CFileUtils::FileUrlToFileName,
+                 {{"file:///C:/My%20Files/a.txt", "C:\\My Files\\a.txt"},
+                  {"file://C:/a", "file:\\\\C:\\a"},
+                  {"FILE%3A%2F//a%2fb", "a\\b"}}}};
+    for (const auto& row : rows)
+        for (const auto& [text, result] : row.results) EXPECT_EQ(row.function(text), result) << text;
     const ScopedLocale turkish("tr_TR.UTF-8");
     EXPECT_EQ(CFileUtils::FileUrlToFileName("FILE:///a"), "a") << "a scheme is ASCII";
 }

@@ -1,50 +1,27 @@
-#include <gmock/gmock.h>
-
 #include <cstdlib>
 #include <functional>
 #include <set>
 
-#include "platform/Path.h"
 #include "platform/Process.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/Checksum.h"
-#include "qvcommon/CopyTree.h"
-#include "qvcommon/FileFinder.h"
-#include "qvcommon/FileUtils.h"
 #include "qvcommon/StringHelper.h"
-#include "qvcommon/framework/File.h"
+#include "tests/support/Child.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/HostileNames.h"
-#include "tests/support/LeftOutRecorder.h"
-#include "tests/support/Raised.h"
-#include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
-#include "tests/support/Tree.h"
+#include "tests/support/Walks.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-CStringArray Find(const CString& folder, int folders = 0) {
+CStringArray Find(const CString& folder) {
     FileFinder finder;
-    finder.SetSearchPath(folder);
-    finder.SetSearchMask("*.*");
-    finder.SetRecurse(1);
-    finder.SetIncludeDirectories(folders);
-    finder.Discover();
+    Discover(finder, folder);
     return finder.GetFileOffsets();
 }
 
-struct Errors : ICopyProgress {
-    int count = 0;
-    int OnError(DWORD, const char*) override { return ++count; }
-};
-
-int CopyErrors(const CString& from, const CString& to) {
-    Errors errors;
-    CCopyTree copy;
-    copy.SetProgressMonitor(&errors);
-    copy.CopyTree(from, to);
-    return errors.count;
+bool MakePipe(const fs::path& path) {
+    return !qv::platform::HasDriveLetters() && std::system(("mkfifo " + path.string()).c_str()) == 0;
 }
 
 TEST(HostileTree, EveryNameIsFoundCopiedPackedReportedAndDeleted) {
@@ -98,10 +75,9 @@ TEST(HostileTree, EveryNameIsFoundCopiedPackedReportedAndDeleted) {
 TEST(HostileTree, PipesAreListedAndDeletedAndNeverOpened) {
     const TempFolder folder;
     MakeTree(folder.Native("from"), {"a", "z"});
-    if (qv::platform::HasDriveLetters() || std::system(("mkfifo " + folder.Native("from/pipe").string()).c_str()))
-        GTEST_SKIP() << "no pipes with names here";
+    if (!MakePipe(folder.Native("from/pipe"))) GTEST_SKIP() << "no pipes with names here";
     EXPECT_EQ(Find(folder / "from").GetSize(), 3);
-    EXPECT_EQ(CopyErrors(folder / "from", folder / "to"), 1);  // who opened the pipe would wait for ever
+    EXPECT_EQ(CopyErrors(folder / "from", folder / "to"), 1);  // opening the pipe would block forever
     EXPECT_EQ(FileCRC(folder / "from\\pipe"), 0u);
     EXPECT_EQ(CFileUtils::ReadFile(folder / "from\\pipe"), "");
     EXPECT_EQ(CFileUtils::Log(folder / "from\\pipe", "text", 0), 0);
@@ -110,22 +86,21 @@ TEST(HostileTree, PipesAreListedAndDeletedAndNeverOpened) {
     EXPECT_FALSE(folder.Has("from"));
 }
 
-/// What the tool, run by a user who is not allowed everything, says on standard error.
-ToolAnswer ErrorsAsNobody(const CStringArray& arguments) {
-    CStringArray words = {
-        "--reuid=65534",    "--regid=65534", "--clear-groups", "sh", "-c", "\"$0\" \"$@\" 2>&1 >/dev/null",
-        CString(ToolPath())};
+/// The errors that the tool prints when an unprivileged user runs it.
+ToolAnswer ErrorsOfOtherUser(const CStringArray& arguments) {
+    CStringArray words = {"sh", "-c", "\"$0\" \"$@\" 2>&1 >/dev/null", CString(ToolPath())};
     for (const CString& word : arguments) words.Add(CFileUtils::GetNativePath(word));
-    return RunProgram("setpriv", words);
+    CProcess tool;
+    return StartAs("65534", tool, words) ? AnswerOf(tool) : ToolAnswer{-1, {}};
 }
 
 TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
     const TempFolder folder;
-    if (qv::platform::HasDriveLetters() || ErrorsAsNobody({"--help"}).status != 0) GTEST_SKIP() << "no other user here";
     MakeTree(folder.Native(), {"from/a", "from/locked/x", "from/secret", "from/z/y", "open/"});
-    fs::create_symlink("nowhere", folder.Native("from/dangling"));
-    fs::create_symlink("z", folder.Native("from/link"));
-    if (std::system(("mkfifo " + folder.Native("from/pipe").string()).c_str())) GTEST_SKIP() << "no pipes here";
+    if (!MakePipe(folder.Native("from/pipe")) || ErrorsOfOtherUser({"--help"}).status != 0)
+        GTEST_SKIP() << "no pipes or no other user here";
+    folder.Link("nowhere", "from/dangling");
+    folder.Link("z", "from/link");
     fs::permissions(folder.Native("from/locked"), fs::perms::none);
     fs::permissions(folder.Native("from/secret"), fs::perms::none);
     fs::permissions(folder.Native("open"), fs::perms::all);
@@ -144,7 +119,7 @@ TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
                  {"a" + refused, "dangling" + refused, "link" + refused, "locked" + refused, "pipe" + refused,
                   "secret" + refused, "z/y" + refused}}};
     for (const auto& row : rows) {
-        const ToolAnswer answer = ErrorsAsNobody(row.arguments);
+        const ToolAnswer answer = ErrorsOfOtherUser(row.arguments);
         EXPECT_EQ(answer.status, 1) << answer.output;
         for (const std::string& line : row.leftOut)
             EXPECT_THAT(answer.output, ::testing::HasSubstr((folder.Native("from") / line).string()));
@@ -164,7 +139,7 @@ TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
     EXPECT_EQ(ReadTree(folder.Native("from")).size(), 9u);
 }
 
-TEST(HostileTree, WhatVanishesDuringTheWalkIsTold) {
+TEST(HostileTree, WhatVanishesDuringTheWalkIsReported) {
     struct Vanishing : FileFinder {
         fs::path root;
         void UpdateProgress(const char* title) override {
@@ -176,71 +151,55 @@ TEST(HostileTree, WhatVanishesDuringTheWalkIsTold) {
     Recorder recorder;
     MakeTree(folder.Native(), {"a", "b/x", "d/y"});
     finder.root = folder.Native();
-    finder.SetSearchPath(folder / "");
-    finder.SetSearchMask("*.*");
-    finder.SetRecurse(1);
     finder.SetLeftOut(&recorder);
-    finder.Discover();
+    Discover(finder, folder / "");
     EXPECT_EQ(finder.GetFileOffsets()[finder.GetFileOffsets().GetSize() - 1], "d\\y");
     EXPECT_EQ(finder.GetFileOffsets()[0], "a");
-    if (qv::platform::HasDriveLetters()) return;  // what is left out there says only that it is no folder
+    if (qv::platform::HasDriveLetters()) return;  // the system reports another cause
     EXPECT_EQ(recorder.names, std::vector{std::to_string(QvLeftOut::vanished) + " b"});
 }
 
-TEST(HostileTree, FoldersTooDeepForAnyPathAreToldAndDeleted) {
+TEST(HostileTree, FoldersTooDeepForAnyPathAreReportedAndDeleted) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "no such depth can be made here";
     const TempFolder folder;
-    const std::string name(250, 'd'), make = "cd '" + folder.Native().string() +
-                                             "' && for i in 1 2 3 4 5 6 7 8 9 10 11 12 "
-                                             "13 14 15 16 17 18; do mkdir " +
-                                             name + " && cd -P " + name + " || exit; done";
+    const std::string name(250, 'd'), at = "cd '" + folder.Native().string() + "' && ";
+    const std::string make = at + "for i in $(seq 18); do mkdir " + name + " && cd -P " + name + " || exit; done";
     ASSERT_EQ(std::system(make.c_str()), 0);
-    Recorder found, copied;
+    Recorder found;
     FileFinder finder;
-    finder.SetSearchPath(folder / "");
-    finder.SetSearchMask("*");
-    finder.SetRecurse(1);
     finder.SetLeftOut(&found);
-    finder.Discover();
-    CCopyTree copy;
-    copy.SetLeftOut(&copied);
-    copy.CopyTree(folder / "", folder / "copy");
-    const std::vector<std::string> told = {std::to_string(QvLeftOut::failed) + " dddddddd"};
-    EXPECT_EQ(found.names, told);
-    EXPECT_TRUE(copied.names.empty());  // it needs no paths
-    const std::string count = "cd '" + folder.Native().string() + "' && test $(find " + name +
-                              " | wc -l) = $(find copy/" + name + " | wc -l)";
+    Discover(finder, folder / "", "*");
+    const std::vector<std::string> reported = {std::to_string(QvLeftOut::failed) + " dddddddd"};
+    EXPECT_EQ(found.names, reported);
+    EXPECT_TRUE(LeftOutOfCopy(folder / "", folder / "copy").empty());  // it needs no paths
+    const std::string count = at + "test $(find " + name + " | wc -l) = $(find copy/" + name + " | wc -l)";
     EXPECT_EQ(std::system(count.c_str()), 0);
     CFileUtils::DelTree(folder / "", 0, found);
-    EXPECT_EQ(found.names, told);
+    EXPECT_EQ(found.names, reported);
     EXPECT_TRUE(fs::is_empty(folder.Native()));
 }
 
-// Each answers as if nothing were there, or as the operation says that it fails; none reaches another file.
+// Each returns what it returns for a missing file or fails in its documented way. None reaches another file.
 TEST(HostileTree, PathsBeyondAllLimitsAreRefused) {
     const TempFolder folder;
     for (const int length : {255, 3000, 5000, 70000}) {
         SCOPED_TRACE(length);
         const std::string name(static_cast<std::size_t>(length), 'n');
         const CString path = folder / name, deep = folder / (name + "/" + name);
-        CString text;
-        CStringArray lines;
+        CStringArray lines{"old"};
         LONG time = 7;
-        lines.Add("old");
         EXPECT_FALSE(CFileUtils::IsExist(path) || CFileUtils::IsDirectory(deep) || CFileUtils::IsVolume(path));
         EXPECT_TRUE(CFileUtils::MakeWritable(deep));
         EXPECT_EQ(CFileUtils::GetFilesize(path), -1);
         EXPECT_EQ(CFileUtils::GetShortPath(deep), deep);
-        EXPECT_EQ(CFileUtils::HasMatching(deep), 0);
-        EXPECT_EQ(CFileUtils::GetDateModified(deep, time), 0);
+        EXPECT_FALSE(CFileUtils::HasMatching(deep) || CFileUtils::GetDateModified(deep, time));
         EXPECT_EQ(CFileUtils::ReadFile(path), "");
         CFileUtils::ReadFile(deep, lines);
         EXPECT_EQ(lines.GetSize(), 0);
-        EXPECT_EQ(CFileUtils::Log(deep, "text", 0), 0);
+        EXPECT_FALSE(CFileUtils::Log(deep, "text", 0));
         EXPECT_EQ(FileCRC(path), 0u);
-        EXPECT_EQ(CFileUtils::ShellDeleteFile(deep, CFileUtils::shellNoConfirmation | CFileUtils::shellNoErrorBox, {},
-                                              nullptr),
-                  0);
+        const int quiet = CFileUtils::shellNoConfirmation | CFileUtils::shellNoErrorBox;
+        EXPECT_FALSE(CFileUtils::ShellDeleteFile(deep, quiet, {}, nullptr));
         EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::WriteFile(deep, "text", 0, 0); }));
         EXPECT_EQ(Find(deep).GetSize(), 0);
         EXPECT_EQ(CopyErrors(deep, folder / "to"), 1);
@@ -248,7 +207,7 @@ TEST(HostileTree, PathsBeyondAllLimitsAreRefused) {
         CFileUtils::BackupFile(deep);
         EXPECT_EQ(length > 255 ? QvCreateDirectory(deep) : 0, 0);
     }
-    EXPECT_EQ(ReadTree(folder.Native()).size(), 1u);  // the empty folder of the copies
+    EXPECT_EQ(folder.Tree(), "to/");
 }
 
 }  // namespace

@@ -1,25 +1,14 @@
-#include "qvcommon/LockFile.h"
-
-#include <gtest/gtest.h>
-
-#include <iostream>
-
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
-#include "tests/support/Child.h"
-#include "tests/support/Raised.h"
+#include "tests/files/Locking.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/RecordingClock.h"
-#include "tests/support/SystemFaults.h"
-#include "tests/support/TempFolder.h"
 
 namespace {
 
 using Pauses = std::vector<long long>;
-using qv::platform::CallKind;
-using qv::platform::FileCause;
 
-/// Fails the opening of every file that is not a side file, and counts the failed attempts, each of which reads the side
-/// file.
+/// Fails every open except those of side files, and counts these: each failed attempt reads the side file.
 SystemFaults::Decision OpenFails(FileCause cause, int& attempts) {
     return [fault = SystemFaults::Of(cause), &attempts](const SystemFaults::Call& call) {
         if (call.kind != CallKind::Open) return SystemFaults::Fault{};
@@ -72,27 +61,16 @@ TEST(MultiUserFile, TriesStopAtTheFirstSuccessOrOtherFailure) {
     }
 }
 
-/// Holds the lock on a document for as long as its input lasts, or dies with it.
-QV_CHILD(HoldLock) {
-    CLockFile lock;
-    lock.SetSourceFile(arguments.at(0).c_str());
-    std::cout << lock.Lock(1) << std::endl;
-    std::cin.get();
-    lock.Unlock();
-    return 0;
-}
-
-TEST(LockFile, IsHeldByOneAndNamesIt) {
+TEST(LockFile, HasOneHolderAndNamesIt) {
     const TempFolder folder;
     CProcess holder;
-    StartChild(holder, "HoldLock", {folder / "report.abc"});
-    ASSERT_EQ(LineFrom(holder), "1");
+    StartChild(holder, kLocker, {folder / "report.abc"});
+    ASSERT_THAT(LineFrom(holder), testing::StartsWith("0"));
     EXPECT_EQ(folder.Read("report.lid"), CNetUtils::GetCurrentUserName().AsStd());
-    EXPECT_EQ(std::filesystem::file_size(folder.Native("report.lck")), 0u);
+    EXPECT_EQ(fs::file_size(folder.Native("report.lck")), 0u);
 
     RecordingClock clock;
-    CLockFile lock;
-    lock.SetSourceFile(folder / "report.abc");
+    DocumentLock lock(folder / "report.abc");
     EXPECT_FALSE(lock.Lock(3));
     EXPECT_EQ(clock.pauses, (Pauses{500, 750, 1125}));
     EXPECT_EQ(lock.GetLockedBy(), CNetUtils::GetCurrentUserName());
@@ -107,16 +85,16 @@ TEST(LockFile, IsHeldByOneAndNamesIt) {
     EXPECT_TRUE(lock.Lock(1));
 }
 
-TEST(LockFile, OneLeftBehindIsNoLock) {
+TEST(LockFile, OneOfAKilledHolderIsNoLock) {
     const TempFolder folder;
     CProcess holder;
-    StartChild(holder, "HoldLock", {folder / "report"});
-    ASSERT_EQ(LineFrom(holder), "1");
+    StartChild(holder, kLocker, {folder / "report"});
+    ASSERT_THAT(LineFrom(holder), testing::StartsWith("0"));
     holder.Kill();
     holder.Wait();
     EXPECT_TRUE(folder.Has("report.lck"));
-    folder.Write("report.lid", "someone with a long name");
-    std::filesystem::permissions(folder.Native("report.lid"), std::filesystem::perms::owner_read);
+    folder.Write("report.lid", "another user with a long name");
+    fs::permissions(folder.Native("report.lid"), fs::perms::owner_read);
     {
         CLockFile lock;
         EXPECT_EQ(lock.GetLockException().m_cause, CFileException::none);
@@ -132,7 +110,7 @@ TEST(LockFile, OneLeftBehindIsNoLock) {
         EXPECT_TRUE(lock.Lock(0));
         EXPECT_EQ(attempts, 0);
     }
-    EXPECT_TRUE(std::filesystem::is_empty(folder.Native()));
+    EXPECT_TRUE(fs::is_empty(folder.Native()));
 }
 
 TEST(LockFile, WhatFollowsAFailureDependsOnItsCause) {
@@ -140,14 +118,13 @@ TEST(LockFile, WhatFollowsAFailureDependsOnItsCause) {
     folder.Write("document.lid", "holder");
     for (int cause = CFileException::generic; cause <= CFileException::endOfFile; ++cause) {
         const auto error = SystemFaults::ErrorFor(static_cast<FileCause>(cause));
-        if (!error) continue;  // no call of this system fails so
+        if (!error) continue;  // the system has no such error
         const bool pauses = cause == CFileException::directoryFull || cause == CFileException::sharingViolation ||
                             cause == CFileException::lockViolation || cause == CFileException::diskFull;
         RecordingClock clock;
         int attempts = 0;
         const SystemFaults faults(OpenFails(static_cast<FileCause>(cause), attempts));
-        CLockFile lock;
-        lock.SetSourceFile(folder / "document");
+        DocumentLock lock(folder / "document");
         EXPECT_FALSE(lock.Lock(3));
         EXPECT_EQ(attempts, pauses || cause == CFileException::generic ? 3 : 1) << cause;
         EXPECT_EQ(clock.pauses, pauses ? Pauses({500, 750, 1125}) : Pauses()) << cause;
@@ -155,8 +132,7 @@ TEST(LockFile, WhatFollowsAFailureDependsOnItsCause) {
         EXPECT_EQ(lock.GetLockException().m_lOsError, static_cast<LONG>(*error));
         EXPECT_EQ(lock.GetLockedBy(), "holder");
     }
-    CLockFile lock;
-    lock.SetSourceFile(folder / "no\\document");
+    DocumentLock lock(folder / "no\\document");
     EXPECT_FALSE(lock.Lock(1000));
     EXPECT_EQ(lock.GetLockException().m_cause, CFileException::badPath);
     EXPECT_EQ(lock.GetLockedBy(), "");
@@ -164,14 +140,12 @@ TEST(LockFile, WhatFollowsAFailureDependsOnItsCause) {
 
 TEST(LockFile, SideFilesNeverMakeALockFail) {
     const TempFolder folder;
-    std::filesystem::create_directory(folder.Native("a.lid"));
+    fs::create_directory(folder.Native("a.lid"));
     folder.Write("b.lid", std::string(1 << 20, 'x'));
     for (const char* name : {"a", "b"}) {
-        CLockFile first, second;
-        first.SetSourceFile(folder / name);
-        second.SetSourceFile(folder / name);
+        DocumentLock first(folder / name), second(folder / name);
         RecordingClock clock;
-        const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Write, FileCause::DiskFull));
+        const SystemFaults faults(SystemFaults::Always(CallKind::Write, FileCause::DiskFull));
         EXPECT_TRUE(first.Lock(1));
         folder.Write("b.lid", std::string(1 << 20, 'x'));
         EXPECT_FALSE(second.Lock(1));

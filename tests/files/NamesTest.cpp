@@ -1,34 +1,25 @@
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <set>
 
 #include "platform/FileSearch.h"
-#include "platform/Path.h"
 #include "qvcommon/Cabinet.h"
-#include "qvcommon/CopyTree.h"
-#include "qvcommon/FileFinder.h"
 #include "qvcommon/FilePath.h"
-#include "qvcommon/FileUtils.h"
-#include "qvcommon/framework/File.h"
+#include "tests/files/Locking.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/Host.h"
-#include "tests/support/LeftOutRecorder.h"
-#include "tests/support/Raised.h"
 #include "tests/support/ScopedCodePage.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/Walks.h"
 
-// Names that differ from what the code page says of them, and names in each code page.
+// Names that the code page cannot hold, and names in each code page.
 
 namespace {
-
-namespace fs = std::filesystem;
 
 void Write(const fs::path& path, const std::string& bytes) {
     fs::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
-/// The contents of all files below a folder, whatever their names.
+/// The contents of all files below a folder.
 std::multiset<std::string> Contents(const fs::path& root) {
     std::multiset<std::string> contents;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root)) {
@@ -39,23 +30,28 @@ std::multiset<std::string> Contents(const fs::path& root) {
     return contents;
 }
 
-/// How many entries of a folder are told as left out, and all files that are found.
-std::size_t FindAll(const CString& folder, CStringArray& files) {
-    Recorder recorder;
-    FileFinder finder;
-    finder.SetSearchPath(folder);
-    finder.SetSearchMask("*.*");
-    finder.SetRecurse(1);
-    finder.SetLeftOut(&recorder);
-    finder.Discover();
-    files = finder.GetFiles();
-    return recorder.names.size();
+bool HasTwice(const std::multiset<std::string>& contents) {
+    return std::set(contents.begin(), contents.end()).size() < contents.size();
 }
 
-void CopyAll(const CString& from, const CString& to, ILeftOut& leftOut) {
-    CCopyTree copy;
-    copy.SetLeftOut(&leftOut);
-    copy.CopyTree(from, to);
+/// All files that are found, and how many entries are reported as left out.
+struct Found {
+    explicit Found(const CString& folder) {
+        Recorder recorder;
+        FileFinder finder;
+        finder.SetLeftOut(&recorder);
+        Discover(finder, folder);
+        files = finder.GetFiles();
+        leftOut = recorder.names.size();
+    }
+
+    CStringArray files;
+    std::size_t leftOut;
+};
+
+void PackAndUnpack(const CString& folder, const CString& archive, const CString& target) {
+    CMakeCab::DirectoryToCab(folder, archive, 1);
+    CReadCab::CabToDirectory(target, archive);
 }
 
 std::size_t CountIn(const fs::path& folder) {
@@ -79,24 +75,21 @@ TEST(Names, BeyondTheCodePageNeverMeanOthers) {
         Write(tree / name, bytes);
     }
     folder.Write("keep", "kept");
-    Write(folder.Native("victim/x"), "kept");
+    folder.Write("victim/x", "kept");
 
-    CStringArray files;
-    const std::size_t untold = FindAll(folder / "tree", files);
+    const Found found(folder / "tree");
     std::multiset<std::string> read;
-    for (const CString& file : files) read.insert(CFileUtils::ReadFile(file).AsStd());
-    EXPECT_EQ(read.size(), std::set(read.begin(), read.end()).size()) << "one file by two names";
+    for (const CString& file : found.files) read.insert(CFileUtils::ReadFile(file).AsStd());
+    EXPECT_FALSE(HasTwice(read)) << "one file by two names";
     EXPECT_TRUE(std::ranges::includes(made, read));
-    EXPECT_TRUE(untold > 0 || read == made);
+    EXPECT_TRUE(found.leftOut > 0 || read == made);
 
-    Recorder left;
-    CopyAll(folder / "tree", folder / "copy", left);
+    const std::vector<std::string> left = LeftOutOfCopy(folder / "tree", folder / "copy");
     const std::multiset<std::string> copied = Contents(folder.Native("copy"));
     EXPECT_TRUE(std::ranges::includes(made, copied));
-    EXPECT_TRUE(!left.names.empty() || copied == made);
+    EXPECT_TRUE(!left.empty() || copied == made);
 
-    CMakeCab::DirectoryToCab(folder / "tree", folder / "p.cab", 1);
-    CReadCab::CabToDirectory(folder / "unpacked", folder / "p.cab");
+    PackAndUnpack(folder / "tree", folder / "p.cab", folder / "unpacked");
     EXPECT_TRUE(std::ranges::includes(Contents(folder.Native("unpacked")), read));
 
     CFileUtils::DelTree(folder / "tree", 1);
@@ -111,12 +104,18 @@ struct Page {
     std::string name;  // ソ表ポ
 };
 
-class InCodePage : public testing::TestWithParam<Page> {};
+class InCodePage : public testing::TestWithParam<Page> {
+protected:
+    void SetUp() override {
+        if (!m_page) GTEST_SKIP() << "the system has no code page " << GetParam().number;
+    }
+
+    const ScopedCodePage m_page{GetParam().number};
+    const CString m_name{GetParam().name};
+};
 
 TEST_P(InCodePage, PathsAreSplitByCharacters) {
-    const ScopedCodePage page(GetParam().number);
-    if (!page) GTEST_SKIP() << "the system has no code page " << GetParam().number;
-    const CString name(GetParam().name), path = "C:\\" + name + "\\" + name + "." + name;
+    const CString &name = m_name, path = "C:\\" + name + "\\" + name + "." + name;
     EXPECT_EQ(CFileUtils::TerminateDir(name), name + "\\");
     EXPECT_EQ(CFileUtils::UnterminateDir(name), name);
     EXPECT_EQ(CFileUtils::UnterminateDir(name + "\\"), name);
@@ -153,25 +152,18 @@ TEST(Names, ArchivesOfAnotherCodePageKeepThem) {
 }
 
 TEST_P(InCodePage, TreesAreFoundCopiedPackedAndDeleted) {
-    const ScopedCodePage page(GetParam().number);
-    if (!page) GTEST_SKIP() << "the system has no code page " << GetParam().number;
     if (!qv::platform::HasDriveLetters() && qv::platform::CurrentCodePage() == qv::platform::CodePage::DoubleByte)
         GTEST_SKIP() << "names are bytes here";
     const TempFolder folder;
-    const CString name(GetParam().name), tree = folder / "" + name, file = tree + "\\" + name + "\\" + name;
-    ASSERT_TRUE(QvCreateDirectory(tree + "\\" + name + "\\"));
-    CFileUtils::WriteFile(file, CString("text"), 0, 0);
+    const CString &name = m_name, tree = folder / "" + name, file = tree + "\\" + name + "\\" + name;
+    CFileUtils::WriteFile(file, CString("text"), 0, 1);
     EXPECT_TRUE(!qv::platform::HasDriveLetters() || fs::exists(folder.Native() / u"\u30BD\u8868\u30DD"));
-    CStringArray files;
-    EXPECT_EQ(FindAll(tree, files), 0u);
-    ASSERT_EQ(files.GetSize(), 1);
-    EXPECT_EQ(files[0], file);
-    Recorder left;
-    CopyAll(tree, folder / "copy", left);
-    EXPECT_EQ(left.names.size(), 0u);
+    const Found found(tree);
+    EXPECT_EQ(found.leftOut, 0u);
+    EXPECT_EQ(found.files, CStringArray{file});
+    EXPECT_TRUE(LeftOutOfCopy(tree, folder / "copy").empty());
     EXPECT_EQ(CFileUtils::ReadFile(folder / "copy\\" + name + "\\" + name), "text");
-    CMakeCab::DirectoryToCab(tree, folder / "" + name + ".cab", 1);
-    CReadCab::CabToDirectory(folder / "out" + name, folder / "" + name + ".cab");
+    PackAndUnpack(tree, folder / "" + name + ".cab", folder / "out" + name);
     EXPECT_EQ(CFileUtils::ReadFile(folder / "out" + name + "\\" + name + "\\" + name), "text");
     const int others = RunInShell(folder.Native(),
                                   "{ ! command -v cabextract || cabextract -q -t *.cab; } > /dev/null && "
@@ -191,35 +183,28 @@ TEST(Names, ThatTheSystemCutsAreReachedAsTheyAre) {
     const TempFolder folder;
     if (RunInShell(folder.Native(), "mkdir t && cd t && echo a > end && echo b > end. && echo c > 'end '") != 0)
         GTEST_SKIP() << "no shell here that makes such names: on Windows run it under Wine, with its drive Z:";
-    Recorder left;
-    CStringArray files;
-    const std::size_t told = FindAll(folder / "t", files);
-    CopyAll(folder / "t", folder / "copy", left);
+    const Found found(folder / "t");
+    EXPECT_EQ(static_cast<std::size_t>(found.files.GetSize()) + found.leftOut, 3u);
+    const std::size_t left = LeftOutOfCopy(folder / "t", folder / "copy").size();
     const std::multiset<std::string> copied = Contents(folder.Native("copy"));
-    EXPECT_EQ(copied.size(), std::set(copied.begin(), copied.end()).size()) << "one file by two names";
-    EXPECT_EQ(copied.size() + left.names.size(), 3u);
-    EXPECT_EQ(static_cast<std::size_t>(files.GetSize()) + told, 3u);
+    EXPECT_FALSE(HasTwice(copied)) << "one file by two names";
+    EXPECT_EQ(copied.size() + left, 3u);
     CFileUtils::DelTree(folder / "t", 1);
     EXPECT_FALSE(folder.Has("t"));
 }
 
-// Wine shows the links of its host without a tag, and opens what they lead to.
-TEST(Names, OfLinksThatOthersMadeLeadNowhere) {
+// Wine shows the links of its host without a tag, and opens their targets.
+TEST(Names, OfLinksOfTheHostAreNotFollowed) {
     const TempFolder folder;
-    Write(folder.Native("outside/kept"), "kept");
-    Write(folder.Native("t/sub/x"), "x");
+    folder.Write("outside/kept", "kept");
+    folder.Write("t/sub/x", "x");
     if (RunInShell(folder.Native("t"), "ln -s ../outside link && ln -s ../../outside sub/link") != 0)
         GTEST_SKIP() << "no shell here that makes links: on Windows run it under Wine, with its drive Z:";
-    CStringArray files;
-    Recorder copied, deleted;
-    FindAll(folder / "t", files);
-    EXPECT_EQ(files.GetSize(), 1);
-    CopyAll(folder / "t", folder / "copy", copied);
-    EXPECT_EQ(copied.names.size(), 2u);
-    EXPECT_EQ(Contents(folder.Native("copy")).size(), 1u);
-    CMakeCab::DirectoryToCab(folder / "t", folder / "p.cab", 1);
-    CReadCab::CabToDirectory(folder / "out", folder / "p.cab");
-    EXPECT_EQ(Contents(folder.Native("out")).size(), 1u);
+    EXPECT_EQ(Found(folder / "t").files.GetSize(), 1);
+    EXPECT_EQ(LeftOutOfCopy(folder / "t", folder / "copy").size(), 2u);
+    PackAndUnpack(folder / "t", folder / "p.cab", folder / "out");
+    for (const char* const target : {"copy", "out"}) EXPECT_EQ(Contents(folder.Native(target)).size(), 1u) << target;
+    Recorder deleted;
     EXPECT_TRUE(Raised<CFileException>([&] { CFileUtils::DelTree(folder / "t\\link", 0); }));
     CFileUtils::DelTree(folder / "t", 1, deleted);
     EXPECT_EQ(folder.Has("t"), !deleted.names.empty()) << "Wine deletes no link to a folder that is not empty";
@@ -227,27 +212,29 @@ TEST(Names, OfLinksThatOthersMadeLeadNowhere) {
     EXPECT_EQ(folder.Read("outside/kept"), "kept");
 }
 
-TEST(Names, OfPathsBeyondAllBuffersAreServed) {
+TEST(Names, OfPathsBeyondAllBuffersWork) {
     const TempFolder folder;
     CString deep = folder / "t";
     for (int i = 0; i < 6; ++i) deep += "\\" + CString(std::string(200, static_cast<char>('a' + i)));
-    ASSERT_TRUE(QvCreateDirectory(deep));
-    CFileUtils::WriteFile(deep + "\\x.txt", CString("text"), 0, 0);
+    CFileUtils::WriteFile(deep + "\\x.txt", CString("text"), 0, 1);
     EXPECT_TRUE(CFileUtils::IsExist(deep + "\\x.txt"));
-    CStringArray files;
-    Recorder left;
-    EXPECT_EQ(FindAll(folder / "t", files), 0u);
-    ASSERT_EQ(files.GetSize(), 1);
-    EXPECT_EQ(files[0], deep + "\\x.txt");
-    CopyAll(folder / "t", folder / "copy", left);
-    EXPECT_TRUE(left.names.empty());
-    CMakeCab::DirectoryToCab(folder / "copy", deep + "\\p.cab", 1);
-    CReadCab::CabToDirectory(deep + "\\out", deep + "\\p.cab");
+    const Found found(folder / "t");
+    EXPECT_EQ(found.leftOut, 0u);
+    EXPECT_EQ(found.files, CStringArray{deep + "\\x.txt"});
+    EXPECT_TRUE(LeftOutOfCopy(folder / "t", folder / "copy").empty());
+    PackAndUnpack(folder / "copy", deep + "\\p.cab", deep + "\\out");
     CFile::Rename(deep + "\\x.txt", deep + "\\y.txt");
-    CFile::Remove(deep + "\\y.txt");
-    FindAll(deep, files);
-    EXPECT_EQ(files.GetSize(), 2);
+    CFileUtils::BackupFile(deep + "\\y.txt");
+    EXPECT_EQ(CFileUtils::ReadFile(deep + "\\y.bak"), "text");
+    CFile::Remove(deep + "\\y.bak");
+    EXPECT_EQ(Found(deep).files.GetSize(), 2);
     EXPECT_EQ(CFileUtils::HasMatching(deep + "\\*.cab"), 1);
+    {
+        DocumentLock lock(deep + "\\report.abc");
+        EXPECT_EQ(lock.GetFile(), deep + "\\report.lck");
+        EXPECT_TRUE(lock.TryLock() ? CFileUtils::IsExist(deep + "\\report.lid")
+                                   : lock.GetLockException().m_cause == CFileException::badPath);
+    }
     for (const char* const name : {"t", "copy"}) CFileUtils::DelTree(folder / name, 1);
     EXPECT_EQ(CountIn(folder.Native()), 0u);
 }
@@ -255,7 +242,7 @@ TEST(Names, OfPathsBeyondAllBuffersAreServed) {
 TEST(Names, TimesOfFilesHaveSixtyFourBits) {
     const TempFolder folder;
     folder.Write("x", "x");
-    // 1900, 1969, 2040, 2107, 9000; one the 32 bits of the C library's clock, and none that a file system may not hold.
+    // The years 1900, 1969, 2040, 2107 and 9000.
     for (const std::int64_t seconds : {-2208988800ll, -1ll * 86400, 2208988800ll, 4323456000ll, 221845392000ll}) {
         CFileStatus status;
         ASSERT_TRUE(CFile::GetStatus(folder / "x", status));

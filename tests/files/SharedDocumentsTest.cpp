@@ -1,62 +1,37 @@
 // What several users, machines and programs may rely on: locks on documents, and saving.
 
-#include <gmock/gmock.h>
-
 #include <cerrno>
-#include <filesystem>
 #include <iostream>
 #include <numeric>
 
 #include "platform/Process.h"
-#include "qvcommon/FileUtils.h"
-#include "qvcommon/LockFile.h"
 #include "qvcommon/SaveFile.h"
-#include "tests/support/Child.h"
-#include "tests/support/Raised.h"
+#include "tests/files/Locking.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/RecordingClock.h"
-#include "tests/support/SystemFaults.h"
-#include "tests/support/TempFolder.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-using qv::platform::CallKind;
 using ::testing::HasSubstr;
 
-/// Prints the cause of a failed try, 0 for none, and who holds the lock; holds it until the input ends.
-QV_CHILD(TryTheLock) {
-    CLockFile lock;
-    lock.SetSourceFile(arguments.at(0).c_str());
+QV_CHILD(TakeTheLock) {
+    DocumentLock lock(arguments.at(0).c_str());
     lock.TryLock();
     std::cout << (lock.IsLocked() ? 0 : lock.GetLockException().m_cause) << ' ' << lock.GetLockedBy() << std::endl;
     std::cin.get();
     return 0;
 }
 
-/// One more user of a document. False where this program may not become another user.
-bool TryAs(const char* user, const CString& document, CProcess& child) try {
-    const CStringArray words = [&] {
-        CStringArray list;
-        for (const char* const word : {"--clear-groups", "--regid=65534"}) list.Add(word);
-        list.Add(CString("--reuid=") + user);
-        list.Add(CString(qv::platform::CurrentProgram()));
-        list.Add("--child=TryTheLock");
-        list.Add(document);
-        return list;
-    }();
-    child.Start("setpriv", words, CProcess::pipeInput | CProcess::pipeOutput);
-    return true;
-} catch (CFileException* error) {
-    error->Delete();
-    return false;
+/// Another user of a document. False where this program may not become one.
+bool TryAs(const char* user, const CString& document, CProcess& child) {
+    return StartAs(user, child, {CString(qv::platform::CurrentProgram()), CString("--child=") + kLocker, document});
 }
 
 TEST(SharedDocuments, EveryUserOfAFolderCanLockInIt) {
     const TempFolder folder;
     const CString document = folder / "report.abc";
-    fs::permissions(folder.Native(), fs::perms::all);
-    for (const bool sticky : {false, true}) {
-        if (sticky) fs::permissions(folder.Native(), fs::perms::sticky_bit, fs::perm_options::add);
+    for (const fs::perms sticky : {fs::perms::none, fs::perms::sticky_bit}) {
+        fs::permissions(folder.Native(), fs::perms::all | sticky);
         CProcess first, second;
         if (!TryAs("4711", document, first)) GTEST_SKIP() << "setpriv is missing";
         const std::string held = LineFrom(first);
@@ -71,7 +46,7 @@ TEST(SharedDocuments, EveryUserOfAFolderCanLockInIt) {
         folder.Write("report.lid", "a killed holder");
         fs::permissions(folder.Native("report.lid"), fs::perms::all);
         ASSERT_TRUE(TryAs("4712", document, second));
-        EXPECT_THAT(LineFrom(second), ::testing::StartsWith("0")) << "a leftover keeps nobody out";
+        EXPECT_THAT(LineFrom(second), ::testing::StartsWith("0")) << "a leftover keeps no one out";
         EXPECT_NE(folder.Read("report.lid"), "a killed holder");
         second.Wait();
         for (const char* const name : {"report.lck", "report.lid"}) fs::remove(folder.Native(name));
@@ -82,40 +57,17 @@ TEST(SharedDocuments, SideFilesAreNotFollowedAsLinks) {
     const TempFolder folder;
     folder.Write("secret", "kept");
     fs::permissions(folder.Native("secret"), fs::perms::owner_read);
-    std::error_code refused;
-    fs::create_symlink("secret", folder.Native("report.lid"), refused);
-    if (refused) GTEST_SKIP() << refused.message();
-    CLockFile lock;
-    lock.SetSourceFile(folder / "report");
+    if (!folder.Link("secret", "report.lid")) GTEST_SKIP() << "no links here";
+    DocumentLock lock(folder / "report");
     EXPECT_TRUE(lock.TryLock());
     EXPECT_EQ(folder.Read("secret"), "kept");
     EXPECT_EQ(fs::status(folder.Native("secret")).permissions(), fs::perms::owner_read);
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder.Native("report.lid"))));
 
-    fs::create_symlink("secret", folder.Native("other.lck"));
-    CLockFile other;
-    other.SetSourceFile(folder / "other");
+    folder.Link("secret", "other.lck");
+    DocumentLock other(folder / "other");
     EXPECT_FALSE(other.TryLock());
     EXPECT_TRUE(folder.Has("secret"));
-}
-
-TEST(SharedDocuments, LocksOnLongPathsAreTheirOwn) {
-    const TempFolder folder;
-    const std::string deep = std::string(120, 'b') + "/" + std::string(120, 'c');
-    std::error_code refused;
-    fs::create_directories(folder.Native(deep), refused);
-    if (refused) GTEST_SKIP() << "no such long paths: " << refused.message();
-    const CString path = folder / (deep + "/report.abc");
-    CLockFile lock, cut;
-    lock.SetSourceFile(path);
-    EXPECT_EQ(lock.GetFile(), folder / (deep + "/report.lck"));
-    if (!lock.TryLock()) {
-        EXPECT_EQ(lock.GetLockException().m_cause, CFileException::badPath);
-        return;
-    }
-    EXPECT_TRUE(folder.Has(deep + "/report.lid"));
-    cut.SetSourceFile(path.Left(258));
-    EXPECT_TRUE(cut.TryLock());
 }
 
 TEST(SharedDocuments, WaitingEndsWithPatienceOrTheObserver) {
@@ -128,15 +80,13 @@ TEST(SharedDocuments, WaitingEndsWithPatienceOrTheObserver) {
         int asked = 0, most = 1000;
     };
     const TempFolder folder;
-    CLockFile holder, lock;
-    holder.SetSourceFile(folder / "document");
-    lock.SetSourceFile(folder / "document");
+    DocumentLock holder(folder / "document"), lock(folder / "document");
     ASSERT_TRUE(holder.TryLock());
     RecordingClock clock;
     Observer patient, impatient;
     EXPECT_FALSE(lock.LockFor(1000, &patient));
     EXPECT_LE(std::accumulate(clock.pauses.begin(), clock.pauses.end(), 0LL), 1000);
-    EXPECT_EQ(*std::max_element(clock.pauses.begin(), clock.pauses.end()), 250);
+    EXPECT_EQ(*std::ranges::max_element(clock.pauses), 250);
     EXPECT_EQ(lock.GetLockException().m_cause, CFileException::sharingViolation);
     clock.pauses.clear();
     EXPECT_FALSE(lock.TryLock());
@@ -157,8 +107,7 @@ TEST(SharedDocuments, AFileSystemThatCannotLockSaysSo) {
         ++locks;
         return SystemFaults::Fault{.error = EOPNOTSUPP};
     });
-    CLockFile lock;
-    lock.SetSourceFile(folder / "document");
+    DocumentLock lock(folder / "document");
     const bool locked = lock.Lock(5);
     if (locks == 0) GTEST_SKIP() << "this system opens files without locks of their own";
     EXPECT_FALSE(locked);
@@ -184,35 +133,27 @@ TEST(SharedDocuments, AreSavedWholeWithWhatTheyHave) {
         dropped.Write("half", 4);
     }
     EXPECT_EQ(folder.Read("document"), "old");
-    std::error_code refused;
-    fs::create_symlink("document", folder.Native("link"), refused);
-    CFileUtils::SaveFile(folder / (refused ? "document" : "link"), "new");
-    EXPECT_EQ(folder.Read("document"), "new");
+    const bool linked = folder.Link("document", "link");
+    CFileUtils::SaveFile(folder / (linked ? "link" : "document"), "new");
     EXPECT_EQ(fs::status(folder.Native("document")).permissions(), kept);
-    EXPECT_EQ(fs::is_symlink(folder.Native("link")), !refused);
     CFileUtils::SaveFile(folder / "fresh", "first");
-    EXPECT_EQ(folder.Read("fresh"), "first");
-
     const RecordingClock clock;
     const CFile reader(folder / "document", CFile::modeRead | CFile::shareDenyWrite);
     const auto error = Raised<CFileException>([&] { CFileUtils::SaveFile(folder / "document", "never"); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->m_cause, CFileException::sharingViolation);
-    EXPECT_EQ(folder.Read("document"), "new");
-    fs::remove(folder.Native("link"));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Native()), {}), 2);
+    EXPECT_EQ(folder.Tree(), linked ? "document=new fresh=first link@" : "document=new fresh=first");
 }
 
 TEST(SharedDocuments, HardLinksSeeWhatIsSavedInPlace) {
     const TempFolder folder;
-    const auto content = [&](const char* file) { return folder.Read(file); };
     const auto save = [&] {
         CSaveFile file(folder / "document");
         file.Write("new", 3);
         file.CommitInPlace();
     };
     save();
-    EXPECT_EQ(content("document"), "new");
+    EXPECT_EQ(folder.Read("document"), "new");
     std::error_code refused;
     fs::create_hard_link(folder.Native("document"), folder.Native("link"), refused);
     if (refused) GTEST_SKIP() << refused.message();
@@ -222,25 +163,25 @@ TEST(SharedDocuments, HardLinksSeeWhatIsSavedInPlace) {
         int left = failures;
         const SystemFaults faults([&](const SystemFaults::Call& call) {
             const bool fails = call.kind == CallKind::Resize && folder.Has("document.qvold") && left-- > 0;
-            return fails ? SystemFaults::Of(qv::platform::FileCause::DiskFull) : SystemFaults::Fault{};
+            return fails ? SystemFaults::Of(FileCause::DiskFull) : SystemFaults::Fault{};
         });
         const auto error = Raised<CFileException>(save);
         ASSERT_TRUE(error);
         EXPECT_EQ(error->m_cause, CFileException::diskFull);
         EXPECT_EQ(error->m_strFileName, folder / (failures == 1 ? "document" : "document.qvold"));
         EXPECT_EQ(folder.Has("document.qvold"), failures > 1);
-        EXPECT_EQ(content("link"), "the old content");
+        EXPECT_EQ(folder.Read("link"), "the old content");
     }
     folder.Write("document", "a part");
     EXPECT_TRUE(CSaveFile::Recover(folder / "document"));
-    EXPECT_EQ(content("link"), "the old content");
+    EXPECT_EQ(folder.Read("link"), "the old content");
     EXPECT_FALSE(CSaveFile::Recover(folder / "document"));
 
     folder.Write("document.qvold", "what a killed program left");
     CFileUtils::SaveFile(folder / "document", "a file of its own");
-    EXPECT_EQ(content("link"), "what a killed program left");
+    EXPECT_EQ(folder.Read("link"), "what a killed program left");
     EXPECT_FALSE(CSaveFile::Recover(folder / "document"));
-    EXPECT_EQ(content("document"), "a file of its own");
+    EXPECT_EQ(folder.Read("document"), "a file of its own");
 }
 
 // A descriptor that only reads is no help in emptying the file: its name is opened again.

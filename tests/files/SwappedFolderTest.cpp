@@ -1,18 +1,10 @@
-// Before each system call of a walk in turn, someone puts a link in the place of a folder. Nothing outside may change, and
+// Before each system call of a walk in turn, another user replaces a folder by a link. Nothing outside may change, and
 // nothing from outside may come in, whichever call it is.
 
-#include <gtest/gtest.h>
-
 #include "qvcommon/CopyTree.h"
-#include "qvcommon/FileUtils.h"
-#include "qvcommon/framework/File.h"
-#include "tests/support/SystemFaults.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/Tree.h"
+#include "tests/support/FileTests.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 struct Case {
     const char* name;
@@ -25,17 +17,7 @@ void Copy(const TempFolder& folder) {
 }
 
 void Delete(const TempFolder& folder) {
-    try {
-        CFileUtils::DelTree(folder / "from", 1);
-    } catch (CFileException* error) {
-        error->Delete();
-    }
-}
-
-bool MakeLink(const fs::path& target, const fs::path& link) {
-    std::error_code refused;
-    fs::create_directory_symlink(target, link, refused);
-    return !refused;
+    Raised<CFileException>([&] { CFileUtils::DelTree(folder / "from", 1); });
 }
 
 /// What must stay as it is: names, contents, modes and times.
@@ -52,14 +34,11 @@ std::string Describe(const fs::path& root) {
 class SwappedFolder : public testing::TestWithParam<Case> {
 protected:
     void Prepare(const TempFolder& folder) {
-        MakeTree(folder.Native(), {"outside/x", "outside/deep/x", "from/a", "from/sub/deep/x", "from/sub/x",
-                                   "to/sub/deep/x", "to/sub/x"});
-        folder.Write("outside/x", "secret");
-        folder.Write("outside/deep/x", "secret");
-        const fs::perms readOnly = fs::perms::owner_read | fs::perms::owner_exec;
+        MakeTree(folder.Native(), {"from/a", "from/sub/deep/x", "from/sub/x", "to/sub/deep/x", "to/sub/x"});
+        for (const char* const name : {"outside/x", "outside/deep/x"}) folder.Write(name, "secret");
         for (const char* const name :
              {"outside/x", "outside/deep/x", "outside/deep", "outside", "from/sub/x", "to/sub/x"})
-            fs::permissions(folder.Native(name), readOnly);
+            fs::permissions(folder.Native(name), fs::perms::owner_read | fs::perms::owner_exec);
     }
 
     /// False when the walk makes fewer calls.
@@ -72,7 +51,7 @@ protected:
             const SystemFaults swap([&](const SystemFaults::Call&) {
                 std::error_code gone;
                 if (++calls == nth) fs::rename(folder.Native(GetParam().victim), folder.Native("moved"), gone);
-                if (calls == nth) MakeLink(folder.Native("outside"), folder.Native(GetParam().victim));
+                if (calls == nth) folder.Link(folder.Native("outside").string(), GetParam().victim);
                 return SystemFaults::Fault{};
             });
             GetParam().walk(folder);
@@ -87,7 +66,7 @@ protected:
 
 TEST_P(SwappedFolder, LeadsNoWalkOutside) {
     const TempFolder probe;
-    if (!MakeLink(probe.Native(), probe.Native("link"))) GTEST_SKIP() << "the system lets this user make no links";
+    if (!probe.Link(".", "link")) GTEST_SKIP() << "the system lets this user make no links";
     int nth = 1;
     while (SwapAt(nth) && !HasFailure()) ++nth;
     EXPECT_GT(nth, 10);

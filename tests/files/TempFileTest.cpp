@@ -1,27 +1,18 @@
 #include "qvcommon/TempFile.h"
 
-#include <gtest/gtest.h>
-
 #include <set>
 #include <thread>
 
-#include "qvcommon/FileUtils.h"
-#include "qvcommon/framework/File.h"
-#include "tests/support/Raised.h"
-#include "tests/support/SystemFaults.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/FileTests.h"
 
 namespace {
 
-using qv::platform::CallKind;
-using qv::platform::FileCause;
+/// A temporary file in a folder.
+struct FileIn : CTempFile {
+    explicit FileIn(const TempFolder& folder) { SetDirectory(folder / ""); }
+};
 
-bool Exists(const CString& path) {
-    CFileStatus status;
-    return CFile::GetStatus(path, status);
-}
-
-TEST(TempFile, MakesAFileOfAFreshNameAndTakesItAway) {
+TEST(TempFile, CreatesAFileWithAFreshNameAndRemovesIt) {
     CString first;
     {
         CTempFile file;
@@ -33,13 +24,13 @@ TEST(TempFile, MakesAFileOfAFreshNameAndTakesItAway) {
         EXPECT_EQ(name.Left(2), "QV");
         for (int i = 2; i < 8; ++i) EXPECT_TRUE(name[i] >= 'A' && name[i] <= 'Z');
         EXPECT_EQ(name[8], '.');
-        EXPECT_TRUE(Exists(first));
+        EXPECT_TRUE(CFileUtils::IsExist(first));
         file.Create();
         EXPECT_NE(file.GetFilename(), first);
-        EXPECT_FALSE(Exists(first));
+        EXPECT_FALSE(CFileUtils::IsExist(first));
         first = file.GetFilename();
     }
-    EXPECT_FALSE(Exists(first));
+    EXPECT_FALSE(CFileUtils::IsExist(first));
 }
 
 TEST(TempFile, GivenNamesAreAdopted) {
@@ -47,30 +38,28 @@ TEST(TempFile, GivenNamesAreAdopted) {
     folder.Write("given", "content");
     CString own;
     {
-        CTempFile file;
-        file.SetDirectory(folder / "");
+        FileIn file(folder);
         file.SetPrefix("p");
         file.SetExtension("tmp");
         file.Create();
         own = file.GetFilename();
         EXPECT_TRUE(own.AsStd().ends_with(".tmp"));
         file.SetFilename(folder / "given");
-        EXPECT_FALSE(Exists(own));
+        EXPECT_FALSE(CFileUtils::IsExist(own));
         file.Create();
         EXPECT_EQ(file.GetFilename(), folder / "given");
         EXPECT_EQ(folder.Read("given"), "");
     }
     EXPECT_FALSE(folder.Has("given"));
     {
-        CTempFile kept;
-        kept.SetDirectory(folder / "");
+        FileIn kept(folder);
         kept.Create();
         own = kept.GetFilename();
         kept.Create(1);
         EXPECT_EQ(kept.GetFilename(), own);
         kept.SetDeleteOnDtor(0);
     }
-    EXPECT_TRUE(Exists(own));
+    EXPECT_TRUE(CFileUtils::IsExist(own));
 }
 
 TEST(TempFile, FailuresByCause) {
@@ -87,10 +76,9 @@ TEST(TempFile, FailuresByCause) {
                            Row{FileCause::DiskFull, true, CFileException::diskFull, true},
                            Row{FileCause::SharingViolation, true, CFileException::accessDenied, false},
                            Row{FileCause::BadPath, true, CFileException::accessDenied, false}}) {
-        CTempFile file;
+        FileIn file(folder);
         if (row.given) file.SetFilename(folder / "given");
-        file.SetDirectory(folder / "");
-        const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Open, row.cause));
+        const SystemFaults faults(SystemFaults::Always(CallKind::Open, row.cause));
         const auto error = Raised<CFileException>([&] { file.Create(); });
         ASSERT_TRUE(error);
         EXPECT_EQ(error->m_cause, row.raised);
@@ -102,8 +90,7 @@ TEST(TempFile, FailuresByCause) {
 
 TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
     const TempFolder folder;
-    CTempFile file;
-    file.SetDirectory(folder / "");
+    FileIn file(folder);
     std::set<std::string> tried;
     {
         const SystemFaults faults([&](const SystemFaults::Call& call) {
@@ -116,7 +103,7 @@ TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
     }
     const CString before = file.GetFilename();
     std::set<std::string> taken;
-    // Whatever name is free, another program takes it just before the file is made.
+    // Another program takes each free name just before the file is made.
     {
         const SystemFaults faults([&](const SystemFaults::Call& call) {
             if (call.kind == CallKind::Open) std::ofstream(*taken.emplace(call.path).first) << "theirs";
@@ -129,22 +116,20 @@ TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
         EXPECT_EQ(error->m_strFileName, "");
     }
     EXPECT_EQ(taken.size(), 1000u);
-    for (const std::string& name : taken) EXPECT_EQ(std::filesystem::file_size(name), 6u) << name;
-    EXPECT_FALSE(Exists(before));
+    for (const std::string& name : taken) EXPECT_EQ(fs::file_size(name), 6u) << name;
+    EXPECT_FALSE(CFileUtils::IsExist(before));
 }
 
 TEST(TempFile, ManyThreadsDrawNamesAtOnce) {
     const TempFolder folder;
     const auto create = [&] {
         for (int i = 0; i < 20; ++i) {
-            CTempFile file;
-            file.SetDirectory(folder / "");
+            FileIn file(folder);
             file.Create();
         }
     };
-    std::thread threads[] = {std::thread(create), std::thread(create), std::thread(create)};
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_TRUE(std::filesystem::is_empty(folder.Native()));
+    { const std::jthread threads[] = {std::jthread(create), std::jthread(create), std::jthread(create)}; }
+    EXPECT_TRUE(fs::is_empty(folder.Native()));
 }
 
 }  // namespace
