@@ -11,7 +11,7 @@ inline CString UniqueName() {
     return CString("qvtest/.%" + std::to_string(std::random_device()()));
 }
 
-// One that is its own file name.
+// A name that needs no escapes in a file name.
 inline CString PlainName() {
     return CString("qvtest" + std::to_string(std::random_device()()));
 }
@@ -41,6 +41,12 @@ public:
         StartChild(process, "Listen", {name});
         first = LineFrom(process);
     }
+    void Kill() {
+        process.Kill();
+        process.Wait();
+    }
+    /// The size of the next text that it receives.
+    std::string Received() { return LineFrom(process); }
 
     CProcess process;
     std::string first;

@@ -17,7 +17,7 @@ using namespace std::string_literals;
 
 namespace {
 
-/// Listens, and prints the size of each text. A text "die" ends it inside its handler, "end" behind it; one that begins
+/// Listens, and prints the size of each text. A text "die" ends it inside its handler, "end" after it; one that begins
 /// with "answer" is sent back to its sender, twice.
 QV_CHILD(Listen) {
     class Answering : public Listener {
@@ -40,18 +40,17 @@ QV_CHILD(Listen) {
 
 TEST(UserMessages, TextsOfAnyBytesArriveWhole) {
     const CString name = UniqueName();
-    EXPECT_EQ(Send(name, "nobody"), 0);
+    EXPECT_EQ(Send(name, "unheard"), 0);
     ListeningChild child(name);
     ASSERT_EQ(child.first, "listening");
     EXPECT_TRUE(CUserMessageListener::DoesListenerExist(name, 0));
     EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 1));
-    for (const std::string& text : {""s, "a"s, "\0\xFF\0"s, std::string(4096, 'x'), std::string(1'000'000, 'y')}) {
-        EXPECT_EQ(Send(name, text), 1);
-        EXPECT_EQ(LineFrom(child.process), std::to_string(text.size()));
-    }
     EXPECT_EQ(Send(name, std::string((64 << 20) + 1, 'z')), 1) << "found, but not sent";
-    EXPECT_EQ(Send(name, "end"), 1);
-    EXPECT_EQ(LineFrom(child.process), "3");
+    for (const std::string& text :
+         {""s, "a"s, "\0\xFF\0"s, std::string(4096, 'x'), std::string(1'000'000, 'y'), "end"s}) {
+        EXPECT_EQ(Send(name, text), 1);
+        EXPECT_EQ(child.Received(), std::to_string(text.size()));
+    }
     EXPECT_EQ(child.process.Wait(), 0);
     EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 0));
 }
@@ -70,13 +69,13 @@ TEST(UserMessages, OneListenerOfANameAtMost) {
     EXPECT_FALSE(none.Create("", 0));
     EXPECT_FALSE(none.Create(std::string(241, 'x').c_str(), 0));
     EXPECT_TRUE(none.Create(std::string(240, 'x').c_str(), 0));
-    // To one's own thread a text goes directly.
+    // A text to the sender's own thread is handled directly.
     EXPECT_EQ(Send(name, "own"), 1);
     EXPECT_EQ(first.m_texts, std::vector<std::string>{"own"});
     EXPECT_FALSE(CUserMessageListener::PumpMessages(1));
 }
 
-TEST(UserMessages, TwoThatCreateAtTheSameInstantNeverBothListen) {
+TEST(UserMessages, OfSimultaneousListenersOneListens) {
     for (int round = 0; round < 20; ++round) {
         const CString name = UniqueName();
         CProcess children[3];
@@ -90,7 +89,7 @@ TEST(UserMessages, TwoThatCreateAtTheSameInstantNeverBothListen) {
     }
 }
 
-TEST(UserMessages, WhoWaitsForAnAnswerTakesTexts) {
+TEST(UserMessages, ASenderThatWaitsReceivesTexts) {
     const CString name = UniqueName(), ownName = UniqueName();
     ListeningChild child(name);
     Listener listener;
@@ -106,7 +105,7 @@ TEST(UserMessages, WhoWaitsForAnAnswerTakesTexts) {
     Send(name, "end");
 }
 
-TEST(UserMessages, WhatAHandlerThrowsComesOutOfTheCallThatRanIt) {
+TEST(UserMessages, ExceptionsOfAHandlerLeaveTheCallThatRanIt) {
     struct Throwing : Listener {
         void OnUserMessage(const CString& text) override { throw std::runtime_error(text.AsStd()); }
     } listener;
@@ -130,7 +129,7 @@ TEST(UserMessages, WhatAHandlerThrowsComesOutOfTheCallThatRanIt) {
     pump();
     pump();
     EXPECT_TRUE(sender.Ends());
-    // While the thread waits for a text of its own to be handled; the second answer comes, too.
+    // While the thread waits until its own text is handled; the second answer arrives too.
     ListeningChild child(answering);
     EXPECT_THROW(CUserMessageListener::SendUserMessage(answering, 0, CString("answer"), listener.m_hWnd),
                  std::runtime_error);
@@ -140,7 +139,7 @@ TEST(UserMessages, WhatAHandlerThrowsComesOutOfTheCallThatRanIt) {
     Send(answering, "end");
 }
 
-TEST(UserMessages, ADeadListenerLeavesItsNameAndItsSendersFree) {
+TEST(UserMessages, ADeadListenerBlocksNeitherItsNameNorItsSenders) {
     const CString name = UniqueName();
     const int rounds = qv::platform::HasDriveLetters() ? 20 : 100;  // a program starts slowly under an emulation
     std::mt19937 random(9);
@@ -150,8 +149,7 @@ TEST(UserMessages, ADeadListenerLeavesItsNameAndItsSendersFree) {
         if (random() % 3) {
             EXPECT_EQ(Send(name, random() % 2 ? "die" : std::string(300'000, 'x')), 1);
         }
-        child.process.Kill();
-        child.process.Wait();
+        child.Kill();
         EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 0));
         EXPECT_EQ(Send(name, "x"), 0);
     }
@@ -167,7 +165,7 @@ QV_CHILD(SendWithoutEnd) {
     return 0;
 }
 
-TEST(UserMessages, AKilledSenderCostsNothing) {
+TEST(UserMessages, AKilledSenderDisturbsNoListener) {
     const CString name = UniqueName();
     Listener listener;
     ASSERT_TRUE(listener.Create(name, 0));
@@ -189,8 +187,7 @@ TEST(UserMessages, AKilledSenderCostsNothing) {
 
 TEST(MessageCommands, CarryTextsBetweenPrograms) {
     const CString name = UniqueName();
-    EXPECT_EQ(ToolStatus({"send", name, "nobody"}), 1);
-    EXPECT_EQ(ToolStatus({"send", name}), 2);
+    EXPECT_EQ(ToolStatus({"send", name, "unheard"}), 1);
     Background sender([&] {
         while (!CUserMessageListener::DoesListenerExist(name, 0)) std::this_thread::yield();
         EXPECT_EQ(ToolStatus({"listen", name}), 1);
