@@ -27,7 +27,7 @@ protected:
         dialog.GetDlgItem(id)->GetWindowText(text);
         return text.AsStd();
     }
-    /// The message of a check that fails; "fine" for one that passes, also while the dialog is filled.
+    /// The message of a check that fails; "fine" for one that passes. None fails while the dialog is filled.
     template <class Check>
     std::string Message(Check check, int answer = 1) {
         const RecordingMessageBox box(answer);
@@ -44,7 +44,7 @@ protected:
     DigitsOnly filtered;
 };
 
-TEST_F(ValidatorsTest, SayWhatIsWrong) {
+TEST_F(ValidatorsTest, ShowWhyTheyFail) {
     const TempFolder folder;
     folder.Write("file", "");
     const auto chars = [](const char* text) { return [=](CDataExchange* e) { DDV_ReservedChars(e, text, "\\/:"); }; };
@@ -60,10 +60,6 @@ TEST_F(ValidatorsTest, SayWhatIsWrong) {
     EXPECT_EQ(Message(chars("ab")), "fine");
     EXPECT_EQ(Message(word("SeCOnd")), "The 'con' word is reserved and not valid in this field. 48");
     EXPECT_EQ(Message(word("co n")), "fine");
-}
-
-TEST_F(ValidatorsTest, FoldersMayBeMade) {
-    const TempFolder folder;
     const auto valid = [&](CDataExchange* e) { DDV_ValidDir(e, folder / "new"); };
     EXPECT_EQ(Message(valid, 7), "The directory specified can not be found.  Would you like to create it? 52");
     EXPECT_EQ(Message(valid, 6), "fine");
@@ -74,9 +70,10 @@ TEST_F(ValidatorsTest, ListsNeedAChoice) {
     CCheckListBox list;
     ASSERT_TRUE(list.Create(CWnd::listBox, &dialog, 9));
     const auto some = [&](CDataExchange* e) { DDV_SomeListItemsChecked(e, list); };
-    EXPECT_EQ(Message(some), "You must select at least one option. 48");
-    for (const char* const text : {"a", "b", "c"}) list.AddString(text);
-    EXPECT_EQ(Message(some), "You must select at least one option. 48");
+    for (const char* const text : {"a", "b", "c"}) {
+        EXPECT_EQ(Message(some), "You must select at least one option. 48");
+        list.AddString(text);
+    }
     list.SetCheck(1, 2);  // the third state
     EXPECT_EQ(Message(some), "You must select at least one option. 48");
     list.SetCheck(2, 1);

@@ -15,8 +15,8 @@ from two_machines import TwoMachines, reason_against
 QV = os.path.join(os.environ["QV_BIN"], "qv")
 ROUNDS = int(os.environ.get("QV_ROUNDS", 25))
 
-# What the holder of the lock runs. The mark is a file of the host that both machines see: its own lock, which is not under
-# test, ends with the process and shows whether another holder is there.
+# The command of a lock's holder. The mark is a file of the host that both machines see: its own lock, which is not under test,
+# ends with the process and shows whether there is another holder.
 HOLD = "exec 0<> {}; flock -n 0 || {{ echo shared; exit 0; }}; echo alone"
 KILLED_OF = 8
 
@@ -43,10 +43,10 @@ class Machines(unittest.TestCase):
             thread.join()
 
     def contents(self, name):
-        """What is on the server, past the machines' caches."""
+        """A file on the server, past the machines' caches."""
         return (self.machines.root / "brick" / name).read_text()
 
-    def test_all_that_locks_need_holds(self):
+    def test_the_file_system_meets_the_needs_of_locks(self):
         checked = self.qv(1, "lock", "--check", self.machines.path(1, ""))
         self.assertEqual(checked.returncode, 0, checked.stdout)
         self.assertIn("fuse.glusterfs", checked.stdout)
@@ -56,7 +56,7 @@ class Machines(unittest.TestCase):
                                  "--", "sh", "-c", command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                                 start_new_session=True)
 
-    def test_a_lock_has_one_holder_whoever_is_killed(self):
+    def test_a_lock_has_one_holder_when_holders_are_killed(self):
         answers = collections.Counter()
         mark = self.machines.root / "mark"
 
@@ -77,7 +77,7 @@ class Machines(unittest.TestCase):
 
     @staticmethod
     def kill_soon(holder, chance):
-        """Kills the tool alone, whose command goes on and keeps the lock, or both."""
+        """Kills the tool alone, whose command continues and keeps the lock, or both."""
         with contextlib.suppress(subprocess.TimeoutExpired):
             holder.wait(chance.uniform(0, 0.1))
         with contextlib.suppress(ProcessLookupError):
@@ -106,31 +106,27 @@ class Machines(unittest.TestCase):
         self.addCleanup(self.machines.connect, 1, True)
         self.lose(lambda: self.machines.connect(1, False), 300)
 
-    def test_a_log_has_every_line(self):
+    def repeat_on_both(self, command):
+        """Four programs run `command(machine, number, i)` of the tool ROUNDS times each. All succeed."""
         failures = []
 
-        def log(machine, number):
+        def loop(machine, number):
             for i in range(ROUNDS):
-                logged = self.qv(machine, "log", self.machines.path(machine, "log"), f"{number} {i}")
-                if logged.returncode:
-                    failures.append(logged.stderr)
+                done = self.qv(machine, *command(machine, number, i))
+                if done.returncode:
+                    failures.append(done.stderr)
 
-        self.on_both(log)
+        self.on_both(loop)
         self.assertEqual(failures, [])
+
+    def test_a_log_has_every_line(self):
+        self.repeat_on_both(lambda machine, number, i: ("log", self.machines.path(machine, "log"), f"{number} {i}"))
         lines = sorted(self.contents("log").splitlines())
         self.assertEqual(lines, sorted(f"{number} {i}" for number in range(4) for i in range(ROUNDS)))
 
     def test_a_document_keeps_every_value(self):
-        def create(machine, number):
-            for i in range(ROUNDS):
-                file = self.machines.path(machine, "settings.xml")
-                created = self.qv(machine, "xml", "create", file, f"r/n{number}[{i}]", "value")
-                if created.returncode:
-                    self.failures.append(created.stderr)
-
-        self.failures = []
-        self.on_both(create)
-        self.assertEqual(self.failures, [])
+        self.repeat_on_both(lambda machine, number, i: ("xml", "create", self.machines.path(machine, "settings.xml"),
+                                                        f"r/n{number}[{i}]", "value"))
         self.assertEqual(self.contents("settings.xml").count(">value<"), 4 * ROUNDS)
 
 

@@ -78,18 +78,18 @@ class TwoMachines:
         self.undo.append(undo)
 
     def mount(self, number):
-        """Mounts the volume, or mounts it again after its client is gone."""
+        """Mounts the volume, again when its client is gone."""
         folder = str(self.root / str(number))
         run("umount", "-l", folder, check=False)
         run(*self.on(number), "mount", "-t", "glusterfs", f"{SERVER}:/{VOLUME}", folder)
 
     def kill_client(self, number):
-        """What serves the machine's mount is gone without a word to the server, as after a crash."""
+        """Ends the client of a machine without a message to the server, as a crash does."""
         run("pkill", "-KILL", "-f", f"glusterfs .*{self.root}/{number}$")
 
     @staticmethod
     def connect(number, is_connected):
-        """Plugs the machine's cable in, or out."""
+        """Connects the machine to its network, or cuts it off."""
         run("ip", "link", "set", f"qvh{number}", "up" if is_connected else "down")
 
     def on(self, number):

@@ -1,13 +1,9 @@
 #include "qvcommon/DllLoader.h"
 
-#include <gmock/gmock.h>
-
 #include "platform/Library.h"
-#include "platform/Path.h"
 #include "qvcommon/AppRegistry.h"
 #include "qvcommon/Exceptions.h"
-#include "tests/support/Raised.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/FileTests.h"
 
 namespace {
 
@@ -45,18 +41,14 @@ TEST(DllInstance, CallsFunctionsByName) {
     EXPECT_EQ(first.Find(kAdd), nullptr);
 }
 
-TEST(DllInstance, RefusesFilesThatAreNoLibraries) {
+TEST(DllInstance, RefusesOtherFiles) {
     const TempFolder folder;
-    const std::string whole = [] {
-        std::ostringstream bytes;
-        bytes << std::ifstream(qv::platform::NativePath(Sample()), std::ios::binary).rdbuf();
-        return bytes.str();
-    }();
+    const std::string whole = CFileUtils::ReadFile(Sample()).AsStd();
     ASSERT_GT(whole.size(), 1000u);
     folder.Write("empty", "");
     folder.Write("text", std::string(5000, 'x'));
     folder.Write("head", whole.substr(0, 200));
-    std::filesystem::create_directory(folder.Native("folder"));
+    fs::create_directory(folder.Native("folder"));
     CDllInstance library(Sample());
     for (const char* const name : {"empty", "text", "head", "folder", "none"}) {
         const CString path = folder / name;
@@ -67,19 +59,19 @@ TEST(DllInstance, RefusesFilesThatAreNoLibraries) {
     }
 }
 
-TEST(DllLoader, LooksInItsFoldersAlone) {
+TEST(DllLoader, SearchesItsOwnFoldersOnly) {
     const TempFolder folder;
     const std::string file = qv::platform::LibraryFileNames("SamplePlugin").back();
-    std::filesystem::copy_file(qv::platform::NativePath(Sample()), folder.Native(file));
+    fs::copy_file(qv::platform::NativePath(Sample()), folder.Native(file));
     folder.Write(qv::platform::LibraryFileNames("text").front(), "no library");
     folder.Write("readme.txt", "");
-    const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(folder.Native());
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.Native());
     DllLoader loader;
     EXPECT_NE(Refused([&] { loader.Load("SamplePlugin"); }), "not refused") << "not from the current folder";
     EXPECT_NE(Refused([&] { CDllInstance(file.c_str()); }), "not refused");
     EXPECT_TRUE(Raised<CInvalidArgException>([&] { loader.AddFolder("plugins"); }));
-    std::filesystem::current_path(before);
+    fs::current_path(before);
 
     loader.AddFolder(folder / "none");
     loader.AddFolder(folder / "");

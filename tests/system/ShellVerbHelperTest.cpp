@@ -1,23 +1,18 @@
 #include "qvcommon/ShellVerbHelper.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 
 #include "platform/FolderWatch.h"
-#include "platform/Path.h"
 #include "platform/Process.h"
 #include "qvcommon/Exceptions.h"
 #include "qvcommon/NetUtils.h"
 #include "qvcommon/RegHelper.h"
-#include "qvcommon/framework/File.h"
 #include "tests/support/Child.h"
-#include "tests/support/Raised.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/FileTests.h"
 
 namespace {
 
-/// Does what is asked for in a program of its own, which has the stand-ins in its PATH.
+/// Runs a verb in another process, which finds the stand-ins by its PATH.
 QV_CHILD(AskDesktop) {
     const auto verb = arguments.at(0) == "open"    ? &CShellVerbHelper::Open
                       : arguments.at(0) == "print" ? &CShellVerbHelper::Print
@@ -28,7 +23,7 @@ QV_CHILD(AskDesktop) {
 }
 
 struct Asked {
-    std::string said;    ///< by the library
+    std::string answer;  ///< of the library
     std::string called;  ///< the stand-ins with their arguments, a line each
 };
 
@@ -39,24 +34,24 @@ protected:
         m_folder.Write(m_name, "document");
     }
 
-    /// A program that notes its arguments and ends with a status.
+    /// A program that records its arguments and ends with a status.
     void StandIn(const std::string& name, int status) {
         m_folder.Write(name, "#!/bin/sh\n{ printf '%s' \"${0##*/}\"; printf '|%s' \"$@\"; echo; } >> '" +
                                  m_folder.Native("calls").string() + "'\nexit " + std::to_string(status) + "\n");
-        std::filesystem::permissions(m_folder.Native(name), std::filesystem::perms::owner_all);
+        fs::permissions(m_folder.Native(name), fs::perms::owner_all);
     }
 
     Asked Ask(const char* verb) {
-        std::filesystem::remove(m_folder.Native("calls"));
+        fs::remove(m_folder.Native("calls"));
         CProcess asking;
-        asking.Start("env",
-                     {CString("PATH=" + m_folder.Native().string()),
-                      CString(std::filesystem::read_symlink("/proc/self/exe").string()), "--child=AskDesktop", verb,
-                      m_folder / m_name},
-                     CProcess::pipeOutput);
-        const std::string said = LineFrom(asking);
+        asking.Start(
+            "env",
+            {CString("PATH=" + m_folder.Native().string()), CString(fs::read_symlink("/proc/self/exe").string()),
+             "--child=AskDesktop", verb, m_folder / m_name},
+            CProcess::pipeOutput);
+        const std::string answer = LineFrom(asking);
         asking.Wait();
-        return {said, m_folder.Read("calls")};
+        return {answer, m_folder.Read("calls")};
     }
 
     const TempFolder m_folder;
@@ -68,7 +63,7 @@ TEST_F(ShellVerbHelperTest, HandsNamesOverAsTheyAre) {
     StandIn("xdg-open", 0);
     StandIn("lp", 0);
     const Asked opened = Ask("open"), printed = Ask("print");
-    EXPECT_EQ(opened.said, "done");
+    EXPECT_EQ(opened.answer, "done");
     EXPECT_EQ(opened.called, "xdg-open|" + m_path + "\n");
     EXPECT_EQ(printed.called, "lp|--|" + m_path + "\n");
 }
@@ -90,9 +85,9 @@ TEST_F(ShellVerbHelperTest, AsksTheFileManagerFirst) {
 
 TEST_F(ShellVerbHelperTest, GivesTheReason) {
     const std::string path = (m_folder / m_name).AsStd();
-    EXPECT_EQ(Ask("open").said, path + ": xdg-open cannot be started. Is it installed?");
+    EXPECT_EQ(Ask("open").answer, path + ": xdg-open cannot be started. Is it installed?");
     StandIn("xdg-open", 3);
-    EXPECT_EQ(Ask("open").said, path + ": xdg-open failed with status 3.");
+    EXPECT_EQ(Ask("open").answer, path + ": xdg-open failed with status 3.");
 }
 
 TEST(ShellVerbHelper, RefusesWhatIsNotThere) {
@@ -107,13 +102,13 @@ TEST(ShellVerbHelper, RefusesWhatIsNotThere) {
 
 /// The program for the documents of the next test.
 QV_CHILD(NoteDocument) {
-    const std::filesystem::path calls = arguments.at(0), unfinished = calls.string() + ".new";
+    const fs::path calls = arguments.at(0), unfinished = calls.string() + ".new";
     std::ofstream(unfinished) << arguments.at(1) << ' ' << arguments.at(2);
-    std::filesystem::rename(unfinished, calls);
+    fs::rename(unfinished, calls);
     return 0;
 }
 
-TEST(ShellVerbHelper, StartsTheProgramForTheKindOfDocument) {
+TEST(ShellVerbHelper, StartsTheProgramOfTheKindOfDocument) {
     if (!qv::platform::HasDriveLetters()) GTEST_SKIP() << "kinds of documents are the desktop's business";
     const TempFolder folder;
     const CString document = folder / "a & b.qvcommontest";
@@ -122,7 +117,7 @@ TEST(ShellVerbHelper, StartsTheProgramForTheKindOfDocument) {
     CRegHelper extension("Software\\Classes\\.qvcommontest", CRegHelper::localMachine);
     CRegHelper kind("Software\\Classes\\QvCommon.Test", CRegHelper::localMachine);
     if (Raised<CFileException>([&] { extension.SetString("", "QvCommon.Test"); }))
-        GTEST_SKIP() << "only an administrator may say so for all users";
+        GTEST_SKIP() << "only an administrator may set it for all users";
     for (const char* const verb : {"open", "print"})
         CRegHelper(kind.GetKey() + "\\shell\\" + verb + "\\command", CRegHelper::localMachine)
             .SetString("", '"' + CString(qv::platform::CurrentProgram()) + "\" --child=NoteDocument \"" +

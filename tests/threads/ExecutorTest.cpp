@@ -2,26 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <future>
-#include <numeric>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "qvcommon/framework/File.h"
+#include "tests/support/Raised.h"
 
 namespace {
 
 using qv::Executor;
 using qv::Task;
 
-// With as many threads as machines have, with one, and where the system gives none.
+// With as many threads as machines have, with one, and with none.
 class Executors : public testing::TestWithParam<unsigned> {
 protected:
     Executor m_executor{GetParam()};
 };
 
-TEST_P(Executors, GiveResultsInAnyOrderOfAsking) {
+TEST_P(Executors, ReturnResultsInAnyOrder) {
     std::vector<Task<std::string>> tasks;
     for (int i = 0; i < 500; ++i) tasks.push_back(m_executor.Start([i] { return std::to_string(i); }));
     for (std::size_t i = tasks.size(); i-- > 0;) EXPECT_EQ(tasks[i].Get(), std::to_string(i));
@@ -32,27 +33,25 @@ TEST_P(Executors, CallWithEachNumberOnce) {
     for (const std::size_t count : {0u, 1u, 2u, 3u, 1000u}) {
         std::vector<int> calls(count);
         m_executor.ForEach(count, [&](std::size_t i) { ++calls[i]; });
-        EXPECT_EQ(std::accumulate(calls.begin(), calls.end(), std::size_t{0}), count);
         EXPECT_EQ(std::count(calls.begin(), calls.end(), 1), std::ptrdiff_t(count));
     }
 }
 
 TEST_P(Executors, RaiseTheFirstFailureByNumberAndFreeTheOthers) {
     std::atomic<int> lowest = 1000;
-    for (int round = 0; round < 50; ++round) try {
-            m_executor.ForEach(100, [&](std::size_t i) {
-                if (i >= 30) AfxThrowFileException(CFileException::diskFull, static_cast<LONG>(i));
-                if (static_cast<int>(i) < lowest) lowest = static_cast<int>(i);
-            });
-            FAIL() << "nothing was raised";
-        } catch (CFileException* error) {
-            EXPECT_EQ(error->m_lOsError, 30);
-            error->Delete();
-        }
+    for (int round = 0; round < 50; ++round) {
+        const auto fail = [&](std::size_t i) {
+            if (i >= 30) AfxThrowFileException(CFileException::diskFull, static_cast<LONG>(i));
+            if (static_cast<int>(i) < lowest) lowest = static_cast<int>(i);
+        };
+        const auto error = Raised<CFileException>([&] { m_executor.ForEach(100, fail); });
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->m_lOsError, 30);
+    }
     EXPECT_EQ(lowest, 0);
     auto failing = m_executor.Start([]() -> int { throw std::string("no"); });
     EXPECT_THROW(failing.Get(), std::string);
-    // The result of this one is not asked for, and its exception is freed.
+    // An exception that is never retrieved is freed.
     const auto dropped = m_executor.Start([]() -> int { AfxThrowInvalidArgException(); });
 }
 

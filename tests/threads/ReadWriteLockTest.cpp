@@ -14,37 +14,35 @@ namespace {
 
 TEST(ReadWriteLock, AWaitingWriterKeepsNewReadersOut) {
     CReadWriteLock lock;
-    std::atomic<int> turns = 0;
-    int writersTurn = 0, readersTurn = 0;
+    bool wrote = false;
     lock.StartRead();
     lock.StartRead();
     Background writer([&] {
         lock.StartWrite();
-        writersTurn = ++turns;
+        wrote = true;
         lock.EndWrite();
     });
     ASSERT_TRUE(writer.IsBlocked());
     Background reader([&] {
         lock.StartRead();
-        readersTurn = ++turns;
+        EXPECT_TRUE(wrote);
         lock.EndRead();
     });
     EXPECT_TRUE(reader.IsBlocked());
     lock.EndRead();
     EXPECT_TRUE(writer.IsBlocked());
     lock.EndRead();
-    ASSERT_TRUE(writer.Ends() && reader.Ends());
-    EXPECT_LT(writersTurn, readersTurn);
+    EXPECT_TRUE(writer.Ends() && reader.Ends());
 }
 
 TEST(ReadWriteLock, AWriterHandsOverToAWriterThenToAllReaders) {
     CReadWriteLock lock;
     std::atomic<int> reading = 0;
-    std::atomic<bool> wrote = false, early = false;
+    bool wrote = false;
     lock.StartWrite();
     const auto read = [&] {
         lock.StartRead();
-        early = early || !wrote;
+        EXPECT_TRUE(wrote);
         for (++reading; reading < 3;) std::this_thread::yield();  // all of them hold it at once
         lock.EndRead();
     };
@@ -58,55 +56,21 @@ TEST(ReadWriteLock, AWriterHandsOverToAWriterThenToAllReaders) {
     ASSERT_TRUE(writer.IsBlocked());
     lock.EndWrite();
     EXPECT_TRUE(writer.Ends() && first.Ends() && second.Ends() && third.Ends());
-    EXPECT_FALSE(early);
 }
 
-TEST(ReadWriteLock, AWriterGetsInBesideOneThatNeverRests) {
+TEST(ReadWriteLock, AWriterGetsInBesideOthersThatNeverRest) {
     CReadWriteLock lock;
     std::atomic<bool> done = false;
-    const auto hog = [&] {
-        while (!done) {
-            lock.StartWrite();
-            lock.EndWrite();
-        }
-    };
-    Background one(hog), two(hog);
-    for (int i = 0; i < 100; ++i) {
+    const auto write = [&] {
         lock.StartWrite();
         lock.EndWrite();
-    }
-    done = true;
-}
-
-// Plain variables under the lock: the thread sanitizer finds what the counts do not.
-TEST(ReadWriteLock, KeepsReadersAndWritersApart) {
-    CReadWriteLock lock;
-    long first = 0, second = 0;
-    std::atomic<long> torn = 0, writes = 0;
-    const auto work = [&](unsigned seed) {
-        std::mt19937 random(seed);
-        for (int i = 0; i < 3000; ++i) {
-            if (random() % 4) {
-                lock.StartRead();
-                torn += first != second;
-                lock.EndRead();
-            } else {
-                lock.StartWrite();
-                ++first;
-                if (random() % 8 == 0) std::this_thread::yield();
-                ++second;
-                lock.EndWrite();
-                ++writes;
-            }
-        }
     };
-    {
-        std::vector<std::jthread> threads;
-        for (unsigned seed = 0; seed < 8; ++seed) threads.emplace_back(work, seed);
-    }
-    EXPECT_EQ(torn, 0);
-    EXPECT_EQ(first, writes);
-    EXPECT_EQ(second, writes);
+    const auto hog = [&] {
+        while (!done) write();
+    };
+    Background one(hog), two(hog);
+    for (int i = 0; i < 100; ++i) write();
+    done = true;
 }
 
 class Counted : public CLockableObject {
@@ -121,12 +85,11 @@ private:
     std::atomic<int>& m_alive;
 };
 
-TEST(LockedObjectMap, KeepsWhatItsCallersGive) {
+TEST(LockedObjectMap, KeepsTheObjectsOfItsCallers) {
     std::atomic<int> alive = 0;
     CLockedObjectMap map;
     Counted first(alive), other(alive);
-    auto* const one = &first;
-    EXPECT_EQ(map.AddItem("one", one), 1);
+    EXPECT_EQ(map.AddItem("one", &first), 1);
     EXPECT_EQ(map.AddItem("one", &other), 0);
     EXPECT_TRUE(map.IsExist("one"));
     EXPECT_FALSE(map.IsExist("ONE"));
@@ -134,9 +97,9 @@ TEST(LockedObjectMap, KeepsWhatItsCallersGive) {
     EXPECT_EQ(map.GetAt("two", reference, 1), 0);
     EXPECT_EQ(reference.Get(), nullptr);
     EXPECT_EQ(map.GetAt("one", reference, 0), 1);
-    EXPECT_EQ(reference.Get(), one);
+    EXPECT_EQ(reference.Get(), &first);
     EXPECT_EQ(map.RemoveAt("two"), nullptr);
-    map.SetAt("two", one);
+    map.SetAt("two", &first);
     EXPECT_EQ(map.GetAt("two", reference, 1), 1);  // what it held for writing was released first
     map.SetAt("two", &other);
     reference.SetDeleted();
@@ -145,7 +108,7 @@ TEST(LockedObjectMap, KeepsWhatItsCallersGive) {
     EXPECT_EQ(alive, 2);
 }
 
-TEST(LockedObjectMap, RemovingAndClearingWaitForWhoHolds) {
+TEST(LockedObjectMap, RemovingAndClearingWaitForHolders) {
     std::atomic<int> alive = 0;
     CLockedObjectMap map;
     map.AddItem("held", new Counted(alive));
@@ -176,7 +139,7 @@ TEST(LockedObjectMap, RemovingAndClearingWaitForWhoHolds) {
     EXPECT_TRUE(map.IsEmpty());
 }
 
-TEST(LockedObjectMap, CopiesAreLockedByThemselves) {
+TEST(LockedObjectMap, CopiesHaveTheirOwnLocks) {
     struct Plain : CLockableObject {};
     Plain original, copy(original), assigned;
     assigned = original;
@@ -199,12 +162,13 @@ TEST(ReadWriteLock, ACopyTakesOverWhatIsHeld) {
         copy.EndRead();
     });
     EXPECT_TRUE(reader.IsBlocked());
-    lock.StartWrite();  // is free all the same
+    lock.StartWrite();  // is free
     lock.EndWrite();
     copy.EndWrite();
     EXPECT_TRUE(reader.Ends());
 }
 
+// Values under the locks are not atomic: the thread sanitizer finds races that the counts miss.
 TEST(LockedObjectMap, SurvivesEverythingAtOnce) {
     std::atomic<int> alive = 0;
     std::atomic<long> added = 0, counted = 0, sum = 0;

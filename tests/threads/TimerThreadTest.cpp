@@ -61,8 +61,8 @@ TEST(TimerThread, TicksOnWithoutAnInterval) {
     EXPECT_GE(timer.LogOfStopped().size(), 12U);
 }
 
-// The parked thread would take the signal of the next one's end, or touch an object that is gone.
-TEST(TimerThread, AThreadThatStopsItselfParksAndDisturbsNobody) {
+// The parked thread must not take the signal that ends the next one, nor use the object once it is destroyed.
+TEST(TimerThread, AThreadThatStopsItselfParks) {
     for (int i = 0; i < 20; ++i) {
         Recorder timer(1);
         timer.StartThread(0);
@@ -74,24 +74,16 @@ TEST(TimerThread, AThreadThatStopsItselfParksAndDisturbsNobody) {
     }
 }
 
-struct Thread {
-    Event ran;
-    int argument = 0;
-};
-
 TEST(Threads, RunTheirFunction) {
-    Thread thread;
+    Event ran;
     DWORD id = 0;
-    const HANDLE handle = QvCreateThread(
-        [](void* argument) -> UINT {
-            static_cast<Thread*>(argument)->argument = 7;
-            static_cast<Thread*>(argument)->ran.Set();
-            return 3;
-        },
-        &thread, &id);
+    const auto run = [](void* event) -> UINT {
+        static_cast<Event*>(event)->Set();
+        return 3;
+    };
+    const HANDLE handle = QvCreateThread(run, &ran, &id);
     ASSERT_TRUE(handle);
-    thread.ran.Wait();
-    EXPECT_EQ(thread.argument, 7);
+    ran.Wait();
     EXPECT_NE(id, 0U);
     QvCloseThread(handle);
     QvCloseThread(nullptr);
@@ -122,7 +114,7 @@ private:
     std::string m_texts;
 };
 
-TEST(DeletedFileWatchManager, TellsOnceOfEachDeletion) {
+TEST(DeletedFileWatchManager, ReportsEachDeletionOnce) {
     const TempFolder folder;
     SlowMessageBox box;
     folder.Write("kept", "");
@@ -133,15 +125,14 @@ TEST(DeletedFileWatchManager, TellsOnceOfEachDeletion) {
     manager.AddFile(folder / "gone", "not this");
     EXPECT_EQ(box.Texts(), "one64 ");
     box.closed.Set();
-    // The path leaves the set after the box is closed; only then a new watcher is started.
+    // A new watcher starts only when the path has left the set, which happens after the box is closed.
     while (box.Texts() == "one64 ") {
         manager.AddFile(folder / "gone", "two");
         if (box.opened.WaitFor(1)) break;
     }
     EXPECT_EQ(box.Texts(), "one64 two64 ");
     box.closed.Set();
-    manager.Close();
-    manager.Close();
+    for (int again = 0; again < 2; ++again) manager.Close();
     EXPECT_EQ(box.Texts(), "one64 two64 ");
 }
 
@@ -154,7 +145,7 @@ TEST(DeletedFileWatchManager, ClosesAtAnyMoment) {
         if (i % 3) box.opened.Wait();
         for (int file = 0; file < 3; ++file) box.closed.Set();
         if (i % 5 == 0) box.opened.WaitFor(1);
-        // Those whose message comes late are let go too while the manager closes.
+        // Closes the boxes that open late, while the manager closes.
         std::atomic<bool> done = false;
         const std::jthread user([&] {
             while (!done) {
