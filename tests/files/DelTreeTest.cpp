@@ -89,6 +89,23 @@ TEST(DelTree, DeletesLinksButNotTheirTargets) {
     EXPECT_EQ(folder.Tree(), "outside/ outside/kept");
 }
 
+// Just before a folder is opened, another user puts a link in its place: the worst moment.
+TEST(DelTree, DeletesTheLinkThatReplacesAFolder) {
+    const TempFolder folder;
+    MakeTree(folder.Native(), {"outside/kept", "tree/a/b/c/x", "tree/a/y"});
+    if (!folder.Link("outside", "probe")) GTEST_SKIP() << "no links here";
+    bool swapped = false;
+    const SystemFaults swap([&](const SystemFaults::Call& call) {
+        if (call.kind == CallKind::OpenFolder && LastName(call) == "b" && !std::exchange(swapped, true)) {
+            fs::rename(folder.Native("tree/a/b"), folder.Native("moved"));
+            folder.Link("../../outside", "tree/a/b");
+        }
+        return SystemFaults::Fault{};
+    });
+    CFileUtils::DelTree(folder / "tree", 1);
+    EXPECT_EQ(folder.Tree(), "moved/ moved/c/ moved/c/x=tree/a/b/c/x outside/ outside/kept probe@");
+}
+
 TEST(DelTree, GoesDeeperThanFilesMayBeOpen) {
     const TempFolder folder;
     const fs::path before = fs::current_path();
