@@ -1,10 +1,7 @@
 #include "qvcommon/Validators.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/Raised.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/RecordingMessageBox.h"
-#include "tests/support/TempFolder.h"
 
 namespace {
 

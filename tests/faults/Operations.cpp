@@ -1,27 +1,21 @@
 #include "tests/faults/Operations.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 
 #include "platform/FileCopy.h"
-#include "platform/Path.h"
 #include "platform/Process.h"
 #include "qvcommon/Cabinet.h"
-#include "qvcommon/FileUtils.h"
 #include "qvcommon/HtmlWriter.h"
 #include "qvcommon/LockFile.h"
 #include "qvcommon/ProfileStore.h"
 #include "qvcommon/SaveFile.h"
 #include "qvcommon/UserMessages.h"
-#include "qvcommon/framework/File.h"
-#include "tests/support/Tree.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/Walks.h"
 
 namespace {
 
-using qv::platform::CallKind;
 using qv::platform::SystemCallInfo;
 
 std::function<void(const Place&)> Files(std::initializer_list<const char*> names) {
@@ -75,7 +69,7 @@ bool Always(const SystemCallInfo&) {
 void PrepareArchive(const Place& place) {
     MakeTree(place.native, {"in/a", "in/b/c"});
     CMakeCab::DirectoryToCab(place.path + "in", place.path + "a.cab", 1);
-    std::filesystem::remove_all(place.native / "in");
+    fs::remove_all(place.native / "in");
     MakeTree(place.native, {"out/a"});
 }
 
@@ -103,116 +97,117 @@ bool MessageReports(const Place&) {
 }
 
 std::vector<Operation> MakeOperations() {
-    return {{.name = "WriteFile",
-             .run = Raising([](const Place& p) { CFileUtils::WriteFile(p.path + "new\\x", CString("text"), 1, 1); }),
-             .done = Is("new/ new/x=text")},
-            {.name = "WriteFile over",
-             .prepare = Files({"x"}),
-             .run = Raising([](const Place& p) { CFileUtils::WriteFile(p.path + "x", CString("text"), 0, 0); }),
-             .done = Is("x=text")},
-            {.name = "SaveFile over",
-             .prepare = Files({"x"}),
-             .run = Raising([](const Place& p) { CFileUtils::SaveFile(p.path + "x", CString("text")); }),
-             .done = Is("x=text"),
-             .kept = Keeps("x", "x", "text")},
-            {.name = "Save in place",
-             .prepare =
-                 [](const Place& p) {
-                     MakeTree(p.native, {"x"});
-                     std::filesystem::create_hard_link(p.native / "x", p.native / "y");
-                 },
-             .run = Raising([](const Place& p) {
-                 CSaveFile file(p.path + "x");
-                 file.Write("text", 4);
-                 file.CommitInPlace();
-             }),
-             .done = Is("x=text y=text"),
-             .kept =
-                 [](const Tree& t) {
-                     return Holds(t, "y", {"x", "text"}) || Holds(t, "x.qvold", {"x"});
-                 }},
-            {.name = "Log",
-             .prepare = Files({"x"}),
-             .run = [](const Place& p) { return !CFileUtils::Log(p.path + "x", "line", 0); },
-             // The second line is of a run after one that was killed after its last write.
-             .done = Keeps("x", "xline\r\n", "xline\r\nline\r\n"),
-             .kept = Keeps("x", "x", "xline\r\n")},
-            {.name = "BackupFile",
-             .prepare = Files({"x.a", "x.bak"}),
-             .run = Raising([](const Place& p) { CFileUtils::BackupFile(p.path + "x.a"); }),
-             .done = Is("x.bak=x.a"),
-             .kept = [](const Tree& t) { return Holds(t, "x.a", {"x.a"}) || Holds(t, "x.bak", {"x.a"}); }},
-            {.name = "DelTree",
-             .prepare = Files({"t/a", "t/b/c", "t/b/d/e", "kept"}),
-             .run = Raising([](const Place& p) { CFileUtils::DelTree(p.path + "t", 0); }),
-             .done = Is("kept t/"),
-             .kept = Keeps("kept", "kept", "kept"),
-             // Closing the descriptor of a folder loses nothing.
-             .silent = AnyOf({CallKind::Status, CallKind::Remove, CallKind::Close})},
-            {.name = "CopyWholeFile",
-             .prepare = Files({"from", "to"}),
-             .run = [](const Place& p) { return !qv::platform::CopyWholeFile(p.path + "from", p.path + "to").ok(); },
-             .done = Is("from to=from"),
-             .kept = Keeps("to", "to", "from")},
-            {.name = "CopyTree",
-             .prepare = Files({"from/a", "from/b/c", "to/a"}),
-             .run = [](const Place& p) { return CopyErrors(p.path + "from", p.path + "to") > 0; },
-             .done = Is("from/ from/a from/b/ from/b/c to/ to/a=from/a to/b/ to/b/c=from/b/c"),
-             .kept = Keeps("to/a", "to/a", "from/a")},
-            {.name = "Pack over",
-             .prepare = Files({"in/a", "in/b/c", "a.cab"}),
-             .run = Raising([](const Place& p) { CMakeCab::DirectoryToCab(p.path + "in", p.path + "a.cab", 1); }),
-             .done =
-                 [](const Tree& tree) {
-                     return tree.size() == 5 && IsArchive(tree.at("a.cab")) &&
-                            tree.at("a.cab").find(std::string_view("\0c\0", 3)) != std::string::npos;
-                 },
-             .kept = [](const Tree& tree) { return Holds(tree, "a.cab", {"a.cab"}) || IsArchive(tree.at("a.cab")); },
-             // A folder that cannot be read is left out.
-             .silent = AnyOf({CallKind::Status, CallKind::OpenFolder, CallKind::ListFolder})},
-            {.name = "Unpack over",
-             .prepare = &PrepareArchive,
-             .run = Raising([](const Place& p) { CReadCab::CabToDirectory(p.path + "out", p.path + "a.cab"); }),
-             .done =
-                 [](const Tree& t) {
-                     return t.size() == 5 && Holds(t, "out/a", {"in/a"}) && Holds(t, "out/b/c", {"in/b/c"});
-                 },
-             .kept =
-                 [](const Tree& t) {
-                     return Holds(t, "out/a", {"out/a", "in/a"}) &&
-                            (!t.contains("out/b/c") || Holds(t, "out/b/c", {"in/b/c"}));
-                 },
-             // A member whose time cannot be set is unpacked.
-             .silent = AnyOf({CallKind::Status, CallKind::ChangeStatus})},
-            {.name = "Lock and unlock",
-             .run =
-                 [](const Place& p) {
-                     CLockFile lock;
-                     lock.SetSourceFile(p.path + "document");
-                     return !lock.Lock(1);
-                 },
-             .done = Is(""),
-             .silent = &Always},
-            {.name = "Page",
-             .run = Raising([](const Place& p) {
-                 CHtmlWriter page;
-                 page.SetFilename(p.path + "page.html");
-                 page.AddText("text");
-                 page.CommitFile();
-             }),
-             .done = [](const Tree& tree) { return tree.size() == 1 && tree.at("page.html").ends_with("text"); }},
-            {.name = "Message", .run = &MessageReports, .done = Is(""), .silent = &Always},
-            {.name = "Settings",
-             .prepare = [](const Place& p) { std::ofstream(p.native / "a.ini") << "[s]\ne=old\nf=\n"; },
-             .run = Raising([](const Place& p) {
-                 ProfileStore store(p.path + "a.ini");
-                 store.Update([&] {
-                     store.SetString("s", "e", "new");
-                     store.DeleteEntry("s", "f");
-                 });
-             }),
-             .done = [](const Tree& t) { return Holds(t, "a.ini", {"[s]\ne=new\n"}); },
-             .kept = Keeps("a.ini", "[s]\ne=old\nf=\n", "[s]\ne=new\n")}};
+    return {
+        {.name = "WriteFile",
+         .run = Raising([](const Place& p) { CFileUtils::WriteFile(p.path + "new\\x", CString("text"), 1, 1); }),
+         .done = Is("new/ new/x=text")},
+        {.name = "WriteFile over",
+         .prepare = Files({"x"}),
+         .run = Raising([](const Place& p) { CFileUtils::WriteFile(p.path + "x", CString("text"), 0, 0); }),
+         .done = Is("x=text")},
+        {.name = "SaveFile over",
+         .prepare = Files({"x"}),
+         .run = Raising([](const Place& p) { CFileUtils::SaveFile(p.path + "x", CString("text")); }),
+         .done = Is("x=text"),
+         .kept = Keeps("x", "x", "text")},
+        {.name = "Save in place",
+         .prepare =
+             [](const Place& p) {
+                 MakeTree(p.native, {"x"});
+                 fs::create_hard_link(p.native / "x", p.native / "y");
+             },
+         .run = Raising([](const Place& p) {
+             CSaveFile file(p.path + "x");
+             file.Write("text", 4);
+             file.CommitInPlace();
+         }),
+         .done = Is("x=text y=text"),
+         .kept =
+             [](const Tree& t) {
+                 return Holds(t, "y", {"x", "text"}) || Holds(t, "x.qvold", {"x"});
+             }},
+        {.name = "Log",
+         .prepare = Files({"x"}),
+         .run = [](const Place& p) { return !CFileUtils::Log(p.path + "x", "line", 0); },
+         // The second line is of a run after one that was killed after its last write.
+         .done = Keeps("x", "xline\r\n", "xline\r\nline\r\n"),
+         .kept = Keeps("x", "x", "xline\r\n")},
+        {.name = "BackupFile",
+         .prepare = Files({"x.a", "x.bak"}),
+         .run = Raising([](const Place& p) { CFileUtils::BackupFile(p.path + "x.a"); }),
+         .done = Is("x.bak=x.a"),
+         .kept = [](const Tree& t) { return Holds(t, "x.a", {"x.a"}) || Holds(t, "x.bak", {"x.a"}); }},
+        {.name = "DelTree",
+         .prepare = Files({"t/a", "t/b/c", "t/b/d/e", "kept"}),
+         .run = Raising([](const Place& p) { CFileUtils::DelTree(p.path + "t", 0); }),
+         .done = Is("kept t/"),
+         .kept = Keeps("kept", "kept", "kept"),
+         // Closing the descriptor of a folder loses nothing.
+         .silent = AnyOf({CallKind::Status, CallKind::Remove, CallKind::Close})},
+        {.name = "CopyWholeFile",
+         .prepare = Files({"from", "to"}),
+         .run = [](const Place& p) { return !qv::platform::CopyWholeFile(p.path + "from", p.path + "to").ok(); },
+         .done = Is("from to=from"),
+         .kept = Keeps("to", "to", "from")},
+        {.name = "CopyTree",
+         .prepare = Files({"from/a", "from/b/c", "to/a"}),
+         .run = [](const Place& p) { return CopyErrors(p.path + "from", p.path + "to") > 0; },
+         .done = Is("from/ from/a from/b/ from/b/c to/ to/a=from/a to/b/ to/b/c=from/b/c"),
+         .kept = Keeps("to/a", "to/a", "from/a")},
+        {.name = "Pack over",
+         .prepare = Files({"in/a", "in/b/c", "a.cab"}),
+         .run = Raising([](const Place& p) { CMakeCab::DirectoryToCab(p.path + "in", p.path + "a.cab", 1); }),
+         .done =
+             [](const Tree& tree) {
+                 return tree.size() == 5 && IsArchive(tree.at("a.cab")) &&
+                        tree.at("a.cab").find(std::string_view("\0c\0", 3)) != std::string::npos;
+             },
+         .kept = [](const Tree& tree) { return Holds(tree, "a.cab", {"a.cab"}) || IsArchive(tree.at("a.cab")); },
+         // A folder that cannot be read is left out.
+         .silent = AnyOf({CallKind::Status, CallKind::OpenFolder, CallKind::ListFolder})},
+        {.name = "Unpack over",
+         .prepare = &PrepareArchive,
+         .run = Raising([](const Place& p) { CReadCab::CabToDirectory(p.path + "out", p.path + "a.cab"); }),
+         .done =
+             [](const Tree& t) {
+                 return t.size() == 5 && Holds(t, "out/a", {"in/a"}) && Holds(t, "out/b/c", {"in/b/c"});
+             },
+         .kept =
+             [](const Tree& t) {
+                 return Holds(t, "out/a", {"out/a", "in/a"}) &&
+                        (!t.contains("out/b/c") || Holds(t, "out/b/c", {"in/b/c"}));
+             },
+         // A member whose time cannot be set is unpacked.
+         .silent = AnyOf({CallKind::Status, CallKind::ChangeStatus})},
+        {.name = "Lock and unlock",
+         .run =
+             [](const Place& p) {
+                 CLockFile lock;
+                 lock.SetSourceFile(p.path + "document");
+                 return !lock.Lock(1);
+             },
+         .done = Is(""),
+         .silent = &Always},
+        {.name = "Page",
+         .run = Raising([](const Place& p) {
+             CHtmlWriter page;
+             page.SetFilename(p.path + "page.html");
+             page.AddText("text");
+             page.CommitFile();
+         }),
+         .done = [](const Tree& tree) { return tree.size() == 1 && tree.at("page.html").ends_with("text"); }},
+        {.name = "Message", .run = &MessageReports, .done = Is(""), .silent = &Always},
+        {.name = "Settings",
+         .prepare = [](const Place& p) { std::ofstream(p.native / "a.ini", std::ios::binary) << "[s]\ne=old\nf=\n"; },
+         .run = Raising([](const Place& p) {
+             ProfileStore store(p.path + "a.ini");
+             store.Update([&] {
+                 store.SetString("s", "e", "new");
+                 store.DeleteEntry("s", "f");
+             });
+         }),
+         .done = [](const Tree& t) { return Holds(t, "a.ini", {"[s]\ne=new\n"}); },
+         .kept = Keeps("a.ini", "[s]\ne=old\nf=\n", "[s]\ne=new\n")}};
 }
 
 }  // namespace

@@ -117,7 +117,7 @@ TEST(DirChangeWatcher, OnChangeMayEndIt) {
     }
 }
 
-// There is another change before each look for changes.
+// There is another change before each read of changes.
 TEST(DirChangeWatcher, EndlessChangesDelayNoCaller) {
     if (OnWindows()) GTEST_SKIP() << "the system merges changes";
     const TempFolder tree;

@@ -1,14 +1,11 @@
 #include "qvcommon/FilePath.h"
 
-#include <gtest/gtest.h>
-
-#include "platform/Path.h"
-#include "qvcommon/FileUtils.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/ScopedLocale.h"
 
 namespace {
 
-/// A drive is a part of its own where there are drives, else the beginning of the directory.
+/// A drive is a separate part where there are drives, else the beginning of the directory.
 std::string Directory(const std::string& drive, const std::string& directory) {
     return qv::platform::HasDriveLetters() ? directory : drive + directory;
 }

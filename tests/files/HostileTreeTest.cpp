@@ -1,5 +1,5 @@
+#include <algorithm>
 #include <cstdlib>
-#include <functional>
 #include <set>
 
 #include "platform/Process.h"
@@ -126,7 +126,7 @@ TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
         EXPECT_EQ(std::count(answer.output.begin(), answer.output.end(), '\n'), std::ssize(row.leftOut) + 1)
             << answer.output;
     }
-    EXPECT_EQ(ReadTree(folder.Native("open/to")).size(), 4u);  // the locked folder comes along, empty
+    EXPECT_EQ(ReadTree(folder.Native("open/to")).size(), 4u);  // the locked folder is copied empty
     CReadCab::CabToDirectory(open + "unpacked", open + "p.cab");
     EXPECT_EQ(ReadTree(folder.Native("open/unpacked")).size(), 5u);  // and the link as an empty folder
     const std::string page = folder.Read("open/r/index.html");

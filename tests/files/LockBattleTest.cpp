@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Waits hardly at all between two tries.
+/// Shortens the pauses between tries.
 class HastyClock : public RecordingClock {
     void Sleep(std::chrono::nanoseconds) override {
         std::this_thread::sleep_for(std::chrono::microseconds(std::random_device()() % 200));

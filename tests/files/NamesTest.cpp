@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <set>
 
-#include "platform/FileSearch.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/FilePath.h"
 #include "tests/files/Locking.h"

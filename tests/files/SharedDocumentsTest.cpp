@@ -1,5 +1,6 @@
-// What several users, machines and programs may rely on: locks on documents, and saving.
+// What users, machines and programs that share documents may rely on: locks, and saving.
 
+#include <algorithm>
 #include <cerrno>
 #include <iostream>
 #include <numeric>
@@ -109,7 +110,7 @@ TEST(SharedDocuments, AFileSystemThatCannotLockSaysSo) {
     });
     DocumentLock lock(folder / "document");
     const bool locked = lock.Lock(5);
-    if (locks == 0) GTEST_SKIP() << "this system opens files without locks of their own";
+    if (locks == 0) GTEST_SKIP() << "this system opens files without separate locks";
     EXPECT_FALSE(locked);
     EXPECT_TRUE(clock.pauses.empty());
     CFileException error = lock.GetLockException();
@@ -184,7 +185,7 @@ TEST(SharedDocuments, HardLinksSeeWhatIsSavedInPlace) {
     EXPECT_EQ(folder.Read("document"), "a file of its own");
 }
 
-// A descriptor that only reads is no help in emptying the file: its name is opened again.
+// A descriptor that only reads cannot empty the file: its name is opened again.
 TEST(SharedDocuments, OpeningToReadEmptiesNoFileThatHasJustTakenTheName) {
     for (int swapped = 1; swapped <= 3; ++swapped) {
         const TempFolder folder;

@@ -1,20 +1,12 @@
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <iostream>
 #include <thread>
 
 #include "platform/Event.h"
-#include "platform/Path.h"
 #include "platform/Process.h"
-#include "qvcommon/StringHelper.h"
 #include "tests/messages/Listening.h"
 #include "tests/support/Blocked.h"
-#include "tests/support/SystemFaults.h"
+#include "tests/support/FileTests.h"
 #include "tests/support/Tool.h"
 
-namespace fs = std::filesystem;
 using namespace std::string_literals;
 
 namespace {

@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <thread>
 
 #include "platform/Path.h"
 #include "platform/Process.h"
-#include "qvcommon/StringHelper.h"
 #include "tests/messages/Listening.h"
 #include "tests/support/Blocked.h"
 #include "tests/support/Tool.h"

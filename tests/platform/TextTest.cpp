@@ -65,7 +65,7 @@ TEST(Text, ATurkishLocaleKeepsItsOwnLetterI) {
     EXPECT_EQ(CStringHelper::FindNoCase("xM\u0130N\u0130", "mini"), 1);
 }
 
-// These need no locale: the page alone defines the characters, and Unicode their case. UTF-8 is the same for all of them.
+// These need no locale: the page alone defines the characters, and Unicode their case.
 TEST(Text, FollowsTheChosenCodePage) {
     const struct {
         int page;

@@ -4,8 +4,8 @@
 
 #include "qvcommon/framework/File.h"
 
-/// Puts every damaged copy of a good file into an open one, first each with one bit flipped, then each cut to fewer bytes,
-/// and calls `look` with the file at its start.
+/// Writes every damaged copy of a good file into an open one, first with one bit flipped, then cut to fewer bytes, and calls
+/// `look` with the file at its start.
 template <class Look>
 void ForEachDamage(CFile& file, const std::string& good, Look look) {
     const auto put = [&](std::size_t at, const std::string& bytes) {

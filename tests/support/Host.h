@@ -10,8 +10,8 @@
 #include "platform/Path.h"
 #include "platform/Process.h"
 
-/// Wine starts programs of its host, and says nothing more of them: a file shows their end. It is looked for again and again,
-/// since Wine's notifications of what its host does get lost now and then. -1 when it takes more than a minute.
+/// Wine starts programs of its host but does not report their end: a file shows it. The file is polled, since Wine sometimes
+/// loses notifications of changes by its host. -1 when it takes more than a minute.
 inline int RunOnWinesHost(const std::filesystem::path& folder, const std::string& line) {
     namespace fs = std::filesystem;
     constexpr const char* kShell = "Z:\\bin\\sh";
@@ -33,8 +33,8 @@ inline int RunOnWinesHost(const std::filesystem::path& folder, const std::string
     return status;
 }
 
-/// Runs a line of the shell in a folder, on the system that the tests really run on. The status is -1 where there is no such
-/// shell; under Wine, which now and then hangs when it starts a program of its host, only long runs have one.
+/// Runs a line of the shell in a folder, under Wine on its host. The status is -1 where there is no such shell. Wine
+/// sometimes hangs when it starts a program of its host, so there only long runs have one.
 inline int RunInShell(const std::filesystem::path& folder, const std::string& line) {
     if (qv::platform::HasDriveLetters()) return std::getenv("QV_TEST_LARGE") ? RunOnWinesHost(folder, line) : -1;
     return std::system(("cd '" + folder.string() + "' && " + line).c_str()) == 0 ? 0 : 1;

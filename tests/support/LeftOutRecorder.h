@@ -5,7 +5,7 @@
 
 #include "qvcommon/FileUtils.h"
 
-/// Keeps the cause of what was left out, as a number, and the first bytes of its name.
+/// Records the cause of what is left out, as a number, and the first bytes of its name.
 struct Recorder : ILeftOut {
     std::vector<std::string> names;
     void OnLeftOut(const QvLeftOut& entry) override {

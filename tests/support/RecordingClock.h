@@ -4,7 +4,7 @@
 
 #include "platform/Clock.h"
 
-/// A clock whose pauses take no time: it records them and moves its time on, for as long as it lives.
+/// A clock, in force while it lives, whose pauses take no time: it records them and advances its time.
 class RecordingClock : public qv::platform::IClock {
 public:
     RecordingClock() : m_previous(qv::platform::SetClock(this)) {}

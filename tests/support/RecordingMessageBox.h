@@ -5,7 +5,7 @@
 
 #include "qvcommon/framework/MessageBox.h"
 
-/// Answers every message box with `answer` and keeps what was shown, for as long as it lives.
+/// Answers every message box with `answer` and records what is shown while it lives.
 class RecordingMessageBox : public IMessageBox {
 public:
     struct Shown {

@@ -45,7 +45,7 @@ inline std::string ToolPath() {
     return self.substr(0, self.find_last_of("/\\") + 1) + "qv";
 }
 
-/// Absolute paths in the library's form reach the tool in the system's own, as a user writes them.
+/// Absolute paths in the library's form are passed in the system's form, as users write them.
 inline ToolAnswer RunTool(CStringArray arguments, std::string_view input = {}) {
     for (CString& argument : arguments)
         if (argument.AsStd().starts_with('\\')) argument = CFileUtils::GetNativePath(argument);
