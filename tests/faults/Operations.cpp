@@ -101,16 +101,16 @@ std::vector<Operation> MakeOperations() {
         {.name = "WriteFile",
          .run = Raising([](const Place& p) { CFileUtils::WriteFile(p.path + "new\\x", CString("text"), 1, 1); }),
          .done = Is("new/ new/x=text")},
-        {.name = "WriteFile over",
+        {.name = "WriteFileOver",
          .prepare = Files({"x"}),
          .run = Raising([](const Place& p) { CFileUtils::WriteFile(p.path + "x", CString("text"), 0, 0); }),
          .done = Is("x=text")},
-        {.name = "SaveFile over",
+        {.name = "SaveFileOver",
          .prepare = Files({"x"}),
          .run = Raising([](const Place& p) { CFileUtils::SaveFile(p.path + "x", CString("text")); }),
          .done = Is("x=text"),
          .kept = Keeps("x", "x", "text")},
-        {.name = "Save in place",
+        {.name = "SaveInPlace",
          .prepare =
              [](const Place& p) {
                  MakeTree(p.native, {"x"});
@@ -154,7 +154,7 @@ std::vector<Operation> MakeOperations() {
          .run = [](const Place& p) { return CopyErrors(p.path + "from", p.path + "to") > 0; },
          .done = Is("from/ from/a from/b/ from/b/c to/ to/a=from/a to/b/ to/b/c=from/b/c"),
          .kept = Keeps("to/a", "to/a", "from/a")},
-        {.name = "Pack over",
+        {.name = "PackOver",
          .prepare = Files({"in/a", "in/b/c", "a.cab"}),
          .run = Raising([](const Place& p) { CMakeCab::DirectoryToCab(p.path + "in", p.path + "a.cab", 1); }),
          .done =
@@ -165,7 +165,7 @@ std::vector<Operation> MakeOperations() {
          .kept = [](const Tree& tree) { return Holds(tree, "a.cab", {"a.cab"}) || IsArchive(tree.at("a.cab")); },
          // A folder that cannot be read is left out.
          .silent = AnyOf({CallKind::Status, CallKind::OpenFolder, CallKind::ListFolder})},
-        {.name = "Unpack over",
+        {.name = "UnpackOver",
          .prepare = &PrepareArchive,
          .run = Raising([](const Place& p) { CReadCab::CabToDirectory(p.path + "out", p.path + "a.cab"); }),
          .done =
@@ -179,7 +179,7 @@ std::vector<Operation> MakeOperations() {
              },
          // A member whose time cannot be set is unpacked.
          .silent = AnyOf({CallKind::Status, CallKind::ChangeStatus})},
-        {.name = "Lock and unlock",
+        {.name = "LockAndUnlock",
          .run =
              [](const Place& p) {
                  CLockFile lock;

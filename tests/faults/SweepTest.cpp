@@ -157,15 +157,10 @@ TEST_P(KillSweep, LeavesOldOrNewWhereFilesNeedNames) {
     KillAtEveryCall(NewFiles::Named);
 }
 
-std::string NameOf(const ::testing::TestParamInfo<std::size_t>& operation) {
-    std::string name = Operations()[operation.param].name;
-    std::replace(name.begin(), name.end(), ' ', '_');
-    return name;
-}
-
 const auto kAllOperations = ::testing::Range<std::size_t>(0, Operations().size());
+const auto kNameOf = [](const auto& operation) { return Operations()[operation.param].name; };
 
-INSTANTIATE_TEST_SUITE_P(Operations, Sweep, kAllOperations, &NameOf);
-INSTANTIATE_TEST_SUITE_P(Operations, KillSweep, kAllOperations, &NameOf);
+INSTANTIATE_TEST_SUITE_P(Operations, Sweep, kAllOperations, kNameOf);
+INSTANTIATE_TEST_SUITE_P(Operations, KillSweep, kAllOperations, kNameOf);
 
 }  // namespace

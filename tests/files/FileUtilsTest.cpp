@@ -9,11 +9,6 @@
 
 namespace {
 
-void MakeReadOnly(const fs::path& file) {
-    fs::permissions(file, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
-                    fs::perm_options::remove);
-}
-
 TEST(FileUtils, KnowsFilesFoldersAndVolumes) {
     const TempFolder folder;
     folder.Write("file", "12345");
@@ -145,7 +140,7 @@ TEST(WholeFiles, AreReadAsTheyWereWritten) {
               CFileException::badPath);
     for (const int multiUser : {0, 1}) {
         CFileUtils::WriteFile(path, CString(bytes + bytes), multiUser, 1);
-        MakeReadOnly(folder.Native("new/er/file"));
+        fs::permissions(folder.Native("new/er/file"), fs::perms::owner_read);
         CFileUtils::WriteFile(path, CString(bytes), multiUser, 0);
         EXPECT_EQ(CFileUtils::ReadFile(path).AsStd(), bytes);
     }
@@ -209,7 +204,7 @@ TEST(WholeFiles, BackupsAreMoved) {
     EXPECT_EQ(CFileUtils::GetBackupName("v1.2\\a"), "v1.2\\a.bak");
     for (const char* const text : {"first", "second"}) {
         folder.Write("a.txt", text);
-        MakeReadOnly(folder.Native("a.txt"));
+        fs::permissions(folder.Native("a.txt"), fs::perms::owner_read);
         CFileUtils::BackupFile(folder / "a.txt");
         EXPECT_EQ(folder.Tree(), std::string("a.bak=") + text);
     }

@@ -99,10 +99,7 @@ TEST_F(PlatformContracts, AnAtomicFileTakesItsPlaceWholeOrNotAtAll) {
 
 TEST_F(PlatformContracts, TemporaryNamesThatNoProcessHoldsAreFreeAgain) {
     // Opening a folder makes a file without a name: no file system has them here.
-    const SystemFaults faults([](const SystemFaults::Call& call) {
-        const bool unnamed = call.kind == CallKind::Open && call.path.ends_with('/');
-        return unnamed ? SystemFaults::Of(FileCause::AccessDenied) : SystemFaults::Fault{};
-    });
+    const SystemFaults faults(SystemFaults::Always(CallKind::Open, FileCause::AccessDenied, "/"));
     m_folder.Write(".qv1.tmp", "of a process that died");
     MakeTree(m_folder.Native(), {".qv2.tmp/is a folder"});
     AtomicFile first, second;
