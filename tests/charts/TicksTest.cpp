@@ -19,14 +19,9 @@ std::string Joined(const std::vector<Tick>& ticks) {
 }
 
 TEST(Ticks, AreRoundNumbers) {
-    struct Row {
-        double low, high;
-        int most;
-        bool logarithmic;
-        const char* ticks;
-    };
+    using Row = std::tuple<double, double, int, bool, const char*>;
     constexpr double kMost = std::numeric_limits<double>::max();
-    for (const Row& row : {
+    for (const auto& [low, high, most, logarithmic, ticks] : {
              Row{0, 97, 5, false, "0 20 40 60 80 100"},
              Row{-33, 142, 4, false, "-50 0 50 100 150"},
              Row{0, 0.0043, 5, false, "0 0.001 0.002 0.003 0.004 0.005"},
@@ -43,19 +38,16 @@ TEST(Ticks, AreRoundNumbers) {
              Row{120, 180, 4, true, "120 140 160 180"},
              Row{1e-300, 1e300, 3, true, "1e-151 1 1e151"},
          }) {
-        Range range{row.low, row.high};
-        Widen(range, row.logarithmic);
-        RoundOut(range, row.most, row.logarithmic);
-        EXPECT_EQ(Joined(NumberTicks(range, row.most, row.logarithmic)), row.ticks) << row.low << ' ' << row.high;
+        Range range{low, high};
+        Widen(range, logarithmic);
+        RoundOut(range, most, logarithmic);
+        EXPECT_EQ(Joined(NumberTicks(range, most, logarithmic)), ticks) << low << ' ' << high;
     }
 }
 
 TEST(Ticks, OfDatesAreRoundLocalTimes) {
-    struct Row {
-        COleDateTime first, last;
-        const char* ticks;
-    };
-    for (const Row& row : {
+    using Row = std::tuple<COleDateTime, COleDateTime, const char*>;
+    for (const auto& [first, last, ticks] : {
              Row{{2026, 5, 17, 9, 50, 0}, {2026, 5, 17, 10, 31, 0}, "10:00/17 May 2026 10:15 10:30"},
              Row{{2026, 5, 17, 20, 0, 0}, {2026, 5, 18, 14, 0, 0}, "00:00/18 May 2026 06:00 12:00"},
              Row{{2026, 5, 1, 0, 0, 0}, {2026, 6, 3, 0, 0, 0}, "04/May 2026 18 01/Jun 2026"},
@@ -63,7 +55,7 @@ TEST(Ticks, OfDatesAreRoundLocalTimes) {
              Row{{1890, 1, 1, 0, 0, 0}, {1910, 1, 1, 0, 0, 0}, "1890 1895 1900 1905 1910"},
              Row{{100, 1, 1, 0, 0, 0}, {9999, 12, 31, 0, 0, 0}, "5000"},
          })
-        EXPECT_EQ(Joined(DateTicks({EvenDays(row.first.m_dt), EvenDays(row.last.m_dt)}, 4)), row.ticks);
+        EXPECT_EQ(Joined(DateTicks({EvenDays(first.m_dt), EvenDays(last.m_dt)}, 4)), ticks);
 }
 
 }  // namespace

@@ -19,17 +19,14 @@ std::string MessageOf(CException& exception) {
 }
 
 TEST(Exceptions, MessageCarriesTheCodeOnlyWhenAsked) {
-    struct Row {
-        const char* text;
-        int code, report;
-        const char* message;
-    };
-    for (const Row& row : {Row{"Broken", 0, 1, "Broken (0)"}, Row{"Broken", -7, 1, "Broken (-7)"},
-                           Row{"Broken", 9, 0, "Broken"}, Row{"", 5, 1, " (5)"}, Row{"100 %s", 1, 0, "100 %s"}}) {
-        CVorbexException exception(row.code, 16, row.text);
+    using Row = std::tuple<const char*, int, int, const char*>;
+    for (const auto& [text, code, report, message] :
+         {Row{"Broken", 0, 1, "Broken (0)"}, Row{"Broken", -7, 1, "Broken (-7)"}, Row{"Broken", 9, 0, "Broken"},
+          Row{"", 5, 1, " (5)"}, Row{"100 %s", 1, 0, "100 %s"}}) {
+        CVorbexException exception(code, 16, text);
         EXPECT_EQ(exception.GetReportErrorCode(), 1);
-        exception.SetReportErrorCode(row.report);
-        EXPECT_EQ(MessageOf(exception), row.message);
+        exception.SetReportErrorCode(report);
+        EXPECT_EQ(MessageOf(exception), message);
     }
 }
 

@@ -26,15 +26,11 @@ TEST(MathHelper, SumsAndSpread) {
 }
 
 TEST(MathHelper, LargestAtOrUnderALimitAndSmallest) {
-    struct Row {
-        CDoubleArray values;
-        double limit;
-        int index;
-    };
-    for (const Row& row :
+    using Row = std::tuple<CDoubleArray, double, int>;
+    for (const auto& [values, limit, index] :
          {Row{{10, 100}, 50, 0}, Row{{10, 100}, 5, -1}, Row{{10, 100}, 100, 1}, Row{{}, 1, -1},
           Row{{3, 7, 2, 7, 9}, 8, 1}, Row{{kNaN, -4, kNaN}, 0, 1}, Row{{1}, kNaN, -1}, Row{{-kInfinity}, -kHuge, 0}})
-        EXPECT_EQ(CMathHelper::GetIndexHighestAtOrUnder(row.values, row.limit), row.index) << row.limit;
+        EXPECT_EQ(CMathHelper::GetIndexHighestAtOrUnder(values, limit), index) << limit;
 
     EXPECT_EQ(CMathHelper::GetMin({3, -2, 8}), -2);
     EXPECT_EQ(CMathHelper::GetMin({kNaN, 4, kNaN, 3}), 3);
@@ -62,17 +58,13 @@ TEST(MathHelper, DiscountsAndFindsTheRate) {
 }
 
 TEST(MathHelper, CutsAfterDecimals) {
-    struct Row {
-        double value;
-        int places;
-        double result;
-    };
-    for (const Row& row :
+    using Row = std::tuple<double, int, double>;
+    for (const auto& [value, places, result] :
          {Row{2.999, 2, 2.99}, Row{-1.555, 1, -1.5}, Row{0.29, 2, 0.28}, Row{7.9, 0, 7}, Row{8.2, 1, 8.2},
           Row{1234.5, -2, 1234.5}, Row{1e18 + 256, 3, 1e18 + 256}, Row{kHuge, 5, kHuge}, Row{1.5, 400, 1.5},
           Row{-kInfinity, 2, -kInfinity}, Row{0.1, std::numeric_limits<int>::max(), 0.1},
           Row{0.1, std::numeric_limits<int>::min(), 0.1}})
-        EXPECT_EQ(CMathHelper::RoundToDecimalPlaces(row.value, row.places), row.result) << row.value;
+        EXPECT_EQ(CMathHelper::RoundToDecimalPlaces(value, places), result) << value;
     EXPECT_TRUE(std::isnan(CMathHelper::RoundToDecimalPlaces(kNaN, 2)));
     EXPECT_FALSE(std::signbit(CMathHelper::RoundToDecimalPlaces(-0.004, 2)));
 }

@@ -22,18 +22,15 @@ CString Rewritten(const char* text, const Markers& markers, int caseSensitive = 
 }
 
 TEST(Replacers, RewriteRegions) {
-    struct Row {
-        const char* text;
-        Markers markers;
-        const char* result;
-    };
-    for (const Row& row : {Row{"a[b]c[d]", {"[", "(", "]", ")"}, "a(b)c(d)"}, Row{"a[b", {"[", "(", "]", ")"}, "a(b"},
-                           Row{"a]b", {"[", "(", "]", ")"}, "a]b"}, Row{"a%b%c%d", {"%", "<", "%", ">"}, "a<b><c><d"},
-                           Row{"x<B>y</b>z", {"<b>", "*", "</B>", "*"}, "x*y*z"},
-                           Row{"abc", {"", "(", "b", ")"}, "abc"}, Row{"a[b[", {"[", "(", "", ")"}, "a()b()"},
-                           // The end marker starts with the start marker: the next search finds that again.
-                           Row{"%a%%b", {"%", "<", "%%", ">"}, "<a><%b"}})
-        EXPECT_EQ(Rewritten(row.text, row.markers), row.result) << row.text;
+    using Row = std::tuple<const char*, Markers, const char*>;
+    for (const auto& [text, markers, result] :
+         {Row{"a[b]c[d]", {"[", "(", "]", ")"}, "a(b)c(d)"}, Row{"a[b", {"[", "(", "]", ")"}, "a(b"},
+          Row{"a]b", {"[", "(", "]", ")"}, "a]b"}, Row{"a%b%c%d", {"%", "<", "%", ">"}, "a<b><c><d"},
+          Row{"x<B>y</b>z", {"<b>", "*", "</B>", "*"}, "x*y*z"}, Row{"abc", {"", "(", "b", ")"}, "abc"},
+          Row{"a[b[", {"[", "(", "", ")"}, "a()b()"},
+          // The end marker starts with the start marker: the next search finds that again.
+          Row{"%a%%b", {"%", "<", "%%", ">"}, "<a><%b"}})
+        EXPECT_EQ(Rewritten(text, markers), result) << text;
     EXPECT_EQ(Rewritten("x<B>y</b>z<b>k</B>", {"<b>", "*", "</B>", "*"}, 1), "x<B>y</b>z*k*");
 }
 

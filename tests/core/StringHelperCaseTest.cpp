@@ -12,27 +12,25 @@ TEST(StringHelperCase, SentencesAndTitles) {
     EXPECT_EQ(H::MakeSentenceCase("hELLO World"), "Hello world");
     EXPECT_EQ(H::MakeTitleCase("the QUICK  (brown) 12fox\tjumps o'er-it"), "The Quick  (Brown) 12Fox\tjumps O'er-it");
     EXPECT_EQ(H::MakeTitleCase(""), "");
-    struct Row {
-        int keepCapitals, keepRest;
-        const char* result;
-    };
-    for (const Row& row : {Row{0, 0, "The Usa's McX-Files/Nasa\tEnd"}, Row{0, 1, "The USA's McX-Files/NASA\tEnd"},
-                           Row{1, 0, "The Usa's McX-Files/NASA\tEnd"}, Row{1, 1, "The USA's McX-Files/NASA\tEnd"}}) {
-        const CString source = row.keepRest ? "the USA's mcX-files/NASA\tend" : "the USA's mc\x01X-files/NASA\tend";
-        CString result = H::MakeTitleCase(source, row.keepCapitals, row.keepRest, "-/\x01");
-        result.Remove('\x01');
-        EXPECT_EQ(result, row.result);
+    using Row = std::tuple<int, int, const char*>;
+    for (const auto& [keepCapitals, keepRest, expected] :
+         {Row{0, 0, "The Usa's McX-Files/Nasa\tEnd"}, Row{0, 1, "The USA's McX-Files/NASA\tEnd"},
+          Row{1, 0, "The Usa's McX-Files/NASA\tEnd"}, Row{1, 1, "The USA's McX-Files/NASA\tEnd"}}) {
+        const CString source = keepRest ? "the USA's mcX-files/NASA\tend" : "the USA's mc\x01X-files/NASA\tend";
+        CString title = H::MakeTitleCase(source, keepCapitals, keepRest, "-/\x01");
+        title.Remove('\x01');
+        EXPECT_EQ(title, expected);
     }
 }
 
-TEST(StringHelperCase, ByteLettersOfTheCodePage) {
+TEST(StringHelperCase, LettersOfASingleByteCodePage) {
     const WesternCodePage western;
     if (!western) GTEST_SKIP() << "the code page is another one";
     EXPECT_EQ(H::MakeTitleCase("\xE9t\xC9 \xE0 l\xE0"), "\xC9t\xE9 \xC0 L\xE0");
     EXPECT_EQ(H::ValidateParameter("\xE9-\x80 9"), "\xE9___9");
 }
 
-TEST(StringHelperCase, NeverTearsCharacters) {
+TEST(StringHelperCase, CharactersOfSeveralBytesStayWhole) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     EXPECT_EQ(H::MakeSentenceCase("\u00E9T\u00C9"), "\u00C9t\u00E9");
@@ -42,14 +40,12 @@ TEST(StringHelperCase, NeverTearsCharacters) {
     EXPECT_EQ(H::GetWordCount("na\u00EFve\u2014caf\u00E9"), 2);
     CString text = "\u00E9\u00E8\u00A9x";
     EXPECT_EQ(H::StripChars(text, "x\u00E9"), 2);  // all three begin with the byte C3 or end with A9
-    EXPECT_EQ(text, "\u00E8\u00A9");
     H::StripFromLeft(text, "\u00A9\u00E9");
     EXPECT_EQ(text, "\u00E8\u00A9");
 }
 
 TEST(StringHelperCase, TrimsItemsAndRemovesBlanks) {
-    CStringArray texts{" a ", "\t\r\n", "", "b\v"};
-    CStringArray trimmed = texts;
+    CStringArray texts{" a ", "\t\r\n", "", "b\v"}, trimmed = texts;
     H::TrimItems(trimmed);
     EXPECT_EQ(trimmed, (CStringArray{"a", "", "", "b"}));
     H::RemoveBlanks(texts);
@@ -57,14 +53,8 @@ TEST(StringHelperCase, TrimsItemsAndRemovesBlanks) {
 }
 
 TEST(StringHelperCase, Newlines) {
-    struct Row {
-        const char *text, *edit, *printable;
-    };
-    for (const Row& row : {Row{"a\r\nb", "a\r\nb", "a\r\n\nb"},
-                           Row{"\r\r\n\n\r", "\r\n\r\n\r\n\r\n", "\r\n\r\n\n\n\r\n"}, Row{"", "", ""}}) {
-        EXPECT_EQ(H::GetEditFriendlyNewlines(row.text), row.edit);
-        EXPECT_EQ(H::PrintableNewlines(row.text), row.printable);
-    }
+    EXPECT_EQ(H::GetEditFriendlyNewlines("a\r\nb\r\r\n\n\r"), "a\r\nb\r\n\r\n\r\n\r\n");
+    EXPECT_EQ(H::PrintableNewlines("a\r\nb\r\r\n\n\r"), "a\r\n\nb\r\n\r\n\n\n\r\n");
     EXPECT_EQ(H::GetIndentedString("x", 2, 1), "\t\tx\n");
     EXPECT_EQ(H::GetIndentedString("x", -1, 0), "x");
 }
@@ -74,12 +64,9 @@ TEST(StringHelperCase, CharactersAndWords) {
     EXPECT_EQ(H::StripChars(text, "-.-"), 4);
     EXPECT_EQ(text, "abc");
     EXPECT_EQ(H::ValidateParameter("a b_c-9"), "a_b_c_9");
-    struct Row {
-        const char* text;
-        int words;
-    };
-    for (const Row& row : {Row{"", 0}, Row{" -- ", 0}, Row{"one", 1}, Row{" it's  2 late ", 4}})
-        EXPECT_EQ(H::GetWordCount(row.text), row.words) << row.text;
+    using Row = std::tuple<const char*, int>;
+    for (const auto& [words, count] : {Row{"", 0}, Row{" -- ", 0}, Row{"one", 1}, Row{" it's  2 late ", 4}})
+        EXPECT_EQ(H::GetWordCount(words), count) << words;
     EXPECT_EQ(H::AddString("a", "b", ", "), "a, b");
     EXPECT_EQ(H::AddString("", "b", ", "), "b");
     EXPECT_EQ(H::AddString("a", "", ", "), "a");

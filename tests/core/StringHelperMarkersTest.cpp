@@ -6,26 +6,24 @@ namespace {
 
 using H = CStringHelper;
 
+template <class Text>
+void ExpectStripped(const char* marker, int found, const char* start, const char* rest) {
+    Text before = "a::b::c", after = before, right = before, left = "old";
+    EXPECT_EQ(H::StripBefore(before, marker), found);
+    EXPECT_EQ(H::StripAfter(after, marker), found);
+    EXPECT_EQ(H::StripLeft(right, marker, left), found);
+    EXPECT_EQ(before, start);
+    EXPECT_EQ(after, rest);
+    EXPECT_EQ(right, rest);
+    EXPECT_EQ(left, found ? start : "old");
+}
+
 TEST(StringHelperMarkers, StripsAtTheFirstMarker) {
-    struct Row {
-        const char* marker;
-        int found;
-        const char *before, *after;
-    };
-    for (const Row& row : {Row{"::", 1, "a", "b::c"}, Row{"a", 1, "", "::b::c"}, Row{"c", 1, "a::b::", ""},
-                           Row{"A", 0, "a::b::c", "a::b::c"}}) {
-        CString before = "a::b::c", after = before, rest = before, head = "old";
-        EXPECT_EQ(H::StripBefore(before, row.marker), row.found);
-        EXPECT_EQ(H::StripAfter(after, row.marker), row.found);
-        EXPECT_EQ(H::StripLeft(rest, row.marker, head), row.found);
-        EXPECT_EQ(before, row.before);
-        EXPECT_EQ(after, row.after);
-        EXPECT_EQ(rest, row.after);
-        EXPECT_EQ(head, row.found ? row.before : "old");
-        std::string_view start = "a::b::c", end = start, viewed = start, first = "old";
-        EXPECT_EQ(H::StripBefore(start, row.marker) + H::StripAfter(end, row.marker), 2 * row.found);
-        EXPECT_EQ(H::StripLeft(viewed, row.marker, first), row.found);
-        EXPECT_TRUE(start == before && end == after && viewed == rest && first == head) << row.marker;
+    using Row = std::tuple<const char*, int, const char*, const char*>;
+    for (const auto& [marker, found, start, rest] : {Row{"::", 1, "a", "b::c"}, Row{"a", 1, "", "::b::c"},
+                                                     Row{"c", 1, "a::b::", ""}, Row{"A", 0, "a::b::c", "a::b::c"}}) {
+        ExpectStripped<CString>(marker, found, start, rest);
+        ExpectStripped<std::string_view>(marker, found, start, rest);
     }
     CString text = "//\\/x/";
     H::StripFromLeft(text, "/\\");
@@ -36,21 +34,18 @@ TEST(StringHelperMarkers, StripsAtTheFirstMarker) {
     EXPECT_EQ(H::RemoveAfter("one END two", "end", 1), "one ");
 }
 
-TEST(StringHelperMarkers, TakesWhatStandsBetween) {
-    struct Row {
-        int consumeStart, consumeEnd;
-        const char *source, *result, *left;
-    };
-    for (const Row& row :
+TEST(StringHelperMarkers, TakesTheTextBetweenMarkers) {
+    using Row = std::tuple<int, int, const char*, const char*, const char*>;
+    for (const auto& [consumeStart, consumeEnd, text, result, left] :
          {Row{0, 0, "a<1>b<2>", "1", "a<1>b<2>"}, Row{1, 0, "a<1>b<2>", "1", "1>b<2>"},
           Row{0, 1, "a<1>b<2>", "1", "b<2>"}, Row{1, 1, "a<1>b<2>", "1", "b<2>"}, Row{0, 1, "a>b<2", "2", "a>b<2"},
           Row{1, 1, "a>b<2", "2", "2"}, Row{1, 1, "a>b", "", "a>b"}}) {
-        CString source = row.source;
-        EXPECT_EQ(H::GetStringBetween(source, "<", ">", row.consumeStart, row.consumeEnd), row.result);
-        EXPECT_EQ(source, row.left) << row.consumeStart << row.consumeEnd;
-        std::string_view view = row.source;
-        EXPECT_EQ(H::GetStringBetween(view, "<", ">", row.consumeStart, row.consumeEnd), row.result);
-        EXPECT_EQ(view, row.left);
+        CString source = text;
+        EXPECT_EQ(H::GetStringBetween(source, "<", ">", consumeStart, consumeEnd), result);
+        EXPECT_EQ(source, left) << consumeStart << consumeEnd;
+        std::string_view view = text;
+        EXPECT_EQ(H::GetStringBetween(view, "<", ">", consumeStart, consumeEnd), result);
+        EXPECT_EQ(view, left);
     }
 }
 
@@ -60,13 +55,10 @@ TEST(StringHelperMarkers, RangesAndWords) {
     EXPECT_EQ(H::IsStringInRange(">x<y>", "<", ">"), 0);
     EXPECT_EQ(H::IsStringInRange("x>", "<", ">"), 0);
     EXPECT_EQ(H::IsStringInRange("<>", "<", "<"), 0);
-    struct Row {
-        const char* text;
-        int found;
-    };
-    for (const Row& row : {Row{"concat ", 1}, Row{"cat", 1}, Row{"a cat", 1}, Row{"cats", 0}, Row{"cats cat", 0},
-                           Row{"cats cat x", 1}, Row{"", 0}})
-        EXPECT_EQ(H::FindWholeWord(row.text, "cat"), row.found) << row.text;
+    using Row = std::tuple<const char*, int>;
+    for (const auto& [text, found] : {Row{"concat ", 1}, Row{"cat", 1}, Row{"a cat", 1}, Row{"cats", 0},
+                                      Row{"cats cat", 0}, Row{"cats cat x", 1}, Row{"", 0}})
+        EXPECT_EQ(H::FindWholeWord(text, "cat"), found) << text;
 }
 
 }  // namespace

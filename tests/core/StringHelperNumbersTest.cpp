@@ -29,32 +29,24 @@ TEST(StringNumbers, Lists) {
 }
 
 TEST(StringNumbers, Based) {
-    struct Row {
-        double value;
-        int base;
-        const char* text;
-    };
-    for (const Row& row : {Row{2.5, 60, "2:30"}, Row{2.05, 60, "2:02"}, Row{0.999, 100, "0:99"}, Row{7, 60, "7:00"},
-                           Row{-2.5, 60, "-2:-30"}, Row{0.5, 1000, "0:500"}, Row{-0.25, 0, "0:00"},
-                           Row{1e15, 60, "1000000000000000:00"}, Row{kInf, 60, "inf:00"}, Row{kNan, 60, "nan:00"}})
-        EXPECT_EQ(CStringHelper::ToBasedString(row.value, row.base, ":"), row.text);
+    using Row = std::tuple<double, int, const char*>;
+    for (const auto& [value, base, text] :
+         {Row{2.5, 60, "2:30"}, Row{2.05, 60, "2:02"}, Row{0.999, 100, "0:99"}, Row{7, 60, "7:00"},
+          Row{-2.5, 60, "-2:-30"}, Row{0.5, 1000, "0:500"}, Row{-0.25, 0, "0:00"}, Row{1e15, 60, "1000000000000000:00"},
+          Row{kInf, 60, "inf:00"}, Row{kNan, 60, "nan:00"}})
+        EXPECT_EQ(CStringHelper::ToBasedString(value, base, ":"), text);
 }
 
 const CDoubleArray kSizes{1024, 1024.0 * 1024};
 const CStringArray kSizeNames{"KB", "MB"};
 
 TEST(StringNumbers, Rebase) {
-    struct Row {
-        double value;
-        int decimals, index;
-        const char* text;
-    };
-    for (const Row& row :
+    using Row = std::tuple<double, int, int, const char*>;
+    for (const auto& [value, decimals, unit, text] :
          {Row{1536, 1, -2, "1.5 KB"}, Row{1023, 0, -2, "1023 bytes"}, Row{1536, 2, -1, "1536.00 bytes"},
           Row{524288, 1, 1, "0.5 MB"}, Row{3.0 * 1024 * 1024, 0, -2, "3 MB"}, Row{1024, -3, -2, "1.000000 KB"},
           Row{kNan, 0, -2, "nan bytes"}})
-        EXPECT_EQ(CStringHelper::RebaseUnits(row.value, "bytes", kSizes, kSizeNames, row.decimals, row.index),
-                  row.text);
+        EXPECT_EQ(CStringHelper::RebaseUnits(value, "bytes", kSizes, kSizeNames, decimals, unit), text);
     EXPECT_EQ(CStringHelper::RebaseUnits(5, "%% of %s%", {}, {}, 0, -1), "5 % of %s%");
     for (int index : {2, -3})
         EXPECT_TRUE(Raised<CInvalidArgException>(
@@ -68,15 +60,12 @@ TEST(StringNumbers, RebaseRoundingUp) {
 }
 
 TEST(StringNumbers, Multibase) {
-    struct Row {
-        double value;
-        const char* text;
-    };
-    for (const Row& row :
+    using Row = std::tuple<double, const char*>;
+    for (const auto& [value, text] :
          {Row{3725, "1 hour, 2 minutes, 5 seconds"}, Row{7200, "2 hours"}, Row{61, "1 minute, 1 second"},
           Row{0, "0 second"}, Row{0.5, "0 second"}, Row{60.5, "1 minute, 0 second"}, Row{-5, "-5 second"},
           Row{1e13, "2777777777 hours, 46 minutes, 40 seconds"}, Row{kInf, "inf seconds"}, Row{kNan, "nan second"}})
-        EXPECT_EQ(CStringHelper::ToMultibase(row.value, "second", {60, 3600}, {"minute", "hour"}, 1), row.text);
+        EXPECT_EQ(CStringHelper::ToMultibase(value, "second", {60, 3600}, {"minute", "hour"}, 1), text);
     EXPECT_EQ(CStringHelper::ToMultibase(125, "s", {60}, {"min"}, 0), "2 min, 5 s");
 }
 

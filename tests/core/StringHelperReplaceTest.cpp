@@ -52,7 +52,7 @@ void CompareWithOracles(const std::vector<std::string>& pieces, int rounds) {
         const std::string text = RandomText(random, pieces, 14), find = RandomText(random, pieces, 4),
                           replacement = RandomText(random, pieces, 4);
         SCOPED_TRACE(text + " | " + find + " | " + replacement);
-        CompareFinding(text, find, RandomText(random, pieces, 1).size());
+        CompareFinding(text, find, RandomText(random, pieces, 5).size());
         CompareFinding(text, find, 0);
         if (!find.empty()) CompareReplacing(text, find, replacement);
     }
@@ -72,19 +72,10 @@ TEST(StringHelperReplace, AgreesWithTheRulesByCharacters) {
     CompareWithOracles({"a", "A", "\u00E4", "\u00C4", "i", "\u0131", "S", "\u017F", "\u2C65", "\u023A"}, 40000);
 }
 
-TEST(StringHelperReplace, FindsWithoutCase) {
-    EXPECT_EQ(H::FindNoCase("Hello World", "WORLD"), 6);
-    EXPECT_EQ(H::FindNoCase("abcABC", "bC", 2), 4);
-    EXPECT_EQ(H::FindNoCase("abc", "", 3), 3);
-    EXPECT_EQ(H::FindNoCase("abc", "", 4), -1);
-    EXPECT_EQ(H::FindNoCase("abc", "c", -5), 2);
-    EXPECT_EQ(H::FindNoCase("abc", "abcd"), -1);
-}
-
 TEST(StringHelperReplace, FindsPlacesOfTheTextThatWasGiven) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
-    // Upper-casing shortens what stands before, and what is found.
+    // Upper-casing shortens what precedes the occurrence, and the occurrence itself.
     EXPECT_EQ(H::FindNoCase("\u0131\u017F\u2C65 M\u0131\u017F\u017F x", "miss"), 8);
     EXPECT_EQ(H::FindNoCase("\xA9\u00E9", "\xA9", 1), -1);
     CString text = "M\u0131\u017F\u017F";
@@ -106,12 +97,12 @@ TEST(StringHelperReplace, FindsAcrossBlocksAndWindows) {
     }
 }
 
-TEST(StringHelperReplace, ReplacesUntilNoneIsLeft) {
-    EXPECT_EQ(Replaced("a    b  c", "  ", " "), "a b c");
-    EXPECT_EQ(Replaced("aaabbb", "ab", ""), "");
-    EXPECT_EQ(Replaced("aab", "ab", "ba"), "baa");
+TEST(StringHelperReplace, ArgumentsAtTheirBounds) {
+    EXPECT_EQ(H::FindNoCase("abc", "", 4), -1);
+    EXPECT_EQ(H::FindNoCase("abc", "c", -5), 2);
     EXPECT_EQ(Replaced("abc", "", "x"), "abc");
-    EXPECT_EQ(Replaced("a&b", "&", "&amp;"), "a&amp;b");  // holds what is sought: one pass
+    EXPECT_EQ(Replaced("a&b", "&", "&amp;"), "a&amp;b");    // contains what is sought: one pass
+    EXPECT_EQ(ReplacedNoCase("aA", "a", "(a)"), "(a)(a)");  // would never end: once each
     CString self = "aXbX";
     H::ReplaceAll(self, self.Mid(1, 1), self.Left(0));
     EXPECT_EQ(self, "ab");
@@ -128,41 +119,28 @@ TEST(StringHelperReplace, EndsInTimeForLongTexts) {
     EXPECT_EQ(H::FindNoCase(half, half.substr(0, size / 4) + "b"), -1);
     const std::string prefix(size / 4, 'p');
     EXPECT_EQ(ReplacedNoCase(prefix + tail, prefix + "b", "y" + prefix).AsStd(), std::string(size / 2, 'y') + prefix);
-    // For ever, and long before that past every memory.
+    // These would go on until memory runs out.
     EXPECT_GT(Replaced("aabb", "ab", "bbaa").GetLength(), 4);
     EXPECT_GT(Replaced(std::string(64, 'a') + 'b', "ab", "bba").GetLength(), 65);
 }
 
-TEST(StringHelperReplace, ReplacementsWithoutCaseGoOnOneBehindTheLast) {
-    EXPECT_EQ(ReplacedNoCase("One oNE", "one", "1"), "1 1");
-    EXPECT_EQ(ReplacedNoCase("abab", "ab", ""), "ab");      // the second has moved to where the first stood
-    EXPECT_EQ(ReplacedNoCase("abb", "AB", "xa"), "xxa");    // the end of the replacement begins the next
-    EXPECT_EQ(ReplacedNoCase("aA", "a", "(a)"), "(a)(a)");  // would never end: once each
-    EXPECT_EQ(ReplacedNoCase("cat", "CAT", "Cats"), "Cats");
-}
-
 TEST(StringHelperReplace, ReplacesBetweenMarkers) {
-    struct Row {
-        const char *text, *start, *end, *result;
-    };
-    for (const Row& row :
+    using Row = std::tuple<const char*, const char*, const char*, const char*>;
+    for (const auto& [text, start, end, result] :
          {Row{"a<1>b<2>c", "<", ">", "a<X>b<X>c"}, Row{"a<1", "<", ">", "a<1"}, Row{"><1>", "<", ">", "><X>"},
           Row{"a%b%c%d", "%", "%", "a%X%X%d"}, Row{"a<<1>", "<", ">", "a<X>"}, Row{"ab", "", "b", "ab"},
           Row{"<a<", "<", "", "<Xa<X"}, Row{"<!-->", "<!--", "-->", "<!-->"}})
-        EXPECT_EQ(H::ReplaceBetween(row.text, row.start, row.end, "X"), row.result) << row.text;
+        EXPECT_EQ(H::ReplaceBetween(text, start, end, "X"), result) << text;
 }
 
 TEST(StringHelperReplace, WrapsLines) {
-    struct Row {
-        const char* text;
-        int width;
-        const char* result;
-    };
-    for (const Row& row : {Row{"the quick brown", 10, "the quick\r\nbrown"}, Row{"abcdefgh", 3, "abc\r\ndef\r\ngh"},
-                           Row{" a\r\nbc def ghi ", 4, "a\r\nbc\r\ndef\r\nghi"}, Row{"ab cd", 5, "ab cd"},
-                           Row{"ab\n cdef", 3, "ab\r\n cd\r\nef"}, Row{"a\rb", 1, "a\r\n\r\r\nb"},
-                           Row{"abc", 0, "a\r\nb\r\nc"}, Row{"abc", 2147483647, "abc"}, Row{"", 5, ""}})
-        EXPECT_EQ(H::MakeMultiLine(row.text, row.width), row.result) << row.text;
+    using Row = std::tuple<const char*, int, const char*>;
+    for (const auto& [text, width, result] :
+         {Row{"the quick brown", 10, "the quick\r\nbrown"}, Row{"abcdefgh", 3, "abc\r\ndef\r\ngh"},
+          Row{" a\r\nbc def ghi ", 4, "a\r\nbc\r\ndef\r\nghi"}, Row{"ab cd", 5, "ab cd"},
+          Row{"ab\n cdef", 3, "ab\r\n cd\r\nef"}, Row{"a\rb", 1, "a\r\n\r\r\nb"}, Row{"abc", 0, "a\r\nb\r\nc"},
+          Row{"abc", 2147483647, "abc"}, Row{"", 5, ""}})
+        EXPECT_EQ(H::MakeMultiLine(text, width), result) << text;
 }
 
 TEST(StringHelperReplace, WrapsWholeCharacters) {

@@ -45,16 +45,15 @@ TEST(StringSystem, Guids) {
 
 TEST(StringSystem, LocaleDecidesMoneyAndLists) {
     if (kWindows) GTEST_SKIP() << "the user's settings decide, not the C locale";
-    struct Row {
-        const char *locale, *symbol, *amount, *separator;
-    };
-    for (const Row& row : {Row{"C", "$", "-1234.50", ","}, Row{"en_US.UTF-8", "$", "-$1,234.50", ","},
-                           Row{"de_DE.UTF-8", "\xE2\x82\xAC", "-1.234,50 \xE2\x82\xAC", ";"}}) {
-        const ScopedLocale locale(row.locale);
+    using Row = std::tuple<const char*, const char*, const char*, const char*>;
+    for (const auto& [name, symbol, amount, separator] :
+         {Row{"C", "$", "-1234.50", ","}, Row{"en_US.UTF-8", "$", "-$1,234.50", ","},
+          Row{"de_DE.UTF-8", "\xE2\x82\xAC", "-1.234,50 \xE2\x82\xAC", ";"}}) {
+        const ScopedLocale locale(name);
         if (!locale) continue;
-        EXPECT_EQ(CStringHelper::GetLocalCurrency(), row.symbol);
-        EXPECT_EQ(CStringHelper::InternationalizeCurrency(-1234.5), row.amount);
-        EXPECT_EQ(CStringHelper::GetLocaleListSeperator(), row.separator);
+        EXPECT_EQ(CStringHelper::GetLocalCurrency(), symbol);
+        EXPECT_EQ(CStringHelper::InternationalizeCurrency(-1234.5), amount);
+        EXPECT_EQ(CStringHelper::GetLocaleListSeperator(), separator);
     }
 }
 
@@ -91,12 +90,8 @@ TEST(StringSystem, Clipboard) {
 }
 
 TEST(StringSystem, TextAsScript) {
-    struct Row {
-        const char *text, *variable;
-        int escapePercent;
-        const char* script;
-    };
-    for (const Row& row :
+    using Row = std::tuple<const char*, const char*, int, const char*>;
+    for (const auto& [text, variable, escapePercent, script] :
          {Row{"a", "s", 0, "s = s + \"a\" + chr(10)\n"}, Row{"", "s", 0, "s = s + chr(10)\n"},
           Row{"", "", 0, " + chr(10) + "},
           Row{"a\r\n\nb\rc", "", 0, "\"a\" + chr(10) +  + chr(10) + \"b\" + chr(10) + \"c\" + chr(10) + "},
@@ -104,7 +99,7 @@ TEST(StringSystem, TextAsScript) {
           Row{"\ta\t\tb\t", "", 0, "chr(9) + \"a\" + chr(9) + chr(9) + \"b\" + chr(9) + chr(10) + "},
           Row{"say \"x\" + ", "s", 0, "s = s + \"say \"\"x\"\" + \" + chr(10)\n"},
           Row{"5%", "s", 1, "s = s + \"5\\%\" + chr(10)\n"}, Row{"5%", "s", 0, "s = s + \"5%\" + chr(10)\n"}})
-        EXPECT_EQ(CStringHelper::TextAsVbScript(row.text, row.variable, row.escapePercent), row.script);
+        EXPECT_EQ(CStringHelper::TextAsVbScript(text, variable, escapePercent), script);
 }
 
 TEST(StringSystem, ObscuredTextsComeBack) {

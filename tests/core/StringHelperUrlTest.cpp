@@ -13,20 +13,18 @@ namespace {
 
 using H = CStringHelper;
 
-CString Unescaped(const char* text) {
-    CString copy(text);
-    H::Unescape(copy);
-    return copy;
+CString Unescaped(CString text) {
+    H::Unescape(text);
+    return text;
 }
 
 TEST(StringHelperUrl, EscapesEveryPairOfBytesAndBack) {
     const std::string safe = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789!'()*-./:_~+%";
     for (int i = 0; i < 0x10000; ++i) {
         const char pair[] = {static_cast<char>(i >> 8), static_cast<char>(i)};
-        CString text = H::Escape(std::string_view(pair, 2));
-        ASSERT_EQ(text.AsStd().find_first_not_of(safe), std::string::npos) << i;
-        H::Unescape(text);
-        ASSERT_EQ(std::string_view(text), std::string_view(pair, 2)) << i;
+        const CString escaped = H::Escape(std::string_view(pair, 2));
+        ASSERT_EQ(escaped.AsStd().find_first_not_of(safe), std::string::npos) << i;
+        ASSERT_EQ(Unescaped(escaped), std::string_view(pair, 2)) << i;
     }
 }
 
@@ -37,12 +35,10 @@ TEST(StringHelperUrl, EscapesAsStated) {
     int safe = 0;
     for (int c = 0; c < 256; ++c) safe += !H::IsUnsafeUrlChar(static_cast<char>(c));
     EXPECT_EQ(safe, 62 + 11);
-    struct Row {
-        const char *escaped, *text;
-    };
-    for (const Row& row : {Row{"a+%2C%2c", "a ,,"}, Row{"%", "?"}, Row{"%4", "?"}, Row{"a%", "a?"}, Row{"%zz", "?z"},
-                           Row{"%4z1", "?1"}, Row{"%%41", "?41"}, Row{"%4%41", "?41"}})
-        EXPECT_EQ(Unescaped(row.escaped), row.text) << row.escaped;
+    using Row = std::tuple<const char*, const char*>;
+    for (const auto& [escaped, text] : {Row{"a+%2C%2c", "a ,,"}, Row{"%", "?"}, Row{"%4", "?"}, Row{"a%", "a?"},
+                                        Row{"%zz", "?z"}, Row{"%4z1", "?1"}, Row{"%%41", "?41"}, Row{"%4%41", "?41"}})
+        EXPECT_EQ(Unescaped(escaped), text) << escaped;
 }
 
 TEST(StringHelperUrl, DropsWholeCharactersOfBrokenEscapes) {
@@ -52,18 +48,10 @@ TEST(StringHelperUrl, DropsWholeCharactersOfBrokenEscapes) {
 }
 
 TEST(StringHelperUrl, DecodesInTheOrderOfTheRule) {
-    struct Row {
-        const char *escaped, *text;
-    };
-    for (const Row& row : {Row{"a%20b+%e9%E9", "a b+\xE9\xE9"}, Row{"%", "%"}, Row{"%4", "%4"},
-                           Row{"100%zz%41", "100%zzA"}, Row{"%2541", "A"}, Row{"%25252541", "A"}, Row{"%%341", "%41"},
-                           Row{"%34%%341", "4A"}, Row{"%4%31%41%42%43", "AA%42C"}})
-        EXPECT_EQ(H::UnEscapeUrl(row.escaped), row.text) << row.escaped;
-
     std::mt19937 random(5);
     for (int round = 0; round < 30000; ++round) {
         std::string text;
-        for (unsigned count = random() % 24; count > 0; --count) text += "%%%2345x"[random() % 8];
+        for (unsigned count = random() % 24; count > 0; --count) text += "%%%2345xeA+"[random() % 11];
         ASSERT_EQ(H::UnEscapeUrl(text).AsStd(), oracle::UnEscapeUrl(text)) << text;
     }
 }

@@ -20,27 +20,24 @@ std::string Written(const COleDateTime& date) {
 }
 
 TEST(TimeHelper, WeeksStartOnTheFirstOfJanuary) {
-    struct Row {
-        const char* date;
-        int week, year;
-    };
-    for (const Row& row : {Row{"2004-01-01", 1, 2004}, Row{"2004-01-07", 1, 2004}, Row{"2004-01-08", 2, 2004},
-                           Row{"2004-12-31", 53, 2004}, Row{"2005-12-30", 52, 2005}, Row{"2005-12-31", 53, 2005}}) {
+    using Row = std::tuple<const char*, int, int>;
+    for (const auto& [date, inWeek, inYear] :
+         {Row{"2004-01-01", 1, 2004}, Row{"2004-01-07", 1, 2004}, Row{"2004-01-08", 2, 2004},
+          Row{"2004-12-31", 53, 2004}, Row{"2005-12-30", 52, 2005}, Row{"2005-12-31", 53, 2005}}) {
         int week = 0, year = 0;
-        CTimeHelper::GetWeekAndYear(DateOf(row.date), week, year);
-        EXPECT_EQ(std::tuple(week, year), std::tuple(row.week, row.year)) << row.date;
-        EXPECT_EQ(CTimeHelper::GetWeek(DateOf(row.date)), row.week);
+        CTimeHelper::GetWeekAndYear(DateOf(date), week, year);
+        EXPECT_EQ(std::tuple(week, year), std::tuple(inWeek, inYear)) << date;
+        EXPECT_EQ(CTimeHelper::GetWeek(DateOf(date)), inWeek);
     }
 }
 
 TEST(TimeHelper, DaysOfMonths) {
-    struct Row {
-        int year, month, days;
-    };
-    for (const Row& row : {Row{1900, 2, 28}, Row{2000, 2, 29}, Row{2004, 2, 29}, Row{2003, 2, 28}, Row{2004, 1, 31},
-                           Row{2004, 11, 30}, Row{2004, 12, 31}, Row{2004, 13, 0}, Row{2004, 0, 0}, Row{2004, -1, 0}}) {
-        EXPECT_EQ(CTimeHelper::GetLastDayOfMonth(row.year, row.month), row.days) << row.year << "-" << row.month;
-        EXPECT_EQ(CTimeHelper::GetDaysInMonth(row.month, row.year), row.days) << row.year << "-" << row.month;
+    using Row = std::tuple<int, int, int>;
+    for (const auto& [year, month, days] :
+         {Row{1900, 2, 28}, Row{2000, 2, 29}, Row{2004, 2, 29}, Row{2003, 2, 28}, Row{2004, 1, 31}, Row{2004, 11, 30},
+          Row{2004, 12, 31}, Row{2004, 13, 0}, Row{2004, 0, 0}, Row{2004, -1, 0}}) {
+        EXPECT_EQ(CTimeHelper::GetLastDayOfMonth(year, month), days) << year << "-" << month;
+        EXPECT_EQ(CTimeHelper::GetDaysInMonth(month, year), days) << year << "-" << month;
     }
 }
 
@@ -56,16 +53,15 @@ TEST(TimeHelper, StartAndEndOfTheDay) {
 }
 
 TEST(TimeHelper, RoundsToMinutesButNotPastMidnight) {
-    struct Row {
-        const char *time, *rounded;
-    };
-    for (const Row& row : {Row{"10:59:30", "11:00:00"}, Row{"10:59:29", "10:59:00"}, Row{"10:30:30", "10:31:00"},
-                           Row{"23:59:45", "23:59:59"}, Row{"23:58:45", "23:59:00"}, Row{"00:00:00", "00:00:00"}}) {
-        COleDateTime date = DateOf((std::string("2004-05-05 ") + row.time).c_str()), time = date;
+    using Row = std::tuple<const char*, const char*>;
+    for (const auto& [clock, rounded] :
+         {Row{"10:59:30", "11:00:00"}, Row{"10:59:29", "10:59:00"}, Row{"10:30:30", "10:31:00"},
+          Row{"23:59:45", "23:59:59"}, Row{"23:58:45", "23:59:00"}, Row{"00:00:00", "00:00:00"}}) {
+        COleDateTime date = DateOf((std::string("2004-05-05 ") + clock).c_str()), time = date;
         CTimeHelper::RoundMinutes(date, 1);
         CTimeHelper::RoundMinutes(time, 0);
-        EXPECT_EQ(Written(date), std::string("2004-05-05 ") + row.rounded);
-        EXPECT_EQ(Written(time), std::string("1899-12-30 ") + row.rounded);
+        EXPECT_EQ(Written(date), std::string("2004-05-05 ") + rounded);
+        EXPECT_EQ(Written(time), std::string("1899-12-30 ") + rounded);
     }
     COleDateTime invalid(1e9);
     CTimeHelper::RoundMinutes(invalid, 0);
@@ -73,21 +69,17 @@ TEST(TimeHelper, RoundsToMinutesButNotPastMidnight) {
 }
 
 TEST(TimeHelper, ClampsIntoAWeek) {
-    struct Row {
-        const char* date;
-        int year, week;
-        const char* result;
-    };
-    for (const Row& row :
+    using Row = std::tuple<const char*, int, int, const char*>;
+    for (const auto& [start, year, week, result] :
          {Row{"2004-01-07 23:59:59", 2004, 2, "2004-01-08 00:00:00"}, Row{"2003-12-31", 2004, 1, "2004-01-01 00:00:00"},
           Row{"2004-01-09 10:00:00", 2004, 2, "2004-01-09 10:00:00"}, Row{"2004-01-15", 2004, 2, "2004-01-14 23:59:59"},
           Row{"2005-01-01", 2004, 53, "2004-12-31 23:59:59"}, Row{"2006-01-01", 2005, 53, "2005-12-31 23:59:59"},
           Row{"2006-01-01", 2005, 52, "2005-12-30 23:59:59"}, Row{"1900-06-01", 1899, 52, "1899-12-30 23:59:59"},
           Row{"1898-06-01", 1899, 53, "1899-12-31 00:00:00"}, Row{"1900-06-01", 1899, 51, "1899-12-23 23:59:59"},
           Row{"9998-01-01", 9999, 53, "9999-12-31 00:00:00"}, Row{"2004-01-01", 10000, 1, "Invalid DateTime"}}) {
-        COleDateTime date = DateOf(row.date);
-        CTimeHelper::AdjustWithinRange(date, row.year, row.week);
-        EXPECT_EQ(Written(date), row.result) << row.date << " into " << row.year << " week " << row.week;
+        COleDateTime date = DateOf(start);
+        CTimeHelper::AdjustWithinRange(date, year, week);
+        EXPECT_EQ(Written(date), result) << start << " into " << year << " week " << week;
     }
 }
 
@@ -96,7 +88,7 @@ TEST(TimeHelper, WritesTheLibrarysForms) {
     EXPECT_EQ(CTimeHelper::GetLongDateString(DateOf("2004-05-05 14:03:07")), "May 05 2004, 14:03:07");
 }
 
-TEST(TimeHelper, HoursThatAreWorkedOnAverage) {
+TEST(TimeHelper, AverageWorkHours) {
     EXPECT_NEAR(CTimeHelper::GetAvWorkHoursPerWeek(40, 25, 10.25), 40 * 330 / 365.25, 1e-12);
     EXPECT_NEAR(CTimeHelper::GetAvWorkHoursPerDay(40, 25, 10.25), 40 * 330 / 365.25 / 7, 1e-12);
     EXPECT_NEAR(CTimeHelper::GetAvWorkHoursPerWorkDay(40, 5, 25, 10.25), 8 * 330 / 365.25, 1e-12);
@@ -105,7 +97,7 @@ TEST(TimeHelper, HoursThatAreWorkedOnAverage) {
 TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
     struct Row {
         const char *zone, *local, *utc;
-        const char* again = nullptr;  // the local time of `utc`, where it is another
+        const char* again = local;  // the local time of `utc`
     };
     const Row rows[] = {
         {"UTC", "2004-07-01 12:00:00", "2004-07-01 12:00:00"},
@@ -129,9 +121,8 @@ TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
     int tried = 0;
     for (const Row& row : rows) {
         const ScopedTimeZone zone(row.zone);
-        const bool known =
-            !qv::platform::HasDriveLetters() || DateOf(row.local).GetYear() > 1970;  // rules, and 32 bits
-        if (!zone || !known) continue;
+        const bool isKnown = !qv::platform::HasDriveLetters() || DateOf(row.local).GetYear() > 1970;
+        if (!zone || !isKnown) continue;
         ++tried;
         COleDateTime date = DateOf(row.local);
         const long seconds = CTimeHelper::GetTimeT(date);
@@ -139,7 +130,7 @@ TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
         EXPECT_EQ(Written(date), row.utc) << row.zone << " " << row.local;
         EXPECT_NEAR((date - COleDateTime(1970, 1, 1, 0, 0, 0)).GetTotalSeconds(), static_cast<double>(seconds), 0.01);
         CTimeHelper::ConvertToLocal(date);
-        EXPECT_EQ(Written(date), row.again ? row.again : row.local) << row.zone;
+        EXPECT_EQ(Written(date), row.again) << row.zone;
     }
     const ScopedTimeZone zone("Europe/Berlin");
     if (!zone || tried == 0) GTEST_SKIP() << kNoTimeZone;
@@ -163,7 +154,7 @@ void ExpectBackFromLocalTime(double utc) {
     EXPECT_TRUE(early > -0.01 && early < 180.01) << Written(utc) << " came back as " << Written(back);
 }
 
-// In whatever zone the system has, every day of a year, and every quarter of an hour around changes of the clocks.
+// In the system's own zone, every day of a year, and every quarter of an hour around changes of the clocks.
 TEST(TimeHelper, TimesComeBackFromLocalTime) {
     const double year = COleDateTime(2024, 1, 1, 0, 0, 0).m_dt;
     double offset = LocalOf(year).m_dt - year;
@@ -198,18 +189,15 @@ TEST(TimeHelper, FileTimesCountTheirFieldsAsStandardTime) {
     constexpr std::uint64_t kEpoch = 116444736000000000;
     const std::uint64_t winter = kEpoch + 1072958400ull * 10000000,
                         summer = kEpoch + 1088683200ull * 10000000 + 9999999;
-    struct Row {
-        const char* zone;
-        long offset;
-    };
+    using Row = std::tuple<const char*, long>;
     int tried = 0;
-    for (const Row& row : {Row{"UTC", 0}, Row{"Europe/Berlin", -3600}, Row{"America/New_York", 5 * 3600}}) {
-        const ScopedTimeZone zone(row.zone);
+    for (const auto& [name, offset] : {Row{"UTC", 0}, Row{"Europe/Berlin", -3600}, Row{"America/New_York", 5 * 3600}}) {
+        const ScopedTimeZone zone(name);
         if (!zone) continue;
         ++tried;
-        EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(winter)), 1072958400 + row.offset) << row.zone;
-        EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(summer)), 1088683200 + row.offset) << row.zone;
-        EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(kEpoch - 10000000)), -1 + row.offset);
+        EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(winter)), 1072958400 + offset) << name;
+        EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(summer)), 1088683200 + offset) << name;
+        EXPECT_EQ(CTimeHelper::FileTimeToUnixTime(QvFileTime::FromSteps(kEpoch - 10000000)), -1 + offset);
     }
     if (tried == 0) GTEST_SKIP() << kNoTimeZone;
 }

@@ -9,6 +9,8 @@
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/ScopedTimeZone.h"
 
+using namespace std::string_view_literals;
+
 namespace {
 
 constexpr double kFirst = -657434, kLast = 2958465;
@@ -30,14 +32,11 @@ TEST(DateTime, EveryDayOfTheRangeFollowsTheCalendar) {
         const int length = month == 2 ? 28 + leap : month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
         weekday = weekday % 7 + 1;
         ++yearDay;
-        if (++day > length) {
-            day = 1;
-            ++month;
-        }
-        if (month > 12) {
-            month = yearDay = 1;
-            ++year;
-        }
+        if (++day <= length) continue;
+        day = 1;
+        if (++month <= 12) continue;
+        month = yearDay = 1;
+        ++year;
     }
     EXPECT_EQ(year, 10000);
 }
@@ -58,11 +57,8 @@ TEST(DateTime, EverySecondOfADayComesBack) {
 }
 
 TEST(DateTime, NumbersAndTheirMoments) {
-    struct Row {
-        double number;
-        const char* written;
-    };
-    for (const Row& row :
+    using Row = std::tuple<double, const char*>;
+    for (const auto& [number, written] :
          {Row{0, "1899-12-30 00:00:00"}, Row{-1.25, "1899-12-29 06:00:00"}, Row{-0.25, "1899-12-30 06:00:00"},
           Row{1.75, "1899-12-31 18:00:00"}, Row{0.999999, "1899-12-31 00:00:00"}, Row{-1.999999, "1899-12-30 00:00:00"},
           Row{1 - 0.51 / 86400, "1899-12-30 23:59:59"}, Row{1 - 0.49 / 86400, "1899-12-31 00:00:00"},
@@ -70,7 +66,7 @@ TEST(DateTime, NumbersAndTheirMoments) {
           Row{kLast + 1, "Invalid DateTime"}, Row{kFirst - 1, "Invalid DateTime"},
           Row{std::numeric_limits<double>::quiet_NaN(), "Invalid DateTime"},
           Row{std::numeric_limits<double>::infinity(), "Invalid DateTime"}})
-        EXPECT_EQ(Written(COleDateTime(row.number)), row.written) << row.number;
+        EXPECT_EQ(Written(COleDateTime(number)), written) << number;
 }
 
 TEST(DateTime, FieldsOutsideTheCalendarLeaveAnInvalidDate) {
@@ -94,17 +90,14 @@ TEST(DateTime, FieldsOutsideTheCalendarLeaveAnInvalidDate) {
     EXPECT_EQ(date.m_dt, -2);
 }
 
-TEST(DateTime, MovesInTheEvenFlowOfTime) {
-    struct Row {
-        double start;
-        COleDateTimeSpan span;
-        double end;
-    };
-    for (const Row& row : {Row{-1.25, 0.5, -1.75}, Row{-1.75, 0.5, 0.25}, Row{0.25, -0.5, -1.75}, Row{-0.25, 1, 1.25},
-                           Row{-2.5, {1, 12, 0, 0}, 0}, Row{1, {0, -24, -1440, 86400}, 0}, Row{0, -1e-20, 0}}) {
-        const COleDateTime moved = COleDateTime(row.start) + row.span;
-        EXPECT_EQ(moved.m_dt, row.end) << row.start;
-        EXPECT_NEAR((moved - COleDateTime(row.start)).GetTotalDays(), row.span.m_span, 1e-9) << row.start;
+TEST(DateTime, MovesAndComparesMomentsLinearly) {
+    using Row = std::tuple<double, COleDateTimeSpan, double>;
+    for (const auto& [start, span, end] :
+         {Row{-1.25, 0.5, -1.75}, Row{-1.75, 0.5, 0.25}, Row{0.25, -0.5, -1.75}, Row{-0.25, 1, 1.25},
+          Row{-2.5, {1, 12, 0, 0}, 0}, Row{1, {0, -24, -1440, 86400}, 0}, Row{0, -1e-20, 0}}) {
+        const COleDateTime moved = COleDateTime(start) + span;
+        EXPECT_EQ(moved.m_dt, end) << start;
+        EXPECT_NEAR((moved - COleDateTime(start)).GetTotalDays(), span.m_span, 1e-9) << start;
     }
     EXPECT_EQ((COleDateTime(kLast) + 1.0).GetStatus(), COleDateTime::invalid);
     EXPECT_EQ((COleDateTime(kFirst) - COleDateTimeSpan(1e-6)).GetStatus(), COleDateTime::invalid);
@@ -120,12 +113,6 @@ TEST(DateTime, MovesInTheEvenFlowOfTime) {
     EXPECT_EQ((invalid - null).GetStatus(), COleDateTimeSpan::null);
     EXPECT_EQ((invalid - COleDateTime()).GetStatus(), COleDateTimeSpan::invalid);
     EXPECT_EQ(null.Format("%Y"), "");
-}
-
-TEST(DateTime, ComparesMoments) {
-    COleDateTime null, invalid;
-    null.SetStatus(COleDateTime::null);
-    invalid.SetStatus(COleDateTime::invalid);
     EXPECT_LT(COleDateTime(-1.75), COleDateTime(-0.25));
     EXPECT_LT(COleDateTime(-1.25), COleDateTime(-1.75));
     EXPECT_EQ(COleDateTime(-0.25), COleDateTime(0.25));
@@ -172,10 +159,8 @@ TEST(DateTime, FormatAgreesWithTheCLibrary) {
 
 TEST(DateTime, FormatsEveryConversionOnEverySystem) {
     const COleDateTime date(2004, 5, 5, 14, 3, 7), early(987, 1, 1, 0, 0, 0);
-    struct Row {
-        const char *format, *of2004, *of987;
-    };
-    for (const Row& row :
+    using Row = std::tuple<const char*, const char*, const char*>;
+    for (const auto& [pattern, of2004, of987] :
          {Row{"%d %b %Y %H:%M:%S", "05 May 2004 14:03:07", "01 Jan 987 00:00:00"},
           Row{"%B %d %Y, %H:%M:%S", "May 05 2004, 14:03:07", "January 01 987, 00:00:00"},
           Row{"%a %A %e|%I %p|%C %y|%j", "Wed Wednesday  5|02 PM|20 04|126", "Mon Monday  1|12 AM|09 87|001"},
@@ -184,8 +169,8 @@ TEST(DateTime, FormatsEveryConversionOnEverySystem) {
               "01/01/87 987-01-01 00:00 00:00:00 12:00:00 AM"},
           Row{"%h%n%t%%%Ey%Od%z%Z", "May\n\t%0405", "Jan\n\t%8701"}, Row{"%Q %E %", "%Q %E %", "%Q %E %"},
           Row{"%EQ%", "%EQ%", "%EQ%"}, Row{"", "", ""}}) {
-        EXPECT_EQ(date.Format(row.format), row.of2004);
-        EXPECT_EQ(early.Format(row.format), row.of987);
+        EXPECT_EQ(date.Format(pattern), of2004);
+        EXPECT_EQ(early.Format(pattern), of987);
     }
     for (const char* const format : {"%c", "%x", "%X"}) {
         const ScopedLocale german(GermanLocale());
@@ -193,9 +178,7 @@ TEST(DateTime, FormatsEveryConversionOnEverySystem) {
         EXPECT_EQ(text, CStringHelper::TrimString(text)) << format;  // no blank for a zone that is not written
         EXPECT_FALSE(text.IsEmpty()) << format;
     }
-    EXPECT_EQ(date.Format(std::string_view("\0%d\0", 4)).AsStd(), std::string("\0"
-                                                                              "05\0",
-                                                                              4));
+    EXPECT_EQ(date.Format("\0%H\0"sv), "\00014\0"sv);
 }
 
 TEST(DateTime, ComesFromTheSystemsTimes) {

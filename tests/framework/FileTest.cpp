@@ -17,39 +17,35 @@ std::uint64_t SizeOf(const char* path) {
 }
 
 TEST(File, OpensAsTheFlagsSay) {
-    struct Row {
-        const char* name;
-        UINT flags;
-        int cause;
-        std::string content;
-    };
+    using Row = std::tuple<const char*, UINT, int, std::string>;
     const TempFolder folder;
     std::filesystem::create_directory(folder.Native("folder"));
-    for (const Row& row : {Row{"file", CFile::modeRead, CFileException::none, "old"},
-                           Row{"file", CFile::modeWrite, CFileException::none, "old"},
-                           Row{"file", kNew | CFile::modeNoTruncate, CFileException::none, "old"},
-                           Row{"file", kNew, CFileException::none, ""},
-                           Row{"file", CFile::modeCreate | CFile::modeRead, CFileException::none, ""},
-                           Row{"file", CFile::modeCreate | CFile::modeWrite, CFileException::none, ""},
-                           Row{"missing", CFile::modeRead, CFileException::fileNotFound, ""},
-                           Row{"missing", CFile::modeNoTruncate | CFile::modeWrite, CFileException::fileNotFound, ""},
-                           Row{"no\\folder", CFile::modeRead, CFileException::badPath, ""},
-                           Row{"no\\folder", kNew, CFileException::badPath, ""},
-                           Row{"file\\below", CFile::modeRead, CFileException::badPath, ""},
-                           Row{"folder", CFile::modeRead, CFileException::accessDenied, ""},
-                           Row{"folder", kNew, CFileException::accessDenied, ""},
-                           Row{"folder\\new", kNew | CFile::modeNoTruncate, CFileException::none, ""}}) {
+    for (const auto& [name, flags, cause, content] :
+         {Row{"file", CFile::modeRead, CFileException::none, "old"},
+          Row{"file", CFile::modeWrite, CFileException::none, "old"},
+          Row{"file", kNew | CFile::modeNoTruncate, CFileException::none, "old"},
+          Row{"file", kNew, CFileException::none, ""},
+          Row{"file", CFile::modeCreate | CFile::modeRead, CFileException::none, ""},
+          Row{"file", CFile::modeCreate | CFile::modeWrite, CFileException::none, ""},
+          Row{"missing", CFile::modeRead, CFileException::fileNotFound, ""},
+          Row{"missing", CFile::modeNoTruncate | CFile::modeWrite, CFileException::fileNotFound, ""},
+          Row{"no\\folder", CFile::modeRead, CFileException::badPath, ""},
+          Row{"no\\folder", kNew, CFileException::badPath, ""},
+          Row{"file\\below", CFile::modeRead, CFileException::badPath, ""},
+          Row{"folder", CFile::modeRead, CFileException::accessDenied, ""},
+          Row{"folder", kNew, CFileException::accessDenied, ""},
+          Row{"folder\\new", kNew | CFile::modeNoTruncate, CFileException::none, ""}}) {
         folder.Write("file", "old");
         CFile file;
         CFileException error;
-        EXPECT_EQ(file.Open(folder / row.name, row.flags, &error), row.cause == CFileException::none) << row.name;
-        EXPECT_EQ(error.m_cause, row.cause) << row.name;
-        EXPECT_EQ(file.IsOpen(), row.cause == CFileException::none);
+        EXPECT_EQ(file.Open(folder / name, flags, &error), cause == CFileException::none) << name;
+        EXPECT_EQ(error.m_cause, cause) << name;
+        EXPECT_EQ(file.IsOpen(), cause == CFileException::none);
         file.Abort();
-        if (row.cause == CFileException::none)
-            EXPECT_EQ(SizeOf(folder / row.name), row.content.size()) << row.flags;
+        if (cause == CFileException::none)
+            EXPECT_EQ(SizeOf(folder / name), content.size()) << flags;
         else
-            EXPECT_EQ(error.m_strFileName, folder / row.name);
+            EXPECT_EQ(error.m_strFileName, folder / name);
     }
     EXPECT_FALSE(folder.Has("missing"));
 }
@@ -157,15 +153,12 @@ TEST(File, RemovesAndRenames) {
     CFile::Rename(folder / "a", folder / "b");
     EXPECT_EQ(folder.Read("b"), "A");
     EXPECT_FALSE(folder.Has("a"));
-    struct Row {
-        const char* name;
-        int cause;
-    };
-    for (const Row& row : {Row{"a", CFileException::fileNotFound}, Row{"no\\a", CFileException::badPath},
-                           Row{"", CFileException::accessDenied}}) {
-        const auto error = Raised<CFileException>([&] { CFile::Remove(folder / row.name); });
+    using Row = std::tuple<const char*, int>;
+    for (const auto& [name, cause] : {Row{"a", CFileException::fileNotFound}, Row{"no\\a", CFileException::badPath},
+                                      Row{"", CFileException::accessDenied}}) {
+        const auto error = Raised<CFileException>([&] { CFile::Remove(folder / name); });
         ASSERT_TRUE(error);
-        EXPECT_EQ(error->m_cause, row.cause) << row.name;
+        EXPECT_EQ(error->m_cause, cause) << name;
     }
 }
 

@@ -35,16 +35,14 @@ TEST(Process, ArgumentsArriveAsTheyAre) {
 }
 
 TEST(Process, CommandLinesAreQuotedOnlyWhereTheyMustBe) {
-    struct Row {
-        const char *argument, *quoted;
-    };
-    for (const Row& row : {Row{"", "\"\""}, Row{"a\\b\\", "a\\b\\"}, Row{"a b\\", "\"a b\\\\\""}, Row{"\"", "\"\\\"\""},
-                           Row{"\\\\\"", "\"\\\\\\\\\\\"\""}}) {
+    using Row = std::tuple<const char*, const char*>;
+    for (const auto& [argument, quoted] : {Row{"", "\"\""}, Row{"a\\b\\", "a\\b\\"}, Row{"a b\\", "\"a b\\\\\""},
+                                           Row{"\"", "\"\\\"\""}, Row{"\\\\\"", "\"\\\\\\\\\\\"\""}}) {
         std::string line;
-        qv::platform::AppendArgument(line, row.argument);
-        EXPECT_EQ(line, row.quoted);
+        qv::platform::AppendArgument(line, argument);
+        EXPECT_EQ(line, quoted);
         qv::platform::AppendArgument(line, "x");
-        EXPECT_EQ(line, std::string(row.quoted) + " x");
+        EXPECT_EQ(line, std::string(quoted) + " x");
     }
 }
 

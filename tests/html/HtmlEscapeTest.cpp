@@ -88,9 +88,7 @@ TEST_P(HtmlEscape, LeavesUtf8Whole) {
 }
 
 TEST(HtmlToPlainText, MakesLines) {
-    const struct {
-        const char *html, *plain;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"<p class=x>One</p><ul><li>Two</ul>", "One \r\n* Two"},
         {"a<br>b<BR />c<br/>d", "a\r\nb\r\nc d"},
         {"  <b>bold</b>  and\r\n<i>more</i> ", "bold and more"},
@@ -99,7 +97,7 @@ TEST(HtmlToPlainText, MakesLines) {
         {"&am<p;", "&"},
         {"<p><p> x", "x"},
     };
-    for (const auto& c : cases) EXPECT_EQ(CHtmlWriter::HtmlToPlainText(c.html), c.plain) << c.html;
+    for (const auto& [html, plain] : cases) EXPECT_EQ(CHtmlWriter::HtmlToPlainText(html), plain) << html;
 }
 
 // Each of these costs a minute if any step looks at the text more than a few times.

@@ -69,9 +69,7 @@ TEST(RebaseAddress, JoinsToFoldersAndAddresses) {
 }
 
 TEST(HtmlDocument, FindsAddressesAsBrowsersDo) {
-    const struct {
-        const char *page, *body;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"<a href=x>", "<a href=p/x>"},
         {"<A\nHREF = 'x' CLASS=y>", "<A\nHREF = 'p/x' CLASS=y>"},
         {"<img/src=\"x\"/alt='src=y'>", "<img/src=\"p/x\"/alt='src=y'>"},
@@ -102,13 +100,11 @@ TEST(HtmlDocument, FindsAddressesAsBrowsersDo) {
         {"a < b <a href=x", "a < b <a href=x"},
         {"</a href=x></ x><? x><a href=y>", "</a href=x></ x><? x><a href=p/y>"},
     };
-    for (const auto& c : cases) EXPECT_EQ(CHtmlWriter::GetRebasedBody(c.page, "p"), c.body) << c.page;
+    for (const auto& [page, body] : cases) EXPECT_EQ(CHtmlWriter::GetRebasedBody(page, "p"), body) << page;
 }
 
 TEST(HtmlDocument, BaseElementComesBetween) {
-    const struct {
-        const char *href, *joined;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"sub/index.htm", "p/sub/x"},
         {"http://h/d/", "http://h/d/x"},
         {"../", "x"},
@@ -117,9 +113,9 @@ TEST(HtmlDocument, BaseElementComesBetween) {
         {"/r/s", "/r/x"},
         {"http://h/'", "http://h/x"},
     };
-    for (const auto& c : cases) {
-        const CString page = CString("<base target=t><base href=\"") + c.href + "\"><base href=late><body><a href=x>";
-        EXPECT_EQ(CHtmlWriter::GetRebasedBody(page, "p"), CString("<a href=") + c.joined + ">") << c.href;
+    for (const auto& [href, joined] : cases) {
+        const CString page = CString("<base target=t><base href=\"") + href + "\"><base href=late><body><a href=x>";
+        EXPECT_EQ(CHtmlWriter::GetRebasedBody(page, "p"), CString("<a href=") + joined + ">") << href;
     }
     const CString longPage = "<base href='" + CString('b', 1025) + "/'><body><a href=x>";
     EXPECT_EQ(CHtmlWriter::GetRebasedBody(longPage, "p"), "<a href=p/x>");

@@ -245,9 +245,7 @@ TEST(HtmlWriter, OthersReadButDoNotWriteThePage) {
 }
 
 TEST(HtmlWriter, TakesTheBodyOfAPage) {
-    const struct {
-        const char *file, *body;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"no tags\nat all", "no tags\nat all\n"},
         {"<html><body class=x>\nA\n</body></html>", "\nA\n"},
         {"<BODY>A</BODY>", "A"},
@@ -259,11 +257,11 @@ TEST(HtmlWriter, TakesTheBodyOfAPage) {
         {"", ""},
     };
     const TempFolder folder;
-    for (const auto& c : cases) {
-        folder.Write("page", c.file);
+    for (const auto& [file, body] : cases) {
+        folder.Write("page", file);
         CHtmlWriter page;
         EXPECT_EQ(page.AddHtmlFile(folder / "page"), 1);
-        EXPECT_EQ(page.GetHtml(), c.body) << c.file;
+        EXPECT_EQ(page.GetHtml(), body) << file;
     }
 }
 

@@ -111,14 +111,12 @@ TEST(Glossary, MarksTheSameInUtf8) {
 
 TEST(Glossary, KnowsWholeWords) {
     const WesternCodePage western;
-    const struct {
-        const char* text;
-        int start, length, whole;
-    } cases[] = {{"cat", 0, 3, 1},    {"cats", 0, 3, 1},  {"boxEs.", 0, 3, 1},  {"category", 0, 3, 0},
-                 {"concat", 3, 3, 0}, {"catss", 0, 3, 0}, {"cates", 0, 3, 1},   {"cate", 0, 3, 0},
-                 {"1cat", 1, 3, 0},   {"-cat_", 1, 3, 1}, {"cat\xE9", 0, 3, 0}, {"\xE9 cat", 2, 3, 1}};
-    for (const auto& c : cases)
-        EXPECT_EQ(qv::test::WholeWord::IsWholeWord(c.text, c.start, c.length), c.whole) << c.text;
+    const std::tuple<const char*, int, int, int> cases[] = {
+        {"cat", 0, 3, 1},    {"cats", 0, 3, 1},  {"boxEs.", 0, 3, 1},  {"category", 0, 3, 0},
+        {"concat", 3, 3, 0}, {"catss", 0, 3, 0}, {"cates", 0, 3, 1},   {"cate", 0, 3, 0},
+        {"1cat", 1, 3, 0},   {"-cat_", 1, 3, 1}, {"cat\xE9", 0, 3, 0}, {"\xE9 cat", 2, 3, 1}};
+    for (const auto& [text, start, length, whole] : cases)
+        EXPECT_EQ(qv::test::WholeWord::IsWholeWord(text, start, length), whole) << text;
     const auto error = Raised<CInvalidArgException>([] { CHtmlWriter::GetGlossarizedText("a", {"a"}, {}); });
     EXPECT_TRUE(error);
 }

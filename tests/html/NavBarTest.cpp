@@ -35,16 +35,12 @@ TEST_F(NavBars, OptionsGoByTheirIndex) {
     bar.SetOptions({"One", "Two", "two"});
     EXPECT_EQ(bar.ProcessCommand("2"), 0);
     bar.SetCommand("Go");
-    const struct {
-        const char* command;
-        int result, option;
-        const char* text;
-    } cases[] = {
+    const std::tuple<const char*, int, int, const char*> cases[] = {
         {"Go1", 1, 1, "Two"}, {"go2", 0, 1, "Two"}, {"Go", 1, 0, "One"}, {"Go9", 1, 9, ""}, {"Go-1", 1, -1, ""}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(bar.ProcessCommand(c.command), c.result) << c.command;
-        EXPECT_EQ(bar.GetOption(), c.option);
-        EXPECT_EQ(bar.GetSubHeading(), c.text);
+    for (const auto& [command, result, option, text] : cases) {
+        EXPECT_EQ(bar.ProcessCommand(command), result) << command;
+        EXPECT_EQ(bar.GetOption(), option);
+        EXPECT_EQ(bar.GetSubHeading(), text);
     }
     EXPECT_EQ(bar.SetOptionByText("TWO"), 1);
     EXPECT_EQ(bar.GetOption(), 1);
@@ -93,18 +89,16 @@ struct Recent : CMruNavBar {
 
 TEST_F(NavBars, TheLastUsedComeFirst) {
     Recent bar(3, m_section, "Mru");
-    const struct {
-        const char *id, *stored, *rows;
-    } cases[] = {{"a", "a,,", "[<a>"},
-                 {"b", "b,a,", "[<b> <a>"},
-                 {"a", "a,b,", "[<a> <b>"},
-                 {"hidden", "hidden,a,b", "<a> <b>"},
-                 {"A", "A,hidden,a", "[<A> <a>"},
-                 {"a", "a,A,hidden", "[<a> <A>"}};
-    for (const auto& c : cases) {
-        bar.AddId(c.id);
-        EXPECT_EQ(m_app.GetProfileString(m_section, "Mru"), c.stored);
-        EXPECT_EQ(Rows(bar), c.rows);
+    const std::tuple<const char*, const char*, const char*> cases[] = {{"a", "a,,", "[<a>"},
+                                                                       {"b", "b,a,", "[<b> <a>"},
+                                                                       {"a", "a,b,", "[<a> <b>"},
+                                                                       {"hidden", "hidden,a,b", "<a> <b>"},
+                                                                       {"A", "A,hidden,a", "[<A> <a>"},
+                                                                       {"a", "a,A,hidden", "[<a> <A>"}};
+    for (const auto& [id, stored, rows] : cases) {
+        bar.AddId(id);
+        EXPECT_EQ(m_app.GetProfileString(m_section, "Mru"), stored);
+        EXPECT_EQ(Rows(bar), rows);
     }
     EXPECT_EQ(bar.GetSubHeading(), "<a>");
     Recent one(1, m_section, "Mru"), none(-1, "", "");

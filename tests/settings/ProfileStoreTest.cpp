@@ -103,19 +103,16 @@ TEST(ProfileStore, RaisesForWhatCannotBeKept) {
     folder.Write("large.ini", "[s]\ne=1\n");
     std::filesystem::resize_file(folder.Native("large.ini"), (16 << 20) + 1);
     std::filesystem::create_directory(folder.Native("folder"));
-    const struct {
-        const char* name;
-        int cause;
-    } cases[] = {{"large.ini", CFileException::invalidFile},
-                 {"folder", CFileException::accessDenied},
-                 {"none/a.ini", CFileException::badPath}};
-    for (const auto& c : cases) {
-        ProfileStore store(folder / c.name);
+    const std::tuple<const char*, int> cases[] = {{"large.ini", CFileException::invalidFile},
+                                                  {"folder", CFileException::accessDenied},
+                                                  {"none/a.ini", CFileException::badPath}};
+    for (const auto& [name, cause] : cases) {
+        ProfileStore store(folder / name);
         const auto error = Raised<CFileException>([&] { store.SetString("s", "e", "2"); });
-        ASSERT_TRUE(error) << c.name;
-        EXPECT_EQ(error->m_cause, c.cause) << c.name;
-        EXPECT_EQ(error->m_strFileName, folder / c.name);
-        EXPECT_EQ(store.GetString("s", "e", "default"), "default") << c.name;
+        ASSERT_TRUE(error) << name;
+        EXPECT_EQ(error->m_cause, cause) << name;
+        EXPECT_EQ(error->m_strFileName, folder / name);
+        EXPECT_EQ(store.GetString("s", "e", "default"), "default") << name;
     }
     EXPECT_EQ(std::filesystem::file_size(folder.Native("large.ini")), (16u << 20) + 1);
 
