@@ -1,4 +1,4 @@
-"""Whether everybody can use a page: what the rules of axe-core find in it."""
+"""Whether a page is accessible: what the rules of axe-core find in it."""
 
 import base64
 import functools

@@ -144,10 +144,6 @@ class Browser:
         """The page as it is printed: the bytes of a file."""
         return base64.b64decode(self.command("Print"))
 
-    def screenshot(self):
-        """The part of the page that the window shows: the bytes of a PNG file."""
-        return base64.b64decode(self.command("TakeScreenshot", full=False))
-
     def command(self, name, **parameters):
         """A command of WebDriver. A failure is an AssertionError with the browser's message."""
         raise NotImplementedError

@@ -13,8 +13,7 @@ FLAGS = ["--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--dis
 COMMANDS = {"SetTimeouts": "POST timeouts", "Navigate": "POST url", "Refresh": "POST refresh",
             "ExecuteScript": "POST execute/sync", "ExecuteAsyncScript": "POST execute/async",
             "PerformActions": "POST actions", "GetCookies": "GET cookie", "Print": "POST print",
-            "TakeScreenshot": "GET screenshot", "NewWindow": "POST window/new", "CloseWindow": "DELETE window",
-            "SwitchToWindow": "POST window"}
+            "NewWindow": "POST window/new", "CloseWindow": "DELETE window", "SwitchToWindow": "POST window"}
 
 
 class Chromium(Browser):

@@ -15,14 +15,10 @@ ACTION = """const done = arguments[0];
         (function () { %s })();
         requestAnimationFrame(() => requestAnimationFrame(() => done(performance.now() - start)));
     });"""
-INPUT = """window.measured = new Promise(done => { for (const kind of ["click", "keydown"])
-        addEventListener(kind, event => requestAnimationFrame(() => requestAnimationFrame(() =>
-            done(performance.now() - event.timeStamp))), {capture: true, once: true}); });"""
 
 
 def measure(browser, address, action="", rounds=3):
-    """The least times of so many rounds. An action is a script, or a function that makes the browser click or press:
-    its time then starts with the event."""
+    """The least times of a number of rounds. An action is a script."""
     return Times(*map(min, zip(*(once(browser, address, action) for _ in range(rounds)))))
 
 
@@ -30,11 +26,7 @@ def once(browser, address, action):
     browser.go(address)
     browser.until(PAINT + ".length && performance.getEntriesByType('navigation')[0].loadEventEnd")
     paint, load = browser.value("[%s[0].startTime, performance.getEntriesByType('navigation')[0].loadEventEnd]" % PAINT)
-    if not callable(action):
-        return paint, load, browser.wait(ACTION % action)
-    browser.run(INPUT)
-    action()
-    return paint, load, browser.wait("window.measured.then(arguments[0])")
+    return paint, load, browser.wait(ACTION % action)
 
 
 def main(page, action=""):

@@ -1,4 +1,4 @@
-"""Pages of every kind break no serious rule of axe-core, but where their markup is what it always was."""
+"""Pages of every kind break no serious rule of axe-core, except where their markup is that for old browsers."""
 
 import pathlib
 import shutil

@@ -1,4 +1,4 @@
-"""Charts in a browser: labels lie where they may, in both colour schemes, and nothing runs."""
+"""Charts in a browser: labels stay inside and apart, in both colour schemes, and nothing runs."""
 
 import subprocess
 

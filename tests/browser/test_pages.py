@@ -196,25 +196,9 @@ class Today(SamplePages):
 
 @in_each_browser
 class AsTheyWere(SamplePages):
-    """Without the support a page is as it always was: it shows its contents, and its scripts find no old browser."""
+    """Without the support, pages are for old browsers: in these their scripts report errors."""
 
     may_complain = True
-
-    def test_what_needs_an_old_browser_stays_still(self):
-        self.go("sections.html")
-        self.browser.click("#DropDownHotspot", 0)
-        self.check(OPEN, [False, False, False])
-        self.assertNotEqual(self.browser.errors(), [])
-        self.go("popups.html")
-        self.browser.point(".Glossary", 1)
-        self.check("getComputedStyle(%s).visibility" % POPUP, "hidden")
-        self.go("quickmenu.html")
-        self.browser.run("scrollTo(0, 1200)")
-        self.browser.until("scrollY == 1200")
-        self.check("document.getElementById('quickMenu').style.top", "")
-        self.go("bars.html")
-        self.check(BARS, [True, True])
-        self.check("document.querySelectorAll('[role],[tabindex]').length", 0)
 
     def test_hostile_texts_do_no_harm(self):
         for page in ("hostile.html", "hostile-today.html"):

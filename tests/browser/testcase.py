@@ -69,8 +69,8 @@ class BrowserTest:
         self.assertEqual(self.browser.value(expression), expected)
 
     def check_no_harm(self, page):
-        """No script in a page's texts runs, whatever its reader does and however often it is opened. Each of those
-        texts would call `harm()`."""
+        """No script in a page's texts runs, regardless of what its reader does and how often it is opened. Each of
+        those texts would call `harm()`."""
         self.server.harm.clear()
         self.go("watched/" + page)
         for _ in range(2):
@@ -89,8 +89,8 @@ class BrowserTest:
             self.assertEqual(sorted(found), sorted(exceptions), (scheme, found))
 
     def check_growth(self, small, large, action="", factor=12):
-        """A page with ten times the contents of another takes at most so many times as long, whatever is measured. What
-        is shorter than two frames counts as two."""
+        """A page with ten times the contents of another takes at most `factor` times as long by each measure. What is
+        shorter than two frames counts as two."""
         before, after = (measure(self.browser, self.server.address + page, action) for page in (small, large))
         for name in before._fields:
             self.assertLess(getattr(after, name), factor * max(getattr(before, name), 1000 / 30), (name, before, after))

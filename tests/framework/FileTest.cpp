@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/Path.h"
-#include "tests/support/Raised.h"
+#include "tests/support/FileFailure.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
@@ -61,9 +61,7 @@ TEST(File, ReadsWritesAndSeeks) {
     EXPECT_STREQ(bytes, "789");
     EXPECT_EQ(file.Read(bytes, 8), 0u);
     EXPECT_EQ(file.Seek(2, CFile::begin), 2u);
-    const auto error = Raised<CFileException>([&] { file.Seek(-3, CFile::current); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->m_cause, CFileException::badSeek);
+    EXPECT_EQ(FileFailureOf([&] { file.Seek(-3, CFile::current); }).first, CFileException::badSeek);
     EXPECT_EQ(file.GetPosition(), 2u);
     file.SetLength(4);
     EXPECT_EQ(file.GetPosition(), 4u);
@@ -72,9 +70,7 @@ TEST(File, ReadsWritesAndSeeks) {
     file.Flush();
     file.Close();
     EXPECT_EQ(folder.Read("file"), std::string("0123\0\0", 6));
-    const auto closed = Raised<CFileException>([&] { file.Write("x", 1); });
-    ASSERT_TRUE(closed);
-    EXPECT_EQ(closed->m_cause, CFileException::invalidFile);
+    EXPECT_EQ(FileFailureOf([&] { file.Write("x", 1); }).first, CFileException::invalidFile);
 }
 
 TEST(File, FailuresOfTheSystemAreRaised) {
@@ -105,7 +101,7 @@ TEST(File, FailuresOfTheSystemAreRaised) {
     }
 }
 
-TEST(File, StatusTellsSizeTimesAndAttributes) {
+TEST(File, StatusHasSizeTimesAndAttributes) {
     const TempFolder folder;
     folder.Write("file", "12345");
     CFileStatus status;
@@ -145,9 +141,7 @@ TEST(File, RemovesAndRenames) {
     const TempFolder folder;
     folder.Write("a", "A");
     folder.Write("b", "B");
-    const auto taken = Raised<CFileException>([&] { CFile::Rename(folder / "a", folder / "b"); });
-    ASSERT_TRUE(taken);
-    EXPECT_EQ(taken->m_cause, CFileException::accessDenied);
+    EXPECT_EQ(FileFailureOf([&] { CFile::Rename(folder / "a", folder / "b"); }).first, CFileException::accessDenied);
     EXPECT_EQ(folder.Read("b"), "B");
     CFile::Remove(folder / "b");
     CFile::Rename(folder / "a", folder / "b");
@@ -156,9 +150,8 @@ TEST(File, RemovesAndRenames) {
     using Row = std::tuple<const char*, int>;
     for (const auto& [name, cause] : {Row{"a", CFileException::fileNotFound}, Row{"no\\a", CFileException::badPath},
                                       Row{"", CFileException::accessDenied}}) {
-        const auto error = Raised<CFileException>([&] { CFile::Remove(folder / name); });
-        ASSERT_TRUE(error);
-        EXPECT_EQ(error->m_cause, cause) << name;
+        const CString path = folder / name;
+        EXPECT_EQ(FileFailureOf([&] { CFile::Remove(path); }).first, cause) << name;
     }
 }
 

@@ -6,7 +6,7 @@
 
 #include "platform/CommandLine.h"
 #include "tests/support/Child.h"
-#include "tests/support/Raised.h"
+#include "tests/support/FileFailure.h"
 
 namespace {
 
@@ -60,7 +60,7 @@ TEST(Process, TalksOverPipesLineByLine) {
     EXPECT_EQ(child.Wait(), -1);
 }
 
-TEST(Process, WritingToOneThatHasEndedFailsAndNothingElse) {
+TEST(Process, WritingToOneThatHasEndedFails) {
     CProcess child;
     StartChild(child, "EndAtOnce");
     EXPECT_EQ(LineFrom(child), "");
@@ -68,7 +68,7 @@ TEST(Process, WritingToOneThatHasEndedFailsAndNothingElse) {
     EXPECT_EQ(child.Wait(), 0);
 }
 
-TEST(Process, KilledOnesGiveAnotherStatusThanSuccess) {
+TEST(Process, AKilledOneDoesNotReportSuccess) {
     CProcess child;
     StartChild(child, "EchoLines");
     child.Kill();
@@ -77,10 +77,8 @@ TEST(Process, KilledOnesGiveAnotherStatusThanSuccess) {
 }
 
 TEST(Process, MissingProgramIsNamed) {
-    const auto error = Raised<CFileException>([] { CProcess().Start("no-such-program-here", {}); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->m_cause, CFileException::fileNotFound);
-    EXPECT_EQ(error->m_strFileName, "no-such-program-here");
+    EXPECT_EQ(FileFailureOf([] { CProcess().Start("no-such-program-here", {}); }),
+              FileFailure(CFileException::fileNotFound, "no-such-program-here"));
 }
 
 }  // namespace

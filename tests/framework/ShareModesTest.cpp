@@ -12,7 +12,7 @@ constexpr UINT kAccesses[] = {CFile::modeRead, CFile::modeWrite, CFile::modeRead
 constexpr UINT kShares[] = {CFile::shareExclusive, CFile::shareDenyWrite, CFile::shareDenyRead, CFile::shareDenyNone};
 
 /// Opens the file as each line of its input says, keeps it open until the next line, and answers with 1 or 0.
-QV_CHILD(HoldAsTold) {
+QV_CHILD(HoldAsAsked) {
     CFile file;
     for (std::string flags; std::getline(std::cin, flags);)
         std::cout << file.Open(arguments.at(0).c_str(), static_cast<UINT>(std::stoul(flags))) << std::endl;
@@ -21,18 +21,23 @@ QV_CHILD(HoldAsTold) {
 
 class Holder {
 public:
-    explicit Holder(const CString& path) { StartChild(m_child, "HoldAsTold", {path}); }
+    explicit Holder(const CString& path) { StartChild(m_child, "HoldAsAsked", {path}); }
 
     bool Hold(UINT flags) {
         m_child.WriteInput(std::to_string(flags) + "\n");
         return LineFrom(m_child) == "1";
     }
 
+    void Kill() {
+        m_child.Kill();
+        m_child.Wait();
+    }
+
 private:
     CProcess m_child;
 };
 
-/// What the published rule says: each side's access has to be in what the other side shares.
+/// What the published rule says: each side's access must be in what the other side shares.
 bool MayBothBeOpen(UINT first, UINT second) {
     enum : UINT { kReading = 1, kWriting = 2 };
     const auto access = [](UINT flags) {
@@ -47,22 +52,11 @@ bool MayBothBeOpen(UINT first, UINT second) {
 }
 
 /// Everything of a file that an open might change.
-struct State {
-    explicit State(const CString& path) { exists = CFile::GetStatus(path, status); }
-    bool operator==(const State& other) const {
-        return exists == other.exists && status.m_size == other.status.m_size && written == other.written &&
-               status.m_ctime == other.status.m_ctime && status.m_attribute == other.status.m_attribute;
-    }
-
-    bool exists;
+auto StateOf(const TempFolder& folder, const std::string& name) {
     CFileStatus status;
-    std::filesystem::file_time_type written;
-};
-
-State StateOf(const TempFolder& folder, const std::string& name) {
-    State state(folder / name);
-    state.written = std::filesystem::last_write_time(folder.Native(name));
-    return state;
+    const bool exists = CFile::GetStatus(folder / name, status);
+    return std::tuple(exists, status.m_size, status.m_ctime, status.m_attribute,
+                      std::filesystem::last_write_time(folder.Native(name)));
 }
 
 TEST(ShareModes, FollowTheMatrixBetweenProcesses) {
@@ -73,7 +67,7 @@ TEST(ShareModes, FollowTheMatrixBetweenProcesses) {
     for (const UINT access : kAccesses)
         for (const UINT share : kShares) {
             ASSERT_TRUE(holder.Hold(access | share));
-            const State before = StateOf(folder, "shared");
+            const auto before = StateOf(folder, "shared");
             for (const UINT otherAccess : kAccesses)
                 for (const UINT otherShare : kShares) {
                     const UINT held = access | share, asked = otherAccess | otherShare;
@@ -112,14 +106,11 @@ TEST(ShareModes, HoldInOneProcessAndFromCreationOn) {
 TEST(ShareModes, EndWithTheHolder) {
     const TempFolder folder;
     folder.Write("file", "x");
-    CProcess child;
-    StartChild(child, "HoldAsTold", {folder / "file"});
-    child.WriteInput(std::to_string(CFile::modeReadWrite | CFile::shareExclusive) + "\n");
-    ASSERT_EQ(LineFrom(child), "1");
+    Holder holder(folder / "file");
+    ASSERT_TRUE(holder.Hold(CFile::modeReadWrite | CFile::shareExclusive));
     CFile file;
     EXPECT_FALSE(file.Open(folder / "file", CFile::modeRead | CFile::shareDenyNone));
-    child.Kill();
-    child.Wait();
+    holder.Kill();
     EXPECT_TRUE(file.Open(folder / "file", CFile::modeReadWrite | CFile::shareExclusive));
 }
 
@@ -142,7 +133,7 @@ QV_CHILD(CreateAgainAndAgain) {
     return 0;
 }
 
-TEST(ShareModes, NobodyGetsBetweenCreatingAndGuarding) {
+TEST(ShareModes, ApplyFromTheMomentOfCreation) {
     const TempFolder folder;
     CProcess children[3];
     for (CProcess& child : children) {

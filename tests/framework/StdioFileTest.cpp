@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/File.h"
-#include "tests/support/Raised.h"
+#include "tests/support/FileFailure.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
@@ -101,10 +101,7 @@ TEST(StdioFile, LosesNothingSilently) {
         CStdioFile file(folder / "full", kNewFile);
         file.WriteString("text");
         const SystemFaults faults(SystemFaults::Always(failing, qv::platform::FileCause::DiskFull));
-        const auto error = Raised<CFileException>([&] { file.Close(); });
-        ASSERT_TRUE(error);
-        EXPECT_EQ(error->m_cause, CFileException::diskFull);
-        EXPECT_EQ(error->m_strFileName, folder / "full");
+        EXPECT_EQ(FileFailureOf([&] { file.Close(); }), FileFailure(CFileException::diskFull, folder / "full"));
         EXPECT_FALSE(file.IsOpen());
     }
     CStdioFile file(folder / "full", kNewFile);

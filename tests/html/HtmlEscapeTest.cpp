@@ -27,9 +27,9 @@ protected:
 INSTANTIATE_TEST_SUITE_P(CodePages, HtmlEscape, testing::Values(1252, 65001));
 
 TEST_P(HtmlEscape, EqualsReplacingOneAfterTheOther) {
-    const std::string_view pieces[] = {"&",     "<",    ">",    "\"",   "'",        "\\",   "\n",   "\r",  " ",
-                                       "\t",    "\xA0", "\xC2", "\xC3", "\xE2\x80", "\x80", "a",    "b",   "nbsp;",
-                                       "quot;", "amp;", "am",   "p;",   "lt;",      "gt;",  "<br>", "<P>", "li x>"};
+    const std::string_view pieces[] = {
+        "&",    "<", ">", "\"",    "'",     "\\",   "\n", "\r", " ",   "\t",  "\xA0", "\xC2", "\xC3",  "\xE2\x80",
+        "\x80", "a", "b", "nbsp;", "quot;", "amp;", "am", "p;", "lt;", "gt;", "<br>", "<P>",  "li x>", "BR />"};
     for (const std::string_view a : pieces)
         for (const std::string_view b : pieces) {
             ExpectSame(CString(a) + b);
@@ -72,6 +72,7 @@ TEST(HtmlEscapeExamples, KeepTheirExactForm) {
     EXPECT_EQ(CHtmlWriter::CleanScriptParameter("a<b", 0), "a&amp;lt;b");
     EXPECT_EQ(CHtmlWriter::CleanScriptParameter("it's \"\\\"\r\n<&", 1), "it\\'s &quot;\\\\&quot;\r<&");
     EXPECT_EQ(CHtmlWriter::Dirty("&amp;lt;&LT;<BR><br>"), "&lt;&LT;<BR>\r");
+    EXPECT_EQ(CHtmlWriter::HtmlToPlainText("<p class=x>One</p><ul><li>Two</ul>a<br/>b< BR >"), "One \r\n* Two a b");
     EXPECT_EQ(CHtmlWriter::Clean(std::string_view("\0<\0", 3)), std::string_view("\0&lt;\0", 6));
 }
 
@@ -87,21 +88,8 @@ TEST_P(HtmlEscape, LeavesUtf8Whole) {
     EXPECT_EQ(CHtmlWriter::CleanScriptUtf8("a\xE2\x80\xA8\xE2\x80\xA9-_. 1"), "a\\u2028\\u2029-_. 1");
 }
 
-TEST(HtmlToPlainText, MakesLines) {
-    const std::tuple<const char*, const char*> cases[] = {
-        {"<p class=x>One</p><ul><li>Two</ul>", "One \r\n* Two"},
-        {"a<br>b<BR />c<br/>d", "a\r\nb\r\nc d"},
-        {"  <b>bold</b>  and\r\n<i>more</i> ", "bold and more"},
-        {"&lt;p&gt; &amp;lt; &quot;&nbsp;&nbsp;x", "<p> &lt; \"  x"},
-        {"a < b", "a b"},
-        {"&am<p;", "&"},
-        {"<p><p> x", "x"},
-    };
-    for (const auto& [html, plain] : cases) EXPECT_EQ(CHtmlWriter::HtmlToPlainText(html), plain) << html;
-}
-
-// Each of these costs a minute if any step looks at the text more than a few times.
-TEST(HtmlToPlainText, TakesHostileTextInItsStride) {
+// Each of these takes a minute if any step looks at the text more than a few times.
+TEST(HtmlToPlainText, TakesLinearTime) {
     for (const std::string_view piece : {"<", " ", "&amp;", "\n ", "<p> ", "&", "<li>", "<x>\n"}) {
         std::string text;
         while (text.size() < 1000000) text += piece;

@@ -8,7 +8,7 @@
 #include "platform/Path.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/Child.h"
-#include "tests/support/Raised.h"
+#include "tests/support/FileFailure.h"
 #include "tests/support/ScopedLocale.h"
 #include "tests/support/ScopedProfile.h"
 #include "tests/support/TempFolder.h"
@@ -108,10 +108,7 @@ TEST(ProfileStore, RaisesForWhatCannotBeKept) {
                                                   {"none/a.ini", CFileException::badPath}};
     for (const auto& [name, cause] : cases) {
         ProfileStore store(folder / name);
-        const auto error = Raised<CFileException>([&] { store.SetString("s", "e", "2"); });
-        ASSERT_TRUE(error) << name;
-        EXPECT_EQ(error->m_cause, cause) << name;
-        EXPECT_EQ(error->m_strFileName, folder / name);
+        EXPECT_EQ(FileFailureOf([&] { store.SetString("s", "e", "2"); }), FileFailure(cause, folder / name));
         EXPECT_EQ(store.GetString("s", "e", "default"), "default") << name;
     }
     EXPECT_EQ(std::filesystem::file_size(folder.Native("large.ini")), (16u << 20) + 1);
@@ -130,9 +127,13 @@ TEST(ProfileStore, RaisesForWhatCannotBeKept) {
 }
 
 QV_CHILD(ChangeSettings) {
-    ProfileStore store(arguments.at(0).c_str());
+    ProfileStore store(arguments.at(2).c_str());
+    ScopedProfile app(arguments.at(0));
+    app.SetRegistryKey("QvCommonTests");
     for (int i = 0; i < 40; ++i) {
-        store.SetInteger("Own", arguments.at(1) + std::to_string(i), i);
+        const std::string own = arguments.at(1) + std::to_string(i);
+        if (!app.WriteProfileString("Battle", own.c_str(), own.c_str())) return 1;
+        store.SetInteger("Own", own, i);
         store.Update([&] {
             store.SetInteger("Shared", "count", store.GetInteger("Shared", "count") + 1);
             store.Update([&] { store.SetInteger("Shared", "again", store.GetInteger("Shared", "count")); });
@@ -146,14 +147,20 @@ TEST(ProfileStore, NoProcessUndoesAnother) {
     folder.Write("a.ini", "; kept\n");
     CProcess writers[3];
     for (int i = 0; i < 3; ++i)
-        StartChild(writers[i], "ChangeSettings",
-                   {folder / "a.ini", CString(std::string(1, static_cast<char>('a' + i)))});
+        StartChild(writers[i], "ChangeSettings", {folder.Native().string(), &"abc"[i], folder / "a.ini"});
     for (CProcess& writer : writers) EXPECT_EQ(writer.Wait(), 0);
     const ProfileStore store(folder / "a.ini");
     EXPECT_EQ(store.GetInteger("Shared", "count"), 120);
     EXPECT_EQ(store.GetInteger("Shared", "again"), 120);
-    for (const std::string writer : {"a", "b", "c"})
-        for (int i = 0; i < 40; ++i) ASSERT_EQ(store.GetInteger("Own", writer + std::to_string(i), -1), i);
+    ScopedProfile app(folder.Native().string());
+    app.SetRegistryKey("QvCommonTests");
+    for (const std::string writer : {"abc", "bc", "c"})
+        for (int i = 0; i < 40; ++i) {
+            const std::string own = writer + std::to_string(i);
+            ASSERT_EQ(store.GetInteger("Own", own, -1), i);
+            ASSERT_EQ(app.GetProfileString("Battle", own.c_str()), own.c_str());
+        }
+    app.WriteProfileString("Battle", nullptr, nullptr);  // profiles that are no files outlive the test
     EXPECT_TRUE(folder.Read("a.ini").starts_with("; kept\n"));
 }
 

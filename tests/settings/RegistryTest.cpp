@@ -5,7 +5,7 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/ProfileStore.h"
 #include "qvcommon/framework/File.h"
-#include "tests/support/Raised.h"
+#include "tests/support/FileFailure.h"
 #include "tests/support/ScopedProfile.h"
 
 namespace {
@@ -99,9 +99,7 @@ TEST_F(RegistryTest, RefusesWhatItCannotKeep) {
     EXPECT_TRUE(Raised<CInvalidArgException>([] { CRegHelper("").DeleteKey(); }));
     if (!m_app.IsFile()) GTEST_SKIP() << "the registry is no file";
     m_folder.Write("QvCommonTests", "a file in the folder's place");
-    const auto error = Raised<CFileException>([&] { key.SetString("n", "v"); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->m_strFileName, "Software\\QvCommonTests\\QvCommonTests\\s");
+    EXPECT_EQ(FileFailureOf([&] { key.SetString("n", "v"); }).second, "Software\\QvCommonTests\\QvCommonTests\\s");
     std::filesystem::remove(m_folder.Native("QvCommonTests"));
 }
 

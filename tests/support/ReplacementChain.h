@@ -22,49 +22,34 @@ inline void ReplaceNoBreakSpaces(CString& text) {
     text = out;
 }
 
-inline void ReplaceBrackets(CString& text) {
-    text.Replace("&", "&amp;");
-    text.Replace("<", "&lt;");
-    text.Replace(">", "&gt;");
-}
+/// A text and what replaces it.
+using Step = std::pair<const char*, const char*>;
 
-inline CString ChainClean(CString text) {
-    ReplaceBrackets(text);
-    text.Replace("\n", "");
-    text.Replace("\r", "<br>");
-    text.Replace("\"", "&quot;");
-    ReplaceNoBreakSpaces(text);
+inline CString Chain(CString text, std::initializer_list<Step> steps) {
+    for (const auto& [find, replacement] : steps) text.Replace(find, replacement);
     return text;
 }
 
 inline CString ChainCleanFloatOver(CString text) {
-    ReplaceBrackets(text);
-    text.Replace("\"", "&quot;");
+    text = Chain(text, {{"&", "&amp;"}, {"<", "&lt;"}, {">", "&gt;"}, {"\"", "&quot;"}});
     ReplaceNoBreakSpaces(text);
     return text;
 }
 
+inline CString ChainClean(CString text) {
+    return Chain(ChainCleanFloatOver(Chain(text, {{"\n", ""}})), {{"\r", "<br>"}});
+}
+
 inline CString ChainCleanScriptParameter(CString text, int inAttributeOnly) {
-    if (inAttributeOnly) text.Replace("\"", "&quot;");
-    text.Replace("\\", "\\\\");
-    text.Replace("'", "\\'");
-    if (!inAttributeOnly) {
-        text = ChainCleanFloatOver(text);
-        text.Replace("&", "&amp;");
-    }
-    text.Replace("\n", "");
-    if (!inAttributeOnly) text.Replace("\r", "<br>");
-    return text;
+    constexpr Step kSlash{"\\", "\\\\"}, kQuote{"'", "\\'"};
+    if (inAttributeOnly) return Chain(text, {{"\"", "&quot;"}, kSlash, kQuote, {"\n", ""}});
+    text = ChainCleanFloatOver(Chain(text, {kSlash, kQuote}));
+    return Chain(text, {{"&", "&amp;"}, {"\n", ""}, {"\r", "<br>"}});
 }
 
 inline CString ChainDirty(CString text) {
     text.Replace("&nbsp;", platform::CurrentCodePage() == platform::CodePage::Utf8 ? "\xC2\xA0" : "\xA0");
-    text.Replace("&quot;", "\"");
-    text.Replace("<br>", "\r");
-    text.Replace("&gt;", ">");
-    text.Replace("&lt;", "<");
-    text.Replace("&amp;", "&");
-    return text;
+    return Chain(text, {{"&quot;", "\""}, {"<br>", "\r"}, {"&gt;", ">"}, {"&lt;", "<"}, {"&amp;", "&"}});
 }
 
 /// HtmlToPlainText by its steps.
@@ -84,18 +69,10 @@ inline CString ChainPlainText(std::string_view html) {
         from = end + 1;
     }
     text += html.substr(std::min(from, html.size()));
-    text.Replace('\n', ' ');
-    text.Replace('\r', ' ');
-    text.Replace("<BR>", "\n");
-    text.Replace("<P>", "\n");
-    text.Replace("<LI>", "\n* ");
+    text = Chain(text, {{"\n", " "}, {"\r", " "}, {"<BR>", "\n"}, {"<P>", "\n"}, {"<LI>", "\n* "}});
     while (text.Replace("  ", " ")) continue;
     while (text.Replace("\n ", "\n")) continue;
-    text.Replace("&nbsp;", " ");
-    text.Replace("&quot;", "\"");
-    text.Replace("&gt;", ">");
-    text.Replace("&lt;", "<");
-    text.Replace("&amp;", "&");
+    text = Chain(text, {{"&nbsp;", " "}, {"&quot;", "\""}, {"&gt;", ">"}, {"&lt;", "<"}, {"&amp;", "&"}});
     text.TrimLeft();
     text.TrimRight();
     text.Replace("\n", "\r\n");
