@@ -26,8 +26,8 @@ class Accessibility(BrowserTest):
     @classmethod
     def make_pages(cls):
         accessibility.script()
-        for program in ("sample_pages", "sample_charts"):
-            subprocess.run([BIN / program, cls.folder], check=True)
+        for kind in ("pages", "charts"):
+            subprocess.run([BIN / "write_samples", kind, cls.folder], check=True)
         assets = shutil.copytree(ASSETS, cls.folder / "assets")
         subprocess.run([BIN / "qv", "report", assets, "-o", cls.folder / "report"], check=True)
 

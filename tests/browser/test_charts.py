@@ -21,7 +21,7 @@ def meet(a, b):
 class Charts(BrowserTest):
     @classmethod
     def make_pages(cls):
-        subprocess.run([BIN / "sample_charts", cls.folder], check=True)
+        subprocess.run([BIN / "write_samples", "charts", cls.folder], check=True)
 
     def test_labels_keep_apart_and_inside(self):
         files = sorted(self.folder.glob("*.svg"))

@@ -17,7 +17,7 @@ MODES = ("", "strict/")
 class SamplePages(BrowserTest):
     @classmethod
     def make_pages(cls):
-        subprocess.run([BIN / "sample_pages", cls.folder], check=True)
+        subprocess.run([BIN / "write_samples", "pages", cls.folder], check=True)
         assets = pathlib.Path(__file__).parents[2] / "html/assets"
         shutil.copytree(assets, cls.folder / "assets")
 

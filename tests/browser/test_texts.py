@@ -11,7 +11,7 @@ LINKS = "[...document.querySelectorAll('a[href], area[href], q[cite]')].map(e =>
 class Texts(BrowserTest):
     @classmethod
     def make_pages(cls):
-        subprocess.run([BIN / "sample_texts", cls.folder], check=True)
+        subprocess.run([BIN / "write_samples", "texts", cls.folder], check=True)
 
     def test_escaped_texts_are_shown_as_they_were(self):
         expected = [bytes.fromhex(line).decode() for line in (self.folder / "escaped.txt").read_text().splitlines()]

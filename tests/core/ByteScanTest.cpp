@@ -43,7 +43,7 @@ void ExpectAllFound(std::string_view text) {
     ExpectFound(kOne, text, [](char c) { return c == '\0'; });
 }
 
-// The bytes end where the memory does, so that the address sanitizer sees whoever reads on.
+// The bytes end where the memory does, so that the address sanitizer reports a read past it.
 TEST(ByteScan, FindsWhatAPlainLoopFinds) {
     for (std::size_t shift = 0; shift < 16; ++shift)
         for (std::size_t size = 0; size <= 70; ++size) {

@@ -30,7 +30,7 @@ const std::map<std::string, Case>& Cases() {
         {"cabinet", {[] { CReadCab::CabToDirectory("out", "none.cab"); }, "none.cab: Cabinet not found"}},
         {"file", {[] { CFile("none.txt", CFile::modeRead); }, "none.txt does not exist. ("}},
         {"argument", {AfxThrowInvalidArgException, "An argument was outside what the operation accepts."}},
-        {"told", {AfxThrowUserException, nullptr}},
+        {"user", {AfxThrowUserException, nullptr}},
         {"xml", {[] { CXmlException::Throw("No <root>", 16, 3, 0); }, "No <root> (0)"}},
         {"dom", {[] { _com_raise_error(_com_error::kPointer); }, "Invalid pointer"}},
         {"described", {[] { _com_raise_error(_com_error::kFail, "Bad name"); }, "Bad name"}},

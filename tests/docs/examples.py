@@ -6,7 +6,7 @@ A page's examples are its blocks ```cpp, programs; the block ```text after one i
 place is a file that the program writes. Each example comes into a namespace of its own, and becomes a test that runs it in
 a fresh folder and compares.
 
-A page's blocks ```cc are parts of the programs in examples/, and have to be there letter by letter.
+A page's blocks ```cc are parts of the programs in examples/, and must be there letter by letter.
 """
 
 import pathlib

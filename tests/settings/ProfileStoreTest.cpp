@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
 #include <limits>
 
 #include "platform/Path.h"
@@ -13,12 +12,13 @@
 #include "tests/support/ScopedProfile.h"
 #include "tests/support/TempFolder.h"
 
+using namespace std::string_view_literals;
+
 namespace {
 
 void ExpectTypesToComeBack(ProfileStore& store) {
-    const COleDateTime date(2004, 5, 5, 14, 3, 7);
-    const CStringArray lists[] = {{}, {""}, {"", ""}, {"a,b", "\"", " ", "c"}};
-    for (const int value : {0, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+    using Limits = std::numeric_limits<int>;
+    for (const int value : {0, -1, Limits::max(), Limits::min()}) {
         store.SetInteger("Types", "integer", value);
         EXPECT_EQ(store.GetInteger("types", "INTEGER", 7), value);
     }
@@ -26,7 +26,8 @@ void ExpectTypesToComeBack(ProfileStore& store) {
         store.SetDouble("Types", "double", value);
         EXPECT_EQ(store.GetDouble("Types", "double", 7), value);
     }
-    for (const CStringArray& value : lists) {
+    using List = CStringArray;
+    for (const List& value : {List{}, List{""}, List{"", ""}, List{"a,b", "\"", " ", "c"}}) {
         store.SetList("Types", "list", value);
         EXPECT_EQ(store.GetList("Types", "list", {"x"}), value);
     }
@@ -34,10 +35,11 @@ void ExpectTypesToComeBack(ProfileStore& store) {
         store.SetBool("Types", "bool", value);
         EXPECT_EQ(store.GetBool("Types", "bool", !value), value);
     }
+    const COleDateTime date(2004, 5, 5, 14, 3, 7);
     store.SetDate("Types", "date", date);
     EXPECT_EQ(store.GetDate("Types", "date"), date);
-    store.SetBytes("Types", "bytes", std::string_view("\0\xFFx", 3));
-    EXPECT_EQ(store.GetBytes("Types", "bytes", "x"), std::string_view("\0\xFFx", 3));
+    store.SetBytes("Types", "bytes", "\0\xFFx"sv);
+    EXPECT_EQ(store.GetBytes("Types", "bytes", "x"), "\0\xFFx"sv);
     EXPECT_THAT(store.GetEntries("TYPES").AsStd(),
                 testing::UnorderedElementsAre("integer", "double", "list", "bool", "date", "bytes"));
     EXPECT_THAT(store.GetSections().AsStd(), testing::Contains("Types"));
@@ -103,10 +105,10 @@ TEST(ProfileStore, RaisesForWhatCannotBeKept) {
     folder.Write("large.ini", "[s]\ne=1\n");
     std::filesystem::resize_file(folder.Native("large.ini"), (16 << 20) + 1);
     std::filesystem::create_directory(folder.Native("folder"));
-    const std::tuple<const char*, int> cases[] = {{"large.ini", CFileException::invalidFile},
-                                                  {"folder", CFileException::accessDenied},
-                                                  {"none/a.ini", CFileException::badPath}};
-    for (const auto& [name, cause] : cases) {
+    using Row = std::tuple<const char*, int>;
+    for (const auto& [name, cause] : {Row{"large.ini", CFileException::invalidFile},
+                                      Row{"folder", CFileException::accessDenied},
+                                      Row{"none/a.ini", CFileException::badPath}}) {
         ProfileStore store(folder / name);
         EXPECT_EQ(FileFailureOf([&] { store.SetString("s", "e", "2"); }), FileFailure(cause, folder / name));
         EXPECT_EQ(store.GetString("s", "e", "default"), "default") << name;

@@ -1,7 +1,6 @@
 #pragma once
 
-/// @file The rules by which a glossary's terms are marked, as they are told: term after term. Slow and plain, to
-/// compare with.
+/// @file The rules by which a glossary's terms are marked, applied term after term. Slow and plain, to compare with.
 
 #include <algorithm>
 #include <vector>

@@ -4,7 +4,7 @@
 
 #include "qvcommon/framework/Exception.h"
 
-/// What ends an exception object that was caught by pointer, whatever the pointer's type.
+/// Deletes an exception object that was caught by a pointer of any of these types.
 struct ExceptionDelete {
     void operator()(CException* exception) const { exception->Delete(); }
     void operator()(CObject* exception) const { dynamic_cast<CException&>(*exception).Delete(); }

@@ -74,7 +74,7 @@ CAreaGraph Area(bool stacked) {
 CAreaGraph Million() {
     CAreaGraph area;
     std::vector<double> values;
-    for (int i = 0; i < 1000000; ++i) values.push_back(std::sin(i / 90000.0) * 3 + i * 7919 % 1000 / 900.0);
+    for (int i = 0; i < 1000000; ++i) values.push_back(std::sin(i / 90000.0) * 3 + i % 1000 * 919 % 1000 / 900.0);
     values[400000] = 9;
     area.AddSeries("", values);
     return area;

@@ -4,7 +4,7 @@
 #include "qvcommon/framework/WinApp.h"
 #include "tests/support/TempFolder.h"
 
-/// An application whose profile lies in a folder of its own, where the system keeps profiles in folders.
+/// An application whose profile is in the given folder, where the system keeps profiles in folders.
 class ScopedProfile : public CWinApp {
 public:
     explicit ScopedProfile(const std::string& folder) : CWinApp("QvCommonTests") {

@@ -6,7 +6,7 @@
 
 #include "platform/Text.h"
 
-/// The text operations word for word as their rules go, whatever that costs: what the real ones are compared with.
+/// The text operations word for word by their rules, at any cost: what the real ones are compared with.
 namespace oracle {
 
 struct Found {

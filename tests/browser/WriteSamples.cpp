@@ -1,13 +1,19 @@
-// Writes pages into a folder, for the tests that drive a browser: "escaped.html" has texts in every place that escaping is
-// for, its scripts put what the browser makes of them into `texts`, and "escaped.txt" lists what has to come out as
-// hexadecimal UTF-8, a line for each; "linked.html" has links against another base, "rebased.html" the same links rebased.
+// Writes samples into a folder, for the tests that drive a browser.
+//
+// pages: the sample pages, each as it is, and again with the support for browsers of today, its name then ending in "-today".
+// charts: the sample charts, each as a file, in two sizes, and all of them in "charts.html".
+// texts: "escaped.html" has texts in every place that escaping is for, its scripts put what the browser makes of them into
+// `texts`, and "escaped.txt" lists what must come out as hexadecimal UTF-8, a line for each; "linked.html" has links against
+// another base, "rebased.html" the same links rebased.
 
 #include <clocale>
 #include <cstdio>
+#include <map>
 
 #include "qvcommon/FileUtils.h"
-#include "qvcommon/HtmlWriter.h"
 #include "qvcommon/StringHelper.h"
+#include "tests/support/SampleCharts.h"
+#include "tests/support/SamplePages.h"
 
 namespace {
 
@@ -49,7 +55,7 @@ constexpr const char* kBase = "http://h.invalid/d1/d2/page.htm?x#y";
 
 class Texts {
 public:
-    // Markup, the script that puts what the browser reads there, and what that has to be, line feeds apart where they are
+    // Markup, the script that puts what the browser reads there, and what that must be, without line feeds where they are
     // layout only.
     void Add(const CString& html, const char* script, CString expected, bool isLayout) {
         m_page += html + "<script>" + script + "</script>";
@@ -66,7 +72,7 @@ private:
     CString m_page, m_list;
 };
 
-Texts EscapedTexts() {
+void WriteTexts(const CString& folder) {
     Texts texts;
     for (const CString text : kHostileTexts) {
         texts.Add("<p>" + CHtmlWriter::Clean(text) + "</p>", "put(textOf(document.querySelector('p:last-of-type')))",
@@ -80,20 +86,45 @@ Texts EscapedTexts() {
     const CString plain = "it's a \"test\" \\ with\n a line end";
     texts.Add("<s onclick=\"put('" + CHtmlWriter::CleanScriptParameter(plain, 1) + "')\"></s>",
               "document.querySelector('s').click()", plain, true);
-    return texts;
+    texts.Save(folder);
+    const CString links = kLinks;
+    CFileUtils::SaveFile(folder + "linked.html", kHead + ("<base href=\"" + CString(kBase) + "\"><body>" + links));
+    CFileUtils::SaveFile(folder + "rebased.html",
+                         kHead + ("<body>" + CHtmlWriter::GetRebasedBody("<body>" + links + "</body>", kBase)));
+}
+
+void WriteCharts(const CString& folder) {
+    CString page(
+        "<!DOCTYPE html><html lang=\"en\"><meta name=\"viewport\" content=\"width=device-width\"><title>Charts</title>"
+        "<body><p id=\"outside\">Outside</p>");
+    for (const int width : {720, 320})
+        for (const SampleChart& chart : SampleCharts(width, width == 720 ? 400 : 280)) {
+            CFileUtils::SaveFile(folder + chart.name + '-' + std::to_string(width) + ".svg", chart.svg);
+            if (width == 720) page += chart.svg;
+        }
+    CFileUtils::SaveFile(folder + "charts.html", page);
+}
+
+void WritePages(const CString& folder) {
+    for (const Sample& sample : SamplePages())
+        for (const bool support : {false, true}) {
+            SamplePage page(support);
+            page.SetFilename(folder + sample.name + (support ? "-today.html" : ".html"));
+            sample.write(page);
+            page.CommitFile();
+        }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2 || !std::setlocale(LC_ALL, "C.UTF-8")) {
-        std::fputs("usage: sample_texts FOLDER, where there is the locale C.UTF-8\n", stderr);
+    const std::map<std::string, void (*)(const CString&)> writers{
+        {"pages", WritePages}, {"charts", WriteCharts}, {"texts", WriteTexts}};
+    const auto writer = writers.find(argc == 3 ? argv[1] : "");
+    if (writer == writers.end() || !std::setlocale(LC_ALL, "C.UTF-8")) {
+        std::fputs("usage: write_samples pages|charts|texts FOLDER, where there is the locale C.UTF-8\n", stderr);
         return 2;
     }
-    const CString folder = CString(argv[1]) + '/', links = kLinks;
-    EscapedTexts().Save(folder);
-    CFileUtils::SaveFile(folder + "linked.html", kHead + ("<base href=\"" + CString(kBase) + "\"><body>" + links));
-    CFileUtils::SaveFile(folder + "rebased.html",
-                         kHead + ("<body>" + CHtmlWriter::GetRebasedBody("<body>" + links + "</body>", kBase)));
+    writer->second(CString(argv[2]) + '/');
     return 0;
 }
