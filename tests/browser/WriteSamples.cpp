@@ -110,7 +110,7 @@ void WritePages(const CString& folder) {
         for (const bool support : {false, true}) {
             SamplePage page(support);
             page.SetFilename(folder + sample.name + (support ? "-today.html" : ".html"));
-            sample.write(page);
+            sample.Write(page);
             page.CommitFile();
         }
 }

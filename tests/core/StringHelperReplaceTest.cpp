@@ -72,7 +72,7 @@ TEST(StringHelperReplace, AgreesWithTheRulesByCharacters) {
     CompareWithOracles({"a", "A", "\u00E4", "\u00C4", "i", "\u0131", "S", "\u017F", "\u2C65", "\u023A"}, 40000);
 }
 
-TEST(StringHelperReplace, FindsPlacesOfTheTextThatWasGiven) {
+TEST(StringHelperReplace, FindsAndWrapsWholeCharacters) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     // Upper-casing shortens what precedes the occurrence, and the occurrence itself.
@@ -81,6 +81,8 @@ TEST(StringHelperReplace, FindsPlacesOfTheTextThatWasGiven) {
     CString text = "M\u0131\u017F\u017F";
     H::ReplaceNoCase(text, "iS", "*");
     EXPECT_EQ(text, "M*\u017F");
+    EXPECT_EQ(H::MakeMultiLine("a\u00E9\u20AC\u20ACb", 4), "a\u00E9\r\n\u20AC\r\n\u20ACb");
+    EXPECT_EQ(H::MakeMultiLine("\u20AC\u20AC", 1), "\u20AC\r\n\u20AC");
 }
 
 TEST(StringHelperReplace, FindsAcrossBlocksAndWindows) {
@@ -141,13 +143,6 @@ TEST(StringHelperReplace, WrapsLines) {
           Row{"ab\n cdef", 3, "ab\r\n cd\r\nef"}, Row{"a\rb", 1, "a\r\n\r\r\nb"}, Row{"abc", 0, "a\r\nb\r\nc"},
           Row{"abc", 2147483647, "abc"}, Row{"", 5, ""}})
         EXPECT_EQ(H::MakeMultiLine(text, width), result) << text;
-}
-
-TEST(StringHelperReplace, WrapsWholeCharacters) {
-    const Utf8Locale utf8;
-    if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
-    EXPECT_EQ(H::MakeMultiLine("a\u00E9\u20AC\u20ACb", 4), "a\u00E9\r\n\u20AC\r\n\u20ACb");
-    EXPECT_EQ(H::MakeMultiLine("\u20AC\u20AC", 1), "\u20AC\r\n\u20AC");
 }
 
 }  // namespace

@@ -39,15 +39,9 @@ private:
 
 /// What the published rule says: each side's access must be in what the other side shares.
 bool MayBothBeOpen(UINT first, UINT second) {
-    enum : UINT { kReading = 1, kWriting = 2 };
-    const auto access = [](UINT flags) {
-        constexpr UINT kWanted[] = {kReading, kWriting, kReading | kWriting};
-        return kWanted[flags & 3];
-    };
-    const auto shared = [](UINT flags) {
-        constexpr UINT kLeft[] = {0, 0, kReading, kWriting, kReading | kWriting};
-        return kLeft[(flags & 0x70) / 16];
-    };
+    constexpr UINT kAccess[] = {1, 2, 3}, kShare[] = {0, 0, 1, 2, 3};  // 1: reading, 2: writing
+    const auto access = [&](UINT flags) { return kAccess[flags & 3]; };
+    const auto shared = [&](UINT flags) { return kShare[(flags & 0x70) / 16]; };
     return !(access(first) & ~shared(second)) && !(access(second) & ~shared(first));
 }
 

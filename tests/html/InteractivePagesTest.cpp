@@ -44,8 +44,8 @@ TEST(InteractivePages, AreWrittenInTheirExactFormWithTheSupportOnTop) {
     support.AddBrowserSupport();
     for (const Sample& sample : SamplePages()) {
         SamplePage plain(false), today(true);
-        sample.write(plain);
-        sample.write(today);
+        sample.Write(plain);
+        sample.Write(today);
         CString html = today.GetHtml();
         EXPECT_EQ(html.Replace(support.GetHtml(), ""), 1);
         const std::string written = WithNumberedNodes(plain.GetHtml().AsStd());

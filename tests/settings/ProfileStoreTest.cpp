@@ -106,9 +106,9 @@ TEST(ProfileStore, RaisesForWhatCannotBeKept) {
     std::filesystem::resize_file(folder.Native("large.ini"), (16 << 20) + 1);
     std::filesystem::create_directory(folder.Native("folder"));
     using Row = std::tuple<const char*, int>;
-    for (const auto& [name, cause] : {Row{"large.ini", CFileException::invalidFile},
-                                      Row{"folder", CFileException::accessDenied},
-                                      Row{"none/a.ini", CFileException::badPath}}) {
+    for (const auto& [name, cause] :
+         {Row{"large.ini", CFileException::invalidFile}, Row{"folder", CFileException::accessDenied},
+          Row{"none/a.ini", CFileException::badPath}}) {
         ProfileStore store(folder / name);
         EXPECT_EQ(FileFailureOf([&] { store.SetString("s", "e", "2"); }), FileFailure(cause, folder / name));
         EXPECT_EQ(store.GetString("s", "e", "default"), "default") << name;

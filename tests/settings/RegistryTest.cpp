@@ -12,7 +12,7 @@ namespace {
 
 using testing::UnorderedElementsAre;
 
-/// An application of its own, whose settings are gone afterwards.
+/// An application whose settings are deleted afterwards.
 class RegistryTest : public testing::Test {
 protected:
     RegistryTest() { SetRegistryKey("QvCommonTests"); }
@@ -30,28 +30,23 @@ TEST_F(RegistryTest, ValuesAreReadAsEveryTypeThatTheyAre) {
     key.SetBytes("bytes", std::string_view("\0\x42\xFF", 3));
     key.SetList("list", {"1", "b,c"});
     key.SetString("", "default");
-    const struct {
-        const char *name, *text;
-        std::int64_t number;  // -1 for none
-        const char* bytes;    // null for none
-        CStringArray list;
-    } cases[] = {{"text", "a,\"b c\"", -1, nullptr, {"a", "b c"}},
-                 {"Digits", "42", 42, "B", {"42"}},
-                 {"number", "4294967295", 4294967295, "B\x94\x96\x72\x95", {"4294967295"}},
-                 {"list", "1,\"b,c\"", -1, nullptr, {"1", "b,c"}},
-                 {"", "default", -1, nullptr, {"default"}}};
-    for (const auto& c : cases) {
-        CString text = "left", bytes = "left";
-        DWORD number = 7;
-        CStringArray list;
-        EXPECT_TRUE(key.GetString(c.name, text));
-        EXPECT_EQ(text, c.text);
-        EXPECT_EQ(key.GetInteger(c.name, number), c.number >= 0) << c.name;
-        EXPECT_EQ(number, c.number >= 0 ? static_cast<DWORD>(c.number) : 7) << c.name;
-        EXPECT_EQ(key.GetBytes(c.name, bytes), c.bytes != nullptr) << c.name;
-        EXPECT_EQ(bytes, c.bytes ? c.bytes : "left") << c.name;
-        EXPECT_TRUE(key.GetList(c.name, list));
-        EXPECT_EQ(list, c.list) << c.name;
+    // The number is -1 and the bytes are null for a value that is none.
+    using Row = std::tuple<const char*, const char*, std::int64_t, const char*, CStringArray>;
+    for (const auto& [name, text, number, bytes, list] :
+         {Row{"text", "a,\"b c\"", -1, nullptr, {"a", "b c"}}, Row{"Digits", "42", 42, "B", {"42"}},
+          Row{"number", "4294967295", 4294967295, "B\x94\x96\x72\x95", {"4294967295"}},
+          Row{"list", "1,\"b,c\"", -1, nullptr, {"1", "b,c"}}, Row{"", "default", -1, nullptr, {"default"}}}) {
+        SCOPED_TRACE(name);
+        CString readText, readBytes = "left";
+        DWORD readNumber = 7;
+        CStringArray readList;
+        EXPECT_TRUE(key.GetString(name, readText) && key.GetList(name, readList));
+        EXPECT_EQ(readText, text);
+        EXPECT_EQ(readList, list);
+        EXPECT_EQ(key.GetInteger(name, readNumber), number >= 0);
+        EXPECT_EQ(readNumber, number >= 0 ? static_cast<DWORD>(number) : 7);
+        EXPECT_EQ(key.GetBytes(name, readBytes), bytes != nullptr);
+        EXPECT_EQ(readBytes, bytes ? bytes : "left");
     }
     CString bytes;
     EXPECT_TRUE(key.GetBytes("bytes", bytes));

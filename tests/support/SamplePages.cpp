@@ -12,20 +12,7 @@ void SamplePage::AddTitleToHead(const char* title, const char* stylesheet, const
 
 namespace {
 
-void Begin(CHtmlWriter& page, const char* title, const char* bodyAttributes = nullptr,
-           const char* imageDirectory = nullptr) {
-    page.OpenTag("html", "lang=\"en\"");
-    page.AddTitle(title, "assets\\qvcommon.css", nullptr, imageDirectory);
-    page.OpenTag("body", bodyAttributes);
-}
-
-void End(CHtmlWriter& page) {
-    page.CloseTag("body");
-    page.CloseTag("html");
-}
-
 void WriteElements(CHtmlWriter& page) {
-    Begin(page, "Elements");
     page.AddHeading(1, "Elements");
     page.AddPreformattedParagraph("a\nb");
     page.OpenBulletList();
@@ -37,7 +24,6 @@ void WriteElements(CHtmlWriter& page) {
     page.AddSingleLineTextField("name", 10);
     page.AddFormattedText("</label>");
     page.CloseForm();
-    End(page);
 }
 
 void AddSection(CHtmlWriter& page, const char* title, const char* text) {
@@ -49,36 +35,29 @@ void AddSection(CHtmlWriter& page, const char* title, const char* text) {
 }
 
 void WriteSections(CHtmlWriter& page) {
-    Begin(page, "Sections", nullptr, "assets");
     page.SetDropdowns(0, "");
     AddSection(page, "No section", "plain");
     page.SetDropdowns(1, "assets");
     for (const char* const text : {"one", "two", "three"}) AddSection(page, "A <section>", text);
     page.AddDropdownCookie();
-    End(page);
 }
 
 void WriteSingleSection(CHtmlWriter& page) {
-    Begin(page, "One section", nullptr, "assets\\");
     page.SetDropdowns(1, "assets\\");
     AddSection(page, "Alone", "one");
     page.AddDropdownCookie();
-    End(page);
 }
 
 void WritePopups(CHtmlWriter& page) {
-    Begin(page, "Glossary");
     page.AddPopupScript();
     page.AddGlossarizedParagraph("Cats, a dog and the cat's category & a DOG.", {"dog", "CAT"},
                                  {"it's <b>", "\"A\\pet\"\r\nof \xA0 ours"});
     page.AddFormattedText("<p style=\"position:absolute;right:8px;bottom:8px\">");
     page.AddFormattedText(CHtmlWriter::GetGlossarizedText("dog", {"dog"}, {"in the corner"}));
     page.AddFormattedText("</p>");
-    End(page);
 }
 
 void WriteQuickMenu(CHtmlWriter& page) {
-    Begin(page, "Quick menu", "onscroll=\"scrollMenu()\"");
     page.AddQuickMenuScript();
     page.OpenQuickMenu("Menu & more");
     page.AddQuickMenuLink("#a", "<A>");
@@ -86,7 +65,6 @@ void WriteQuickMenu(CHtmlWriter& page) {
     page.StartQuickMenuPage();
     page.AddFormattedText("<div style=\"height:5000px\">Long</div>");
     page.CloseQuickMenu();
-    End(page);
 }
 
 void AddOrder(CHtmlWriter& page, const char* id, int option, int allowRollup) {
@@ -102,21 +80,17 @@ void AddOrder(CHtmlWriter& page, const char* id, int option, int allowRollup) {
 }
 
 void WriteBars(CHtmlWriter& page) {
-    Begin(page, "Bars");
     CNavBar::AddRollupScript("assets\\rolledup.gif", "assets\\rolleddown.gif", page);
     AddOrder(page, "B1", 1, 1);
     AddOrder(page, "B2", 7, 1);
     AddOrder(page, "B3", 0, 0);
     CNavBar::AddRollupScriptCookie(page);
-    End(page);
 }
 
 void WriteSingleBar(CHtmlWriter& page) {
-    Begin(page, "One bar");
     CNavBar::AddRollupScript("assets\\rolledup.gif", "assets\\rolleddown.gif", page);
     AddOrder(page, "B1", 1, 1);
     CNavBar::AddRollupScriptCookie(page);
-    End(page);
 }
 
 void WriteTree(CHtmlWriter& page) {
@@ -136,7 +110,8 @@ void WriteTree(CHtmlWriter& page) {
         ->AddNode(new CHtmlTreeNode("Conference", "", "#conference", 0));
     tree.SetTargetFrame("_self");
     page.AddFormattedText(tree.GetHtml());
-    End(page);
+    page.CloseTag("body");
+    page.CloseTag("html");
 }
 
 // Texts that would call a function, end an element or break a string if they got through, in every place that takes a text.
@@ -180,21 +155,34 @@ void AddEverywhere(CHtmlWriter& page, const char* text) {
 }
 
 void WriteHostile(CHtmlWriter& page) {
-    Begin(page, kHostile[0], nullptr, "assets");
     page.AddPopupScript();
     page.SetDropdowns(1, "assets");
     CNavBar::ms_strRolledUpImage = "assets/rolledup.gif";
     for (const char* const text : kHostile) AddEverywhere(page, text);
     page.AddDropdownCookie();
-    End(page);
 }
 
-constexpr Sample kSamples[] = {
-    {"elements", WriteElements}, {"sections", WriteSections},   {"section", WriteSingleSection},
-    {"popups", WritePopups},     {"quickmenu", WriteQuickMenu}, {"bars", WriteBars},
-    {"bar", WriteSingleBar},     {"tree", WriteTree},           {"hostile", WriteHostile}};
+constexpr Sample kSamples[] = {{"elements", WriteElements, "Elements"},
+                               {"sections", WriteSections, "Sections", nullptr, "assets"},
+                               {"section", WriteSingleSection, "One section", nullptr, "assets\\"},
+                               {"popups", WritePopups, "Glossary"},
+                               {"quickmenu", WriteQuickMenu, "Quick menu", "onscroll=\"scrollMenu()\""},
+                               {"bars", WriteBars, "Bars"},
+                               {"bar", WriteSingleBar, "One bar"},
+                               {"tree", WriteTree},
+                               {"hostile", WriteHostile, kHostile[0], nullptr, "assets"}};
 
 }  // namespace
+
+void Sample::Write(CHtmlWriter& page) const {
+    if (!title) return write(page);
+    page.OpenTag("html", "lang=\"en\"");
+    page.AddTitle(title, "assets\\qvcommon.css", nullptr, imageDirectory);
+    page.OpenTag("body", bodyAttributes);
+    write(page);
+    page.CloseTag("body");
+    page.CloseTag("html");
+}
 
 std::span<const Sample> SamplePages() {
     return kSamples;

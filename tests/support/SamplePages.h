@@ -17,8 +17,11 @@ private:
 };
 
 struct Sample {
+    void Write(CHtmlWriter& page) const;
+
     const char* name;
-    void (*write)(CHtmlWriter& page);
+    void (*write)(CHtmlWriter& page);  ///< the body; the whole page where `title` is null
+    const char *title = nullptr, *bodyAttributes = nullptr, *imageDirectory = nullptr;
 };
 
 std::span<const Sample> SamplePages();
