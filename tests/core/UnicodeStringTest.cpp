@@ -9,14 +9,11 @@ namespace {
 TEST(UnicodeString, HoldsATextInBothForms) {
     const WesternCodePage western;
     if (!western) GTEST_SKIP() << "no code page 1252";
-    const std::tuple<CUnicodeString, const char*, std::u16string_view, bool> cases[] = {
-        {{}, "", u"", true},
-        {static_cast<const char16_t*>(nullptr), "", u"", true},
-        {"\xE9\x80", "\xE9\x80", u"\u00E9\u20AC", true},
-        {u"\u00E9\u20AC", "\xE9\x80", u"\u00E9\u20AC", true},
-        {u"a\u0416", "a?", u"a\u0416", false},
-        {u"\xD800z", "?z", u"\xD800z", false}};
-    for (const auto& [text, bytes, wide, exact] : cases) {
+    using Row = std::tuple<CUnicodeString, const char*, std::u16string_view, bool>;
+    for (const auto& [text, bytes, wide, exact] :
+         {Row{{}, "", u"", true}, Row{static_cast<const char16_t*>(nullptr), "", u"", true},
+          Row{"\xE9\x80", "\xE9\x80", u"\u00E9\u20AC", true}, Row{u"\u00E9\u20AC", "\xE9\x80", u"\u00E9\u20AC", true},
+          Row{u"a\u0416", "a?", u"a\u0416", false}, Row{u"\xD800z", "?z", u"\xD800z", false}}) {
         const CUnicodeString copy = text;
         EXPECT_EQ(copy.IsExact(), exact) << bytes;
         EXPECT_EQ(copy.GetBytes(), bytes);

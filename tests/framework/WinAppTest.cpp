@@ -18,24 +18,22 @@ TEST(IniText, FindsWhatOtherProgramsWrote) {
         "\xEF\xBB\xBF; comment\r\nlost=1\n[ One ]\r\n a = x = y \r\n;a=2\n#a=3\nA=4\nquoted=\"  "
         "\\\"\\\\\\x0A\\q\"\nopen=\"\n"
         "=unnamed\n[two]\na=5\n[one]\nb=6\n%41%zz%=7\n[";
-    const std::tuple<const char*, const char*, const char*> cases[] = {
-        {"ONE", "a", "x = y"}, {"one", "quoted", "  \"\\\n\\q"}, {"one", "open", "\""}, {"two", "A", "5"},
-        {"one", "b", nullptr}, {"one", "", "unnamed"},           {"", "lost", nullptr}, {"three", "a", nullptr}};
-    for (const auto& [section, entry, expected] : cases) {
+    using Row = std::tuple<const char*, const char*, const char*>;
+    for (const auto& [section, entry, expected] :
+         {Row{"ONE", "a", "x = y"}, Row{"one", "quoted", "  \"\\\n\\q"}, Row{"one", "open", "\""}, Row{"two", "A", "5"},
+          Row{"one", "b", nullptr}, Row{"one", "", "unnamed"}, Row{"", "lost", nullptr}, Row{"three", "a", nullptr}}) {
         const auto value = FindIniValue(text, section, entry);
         EXPECT_EQ(value, expected ? std::optional<std::string>(expected) : std::nullopt) << entry;
     }
 }
 
 TEST(IniText, LeavesOtherLinesAlone) {
-    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
-        {"", "s", "e", "[s]\ne=v\n"},
-        {"x", "s", "e", "x\n\n[s]\ne=v\n"},
-        {"[S]\r\nE = 1\r\nf=2", "s", "e", "[S]\r\ne=v\nf=2"},
-        {"[s]\n\n[t]\ne=1\n", "s", "e", "[s]\ne=v\n\n[t]\ne=1\n"},
-        {"[t]\n[s]\na=1\n; b\n\n\n", "s", "e", "[t]\n[s]\na=1\n; b\ne=v\n\n\n"}};
-    for (const auto& [before, section, entry, after] : cases)
-        EXPECT_EQ(WithIniValue(before, section, entry, "v"), after) << before;
+    using Row = std::tuple<const char*, const char*>;
+    for (const auto& [before, after] :
+         {Row{"", "[s]\ne=v\n"}, Row{"x", "x\n\n[s]\ne=v\n"}, Row{"[S]\r\nE = 1\r\nf=2", "[S]\r\ne=v\nf=2"},
+          Row{"[s]\n\n[t]\ne=1\n", "[s]\ne=v\n\n[t]\ne=1\n"},
+          Row{"[t]\n[s]\na=1\n; b\n\n\n", "[t]\n[s]\na=1\n; b\ne=v\n\n\n"}})
+        EXPECT_EQ(WithIniValue(before, "s", "e", "v"), after) << before;
     EXPECT_EQ(qv::platform::WithoutIniSection("; a\n[s]\n; b\ne=1\n\n[t]\ne=2\n[S]\ne=3", "s"), "; a\n[t]\ne=2\n");
 }
 

@@ -146,6 +146,8 @@ TEST(HtmlWriter, CopiesTakeTheTextOnly) {
     a += a;
     EXPECT_EQ(a.GetHtml(), "bb");
     EXPECT_STREQ(a, "bb");
+    a.Empty();
+    EXPECT_TRUE(a.IsEmpty());
 }
 
 TEST(HtmlWriter, GrowsInLargeSteps) {

@@ -108,11 +108,11 @@ TEST(Glossary, MarksTheSameInUtf8) {
 
 TEST(Glossary, KnowsWholeWords) {
     const WesternCodePage western;
-    const std::tuple<const char*, int, int, int> cases[] = {
-        {"cat", 0, 3, 1},    {"cats", 0, 3, 1},  {"boxEs.", 0, 3, 1},  {"category", 0, 3, 0},
-        {"concat", 3, 3, 0}, {"catss", 0, 3, 0}, {"cates", 0, 3, 1},   {"cate", 0, 3, 0},
-        {"1cat", 1, 3, 0},   {"-cat_", 1, 3, 1}, {"cat\xE9", 0, 3, 0}, {"\xE9 cat", 2, 3, 1}};
-    for (const auto& [text, start, length, whole] : cases)
+    using Row = std::tuple<const char*, int, int, int>;
+    for (const auto& [text, start, length, whole] :
+         {Row{"cat", 0, 3, 1}, Row{"cats", 0, 3, 1}, Row{"boxEs.", 0, 3, 1}, Row{"category", 0, 3, 0},
+          Row{"concat", 3, 3, 0}, Row{"catss", 0, 3, 0}, Row{"cates", 0, 3, 1}, Row{"cate", 0, 3, 0},
+          Row{"1cat", 1, 3, 0}, Row{"-cat_", 1, 3, 1}, Row{"cat\xE9", 0, 3, 0}, Row{"\xE9 cat", 2, 3, 1}})
         EXPECT_EQ(qv::test::WholeWord::IsWholeWord(text, start, length), whole) << text;
     EXPECT_TRUE(Raised<CInvalidArgException>([] { CHtmlWriter::GetGlossarizedText("a", {"a"}, {}); }));
 }

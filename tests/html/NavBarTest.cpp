@@ -35,9 +35,10 @@ TEST_F(NavBars, OptionsGoByTheirIndex) {
     bar.SetOptions({"One", "Two", "two"});
     EXPECT_EQ(bar.ProcessCommand("2"), 0);
     bar.SetCommand("Go");
-    const std::tuple<const char*, int, int, const char*> cases[] = {
-        {"Go1", 1, 1, "Two"}, {"go2", 0, 1, "Two"}, {"Go", 1, 0, "One"}, {"Go9", 1, 9, ""}, {"Go-1", 1, -1, ""}};
-    for (const auto& [command, result, option, text] : cases) {
+    using Row = std::tuple<const char*, int, int, const char*>;
+    for (const auto& [command, result, option, text] :
+         {Row{"Go1", 1, 1, "Two"}, Row{"go2", 0, 1, "Two"}, Row{"Go", 1, 0, "One"}, Row{"Go9", 1, 9, ""},
+          Row{"Go-1", 1, -1, ""}}) {
         EXPECT_EQ(bar.ProcessCommand(command), result) << command;
         EXPECT_EQ(bar.GetOption(), option);
         EXPECT_EQ(bar.GetSubHeading(), text);
@@ -89,13 +90,10 @@ struct Recent : CMruNavBar {
 
 TEST_F(NavBars, TheLastUsedComeFirst) {
     Recent bar(3, m_section, "Mru");
-    const std::tuple<const char*, const char*, const char*> cases[] = {{"a", "a,,", "[<a>"},
-                                                                       {"b", "b,a,", "[<b> <a>"},
-                                                                       {"a", "a,b,", "[<a> <b>"},
-                                                                       {"hidden", "hidden,a,b", "<a> <b>"},
-                                                                       {"A", "A,hidden,a", "[<A> <a>"},
-                                                                       {"a", "a,A,hidden", "[<a> <A>"}};
-    for (const auto& [id, stored, rows] : cases) {
+    using Row = std::tuple<const char*, const char*, const char*>;
+    for (const auto& [id, stored, rows] : {Row{"a", "a,,", "[<a>"}, Row{"b", "b,a,", "[<b> <a>"},
+                                           Row{"a", "a,b,", "[<a> <b>"}, Row{"hidden", "hidden,a,b", "<a> <b>"},
+                                           Row{"A", "A,hidden,a", "[<A> <a>"}, Row{"a", "a,A,hidden", "[<a> <A>"}}) {
         bar.AddId(id);
         EXPECT_EQ(m_app.GetProfileString(m_section, "Mru"), stored);
         EXPECT_EQ(Rows(bar), rows);

@@ -30,7 +30,7 @@ TEST_F(RegistryTest, ValuesAreReadAsEveryTypeThatTheyAre) {
     key.SetBytes("bytes", std::string_view("\0\x42\xFF", 3));
     key.SetList("list", {"1", "b,c"});
     key.SetString("", "default");
-    // The number is -1 and the bytes are null for a value that is none.
+    // The number is -1, and the bytes are null, where the value has none.
     using Row = std::tuple<const char*, const char*, std::int64_t, const char*, CStringArray>;
     for (const auto& [name, text, number, bytes, list] :
          {Row{"text", "a,\"b c\"", -1, nullptr, {"a", "b c"}}, Row{"Digits", "42", 42, "B", {"42"}},

@@ -28,7 +28,7 @@ inline std::optional<Found> FindNoCase(std::string_view text, std::string_view f
     return {};
 }
 
-/// Gives up when there is no end in sight.
+/// Returns nullopt when the replacements do not end.
 inline std::optional<std::string> ReplaceNoCase(std::string text, std::string_view find, std::string_view replacement) {
     const std::size_t bound = 4 * text.size() + 8;
     std::size_t count = 0;
