@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <utility>
+#include <tuple>
 
 #include "tests/support/ScopedTimeZone.h"
 
@@ -137,33 +136,6 @@ TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
     COleDateTime second = DateOf("2004-10-31 01:30:00");
     CTimeHelper::ConvertToLocal(second);
     EXPECT_EQ(Written(second), "2004-10-31 02:30:00") << "the second time, an hour after the first";
-}
-
-COleDateTime LocalOf(COleDateTime utc) {
-    CTimeHelper::ConvertToLocal(utc);
-    return utc;
-}
-
-// Local times that clocks show once come back, and of those shown twice the first.
-void ExpectBackFromLocalTime(double utc) {
-    const COleDateTime local = LocalOf(utc);
-    COleDateTime back = local;
-    CTimeHelper::ConvertToUtc(back);
-    EXPECT_EQ(Written(LocalOf(back)), Written(local));
-    const double early = (COleDateTime(utc) - back).GetTotalMinutes();
-    EXPECT_TRUE(early > -0.01 && early < 180.01) << Written(utc) << " came back as " << Written(back);
-}
-
-// In the system's own zone, every day of a year, and every quarter of an hour around changes of the clocks.
-TEST(TimeHelper, TimesComeBackFromLocalTime) {
-    const double year = COleDateTime(2024, 1, 1, 0, 0, 0).m_dt;
-    double offset = LocalOf(year).m_dt - year;
-    for (double day = year + 1; day < year + 366; ++day) {
-        ExpectBackFromLocalTime(day);
-        const double before = std::exchange(offset, LocalOf(day).m_dt - day);
-        for (int quarter = -96; quarter < 96 && std::abs(before - offset) > 1e-6; ++quarter)
-            ExpectBackFromLocalTime(day + quarter / 96.0);
-    }
 }
 
 TEST(TimeHelper, LeavesADateThatTheSystemCannotConvert) {

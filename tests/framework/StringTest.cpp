@@ -132,14 +132,12 @@ TEST(String, CollatesZeroBytes) {
 
 TEST(Collections, TakeWhatTheStandardLibraryHas) {
     const std::vector<std::string> texts{"a", "b"};
-    const CStringArray array(texts.begin(), texts.end());
-    EXPECT_EQ(array, (CStringArray{"a", "b"}));
-    EXPECT_EQ(CStringArray(array.AsStd()), array);
+    CStringArray array(texts.begin(), texts.end());
+    EXPECT_EQ(CStringArray(array.AsStd()), (CStringArray{"a", "b"}));
     EXPECT_EQ(CStringHelper::Find(array, {"x", "b"}), 1);
-    EXPECT_EQ(CStringHelper::Find(array, {"x", "B"}, 0) + CStringHelper::Find(array, "B", 1), 1);
-    CStringArray resized = array;
-    EXPECT_TRUE(Raised<CInvalidArgException>([&] { resized.SetSize(-1); }));
-    EXPECT_EQ(resized, array);
+    EXPECT_EQ(CStringHelper::Find(array, {"x", "B"}), 0);
+    EXPECT_TRUE(Raised<CInvalidArgException>([&] { array.SetSize(-1); }));
+    EXPECT_EQ(array.GetSize(), 2);
 }
 
 }  // namespace
