@@ -7,8 +7,6 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/CabinetError.h"
-#include "tests/support/Noise.h"
-#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tree.h"
 
@@ -17,19 +15,17 @@ namespace {
 namespace fs = std::filesystem;
 using Tree = std::map<std::string, std::string>;
 
-void MakeTree(const TempFolder& folder) {
-    fs::create_directories(folder.Native("in/sub/deeper"));
+void MakeInput(const TempFolder& folder) {
     fs::create_directories(folder.Native("in/empty"));
-    folder.Write("in/same.txt", "one");
-    folder.Write("in/sub/same.txt", "two");
+    MakeTree(folder.Native(), {"in/same.txt", "in/sub/same.txt", "in/a & b.txt"});
+    fs::create_directory(folder.Native("in/sub/deeper"));
     folder.Write("in/sub/deeper/same.txt", std::string(100000, 'x') + "three");
     folder.Write("in/zero", "");
-    folder.Write("in/a & b.txt", "named with an escape");
 }
 
 TEST(Cabinet, PacksATreeAndUnpacksItAnywhere) {
     const TempFolder folder;
-    MakeTree(folder);
+    MakeInput(folder);
     CMakeCab::DirectoryToCab(folder / "in", folder / "pack.zip", 1);
     EXPECT_FALSE(folder.Has("pack.zip"));
     CReadCab::CabToDirectory(folder / "out/new", folder / "pack.cab");
@@ -38,14 +34,16 @@ TEST(Cabinet, PacksATreeAndUnpacksItAnywhere) {
     CReadCab::CabToDirectory(folder / "flat out", folder / "flat.cab");
     EXPECT_EQ(
         ReadTree(folder.Native("flat out")),
-        (Tree{{"same.txt", "one"}, {"zero", ""}, {"a & b.txt", "named with an escape"}, {"sub/", ""}, {"empty/", ""}}));
-    EXPECT_EQ(ReadTree(folder.Native()).count("pack.cab"), 1u);
+        (Tree{{"same.txt", "in/same.txt"}, {"zero", ""}, {"a & b.txt", "in/a & b.txt"}, {"sub/", ""}, {"empty/", ""}}));
+    CMakeCab::DirectoryToCab(folder / "in/empty", folder / "nothing", 1);
+    CReadCab::CabToDirectory(folder / "a\\out", folder / "nothing.cab");
+    EXPECT_TRUE(fs::is_directory(folder.Native("a/out")));
     for (const auto& [name, content] : ReadTree(folder.Native())) EXPECT_EQ(name.find(".qv"), name.npos) << name;
 }
 
 TEST(Cabinet, LeavesMembersTheirBareNamesWithoutTheManifest) {
     const TempFolder folder;
-    MakeTree(folder);
+    MakeInput(folder);
     folder.Write("in/\xC3\xA4.txt", "umlaut");
     CMakeCab::DirectoryToCab(folder / "in", folder / "p", 1);
     CReadCab reader;
@@ -61,11 +59,11 @@ TEST(Cabinet, LeavesMembersTheirBareNamesWithoutTheManifest) {
     EXPECT_EQ(out.size(), 5u) << "one of the three of one name";
     const bool hasUmlaut = !qv::platform::HasDriveLetters() || qv::platform::FromWide(u"\u00E4") != "?";
     EXPECT_EQ(folder.Read("out/\xC3\xA4.txt"), hasUmlaut ? "umlaut" : "");
-    EXPECT_THAT(out.at("same.txt"), ::testing::AnyOf("one", "two", std::string(100000, 'x') + "three"));
-    const auto manifest =
-        std::find_if(out.begin(), out.end(), [](const auto& item) { return item.first.starts_with("CabMan"); });
+    EXPECT_THAT(out.at("same.txt"),
+                ::testing::AnyOf("in/same.txt", "in/sub/same.txt", std::string(100000, 'x') + "three"));
+    const auto manifest = out.lower_bound("CabMan");
     ASSERT_NE(manifest, out.end());
-    EXPECT_EQ(manifest->first.size(), 16u);
+    EXPECT_THAT(manifest->first, ::testing::AllOf(::testing::StartsWith("CabMan"), ::testing::SizeIs(16)));
     EXPECT_THAT(manifest->second, ::testing::HasSubstr("    <ITEM>*ROOT*a &amp; b.txt</ITEM>"));
 }
 
@@ -95,73 +93,6 @@ TEST(Cabinet, KeepsTimesAndAttributes) {
     }
 }
 
-TEST(Cabinet, TellsWhatFailedAndLeavesNothingHalf) {
-    using qv::platform::CallKind;
-    using qv::platform::FileCause;
-    const TempFolder folder;
-    MakeTree(folder);
-    CMakeCab maker;
-    EXPECT_EQ(CabinetError([&] { maker.Commit(); }), 6) << "not begun";
-    maker.SetDestPath(folder / "nowhere");
-    maker.SetName("n");
-    EXPECT_EQ(CabinetError([&] { maker.CreateNewCab(); }), 4);
-    maker.SetDestPath(folder / "");
-    maker.CreateNewCab();
-    EXPECT_EQ(CabinetError([&] { maker.AddFile(folder / "missing"); }), 1);
-    EXPECT_FALSE(folder.Has("n.cab"));
-    EXPECT_EQ(CabinetError([&] { CReadCab::CabToDirectory(folder / "out", folder / "in\\same.txt"); }), 2);
-    const auto none = Raised<CVorbexException>([&] { CReadCab::CabToDirectory(folder / "out", folder / "none.cab"); });
-    ASSERT_TRUE(none);
-    EXPECT_EQ(none->GetText(), "Cabinet not found");
-    CMakeCab::DirectoryToCab(folder / "in", folder / "p", 1);
-    const Tree before = ReadTree(folder.Native());
-    for (const CallKind call : {CallKind::Write, CallKind::Read, CallKind::Close, CallKind::Rename}) {
-        // Windows says all there is to say of written data before its file is closed.
-        if (call == CallKind::Close && qv::platform::HasDriveLetters()) continue;
-        fs::create_directory(folder.Native("out"));
-        {
-            const SystemFaults faults(call == CallKind::Rename ? SystemFaults::AlwaysNaming(FileCause::DiskFull)
-                                                               : SystemFaults::Always(call, FileCause::DiskFull));
-            EXPECT_NE(CabinetError([&] {
-                          CReadCab reader;
-                          reader.SetDestPath(folder / "out");
-                          reader.ReadCab(folder / "p.cab");
-                      }),
-                      0);
-        }
-        EXPECT_TRUE(fs::is_empty(folder.Native("out")));
-        fs::remove_all(folder.Native("out"));
-    }
-    EXPECT_EQ(ReadTree(folder.Native()), before);
-}
-
-TEST(Cabinet, WritesASetThatItReadsAsOne) {
-    class SmallCab : public CMakeCab {
-    public:
-        int placed = 0;
-
-    private:
-        DWORD GetMediaSize() const override { return 4000; }
-        int FilePlaced(const QvCabinetDescription&, const char*, DWORD, BOOL) override {
-            ++placed;
-            return 0;
-        }
-    };
-    const TempFolder folder;
-    MakeTree(folder);
-    folder.Write("in/sub/noise", Noise(20000, 1));
-    SmallCab maker;
-    maker.Pack(folder / "in", folder / "s", 1);
-    EXPECT_TRUE(folder.Has("s.cab") && folder.Has("s1.cab") && folder.Has("s5.cab"));
-    EXPECT_GT(maker.placed, 7);
-    CReadCab::CabToDirectory(folder / "out", folder / "s.cab");
-    EXPECT_EQ(ReadTree(folder.Native("out")), ReadTree(folder.Native("in")));
-    folder.Write("s2.cab", folder.Read("s3.cab"));
-    EXPECT_EQ(CabinetError([&] { CReadCab::CabToDirectory(folder / "out", folder / "s.cab"); }), 10);
-    fs::remove(folder.Native("s2.cab"));
-    EXPECT_EQ(CabinetError([&] { CReadCab::CabToDirectory(folder / "out", folder / "s.cab"); }), 1);
-}
-
 TEST(Cabinet, PassesOnWhatAnOverriddenMemberRaises) {
     class Cancelled : public CMakeCab {
         long Status(UINT, DWORD, DWORD) override { ThrowQvCancelException(); }
@@ -170,7 +101,7 @@ TEST(Cabinet, PassesOnWhatAnOverriddenMemberRaises) {
         long Status(UINT, DWORD, DWORD) override { return -1; }
     };
     const TempFolder folder;
-    MakeTree(folder);
+    MakeInput(folder);
     EXPECT_TRUE(Raised<CVorbexCancelException>([&] { Cancelled().Pack(folder / "in", folder / "c", 1); }));
     EXPECT_EQ(CabinetError([&] { Refused().Pack(folder / "in", folder / "c", 1); }), 7);
     for (const auto& [name, content] : ReadTree(folder.Native())) EXPECT_TRUE(name.starts_with("in/")) << name;

@@ -15,7 +15,7 @@ struct FolderOf {
     std::vector<std::pair<std::string, std::size_t>> members;  ///< names and sizes
 };
 
-/// A cabinet of any blocks.
+/// Makes a cabinet of any blocks.
 inline std::string CabinetOf(const std::vector<FolderOf>& folders) {
     using namespace cabinet;
     std::string list, entries, data;

@@ -20,7 +20,7 @@ public:
     std::map<std::string, std::string> files;
     long failingCall = -1;  ///< counted from 0
     long calls = 0;
-    int allocated = 0, opened = 0;  ///< and not given back
+    int allocated = 0, opened = 0;  ///< and not released
     int opens = 0;                  ///< for reading, in all
 
     void* Allocate(std::size_t size) override {
@@ -125,15 +125,38 @@ private:
     int Answer() { return Fails() ? -1 : 0; }
 };
 
-/// Copies every member into `members`, and tells of notifications in `heard`.
+struct Made {
+    bool done = false;
+    QvCabinetError error;
+};
+
+/// Makes a cabinet, or a set, of the members by their names. A folder ends after the member "c".
+inline Made Make(MemoryMaker& maker, const std::map<std::string, std::string>& members,
+                 QvCabinetDescription cabinet = {}, int compression = qv::cabinet::kMszip, unsigned threads = 1) {
+    Made made;
+    maker.files.insert(members.begin(), members.end());
+    cabinet.cabinetName = "set0";
+    cabinet.diskName = "disk";
+    cabinet.setId = 7;
+    const auto writer = qv::cabinet::CabinetWriter::Create(maker, cabinet, made.error, threads);
+    made.done = writer != nullptr;
+    for (const auto& [name, content] : members) {
+        made.done = made.done && writer->AddFile(CString(name), CString(name), false, compression);
+        if (name == "c") made.done = made.done && writer->FlushFolder();
+    }
+    made.done = made.done && writer->FlushCabinet(false);
+    return made;
+}
+
+/// Copies every member into `members`, and records the notifications.
 class MemoryReader : public MemoryCalls<qv::cabinet::IReaderCallbacks> {
 public:
     std::map<std::string, std::string> members;
-    std::string heard;  ///< the types, as digits
+    std::string notified;  ///< the types, as digits
     bool passOver = false;
 
     std::intptr_t Notify(QvCabinetNotification::Type type, QvCabinetNotification& notification) override {
-        heard += static_cast<char>('0' + type);
+        notified += static_cast<char>('0' + type);
         if (type == QvCabinetNotification::closeFileInfo && !Close(notification.file)) return 0;
         if (Fails()) return -1;
         if (type == QvCabinetNotification::copyFile)
@@ -143,7 +166,7 @@ public:
         return 1;
     }
 
-    /// The error's number; 0 when it went well.
+    /// Returns the error's number, 0 for success.
     int Copy(const char* name = "set0",
              const qv::cabinet::ReadLimits& limits = {1'000'000, std::uint64_t{1} << 36, 4096}) {
         QvCabinetError error;
@@ -153,8 +176,8 @@ public:
     }
 };
 
-/// The error of reading one cabinet, which must give everything back. Nothing is made up: what was read is part of the
-/// cabinet's data, if that is given.
+/// Returns the error of reading one cabinet. The reader must release everything, and what it reads must be a part of the
+/// data, if that is given.
 inline int ErrorOf(const std::string& cabinet, const std::string* data = nullptr) {
     MemoryReader reader;
     reader.files["set0"] = cabinet;
