@@ -5,7 +5,7 @@
 
 #include "cabinet/Lzx.h"
 #include "fuzz/FuzzInput.h"
-#include "tests/support/LzxMaker.h"
+#include "fuzz/LzxMaker.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 
 #include "benchmarks/files/Scratch.h"
 #include "benchmarks/support/RunBenchmarks.h"
+#include "fuzz/LzxMaker.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/framework/Process.h"
-#include "tests/support/LzxMaker.h"
 
 namespace {
 
