@@ -6,62 +6,55 @@ namespace {
 
 class History : public CHistoryMgr {
 public:
-    void Visit(std::initializer_list<const char*> urls) {
+    /// Visits pages, and returns Pages().
+    std::string After(std::initializer_list<const char*> urls) {
         for (const char* const url : urls) UpdateHistory(url);
+        return Pages();
     }
-    // The pages from the newest to the oldest, the present one in brackets.
+    /// The pages from the newest to the oldest, the current one in brackets.
     std::string Pages() {
         std::string pages;
         const CString current = GetCurrentUrl();
         choice = -1;
+        offered.RemoveAll();
         GetForwardMenuUrl({}, nullptr);
         for (int i = offered.GetSize() - 1; i >= 0; --i) pages += offered[i].AsStd();
         pages += "[" + current.AsStd() + "]";
+        offered.RemoveAll();
         GetBackMenuUrl({}, nullptr);
         for (const CString& title : offered) pages += title.AsStd();
         return pages;
     }
-
-    int choice = -1;
-    CStringArray offered;
+    CString Back(int item) {
+        choice = item;
+        return GetBackMenuUrl({1, 2}, nullptr);
+    }
 
 protected:
     int ChooseFromMenu(const CStringArray& texts, QvPoint, HWND) override {
         offered = texts;
         return choice;
     }
-    CString GetBackMenuUrl(QvPoint point, HWND window) override {
-        offered.RemoveAll();
-        return CHistoryMgr::GetBackMenuUrl(point, window);
-    }
-    CString GetForwardMenuUrl(QvPoint point, HWND window) override {
-        offered.RemoveAll();
-        return CHistoryMgr::GetForwardMenuUrl(point, window);
-    }
 
-public:
-    CString Back(int item) { return choice = item, GetBackMenuUrl({1, 2}, nullptr); }
+private:
+    int choice = -1;
+    CStringArray offered;
 };
 
 TEST(HistoryMgr, MovesWhenThePageIsShown) {
     History history;
     EXPECT_EQ(history.HasCurrentUrl() + history.HasBackUrl() + history.HasForwardUrl(), 0);
     EXPECT_EQ(history.GetBackUrl() + history.GetForwardUrl() + history.GetCurrentUrl(), "");
-    history.Visit({"A", "B", "C", "C"});
-    EXPECT_EQ(history.Pages(), "[C]BA");
+    EXPECT_EQ(history.After({"A", "B", "C", "C"}), "[C]BA");
     EXPECT_EQ(history.GetBackUrl(), "B");
     EXPECT_EQ(history.Pages(), "[C]BA");
-    history.Visit({"B"});
-    EXPECT_EQ(history.Pages(), "C[B]A");
+    EXPECT_EQ(history.After({"B"}), "C[B]A");
     EXPECT_EQ(history.GetForwardUrl(), "C");
-    history.Visit({"D"});  // another page came
-    EXPECT_EQ(history.Pages(), "[D]BA");
+    EXPECT_EQ(history.After({"D"}), "[D]BA") << "another page came";
     EXPECT_EQ(history.Back(1), "A");
-    history.Visit({"A"});
-    EXPECT_EQ(history.Pages(), "DB[A]");
+    EXPECT_EQ(history.After({"A"}), "DB[A]");
     EXPECT_EQ(history.HasBackUrl(), 0);
-    history.Visit({"D"});  // seen before: nothing is lost
-    EXPECT_EQ(history.Pages(), "[D]BA");
+    EXPECT_EQ(history.After({"D"}), "[D]BA") << "seen before: nothing is lost";
     EXPECT_EQ(history.Back(7), "");
     history.Reset();
     EXPECT_EQ(history.Pages(), "[]");
@@ -70,12 +63,11 @@ TEST(HistoryMgr, MovesWhenThePageIsShown) {
 TEST(HistoryMgr, KeepsTheNewest) {
     History history;
     history.SetMaxLinks(2);
-    history.Visit({"A", "B", "C"});
-    EXPECT_EQ(history.Pages(), "[C]B");
+    EXPECT_EQ(history.After({"A", "B", "C"}), "[C]B");
     history.SetMaxLinks(5);
-    history.Visit({"D", "E", "F"});
+    history.After({"D", "E", "F"});
     history.GetBackUrl();
-    history.Visit({"E"});
+    history.After({"E"});
     history.SetMaxLinks(1);
     EXPECT_EQ(history.Pages(), "[F]");
     history.SetMaxLinks(0);
@@ -85,17 +77,13 @@ TEST(HistoryMgr, KeepsTheNewest) {
 TEST(HistoryMgr, MayVisitAgain) {
     History history;
     history.SetAlwaysNew(2);  // only 1 is on
-    history.Visit({"A", "B", "A"});
-    EXPECT_EQ(history.Pages(), "B[A]");
+    EXPECT_EQ(history.After({"A", "B", "A"}), "B[A]");
     history.SetAlwaysNew(1);
-    history.Visit({"B", "A"});
-    EXPECT_EQ(history.Pages(), "[A]BA");
+    EXPECT_EQ(history.After({"B", "A"}), "[A]BA");
     history.GetBackUrl();
-    history.Visit({"B", "A"});
-    EXPECT_EQ(history.Pages(), "[A]BA");
+    EXPECT_EQ(history.After({"B", "A"}), "[A]BA");
     history.UpdateHistory("T", "Title");
-    history.Visit({"U"});
-    EXPECT_EQ(history.Pages(), "[U]TitleABA");
+    EXPECT_EQ(history.After({"U"}), "[U]TitleABA");
 }
 
 }  // namespace

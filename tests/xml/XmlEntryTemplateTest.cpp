@@ -62,7 +62,7 @@ TEST(XmlEntryTemplate, KeepsVersionsApartAndUnknownOnesAsTheyAre) {
     EXPECT_THAT(saved, testing::HasSubstr(other));
     EXPECT_THAT(saved,
                 testing::HasSubstr("<Length.2>\n        <Value>5</Value>\n        <Unit>mm</Unit>\n    </Length.2>"));
-    // Without the template all of them are unknown, and what is saved twice is the same.
+    // Without the template all of them are unknown, and saving is idempotent.
     const auto entries = Entries(saved);
     EXPECT_EQ(entries.size(), 4u);
     for (const auto& entry : entries) EXPECT_TRUE(dynamic_cast<CXmlUnknownEntry*>(entry.get()));

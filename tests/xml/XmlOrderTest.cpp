@@ -35,7 +35,7 @@ TEST(XmlOrder, PrunesAndSorts) {
               "<r>t<i k=\"b\">1</i><j k=\"a\">2</j><!--c--><i>0</i><i k=\"c\">1</i></r>");
 }
 
-// Texts whose keys some collations order otherwise than they compare them.
+// With these texts some collations order the keys differently from the texts.
 TEST(XmlOrder, IsThatOfTheCollation) {
     for (const char* const locale : {"C", GermanLocale(), "en_US.UTF-8"}) {
         const ScopedLocale scope(locale);

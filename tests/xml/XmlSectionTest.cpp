@@ -126,7 +126,7 @@ TEST(XmlSection, ReadsByTagAndNumber) {
     EXPECT_EQ(tagged.GetRawXml(), "x");
 }
 
-TEST(XmlSection, SaysWhatIsBroken) {
+TEST(XmlSection, ReportsWhatIsMalformed) {
     struct Row {
         const char *text, *tag, *message;
     };
@@ -150,7 +150,7 @@ TEST(XmlSection, SaysWhatIsBroken) {
     EXPECT_EQ(copy.GetRawXml().GetLength(), 7000000 + 6);
 }
 
-// What is too long is refused before anything reads it, and what raises halfway leaves no half.
+// A text that is too long is refused before it is read, and an exception leaves no partial element.
 TEST(XmlSection, WritesWholeElementsOrNone) {
     struct Broken : Shape {
         void SaveXml(CXmlSection&) const override { CXmlSection::ThrowXmlException(7, "broken"); }
