@@ -8,7 +8,7 @@ using namespace qv::test;
 
 class DIBitmapDraw : public DIBitmapTest {
 protected:
-    // A 4 by 3 target of 9s, drawn on by the action, a line a row.
+    // Draws on a target of 4 by 3 pixels of value 9. Returns a line for each row.
     template <class Draw>
     std::string Drawn(Draw draw) {
         std::vector<DWORD> pixels(5 * 3, 9);

@@ -9,7 +9,7 @@ using namespace qv::test;
 
 using HostileBitmap = DIBitmapTest;
 
-// Everything that can be done to a bitmap, whatever it holds.
+// Calls every operation of a bitmap.
 void UseAll(Bitmap& bitmap, CFile& out) {
     std::vector<DWORD> pixels(16 * 16);
     const CDC target(CPixelBuffer{pixels.data(), 16, 16, 16});

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <set>
 
 #include "qvcommon/Exceptions.h"
@@ -17,7 +16,7 @@ namespace {
 
 using namespace qv::test;
 
-// Keeps the hooks called and the records as they came out of the clean-ups.
+// Records the hooks called, and the records as cleaned.
 class Walk : public CParseEmf {
 public:
     int ProcessMetafileRecords(CFile& file) override {
@@ -39,7 +38,7 @@ public:
     std::string bytes, hooks;
 };
 
-// What a walk comes to: its result, or 100 and the code of the error raised.
+// Returns the result of a walk, or 100 and the code of the error that it raises.
 int Outcome(CParseEmf& parser, const CString& path) {
     int result = -1;
     const auto error = Raised<CVorbexException>([&] { result = parser.ProcessFile(path); });
@@ -48,8 +47,9 @@ int Outcome(CParseEmf& parser, const CString& path) {
 
 class ParseEmf : public testing::Test {
 protected:
-    int Process(const std::string& bytes) {
+    int Process(const std::string& bytes, int checkHeader = 0) {
         walk = Walk();
+        walk.checkHeader = checkHeader;
         m_folder.Write("a.emf", bytes);
         return Outcome(walk, m_folder / "a.emf");
     }
@@ -66,24 +66,19 @@ protected:
 TEST_F(ParseEmf, CallsHooksAndChecksTheHeaderOnlyWhenAsked) {
     const std::string figures = Record(42, Words({0})) + Record(43, Words({0})) + Record(44, Words({0})) +
                                 Record(10, Words({3, 4})) + Record(45, Words({0})) + EndRecord();
-    EXPECT_EQ(Process(HeaderRecord() + EndRecord() + "behind"), 1);
+    EXPECT_EQ(Process(HeaderRecord() + EndRecord() + "more"), 1);
     EXPECT_EQ(walk.hooks, "");
     EXPECT_EQ(Process(figures), 1);
     EXPECT_EQ(walk.hooks, "ellipse rectangle round origin4 ");
     EXPECT_EQ(walk.bytes, figures);
 
-    struct Checked : Walk {
-        Checked() { checkHeader = 1; }
-    };
-    for (const auto& [bytes, expected] :
-         std::map<std::string, int>{{HeaderRecord() + figures, 1},
-                                    {HeaderRecord().replace(40, 1, "X") + EndRecord(), 103},
-                                    {Record(2, HeaderRecord().substr(8)), 103},
-                                    {Record(1, Words({0})), 103}}) {
-        Checked checked;
-        m_folder.Write("b.emf", bytes);
-        EXPECT_EQ(Outcome(checked, m_folder / "b.emf"), expected);
-        EXPECT_EQ(checked.hooks, expected == 1 ? "header ellipse rectangle round origin4 " : "");
+    const std::pair<std::string, int> checked[] = {{HeaderRecord() + figures, 1},
+                                                   {HeaderRecord().replace(40, 1, "X") + EndRecord(), 103},
+                                                   {Record(2, HeaderRecord().substr(8)), 103},
+                                                   {Record(1, Words({0})), 103}};
+    for (const auto& [bytes, expected] : checked) {
+        EXPECT_EQ(Process(bytes, 1), expected);
+        EXPECT_EQ(walk.hooks, expected == 1 ? "header ellipse rectangle round origin4 " : "");
     }
 }
 
@@ -113,8 +108,8 @@ TEST_F(ParseEmf, EndsAtSizesThatCannotBe) {
     EXPECT_EQ(Outcome(walk, m_folder / "none.emf"), 101);
 }
 
-TEST_F(ParseEmf, LeavesTheFileBehindTheEndRecordAndFreeAfterErrors) {
-    m_folder.Write("a.emf", "xx" + SmallMetafile(7) + "behind");
+TEST_F(ParseEmf, LeavesTheFileAfterTheEndRecordAndClosesItAfterErrors) {
+    m_folder.Write("a.emf", "xx" + SmallMetafile(7) + "more");
     CFile file(m_folder / "a.emf", CFile::modeRead);
     file.Seek(2, CFile::begin);
     EXPECT_EQ(walk.ProcessMetafileRecords(file), 1);
@@ -199,7 +194,7 @@ TEST(ParseEmfTables, GiveTextsOfErrorsAndNamesOfTypes) {
     EXPECT_EQ(parser.GetTableIndexFromName("six", table, 1), -1);
 }
 
-// Every cut and every flipped bit of a file ends in a result or a stated error, with no more records than the file holds.
+// Every cut and every flipped bit of a file ends in a result or a documented error, and the records never exceed the file.
 TEST_F(ParseEmf, SurvivesEveryCutAndFlip) {
     const std::string good = SmallMetafile('#');
     CFile file(m_folder / "a.emf", CFile::modeCreate | CFile::modeReadWrite);

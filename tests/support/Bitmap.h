@@ -4,7 +4,7 @@
 
 #include "tests/support/Metafile.h"
 
-/// @file Bitmap files, made to measure.
+/// @file Bitmap files of any shape.
 
 namespace qv::test {
 
@@ -26,7 +26,7 @@ inline std::string ColourTable(std::uint32_t count) {
     return Words(colours);
 }
 
-/// What the format asks for, to the last field.
+/// A file with every field as the format demands.
 inline std::string BitmapFile(BitmapRecipe r) {
     if (r.table.empty() && r.bits <= 8) r.table = ColourTable(r.coloursUsed ? r.coloursUsed : 1u << r.bits);
     const std::size_t row = PaddedRow(r.bits, r.width);

@@ -8,7 +8,7 @@
 
 namespace qv::test {
 
-/// Shows what applications that derive see.
+/// Makes the members public that derived classes see.
 class Bitmap : public CDIBitmap {
 public:
     using CDIBitmap::GetBitsPerPixel;
@@ -37,9 +37,10 @@ protected:
         return m_file;
     }
     /// The text that loading raises.
-    std::string Refusal(const std::string& bytes) {
+    template <class Load>
+    std::string Refusal(Load load) {
         try {
-            Load(bytes);
+            load();
         } catch (const char* text) {
             return text;
         }

@@ -32,7 +32,7 @@ inline std::string EndRecord() {
     return Record(14, Words({0, 16, 20}));
 }
 
-/// Font, text and pen records with rubbish where the format leaves bytes undefined, or with zeroes there.
+/// Font, text and pen records with random bytes where the format leaves bytes undefined, or with zeroes there.
 inline std::string FontRecord(char16_t rubbish, std::string tail = "") {
     std::u16string names(32 + 64 + 32, rubbish);
     names.replace(0, 6, std::u16string(u"Arial\0", 6)).replace(32, 3, std::u16string(u"Ar\0", 3));
@@ -40,10 +40,10 @@ inline std::string FontRecord(char16_t rubbish, std::string tail = "") {
     return Record(82, std::string(32, 'f') + Wide(names) + std::string(36, 'p') + tail);
 }
 
-inline std::string TextRecord(std::u16string_view text, char16_t behind, std::uint32_t offset = 76) {
+inline std::string TextRecord(std::u16string_view text, char16_t padding, std::uint32_t offset = 76) {
     const auto count = static_cast<std::uint32_t>(text.size());
     return Record(84, std::string(36, 't') + Words({count, offset}) + std::string(24, 'r') + Wide(text) +
-                          Wide(std::u16string(1, behind)) + "dxdx");
+                          Wide(std::u16string(1, padding)) + "dxdx");
 }
 
 inline std::string PenRecord(std::uint32_t brushStyle, std::uint32_t hatch) {

@@ -4,14 +4,16 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 #include <vector>
 
 #include "qvcommon/ImageHelper.h"
+#include "qvcommon/framework/Collections.h"
 #include "tests/support/Bitmap.h"
 #include "tests/support/DIBitmapTest.h"
 #include "tests/support/TempFolder.h"
 
-/// @file Pictures as rows of 0xAARRGGBB from the top, made and looked at without the library's own members for that.
+/// @file Pictures as rows of 0xAARRGGBB from the top, made and read without the library's own members for that.
 
 namespace qv::test {
 
@@ -29,6 +31,14 @@ inline void Make(const PixelRows& rows, CDIBitmap& bitmap) {
                                       .table = Words({0xFF0000, 0xFF00, 0xFF, 0xFF000000}),
                                       .rows = bytes}));
     EXPECT_EQ(bitmap.Load(folder / "a.bmp"), 1);
+}
+
+/// The words of a command line, none of which holds a space.
+inline CStringArray CommandLine(const std::string& line) {
+    CStringArray words;
+    std::istringstream rest(line);
+    for (std::string word; rest >> word;) words.Add(word);
+    return words;
 }
 
 /// Drawn by the system; opaque unless the bitmap is one that the library makes with alpha.

@@ -7,7 +7,7 @@
 
 #include "qvcommon/Checksum.h"
 
-/// @file PNG files, made to measure, without compression.
+/// @file PNG files of any shape, without compression.
 
 namespace qv::test {
 
@@ -50,7 +50,7 @@ struct PngRecipe {
     int Channels() const { return colour == 2 ? 3 : colour == 4 ? 2 : colour == 6 ? 4 : 1; }
 };
 
-/// Filters every row, the filters taking turns.
+/// A row with one of the filters.
 inline std::string FilteredRow(const std::string& row, const std::string& above, int filter, std::size_t step) {
     std::string out(1, static_cast<char>(filter));
     for (std::size_t i = 0; i < row.size(); ++i) {

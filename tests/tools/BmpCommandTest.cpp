@@ -15,7 +15,7 @@ using namespace qv::test;
 TEST(BmpCommand, PrintsAndConverts) {
     const TempFolder folder;
     const std::string good = BitmapFile({.width = 5, .height = -3, .bits = 8, .coloursUsed = 7});
-    // The writer forgot the sizes, and left something between colours and rows.
+    // The sizes are missing, and there is a gap between colours and rows.
     std::string odd = good.substr(0, 54 + 28) + "gap." + good.substr(54 + 28);
     odd.replace(2, 4, Words({0})).replace(10, 4, Words({54 + 28 + 4})).replace(34, 4, Words({0}));
     folder.Write("odd.bmp", odd);
@@ -71,17 +71,12 @@ TEST(BmpCommand, ConvertsBetweenFormats) {
     EXPECT_EQ(RowsOf(read)[0], (std::vector<std::uint32_t>{0xFF102030, 0xFF80007F, 0xFF0000FF}));
 }
 
-// Pictures of other programs: each is loaded, saved whole, and shown to the program again.
+// Pictures of other programs: each is loaded, saved whole, and read by the program again.
 class OtherPrograms : public testing::Test {
 protected:
-    void Need(const char* program) {
-        if (!HasProgram(program)) GTEST_SKIP() << program << " is not there";
-    }
-    // @return the depth.
+    /// Returns the depth.
     int SaveAgain(const std::string& from, const std::string& to) {
-        struct Depth : CDIBitmap {
-            using CDIBitmap::GetBitsPerPixel;
-        } bitmap;
+        Bitmap bitmap;
         EXPECT_EQ(bitmap.Load(m_folder / from), 1) << from;
         EXPECT_EQ(bitmap.SaveWhole(m_folder / to), 1) << from;
         return bitmap.GetBitsPerPixel();
@@ -92,26 +87,17 @@ protected:
 };
 
 TEST_F(OtherPrograms, ImageMagickSeesTheSamePixels) {
-    Need("convert");
-    if (IsSkipped()) return;
-    const std::vector<CStringArray> kinds = {{"-monochrome", "-type", "bilevel"},
-                                             {"-colors", "13", "-type", "palette"},
-                                             {"-colors", "200", "-type", "palette"},
-                                             {"-colors", "200", "-type", "palette", "-compress", "RLE"},
-                                             {"-define", "bmp:subtype=RGB555"},
-                                             {"-define", "bmp:subtype=RGB565"},
-                                             {"-type", "truecolor"}};
+    if (!HasProgram("convert")) GTEST_SKIP() << "convert is not there";
     std::set<int> depths;
-    for (const CStringArray& kind : kinds) {
+    for (const std::string kind : {"-monochrome -type bilevel", "-colors 13 -type palette", "-colors 200 -type palette",
+                                   "-colors 200 -type palette -compress RLE", "-define bmp:subtype=RGB555",
+                                   "-define bmp:subtype=RGB565", "-type truecolor"}) {
         // One run makes all widths, one more asks for the pixels of all files.
-        CStringArray make = {"-limit", "thread", "1", "-size", "70x5", "-seed", "7", "plasma:", "-depth", "8"};
-        make.Append(kind);
+        CStringArray make = CommandLine("-limit thread 1 -size 70x5 -seed 7 plasma: -depth 8 " + kind);
         CStringArray ask[2] = {{"-format", "%#\n"}, {"-format", "%#\n"}};
         for (int width = 1; width <= 70; ++width) {
             const std::string name = std::to_string(width) + ".bmp";
-            CString size;
-            size.Format("%dx5+0+0", width);
-            make.Append({"(", "+clone", "-crop", size, "+repage"});
+            make.Append(CommandLine("( +clone -crop " + std::to_string(width) + "x5+0+0 +repage"));
             make.Append({"-write", "BMP3:" + Native(name), "+delete", ")"});
             ask[0].Add(Native(name));
             ask[1].Add(Native("again" + name));
@@ -130,21 +116,17 @@ TEST_F(OtherPrograms, ImageMagickSeesTheSamePixels) {
     EXPECT_EQ(depths, (std::set<int>{1, 4, 8, 16, 24}));
 }
 
-/// Pictures with other headers, and what the tool makes of them.
+/// Pictures with other headers, as the tool converts them.
 TEST_F(OtherPrograms, ImageMagickSeesConvertedPicturesAlike) {
-    Need("convert");
-    if (IsSkipped()) return;
-    const std::vector<std::pair<const char*, CStringArray>> kinds = {
-        {"BMP2:", {"-type", "truecolor"}},
-        {"BMP2:", {"-colors", "13", "-type", "palette"}},
-        {"BMP:", {"-type", "truecolor"}},
-        {"BMP:", {"-alpha", "set", "-channel", "A", "-evaluate", "set", "50%", "+channel"}},
-        {"BMP:", {"-alpha", "set", "-define", "bmp:subtype=ARGB4444"}},
-        {"BMP:", {"-define", "bmp:subtype=RGB565"}}};
+    if (!HasProgram("convert")) GTEST_SKIP() << "convert is not there";
     std::set<std::string> headers;
-    for (const auto& [format, kind] : kinds) {
-        CStringArray make = {"-size", "37x5", "-seed", "7", "plasma:", "-depth", "8"};
-        make.Append(kind);
+    for (const auto& [format, kind] : {std::pair<const char*, std::string>{"BMP2:", "-type truecolor"},
+                                       {"BMP2:", "-colors 13 -type palette"},
+                                       {"BMP:", "-type truecolor"},
+                                       {"BMP:", "-alpha set -channel A -evaluate set 50% +channel"},
+                                       {"BMP:", "-alpha set -define bmp:subtype=ARGB4444"},
+                                       {"BMP:", "-define bmp:subtype=RGB565"}}) {
+        CStringArray make = CommandLine("-size 37x5 -seed 7 plasma: -depth 8 " + kind);
         make.Add(format + Native("a.bmp"));
         ASSERT_EQ(RunProgram("convert", make).status, 0);
         headers.insert(m_folder.Read("a.bmp").substr(14, 1));
@@ -153,14 +135,13 @@ TEST_F(OtherPrograms, ImageMagickSeesConvertedPicturesAlike) {
             return RunProgram("convert", {Native(name), "-format", "%#", "info:"}).output;
         };
         EXPECT_EQ(seen("a.bmp").size(), 64u);
-        EXPECT_EQ(seen("a.bmp"), seen("b.bmp")) << format << " " << kind[1].AsStd();
+        EXPECT_EQ(seen("a.bmp"), seen("b.bmp")) << format << " " << kind;
     }
     EXPECT_GE(headers.size(), 2u) << "headers of 12 bytes, and of version 4 or 5";
 }
 
 TEST_F(OtherPrograms, NetpbmSeesTheSamePixels) {
-    Need("ppmtobmp");
-    if (IsSkipped()) return;
+    if (!HasProgram("ppmtobmp")) GTEST_SKIP() << "ppmtobmp is not there";
     for (const char* const bits : {"1", "4", "8", "24"})
         for (int width = 1; width <= 70; ++width) {
             std::string picture = "P6 " + std::to_string(width) + " 3 255\n";

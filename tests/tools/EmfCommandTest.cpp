@@ -32,7 +32,7 @@ TEST(EmfCommand, ListsRecordsAndTheHeader) {
 TEST(EmfCommand, NormalisesToEqualBytesAndReplacesOnlyByAWholeFile) {
     const TempFolder folder;
     for (const char rubbish : {'#', '$'}) {
-        folder.Write("in.emf", SmallMetafile(static_cast<char16_t>(rubbish)) + "behind");
+        folder.Write("in.emf", SmallMetafile(static_cast<char16_t>(rubbish)) + "more");
         EXPECT_EQ(ToolStatus({"emf", "normalise", folder / "in.emf", folder / "in.emf"}), 0);
         EXPECT_EQ(folder.Read("in.emf"), SmallMetafile(0));
     }
@@ -44,7 +44,7 @@ TEST(EmfCommand, NormalisesToEqualBytesAndReplacesOnlyByAWholeFile) {
     EXPECT_EQ(ToolStatus({"emf", "normalise", folder / "in.emf", folder / "none/out.emf"}), 1);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Native()), {}), 2);
     if (qv::platform::HasDriveLetters()) return;
-    // The new version is made beside its place: nothing can be made in the current folder.
+    // The new version is made in the folder of its target: the current folder is not writable.
     const CStringArray elsewhere = {"-c", "cd /proc && exec \"$0\" emf normalise \"$1\" \"$2\"", CString(ToolPath()),
                                     CString(folder.Native("in.emf").string()), CString(folder.Native("b\\c").string())};
     EXPECT_EQ(RunProgram("sh", elsewhere).status, 0);
