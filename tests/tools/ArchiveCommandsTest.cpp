@@ -21,7 +21,7 @@ TEST(ArchiveCommands, ReadArchivesOfOtherPrograms) {
     EXPECT_EQ(folder.Read("other/x"), "ab");
 }
 
-TEST(ArchiveCommands, NamesDoNotCommandTheTerminal) {
+TEST(ArchiveCommands, EscapeControlCharactersForTerminals) {
     const TempFolder folder;
     const std::string name = "\x1B[31mred\n0\x7F\xC2\x9B\xC3\xA9";
     folder.Write("a.cab", qv::test::CabinetOf({{qv::cabinet::kStored, {"ab"}, {{name, 2}}}}));

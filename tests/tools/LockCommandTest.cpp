@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Whether someone holds the lock on the document: 10 or 11.
+/// Exits with 10 when the lock on the document is free, with 11 when it is held.
 QV_CHILD(LookAtLock) {
     const RecordingClock clock;
     CLockFile lock;
@@ -36,14 +36,14 @@ TEST(LockCommand, RunsTheCommandUnderTheLockAndGivesItsStatus) {
     EXPECT_EQ(ToolStatus({"lock", document, "--", self, "--child=LookAtLock", document}), 1);
 }
 
-/// Says that it runs, until its input ends.
+/// Reports that it runs, and ends with its input.
 QV_CHILD(RunUntilTheInputEnds) {
     std::cout << "running" << std::endl;
     std::cin.get();
     return 0;
 }
 
-TEST(LockCommand, KeepsTheLockUntilTheCommandEndsWhateverBecomesOfIt) {
+TEST(LockCommand, KeepsTheLockUntilTheCommandEndsEvenWhenKilled) {
     const TempFolder folder;
     const CString document = folder / "document", self(qv::platform::CurrentProgram());
     CProcess tool;

@@ -78,7 +78,7 @@ TEST(XmlCommand, CreatesTheFileThatALinkLeadsTo) {
     EXPECT_NE(folder.Read("target.xml").find("<r><a>x</a></r>"), std::string::npos);
 }
 
-// A service, a container, a user's terminal: what goes in comes out, byte for byte.
+// Texts are kept byte for byte in services, containers and terminals.
 TEST(XmlCommand, KeepsTextsInEveryEnvironment) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the code page does not follow the environment here";
     const TempFolder folder;

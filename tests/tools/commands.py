@@ -1,14 +1,15 @@
 """Runs a table of command lines of the tool: commands.py TABLE PROGRAM...
 
-A case begins with a line "== TITLE" and has a folder of its own. Its lines, in any number and in this order again and again:
+A case begins with a line "== TITLE" and has its own folder. Its lines, as often as needed:
 
     @ NAME: TEXT     a file of one line; "@ NAME/" a folder; "@ NAME:" an empty file
     < TEXT           a line of the next command's standard input
     $ qv WORDS       runs the tool; words are quoted as in a shell
-    > TEXT           a line that it prints; none: it prints nothing
-    2> TEXT          a line on standard error; "..." at an end stands for anything
-    = STATUS         0 where there is no such line
-    ? NAME...        what the folder holds now, besides other names; "! NAME" says that a name is missing
+    > TEXT           a line that it prints; without such lines it prints nothing
+    2> TEXT          a line on standard error; "..." at either end matches any text
+    = STATUS         its exit status; without such a line 1 where there are errors, 0 elsewhere
+    & COMMAND: TEXT  it refuses its words: an error with a hint at the command's help, and status 2
+    ? NAME...        names that the folder holds now; "! NAME" says that a name is missing
     ? NAME: TEXT     a file that holds this one line now
 
 "\\0" is a zero byte; after one at its end a line of input has no line end. Paths may be written with "/" on every system; "\\" in what the tool prints is read as "/".
@@ -38,12 +39,17 @@ def read(table):
         elif key == "$":
             cases[-1][1].append((number, Command(shlex.split(rest)[1:], given)))
             given = []
-        elif key in (">", "2>", "="):
+        elif key == ">":
+            cases[-1][1][-1][1].output.append(rest)
+        elif key == "2>":
+            cases[-1][1][-1][1].errors.append(rest)
+            cases[-1][1][-1][1].status = 1
+        elif key == "=":
+            cases[-1][1][-1][1].status = int(rest)
+        elif key == "&":
+            subject, _, text = rest.partition(": ")
             command = cases[-1][1][-1][1]
-            if key == "=":
-                command.status = int(rest)
-            else:
-                (command.output if key == ">" else command.errors).append(rest)
+            command.errors, command.status = [f"qv: {text}", f"See '{subject} --help'."], 2
         elif key in ("@", "?", "!"):
             cases[-1][1].append((number, (key, rest)))
         elif key not in ("", "#"):

@@ -1,4 +1,4 @@
-"""What the tool writes is read by programs of other makers, and what they write by the tool. They run on this machine even
+"""Programs of other makers read what the tool writes, and the tool reads what they write. They run on this machine even
 where the tool is a Windows program: QV is its command line."""
 
 import os
@@ -43,17 +43,16 @@ class OtherPrograms(unittest.TestCase):
         bare = {os.path.basename(name): content for name, content in found.items() if not name.startswith("CabMan")}
         self.assertEqual(bare, wanted)
 
-    @needs("cabextract")
-    def test_cabextract_reads_archives(self):
+    def test_archives_are_read(self):
         self.run_here(*QV, "pack", "in", "a")
-        self.run_here("cabextract", "-q", "-d", "out", "a.cab")
-        self.expect_members("out")
-
-    @needs("7zz")
-    def test_7zz_reads_archives(self):
-        self.run_here(*QV, "pack", "in", "a")
-        self.run_here("7zz", "x", "-oout", "a.cab")
-        self.expect_members("out")
+        for command in ("cabextract -q -d out a.cab", "7zz x -oout a.cab"):
+            program = command.split()[0]
+            with self.subTest(program):
+                if not shutil.which(program):
+                    self.skipTest(f"{program} is not installed")
+                self.run_here(*command.split())
+                self.expect_members("out")
+            shutil.rmtree(os.path.join(self.folder, "out"), ignore_errors=True)
 
     @needs("gcab")
     def test_archives_of_gcab_are_read(self):

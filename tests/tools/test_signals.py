@@ -1,5 +1,5 @@
 """Interrupts and terminations at random moments: targets are whole or as they were, no other file stays, and the status is
-that of the signal. QV_ROUNDS says how often for each command."""
+that of the signal. QV_ROUNDS sets the number of rounds for each command."""
 
 import filecmp
 import os
