@@ -62,8 +62,8 @@ class Debian(unittest.TestCase):
         self.assertEqual(run("qv", "text", "escape", input="a<b"), "a&lt;b")
         folder = run("g++", "-print-multiarch").strip()
         self.assertRegex(run("ldd", "/usr/bin/qv"), rf"libqvcommon\.so\.0\.1 => /(usr/(bin/\.\./)?)?lib/{folder}/")
-        self.assertIn("All rights reserved", pathlib.Path("/usr/share/doc/libqvcommon0.2/copyright").read_text())
-        # As a newcomer does it: nothing is said of where the library is.
+        self.assertIn("All rights reserved", pathlib.Path("/usr/share/doc/libqvcommon0.1/copyright").read_text())
+        # Without any hint at where the library is.
         with tempfile.TemporaryDirectory() as folder:
             run("cmake", "-S", "/usr/share/doc/qvcommon/examples", "-B", folder, *launcher())
             run("cmake", "--build", folder, "--target", "settings")
@@ -74,7 +74,7 @@ class Debian(unittest.TestCase):
 
 
 class Windows:
-    """One zip, unpacked into a folder of its own."""
+    """One zip, unpacked into its own folder."""
 
     def test_zip(self):
         tree = Tree(self.target)
@@ -93,7 +93,7 @@ class Windows:
             said, version = (re.escape(text.encode("utf-16-le")) for text in ("ProductVersion", VERSION))
             self.assertRegex((binaries / name).read_bytes(), said + rb"\0+" + version)
 
-        # What is not a part of Windows lies beside the program, whatever this machine has elsewhere; with its licence.
+        # Libraries that are not part of Windows are beside the program, with their licences.
         here = {file.name for file in binaries.iterdir()}
         for file in binaries.iterdir():
             needed = re.findall(r"DLL Name: (\S+)", run("objdump", "-p", file))

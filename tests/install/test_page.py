@@ -1,4 +1,4 @@
-"""The page that says how the library is installed: its blocks, run unchanged."""
+"""Runs the code blocks of the page on installing the library as they are."""
 
 import os
 import pathlib
@@ -15,7 +15,7 @@ START = (ROOT / "docs/get-started.md").read_text()
 
 
 def blocks(heading, language):
-    """Those of a language under a heading; those before the first heading under none."""
+    """The code blocks of a language under a heading; without a heading, those before the first one."""
     section = re.search(rf"^{'## ' + heading if heading else '# Install'}\n(.*?)(?=^## |\Z)", PAGE, re.M | re.S)[1]
     found = re.findall(rf"^```{re.escape(language)}\n(.*?)^```$", section, re.M | re.S)
     if not found:

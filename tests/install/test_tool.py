@@ -1,4 +1,4 @@
-"""The installed tool as a new user meets it: every command with wrong arguments, missing files, closed and full pipes."""
+"""The installed tool: every command with wrong arguments, missing files, closed and full pipes."""
 
 import os
 import pathlib
@@ -11,15 +11,15 @@ import unittest
 
 from trees import VERSION, Tree, run
 
-# Each command with arguments that are right, and files that are not there.
+# Each command with valid arguments and missing files.
 MISSING = {
     "backup": "none", "bmp convert": "none out", "bmp info": "none", "chart": "bar none", "copy": "none to",
     "crc": "none",
     "delete": "none", "emf list": "none", "emf normalise": "none out", "find": "none", "list": "none",
     "lock": "none/file -- true", "log": "none/file text", "pack": "none out.cab", "report": "none -o out",
-    "send": "qv-nobody text", "unpack": "none.cab out", "watch": "none", "xml get": "none a", "xml set": "none a b",
+    "send": "qv-no-listener text", "unpack": "none.cab out", "watch": "none", "xml get": "none a", "xml set": "none a b",
     "xml create": "none/file a"}
-# These wait, or read standard input, of which everything is right.
+# These wait, or accept any standard input.
 OTHERS = {"help", "listen"} | {"text " + name for name in (
     "csv-join csv-split escape plain sort strip-tags title-case unescape url-escape url-unescape wrap xml-escape "
     "xml-unescape").split()}
@@ -70,7 +70,7 @@ class OnLinux(Tool, unittest.TestCase):
     preset = "linux"
 
     def commands(self, *path):
-        """All that do something themselves, as help lists them."""
+        """All commands without subcommands, as help lists them."""
         below = re.search(r"Subcommands:\n((?:  .*\n)+)", self.qv(*path, "--help"))
         names = re.findall(r"^  (\S+) ", below[1], re.M) if below else []
         return [leaf for name in names for leaf in self.commands(*path, name)] or [" ".join(path)]
@@ -133,19 +133,19 @@ class OnLinux(Tool, unittest.TestCase):
 
 
 def complete_in_zsh(functions, line):
-    """What zsh makes of a line at the tab key, in a terminal."""
+    """The line as zsh completes it at the tab key, in a terminal."""
     with tempfile.TemporaryDirectory() as folder:
         answer = os.path.join(folder, "answer")
         os.mkfifo(answer)
         with open(os.path.join(folder, ".zshrc"), "w", encoding="utf-8") as settings:
             settings.write(f"fpath=({functions} $fpath); autoload -U compinit; compinit -D -u\n"
-                           f"tell() {{ print -rn -- $BUFFER > {answer} }}; zle -N tell; bindkey '^X' tell\n")
+                           f"save() {{ print -rn -- $BUFFER > {answer} }}; zle -N save; bindkey '^X' save\n")
         ours, its = pty.openpty()
         environment = {**os.environ, "TERM": "dumb", "ZDOTDIR": folder}
         with subprocess.Popen(["zsh", "-i"], stdin=its, stdout=its, stderr=its, env=environment) as shell:
             os.write(ours, line.encode() + b"\t\x18")
-            with open(answer, encoding="utf-8") as told:
-                completed = told.read()
+            with open(answer, encoding="utf-8") as line_read:
+                completed = line_read.read()
             shell.kill()
         os.close(ours)
         os.close(its)

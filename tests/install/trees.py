@@ -1,5 +1,5 @@
-"""Installed trees of the library, made from the build folders and then moved, so that nothing can lead back to where they
-were first; and the examples, built against them from outside."""
+"""Installed trees of the library, made from the build folders and then moved, so that no path leads back to the first
+place; and the examples, built against them from outside."""
 
 import os
 import pathlib
@@ -14,7 +14,7 @@ WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Werror"
 
 
 def run(*command, status=0, **options):
-    """What a program writes, to both streams unless told otherwise; it has to end with this status, None for any."""
+    """What a program writes to both streams, unless options redirect them. It must end with the status; None allows any."""
     options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "text": True, "timeout": 60, **options}
     done = subprocess.run([str(word) for word in command], **options)
     if status is not None and done.returncode != status:
@@ -47,14 +47,14 @@ class Tree:
         return self
 
     def where(self):
-        """What tells CMake where the library is. The cross compiler's search keeps to its own folders."""
+        """Arguments that lead CMake to the library. The cross compiler searches only its own folders."""
         if not self.windows:
             return [f"-DCMAKE_PREFIX_PATH={self.prefix}"]
         return [f"-DQvCommon_DIR={self.prefix}/lib/cmake/QvCommon",
                 f"--toolchain={ROOT}/cmake/toolchains/{self.build.name}.cmake"]
 
     def build_with_cmake(self):
-        """The folder with the programs. On Windows they lie beside the library, as they do when they are shipped."""
+        """The folder with the programs. On Windows they are beside the library, as when shipped."""
         folder = self.work / "cmake"
         run("cmake", "-S", EXAMPLES, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release", *self.where(), *launcher(),
             f"-DCMAKE_CXX_FLAGS={WARNINGS}")
