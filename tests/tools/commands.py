@@ -27,6 +27,18 @@ class Command:
         self.words, self.given = words, "".join(line + "\n" * (not line.endswith("\0")) for line in given)
         self.output, self.errors, self.status = [], [], 0
 
+    def expect(self, key, rest):
+        if key == ">":
+            self.output.append(rest)
+        elif key == "2>":
+            self.errors.append(rest)
+            self.status = 1
+        elif key == "=":
+            self.status = int(rest)
+        else:
+            subject, _, text = rest.partition(": ")
+            self.errors, self.status = [f"qv: {text}", f"See '{subject} --help'."], 2
+
 
 def read(table):
     cases, given = [], []
@@ -39,17 +51,8 @@ def read(table):
         elif key == "$":
             cases[-1][1].append((number, Command(shlex.split(rest)[1:], given)))
             given = []
-        elif key == ">":
-            cases[-1][1][-1][1].output.append(rest)
-        elif key == "2>":
-            cases[-1][1][-1][1].errors.append(rest)
-            cases[-1][1][-1][1].status = 1
-        elif key == "=":
-            cases[-1][1][-1][1].status = int(rest)
-        elif key == "&":
-            subject, _, text = rest.partition(": ")
-            command = cases[-1][1][-1][1]
-            command.errors, command.status = [f"qv: {text}", f"See '{subject} --help'."], 2
+        elif key in (">", "2>", "=", "&"):
+            cases[-1][1][-1][1].expect(key, rest)
         elif key in ("@", "?", "!"):
             cases[-1][1].append((number, (key, rest)))
         elif key not in ("", "#"):
@@ -64,6 +67,7 @@ def make(folder, rest):
     if not name.endswith("/"):
         with open(path, "w", encoding="utf-8") as file:
             file.write(text[1:] + "\n" if text else "")
+    return []
 
 
 def matches(line, wanted):
@@ -78,29 +82,21 @@ def differences(kind, found, wanted):
     return [] if same else [f"{kind}: wanted {wanted}", f"{kind}: found  {lines}"]
 
 
-def try_command(program, folder, command):
-    run = subprocess.run([*program, *command.words], cwd=folder, input=command.given, capture_output=True, text=True,
-                         encoding="utf-8", errors="surrogateescape", timeout=120)
-    problems = differences("output", run.stdout, command.output) + differences("errors", run.stderr, command.errors)
-    if run.returncode != command.status:
-        problems.append(f"status: wanted {command.status}, found {run.returncode}")
-    return problems
-
-
-def try_step(program, folder, step):
+def problems_of(step, program, folder):
     if isinstance(step, Command):
-        return try_command(program, folder, step)
+        run = subprocess.run([*program, *step.words], cwd=folder, input=step.given, capture_output=True, text=True,
+                             encoding="utf-8", errors="surrogateescape", timeout=120)
+        status = [f"status: wanted {step.status}, found {run.returncode}"] * (run.returncode != step.status)
+        return differences("output", run.stdout, step.output) + differences("errors", run.stderr, step.errors) + status
     key, rest = step
     if key == "@":
-        make(folder, rest)
-        return []
-    wanted = key == "?"
+        return make(folder, rest)
     name, colon, text = rest.partition(": ")
     if colon:
         with open(os.path.join(folder, name), encoding="utf-8") as file:
             return differences(name, file.read(), [text])
-    return [f"{name} is {'missing' if wanted else 'there'}" for name in rest.split()
-            if os.path.exists(os.path.join(folder, name)) != wanted]
+    return [f"{name} is {'missing' if key == '?' else 'there'}" for name in rest.split()
+            if os.path.exists(os.path.join(folder, name)) != (key == "?")]
 
 
 def main():
@@ -110,7 +106,7 @@ def main():
     for title, steps in cases:
         with tempfile.TemporaryDirectory() as folder:
             for number, step in steps:
-                for problem in try_step(program, folder, step):
+                for problem in problems_of(step, program, folder):
                     print(f"{table}:{number}: {title}: {problem}")
                     failed += 1
     print(f"Ran {len(cases)} tests in all")
