@@ -106,6 +106,10 @@ TEST(XmlPaths, UseTheCodePage) {
         for (const CString& path : {umlaut, "zz|" + umlaut, "//" + umlaut + "[.='" + umlaut + "']"})
             EXPECT_EQ(root.selectSingleNode(path).get_text(), umlaut) << path.AsStd();
         EXPECT_EQ(root.get_xml(), "<r><" + umlaut + ">" + umlaut + "</" + umlaut + "></r>");
+        // What a text declares does not matter: it is in the code page.
+        const IXMLDOMElement declared =
+            CXmlHelper::GetDocumentElement("<?xml version='1.0' encoding='utf-8'?><r>\xE4</r>");
+        EXPECT_EQ(!declared, utf8);
     }
 }
 
@@ -156,12 +160,6 @@ TEST(XmlDocuments, AtTheLimitsLoad) {
     for (const std::string& text : {std::string("<!DOCTYPE r SYSTEM 'http://localhost/never.dtd'><r/>"),
                                     "<a>" + std::string(9000000, 'x') + "</a>"})
         EXPECT_TRUE(CXmlHelper::GetDocumentElement(text)) << text.substr(0, 60);
-    for (const int page : {1252, 65001}) {
-        const ScopedCodePage scope(page);
-        const bool utf8 = qv::platform::CurrentCodePage() == qv::platform::CodePage::Utf8;
-        const CString text = "<?xml version='1.0' encoding='utf-8'?><r>\xE4</r>";
-        EXPECT_EQ(static_cast<bool>(CXmlHelper::GetDocumentElement(text)), !utf8);
-    }
 }
 
 TEST(XmlDocuments, GoThroughFilesInTheirEncoding) {

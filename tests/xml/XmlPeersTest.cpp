@@ -142,6 +142,7 @@ TEST(XmlPeers, AgreeOnWhatIsWellFormed) {
 QV_CHILD(XmlLoader) {
     std::ifstream control(arguments.at(0) + "/control");
     const std::string address = "'file://" + arguments.at(0) + "/outside'";
+    const std::string schema = "xmlns:x='http://www.w3.org/2001/XMLSchema-instance' x:noNamespaceSchemaLocation=";
     for (const std::string& text :
          {"<!DOCTYPE r SYSTEM " + address + "><r/>", "<!DOCTYPE r SYSTEM " + address + "><r k='&e;'>&e;</r>",
           "<!DOCTYPE r [<!ENTITY e SYSTEM " + address + ">]><r>&e;</r>",
@@ -149,10 +150,7 @@ QV_CHILD(XmlLoader) {
           "<!DOCTYPE r PUBLIC 'p' " + address + " [<!ATTLIST r k CDATA 'x'> %e;]><r/>",
           std::string("<!DOCTYPE r SYSTEM 'http://127.0.0.1:9/outside'><r/>"),
           "<r xmlns:i='http://www.w3.org/2001/XInclude'><i:include href=" + address + "/></r>",
-          "<?xml-stylesheet href=" + address +
-              "?><r xmlns:x='http://www.w3.org/2001/XMLSchema-instance' "
-              "x:noNamespaceSchemaLocation=" +
-              address + "/>"}) {
+          "<?xml-stylesheet href=" + address + "?><r " + schema + address + "/>"}) {
         const IXMLDOMDocument document = CXmlHelper::CreateDocument();
         document.loadXML(text);
         document.load(text);
