@@ -68,15 +68,14 @@ TEST(Cabinet, LeavesMembersTheirBareNamesWithoutTheManifest) {
 }
 
 TEST(Cabinet, KeepsTimesAndAttributes) {
-    const TempFolder folder;
     for (const qv::platform::DosTime& time : {qv::platform::DosTime{1 << 5 | 1, 0},
                                               {(2024 - 1980) << 9 | 2 << 5 | 29, 13 << 11 | 59 << 5 | 29},
                                               {127 << 9 | 12 << 5 | 31, 23 << 11 | 59 << 5 | 29}}) {
-        const auto seconds = qv::platform::FromDosTime(time);
+        const TempFolder folder;
         folder.Write("stamped", "x");
         CFileStatus status;
         ASSERT_TRUE(CFile::GetStatus(folder / "stamped", status));
-        status.m_mtime = seconds;
+        status.m_mtime = qv::platform::FromDosTime(time);
         status.m_attribute |= CFile::readOnly;
         CFile::SetStatus(folder / "stamped", status);
         CMakeCab::DirectoryToCab(folder.Native().string().c_str(), folder / "t", 0);
@@ -88,8 +87,6 @@ TEST(Cabinet, KeepsTimesAndAttributes) {
         EXPECT_EQ(restored.m_mtime, status.m_mtime);
         EXPECT_TRUE(restored.m_attribute & CFile::readOnly);
         for (const char* const name : {"stamped", "out\\stamped"}) ASSERT_TRUE(CFileUtils::MakeWritable(folder / name));
-        fs::remove_all(folder.Native("out"));
-        fs::remove(folder.Native("t.cab"));
     }
 }
 

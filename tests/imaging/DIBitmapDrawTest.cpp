@@ -1,5 +1,7 @@
 #include "tests/support/DIBitmapTest.h"
 
+#include <sstream>
+
 #include "tests/support/Bitmap.h"
 
 namespace {
@@ -13,16 +15,14 @@ protected:
     std::string Drawn(Draw draw) {
         std::vector<DWORD> pixels(5 * 3, 9);
         draw(CDC(CPixelBuffer{pixels.data(), 4, 3, 5}));
-        std::string shown;
-        for (std::size_t i = 0; i < pixels.size(); ++i) {
-            char text[12];
-            std::snprintf(text, sizeof text, "%X", static_cast<unsigned>(pixels[i]));
+        std::ostringstream shown;
+        shown << std::hex << std::uppercase;
+        for (std::size_t i = 0; i < pixels.size(); ++i)
             if (i % 5 < 4)
-                shown += text + std::string(i % 5 == 3 ? "\n" : " ");
+                shown << pixels[i] << (i % 5 == 3 ? "\n" : " ");
             else
                 EXPECT_EQ(pixels[i], 9u);
-        }
-        return shown;
+        return shown.str();
     }
 };
 

@@ -62,17 +62,13 @@ TEST_F(HostileBitmap, BoundsWhatAFileSays) {
 }
 
 TEST_F(HostileBitmap, SurvivesEveryCutAndFlip) {
-    const std::string masks = Words({0xF800, 0x7E0, 0x1F});
-    for (const BitmapRecipe& recipe : {BitmapRecipe{.width = 11, .height = 2, .bits = 1},
-                                       {.width = 3, .height = -2, .bits = 4, .coloursUsed = 3},
-                                       {.width = 3, .height = 3, .bits = 24},
-                                       {.width = 3, .height = 2, .bits = 16, .compression = 3, .table = masks},
-                                       {.width = 9,
-                                       .height = 3,
-                                       .bits = 4,
-                                       .compression = 2,
-                                       .coloursUsed = 2,
-                                       .rows = {"\5\x10\0\3\x11\x10\0\2\1\1\3\1\0\1", 14}}}) {
+    const std::string masks = Words({0xF800, 0x7E0, 0x1F}), runs("\5\x10\0\3\x11\x10\0\2\1\1\3\1\0\1", 14);
+    for (const BitmapRecipe& recipe :
+         {BitmapRecipe{.width = 11, .height = 2, .bits = 1},
+          {.width = 3, .height = -2, .bits = 4, .coloursUsed = 3},
+          {.width = 3, .height = 3, .bits = 24},
+          {.width = 3, .height = 2, .bits = 16, .compression = 3, .table = masks},
+          {.width = 9, .height = 3, .bits = 4, .compression = 2, .coloursUsed = 2, .rows = runs}}) {
         const std::string good = BitmapFile(recipe);
         CFile out(m_folder / "b.bmp", CFile::modeCreate | CFile::modeWrite);
         int loaded = 0;

@@ -59,7 +59,6 @@ TEST_F(Icon, ReadsEveryKindOfPicture) {
                  {IconBitmap(recipe(1, colours, "\x40zzz"), left), {{0, two}}},
                  {IconBitmap(recipe(4, sixteen, {"\1\0\0\0", 4}), left), {{0, two}}},
                  {IconBitmap(recipe(8, ColourTable(256), {"\0\1\0\0", 4}), none), {{0xFF102030, 0xFF45914B}}},
-                 {IconBitmap(recipe(16, "", Words({0x04217C00})), none), {{0xFFFF0000, 0xFF080808}}},
                  {IconBitmap(recipe(24, "", "\1\2\3\4\5\6zz"), left), {{0, 0xFF060504}}},
                  {IconBitmap(recipe(32, "", Words({0x80010203, 0x00040506})), left), {{0x80010203, 0x00040506}}},
                  {IconBitmap(recipe(32, "", Words({0x010203, 0x040506})), left), {{0, 0xFF040506}}},

@@ -94,8 +94,7 @@ TEST_F(ImageHelper, RotatesIntoAPictureThatHoldsAll) {
             EXPECT_EQ(turned[0][0], background == Helper::transparent ? 0 : B);
             double covered = 0;  // the red area, in pixels, stays the same
             for (const auto& row : turned)
-                for (const std::uint32_t pixel : row)
-                    covered += (background == Helper::transparent ? pixel >> 24 : pixel >> 16 & 255) / 255.0;
+                for (const std::uint32_t pixel : row) covered += (pixel >> 24) * (pixel >> 16 & 255) / 65025.0;
             EXPECT_NEAR(covered, 600, 3) << degrees;
         }
 }
@@ -141,25 +140,17 @@ TEST_F(ImageHelper, LeavesTheTargetWhereNothingCanBeDone) {
     Make({{W}}, target);
     DWORD pixels[2] = {0xAA000001, 2};
     QvPictureDifference difference;
-    const BOOL done[] = {Helper::MakeGrey(none, target),
-                         Helper::Emboss(none, target),
-                         Helper::Scale(none, target, 1, 1),
-                         Helper::Flatten(none, target, 0),
-                         Helper::Blend(m_source, none, target, 0, 0),
-                         Helper::Compare(none, none, difference, 0, &target),
-                         Helper::Scale(m_source, target, 0, 1),
-                         Helper::Scale(m_source, target, 1, -1),
-                         Helper::Scale(m_source, target, Helper::longestSide + 1, 1),
-                         Helper::Scale(m_source, target, 1 << 15, 1 << 15),
-                         Helper::Rotate(m_source, target, infinite),
-                         Helper::Crop(m_source, target, 1, 0, 2, 1),
-                         Helper::Crop(m_source, target, 0, -1, 1, 1),
-                         Helper::Crop(m_source, target, 0, 0, 1, 0),
-                         Helper::Crop(m_source, target, INT32_MAX, 0, INT32_MAX, 1),
-                         Helper::Blend(m_source, m_source, target, 0, 0, 256),
-                         Helper::TakePixels({pixels, 2, 1, 1}, target),
-                         Helper::TakePixels({nullptr, 1, 1, 1}, target)};
-    for (const BOOL each : done) EXPECT_EQ(each, 0) << &each - done;
+    EXPECT_EQ(Helper::MakeGrey(none, target) + Helper::Emboss(none, target) + Helper::Flatten(none, target, 0), 0);
+    EXPECT_EQ(Helper::Scale(none, target, 1, 1) + Helper::Blend(m_source, none, target, 0, 0), 0);
+    EXPECT_EQ(Helper::Compare(none, none, difference, 0, &target), 0);
+    for (const auto& [width, height] : {std::pair{0, 1}, {1, -1}, {Helper::longestSide + 1, 1}, {1 << 15, 1 << 15}})
+        EXPECT_EQ(Helper::Scale(m_source, target, width, height), 0) << width << " " << height;
+    EXPECT_EQ(Helper::Rotate(m_source, target, infinite), 0);
+    EXPECT_EQ(Helper::Crop(m_source, target, 1, 0, 2, 1) + Helper::Crop(m_source, target, 0, -1, 1, 1), 0);
+    EXPECT_EQ(Helper::Crop(m_source, target, 0, 0, 1, 0), 0);
+    EXPECT_EQ(Helper::Crop(m_source, target, INT32_MAX, 0, INT32_MAX, 1), 0);
+    EXPECT_EQ(Helper::Blend(m_source, m_source, target, 0, 0, 256), 0);
+    EXPECT_EQ(Helper::TakePixels({pixels, 2, 1, 1}, target) + Helper::TakePixels({nullptr, 1, 1, 1}, target), 0);
     EXPECT_EQ(RowsOf(target), PixelRows{{W}});
     EXPECT_EQ(Helper::Blend(target, m_source, target, INT32_MAX, INT32_MIN), 1) << "all of it is cut off";
     EXPECT_EQ(RowsOf(target), PixelRows{{W}});

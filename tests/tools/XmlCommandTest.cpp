@@ -96,11 +96,8 @@ TEST(XmlCommand, KeepsTextsInEveryEnvironment) {
               "\u00C4h \u00C9t\u00E9");
     const char* const western = "LC_ALL=en_US.ISO-8859-1";
     if (!ScopedLocale("en_US.ISO-8859-1")) GTEST_SKIP() << "no single-byte locale is installed";
-    EXPECT_EQ(RunProgram("env", {western, qv, "xml", "set", file, "a/b",
-                                 "Gr\xF6\xDF"
-                                 "e"})
-                  .status,
-              0);
+    const CStringArray set = {western, qv, "xml", "set", file, "a/b", "Gr\366\337e"};
+    EXPECT_EQ(RunProgram("env", set).status, 0);
     EXPECT_NE(folder.Read("a.xml").find("<b>Gr\u00F6\u00DFe</b>"), std::string::npos);
     EXPECT_EQ(RunProgram("env", {western, qv, "text", "title-case"}, "\xC4h \xE9T\xC9").output, "\xC4h \xC9t\xE9");
 }
