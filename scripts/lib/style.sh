@@ -11,7 +11,8 @@ over_cxx_files() (
 # Checks the rules of the tree, after testing the scripts that do so.
 check_tree() {
     python3 -B -m unittest discover -s "$QV_ROOT/scripts/lib" -p '*_test.py' &&
-        python3 -B "$QV_ROOT/scripts/lib/tree.py" "$QV_ROOT"
+        python3 -B "$QV_ROOT/scripts/lib/tree.py" "$QV_ROOT" &&
+        python3 -B "$QV_ROOT/scripts/lib/language.py" "$QV_ROOT"
 }
 
 check_format() {

@@ -220,6 +220,20 @@ def files_are_short(tree):
             yield f"{path} has {lines} lines"
 
 
+def size(tree, belongs):
+    """The number of lines, neither blank nor comment, of the C++ files whose folder belongs."""
+    lines = (line.strip() for path, text in cxx(tree) if belongs(path.split("/")[0]) for line in text.split("\n"))
+    return sum(1 for line in lines if line and not line.startswith("//"))
+
+
+@rule
+def tests_are_a_third_at_most(tree):
+    tests = size(tree, lambda folder: folder == "tests")
+    code = size(tree, lambda folder: folder not in ("tests", "benchmarks", "fuzz", "examples"))
+    if 3 * tests > code:
+        yield f"tests have {tests} lines, more than a third of the {code} of the code"
+
+
 def read(root):
     """Returns the texts that version control tracks or would add. The tree may belong to another user."""
     command = ["git", "-c", "safe.directory=*", "ls-files", "-z", "--cached", "--others", "--exclude-standard"]

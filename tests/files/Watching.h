@@ -8,7 +8,7 @@
 
 inline constexpr int kPatience = 20'000, kAWhile = 60;  // milliseconds
 
-/// Reports each call of OnChange. A held one returns from it only when it may go on.
+/// Reports each call of OnChange. A held one returns from it only when it is released.
 class Watcher : public CDirChangeWatcher {
 public:
     Watcher(const CString& folder, DWORD filter, int subfolders = 1, bool isHeld = false) : m_isHeld(isHeld) {

@@ -14,7 +14,7 @@ struct Crew {
 };
 
 // A third reader exceeds the limit.
-using Lock = qv::WordLock<SteppedWord, SteppedTurn, 2>;
+using Lock = qv::WordLock<SteppedWord, SteppedEventCount, 2>;
 
 class WordLock : public testing::TestWithParam<Crew> {};
 
