@@ -28,7 +28,7 @@ TREE = {
     "platform/posix/UniqueFd.h": "",
     "platform/posix/messages/Server.cpp": "",
     "platform/windows/Clock.cpp": "",
-    "tests/ManyTest.cpp": "int i;\n// why\n\n" * 109,
+    "tests/ManyTest.cpp": "int i;\n// why\n" * 109,
     "tests/border/ThrowTest.cpp": "#include <gtest/gtest.h>\n#include \"tests/support/Tool.h\"\n",
     "tools/qv/Main.cpp": "#include <CLI/CLI.hpp>\n#include \"tools/qv/Command.h\"\n#include \"platform/File.h\"\n",
     "xml/dom/libxml2/Problem.cpp": "#include <libxml/tree.h>\n",
