@@ -54,6 +54,10 @@ class Tool:
     def test_version(self):
         self.assertEqual(self.qv("--version"), f"qv {VERSION}\n")
 
+    def test_help(self):
+        for command in ("", "text wrap"):
+            self.assertEqual(self.qv("help", *command.split()), self.qv(*command.split(), "--help"))
+
     def test_a_reader_that_has_enough(self):
         for name in range(3000):
             (self.folder / f"a rather long name, so that they do not fit into a pipe {name}").touch()

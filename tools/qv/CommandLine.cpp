@@ -85,14 +85,15 @@ void AddHelp(CLI::App& app) {
     help.footer("Example: qv help text wrap");
     help.callback([&app, words] {
         const CLI::App* command = &app;
-        std::string before;
+        std::string name = app.get_name();
         for (const std::string& word : *words) {
-            before += (before.empty() ? "" : " ") + command->get_name();
             const auto below = command->get_subcommands([&](const CLI::App* each) { return each->get_name() == word; });
             if (below.empty()) throw WrongUsage(ProblemWith(word, *command));
             command = below.front();
+            name += " " + word;
         }
-        std::cout << command->help(before);
+        // CLI::App::help() would show the help of the subcommand on the line, which is this one.
+        std::cout << command->get_formatter()->make_help(command, name, CLI::AppFormatMode::Normal);
     });
 }
 
