@@ -68,7 +68,7 @@ void BlockCompressor::Start(Compression compression) {
     m_continues = false;
 }
 
-std::span<unsigned char> BlockCompressor::Room() {
+std::span<unsigned char> BlockCompressor::FreeSpace() {
     return {JobAt(m_current).Block() + m_filled, kBlockSize - m_filled};
 }
 

@@ -38,8 +38,8 @@ public:
     /// Starts a folder that is compressed (kMszip) or only divided into blocks (kStored).
     void Start(Compression compression);
     /// The space for the next bytes, up to the end of the current block; never empty.
-    std::span<unsigned char> Room();
-    /// Reports that `size` bytes were written to Room(). @throws EngineFailure CannotCompress if the compressor fails,
+    std::span<unsigned char> FreeSpace();
+    /// Reports that `size` bytes were written to FreeSpace(). @throws EngineFailure CannotCompress if the compressor fails,
     /// and what the receiver throws; then Abandon must be called next.
     void Add(std::size_t size);
     /// Delivers everything, including a short last block. @throws as Add.

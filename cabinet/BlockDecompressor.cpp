@@ -36,7 +36,7 @@ BlockDecompressor::~BlockDecompressor() {
     if (m_worker.joinable()) m_worker.join();
 }
 
-unsigned char* BlockDecompressor::Room() {
+unsigned char* BlockDecompressor::FreeSpace() {
     return SlotAt(m_put).in.Get();
 }
 

@@ -26,8 +26,8 @@ public:
     /// Whether another block may be put.
     bool HasRoom() const { return m_put - m_taken < kSlots - 1; }
     /// The space for the next block, kLargestData bytes.
-    unsigned char* Room();
-    /// Adds the next block: the first `size` bytes in Room(), which must decompress to `uncompressed` bytes.
+    unsigned char* FreeSpace();
+    /// Adds the next block: the first `size` bytes in FreeSpace(), which must decompress to `uncompressed` bytes.
     void Put(std::size_t size, std::size_t uncompressed);
     /// Adds an error instead of a block; Take throws it.
     void PutFailure(EngineFailure failure);

@@ -34,8 +34,8 @@ void CabinetImage::Write(CabinetOutput& out) {
 
 void CabinetImage::PutHeader(CabinetOutput& out) {
     const QvCabinetDescription& cabinet = m_source.cabinet;
-    unsigned char head[kHeaderSize];
-    unsigned char* at = Put32(Put32(head, kSignature), 0);
+    unsigned char header[kHeaderSize];
+    unsigned char* at = Put32(Put32(header, kSignature), 0);
     at = Put32(Put32(at, static_cast<std::uint32_t>(TotalSize())), 0);
     at = Put32(Put32(at, static_cast<std::uint32_t>(m_headerSize + m_entries)), 0);
     *at++ = kMinorVersion;
@@ -43,7 +43,7 @@ void CabinetImage::PutHeader(CabinetOutput& out) {
     at = Put16(Put16(at, static_cast<unsigned>(m_plan.parts.size())), static_cast<unsigned>(m_plan.files));
     at = Put16(Put16(at, m_flags), cabinet.setId);
     Put16(at, static_cast<unsigned>(cabinet.cabinetNumber));
-    out.Put(head, sizeof head);
+    out.Put(header, sizeof header);
     if (m_flags & kHasReserve) {
         unsigned char sizes[kReserveSizesSize];
         at = Put16(sizes, cabinet.headerReserve);
@@ -59,21 +59,21 @@ void CabinetImage::PutHeader(CabinetOutput& out) {
 std::uint64_t CabinetImage::DataSizeOf(const FolderPart& part) const {
     const StoredFolder& folder = m_source.folders[part.folder];
     std::uint64_t size = 0;
-    for (std::size_t i = part.firstBlock; i < part.endBlock; ++i) size += DataHead() + folder.blocks[i];
+    for (std::size_t i = part.firstBlock; i < part.endBlock; ++i) size += DataHeaderSize() + folder.blocks[i];
     if (part.Continues()) size -= folder.blocks[part.endBlock - 1] - part.lastBytes;
     return size - part.skip;
 }
 
 void CabinetImage::PutFolders(CabinetOutput& out) {
-    std::uint64_t place = m_headerSize + m_entries + m_list;
+    std::uint64_t offset = m_headerSize + m_entries + m_list;
     for (const FolderPart& part : m_plan.parts) {
         unsigned char entry[kFolderSize];
-        unsigned char* const at = Put32(entry, static_cast<std::uint32_t>(place));
+        unsigned char* const at = Put32(entry, static_cast<std::uint32_t>(offset));
         Put16(Put16(at, static_cast<unsigned>(part.endBlock - part.firstBlock)),
               m_source.folders[part.folder].compression);
         out.Put(entry, sizeof entry);
         out.PutZeros(m_source.cabinet.folderReserve);
-        place += DataSizeOf(part);
+        offset += DataSizeOf(part);
     }
 }
 
@@ -96,45 +96,45 @@ void CabinetImage::PutFiles(CabinetOutput& out, const FolderPart& part, std::siz
 
 void CabinetImage::PutData(CabinetOutput& out, const FolderPart& part) {
     const StoredFolder& folder = m_source.folders[part.folder];
-    std::uint64_t place = static_cast<std::uint64_t>(folder.place);
-    for (std::size_t i = 0; i < part.firstBlock; ++i) place += DataHead() + folder.blocks[i];
+    std::uint64_t offset = static_cast<std::uint64_t>(folder.offset);
+    for (std::size_t i = 0; i < part.firstBlock; ++i) offset += DataHeaderSize() + folder.blocks[i];
     std::size_t block = part.firstBlock;
     if (part.skip > 0) {
-        PutSplitBlock(out, part, block, place);
-        place += DataHead() + folder.blocks[block++];
+        PutSplitBlock(out, part, block, offset);
+        offset += DataHeaderSize() + folder.blocks[block++];
     }
     std::uint64_t whole = 0;
     const std::size_t end = part.Continues() ? part.endBlock - 1 : part.endBlock;
-    for (std::size_t i = block; i < end; ++i) whole += DataHead() + folder.blocks[i];
-    CopyStored(out, place, whole);
-    if (part.Continues() && block < part.endBlock) PutSplitBlock(out, part, part.endBlock - 1, place + whole);
+    for (std::size_t i = block; i < end; ++i) whole += DataHeaderSize() + folder.blocks[i];
+    CopyStored(out, offset, whole);
+    if (part.Continues() && block < part.endBlock) PutSplitBlock(out, part, part.endBlock - 1, offset + whole);
 }
 
-/// Writes the part of a block in this cabinet; the block's stored form is at `place`.
-void CabinetImage::PutSplitBlock(CabinetOutput& out, const FolderPart& part, std::size_t block, std::uint64_t place) {
+/// Writes the part of a block in this cabinet; the block's stored form is at `offset`.
+void CabinetImage::PutSplitBlock(CabinetOutput& out, const FolderPart& part, std::size_t block, std::uint64_t offset) {
     const StoredFolder& folder = m_source.folders[part.folder];
     const bool goesOn = part.Continues() && block + 1 == part.endBlock;
     const std::size_t from = block == part.firstBlock ? part.skip : 0;
     const std::size_t to = goesOn ? part.lastBytes : folder.blocks[block];
     const Buffer data(m_source.callbacks, to - from, WriteError::NoMemory);
-    SeekStore(place + DataHead() + from);
+    SeekStore(offset + DataHeaderSize() + from);
     if (m_source.callbacks.Read(m_source.store, data.Get(), to - from) != static_cast<std::int64_t>(to - from))
         throw EngineFailure{WriteError::TempFile};
-    unsigned char head[kDataSize];
-    PutDataHeader(head, data.Get(), to - from, goesOn ? 0 : folder.UncompressedBlock(block));
-    out.Put(head, sizeof head);
+    unsigned char header[kDataSize];
+    PutDataHeader(header, data.Get(), to - from, goesOn ? 0 : folder.UncompressedBlock(block));
+    out.Put(header, sizeof header);
     out.PutZeros(m_source.cabinet.dataReserve);
     out.Put(data.Get(), to - from);
 }
 
-void CabinetImage::CopyStored(CabinetOutput& out, std::uint64_t place, std::uint64_t size) {
-    if (size > 0) SeekStore(place);
+void CabinetImage::CopyStored(CabinetOutput& out, std::uint64_t offset, std::uint64_t size) {
+    if (size > 0) SeekStore(offset);
     while (size > 0) {
-        const std::span<unsigned char> room = out.Room();
+        const std::span<unsigned char> room = out.FreeSpace();
         const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(size, room.size()));
         if (m_source.callbacks.Read(m_source.store, room.data(), part) != static_cast<std::int64_t>(part))
             throw EngineFailure{WriteError::TempFile};
-        out.Filled(part);
+        out.Advance(part);
         size -= part;
         m_copied += static_cast<std::uint32_t>(part);
         if (m_source.callbacks.Status(StatusType::Folder, m_copied, m_total) == -1)
@@ -142,8 +142,8 @@ void CabinetImage::CopyStored(CabinetOutput& out, std::uint64_t place, std::uint
     }
 }
 
-void CabinetImage::SeekStore(std::uint64_t place) {
-    const auto wanted = static_cast<std::int64_t>(place);
+void CabinetImage::SeekStore(std::uint64_t offset) {
+    const auto wanted = static_cast<std::int64_t>(offset);
     if (m_source.callbacks.Seek(m_source.store, wanted, Origin::Begin) != wanted)
         throw EngineFailure{WriteError::TempFile};
 }

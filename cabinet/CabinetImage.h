@@ -24,15 +24,15 @@ public:
     std::uint64_t TotalSize() const { return m_headerSize + m_plan.size; }
 
 private:
-    std::uint64_t DataHead() const { return kDataSize + m_source.cabinet.dataReserve; }
+    std::uint64_t DataHeaderSize() const { return kDataSize + m_source.cabinet.dataReserve; }
     void PutHeader(CabinetOutput& out);
     std::uint64_t DataSizeOf(const FolderPart& part) const;
     void PutFolders(CabinetOutput& out);
     void PutFiles(CabinetOutput& out, const FolderPart& part, std::size_t index);
     void PutData(CabinetOutput& out, const FolderPart& part);
-    void PutSplitBlock(CabinetOutput& out, const FolderPart& part, std::size_t block, std::uint64_t place);
-    void CopyStored(CabinetOutput& out, std::uint64_t place, std::uint64_t size);
-    void SeekStore(std::uint64_t place);
+    void PutSplitBlock(CabinetOutput& out, const FolderPart& part, std::size_t block, std::uint64_t offset);
+    void CopyStored(CabinetOutput& out, std::uint64_t offset, std::uint64_t size);
+    void SeekStore(std::uint64_t offset);
 
     const Source& m_source;
     const Plan& m_plan;

@@ -21,16 +21,16 @@ Input::Input(IFiles& files, const CString& path)
     if (!MoveTo(0)) throw EngineFailure{ReadError::NotACabinet};
 }
 
-bool Input::MoveTo(std::uint64_t place) {
+bool Input::MoveTo(std::uint64_t offset) {
     const std::uint64_t start = m_end - m_filled;
-    if (place >= start && place < m_end) {
-        m_next = static_cast<std::size_t>(place - start);
+    if (offset >= start && offset < m_end) {
+        m_next = static_cast<std::size_t>(offset - start);
         return true;
     }
     m_next = m_filled = 0;
     m_ahead = kFirstRead;
-    m_end = place;
-    const auto wanted = static_cast<std::int64_t>(place);
+    m_end = offset;
+    const auto wanted = static_cast<std::int64_t>(offset);
     return m_files.Seek(m_file.Get(), wanted, Origin::Begin) == wanted;
 }
 
@@ -58,29 +58,30 @@ OpenCabinet::OpenCabinet(IFiles& files, const CString& path, Depth depth) : m_in
     if (depth == Depth::Head) return;
     if (m_info.size > m_input.Length()) throw EngineFailure{ReadError::Corrupt};
     ReadFolders();
-    const bool inFile = m_filesPlace >= m_place && m_filesPlace <= m_info.size;
-    if (!inFile || !m_input.MoveTo(m_filesPlace)) throw EngineFailure{ReadError::Corrupt};
-    m_place = m_filesPlace;
+    const bool inFile = m_filesOffset >= m_offset && m_filesOffset <= m_info.size;
+    if (!inFile || !m_input.MoveTo(m_filesOffset)) throw EngineFailure{ReadError::Corrupt};
+    m_offset = m_filesOffset;
 }
 
 /// Reads within the size that the cabinet states.
 void OpenCabinet::ReadRequired(void* to, std::size_t size) {
-    m_place += size;
-    if (m_place > m_info.size || !m_input.Read(to, size)) throw EngineFailure{ReadError::Corrupt};
+    m_offset += size;
+    if (m_offset > m_info.size || !m_input.Read(to, size)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void OpenCabinet::ReadHead() {
-    unsigned char head[kHeaderSize];
-    if (!m_input.Read(head, sizeof head) || Get32(head) != kSignature) throw EngineFailure{ReadError::NotACabinet};
-    if (head[24] != kMinorVersion || head[25] != kMajorVersion) throw EngineFailure{ReadError::UnknownVersion};
-    m_place = sizeof head;
-    m_info.size = Get32(head + 8);
-    m_filesPlace = Get32(head + 16);
-    m_info.folders = Get16(head + 26);
-    m_info.files = Get16(head + 28);
-    m_info.setId = Get16(head + 32);
-    m_info.cabinetNumber = Get16(head + 34);
-    const unsigned flags = Get16(head + 30);
+    unsigned char header[kHeaderSize];
+    if (!m_input.Read(header, sizeof header) || Get32(header) != kSignature)
+        throw EngineFailure{ReadError::NotACabinet};
+    if (header[24] != kMinorVersion || header[25] != kMajorVersion) throw EngineFailure{ReadError::UnknownVersion};
+    m_offset = sizeof header;
+    m_info.size = Get32(header + 8);
+    m_filesOffset = Get32(header + 16);
+    m_info.folders = Get16(header + 26);
+    m_info.files = Get16(header + 28);
+    m_info.setId = Get16(header + 32);
+    m_info.cabinetNumber = Get16(header + 34);
+    const unsigned flags = Get16(header + 30);
     m_info.hasReserve = (flags & kHasReserve) != 0;
     m_info.hasPrevious = (flags & kHasPrevious) != 0;
     m_info.hasNext = (flags & kHasNext) != 0;
@@ -89,8 +90,8 @@ void OpenCabinet::ReadHead() {
         ReadRequired(sizes, sizeof sizes);
         m_folderReserve = sizes[2];
         m_dataReserve = sizes[3];
-        m_place += Get16(sizes);
-        if (m_place > m_info.size || !m_input.MoveTo(m_place)) throw EngineFailure{ReadError::Corrupt};
+        m_offset += Get16(sizes);
+        if (m_offset > m_info.size || !m_input.MoveTo(m_offset)) throw EngineFailure{ReadError::Corrupt};
     }
     if (flags & kHasPrevious) {
         m_previousName = ReadName();
@@ -118,7 +119,7 @@ void OpenCabinet::ReadFolders() {
         ReadRequired(entry, kFolderSize + m_folderReserve);
         m_folders.push_back({Get32(entry), Get16(entry + 4), Get16(entry + 6)});
         const FolderEntry& folder = m_folders.back();
-        if (folder.blocks > 0 && folder.place >= m_info.size) throw EngineFailure{ReadError::Corrupt};
+        if (folder.blocks > 0 && folder.offset >= m_info.size) throw EngineFailure{ReadError::Corrupt};
     }
 }
 

@@ -16,7 +16,7 @@ public:
     Input(IFiles& files, const CString& path);
 
     /// Returns false if the file cannot be positioned.
-    bool MoveTo(std::uint64_t place);
+    bool MoveTo(std::uint64_t offset);
     /// Returns false if fewer bytes are left.
     bool Read(void* to, std::size_t size);
     std::uint64_t Length() const { return m_length; }
@@ -32,7 +32,7 @@ private:
 };
 
 struct FolderEntry {
-    std::uint32_t place;   ///< of the first block
+    std::uint32_t offset;  ///< of the first block
     std::uint16_t blocks;  ///< in this cabinet
     std::uint16_t compression;
 };
@@ -75,8 +75,8 @@ private:
 
     Input m_input;
     QvCabinetInfo m_info;
-    std::uint32_t m_filesPlace = 0;
-    std::uint64_t m_place = 0;  ///< the position up to which the header was read
+    std::uint32_t m_filesOffset = 0;
+    std::uint64_t m_offset = 0;  ///< the position up to which the header was read
     std::uint8_t m_folderReserve = 0, m_dataReserve = 0;
     CString m_previousName, m_nextName, m_nextDisk;
     std::vector<FolderEntry> m_folders;

@@ -20,10 +20,10 @@ CabinetOutput::CabinetOutput(IMakerCallbacks& callbacks, const CString& path)
 
 void CabinetOutput::Put(const void* data, std::size_t size) {
     for (const auto* next = static_cast<const unsigned char*>(data); size > 0;) {
-        const std::span<unsigned char> room = Room();
+        const std::span<unsigned char> room = FreeSpace();
         const std::size_t part = std::min(size, room.size());
         std::copy_n(next, part, room.data());
-        Filled(part);
+        Advance(part);
         next += part;
         size -= part;
     }
@@ -38,12 +38,12 @@ void CabinetOutput::PutZeros(std::size_t count) {
     for (constexpr unsigned char kZero = 0; count > 0; --count) Put(&kZero, 1);
 }
 
-std::span<unsigned char> CabinetOutput::Room() {
+std::span<unsigned char> CabinetOutput::FreeSpace() {
     if (m_filled == kOutputBuffer) Flush();
     return {m_buffer.Get() + m_filled, kOutputBuffer - m_filled};
 }
 
-void CabinetOutput::Filled(std::size_t size) {
+void CabinetOutput::Advance(std::size_t size) {
     m_filled += size;
     m_size += size;
 }

@@ -21,9 +21,9 @@ public:
     /// Includes a terminating zero byte.
     void PutText(std::string_view text);
     void PutZeros(std::size_t count);
-    /// The space for more bytes, to be reported by Filled(). Never empty.
-    std::span<unsigned char> Room();
-    void Filled(std::size_t size);
+    /// The space for more bytes, to be reported by Advance(). Never empty.
+    std::span<unsigned char> FreeSpace();
+    void Advance(std::size_t size);
     /// The number of bytes so far.
     std::uint64_t Size() const { return m_size; }
     void Commit();

@@ -97,14 +97,14 @@ void CabinetWriter::MakeRoom(std::uint64_t size, Compression compression) {
     if (full || compression != m_folder.compression) EndFolder();
     if (!m_folder.files.empty()) return;
     m_folder.compression = compression;
-    m_folder.place = m_stored;
+    m_folder.offset = m_stored;
     m_compressor.Start(compression);
 }
 
 void CabinetWriter::ReadInto(OpenedFile& source, StoredFile& file) {
     file.offset = m_folder.size;
     for (;;) {
-        const std::span<unsigned char> room = m_compressor.Room();
+        const std::span<unsigned char> room = m_compressor.FreeSpace();
         const std::int64_t count = m_callbacks.Read(source.Get(), room.data(), room.size());
         if (count < 0) throw EngineFailure{WriteError::ReadFile};
         if (count == 0) break;
@@ -121,12 +121,12 @@ void CabinetWriter::ReadInto(OpenedFile& source, StoredFile& file) {
 void CabinetWriter::Store(const CompressedBlock& block) {
     if (m_description.failOnIncompressible && m_folder.compression == kMszip && block.size >= block.uncompressed)
         throw EngineFailure{WriteError::CannotCompress};
-    const std::size_t head = kDataSize + m_description.dataReserve;
-    unsigned char* const record = block.data - head;
+    const std::size_t header = kDataSize + m_description.dataReserve;
+    unsigned char* const record = block.data - header;
     std::fill(record, block.data, static_cast<unsigned char>(0));
     PutDataHeader(record, block.data, block.size, block.uncompressed);
-    if (!m_callbacks.Write(m_store.Get(), record, head + block.size)) throw EngineFailure{WriteError::TempFile};
-    m_stored += static_cast<std::int64_t>(head + block.size);
+    if (!m_callbacks.Write(m_store.Get(), record, header + block.size)) throw EngineFailure{WriteError::TempFile};
+    m_stored += static_cast<std::int64_t>(header + block.size);
     m_folder.blocks.push_back(static_cast<std::uint16_t>(block.size));
     const auto compressed = static_cast<std::uint32_t>(block.size),
                uncompressed = static_cast<std::uint32_t>(block.uncompressed);
@@ -141,7 +141,7 @@ void CabinetWriter::EndFolder() {
     m_compressor.Finish();
     if (!m_folder.files.empty()) m_folders.push_back(std::move(m_folder));
     m_folder = {};
-    m_folder.place = m_stored;
+    m_folder.offset = m_stored;
 }
 
 bool CabinetWriter::FlushCabinet(bool getNextCabinet) {

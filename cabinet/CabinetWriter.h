@@ -57,7 +57,7 @@ private:
     std::vector<StoredFolder> m_folders;
     std::size_t m_pendingFiles = 0;
     std::uint64_t m_pendingEntries = 0;  ///< size of the list of files in bytes
-    Cut m_start;
+    SplitPoint m_start;
     std::uint64_t m_writtenData = 0;  ///< bytes of the first pending folder that are already in cabinets
     bool m_wroteCabinet = false;
     BlockCompressor m_compressor;

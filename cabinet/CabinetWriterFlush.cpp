@@ -39,7 +39,7 @@ LayoutSizes CabinetWriter::SizesWith(std::uint64_t header) const {
 /// The minimum size of one cabinet with everything pending.
 std::uint64_t CabinetWriter::PendingSize() const {
     std::uint64_t data =
-        static_cast<std::uint64_t>(m_stored - (m_folders.empty() ? m_folder.place : m_folders[0].place));
+        static_cast<std::uint64_t>(m_stored - (m_folders.empty() ? m_folder.offset : m_folders[0].offset));
     data -= m_writtenData;
     data += (m_folders.size() + 1) * (kFolderSize + m_description.folderReserve);
     return HeaderSize(false) + m_pendingEntries + data;
@@ -96,7 +96,7 @@ void CabinetWriter::WriteCabinet(const Plan& plan, bool hasNext) {
 void CabinetWriter::DropWritten(const Plan& plan) {
     const std::size_t whole = plan.isLast ? m_folders.size() : plan.end.folder;
     m_folders.erase(m_folders.begin(), m_folders.begin() + static_cast<std::ptrdiff_t>(whole));
-    m_start = plan.isLast ? Cut{} : Cut{0, plan.end.block, plan.end.bytes};
+    m_start = plan.isLast ? SplitPoint{} : SplitPoint{0, plan.end.block, plan.end.bytes};
     CountPending();
 }
 

@@ -37,7 +37,7 @@ void FolderStream::EnterFolder() {
     m_decompressor.Start(folder.compression);
     m_entered = true;
     m_blocksLeft = folder.blocks;
-    if (m_blocksLeft > 0 && !m_cabinet->Data().MoveTo(folder.place)) throw EngineFailure{ReadError::Corrupt};
+    if (m_blocksLeft > 0 && !m_cabinet->Data().MoveTo(folder.offset)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void FolderStream::GoOnInNextCabinet() {
@@ -52,7 +52,7 @@ void FolderStream::GoOnInNextCabinet() {
     const FolderEntry& rest = m_cabinet->Folders()[0];
     if ((rest.compression & kCompressionMask) != m_compression) throw EngineFailure{ReadError::WrongCabinet};
     m_blocksLeft = rest.blocks;
-    if (m_blocksLeft == 0 || !m_cabinet->Data().MoveTo(rest.place)) throw EngineFailure{ReadError::Corrupt};
+    if (m_blocksLeft == 0 || !m_cabinet->Data().MoveTo(rest.offset)) throw EngineFailure{ReadError::Corrupt};
 }
 
 void FolderStream::MoveTo(std::uint32_t offset) {
@@ -104,19 +104,19 @@ void FolderStream::ReadBlock() {
 }
 
 std::size_t FolderStream::ReadPart(std::size_t at, std::size_t& uncompressed) {
-    unsigned char head[kDataSize + 255];
+    unsigned char header[kDataSize + 255];
     Input& input = m_cabinet->Data();
-    if (!input.Read(head, kDataSize + m_cabinet->DataReserve())) throw EngineFailure{ReadError::Corrupt};
-    const std::size_t size = Get16(head + 4);
-    uncompressed = Get16(head + 6);
+    if (!input.Read(header, kDataSize + m_cabinet->DataReserve())) throw EngineFailure{ReadError::Corrupt};
+    const std::size_t size = Get16(header + 4);
+    uncompressed = Get16(header + 6);
     if (size > kLargestData - at || uncompressed > kBlockSize) throw EngineFailure{ReadError::Corrupt};
     m_dataRead += kDataSize + m_cabinet->DataReserve() + size;
     if (m_dataRead > m_cabinet->Info().size) throw EngineFailure{ReadError::Corrupt};
-    unsigned char* const data = m_decompressor.Room() + at;
+    unsigned char* const data = m_decompressor.FreeSpace() + at;
     if (!input.Read(data, size)) throw EngineFailure{ReadError::Corrupt};
     // 0 means that no checksum was computed.
-    const std::uint32_t checksum = Get32(head);
-    if (checksum != 0 && checksum != Checksum(head + 4, 4, Checksum(data, size)))
+    const std::uint32_t checksum = Get32(header);
+    if (checksum != 0 && checksum != Checksum(header + 4, 4, Checksum(data, size)))
         throw EngineFailure{ReadError::Corrupt};
     --m_blocksLeft;
     return size;

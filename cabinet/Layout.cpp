@@ -15,9 +15,9 @@ class Planner {
 public:
     Planner(const std::vector<StoredFolder>& folders, const LayoutSizes& sizes) : m_folders(folders), m_sizes(sizes) {}
 
-    Plan Fill(const Cut& start) {
+    Plan Fill(const SplitPoint& start) {
         m_plan.end = start;
-        for (Cut next = start; next.folder < m_folders.size(); next = {next.folder + 1, 0, 0})
+        for (SplitPoint next = start; next.folder < m_folders.size(); next = {next.folder + 1, 0, 0})
             if (!Place(next)) return m_plan;
         m_plan.isLast = true;
         return m_plan;
@@ -38,7 +38,7 @@ private:
     }
 
     /// Places a folder, or its remaining part. Returns false if the cabinet ends before or inside it.
-    bool Place(const Cut& from) {
+    bool Place(const SplitPoint& from) {
         const Plan before = {{}, m_plan.files, m_plan.size, {}, false};
         const StoredFolder& folder = m_folders[from.folder];
         FolderPart part{from.folder, from.block, from.block, from.bytes, 0, 0};
@@ -55,7 +55,7 @@ private:
     }
 
     /// The members that are listed again because the folder is continued.
-    Need Continued(const StoredFolder& folder, const Cut& from) {
+    Need Continued(const StoredFolder& folder, const SplitPoint& from) {
         Need need;
         if (!from.IsInsideFolder()) return need;
         for (; m_nextFile < folder.files.size(); ++m_nextFile) {
@@ -76,7 +76,7 @@ private:
         }
     }
 
-    bool PlaceBlock(const StoredFolder& folder, const Cut& from, FolderPart& part) {
+    bool PlaceBlock(const StoredFolder& folder, const SplitPoint& from, FolderPart& part) {
         const std::size_t block = part.endBlock, skip = block == from.block ? from.bytes : 0;
         const std::size_t filesBefore = m_nextFile;
         Need need;
@@ -97,7 +97,7 @@ private:
         return false;
     }
 
-    bool EndInside(const Cut& from, FolderPart& part, const Plan& before) {
+    bool EndInside(const SplitPoint& from, FolderPart& part, const Plan& before) {
         const StoredFolder& folder = m_folders[from.folder];
         if (part.lastBytes == 0) {
             // The next block's header does not fit: move the last byte of the previous block to the next cabinet.
@@ -114,7 +114,7 @@ private:
         return false;
     }
 
-    bool EndBefore(const Cut& from, const Plan& before) {
+    bool EndBefore(const SplitPoint& from, const Plan& before) {
         if (m_plan.parts.empty()) throw EngineFailure{WriteError::CabinetFile};
         m_plan.files = before.files;
         m_plan.size = before.size;
@@ -145,7 +145,7 @@ bool StoredFolder::Touches(const StoredFile& file, std::size_t block) const {
            std::uint64_t{file.offset} + file.size > start;
 }
 
-Plan PlanCabinet(const std::vector<StoredFolder>& folders, const Cut& start, const LayoutSizes& sizes) {
+Plan PlanCabinet(const std::vector<StoredFolder>& folders, const SplitPoint& start, const LayoutSizes& sizes) {
     return Planner(folders, sizes).Fill(start);
 }
 

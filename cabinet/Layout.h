@@ -18,7 +18,7 @@ struct StoredFile {
 /// A folder whose compressed blocks are in a file, contiguous, each with its header.
 struct StoredFolder {
     Compression compression = kMszip;
-    std::int64_t place = 0;             ///< of its first block
+    std::int64_t offset = 0;            ///< of its first block
     std::uint32_t size = 0;             ///< uncompressed
     std::vector<std::uint16_t> blocks;  ///< compressed sizes
     std::vector<StoredFile> files;
@@ -36,7 +36,7 @@ struct StoredFolder {
 ///
 /// Blocks depend on earlier ones, and readers learn that a folder continues only from members on both sides. A cut
 /// inside a folder is therefore always inside a block that has members.
-struct Cut {
+struct SplitPoint {
     std::size_t folder = 0, block = 0, bytes = 0;
 
     bool IsInsideFolder() const { return block > 0 || bytes > 0; }
@@ -58,7 +58,7 @@ struct Plan {
     std::vector<FolderPart> parts;
     std::size_t files = 0;
     std::uint64_t size = 0;  ///< of everything after the header
-    Cut end;
+    SplitPoint end;
     bool isLast = false;  ///< nothing is left
 };
 
@@ -68,7 +68,7 @@ struct LayoutSizes {
 };
 
 /// Fills a cabinet as far as there is room. @throws EngineFailure CabinetFile if not even the smallest part fits.
-Plan PlanCabinet(const std::vector<StoredFolder>& folders, const Cut& start, const LayoutSizes& sizes);
+Plan PlanCabinet(const std::vector<StoredFolder>& folders, const SplitPoint& start, const LayoutSizes& sizes);
 
 /// The folder number under which a file is listed; -1 if the part does not list the file.
 int ListedFolder(const StoredFolder& folder, const FolderPart& part, const StoredFile& file, std::size_t index);

@@ -234,11 +234,11 @@ void LzxDecompressor::RestoreCalls(std::span<unsigned char> frame) const {
     for (unsigned char* at = frame.data(); at < end; at += 4) {
         at = static_cast<unsigned char*>(std::memchr(at, kCall, static_cast<std::size_t>(end - at)));
         if (!at) return;
-        const auto place = static_cast<std::int64_t>(start) + (at - frame.data());
+        const auto offset = static_cast<std::int64_t>(start) + (at - frame.data());
         ++at;
         const std::int64_t target = static_cast<std::int32_t>(Get32(at)), size = m_translationSize;
-        if (target >= -place && target < size)
-            Put32(at, static_cast<std::uint32_t>(target >= 0 ? target - place : target + size));
+        if (target >= -offset && target < size)
+            Put32(at, static_cast<std::uint32_t>(target >= 0 ? target - offset : target + size));
     }
 }
 

@@ -165,7 +165,7 @@ QV_WIDE_FOLDING std::uint32_t AddByWideFolding(std::uint32_t state, const char* 
     return AddByFolding(AddByFolding(0, rest, sizeof rest), data, size);
 }
 
-auto* BestWay() {
+auto* SelectImplementation() {
     if (!__builtin_cpu_supports("pclmul") || !__builtin_cpu_supports("sse4.1")) return AddBytes;
     const bool wide = __builtin_cpu_supports("vpclmulqdq") && __builtin_cpu_supports("avx512f");
     return wide ? AddByWideFolding : AddByFolding;
@@ -173,7 +173,7 @@ auto* BestWay() {
 
 #else
 
-auto* BestWay() {
+auto* SelectImplementation() {
     return AddBytes;
 }
 
@@ -201,7 +201,7 @@ std::uint32_t JoinedCrc32(std::uint32_t first, std::uint32_t second, std::uint64
 }
 
 std::uint32_t Crc32(std::uint32_t crc, const char* data, std::size_t size) {
-    static auto* const add = BestWay();
+    static auto* const add = SelectImplementation();
     return ~add(~crc, data, size);
 }
 

@@ -164,7 +164,7 @@ void Run(Action action) {
     } catch (CCabinetException* error) {
         const std::string reason = error->Describe().AsStd();
         error->Delete();
-        throw Failed(reason);
+        throw CommandError(reason);
     }
 }
 

@@ -28,9 +28,9 @@ void Draw(const Options& options) {
     CString svg;
     try {
         svg = ChartOf(csv, options);
-    } catch (const Failed& error) {
-        throw Failed((IsStandardStream(options.file) ? "standard input" : ForOutput(Native(options.file))) + ": " +
-                     VisibleOnTerminal(error.what()));
+    } catch (const CommandError& error) {
+        throw CommandError((IsStandardStream(options.file) ? "standard input" : ForOutput(Native(options.file))) +
+                           ": " + VisibleOnTerminal(error.what()));
     }
     WriteDocument(options.output,
                   [&svg](CFile& file) { file.Write(svg.AsStd().data(), static_cast<UINT>(svg.AsStd().size())); });

@@ -55,8 +55,8 @@ private:
     std::size_t m_line = 1;
 };
 
-Failed FailedAt(std::size_t line, std::size_t column, const std::string& what) {
-    return Failed("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + what);
+CommandError FailedAt(std::size_t line, std::size_t column, const std::string& what) {
+    return CommandError("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + what);
 }
 
 std::string_view Trimmed(std::string_view text) {
@@ -88,7 +88,7 @@ public:
     Columns(std::string_view csv, bool dates) : m_isDates(dates) {
         Records records(csv);
         Record record;
-        if (!records.Next(record)) throw Failed("there are no values");
+        if (!records.Next(record)) throw CommandError("there are no values");
         ReadNames(record);
         while (records.Next(record)) ReadRow(record);
     }
@@ -100,7 +100,7 @@ public:
     const CString& FirstName() const { return m_names[0]; }
     /// Whether every field of the first column is an x value.
     bool HasX() const { return m_firstBadX == 0; }
-    /// @throws Failed if the first column has a label.
+    /// @throws CommandError if the first column has a label.
     const std::vector<double>& X() const {
         if (!HasX())
             throw FailedAt(m_firstBadX, 1, Quoted(m_badX) + (m_isDates ? " is not a date" : " is not a number"));

@@ -19,7 +19,7 @@ struct ChartOptions {
 /// Returns the chart of a text. The first record has the names of the series; each further one has a label or x value,
 /// followed by the values of the series. An empty field, "NA" and "NaN" are missing values; empty lines and a byte
 /// order mark are skipped. Time and memory are O(n).
-/// @throws Failed with the line and column that cannot be read; "column" counts fields from 1.
+/// @throws CommandError with the line and column that cannot be read; "column" counts fields from 1.
 CString ChartOf(std::string_view csv, const ChartOptions& options);
 
 }  // namespace qv::tool

@@ -49,8 +49,8 @@ CLI::Validator WordOf(const std::vector<std::string>& words, ToValue toValue) {
 
 }  // namespace
 
-Failed FailedOn(const std::string& path, const std::string& what) {
-    return Failed(Native(path) + ": " + what);
+CommandError FailedOn(const std::string& path, const std::string& what) {
+    return CommandError(Native(path) + ": " + what);
 }
 
 Option& Option::Require() {

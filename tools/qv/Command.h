@@ -16,12 +16,12 @@ class Option;
 namespace qv::tool {
 
 /// A command failed: the text is printed, and the tool exits with 1.
-struct Failed : std::runtime_error {
+struct CommandError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 /// Returns the failure of an operation on a path, which is in the library's form.
-Failed FailedOn(const std::string& path, const std::string& what);
+CommandError FailedOn(const std::string& path, const std::string& what);
 
 /// A command line that parses but is invalid: the text is printed, and the tool exits with 2.
 struct WrongUsage : std::runtime_error {
@@ -29,7 +29,7 @@ struct WrongUsage : std::runtime_error {
 };
 
 /// Ends the tool without a message, with a command's own exit status.
-struct Ended {
+struct CommandExit {
     int status;
 };
 

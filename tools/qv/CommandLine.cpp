@@ -164,7 +164,7 @@ int Run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
         return kDone;
-    } catch (const Ended& ended) {
+    } catch (const CommandExit& ended) {
         return ended.status;
     } catch (const WrongUsage& error) {
         std::cerr << ExplainUsage(app, error.what());

@@ -76,7 +76,8 @@ void Print(const Options& options) {
             lines.AddName(Native(files[index]), HexOf(*crc) + "  ");
     });
     lines.Write();
-    if (failures) throw Failed(std::to_string(failures) + " of " + std::to_string(files.size()) + " could not be read");
+    if (failures)
+        throw CommandError(std::to_string(failures) + " of " + std::to_string(files.size()) + " could not be read");
 }
 
 std::optional<unsigned long> CrcFrom(const std::string& digits) {
@@ -120,15 +121,15 @@ public:
         });
     }
 
-    /// @throws Failed if a file does not match, or if no line could be parsed.
+    /// @throws CommandError if a file does not match, or if no line could be parsed.
     void Finish() {
         m_lines.Write();
         if (m_malformed)
             Complain(std::to_string(m_malformed) + (m_malformed == 1 ? " line is" : " lines are") +
                      " improperly formatted");
         if (m_mismatches)
-            throw Failed(std::to_string(m_mismatches) + " of " + std::to_string(m_count) + " did not match");
-        if (m_count == 0) throw Failed("no checksums were found");
+            throw CommandError(std::to_string(m_mismatches) + " of " + std::to_string(m_count) + " did not match");
+        if (m_count == 0) throw CommandError("no checksums were found");
     }
 
 private:

@@ -12,7 +12,7 @@ void LeftOuts::OnLeftOut(const QvLeftOut& entry) {
 }
 
 void LeftOuts::Check() const {
-    if (m_count > 0) throw Failed(std::to_string(m_count) + (m_count == 1 ? " entry" : " entries") + " left out");
+    if (m_count > 0) throw CommandError(std::to_string(m_count) + (m_count == 1 ? " entry" : " entries") + " left out");
 }
 
 }  // namespace qv::tool

@@ -13,7 +13,7 @@ public:
     void OnLeftOut(const QvLeftOut& entry) override;
 
     std::size_t Count() const { return m_count; }
-    /// @throws Failed if anything was left out.
+    /// @throws CommandError if anything was left out.
     void Check() const;
 
 private:

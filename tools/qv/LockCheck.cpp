@@ -19,7 +19,7 @@ LockCheck Try(const std::string& text, const std::function<void()>& trial) {
     try {
         trial();
         return {text, true};
-    } catch (const Failed& failure) {
+    } catch (const CommandError& failure) {
         return {text + ": " + failure.what(), false};
     } catch (CException* error) {
         const std::string reason = MessageOf(*error);
@@ -62,7 +62,8 @@ void TryShareModes(const CString& path) {
             ++cells;
         }
     }
-    if (wrong) throw Failed(std::to_string(wrong) + " of " + std::to_string(cells) + " pairs of openers are wrong");
+    if (wrong)
+        throw CommandError(std::to_string(wrong) + " of " + std::to_string(cells) + " pairs of openers are wrong");
 }
 
 void TryLock(const CString& document) {
@@ -70,12 +71,12 @@ void TryLock(const CString& document) {
     holder.SetSourceFile(document);
     other.SetSourceFile(document);
     if (!holder.TryLock()) throw new CFileException(holder.GetLockException());
-    if (other.TryLock()) throw Failed("two hold it at once");
-    if (other.GetLockedBy().IsEmpty()) throw Failed("the holder's name cannot be read");
+    if (other.TryLock()) throw CommandError("two hold it at once");
+    if (other.GetLockedBy().IsEmpty()) throw CommandError("the holder's name cannot be read");
     holder.Unlock();
     if (!other.TryLock()) throw new CFileException(other.GetLockException());
     other.Unlock();
-    if (CFileUtils::IsExist(other.GetFile())) throw Failed("the lock file stays");
+    if (CFileUtils::IsExist(other.GetFile())) throw CommandError("the lock file stays");
 }
 
 void TrySaving(const CString& document) {
@@ -85,7 +86,7 @@ void TrySaving(const CString& document) {
         CSaveFile dropped(document);
         dropped.Write("half", 4);
     }
-    if (CFileUtils::ReadFile(document) != "second") throw Failed("the file has other contents");
+    if (CFileUtils::ReadFile(document) != "second") throw CommandError("the file has other contents");
 }
 
 /// File systems that several machines share and whose servers enforce the locks.
@@ -99,7 +100,7 @@ bool IsKeptByServer(const CString& kind) {
 }  // namespace
 
 std::vector<LockCheck> CheckLocks(const std::string& folder) {
-    if (!CFileUtils::IsDirectory(folder.c_str())) throw Failed(folder + " is not a folder");
+    if (!CFileUtils::IsDirectory(folder.c_str())) throw CommandError(folder + " is not a folder");
     const CString place = CFileUtils::TerminateDir(folder.c_str());
     const CString path = place + ".qv-check-" + std::to_string(std::random_device()()) + ".doc";
     const auto make = [&] { CFile(path, CFile::modeCreate | CFile::modeWrite).Close(); };

@@ -55,7 +55,7 @@ int RunLocked(const Options& options) {
     lock.SetInheritable(1);
     const bool held =
         options.wait < 0 ? lock.Lock(options.attempts) : lock.LockFor(static_cast<UINT>(options.wait) * 1000);
-    if (!held) throw Failed(ReasonOf(lock, options.document));
+    if (!held) throw CommandError(ReasonOf(lock, options.document));
     CStringArray arguments;
     for (std::size_t i = 1; i < options.command.size(); ++i) arguments.Add(options.command[i]);
     CProcess command;
@@ -87,7 +87,7 @@ void AddLockCommand(Command app) {
         "acquired, and the holder's name is printed.\n"
         "Examples:\n  qv lock plan.doc --attempts 3 -- editor plan.doc\n  qv lock --check /srv/shared");
     command.SetAction([options] {
-        if (const int status = RunLocked(*options)) throw Ended{status};
+        if (const int status = RunLocked(*options)) throw CommandExit{status};
     });
 }
 

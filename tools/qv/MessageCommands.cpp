@@ -41,8 +41,8 @@ void Listen(const Options& options) {
     Printer listener(options);
     if (!listener.Create(options.name.c_str(), 0)) {
         if (CUserMessageListener::DoesListenerExist(options.name.c_str(), 0))
-            throw Failed("another program already listens as " + options.name);
-        throw Failed("cannot listen as " + options.name);
+            throw CommandError("another program already listens as " + options.name);
+        throw CommandError("cannot listen as " + options.name);
     }
     while (!listener.m_failed && (options.count == 0 || listener.m_printed < options.count))
         listener.PumpMessages(aWhile);
@@ -51,7 +51,7 @@ void Listen(const Options& options) {
 
 void Send(const Options& options) {
     if (!CUserMessageListener::SendUserMessage(options.name.c_str(), 0, CString(options.text)))
-        throw Failed("no program listens as " + options.name);
+        throw CommandError("no program listens as " + options.name);
 }
 
 }  // namespace

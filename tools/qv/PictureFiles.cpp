@@ -111,7 +111,7 @@ void PictureFile::LoadFrom(CFile& file, const std::string& path) try {
 } catch (CVorbexException* refused) {
     const std::string text = refused->GetText().AsStd();
     refused->Delete();
-    throw IsStandardStream(path) ? FailedOn(path, text) : Failed(text);  // an exception that names the file
+    throw IsStandardStream(path) ? FailedOn(path, text) : CommandError(text);  // an exception that names the file
 }
 
 void PictureFile::LoadLargest(CFile& file) {

@@ -20,7 +20,7 @@ PictureFormat FormatFor(const std::string& word, const std::string& path);
 /// standard input.
 class PictureFile : public CDIBitmap {
 public:
-    /// @throws Failed, CFileException*
+    /// @throws CommandError, CFileException*
     explicit PictureFile(const std::string& path);
 
     PictureFormat Format() const { return m_format; }
@@ -36,7 +36,7 @@ private:
 };
 
 /// Writes the picture in a format. An icon contains it once per size, fitted into squares of that many pixels; without
-/// sizes, unchanged. @throws Failed, which names `source`; CFileException*
+/// sizes, unchanged. @throws CommandError, which names `source`; CFileException*
 void WritePicture(const std::string& path, PictureFormat format, const std::vector<int>& iconSizes, CDIBitmap& picture,
                   const std::string& source);
 

@@ -16,7 +16,7 @@ Text NativeText(const std::string& argument) {
         return argument;
     } else {
         const std::string utf8 = QvToUtf8(argument).AsStd();
-        if (QvFromUtf8(utf8).AsStd() != argument) throw Failed(argument + ": not a text of this code page");
+        if (QvFromUtf8(utf8).AsStd() != argument) throw CommandError(argument + ": not a text of this code page");
         return fs::path(std::u8string(utf8.begin(), utf8.end())).native();
     }
 }

@@ -8,13 +8,13 @@
 namespace qv::tool {
 
 /// Converts a path from the command line, which is in the process's code page and the library's form.
-/// @throws Failed if it is not valid in that code page.
+/// @throws CommandError if it is not valid in that code page.
 std::filesystem::path PathFromArgument(const std::string& argument);
 
 /// The inverse: the library's form in the process's code page, with "?" for characters that it lacks.
 CString ArgumentFromPath(const std::filesystem::path& path);
 
-/// Returns any argument in UTF-8. @throws Failed if it is not valid in the process's code page.
+/// Returns any argument in UTF-8. @throws CommandError if it is not valid in the process's code page.
 std::string Utf8FromArgument(const std::string& argument);
 /// Returns a path in the library's form in UTF-8, with "/" as the separator.
 std::string Utf8FromLibrary(const CString& path);

@@ -29,8 +29,8 @@ Document Load(const Options& options, const std::string& bytes, bool keepSpace) 
     document.put_preserveWhiteSpace(keepSpace);
     if (document.load(bytes)) return document;
     const auto problem = document.get_parseError();
-    throw Failed(Native(options.file) + ": line " + std::to_string(problem.get_line()) + ", column " +
-                 std::to_string(problem.get_linepos()) + ": " + problem.get_reason().AsStd());
+    throw CommandError(Native(options.file) + ": line " + std::to_string(problem.get_line()) + ", column " +
+                       std::to_string(problem.get_linepos()) + ": " + problem.get_reason().AsStd());
 }
 
 /// Holds the document's lock while a value is changed: no other qv, and no program that locks its documents, changes
@@ -43,7 +43,7 @@ public:
         m_lock.SetSourceFile(document.c_str());
         if (m_lock.LockFor(kPatience)) return;
         const CString holder = m_lock.GetLockedBy();
-        if (!holder.IsEmpty()) throw Failed(Native(document) + " is locked by " + holder.AsStd());
+        if (!holder.IsEmpty()) throw CommandError(Native(document) + " is locked by " + holder.AsStd());
         throw new CFileException(m_lock.GetLockException());
     }
 
@@ -117,7 +117,7 @@ bool SetValue(const Document& document, const Options& options) {
         if (options.type == "bool") return CXmlHelper::SetBool(document, options.path, TruthValue(value));
         if (options.type == "date") return CXmlHelper::SetDate(document, options.path, Date(value));
     } catch (const std::logic_error&) {  // raised by the standard library for texts that are not numbers
-        throw Failed("\"" + value + "\" is not a valid " + options.type);
+        throw CommandError("\"" + value + "\" is not a valid " + options.type);
     }
     return CXmlHelper::SetString(document, options.path, value);
 }
@@ -127,8 +127,8 @@ bool GetValue(const Document& document, const Options& options, CString& text) {
     if (const auto node = document.selectSingleNode(options.path)) try {
             CheckValue(options.type, CString(node.get_text()).AsStd());
         } catch (const std::logic_error&) {
-            throw Failed("\"" + CString(node.get_text()).AsStd() + "\" at " + options.path + " is not a valid " +
-                         options.type);
+            throw CommandError("\"" + CString(node.get_text()).AsStd() + "\" at " + options.path + " is not a valid " +
+                               options.type);
         }
     const auto formatted = [&](auto value, auto get, auto set) {
         if (!get(document, options.path, value, 0)) return false;
@@ -147,7 +147,7 @@ bool GetValue(const Document& document, const Options& options, CString& text) {
 }
 
 [[noreturn]] void NothingThere(const Options& options) {
-    throw Failed("there is nothing at " + options.path + " in " + Native(options.file));
+    throw CommandError("there is nothing at " + options.path + " in " + Native(options.file));
 }
 
 void Get(const Options& options) {
@@ -182,7 +182,7 @@ void Run(const std::function<void()>& action) {
         action();
     } catch (const _com_error& error) {
         const std::string reason = error.Description().AsStd();
-        throw Failed(std::string(error.ErrorMessage()) + (reason.empty() ? "" : ": ") + reason);
+        throw CommandError(std::string(error.ErrorMessage()) + (reason.empty() ? "" : ": ") + reason);
     }
 }
 

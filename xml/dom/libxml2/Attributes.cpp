@@ -49,7 +49,7 @@ xmlAttr* Append(Tree& tree, xmlNode* element, std::string_view name) {
 }
 
 void SetValue(Tree& tree, xmlAttr* attribute, std::string_view value) {
-    const std::unique_ptr<Node, void (*)(Node*)> node(Refer(tree, AsNode(attribute)),
+    const std::unique_ptr<Node, void (*)(Node*)> node(AcquireNode(tree, AsNode(attribute)),
                                                       [](Node* held) { Release(*held); });
     SetText(*node, value);
 }

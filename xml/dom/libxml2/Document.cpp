@@ -29,7 +29,7 @@ bool Refuse(Node& document, const IXMLDOMParseError& problem) {
 bool Load(Node& document, std::string_view bytes, const char* encoding, int options) {
     if (bytes.size() > kLongestDocument) return Refuse(document, TooLong());
     PrepareLibrary();
-    const Silence silence;
+    const ErrorSuppressor silence;
     // Free the old content first, so that the new one can reuse its memory. A failure would discard it anyway.
     SetProblem(document, {});
     TreeBuilder builder(document.tree->keepSpace);
@@ -73,7 +73,7 @@ private:
 
 // Returns an empty string if the document cannot be written in the encoding.
 std::string Written(xmlDoc* doc, const char* encoding) {
-    const Silence silence;
+    const ErrorSuppressor silence;
     const WrittenUris uris(doc);
     std::string text;
     xmlSaveCtxt* const save = xmlSaveToIO(Append, nullptr, &text, encoding, 0);
@@ -122,7 +122,7 @@ Node* CreateDocument(HRESULT& error) {
     error = 0;
     auto* const tree = new Tree{.doc = NewDoc().release(), .problem = {}};
     // The last handle deletes it. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-    return Refer(*tree, reinterpret_cast<xmlNode*>(tree->doc));
+    return AcquireNode(*tree, reinterpret_cast<xmlNode*>(tree->doc));
 }
 
 // Loads never run in the background here, and nothing is validated.

@@ -63,9 +63,9 @@ inline xmlNode* AsNode(xmlAttr* attribute) {
 }
 
 /// Returns a new reference to a node; null for null.
-Node* Refer(Tree& tree, xmlNode* node);
+Node* AcquireNode(Tree& tree, xmlNode* node);
 inline IXMLDOMNode HandleTo(Tree& tree, xmlNode* node) {
-    return IXMLDOMNode(Refer(tree, node));
+    return IXMLDOMNode(AcquireNode(tree, node));
 }
 /// The same for a new node without a parent.
 IXMLDOMNode HandleToOrphan(Tree& tree, xmlNode* node);

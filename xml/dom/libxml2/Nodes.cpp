@@ -101,7 +101,7 @@ void PrepareLibrary() {
     std::call_once(once, xmlInitParser);
 }
 
-Node* Refer(Tree& tree, xmlNode* node) {
+Node* AcquireNode(Tree& tree, xmlNode* node) {
     if (!node) return nullptr;
     if (Node* const known = PrivateOf(node)) {
         ++known->references;

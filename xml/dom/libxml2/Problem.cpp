@@ -14,11 +14,11 @@ IXMLDOMParseError ProblemOf(const xmlError& error) {
             error.int2};
 }
 
-Silence::Silence() : m_before(xmlStructuredError), m_context(xmlStructuredErrorContext) {
+ErrorSuppressor::ErrorSuppressor() : m_before(xmlStructuredError), m_context(xmlStructuredErrorContext) {
     xmlSetStructuredErrorFunc(nullptr, [](void*, xmlError*) {});
 }
 
-Silence::~Silence() {
+ErrorSuppressor::~ErrorSuppressor() {
     xmlSetStructuredErrorFunc(m_context, m_before);
 }
 

@@ -10,12 +10,12 @@ namespace qv::dom {
 MSXML2::IXMLDOMParseError ProblemOf(const xmlError& error);
 
 /// While it lives, keeps libxml2 on this thread from writing to standard error the errors that no parser collects.
-class Silence {
+class ErrorSuppressor {
 public:
-    Silence();
-    ~Silence();
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
+    ErrorSuppressor();
+    ~ErrorSuppressor();
+    ErrorSuppressor(const ErrorSuppressor&) = delete;
+    ErrorSuppressor& operator=(const ErrorSuppressor&) = delete;
 
 private:
     xmlStructuredErrorFunc m_before;

@@ -56,7 +56,7 @@ IXMLDOMNode PreviousSibling(Node& node) {
 
 Node* OwnerDocument(Node& node) {
     if (node.node->type == XML_DOCUMENT_NODE) return nullptr;
-    return Refer(*node.tree, reinterpret_cast<xmlNode*>(node.tree->doc));
+    return AcquireNode(*node.tree, reinterpret_cast<xmlNode*>(node.tree->doc));
 }
 
 void Insert(Node& parent, Node& child, Node* reference) {
