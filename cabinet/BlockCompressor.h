@@ -39,8 +39,8 @@ public:
     void Start(Compression compression);
     /// The space for the next bytes, up to the end of the current block; never empty.
     std::span<unsigned char> FreeSpace();
-    /// Reports that `size` bytes were written to FreeSpace(). @throws EngineFailure CannotCompress if the compressor fails,
-    /// and what the receiver throws; then Abandon must be called next.
+    /// Reports that `size` bytes were written to FreeSpace(). @throws EngineFailure CannotCompress if the compressor
+    /// fails, and what the receiver throws; then Abandon must be called next.
     void Add(std::size_t size);
     /// Delivers everything, including a short last block. @throws as Add.
     void Finish();

@@ -23,9 +23,9 @@ double RoundStep(const Range& range, int most);
 /// Extends both ends to round values with about `most` ticks between.
 void RoundOut(Range& range, int most, bool logarithmic);
 
-/// Returns round values within the range: multiples of RoundStep; on a logarithmic axis 1, 2 and 5 times powers of ten,
-/// powers alone, or every second, third, … power, the densest of these with at most `most` + 1 values; within a decade
-/// again multiples.
+/// Returns round values within the range: multiples of RoundStep; on a logarithmic axis 1, 2 and 5 times powers of
+/// ten, powers alone, or every second, third, … power, the densest of these with at most `most` + 1 values; within a
+/// decade again multiples.
 std::vector<Tick> NumberTicks(const Range& range, int most, bool logarithmic);
 
 }  // namespace qv::charts

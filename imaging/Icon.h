@@ -29,8 +29,8 @@ static_assert(sizeof(IconHead) == 6 && sizeof(IconEntry) == 16);
 /// See CImageHelper::ReadIcon. @throws PictureError
 std::vector<NewDib> DecodeIcon(Bytes file);
 
-/// See CImageHelper::WriteIcon; writes piece by piece. Returns false and writes nothing if there are no pictures or one is
-/// not suitable for an icon. @throws what `write` throws
+/// See CImageHelper::WriteIcon; writes piece by piece. Returns false and writes nothing if there are no pictures or
+/// one is not suitable for an icon. @throws what `write` throws
 bool EncodeIcon(std::span<const CDIBitmap* const> pictures, const std::function<void(Bytes)>& write);
 
 }  // namespace qv::imaging

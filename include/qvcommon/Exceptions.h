@@ -82,8 +82,9 @@ public:
 /// Makes uncaught exceptions readable: from now on, an exception that leaves main or a thread prints "PROGRAM: MESSAGE"
 /// to standard error and ends the program with status 1. The message is that of Describe for a CException* with
 /// IErrorDetails, of GetErrorMessage for any other, of Description or ErrorMessage for a _com_error, of what() for a
-/// std::exception, the text itself for a `const char*`. A CUserException* prints nothing, since the user has already been informed. Anything else that terminates the program,
-/// such as destroying a running thread, prints a line that says so and calls std::abort.
+/// std::exception, the text itself for a `const char*`. A CUserException* prints nothing, since the user has already
+/// been informed. Anything else that terminates the program, such as destroying a running thread, prints a line that
+/// says so and calls std::abort.
 ///
 /// stdout is flushed. As with every call of std::terminate no destructor runs: files that are still open may be
 /// incomplete, and temporary ones remain. To survive a failure, use a catch clause.
