@@ -61,7 +61,7 @@ class Debian(unittest.TestCase):
         page.sh(test_page.blocks("Debian packages", "sh")[0], ROOT)
         self.assertEqual(run("qv", "text", "escape", input="a<b"), "a&lt;b")
         folder = run("g++", "-print-multiarch").strip()
-        self.assertRegex(run("ldd", "/usr/bin/qv"), rf"libqvcommon\.so\.0\.1 => /(usr/(bin/\.\./)?)?lib/{folder}/")
+        self.assertRegex(run("ldd", "/usr/bin/qv"), rf"libqvcommon\.so\.0\.2 => /(usr/(bin/\.\./)?)?lib/{folder}/")
         self.assertIn("All rights reserved", pathlib.Path("/usr/share/doc/libqvcommon0.1/copyright").read_text())
         # Without any hint at where the library is.
         with tempfile.TemporaryDirectory() as folder:

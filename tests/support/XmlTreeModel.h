@@ -60,6 +60,8 @@ private:
 
     static bool IsElement(const IXMLDOMNode& node) { return node.get_nodeType() == MSXML2::NODE_ELEMENT; }
 
+    static bool IsDocument(const IXMLDOMNode& node) { return node.get_nodeType() == MSXML2::NODE_DOCUMENT; }
+
     /// The names and values of the attributes that declare no prefix.
     static std::vector<std::pair<CString, CString>> Attributes(const IXMLDOMNode& node) {
         std::vector<std::pair<CString, CString>> attributes;
@@ -98,11 +100,13 @@ private:
 
     void Hold(const IXMLDOMNode& node) { m_held.push_back({node, Looks(node)}); }
 
-    /// Accepts the present looks of a changed node and of all nodes around it.
+    /// Accepts the present looks of a changed node and of all nodes around it. Handles of a document that were obtained in
+    /// different ways may differ while it has no root.
     void Refresh(const IXMLDOMNode& changed) {
         for (IXMLDOMNode node = changed; node; node = node.get_parentNode())
             for (Held& held : m_held)
-                if (held.node == node) held.looks = Looks(node);
+                if (held.node == node || (IsDocument(held.node) && !held.node.get_firstChild()))
+                    held.looks = Looks(held.node);
     }
 
     void Load(std::size_t document) {
