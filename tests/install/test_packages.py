@@ -10,10 +10,11 @@ import unittest
 import zipfile
 
 import test_page
-from trees import ROOT, VERSION, Tree, launcher, run
+from trees import INTERFACE, ROOT, VERSION, Tree, launcher, run
 
 PACKAGES = ROOT / "build/packages"
-DEBIAN = ["libqvcommon0.2", "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
+LIBRARY = f"libqvcommon{INTERFACE}"
+DEBIAN = [LIBRARY, "libqvcommon-dev", "qvcommon-tools", "qvcommon-doc"]
 
 
 def is_installed(package):
@@ -31,11 +32,11 @@ class Debian(unittest.TestCase):
 
     def test_what_they_say(self):
         self.assertEqual(sorted(self.files), sorted(DEBIAN))
-        version = self.field("libqvcommon0.2", "Version")
+        version = self.field(LIBRARY, "Version")
         for package in ("libqvcommon-dev", "qvcommon-tools"):
-            self.assertIn(f"libqvcommon0.2 (= {version})", self.field(package, "Depends"))
+            self.assertIn(f"{LIBRARY} (= {version})", self.field(package, "Depends"))
         for library in ("libc6", "libstdc++6", "libxml2", "zlib1g"):
-            self.assertIn(library + " ", self.field("libqvcommon0.2", "Depends"))
+            self.assertIn(library + " ", self.field(LIBRARY, "Depends"))
         self.assertEqual(self.field("qvcommon-doc", "Architecture"), "all")
 
     def test_what_lintian_says(self):
@@ -61,8 +62,9 @@ class Debian(unittest.TestCase):
         page.sh(test_page.blocks("Debian packages", "sh")[0], ROOT)
         self.assertEqual(run("qv", "text", "escape", input="a<b"), "a&lt;b")
         folder = run("g++", "-print-multiarch").strip()
-        self.assertRegex(run("ldd", "/usr/bin/qv"), rf"libqvcommon\.so\.0\.2 => /(usr/(bin/\.\./)?)?lib/{folder}/")
-        self.assertIn("All rights reserved", pathlib.Path("/usr/share/doc/libqvcommon0.1/copyright").read_text())
+        library = re.escape(f"libqvcommon.so.{INTERFACE}")
+        self.assertRegex(run("ldd", "/usr/bin/qv"), rf"{library} => /(usr/(bin/\.\./)?)?lib/{folder}/")
+        self.assertIn("All rights reserved", pathlib.Path(f"/usr/share/doc/{LIBRARY}/copyright").read_text())
         # Without any hint at where the library is.
         with tempfile.TemporaryDirectory() as folder:
             run("cmake", "-S", "/usr/share/doc/qvcommon/examples", "-B", folder, *launcher())

@@ -10,6 +10,7 @@ import subprocess
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 EXAMPLES = ROOT / "examples"
 VERSION = re.search(r"project\(QvCommon VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text())[1]
+INTERFACE = VERSION.rpartition(".")[0]  # what programs are linked against until 1.0
 WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Werror"
 
 
