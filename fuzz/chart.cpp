@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CString svg;
     try {
         svg = qv::tool::ChartOf(input.Rest(), options);
-    } catch (const qv::tool::Failed&) {
+    } catch (const qv::tool::CommandError&) {
         return 0;
     }
     Require(svg.size() < kMostBytes, "a picture has a bounded size");
