@@ -76,8 +76,8 @@ void BlockDecompressor::StartWorker() {
     if (!m_mayHaveWorker) return;
     try {
         if (!m_worker.joinable()) {
-            const platform::SignalHold
-                hold;  // inherited by the worker, which must not take signals that its caller blocks
+            // Inherited by the worker, which must not take signals that its caller blocks.
+            const platform::SignalHold hold;
             m_worker = std::thread([this] { Work(); });
         }
         m_isHandedOver = true;
