@@ -8,7 +8,7 @@
 
 namespace qv::cabinet {
 
-/// Stands for the root of the tree.
+/// Represents the root of the tree.
 inline constexpr const char* kRoot = "*ROOT*";
 /// A manifest's name is this, six capital letters and ".xml".
 inline constexpr const char* kManifestPrefix = "CabMan";

@@ -57,12 +57,16 @@ public:
     int ReportError(UINT type = 0, UINT fallbackId = 0) override;
 };
 
-/// An error with more to report than its message; a second base of exceptions.
+/// An error with more to report than its message; a second base of exceptions. Its exception is the owner, and is freed
+/// with Delete(). Not thread-safe.
 class QVCOMMON_API IErrorDetails {
 public:
-    virtual ~IErrorDetails();
-    /// Returns the message and what it concerns, such as a file's path and the system's reason, in one line.
+    /// Returns the message and what it concerns, such as a file's path and the system's reason, in one line. What is
+    /// unknown is left out.
     virtual CString Describe() const = 0;
+
+protected:
+    virtual ~IErrorDetails();
 };
 
 /// Raises a new CVorbexException* with these values.

@@ -22,7 +22,7 @@ FOLDERS = ("cabinet", "charts", "core", "dialogs", "files", "framework", "html",
 # What this machine does not compile.
 ELSEWHERE = ("platform/windows/", "xml/dom/msxml/")
 QUICK = 0.3  # seconds that a test of the first round takes at most
-FLAGS = "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -DNDEBUG"
+OPTIONS = ("-DQV_PRECOMPILE=ON", "-DQV_WARNINGS_AS_ERRORS=OFF", "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -DNDEBUG")
 
 SWAPS = {" < ": " <= ", " <= ": " < ", " > ": " >= ", " >= ": " > ", " == ": " != ", " != ": " == ", " && ": " || ",
          " || ": " && ", " + 1": "", " - 1": "", "true": "false", "false": "true", "++": "--", " += ": " -= "}
@@ -86,7 +86,7 @@ class Copy:
             target.parent.mkdir(parents=True, exist_ok=True)
             if not target.exists() or target.read_bytes() != source.read_bytes():
                 shutil.copy2(source, target)
-        configured, _ = run(["cmake", "--preset", "linux", "-DQV_PRECOMPILE=ON", "-DQV_WARNINGS_AS_ERRORS=OFF", FLAGS], self.folder, 300)
+        configured, _ = run(["cmake", "--preset", "linux", *OPTIONS], self.folder, 300)
         if configured != 0 or not self.builds():
             sys.exit(f"mutate: {self.folder} does not build")
 
@@ -137,10 +137,13 @@ def main(root, count, seed, jobs):
     catchers = json.loads(known.read_text()) if known.exists() else {}
 
     def tried(candidate):
-        copy = copies.get()
         hint = catchers.get(candidate[3])
-        result = copy.catcher(candidate, [([hint], 120), *rounds] if hint in rounds[0][0] + rounds[1][0] else rounds)
-        copies.put(copy)
+        known_first = [([hint], 120), *rounds] if hint in rounds[0][0] + rounds[1][0] else rounds
+        copy = copies.get()
+        try:
+            result = copy.catcher(candidate, known_first)
+        finally:
+            copies.put(copy)
         if result is not None:
             catchers[candidate[3]] = result
             known.write_text(json.dumps(catchers.copy(), indent=0))

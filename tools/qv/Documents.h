@@ -5,7 +5,7 @@
 
 #include "qvcommon/framework/File.h"
 
-/// Files that commands read or write as a whole. "-" stands for standard input or output.
+/// Files that commands read or write as a whole. "-" means standard input or output.
 namespace qv::tool {
 
 bool IsStandardStream(const std::string& path);
