@@ -100,11 +100,12 @@ TEST(ShellVerbHelper, RefusesWhatIsNotThere) {
     }
 }
 
-/// The program for the documents of the next test.
+/// The program for the documents of the next test. A second file shows that the first is complete; renaming that one
+/// instead would hold it open, and whoever reads it meanwhile gets a sharing violation.
 QV_CHILD(NoteDocument) {
-    const fs::path calls = arguments.at(0), unfinished = calls.string() + ".new";
-    std::ofstream(unfinished) << arguments.at(1) << ' ' << arguments.at(2);
-    fs::rename(unfinished, calls);
+    const std::string& calls = arguments.at(0);
+    std::ofstream(calls) << arguments.at(1) << ' ' << arguments.at(2);
+    std::ofstream(calls + ".complete");
     return 0;
 }
 
@@ -126,7 +127,7 @@ TEST(ShellVerbHelper, StartsTheProgramOfTheKindOfDocument) {
     ASSERT_TRUE(watch);
     for (const char* const verb : {"open", "print"}) {
         (*verb == 'o' ? CShellVerbHelper::Open : CShellVerbHelper::Print)(document);
-        while (!folder.Has(verb)) {
+        while (!folder.Has(verb + std::string(".complete"))) {
             watch->Wait();
             watch->Rearm();
         }
