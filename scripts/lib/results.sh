@@ -59,17 +59,17 @@ count_tests() {
         END { print passed + 0, failed + 0, skipped + 0 }' "$1"
 }
 
-# The last line is meant to be parsed, too.
+# The failures come last: logs are often shown by their ends. The last line is meant to be parsed, too.
 show_results() {
     printf '\n%-12s %8s %8s %8s %8s %8s\n' target tests passed failed skipped time
     printf '%s\n' "${QV_RESULTS[@]}"
-    if [ "${#QV_FAILURES[@]}" -gt 0 ]; then
-        printf '\nFailed:\n'
-        printf '  %s\n' "${QV_FAILURES[@]}"
-    fi
     if [ "${#QV_REASONS[@]}" -gt 0 ]; then
         printf '\nSkipped, how many and why:\n'
         printf '  %s\n' "${QV_REASONS[@]}"
+    fi
+    if [ "${#QV_FAILURES[@]}" -gt 0 ]; then
+        printf '\nFailed:\n'
+        printf '  %s\n' "${QV_FAILURES[@]}"
     fi
     printf '\n%d passed, %d failed' "$QV_PASSED" "$QV_FAILED"
     [ "$QV_SKIPPED" -eq 0 ] || printf ', %d skipped' "$QV_SKIPPED"
