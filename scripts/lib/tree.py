@@ -10,8 +10,8 @@ import subprocess
 import sys
 
 # From the lowest layer up. An include must lead to a lower layer, or stay in its own.
-LAYERS = ("platform", "framework", "threads", "core", "files xml imaging settings system", "messages dialogs cabinet html", "charts",
-          "tools")
+LAYERS = ("platform", "framework", "threads", "core", "files xml imaging settings system",
+          "messages dialogs cabinet html", "charts", "tools")
 # The folders that implement the exported headers; those of include/qvcommon/framework/ belong to framework/.
 HEADERS = {
     "platform": "CodePage Export",
@@ -46,16 +46,19 @@ PACKAGES = {
 }
 # What platform/ may call besides its tables of system calls; System.h of each implementation says why.
 PURE_CALLS = {
-    "platform/posix/": r"dl(?:addr|close|error|sym) endpwent freelocale gete?uid gettid getpid iconv\w* iswalpha\w* iswspace\w* localtime_r mktime newlocale "
-                       r"nl_langinfo\w* posix_spawn_file_actions_\w+ setenv setpwent "
-                       r"sig\w+set sigismember strerrordesc_np strerror_r strfmon strftime sysconf "
-                       r"tow(?:lower|upper)\w* tzset unsetenv uselocale",
-    "platform/windows/": r"_configthreadlocale _fileno _isatty CloseHandle CoCreateGuid CoUninitialize CreateEventA CreateThread DefWindowProcA "
-                         r"DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush GetACP GetActiveWindow GetCPInfo _getmbcp "
-                         r"GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA GetProcAddress GetStringTypeW GetTickCount64 Global\w+ ILFree IsDBCSLeadByteEx "
-                         r"LCMapStringW LoadCursorA LocalFree MultiByteToWideChar NetApiBufferFree PostQuitMessage ResetEvent SelectObject SetCursor SetEvent "
-                         r"SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime TranslateMessage "
-                         r"VarDateFromStr VerQueryValueW WaitForSingleObject WideCharToMultiByte",
+    "platform/posix/":
+        r"dl(?:addr|close|error|sym) endpwent freelocale gete?uid getpid gettid iconv\w* iswalpha\w* "
+        r"iswspace\w* localtime_r mktime newlocale nl_langinfo\w* posix_spawn_file_actions_\w+ setenv setpwent "
+        r"sigismember sig\w+set strerror_r strerrordesc_np strfmon strftime sysconf tow(?:lower|upper)\w* "
+        r"tzset unsetenv uselocale",
+    "platform/windows/":
+        r"_configthreadlocale _fileno _getmbcp _isatty CloseHandle CoCreateGuid CoUninitialize CreateEventA "
+        r"CreateThread DefWindowProcA DeleteProcThreadAttributeList DispatchMessageA FreeLibrary\w* GdiFlush "
+        r"GetACP GetActiveWindow GetCPInfo GetCurrent\w+ GetFocus GetLastError GetModuleHandleExA "
+        r"GetProcAddress GetStringTypeW GetTickCount64 Global\w+ ILFree IsDBCSLeadByteEx LCMapStringW "
+        r"LoadCursorA LocalFree MultiByteToWideChar NetApiBufferFree PostQuitMessage ResetEvent SelectObject "
+        r"SetCursor SetEvent SetLastError SetStretchBltMode strnlen SystemTimeToTzSpecificLocalTime "
+        r"TranslateMessage VarDateFromStr VerQueryValueW WaitForSingleObject WideCharToMultiByte",
 }
 # Programs that use the installed library, and what they may include from the tree.
 CLIENTS = {"tools/": ("qvcommon/", "tools/"), "examples/": ("qvcommon/",), "tests/border/": ("qvcommon/",)}
@@ -224,6 +227,17 @@ def size(tree, belongs):
     """The number of lines, neither blank nor comment, of the C++ files whose folder belongs."""
     lines = (line.strip() for path, text in cxx(tree) if belongs(path.split("/")[0]) for line in text.split("\n"))
     return sum(1 for line in lines if line and not line.startswith("//"))
+
+
+@rule
+def tables_are_whole(tree):
+    """Every row of a table in a page has as many cells as its header."""
+    for path, text in sorted(tree.items()):
+        if path.endswith(".md"):
+            for table in re.findall(r"(?:^\|.*\n)+", re.sub(r"^```.*?^```$", "", text, flags=re.M | re.S), re.M):
+                header, *rows = (re.sub(r"`[^`]*`|\\\|", "", row).count("|") for row in table.splitlines())
+                if any(cells != header for cells in rows):
+                    yield f"{path} has a broken table: {table.splitlines()[0]}"
 
 
 @rule

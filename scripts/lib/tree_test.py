@@ -10,6 +10,7 @@ TREE = {
     "benchmarks/threads/system/Lock.h": "#include <pthread.h>\n",
     "cabinet/Long.cpp": "#include <zlib.h>\n" * 301,
     "core/MathHelper.cpp": "#include <sys/stat.h>\n#include \"qvcommon/FilePath.h\"\n#if defined(_WIN32)\n",
+    "docs/text.md": "| `a|b` | c |\n| --- | --- |\n| d \\| e | f |\n\n```\n| a |\n| b | c |\n```\n| g | h |\n| i|j | k |\n",
     "examples/answer.cpp": "#include \"qvcommon/FilePath.h\"\n#include \"core/MathHelper.h\"\n",
     "files/FilePath.cpp": "#include \"platform/posix/UniqueFd.h\"\n#  elif __APPLE__ && X\n#ifndef __WIN32_STORY\n",
     "framework/Name.h": "#include \"framework/Other.h\"\n",
@@ -68,6 +69,7 @@ FINDINGS = {
         'tests/border/ThrowTest.cpp includes "tests/support/Tool.h"',
         'tools/qv/Main.cpp includes "platform/File.h"'],
     "files_are_short": ["cabinet/Long.cpp has 301 lines"],
+    "tables_are_whole": ["docs/text.md has a broken table: | g | h |"],
     "tests_are_a_third_at_most": ["tests have 111 lines, more than a third of the 328 of the code"],
 }
 

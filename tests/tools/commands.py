@@ -12,7 +12,8 @@ A case begins with a line "== TITLE" and has its own folder. Its lines, as often
     ? NAME...        names that the folder holds now; "! NAME" says that a name is missing
     ? NAME: TEXT     a file that holds this one line now
 
-"\\0" is a zero byte; after one at its end a line of input has no line end. Paths may be written with "/" on every system; "\\" in what the tool prints is read as "/".
+"\\0" is a zero byte; after one at its end a line of input has no line end. Paths may be written with "/" on
+every system; "\\" in what the tool prints is read as "/".
 """
 
 import os
