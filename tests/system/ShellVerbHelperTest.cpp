@@ -100,8 +100,8 @@ TEST(ShellVerbHelper, RefusesWhatIsNotThere) {
     }
 }
 
-/// The program for the documents of the next test. A second file shows that the first is complete; renaming that one
-/// instead would hold it open, and whoever reads it meanwhile gets a sharing violation.
+/// The program for the documents of the next test. A second file shows that the first is complete; a rename
+/// instead would hold it open, and a reader would get a sharing violation.
 QV_CHILD(NoteDocument) {
     const std::string& calls = arguments.at(0);
     std::ofstream(calls) << arguments.at(1) << ' ' << arguments.at(2);

@@ -215,11 +215,11 @@ void AddPack(Command app) {
     command.AddFlag("--no-recurse", options->noRecurse, "Do not pack subfolders");
     command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be packed, and write nothing");
     AddQuiet(command);
-    command.SetFooter(
+    command.SetNotes(
         "Names, contents, times and the read-only attribute are stored. Owners, access lists and the\n"
         "executable bit are not: unpacked files get the permissions of new files. Entries that cannot be\n"
-        "packed are reported and skipped; the exit status is then 1.\n"
-        "Example:\n  qv pack photos photos.cab");
+        "packed are reported and skipped; the exit status is then 1.");
+    command.AddExample("qv pack photos photos.cab");
     command.SetAction([options] { Run([&] { Pack(*options); }); });
 }
 
@@ -232,10 +232,10 @@ void AddUnpack(Command app) {
                     "Use the members' own names, as for archives of other programs");
     command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be written, and write nothing");
     AddQuiet(command);
-    command.SetFooter(
+    command.SetNotes(
         "Any cabinet of a set can be given. Stored, MSZIP and LZX data are read; members with Quantum data are left "
-        "out.\n"
-        "Example:\n  qv unpack photos.cab copy-of-photos");
+        "out.");
+    command.AddExample("qv unpack photos.cab copy-of-photos");
     command.SetAction([options] {
         LeftOuts leftOuts;
         Run([&] { Unpack(*options, leftOuts); });
@@ -248,8 +248,9 @@ void AddList(Command app) {
     const auto options = std::make_shared<Options>();
     command.AddPath("ARCHIVE", options->archive, "The archive").Require();
     command.AddFlag("-0,--null", options->zero, "End each line with a zero byte");
-    command.AddFlag("-j,--json", options->json, "Print one JSON object a line: name, size, modified (local time)");
-    command.SetFooter("Lines: SIZE<tab>DATE TIME<tab>NAME\nExample:\n  qv list photos.cab");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object per line: name, size, modified (local time)");
+    command.SetNotes("Lines: SIZE<tab>DATE TIME<tab>NAME");
+    command.AddExample("qv list photos.cab");
     command.SetAction([options] {
         Run([&] {
             CheckIsFile(options->archive);

@@ -103,9 +103,8 @@ void AddInfo(Command bmp) {
         bmp.Add("info", "Print the format, the header's fields, the sizes of rows in bytes, and the colours");
     const auto path = std::make_shared<std::string>();
     info.AddPath("FILE", *path, "The bitmap, PNG or icon; - is standard input").Require();
-    info.SetFooter(
-        "A PNG, or the largest picture of an icon, is described as the bitmap that it converts to.\n"
-        "Example:\n  qv bmp info photo.bmp");
+    info.SetNotes("A PNG, or the largest picture of an icon, is described as the bitmap that it converts to.");
+    info.AddExample("qv bmp info photo.bmp");
     const auto json = std::make_shared<bool>(false);
     info.AddFlag("-j,--json", *json,
                  "Print one JSON object: format, headerSize, width, height and so on; all but format are numbers");
@@ -128,11 +127,11 @@ void AddConvert(Command bmp) {
     convert.AddOption("--size", conversion->sizes, "The side of a picture in an icon, in pixels; may be repeated")
         .CallValue("N")
         .TakeOneEach();
-    convert.SetFooter(
+    convert.SetNotes(
         "Bitmaps get a header of 40 bytes, or of 108 with alpha, and sizes, masks, colours and rows as the format\n"
-        "requires. The largest picture of an icon is used.\n"
-        "Examples:\n  qv bmp convert odd.bmp clean.bmp\n  qv bmp convert logo.png logo.ico --size 16 --size 32 --size "
-        "256");
+        "requires. The largest picture of an icon is used.");
+    convert.AddExample("qv bmp convert odd.bmp clean.bmp");
+    convert.AddExample("qv bmp convert logo.png logo.ico --size 16 --size 32 --size 256");
     convert.SetAction([conversion] { Convert(*conversion); });
 }
 
@@ -140,7 +139,7 @@ void AddConvert(Command bmp) {
 
 void AddBmp(Command app) {
     Command bmp = app.AddFamily("bmp", "Inspect and convert bitmaps, PNG pictures and icons");
-    bmp.SetFooter("Example: qv bmp convert photo.bmp photo.png");
+    bmp.AddExample("qv bmp convert photo.bmp photo.png");
     AddInfo(bmp);
     AddConvert(bmp);
 }

@@ -55,10 +55,10 @@ void AddChart(Command app) {
     command.AddFlag("--log", options->logarithmic, "Make the y axis logarithmic; values not above 0 are omitted");
     command.AddFlag("--log-x", options->logarithmicX, "Make the x axis logarithmic; for scatter");
     command.AddFlag("--dates", options->dates, "Read the first column as dates, in local time; for area and scatter");
-    command.SetFooter(
+    command.SetNotes(
         "The first line names the columns. The first column has labels, or x values for area and scatter; each\n"
-        "other column is a series, of which pie draws the first. Empty fields, NA and NaN are missing values.\n"
-        "Example: qv chart bar sales.csv -o sales.svg --title Sales");
+        "other column is a series, of which pie draws the first. Empty fields, NA and NaN are missing values.");
+    command.AddExample("qv chart bar sales.csv -o sales.svg --title Sales");
     command.SetAction([options] { Draw(*options); });
 }
 

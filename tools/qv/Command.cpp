@@ -136,8 +136,14 @@ void Command::AddFlag(const char* names, bool& value, const char* description) {
     m_app->add_flag(names, value, description);
 }
 
-void Command::SetFooter(const std::string& text) {
+void Command::SetNotes(const char* text) {
     m_app->footer(text);
+}
+
+void Command::AddExample(const char* line) {
+    std::string footer = m_app->get_footer();
+    if (footer.find("Examples:\n") == footer.npos) footer += footer.empty() ? "Examples:" : "\n\nExamples:";
+    m_app->footer(footer + "\n  " + line);
 }
 
 void Command::SetAction(std::function<void()> action) {

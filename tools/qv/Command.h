@@ -78,8 +78,10 @@ public:
     Option AddPath(const char* names, std::vector<std::string>& paths, const char* description);
     void AddFlag(const char* names, bool& value, const char* description);
 
-    /// Sets the text below the help: further notes and an example.
-    void SetFooter(const std::string& text);
+    /// Sets the notes below the list of options; to be called before AddExample.
+    void SetNotes(const char* text);
+    /// Adds a command line to the end of the help.
+    void AddExample(const char* line);
     void SetAction(std::function<void()> action);
 
 private:

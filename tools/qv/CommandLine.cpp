@@ -82,7 +82,7 @@ void AddHelp(CLI::App& app) {
     CLI::App& help = *app.add_subcommand("help", "Show the help of a command");
     const auto words = std::make_shared<std::vector<std::string>>();
     help.add_option("COMMAND", *words, "The command; by default all commands");
-    help.footer("Example: qv help text wrap");
+    Command(help).AddExample("qv help text wrap");
     help.callback([&app, words] {
         const CLI::App* command = &app;
         std::string name = app.get_name();

@@ -84,10 +84,10 @@ void AddCopy(Command app) {
     command.AddFlag("-l,--later-only", options->laterOnly, "Skip files that are as new or newer in TARGET");
     command.AddFlag("-n,--dry-run", options->dryRun, "Print the files that would be written, and write nothing");
     AddQuiet(command);
-    command.SetFooter(
+    command.SetNotes(
         "Entries that cannot be copied, such as links to folders, are reported and skipped; the exit status is then "
-        "1.\n"
-        "Example: qv copy documents backup --later-only");
+        "1.");
+    command.AddExample("qv copy documents backup --later-only");
     command.SetAction([options] { Copy(*options); });
 }
 

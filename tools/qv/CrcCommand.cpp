@@ -162,17 +162,17 @@ void AddCrc(Command app) {
     const auto options = std::make_shared<Options>();
     Command command = app.Add("crc", "Print the CRC-32 of files: 8 hex digits, two spaces, name");
     command.AddPath("FILE", options->files, "The files; - is standard input");
-    command.AddFlag("-c,--check", options->check, "Read such lists, or SFV files, and check the files in them");
+    command.AddFlag("-c,--check", options->check, "Verify the files listed in such output or in SFV files");
     command
         .AddPath("-T,--files-from", options->filesFrom,
-                 "Files whose names are the lines of this file; - is standard input")
+                 "Read the names of the files from this one, one per line; - is standard input")
         .CallValue("LIST");
-    AddQuiet(command, "Show no progress; with --check, print only what does not match");
-    command.AddFlag("-0,--null", options->zero, "End lines with a zero byte, and read lists of such lines");
-    command.AddFlag("-j,--json", options->json, "Print one JSON object a line: path, crc32; or path, matches, list");
-    command.SetFooter(
-        "Lists of rhash --crc32 --simple and of cksfv can be read too; those of cksum use another checksum.\n"
-        "Example: qv crc *.zip > zips.crc; qv crc --check zips.crc");
+    AddQuiet(command, "Show no progress; with --check, print mismatches only");
+    command.AddFlag("-0,--null", options->zero, "End lines with a zero byte, in output and in lists");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object per line: path, crc32; or path, matches, list");
+    command.SetNotes(
+        "--check also reads lists of rhash --crc32 --simple and of cksfv; those of cksum use another checksum.");
+    command.AddExample("qv crc *.zip > zips.crc; qv crc --check zips.crc");
     command.SetAction([options] {
         if (options->files.empty() && options->filesFrom.empty()) throw WrongUsage("FILE is required");
         options->check ? Check(*options) : Print(*options);

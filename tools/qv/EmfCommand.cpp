@@ -129,11 +129,12 @@ void AddList(Command emf) {
     const auto json = std::make_shared<bool>(false);
     command.AddPath("FILE", *path, "The metafile; - is standard input").Require();
     command.AddFlag("-j,--json", *json,
-                    "Print one JSON object a line: number, name, size; in the first also bounds, frame, device, "
+                    "Print one JSON object per line: number, name, size; in the first also bounds, frame, device, "
                     "millimetres, description");
-    command.SetFooter(
+    command.SetNotes(
         "The first record is followed by the header's bounds and frame (left, top, right, bottom), the device's\n"
-        "size in pixels and millimetres, and the description.\nExample:\n  qv emf list drawing.emf");
+        "size in pixels and millimetres, and the description.");
+    command.AddExample("qv emf list drawing.emf");
     command.SetAction([path, json] { RecordList{*path, *json}; });
 }
 
@@ -143,7 +144,7 @@ void AddNormalise(Command emf) {
     command.AddPath("FILE", *path, "The metafile; - is standard input").Require();
     command.AddPath("OUT", *out, "The new file; may equal FILE, which is replaced atomically; - is standard output")
         .Require();
-    command.SetFooter("Example:\n  qv emf normalise drawing.emf clean.emf");
+    command.AddExample("qv emf normalise drawing.emf clean.emf");
     command.SetAction([path, out] { Normalise(*path, *out); });
 }
 
@@ -151,7 +152,7 @@ void AddNormalise(Command emf) {
 
 void AddEmf(Command app) {
     Command emf = app.AddFamily("emf", "Inspect enhanced metafiles, and make them comparable");
-    emf.SetFooter("Example: qv emf list drawing.emf");
+    emf.AddExample("qv emf list drawing.emf");
     AddList(emf);
     AddNormalise(emf);
 }

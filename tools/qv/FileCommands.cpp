@@ -17,7 +17,7 @@ Command AddFileCommand(Command app, const char* name, const char* description, c
                        const char* help, const char* example) {
     Command command = app.Add(name, description);
     command.AddPath(argument, value, help).Require();
-    command.SetFooter(std::string("Example: ") + example);
+    command.AddExample(example);
     return command;
 }
 
@@ -60,7 +60,7 @@ void AddDelete(Command app) {
         bool keepRoot = false, dryRun = false;
     };
     const auto options = std::make_shared<Options>();
-    Command command = AddFileCommand(app, "delete", "Delete a folder with all that it holds; links are not followed",
+    Command command = AddFileCommand(app, "delete", "Delete a folder and everything in it; links are not followed",
                                      "FOLDER", options->folder, "The folder", "qv delete build --keep-root");
     command.AddFlag("-k,--keep-root", options->keepRoot, "Keep the folder itself, empty");
     command.AddFlag("-n,--dry-run", options->dryRun, "Print what would be deleted, and delete nothing");
@@ -102,8 +102,9 @@ void AddLog(Command app) {
         bool stamp = false;
     };
     const auto options = std::make_shared<Options>();
-    Command command = AddFileCommand(app, "log", "Add a line to a file that others log to, too", "FILE", options->file,
-                                     "The log; made when missing", "qv log night.log \"backup done\" --stamp");
+    Command command =
+        AddFileCommand(app, "log", "Append a line to a log that several programs write", "FILE", options->file,
+                       "The log; created if missing", "qv log night.log \"backup done\" --stamp");
     command.AddOption("TEXT", options->text, "The line").Require();
     command.AddFlag("-s,--stamp", options->stamp, "Prepend the time");
     command.SetAction([options] {

@@ -90,7 +90,9 @@ void AddFind(Command app) {
     command.AddOption("-m,--mask", options->masks, "List only names that match, with * and ?; may be repeated")
         .CallValue("MASK")
         .TakeOneEach();
-    command.AddOption("-x,--exclude", options->excluded, "Neither list nor enter matching names; may be repeated")
+    command
+        .AddOption("-x,--exclude", options->excluded,
+                   "Skip matching names, and folders with all their contents; may be repeated")
         .CallValue("MASK")
         .TakeOneEach();
     command.AddFlag("-r,--recurse", options->recurse, "Search subfolders as well");
@@ -98,12 +100,12 @@ void AddFind(Command app) {
     command.AddOption("-f,--folders", options->folders, modes, "Whether folders are listed: none, only or too")
         .CallValue("MODE");
     command.AddFlag("-0,--null", options->zero, "End each line with a zero byte");
-    command.AddFlag("-j,--json", options->json, "Print one JSON object a line: path, depth, type, size, modified");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object per line: path, depth, type, size, modified");
     AddQuiet(command);
-    command.SetFooter(
-        "The first subfolder of a folder has the folder's depth number, each further one 1 more.\n"
-        "Folders that cannot be searched are reported on standard error; the exit status is then 1.\n"
-        "Example: qv find documents --mask '*.txt' --recurse");
+    command.SetNotes(
+        "The first subfolder of a folder has the folder's depth number, each further one that number plus 1.\n"
+        "Folders that cannot be searched are reported on standard error; the exit status is then 1.");
+    command.AddExample("qv find documents --mask '*.txt' --recurse");
     command.SetAction([options] { Find(*options); });
 }
 

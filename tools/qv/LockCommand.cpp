@@ -81,11 +81,12 @@ void AddLockCommand(Command app) {
     command.AddOption("COMMAND", options->command, "The command and its arguments, after --");
     command.AddPath("--check", options->folderToCheck, "Test what locks guarantee in this folder, and run nothing")
         .CallValue("FOLDER");
-    command.SetFooter(
+    command.SetNotes(
         "The command holds the lock until it exits, even if qv exits earlier.\n"
         "The exit status is the command's; 127 or 126 if it is missing or cannot be run; 1 if the lock cannot be\n"
-        "acquired, and the holder's name is printed.\n"
-        "Examples:\n  qv lock plan.doc --attempts 3 -- editor plan.doc\n  qv lock --check /srv/shared");
+        "acquired, and the holder's name is printed.");
+    command.AddExample("qv lock plan.doc --attempts 3 -- editor plan.doc");
+    command.AddExample("qv lock --check /srv/shared");
     command.SetAction([options] {
         if (const int status = RunLocked(*options)) throw CommandExit{status};
     });

@@ -19,35 +19,36 @@ ends with the status of the command that it has run; 127 where that is missing, 
 .SH ENVIRONMENT
 .TP
 .B LC_ALL, LC_CTYPE, LANG
-The locale, whose character set texts and names are in; without one, and in the C locale, that is UTF-8.
+The locale. Its character set is that of file names and text; UTF-8 if no locale is set, and in the C locale.
 .TP
 .B TMPDIR
-Where temporary files are made.
+The folder for temporary files.
 .TP
 .B TZ
-The time zone of local times.
+The time zone for local times.
 .SH FILES
 .TP
 .I NAME.lck, NAME.lid
-The lock of the document NAME.ext, and who holds it. They may stay when their holder is killed, and do not block the next holder.
+The lock of the document NAME.ext, and the name of its holder. They may remain if the holder is killed, and do not block the next
+holder.
 .TP
 .I NAME.bak
 The backup of NAME.ext.
 .TP
 .I .qv1.tmp
-A file or archive that is not complete yet, on file systems that keep no files without names. The next command removes it.
+An incomplete file or archive, on file systems without unnamed files. The next command removes it.
 .SH JSON
 With
 .B \-\-json
-each line is one object (RFC 8259) in UTF-8. Numbers are numbers, and times are in UTC, as "2026-11-22T09:30:00Z". A name or text
-that is not text in the locale's character set has U+FFFD in the place of what is not, and its bytes in hexadecimal digits in a
-second field: "pathBytes" beside "path". A field that is not known is left out.
+each line is one object (RFC 8259) in UTF-8. Numbers are JSON numbers, and times are in UTC, as "2026-11-22T09:30:00Z". In a name
+or message that is not valid in the locale's character set, U+FFFD replaces the invalid bytes, and a second field, such as
+"pathBytes" for "path", has all bytes as hexadecimal digits. Unknown fields are omitted.
 .TP
 .B qv bmp info
-"format" ("BMP", "PNG" or "ICO"), and the figures that it prints, as numbers, with names such as "headerSize" and "bitsPerPixel".
+"format" ("BMP", "PNG" or "ICO"), and the values that it prints, as numbers, with names such as "headerSize" and "bitsPerPixel".
 .TP
 .B qv crc
-"path", "crc32" (8 digits, a text); with
+"path", "crc32" (a string of 8 digits); with
 .B \-\-check
 "path", "matches" (true or false), "list".
 .TP
@@ -67,7 +68,8 @@ and "description".
 .B qv watch
 "folder", "time".
 .SH NOTES
-Paths may use the system's separator or a backslash. A file that is called - is ./- where - means a standard stream. Long work shows its progress when standard error is a terminal.
+Paths may use the system's separator or a backslash. Where - means a standard stream, use ./- for a file of that name. Long
+operations show their progress if standard error is a terminal.
 .SH SEE ALSO
 .BR find (1),
 .BR cabextract (1),

@@ -57,22 +57,23 @@ void Send(const Options& options) {
 }  // namespace
 
 void AddListen(Command app) {
-    Command command = app.Add("listen", "Print the texts that are sent to a name");
+    Command command = app.Add("listen", "Print the messages that are sent to a name");
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "The name; one program at a time listens to it").Require();
-    command.AddOption("-c,--count", options->count, "Exit after this many texts");
-    command.AddFlag("-0,--null", options->zero, "End each text with a zero byte");
-    command.AddFlag("-j,--json", options->json, "Print one JSON object for each: name, text, time");
-    command.SetFooter("Example:\n  qv listen builds --count 1");
+    command.AddOption("-c,--count", options->count, "Exit after this many messages");
+    command.AddFlag("-0,--null", options->zero, "End each message with a zero byte");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object per message: name, text, time");
+    command.AddExample("qv listen builds --count 1");
     command.SetAction([options] { Listen(*options); });
 }
 
 void AddSend(Command app) {
-    Command command = app.Add("send", "Send a text to the program that listens to a name");
+    Command command = app.Add("send", "Send a message to the program that listens to a name");
     const auto options = std::make_shared<Options>();
     command.AddOption("NAME", options->name, "The name").Require();
     command.AddOption("TEXT", options->text, "The text").Require();
-    command.SetFooter("Returns when the text has been handled.\nExample:\n  qv send builds \"all green\"");
+    command.SetNotes("Returns when the message has been handled.");
+    command.AddExample("qv send builds \"all green\"");
     command.SetAction([options] { Send(*options); });
 }
 

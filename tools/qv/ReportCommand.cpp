@@ -90,9 +90,9 @@ void AddReport(Command app) {
         .CallValue("OUTDIR");
     command.AddOption("-t,--title", options->title, "The page's title").CallValue("TEXT");
     AddQuiet(command);
-    command.SetFooter(
-        "Entries that cannot be read are reported on standard error and on the pages; the exit status is then 1.\n"
-        "Example: qv report pictures -o report --title \"Our pictures\"");
+    command.SetNotes(
+        "Entries that cannot be read are reported on standard error and on the pages; the exit status is then 1.");
+    command.AddExample("qv report pictures -o report --title \"Our pictures\"");
     command.SetAction([options] { WriteReport(*options); });
 }
 

@@ -16,7 +16,7 @@ using Filter = std::function<CString(const CString&)>;
 
 Command AddFilter(Command text, const char* name, const char* description, const char* example, const Filter& filter) {
     Command command = text.Add(name, description);
-    command.SetFooter(std::string("Example: ") + example);
+    command.AddExample(example);
     command.SetAction([filter] { AfxWriteStandardOutput(filter(AfxReadStandardInput())); });
     return command;
 }
@@ -113,7 +113,7 @@ void AddWrap(Command text) {
 
 void AddText(Command app) {
     Command text = app.AddFamily("text", "Pass standard input through a filter to standard output");
-    text.SetFooter("Example: qv text wrap 72 < letter.txt");
+    text.AddExample("qv text wrap 72 < letter.txt");
     AddPageFilters(text);
     AddXmlFilters(text);
     AddSimpleFilters(text);

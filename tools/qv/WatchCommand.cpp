@@ -79,11 +79,9 @@ void AddWatch(Command app) {
     command.AddFlag("--attributes", options->attributes, "Report changes of attributes");
     command.AddFlag("--writes", options->writes, "Report changes of contents");
     command.AddOption("-c,--count", options->count, "Exit after this many lines");
-    command.AddFlag("-j,--json", options->json, "Print one JSON object for each: folder, time");
-    command.SetFooter(
-        "Without --names, --attributes and --writes: names of files, and contents. Simultaneous changes print one "
-        "line.\n"
-        "Example:\n  qv watch inbox --names --count 1 && ls -l inbox");
+    command.AddFlag("-j,--json", options->json, "Print one JSON object per change: folder, time");
+    command.SetNotes("By default, names of files and contents are reported. Simultaneous changes print one line.");
+    command.AddExample("qv watch inbox --names --count 1 && ls -l inbox");
     command.SetAction([options] { Watch(*options); });
 }
 

@@ -189,7 +189,7 @@ void Run(const std::function<void()>& action) {
 Command AddAction(Command xml, const char* name, const char* description, const char* example,
                   const std::shared_ptr<Options>& options) {
     Command action = xml.Add(name, description);
-    action.SetFooter(std::string("Example: ") + example);
+    action.AddExample(example);
     action.AddPath("FILE", options->file, "The XML document; - reads standard input").Require();
     action.AddOption("PATH", options->path, "The path from the document: names, indexes from 0, a final @name")
         .Require();
@@ -203,20 +203,19 @@ Command AddAction(Command xml, const char* name, const char* description, const 
 
 void AddXml(Command app) {
     Command xml = app.AddFamily("xml", "Read and change values in XML documents, by path");
-    xml.SetFooter("Example: qv xml get settings.xml settings/window/@width --type integer");
+    xml.AddExample("qv xml get settings.xml settings/window/@width --type integer");
     const auto options = std::make_shared<Options>();
     AddAction(xml, "get", "Write the value at a path", "qv xml get settings.xml settings/name[2]", options)
         .SetAction([options] { Run([&] { Get(*options); }); });
-    Command set = AddAction(xml, "set",
-                            "Change the value at a path that exists; the rest of the file stays. With -, write the "
-                            "document to standard output",
-                            "qv xml set settings.xml settings/seen \"5 May 2004\" --type date", options);
+    Command set =
+        AddAction(xml, "set", "Change the value at an existing path; with -, write the document to standard output",
+                  "qv xml set settings.xml settings/seen \"5 May 2004\" --type date", options);
     set.AddOption("VALUE", options->value, "The new value").Require();
     set.SetAction([options] { Run([&] { Set(*options); }); });
-    Command create = AddAction(
-        xml, "create",
-        "Make what is missing of a path, and of the file, and write the path with all indexes; with -, the document",
-        "qv xml create settings.xml settings/name[2] Anna", options);
+    Command create =
+        AddAction(xml, "create",
+                  "Create a path, and the file if missing, and write the path with all indexes; with -, the document",
+                  "qv xml create settings.xml settings/name[2] Anna", options);
     const Option value = create.AddOption("VALUE", options->value, "The value to set");
     AddQuiet(create, "Do not write the path");
     create.SetAction([options, value] { Run([&] { Create(*options, value.IsGiven()); }); });
