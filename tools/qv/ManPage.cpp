@@ -9,13 +9,13 @@ constexpr std::string_view kRest = R"(.SH EXIT STATUS
 Done.
 .TP
 .B 1
-Failed. The reason is on standard error; nothing is said when it was the reader of a pipe who had enough.
+Failed. The reason is on standard error; nothing is printed if the reader of a pipe has closed it.
 .TP
 .B 2
 Wrong usage.
 .P
 .B qv lock
-ends with the status of the command that it has run; 127 where that is missing, 126 where it cannot be started.
+exits with the status of the command that it ran; 127 if that is missing, 126 if it cannot be started.
 .SH ENVIRONMENT
 .TP
 .B LC_ALL, LC_CTYPE, LANG
