@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "html/GoldenPage.h"
+#include "html/GoldenSalesPage.h"
 #include "qvcommon/MultiUserFile.h"
 #include "tests/support/FileFailure.h"
+#include "tests/support/GoldenPage.h"
 #include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 
@@ -88,7 +89,7 @@ void WriteGoldenPage(CHtmlWriter& page) {
 TEST(HtmlWriter, WritesTheSamePageToMemoryAndToAFile) {
     CHtmlWriter inMemory;
     WriteGoldenPage(inMemory);
-    EXPECT_EQ(inMemory.GetHtml(), qv::test::kGoldenPage);
+    EXPECT_EQ(inMemory.GetHtml(), GoldenPage(qv::test::kGoldenSalesPage));
 
     const TempFolder folder;
     CHtmlWriter page;
