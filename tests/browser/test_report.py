@@ -115,7 +115,7 @@ class Report(BrowserTest):
             self.check("document.activeElement == document.querySelectorAll('.files th button')[%d]" % column, True)
         self.check(OPEN, [True] * 4)
         self.browser.point(".files .Glossary", 0)
-        self.check("document.getElementById('qvPopup').textContent", "Plain text without any form.")
+        self.check("document.getElementById('qvPopup').textContent", "Plain text without formatting.")
         self.check("[...document.querySelectorAll('.kinds tbody tr')].map(e => [...e.cells].map(c => c.textContent.trim()))",
                    [["GIF picture", "1", "209 bytes"], ["PNG picture", "1", "10 bytes"], ["Text", "2", "6 bytes"]])
 
