@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "tests/support/Child.h"
+#include "tests/support/OpenFiles.h"
 #include "tests/support/Watchdog.h"
 
 namespace {
@@ -22,6 +23,16 @@ private:
     std::optional<Watchdog> m_watchdog;
 };
 
+// A test that leaves a file or folder open fails.
+class LeakListener : public ::testing::EmptyTestEventListener {
+public:
+    void OnTestStart(const ::testing::TestInfo&) override { m_before = OpenFiles(); }
+    void OnTestEnd(const ::testing::TestInfo&) override { EXPECT_EQ(OpenFiles(), m_before) << "left open"; }
+
+private:
+    std::vector<std::string> m_before;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -29,5 +40,6 @@ int main(int argc, char** argv) {
     if (RunChild(argc, argv, exitStatus)) return exitStatus;
     ::testing::InitGoogleTest(&argc, argv);
     ::testing::UnitTest::GetInstance()->listeners().Append(new HangListener);
+    ::testing::UnitTest::GetInstance()->listeners().Append(new LeakListener);
     return RUN_ALL_TESTS();
 }
