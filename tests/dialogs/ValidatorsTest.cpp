@@ -56,6 +56,7 @@ TEST_F(ValidatorsTest, ShowWhyTheyFail) {
     EXPECT_EQ(Message(chars("a:b/")), "The ':' character is not valid in this field. 48");
     EXPECT_EQ(Message(chars("ab")), "fine");
     EXPECT_EQ(Message(word("SeCOnd")), "The 'con' word is reserved and not valid in this field. 48");
+    EXPECT_EQ(Message(word("Conic")), "The 'con' word is reserved and not valid in this field. 48");
     EXPECT_EQ(Message(word("co n")), "fine");
     const auto valid = [&](CDataExchange* e) { DDV_ValidDir(e, folder / "new"); };
     EXPECT_EQ(Message(valid, 7), "The directory specified can not be found.  Would you like to create it? 52");

@@ -45,6 +45,13 @@ int Outcome(CParseEmf& parser, const CString& path) {
     return error ? 100 + static_cast<int>(error->GetCode()) : result;
 }
 
+// A file that loses its end while it is read.
+class ShrinkingFile : public CFile {
+public:
+    using CFile::CFile;
+    std::uint64_t GetLength() const override { return CFile::GetLength() + (1 << 20); }
+};
+
 class ParseEmf : public testing::Test {
 protected:
     int Process(const std::string& bytes, int checkHeader = 0) {
@@ -120,6 +127,12 @@ TEST_F(ParseEmf, LeavesTheFileAfterTheEndRecordAndClosesItAfterErrors) {
         EXPECT_EQ(Outcome(walk, m_folder / "a.emf"), 105);
     }
     EXPECT_TRUE(file.Open(m_folder / "a.emf", CFile::modeRead | CFile::shareExclusive));
+
+    m_folder.Write("cut.emf", HeaderRecord() + Record(70, std::string(1 << 20, 'c')).substr(0, 1 << 19));
+    ShrinkingFile shrinking(m_folder / "cut.emf", CFile::modeRead);
+    const auto error = Raised<CVorbexException>([&] { walk.ProcessMetafileRecords(shrinking); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->GetCode(), 5);
 }
 
 TEST_F(ParseEmf, ClearsWhatTheFormatLeavesUndefined) {

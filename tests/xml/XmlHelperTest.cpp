@@ -230,6 +230,10 @@ TEST(XmlHelper, ReadsAndSetsAttributes) {
     EXPECT_EQ(numbers, (CUIntArray{1, 3, 2}));
 }
 
+struct Derived : CXmlHelper {
+    using CXmlHelper::CleanInvalidChars, CXmlHelper::DirtyInvalidChars;
+};
+
 TEST(XmlHelper, EscapesAndUnescapes) {
     const WesternCodePage western;
     if (!western) GTEST_SKIP() << "the system has no code page 1252";
@@ -246,6 +250,11 @@ TEST(XmlHelper, EscapesAndUnescapes) {
         EXPECT_EQ(CXmlHelper::DirtyAttribute(row.attribute), row.text);
     }
     EXPECT_EQ(CXmlHelper::Dirty("a\nb&#127;&#160;&#1470;&amp;#147;&quot;"), "a\r\nb&#127;&#160;&#1470;&#147;&quot;");
+    CString characters = "a\nb<&#147;&amp;\x94";
+    Derived::DirtyInvalidChars(characters);
+    EXPECT_EQ(characters, "a\nb<\x93&amp;\x94");
+    Derived::CleanInvalidChars(characters);
+    EXPECT_EQ(characters, "a\nb<&#147;&amp;&#148;");
     const Utf8Locale utf8;
     if (utf8) {
         EXPECT_EQ(CXmlHelper::Clean("\xE2\x82\xAC\x93"), "\xE2\x82\xAC&#147;");
