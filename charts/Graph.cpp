@@ -11,23 +11,34 @@
 
 using namespace qv::charts;
 
+CGraphPicture::CGraphPicture() = default;
+CGraphPicture::CGraphPicture(const CGraphPicture&) = default;
+CGraphPicture::CGraphPicture(CGraphPicture&&) noexcept = default;
+CGraphPicture& CGraphPicture::operator=(const CGraphPicture&) = default;
+CGraphPicture& CGraphPicture::operator=(CGraphPicture&&) noexcept = default;
+CGraphPicture::~CGraphPicture() = default;
+
+void CGraphPicture::SetSize(int width, int height) {
+    CheckSize(width, height);
+    m_width = width;
+    m_height = height;
+}
+
+void CGraphPicture::SetId(const char* id) {
+    CheckId(CString(id));
+    m_id = id;
+}
+
+void CGraphPicture::SaveFile(const char* path) const {
+    CFileUtils::SaveFile(path, GetSvg());
+}
+
 CGraph::CGraph() = default;
 CGraph::CGraph(const CGraph&) = default;
 CGraph::CGraph(CGraph&&) noexcept = default;
 CGraph& CGraph::operator=(const CGraph&) = default;
 CGraph& CGraph::operator=(CGraph&&) noexcept = default;
 CGraph::~CGraph() = default;
-
-void CGraph::SetSize(int width, int height) {
-    CheckSize(width, height);
-    m_width = width;
-    m_height = height;
-}
-
-void CGraph::SetId(const char* id) {
-    CheckId(CString(id));
-    m_id = id;
-}
 
 void CGraph::SetCategories(CStringArray categories) {
     m_categories = std::move(categories);
@@ -113,10 +124,6 @@ CString CGraph::GetSvg() const {
     svg.HiddenTable(Characters(Name()), Values());
     EndPicture(svg);
     return CString(svg.Take());
-}
-
-void CGraph::SaveFile(const char* path) const {
-    CFileUtils::SaveFile(path, GetSvg());
 }
 
 std::string CAxisGraph::Settings() const {

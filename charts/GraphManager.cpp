@@ -6,7 +6,6 @@
 #include "charts/Picture.h"
 #include "charts/Series.h"
 #include "qvcommon/Checksum.h"
-#include "qvcommon/FileUtils.h"
 #include "qvcommon/Graph.h"
 
 using namespace qv::charts;
@@ -56,17 +55,6 @@ CGraphManager::~CGraphManager() = default;
 
 void CGraphManager::Take(std::unique_ptr<CGraph> graph) {
     m_graphs.push_back(std::move(graph));
-}
-
-void CGraphManager::SetSize(int width, int height) {
-    CheckSize(width, height);
-    m_width = width;
-    m_height = height;
-}
-
-void CGraphManager::SetId(const char* id) {
-    CheckId(CString(id));
-    m_id = id;
 }
 
 void CGraphManager::SetColumns(int columns) {
@@ -123,8 +111,4 @@ CString CGraphManager::GetSvg() const {
     for (const auto& graph : m_graphs) svg.HiddenTable(Characters(graph->Name()), graph->Values());
     EndPicture(svg);
     return CString(svg.Take());
-}
-
-void CGraphManager::SaveFile(const char* path) const {
-    CFileUtils::SaveFile(path, GetSvg());
 }

@@ -39,23 +39,48 @@ struct Table;
 enum class Swatch;
 }  // namespace qv::charts
 
-/// Base of all charts: strings, a size, and series of values.
-class QVCOMMON_API CGraph {
+/// What all pictures have: a heading, a size, an id, and the ways to write them.
+class QVCOMMON_API CGraphPicture {
 public:
-    virtual ~CGraph();
+    virtual ~CGraphPicture();
 
-    /// Sets the heading; empty by default, in which case screen readers announce the kind of chart.
+    /// Sets the heading; empty by default, in which case screen readers announce the kind of picture.
     void SetTitle(const char* title) { m_title = title; }
     /// Sets the description for screen readers. By default it names the kind of chart and the numbers of series and
-    /// values.
+    /// values, or the charts of the picture.
     void SetDescription(const char* description) { m_description = description; }
     /// Sets the size in pixels; 720 by 400 by default. A narrower page shrinks the picture.
     /// @throws CInvalidArgException* outside 160 to 4000 by 120 to 4000.
     void SetSize(int width, int height);
     /// Sets the id of the element and the prefix of all ids in it: a letter, then letters, digits, "-" and "_". By
-    /// default it is derived from the content, so that only equal charts have the same.
+    /// default it is derived from the content, so that only equal pictures have the same.
     /// @throws CInvalidArgException* for any other string.
     void SetId(const char* id);
+
+    /// Returns the `<svg>` element. @throws CInvalidArgException* if the chart's settings contradict each other, as
+    /// described there, or do not fit the picture.
+    virtual CString GetSvg() const = 0;
+    /// Appends it to the page. @throws CFileException* as the writer does.
+    void WriteTo(CHtmlWriter& page) const { page.AddFormattedText(GetSvg()); }
+    /// Saves it atomically. @throws CFileException*, leaving the file unchanged.
+    void SaveFile(const char* path) const;
+
+protected:
+    CGraphPicture();
+    CGraphPicture(const CGraphPicture&);
+    CGraphPicture(CGraphPicture&&) noexcept;
+    CGraphPicture& operator=(const CGraphPicture&);
+    CGraphPicture& operator=(CGraphPicture&&) noexcept;
+
+    CString m_title, m_description, m_id;  ///< as passed to the setters, else empty
+    int m_width = 720, m_height = 400;     ///< in pixels
+};
+
+/// Base of all charts: a picture of series of values.
+class QVCOMMON_API CGraph : public CGraphPicture {
+public:
+    ~CGraph() override;
+
     /// Sets the names of the positions 1, 2, … of the values. Values without a name are labelled with their number.
     void SetCategories(CStringArray categories);
 
@@ -65,12 +90,8 @@ public:
     /// Returns the number of series.
     int GetSeriesCount() const;
 
-    /// Returns the `<svg>` element. @throws CInvalidArgException* as described at SetStacked and SetLogarithmic.
-    CString GetSvg() const;
-    /// Appends it to the page. @throws CFileException* as the writer does.
-    void WriteTo(CHtmlWriter& page) const { page.AddFormattedText(GetSvg()); }
-    /// Saves it atomically. @throws CFileException*, leaving the file unchanged.
-    void SaveFile(const char* path) const;
+    /// @throws CInvalidArgException* as described at SetStacked and SetLogarithmic.
+    CString GetSvg() const override;
 
 protected:
     CGraph();
@@ -111,10 +132,8 @@ private:
     CString Description() const;
     unsigned long Checksum() const;
 
-    CString m_title, m_description, m_id;
     CStringArray m_categories;
     std::vector<qv::charts::Series> m_series;
-    int m_width = 720, m_height = 400;
 };
 
 /// A chart with two axes. Ticks are round numbers by the rule 1, 2, 5. Numbers have "," between thousands and "." before
@@ -234,10 +253,10 @@ private:
 
 /// Several charts in one picture, in rows, with one legend: a name has the same colour in all of them. The sizes, ids
 /// and descriptions of the individual charts are ignored; their titles are above each.
-class QVCOMMON_API CGraphManager {
+class QVCOMMON_API CGraphManager : public CGraphPicture {
 public:
     CGraphManager();
-    ~CGraphManager();
+    ~CGraphManager() override;
     CGraphManager(const CGraphManager&) = delete;
     CGraphManager& operator=(const CGraphManager&) = delete;
 
@@ -246,21 +265,12 @@ public:
     void Add(GRAPH graph) {
         Take(std::make_unique<GRAPH>(std::move(graph)));
     }
-    /// Each: as the member of CGraph.
-    void SetTitle(const char* title) { m_title = title; }
-    void SetDescription(const char* description) { m_description = description; }
-    /// 720 by 400 by default; limits and errors as for CGraph.
-    void SetSize(int width, int height);
-    /// As CGraph::SetId.
-    void SetId(const char* id);
     /// Sets the number of charts per row; 2 by default. @throws CInvalidArgException* outside 1 to 12.
     void SetColumns(int columns);
 
-    /// Each: As the members of CGraph. Without charts the picture says "No data". @throws CInvalidArgException* also
-    /// for more than 48 names, or if a chart would get less than 120 by 90 pixels.
-    CString GetSvg() const;
-    void WriteTo(CHtmlWriter& page) const { page.AddFormattedText(GetSvg()); }
-    void SaveFile(const char* path) const;
+    /// Without charts the picture says "No data". @throws CInvalidArgException* as the charts' own, and for more than 48
+    /// names, or if a chart would get less than 120 by 90 pixels.
+    CString GetSvg() const override;
 
 private:
     void Take(std::unique_ptr<CGraph> graph);
@@ -270,7 +280,6 @@ private:
     void DrawGraph(qv::charts::Svg& svg, const CGraph& graph, const qv::charts::Box& cell,
                    const qv::charts::Keys& keys) const;
 
-    CString m_title, m_description, m_id;
     std::vector<std::unique_ptr<CGraph>> m_graphs;
-    int m_width = 720, m_height = 400, m_columns = 2;
+    int m_columns = 2;
 };
