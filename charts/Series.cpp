@@ -11,7 +11,7 @@ CString ValueText(double value) {
 }
 
 Table Summary(const std::vector<Series>& all) {
-    Table table{{"Series", "Values", "Least", "Greatest"}, {}};
+    Table table{{"Series", "Values", "Minimum", "Maximum"}, {}};
     for (const Series& series : all) {
         double least = kMissing, greatest = kMissing;
         std::size_t count = 0;

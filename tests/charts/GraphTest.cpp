@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -105,6 +106,35 @@ TEST(Graph, EqualChartsGiveEqualBytesAndOthersHaveOtherIds) {
     second.AddSeries("a", {1, 3});
     const auto id = [](const CString& svg) { return svg.substr(svg.find(" id="), 16); };
     EXPECT_NE(id(first.GetSvg()), id(second.GetSvg()));
+}
+
+// The table for screen readers: a line for each row, "|" between the cells.
+std::string TableOf(const CGraph& graph) {
+    const std::string svg = graph.GetSvg().AsStd();
+    const std::size_t start = svg.find("<thead>"), end = svg.find("</table>");
+    const std::string rows =
+        std::regex_replace(svg.substr(start, end - start), std::regex("</t[hd]><t[hd][^>]*>"), "|");
+    return std::regex_replace(rows, std::regex("<[^>]*>"), "");
+}
+
+TEST(Graph, TablesHaveTheValues) {
+    CBarGraph bars;
+    bars.SetCategories({"one"});
+    bars.AddSeries("a", {2, kNone});
+    bars.AddSeries("b", {3, -6});
+    EXPECT_EQ(TableOf(bars), "Category|a|b\none|2|3\n2||-6\n");
+
+    CAreaGraph area;
+    area.SetAxisTitles("", "kg");
+    area.AddSeries("plain", {7});
+    EXPECT_EQ(TableOf(area), "Series|x|kg\nplain|1|7\n");
+    area.SetCategories({"one"});
+    area.AddSeries("at", {10, 20}, {1, kNone});
+    EXPECT_EQ(TableOf(area), "Series|x|kg\nplain|one|7\nat|10|1\nat|20|\n");
+    area.AddSeries("dated", {{COleDateTime(2025, 5, 4, 0, 0, 0)}}, {2});
+    EXPECT_THAT(TableOf(area), testing::EndsWith("dated|2025-05-04|2\n"));
+    area.AddSeries("many", std::vector<double>(98, 5));
+    EXPECT_EQ(TableOf(area), "Series|Values|Minimum|Maximum\nplain|1|7|7\nat|1|1|1\ndated|1|2|2\nmany|98|5|5\n");
 }
 
 TEST(Graph, ThinningKeepsPeaksAndGaps) {
