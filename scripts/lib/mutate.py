@@ -3,19 +3,25 @@
 The breaks happen in copies of the tree below build/mutate, one copy a job. A break that does not compile is replaced by
 the next one drawn; one after which the suite fails, crashes or does not end is caught. Exit status 0 in any case.
 
-Quick tests run before slow ones, and the test that caught a break in an earlier run before all others.
+Quick tests run before slow ones, those of the broken folder first, and the test that caught a break in an earlier run
+before all others.
 """
 
 import collections
 import concurrent.futures
+import contextlib
 import hashlib
+import itertools
 import json
+import os
 import pathlib
 import queue
 import re
 import shutil
+import signal
 import subprocess
 import sys
+import tempfile
 
 FOLDERS = ("cabinet", "charts", "core", "dialogs", "files", "framework", "html", "imaging", "messages", "platform",
            "settings", "system", "threads", "xml")
@@ -65,13 +71,22 @@ def candidates(root, seed):
 
 
 def run(command, folder, seconds):
-    """The status and the output; no status if the command does not end in time."""
-    try:
-        done = subprocess.run(command, cwd=folder, timeout=seconds, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                              text=True, errors="replace", check=False)
-        return done.returncode, done.stdout
-    except subprocess.TimeoutExpired:
-        return None, ""
+    """The status and the output; no status if the command does not end in time. No child of it is left running."""
+    with tempfile.TemporaryFile("w+", errors="replace") as output:
+        process = subprocess.Popen(command, cwd=folder, stdout=output, stderr=subprocess.DEVNULL, start_new_session=True)
+        try:
+            status = process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            status = None
+        finally:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+        output.seek(0)
+        return status, output.read()
+
+
+Test = collections.namedtuple("Test", "seconds folder")
 
 
 class Copy:
@@ -101,16 +116,14 @@ class Copy:
         failed = re.findall(r"^\[  FAILED  \] ([^\s,]+)", output, re.M)
         return "" if status == 0 else (failed or started[-1:] or ["the suite"])[0]
 
-    def rounds(self):
-        """The names of all tests and a limit in seconds, the quick tests first."""
+    def times(self):
+        """The seconds that each test takes, by name."""
         report = self.tests / "times.json"
         status, _ = run(["../bin/qvcommon_tests", f"--gtest_output=json:{report}"], self.tests, 1800)
         if status != 0:
             sys.exit("mutate: the tree does not pass as it is")
-        times = {f"{suite['name']}.{test['name']}": float(test["time"].rstrip("s"))
-                 for suite in json.loads(report.read_text())["testsuites"] for test in suite["testsuite"]}
-        rounds = [[name for name, time in times.items() if (time <= QUICK) == quick] for quick in (True, False)]
-        return [(names, 60 + 5 * sum(map(times.get, names))) for names in rounds]
+        return {f"{suite['name']}.{test['name']}": Test(float(test["time"].rstrip("s")), test["file"].split("/")[-2])
+                for suite in json.loads(report.read_text())["testsuites"] for test in suite["testsuite"]}
 
     def catcher(self, candidate, rounds):
         """The test that catches a break, empty if none does, None if the break does not compile."""
@@ -126,22 +139,30 @@ class Copy:
             source.write_text(whole)
 
 
+def rounds(tests, folder, hint):
+    """All tests in the order in which to run them, in groups with a limit in seconds."""
+    def priority(name):
+        return (name != hint, tests[name].seconds > QUICK, tests[name].folder != folder)
+
+    groups = itertools.groupby(sorted(tests, key=priority), priority)
+    return [(names, 30 + 5 * sum(tests[name].seconds for name in names)) for names in (list(group) for _, group in groups)]
+
+
 def main(root, count, seed, jobs):
     copies = queue.SimpleQueue()
     for number in range(jobs):
         copies.put(Copy(root, number))
     first = copies.get()
-    rounds = first.rounds()
+    tests = first.times()
     copies.put(first)
     known = root / "build/mutate/catchers.json"
     catchers = json.loads(known.read_text()) if known.exists() else {}
 
     def tried(candidate):
-        hint = catchers.get(candidate[3])
-        known_first = [([hint], 120), *rounds] if hint in rounds[0][0] + rounds[1][0] else rounds
+        order = rounds(tests, candidate[0].split("/")[0], catchers.get(candidate[3]))
         copy = copies.get()
         try:
-            result = copy.catcher(candidate, known_first)
+            result = copy.catcher(candidate, order)
         finally:
             copies.put(copy)
         if result is not None:

@@ -1,3 +1,5 @@
+#include <cerrno>
+
 #include "qvcommon/MultiUserFile.h"
 #include "qvcommon/NetUtils.h"
 #include "tests/files/Locking.h"
@@ -150,6 +152,22 @@ TEST(LockFile, SideFilesNeverMakeALockFail) {
         folder.Write("b.lid", std::string(1 << 20, 'x'));
         EXPECT_FALSE(second.Lock(1));
         EXPECT_EQ(second.GetLockedBy(), "");
+    }
+}
+
+TEST(LockFile, CanBeReadOnly) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "access lists decide here";
+    for (const int error : {EACCES, EROFS, ENXIO}) {
+        const TempFolder folder;
+        folder.Write("plan.lck", "");
+        int opened = 0;
+        const SystemFaults faults([&](const SystemFaults::Call& call) {
+            const bool fails = call.kind == CallKind::Open && call.path.ends_with("plan.lck") && opened++ == 0;
+            return SystemFaults::Fault{.error = fails ? static_cast<unsigned long>(error) : 0};
+        });
+        CLockFile lock;
+        lock.SetFile(folder / "plan.lck");
+        EXPECT_EQ(lock.TryLock(), error != ENXIO) << error;
     }
 }
 
