@@ -104,6 +104,10 @@ TEST(CabinetEngine, NotifiesOfTheNextCabinetAndOfPartialFiles) {
     EXPECT_EQ(lost.members.count("f"), 0u);
     lost.files["set1"] = maker.files["set0"];
     EXPECT_EQ(lost.Copy(), 10);
+    EXPECT_EQ(maker.placed, "a0 f0 f+1 z1 ");
+    MemoryMaker three;
+    ASSERT_TRUE(Make(three, {{"f", Noise(250000, 2)}}, cabinet).done);
+    EXPECT_EQ(three.placed, "f0 f+1 f+2 ");
 }
 
 /// Whichever call fails, the engine reports it, releases everything and leaves no incomplete cabinet.

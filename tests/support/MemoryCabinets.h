@@ -105,7 +105,10 @@ public:
         if (name == kStore || name.ends_with(kNew)) files.erase(name);
         return MemoryCalls::Close(file);
     }
-    int FilePlaced(const QvCabinetDescription&, const CString&, std::uint32_t, BOOL) override { return Answer(); }
+    int FilePlaced(const QvCabinetDescription& cabinet, const CString& name, std::uint32_t, BOOL continued) override {
+        placed += name.AsStd() + (continued ? "+" : "") + std::to_string(cabinet.cabinetNumber) + " ";
+        return Answer();
+    }
     long Status(qv::cabinet::StatusType, std::uint32_t, std::uint32_t) override { return Answer(); }
     int GetNextCabinet(QvCabinetDescription& cabinet, std::uint32_t) override {
         cabinet.cabinetName.Format("set%d", cabinet.cabinetNumber);
@@ -118,6 +121,8 @@ public:
         attributes = 0x20;
         return Open(path, qv::cabinet::OpenMode::Read);
     }
+
+    std::string placed;  ///< each member and its cabinet's number, with "+" if it is continued
 
 private:
     static constexpr const char *kStore = "store", *kNew = " being made";
