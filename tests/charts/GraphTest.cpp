@@ -108,6 +108,24 @@ TEST(Graph, EqualChartsGiveEqualBytesAndOthersHaveOtherIds) {
     EXPECT_NE(id(first.GetSvg()), id(second.GetSvg()));
 }
 
+TEST(Graph, AxesHaveTicksAndTitles) {
+    const auto drawn = [](CAxisGraph& graph) {
+        graph.SetAxisTitles("age", "kg");
+        std::vector<std::string> texts;
+        for (const DrawnText& each : TextsOf(graph.GetSvg().AsStd())) texts.push_back(each.text);
+        return texts;
+    };
+    CBarGraph bars;
+    bars.SetCategories({"10"});
+    bars.AddSeries("", {40});
+    CAreaGraph area;
+    area.AddSeries("", {0, 10}, {0, 40});
+    CScatterGraph points;
+    points.AddSeries("", {0, 10}, {0, 40});
+    for (CAxisGraph* const graph : std::initializer_list<CAxisGraph*>{&bars, &area, &points})
+        EXPECT_THAT(drawn(*graph), testing::IsSupersetOf({"age", "kg", "0", "10", "40"}));
+}
+
 // The table for screen readers: a line for each row, "|" between the cells.
 std::string TableOf(const CGraph& graph) {
     const std::string svg = graph.GetSvg().AsStd();
