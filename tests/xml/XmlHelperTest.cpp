@@ -97,7 +97,7 @@ TEST(XmlHelper, ReadsArraysItemByItem) {
         "<g><w>d</w><w>e</w><w>f</w></g><v>3</v><i><k>s</k></i><i/><i><k>t</k></i></r>");
     const std::vector<const char*> kinds[] = {
         {"v", "none", "g/w", "v[1]", ".//w"},
-        {"v[%d]", "g/w[%d]", "g[%d]/w", "i[%d]/k", "g/x%d", "/r/v[%d]", "*[%d]", "v[. = %d + 1]"}};
+        {"v[%d]", "g/w[%d]", "g[%d]/w", "i[%d]/k", "g/x%d", "/r/v[%d]", "/v[%d]", "*[%d]", "v[. = %d + 1]"}};
     CStringArray items{"before"}, literal{"before"};
     for (const int mode : {0, 1})
         for (CString path : kinds[mode]) {
