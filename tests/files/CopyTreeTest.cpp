@@ -1,3 +1,4 @@
+#include "platform/Error.h"
 #include "qvcommon/CopyTree.h"
 #include "tests/support/FileTests.h"
 
@@ -102,6 +103,12 @@ TEST_F(CopyTreeTest, ErrorsAreReportedAndMayEndIt) {
     EXPECT_EQ(m_observer.log, "start;a;b;error;");
     EXPECT_TRUE(m_folder.Has("to/a"));
     EXPECT_TRUE(Raised<CUserException>([&] { Copy("to\\a\\x"); }));  // a file where a folder should be
+    {
+        const SystemFaults faults(SystemFaults::Always(CallKind::CreateFolder, FileCause::AccessDenied));
+        qv::platform::SetLastError(0);
+        EXPECT_TRUE(Raised<CUserException>([&] { Copy("denied"); }));
+        EXPECT_EQ(m_observer.log, "start;error;");
+    }
     CCopyTree().CopyTree(m_folder / "from", m_folder / "to");
     EXPECT_EQ(m_folder.Read("to/sub/c"), "from/sub/c");
 }

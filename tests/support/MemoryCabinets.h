@@ -22,6 +22,7 @@ public:
     long calls = 0;
     int allocated = 0, opened = 0;  ///< and not released
     int opens = 0;                  ///< for reading, in all
+    bool failed = false;            ///< a call other than Close and Seek has failed
 
     void* Allocate(std::size_t size) override {
         if (Fails()) return nullptr;
@@ -56,10 +57,10 @@ public:
     }
     bool Close(Handle) override {
         --opened;
-        return !Fails();
+        return calls++ != failingCall;
     }
     std::int64_t Seek(Handle file, std::int64_t offset, qv::cabinet::Origin origin) override {
-        if (Fails()) return -1;
+        if (calls++ == failingCall) return -1;
         Place& place = At(file);
         const std::size_t from = origin == qv::cabinet::Origin::Begin     ? 0
                                  : origin == qv::cabinet::Origin::Current ? place.at
@@ -74,7 +75,11 @@ protected:
         std::size_t at;
     };
 
-    bool Fails() { return calls++ == failingCall; }
+    bool Fails() {
+        const bool fails = calls++ == failingCall;
+        failed |= fails;
+        return fails;
+    }
     Handle Opened(const CString& path) {
         m_open.push_back({path.AsStd(), 0});
         return static_cast<Handle>(m_open.size());

@@ -16,6 +16,7 @@ using MSXML2::IXMLDOMNode;
 
 constexpr const char* kTree =
     "<r><a>1</a><b i='x'>2</b><a>3<c>in0</c><c>in1</c></a><a k=\"v\">4</a><p><q/></p><p><q>deep</q><q>er</q></p></r>";
+constexpr const char* kLanguages = "<r xml:lang='de'><a xml:lang='en-GB'>1</a><a>2</a></r>";
 constexpr const char* kNames = "<a xmlns='u' xmlns:p='v'><p:b p:k='7'>1</p:b><b>2</b></a>";
 
 const struct {
@@ -55,6 +56,10 @@ const struct {
     {kNames, "1", {"p:b", "/a/p:b[@p:k='7']", "*[name()='p:b']"}},
     {kNames, "7", {"p:b/@p:k"}},
     {"<r xmlns='u' a='1'/>", "1", {"/r/@a"}},
+    // The language of an element is that of the nearest element that names one
+    {kLanguages, "1", {"a[lang('en')]", "a[lang('EN-gb')]"}},
+    {kLanguages, "2", {"a[not(lang('en'))]", "a[lang('de')]"}},
+    {kLanguages, nullptr, {"a[lang('e')]", "a[lang('en-US')]", "a[lang('')]"}},
 };
 
 TEST(XmlPaths, LeadToTheSameOnEverySystem) {
