@@ -48,6 +48,7 @@ TEST_F(DIBitmapDraw, DrawsEveryDepth) {
                     {"24 bits", one(24, "\1\2\3\4\5\6zz"), "30201 60504"},
                     {"32 bits", one(32, Words({0xFF010203, 0x040506})), "10203 40506"},
                     {"masks of 32 bits", one(32, Words({0xFF010203, 0x040506}), 3, swapped), "30201 60504"},
+                    {"green of 7 bits", one(32, Words({0x017F02, 0}), 3, Words({0xFF0000, 0x7F00, 0xFF})), "1FF02 0"},
                     {"runs of 8 bits", one(8, {"\1\2\0\2\0\0\0\1", 8}, 1, runs), "778899 112233"},
                     {"literals of 4 bits", one(4, {"\0\3\x12\x10\0\1", 6}, 2, runs), "445566 778899"},
                     {"runs that end early", one(4, "\1\x20\1", 2, runs), "778899 112233"}};
