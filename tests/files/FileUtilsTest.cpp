@@ -202,6 +202,7 @@ TEST(WholeFiles, BackupsAreMoved) {
     const TempFolder folder;
     CFileUtils::BackupFile(folder / "none.txt");
     EXPECT_EQ(CFileUtils::GetBackupName("v1.2\\a"), "v1.2\\a.bak");
+    EXPECT_EQ(CFileUtils::GetBackupName("a\\.profile"), "a\\.bak");
     for (const char* const text : {"first", "second"}) {
         folder.Write("a.txt", text);
         fs::permissions(folder.Native("a.txt"), fs::perms::owner_read);
