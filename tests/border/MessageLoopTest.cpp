@@ -11,7 +11,7 @@
 
 namespace {
 
-TEST(MessageLoop, EndsWhenTheProgramIsAskedTo) {
+TEST(MessageLoop, EndsOnQuitMessage) {
     ::PostQuitMessage(7);
     for (int again = 0; again < 2; ++again) EXPECT_FALSE(CUserMessageListener::PumpMessages(INFINITE));
     MSG message;
@@ -19,7 +19,7 @@ TEST(MessageLoop, EndsWhenTheProgramIsAskedTo) {
     EXPECT_EQ(message.wParam, 7u);
 }
 
-TEST(MessageLoop, WhatAHandlerThrowsInItWaitsForTheNextPump) {
+TEST(MessageLoop, DefersHandlerExceptionToNextPump) {
     struct Throwing : CUserMessageListener {
         void OnUserMessage(const CString&) override { throw std::runtime_error("from the handler"); }
     } listener;

@@ -31,7 +31,7 @@ bool IsCaughtAs(Action action) {
     return false;
 }
 
-TEST(SharedLibrary, ThrowsWhatProgramsCatchByTypeAndByBase) {
+TEST(SharedLibrary, ExceptionsAreCaughtByTypeAndBase) {
     EXPECT_TRUE(IsCaughtAs<CVorbexCancelException>(&ThrowQvCancelException));
     EXPECT_TRUE(IsCaughtAs<CVorbexException>(&ThrowQvCancelException));
     EXPECT_TRUE(IsCaughtAs<CFileException>([] { CFile::Remove("no such folder\\no such file"); }));

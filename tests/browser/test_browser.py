@@ -20,7 +20,7 @@ class Browsers(BrowserTest):
             "<!DOCTYPE html><title>Busy</title><script>%s</script><p>Text"
             "<script>addEventListener('DOMContentLoaded', () => { %s })</script>" % (BUSY % 80, BUSY % 40))
 
-    def test_state_ends_with_the_window_and_errors_are_collected_once(self):
+    def test_new_window_resets_state_and_errors_are_reported_once(self):
         self.go("state.html")
         self.browser.renew()
         self.go("state.html")
@@ -30,6 +30,6 @@ class Browsers(BrowserTest):
         self.assertEqual(["thrown" in errors[0], "said" in errors[1], len(errors)], [True, True, 2])
         self.assertEqual(self.browser.errors(), [])
 
-    def test_what_is_slow_is_found_slow(self):
+    def test_measures_slow_page(self):
         times = measure(self.browser, self.server.address + "busy.html", BUSY % 120, rounds=1)
         self.assertTrue(times.paint >= 80 and times.load >= 120 and times.action >= 120, times)

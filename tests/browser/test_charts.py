@@ -23,7 +23,7 @@ class Charts(BrowserTest):
     def make_pages(cls):
         subprocess.run([BIN / "write_samples", "charts", cls.folder], check=True)
 
-    def test_labels_keep_apart_and_inside(self):
+    def test_labels_stay_inside_without_overlap(self):
         files = sorted(self.folder.glob("*.svg"))
         self.assertGreater(len(files), 20)
         for file in files:
@@ -35,7 +35,7 @@ class Charts(BrowserTest):
                 for other in texts[:i]:
                     self.assertFalse(meet(text, other), (file.name, text, other))
 
-    def test_a_page_keeps_its_own_look_and_shows_all(self):
+    def test_charts_do_not_affect_page_style(self):
         for scheme, background in SCHEMES.items():
             self.go("charts.html")
             self.browser.prefer(scheme)
@@ -50,7 +50,7 @@ class Charts(BrowserTest):
         self.assertLessEqual(*counts)
         self.check_no_harm("charts.html")
 
-    def test_a_narrow_page_shrinks_them(self):
+    def test_charts_shrink_on_narrow_pages(self):
         self.browser.resize(320, 600)
         self.go("charts.html")
         self.assertLessEqual(self.browser.value("document.documentElement.scrollWidth"), 320)

@@ -48,12 +48,12 @@ class Today(SamplePages):
                 self.open_sections(self.server.address + mode + "sections-today.html")
                 self.assertIn("1 2", self.browser.value("document.cookie"))
 
-    def test_what_no_cookie_keeps_is_remembered_too(self):
+    def test_sections_persist_without_cookie(self):
         self.open_sections((self.folder / "sections-today.html").as_uri())
         shutil.copytree(self.folder, self.folder / "a;b", dirs_exist_ok=True, ignore=shutil.ignore_patterns("a;b"))
         self.open_sections(self.server.address + "a;b/sections-today.html")
 
-    def test_pages_with_many_cookies_still_reach_the_server(self):
+    def test_cookies_stay_within_server_limit(self):
         self.go("sections-today.html")
         self.browser.run("for (let i = 0; i < 9; i++) document.cookie = 'own' + i + '=' + 'x'.repeat(220)")
         self.open_sections(self.server.address + "sections-today.html")
@@ -180,7 +180,7 @@ class Today(SamplePages):
         self.check("location.hash", "#fruit")
         self.check("document.querySelectorAll('b').length", 0)
 
-    def test_hostile_texts_are_shown_as_they_are(self):
+    def test_hostile_strings_display_unchanged(self):
         self.go("hostile-today.html")
         self.check("document.title", "<script>harm()</script>")
         articles = self.browser.value("[...document.querySelectorAll('article')].map(a => [a.dataset.text].concat(["
@@ -200,11 +200,11 @@ class AsTheyWere(SamplePages):
 
     may_complain = True
 
-    def test_hostile_texts_do_no_harm(self):
+    def test_hostile_strings_run_no_script(self):
         for page in ("hostile.html", "hostile-today.html"):
             self.check_no_harm(page)
 
-    def test_an_old_browser_is_left_alone(self):
+    def test_legacy_browsers_are_unaffected(self):
         self.go("sections-today.html")
         support = self.browser.value("document.querySelectorAll('script')[1].textContent")
         self.go("sections.html")

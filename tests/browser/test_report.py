@@ -101,7 +101,7 @@ class Report(BrowserTest):
         self.browser.reload()
         self.check(OPEN, [False] * 4)
 
-    def test_columns_sort_in_place_and_kinds_are_explained(self):
+    def test_columns_sort_and_file_types_have_descriptions(self):
         self.go("in-out/index.html")
         self.browser.click(OPEN_ALL)
         self.browser.run(BUILD)
@@ -119,7 +119,7 @@ class Report(BrowserTest):
         self.check("[...document.querySelectorAll('.kinds tbody tr')].map(e => [...e.cells].map(c => c.textContent.trim()))",
                    [["GIF picture", "1", "209 bytes"], ["PNG picture", "1", "10 bytes"], ["Text", "2", "6 bytes"]])
 
-    def test_the_filter_answers_while_one_types(self):
+    def test_filter_updates_while_typing(self):
         self.go("in-out/index.html")
         self.browser.focus("#filter")
         for key, names in (("t", ["b.txt", "d.txt"]), ("x", ["b.txt", "d.txt"]), (" ", ["b.txt", "d.txt"]), ("D", ["d.txt"])):
@@ -136,13 +136,13 @@ class Report(BrowserTest):
         self.browser.press("Escape")
         self.check(STATUS, "")
 
-    def test_letters_lead_through_the_menu(self):
+    def test_menu_supports_type_ahead(self):
         self.go("wide-out/index.html")
         self.browser.focus(".treeMenuDefault li")
         self.browser.press("1", "1", "5")
         self.check("document.activeElement.treeNode.text", "115")
 
-    def test_of_long_tables_only_what_is_near_is_built(self):
+    def test_long_tables_render_visible_rows_only(self):
         self.go("long-out/index.html")
         self.see_files()
         self.assertLess(self.browser.value("document.querySelectorAll('.files tbody a').length"), 1000)
@@ -153,7 +153,7 @@ class Report(BrowserTest):
         self.browser.click(CLOSE_ALL)
         self.check("document.querySelectorAll('.files').length", 0)
 
-    def test_open_sections_that_no_cookie_holds_stay_open(self):
+    def test_open_sections_persist_without_cookie(self):
         self.go("wide-out/index.html")
         self.browser.click(OPEN_ALL)
         self.browser.until("!(%s).includes(false)" % OPEN)
@@ -167,7 +167,7 @@ class Report(BrowserTest):
         self.check("(%s).indexOf(true)" % OPEN, 0)
         self.assertEqual(len(self.browser.cookies()), 1)
 
-    def test_without_scripts_all_is_there(self):
+    def test_complete_without_scripts(self):
         self.browser.allow_scripts(False)
         self.go("in-out/index.html")
         self.check(NAMES % ".files", ["a.PNG", "b.txt", "d.txt", "c.gif"])
@@ -183,7 +183,7 @@ class Report(BrowserTest):
             self.assertGreater(self.browser.value("document.querySelector('.files td').offsetWidth"), width * 0.3)
 
     @unittest.skipUnless(shutil.which("pdftotext"), "no pdftotext")
-    def test_paper_has_all_columns_and_no_title_at_a_foot(self):
+    def test_print_has_all_columns_and_no_orphaned_titles(self):
         self.go("wide-out/index.html")
         self.browser.run("[...document.querySelectorAll('#DropDownSection')].slice(0, 120).forEach(showSection)")
         text = subprocess.run(["pdftotext", "-layout", "-", "-"], input=self.browser.pdf(), capture_output=True, check=True)
@@ -193,7 +193,7 @@ class Report(BrowserTest):
         for page in pages[:5]:
             self.assertRegex(page[-1], r"^ *1\.txt")
 
-    def test_a_page_has_no_serious_violation(self):
+    def test_report_is_accessible(self):
         self.go("in-out/index.html")
         self.browser.click(OPEN_ALL)
         self.browser.frames()
@@ -201,7 +201,7 @@ class Report(BrowserTest):
         self.filter("t")
         self.check_accessible()
 
-    def test_time_grows_no_faster_than_files(self):
+    def test_actions_take_linear_time(self):
         for size in (300, 3000):
             name = "grow%d" % size
             make(self.folder, {"%s/%d/%d.txt" % (name, i % (size // 10), i): b"" for i in range(size)})
@@ -210,7 +210,7 @@ class Report(BrowserTest):
                        FILTER.replace("arguments[0]", "'1'")):
             self.check_growth("grow300-out/index.html", "grow3000-out/index.html", action)
 
-    def test_hostile_names_are_texts_and_nothing_else(self):
+    def test_hostile_names_are_escaped(self):
         self.check_no_harm("bad-out/index.html")
         self.go("bad-out/index.html")
         self.browser.click(OPEN_ALL)

@@ -13,14 +13,14 @@ class Texts(BrowserTest):
     def make_pages(cls):
         subprocess.run([BIN / "write_samples", "texts", cls.folder], check=True)
 
-    def test_escaped_texts_are_shown_as_they_were(self):
+    def test_escaped_strings_display_unchanged(self):
         expected = [bytes.fromhex(line).decode() for line in (self.folder / "escaped.txt").read_text().splitlines()]
         self.assertGreater(len(expected), 30)
         self.go("escaped.html")
         self.check("window.texts", expected)
         self.check_no_harm("escaped.html")
 
-    def test_rebased_links_lead_to_the_same_places(self):
+    def test_rebased_links_resolve_to_same_urls(self):
         self.go("linked.html")
         places = self.browser.value(LINKS)
         self.assertGreater(len(places), 20)

@@ -32,7 +32,7 @@ Files Members() {
             {"i", ""}};
 }
 
-TEST(CabinetEngine, ReadsBackCabinetsOfEverySizeWithAndWithoutReserves) {
+TEST(CabinetEngine, RoundtripsAllSizesWithAndWithoutReserves) {
     for (const int compression : {kStored, kMszip})
         for (const std::uint32_t size : {0x7FFFFFFFu, 60000u, 40000u, 5000u, 800u})
             for (const bool reserves : {false, true}) {
@@ -66,7 +66,7 @@ TEST(CabinetEngine, WritesTheSameBytesWithAnyNumberOfThreads) {
     }
 }
 
-TEST(CabinetEngine, BeginsAnotherCabinetAfterTheMostMembersThatOneHolds) {
+TEST(CabinetEngine, StartsNewCabinetAtMemberLimit) {
     MemoryMaker maker;
     QvCabinetDescription cabinet;
     QvCabinetError error;
@@ -111,7 +111,7 @@ TEST(CabinetEngine, NotifiesOfTheNextCabinetAndOfPartialFiles) {
 }
 
 /// Whichever call fails, the engine reports it, releases everything and leaves no incomplete cabinet.
-TEST(CabinetEngine, SurvivesAFailureOfEachCallback) {
+TEST(CabinetEngine, ReportsFailureOfEachCallback) {
     const Files members = {{"a", Prose(50000)}, {"b", ""}, {"c", Noise(40000, 5)}};
     QvCabinetDescription cabinet;
     cabinet.maximumSize = 30000;
@@ -146,7 +146,7 @@ TEST(CabinetEngine, SurvivesAFailureOfEachCallback) {
     EXPECT_LE(call, 999);
 }
 
-TEST(CabinetEngine, RefusesWhatTheFormatCannotHold) {
+TEST(CabinetEngine, RejectsInvalidMembers) {
     MemoryMaker maker;
     maker.files["a"] = "x";
     QvCabinetError error;

@@ -47,7 +47,7 @@ private:
     }
 };
 
-TEST(CabinetFailure, ASetIsReadFromAnyPartInAnyCaseOfTheNames) {
+TEST(CabinetFailure, ReadsSetFromAnyPartIgnoringCase) {
     const TempFolder folder;
     fs::create_directories(folder.Native("in/sub"));
     for (const char* const name : {"a", "b", "c", "sub/d"})
@@ -132,7 +132,7 @@ TEST(CabinetFailure, NamesArchiveMemberAndCause) {
                 ContainsRegex("^p.cab: in.sub.dangling: Failure opening file"));
 }
 
-TEST(CabinetFailure, RefusesMissingSourcesAndEmptyNames) {
+TEST(CabinetFailure, RejectsMissingSourcesAndEmptyNames) {
     const TempFolder folder;
     MakeTree(folder.Native(), {"in/file"});
     const auto pack = [&](const CString& source, const CString& archive) {
@@ -162,7 +162,7 @@ TEST(CabinetFailure, RefusesMissingSourcesAndEmptyNames) {
 }
 
 /// Otherwise a damaged size would unpack as a shorter file without an error.
-TEST(CabinetFailure, MembersMustFillTheirFolder) {
+TEST(CabinetFailure, RejectsUnderstatedMemberSizes) {
     const TempFolder folder;
     fs::create_directories(folder.Native("in"));
     for (const char* const name : {"m1", "m2", "m3"}) folder.Write(std::string("in/") + name, std::string(40000, 'm'));
@@ -179,7 +179,7 @@ TEST(CabinetFailure, MembersMustFillTheirFolder) {
         }
 }
 
-TEST(CabinetFailure, ManifestsOfKilledProgramsAreDeleted) {
+TEST(CabinetFailure, DeletesStaleManifests) {
     const TempFolder folder;
     const fs::path stale = folder.Native("CabManQSTALE.xml"), fresh = folder.Native("CabManQFRESH.xml"),
                    other = folder.Native("CabManOther.xml");
@@ -192,7 +192,7 @@ TEST(CabinetFailure, ManifestsOfKilledProgramsAreDeleted) {
     EXPECT_TRUE(fs::exists(other));
 }
 
-TEST(CabinetFailure, ArchivesAndMembersHaveThePermissionsOfNewFiles) {
+TEST(CabinetFailure, NewFilesRespectUmask) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "access lists decide here";
     const TempFolder folder;
     MakeTree(folder.Native(), {"in/run"});

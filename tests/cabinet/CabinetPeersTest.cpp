@@ -38,7 +38,7 @@ protected:
     std::map<std::string, std::string> m_files;
 };
 
-TEST_F(CabinetPeers, ReadWhatTheLibraryWrites) {
+TEST_F(CabinetPeers, OtherProgramsReadWrittenCabinets) {
     class SmallCab : public CMakeCab {
         DWORD GetMediaSize() const override { return 50000; }
     };
@@ -60,7 +60,7 @@ TEST_F(CabinetPeers, ReadWhatTheLibraryWrites) {
     if (programs == 0) GTEST_SKIP() << "neither cabextract, 7zz nor gcab is here";
 }
 
-TEST_F(CabinetPeers, WriteWhatTheLibraryReads) {
+TEST_F(CabinetPeers, ReadsCabinetsOfOtherPrograms) {
     int programs = 0;
     for (const auto& [program, options] : {std::pair<const char*, CStringArray>{"gcab", {"-c", "-z", "-n"}},
                                            {"gcab", {"-c", "-n"}},
@@ -80,7 +80,7 @@ TEST_F(CabinetPeers, WriteWhatTheLibraryReads) {
     if (programs == 0) GTEST_SKIP() << "neither gcab nor cabarc is here";
 }
 
-TEST_F(CabinetPeers, HoldThreeGigabytes) {
+TEST_F(CabinetPeers, RoundtripsThreeGigabytes) {
     if (!std::getenv("QV_TEST_LARGE")) GTEST_SKIP() << "QV_TEST_LARGE is not set";
     for (const char* const name : {"in/large 1", "in/large 2"}) {
         folder.Write(name, "start");

@@ -58,7 +58,7 @@ TEST(CabinetTarget, WritesNothingOutsideItsFolder) {
         }
 }
 
-TEST(CabinetTarget, HoldsSubstitutionsToTheTargetFolder) {
+TEST(CabinetTarget, ConfinesSubstitutionsToTargetFolder) {
     const TempFolder folder;
     MakeArchive(folder, {"*ROOT*dir\\", "*ROOT*MEMBER"});
     const auto unpack = [&](const char* destination, std::vector<std::pair<CString, CString>> pairs) {
@@ -78,7 +78,7 @@ TEST(CabinetTarget, HoldsSubstitutionsToTheTargetFolder) {
     EXPECT_EQ(unpack("to", {{"*ROOT*", to}}), 0);
 }
 
-TEST(CabinetTarget, FollowsNoLinkInTheTargetFolder) {
+TEST(CabinetTarget, DoesNotFollowLinksInTargetFolder) {
     const TempFolder folder;
     fs::create_directories(folder.Native("outside"));
     fs::create_directories(folder.Native("target"));
@@ -96,7 +96,7 @@ TEST(CabinetTarget, FollowsNoLinkInTheTargetFolder) {
     EXPECT_FALSE(fs::is_symlink(folder.Native("target/m")));
 }
 
-TEST(CabinetTarget, NeedsAReadableManifestThatNamesEveryMember) {
+TEST(CabinetTarget, RequiresValidAndCompleteManifest) {
     const TempFolder folder;
     for (const CStringArray& manifest : {CStringArray{"*ROOT*only a folder\\"}, {}}) {
         MakeArchive(folder, manifest);

@@ -23,7 +23,7 @@ void MakeInput(const TempFolder& folder) {
     folder.Write("in/zero", "");
 }
 
-TEST(Cabinet, PacksATreeAndUnpacksItAnywhere) {
+TEST(Cabinet, RoundtripsTree) {
     const TempFolder folder;
     MakeInput(folder);
     CMakeCab::DirectoryToCab(folder / "in", folder / "pack.zip", 1);
@@ -41,7 +41,7 @@ TEST(Cabinet, PacksATreeAndUnpacksItAnywhere) {
     for (const auto& [name, content] : ReadTree(folder.Native())) EXPECT_EQ(name.find(".qv"), name.npos) << name;
 }
 
-TEST(Cabinet, LeavesMembersTheirBareNamesWithoutTheManifest) {
+TEST(Cabinet, UsesBareMemberNamesWithoutManifest) {
     const TempFolder folder;
     MakeInput(folder);
     folder.Write("in/\xC3\xA4.txt", "umlaut");
@@ -67,7 +67,7 @@ TEST(Cabinet, LeavesMembersTheirBareNamesWithoutTheManifest) {
     EXPECT_THAT(manifest->second, ::testing::HasSubstr("    <ITEM>*ROOT*a &amp; b.txt</ITEM>"));
 }
 
-TEST(Cabinet, KeepsTimesAndAttributes) {
+TEST(Cabinet, PreservesTimesAndAttributes) {
     for (const qv::platform::DosTime& time : {qv::platform::DosTime{1 << 5 | 1, 0},
                                               {(2024 - 1980) << 9 | 2 << 5 | 29, 13 << 11 | 59 << 5 | 29},
                                               {127 << 9 | 12 << 5 | 31, 23 << 11 | 59 << 5 | 29}}) {
@@ -90,7 +90,7 @@ TEST(Cabinet, KeepsTimesAndAttributes) {
     }
 }
 
-TEST(Cabinet, PassesOnWhatAnOverriddenMemberRaises) {
+TEST(Cabinet, PropagatesErrorsFromOverrides) {
     class Cancelled : public CMakeCab {
         long Status(UINT, DWORD, DWORD) override { ThrowQvCancelException(); }
     };

@@ -22,7 +22,7 @@ std::string Stored(std::vector<std::pair<std::string, std::size_t>> members) {
     return With(cabinet, cabinet.size() - 13, "\0\0\0\0"sv);
 }
 
-TEST(HostileCabinet, EndsInTheErrorOfItsDefect) {
+TEST(HostileCabinet, ReportsErrorForEachDefect) {
     const std::string hello = Stored({{"a", 5}});  // its block is at 62
     const struct {
         const char* defect;
@@ -73,7 +73,7 @@ TEST(HostileCabinet, EndsInTheErrorOfItsDefect) {
 }
 
 /// The time is linear in the number of folders: the cabinet is opened once for the members and once for their data.
-TEST(HostileCabinet, OpensACabinetOfManyFoldersOnce) {
+TEST(HostileCabinet, ManyFoldersTakeLinearTime) {
     std::vector<qv::test::FolderOf> folders;
     for (unsigned i = 0; i < 3000; ++i) folders.push_back({kStored, {"x"}, {{std::to_string(i), 1}}});
     MemoryReader reader;
@@ -84,7 +84,7 @@ TEST(HostileCabinet, OpensACabinetOfManyFoldersOnce) {
 }
 
 /// The other folders are copied; the error names the first member that was not.
-TEST(HostileCabinet, PassesOverQuantum) {
+TEST(HostileCabinet, SkipsQuantumFolders) {
     MemoryReader reader;
     const auto folder = [](unsigned compression, const std::string& data) {
         return qv::test::FolderOf{compression, {data}, {{"m" + data, 5}}};
@@ -116,7 +116,7 @@ TEST(HostileCabinet, StaysWithinItsLimits) {
 }
 
 /// Every cut of an archive, and every flip of one bit.
-TEST(HostileCabinet, NeverBreaksTheReader) {
+TEST(HostileCabinet, SurvivesTruncationAndBitFlips) {
     MemoryMaker maker;
     QvCabinetDescription cabinet;
     cabinet.dataReserve = 3;

@@ -43,7 +43,7 @@ TEST_F(Lzx, ReadsAllBlocksAndWindows) {
     }
 }
 
-TEST_F(Lzx, OtherProgramsReadTheSame) {
+TEST_F(Lzx, MatchesOtherPrograms) {
     const TempFolder folder;
     const CString out(folder.Native("out").string()), cabinet((m_data / "folders.cab").string());
     int programs = 0;
@@ -60,7 +60,7 @@ TEST_F(Lzx, OtherProgramsReadTheSame) {
     if (programs == 0) GTEST_SKIP() << "neither cabextract nor 7zz is here";
 }
 
-TEST_F(Lzx, RefusesMalformedData) {
+TEST_F(Lzx, RejectsMalformedData) {
     const auto error = [](const std::string& frame, unsigned window = 15) {
         return ErrorOf(CabinetOf({{kLzx | window << 8, {frame}, {{"a", 3}}}}));
     };
@@ -86,7 +86,7 @@ TEST_F(Lzx, RefusesMalformedData) {
 }
 
 /// Every flip of one bit and every cut of a frame. The checksums are right, so the decoder sees the damage.
-TEST_F(Lzx, SurvivesEveryDamage) {
+TEST_F(Lzx, SurvivesTruncationAndBitFlips) {
     for (const char* const kind : {"verbatim.cab", "aligned.cab", "uncompressed.cab"}) {
         const std::string whole = Read(kind).substr(70);
         const auto error = [](const std::string& frame) {

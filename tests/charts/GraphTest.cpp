@@ -58,7 +58,7 @@ std::vector<DrawnText> TextsOf(const std::string& svg) {
     return texts;
 }
 
-TEST(Graph, TextsNeitherOverlapNorLeaveThePicture) {
+TEST(Graph, LabelsStayInsideWithoutOverlap) {
     for (const auto& [width, height] : {std::pair(720, 400), {320, 280}, {160, 120}, {1500, 300}})
         for (const SampleChart& chart : SampleCharts(width, std::max(height, 280))) {
             if (chart.name == "manager") continue;
@@ -77,7 +77,7 @@ TEST(Graph, TextsNeitherOverlapNorLeaveThePicture) {
 }
 
 // A parser of others reads each as XML; no text becomes markup.
-TEST(Graph, PicturesAreWellFormedAndRunNothing) {
+TEST(Graph, SvgIsWellFormedWithoutScripts) {
     const TempFolder folder;
     CStringArray arguments{
         "-c",
@@ -99,7 +99,7 @@ TEST(Graph, PicturesAreWellFormedAndRunNothing) {
     EXPECT_EQ(answer.output.substr(0, 4), "read");
 }
 
-TEST(Graph, EqualChartsGiveEqualBytesAndOthersHaveOtherIds) {
+TEST(Graph, OutputIsDeterministicAndIdsDiffer) {
     EXPECT_EQ(SampleCharts(720, 400)[4].svg, SampleCharts(720, 400)[4].svg);
     CBarGraph first, second;
     first.AddSeries("a", {1, 2});
@@ -171,7 +171,7 @@ TEST(Graph, ThinningKeepsPeaksAndGaps) {
     for (const std::size_t peak : {77777u, 44444u}) EXPECT_NE(std::ranges::find(kept, many[peak]), kept.end()) << peak;
 }
 
-TEST(Graph, FoldsTheSmallestAndKeepsTheOrder) {
+TEST(Graph, FoldsSmallestPreservingOrder) {
     const double weights[] = {3, 1, 4, 1, 5, 9, 2, 6};
     const Folding folding = Fold(std::size(weights), 4, [&](std::size_t i) { return weights[i]; });
     EXPECT_EQ(folding.kept, (std::vector<std::size_t>{4, 5, 7}));
@@ -184,7 +184,7 @@ TEST(Graph, FoldsTheSmallestAndKeepsTheOrder) {
     EXPECT_GE(svg.Find("Others (9997"), 0);
 }
 
-TEST(Graph, RefusesWhatItCannotDraw) {
+TEST(Graph, RejectsInvalidCharts) {
     CBarGraph bars;
     bars.SetStacked(true);
     bars.SetLogarithmic(true);

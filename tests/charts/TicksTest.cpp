@@ -45,7 +45,7 @@ TEST(Ticks, AreRoundNumbers) {
     }
 }
 
-TEST(Ticks, OfDatesAreRoundLocalTimes) {
+TEST(Ticks, DateTicksAreRoundLocalTimes) {
     using Row = std::tuple<COleDateTime, COleDateTime, const char*>;
     for (const auto& [first, last, ticks] : {
              Row{{2026, 5, 17, 9, 50, 0}, {2026, 5, 17, 10, 31, 0}, "10:00/17 May 2026 10:15 10:30"},

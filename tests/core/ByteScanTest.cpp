@@ -40,7 +40,7 @@ void ExpectAllFound(std::string_view text) {
 }
 
 // The bytes end where the memory does, so that the address sanitizer reports a read past it.
-TEST(ByteScan, FindsWhatAPlainLoopFinds) {
+TEST(ByteScan, MatchesScalarLoop) {
     for (std::size_t shift = 0; shift < 16; ++shift)
         for (std::size_t size = 0; size <= 70; ++size) {
             const auto memory = std::make_unique<char[]>(shift + size);
@@ -55,7 +55,7 @@ TEST(ByteScan, FindsWhatAPlainLoopFinds) {
         }
 }
 
-TEST(ByteScan, KnowsEveryByteInLongTexts) {
+TEST(ByteScan, MatchesScalarLoopOnLongInput) {
     std::string text;
     for (int i = 0; i < 5000; ++i) text += static_cast<char>(i * 37 + i / 256);
     for (const std::size_t size : {1023u, 1024u, 1025u, 2048u, 5000u})
@@ -63,7 +63,7 @@ TEST(ByteScan, KnowsEveryByteInLongTexts) {
     ExpectAllFound(std::string(3000, ','));
 }
 
-TEST(TextSink, KeepsPiecesOfEverySizeInOrder) {
+TEST(TextSink, AppendsPiecesOfAnySizeInOrder) {
     std::string out = "before", expected = out;
     qv::TextSink sink(out);
     char* at = sink.Begin();

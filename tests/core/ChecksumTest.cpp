@@ -25,7 +25,7 @@ std::string Bytes(std::size_t size) {
     return bytes;
 }
 
-TEST(Checksum, IsThatOfTheStandard) {
+TEST(Checksum, MatchesReferenceCrc32) {
     EXPECT_EQ(MemCRC("123456789", 9), 0xCBF43926u);
     EXPECT_EQ(MemCRC("x", 0), 0u);
     EXPECT_EQ(MemCRC("x", -1), 0u);
@@ -42,7 +42,7 @@ TEST(Checksum, IsThatOfTheStandard) {
         }
 }
 
-TEST(Checksum, OfAFileIsThatOfItsBytesOrNothing) {
+TEST(Checksum, FileCrcMatchesContentOrIsZero) {
     const TempFolder folder;
     for (const std::size_t size : {std::size_t{0}, std::size_t{9}, std::size_t{300001}, std::size_t{9 << 20}}) {
         const std::string bytes = Bytes(size);
@@ -61,7 +61,7 @@ TEST(Checksum, OfAFileIsThatOfItsBytesOrNothing) {
     EXPECT_EQ(reads, 3);
 }
 
-TEST(Checksum, OfManyFilesComeInOrderWithTheirFailures) {
+TEST(Checksum, ManyFilesAreReportedInOrder) {
     struct Log : IChecksums {
         std::vector<unsigned long> crcs;
         std::string failures;

@@ -18,7 +18,7 @@ std::string MessageOf(CException& exception) {
     return text;
 }
 
-TEST(Exceptions, MessageCarriesTheCodeOnlyWhenAsked) {
+TEST(Exceptions, MessageIncludesCodeOnlyOnRequest) {
     using Row = std::tuple<const char*, int, int, const char*>;
     for (const auto& [text, code, report, message] :
          {Row{"Broken", 0, 1, "Broken (0)"}, Row{"Broken", -7, 1, "Broken (-7)"}, Row{"Broken", 9, 0, "Broken"},
@@ -30,7 +30,7 @@ TEST(Exceptions, MessageCarriesTheCodeOnlyWhenAsked) {
     }
 }
 
-TEST(Exceptions, MessageFillsTheBufferAsStrncpyDoes) {
+TEST(Exceptions, MessageFillsBufferLikeStrncpy) {
     CVorbexException exception(0, 16, "ninechars");
     exception.SetReportErrorCode(0);
     char small[5] = "####";
@@ -44,7 +44,7 @@ TEST(Exceptions, MessageFillsTheBufferAsStrncpyDoes) {
     EXPECT_EQ(std::memcmp(large, "ninechars\0\0\0\0#", 14), 0);
 }
 
-TEST(Exceptions, ReportShowsTheTextWithTheSeverity) {
+TEST(Exceptions, ReportShowsMessageWithSeverity) {
     RecordingMessageBox box(6);
     CVorbexException exception;
     exception.SetText("Look");
@@ -57,7 +57,7 @@ TEST(Exceptions, ReportShowsTheTextWithTheSeverity) {
     EXPECT_EQ(box.shown[1].text, std::string(512, 'x'));
 }
 
-TEST(Exceptions, ReportFallsBackToTheFrameworksText) {
+TEST(Exceptions, ReportFallsBackToDefaultMessage) {
     class Silent : public CVorbexException {
         BOOL GetErrorMessage(char*, UINT, UINT*) override { return 0; }
     };
@@ -69,7 +69,7 @@ TEST(Exceptions, ReportFallsBackToTheFrameworksText) {
     EXPECT_EQ(box.shown[1].text, AfxLoadString(0xF020));
 }
 
-TEST(Exceptions, AreCaughtAsAnyOfTheirBases) {
+TEST(Exceptions, CaughtByAnyBaseClass) {
     const auto cancel = [] { ThrowQvCancelException(); };
     const auto exact = Raised<CVorbexCancelException>(cancel);
     ASSERT_TRUE(exact);
@@ -87,7 +87,7 @@ TEST(Exceptions, AreCaughtAsAnyOfTheirBases) {
     EXPECT_TRUE(Raised<CObject>(cancel));
 }
 
-TEST(Exceptions, SystemErrorsBringTheSystemsText) {
+TEST(Exceptions, SystemErrorsUseSystemMessage) {
     qv::platform::SetLastError(kFileNotFound);
     const auto last = Raised<CVorbexException>([] { ThrowQvLastErrorException(16, 7, 1); });
     ASSERT_TRUE(last);

@@ -11,7 +11,7 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kHuge = std::numeric_limits<double>::max();
 
-TEST(MathHelper, SumsAndSpread) {
+TEST(MathHelper, TotalsAndStandardError) {
     CDoubleArray values{1, 2, 3};
     EXPECT_EQ(CMathHelper::GetTotal(values), 6);
     EXPECT_EQ(CMathHelper::GetStandardError(values, 2), 1);
@@ -25,7 +25,7 @@ TEST(MathHelper, SumsAndSpread) {
     EXPECT_EQ(CMathHelper::GetStandardError(CDoubleArray{5}, 0), 0);
 }
 
-TEST(MathHelper, LargestAtOrUnderALimitAndSmallest) {
+TEST(MathHelper, HighestAtOrUnderLimitAndMin) {
     using Row = std::tuple<CDoubleArray, double, int>;
     for (const auto& [values, limit, index] :
          {Row{{10, 100}, 50, 0}, Row{{10, 100}, 5, -1}, Row{{10, 100}, 100, 1}, Row{{}, 1, -1},
@@ -38,7 +38,7 @@ TEST(MathHelper, LargestAtOrUnderALimitAndSmallest) {
     EXPECT_TRUE(std::isnan(CMathHelper::GetMin({kNaN})));
 }
 
-TEST(MathHelper, DiscountsAndFindsTheRate) {
+TEST(MathHelper, NetPresentValueAndIrr) {
     const double in[] = {0, 60, 60}, out[] = {100, 0, 0};
     EXPECT_DOUBLE_EQ(CMathHelper::GetNpr(in, out, 3, 0.5), -100 + 30 + 15);
     EXPECT_DOUBLE_EQ(CMathHelper::GetNpr(in, out, 3, 0), 20);
@@ -57,7 +57,7 @@ TEST(MathHelper, DiscountsAndFindsTheRate) {
     EXPECT_GT(CMathHelper::GetIrr(broken, none, 2), 1e300);
 }
 
-TEST(MathHelper, CutsAfterDecimals) {
+TEST(MathHelper, TruncatesToDecimalPlaces) {
     using Row = std::tuple<double, int, double>;
     for (const auto& [value, places, result] :
          {Row{2.999, 2, 2.99}, Row{-1.555, 1, -1.5}, Row{0.29, 2, 0.28}, Row{7.9, 0, 7}, Row{8.2, 1, 8.2},
@@ -89,7 +89,7 @@ TEST(MathHelper, UnsignedArraysCompareAsSigned) {
     EXPECT_EQ(CMathHelper::GetIndex(start, 4), -1);
 }
 
-TEST(MathHelper, BitsThatAreSet) {
+TEST(MathHelper, CountsSetBits) {
     EXPECT_EQ(BitCount(0), 0);
     EXPECT_EQ(BitCount(0xFFFFFFFF), 32);
     EXPECT_EQ(BitCount(0x80000001), 2);

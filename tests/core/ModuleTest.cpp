@@ -7,7 +7,7 @@ namespace {
 using qv::ModuleEntry;
 using qv::ModuleEvent;
 
-TEST(Module, ComesAndGoesWithTheProcess) {
+TEST(Module, RegisteredWhileProcessIsAttached) {
     const CDynLinkLibrary* const before = CDynLinkLibrary::GetFirst();
     AFX_EXTENSION_MODULE record;
     EXPECT_FALSE(ModuleEntry(nullptr, ModuleEvent::ProcessAttach, record));

@@ -43,7 +43,7 @@ TEST(Replacers, StripTags) {
     EXPECT_EQ(tags.GetEndReplace(), "");
 }
 
-TEST(Replacers, CollectInnerTexts) {
+TEST(Replacers, CollectInnerStrings) {
     CStringArray texts{"old"};
     CGetEscapedStrings collector(texts);
     collector.SetStartFind("[");
@@ -65,7 +65,7 @@ TEST(Replacers, MarkersMayChangeDuringTheWalk) {
     EXPECT_EQ(replacer.ReplaceEscapes("[1][2]"), "1!2!");
 }
 
-TEST(Replacers, LongTextsEndInTime) {
+TEST(Replacers, LongInputTakesLinearTime) {
     constexpr std::size_t size = 1 << 20;
     const std::string open(size, '<'), closed(size, 'a');
     CStripTag tags;

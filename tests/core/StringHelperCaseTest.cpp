@@ -30,7 +30,7 @@ TEST(StringHelperCase, LettersOfASingleByteCodePage) {
     EXPECT_EQ(H::ValidateParameter("\xE9-\x80 9"), "\xE9___9");
 }
 
-TEST(StringHelperCase, CharactersOfSeveralBytesStayWhole) {
+TEST(StringHelperCase, DoesNotSplitMultibyteCharacters) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     EXPECT_EQ(H::MakeSentenceCase("\u00E9T\u00C9"), "\u00C9t\u00E9");

@@ -10,7 +10,7 @@ namespace {
 
 using H = CStringHelper;
 
-TEST(StringHelperCompare, EqualityAndEnds) {
+TEST(StringHelperCompare, EqualsStartsWithAndEndsWith) {
     // Whether they are equal, the one starts and ends with the other: exactly, then regardless of case.
     using Row = std::tuple<const char*, const char*, const char*>;
     for (const auto& [whole, part, expected] :
@@ -31,7 +31,7 @@ TEST(StringHelperCompare, EqualityAndEnds) {
     EXPECT_EQ(H::EqualIgnoreNewlineType("a\r\nb", "A\nb", 1), 0);
 }
 
-TEST(StringHelperCompare, EqualityFoldsWholeCharacters) {
+TEST(StringHelperCompare, FoldsCaseOfMultibyteCharacters) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     EXPECT_EQ(H::Equals("Stra\u00DFe \u00C4\u0416", "STRA\u00DFE \u00E4\u0436", 0), 1);
@@ -60,7 +60,7 @@ TEST(StringHelperCompare, FindsElements) {
     EXPECT_TRUE(Raised<CInvalidArgException>([&] { H::SetInstanceOf(texts, {"two"}, flags); }));
 }
 
-TEST(StringHelperCompare, ContentsAreAppended) {
+TEST(StringHelperCompare, CompareContentsAppends) {
     CStringArray removed{"before"}, kept, added;
     H::CompareContents({"x", "b", "b", "c"}, {"b", "d", "b", "d"}, removed, kept, added);
     EXPECT_EQ(removed, (CStringArray{"before", "x", "c"}));
@@ -75,7 +75,7 @@ CStringArray RandomTexts(std::mt19937& random) {
     return texts;
 }
 
-TEST(StringHelperCompare, ContentsAgreeWithTheRuleStepByStep) {
+TEST(StringHelperCompare, CompareContentsMatchesReference) {
     std::mt19937 random(1);
     for (int round = 0; round < 2000; ++round) {
         const CStringArray oldTexts = RandomTexts(random), newTexts = RandomTexts(random);
@@ -106,7 +106,7 @@ TEST(StringHelperCompare, ContentsAgreeWithTheRuleStepByStep) {
     }
 }
 
-TEST(StringHelperCompare, CountsAndKinds) {
+TEST(StringHelperCompare, CountsAndCharacterClasses) {
     EXPECT_EQ(H::CountOf("aaaa", "aa"), 2);
     EXPECT_EQ(H::CountOf("aaaa", ""), 0);
     EXPECT_EQ(H::CountOf(std::string_view("a\0a\0", 4), '\0'), 2);

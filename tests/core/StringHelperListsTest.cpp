@@ -14,7 +14,7 @@ namespace {
 
 using H = CStringHelper;
 
-TEST(StringLists, SplitAtAText) {
+TEST(StringLists, SplitAtString) {
     EXPECT_EQ(H::SplitString("a,,b", ","), (CStringArray{"a", "b"}));
     EXPECT_EQ(H::SplitString("", ","), CStringArray{});
     EXPECT_EQ(H::SplitString("aXbxc", "x"), (CStringArray{"aXb", "c"}));
@@ -25,7 +25,7 @@ TEST(StringLists, SplitAtAText) {
     EXPECT_EQ(H::SplitString("a\0b\0"sv, "\0"sv, 1), (CStringArray{"a", "b", ""}));
 }
 
-TEST(StringLists, SplitAppendsAndMayReadItsOwnArray) {
+TEST(StringLists, SplitAppendsAndAllowsAliasing) {
     CStringArray pieces{"1;2"};
     H::SplitString(pieces[0], ";", pieces, 0);
     H::SplitCharsString(pieces[0], "2;", pieces);
@@ -59,7 +59,7 @@ TEST(StringLists, Join) {
     }
 }
 
-TEST(StringLists, ListForReaders) {
+TEST(StringLists, HumanReadableList) {
     EXPECT_EQ(H::MakeList({}, 1, ", "), "");
     EXPECT_EQ(H::MakeList({"a"}, 1, ", "), "a");
     EXPECT_EQ(H::MakeList({"a", "b"}, 1, ", "), "a and b");
@@ -67,7 +67,7 @@ TEST(StringLists, ListForReaders) {
     EXPECT_EQ(H::MakeList({"a", "", "c"}, 0, ", "), "a, , c");
 }
 
-TEST(StringLists, ArrayAsText) {
+TEST(StringLists, ArrayStringRoundtrip) {
     EXPECT_EQ(H::StringArrayToString({"1,2", "x"}), "1\\0x2C2,x");
     CStringArray texts{"left over"};
     H::StringToStringArray("1\\0x2C2,,x", texts);
@@ -83,7 +83,7 @@ TEST(StringLists, ReadCsv) {
     for (const char* const empty : {"", "\""}) EXPECT_EQ(H::CsvToArray(empty), CStringArray{""});
 }
 
-TEST(StringLists, CsvComesBack) {
+TEST(StringLists, CsvRoundtrip) {
     constexpr std::string_view bytes = "a,\" \n";
     std::vector<CString> fields{""};
     for (std::size_t i = 0; i < 1 + 5 + 25; ++i)
@@ -127,7 +127,7 @@ TEST(StringLists, MultiSzStaysInItsBuffer) {
     }
 }
 
-TEST(StringLists, MultiSzOfEmptyTexts) {
+TEST(StringLists, MultiSzOfEmptyStrings) {
     std::string buffer(8, '#');
     H::ToMultiSz({"a", ""}, buffer.data(), H::CalculateMultiSzBufferSize({"a", ""}));
     EXPECT_EQ(buffer, "a\0\0\0####"sv);
@@ -188,7 +188,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Case, StringDuplicates, testing::Bool());
 
-TEST_P(StringDuplicates, FirstOnesStay) {
+TEST_P(StringDuplicates, KeepsFirstOccurrences) {
     const CStringArray a = SomeTexts(400), b = SomeTexts(400);
     CStringArray texts = a, pairsA = a, pairsB = b, expected, expectedA, expectedB;
     for (int i = 0; i < a.GetSize(); ++i) {
@@ -211,7 +211,7 @@ TEST_P(StringDuplicates, FirstOnesStay) {
     EXPECT_EQ(pairsB, expectedB);
 }
 
-TEST_P(StringDuplicates, UnwantedOnesGo) {
+TEST_P(StringDuplicates, RemovesUnwantedInstances) {
     const CStringArray all = SomeTexts(300);
     CStringArray one = all, some = all, expectedOne = all, expectedSome = all, unwanted{"aa", "", "Aa", "absent", "aa"};
     std::erase_if(expectedOne.AsStd(), [&](const CString& text) { return Same(text, "AA", m_noCase); });
@@ -226,7 +226,7 @@ TEST_P(StringDuplicates, UnwantedOnesGo) {
     EXPECT_TRUE(some.IsEmpty());
 }
 
-TEST(StringLists, DuplicateNumbersAndSums) {
+TEST(StringLists, RemoveDuplicatesAndCollateValues) {
     CDWordArray words{5, 0, 5, 0xFFFFFFFF, 0, 7};
     H::RemoveDuplicates(words);
     EXPECT_EQ(words, (CDWordArray{5, 0, 0xFFFFFFFF, 7}));
@@ -237,7 +237,7 @@ TEST(StringLists, DuplicateNumbersAndSums) {
     EXPECT_EQ(values, (CDoubleArray{37, 18, 8}));
 }
 
-TEST(StringLists, ShortCompanionsChangeNothing) {
+TEST(StringLists, RejectsShortCompanions) {
     CStringArray names{"a", "a"}, few{"x"};
     CDoubleArray values{1};
     EXPECT_TRUE(Raised<CInvalidArgException>([&] { H::CollateValues(names, values); }));

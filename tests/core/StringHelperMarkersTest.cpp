@@ -34,7 +34,7 @@ TEST(StringHelperMarkers, StripsAtTheFirstMarker) {
     EXPECT_EQ(H::RemoveAfter("one END two", "end", 1), "one ");
 }
 
-TEST(StringHelperMarkers, TakesTheTextBetweenMarkers) {
+TEST(StringHelperMarkers, ExtractsStringBetweenMarkers) {
     using Row = std::tuple<int, int, const char*, const char*, const char*>;
     for (const auto& [consumeStart, consumeEnd, text, result, left] :
          {Row{0, 0, "a<1>b<2>", "1", "a<1>b<2>"}, Row{1, 0, "a<1>b<2>", "1", "1>b<2>"},

@@ -58,7 +58,7 @@ void CompareWithOracles(const std::vector<std::string>& pieces, int rounds) {
     }
 }
 
-TEST(StringHelperReplace, AgreesWithTheRulesStepByStep) {
+TEST(StringHelperReplace, MatchesReferenceInSingleBytePages) {
     for (const int page : {1252, 28591}) {
         const ScopedCodePage scope(page);
         CompareWithOracles({"a", "b"}, 10000);
@@ -66,13 +66,13 @@ TEST(StringHelperReplace, AgreesWithTheRulesStepByStep) {
     }
 }
 
-TEST(StringHelperReplace, AgreesWithTheRulesByCharacters) {
+TEST(StringHelperReplace, MatchesReferenceInUtf8) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     CompareWithOracles({"a", "A", "\u00E4", "\u00C4", "i", "\u0131", "S", "\u017F", "\u2C65", "\u023A"}, 40000);
 }
 
-TEST(StringHelperReplace, FindsAndWrapsWholeCharacters) {
+TEST(StringHelperReplace, DoesNotSplitMultibyteCharacters) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     // Upper-casing shortens what precedes the occurrence, and the occurrence itself.
@@ -85,7 +85,7 @@ TEST(StringHelperReplace, FindsAndWrapsWholeCharacters) {
     EXPECT_EQ(H::MakeMultiLine("\u20AC\u20AC", 1), "\u20AC\r\n\u20AC");
 }
 
-TEST(StringHelperReplace, FindsAcrossBlocksAndWindows) {
+TEST(StringHelperReplace, FindsAcrossBlockBoundaries) {
     std::mt19937 random(3);
     for (int round = 0; round < 300; ++round) {
         std::string text(random() % 9000, 'x');
@@ -99,7 +99,7 @@ TEST(StringHelperReplace, FindsAcrossBlocksAndWindows) {
     }
 }
 
-TEST(StringHelperReplace, ArgumentsAtTheirBounds) {
+TEST(StringHelperReplace, BoundaryArguments) {
     EXPECT_EQ(H::FindNoCase("abc", "", 4), -1);
     EXPECT_EQ(H::FindNoCase("abc", "c", -5), 2);
     EXPECT_EQ(Replaced("abc", "", "x"), "abc");
@@ -110,7 +110,7 @@ TEST(StringHelperReplace, ArgumentsAtTheirBounds) {
     EXPECT_EQ(self, "ab");
 }
 
-TEST(StringHelperReplace, EndsInTimeForLongTexts) {
+TEST(StringHelperReplace, LongInputTakesLinearTime) {
     constexpr std::size_t size = 1 << 20;
     const std::string blanks(size, ' '), half(size / 2, 'a'), tail(size / 2, 'b');
     EXPECT_EQ(Replaced(blanks, "  ", " "), " ");

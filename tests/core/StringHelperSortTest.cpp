@@ -119,7 +119,7 @@ TEST_P(StringSort, BySizeWithCompanions) {
                                [](auto&... all) { CStringHelper::SortStringArrayBySize(all...); });
 }
 
-TEST_P(StringSort, Alone) {
+TEST_P(StringSort, WithoutCompanions) {
     const CStringArray before = SomeTexts();
     CStringArray texts = before, bySize = before, indexed = before;
     CStringList list;
@@ -140,7 +140,7 @@ TEST_P(StringSort, Alone) {
 // Many texts are sorted by a guess that is corrected afterwards: it holds for plain words, fails now and then for letters
 // that count as two, and is given up where characters have no place in it. Fewer texts are sorted by keys, which the GNU
 // library orders otherwise than its strcoll where there is much punctuation.
-TEST_P(StringSort, TextsOfAnyNumber) {
+TEST_P(StringSort, AnyNumberOfStrings) {
     using Row = std::tuple<unsigned, std::vector<const char*>>;
     for (const auto& [every, letters] :
          {Row{0, {"?"}}, Row{400, {"\xC3\x9F", "\xC3\x86"}}, Row{3, {"\xE4\xBD\xA0", "\xE3\x81\x82", "\xD0\x96"}}})
@@ -162,7 +162,7 @@ TEST_P(StringSort, TextsOfAnyNumber) {
         }
 }
 
-TEST(StringSorting, ArraysGivenTwiceAndAscendingForms) {
+TEST(StringSorting, AliasedArraysAndAscendingOverloads) {
     const CStringArray before{"c", "a", "b"}, sorted{"a", "b", "c"};
     CStringArray texts = before, again = before, own = before, companions{"3", "1", "2"};
     CDoubleArray doubles{3, 1.5, 2, 9};
@@ -187,7 +187,7 @@ TEST(StringSorting, WordsAreUnsigned) {
     EXPECT_EQ(indexes, (CDWordArray{3, 1, 2, 0}));
 }
 
-TEST(StringSorting, ShortCompanionsChangeNothing) {
+TEST(StringSorting, RejectsShortCompanions) {
     const CStringArray before{"b", "a"};
     CStringArray texts = before, two{"1", "2"}, one{"1"};
     CPtrArray pointers;

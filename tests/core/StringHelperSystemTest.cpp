@@ -18,7 +18,7 @@ namespace {
 constexpr bool kWindows = std::filesystem::path::preferred_separator == '\\';
 constexpr unsigned kPlainText = 1;
 
-TEST(StringSystem, ErrorTexts) {
+TEST(StringSystem, ErrorMessages) {
     constexpr unsigned long kNoSuchFile = 2;
     EXPECT_EQ(CStringHelper::GetErrorMessage(kNoSuchFile), qv::platform::ErrorMessage(kNoSuchFile).c_str());
     EXPECT_GT(CStringHelper::GetErrorMessage(kNoSuchFile).GetLength(), 5);
@@ -39,7 +39,7 @@ TEST(StringSystem, Guids) {
     EXPECT_TRUE(braced.size() == 38 && braced.front() == '{' && braced.back() == '}') << braced;
 }
 
-TEST(StringSystem, LocaleDecidesMoneyAndLists) {
+TEST(StringSystem, LocaleSetsCurrencyAndListSeparator) {
     if (kWindows) GTEST_SKIP() << "the user's settings decide, not the C locale";
     using Row = std::tuple<const char*, const char*, const char*, const char*>;
     for (const auto& [name, symbol, amount, separator] :
@@ -53,7 +53,7 @@ TEST(StringSystem, LocaleDecidesMoneyAndLists) {
     }
 }
 
-TEST(StringSystem, MoneyIsBounded) {
+TEST(StringSystem, CurrencyOutOfRangeIsEmpty) {
     EXPECT_NE(CStringHelper::InternationalizeCurrency(1234.0).Find("234"), -1);
     EXPECT_EQ(CStringHelper::InternationalizeCurrency(1e300), "");
     EXPECT_EQ(CStringHelper::InternationalizeCurrency(std::numeric_limits<double>::infinity()), "");
@@ -98,7 +98,7 @@ TEST(StringSystem, TextAsScript) {
         EXPECT_EQ(CStringHelper::TextAsVbScript(text, variable, escapePercent), script);
 }
 
-TEST(StringSystem, ObscuredTextsComeBack) {
+TEST(StringSystem, SimpleEncryptRoundtrip) {
     std::string bytes;
     for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
     for (const std::string& key : {std::string(), std::string("k"), bytes, std::string(1, '\0')})
@@ -115,7 +115,7 @@ TEST(StringSystem, ObscuredTextsComeBack) {
     EXPECT_EQ(CStringHelper::SimpleDecrypt("2A8EA7EDF3", "key"), CStringHelper::SimpleDecrypt("2a8ea7edf3", "key"));
 }
 
-TEST(StringSystem, MalformedCodesAreEmpty) {
+TEST(StringSystem, MalformedCiphertextIsEmpty) {
     for (const char* coded : {"", "0", "00", "000", "0g11", "00 1", "001", "0x11", "00-1"})
         EXPECT_EQ(CStringHelper::SimpleDecrypt(coded, "key"), "") << coded;
 }

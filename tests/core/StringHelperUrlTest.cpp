@@ -18,7 +18,7 @@ CString Unescaped(CString text) {
     return text;
 }
 
-TEST(StringHelperUrl, EscapesEveryPairOfBytesAndBack) {
+TEST(StringHelperUrl, EscapeRoundtripsAllBytePairs) {
     const std::string safe = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789!'()*-./:_~+%";
     for (int i = 0; i < 0x10000; ++i) {
         const char pair[] = {static_cast<char>(i >> 8), static_cast<char>(i)};
@@ -28,7 +28,7 @@ TEST(StringHelperUrl, EscapesEveryPairOfBytesAndBack) {
     }
 }
 
-TEST(StringHelperUrl, EscapesAsStated) {
+TEST(StringHelperUrl, EscapeAndUnescapeExamples) {
     EXPECT_EQ(H::Escape("a,b & c\xE9"), "a%2cb+%26+c%e9");
     EXPECT_EQ(H::EscapePath("a b/c#1+%\xE9-._~"), "a%20b/c%231%2B%25%E9-._~");
     EXPECT_EQ(H::IsUnsafeUrlChar('\0'), 1);
@@ -41,13 +41,13 @@ TEST(StringHelperUrl, EscapesAsStated) {
         EXPECT_EQ(Unescaped(escaped), text) << escaped;
 }
 
-TEST(StringHelperUrl, DropsWholeCharactersOfBrokenEscapes) {
+TEST(StringHelperUrl, MalformedEscapesDropWholeCharacters) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     EXPECT_EQ(Unescaped("%\u00E9x%4\u00E9y"), "?x?y");
 }
 
-TEST(StringHelperUrl, DecodesInTheOrderOfTheRule) {
+TEST(StringHelperUrl, UnescapeMatchesReference) {
     std::mt19937 random(5);
     for (int round = 0; round < 30000; ++round) {
         std::string text;
@@ -56,7 +56,7 @@ TEST(StringHelperUrl, DecodesInTheOrderOfTheRule) {
     }
 }
 
-TEST(StringHelperUrl, DecodesLongChainsInTime) {
+TEST(StringHelperUrl, UnescapeTakesLinearTime) {
     std::string chain = "%", distinct;
     for (int i = 0; i < 300000; ++i) {
         chain += "25";

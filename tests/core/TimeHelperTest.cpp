@@ -82,7 +82,7 @@ TEST(TimeHelper, ClampsIntoAWeek) {
     }
 }
 
-TEST(TimeHelper, WritesTheLibrarysForms) {
+TEST(TimeHelper, FormatsStandardAndLongDates) {
     EXPECT_EQ(CTimeHelper::ToStdDateTime(DateOf("2004-05-05 14:03:07")), "05 May 2004 14:03:07");
     EXPECT_EQ(CTimeHelper::GetLongDateString(DateOf("2004-05-05 14:03:07")), "May 05 2004, 14:03:07");
 }
@@ -93,7 +93,7 @@ TEST(TimeHelper, AverageWorkHours) {
     EXPECT_NEAR(CTimeHelper::GetAvWorkHoursPerWorkDay(40, 5, 25, 10.25), 8 * 330 / 365.25, 1e-12);
 }
 
-TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
+TEST(TimeHelper, AppliesTimeZoneRulesOfDate) {
     struct Row {
         const char *zone, *local, *utc;
         const char* again = local;  // the local time of `utc`
@@ -138,7 +138,7 @@ TEST(TimeHelper, ConvertsByTheZonesRulesOfThatDate) {
     EXPECT_EQ(Written(second), "2004-10-31 02:30:00") << "the second time, an hour after the first";
 }
 
-TEST(TimeHelper, LeavesADateThatTheSystemCannotConvert) {
+TEST(TimeHelper, PreservesUnconvertibleDates) {
     COleDateTime invalid(1e9), first(100, 1, 1, 0, 0, 0), last(9999, 12, 31, 23, 59, 59);
     EXPECT_EQ(CTimeHelper::GetTimeT(invalid), -1);
     for (COleDateTime* const date : {&invalid, &first, &last}) {
@@ -156,7 +156,7 @@ TEST(TimeHelper, LeavesADateThatTheSystemCannotConvert) {
     EXPECT_EQ(Written(last), "9999-12-31 23:59:59");
 }
 
-TEST(TimeHelper, FileTimesCountTheirFieldsAsStandardTime) {
+TEST(TimeHelper, FileTimesUseStandardTime) {
     EXPECT_EQ(CTimeHelper::FileTimeToUnixTime({0xFFFFFFFF, 0xFFFFFFFF}), 0);
     constexpr std::uint64_t kEpoch = 116444736000000000;
     const std::uint64_t winter = kEpoch + 1072958400ull * 10000000,

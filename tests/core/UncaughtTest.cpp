@@ -52,7 +52,7 @@ QV_CHILD(Uncaught) {
     return 0;
 }
 
-TEST(Uncaught, IsPrintedAndEndsTheProgramWithAFailure) {
+TEST(Uncaught, PrintsMessageAndExitsWithFailure) {
     const TempFolder folder;
     for (const auto& [name, expected] : Cases()) {
         SCOPED_TRACE(name);

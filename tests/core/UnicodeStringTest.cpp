@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(UnicodeString, HoldsATextInBothForms) {
+TEST(UnicodeString, HoldsBytesAndWideString) {
     const WesternCodePage western;
     if (!western) GTEST_SKIP() << "no code page 1252";
     using Row = std::tuple<CUnicodeString, const char*, std::u16string_view, bool>;

@@ -41,7 +41,7 @@ protected:
     DigitsOnly filtered;
 };
 
-TEST_F(ValidatorsTest, ShowWhyTheyFail) {
+TEST_F(ValidatorsTest, ReportReasonForFailure) {
     const TempFolder folder;
     folder.Write("file", "");
     const auto chars = [](const char* text) { return [=](CDataExchange* e) { DDV_ReservedChars(e, text, "\\/:"); }; };
@@ -64,7 +64,7 @@ TEST_F(ValidatorsTest, ShowWhyTheyFail) {
     EXPECT_TRUE(folder.Has("new"));
 }
 
-TEST_F(ValidatorsTest, ListsNeedAChoice) {
+TEST_F(ValidatorsTest, RequireCheckedListItem) {
     CCheckListBox list;
     ASSERT_TRUE(list.Create(CWnd::listBox, &dialog, 9));
     const auto some = [&](CDataExchange* e) { DDV_SomeListItemsChecked(e, list); };
@@ -79,7 +79,7 @@ TEST_F(ValidatorsTest, ListsNeedAChoice) {
     EXPECT_EQ(Message(some), "fine");
 }
 
-TEST_F(ValidatorsTest, FailuresLeadToTheControl) {
+TEST_F(ValidatorsTest, FailureRecordsControl) {
     const RecordingMessageBox box;
     CDataExchange saving(&dialog, 1);
     saving.PrepareEditCtrl(kFiltered);
@@ -119,7 +119,7 @@ TEST_F(ValidatorsTest, TransfersTrimAndFilter) {
     EXPECT_EQ(text, "code");
 }
 
-TEST_F(ValidatorsTest, NumbersKeepTheDigitsThatAreNotShown) {
+TEST_F(ValidatorsTest, PreserveUndisplayedDigits) {
     struct Row {
         const char* typed;
         double value;

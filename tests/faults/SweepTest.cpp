@@ -73,7 +73,7 @@ protected:
     }
 };
 
-TEST_P(Sweep, FailuresAreReportedAndLoseNothing) {
+TEST_P(Sweep, FailuresAreReportedWithoutDataLoss) {
     const Fault full = SystemFaults::Of(FileCause::DiskFull);
     for (int nth = 1; Disturb(nth, full, How::Once); ++nth)
         if (HasFailure()) return;
@@ -88,7 +88,7 @@ bool IsInterruptible(CallKind kind) {
     return !qv::platform::HasDriveLetters() && std::ranges::find(kKinds, kind) != std::end(kKinds);
 }
 
-TEST_P(Sweep, EveryCallIsInterruptedOnceAndMovesOneByte) {
+TEST_P(Sweep, HandlesInterruptedAndShortCalls) {
     const PreparedPlace place(m_operation);
     int calls = 0;
     bool interrupted = false, reported = true;
@@ -148,11 +148,11 @@ void KillSweep::KillAtEveryCall(NewFiles files) {
     }
 }
 
-TEST_P(KillSweep, LeavesOldOrNew) {
+TEST_P(KillSweep, AtomicWhenKilled) {
     KillAtEveryCall(NewFiles::Unnamed);
 }
 
-TEST_P(KillSweep, LeavesOldOrNewWhereFilesNeedNames) {
+TEST_P(KillSweep, AtomicWhenKilledWithNamedFiles) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "all files have names there";
     KillAtEveryCall(NewFiles::Named);
 }

@@ -42,7 +42,7 @@ protected:
     Observer m_observer;
 };
 
-TEST_F(CopyTreeTest, CopiesAllWithTimesAndAttributes) {
+TEST_F(CopyTreeTest, PreservesTimesAndAttributes) {
     MakeTree(m_folder.Native("from"), {"b", "A/x", "A/empty/", "c/y"});
     Age(m_folder.Native("from/b"), 100000);
     fs::permissions(m_folder.Native("from/b"), fs::perms::owner_read);
@@ -61,7 +61,7 @@ TEST_F(CopyTreeTest, CopiesAllWithTimesAndAttributes) {
     EXPECT_EQ(count.GetFileCount(m_folder / "none"), 0);
 }
 
-TEST_F(CopyTreeTest, LaterOnlyTakesWhatIsNewer) {
+TEST_F(CopyTreeTest, LaterOnlyCopiesNewerFiles) {
     MakeTree(m_folder.Native("from"), {"same", "newer", "older"});
     Copy("to");
     EXPECT_EQ(Copy("to", 1), "start;finish;");
@@ -88,14 +88,14 @@ TEST_F(CopyTreeTest, DryRunsReportTheSameAndChangeNothing) {
     }
 }
 
-TEST_F(CopyTreeTest, EndsInItsOwnSubfolder) {
+TEST_F(CopyTreeTest, TerminatesWhenTargetIsSubfolder) {
     MakeTree(m_folder.Native("from"), {"a", "sub/b", "z/c"});
     EXPECT_EQ(Copy("from\\sub\\to"), "start;a;b;c;finish;");
     EXPECT_EQ(m_folder.Read("from/sub/to/sub/b"), "sub/b");
     EXPECT_FALSE(m_folder.Has("from/sub/to/sub/to"));
 }
 
-TEST_F(CopyTreeTest, ErrorsAreReportedAndMayEndIt) {
+TEST_F(CopyTreeTest, ErrorsAreReportedAndMayAbort) {
     MakeTree(m_folder.Native(), {"from/a", "from/sub/b", "from/sub/c", "from/z", "to/sub/b/", "missing/"});
     EXPECT_EQ(Copy("to"), "start;a;b;error;c;z;finish;");
     m_observer.answer = 0;
@@ -114,7 +114,7 @@ TEST_F(CopyTreeTest, ErrorsAreReportedAndMayEndIt) {
 }
 
 // In folders like this one, threads write copies ahead.
-TEST_F(CopyTreeTest, LargeFoldersAreCopiedInOrderAndNotBeyondAStop) {
+TEST_F(CopyTreeTest, LargeFoldersCopyInOrderAndStopOnRequest) {
     std::string expected = "start;";
     for (std::size_t i = 100; i < 160; ++i) {
         m_folder.Write("from/" + std::to_string(i), std::string(i * 500, 'x'));

@@ -21,7 +21,7 @@ TEST(DelTree, DeletesAllAndKeepsTheRootOnRequest) {
     EXPECT_EQ(folder.Tree(), "file");
 }
 
-TEST(DelTree, DeletesNothingFromAFolderThatIsNotReadToItsEnd) {
+TEST(DelTree, DeletesNothingAfterIncompleteListing) {
     if (qv::platform::HasDriveLetters()) return;  // there each entry is a call
     const TempFolder folder;
     MakeTree(folder.Native("tree"), {"a", "b"});
@@ -37,7 +37,7 @@ TEST(DelTree, DeletesNothingFromAFolderThatIsNotReadToItsEnd) {
 }
 
 // In trees like this one, threads delete ahead.
-TEST(DelTree, DeletesLargeTreesAndReportsAllThatStays) {
+TEST(DelTree, LargeTreeReportsUndeletedEntries) {
     struct Log : ILeftOut {
         std::vector<std::string> paths;
         const std::thread::id thread = std::this_thread::get_id();
@@ -63,7 +63,7 @@ TEST(DelTree, DeletesLargeTreesAndReportsAllThatStays) {
     EXPECT_FALSE(folder.Has("tree"));
 }
 
-TEST(DelTree, LeavesTheCurrentFolderFirst) {
+TEST(DelTree, LeavesCurrentFolderBeforeDeleting) {
     const TempFolder folder;
     const fs::path before = fs::current_path();
     fs::create_directory(folder.Native("here"));
@@ -90,7 +90,7 @@ TEST(DelTree, DeletesLinksButNotTheirTargets) {
 }
 
 // Just before a folder is opened, another user puts a link in its place: the worst moment.
-TEST(DelTree, DeletesTheLinkThatReplacesAFolder) {
+TEST(DelTree, DoesNotFollowLinkReplacingFolder) {
     const TempFolder folder;
     MakeTree(folder.Native(), {"outside/kept", "tree/a/b/c/x", "tree/a/y"});
     if (!folder.Link("outside", "probe")) GTEST_SKIP() << "no links here";
@@ -106,7 +106,7 @@ TEST(DelTree, DeletesTheLinkThatReplacesAFolder) {
     EXPECT_EQ(folder.Tree(), "moved/ moved/c/ moved/c/x=tree/a/b/c/x outside/ outside/kept probe@");
 }
 
-TEST(DelTree, GoesDeeperThanFilesMayBeOpen) {
+TEST(DelTree, DepthExceedsOpenFileLimit) {
     const TempFolder folder;
     const fs::path before = fs::current_path();
     fs::current_path(folder.Native());
@@ -123,7 +123,7 @@ TEST(DelTree, GoesDeeperThanFilesMayBeOpen) {
     EXPECT_FALSE(folder.Has("d"));
 }
 
-TEST(DelTree, NamesWhatItCannotDelete) {
+TEST(DelTree, ErrorNamesUndeletableFile) {
     const TempFolder folder;
     MakeTree(folder.Native(), {"tree/a/x"});
     const SystemFaults faults(SystemFaults::Always(CallKind::Remove, FileCause::HardIO, "x"));

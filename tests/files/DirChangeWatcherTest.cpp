@@ -45,7 +45,7 @@ const Operation kOperations[] = {
 
 // Wine does not distinguish the names of files and folders. Linux reports folders that appear and disappear with every filter
 // where subfolders count.
-TEST(DirChangeWatcher, TheFilterSaysWhatCounts) {
+TEST(DirChangeWatcher, ReportsOnlyFilteredChanges) {
     for (const Operation& operation : kOperations)
         for (const DWORD filter : {0x01, 0x02, 0x04, 0x08, 0x10}) {
             for (const char* const folder : {"", "sub"}) {
@@ -84,7 +84,7 @@ TEST(DirChangeWatcher, KeepsTheChangeUntilItIsReset) {
     EXPECT_FALSE(watcher.IsWatching());
 }
 
-TEST(DirChangeWatcher, FollowsFoldersThatAppear) {
+TEST(DirChangeWatcher, WatchesNewSubfolders) {
     if (!WatchesSubfolders()) GTEST_SKIP() << "the system does not report subfolders";
     const TempFolder tree, elsewhere;
     MakeWatchedTree(elsewhere);
@@ -114,7 +114,7 @@ TEST(DirChangeWatcher, FollowsFoldersThatAppear) {
     EXPECT_TRUE(OnWindows() || watcher.StaysQuiet());
 }
 
-TEST(DirChangeWatcher, WatchesBelowLinksAndOddNames) {
+TEST(DirChangeWatcher, WatchesThroughLinksAndUnusualNames) {
     if (OnWindows()) GTEST_SKIP() << "the names are those of Linux";
     const TempFolder tree;
     const fs::path before = fs::current_path();
@@ -188,7 +188,7 @@ private:
 };
 
 // A change while OnChange runs leads to another call, even one that has been undone by then.
-TEST(DirChangeWatcher, MissesNothing) {
+TEST(DirChangeWatcher, ReportsChangesDuringOnChange) {
     if (OnWindows()) GTEST_SKIP() << "the system watches subfolders itself, if it does";
     for (const DWORD filter : {0x01, 0x10, 0x11}) {
         RestlessTree tree(filter);

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
+TEST(DirChangeWatcher, RemovedFolderEndsWatch) {
     if (OnWindows()) GTEST_SKIP() << "the system keeps a watched folder";
     for (const int subfolders : {0, 1}) {
         const TempFolder tree;
@@ -30,7 +30,7 @@ TEST(DirChangeWatcher, TheEndOfTheFolderEndsTheWatch) {
 }
 
 // Without descriptors or watches for a new folder its changes would be missed.
-TEST(DirChangeWatcher, EndsBeforeItMissesChanges) {
+TEST(DirChangeWatcher, EndsWhenOutOfDescriptorsOrWatches) {
     if (OnWindows()) GTEST_SKIP() << "the system watches subfolders itself";
     for (const auto& [name, error] : {std::pair("openat", EMFILE), {"inotify_add_watch", ENOSPC}}) {
         const TempFolder tree, outside;
@@ -48,7 +48,7 @@ TEST(DirChangeWatcher, EndsBeforeItMissesChanges) {
 }
 
 // More changes than the system keeps, while OnChange is busy, count as a change, and what was lost is watched again.
-TEST(DirChangeWatcher, AnOverflowIsAChange) {
+TEST(DirChangeWatcher, QueueOverflowCountsAsChange) {
     if (OnWindows()) GTEST_SKIP() << "the system keeps the one change that it reports";
     int kept = 0;
     std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> kept;
@@ -71,7 +71,7 @@ TEST(DirChangeWatcher, AnOverflowIsAChange) {
     EXPECT_TRUE(watcher.IsWatching());
 }
 
-TEST(DirChangeWatcher, AnUnmountEndsTheWatch) {
+TEST(DirChangeWatcher, UnmountEndsWatch) {
     if (OnWindows()) GTEST_SKIP() << "the system keeps a watched volume";
     const TempFolder tree;
     const std::string at = tree.Native().string();
@@ -98,7 +98,7 @@ struct Acting : CDirChangeWatcher {
     std::shared_ptr<qv::platform::Event> acted = std::make_shared<qv::platform::Event>();
 };
 
-TEST(DirChangeWatcher, OnChangeMayEndIt) {
+TEST(DirChangeWatcher, OnChangeMayStopRestartOrDelete) {
     const TempFolder tree;
     void (*const acts[])(Acting&) = {[](Acting& watcher) { watcher.Stop(); }, [](Acting& watcher) { watcher.Start(); },
                                      [](Acting& watcher) { delete &watcher; }};
@@ -118,7 +118,7 @@ TEST(DirChangeWatcher, OnChangeMayEndIt) {
 }
 
 // There is another change before each read of changes.
-TEST(DirChangeWatcher, EndlessChangesDelayNoCaller) {
+TEST(DirChangeWatcher, ContinuousChangesDoNotBlockCallers) {
     if (OnWindows()) GTEST_SKIP() << "the system merges changes";
     const TempFolder tree;
     std::atomic<bool> done = false;
@@ -139,7 +139,7 @@ TEST(DirChangeWatcher, EndlessChangesDelayNoCaller) {
     done = true;
 }
 
-TEST(DirChangeWatcher, StopsWhileChangesPourIn) {
+TEST(DirChangeWatcher, StopsDuringContinuousChanges) {
     const TempFolder tree;
     std::atomic<bool> done = false;
     const std::jthread writer([&] {

@@ -47,7 +47,7 @@ TEST_F(FinderTest, ListsByMaskModeAndDepth) {
     EXPECT_TRUE(m_finder.GetFoundInfo().IsEmpty());
 }
 
-TEST_F(FinderTest, AsksForRecordsWhenTheyAreRead) {
+TEST_F(FinderTest, ReadsRecordsOnDemand) {
     Make({"kept", "gone", "folder/x"});
     m_finder.SetRecordsOnDemand(1);
     Find("*", 0, 2);
@@ -64,7 +64,7 @@ TEST_F(FinderTest, AsksForRecordsWhenTheyAreRead) {
     EXPECT_FALSE(found[1].IsDirectory());
 }
 
-TEST_F(FinderTest, ListsLargeTreesInTheOrderOfOneThread) {
+TEST_F(FinderTest, LargeTreesKeepSingleThreadedOrder) {
     CStringArray expected;
     for (int i = 100; i < 140; ++i)
         for (const char* const file : {"1.txt", "2.doc", "a/1.txt", "a/2.doc", "b/1.txt", "b/2.doc"}) {
@@ -109,7 +109,7 @@ TEST_F(FinderTest, DoesNotEnterLinks) {
     EXPECT_EQ(Find("*", 1, 2, "in\\link"), "0 secret,");  // requested by name
 }
 
-TEST(FoundInfo, ReturnsWhatTheRecordHolds) {
+TEST(FoundInfo, ReturnsRecordFields) {
     QvFindData data;
     data.dwFileAttributes = 0x10 | 0x02 | 0x800;
     data.nFileSizeHigh = 1;
@@ -135,7 +135,7 @@ TEST(FoundInfo, ReturnsWhatTheRecordHolds) {
     EXPECT_EQ(file.GetFileName() + file.GetFileTitle(), "");
 }
 
-TEST(FtpFileFind, ListsWhatItsConnectionGives) {
+TEST(FtpFileFind, ListsEntriesFromConnection) {
     struct Listing : qv::IFileSearch {
         int left = 2;
         bool Next(QvFindData& entry) override {
@@ -164,7 +164,7 @@ TEST(FtpFileFind, ListsWhatItsConnectionGives) {
     EXPECT_FALSE(CFtpConnection::Connect("127.0.0.1", 1));
 }
 
-TEST(Wildcard, MeansWhatItMeansOnWindows) {
+TEST(Wildcard, MatchesLikeWindows) {
     const WesternCodePage western;
     struct Row {
         const char *mask, *name;

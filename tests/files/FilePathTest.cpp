@@ -52,7 +52,7 @@ TEST(FilePath, MergesOrReplaces) {
     EXPECT_EQ(CFilePath::MakePath("", "a/", "f", ".e"), "a/f.e");
 }
 
-TEST(FilePath, CutsWhatIsTooLong) {
+TEST(FilePath, TruncatesLongComponents) {
     const std::string part(300, 'x');
     const CFilePath path((part + "\\" + part + "." + part).c_str());
     EXPECT_EQ(path.GetDir().AsStd(), part.substr(0, 255));
@@ -61,7 +61,7 @@ TEST(FilePath, CutsWhatIsTooLong) {
     EXPECT_EQ(path.GetFullPath().AsStd(), part.substr(0, 255) + "\\xxx");
 }
 
-TEST(FileUtils, WorksOnPathsAsTexts) {
+TEST(FileUtils, ManipulatesPathStrings) {
     using Function = CString (*)(const char*);
     const Function filename = [](const char* path) { return CFileUtils::GetFilenameFromPath(path); };
     const Function directory = [](const char* path) { return CFileUtils::GetDirectoryFromPath(path); };

@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(FileUtils, KnowsFilesFoldersAndVolumes) {
+TEST(FileUtils, ClassifiesFilesFoldersAndVolumes) {
     const TempFolder folder;
     folder.Write("file", "12345");
     fs::create_directory(folder.Native("empty"));
@@ -36,14 +36,14 @@ TEST(FileUtils, KnowsFilesFoldersAndVolumes) {
     EXPECT_EQ(CFileUtils::GetUppercaseShortPath("q:\\no such"), "Q:\\NO SUCH");
 }
 
-TEST(FileUtils, KnowsPathFormats) {
+TEST(FileUtils, MatchesPathFormats) {
     for (const char* const path : {"c:\\", "Z:\\a b", "\\\\server\\share", "\\\\s\\"})
         EXPECT_TRUE(CFileUtils::MatchesPathFormat(path)) << path;
     for (const char* const path : {"", "C:", "1:\\", "C:/x", "\\\\server", "a\\b", "\\\\"})
         EXPECT_FALSE(CFileUtils::MatchesPathFormat(path)) << path;
 }
 
-TEST(FileUtils, FilesBeyond4GbKeepTheirLength) {
+TEST(FileUtils, ClampsSizeOfFilesOver4Gb) {
     const TempFolder folder;
     folder.Write("long", "");
     std::error_code full;
@@ -94,7 +94,7 @@ TEST(FileUtils, FindsTheLatestSubfolder) {
     EXPECT_EQ(date.Mid(6, 3), " 20");
 }
 
-TEST(FileUtils, MakesFolderChains) {
+TEST(FileUtils, CreatesNestedFolders) {
     const TempFolder folder;
     folder.Write("file", "");
     for (const char* const path : {"a\\b\\c", "a\\b\\c\\", "a/d/e", "f\\", "a"}) {
@@ -106,7 +106,7 @@ TEST(FileUtils, MakesFolderChains) {
     EXPECT_FALSE(QvCreateDirectory(""));
 }
 
-TEST(FileUtils, AsksBeforeItMakesAFolder) {
+TEST(FileUtils, PromptsBeforeCreatingFolder) {
     const TempFolder folder;
     folder.Write("file", "");
     const std::string question = "The directory specified can not be found.  Would you like to create it?";
@@ -131,7 +131,7 @@ TEST(FileUtils, AsksBeforeItMakesAFolder) {
     }
 }
 
-TEST(WholeFiles, AreReadAsTheyWereWritten) {
+TEST(WholeFiles, Roundtrip) {
     const TempFolder folder;
     std::string bytes;
     for (int i = 0; i < 70000; ++i) bytes += static_cast<char>(i * 7);
@@ -148,7 +148,7 @@ TEST(WholeFiles, AreReadAsTheyWereWritten) {
         EXPECT_EQ(CFileUtils::ReadFile(none), "");
 }
 
-TEST(WholeFiles, HaveLines) {
+TEST(WholeFiles, ReadAndWriteLines) {
     const TempFolder folder;
     CStringArray lines{"old"};
     CFileUtils::WriteFile(folder / "x", CStringArray{"a", "", "b c"}, 0, 0);
@@ -162,7 +162,7 @@ TEST(WholeFiles, HaveLines) {
     EXPECT_TRUE(lines.IsEmpty());
 }
 
-TEST(WholeFiles, AFailedReadReturnsNothingRatherThanAPart) {
+TEST(WholeFiles, FailedReadReturnsNoPartialData) {
     const TempFolder folder;
     folder.Write("x", std::string(100'000, 'x') + "\ny");
     for (int failing = 1; failing < 6; ++failing) {
@@ -234,7 +234,7 @@ QV_CHILD(Logger) {
     return 0;
 }
 
-TEST(Log, LosesAndTearsNoLineOfManyProcesses) {
+TEST(Log, ConcurrentAppendsAreAtomic) {
     const TempFolder folder;
     std::vector<CProcess> loggers(kLoggers);
     CStringArray expected, lines;

@@ -24,7 +24,7 @@ bool MakePipe(const fs::path& path) {
     return !qv::platform::HasDriveLetters() && std::system(("mkfifo " + path.string()).c_str()) == 0;
 }
 
-TEST(HostileTree, EveryNameIsFoundCopiedPackedReportedAndDeleted) {
+TEST(HostileTree, HandlesEveryFileName) {
     const TempFolder folder;
     const fs::path root = WithoutLimit(folder.Native()), from = root / "from";
     const std::set<std::string> made = qv::platform::HasDriveLetters() ? NamesOfTheCodePage() : AllNames();
@@ -94,7 +94,7 @@ ToolAnswer ErrorsOfOtherUser(const CStringArray& arguments) {
     return StartAs("65534", tool, words) ? AnswerOf(tool) : ToolAnswer{-1, {}};
 }
 
-TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
+TEST(HostileTree, SkippedEntriesAreNamedAndCounted) {
     const TempFolder folder;
     MakeTree(folder.Native(), {"from/a", "from/locked/x", "from/secret", "from/z/y", "open/"});
     if (!MakePipe(folder.Native("from/pipe")) || ErrorsOfOtherUser({"--help"}).status != 0)
@@ -139,7 +139,7 @@ TEST(HostileTree, WhatIsLeftOutIsNamedAndCounted) {
     EXPECT_EQ(ReadTree(folder.Native("from")).size(), 9u);
 }
 
-TEST(HostileTree, WhatVanishesDuringTheWalkIsReported) {
+TEST(HostileTree, ReportsEntriesVanishingDuringWalk) {
     struct Vanishing : FileFinder {
         fs::path root;
         void UpdateProgress(const char* title) override {
@@ -159,7 +159,7 @@ TEST(HostileTree, WhatVanishesDuringTheWalkIsReported) {
     EXPECT_EQ(recorder.names, std::vector{std::to_string(QvLeftOut::vanished) + " b"});
 }
 
-TEST(HostileTree, FoldersTooDeepForAnyPathAreReportedAndDeleted) {
+TEST(HostileTree, FoldersOverPathLimitAreReportedAndDeleted) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "no such depth can be made here";
     const TempFolder folder;
     const std::string name(250, 'd'), at = "cd '" + folder.Native().string() + "' && ";
@@ -180,7 +180,7 @@ TEST(HostileTree, FoldersTooDeepForAnyPathAreReportedAndDeleted) {
 }
 
 // Each returns what it returns for a missing file or fails in its documented way. None reaches another file.
-TEST(HostileTree, PathsBeyondAllLimitsAreRefused) {
+TEST(HostileTree, RejectsPathsBeyondLimits) {
     const TempFolder folder;
     for (const int length : {255, 3000, 5000, 70000}) {
         SCOPED_TRACE(length);

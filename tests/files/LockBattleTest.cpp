@@ -100,7 +100,7 @@ private:
     int m_holder = kFree;
 };
 
-TEST(LockBattle, NeverTwoHoldersAndNeverAStuckLock) {
+TEST(LockBattle, ExclusiveAndNeverStuck) {
     // On Windows a round takes several times as long: processes start slowly there, and the shortest pause is a
     // millisecond. QV_ROUNDS sets another number.
     const char* const wanted = std::getenv("QV_ROUNDS");

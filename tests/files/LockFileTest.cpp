@@ -20,7 +20,7 @@ SystemFaults::Decision OpenFails(FileCause cause, int& attempts) {
     };
 }
 
-TEST(MultiUserFile, TriesAgainAfterSharingViolations) {
+TEST(MultiUserFile, RetriesAfterSharingViolation) {
     const TempFolder folder;
     const UINT flags = CFile::modeCreate | CFile::modeReadWrite;
     const CFile holder(folder / "file", flags);
@@ -43,7 +43,7 @@ TEST(MultiUserFile, TriesAgainAfterSharingViolations) {
     EXPECT_TRUE(clock.pauses.empty());
 }
 
-TEST(MultiUserFile, TriesStopAtTheFirstSuccessOrOtherFailure) {
+TEST(MultiUserFile, StopsRetryingOnSuccessOrOtherError) {
     const TempFolder folder;
     for (const FileCause last : {FileCause::None, FileCause::LockViolation}) {
         RecordingClock clock;
@@ -87,7 +87,7 @@ TEST(LockFile, HasOneHolderAndNamesIt) {
     EXPECT_TRUE(lock.Lock(1));
 }
 
-TEST(LockFile, OneOfAKilledHolderIsNoLock) {
+TEST(LockFile, ReleasedWhenHolderIsKilled) {
     const TempFolder folder;
     CProcess holder;
     StartChild(holder, kLocker, {folder / "report"});
@@ -115,7 +115,7 @@ TEST(LockFile, OneOfAKilledHolderIsNoLock) {
     EXPECT_TRUE(fs::is_empty(folder.Native()));
 }
 
-TEST(LockFile, WhatFollowsAFailureDependsOnItsCause) {
+TEST(LockFile, RetriesDependOnFailureCause) {
     const TempFolder folder;
     folder.Write("document.lid", "holder");
     for (int cause = CFileException::generic; cause <= CFileException::endOfFile; ++cause) {
@@ -140,7 +140,7 @@ TEST(LockFile, WhatFollowsAFailureDependsOnItsCause) {
     EXPECT_EQ(lock.GetLockedBy(), "");
 }
 
-TEST(LockFile, SideFilesNeverMakeALockFail) {
+TEST(LockFile, IgnoresSideFileFailures) {
     const TempFolder folder;
     fs::create_directory(folder.Native("a.lid"));
     folder.Write("b.lid", std::string(1 << 20, 'x'));
@@ -155,7 +155,7 @@ TEST(LockFile, SideFilesNeverMakeALockFail) {
     }
 }
 
-TEST(LockFile, CanBeReadOnly) {
+TEST(LockFile, LocksReadOnlyFiles) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "access lists decide here";
     for (const int error : {EACCES, EROFS, ENXIO}) {
         const TempFolder folder;

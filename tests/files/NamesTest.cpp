@@ -58,7 +58,7 @@ std::size_t CountIn(const fs::path& folder) {
 }
 
 // Full-width points, separators and letters look like those of ASCII, and best fit takes them for these.
-TEST(Names, BeyondTheCodePageNeverMeanOthers) {
+TEST(Names, UnmappableNamesNeverAliasOtherFiles) {
     if (!qv::platform::HasDriveLetters()) GTEST_SKIP() << "names are bytes here";
     const WesternCodePage western;
     if (!western) GTEST_SKIP() << "the system has no code page 1252";
@@ -129,7 +129,7 @@ TEST_P(InCodePage, PathsAreSplitByCharacters) {
     EXPECT_EQ(CFilePath::MakePath("", name, name, ""), name + "\\" + name);
 }
 
-TEST(Names, ArchivesOfAnotherCodePageKeepThem) {
+TEST(Names, PreservedInArchivesOfOtherCodePage) {
     if (!qv::platform::HasDriveLetters()) GTEST_SKIP() << "names are bytes here";
     const TempFolder folder;
     Write(folder.Native("in") / u"\u00E4" / u"\u00F6.txt", "umlauts");
@@ -178,7 +178,7 @@ INSTANTIATE_TEST_SUITE_P(Names, InCodePage,
                                          Page{65001, "\xE3\x82\xBD\xE8\xA1\xA8\xE3\x83\x9D"}),
                          [](const auto& made) { return std::to_string(made.param.number); });
 
-TEST(Names, ThatTheSystemCutsAreReachedAsTheyAre) {
+TEST(Names, TrailingDotsAndSpacesAreExact) {
     const TempFolder folder;
     if (RunInShell(folder.Native(), "mkdir t && cd t && echo a > end && echo b > end. && echo c > 'end '") != 0)
         GTEST_SKIP() << "no shell here that makes such names: on Windows run it under Wine, with its drive Z:";
@@ -193,7 +193,7 @@ TEST(Names, ThatTheSystemCutsAreReachedAsTheyAre) {
 }
 
 // Wine shows the links of its host without a tag, and opens their targets.
-TEST(Names, OfLinksOfTheHostAreNotFollowed) {
+TEST(Names, HostLinksAreNotFollowed) {
     const TempFolder folder;
     folder.Write("outside/kept", "kept");
     folder.Write("t/sub/x", "x");
@@ -211,7 +211,7 @@ TEST(Names, OfLinksOfTheHostAreNotFollowed) {
     EXPECT_EQ(folder.Read("outside/kept"), "kept");
 }
 
-TEST(Names, OfPathsBeyondAllBuffersWork) {
+TEST(Names, LongPathsAreSupported) {
     const TempFolder folder;
     CString deep = folder / "t";
     for (int i = 0; i < 6; ++i) deep += "\\" + CString(std::string(200, static_cast<char>('a' + i)));
@@ -238,7 +238,7 @@ TEST(Names, OfPathsBeyondAllBuffersWork) {
     EXPECT_EQ(CountIn(folder.Native()), 0u);
 }
 
-TEST(Names, TimesOfFilesHaveSixtyFourBits) {
+TEST(Names, FileTimesHave64Bits) {
     const TempFolder folder;
     folder.Write("x", "x");
     // The years 1900, 1969, 2040, 2107 and 9000.

@@ -28,7 +28,7 @@ bool TryAs(const char* user, const CString& document, CProcess& child) {
     return StartAs(user, child, {CString(qv::platform::CurrentProgram()), CString("--child=") + kLocker, document});
 }
 
-TEST(SharedDocuments, EveryUserOfAFolderCanLockInIt) {
+TEST(SharedDocuments, EveryUserOfFolderCanLock) {
     const TempFolder folder;
     const CString document = folder / "report.abc";
     for (const fs::perms sticky : {fs::perms::none, fs::perms::sticky_bit}) {
@@ -54,7 +54,7 @@ TEST(SharedDocuments, EveryUserOfAFolderCanLockInIt) {
     }
 }
 
-TEST(SharedDocuments, SideFilesAreNotFollowedAsLinks) {
+TEST(SharedDocuments, DoesNotFollowLinkedSideFiles) {
     const TempFolder folder;
     folder.Write("secret", "kept");
     fs::permissions(folder.Native("secret"), fs::perms::owner_read);
@@ -71,7 +71,7 @@ TEST(SharedDocuments, SideFilesAreNotFollowedAsLinks) {
     EXPECT_TRUE(folder.Has("secret"));
 }
 
-TEST(SharedDocuments, WaitingEndsWithPatienceOrTheObserver) {
+TEST(SharedDocuments, WaitEndsOnTimeoutOrByObserver) {
     struct Observer : ILockObserver {
         BOOL OnLockHeld(const CString& holder, std::int64_t since) override {
             EXPECT_FALSE(holder.IsEmpty());
@@ -99,7 +99,7 @@ TEST(SharedDocuments, WaitingEndsWithPatienceOrTheObserver) {
     EXPECT_TRUE(lock.LockFor(0));
 }
 
-TEST(SharedDocuments, AFileSystemThatCannotLockSaysSo) {
+TEST(SharedDocuments, ReportsMissingLockSupport) {
     const TempFolder folder;
     int locks = 0;
     RecordingClock clock;
@@ -123,7 +123,7 @@ TEST(SharedDocuments, AFileSystemThatCannotLockSaysSo) {
     EXPECT_TRUE(fs::is_empty(folder.Native())) << "a failed open leaves no file";
 }
 
-TEST(SharedDocuments, AreSavedWholeWithWhatTheyHave) {
+TEST(SharedDocuments, AtomicSavePreservesModeAndLinks) {
     const TempFolder folder;
     folder.Write("document", "old");
     const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
@@ -146,7 +146,7 @@ TEST(SharedDocuments, AreSavedWholeWithWhatTheyHave) {
     EXPECT_EQ(folder.Tree(), linked ? "document=new fresh=first link@" : "document=new fresh=first");
 }
 
-TEST(SharedDocuments, HardLinksSeeWhatIsSavedInPlace) {
+TEST(SharedDocuments, InPlaceSavePreservesHardLinks) {
     const TempFolder folder;
     const auto save = [&] {
         CSaveFile file(folder / "document");
@@ -186,7 +186,7 @@ TEST(SharedDocuments, HardLinksSeeWhatIsSavedInPlace) {
 }
 
 // A descriptor that only reads cannot empty the file: its name is opened again.
-TEST(SharedDocuments, OpeningToReadEmptiesNoFileThatHasJustTakenTheName) {
+TEST(SharedDocuments, CreateForReadingDoesNotTruncateReplacement) {
     for (int swapped = 1; swapped <= 3; ++swapped) {
         const TempFolder folder;
         const RecordingClock clock;

@@ -45,7 +45,7 @@ struct Progress : IShellProgress {
     std::string seen;
 };
 
-TEST(ShellOperations, AskAndReportWhereTheSystemHasNoShell) {
+TEST(ShellOperations, PromptAndReportWithoutSystemShell) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system's shell has windows of its own";
     const TempFolder folder;
     MakeTree(folder.Native(), {"in/a", "in/b", "to/in/a"});

@@ -64,7 +64,7 @@ protected:
     }
 };
 
-TEST_P(SwappedFolder, LeadsNoWalkOutside) {
+TEST_P(SwappedFolder, WalksStayInsideTree) {
     const TempFolder probe;
     if (!probe.Link(".", "link")) GTEST_SKIP() << "the system lets this user make no links";
     int nth = 1;

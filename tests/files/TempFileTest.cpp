@@ -12,7 +12,7 @@ struct FileIn : CTempFile {
     explicit FileIn(const TempFolder& folder) { SetDirectory(folder / ""); }
 };
 
-TEST(TempFile, CreatesAFileWithAFreshNameAndRemovesIt) {
+TEST(TempFile, CreatesUniqueFileAndRemovesIt) {
     CString first;
     {
         CTempFile file;
@@ -33,7 +33,7 @@ TEST(TempFile, CreatesAFileWithAFreshNameAndRemovesIt) {
     EXPECT_FALSE(CFileUtils::IsExist(first));
 }
 
-TEST(TempFile, GivenNamesAreAdopted) {
+TEST(TempFile, AdoptsGivenName) {
     const TempFolder folder;
     folder.Write("given", "content");
     CString own;
@@ -84,7 +84,7 @@ TEST(TempFile, FailuresByCause) {
     }
 }
 
-TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
+TEST(TempFile, RetriesNewNamesAndLimitsCollisions) {
     const TempFolder folder;
     FileIn file(folder);
     std::set<std::string> tried;
@@ -116,7 +116,7 @@ TEST(TempFile, OtherFailuresDrawNewNamesAndTakenOnesCount) {
     EXPECT_FALSE(CFileUtils::IsExist(before));
 }
 
-TEST(TempFile, ManyThreadsDrawNamesAtOnce) {
+TEST(TempFile, ConcurrentCreation) {
     const TempFolder folder;
     const auto create = [&] {
         for (int i = 0; i < 20; ++i) {

@@ -18,7 +18,7 @@ std::string Read(std::string_view text) {
     return date ? COleDateTime(*date).Format("%Y-%m-%d %H:%M:%S").AsStd() : "";
 }
 
-TEST(DateTimeParse, ReadsWhatIsWritten) {
+TEST(DateTimeParse, ParsesSupportedFormats) {
     const std::string year = COleDateTime::GetCurrentTime().Format("%Y").AsStd();
     const std::map<std::string, std::vector<const char*>> dates{
         {"2004-05-05 14:03:07",
@@ -43,7 +43,7 @@ TEST(DateTimeParse, ReadsWhatIsWritten) {
         for (const char* const text : texts) EXPECT_EQ(Read(text), date) << text;
 }
 
-TEST(DateTimeParse, RefusesEverythingElse) {
+TEST(DateTimeParse, RejectsMalformedDates) {
     std::istringstream texts(
         "| |INVALID|INVALID DATE|Invalid DateTime|30 Feb 2004|29 Feb 1900|31/31/2004|2004-13-01|"
         "2004-05-05T|2004-05-05T14|2004-05-05T24:00:00|2004-05-05T14:03:07+25:00|2004-05-05T14:03:07.Z|"
@@ -57,7 +57,7 @@ TEST(DateTimeParse, RefusesEverythingElse) {
     EXPECT_EQ(Read(std::string(1 << 20, '9')), "");
 }
 
-TEST(DateTimeParse, EveryDayThatWasWrittenComesBack) {
+TEST(DateTimeParse, FormatAndParseRoundtrip) {
     for (double number = -657434; number <= 2958465; number += 211.3) {
         const COleDateTime date(number);
         for (const char* const format : {"%d %b %Y %H:%M:%S", "%B %d %Y, %H:%M:%S", "%Y-%m-%dT%H:%M:%S"}) {
@@ -69,7 +69,7 @@ TEST(DateTimeParse, EveryDayThatWasWrittenComesBack) {
     }
 }
 
-TEST(DateTimeParse, AFailureLeavesAnInvalidDate) {
+TEST(DateTimeParse, FailureSetsInvalidStatus) {
     for (const std::string_view text : {"INVALID"sv, "05 May 2004\0"sv, ""sv}) {
         COleDateTime date(7.0);
         EXPECT_FALSE(date.ParseDateTime(text)) << text;

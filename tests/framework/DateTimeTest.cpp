@@ -20,7 +20,7 @@ std::string Written(const COleDateTime& date) {
     return date.Format(kPattern).AsStd();
 }
 
-TEST(DateTime, EveryDayOfTheRangeFollowsTheCalendar) {
+TEST(DateTime, EveryDayMatchesCalendar) {
     int year = 100, month = 1, day = 1, yearDay = 1, weekday = 6;  // 1 January 100 was a Friday
     for (double number = kFirst; number <= kLast; ++number) {
         const COleDateTime date(number);
@@ -41,7 +41,7 @@ TEST(DateTime, EveryDayOfTheRangeFollowsTheCalendar) {
     EXPECT_EQ(year, 10000);
 }
 
-TEST(DateTime, EverySecondOfADayComesBack) {
+TEST(DateTime, RoundtripsEverySecondOfDay) {
     const int days[][3] = {{100, 1, 1}, {1899, 12, 28}, {1899, 12, 29}, {1899, 12, 30}, {1899, 12, 31}, {9999, 12, 31}};
     for (const auto& [year, month, day] : days) {
         double before = -1e12;
@@ -56,7 +56,7 @@ TEST(DateTime, EverySecondOfADayComesBack) {
     }
 }
 
-TEST(DateTime, NumbersAndTheirMoments) {
+TEST(DateTime, ConvertsDayNumbers) {
     using Row = std::tuple<double, const char*>;
     for (const auto& [number, written] :
          {Row{0, "1899-12-30 00:00:00"}, Row{-1.25, "1899-12-29 06:00:00"}, Row{-0.25, "1899-12-30 06:00:00"},
@@ -69,7 +69,7 @@ TEST(DateTime, NumbersAndTheirMoments) {
         EXPECT_EQ(Written(COleDateTime(number)), written) << number;
 }
 
-TEST(DateTime, FieldsOutsideTheCalendarLeaveAnInvalidDate) {
+TEST(DateTime, OutOfRangeFieldsSetInvalidStatus) {
     const int rows[][6] = {
         {99, 12, 31, 0, 0, 0},  {10000, 1, 1, 0, 0, 0}, {1900, 2, 29, 0, 0, 0},  {2004, 0, 1, 0, 0, 0},
         {2004, 13, 1, 0, 0, 0}, {2004, 1, 0, 0, 0, 0},  {2004, 4, 31, 0, 0, 0},  {2004, 1, 1, 24, 0, 0},
@@ -90,7 +90,7 @@ TEST(DateTime, FieldsOutsideTheCalendarLeaveAnInvalidDate) {
     EXPECT_EQ(date.m_dt, -2);
 }
 
-TEST(DateTime, MovesAndComparesMomentsLinearly) {
+TEST(DateTime, ArithmeticAndComparisonAreLinear) {
     using Row = std::tuple<double, COleDateTimeSpan, double>;
     for (const auto& [start, span, end] :
          {Row{-1.25, 0.5, -1.75}, Row{-1.75, 0.5, 0.25}, Row{0.25, -0.5, -1.75}, Row{-0.25, 1, 1.25},
@@ -131,7 +131,7 @@ std::string WrittenByTheCLibrary(char conversion, const std::tm& fields) {
 }
 
 // Where the system's C library knows the conversion and the year.
-TEST(DateTime, FormatAgreesWithTheCLibrary) {
+TEST(DateTime, FormatMatchesStrftime) {
     std::tm epoch{};
     epoch.tm_year = 70;
     epoch.tm_mday = 1;
@@ -181,7 +181,7 @@ TEST(DateTime, FormatsEveryConversionOnEverySystem) {
     EXPECT_EQ(date.Format("\0%H\0"sv), "\00014\0"sv);
 }
 
-TEST(DateTime, ComesFromTheSystemsTimes) {
+TEST(DateTime, ConvertsSystemTimes) {
     const COleDateTime before = COleDateTime::GetCurrentTime();
     const std::time_t now = std::time(nullptr);
     const double lag = (COleDateTime(now) - before).GetTotalSeconds();

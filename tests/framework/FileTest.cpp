@@ -13,7 +13,7 @@ namespace {
 
 constexpr UINT kNew = CFile::modeCreate | CFile::modeReadWrite;
 
-TEST(File, OpensAsTheFlagsSay) {
+TEST(File, OpensAccordingToFlags) {
     using F = CFile;
     using E = CFileException;
     constexpr int kKept = -1, kEmptied = -2;  // opened, and what becomes of the old content
@@ -68,7 +68,7 @@ TEST(File, ReadsWritesAndSeeks) {
     EXPECT_EQ(FileFailureOf([&] { file.Write("x", 1); }).first, CFileException::invalidFile);
 }
 
-TEST(File, FailuresOfTheSystemAreRaised) {
+TEST(File, RaisesSystemFailures) {
     using qv::platform::CallKind;
     const TempFolder folder;
     const auto readByte = [](CFile& file) {

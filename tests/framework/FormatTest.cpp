@@ -14,7 +14,7 @@ std::string Formatted(qv::FormatText<std::type_identity_t<A>...> format, const A
     return text.AsStd();
 }
 
-TEST(Format, GivesWhatPrintfGives) {
+TEST(Format, MatchesPrintf) {
     EXPECT_EQ(Formatted("%d|%5d|%-5d|%05d|%+d", 1, 2, 3, 4, 5), "1|    2|3    |00004|+5");
     EXPECT_EQ(Formatted("%x|%X|%#o|%08x", 255, 255, 8, -1), "ff|FF|010|ffffffff");
     EXPECT_EQ(Formatted("%s|%5s|%-5s|%.2s|%-4.1s|", "a", "b", "c", "defg", "hi"), "a|    b|c    |de|h   |");
@@ -24,7 +24,7 @@ TEST(Format, GivesWhatPrintfGives) {
     EXPECT_EQ(Formatted("%.300f", 1.0).size(), 302u);
 }
 
-TEST(Format, TakesTheWidthFromTheValueNotFromTheFormat) {
+TEST(Format, IntegerSizeFollowsArgumentType) {
     const unsigned char byte = 0xFF;
     EXPECT_EQ(Formatted("%d %u %x", byte, byte, static_cast<signed char>(-1)), "-1 255 ff");
     EXPECT_EQ(Formatted("%d", 0xFFFFFFFFu), "-1");
@@ -32,7 +32,7 @@ TEST(Format, TakesTheWidthFromTheValueNotFromTheFormat) {
               "1099511627776 1099511627776 -5 -1099511627776");
 }
 
-TEST(Format, TextsGoInByTheirLength) {
+TEST(Format, InsertsStringsByLength) {
     const CString zero("a\0b", 3);
     EXPECT_EQ(Formatted("<%s>", zero), std::string("<a\0b>", 5));
     EXPECT_EQ(Formatted("%s %s", CString("x"), std::string("y")), "x y");
@@ -52,7 +52,7 @@ TEST(Format, RunTimeFormatsAreCheckedBeforeUse) {
         EXPECT_TRUE(raises(bad)) << bad;
 }
 
-TEST(Collections, AnIndexOutsideRaises) {
+TEST(Collections, IndexOutOfRangeRaises) {
     CStringArray array{"a", "b"};
     for (const int index : {-1, 2, 1 << 30}) {
         EXPECT_TRUE(Raised<CInvalidArgException>([&] { array.GetAt(index); }));
@@ -66,7 +66,7 @@ TEST(Collections, AnIndexOutsideRaises) {
     EXPECT_EQ(array, (CStringArray{"b", "c"}));
 }
 
-TEST(Collections, TheMapFindsAndForgets) {
+TEST(Collections, MapLookupAndRemoval) {
     CMapStringToString map;
     map.SetAt("k", "1");
     map.SetAt("k", "2");
@@ -81,7 +81,7 @@ TEST(Collections, TheMapFindsAndForgets) {
     EXPECT_EQ(map.GetCount(), 1);
 }
 
-TEST(String, PartsAreCutToTheText) {
+TEST(String, SubstringsClampToLength) {
     const CString text("abcdef");
     EXPECT_EQ(text.Mid(2), "cdef");
     EXPECT_EQ(text.Mid(-3, 2), "ab");

@@ -24,7 +24,7 @@ QV_CHILD(EndAtOnce) {
     return 0;
 }
 
-TEST(Process, ArgumentsArriveAsTheyAre) {
+TEST(Process, PassesArgumentsUnchanged) {
     const CStringArray arguments = {"",      "plain", "two words", "tab\there",  "\"",   "a\"b\"c",
                                     "\\",    "end\\", "sp ace\\",  "sp ace\\\\", "\\\"", "a\\\\\"b c\\\\\\",
                                     "$HOME", "*",     "%PATH%",    "a'b",        "^&|<>"};
@@ -34,7 +34,7 @@ TEST(Process, ArgumentsArriveAsTheyAre) {
     EXPECT_EQ(child.Wait(), arguments.GetSize());
 }
 
-TEST(Process, CommandLinesAreQuotedOnlyWhereTheyMustBe) {
+TEST(Process, QuotesArgumentsOnlyWhenNecessary) {
     using Row = std::tuple<const char*, const char*>;
     for (const auto& [argument, quoted] : {Row{"", "\"\""}, Row{"a\\b\\", "a\\b\\"}, Row{"a b\\", "\"a b\\\\\""},
                                            Row{"\"", "\"\\\"\""}, Row{"\\\\\"", "\"\\\\\\\\\\\"\""}}) {
@@ -46,7 +46,7 @@ TEST(Process, CommandLinesAreQuotedOnlyWhereTheyMustBe) {
     }
 }
 
-TEST(Process, TalksOverPipesLineByLine) {
+TEST(Process, ExchangesLinesOverPipes) {
     CProcess child;
     StartChild(child, "EchoLines");
     for (const char* word : {"one", "two"}) {
@@ -60,7 +60,7 @@ TEST(Process, TalksOverPipesLineByLine) {
     EXPECT_EQ(child.Wait(), -1);
 }
 
-TEST(Process, WritingToOneThatHasEndedFails) {
+TEST(Process, WriteToExitedProcessFails) {
     CProcess child;
     StartChild(child, "EndAtOnce");
     EXPECT_EQ(LineFrom(child), "");
@@ -68,7 +68,7 @@ TEST(Process, WritingToOneThatHasEndedFails) {
     EXPECT_EQ(child.Wait(), 0);
 }
 
-TEST(Process, AKilledOneDoesNotReportSuccess) {
+TEST(Process, KilledProcessReportsFailure) {
     CProcess child;
     StartChild(child, "EchoLines");
     child.Kill();

@@ -53,7 +53,7 @@ auto StateOf(const TempFolder& folder, const std::string& name) {
                       std::filesystem::last_write_time(folder.Native(name)));
 }
 
-TEST(ShareModes, FollowTheMatrixBetweenProcesses) {
+TEST(ShareModes, EnforcedBetweenProcesses) {
     const TempFolder folder;
     folder.Write("shared", "content");
     Holder holder(folder / "shared");
@@ -80,7 +80,7 @@ TEST(ShareModes, FollowTheMatrixBetweenProcesses) {
     EXPECT_EQ(folder.Read("shared"), "content");
 }
 
-TEST(ShareModes, HoldInOneProcessAndFromCreationOn) {
+TEST(ShareModes, EnforcedWithinProcess) {
     const TempFolder folder;
     const UINT create = CFile::modeCreate | CFile::modeWrite;
     CFile first(folder / "new", create | CFile::shareDenyRead), second;
@@ -97,7 +97,7 @@ TEST(ShareModes, HoldInOneProcessAndFromCreationOn) {
     EXPECT_FALSE(second.Open(folder / "new", CFile::modeRead | CFile::shareDenyNone));
 }
 
-TEST(ShareModes, EndWithTheHolder) {
+TEST(ShareModes, ReleasedWhenHolderIsKilled) {
     const TempFolder folder;
     folder.Write("file", "x");
     Holder holder(folder / "file");
@@ -127,7 +127,7 @@ QV_CHILD(CreateAgainAndAgain) {
     return 0;
 }
 
-TEST(ShareModes, ApplyFromTheMomentOfCreation) {
+TEST(ShareModes, AppliedAtomicallyOnCreation) {
     const TempFolder folder;
     CProcess children[3];
     for (CProcess& child : children) {

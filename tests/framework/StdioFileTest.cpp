@@ -26,7 +26,7 @@ std::string BytesOf(const char* path, UINT type, UINT step) {
     return bytes;
 }
 
-TEST(StdioFile, LinesEndWhereTheModeSays) {
+TEST(StdioFile, SplitsLinesByMode) {
     using Lines = std::vector<std::string>;
     const std::string zero("a\0b", 3), longLine(100'000, 'x');
     using Row = std::tuple<std::string, Lines, Lines>;
@@ -44,7 +44,7 @@ TEST(StdioFile, LinesEndWhereTheModeSays) {
 }
 
 // The end of the buffer splits the pair of carriage return and line feed at every offset around it.
-TEST(StdioFile, ReadingTextDropsCarriageReturnsAcrossBuffers) {
+TEST(StdioFile, TranslatesCrLfAcrossBufferBoundaries) {
     const TempFolder folder;
     for (const std::size_t before : {0, 1, 32766, 32767, 32768, 65535}) {
         const std::string lead(before, 'x');
@@ -56,7 +56,7 @@ TEST(StdioFile, ReadingTextDropsCarriageReturnsAcrossBuffers) {
     }
 }
 
-TEST(StdioFile, WritesInItsMode) {
+TEST(StdioFile, TranslatesLineEndsOnWrite) {
     const TempFolder folder;
     const std::string text = "a\nb\r\n" + std::string(70'000, 'x') + "\n\n";
     const std::string translated = "a" + kLineEnd + "b\r" + kLineEnd + std::string(70'000, 'x') + kLineEnd + kLineEnd;
@@ -94,7 +94,7 @@ TEST(StdioFile, ReadsAndWritesInTurn) {
     EXPECT_EQ(folder.Read("both"), "one\nT!");
 }
 
-TEST(StdioFile, LosesNothingSilently) {
+TEST(StdioFile, ReportsWriteAndCloseFailures) {
     using qv::platform::CallKind;
     const TempFolder folder;
     for (const CallKind failing : {CallKind::Write, CallKind::Close}) {

@@ -26,7 +26,7 @@ static_assert(!COMPILES(CStringHelper::CountOf(s, 0)));
 static_assert(!std::is_convertible_v<CString, bool> && !std::is_convertible_v<CString, int>);
 static_assert(!std::is_constructible_v<CString, int> && !std::is_constructible_v<COleDateTime, int>);
 
-TEST(String, GoesWhereStandardTextsGo) {
+TEST(String, InteroperatesWithStandardStrings) {
     const CString ours("a\0b"sv);
     const std::string theirs = ours;
     std::string built(ours), assigned, added = "<";
@@ -54,7 +54,7 @@ TEST(String, GoesWhereStandardTextsGo) {
 }
 
 // Prepared texts make the search change its ways in the middle.
-TEST(String, FindsWhatTheStandardSearchFinds) {
+TEST(String, FindMatchesStandardSearch) {
     std::mt19937 random(11);
     for (int i = 0; i < 400; ++i) {
         std::string text, find(random() % 200, 'a');
@@ -79,7 +79,7 @@ TEST(String, FindsWhatTheStandardSearchFinds) {
 }
 
 // In code page 54936 a character may have four bytes, of which two are no character.
-TEST(String, FindsNoHalfOfFourBytes) {
+TEST(String, DoesNotFindHalfOfFourByteCharacter) {
     const ScopedCodePage chinese(54936);
     if (!chinese) GTEST_SKIP() << "no such code page here";
     const CString text = "\xD6\xD0\x95\x32\x82\x36\xCE\xC4\x95\x32\x82\x36";
@@ -90,7 +90,7 @@ TEST(String, FindsNoHalfOfFourBytes) {
 }
 
 // In code page 932 the letters 95 5C and 83 5C end with a backslash's byte, and 81 may be both halves of a character.
-TEST(String, NeverTakesHalfACharacterForAnotherOne) {
+TEST(String, DoesNotMatchHalfOfCharacter) {
     const ScopedCodePage japanese(932);
     if (!japanese || qv::platform::CurrentCodePage() != qv::platform::CodePage::DoubleByte)
         GTEST_SKIP() << "no such code page here";
@@ -130,7 +130,7 @@ TEST(String, CollatesZeroBytes) {
     }
 }
 
-TEST(Collections, TakeWhatTheStandardLibraryHas) {
+TEST(Collections, InteroperateWithStandardContainers) {
     const std::vector<std::string> texts{"a", "b"};
     CStringArray array(texts.begin(), texts.end());
     EXPECT_EQ(CStringArray(array.AsStd()), (CStringArray{"a", "b"}));

@@ -13,7 +13,7 @@ namespace {
 using qv::platform::FindIniValue;
 using qv::platform::WithIniValue;
 
-TEST(IniText, FindsWhatOtherProgramsWrote) {
+TEST(IniText, ReadsFilesOfOtherPrograms) {
     constexpr std::string_view text =
         "\xEF\xBB\xBF; comment\r\nlost=1\n[ One ]\r\n a = x = y \r\n;a=2\n#a=3\nA=4\nquoted=\"  "
         "\\\"\\\\\\x0A\\q\"\nopen=\"\n"
@@ -37,7 +37,7 @@ TEST(IniText, LeavesOtherLinesAlone) {
     EXPECT_EQ(qv::platform::WithoutIniSection("; a\n[s]\n; b\ne=1\n\n[t]\ne=2\n[S]\ne=3", "s"), "; a\n[t]\ne=2\n");
 }
 
-TEST(IniText, GivesBackWhatItTook) {
+TEST(IniText, RoundtripsAllBytePairs) {
     std::string text;
     for (int i = 0; i < 65536; ++i) {
         const std::string pair{static_cast<char>(i >> 8), static_cast<char>(i)};
@@ -47,7 +47,7 @@ TEST(IniText, GivesBackWhatItTook) {
     }
 }
 
-TEST(WinApp, KeepsTextsInTheProfile) {
+TEST(WinApp, StoresStringsInProfile) {
     const TempFolder folder;
     const CString accents = QvFromUtf8("\xC3\xA9t\xC3\xA9 \\ \"x\"");
     for (const char* const company : {"", "QvCommon/Tests"}) {
@@ -76,7 +76,7 @@ TEST(WinApp, KeepsTextsInTheProfile) {
     EXPECT_TRUE(AfxGetApp());
 }
 
-TEST(WinApp, ReportsAValueThatCannotBeKept) {
+TEST(WinApp, ReportsWriteFailure) {
     const TempFolder folder;
     folder.Write("file", "");
     const ScopedProfile app((folder.Native() / "file").string());

@@ -26,7 +26,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(CodePages, HtmlEscape, testing::Values(1252, 65001));
 
-TEST_P(HtmlEscape, EqualsReplacingOneAfterTheOther) {
+TEST_P(HtmlEscape, MatchesSequentialReplacement) {
     const std::string_view pieces[] = {
         "&",    "<", ">", "\"",    "'",     "\\",   "\n", "\r", " ",   "\t",  "\xA0", "\xC2", "\xC3",  "\xE2\x80",
         "\x80", "a", "b", "nbsp;", "quot;", "amp;", "am", "p;", "lt;", "gt;", "<br>", "<P>",  "li x>", "BR />"};
@@ -40,7 +40,7 @@ TEST_P(HtmlEscape, EqualsReplacingOneAfterTheOther) {
         }
 }
 
-TEST_P(HtmlEscape, FindsSpecialsAtEveryPlaceOfLongTexts) {
+TEST_P(HtmlEscape, FindsSpecialsAtEveryOffset) {
     for (const std::string_view special :
          {"<", "\"", "\xA0", "\xC3\xA0", "\xC2\xA0", "\xE2\x80\xA0", "\xC2\n\xA0", "\n"})
         for (const int far : {0, 1000, 2020})
@@ -62,7 +62,7 @@ TEST_P(HtmlEscape, DirtyUndoesClean) {
     }
 }
 
-TEST(HtmlEscapeExamples, KeepTheirExactForm) {
+TEST(HtmlEscapeExamples, ExactOutput) {
     EXPECT_EQ(CHtmlWriter::Clean("\"&\""), "&quot;&amp;&quot;");
     EXPECT_EQ(CHtmlWriter::Clean("a\r\nb"), "a<br>b");
     EXPECT_EQ(CHtmlWriter::CleanFloatOver("a\r\n<"), "a\r\n&lt;");
@@ -74,7 +74,7 @@ TEST(HtmlEscapeExamples, KeepTheirExactForm) {
 }
 
 // The code page, in which these bytes are other characters, must not matter.
-TEST_P(HtmlEscape, LeavesUtf8Whole) {
+TEST_P(HtmlEscape, PreservesUtf8) {
     constexpr const char* letters = "\xC3\xA0\xC2\xA0\xE2\x80\xA6\xF0\x9F\x98\xA0\xA0\xC3";
     for (const CString text : {letters, "\xE2\x80", "plain"}) {
         EXPECT_EQ(CHtmlWriter::CleanUtf8("<" + text + "\r\n\"&>"), "&lt;" + text + "<br>&quot;&amp;&gt;");

@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(RebaseAddress, JoinsToFoldersAndAddresses) {
+TEST(RebaseAddress, JoinsWithFoldersAndUrls) {
     using Row = std::tuple<const char*, const char*, const char*>;
     for (const auto& [base, value, joined] :
          {// Folders in every form
@@ -39,7 +39,7 @@ TEST(RebaseAddress, JoinsToFoldersAndAddresses) {
     EXPECT_EQ(qv::RebaseAddress("&sol;&sol;host/a", "http://h/"), std::nullopt);
 }
 
-TEST(HtmlDocument, FindsAddressesAsBrowsersDo) {
+TEST(HtmlDocument, FindsUrlsLikeBrowsers) {
     // "@" marks the places where the base is inserted.
     for (const char* const marked :
          {"<a href=@x>", "<A\nHREF = '@x' CLASS=y>", "<img/src=\"@x\"/alt='src=y'>", "<a href=@x/>",
@@ -62,7 +62,7 @@ TEST(HtmlDocument, FindsAddressesAsBrowsersDo) {
               "<a href=p/x></body><a href=p/y>");
 }
 
-TEST(HtmlDocument, BaseElementComesBetween) {
+TEST(HtmlDocument, HonoursBaseElement) {
     using Row = std::tuple<const char*, const char*>;
     for (const auto& [href, joined] :
          {Row{"sub/index.htm", "p/sub/x"}, Row{"http://h/d/", "http://h/d/x"}, Row{"../", "x"}, Row{"#f", "p/x"},
@@ -74,7 +74,7 @@ TEST(HtmlDocument, BaseElementComesBetween) {
     EXPECT_EQ(CHtmlWriter::GetRebasedBody(longPage, "p"), "<a href=p/x>");
 }
 
-TEST(HtmlDocument, RebasesWhatItIsAskedFor) {
+TEST(HtmlDocument, RebasesRequestedElements) {
     CHtmlDocument page = CHtmlWriter::LoadDocument("<A HREF=a><img src=b longdesc=c><p><area href=d>");
     ASSERT_EQ(page.GetElementCount(), 3);
     EXPECT_EQ(page.GetTag(0), "a");

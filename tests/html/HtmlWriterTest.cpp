@@ -14,7 +14,7 @@ namespace {
 constexpr auto kNone = CHtmlWriter::alignNone, kLeft = CHtmlWriter::alignLeft, kCenter = CHtmlWriter::alignCenter,
                kRight = CHtmlWriter::alignRight, kOdd = static_cast<CHtmlWriter::enumAlign>(7);
 
-TEST(HtmlWriter, WritesTextElementsInTheirExactForm) {
+TEST(HtmlWriter, ExactTextElements) {
     CHtmlWriter page;
     page.OpenTag("b", "");
     page.AddText("<");
@@ -44,7 +44,7 @@ TEST(HtmlWriter, WritesTextElementsInTheirExactForm) {
               "<ol start=3><li><b></li></ol><ul><li y>x</li></ul>");
 }
 
-TEST(HtmlWriter, WritesImagesLinksAndFormsInTheirExactForm) {
+TEST(HtmlWriter, ExactImagesLinksAndForms) {
     CHtmlWriter page;
     page.AddImage("a.gif", kNone, "", 0, 0, "");
     page.AddImage("a&.gif", kLeft, "\"<", 3, 0, "x");
@@ -86,7 +86,7 @@ void WriteGoldenPage(CHtmlWriter& page) {
     page.CloseTag("html");
 }
 
-TEST(HtmlWriter, WritesTheSamePageToMemoryAndToAFile) {
+TEST(HtmlWriter, MemoryAndFileOutputMatch) {
     CHtmlWriter inMemory;
     WriteGoldenPage(inMemory);
     EXPECT_EQ(inMemory.GetHtml(), GoldenPage(qv::test::kGoldenSalesPage));
@@ -111,7 +111,7 @@ TEST(HtmlWriter, WritesTheSamePageToMemoryAndToAFile) {
     EXPECT_EQ(folder.Read("page.html"), "again");
 }
 
-TEST(HtmlWriter, CopiesTakeTheTextOnly) {
+TEST(HtmlWriter, CopiesContentOnly) {
     const TempFolder folder;
     CHtmlWriter a, b;
     a.AddText("a");
@@ -178,7 +178,7 @@ TEST(HtmlWriter, FilesThatCannotBeOpened) {
     EXPECT_EQ(CHtmlWriter::GetFileBodyWords(folder / "none"), "");
 }
 
-TEST(HtmlWriter, RaisesForAFullDiskNotLaterThanTheCommit) {
+TEST(HtmlWriter, RaisesDiskFullByCommit) {
     const TempFolder folder;
     CHtmlWriter page;
     page.SetFilename(folder / "page.html");
@@ -197,7 +197,7 @@ TEST(HtmlWriter, RaisesForAFullDiskNotLaterThanTheCommit) {
     EXPECT_EQ(folder.Read("page.html"), "again");
 }
 
-TEST(HtmlWriter, OthersReadButDoNotWriteThePage) {
+TEST(HtmlWriter, OpenFileDeniesOtherWriters) {
     const TempFolder folder;
     const CString path = folder / "page.html";
     CHtmlWriter page;

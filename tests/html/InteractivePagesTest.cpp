@@ -34,7 +34,7 @@ std::string WithNumberedNodes(std::string page) {
     return page;
 }
 
-TEST(InteractivePages, AreWrittenInTheirExactFormWithTheSupportOnTop) {
+TEST(InteractivePages, MatchGoldenPages) {
     const std::map<std::string_view, std::string_view> golden{{"sections", qv::test::kGoldenSectionsPage},
                                                               {"popups", qv::test::kGoldenPopupsPage},
                                                               {"quickmenu", qv::test::kGoldenQuickMenuPage},
@@ -96,12 +96,12 @@ void CompareOnRandomTexts(const std::vector<std::string>& pieces) {
     EXPECT_GT(marked, 400);
 }
 
-TEST(Glossary, MarksExactlyTheTermsThatTheRulesGive) {
+TEST(Glossary, MatchesReference) {
     const WesternCodePage western;
     CompareOnRandomTexts({"a", "A", "b", " ", "s", "es", "E", "-", "1", "\xE9", "<", "'", "\r\n", "ab", "a b"});
 }
 
-TEST(Glossary, MarksTheSameInUtf8) {
+TEST(Glossary, MatchesReferenceInUtf8) {
     const Utf8Locale locale;
     if (!locale) GTEST_SKIP() << "no UTF-8 locale";
     CompareOnRandomTexts({"a", "A", "\xC3\xA9", "\xC3\x89", " ", "s", "\xE9", "\xC3", "\xE2\x82\xAC", "b-"});

@@ -30,7 +30,7 @@ protected:
     const CString m_section = m_folder.Native().parent_path().filename().string();
 };
 
-TEST_F(NavBars, OptionsGoByTheirIndex) {
+TEST_F(NavBars, SelectOptionByIndex) {
     COptionNavBar bar;
     bar.SetOptions({"One", "Two", "two"});
     EXPECT_EQ(bar.ProcessCommand("2"), 0);
@@ -68,7 +68,7 @@ TEST_F(NavBars, StringOptionsAreKeptInTheProfile) {
     EXPECT_EQ(m_app.GetProfileString(m_section, "Option", "none"), "");
 }
 
-TEST_F(NavBars, GroupsGoByTheirKeys) {
+TEST_F(NavBars, SelectGroupByKey) {
     CGroupNavBar bar(m_section, "Group");
     bar.SetGroups({"Mine", "Yours"}, {"k1", "K1"});
     EXPECT_TRUE(Raised<CInvalidArgException>([&] { bar.SetGroups({"a"}, {}); }));
@@ -88,7 +88,7 @@ struct Recent : CMruNavBar {
     CString GetDisplayText(const CString& id) override { return id == "hidden" ? CString() : "<" + id + ">"; }
 };
 
-TEST_F(NavBars, TheLastUsedComeFirst) {
+TEST_F(NavBars, ListMostRecentlyUsedFirst) {
     Recent bar(3, m_section, "Mru");
     using Row = std::tuple<const char*, const char*, const char*>;
     for (const auto& [id, stored, rows] : {Row{"a", "a,,", "[<a>"}, Row{"b", "b,a,", "[<b> <a>"},

@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(DIBitmap, RefusesOtherFilesAndTakesCutOnes) {
+TEST_F(DIBitmap, RejectsOtherFilesAcceptsTruncated) {
     const std::string notBitmap = "Error:Unexpected file type, not a DIB\n",
                       old = "Error:OS2 PM BMP Format not supported\n";
     const std::string good = BitmapFile({.width = 2, .height = 2, .bits = 8});
@@ -127,7 +127,7 @@ TEST_F(DIBitmap, SavesTheLayoutOf8BitBitmaps) {
 }
 
 /// Every other header is converted to what a header of 40 bytes gives.
-TEST_F(DIBitmap, ConvertsTheHeadersOfOthers) {
+TEST_F(DIBitmap, ConvertsOtherHeaders) {
     const std::string masks = Words({0xF800, 0x7E0, 0x1F});
     const struct {
         BitmapRecipe recipe;

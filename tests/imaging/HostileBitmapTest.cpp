@@ -25,7 +25,7 @@ void UseAll(Bitmap& bitmap, CFile& out) {
     bitmap.PadBits();
 }
 
-TEST_F(HostileBitmap, BoundsWhatAFileSays) {
+TEST_F(HostileBitmap, BoundsDeclaredValues) {
     const BitmapRecipe five = {.width = 5, .height = 3, .bits = 8};
     const auto with = [&](std::size_t at, std::uint32_t word) {
         return BitmapFile(five).replace(at, 4, Words({word}));
@@ -61,7 +61,7 @@ TEST_F(HostileBitmap, BoundsWhatAFileSays) {
     }
 }
 
-TEST_F(HostileBitmap, SurvivesEveryCutAndFlip) {
+TEST_F(HostileBitmap, SurvivesTruncationAndBitFlips) {
     const std::string masks = Words({0xF800, 0x7E0, 0x1F}), runs("\5\x10\0\3\x11\x10\0\2\1\1\3\1\0\1", 14);
     for (const BitmapRecipe& recipe :
          {BitmapRecipe{.width = 11, .height = 2, .bits = 1},

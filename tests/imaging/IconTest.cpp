@@ -71,7 +71,7 @@ TEST_F(Icon, ReadsEveryKindOfPicture) {
     for (std::size_t i = 0; i < pictures.size(); ++i) EXPECT_EQ(Seen(*pictures[i]), kinds[i].pixels) << i;
 }
 
-TEST_F(Icon, ReadsWhatItWrites) {
+TEST_F(Icon, Roundtrip) {
     Bitmap small, tiny, large;
     Make({{0xFF102030, 0x00405060, 0x01FFFFFF}, {0, 0, 0}}, small);
     Make({{0}}, tiny);
@@ -95,7 +95,7 @@ TEST_F(Icon, ReadsWhatItWrites) {
     EXPECT_TRUE(m_folder.Read("a.ico") == bytes);
 }
 
-TEST_F(Icon, RefusesWhatIsDamaged) {
+TEST_F(Icon, RejectsMalformedFiles) {
     const std::string picture = IconBitmap({.width = 5, .height = 3, .bits = 4}, std::string(12, '\0'));
     const std::string good = IconFile({picture, PngBytes({.width = 2, .height = 2})});
     const auto with = [&](std::size_t at, const std::string& bytes) {

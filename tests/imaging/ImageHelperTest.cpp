@@ -80,7 +80,7 @@ TEST_F(ImageHelper, ChangesPixels) {
            [](Source s, Target t) { return Helper::Blend(s, s, t, -1, 0, 128); });
 }
 
-TEST_F(ImageHelper, RotatesIntoAPictureThatHoldsAll) {
+TEST_F(ImageHelper, RotationEnlargesPicture) {
     const PixelRows flat(20, std::vector<std::uint32_t>(30, R));
     for (const DWORD background : {Helper::transparent, DWORD{0x0000FF}})
         for (const double degrees : {30.0, 123.0, -200.5, 750.0}) {
@@ -100,7 +100,7 @@ TEST_F(ImageHelper, RotatesIntoAPictureThatHoldsAll) {
 }
 
 /// Results of fractions are the same on every system, to the last bit.
-TEST_F(ImageHelper, GivesTheSameBytesEverywhere) {
+TEST_F(ImageHelper, DeterministicOnEverySystem) {
     Noise(61, 47, m_source);
     const auto checksum = [&](BOOL done) { return done == 1 ? MemCRC(m_target.Bits()) : 0; };
     EXPECT_EQ(checksum(Helper::Scale(m_source, m_target, 40, 90)), 2511760994u);
@@ -133,7 +133,7 @@ TEST_F(ImageHelper, Compares) {
     }
 }
 
-TEST_F(ImageHelper, LeavesTheTargetWhereNothingCanBeDone) {
+TEST_F(ImageHelper, FailurePreservesTarget) {
     constexpr double infinite = std::numeric_limits<double>::infinity();
     Bitmap none, target;
     Make({{R, G}, {B, W}}, m_source);

@@ -89,7 +89,7 @@ TEST_F(ParseEmf, CallsHooksAndChecksTheHeaderOnlyWhenAsked) {
     }
 }
 
-TEST_F(ParseEmf, EndsAtSizesThatCannotBe) {
+TEST_F(ParseEmf, RejectsInvalidRecordSizes) {
     const std::string head = HeaderRecord(), end = EndRecord();
     const auto sized = [&](std::uint32_t size) { return head + Words({43, size, 0, 0, 0, 0}) + end; };
     const struct {
@@ -115,7 +115,7 @@ TEST_F(ParseEmf, EndsAtSizesThatCannotBe) {
     EXPECT_EQ(Outcome(walk, m_folder / "none.emf"), 101);
 }
 
-TEST_F(ParseEmf, LeavesTheFileAfterTheEndRecordAndClosesItAfterErrors) {
+TEST_F(ParseEmf, StopsAfterEndRecordAndClosesOnError) {
     m_folder.Write("a.emf", "xx" + SmallMetafile(7) + "more");
     CFile file(m_folder / "a.emf", CFile::modeRead);
     file.Seek(2, CFile::begin);
@@ -135,7 +135,7 @@ TEST_F(ParseEmf, LeavesTheFileAfterTheEndRecordAndClosesItAfterErrors) {
     EXPECT_EQ(error->GetCode(), 5);
 }
 
-TEST_F(ParseEmf, ClearsWhatTheFormatLeavesUndefined) {
+TEST_F(ParseEmf, ClearsUndefinedBytes) {
     EXPECT_EQ(Process(SmallMetafile(u'#')), 1);
     EXPECT_EQ(walk.bytes, SmallMetafile(0));
     for (const std::string tail : {"", "1", "123"})
@@ -146,7 +146,7 @@ TEST_F(ParseEmf, ClearsWhatTheFormatLeavesUndefined) {
     for (const auto& [style, hatch] : pens) EXPECT_EQ(Cleaned(PenRecord(style, 9)), PenRecord(style, hatch));
 }
 
-TEST_F(ParseEmf, LeavesAloneWhatTheRecordDoesNotHold) {
+TEST_F(ParseEmf, IgnoresFieldsBeyondRecord) {
     // The last one that fits: 3 characters at 78 end the record with their padding.
     EXPECT_EQ(Cleaned(TextRecord(u"odd", '#', 80)), TextRecord(u"odd", '#', 80).replace(86, 2, 2, '\0'));
     for (const std::uint32_t offset : {0u, 1u, 51u, 83u, 0xFFFFFFFEu})
@@ -165,7 +165,7 @@ TEST_F(ParseEmf, LeavesAloneWhatTheRecordDoesNotHold) {
         }
 }
 
-TEST(ParseEmfTables, GiveTextsOfErrorsAndNamesOfTypes) {
+TEST(ParseEmfTables, ErrorMessagesAndTypeNames) {
     CParseEmf parser;
     const std::string texts =
         "|File not found.|Expected an EMF file.|Invalid metafile header type.|Error reading metafile header.|"
@@ -208,7 +208,7 @@ TEST(ParseEmfTables, GiveTextsOfErrorsAndNamesOfTypes) {
 }
 
 // Every cut and every flipped bit of a file ends in a result or a documented error, and the records never exceed the file.
-TEST_F(ParseEmf, SurvivesEveryCutAndFlip) {
+TEST_F(ParseEmf, SurvivesTruncationAndBitFlips) {
     const std::string good = SmallMetafile('#');
     CFile file(m_folder / "a.emf", CFile::modeCreate | CFile::modeReadWrite);
     std::set<int> outcomes;

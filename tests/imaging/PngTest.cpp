@@ -126,7 +126,7 @@ TEST_F(Png, WritesEveryDepth) {
     EXPECT_TRUE(m_folder.Read("w.png") == before);
 }
 
-TEST_F(Png, RefusesWhatIsDamaged) {
+TEST_F(Png, RejectsMalformedFiles) {
     const PngRecipe two = {.width = 2, .height = 2, .colour = 2};
     const std::string data = Chunk("IDAT", StoredStream(PngData(two))), end = Chunk("IEND", "");
     const auto with = [&](const std::string& rest) { return kPngStart + Chunk("IHDR", PngHead(two)) + rest; };

@@ -30,7 +30,7 @@ class Debian(unittest.TestCase):
     def field(self, package, name):
         return run("dpkg-deb", "-f", self.files[package], name).strip()
 
-    def test_what_they_say(self):
+    def test_package_metadata(self):
         self.assertEqual(sorted(self.files), sorted(DEBIAN))
         version = self.field(LIBRARY, "Version")
         for package in ("libqvcommon-dev", "qvcommon-tools"):
@@ -39,7 +39,7 @@ class Debian(unittest.TestCase):
             self.assertIn(library + " ", self.field(LIBRARY, "Depends"))
         self.assertEqual(self.field("qvcommon-doc", "Architecture"), "all")
 
-    def test_what_lintian_says(self):
+    def test_lintian(self):
         if not shutil.which("lintian"):
             self.skipTest("lintian is missing")
         run("lintian", "--allow-root", "--fail-on", "error", *self.files.values())

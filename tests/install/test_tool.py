@@ -58,7 +58,7 @@ class Tool:
         for command in ("", "text wrap"):
             self.assertEqual(self.qv("help", *command.split()), self.qv(*command.split(), "--help"))
 
-    def test_a_reader_that_has_enough(self):
+    def test_closed_output_pipe(self):
         for name in range(3000):
             (self.folder / f"a rather long name, so that they do not fit into a pipe {name}").touch()
         for signals in (True, False):  # with the signal that ends a writer on Linux, and without
@@ -93,7 +93,7 @@ class OnLinux(Tool, unittest.TestCase):
         for wrong in ((), ("no-such-command",), ("text",), ("xml",), ("--no-such-option",)):
             self.assertIn("--help", self.qv(*wrong, status=2))
 
-    def test_output_that_cannot_be_kept(self):
+    def test_output_to_full_disk(self):
         (self.folder / "a").write_text("a")
         self.assertEqual(self.qv("pack", ".", "a.cab"), "")  # its progress is for terminals
         for command in ("--help", "--version", "find .", "crc a", "list a.cab", "text plain"):

@@ -39,7 +39,7 @@ print("sent", kept[0].recv(1), flush=True)
 sys.stdin.read()
 )";
 
-TEST(UserMessages, GarbageCostsItsSenderTheConnection) {
+TEST(UserMessages, MalformedDataClosesConnection) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system's own messages have no frames";
     const CString name = PlainName();
     ListeningChild child(name);
@@ -76,7 +76,7 @@ os.unlink(path)
 os.unlink(path + ".lock")
 )";
 
-TEST(UserMessages, ATextThatWasNotAcceptedIsSentAgain) {
+TEST(UserMessages, ResendsUnacknowledgedMessage) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system has no connections";
     const CString name = PlainName();
     CUserMessageListener::DoesListenerExist(name, 0);  // makes the folder
@@ -91,7 +91,7 @@ TEST(UserMessages, ATextThatWasNotAcceptedIsSentAgain) {
 
 // Killed listeners leave two files each, which the next one removes, of any name. A listener that takes such a name at the
 // same moment gets it.
-TEST(UserMessages, ListenersRemoveWhatKilledOnesLeft) {
+TEST(UserMessages, RemovesFilesOfKilledListeners) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system removes a process's windows";
     const auto files = [](const CString& name) {
         return fs::exists(SocketOf(name)) + fs::exists(SocketOf(name + ".lock"));
@@ -159,7 +159,7 @@ for line in sys.stdin:
     print(*[outcome(action) for action in actions], flush=True)
 )";
 
-TEST(UserMessages, OtherUsersNeitherListenNorSendNorRead) {
+TEST(UserMessages, InaccessibleToOtherUsers) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system keeps sessions apart";
     const CString name = PlainName();
     const fs::path socket = SocketOf(name), folder = socket.parent_path();

@@ -36,7 +36,7 @@ QV_CHILD(Listen) {
     return 0;
 }
 
-TEST(UserMessages, TextsOfAnyBytesArriveWhole) {
+TEST(UserMessages, DeliversArbitraryBytes) {
     const CString name = UniqueName();
     EXPECT_EQ(Send(name, "unheard"), 0);
     ListeningChild child(name);
@@ -53,7 +53,7 @@ TEST(UserMessages, TextsOfAnyBytesArriveWhole) {
     EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 0));
 }
 
-TEST(UserMessages, OneListenerOfANameAtMost) {
+TEST(UserMessages, AtMostOneListenerPerName) {
     const CString name = UniqueName();
     Listener first, second;
     ASSERT_TRUE(first.Create(name, 0));
@@ -73,7 +73,7 @@ TEST(UserMessages, OneListenerOfANameAtMost) {
     EXPECT_FALSE(CUserMessageListener::PumpMessages(1));
 }
 
-TEST(UserMessages, OfSimultaneousListenersOneListens) {
+TEST(UserMessages, OneOfConcurrentListenersWins) {
     for (int round = 0; round < 20; ++round) {
         const CString name = UniqueName();
         CProcess children[3];
@@ -87,7 +87,7 @@ TEST(UserMessages, OfSimultaneousListenersOneListens) {
     }
 }
 
-TEST(UserMessages, ASenderThatWaitsReceivesTexts) {
+TEST(UserMessages, WaitingSenderReceivesMessages) {
     const CString name = UniqueName(), ownName = UniqueName();
     ListeningChild child(name);
     Listener listener;
@@ -103,7 +103,7 @@ TEST(UserMessages, ASenderThatWaitsReceivesTexts) {
     Send(name, "end");
 }
 
-TEST(UserMessages, ExceptionsOfAHandlerLeaveTheCallThatRanIt) {
+TEST(UserMessages, HandlerExceptionsReachCaller) {
     struct Throwing : Listener {
         void OnUserMessage(const CString& text) override { throw std::runtime_error(text.AsStd()); }
     } listener;
@@ -137,7 +137,7 @@ TEST(UserMessages, ExceptionsOfAHandlerLeaveTheCallThatRanIt) {
     Send(answering, "end");
 }
 
-TEST(UserMessages, ADeadListenerBlocksNeitherItsNameNorItsSenders) {
+TEST(UserMessages, KilledListenerFreesNameAndSenders) {
     const CString name = UniqueName();
     const int rounds = qv::platform::HasDriveLetters() ? 20 : 100;  // a program starts slowly under an emulation
     std::mt19937 random(9);
@@ -163,7 +163,7 @@ QV_CHILD(SendWithoutEnd) {
     return 0;
 }
 
-TEST(UserMessages, AKilledSenderDisturbsNoListener) {
+TEST(UserMessages, KilledSenderDoesNotAffectListener) {
     const CString name = UniqueName();
     Listener listener;
     ASSERT_TRUE(listener.Create(name, 0));
@@ -183,7 +183,7 @@ TEST(UserMessages, AKilledSenderDisturbsNoListener) {
     }
 }
 
-TEST(MessageCommands, CarryTextsBetweenPrograms) {
+TEST(MessageCommands, SendMessagesBetweenProcesses) {
     const CString name = UniqueName();
     EXPECT_EQ(ToolStatus({"send", name, "unheard"}), 1);
     Background sender([&] {

@@ -30,7 +30,7 @@ TEST_F(PlatformContracts, StatusesKeepTheFirstFailure) {
     EXPECT_EQ(Status::OfError(0).cause(), FileCause::Generic);
 }
 
-TEST_F(PlatformContracts, FoldersAreWorkedInWithoutPaths) {
+TEST_F(PlatformContracts, FolderOperationsUseHandles) {
     MakeTree(m_folder.Native(), {"top/file", "top/sub/inner", "outside"});
     Folder top, sub, none;
     ASSERT_TRUE(top.Open(m_folder / "top", LastName::NoLink).ok());
@@ -72,7 +72,7 @@ TEST_F(PlatformContracts, FailedChangesLeaveFilesReadOnly) {
     EXPECT_TRUE(RemoveFileIn(folder, "kept").ok());
 }
 
-TEST_F(PlatformContracts, AnAtomicFileTakesItsPlaceWholeOrNotAtAll) {
+TEST_F(PlatformContracts, AtomicFileCommitsAllOrNothing) {
     m_folder.Write("x", "old");
     const auto write = [](AtomicFile& file) { return WriteBytes(file.Handle(), "new", 3); };
     {
@@ -97,7 +97,7 @@ TEST_F(PlatformContracts, AnAtomicFileTakesItsPlaceWholeOrNotAtAll) {
     EXPECT_EQ(m_folder.Tree(), "x=new y=new");
 }
 
-TEST_F(PlatformContracts, TemporaryNamesThatNoProcessHoldsAreFreeAgain) {
+TEST_F(PlatformContracts, ReusesStaleTemporaryNames) {
     // Opening a folder makes a file without a name: no file system has them here.
     const SystemFaults faults(SystemFaults::Always(CallKind::Open, FileCause::AccessDenied, "/"));
     m_folder.Write(".qv1.tmp", "of a process that died");
@@ -112,7 +112,7 @@ TEST_F(PlatformContracts, TemporaryNamesThatNoProcessHoldsAreFreeAgain) {
     EXPECT_EQ(m_folder.Tree(), ".qv2.tmp/ .qv2.tmp/is a folder x=first");
 }
 
-TEST_F(PlatformContracts, CopiesKeepTimesAndAttributesAndReplaceFilesOnly) {
+TEST_F(PlatformContracts, CopyPreservesMetadataReplacesFilesOnly) {
     MakeTree(m_folder.Native(), {"from", "to", "folder/"});
     EXPECT_TRUE(ChangeStatus(m_folder / "from", 1'000'000'000, kReadOnly).ok());
     for (const char* const name : {"new", "to"}) {
@@ -151,7 +151,7 @@ TEST_F(PlatformContracts, TheRemovalOfAnOpenFileEndsTheWait) {
     watch->WaitFor(std::chrono::hours(1));
 }
 
-TEST_F(PlatformContracts, LimitsAreKept) {
+TEST_F(PlatformContracts, BoundaryValues) {
     EXPECT_EQ(FromSeconds(-kSecondsFrom1601To1970), (CalendarTime{.year = 1601}));
     EXPECT_EQ(ListSeparator(1), "");
 }

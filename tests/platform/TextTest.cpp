@@ -20,7 +20,7 @@ bool HasSystemCodePage() {
 }
 
 // The search without regard to case compares bytes first and has a fixed list of characters that become ASCII letters.
-TEST(Text, OnlyTwoLongCharactersBecomeAsciiInUpperCase) {
+TEST(Text, OnlyTwoNonAsciiCharactersUpperToAscii) {
     const Utf8Locale utf8;
     if (!utf8) GTEST_SKIP() << "texts are not UTF-8 here";
     std::string found;
@@ -57,7 +57,7 @@ TEST(Text, TrimsWholeCharacters) {
         EXPECT_EQ(CStringHelper::TrimString(std::string(" ") + kept + " "), kept);
 }
 
-TEST(Text, ATurkishLocaleKeepsItsOwnLetterI) {
+TEST(Text, TurkishLocaleUsesDottedI) {
     const ScopedLocale turkish("tr_TR.UTF-8");
     if (!turkish) GTEST_SKIP() << "no Turkish locale here";
     EXPECT_EQ(ToUpper("mini"), "M\u0130N\u0130");
@@ -93,7 +93,7 @@ TEST(Text, FollowsTheChosenCodePage) {
 }
 
 // The code page need not be the character set of the C library's locale.
-TEST(Text, GoesToUtf8AndBack) {
+TEST(Text, ConvertsToAndFromUtf8) {
     struct Row {
         int codePage;
         const char *text, *utf8, *back;
@@ -111,7 +111,7 @@ TEST(Text, GoesToUtf8AndBack) {
     EXPECT_EQ(QvFromUtf8("\xE2\x88\x9E\xEF\xBC\xA1"), "??");  // infinity and a full-width A
 }
 
-TEST(Text, TheLocalesTextsComeInTheCodePage) {
+TEST(Text, ConvertsLocaleStringsToCodePage) {
     const ScopedLocale german("de_DE.UTF-8");
     const WesternCodePage western;
     if (!german || !western || HasSystemCodePage()) GTEST_SKIP() << "the C library's texts need no conversion here";

@@ -50,7 +50,7 @@ void ExpectTypesToComeBack(ProfileStore& store) {
     EXPECT_FALSE(store.HasEntry("Types", "double"));
 }
 
-TEST(ProfileStore, TypesComeBackFromFilesAndProfiles) {
+TEST(ProfileStore, RoundtripsTypesInFilesAndProfiles) {
     const ScopedLocale german(GermanLocale());  // numbers with a comma
     const TempFolder folder;
     ProfileStore file(folder / "a.ini");
@@ -67,7 +67,7 @@ TEST(ProfileStore, TypesComeBackFromFilesAndProfiles) {
     }
 }
 
-TEST(ProfileStore, WhatIsNoValueGivesTheDefault) {
+TEST(ProfileStore, InvalidValuesReturnDefault) {
     const TempFolder folder;
     folder.Write("a.ini",
                  "[s]\nempty=\ntext=12a\nbig=2147483648\nhex=0x10\nodd=ABC\nword=maybe\nplus= +5 \nsign=+-5\nyes=ON\n"
@@ -85,7 +85,7 @@ TEST(ProfileStore, WhatIsNoValueGivesTheDefault) {
     EXPECT_EQ(store.GetString("s", "empty", "x") + store.GetString("s", "none", "x"), "x");
 }
 
-TEST(ProfileStore, KeepsWhatItDoesNotChange) {
+TEST(ProfileStore, PreservesUnchangedContent) {
     const TempFolder folder;
     const std::string head = "\xEF\xBB\xBF; by hand\r\nstray\r\n\r\n[One]\r\n# first\r\nb = 1\r\n";
     const std::string tail = "\r\n[one]\r\nlater=never read\r\n[ Two ]\r\n\xFF\xFE\x01=\x02\r\n[";
@@ -100,7 +100,7 @@ TEST(ProfileStore, KeepsWhatItDoesNotChange) {
     EXPECT_EQ(store.GetInteger("One", "b"), 2) << "another program's change is seen at once";
 }
 
-TEST(ProfileStore, RaisesForWhatCannotBeKept) {
+TEST(ProfileStore, RaisesWhenValueCannotBeStored) {
     const TempFolder folder;
     folder.Write("large.ini", "[s]\ne=1\n");
     std::filesystem::resize_file(folder.Native("large.ini"), (16 << 20) + 1);
@@ -144,7 +144,7 @@ QV_CHILD(ChangeSettings) {
     return 0;
 }
 
-TEST(ProfileStore, NoProcessUndoesAnother) {
+TEST(ProfileStore, ConcurrentUpdatesAreNotLost) {
     const TempFolder folder;
     folder.Write("a.ini", "; kept\n");
     CProcess writers[3];
@@ -166,7 +166,7 @@ TEST(ProfileStore, NoProcessUndoesAnother) {
     EXPECT_TRUE(folder.Read("a.ini").starts_with("; kept\n"));
 }
 
-TEST(ProfileStore, UsersOfOneFolderShareTheLock) {
+TEST(ProfileStore, LockPermissionsFollowFolder) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "folders decide by access lists";
     namespace fs = std::filesystem;
     const TempFolder folder;

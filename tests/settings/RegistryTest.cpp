@@ -22,7 +22,7 @@ protected:
     ScopedProfile m_app{m_folder.Native().string()};
 };
 
-TEST_F(RegistryTest, ValuesAreReadAsEveryTypeThatTheyAre) {
+TEST_F(RegistryTest, ConvertsValuesBetweenTypes) {
     CCommonAppRegistry key("Types");
     key.SetString("text", "a,\"b c\"");
     key.SetString("digits", "42");
@@ -57,7 +57,7 @@ TEST_F(RegistryTest, ValuesAreReadAsEveryTypeThatTheyAre) {
     EXPECT_THAT(key.GetValueNames().AsStd(), UnorderedElementsAre("text", "digits", "number", "bytes", "list", ""));
 }
 
-TEST_F(RegistryTest, IsTheProfileOfTheApplication) {
+TEST_F(RegistryTest, SharesApplicationProfile) {
     CCommonAppRegistry("Bars").SetString("group", "a");
     EXPECT_EQ(m_app.GetProfileString("Bars", "group"), "a");
     ProfileStore().SetInteger("Bars", "size", 5);
@@ -66,7 +66,7 @@ TEST_F(RegistryTest, IsTheProfileOfTheApplication) {
     EXPECT_EQ(size, 5u);
 }
 
-TEST_F(RegistryTest, KeysHoldKeys) {
+TEST_F(RegistryTest, NestedKeys) {
     for (const char* const name : {"A", "A\\B", "A\\B\\C", "AB"}) CCommonAppRegistry(name).SetInteger("n", 1);
     EXPECT_THAT(CCommonAppRegistry("").GetKeyNames().AsStd(), UnorderedElementsAre("A", "AB"));
     EXPECT_THAT(CCommonAppRegistry("a").GetKeyNames().AsStd(), UnorderedElementsAre("B"));
@@ -84,7 +84,7 @@ TEST_F(RegistryTest, KeysHoldKeys) {
     EXPECT_FALSE(other.GetString("e", text));
 }
 
-TEST_F(RegistryTest, RefusesWhatItCannotKeep) {
+TEST_F(RegistryTest, RejectsUnstorableValues) {
     CCommonAppRegistry key("s");
     const std::string_view zero("a\0b", 3);
     CString text;
@@ -98,7 +98,7 @@ TEST_F(RegistryTest, RefusesWhatItCannotKeep) {
     std::filesystem::remove(m_folder.Native("QvCommonTests"));
 }
 
-TEST_F(RegistryTest, FoldersAreTheApplicationsOwn) {
+TEST_F(RegistryTest, ApplicationFolders) {
     EXPECT_EQ(GetFriendlyName(), "QvCommonTests");
     SetFriendlyName("Tests & more");
     EXPECT_EQ(GetFriendlyName(), "Tests & more");

@@ -41,7 +41,7 @@ TEST(DllInstance, CallsFunctionsByName) {
     EXPECT_EQ(first.Find(kAdd), nullptr);
 }
 
-TEST(DllInstance, RefusesOtherFiles) {
+TEST(DllInstance, RejectsNonLibraryFiles) {
     const TempFolder folder;
     const std::string whole = CFileUtils::ReadFile(Sample()).AsStd();
     ASSERT_GT(whole.size(), 1000u);

@@ -59,7 +59,7 @@ protected:
     const std::string m_path = m_folder.Native(m_name).string();
 };
 
-TEST_F(ShellVerbHelperTest, HandsNamesOverAsTheyAre) {
+TEST_F(ShellVerbHelperTest, PassesNamesUnchanged) {
     StandIn("xdg-open", 0);
     StandIn("lp", 0);
     const Asked opened = Ask("open"), printed = Ask("print");
@@ -68,7 +68,7 @@ TEST_F(ShellVerbHelperTest, HandsNamesOverAsTheyAre) {
     EXPECT_EQ(printed.called, "lp|--|" + m_path + "\n");
 }
 
-TEST_F(ShellVerbHelperTest, AsksTheFileManagerFirst) {
+TEST_F(ShellVerbHelperTest, RevealPrefersFileManager) {
     const std::string folder = m_folder.Native("x").parent_path().string();
     const std::string uri = "file://" + folder + "/-a%20%27b%22%2C%24%28c%29.txt";
     StandIn("xdg-open", 0);
@@ -83,14 +83,14 @@ TEST_F(ShellVerbHelperTest, AsksTheFileManagerFirst) {
     EXPECT_THAT(Ask("reveal").called, testing::EndsWith("|['" + uri + "']|''\n"));
 }
 
-TEST_F(ShellVerbHelperTest, GivesTheReason) {
+TEST_F(ShellVerbHelperTest, ReportsReasonForFailure) {
     const std::string path = (m_folder / m_name).AsStd();
     EXPECT_EQ(Ask("open").answer, path + ": xdg-open cannot be started. Is it installed?");
     StandIn("xdg-open", 3);
     EXPECT_EQ(Ask("open").answer, path + ": xdg-open failed with status 3.");
 }
 
-TEST(ShellVerbHelper, RefusesWhatIsNotThere) {
+TEST(ShellVerbHelper, RejectsMissingFiles) {
     const TempFolder folder;
     for (const auto verb : {&CShellVerbHelper::Open, &CShellVerbHelper::Print, &CShellVerbHelper::Reveal}) {
         const auto error = Raised<CFileException>([&] { verb(folder / "none"); });
@@ -109,7 +109,7 @@ QV_CHILD(NoteDocument) {
     return 0;
 }
 
-TEST(ShellVerbHelper, StartsTheProgramOfTheKindOfDocument) {
+TEST(ShellVerbHelper, StartsRegisteredProgram) {
     if (!qv::platform::HasDriveLetters()) GTEST_SKIP() << "kinds of documents are the desktop's business";
     const TempFolder folder;
     const CString document = folder / "a & b.qvcommontest";
@@ -140,7 +140,7 @@ TEST(ShellVerbHelper, StartsTheProgramOfTheKindOfDocument) {
     EXPECT_GT(error->GetText().GetLength(), document.GetLength() + 4) << "gives a reason";
 }
 
-TEST(NetUtils, KnowsUsersAndMachine) {
+TEST(NetUtils, ReturnsUserAndMachineNames) {
     CStringArray names = {"old"};
     EXPECT_TRUE(CNetUtils::GetUserNames(names));
     EXPECT_THAT(names.AsStd(), testing::Not(testing::Contains("old")));

@@ -37,7 +37,7 @@ TEST_P(Executors, CallWithEachNumberOnce) {
     }
 }
 
-TEST_P(Executors, RaiseTheFirstFailureByNumberAndFreeTheOthers) {
+TEST_P(Executors, RaiseFailureOfLowestIndex) {
     std::atomic<int> lowest = 1000;
     for (int round = 0; round < 50; ++round) {
         const auto fail = [&](std::size_t i) {
@@ -55,7 +55,7 @@ TEST_P(Executors, RaiseTheFirstFailureByNumberAndFreeTheOthers) {
     const auto dropped = m_executor.Start([]() -> int { AfxThrowInvalidArgException(); });
 }
 
-TEST_P(Executors, DropWhatHasNotBegunAndWaitForWhatRuns) {
+TEST_P(Executors, DropPendingAndAwaitRunningTasks) {
     std::atomic<int> running = 0, ended = 0;
     {
         std::vector<Task<int>> tasks;
@@ -74,7 +74,7 @@ TEST_P(Executors, DropWhatHasNotBegunAndWaitForWhatRuns) {
 
 INSTANTIATE_TEST_SUITE_P(Threads, Executors, testing::Values(0u, 1u, 4u, 1000u));
 
-TEST(Executor, RunsBesideItsOwner) {
+TEST(Executor, RunsConcurrentlyWithOwner) {
     Executor executor(1);
     std::promise<void> begun, mayEnd;
     auto task = executor.Start([&] {

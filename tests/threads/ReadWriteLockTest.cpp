@@ -12,7 +12,7 @@
 
 namespace {
 
-TEST(ReadWriteLock, AWaitingWriterKeepsNewReadersOut) {
+TEST(ReadWriteLock, WaitingWriterBlocksNewReaders) {
     CReadWriteLock lock;
     bool wrote = false;
     lock.StartRead();
@@ -35,7 +35,7 @@ TEST(ReadWriteLock, AWaitingWriterKeepsNewReadersOut) {
     EXPECT_TRUE(writer.Ends() && reader.Ends());
 }
 
-TEST(ReadWriteLock, AWriterHandsOverToAWriterThenToAllReaders) {
+TEST(ReadWriteLock, WriterHandsOverToWriterThenReaders) {
     CReadWriteLock lock;
     std::atomic<int> reading = 0;
     bool wrote = false;
@@ -58,7 +58,7 @@ TEST(ReadWriteLock, AWriterHandsOverToAWriterThenToAllReaders) {
     EXPECT_TRUE(writer.Ends() && first.Ends() && second.Ends() && third.Ends());
 }
 
-TEST(ReadWriteLock, AWriterGetsInBesideOthersThatNeverRest) {
+TEST(ReadWriteLock, WriterIsNotStarvedByOtherWriters) {
     CReadWriteLock lock;
     std::atomic<bool> done = false;
     const auto write = [&] {
@@ -85,7 +85,7 @@ private:
     std::atomic<int>& m_alive;
 };
 
-TEST(LockedObjectMap, KeepsTheObjectsOfItsCallers) {
+TEST(LockedObjectMap, DoesNotDeleteReplacedOrRemoved) {
     std::atomic<int> alive = 0;
     CLockedObjectMap map;
     Counted first(alive), other(alive);
@@ -152,7 +152,7 @@ TEST(LockedObjectMap, CopiesHaveTheirOwnLocks) {
     EXPECT_TRUE(map.GetAt("assigned", references[2], 0));
 }
 
-TEST(ReadWriteLock, ACopyTakesOverWhatIsHeld) {
+TEST(ReadWriteLock, CopyTakesOverHeldLock) {
     CReadWriteLock lock;
     lock.StartWrite();
     CReadWriteLock copy(lock);
@@ -169,7 +169,7 @@ TEST(ReadWriteLock, ACopyTakesOverWhatIsHeld) {
 }
 
 // Values under the locks are not atomic: the thread sanitizer finds races that the counts miss.
-TEST(LockedObjectMap, SurvivesEverythingAtOnce) {
+TEST(LockedObjectMap, ConcurrentOperations) {
     std::atomic<int> alive = 0;
     std::atomic<long> added = 0, counted = 0, sum = 0;
     CLockedObjectMap map;

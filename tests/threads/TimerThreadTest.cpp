@@ -40,7 +40,7 @@ private:
     std::string m_log;
 };
 
-TEST(TimerThread, TicksAtOnceAndStopsWithoutWaitingForTheInterval) {
+TEST(TimerThread, TicksImmediatelyAndStopsPromptly) {
     Recorder timer;
     EXPECT_EQ(timer.GetTickSeconds(), 900U);
     timer.StopThread();
@@ -62,7 +62,7 @@ TEST(TimerThread, TicksOnWithoutAnInterval) {
 }
 
 // The parked thread must not take the signal that ends the next one, nor use the object once it is destroyed.
-TEST(TimerThread, AThreadThatStopsItselfParks) {
+TEST(TimerThread, ThreadStoppingItselfParks) {
     for (int i = 0; i < 20; ++i) {
         Recorder timer(1);
         timer.StartThread(0);

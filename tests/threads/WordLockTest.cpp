@@ -18,7 +18,7 @@ using Lock = qv::WordLock<SteppedWord, SteppedEventCount, 2>;
 
 class WordLock : public testing::TestWithParam<Crew> {};
 
-TEST_P(WordLock, ExcludesAndAdmitsEveryThreadInAnyOrderOfSteps) {
+TEST_P(WordLock, ExclusionAndProgressInAnyInterleaving) {
     // Wine switches threads slowly.
     const unsigned seeds = qv::platform::HasDriveLetters() ? 25 : 100;
     std::uint64_t most = 0;

@@ -29,7 +29,7 @@ TEST(EmfCommand, ListsRecordsAndTheHeader) {
         EXPECT_EQ(ToolStatus({"emf", "list", folder / broken}), 1) << broken;
 }
 
-TEST(EmfCommand, NormalisesToEqualBytesAndReplacesOnlyByAWholeFile) {
+TEST(EmfCommand, NormalisesDeterministicallyAndAtomically) {
     const TempFolder folder;
     for (const char rubbish : {'#', '$'}) {
         folder.Write("in.emf", SmallMetafile(static_cast<char16_t>(rubbish)) + "more");

@@ -100,7 +100,7 @@ TEST_F(ReportCommand, BeginsWithTheLargestAndLatestFiles) {
     EXPECT_NE(page.find("<td data-v=9000>8.8 KB<td data-v="), page.npos);
 }
 
-TEST_F(ReportCommand, LeavesItselfOut) {
+TEST_F(ReportCommand, ExcludesOwnOutput) {
     for (const std::string folder : {"in", "other"})
         for (int times = 0; times < 2; ++times) {
             Make(folder + "/a");

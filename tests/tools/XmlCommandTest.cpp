@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(XmlCommand, LeavesTheRestOfTheFileByteForByte) {
+TEST(XmlCommand, PreservesRestOfFileByteForByte) {
     const char* const kRich =
         "<?xml version='1.0'?>\r\n<!DOCTYPE r [<!-- ]> -->\r\n<?p ]> ?><!ATTLIST x y CDATA '>'>]>\r\n<!--<x>-->\r\n"
         "<r>\r\n <w></w><e  /><x>1</x>\r\n <x k='&#65;&lt;' n = \"2\"\r\n>&#246;<![CDATA[</x>]]></x>\r\n "
@@ -46,7 +46,7 @@ TEST(XmlCommand, LeavesTheRestOfTheFileByteForByte) {
 }
 
 // Several users change one document at a time, and others in the same folder.
-TEST(XmlCommand, LosesNoUpdate) {
+TEST(XmlCommand, ConcurrentUpdatesAreNotLost) {
     constexpr int kRounds = 10;
     const TempFolder folder;
     const auto change = [&](const char* file, const char* element) {
@@ -68,7 +68,7 @@ TEST(XmlCommand, LosesNoUpdate) {
     }
 }
 
-TEST(XmlCommand, CreatesTheFileThatALinkLeadsTo) {
+TEST(XmlCommand, CreatesTargetOfDanglingLink) {
     const TempFolder folder;
     std::error_code refused;
     std::filesystem::create_symlink("target.xml", folder.Native("link.xml"), refused);
@@ -79,7 +79,7 @@ TEST(XmlCommand, CreatesTheFileThatALinkLeadsTo) {
 }
 
 // Texts are kept byte for byte in services, containers and terminals.
-TEST(XmlCommand, KeepsTextsInEveryEnvironment) {
+TEST(XmlCommand, PreservesBytesInAnyEnvironment) {
     if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the code page does not follow the environment here";
     const TempFolder folder;
     const CString file(folder.Native("a.xml").string());

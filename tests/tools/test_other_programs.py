@@ -43,7 +43,7 @@ class OtherPrograms(unittest.TestCase):
         bare = {os.path.basename(name): content for name, content in found.items() if not name.startswith("CabMan")}
         self.assertEqual(bare, wanted)
 
-    def test_archives_are_read(self):
+    def test_other_programs_read_archives(self):
         self.run_here(*QV, "pack", "in", "a")
         for command in ("cabextract -q -d out a.cab", "7zz x -oout a.cab"):
             program = command.split()[0]
@@ -55,13 +55,13 @@ class OtherPrograms(unittest.TestCase):
             shutil.rmtree(os.path.join(self.folder, "out"), ignore_errors=True)
 
     @needs("gcab")
-    def test_archives_of_gcab_are_read(self):
+    def test_reads_archives_of_gcab(self):
         self.run_here("gcab", "-cz", "a.cab", *(os.path.join("in", name) for name in MEMBERS))
         self.run_here(*QV, "unpack", "--no-manifest", "a.cab", "out")
         self.expect_members("out")
 
     @needs("convert")
-    def test_imagemagick_sees_converted_pictures_alike(self):
+    def test_imagemagick_sees_same_pixels(self):
         for source in ("rose:", "logo:", "-size 37x11 gradient:", "-size 19x5 xc:red -type Palette"):
             self.run_here("convert", *source.split(), "in.bmp")
             for before, after in (("in.bmp", "out.bmp"), ("in.bmp", "out.png"), ("out.png", "again.bmp")):

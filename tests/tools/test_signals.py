@@ -58,7 +58,7 @@ class Signals(unittest.TestCase):
         for name in files_below(self.path("out")):
             self.assertTrue(filecmp.cmp(self.path("in/" + name), self.path("out/" + name), shallow=False), name)
 
-    def test_leave_whole_files_alone(self):
+    def test_interruption_leaves_no_partial_files(self):
         random.seed(os.getpid())
         commands = (["pack", "in", "a.cab"], ["unpack", "good.cab", "out"], ["copy", "in", "out"],
                     ["xml", "set", "d.xml", "r/i", "new"], ["report", "in", "-o", "report"], ["delete", "gone"])

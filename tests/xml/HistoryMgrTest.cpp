@@ -74,7 +74,7 @@ TEST(HistoryMgr, KeepsTheNewest) {
     EXPECT_EQ(history.HasCurrentUrl(), 0);
 }
 
-TEST(HistoryMgr, MayVisitAgain) {
+TEST(HistoryMgr, AlwaysNewAllowsRevisits) {
     History history;
     history.SetAlwaysNew(2);  // only 1 is on
     EXPECT_EQ(history.After({"A", "B", "A"}), "B[A]");

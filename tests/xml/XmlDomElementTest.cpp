@@ -42,7 +42,7 @@ protected:
 
 using ::testing::ElementsAre;
 
-TEST_F(XmlDomElement, WrapsWhatHasAClass) {
+TEST_F(XmlDomElement, WrapsElementsOfRegisteredClasses) {
     EXPECT_EQ(root.LoadXml("<r>t<a/><none/><!--c--><a typ='big'/><a typ='odd'/><wrong/><b><a>x</a></b></r>"), 1);
     EXPECT_THAT(Keys(), ElementsAre("a", "a typ=\"big\"", "b"));
     EXPECT_TRUE(dynamic_cast<BigWrapper*>(root.GetChildren()[1]));
@@ -63,7 +63,7 @@ TEST_F(XmlDomElement, WrapsWhatHasAClass) {
     EXPECT_EQ(text, "x");
 }
 
-TEST_F(XmlDomElement, KeepsWrappersOfWhatStays) {
+TEST_F(XmlDomElement, ReusesWrappersOfKeptElements) {
     root.LoadXml("<r><a>1</a><b>2</b><a>3</a></r>");
     const CXmlDomElementArray before = root.GetChildren();
     EXPECT_EQ(&root.GetChildren(), &root.GetChildren());
@@ -97,7 +97,7 @@ TEST_F(XmlDomElement, KeepsWrappersOfWhatStays) {
     EXPECT_EQ(g_alive, 0);
 }
 
-TEST_F(XmlDomElement, RemovesWhatThePathSelects) {
+TEST_F(XmlDomElement, RemovesNodesSelectedByPath) {
     struct Row {
         const char *document, *path, *left;
         BOOL removed;
@@ -116,7 +116,7 @@ TEST_F(XmlDomElement, RemovesWhatThePathSelects) {
     EXPECT_EQ(root.GetXml(), "<r><a x=\"1\"/><b y=\"3\"/></r>");
 }
 
-TEST_F(XmlDomElement, ChangesNothingWhenAClassRaises) {
+TEST_F(XmlDomElement, UnchangedWhenFactoryThrows) {
     root.LoadXml("<r><a>1</a><a>2</a></r>");
     const CXmlDomElementArray before = root.GetChildren();
     CQVClassFactory::Register("bad", []() -> CObject* { throw 7; });
@@ -128,7 +128,7 @@ TEST_F(XmlDomElement, ChangesNothingWhenAClassRaises) {
     EXPECT_EQ(g_alive, 1);
 }
 
-TEST_F(XmlDomElement, LeavesTheDocumentOfAnElementThatItWasGiven) {
+TEST_F(XmlDomElement, LoadPreservesDocumentOfGivenElement) {
     const auto element = CXmlHelper::GetDocumentElement("<r><a>1</a></r>");
     root.SetElement(element);
     EXPECT_EQ(root.GetElement("/r/a", 0, 1), root.GetChildren()[0]);
@@ -137,7 +137,7 @@ TEST_F(XmlDomElement, LeavesTheDocumentOfAnElementThatItWasGiven) {
     EXPECT_EQ(element.get_ownerDocument().get_xml(), "<r><a>1</a></r>");
 }
 
-TEST_F(XmlDomElement, IsEmptyAfterAnUnparsableText) {
+TEST_F(XmlDomElement, EmptyAfterParseError) {
     EXPECT_EQ(root.LoadXml("<a>"), 0);
     EXPECT_EQ(root.HasDomElement(), 0);
     EXPECT_EQ(ComCodeOf([&] { root.GetChildren(); }), _com_error::kPointer);

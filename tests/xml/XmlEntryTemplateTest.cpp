@@ -41,7 +41,7 @@ std::string Saved(const std::vector<std::unique_ptr<CXmlObject>>& entries) {
     return section.GetRawXml().AsStd();
 }
 
-TEST(XmlEntryTemplate, KeepsVersionsApartAndUnknownOnesAsTheyAre) {
+TEST(XmlEntryTemplate, SeparatesVersionsPreservesUnknown) {
     const std::string unknown = "<Length.3>\n  <a>x&lt;<b>\n</b></a>\t</Length.3>", other = "<Area> y </Area>";
     const std::string xml =
         "<List>" + unknown + "<Length><Value>5</Value></Length>" + other + "<Length.2></Length.2></List>";
@@ -69,7 +69,7 @@ TEST(XmlEntryTemplate, KeepsVersionsApartAndUnknownOnesAsTheyAre) {
     EXPECT_EQ(Saved(entries), saved);
 }
 
-TEST(XmlEntryTemplate, TagsNameTypeAndVersion) {
+TEST(XmlEntryTemplate, SplitsTagIntoTypeAndVersion) {
     const struct {
         const char *tag, *type;
         int version;

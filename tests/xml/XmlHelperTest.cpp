@@ -65,7 +65,7 @@ TEST(XmlHelper, ReadsTypedValues) {
     EXPECT_EQ(date.GetStatus(), COleDateTime::invalid);
 }
 
-TEST(XmlHelper, WritesWhatItReads) {
+TEST(XmlHelper, TypedValuesRoundtrip) {
     for (const char* const locale : {"C", "de_DE.UTF-8"}) {
         const ScopedLocale scope(locale);
         const IXMLDOMElement root = Root("<r><v a='1'/><v/></r>");
@@ -161,7 +161,7 @@ TEST(XmlHelper, MakesPathsAndDeletesThem) {
     EXPECT_FALSE(document.get_documentElement());
 }
 
-TEST(XmlHelper, NamesPlaces) {
+TEST(XmlHelper, ReturnsNodePaths) {
     const IXMLDOMElement root = Root("<r>t<a/><b><a/>x<!--c-->y</b><b k='1'/></r>");
     struct Row {
         const char *path, *indexed, *fromB;

@@ -48,7 +48,7 @@ std::vector<std::pair<std::string, std::string>> InEveryEncoding(const std::stri
             {"ISO-8859-1", Declared("ISO-8859-1", with("\xE4"))}};
 }
 
-TEST(XmlLimits, AreTheSameInEveryEncoding) {
+TEST(XmlLimits, SameInEveryEncoding) {
     struct Row {
         std::string text;
         const char* reason;  // null: it loads
@@ -83,7 +83,7 @@ TEST(XmlLimits, AreTheSameInEveryEncoding) {
     }
 }
 
-TEST(XmlLimits, EndWhatADeclarationWouldMultiply) {
+TEST(XmlLimits, BoundDefaultAttributes) {
     std::string text = "<!DOCTYPE a [<!ATTLIST b";
     for (int i = 0; i < 200; ++i) text += " k" + std::to_string(i) + " CDATA ''";
     text += ">]><a>";
@@ -94,7 +94,7 @@ TEST(XmlLimits, EndWhatADeclarationWouldMultiply) {
 }
 
 // What XML cannot hold raises and changes nothing; what is accepted is saved and loaded again as the same.
-TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
+TEST(XmlLimits, RejectUnrepresentableContent) {
     using Root = const IXMLDOMElement&;
     using Text = const std::string&;
     using Change = void (*)(Root, Text, Text);
@@ -151,7 +151,7 @@ TEST(XmlLimits, KeepOutWhatXmlCannotHold) {
         }
 }
 
-TEST(XmlLimits, LeaveManyAttributesOfOneElementAsTheyAre) {
+TEST(XmlLimits, ManyAttributesArePreserved) {
     CString text = "<r xmlns:p='u'", saved;
     for (int i = 0; i < 3000; ++i) {
         const CString number(std::to_string(i)), name = CString(i % 2 ? " p:a" : " a") + number;
@@ -171,7 +171,7 @@ TEST(XmlLimits, LeaveManyAttributesOfOneElementAsTheyAre) {
 }
 
 // The texts end after one byte: a length is checked before its text is read.
-TEST(XmlLimits, OfLengthAreCheckedFirst) {
+TEST(XmlLimits, LengthIsCheckedBeforeReading) {
     static const char one = 'x';
     const std::string_view text(&one, 1'000'000'001), whole(&one, 0x80000000);
     const IXMLDOMDocument document = CXmlHelper::CreateDocument();
@@ -196,7 +196,7 @@ TEST(XmlLimits, OfLengthAreCheckedFirst) {
     }
 }
 
-TEST(XmlLimits, SavesNamesThatTheEncodingLacks) {
+TEST(XmlLimits, SavesNamesOutsideEncoding) {
     const IXMLDOMDocument document = CXmlHelper::CreateDocument(), again = CXmlHelper::CreateDocument();
     ASSERT_TRUE(document.load(Declared("ISO-8859-1", "<r><a>\xE4</a></r>")));
     const IXMLDOMDocument named = CXmlHelper::CreateDocument();
@@ -206,7 +206,7 @@ TEST(XmlLimits, SavesNamesThatTheEncodingLacks) {
     EXPECT_EQ(again.get_documentElement().get_xml(), document.get_documentElement().get_xml());
 }
 
-TEST(XmlLimits, SavesNoDefaultThatWouldComeBack) {
+TEST(XmlLimits, RemovedDefaultsStayRemovedOnReload) {
     const IXMLDOMDocument document = CXmlHelper::CreateDocument(), again = CXmlHelper::CreateDocument();
     ASSERT_TRUE(document.loadXML("<!DOCTYPE r [<!ATTLIST r k NMTOKEN 'x &#38; y'><!ELEMENT r ANY>]><r/>"));
     ASSERT_TRUE(again.load(document.save())) << document.save();
@@ -217,7 +217,7 @@ TEST(XmlLimits, SavesNoDefaultThatWouldComeBack) {
 }
 
 // Between nodes nothing is converted to the code page. References to U+0080 to U+009F are read as these bytes.
-TEST(XmlLimits, OfTheCodePageAreNotThoseOfNodes) {
+TEST(XmlLimits, NodeOperationsBypassCodePage) {
     const ScopedLocale plain("C");
     const IXMLDOMDocument document = CXmlHelper::CreateDocument(), again = CXmlHelper::CreateDocument();
     ASSERT_TRUE(document.loadXML("<r k='&#936;'><v>&#936;</v><w t='&#936;'>&#936;&#937;</w></r>"));

@@ -36,7 +36,7 @@ TEST(XmlOrder, PrunesAndSorts) {
 }
 
 // With these texts some collations order the keys differently from the texts.
-TEST(XmlOrder, IsThatOfTheCollation) {
+TEST(XmlOrder, MatchesCollation) {
     for (const char* const locale : {"C", GermanLocale(), "en_US.UTF-8"}) {
         const ScopedLocale scope(locale);
         std::mt19937 random(5);

@@ -62,7 +62,7 @@ const struct {
     {kLanguages, nullptr, {"a[lang('e')]", "a[lang('en-US')]", "a[lang('')]"}},
 };
 
-TEST(XmlPaths, LeadToTheSameOnEverySystem) {
+TEST(XmlPaths, SameResultsOnEverySystem) {
     for (const auto& [document, text, paths] : kTexts)
         for (const char* const path : paths) {
             SCOPED_TRACE(path);
@@ -80,7 +80,7 @@ TEST(XmlPaths, LeadToTheSameOnEverySystem) {
 }
 
 // Simple paths are walked, others are evaluated: both find the same nodes in the same order.
-TEST(XmlPaths, AreWalkedAsTheyAreEvaluated) {
+TEST(XmlPaths, WalkingMatchesEvaluation) {
     const IXMLDOMElement root = CXmlHelper::GetDocumentElement(kTree);
     for (const char* const path : {"a", "a/c", "a[1]/c", "p/q", "p/q[1]", "*", "*/*", "*/c[1]", "a/@k", "*/@i",
                                    "/r/*/q", "/*/p[1]/q", "p[1]/q[0]", "x/y"}) {
@@ -91,7 +91,7 @@ TEST(XmlPaths, AreWalkedAsTheyAreEvaluated) {
     }
 }
 
-TEST(XmlPaths, ThatAreInvalidRaise) {
+TEST(XmlPaths, InvalidPathsRaise) {
     const IXMLDOMElement root = CXmlHelper::GetDocumentElement(kTree);
     CStringArray paths = {"",   "a[",  "a[[", "[",  "@",    "a['",      "a b",     "a/", "//",  "!",
                           "$x", "f()", "a[1", "a]", "a::b", "count(a)", "a[')']]", "]",  "a[(]"};
@@ -125,7 +125,7 @@ bool ReportsExactPlaces() {
     return document.get_parseError().get_line() == 3;
 }
 
-TEST(XmlDocuments, ThatAreBadGiveANullHandleAndAReason) {
+TEST(XmlDocuments, MalformedInputGivesNullAndReason) {
     const bool exact = ReportsExactPlaces();
     const std::string bomb = "<!DOCTYPE r [<!ENTITY a 'aaaaaaaaaa'><!ENTITY b '&a;&a;&a;&a;'>]><r>&b;</r>",
                       file = "<!DOCTYPE r [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><r>&x;</r>";
@@ -161,13 +161,13 @@ TEST(XmlDocuments, ThatAreBadGiveANullHandleAndAReason) {
         }
 }
 
-TEST(XmlDocuments, AtTheLimitsLoad) {
+TEST(XmlDocuments, LoadAtLimits) {
     for (const std::string& text : {std::string("<!DOCTYPE r SYSTEM 'http://localhost/never.dtd'><r/>"),
                                     "<a>" + std::string(9000000, 'x') + "</a>"})
         EXPECT_TRUE(CXmlHelper::GetDocumentElement(text)) << text.substr(0, 60);
 }
 
-TEST(XmlDocuments, GoThroughFilesInTheirEncoding) {
+TEST(XmlDocuments, SavePreservesEncoding) {
     const std::string declared = "<?xml version=\"1.0\" encoding=\"";
     for (const auto& [encoding, umlaut] : {std::pair("utf-8", "\xC3\xA4"), std::pair("iso-8859-1", "\xE4")}) {
         const IXMLDOMDocument document = CXmlHelper::CreateDocument();
@@ -183,7 +183,7 @@ TEST(XmlDocuments, GoThroughFilesInTheirEncoding) {
     EXPECT_TRUE(wide.load(std::string("\xFF\xFE<\0r\0/\0>\0", 10)));
 }
 
-TEST(XmlNodes, OutliveTheirPlaceAndTheirDocument) {
+TEST(XmlNodes, OutliveParentAndDocument) {
     IXMLDOMElement kept, moved;
     {
         const IXMLDOMElement root = CXmlHelper::GetDocumentElement("<r xmlns:p='v'><p:a><p:b>1</p:b></p:a><c/></r>");
@@ -204,7 +204,7 @@ TEST(XmlNodes, OutliveTheirPlaceAndTheirDocument) {
     EXPECT_EQ(moved.get_xml(), "<z>3</z>");
 }
 
-TEST(XmlNodes, RaiseWhatTheDocumentCannotHold) {
+TEST(XmlNodes, InvalidOperationsRaise) {
     const IXMLDOMElement root = CXmlHelper::GetDocumentElement("<r><a><b/></a></r>");
     const IXMLDOMNode a = root.selectSingleNode("a"), b = root.selectSingleNode("a/b");
     const auto invalid = _com_error::kInvalidArg;

@@ -116,7 +116,7 @@ private:
     std::mt19937 m_random{5};
 };
 
-TEST(XmlPeers, AgreeOnWhatIsWellFormed) {
+TEST(XmlPeers, AgreeOnWellFormedness) {
     if (StatusOf("xmllint", {"--version"}) != 0) GTEST_SKIP() << "no xmllint here";
     const TempFolder folder;
     Grammar grammar;
@@ -158,7 +158,7 @@ QV_CHILD(XmlLoader) {
     return 0;
 }
 
-TEST(XmlPeers, SeeNothingOpened) {
+TEST(XmlPeers, OpensNoExternalFiles) {
     const TempFolder folder;
     folder.Write("control", "x");
     folder.Write("outside", "<!ENTITY e 'x'>");

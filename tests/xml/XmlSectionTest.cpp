@@ -126,7 +126,7 @@ TEST(XmlSection, ReadsByTagAndNumber) {
     EXPECT_EQ(tagged.GetRawXml(), "x");
 }
 
-TEST(XmlSection, ReportsWhatIsMalformed) {
+TEST(XmlSection, ReportsMalformedInput) {
     struct Row {
         const char *text, *tag, *message;
     };
@@ -151,7 +151,7 @@ TEST(XmlSection, ReportsWhatIsMalformed) {
 }
 
 // A text that is too long is refused before it is read, and an exception leaves no partial element.
-TEST(XmlSection, WritesWholeElementsOrNone) {
+TEST(XmlSection, FailureLeavesNoPartialElement) {
     struct Broken : Shape {
         void SaveXml(CXmlSection&) const override { CXmlSection::ThrowXmlException(7, "broken"); }
     } broken;
@@ -204,7 +204,7 @@ TEST(XmlSection, SavesAndLoadsObjects) {
     EXPECT_EQ(CXmlObjectFactory::CreateObject("Big Circle"), nullptr);
 }
 
-TEST(XmlSection, EscapesEveryPairOfBytes) {
+TEST(XmlSection, EscapeRoundtripsAllBytePairs) {
     for (int pair = 0; pair < 65536; ++pair) {
         const char bytes[] = {static_cast<char>(pair >> 8), static_cast<char>(pair)};
         const CString text(bytes, 2), clean = CXmlSection::Clean(text);

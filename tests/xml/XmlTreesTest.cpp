@@ -17,7 +17,7 @@ bool KeepsWhatHandlesNeed() {
     return !CXmlHelper::CreateDocument().loadXML("<p:r/>");
 }
 
-TEST(XmlTrees, AreWhatTheOperationsMake) {
+TEST(XmlTrees, RandomOperationsMatchModel) {
     const char* const wanted = std::getenv("QV_XML_OPERATIONS");
     const int operations = wanted ? std::atoi(wanted) : 100'000;
     const bool frees = KeepsWhatHandlesNeed();
@@ -28,7 +28,7 @@ TEST(XmlTrees, AreWhatTheOperationsMake) {
     }
 }
 
-TEST(XmlTrees, KeepTheMeaningOfAPrefixWhoseElementIsGone) {
+TEST(XmlTrees, DetachedNodesKeepNamespace) {
     const IXMLDOMDocument document = CXmlHelper::CreateDocument();
     ASSERT_TRUE(document.loadXML("<p:q xmlns:p='vvvv'><x xmlns='u'/></p:q>"));
     IXMLDOMElement q = document.get_documentElement();
