@@ -92,13 +92,15 @@ bool Option::IsGiven() const {
 }
 
 Command Command::Add(const char* name, const char* description) {
-    return Command(*m_app->add_subcommand(name, description));
+    CLI::App& command = *m_app->add_subcommand(name, description);
+    command.footer("");  // otherwise that of the family
+    return Command(command);
 }
 
 Command Command::AddFamily(const char* name, const char* description) {
-    CLI::App& family = *m_app->add_subcommand(name, description);
-    family.require_subcommand(1);
-    return Command(family);
+    const Command family = Add(name, description);
+    family.m_app->require_subcommand(1);
+    return family;
 }
 
 Option Command::AddOption(const char* names, std::string& value, const char* description) {

@@ -140,14 +140,14 @@ void SetUp(CLI::App& app, std::string_view first) {
     app.formatter(std::make_shared<HelpText>());
     app.require_subcommand(1);
     app.set_version_flag("--version", kVersion, "Print the version and exit");
-    app.footer(
-        "Each command has its own --help, with an example: qv find --help\n"
-        "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.");
     AddPrinter(app, "--bash-completion", &BashCompletion, "Print a completion script for bash and exit");
     AddPrinter(app, "--fish-completion", &FishCompletion, "Print a completion script for fish and exit");
     AddPrinter(app, "--zsh-completion", &ZshCompletion, "Print a completion script for zsh and exit");
     AddPrinter(app, "--man-page", &ManPage, "Print the manual page and exit");
     AddCommands(app, first);
+    app.footer(  // last, since commands inherit it
+        "Each command has its own --help, with an example: qv find --help\n"
+        "Exit status: 0 done, 1 failed (the reason is on standard error), 2 wrong usage.");
 }
 
 }  // namespace
