@@ -13,6 +13,7 @@
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/CabinetException.h"
 #include "qvcommon/FileUtils.h"
+#include "qvcommon/TempFile.h"
 #include "qvcommon/framework/StdioFile.h"
 
 using namespace qv::cabinet;

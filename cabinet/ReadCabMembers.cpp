@@ -49,17 +49,17 @@ bool CReadCab::FindTarget(const CString& path, Target& target) const {
 }
 
 int CReadCab::OpenManifest() {
-    m_manifestFile.Create();
-    return static_cast<int>(m_context->Open(m_manifestFile.GetFilename(), OpenMode::Create));
+    CTempFile& file = m_context->manifest.emplace().file;
+    file.Create();
+    return static_cast<int>(m_context->Open(file.GetFilename(), OpenMode::Create));
 }
 
 void CReadCab::LoadManifest() {
     CString text, line;
-    CStdioFile file(m_manifestFile.GetFilename(), CFile::modeRead | CFile::typeText);
+    CStdioFile file(m_context->manifest.value().file.GetFilename(), CFile::modeRead | CFile::typeText);
     while (file.ReadString(line)) (text += line) += '\n';
-    // Deleted now rather than with the object: if a long extraction is killed, no file is left.
     file.Close();
-    qv::platform::RemoveFile(m_manifestFile.GetFilename()).IgnoreError();
+    m_context->manifest.reset();
     std::optional<CStringArray> entries = ReadManifest(text);
     if (!entries) throw EngineFailure{ReadError::Corrupt};
     const bool isForeign = IsInForeignCodePage(text);

@@ -10,7 +10,6 @@
 
 #include "qvcommon/CabinetException.h"
 #include "qvcommon/CabinetRecords.h"
-#include "qvcommon/TempFile.h"
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/LeftOut.h"
 
@@ -152,7 +151,9 @@ public:
     ///
     /// The manifest is the first member. If it cannot be read, is longer than 32 MB, or lists fewer files than there
     /// are members after it, the error is number 4. Surplus entries are ignored. With the manifest, the members of each
-    /// folder must cover its data without gaps, as CMakeCab stores them: otherwise number 4.
+    /// folder must cover its data without gaps, as CMakeCab stores them: otherwise number 4. It is briefly stored in a
+    /// temporary file; on Linux SIGHUP, SIGINT, SIGQUIT and SIGTERM are blocked in the calling thread until that file is
+    /// deleted.
     ///
     /// The cabinets that continue this one are searched for in its folder, ignoring the case of their names. If the
     /// cabinet is not the first of its set, members that begin in an earlier one are skipped: use FindFirstCabinet to
@@ -241,6 +242,7 @@ protected:
 
 private:
     class Context;
+    struct ManifestFile;
     struct Target;
 
     CString Substituted(CString entry, int first) const;
@@ -262,7 +264,6 @@ private:
     std::unique_ptr<Context> m_context;
     QvCabinetError m_error;
     CString m_destPath;
-    CTempFile m_manifestFile;
     QvCabinetLimits m_limits;
     BOOL m_restoreTimes = 0;
     BOOL m_dryRun = 0;
