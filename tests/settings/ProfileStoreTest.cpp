@@ -16,6 +16,9 @@ using namespace std::string_view_literals;
 
 namespace {
 
+// Its key is this file's own: other tests delete theirs, perhaps while these run.
+constexpr const char* kCompany = "QvCommonStores";
+
 void ExpectTypesToComeBack(ProfileStore& store) {
     using Limits = std::numeric_limits<int>;
     for (const int value : {0, -1, Limits::max(), Limits::min()}) {
@@ -55,7 +58,7 @@ TEST(ProfileStore, RoundtripsTypesInFilesAndProfiles) {
     const TempFolder folder;
     ProfileStore file(folder / "a.ini");
     ExpectTypesToComeBack(file);
-    for (const char* const company : {"", "QvCommonTests"}) {
+    for (const char* const company : {"", kCompany}) {
         ScopedProfile app(folder.Native("new").string());
         if (*company) app.SetRegistryKey(company);
         ProfileStore profile;
@@ -131,7 +134,7 @@ TEST(ProfileStore, RaisesWhenValueCannotBeStored) {
 QV_CHILD(ChangeSettings) {
     ProfileStore store(arguments.at(2).c_str());
     ScopedProfile app(arguments.at(0));
-    app.SetRegistryKey("QvCommonTests");
+    app.SetRegistryKey(kCompany);
     for (int i = 0; i < 40; ++i) {
         const std::string own = arguments.at(1) + std::to_string(i);
         if (!app.WriteProfileString("Battle", own.c_str(), own.c_str())) return 1;
@@ -155,7 +158,7 @@ TEST(ProfileStore, ConcurrentUpdatesAreNotLost) {
     EXPECT_EQ(store.GetInteger("Shared", "count"), 120);
     EXPECT_EQ(store.GetInteger("Shared", "again"), 120);
     ScopedProfile app(folder.Native().string());
-    app.SetRegistryKey("QvCommonTests");
+    app.SetRegistryKey(kCompany);
     for (const std::string writer : {"abc", "bc", "c"})
         for (int i = 0; i < 40; ++i) {
             const std::string own = writer + std::to_string(i);
