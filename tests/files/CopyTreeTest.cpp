@@ -1,4 +1,3 @@
-#include "platform/Error.h"
 #include "qvcommon/CopyTree.h"
 #include "tests/support/FileTests.h"
 
@@ -8,6 +7,7 @@ namespace {
 struct Observer : ICopyProgress {
     std::string log;
     std::uint64_t bytes = 0;
+    DWORD lastError = 0;
     int answer = 1;
 
     void OnStartCopy() override { log += "start;"; }
@@ -16,6 +16,7 @@ struct Observer : ICopyProgress {
     void OnFinishCopy() override { log += "finish;"; }
     int OnError(DWORD error, const char* message) override {
         log += error && *message ? "error;" : "unknown error;";
+        lastError = error;
         return answer;
     }
 };
@@ -105,9 +106,8 @@ TEST_F(CopyTreeTest, ErrorsAreReportedAndMayAbort) {
     EXPECT_TRUE(Raised<CUserException>([&] { Copy("to\\a\\x"); }));  // a file where a folder should be
     {
         const SystemFaults faults(SystemFaults::Always(CallKind::CreateFolder, FileCause::AccessDenied));
-        qv::platform::SetLastError(0);
         EXPECT_TRUE(Raised<CUserException>([&] { Copy("denied"); }));
-        EXPECT_EQ(m_observer.log, "start;error;");
+        EXPECT_EQ(m_observer.lastError, SystemFaults::ErrorFor(FileCause::AccessDenied));
     }
     CCopyTree().CopyTree(m_folder / "from", m_folder / "to");
     EXPECT_EQ(m_folder.Read("to/sub/c"), "from/sub/c");
