@@ -9,11 +9,9 @@
 #include "platform/DosTime.h"
 #include "platform/FolderFiles.h"
 #include "platform/Path.h"
-#include "platform/SignalHold.h"
 #include "qvcommon/Cabinet.h"
 #include "qvcommon/CabinetException.h"
 #include "qvcommon/FileUtils.h"
-#include "qvcommon/TempFile.h"
 #include "qvcommon/framework/StdioFile.h"
 
 using namespace qv::cabinet;
@@ -147,10 +145,9 @@ void CMakeCab::Commit() {
     m_context.reset();
 }
 
-// A temporary file for the manifest exists only while signals are held.
 void CMakeCab::AddManifest(const CStringArray& entries) {
-    const qv::platform::SignalHold hold;
-    CTempFile list;
+    ManifestFile manifest;
+    CTempFile& list = manifest.file;
     RemoveStaleManifests(list.GetDirectory());
     list.SetPrefix(kManifestPrefix);
     list.SetExtension("xml");

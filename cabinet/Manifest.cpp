@@ -8,7 +8,9 @@
 #include "platform/Text.h"
 #include "platform/Utf8.h"
 #include "qvcommon/Exceptions.h"
+#include "qvcommon/FileUtils.h"
 #include "qvcommon/XmlSection.h"
+#include "qvcommon/framework/File.h"
 
 namespace qv::cabinet {
 namespace {
@@ -41,6 +43,11 @@ void RemoveStaleManifests(const CString& folder) {
         // Another program may have deleted it, and other users' files cannot be deleted.
         if (isStale) platform::RemoveFile(path).IgnoreError();
     }
+}
+
+ManifestFile::ManifestFile() {
+    const CString folder = file.GetDirectory();
+    if (!CFileUtils::IsDirectory(folder)) AfxThrowFileException(CFileException::badPath, -1, folder);
 }
 
 CString ManifestText(const CStringArray& entries) {

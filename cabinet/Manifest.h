@@ -4,6 +4,8 @@
 
 #include <optional>
 
+#include "platform/SignalHold.h"
+#include "qvcommon/TempFile.h"
 #include "qvcommon/framework/Collections.h"
 
 namespace qv::cabinet {
@@ -16,6 +18,18 @@ inline constexpr const char* kManifestPrefix = "CabMan";
 bool IsManifestName(std::string_view name);
 /// Deletes manifests that killed programs have left in a folder: those more than a day old.
 void RemoveStaleManifests(const CString& folder);
+
+/// A temporary file for a manifest. Signals that end the process wait until it is deleted.
+class ManifestFile {
+    qv::platform::SignalHold m_hold;  // released last
+
+public:
+    /// Creates no file yet. @throws CFileException* with badPath if the temporary folder does not exist: Create would wait
+    /// for it, and no signal could end that.
+    ManifestFile();
+
+    CTempFile file;
+};
 
 /// Returns the manifest's text, with a line feed after each line.
 CString ManifestText(const CStringArray& entries);

@@ -7,22 +7,15 @@
 
 #include "cabinet/CabinetReader.h"
 #include "cabinet/DiskFiles.h"
+#include "cabinet/Manifest.h"
 #include "cabinet/MemberName.h"
 #include "cabinet/TargetFolder.h"
-#include "platform/SignalHold.h"
 #include "qvcommon/Cabinet.h"
-#include "qvcommon/TempFile.h"
 
 /// A file or folder below a target folder.
 struct CReadCab::Target {
     CString root;
     std::vector<std::string> names;
-};
-
-/// The temporary file of the manifest. Signals that end the process wait until it is deleted.
-struct CReadCab::ManifestFile {
-    qv::platform::SignalHold hold;
-    CTempFile file;  ///< deleted before the signals are released
 };
 
 class CReadCab::Context : public qv::cabinet::OnDisk<qv::cabinet::IReaderCallbacks> {
@@ -91,9 +84,9 @@ public:
     }
 
     qv::cabinet::CabinetReader reader;
-    CString subject;                       ///< the path of the file or folder being created
-    bool opensManifest = false;            ///< set once it is opened
-    std::optional<ManifestFile> manifest;  ///< while it is extracted and read
+    CString subject;                                    ///< the path of the file or folder being created
+    bool opensManifest = false;                         ///< set once it is opened
+    std::optional<qv::cabinet::ManifestFile> manifest;  ///< while it is extracted and read
 
 private:
     void Unstage() {

@@ -50,7 +50,7 @@ public:
     /// The list is briefly stored under that name in the system's temporary folder; such files older than a day, left
     /// by programs that were killed, are deleted there. On Linux SIGHUP, SIGINT, SIGQUIT and SIGTERM are blocked in the
     /// calling thread until that file is deleted.
-    /// @throws CVorbexException*, and CFileException* if the temporary file cannot be written.
+    /// @throws CVorbexException*, and CFileException* if the temporary file cannot be written or its folder is missing.
     virtual void AddManifest(const CStringArray& entries);
     /// Adds a file under its name without the folder. Non-ASCII names are stored in UTF-8 and marked so. The file's
     /// time is stored as local time with a resolution of two seconds, clamped to 1980 to 2107. On Linux every file has
@@ -151,9 +151,10 @@ public:
     ///
     /// The manifest is the first member. If it cannot be read, is longer than 32 MB, or lists fewer files than there
     /// are members after it, the error is number 4. Surplus entries are ignored. With the manifest, the members of each
-    /// folder must cover its data without gaps, as CMakeCab stores them: otherwise number 4. It is briefly stored in a
-    /// temporary file; on Linux SIGHUP, SIGINT, SIGQUIT and SIGTERM are blocked in the calling thread until that file is
-    /// deleted.
+    /// folder must cover its data without gaps, as CMakeCab stores them: otherwise number 4.
+    ///
+    /// The manifest is briefly stored in a temporary file; on Linux SIGHUP, SIGINT, SIGQUIT and SIGTERM are blocked in the
+    /// calling thread until that file is deleted. @throws CFileException* if it cannot be written or its folder is missing.
     ///
     /// The cabinets that continue this one are searched for in its folder, ignoring the case of their names. If the
     /// cabinet is not the first of its set, members that begin in an earlier one are skipped: use FindFirstCabinet to
@@ -242,7 +243,6 @@ protected:
 
 private:
     class Context;
-    struct ManifestFile;
     struct Target;
 
     CString Substituted(CString entry, int first) const;

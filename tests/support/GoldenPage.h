@@ -12,8 +12,8 @@
 #include "html/RollupRestoreScript.h"
 #include "html/RollupScript.h"
 
-/// Returns a page of tests/data/html/ in full: "{{Name key=value ...}}" is the script of that name, in which "{key}" is the
-/// value.
+/// Returns a page of tests/data/html/ in full: "{{Name key=value ...}}" is the script of that name, in which
+/// "{key}" is the value.
 inline std::string GoldenPage(std::string_view page) {
     const std::map<std::string_view, std::string_view> scripts{
         {"Dropdown", qv::html::kDropdownScript}, {"DropdownRestore", qv::html::kDropdownRestoreScript},

@@ -7,7 +7,8 @@
 
 #include "platform/Path.h"
 
-/// Returns the paths of the files and folders that this process has open, sorted; empty on systems that do not list them.
+/// Returns the paths of the files and folders that this process has open, sorted; empty on systems that do not list
+/// them.
 inline std::vector<std::string> OpenFiles() {
     std::vector<std::string> files;
     if (qv::platform::HasDriveLetters()) return files;

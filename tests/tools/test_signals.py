@@ -54,6 +54,14 @@ class Signals(unittest.TestCase):
         process.send_signal(number)
         self.assertIn(process.wait(60), (0, -number))
 
+    def test_missing_temporary_folder_fails_at_once(self):
+        os.rmdir(self.path("temporary"))
+        for command in (["pack", "in", "new.cab"], ["unpack", "good.cab", "out"]):
+            done = subprocess.run([QV, *command], cwd=self.folder, env=self.environment, timeout=60, check=False,
+                                  stderr=subprocess.PIPE, text=True)
+            self.assertEqual(done.returncode, 1, done.stderr)
+            self.assertIn("temporary", done.stderr)
+
     def check_targets(self):
         subprocess.run([QV, "list", "a.cab"], cwd=self.folder, check=True, stdout=subprocess.DEVNULL)
         with open(self.path("d.xml"), encoding="utf-8") as file:
