@@ -47,6 +47,8 @@ void RemoveStaleManifests(const CString& folder) {
 
 ManifestFile::ManifestFile() {
     const CString folder = file.GetDirectory();
+    // If the system names no temporary folder, the current one is used.
+    if (folder.IsEmpty()) return;
     if (!CFileUtils::IsDirectory(folder)) AfxThrowFileException(CFileException::badPath, -1, folder);
 }
 
