@@ -44,4 +44,17 @@ TEST(XmlTrees, DetachedNodesKeepNamespace) {
     EXPECT_EQ(again.get_namespaceURI(), "u");
 }
 
+// A new element often gets the address of the freed one.
+TEST(XmlTrees, NewElementsAreIndependentOfFreedOnes) {
+    const IXMLDOMDocument document = CXmlHelper::CreateDocument();
+    for (const char* const markup : {"", "<r/>"}) {
+        document.loadXML(markup);
+        for (const char* const value : {"1", "2", "3"}) {
+            const IXMLDOMElement element = document.createElement("e");
+            CXmlHelper::SetAttribute(element, "name", value);
+            EXPECT_EQ(element.get_xml(), CString("<e name=\"") + value + "\"/>");
+        }
+    }
+}
+
 }  // namespace

@@ -49,9 +49,17 @@ auto OrphanOf(Tree& tree, xmlNode* node) {
     return tree.orphans.empty() ? tree.orphans.end() : tree.orphans.find(TopOf(node));
 }
 
+// Forgets what is cached about elements.
+void ForgetElements(Tree& tree) {
+    tree.children.clear();
+    tree.attributes = {};
+}
+
 // Subtracts `nodes` from an orphan's count and frees the orphan at 0.
 void ReleaseOrphan(Tree& tree, std::unordered_map<xmlNode*, std::size_t>::iterator orphan, std::size_t nodes) {
     if (orphan == tree.orphans.end() || (orphan->second -= nodes) > 0) return;
+    // A new element may get the address of one that is freed here.
+    if (orphan->first->type != XML_ATTRIBUTE_NODE) ForgetElements(tree);
     xmlFreeNode(orphan->first);
     tree.orphans.erase(orphan);
 }
