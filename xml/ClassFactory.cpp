@@ -7,7 +7,12 @@ namespace {
 
 struct Registry {
     std::mutex mutex;
-    std::map<std::string, CQVClassFactory::Maker, std::less<>> makers;
+    CQVClassFactory::Registration last = 0;
+    struct Class {
+        CQVClassFactory::Maker maker;
+        CQVClassFactory::Registration registration;
+    };
+    std::map<std::string, Class, std::less<>> classes;
 };
 
 // Never destroyed: classes may be unregistered during process exit.
@@ -16,21 +21,31 @@ Registry& Known() {
     return *registry;
 }
 
-}  // namespace
-
-void CQVClassFactory::Register(std::string_view key, Maker maker) {
+template <class Condition>
+bool Remove(std::string_view key, Condition condition) {
     Registry& known = Known();
     const std::lock_guard lock(known.mutex);
-    known.makers.insert_or_assign(std::string(key), std::move(maker));
+    const auto found = known.classes.find(key);
+    if (found == known.classes.end() || !condition(found->second)) return false;
+    known.classes.erase(found);
+    return true;
+}
+
+}  // namespace
+
+CQVClassFactory::Registration CQVClassFactory::Register(std::string_view key, Maker maker) {
+    Registry& known = Known();
+    const std::lock_guard lock(known.mutex);
+    known.classes.insert_or_assign(std::string(key), Registry::Class{std::move(maker), known.last + 1});
+    return ++known.last;
 }
 
 bool CQVClassFactory::Unregister(std::string_view key) {
-    Registry& known = Known();
-    const std::lock_guard lock(known.mutex);
-    const auto maker = known.makers.find(key);
-    if (maker == known.makers.end()) return false;
-    known.makers.erase(maker);
-    return true;
+    return Remove(key, [](const Registry::Class&) { return true; });
+}
+
+bool CQVClassFactory::Unregister(std::string_view key, Registration registration) {
+    return Remove(key, [registration](const Registry::Class& found) { return found.registration == registration; });
 }
 
 CObject* CQVClassFactory::CreateObject(std::string_view key) {
@@ -38,9 +53,9 @@ CObject* CQVClassFactory::CreateObject(std::string_view key) {
     Maker maker;
     {
         const std::lock_guard lock(known.mutex);
-        const auto found = known.makers.find(key);
-        if (found == known.makers.end()) return nullptr;
-        maker = found->second;
+        const auto found = known.classes.find(key);
+        if (found == known.classes.end()) return nullptr;
+        maker = found->second.maker;
     }
     return maker();
 }

@@ -23,7 +23,7 @@ CXmlEntryTemplate::CXmlEntryTemplate(std::string_view type) : m_type(type) {
 }
 
 CXmlEntryTemplate::~CXmlEntryTemplate() {
-    for (const CString& tag : m_tags) CXmlObjectFactory::Unregister(tag);
+    for (const auto& [tag, registration] : m_versions) CXmlObjectFactory::Unregister(tag, registration);
 }
 
 CString CXmlEntryTemplate::GetTag(std::string_view type, int version) {

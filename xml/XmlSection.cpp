@@ -21,6 +21,7 @@ CString CXmlSection::GetNextTag() const {
 
 void CXmlSection::Clear() {
     m_text.clear();
+    m_verbatimLines.clear();
     m_indent = 0;
     m_node.reset();
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <span>
 
 #include "qvcommon/XmlSection.h"
 #include "xml/Numbers.h"
@@ -44,13 +45,19 @@ void Reserve(std::string& text, std::uint64_t more) {
 // Removes the lines of an operation that raises before it is complete.
 class Transaction {
 public:
-    Transaction(std::string& text, int& indent)
-        : m_text(text), m_indent(indent), m_sizeBefore(text.size()), m_indentBefore(indent) {}
+    Transaction(std::string& text, std::vector<std::size_t>& verbatimLines, int& indent)
+        : m_text(text),
+          m_verbatimLines(verbatimLines),
+          m_indent(indent),
+          m_sizeBefore(text.size()),
+          m_verbatimBefore(verbatimLines.size()),
+          m_indentBefore(indent) {}
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction() {
         if (m_committed) return;
         m_text.resize(m_sizeBefore);
+        m_verbatimLines.resize(m_verbatimBefore);
         m_indent = m_indentBefore;
     }
 
@@ -58,8 +65,9 @@ public:
 
 private:
     std::string& m_text;
+    std::vector<std::size_t>& m_verbatimLines;
     int& m_indent;
-    const std::size_t m_sizeBefore;
+    const std::size_t m_sizeBefore, m_verbatimBefore;
     const int m_indentBefore;
     bool m_committed = false;
 };
@@ -88,13 +96,20 @@ void AppendLine(std::string& out, std::size_t indent, std::string_view tag, std:
     out.append(line, at);
 }
 
-// Appends whole lines, each indented by `indent` spaces.
-void AppendIndented(std::string& text, std::string_view lines, std::size_t indent) {
+// Appends whole lines, each indented by `indent` spaces, except those that begin at a position in `verbatim`.
+void AppendIndented(std::string& text, std::vector<std::size_t>& verbatimLines, std::string_view lines,
+                    std::span<const std::size_t> verbatim, std::size_t indent) {
     Reserve(text, std::min(lines.size() + lines.size() / 4, qv::kLongestSection - text.size()));
     for (std::size_t from = 0, end; from < lines.size(); from = end) {
         end = lines.find('\n', from) + 1;
         CheckRoom(text, indent + (end - from));
-        text.append(indent, ' ').append(lines, from, end - from);
+        if (!verbatim.empty() && verbatim.front() == from) {
+            verbatim = verbatim.subspan(1);
+            verbatimLines.push_back(text.size());
+        } else {
+            text.append(indent, ' ');
+        }
+        text.append(lines, from, end - from);
     }
 }
 
@@ -110,6 +125,16 @@ void CXmlSection::AppendRawXml(std::string_view text, BOOL indentAfter, BOOL out
 
 void CXmlSection::AddElement(std::string_view tag, std::string_view escaped) {
     AppendLine(m_text, static_cast<std::size_t>(m_indent), WrittenTag(tag), escaped);
+}
+
+void CXmlSection::AddVerbatim(std::string_view tag, std::string_view content) {
+    constexpr std::size_t kCloseMarks = 4;  // of "</", ">" and the line end
+    Transaction guard(m_text, m_verbatimLines, m_indent);
+    AddElement(tag, content);
+    const std::size_t begin = m_text.size() - kCloseMarks - tag.size() - content.size();
+    for (std::size_t end = content.find('\n'); end != content.npos; end = content.find('\n', end + 1))
+        m_verbatimLines.push_back(begin + end + 1);
+    guard.Commit();
 }
 
 void CXmlSection::OpenElement(std::string_view tag) {
@@ -157,7 +182,7 @@ void CXmlSection::AddDate(std::string_view tag, const COleDateTime& value, BOOL 
 
 void CXmlSection::AddStringArray(std::string_view tag, const CStringArray& texts, BOOL force) {
     if (texts.IsEmpty() && !force) return;
-    Transaction guard(m_text, m_indent);
+    Transaction guard(m_text, m_verbatimLines, m_indent);
     OpenElement(tag);
     for (const CString& text : texts) AddString("ITEM", text, force);
     CloseElement(tag);
@@ -166,7 +191,7 @@ void CXmlSection::AddStringArray(std::string_view tag, const CStringArray& texts
 
 void CXmlSection::AddStringToStringMap(std::string_view tag, const CMapStringToString& map, BOOL force) {
     if (map.IsEmpty() && !force) return;
-    Transaction guard(m_text, m_indent);
+    Transaction guard(m_text, m_verbatimLines, m_indent);
     OpenElement(tag);
     for (const auto& [key, value] : map) {
         OpenElement("ENTRY");
@@ -187,10 +212,11 @@ void CXmlSection::AddStringToIntMap(std::string_view tag, const CMapStringToInt&
 void CXmlSection::AddSection(const CXmlSection& section, BOOL force) {
     if (section.EmptyForSave() && !force) return;
     if (&section == this) return AddSection(CXmlSection(section), force);
-    if (section.m_node) return AddElement(section.m_tag, section.m_node->Content());
-    Transaction guard(m_text, m_indent);
+    if (section.m_node) return AddVerbatim(section.m_tag, section.m_node->Content());
+    Transaction guard(m_text, m_verbatimLines, m_indent);
     OpenElement(section.m_tag);
-    AppendIndented(m_text, section.m_text, static_cast<std::size_t>(m_indent));
+    AppendIndented(m_text, m_verbatimLines, section.m_text, section.m_verbatimLines,
+                   static_cast<std::size_t>(m_indent));
     CloseElement(section.m_tag);
     guard.Commit();
 }
@@ -203,7 +229,7 @@ void CXmlSection::AddObject(const CXmlObject& object, BOOL force) {
 
 void CXmlSection::AddObjectArray(std::string_view tag, const CXmlObjectArray& objects, BOOL force) {
     if (objects.IsEmpty() && !force) return;
-    Transaction guard(m_text, m_indent);
+    Transaction guard(m_text, m_verbatimLines, m_indent);
     OpenElement(tag);
     for (const CXmlObject* const object : objects) AddObject(*object, 1);
     CloseElement(tag);

@@ -22,7 +22,7 @@ public:
     /// @throws CInvalidArgException* for a type that is empty, begins with "/", contains "<" or ">", or ends like a
     /// version (a dot and digits).
     explicit CXmlEntryTemplate(std::string_view type);
-    /// Unregisters these versions.
+    /// Unregisters these versions, except those that a later template has replaced.
     ~CXmlEntryTemplate();
     CXmlEntryTemplate(const CXmlEntryTemplate&) = delete;
     CXmlEntryTemplate& operator=(const CXmlEntryTemplate&) = delete;
@@ -32,8 +32,7 @@ public:
     template <class T>
     CXmlEntryTemplate& AddVersion(int version) {
         const CString tag = GetTag(m_type, version);
-        CXmlObjectFactory::Register<T>(tag);
-        m_tags.Add(tag);
+        m_versions.emplace_back(tag, CXmlObjectFactory::Register<T>(tag));
         return *this;
     }
     /// Returns the constructor's type.
@@ -48,7 +47,7 @@ public:
 
 private:
     CString m_type;
-    CStringArray m_tags;
+    std::vector<std::pair<CString, CQVClassFactory::Registration>> m_versions;  // their tags
 };
 
 /// An entry whose class is not registered with the factory. It is saved again byte for byte, except for blanks in its

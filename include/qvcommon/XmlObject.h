@@ -32,11 +32,15 @@ public:
     /// Registers a class with a default constructor under its type, replacing an earlier one. Thread-safe, as all
     /// members are.
     template <class T>
-    static void Register(std::string_view type) {
-        CQVClassFactory::Register<T>(KeyOf(type));
+    static CQVClassFactory::Registration Register(std::string_view type) {
+        return CQVClassFactory::Register<T>(KeyOf(type));
     }
     /// Returns whether the type was registered.
     static bool Unregister(std::string_view type) { return CQVClassFactory::Unregister(KeyOf(type)); }
+    /// Unregisters the type unless it has been registered again since. Returns whether it was unregistered.
+    static bool Unregister(std::string_view type, CQVClassFactory::Registration registration) {
+        return CQVClassFactory::Unregister(KeyOf(type), registration);
+    }
     /// Returns a new object, owned by the caller; null for a type that is not registered. Blanks and "_" are
     /// equivalent.
     static CXmlObject* CreateObject(std::string_view type);

@@ -16,6 +16,7 @@
 /// only.
 
 #include <memory>
+#include <vector>
 
 #include "qvcommon/XmlObject.h"
 #include "qvcommon/framework/DateTime.h"
@@ -140,6 +141,7 @@ public:
 
 private:
     void AddElement(std::string_view tag, std::string_view escaped);
+    void AddVerbatim(std::string_view tag, std::string_view content);
     void OpenElement(std::string_view tag);
     void CloseElement(std::string_view tag);
     template <class Make>
@@ -148,6 +150,7 @@ private:
     CString m_tag;
     std::string m_text;                             // the lines written
     std::string m_escaped;                          // buffer for the text of a line
+    std::vector<std::size_t> m_verbatimLines;       // where lines begin in m_text that are never indented further
     int m_indent = 0;                               // in blanks
     std::shared_ptr<const qv::SectionNode> m_node;  // the parsed content
 };

@@ -26,8 +26,10 @@ public:
 };
 
 std::vector<std::unique_ptr<CXmlObject>> Entries(const std::string& xml) {
-    CXmlSection section;
-    section.SetRawXml(xml);
+    CXmlSection file, document, section;
+    file.SetRawXml("<File><Document>" + xml + "</Document></File>");
+    file.GetSection("File", document);
+    document.GetSection("Document", section);
     CXmlObjectArray objects;
     EXPECT_EQ(section.GetEntryArray("List", objects), 1);
     return {objects.begin(), objects.end()};
@@ -36,9 +38,12 @@ std::vector<std::unique_ptr<CXmlObject>> Entries(const std::string& xml) {
 std::string Saved(const std::vector<std::unique_ptr<CXmlObject>>& entries) {
     CXmlObjectArray objects;
     for (const auto& entry : entries) objects.Add(entry.get());
-    CXmlSection section;
-    section.AddObjectArray("List", objects);
-    return section.GetRawXml().AsStd();
+    CXmlSection document("Document"), file("File"), text;
+    document.AddObjectArray("List", objects);
+    file.AddSection(document);
+    text.AddSection(file);
+    std::string list = text.GetRawXml().AsStd();
+    return list.substr(list.find("<List>"), list.find("</Document>") - list.find("<List>"));
 }
 
 TEST(XmlEntryTemplate, SeparatesVersionsPreservesUnknown) {
@@ -60,13 +65,23 @@ TEST(XmlEntryTemplate, SeparatesVersionsPreservesUnknown) {
     }
     EXPECT_THAT(saved, testing::HasSubstr(unknown));
     EXPECT_THAT(saved, testing::HasSubstr(other));
-    EXPECT_THAT(saved,
-                testing::HasSubstr("<Length.2>\n        <Value>5</Value>\n        <Unit>mm</Unit>\n    </Length.2>"));
+    EXPECT_THAT(saved, testing::HasSubstr(
+                           "<Length.2>\n                <Value>5</Value>\n                <Unit>mm</Unit>\n            "
+                           "</Length.2>"));
     // Without the template all of them are unknown, and saving is idempotent.
     const auto entries = Entries(saved);
     EXPECT_EQ(entries.size(), 4u);
     for (const auto& entry : entries) EXPECT_TRUE(dynamic_cast<CXmlUnknownEntry*>(entry.get()));
     EXPECT_EQ(Saved(entries), saved);
+}
+
+TEST(XmlEntryTemplate, LaterTemplateOutlivesEarlierOne) {
+    auto earlier = std::make_unique<CXmlEntryTemplate>("Length");
+    earlier->AddVersion<Length>(2);
+    CXmlEntryTemplate later("Length");
+    later.AddVersion<Length>(2);
+    earlier.reset();
+    EXPECT_TRUE(std::unique_ptr<CXmlObject>(CXmlObjectFactory::CreateObject("Length.2")));
 }
 
 TEST(XmlEntryTemplate, SplitsTagIntoTypeAndVersion) {
