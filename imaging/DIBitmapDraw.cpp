@@ -58,7 +58,8 @@ BOOL CDIBitmap::DrawDIB(const CDC& target, int x, int y, int width, int height, 
 std::unique_ptr<BYTE[]> CDIBitmap::DecodedRows(DibInfo& info) const {
     constexpr std::int64_t always = 16 << 20, perByte = 1024;
     const std::int64_t pitch = GetBytesPerLine(8, GetWidth());
-    const std::int64_t bound = always + static_cast<std::int64_t>(m_bitsSize) * perByte;
+    const std::int64_t bound =
+        std::min<std::int64_t>(always + static_cast<std::int64_t>(m_bitsSize) * perByte, PTRDIFF_MAX);
     if (pitch == 0 || RowCount() > bound / pitch) return nullptr;
     auto rows = std::make_unique<BYTE[]>(static_cast<std::size_t>(pitch * RowCount()));
     DecodeRunLengths({m_bits.get(), m_bitsSize}, info.header.compression == kRunLength4, GetWidth(), RowCount(), pitch,

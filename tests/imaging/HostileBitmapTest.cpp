@@ -25,6 +25,14 @@ void UseAll(Bitmap& bitmap, CFile& out) {
     bitmap.PadBits();
 }
 
+TEST_F(HostileBitmap, PictureLargerThanTheAddressSpaceIsNotDrawn) {
+    if (sizeof(void*) > 4) GTEST_SKIP() << "64-bit programs can hold it";
+    const BitmapRecipe runs = {.width = 65536, .height = 65537, .bits = 8, .compression = 1};
+    ASSERT_EQ(Load(BitmapFile(runs) + std::string(4 << 20, '\1')), 1);
+    std::vector<DWORD> pixels(4);
+    EXPECT_EQ(bitmap.DrawDIB(CDC(CPixelBuffer{pixels.data(), 2, 2, 2}), 0, 0, 2, 2), 0);
+}
+
 TEST_F(HostileBitmap, BoundsDeclaredValues) {
     const BitmapRecipe five = {.width = 5, .height = 3, .bits = 8};
     const auto with = [&](std::size_t at, std::uint32_t word) {
