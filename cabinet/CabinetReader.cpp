@@ -201,7 +201,7 @@ void CabinetReader::CheckOrder(const MemberEntry& member, unsigned folder) {
     if (static_cast<int>(folder) < m_lastFolder) throw EngineFailure{ReadError::Corrupt};
     if (static_cast<int>(folder) > m_lastFolder)
         m_lastEnd = m_lastFolder < 0 && member.IsContinued() ? member.offset : 0;
-    if (m_limits.tiles && member.offset != m_lastEnd) throw EngineFailure{ReadError::Corrupt};
+    if (m_limits.coverage != Coverage::Any && member.offset != m_lastEnd) throw EngineFailure{ReadError::Corrupt};
     m_lastFolder = static_cast<int>(folder);
     if (member.size == 0) return;
     if (member.offset < m_lastEnd) throw EngineFailure{ReadError::Corrupt};
@@ -241,8 +241,7 @@ void CabinetReader::CopyMember(const MemberEntry& member, const OpenCabinet& cab
     notification.cabinetNumber = cabinet.Info().cabinetNumber;
     notification.folder = member.folder;
     const Handle target = Notify(QvCabinetNotification::copyFile, notification);
-    if (target == 0) return;
-    if (!TryExtract(member, cabinet, target)) return;
+    if (target == 0 || !TryExtract(member, cabinet, target)) return;
     notification.file = target;
     if (Notify(QvCabinetNotification::closeFileInfo, notification) == 0)
         throw EngineFailure{ReadError::CannotWriteTarget};
@@ -256,7 +255,7 @@ void CabinetReader::SelectFolder(unsigned folder) {
 }
 
 void CabinetReader::FinishFolder() {
-    if (m_limits.tiles && !m_skipsFolder) m_stream->RequireEnd(m_streamEnd);
+    if (m_limits.coverage == Coverage::All && !m_skipsFolder) m_stream->RequireEnd(m_streamEnd);
 }
 
 /// Returns false for a skipped member.
@@ -293,6 +292,7 @@ void CabinetReader::Extract(const MemberEntry& member, Handle target) {
 void CabinetReader::ReportPartial(const MemberEntry& member, const OpenCabinet& cabinet) {
     QvCabinetNotification notification;
     notification.name = member.name;
+    notification.attributes = member.attributes;
     notification.disk = cabinet.PreviousName();
     Notify(QvCabinetNotification::partialFile, notification);
 }

@@ -10,12 +10,19 @@
 
 namespace qv::cabinet {
 
+/// What the members of a folder must cover of its data.
+enum class Coverage {
+    Any,
+    WithoutGaps,
+    All,  ///< without gaps, up to the end, which takes reading all of it
+};
+
 /// Cabinets beyond these limits are refused as corrupt before anything is extracted. Each counts over the whole set.
 struct ReadLimits {
     std::uint64_t members;
     std::uint64_t totalSize;  ///< of the members, as stated by the cabinet
     std::uint64_t expansion;  ///< the maximum ratio of totalSize to the size of the cabinets
-    bool tiles = false;       ///< the members of a folder must cover all of its data, without gaps
+    Coverage coverage = Coverage::Any;
 };
 
 /// What an operation was working on when it failed; empty if nothing in particular.

@@ -53,10 +53,11 @@ void CReadCab::ReadCab(const char* path) {
     if (!m_context) OpenHfdi();
     if (!m_context) Fail(NumberOf(ReadError::NoMemory));
     bool copied = false;
+    const Coverage coverage = !m_useManifest ? Coverage::Any : m_dryRun ? Coverage::WithoutGaps : Coverage::All;
     try {
         copied =
             m_context->reader.Copy(CFileUtils::GetFilenameFromPath(cabinet), CFileUtils::GetDirectoryFromPath(cabinet),
-                                   {m_limits.members, m_limits.totalSize, m_limits.expansion, m_useManifest != 0});
+                                   {m_limits.members, m_limits.totalSize, m_limits.expansion, coverage});
     } catch (...) {
         CloseHfdi();
         throw;
@@ -176,6 +177,11 @@ void CReadCab::CabToDirectory(const char* folder, const char* cabinet) {
 }
 
 void CReadCab::Unpack(const char* folder, const char* cabinet) {
+    for (int i = m_sources.GetSize(); i-- > 0;) {
+        if (m_sources[i] != kRoot) continue;
+        m_sources.RemoveAt(i);
+        m_targets.RemoveAt(i);
+    }
     AddSubstitution(kRoot, CFileUtils::TerminateDir(folder));
     UseManifest(1);
     ReadCab(FindFirstCabinet(cabinet));

@@ -21,6 +21,9 @@ struct CReadCab::Target {
 class CReadCab::Context : public qv::cabinet::OnDisk<qv::cabinet::IReaderCallbacks> {
 public:
     explicit Context(CReadCab& owner) : reader(*this, owner.m_error), m_owner(owner) {}
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+    ~Context() override { Unstage(); }
 
     CString FindName(const CString& folder, const CString& name) override {
         return qv::cabinet::FindNameOnDisk(folder, name);
@@ -57,6 +60,7 @@ public:
     /// Returns kNoHandle if the file cannot be created.
     qv::cabinet::Handle Create(const Target& target) {
         qv::platform::FileHandle file = qv::platform::kNoFile;
+        Unstage();  // an override has skipped the member before
         m_folder.SetRoot(target.root);
         if (!m_files.Note(m_folder.Create(target.names, file))) return qv::cabinet::kNoHandle;
         m_staged = m_files.Add(file);

@@ -222,8 +222,8 @@ public:
     /// missing.
     /// @throws as ReadCab and FindFirstCabinet.
     static void CabToDirectory(const char* folder, const char* cabinet);
-    /// Does the same with this object, so that overridden members are called. Adds a substitution and enables the
-    /// manifest.
+    /// Does the same with this object, so that overridden members are called. Adds the substitution for "*ROOT*", in
+    /// place of an earlier one, and enables the manifest.
     void Unpack(const char* folder, const char* cabinet);
 
     /// Returns the path of the first cabinet of a cabinet's set: the path itself if it is the first. The others are

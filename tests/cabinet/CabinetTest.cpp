@@ -7,6 +7,8 @@
 #include "qvcommon/FileUtils.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/CabinetError.h"
+#include "tests/support/Noise.h"
+#include "tests/support/SystemFaults.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tree.h"
 
@@ -88,6 +90,50 @@ TEST(Cabinet, PreservesTimesAndAttributes) {
         EXPECT_TRUE(restored.m_attribute & CFile::readOnly);
         for (const char* const name : {"stamped", "out\\stamped"}) ASSERT_TRUE(CFileUtils::MakeWritable(folder / name));
     }
+}
+
+TEST(Cabinet, OneReaderUnpacksSeveralArchives) {
+    const TempFolder folder;
+    for (const char* const name : {"a", "b"}) {
+        folder.Write("in/" + std::string(name), name + Noise(100'000, 1));
+        CMakeCab::DirectoryToCab(folder / "in", folder / name, 0);
+        fs::remove_all(folder.Native("in"));
+    }
+    CReadCab reader;
+    for (const char* const name : {"a", "b"}) reader.Unpack(folder / "to" + name, folder / name + ".cab");
+    EXPECT_TRUE(folder.Has("toa/a") && folder.Has("tob/b") && !folder.Has("toa/b"));
+    // A dry run does not read the members.
+    std::string damaged = folder.Read("b.cab");
+    damaged.back() = static_cast<char>(damaged.back() ^ 1);
+    folder.Write("b.cab", damaged);
+    reader.SetDryRun(1);
+    reader.Unpack(folder / "dry", folder / "b.cab");
+    EXPECT_FALSE(folder.Has("dry"));
+}
+
+TEST(Cabinet, FileOfSkippedMemberIsClosedOnce) {
+    /// Skips members after their files have been opened.
+    struct Skipping : CReadCab {
+        int NotifyCopyFile(QvCabinetNotification& member) override {
+            const int opened = CReadCab::NotifyCopyFile(member);
+            skips = member.name.Left(6) != "CabMan";
+            return skips ? 0 : opened;
+        }
+        std::atomic<bool> skips = false;
+    };
+    const TempFolder folder;
+    folder.Write("in/a", "a");
+    CMakeCab::DirectoryToCab(folder / "in", folder / "p", 0);
+    Skipping reader;
+    std::ofstream others[3];  // one of them gets the member's handle, after that and the cabinets' are closed
+    int closed = 0;
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        if (reader.skips && call.kind == qv::platform::CallKind::Close && ++closed == 4)
+            for (std::ofstream& other : others) other.open(folder.Native("other"));
+        return SystemFaults::Fault{};
+    });
+    reader.Unpack(folder / "out", folder / "p.cab");
+    for (std::ofstream& other : others) EXPECT_TRUE(other << "still open" << std::flush);
 }
 
 TEST(Cabinet, PropagatesErrorsFromOverrides) {
