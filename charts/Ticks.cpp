@@ -90,7 +90,9 @@ void Widen(Range& range, bool logarithmic) {
 }
 
 double RoundStep(const Range& range, int most) {
+    constexpr double kGreatest = 1e308;  // of the round numbers
     const double wanted = range.high / most - range.low / most;
+    if (wanted > kGreatest) return kGreatest;
     return RoundNumber(RoundNumberAbove(std::max(wanted, kLeastStep)));
 }
 

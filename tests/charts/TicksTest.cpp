@@ -29,6 +29,7 @@ TEST(Ticks, AreRoundNumbers) {
              Row{0, 2.3e9, 5, false, "0 0.5bn 1.0bn 1.5bn 2.0bn 2.5bn"},
              Row{1e18, 2e18, 2, false, "1.0e18 1.5e18 2.0e18"},
              Row{-kMost, kMost, 4, false, "-1e308 0 1e308"},
+             Row{-kMost, kMost, 1, false, "-1e308 0 1e308"},
              Row{-6, 9, 1, false, "0"},  // no single step reaches over zero
              Row{5, 5, 3, false, "2 4 6 8"},
              Row{0, 5e-324, 2, false, "-1 0 1"},
