@@ -100,6 +100,12 @@ TEST(XmlCommand, PreservesBytesInAnyEnvironment) {
     EXPECT_EQ(RunProgram("env", set).status, 0);
     EXPECT_NE(folder.Read("a.xml").find("<b>Gr\u00F6\u00DFe</b>"), std::string::npos);
     EXPECT_EQ(RunProgram("env", {western, qv, "text", "title-case"}, "\xC4h \xE9T\xC9").output, "\xC4h \xC9t\xE9");
+    const CString out(folder.Native("out").string());
+    EXPECT_EQ(RunProgram("env", {western, qv, "report", CString(folder.Native().string()), "-o", out, "--title",
+                                 "Gr\366\337e"})
+                  .status,
+              0);
+    EXPECT_NE(folder.Read("out/index.html").find("<title>Gr\u00F6\u00DFe"), std::string::npos);
 }
 
 }  // namespace

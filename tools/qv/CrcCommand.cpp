@@ -85,12 +85,20 @@ std::optional<unsigned long> CrcFrom(const std::string& digits) {
     return std::stoul(digits, nullptr, 16);
 }
 
+// Returns where the name begins in "DIGITS  NAME" and "DIGITS *NAME". With other separators, the name cannot begin
+// with one.
+std::size_t NameAfter(std::size_t digits, const std::string& line) {
+    const std::string marks = line.substr(digits, 2);
+    const bool isExact = marks == "  " || marks == " *";
+    return isExact && digits + 2 < line.size() ? digits + 2 : line.find_first_not_of(" \t*", digits);
+}
+
 // Parses "DIGITS  NAME", optionally with "*" as the second separator, as this tool and rhash write it, or "NAME
 // DIGITS", as in SFV files.
 std::optional<Expected> ParseLine(const std::string& line) {
     constexpr std::size_t kDigits = 8;
     if (line.size() > kDigits + 1) {
-        const std::size_t name = line.find_first_not_of(" \t*", kDigits);
+        const std::size_t name = NameAfter(kDigits, line);
         const auto first = CrcFrom(line.substr(0, kDigits));
         if (first && name > kDigits && name != line.npos) return Expected{PathFrom(line.substr(name)), *first};
         const std::size_t last = line.size() - kDigits, end = line.find_last_not_of(" \t", last - 1);

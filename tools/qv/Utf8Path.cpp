@@ -42,6 +42,8 @@ fs::path PathFromArgument(const std::string& argument) {
 }
 
 std::string Utf8FromArgument(const std::string& argument) {
+    std::string utf8 = QvToUtf8(argument).AsStd();
+    if (QvFromUtf8(utf8).AsStd() == argument) return utf8;
     const auto text = fs::path(NativeText(argument)).u8string();
     return {text.begin(), text.end()};
 }

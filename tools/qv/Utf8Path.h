@@ -14,7 +14,8 @@ std::filesystem::path PathFromArgument(const std::string& argument);
 /// The inverse: the library's form in the process's code page, with "?" for characters that it lacks.
 CString ArgumentFromPath(const std::filesystem::path& path);
 
-/// Returns any argument in UTF-8. @throws CommandError if it is not valid in the process's code page.
+/// Returns any argument in UTF-8. If it is not valid in the process's code page: its bytes on systems whose names are
+/// bytes, and elsewhere @throws CommandError.
 std::string Utf8FromArgument(const std::string& argument);
 /// Returns a path in the library's form in UTF-8, with "/" as the separator.
 std::string Utf8FromLibrary(const CString& path);

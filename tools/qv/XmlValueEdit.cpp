@@ -138,7 +138,8 @@ std::size_t ElementsBefore(MSXML2::IXMLDOMNode node) {
 
 std::optional<XmlValuePlace> PlaceOfValue(const MSXML2::IXMLDOMDocument& document, const std::string& path) {
     XmlValuePlace place;
-    const std::size_t step = path.rfind("/@");
+    std::size_t step = path.rfind("/@");
+    if (path.find(']', std::min(step, path.size())) != path.npos) step = path.npos;  // part of a condition
     if (step != path.npos) place.attribute = path.substr(step + 2);
     MSXML2::IXMLDOMNode node = document.selectSingleNode(path.substr(0, step));
     if (!node || node.get_nodeType() != MSXML2::NODE_ELEMENT) return std::nullopt;
