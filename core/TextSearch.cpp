@@ -104,13 +104,22 @@ Occurrence TextSearch::FindByBytes(std::size_t from) {
         if (!m_byBytes) return {};
         // An earlier occurrence takes at most two bytes for each byte of `find`.
         const std::size_t reach = (found == kNowhere ? end : found) + 2 * size;
-        if (HasLongLetter(m_text.substr(from, reach - from))) {
+        if (HasLongLetterBetween(from, reach)) {
             m_byBytes = false;
             return {};
         }
         if (found != kNowhere) return {found, size};
     }
     return {};
+}
+
+// Looks at each byte only once, because windows overlap by twice the length of `find`.
+bool TextSearch::HasLongLetterBetween(std::size_t from, std::size_t end) {
+    end = std::min(end, m_text.size());
+    if (m_plainEnd > 0) from = std::max(from, m_plainEnd - 1);  // a letter may cross that end
+    if (from >= end) return false;
+    m_plainEnd = end;
+    return HasLongLetter(m_text.substr(from, end - from));
 }
 
 // Returns the first occurrence that starts between `from` and `limit`, exclusive. Clears m_byBytes if comparisons

@@ -46,6 +46,7 @@ private:
     bool MayHoldLongLetters() const;
 
     Occurrence FindByBytes(std::size_t from);
+    bool HasLongLetterBetween(std::size_t from, std::size_t end);
     std::size_t ScanFor(std::size_t from, std::size_t limit);
     std::size_t NextCandidate(std::size_t from, std::size_t limit) const;
     bool IsAt(std::size_t position);
@@ -59,6 +60,7 @@ private:
     // While m_byBytes is set, occurrences are detected by their anchors; m_upper maps bytes to upper case.
     bool m_byBytes = false;
     bool m_longLetters = false;
+    std::size_t m_plainEnd = 0;  // no long letter ends between the first `from` and here
     std::string m_upper;
     Anchor m_first, m_second;
     std::size_t m_origin = kNowhere, m_compared = 0;  // if more is compared than skipped, the automaton takes over

@@ -36,6 +36,8 @@ const struct {
     {"Replace", [](const Sought& s) { Use(CString(s.text).Replace(s.find, "x")); }},
     {"CountOf", [](const Sought& s) { Use(H::CountOf(s.text, s.find)); }},
     {"FindNoCase", [](const Sought& s) { Use(H::FindNoCase(s.text, s.find)); }},
+    // U+017F is an S in upper case.
+    {"FindNoCaseOfS", [](const Sought& s) { Use(H::FindNoCase(s.text, CString('s', s.find.GetLength()))); }},
     {"ReplaceNoCase",
      [](const Sought& s) {
          CString text = s.text;
