@@ -1,7 +1,8 @@
 #include "qvcommon/TempFile.h"
 
+#include <atomic>
 #include <cstdlib>
-#include <mutex>
+#include <utility>
 
 #include "framework/FileErrors.h"
 #include "platform/Clock.h"
@@ -64,13 +65,14 @@ void CTempFile::Create(int useGivenName) {
 /// Creates a file and returns its name.
 CString CTempFile::CreateCandidate() const {
     constexpr int kMostTaken = 1000;
+    const bool isGiven = HasGivenName();
     for (int taken = 0; taken < kMostTaken;) {
         CString candidate = NextCandidate();
-        bool isTaken = !m_fixedName && Exists(candidate);
+        bool isTaken = !isGiven && Exists(candidate);
         if (!isTaken) {
-            const Status made = m_fixedName ? EmptyOrMake(candidate) : qv::platform::MakeFile(candidate);
+            const Status made = isGiven ? EmptyOrMake(candidate) : qv::platform::MakeFile(candidate);
             if (made.ok()) return candidate;
-            isTaken = !m_fixedName && qv::platform::MeansNameTaken(made.error());
+            isTaken = !isGiven && qv::platform::MeansNameTaken(made.error());
             if (!isTaken) RaiseUnlessAnotherNameMayDo(made, candidate, m_fixedName != 0);
         }
         taken += isTaken;
@@ -78,8 +80,12 @@ CString CTempFile::CreateCandidate() const {
     AfxThrowFileException(CFileException::accessDenied);
 }
 
+bool CTempFile::HasGivenName() const {
+    return m_fixedName && !m_filename.IsEmpty();
+}
+
 CString CTempFile::NextCandidate() const {
-    if (m_fixedName && !m_filename.IsEmpty()) return m_filename;
+    if (HasGivenName()) return m_filename;
     CString candidate;
     candidate.Format("%s%s%s.%s", m_directory, m_prefix, GetRandomName(), m_extension);
     return candidate;
@@ -100,8 +106,12 @@ void CTempFile::SetFilename(const char* filename) {
 }
 
 CString CTempFile::GetRandomName() {
-    static std::once_flag seeded;
-    std::call_once(seeded, [] { std::srand(static_cast<unsigned>(qv::platform::SecondsNow())); });
+    // Windows has a generator for each thread, Linux one for the process.
+    constexpr unsigned kApart = 0x9E3779B9;
+    static std::atomic<unsigned> threads = 0;
+    thread_local bool isSeeded = false;
+    if (!std::exchange(isSeeded, true))
+        std::srand(static_cast<unsigned>(qv::platform::SecondsNow()) + threads++ * kApart);
     CString name;
     for (int i = 0; i < 6; ++i) name += static_cast<char>('A' + std::rand() % 26);
     return name;

@@ -19,7 +19,8 @@ public:
 
     /// Creates an empty, closed file and owns it; a file owned before is deleted first. With `useGivenName` non-zero,
     /// or after SetFilename, it uses the current name, if any, and truncates an existing file of that name; otherwise a
-    /// new one. Does not return while the folder does not exist: set an existing one.
+    /// new one. Does not return while the system refuses new names for any reason but those below: set an existing
+    /// folder, and a prefix and an extension that are valid in names and short enough.
     /// @throws CFileException* with the system's error and the name if too many files are open, access is denied or
     /// folder or disk is full; with accessDenied and no name if a given name cannot be created for another reason, or
     /// after 1000 new names that exist. The object is then unchanged, except that the file owned before is deleted.
@@ -53,6 +54,7 @@ protected:
     static CString GetRandomName();
 
 private:
+    bool HasGivenName() const;
     CString NextCandidate() const;
     CString CreateCandidate() const;
 

@@ -62,6 +62,19 @@ TEST(TempFile, AdoptsGivenName) {
     EXPECT_TRUE(CFileUtils::IsExist(own));
 }
 
+TEST(TempFile, NeverTruncatesFileOfAnotherWithoutGivenName) {
+    const TempFolder folder;
+    FileIn first(folder), second(folder);
+    first.Create();
+    std::srand(7);
+    first.Create();
+    std::ofstream(fs::path(CFileUtils::GetNativePath(first.GetFilename()).AsStd())) << "content";
+    std::srand(7);
+    second.Create(1);
+    EXPECT_NE(second.GetFilename(), first.GetFilename());
+    EXPECT_EQ(CFileUtils::ReadFile(first.GetFilename()), "content");
+}
+
 TEST(TempFile, FailuresByCause) {
     struct Row {
         FileCause cause;
