@@ -19,7 +19,8 @@ BOOL OpenInTurn(TryOpen tryOpen, Wait wait, std::int32_t retries, CFileException
 }  // namespace
 
 BOOL CMultiUserFile::Open(const char* fileName, UINT openFlags, CFileException* error) {
-    const auto tryOpen = [&](CFileException* reason) { return CFile::Open(fileName, openFlags, reason); };
+    const CString name = fileName;  // may be this object's own name, which the first attempt clears
+    const auto tryOpen = [&](CFileException* reason) { return CFile::Open(name, openFlags, reason); };
     return OpenInTurn(
         tryOpen, [this] { Wait(); }, m_retryCount, error);
 }
@@ -27,7 +28,8 @@ BOOL CMultiUserFile::Open(const char* fileName, UINT openFlags, CFileException* 
 BOOL CMultiUserFile::Open(CFile& file, const char* fileName, UINT openFlags, CFileException* error) {
     constexpr std::int32_t kRetries = 8;
     qv::BackOff backOff;
-    const auto tryOpen = [&](CFileException* reason) { return file.Open(fileName, openFlags, reason); };
+    const CString name = fileName;
+    const auto tryOpen = [&](CFileException* reason) { return file.Open(name, openFlags, reason); };
     return OpenInTurn(
         tryOpen, [&] { backOff.Wait(); }, kRetries, error);
 }

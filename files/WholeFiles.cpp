@@ -116,14 +116,18 @@ bool HaveOneName(const CString& path, const CString& other) {
 }  // namespace
 
 CString CFileUtils::ReadFile(const char* path) {
+    constexpr std::uint64_t kLongest = std::numeric_limits<int>::max();
     const CString name = path;
-    CFileStatus status;
+    qv::platform::FileInfo info;
     CFile file;
-    if (!CFile::GetStatus(name, status) || (status.m_attribute & CFile::directory)) return {};
-    if (status.m_size > std::numeric_limits<int>::max() || status.m_size == 0) return {};
+    if (!qv::platform::StatusOf(name, info).ok() || !info.isRegular || info.size > kLongest) return {};
     if (!CMultiUserFile::Open(file, name, kToRead)) return {};
     std::string text;
-    const bool whole = Try([&] { ReadInto(text, file, static_cast<std::size_t>(status.m_size)); });
+    const bool whole = Try([&] {
+        // Another program may have rewritten the file meanwhile.
+        const std::uint64_t size = file.GetLength();
+        if (size <= kLongest) ReadInto(text, file, static_cast<std::size_t>(size));
+    });
     return whole ? CString(std::move(text)) : CString();
 }
 

@@ -196,6 +196,11 @@ TEST(WholeFiles, WaitForOthersOnlyOnRequest) {
         EXPECT_GT(clock.pauses.size(), 100u);
     }
     EXPECT_EQ(CFileUtils::ReadFile(folder / "x"), "old");
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        if (call.kind == CallKind::Open && call.path.ends_with("x")) folder.Write("x", "longer");
+        return SystemFaults::Fault{};
+    });
+    EXPECT_EQ(CFileUtils::ReadFile(folder / "x"), "longer") << "rewritten before it was opened";
 }
 
 TEST(WholeFiles, BackupsAreMoved) {

@@ -47,6 +47,7 @@ TEST(MultiUserFile, StopsRetryingOnSuccessOrOtherError) {
     const TempFolder folder;
     for (const FileCause last : {FileCause::None, FileCause::LockViolation}) {
         RecordingClock clock;
+        CFile file(folder / "new", CFile::modeCreate | CFile::modeWrite);
         int asked = 0;
         const SystemFaults faults([&](const SystemFaults::Call& call) {
             if (call.kind != CallKind::Open) return SystemFaults::Fault{};
@@ -54,9 +55,10 @@ TEST(MultiUserFile, StopsRetryingOnSuccessOrOtherError) {
             return cause == FileCause::None ? SystemFaults::Fault{} : SystemFaults::Of(cause);
         });
         CFileException error;
-        CFile file;
-        EXPECT_EQ(CMultiUserFile::Open(file, folder / "new", CFile::modeCreate | CFile::modeWrite, &error),
+        // The name is the file's own, which the first attempt clears.
+        EXPECT_EQ(CMultiUserFile::Open(file, file.GetFilePath(), CFile::modeCreate | CFile::modeWrite, &error),
                   last == FileCause::None);
+        EXPECT_EQ(file.GetFilePath(), last == FileCause::None ? folder / "new" : CString());
         EXPECT_EQ(clock.pauses, (Pauses{500, 750, 1125}));
         EXPECT_EQ(error.m_cause,
                   last == FileCause::None ? CFileException::sharingViolation : CFileException::lockViolation);
