@@ -3,6 +3,8 @@
 #include "platform/Error.h"
 #include "platform/FileCopy.h"
 #include "platform/FileStatus.h"
+#include "platform/Folder.h"
+#include "platform/Path.h"
 #include "qvcommon/framework/File.h"
 #include "qvcommon/framework/FileFind.h"
 #include "qvcommon/framework/MessageBox.h"
@@ -99,7 +101,11 @@ bool ShellTree::CopyFolder(const CString& source, const CString& target, bool re
 }
 
 bool ShellTree::CopyOneFile(const CString& source, const CString& target) {
-    CFileUtils::MakeWritable(target);
+    // A link is replaced; what it points to keeps its attributes.
+    const CString path = CFileUtils::GetDirectoryFromPath(target);
+    platform::Folder folder;
+    if (folder.Open(path.IsEmpty() ? CString(".\\") : path, platform::LastName::MayBeLink).ok())
+        folder.MakeWritable(platform::NativePath(CFileUtils::GetFilenameFromPath(target))).IgnoreError();
     const platform::Status status = platform::CopyWholeFile(source, target);
     return status.ok() || Fail(source, status.error());
 }
@@ -108,13 +114,14 @@ bool ShellTree::DeleteItem(const Item& item) {
     if (!Show(item.path)) return false;
     if (!Confirm("Are you sure that you want to delete %s?", item.path)) return true;
     try {
-        if (item.isFolder) {
-            CFileUtils::DelTree(item.path, 1);
-        } else {
-            CFileUtils::MakeWritable(item.path);
+        if (!item.isFolder) {
             CFile::Remove(item.path);
+            return true;
         }
-        return true;
+        CFileUtils::DelTree(item.path, 1);
+        if (!CFileUtils::IsExist(item.path)) return true;
+        const platform::Status status = platform::RemoveFolder(item.path);
+        return status.ok() || Fail(item.path, status.error());
     } catch (CFileException* error) {
         const auto number = static_cast<unsigned long>(error->m_lOsError);
         error->Delete();

@@ -69,6 +69,15 @@ TEST(ShellOperations, PromptAndReportWithoutSystemShell) {
     EXPECT_EQ(copy(kQuiet & ~CFileUtils::shellSilent), 0);
     EXPECT_EQ(stopping.seen, "Title:in;Title:a;Title:b;");
     EXPECT_EQ(CFileUtils::ShellDeleteFile(folder / "none", 0, nullptr, "Title"), 0);
+    // The target of a link stays as it is.
+    ASSERT_TRUE(folder.Link("a", "in/link"));
+    fs::permissions(folder.Native("in/a"), fs::perms::owner_read);
+    EXPECT_EQ(CFileUtils::ShellCopyFile(folder / "in/b", folder / "in/link", kQuiet, nullptr, nullptr), 1);
+    ASSERT_TRUE(folder.Link("a", "in/other"));
+    EXPECT_EQ(CFileUtils::ShellDeleteFile(folder / "in/other", kQuiet, nullptr, nullptr), 1);
+    EXPECT_EQ(fs::status(folder.Native("in/a")).permissions(), fs::perms::owner_read);
+    const SystemFaults faults(SystemFaults::Always(CallKind::Remove, FileCause::AccessDenied, "in"));
+    EXPECT_EQ(CFileUtils::ShellDeleteFile(folder / "in", kQuiet, nullptr, nullptr), 0);
     EXPECT_EQ(yes.shown.back().style, 16u);
 }
 
