@@ -73,9 +73,8 @@ void DDX_Text_Display_Formatted(CDataExchange* exchange, int id, double& value, 
     if (!exchange->m_bSaveAndValidate) return DDX_Text(exchange, id, text);
     CString typed;
     DDX_Text(exchange, id, typed);
-    typed = typed.Left(kLongest);
     double number = 0;
-    if (!ReadNumber(typed, number)) {
+    if (!ReadNumber(typed.Left(kLongest), number)) {
         AfxMessageBox(kPleaseEnterANumber);
         exchange->Fail();
     }

@@ -140,6 +140,12 @@ TEST_F(ValidatorsTest, PreserveUndisplayedDigits) {
         EXPECT_EQ(value, row.value) << row.typed;
         EXPECT_EQ(box.shown.size(), row.fails ? 1u : 0u);
     }
+    double large = 1e40;
+    for (const BOOL saving : {0, 1}) {
+        CDataExchange exchange(&dialog, saving);
+        DDX_Text_Display_Formatted(&exchange, kEdit, large, "%.2f");
+    }
+    EXPECT_EQ(large, 1e40);
 }
 
 }  // namespace
