@@ -58,6 +58,7 @@ public:
     }
     /// Appends an array and returns the index of the first new element.
     int Append(const CArray& other) {
+        if (&other == this) return Append(CArray(other));
         const int first = GetSize();
         m_items.insert(m_items.end(), other.m_items.begin(), other.m_items.end());
         return first;
@@ -73,7 +74,7 @@ public:
     void RemoveAt(int index, int count = 1) {
         if (count <= 0) return;
         Checked(index);
-        Checked(index + count - 1);
+        if (count > GetSize() - index) AfxThrowInvalidArgException();
         m_items.erase(m_items.begin() + index, m_items.begin() + index + count);
     }
 
