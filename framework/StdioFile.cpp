@@ -59,6 +59,11 @@ void CStdioFile::Abort() {
     CFile::Abort();
 }
 
+bool CStdioFile::CloseAndRemove() {
+    Drop();
+    return CFile::CloseAndRemove();
+}
+
 UINT CStdioFile::Read(void* buffer, UINT count) {
     StartReading();
     UINT total = 0;

@@ -115,6 +115,9 @@ TEST(StdioFile, ReportsWriteAndCloseFailures) {
         EXPECT_FALSE(file.Open(folder / "full", kNewFile));
     }
     EXPECT_TRUE(file.Open(folder / "full", kNewFile));
+    file.WriteString("dropped");
+    EXPECT_TRUE(file.CloseAndRemove());
+    EXPECT_TRUE(file.Open(folder / "full", kNewFile));
     file.WriteString("kept");
     file.Close();
     EXPECT_EQ(folder.Read("full"), "kept");

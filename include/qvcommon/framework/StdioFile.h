@@ -31,6 +31,8 @@ public:
     void Close() override;
     /// Closes and discards buffered data.
     void Abort() override;
+    /// As CFile::CloseAndRemove; buffered data is discarded.
+    bool CloseAndRemove();
     UINT Read(void* buffer, UINT count) override;
     void Write(const void* buffer, UINT count) override;
     void Flush() override;
