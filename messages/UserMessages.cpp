@@ -8,7 +8,8 @@ namespace platform = qv::platform;
 namespace {
 
 HWND OrMainWindow(HWND sender) {
-    return !sender && AfxGetMainWnd() ? AfxGetMainWnd()->m_hWnd : sender;
+    const CWnd* const main = sender ? nullptr : AfxGetMainWnd();  // which another thread may change
+    return main ? main->m_hWnd : sender;
 }
 
 }  // namespace

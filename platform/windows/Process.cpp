@@ -45,7 +45,9 @@ Status Duplicate(HANDLE handle, UniqueHandle& inheritable) {
 Status MakeStream(const UniqueHandle& pipe, DWORD own, UniqueHandle& stream) {
     if (pipe) return Duplicate(pipe.Get(), stream);
     // If this program has no such stream, neither has the child.
-    Duplicate(sys::GetStdHandle(own).value(), stream).IgnoreError();
+    // INVALID_HANDLE_VALUE would be the process itself.
+    const auto handle = sys::GetStdHandle(own);
+    if (handle.ok() && handle.value()) Duplicate(handle.value(), stream).IgnoreError();
     return {};
 }
 
