@@ -89,8 +89,9 @@ public:
     /// last. Both are unchanged if nothing matches.
     static void FindLastestSubdir(const char* pattern, CString& name, CString& date);
     /// Stores the name of the matching subfolder with the highest number: the part from its first digit on, without any
-    /// dot except the first, so "v1.2.3" counts as 1.23 and "2.10" as 2.1; 0 without a digit. The first of equal ones
-    /// wins. Unchanged if nothing matches.
+    /// dot except the first, so "v1.2.3" counts as 1.23 and "2.10" as 2.1; 0 without a digit. It is read as atof does,
+    /// with exponents, and with the decimal point of the C library's locale. The first of equal ones wins. Unchanged if
+    /// nothing matches.
     static void FindLastestSubdirByName(const char* pattern, CString& name);
 
     // Whole files (files/WholeFiles.cpp)
@@ -98,8 +99,8 @@ public:
     // These wait, as CMultiUserFile::Open does, while the share mode of another opener conflicts, unless a flag says
     // otherwise.
 
-    /// Returns all bytes of a file; empty if it cannot be opened or fully read, or is 2 GB or longer. Its length is
-    /// queried before it is opened, so devices and pipes count as empty. Raises nothing except std::bad_alloc.
+    /// Returns all bytes of a file; empty if it cannot be opened or fully read, or is 2 GB or longer. Devices and pipes
+    /// are not opened and count as empty. Raises nothing except std::bad_alloc.
     static CString ReadFile(const char* path);
     /// Reads the lines, without their ends (LF or CR LF). None if the file cannot be opened or fully read.
     static void ReadFile(const char* path, CStringArray& lines);
@@ -136,14 +137,14 @@ public:
     ///
     /// Links are deleted, never followed, and nothing outside is touched even if a folder is replaced by a link
     /// meanwhile; a folder that is itself a link is refused, or deleted as a link with `removeItself`. Not errors: a
-    /// missing folder; a file, which is kept; and a folder that is not empty in the end because another process created
-    /// something in it.
-    /// @throws CFileException* naming the first entry that cannot be deleted or the first folder that cannot be read;
-    /// the rest is kept.
+    /// missing folder; a file, which is kept; and a folder, including the given one, that cannot be deleted when it has
+    /// been emptied, or in which another process has created something meanwhile.
+    /// @throws CFileException* naming the first entry other than a folder that cannot be deleted, or the first folder
+    /// that cannot be read; the rest is kept.
     static void DelTree(const char* directory, int removeItself);
-    /// Does the same, but what cannot be deleted or read is reported to the observer, including the folders that
-    /// remain, and everything else is deleted, by several threads in a large tree. Raises what the observer raises;
-    /// part of the rest may be deleted then.
+    /// Does the same, but what cannot be deleted or read is reported to the observer, including folders, except those
+    /// that remain because of something reported in them, and everything else is deleted, by several threads in a large
+    /// tree. Raises what the observer raises; part of the rest may be deleted then.
     static void DelTree(const char* directory, int removeItself, ILeftOut& leftOut);
 
     /// Flags of the shell operations. Windows supports more, and receives all bits.

@@ -40,8 +40,9 @@ public:
     static double GetIrr(const double* in, const double* out, int n);
 
     /// Truncates the value, without rounding, after `places` decimals: (2.999, 2) gives 2.99, (-1.555, 1) gives -1.5.
-    /// This applies to the double's actual value: (0.29, 2) gives 0.28. Returns the value unchanged if `places` is
-    /// negative, or if the value is not finite or too large to have decimals.
+    /// This applies to the double's actual value: (0.29, 2) gives 0.28. Values of more than 15 significant digits may
+    /// change in the last one. Returns the value unchanged if `places` is negative, or if the value times 10 to the
+    /// power `places` is not finite.
     static double RoundToDecimalPlaces(double value, int places);
 
     /// Removes elements below the minimum, keeping the order. Elements are compared as signed values: 0xFFFFFFFF is -1.

@@ -249,7 +249,8 @@ public:
     static void FromString(std::string_view text, CUIntArray& values);
 
     /// Returns the integer part, the separator, and the fraction in units of 1/base, truncated to a whole number of at
-    /// least two digits: 2.5 to the base 60 with ":" is "2:30". Both parts of a negative value have the sign.
+    /// least two characters: 2.5 to the base 60 with ":" is "2:30". The parts of a negative value have the sign: -2.05 is
+    /// "-2:-3", -0.5 is "0:-30".
     static CString ToBasedString(double value, int base, std::string_view separator);
 
     /// Returns the value in the unit `unitNames[index]`, that is divided by `thresholds[index]`: "1.5 KB". Index -2
@@ -365,8 +366,8 @@ public:
     // Finding and replacing (core/StringHelperReplace.cpp)
 
     /// Returns the position in `text`, at or after `start`, of `find`, comparing both in upper case; -1 if not found.
-    /// Only whole characters match. The empty string matches at `start`. O(n) in the distance to the result, for any
-    /// input.
+    /// Only whole characters match; `start` must be the beginning of one. The empty string matches at `start`. O(n) in
+    /// the distance to the result, for any input.
     static int FindNoCase(std::string_view text, std::string_view find) { return FindNoCase(text, find, 0); }
     static int FindNoCase(std::string_view text, std::string_view find, int start);
 
