@@ -65,14 +65,4 @@ TEST(Replacers, MarkersMayChangeDuringTheWalk) {
     EXPECT_EQ(replacer.ReplaceEscapes("[1][2]"), "1!2!");
 }
 
-TEST(Replacers, LongInputTakesLinearTime) {
-    constexpr std::size_t size = 1 << 20;
-    const std::string open(size, '<'), closed(size, 'a');
-    CStripTag tags;
-    EXPECT_EQ(tags.ReplaceEscapes(open).GetLength(), static_cast<int>(size - 1));
-    const std::string half = closed.substr(size / 2);
-    EXPECT_GT(Rewritten(closed.c_str(), {"a", "", half.c_str(), ""}).GetLength(), 0);
-    EXPECT_GT(Rewritten(closed.c_str(), {half.c_str(), "x", half.c_str(), "y"}, 1).GetLength(), 0);
-}
-
 }  // namespace

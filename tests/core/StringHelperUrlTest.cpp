@@ -56,16 +56,6 @@ TEST(StringHelperUrl, UnescapeMatchesReference) {
     }
 }
 
-TEST(StringHelperUrl, UnescapeTakesLinearTime) {
-    std::string chain = "%", distinct;
-    for (int i = 0; i < 300000; ++i) {
-        chain += "25";
-        distinct += i % 2 ? "%25%" : "%4%31";
-    }
-    EXPECT_EQ(H::UnEscapeUrl(chain + "41"), "A");
-    EXPECT_LT(H::UnEscapeUrl(distinct).AsStd().size(), distinct.size());
-}
-
 TEST(StringHelperUrl, ParsesParameters) {
     CStringArray names{"old"}, values{"old"};
     H::ParseRawHttpParams("a=1+2&&=x&flag&b=c=d%26&e=", names, values);
