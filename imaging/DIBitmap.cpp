@@ -1,8 +1,10 @@
 #include "qvcommon/DIBitmap.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "imaging/DibFormat.h"
 
@@ -92,6 +94,7 @@ BOOL CDIBitmap::UnPadBits() {
 
 std::unique_ptr<BYTE[]> CDIBitmap::CopyPaddedRows() const {
     const std::int64_t padded = GetBytesPerLine(GetBitsPerPixel(), GetWidth()), size = PresentRowSize();
+    if (padded * RowCount() > PTRDIFF_MAX) throw std::bad_alloc();
     auto rows = std::make_unique<BYTE[]>(static_cast<std::size_t>(padded * RowCount()));
     if (padded == 0) return rows;  // without a width there may be billions of rows
     for (std::int64_t row = 0; row < RowCount(); ++row)

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 
 #include "imaging/DibFormat.h"
 #include "imaging/PlainRows.h"

@@ -12,8 +12,8 @@
 /// missing element as the default: Get operations then return 0 and set their output to it.
 ///
 /// Copies of a section that was read, and its inner sections, share its text; each keeps it alive. Looking up a value
-/// is O(1), after the first lookup, which is O(n) in the elements of the section. A section must be used by one thread
-/// only.
+/// is O(1), after the first lookup, which is O(n) in the elements of the section. A section and its copies must be used
+/// by one thread only.
 
 #include <memory>
 #include <vector>
