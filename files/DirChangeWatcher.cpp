@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <future>
 #include <thread>
+#include <utility>
 
 #include "platform/FolderWatch.h"
 #include "qvcommon/ChangeWatchers.h"
@@ -10,16 +12,20 @@ using qv::platform::FolderWatch;
 struct CDirChangeWatcher::Watch {
     std::unique_ptr<FolderWatch> folder;  // set once it is armed, null if it could not be opened
     std::promise<void> armed, finished;
-    const std::shared_future<void> end = finished.get_future().share();
-    std::atomic<bool> watching = true, stopping = false;
+    const std::shared_future<void> start = armed.get_future().share(), end = finished.get_future().share();
+    std::atomic<bool> watching = false, stopping = false;
+    bool isLast = false;  // guarded: another thread is stopping the watcher, so OnChange can no longer restart it
     std::atomic<std::thread::id> thread = {};
     std::shared_ptr<Watch> before = {};  // the watch whose OnChange started this one
+
+    bool IsOwnThread() const { return thread.load() == std::this_thread::get_id(); }
 
     // Returns false on the watch's own thread, which cannot wait for itself.
     bool End() {
         stopping = true;
-        folder->Stop();
-        if (thread.load() == std::this_thread::get_id()) return false;
+        start.wait();
+        if (folder) folder->Stop();
+        if (IsOwnThread()) return false;
         end.wait();
         return true;
     }
@@ -34,9 +40,16 @@ CDirChangeWatcher::~CDirChangeWatcher() {
 int CDirChangeWatcher::Start() {
     Stop();
     auto watch = std::make_shared<Watch>();
-    watch->before = Current();
-    Replace(watch);
-    if (qv::StartDetached([this, watch] { Run(*watch); })) watch->armed.get_future().wait();
+    {
+        const std::scoped_lock guard(m_guard);
+        if (m_watch && m_watch->isLast) return 0;
+        watch->before = std::exchange(m_watch, watch);
+    }
+    if (!qv::StartDetached([this, watch] { Run(*watch); })) {
+        watch->armed.set_value();
+        watch->finished.set_value();
+    }
+    watch->start.wait();
     if (watch->folder) return 1;
     Replace(watch->before);
     return 0;
@@ -46,9 +59,18 @@ void CDirChangeWatcher::OnChange() {
     m_changed = 1;
 }
 
+// OnChange may be about to restart the watcher while another thread stops it: whichever holds the guard first decides
+// whether there is one more watch to end.
 void CDirChangeWatcher::Stop() {
+    std::vector<std::shared_ptr<Watch>> watches;
+    {
+        const std::scoped_lock guard(m_guard);
+        for (auto watch = m_watch; watch; watch = watch->before) watches.push_back(watch);
+        const bool inOnChange = std::ranges::any_of(watches, [](const auto& watch) { return watch->IsOwnThread(); });
+        for (const auto& watch : watches) watch->isLast |= !inOnChange;
+    }
     bool ended = true;
-    for (std::shared_ptr<Watch> watch = Current(); watch; watch = watch->before) ended &= watch->End();
+    for (const auto& watch : watches) ended &= watch->End();
     if (ended) Replace(nullptr);
 }
 
@@ -76,13 +98,14 @@ void CDirChangeWatcher::Replace(std::shared_ptr<Watch> watch) {
 void CDirChangeWatcher::Run(Watch& watch) {
     watch.thread = std::this_thread::get_id();
     watch.folder = FolderWatch::Open(m_folder, m_checkSubfolders != 0, m_filter);
+    watch.watching = watch.folder != nullptr;
     watch.armed.set_value();
-    if (!watch.folder) return;
-    while (watch.folder->Wait() == FolderWatch::Event::Change) {
+    while (watch.folder && watch.folder->Wait() == FolderWatch::Event::Change) {
         OnChange();
         if (watch.stopping || !watch.folder->Rearm()) break;
     }
-    watch.folder->Close();
+    if (watch.folder) watch.folder->Close();
     watch.watching = false;
+    watch.thread = std::thread::id();  // the system may reuse it
     watch.finished.set_value();
 }

@@ -16,7 +16,7 @@
 ///
 /// Virtual operations, in slot order: the destructor, Start, OnChange, Stop, HasChanged, SetDirectory,
 /// SetCheckSubdirectories, SetFilter, IsWatching. HasChanged and IsWatching are thread-safe; the others must not be
-/// called concurrently.
+/// called concurrently, except that OnChange may restart the watcher while another thread stops it.
 ///
 /// Subfolders created while watching are watched too. An overflow of the system's event queue counts as a change. Links
 /// to folders below the watched one are not followed.
@@ -40,7 +40,8 @@ public:
     CDirChangeWatcher& operator=(const CDirChangeWatcher&) = delete;
 
     /// Stops any running watch and watches the configured folder. Returns non-zero once the watch is armed; 0 if the
-    /// folder cannot be watched or no thread could be started.
+    /// folder cannot be watched or no thread could be started, and in OnChange also while another thread stops the
+    /// watcher.
     virtual int Start();
     /// Called on the watcher's thread; must not throw. The base sets the flag that HasChanged reads. It may call every
     /// member, and destroy the object: Stop called from here returns at once, and the watch ends when OnChange has
