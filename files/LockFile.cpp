@@ -17,6 +17,9 @@ namespace {
 /// A side file holds a login name. Longer files are not side files and are not read.
 constexpr std::uint64_t kLongestSideFile = 64 * 1024;
 
+constexpr UINT kExclusive =
+    CFile::modeReadWrite | CFile::shareExclusive | CFile::modeFolderAccess | CFile::modeNoInherit;
+
 CString SideFileOf(const CString& lockFile) {
     return qv::WithExtension(lockFile, "lid");
 }
@@ -62,8 +65,7 @@ BOOL ILockObserver::OnLockHeld(const CString&, std::int64_t) {
 }
 
 CLockFile::~CLockFile() {
-    if (!m_locked) return;
-    CloseLock();
+    if (!m_locked || !CloseLock()) return;
     // A side file that stays names a former holder until the next one overwrites it.
     qv::platform::RemoveFile(SideFileOf(m_path)).IgnoreError();
 }
@@ -92,9 +94,7 @@ CLockFile::AfterFailure CLockFile::WhatNext() const {
 }
 
 bool CLockFile::TryOnce() {
-    constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::shareExclusive |
-                            CFile::modeFolderAccess | CFile::modeNoInherit;
-    m_locked = m_file.Open(m_path, kFlags, &m_lockException);
+    m_locked = m_file.Open(m_path, kExclusive | CFile::modeCreate | CFile::modeNoTruncate, &m_lockException);
     // If this fails, the lock ends with this process, as if it were not inheritable.
     if (m_locked && m_inheritable) qv::platform::AllowInheritance(m_file.GetHandle()).IgnoreError();
     if (m_locked)
@@ -140,9 +140,17 @@ bool CLockFile::LockFor(UINT patience, ILockObserver* observer) {
     return m_locked;
 }
 
-void CLockFile::CloseLock() {
+// Returns false if the lock has another holder: a program that inherited the lock would keep it on a deleted file,
+// where no other program looks.
+bool CLockFile::CloseLock() {
     qv::platform::RevokeInheritance(m_file.GetHandle());
+    if (m_inheritable) {
+        const CString path = m_file.GetFilePath();
+        m_file.Abort();
+        if (!m_file.Open(path, kExclusive)) return false;
+    }
     m_file.CloseAndRemove();
+    return true;
 }
 
 void CLockFile::SetInheritable(int inheritable) {
@@ -155,9 +163,8 @@ bool CLockFile::IsLocked() const {
 
 void CLockFile::Unlock() {
     if (!m_locked) return;
-    CloseLock();
     m_locked = false;
-    RemoveLockedBy();
+    if (CloseLock()) RemoveLockedBy();
 }
 
 const CFileException& CLockFile::GetLockException() const {

@@ -57,8 +57,9 @@ public:
     virtual bool Lock(int attempts);
     /// Returns whether this object holds the lock.
     virtual bool IsLocked() const;
-    /// Releases the lock and deletes lock file and side file; failures to delete are ignored. No-op without the lock. A
-    /// new holder may write its side file between the two deletions, which then deletes that file too: the side file is
+    /// Releases the lock and deletes lock file and side file; failures to delete are ignored. No-op without the lock.
+    /// While a program that inherited the lock keeps it, both files remain, and the next holder deletes them. A new
+    /// holder may write its side file between the two deletions, which then deletes that file too: the side file is
     /// informational only.
     virtual void Unlock();
 
@@ -76,7 +77,7 @@ public:
     /// @param observer  not owned, may be null
     bool LockFor(UINT patience, ILockObserver* observer = nullptr);
     /// Call before Lock: with 1, programs started while the lock is held keep it until they have ended, even if this
-    /// process ends first. 0 by default. On Windows only programs started by CProcess.
+    /// object releases it or this process ends first. 0 by default. On Windows only programs started by CProcess.
     void SetInheritable(int inheritable);
 
 protected:
@@ -99,6 +100,6 @@ private:
 
     enum class AfterFailure { Pause, TryAtOnce, GiveUp };
     bool TryOnce();
-    void CloseLock();
+    bool CloseLock();
     AfterFailure WhatNext() const;
 };

@@ -117,6 +117,21 @@ TEST(LockFile, ReleasedWhenHolderIsKilled) {
     EXPECT_TRUE(fs::is_empty(folder.Native()));
 }
 
+TEST(LockFile, InheritedLockOutlivesRelease) {
+    const TempFolder folder;
+    DocumentLock lock(folder / "report"), next(folder / "report");
+    lock.SetInheritable(1);
+    ASSERT_TRUE(lock.TryLock());
+    CProcess heir;
+    StartChild(heir, kLocker, {folder / "other"});
+    ASSERT_THAT(LineFrom(heir), testing::StartsWith("0"));
+    lock.Unlock();
+    EXPECT_FALSE(next.TryLock());
+    EXPECT_EQ(next.GetLockedBy(), CNetUtils::GetCurrentUserName());
+    EXPECT_EQ(heir.Wait(), 0);
+    EXPECT_TRUE(next.TryLock());
+}
+
 TEST(LockFile, RetriesDependOnFailureCause) {
     const TempFolder folder;
     folder.Write("document.lid", "holder");
