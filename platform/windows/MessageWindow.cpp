@@ -97,10 +97,16 @@ bool IsThere(HWND window) {
     return sys::IsWindow(window).value();
 }
 
-/// Returns false if the program has been asked to end: that message is reposted for the loop that ends it.
-bool DispatchWaiting() {
+/// Posted messages that are dispatched after the end of a wait: those that are waiting, unless they never cease.
+constexpr int kLateMessages = 16;
+
+/// Dispatches until no message is left, a text was handled, or the time has passed. Returns false if the program has
+/// been asked to end: that message is reposted for the loop that ends it.
+bool DispatchWaiting(std::uint64_t end) {
+    const std::uint64_t before = g_handled;
     MSG message;
-    while (sys::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE).value()) {
+    for (int late = 0; g_handled == before && late < kLateMessages; late += ::GetTickCount64() >= end) {
+        if (!sys::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE).value()) break;
         if (message.message == WM_QUIT) {
             ::PostQuitMessage(static_cast<int>(message.wParam));
             return false;
@@ -151,7 +157,7 @@ bool FindAndSend(const std::string& className, std::string_view text, WindowHand
 bool PumpMessages(std::uint32_t milliseconds) {
     const std::uint64_t before = g_handled, end = ::GetTickCount64() + milliseconds;
     for (;;) {
-        const bool goesOn = DispatchWaiting();
+        const bool goesOn = DispatchWaiting(end);
         RethrowFirst();
         if (g_handled != before) return true;
         if (!goesOn) return false;

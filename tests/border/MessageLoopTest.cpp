@@ -19,6 +19,22 @@ TEST(MessageLoop, EndsOnQuitMessage) {
     EXPECT_EQ(message.wParam, 7u);
 }
 
+int g_posts = 0;
+
+LRESULT CALLBACK PostAgain(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_APP && ++g_posts < 100'000) ::PostMessageA(window, WM_APP, 0, 0);
+    return ::DefWindowProcA(window, message, first, second);
+}
+
+TEST(MessageLoop, PumpEndsInTimeWhileMessagesArePosted) {
+    const HWND window = ::CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    ::SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PostAgain));
+    ::PostMessageA(window, WM_APP, 0, 0);
+    EXPECT_FALSE(CUserMessageListener::PumpMessages(10));
+    EXPECT_LT(g_posts, 100'000);
+    ::DestroyWindow(window);
+}
+
 TEST(MessageLoop, DefersHandlerExceptionToNextPump) {
     struct Throwing : CUserMessageListener {
         void OnUserMessage(const CString&) override { throw std::runtime_error("from the handler"); }

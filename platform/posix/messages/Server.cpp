@@ -77,7 +77,10 @@ bool Server::Serve(int descriptor) {
 }
 
 void Server::Accept() {
-    UniqueFd socket(sys::accept4(m_listener.Get(), nullptr, nullptr, SOCK_CLOEXEC));
+    const auto accepted = sys::accept4(m_listener.Get(), nullptr, nullptr, SOCK_CLOEXEC);
+    // Without descriptors the sender keeps waiting, and the listener ready.
+    if (!accepted.ok() && accepted.error() != EAGAIN) Sleep(std::chrono::milliseconds(1));
+    UniqueFd socket(accepted);
     if (socket && IsSameUser(socket.Get())) Keep(Connection(std::move(socket)));
 }
 

@@ -42,6 +42,9 @@ std::chrono::nanoseconds TimeLeft(std::optional<Clock::time_point> end) {
     return end ? *end - SteadyNow() : std::chrono::nanoseconds::max();
 }
 
+// After the end, so that texts that have arrived by then are handled even if senders never stop connecting.
+constexpr int kLateRounds = 16;
+
 // Returns milliseconds; at most a second, so that silent connections are dropped in time.
 int PollTimeout(std::chrono::nanoseconds left) {
     using std::chrono::nanoseconds, std::chrono::seconds, std::chrono::milliseconds;
@@ -56,7 +59,7 @@ SpinPoller& SpinPoller::Own() {
 }
 
 WokenBy WaitFor(int descriptor, short events, std::optional<Clock::time_point> end) {
-    for (;;) {
+    for (int late = 0;;) {
         PollSet set = OwnDescriptors();
         if (descriptor != -1) set.Add(descriptor, events, nullptr);
         int ready = 0;
@@ -66,7 +69,7 @@ WokenBy WaitFor(int descriptor, short events, std::optional<Clock::time_point> e
         if (!SpinPoller::Own().SpinUntil([&] { return poll(0) != 0; }, TimeLeft(end))) poll(PollTimeout(TimeLeft(end)));
         if (descriptor != -1 && set.polled.back().revents) return WokenBy::Descriptor;
         if (ServeOne(set) && descriptor == -1) return WokenBy::Message;
-        if (ready <= 0 && TimeLeft(end).count() <= 0) return WokenBy::Timeout;
+        if (TimeLeft(end).count() <= 0 && (ready <= 0 || ++late == kLateRounds)) return WokenBy::Timeout;
     }
 }
 
