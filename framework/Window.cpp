@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "platform/PerThread.h"
 #include "platform/Window.h"
 
 IMPLEMENT_DYNAMIC(CWnd, CObject)
@@ -16,8 +17,7 @@ std::atomic<CWnd*> g_mainWindow = nullptr;
 
 /// The objects attached to windows of this thread.
 std::map<HWND, CWnd*>& Objects() {
-    static thread_local std::map<HWND, CWnd*> objects;
-    return objects;
+    return platform::OfThread<std::map<HWND, CWnd*>>();
 }
 
 }  // namespace

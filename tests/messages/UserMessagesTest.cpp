@@ -53,6 +53,26 @@ TEST(UserMessages, DeliversArbitraryBytes) {
     EXPECT_FALSE(CUserMessageListener::DoesListenerExist(name, 0));
 }
 
+/// Has a listener that is destroyed after the variables of the main thread, and sends then.
+QV_CHILD(ListenUntilExit) {
+    static const CString target(arguments.at(0));
+    static struct Last : Listener {
+        ~Last() override { Send(target, "exiting"); }
+    } listener;
+    Send(target, "running");
+    return listener.Create(UniqueName(), 0) ? 0 : 1;
+}
+
+TEST(UserMessages, StaticListenersMayBeDestroyedAtExit) {
+    const CString name = UniqueName();
+    Listener listener;
+    ASSERT_TRUE(listener.Create(name, 0));
+    CProcess child;
+    StartChild(child, "ListenUntilExit", {name});
+    for (int i = 0; i < 2; ++i) EXPECT_TRUE(listener.PumpMessages(10'000));
+    EXPECT_EQ(child.Wait(), 0);
+}
+
 TEST(UserMessages, AtMostOneListenerPerName) {
     const CString name = UniqueName();
     Listener first, second;

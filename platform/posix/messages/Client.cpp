@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/Clock.h"
+#include "platform/PerThread.h"
 #include "platform/posix/UniqueFd.h"
 #include "platform/posix/messages/Frame.h"
 #include "platform/posix/messages/Names.h"
@@ -28,8 +29,7 @@ struct Conversation {
 };
 
 Conversation& LastConversation() {
-    static thread_local Conversation conversation;
-    return conversation;
+    return OfThread<Conversation>();
 }
 
 // A window that has just acquired its name may not be listening yet.

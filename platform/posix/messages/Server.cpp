@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "platform/PerThread.h"
 #include "platform/posix/messages/Names.h"
 
 namespace qv::platform::messages {
@@ -131,8 +132,7 @@ void Server::Close() {
 }
 
 std::vector<std::shared_ptr<Server>>& OwnServers() {
-    static thread_local std::vector<std::shared_ptr<Server>> servers;
-    return servers;
+    return OfThread<std::vector<std::shared_ptr<Server>>>();
 }
 
 std::shared_ptr<Server> OwnServer(std::string_view className) {

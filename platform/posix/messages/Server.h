@@ -69,7 +69,8 @@ private:
     std::vector<Connection> m_connections;
 };
 
-/// Returns the calling thread's servers.
+/// Returns the calling thread's servers. Those that remain when the thread ends are destroyed: their names are free,
+/// and their files are left as those of a killed process.
 std::vector<std::shared_ptr<Server>>& OwnServers();
 /// Returns null if the calling thread has no server of this name.
 std::shared_ptr<Server> OwnServer(std::string_view className);
