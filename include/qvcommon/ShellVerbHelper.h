@@ -8,9 +8,9 @@
 /// manager over D-Bus (org.freedesktop.FileManager1, by `gdbus` or `dbus-send`); if none responds, `xdg-open` opens the
 /// folder. Programs are started without a shell, so names may contain any bytes.
 ///
-/// Members return when the desktop has accepted the document; on Linux after at most 3 seconds, when the program may
-/// still reject it without an error here. They do not wait for the user. On Windows a document that is a program is
-/// run.
+/// Members return when the desktop has accepted the document; on Linux after at most 3 seconds (Reveal after 7 if the
+/// file manager does not respond), when the program may still reject it without an error here. They do not wait for the
+/// user. On Windows a document that is a program is run.
 ///
 /// All members raise CFileException* naming the document if it does not exist, and CVorbexException* (severity 48, code
 /// 0) with the document and the reason if the desktop has no program for it or rejects it. Thread-safe; on Windows COM

@@ -1,9 +1,12 @@
 #include "platform/Desktop.h"
 
+#include <algorithm>
+#include <chrono>
 #include <mutex>
 #include <vector>
 
 #include "platform/Ascii.h"
+#include "platform/Clock.h"
 #include "platform/Path.h"
 #include "platform/PercentCode.h"
 #include "platform/Process.h"
@@ -38,14 +41,29 @@ void ReapEnded() {
     });
 }
 
+/// Whether the program has ended, and can be waited for without blocking.
+bool HasEnded(pid_t process) {
+    siginfo_t info{};
+    const auto waited = sys::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT);
+    return !waited.ok() || info.si_pid == process;  // a failure: the program's own handlers have reaped it
+}
+
 /// Whether the program ends within the time that callers wait for the desktop.
 bool EndsSoon(pid_t process) {
-    constexpr int kPatience = 3000;
-    const UniqueFd watched(sys::pidfd_open(process, 0u));
-    if (!watched) return true;  // older kernels: it is waited for
+    using std::chrono::milliseconds, std::chrono::nanoseconds;
+    const auto end = SteadyNow() + std::chrono::seconds(3);
+    const UniqueFd watched(sys::pidfd_open(process, 0u));  // may fail: older kernels, or too many open files
     pollfd ended{.fd = watched.Get(), .events = POLLIN, .revents = 0};
-    const auto polled = sys::poll(&ended, nfds_t{1}, kPatience);
-    return !polled.ok() || polled.value() > 0;
+    while (!HasEnded(process)) {
+        const nanoseconds left = end - SteadyNow();
+        if (left <= left.zero()) return false;
+        if (watched)
+            // A signal handler of the program may have interrupted it.
+            sys::poll(&ended, 1, static_cast<int>(std::chrono::ceil<milliseconds>(left).count())).IgnoreError();
+        else
+            Sleep(std::min<nanoseconds>(left, milliseconds(10)));
+    }
+    return true;
 }
 
 struct Outcome {

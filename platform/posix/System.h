@@ -123,6 +123,7 @@ inline constexpr SystemCall poll(CallKind::Other, "poll", &::poll, CallTrait::Wa
 
 QV_SYSTEM_CALL(Process, pipe2);
 QV_SYSTEM_CALL(Process, waitpid);
+QV_SYSTEM_CALL(Process, waitid);
 QV_SYSTEM_CALL(Process, kill);
 // The C library's own declaration lacks C linkage in some versions.
 inline constexpr SystemCall pidfd_open(

@@ -1,6 +1,7 @@
 #include "qvcommon/ShellVerbHelper.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include "platform/FolderWatch.h"
 #include "platform/Process.h"
@@ -9,16 +10,24 @@
 #include "qvcommon/RegHelper.h"
 #include "tests/support/Child.h"
 #include "tests/support/FileTests.h"
+#include "tests/support/RecordingClock.h"
 
 namespace {
 
-/// Runs a verb in another process, which finds the stand-ins by its PATH.
+/// Runs a verb in another process, which finds the stand-ins by its PATH. A system call may fail there, each time after
+/// a second.
 QV_CHILD(AskDesktop) {
+    RecordingClock clock;
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        if (call.name != arguments.at(2)) return SystemFaults::Fault{};
+        clock.Sleep(std::chrono::seconds(1));
+        return SystemFaults::Fault{.error = static_cast<unsigned long>(arguments[2] == "poll" ? EINTR : EMFILE)};
+    });
     const auto verb = arguments.at(0) == "open"    ? &CShellVerbHelper::Open
                       : arguments.at(0) == "print" ? &CShellVerbHelper::Print
                                                    : &CShellVerbHelper::Reveal;
     const auto error = Raised<CVorbexException>([&] { verb(arguments.at(1).c_str()); });
-    std::printf("%s", error ? error->GetText().c_str() : "done");
+    std::printf("%s\n", error ? error->GetText().c_str() : "done");
     return error ? 1 : 0;
 }
 
@@ -41,14 +50,14 @@ protected:
         fs::permissions(m_folder.Native(name), fs::perms::owner_all);
     }
 
-    Asked Ask(const char* verb) {
+    Asked Ask(const char* verb, const char* failing = "") {
         fs::remove(m_folder.Native("calls"));
         CProcess asking;
         asking.Start(
             "env",
             {CString("PATH=" + m_folder.Native().string()), CString(fs::read_symlink("/proc/self/exe").string()),
-             "--child=AskDesktop", verb, m_folder / m_name},
-            CProcess::pipeOutput);
+             "--child=AskDesktop", verb, m_folder / m_name, failing},
+            CProcess::pipeInput | CProcess::pipeOutput);
         const std::string answer = LineFrom(asking);
         asking.Wait();
         return {answer, m_folder.Read("calls")};
@@ -83,11 +92,13 @@ TEST_F(ShellVerbHelperTest, RevealPrefersFileManager) {
     EXPECT_THAT(Ask("reveal").called, testing::EndsWith("|['" + uri + "']|''\n"));
 }
 
-TEST_F(ShellVerbHelperTest, ReportsReasonForFailure) {
+TEST_F(ShellVerbHelperTest, ReportsReasonForFailureButDoesNotWait) {
     const std::string path = (m_folder / m_name).AsStd();
     EXPECT_EQ(Ask("open").answer, path + ": xdg-open cannot be started. Is it installed?");
     StandIn("xdg-open", 3);
     EXPECT_EQ(Ask("open").answer, path + ": xdg-open failed with status 3.");
+    m_folder.Write("xdg-open", "#!/bin/sh\nread line\n");
+    for (const char* const failing : {"poll", "pidfd_open"}) EXPECT_EQ(Ask("open", failing).answer, "done") << failing;
 }
 
 TEST(ShellVerbHelper, RejectsMissingFiles) {
