@@ -3,9 +3,9 @@
 /// @file Hidden windows that receive texts from other programs of the same user, found by the name of their class.
 ///
 /// On Windows they are windows. On Linux a window is a Unix socket named by the class, in a folder that only the user
-/// may enter (/run/user/UID/qvcommon, or /tmp/qvcommon-UID if that does not exist), beside a file that is locked as
-/// long as the window exists: the name of a dead window is free. Both ends verify that the other belongs to the same
-/// user.
+/// may enter (/run/user/UID/qvcommon, or /tmp/qvcommon-UID if /run/user/UID does not exist), beside a file that is
+/// locked as long as the window exists: the name of a dead window is free. Both ends verify that the other belongs to
+/// the same user.
 ///
 /// On every system a window's texts arrive on the thread that opened it, while that thread pumps messages or itself
 /// waits for a text of its own to be handled.

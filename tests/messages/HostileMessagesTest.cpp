@@ -155,6 +155,19 @@ TEST(UserMessages, PumpEndsInTimeWithoutDescriptors) {
     EXPECT_TRUE(CUserMessageListener::PumpMessages(10'000));
 }
 
+// A program that cleans up may delete the lock file; the next listener has the name then.
+TEST(UserMessages, ClosingListenerLeavesNextOfName) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "the system has no files for names";
+    const CString name = PlainName();
+    auto first = std::make_unique<Listener>();
+    ASSERT_TRUE(first->Create(name, 0));
+    EXPECT_EQ(fs::status(SocketOf(name + ".lock")).permissions(), fs::perms(01600)) << "sticky: to be kept";
+    fs::remove(SocketOf(name + ".lock"));
+    ListeningChild second(name);
+    first = nullptr;
+    EXPECT_EQ(Send(name, "end"), 1);
+}
+
 // What another user tries with the socket of a name, the second time with permissions for everyone.
 constexpr const char* kStranger = R"(
 import os, socket, struct, sys

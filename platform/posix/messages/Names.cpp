@@ -38,12 +38,21 @@ bool IsOwnFolder(const std::string& path, mode_t forbidden) {
            status.st_uid == ::geteuid() && !(status.st_mode & forbidden);
 }
 
+bool IsPrivateFolder(const std::string& path) {
+    return IsOwnFolder(path, S_IRWXG | S_IRWXO);
+}
+
+// The folder that is used until the user logs in, such as by services.
+std::string EarlyFolder() {
+    return "/tmp/qvcommon-" + std::to_string(::geteuid());
+}
+
 // Creates the folder of the user's sockets; returns empty unless the user owns it with mode 0700.
 std::string MessageFolder() {
-    const std::string user = std::to_string(::geteuid()), runtime = "/run/user/" + user;
-    const std::string folder = IsOwnFolder(runtime, 0) ? runtime + "/qvcommon" : "/tmp/qvcommon-" + user;
+    const std::string runtime = "/run/user/" + std::to_string(::geteuid());
+    const std::string folder = IsOwnFolder(runtime, 0) ? runtime + "/qvcommon" : EarlyFolder();
     sys::mkdirat(AT_FDCWD, folder.c_str(), S_IRWXU).IgnoreError();  // usually it exists; it is checked below
-    return IsOwnFolder(folder, S_IRWXG | S_IRWXO) ? folder : "";
+    return IsPrivateFolder(folder) ? folder : "";
 }
 
 std::string Escaped(const std::string& name) {
@@ -81,7 +90,7 @@ std::string LockPath(const std::string& socketPath) {
 constexpr ByteRange kOwned = {.start = 0, .length = 1}, kSwept = {.start = 1, .length = 1};
 
 Result<int> OpenLock(const std::string& path, int flags) {
-    constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+    constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR | S_ISVTX;  // sticky: programs that clean up keep it, however old
     return sys::openat(AT_FDCWD, path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly);
 }
 
@@ -106,7 +115,7 @@ std::vector<std::string> LocksBeside(const std::string& socketPath) {
 // Removes a lock file without an owner, and its socket.
 void Sweep(const std::string& path) {
     UniqueFd lock(OpenLock(path, O_RDWR));
-    if (!lock || !SetOfdLock(lock.Get(), OfdLockKind::Write, kSwept).ok() || !IsStillAt(lock.Get(), path)) return;
+    if (!lock || !SetOfdLock(lock.Get(), OfdLockKind::Write, kSwept).ok()) return;
     ReleaseName(path.substr(0, path.size() - kLockEnd.size()), lock);
 }
 
@@ -136,7 +145,11 @@ std::string SocketPath(const std::string& className) {
     constexpr std::size_t longest = 72;
     const std::string folder = MessageFolder(), name = Escaped(className);
     if (folder.empty() || className.empty() || name.size() > kLongestClassName) return "";
-    return folder + '/' + (name.size() <= longest ? name : name.substr(0, longest - 33) + '-' + Digest(className));
+    const std::string file = name.size() <= longest ? name : name.substr(0, longest - 33) + '-' + Digest(className);
+    const std::string early = EarlyFolder() + '/' + file;
+    // Its listener may have been started before the user logged in.
+    const bool isEarly = folder != EarlyFolder() && IsPrivateFolder(EarlyFolder()) && IsNameOwned(early);
+    return isEarly ? early : folder + '/' + file;
 }
 
 sockaddr_un AddressOf(const std::string& socketPath) {
@@ -169,9 +182,11 @@ bool IsNameOwned(const std::string& socketPath) {
 }
 
 void ReleaseName(const std::string& socketPath, UniqueFd& lock) {
-    // Remaining files are reused by the next window of that name.
-    sys::unlinkat(AT_FDCWD, socketPath.c_str(), 0).IgnoreError();
-    sys::unlinkat(AT_FDCWD, LockPath(socketPath).c_str(), 0).IgnoreError();
+    if (IsStillAt(lock.Get(), LockPath(socketPath))) {
+        // Remaining files are reused by the next window of that name.
+        sys::unlinkat(AT_FDCWD, socketPath.c_str(), 0).IgnoreError();
+        sys::unlinkat(AT_FDCWD, LockPath(socketPath).c_str(), 0).IgnoreError();
+    }
     lock = UniqueFd();
 }
 

@@ -17,8 +17,9 @@ WindowHandle HandleOf(const std::string& className);
 /// Returns the name passed to HandleOf; empty for any other handle.
 std::string NameOf(WindowHandle window);
 
-/// Returns the path of the name's socket; creates the folder. Empty if the name is empty or too long, or if no folder
-/// is owned by this user and inaccessible to others.
+/// Returns the path of the name's socket; creates the folder. If a program that was started before the user logged in
+/// owns the name, the path is in the folder of that time. Empty if the name is empty or too long, or if no folder is
+/// owned by this user and inaccessible to others.
 std::string SocketPath(const std::string& className);
 sockaddr_un AddressOf(const std::string& socketPath);
 
@@ -26,7 +27,8 @@ sockaddr_un AddressOf(const std::string& socketPath);
 /// another window owns it.
 UniqueFd AcquireName(const std::string& socketPath);
 bool IsNameOwned(const std::string& socketPath);
-/// Removes the socket and the lock file, then unlocks.
+/// Removes the socket and the lock file, then unlocks. If the lock file was deleted meanwhile, the socket may belong to
+/// another window of that name, and is left.
 void ReleaseName(const std::string& socketPath, UniqueFd& lock);
 
 /// Removes what killed owners have left in the folder of this path, for up to 64 names, so that a new listener removes
