@@ -3,6 +3,7 @@
 #include <linux/magic.h>
 
 #include <cerrno>
+#include <string_view>
 
 #include "platform/posix/FolderEntries.h"
 #include "platform/posix/RealPath.h"
@@ -61,6 +62,7 @@ void WatchedFolders::Forget(int watch) {
 
 bool WatchedFolders::Settle() {
     ++m_pass;
+    if (!m_subfolders && std::exchange(m_lostEvents, false) && !IsRootWatched()) Forget(m_root);
     const bool complete = AddAppeared();
     DropMovedOut();
     return complete;
@@ -137,6 +139,16 @@ Status WatchedFolders::ListSubfolders(const Unread& folder, std::vector<std::str
     return ForEachEntry(descriptor.Get(), [&names](const dirent64& entry) {
         if (entry.d_type == DT_DIR || entry.d_type == DT_UNKNOWN) names.emplace_back(entry.d_name);
     });
+}
+
+// The event that reports the end of its watch may be lost. Without subfolders it is the only one of the instance.
+bool WatchedFolders::IsRootWatched() const {
+    const std::string path = "/proc/self/fdinfo/" + std::to_string(m_inotify);
+    const UniqueFd info(sys::openat(AT_FDCWD, path.c_str(), O_RDONLY | O_CLOEXEC, mode_t{}));
+    char text[1024];
+    const auto size = sys::read(info.Get(), text, sizeof text);
+    if (!size.ok()) return true;
+    return std::string_view(text, static_cast<std::size_t>(size.value())).find("inotify wd:") != std::string_view::npos;
 }
 
 // A parent folder may have been renamed.

@@ -36,7 +36,7 @@ public:
     void Appeared(int parent, const std::string& name);
     /// A folder was moved away; Settle ends its watch unless it appeared elsewhere.
     void MovedFrom(int parent, const std::string& name);
-    /// Events were lost: any folder may have appeared.
+    /// Events were lost: any folder may have appeared, and the root may be gone.
     void LostEvents() { m_lostEvents = true; }
     /// The system has ended this watch.
     void Forget(int watch);
@@ -64,6 +64,7 @@ private:
     Result<int> AddOne(int parent, const std::string& name, const std::string& path);
     bool HasNoSubfolders(const Unread& folder) const;
     Status ListSubfolders(const Unread& folder, std::vector<std::string>& names) const;
+    bool IsRootWatched() const;
     bool IsRootInPlace() const;
     void DropMovedOut();
 
