@@ -16,7 +16,8 @@ struct ProfilePlace {
     std::string company, application;
 };
 
-/// Returns the INI file, in the library's form (platform/IniFile.h). Empty if settings are not stored in one.
+/// Returns the INI file, in the library's form (platform/IniFile.h). Empty if settings are not stored in one, or the
+/// user has no folder for settings: nothing is stored then.
 std::string ProfileFile(const ProfilePlace& place);
 
 /// Returns nullopt if the value does not exist or cannot be read. Names are case-insensitive.

@@ -28,7 +28,9 @@ CString OwnPath() {
 }
 
 CString OwnFolder(qv::platform::UserFolderKind kind) {
-    const CString folder = qv::platform::UserFolder(kind) + '\\' + OwnPath();
+    const std::string all = qv::platform::UserFolder(kind);
+    if (all.empty()) qv::ThrowIfFailed({qv::platform::FileCause::BadPath, 0}, OwnPath());
+    const CString folder = all + '\\' + OwnPath();
     qv::ThrowIfFailed(qv::platform::MakeUserFolder(folder), folder);
     return folder + '\\';
 }

@@ -7,8 +7,10 @@
 namespace qv::platform {
 namespace {
 
+// Empty if the user has no folder for settings, as a service may not.
 std::string FolderOf(const ProfilePlace& place) {
-    return UserFolder(UserFolderKind::Settings) + (place.company.empty() ? "" : '\\' + place.company);
+    const std::string settings = UserFolder(UserFolderKind::Settings);
+    return settings.empty() || place.company.empty() ? settings : settings + '\\' + place.company;
 }
 
 std::string Changed(const std::string& text, const char* section, const char* entry, const char* value) {
@@ -19,7 +21,8 @@ std::string Changed(const std::string& text, const char* section, const char* en
 }  // namespace
 
 std::string ProfileFile(const ProfilePlace& place) {
-    return FolderOf(place) + '\\' + place.application + ".ini";
+    const std::string folder = FolderOf(place);
+    return folder.empty() ? "" : folder + '\\' + place.application + ".ini";
 }
 
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry) {

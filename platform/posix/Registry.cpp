@@ -48,8 +48,9 @@ std::string FileOf(const RegistryKey& key, const ProfilePlace& place) {
 Status Change(const RegistryKey& key,
               const std::function<std::string(const std::string& text, const std::string&)>& change) {
     const Section section = SectionOf(key.path);
-    return ChangeIniFile(FileOf(key, section.place),
-                         [&](const std::string& text) { return change(text, section.name); });
+    const std::string file = FileOf(key, section.place);
+    if (file.empty()) return {FileCause::BadPath, ENOENT};
+    return ChangeIniFile(file, [&](const std::string& text) { return change(text, section.name); });
 }
 
 std::string TextOf(const RegistryValue& value) {

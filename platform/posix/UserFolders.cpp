@@ -21,7 +21,9 @@ std::string Home() {
 
 std::string FolderIn(const char* variable, const char* belowHome) {
     const char* const folder = std::getenv(variable);
-    return folder && *folder == '/' ? std::string(folder) : Home() + belowHome;
+    if (folder && *folder == '/') return folder;
+    const std::string home = Home();
+    return home.empty() ? "" : home + belowHome;
 }
 
 std::string FirstFolderIn(const char* variable, const char* otherwise) {
