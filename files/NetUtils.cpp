@@ -5,7 +5,9 @@
 #include "platform/User.h"
 
 CString CNetUtils::GetCurrentUserName() {
-    return CString(qv::platform::UserName());
+    constexpr std::size_t kLongestName = 63;
+    const std::string name = qv::platform::UserName();
+    return CString(name.size() <= kLongestName ? name : "Unknown");
 }
 
 BOOL CNetUtils::GetUserNames(CStringArray& names) {

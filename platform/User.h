@@ -7,8 +7,8 @@
 
 namespace qv::platform {
 
-/// Returns the login name of the user that runs the program; "Unknown" if it is not available or longer than 63 bytes.
-/// On Linux each thread queries the user database once per user.
+/// Returns the login name of the user that runs the program; "Unknown" if it is not available. On Linux each thread
+/// queries the user database once per user.
 std::string UserName();
 
 /// Lists the login names of human users, as defined by qvcommon/NetUtils.h, in no particular order. Thread-safe.
