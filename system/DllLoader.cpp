@@ -27,12 +27,19 @@ bool IsAbsolute(std::string_view path) {
     return (path[1] == ':' && IsSeparator(path[2])) || (IsSeparator(path[0]) && IsSeparator(path[1]));
 }
 
-/// Returns a library file's name without the system's prefix and extension; empty for any other file.
+/// Whether it can be the name of a plug-in.
+bool IsName(const CString& name) {
+    return !name.IsEmpty() && name.FindOneOf("\\/:") < 0;
+}
+
+/// Returns the name by which a file is loaded; empty if it is no library, or has no such name.
 CString LibraryNameOf(const CString& file) {
     const CString pattern(qv::platform::LibraryFileNames("").front());  // the extension
-    const bool matches = file.GetLength() > pattern.GetLength() &&
-                         qv::ascii::EqualsIgnoreCase(file.Right(pattern.GetLength()).AsStd(), pattern.AsStd());
-    return matches ? file.Left(file.GetLength() - pattern.GetLength()) : CString();
+    const CString name = file.Left(file.GetLength() - pattern.GetLength()), extension = file.Mid(name.GetLength());
+    const bool matches = qv::platform::HasDriveLetters()
+                             ? qv::ascii::EqualsIgnoreCase(extension.AsStd(), pattern.AsStd())
+                             : extension == pattern;
+    return matches && IsName(name) ? name : CString();
 }
 
 }  // namespace
@@ -101,7 +108,7 @@ void DllLoader::SetVersion(const CDllFunction<int()>& function, int lowest, int 
 
 CDllInstance& DllLoader::Load(const char* name) {
     const CString wanted = name;
-    if (wanted.IsEmpty() || wanted.FindOneOf("\\/:") >= 0) AfxThrowInvalidArgException();
+    if (!IsName(wanted)) AfxThrowInvalidArgException();
     for (Loaded& loaded : m_loaded)
         if (loaded.name == wanted) return loaded.library;
     CDllInstance library(PathOf(wanted));

@@ -65,6 +65,8 @@ TEST(DllLoader, SearchesItsOwnFoldersOnly) {
     fs::copy_file(qv::platform::NativePath(Sample()), folder.Native(file));
     folder.Write(qv::platform::LibraryFileNames("text").front(), "no library");
     folder.Write("readme.txt", "");
+    if (!qv::platform::HasDriveLetters())
+        for (const char* const name : {"text.SO", "a:b.so"}) folder.Write(name, "no name for Load");
     const fs::path before = fs::current_path();
     fs::current_path(folder.Native());
     DllLoader loader;
