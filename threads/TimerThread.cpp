@@ -16,8 +16,14 @@ void QvCloseThread(HANDLE thread) {
 }
 
 struct CTimerThread::State {
-    std::atomic<bool> running = false;
-    qv::platform::Event stop, finished;
+    // Shared with a second thread that is started beside the first.
+    struct Signals {
+        std::atomic<bool> running = false;
+        qv::platform::Event stop, finished;
+    };
+
+    std::shared_ptr<Signals> signals = std::make_shared<Signals>();
+    std::uint64_t interval = 0;  // in milliseconds
 };
 
 CTimerThread::CTimerThread() : m_state(std::make_shared<State>()) {}
@@ -27,28 +33,29 @@ CTimerThread::~CTimerThread() = default;
 void CTimerThread::StartThread(DWORD seconds) {
     m_seconds = seconds;
     // A thread that has suspended itself keeps the old events, so that no later signal reaches it.
-    if (!m_state->running) m_state = std::make_shared<State>();
-    m_state->running = true;
-    if (!qv::StartDetached([this, state = m_state] { Run(*state); })) m_state->running = false;
+    const auto signals = m_state->signals->running ? m_state->signals : std::make_shared<State::Signals>();
+    m_state = std::make_shared<State>(State{signals, std::uint64_t{seconds} * 1000});
+    signals->running = true;
+    if (!qv::StartDetached([this, state = m_state] { Run(*state); })) signals->running = false;
 }
 
 void CTimerThread::StopThread() {
-    const std::shared_ptr<State> state = m_state;
-    if (state->running.exchange(false)) {
-        state->stop.Set();
-        state->finished.Wait();
+    const std::shared_ptr<State::Signals> signals = m_state->signals;
+    if (signals->running.exchange(false)) {
+        signals->stop.Set();
+        signals->finished.Wait();
     }
-    state->finished.Reset();
+    signals->finished.Reset();
 }
 
 void CTimerThread::Run(State& state) {
-    const std::uint64_t interval = std::uint64_t{m_seconds} * 1000;
+    State::Signals& signals = *state.signals;
     OnThreadStart();
     do {
         OnTick();
-        state.stop.WaitFor(interval);
-    } while (state.running);
+        signals.stop.WaitFor(state.interval);
+    } while (signals.running);
     OnThreadStop();
-    state.stop.Reset();
-    state.finished.Set();  // the object may be destroyed from here on
+    signals.stop.Reset();
+    signals.finished.Set();  // the object may be destroyed from here on
 }
