@@ -106,7 +106,8 @@ public:
     CDeletedFileWatchManager(const CDeletedFileWatchManager&) = delete;
     CDeletedFileWatchManager& operator=(const CDeletedFileWatchManager&) = delete;
 
-    /// Starts watching a file. No-op for a path that is already watched, unless duplicates are allowed.
+    /// Starts watching a file. No-op for a path that is already watched, unless duplicates are allowed. If no thread
+    /// can be started, the file is not watched, and adding it again has no effect until Close.
     void AddFile(const char* path, const char* message);
 
     /// Stops all watchers, in the order in which they were added; waits while one of them shows its message. Files may

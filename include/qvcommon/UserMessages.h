@@ -41,7 +41,8 @@ public:
 
     /// Creates the window. With `perProcess` non-zero the name is local to this process.
     /// @return non-zero; 0 if the name is in use, this object already has a window, the name is empty or longer than
-    /// 240 bytes, or the system refuses. (On Linux "/", "%" and a leading dot count three bytes.)
+    /// 240 bytes, or the system refuses. (On Linux "/", "%" and a leading dot count three bytes. On Windows names that
+    /// differ only in case are the same.)
     int Create(const char* name, int perProcess);
 
     /// Returns whether a listener of the name is active: with `perProcess` non-zero one of this process that was
