@@ -130,14 +130,4 @@ TEST(String, CollatesZeroBytes) {
     }
 }
 
-TEST(Collections, InteroperateWithStandardContainers) {
-    const std::vector<std::string> texts{"a", "b"};
-    CStringArray array(texts.begin(), texts.end());
-    EXPECT_EQ(CStringArray(array.AsStd()), (CStringArray{"a", "b"}));
-    EXPECT_EQ(CStringHelper::Find(array, {"x", "b"}), 1);
-    EXPECT_EQ(CStringHelper::Find(array, {"x", "B"}), 0);
-    EXPECT_TRUE(Raised<CInvalidArgException>([&] { array.SetSize(-1); }));
-    EXPECT_EQ(array.GetSize(), 2);
-}
-
 }  // namespace

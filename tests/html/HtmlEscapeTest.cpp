@@ -85,16 +85,4 @@ TEST_P(HtmlEscape, PreservesUtf8) {
     EXPECT_EQ(CHtmlWriter::CleanScriptUtf8("a\xE2\x80\xA8\xE2\x80\xA9-_. 1"), "a\\u2028\\u2029-_. 1");
 }
 
-// Each of these takes a minute if any step looks at the text more than a few times.
-TEST(HtmlToPlainText, TakesLinearTime) {
-    for (const std::string_view piece : {"<", " ", "&amp;", "\n ", "<p> ", "&", "<li>", "<x>\n"}) {
-        std::string text;
-        while (text.size() < 1000000) text += piece;
-        EXPECT_LT(CHtmlWriter::HtmlToPlainText(text).GetLength(), 2000000);
-        EXPECT_GE(CHtmlWriter::Clean(text).GetLength(), 0);
-    }
-    const std::string split = "\xC2" + std::string(4000000, '\n') + "\xA0";
-    EXPECT_LE(CHtmlWriter::Clean(split).GetLength(), 7);
-}
-
 }  // namespace

@@ -131,14 +131,6 @@ TEST_F(PlatformContracts, CopyPreservesMetadataReplacesFilesOnly) {
     EXPECT_TRUE(ChangeStatus(m_folder / "from", -1, 0).ok());
 }
 
-TEST_F(PlatformContracts, PathsAreConverted) {
-    const CString path = m_folder / "a\\b";
-    EXPECT_EQ(LibraryPath(NativePath(path)), path.AsStd());
-    EXPECT_EQ(LibraryPath("C:/x/a"), "C:\\x\\a");
-    EXPECT_EQ(FullPath(m_folder / "x\\..\\a\\.\\b"), path.AsStd());
-    EXPECT_EQ(TempDirectory().back(), '\\');
-}
-
 // A wait that misses the removal lasts until the watchdog ends the test.
 TEST_F(PlatformContracts, TheRemovalOfAnOpenFileEndsTheWait) {
     m_folder.Write("lock", "");

@@ -58,21 +58,6 @@ TEST(ReadWriteLock, WriterHandsOverToWriterThenReaders) {
     EXPECT_TRUE(writer.Ends() && first.Ends() && second.Ends() && third.Ends());
 }
 
-TEST(ReadWriteLock, WriterIsNotStarvedByOtherWriters) {
-    CReadWriteLock lock;
-    std::atomic<bool> done = false;
-    const auto write = [&] {
-        lock.StartWrite();
-        lock.EndWrite();
-    };
-    const auto hog = [&] {
-        while (!done) write();
-    };
-    Background one(hog), two(hog);
-    for (int i = 0; i < 100; ++i) write();
-    done = true;
-}
-
 class Counted : public CLockableObject {
 public:
     explicit Counted(std::atomic<int>& alive) : m_alive(alive) { ++m_alive; }
