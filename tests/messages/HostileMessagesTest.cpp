@@ -143,14 +143,14 @@ TEST(UserMessages, PumpEndsInTimeWithoutDescriptors) {
     Listener listener;
     ASSERT_TRUE(listener.Create(name, 0));
     Background sender([&] { EXPECT_EQ(Send(name, "text"), 1); });
-    int refused = 0, most = 10'000;
+    std::atomic<int> refused = 0, most = 10'000;
     const SystemFaults full([&](const SystemFaults::Call& call) {
         const bool fails = std::string_view(call.name) == "accept4" && refused < most;
         refused += fails;
         return SystemFaults::Fault{.error = fails ? EMFILE : 0ul};
     });
     while (refused == 0) EXPECT_FALSE(CUserMessageListener::PumpMessages(10));
-    EXPECT_LT(refused, 1000) << "it pauses before it tries again";
+    EXPECT_LT(refused.load(), 1000) << "it pauses before it tries again";
     most = 0;
     EXPECT_TRUE(CUserMessageListener::PumpMessages(10'000));
 }
