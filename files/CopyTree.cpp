@@ -66,7 +66,7 @@ int CCopyTree::GetFileCount() {
 
 int CCopyTree::GetFileCount(CString folder) {  // NOLINT(performance-unnecessary-value-param): part of the interface
     FileCount count;
-    count.Walk(folder);
+    count.Walk(folder, qv::platform::LastName::MayBeLink);
     return count.files;
 }
 

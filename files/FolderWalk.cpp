@@ -22,7 +22,7 @@ using platform::EntryKind;
 using platform::FolderEntry;
 using platform::Status;
 
-void FolderWalk::Walk(const CString& path) {
+void FolderWalk::Walk(const CString& path, platform::LastName lastName) {
     m_path = path;
     if (!EndsWithOneOf(m_path, "\\")) m_path += '\\';
     // Threads treat no further folders, even after an exception.
@@ -32,7 +32,7 @@ void FolderWalk::Walk(const CString& path) {
     } const end{m_places};
     Place first{.folder = {}, .pathLength = m_path.size(), .entry = {}};
     Visit visit;
-    visit.opened = visit.folder.Open(path, platform::LastName::NoLink);
+    visit.opened = visit.folder.Open(path, lastName);
     if (!visit.opened.ok()) return OnFailure(visit.opened, first, nullptr);
     Enter(std::move(first), ListAndTreat(std::move(visit)), nullptr);
     while (!m_places.empty()) m_places.back().subfolders.empty() ? Leave() : Descend();

@@ -24,8 +24,8 @@ public:
     FolderWalk& operator=(const FolderWalk&) = delete;
     virtual ~FolderWalk() = default;
 
-    /// Refuses a path that is itself a link. @throws what the members below throw.
-    void Walk(const CString& path);
+    /// By default refuses a path that is itself a link. @throws what the members below throw.
+    void Walk(const CString& path, platform::LastName lastName = platform::LastName::NoLink);
 
 protected:
     struct Failure {

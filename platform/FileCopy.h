@@ -37,7 +37,7 @@ public:
     FileCopy(FileCopy&&) noexcept;
     ~FileCopy();
 
-    /// Gives the copy its name. Also reports earlier failures.
+    /// Gives the copy its name. If it failed, or if the source has changed since, copies again.
     Status Commit(const CopiedBytes& copied);
 
 private:

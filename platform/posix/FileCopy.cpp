@@ -99,21 +99,43 @@ Status ReplaceUnused(AtomicFile& copy, const Location& to) {
     return free ? copy.Commit(IfExists::Replace, Durability::Deferred) : to.StatusOf(opened);
 }
 
-Status OpenSource(const Location& from, LastName lastName, UniqueFd& file) {
-    struct stat source;
-    const bool noLink = lastName == LastName::NoLink;
-    const auto asked = sys::fstatat(from.folder, from.name.c_str(), &source, noLink ? AT_SYMLINK_NOFOLLOW : 0);
-    if (!asked.ok()) return from.StatusOf(asked);
-    if (S_ISLNK(source.st_mode)) return Status::OfError(ELOOP);
-    if (!S_ISREG(source.st_mode)) return NoFile(source);
-    return from.StatusOf(OpenShared(from, {.read = true, .noLink = noLink}, file));
+/// The file that is copied.
+struct Source {
+    Location place;
+    LastName lastName;
+    struct stat status = {};  ///< before it was opened
+
+    bool NoLink() const { return lastName == LastName::NoLink; }
+    Status Ask(struct stat& asked) const {
+        return place.StatusOf(
+            sys::fstatat(place.folder, place.name.c_str(), &asked, NoLink() ? AT_SYMLINK_NOFOLLOW : 0));
+    }
+    bool HasChanged() const;
+};
+
+bool IsSameTime(const timespec& a, const timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool Source::HasChanged() const {
+    struct stat now;
+    return !Ask(now).ok() || now.st_dev != status.st_dev || now.st_ino != status.st_ino ||
+           now.st_size != status.st_size || !IsSameTime(now.st_mtim, status.st_mtim) ||
+           !IsSameTime(now.st_ctim, status.st_ctim);
+}
+
+Status OpenSource(Source& from, UniqueFd& file) {
+    if (const Status asked = from.Ask(from.status); !asked.ok()) return asked;
+    if (S_ISLNK(from.status.st_mode)) return Status::OfError(ELOOP);
+    if (!S_ISREG(from.status.st_mode)) return NoFile(from.status);
+    return from.place.StatusOf(OpenShared(from.place, {.read = true, .noLink = from.NoLink()}, file));
 }
 
 /// `create` creates the new file beside the target.
 template <class Create>
-Status Write(AtomicFile& copy, const Location& from, LastName lastName, const CopiedBytes& report, Create create) {
+Status Write(AtomicFile& copy, Source& from, const CopiedBytes& report, Create create) {
     UniqueFd file;
-    if (const Status opened = OpenSource(from, lastName, file); !opened.ok()) return opened;
+    if (const Status opened = OpenSource(from, file); !opened.ok()) return opened;
     if (const Status created = create(copy); !created.ok()) return created;
     return CopyAll(file.Get(), static_cast<int>(copy.Handle()), report);
 }
@@ -127,41 +149,47 @@ Status Place(AtomicFile& copy, const Location& to) {
 
 Status CopyWholeFile(const char* from, const char* to) {
     AtomicFile copy;
-    const Status written = Write(copy, Location::OfPath(from), LastName::MayBeLink, {},
-                                 [to](AtomicFile& file) { return file.Create(to); });
+    Source source{Location::OfPath(from), LastName::MayBeLink};
+    const Status written = Write(copy, source, {}, [to](AtomicFile& file) { return file.Create(to); });
     return written.ok() ? Place(copy, Location::OfPath(to)) : written;
 }
 
 Status CopyFileIn(const Folder& from, const std::string& name, LastName source, const Folder& to,
                   const std::string& newName, const CopiedBytes& copied) {
     AtomicFile copy;
+    Source file{Location::In(from, name), source};
     const Location target = Location::In(to, newName);
-    const Status written = Write(copy, Location::In(from, name), source, copied,
-                                 [&](AtomicFile& file) { return file.CreateIn(to, target.name); });
+    const Status written = Write(copy, file, copied, [&](AtomicFile& made) { return made.CreateIn(to, target.name); });
     return written.ok() ? Place(copy, target) : written;
 }
 
 struct FileCopy::Body {
-    AtomicFile copy;
-    Location target;
+    const Folder& from;
+    const Folder& to;
+    const std::string name, newName;
+    Source source;
+    AtomicFile copy = {};
     std::uint64_t size = 0;
     Status written = {};
 };
 
 FileCopy::FileCopy(const Folder& from, const std::string& name, LastName source, const Folder& to,
                    const std::string& newName)
-    : m_body(std::make_unique<Body>(Body{.copy = {}, .target = Location::In(to, newName)})) {
+    : m_body(new Body{from, to, name, newName, {Location::In(from, name), source}}) {
     m_body->written = Write(
-        m_body->copy, Location::In(from, name), source, [this](std::uint64_t bytes) { m_body->size += bytes; },
-        [&](AtomicFile& file) { return file.CreateIn(to, m_body->target.name); });
+        m_body->copy, m_body->source, [this](std::uint64_t bytes) { m_body->size += bytes; },
+        [&](AtomicFile& file) { return file.CreateIn(to, Location::In(to, newName).name); });
 }
 
 FileCopy::FileCopy(FileCopy&&) noexcept = default;
 FileCopy::~FileCopy() = default;
 
 Status FileCopy::Commit(const CopiedBytes& copied) {
-    if (copied && m_body->size > 0) copied(m_body->size);
-    return m_body->written.ok() ? Place(m_body->copy, m_body->target) : m_body->written;
+    const Body& body = *m_body;
+    if (!body.written.ok() || body.source.HasChanged())
+        return CopyFileIn(body.from, body.name, body.source.lastName, body.to, body.newName, copied);
+    if (copied && body.size > 0) copied(body.size);
+    return Place(m_body->copy, Location::In(body.to, body.newName));
 }
 
 }  // namespace qv::platform

@@ -58,8 +58,23 @@ TEST_F(CopyTreeTest, PreservesTimesAndAttributes) {
     EXPECT_TRUE(to.m_attribute & CFile::readOnly);
     CCopyTree count;
     EXPECT_EQ(count.GetFileCount(m_folder / "from"), 3);
+    const bool linked = m_folder.Link("from", "link");
+    EXPECT_EQ(count.GetFileCount(m_folder / "link"), linked ? 3 : 0);
     EXPECT_EQ(count.GetFileCount(m_folder / "from\\A\\empty"), 0);
     EXPECT_EQ(count.GetFileCount(m_folder / "none"), 0);
+}
+
+TEST_F(CopyTreeTest, CopiesWhatOnCopyFileHasWritten) {
+    struct Writer : Observer {
+        void OnCopyFile(const char* path) override { CFileUtils::WriteFile(path, CString("new"), 0, 0); }
+    } writer;
+    for (int i = 0; i < 40; ++i) m_folder.Write("from/" + std::to_string(i), "old");
+    CCopyTree copy;
+    copy.SetSourceDirectory(m_folder / "from");
+    copy.SetDestinationDirectory(m_folder / "to");
+    copy.SetProgressMonitor(&writer);
+    copy.CopyTree();
+    for (const auto& [name, content] : ReadTree(m_folder.Native("to"))) EXPECT_EQ(content, "new") << name;
 }
 
 TEST_F(CopyTreeTest, LaterOnlyCopiesNewerFiles) {
