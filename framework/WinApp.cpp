@@ -1,6 +1,7 @@
 #include "qvcommon/framework/WinApp.h"
 
 #include <atomic>
+#include <mutex>
 
 #include "framework/PathText.h"
 #include "platform/Process.h"
@@ -9,6 +10,7 @@
 namespace {
 
 std::atomic<CWinApp*> g_application{nullptr};
+std::mutex g_changing;  // held while the chain of applications changes
 
 // Returns the program's file name without folder and extension.
 std::string ProgramName() {
@@ -27,12 +29,18 @@ CString AsFileName(CString name) {
 }  // namespace
 
 CWinApp::CWinApp(const char* name) : m_pszAppName(AsFileName(name ? name : ProgramName().c_str())) {
+    const std::lock_guard lock(g_changing);
     m_before = g_application.exchange(this);
 }
 
 CWinApp::~CWinApp() {
-    CWinApp* self = this;
-    g_application.compare_exchange_strong(self, m_before);
+    const std::lock_guard lock(g_changing);
+    if (g_application == this) {
+        g_application = m_before;
+        return;
+    }
+    for (CWinApp* later = g_application; later; later = later->m_before)
+        if (later->m_before == this) later->m_before = m_before;
 }
 
 void CWinApp::SetRegistryKey(const char* company) {
@@ -50,6 +58,6 @@ BOOL CWinApp::WriteProfileString(const char* section, const char* entry, const c
 
 CWinApp* AfxGetApp() {
     if (CWinApp* const application = g_application) return application;
-    static CWinApp own;
-    return &own;
+    static CWinApp* const own = new CWinApp;  // never destroyed: static objects may save settings at exit
+    return own;
 }
