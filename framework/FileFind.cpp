@@ -118,15 +118,19 @@ BOOL CFileFind::Begin(std::unique_ptr<qv::IFileSearch> search, const CString& ro
 }
 
 bool CFileFind::Advance() {
-    if (!m_following) m_following = std::make_unique<qv::FoundRecord>();
-    *m_following = {};
-    const bool found = m_search && m_search->Next(*m_following);
-    if (found)
-        m_following->longName = m_search->GetLongName();
-    else
-        m_following = nullptr;
-    if (m_search && !found) m_error = m_search->GetError();
-    return found;
+    std::unique_ptr<qv::FoundRecord> following = std::move(m_following);
+    std::unique_ptr<qv::IFileSearch> search = std::move(m_search);  // an exception of the observer ends it
+    if (!search) return false;
+    if (!following) following = std::make_unique<qv::FoundRecord>();
+    *following = {};
+    if (!search->Next(*following)) {
+        m_error = search->GetError();
+        return false;
+    }
+    following->longName = search->GetLongName();
+    m_following = std::move(following);
+    m_search = std::move(search);
+    return true;
 }
 
 BOOL CFileFind::FindNextFile() {

@@ -139,6 +139,20 @@ TEST(HostileTree, SkippedEntriesAreNamedAndCounted) {
     EXPECT_EQ(ReadTree(folder.Native("from")).size(), 9u);
 }
 
+TEST(HostileTree, ExceptionOfObserverEndsSearch) {
+    if (qv::platform::HasDriveLetters()) GTEST_SKIP() << "a listing has whole records";
+    struct Throwing : ILeftOut {
+        void OnLeftOut(const QvLeftOut&) override { throw 1; }
+    } throwing;
+    const TempFolder folder;
+    MakeTree(folder.Native(), {"a", "b", "c"});
+    const SystemFaults faults(SystemFaults::Always(CallKind::Status, FileCause::HardIO, "b"));
+    CFileFind find;
+    find.SetLeftOut(&throwing);
+    EXPECT_THROW(for (BOOL more = find.FindFile(folder / "*"); more;) more = find.FindNextFile(), int);
+    EXPECT_FALSE(find.FindNextFile());
+}
+
 TEST(HostileTree, ReportsEntriesVanishingDuringWalk) {
     struct Vanishing : FileFinder {
         fs::path root;
