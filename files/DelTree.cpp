@@ -94,9 +94,10 @@ public:
         m_last = path;
         m_leftOut.OnLeftOut(QvLeftOut::OfError(path, static_cast<DWORD>(failure.error())));
     }
-    /// A folder that stays because of its content is not reported: that content was.
+    /// A folder that stays because of its content is not reported: that content was, or the failure to read it.
     void OnFolderStays(const Status& failure, const CString& path) override {
-        if (!m_last.AsStd().starts_with(CFileUtils::TerminateDir(path).AsStd())) OnStay(failure, path);
+        const bool isReported = m_last == path || m_last.AsStd().starts_with(CFileUtils::TerminateDir(path).AsStd());
+        if (!isReported) OnStay(failure, path);
     }
 
 private:
@@ -127,6 +128,7 @@ void CFileUtils::DelTree(const char* directory, int removeItself) {
 
 void CFileUtils::DelTree(const char* directory, int removeItself, ILeftOut& leftOut) {
     const CString folder = directory;
+    if (!IsDirectory(folder)) return;
     ReportingRemoval removal(removeItself != 0, leftOut);
     const Status status = Remove(folder, removeItself, removal);
     if (!status.ok() && !IsGone(status)) removal.OnFolderStays(status, UnterminateDir(folder));
