@@ -7,7 +7,7 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kBudget = 2 << 20, kBudgetPerByte = 16;
+constexpr std::uint64_t kBudget = 2 << 20, kBudgetPerByte = 16;
 // Cost of a byte in a local pass, for each byte written or examined, relative to a whole pass.
 constexpr std::size_t kLocalCost = 32;
 

@@ -34,7 +34,7 @@ private:
     void Stamp(Node node);
 
     std::string m_find, m_replacement;
-    std::size_t m_written = 0, m_budget = 0;
+    std::uint64_t m_written = 0, m_budget = 0;
     std::vector<std::size_t> m_places;    // positions of the replacements of the last whole pass
     std::vector<std::uint32_t> m_stamps;  // the local pass that wrote a node, or made it a candidate of the next pass
     std::uint32_t m_pass = 0;

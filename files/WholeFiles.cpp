@@ -2,6 +2,7 @@
 #include <atomic>
 #include <limits>
 #include <memory>
+#include <new>
 
 #include "files/BackOff.h"
 #include "files/PathParts.h"
@@ -62,6 +63,7 @@ private:
 /// only once and need not be zeroed first.
 void ReadInto(std::string& text, CFile& file, std::size_t size) {
     constexpr std::size_t kStep = 256 * 1024;
+    if (size > text.max_size()) throw std::bad_alloc();  // about 1 GB in 32-bit programs
     text.reserve(size);
     qv::platform::AdviseLargePages(text.data(), size);
     const MemoryAhead ahead(text.data(), size);
@@ -71,6 +73,13 @@ void ReadInto(std::string& text, CFile& file, std::size_t size) {
         if (count == 0) return;
         text.append(buffer.get(), count);
     }
+}
+
+/// Writes a text of any length.
+void WriteAll(CFile& file, std::string_view text) {
+    constexpr std::size_t kLargestWrite = 1 << 30;
+    for (; !text.empty(); text.remove_prefix(std::min(text.size(), kLargestWrite)))
+        file.Write(text.data(), static_cast<UINT>(std::min(text.size(), kLargestWrite)));
 }
 
 bool OpenToMake(CFile& file, const CString& path, int multiUser, int createDirectory, CFileException* error) {
@@ -147,7 +156,7 @@ void CFileUtils::WriteFile(const char* path, const CString& text, int multiUser,
     CFileException error;
     if (!OpenToMake(file, path, multiUser, createDirectory, &error))
         AfxThrowFileException(error.m_cause, error.m_lOsError, error.m_strFileName);
-    file.Write(text, static_cast<UINT>(text.GetLength()));
+    WriteAll(file, text);
     file.Close();
 }
 
@@ -167,7 +176,7 @@ void CFileUtils::SaveFile(const char* path, const CString& text) {
     for (int tries = 1;; ++tries) {
         try {
             CSaveFile file(path);
-            file.Write(text, static_cast<UINT>(text.GetLength()));
+            WriteAll(file, text);
             file.Commit();
             return;
         } catch (CFileException* error) {

@@ -1,5 +1,6 @@
 #include "qvcommon/framework/StandardStreams.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "framework/FileErrors.h"
@@ -14,9 +15,10 @@ constexpr std::size_t kLongestText = std::numeric_limits<int>::max(), kChunk = 1
 CString AfxReadStandardInput() {
     const char* const name = "standard input";
     std::string text;
+    const std::size_t longest = std::min(kLongestText, text.max_size() - kChunk);
     for (std::size_t size = 0, count = 0;; size += count) {
-        if (size > kLongestText) AfxThrowFileException(CFileException::generic, -1, name);
-        if (text.size() < size + kChunk) text.resize(2 * size + kChunk);
+        if (size > longest) AfxThrowFileException(CFileException::generic, -1, name);
+        if (text.size() < size + kChunk) text.resize(std::min(2 * size, longest) + kChunk);
         const qv::platform::FileHandle input = qv::platform::StandardInput();
         qv::ThrowIfFailed(qv::platform::ReadBytes(input, text.data() + size, text.size() - size, count), name);
         if (count == 0) {
