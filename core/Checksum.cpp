@@ -34,7 +34,7 @@ public:
         constexpr std::size_t kMostAhead = 16;
         if (m_ahead.size() <= kMostAhead / 2)  // wakes a thread for several files at once
             while (m_ahead.size() < kMostAhead && m_started < m_paths.GetSize())
-                m_ahead.push_back(m_executor.Start([&path = m_paths[m_started++]] { return SumUnlessLarge(path); }));
+                m_ahead.push_back(m_executor.Start([path = m_paths[m_started++]] { return SumUnlessLarge(path); }));
         Task<Summed> next = std::move(m_ahead.front());
         m_ahead.pop_front();
         const Summed summed = next.Get();

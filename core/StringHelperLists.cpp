@@ -221,7 +221,9 @@ void CStringHelper::StringToStringArray(std::string_view text, CStringArray& tex
 }
 
 void CStringHelper::FromMultiSz(const char* buffer, CStringArray& texts) {
-    for (; buffer && *buffer; buffer += std::strlen(buffer) + 1) texts.Add(std::string_view(buffer));
+    CStringArray found;  // the buffer may be one of the elements
+    for (; buffer && *buffer; buffer += std::strlen(buffer) + 1) found.Add(std::string_view(buffer));
+    texts.Append(found);
 }
 
 unsigned long CStringHelper::CalculateMultiSzBufferSize(const CStringArray& texts) {

@@ -92,11 +92,14 @@ CString CStringHelper::UnEscapeUrl(std::string_view text) {
 }
 
 void CStringHelper::ParseRawHttpParams(std::string_view text, CStringArray& names, CStringArray& values) {
+    CStringArray foundNames, foundValues;  // the text may be one of the elements
     for (std::size_t from = 0; from < text.size();) {
         const std::size_t end = std::min(text.find('&', from), text.size());
-        AddParameter(text.substr(from, end - from), names, values);
+        AddParameter(text.substr(from, end - from), foundNames, foundValues);
         from = end + 1;
     }
+    names.Append(foundNames);
+    values.Append(foundValues);
 }
 
 CString CStringHelper::RemoveFileProtocol(std::string_view text, int unescape, int backslashes) {

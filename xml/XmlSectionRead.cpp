@@ -66,18 +66,18 @@ BOOL CXmlSection::LoadObject(CXmlObject& object, int index) const {
 }
 
 BOOL CXmlSection::GetStringArray(std::string_view tag, CStringArray& texts) const {
-    texts.RemoveAll();
     CXmlSection list;
-    const BOOL found = GetSection(tag, list);
+    const BOOL found = GetSection(tag, list);  // the tag may be one of the texts
     CString text;
+    texts.RemoveAll();
     for (int i = 0; list.GetString("ITEM", text, i); ++i) texts.Add(std::move(text));
     return found;
 }
 
 BOOL CXmlSection::GetStringToStringMap(std::string_view tag, CMapStringToString& map) const {
-    map.RemoveAll();
     CXmlSection list, entry;
-    const BOOL found = GetSection(tag, list);
+    const BOOL found = GetSection(tag, list);  // the tag may belong to the map
+    map.RemoveAll();
     for (int i = 0; list.GetSection("ENTRY", entry, i); ++i) {
         CString key, value;
         entry.GetString("KEY", key);

@@ -110,8 +110,10 @@ void CXmlHelper::AddAttribute(const Element& element, std::string_view name, UIN
 BOOL CXmlHelper::GetAttributeArray(const Node& element, std::string_view path, std::string_view name,
                                    CStringArray& values) {
     CString value;
+    CStringArray found;  // `path` or `name` may be one of the values
     for (const Node& node : element.selectNodes(path))
-        if (const Element found(node); found && found.getAttribute(name, value)) values.Add(value);
+        if (const Element each(node); each && each.getAttribute(name, value)) found.Add(value);
+    values.Append(found);
     return !values.IsEmpty();
 }
 

@@ -33,6 +33,11 @@ TEST(StringLists, SplitAppendsAndAllowsAliasing) {
     H::StringToStringArray(pieces[0] + ",x", pieces);
     H::CsvToArray(pieces[0], pieces);
     EXPECT_EQ(pieces, CStringArray{"1;2"});
+    CStringArray names{"a=1&b=2"}, values, multi{"x\0y\0"sv};
+    H::ParseRawHttpParams(names[0], names, values);
+    EXPECT_EQ(names, (CStringArray{"a=1&b=2", "a", "b"}));
+    H::FromMultiSz(multi[0], multi);
+    EXPECT_EQ(multi, (CStringArray{"x\0y\0"sv, "x", "y"}));
 }
 
 TEST(StringLists, SplitAtCharacters) {

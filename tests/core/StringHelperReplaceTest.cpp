@@ -120,7 +120,8 @@ TEST(StringHelperReplace, LongInputTakesLinearTime) {
     EXPECT_EQ(ReplacedNoCase(half, "A", "aa").GetLength(), static_cast<int>(size));
     EXPECT_EQ(H::FindNoCase(half, half.substr(0, size / 4) + "b"), -1);
     EXPECT_EQ(H::FindNoCase(half, std::string(size / 4, 's')), -1);  // U+017F is an S in upper case
-    EXPECT_EQ(H::FindNoCase(half + "\xC5\xBF", "as"), half.size() - 1);
+    const Utf8Locale utf8;
+    EXPECT_EQ(H::FindNoCase(half + "\xC5\xBF", "as"), utf8 ? static_cast<int>(half.size() - 1) : -1);
     const std::string prefix(size / 4, 'p');
     EXPECT_EQ(ReplacedNoCase(prefix + tail, prefix + "b", "y" + prefix).AsStd(), std::string(size / 2, 'y') + prefix);
     // The plain rule never ends here.
