@@ -102,14 +102,18 @@ CString CHistoryMgr::GetForwardMenuUrl(QvPoint point, HWND window) {
 // From the nearest page to the farthest, `to` excluded.
 CString CHistoryMgr::Choose(int from, int to, QvPoint point, HWND window) {
     const int step = from < to ? 1 : -1;
-    CStringArray texts;
+    CStringArray texts, urls;
     for (int i = from; i != to && i >= 0 && i < Count(); i += step) {
         CString title;
+        urls.Add(m_urls[i]);
         texts.Add(m_titles.Lookup(m_urls[i], title) ? title : m_urls[i]);
     }
     if (texts.IsEmpty()) return {};
     const int chosen = ChooseFromMenu(texts, point, window);
-    return chosen < 0 || chosen >= texts.GetSize() ? CString() : Ask(from + step * chosen);
+    if (chosen < 0 || chosen >= texts.GetSize()) return {};
+    // The history may have changed while the menu was open.
+    const int page = from + step * chosen;
+    return page < Count() && m_urls[page] == urls[chosen] ? Ask(page) : CString();
 }
 
 int CHistoryMgr::ChooseFromMenu(const CStringArray&, QvPoint, HWND) {

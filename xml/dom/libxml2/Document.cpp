@@ -113,7 +113,10 @@ bool HasAttributeDeclarations(const xmlDoc* doc) {
 
 // When the document is read again, they would give defaults to elements that were added or have lost them.
 void LeaveOutAttributeDeclarations(const xmlDoc* doc) {
-    while (xmlNode* const declaration = AttributeDeclaration(doc->intSubset->children)) xmlUnlinkNode(declaration);
+    for (xmlNode* node = AttributeDeclaration(doc->intSubset->children); node;) {
+        xmlNode* const declaration = std::exchange(node, AttributeDeclaration(node->next));
+        xmlUnlinkNode(declaration);
+    }
 }
 
 }  // namespace
