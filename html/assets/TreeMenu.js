@@ -147,11 +147,23 @@
     var states = this.readStates(), open = this.items.slice();
     while (open.length) {
       var node = open.pop(), state = states[node.path()];
-      open.push.apply(open, node.items);
+      node.items.forEach(function (below) { open.push(below); });
       if (!node.isBranch()) continue;
       node.isOpen = state === undefined || !node.folds ? node.isFirstOpen : state;
       node.showState();
     }
+    this.moveTabStop();
+  };
+
+  // The item in the tab order may be in a branch that is now closed.
+  TreeMenu.prototype.moveTabStop = function () {
+    if (!this.current) return;
+    var shown = this.current.treeNode;
+    for (var above = shown.parent; above.parent; above = above.parent)
+      if (!above.isOpen) shown = above;
+    this.current.tabIndex = -1;
+    this.current = shown.item;
+    this.current.tabIndex = 0;
   };
 
   TreeMenu.prototype.storageKey = function () {
@@ -195,7 +207,7 @@
   TreeMenu.prototype.onKey = function (event) {
     var item = event.target.closest("li"), node = item && item.treeNode;
     if (!node || !event.key || event.altKey || event.ctrlKey || event.metaKey) return;
-    var items = shownItems(this.list), place = items.indexOf(item), link = item.querySelector(".treeMenuRow a");
+    var items = shownItems(this.list), place = items.indexOf(item), link = node.link && item.querySelector("a");
     switch (event.key) {
       case "ArrowDown": this.focusOn(items[place + 1]); break;
       case "ArrowUp": this.focusOn(items[place - 1]); break;

@@ -172,6 +172,8 @@ class Today(SamplePages):
         self.browser.until("location.hash == '#conference'")
         self.browser.reload()
         self.check_tree(None, "Fruit", "Apples", "Pears", "Conference")
+        self.browser.press("Tab")
+        self.check_tree("Apples", "Fruit", "Apples", "Pears", "Conference")
         self.browser.click(".treeMenuTwist", 0)
         self.check_tree("Fruit", "Fruit")
         self.browser.click("li", 0)

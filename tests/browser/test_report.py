@@ -61,7 +61,8 @@ class Report(BrowserTest):
     @classmethod
     def make_pages(cls):
         picture = (BIN.parents[2] / "html/assets/folder.gif").read_bytes()
-        make(cls.folder, {"in/b.txt": b"12345", "in/a.PNG": b"no picture", "in/sub/deep/c.gif": picture, "in/sub/d.txt": b"1"})
+        make(cls.folder, {"in/b.txt": b"12345", "in/a.PNG": b"no picture", "in/sub/deep/c.gif": picture, "in/sub/d.txt": b"1",
+                          "size/a.txt": b"12345", "size/data-v=9.txt": b"1", "size/e.txt": b"1234567"})
         names = [name.encode() for name in HOSTILE] + BROKEN
         make(cls.folder, {b"bad/%b/%b.gif" % (name, name): picture for name in names})
         make(cls.folder, {b"bad/%b/script>/%b" % (name, name): b"" for name in names})
@@ -69,7 +70,7 @@ class Report(BrowserTest):
         make(cls.folder, {"wide/%03d/%d.txt" % (i, j): b"" for i in range(1200) for j in range(2)})
         for name in ("in", "bad"):
             report(cls.folder, name, "--title", "<i>it's</i>")
-        for name in ("long", "wide"):
+        for name in ("long", "wide", "size"):
             report(cls.folder, name)
 
     def see_files(self):
@@ -141,6 +142,13 @@ class Report(BrowserTest):
         self.browser.focus(".treeMenuDefault li")
         self.browser.press("1", "1", "5")
         self.check("document.activeElement.treeNode.text", "115")
+
+    def test_names_do_not_affect_sorting_by_size(self):
+        self.go("size-out/index.html")
+        self.browser.click(OPEN_ALL)
+        self.see_files()
+        self.browser.click(".files th button", 2)
+        self.check(NAMES % ".files", ["e.txt", "a.txt", "data-v=9.txt"])
 
     def test_long_tables_render_visible_rows_only(self):
         self.go("long-out/index.html")

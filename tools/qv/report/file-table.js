@@ -40,8 +40,8 @@
   function keyOf(row, column) {
     if (column === KIND) return cut(row, "</a><td>", "<");
     if (column !== SIZE && column !== CHANGED) return row.slice(row.lastIndexOf("<td>") + 4);
-    const size = row.indexOf("data-v=");
-    return parseInt(row.slice((column === SIZE ? size : row.indexOf("data-v=", size + 1)) + 7), 10);
+    const value = "<td data-v=", size = row.indexOf(value);  // names have no "<"
+    return parseInt(row.slice((column === SIZE ? size : row.indexOf(value, size + 1)) + value.length), 10);
   }
 
   // Replaces texts by their ranks, since most of them are equal.
