@@ -56,6 +56,11 @@ private:
         if (node && m_held.size() < 64) m_held.push_back(node);
     }
 
+    // A loaded document has no empty text nodes.
+    static void PutText(const IXMLDOMNode& node, std::string_view text) {
+        if (!text.empty() || node.get_nodeType() != MSXML2::NODE_TEXT) node.put_text(text);
+    }
+
     IXMLDOMNode At(char c) const { return m_held[static_cast<unsigned char>(c) % m_held.size()]; }
 
     void Run(char operation, const IXMLDOMNode& a, const IXMLDOMNode& b, std::string_view text) {
@@ -69,7 +74,7 @@ private:
             case 4:
             case 5: return element.setAttribute(name, value);
             case 6: return element.removeAttribute(text);
-            case 7: return a.put_text(text);
+            case 7: return PutText(a, text);
             case 8: return Hold(a.selectSingleNode(text));
             case 9: return static_cast<void>(CXmlHelper::SetXml(element, text));
             case 10: return Hold(CXmlHelper::AppendXml(a, text, 1));

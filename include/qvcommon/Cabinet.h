@@ -163,7 +163,7 @@ public:
     /// Returns non-zero if the file is a cabinet, and stores its header in `info`. Raises nothing.
     virtual int GetCabInfo(const char* path, QvCabinetInfo& info);
     /// Closes the engine and the cabinet that it reads. ReadCab calls it when it ends, also after a failure. Raises
-    /// nothing.
+    /// nothing. The members below Notify must call neither this nor ReadCab of the same object; they return -1 to stop.
     virtual void CloseHfdi();
     /// A missing trailing "\" is added.
     virtual void SetDestPath(const char* path);

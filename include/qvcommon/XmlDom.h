@@ -15,10 +15,11 @@
 /// Strings are bytes in the process's code page. A character that it lacks is "?" in a value and a reference in markup;
 /// copying between nodes is lossless. The characters U+0080 to U+009F map to these bytes in a single-byte code page.
 ///
-/// **What an operation accepts can be saved and loaded again as the same tree.** What XML 1.0 and its namespaces do not
-/// allow raises E_INVALIDARG and changes nothing: invalid names, or names whose prefix is not in scope; texts with
-/// control characters, U+FFFE or U+FFFF, or more than 10^9 bytes; "--" in a comment, "]]>" in CDATA, carriage returns
-/// in either; elements more than 256 deep. Moved nodes keep their namespaces: missing declarations are added to them.
+/// **What an operation accepts can be saved and loaded again as the same tree**, except for text nodes that were made
+/// empty, which are not there afterwards. What XML 1.0 and its namespaces do not allow raises E_INVALIDARG and changes
+/// nothing: invalid names, or names whose prefix is not in scope; texts with control characters, U+FFFE or U+FFFF, or
+/// more than 10^9 bytes; "--" in a comment, "]]>" in CDATA, carriage returns in either; elements more than 256 deep.
+/// Moved nodes keep their namespaces: missing declarations are added to them.
 ///
 /// **Documents from outside are limited**, equally in every encoding: elements nest at most 256 deep; a document type
 /// declaration may name an external subset, which is never read, and declare elements, attributes and notations, but no
