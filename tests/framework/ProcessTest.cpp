@@ -68,14 +68,6 @@ TEST(Process, WriteToExitedProcessFails) {
     EXPECT_EQ(child.Wait(), 0);
 }
 
-TEST(Process, KilledProcessReportsFailure) {
-    CProcess child;
-    StartChild(child, "EchoLines");
-    child.Kill();
-    EXPECT_NE(child.Wait(), 0);
-    EXPECT_FALSE(child.IsRunning());
-}
-
 TEST(Process, MissingProgramIsNamed) {
     EXPECT_EQ(FileFailureOf([] { CProcess().Start("no-such-program-here", {}); }),
               FileFailure(CFileException::fileNotFound, "no-such-program-here"));
