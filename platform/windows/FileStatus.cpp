@@ -121,6 +121,17 @@ bool IsFolderLinkAt(const std::wstring& path) {
     return found.ok() && (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && (TagOf(data) & kStandsForAnotherPlace);
 }
 
+Result<DWORD> LinkAttributesAt(std::wstring path) {
+    const auto attributes = sys::GetFileAttributesW(path.c_str());
+    if (!attributes.ok() || !(attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT)) return attributes;
+    while (path.ends_with(L'\\')) path.pop_back();
+    WIN32_FIND_DATAW data;
+    const auto found = sys::FindFirstFileW(path.c_str(), &data);
+    const UniqueSearch search(found);
+    const bool isLink = !found.ok() || (TagOf(data) & kStandsForAnotherPlace);  // a link if its tag is not known
+    return isLink ? attributes.value() : attributes.value() & ~DWORD{FILE_ATTRIBUTE_REPARSE_POINT};
+}
+
 bool IsFolderLink(const char* path) {
     std::wstring name = WidePath(path);
     while (name.size() > 1 && (name.back() == L'\\' || name.back() == L'/')) name.pop_back();
@@ -129,7 +140,7 @@ bool IsFolderLink(const char* path) {
 
 std::string LinkTarget(const char* path) {
     const std::wstring wide = WidePath(path);
-    const auto attributes = sys::GetFileAttributesW(wide.c_str());
+    const auto attributes = LinkAttributesAt(wide);
     if (!attributes.ok() || !(attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT)) return path;
     const UniqueHandle file(OpenAnything(wide, 0));
     std::wstring target(32768, L'\0');
@@ -141,7 +152,7 @@ std::string LinkTarget(const char* path) {
 }
 
 bool IsOwnFile(const char* path) {
-    const auto attributes = sys::GetFileAttributesW(WidePath(path).c_str());
+    const auto attributes = LinkAttributesAt(WidePath(path));
     return attributes.ok() && !(attributes.value() & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT));
 }
 

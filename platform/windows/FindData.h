@@ -20,6 +20,10 @@ inline std::uint32_t TagOf(const WIN32_FIND_DATAW& data) {
 /// Returns whether the path's last name, without a trailing separator, is a link to a folder.
 bool IsFolderLinkAt(const std::wstring& path);
 
+/// Returns the attributes of the file at the path. Only links to other places have FILE_ATTRIBUTE_REPARSE_POINT: other
+/// reparse points, such as the folders of cloud storage, are like plain files and folders.
+Result<DWORD> LinkAttributesAt(std::wstring path);
+
 /// Copies what the system's searches report of an entry except its names, on disks and on servers.
 template <class Data>
 void CopyFindStatus(const Data& data, FoundEntry& entry) {

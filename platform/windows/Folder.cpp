@@ -16,7 +16,7 @@ Result<HANDLE> OpenKept(const std::wstring& path) {
 
 /// Queries by name, which refers to the open folder: layers over other file systems open the target of a link.
 Status CheckFolder(const std::wstring& path) {
-    const auto asked = sys::GetFileAttributesW(path.c_str());
+    const auto asked = LinkAttributesAt(path);
     if (!asked.ok()) return asked.status();
     const bool plain = (asked.value() & FILE_ATTRIBUTE_DIRECTORY) && !(asked.value() & FILE_ATTRIBUTE_REPARSE_POINT);
     return plain ? Status() : Status::OfError(ERROR_DIRECTORY);
@@ -28,7 +28,7 @@ EntryKind KindOf(const WIN32_FIND_DATAW& data) {
 }
 
 Status ClearReadOnly(const std::wstring& path) {
-    const auto attributes = sys::GetFileAttributesW(path.c_str());
+    const auto attributes = LinkAttributesAt(path);
     const bool stays =
         !(attributes.value() & FILE_ATTRIBUTE_READONLY) || (attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT);
     if (!attributes.ok() || stays) return attributes.status();
