@@ -1,6 +1,7 @@
 #include "platform/Drawing.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 
 #include "platform/windows/UniqueHandle.h"
@@ -37,18 +38,29 @@ void CopyArea(const std::uint32_t* pixels, const PixelBuffer& target, const Draw
                 pixels[static_cast<std::ptrdiff_t>(y) * target.width + x] & 0xFFFFFF;
 }
 
+bool IsVisible(HDC dc, const DrawArea& area) {
+    const auto end = [](int start, int size) {
+        return static_cast<LONG>(std::min<long long>(start + static_cast<long long>(size), LONG_MAX));
+    };
+    const RECT rectangle = {area.x, area.y, end(area.x, area.width), end(area.y, area.height)};
+    const auto visible = sys::RectVisible(dc, &rectangle);
+    return !visible.ok() || visible.value();
+}
+
 }  // namespace
 
 bool DrawOnContext(void* context, const DibRows& source, const DrawArea& area) {
     const auto dc = static_cast<HDC>(context);
-    if (!sys::GetObjectType(dc).ok()) return false;
+    const DWORD type = sys::GetObjectType(dc).value();
+    const bool draws = type == OBJ_DC || type == OBJ_MEMDC, records = type == OBJ_METADC || type == OBJ_ENHMETADC;
+    if (!draws && !records) return false;
     const auto* info = static_cast<const BITMAPINFO*>(source.info);
     const int rows = std::abs(info->bmiHeader.biHeight);
     const int mode = ::SetStretchBltMode(dc, COLORONCOLOR);
     const auto drawn = sys::StretchDIBits(dc, area.x, area.y, area.width, area.height, source.firstColumn, 0,
                                           source.columns, rows, source.rows, info, DIB_RGB_COLORS, SRCCOPY);
     if (mode) ::SetStretchBltMode(dc, mode);
-    return drawn.ok();
+    return drawn.ok() || (draws && !IsVisible(dc, area));  // no rows are drawn then, which is no failure
 }
 
 bool DrawOnPixels(const PixelBuffer& target, const DibRows& source, const DrawArea& area) {

@@ -122,7 +122,8 @@ QV_CLOSE(FailsWithZero, CloseClipboard);
 QV_SYSTEM_CALL(Other, FailsWithZero, CreateCompatibleDC);
 QV_SYSTEM_CALL(Other, FailsWithZero, CreateDIBSection);
 QV_SYSTEM_CALL(Other, FailsWithZero, GetObjectType);
-QV_SYSTEM_CALL(Other, FailsWithMinusOne, StretchDIBits);
+QV_SYSTEM_CALL(Other, FailsWithZero, StretchDIBits);
+QV_SYSTEM_CALL(Other, NeverFails, RectVisible);
 QV_CLOSE(FailsWithZero, DeleteDC);
 QV_CLOSE(FailsWithZero, DeleteObject);
 

@@ -51,7 +51,7 @@ struct FailsWith {
 
 /// FALSE, a null handle, no characters.
 using FailsWithZero = FailsWith<0>;
-/// INVALID_HANDLE_VALUE, INVALID_FILE_ATTRIBUTES, WAIT_FAILED, GDI_ERROR.
+/// INVALID_HANDLE_VALUE, INVALID_FILE_ATTRIBUTES, WAIT_FAILED.
 using FailsWithMinusOne = FailsWith<-1>;
 
 /// The value is the error number itself, 0 for success.
