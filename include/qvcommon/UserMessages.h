@@ -28,7 +28,7 @@ struct CCopyData {
 /// it at the same moment; the name is free again when the listener is destroyed or its program terminates.
 ///
 /// docs/formats/messages.md describes the protocol on Linux. Other users can neither listen in a user's name, nor send,
-/// nor read.
+/// nor read. On Windows programs without elevation may send to an elevated listener.
 ///
 /// A listener belongs to the thread that created it. Its strings arrive there, one after the other, while that thread
 /// pumps messages: with PumpMessages, on Windows with any message loop, and while it waits for a string of its own to

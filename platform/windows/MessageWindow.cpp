@@ -125,6 +125,8 @@ HWND OpenMessageWindow(const std::string& className, MessageReceiver& receiver) 
     if (FindMessageWindow(className)) return nullptr;
     const HWND window = MakeHiddenWindow(className);
     if (!window) return nullptr;
+    // Programs without elevation may send to an elevated one. If the system refuses, they cannot.
+    sys::ChangeWindowMessageFilterEx(window, WM_COPYDATA, MSGFLT_ALLOW, nullptr).IgnoreError();
     SetWindowValue(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&receiver));
     SetWindowValue(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Answer));
     return window;

@@ -107,6 +107,7 @@ QV_SYSTEM_CALL(Message, NeverFails, GetWindowLongPtrA);
 QV_SYSTEM_CALL(Message, NeverFails, SetWindowLongPtrA);
 QV_SYSTEM_CALL(Message, NeverFails, SendMessageA);
 QV_SYSTEM_CALL(Message, NeverFails, SendMessageW);
+QV_SYSTEM_CALL(Message, FailsWithZero, ChangeWindowMessageFilterEx);
 QV_SYSTEM_CALL(Message, NeverFails, PeekMessageA);
 QV_SYSTEM_CALL(Message, FailsWithMinusOne, MsgWaitForMultipleObjects);
 QV_SYSTEM_CALL(Message, FailsWithZero, MessageBoxW);
