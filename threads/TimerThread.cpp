@@ -35,8 +35,8 @@ void CTimerThread::StartThread(DWORD seconds) {
     // A thread that has suspended itself keeps the old events, so that no later signal reaches it.
     const auto signals = m_state->signals->running ? m_state->signals : std::make_shared<State::Signals>();
     m_state = std::make_shared<State>(State{signals, std::uint64_t{seconds} * 1000});
-    signals->running = true;
-    if (!qv::StartDetached([this, state = m_state] { Run(*state); })) signals->running = false;
+    const bool wasRunning = signals->running.exchange(true);
+    if (!qv::StartDetached([this, state = m_state] { Run(*state); })) signals->running = wasRunning;
 }
 
 void CTimerThread::StopThread() {
