@@ -20,7 +20,8 @@ int ShellNumberOf(UserFolderKind kind) {
 
 std::string UserFolder(UserFolderKind kind) {
     wchar_t path[MAX_PATH] = {};
-    const auto found = sys::SHGetFolderPathW(nullptr, ShellNumberOf(kind), nullptr, DWORD{SHGFP_TYPE_CURRENT}, path);
+    const int number = ShellNumberOf(kind) | CSIDL_FLAG_DONT_VERIFY;  // the folder need not exist
+    const auto found = sys::SHGetFolderPathW(nullptr, number, nullptr, DWORD{SHGFP_TYPE_CURRENT}, path);
     return found.ok() ? ReachablePath(path).value_or(std::string()) : std::string();
 }
 
