@@ -8,6 +8,8 @@ namespace qv::platform {
 namespace {
 
 constexpr std::size_t kLargestTransfer = 0x7FFFF000;
+/// A write of this size or less is not tried again in pieces when the system lacks memory.
+constexpr DWORD kSmallestPiece = 4096;
 
 DWORD TransferSize(std::size_t size) {
     return static_cast<DWORD>(std::min(size, kLargestTransfer));
@@ -44,9 +46,16 @@ Status ReadBytesAt(FileHandle handle, std::uint64_t position, void* buffer, std:
 }
 
 Status WriteBytes(FileHandle handle, const void* data, std::size_t size) {
+    std::size_t most = kLargestTransfer;
     for (auto* next = static_cast<const char*>(data); size > 0;) {
         DWORD count = 0;
-        const auto written = sys::WriteFile(SystemHandle(handle), next, TransferSize(size), &count, nullptr);
+        const DWORD piece = TransferSize(std::min(size, most));
+        const auto written = sys::WriteFile(SystemHandle(handle), next, piece, &count, nullptr);
+        // A console of Windows 7 does not accept 64 KB at once.
+        if (written.error() == ERROR_NOT_ENOUGH_MEMORY && piece > kSmallestPiece) {
+            most = piece / 2;
+            continue;
+        }
         if (!written.ok()) return written.status();
         if (count == 0) return Status::OfError(ERROR_DISK_FULL);
         next += count;

@@ -22,14 +22,22 @@ struct Pipe {
     }
 };
 
+/// Up to Windows 7 the handles of a console are not those of the kernel, whose two low bits are 0. They are inherited
+/// with the console, and must not be listed.
+bool IsListable(HANDLE handle) {
+    return (reinterpret_cast<UINT_PTR>(handle) & 3) == 0;
+}
+
 /// The standard streams of a child, which inherits them; empty for missing streams.
 struct Streams {
     UniqueHandle input, output, errors;
 
-    std::vector<HANDLE> All() const {
+    bool HasAny() const { return input || output || errors; }
+
+    std::vector<HANDLE> Listable() const {
         std::vector<HANDLE> handles;
         for (const UniqueHandle* const handle : {&input, &output, &errors})
-            if (*handle) handles.push_back(handle->Get());
+            if (*handle && IsListable(handle->Get())) handles.push_back(handle->Get());
         return handles;
     }
 };
@@ -95,7 +103,7 @@ private:
 };
 
 Status Create(std::wstring commandLine, const Streams& streams, UniqueHandle& process) {
-    std::vector<HANDLE> handles = streams.All();
+    std::vector<HANDLE> handles = streams.Listable();
     const std::lock_guard lock(Inherited().mutex);  // prevents closing them meanwhile
     handles.insert(handles.end(), Inherited().handles.begin(), Inherited().handles.end());
     const bool inherits = !handles.empty();
@@ -104,7 +112,8 @@ Status Create(std::wstring commandLine, const Streams& streams, UniqueHandle& pr
         if (const Status filled = inheritance.Fill(handles); !filled.ok()) return filled;
     STARTUPINFOEXW start = {};
     start.StartupInfo.cb = sizeof start;
-    start.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    // Streams that are all of a console are those that the child has by default.
+    start.StartupInfo.dwFlags = inherits || !streams.HasAny() ? STARTF_USESTDHANDLES : 0;
     start.StartupInfo.hStdInput = streams.input.Get();
     start.StartupInfo.hStdOutput = streams.output.Get();
     start.StartupInfo.hStdError = streams.errors.Get();
