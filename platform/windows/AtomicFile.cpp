@@ -1,5 +1,6 @@
 #include "platform/AtomicFile.h"
 
+#include "platform/FolderFiles.h"
 #include "platform/windows/FolderBody.h"
 #include "platform/windows/WritableScope.h"
 
@@ -33,7 +34,11 @@ Result<HANDLE> CreateAs(const std::wstring& path) {
 bool RemoveAbandoned(const std::wstring& path) {
     UniqueHandle file(
         sys::CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    return file && MarkForDeletion(file, true).ok() && file.Close().ok();
+    if (!file) return false;
+    WritableScope removed(path);  // a read-only file cannot be marked
+    const bool gone = MarkForDeletion(file, true).ok() && file.Close().ok();
+    if (gone) removed.Dismiss();
+    return gone;
 }
 
 /// Fails while another handle denies writing or deleting the file.
@@ -90,8 +95,11 @@ struct AtomicFile::Body {
     explicit Body(std::wstring target_)
         : target(std::move(target_)), folder(target.substr(0, target.rfind(L'\\') + 1)) {}
     ~Body() {
+        if (!file) return;
+        // The owner may have made it read-only, and such a file cannot be marked.
+        StampFile(ContractHandle(file.Get()), {.time = -1, .attributes = 0}).IgnoreError();
         // A file that cannot be deleted now is deleted by the next process that finds its name.
-        if (file) MarkForDeletion(file, true).IgnoreError();
+        MarkForDeletion(file, true).IgnoreError();
     }
     Body(const Body&) = delete;
     Body& operator=(const Body&) = delete;

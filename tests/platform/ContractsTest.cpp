@@ -94,6 +94,10 @@ TEST_F(PlatformContracts, AtomicFileCommitsAllOrNothing) {
     ASSERT_TRUE(file.CreateIn(folder, "y").ok());
     EXPECT_TRUE(write(file).ok());
     EXPECT_TRUE(file.Commit(IfExists::Fail, Durability::Deferred).ok());
+    ASSERT_TRUE(file.Create(m_folder / "x").ok());
+    EXPECT_TRUE(StampFile(file.Handle(), {.time = -1, .attributes = kReadOnly}).ok());
+    const SystemFaults faults(SystemFaults::AlwaysNaming(FileCause::SharingViolation));
+    EXPECT_FALSE(file.Commit(IfExists::Replace, Durability::Deferred).ok());
     EXPECT_EQ(m_folder.Tree(), "x=new y=new");
 }
 
@@ -101,6 +105,7 @@ TEST_F(PlatformContracts, ReusesStaleTemporaryNames) {
     // Opening a folder makes a file without a name: no file system has them here.
     const SystemFaults faults(SystemFaults::Always(CallKind::Open, FileCause::AccessDenied, "/"));
     m_folder.Write(".qv1.tmp", "of a process that died");
+    ASSERT_TRUE(ChangeStatus(m_folder / ".qv1.tmp", -1, kReadOnly).ok());
     MakeTree(m_folder.Native(), {".qv2.tmp/is a folder"});
     AtomicFile first, second;
     ASSERT_TRUE(first.Create(m_folder / "x").ok());
