@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/windows/FolderBody.h"
+#include "platform/windows/WritableScope.h"
 
 namespace qv::platform {
 namespace {
@@ -21,19 +22,31 @@ DWORD CALLBACK Tell(LARGE_INTEGER, LARGE_INTEGER copied, LARGE_INTEGER, LARGE_IN
     return PROGRESS_CONTINUE;
 }
 
+/// The system does not copy over a hidden or system file. The copy has the source's attributes.
+Result<BOOL> Copy(const std::wstring& from, const std::wstring& to, Observer* observer) {
+    const auto copy = [&] {
+        return sys::CopyFileExW(from.c_str(), to.c_str(), observer ? &Tell : nullptr, observer, nullptr, DWORD{0});
+    };
+    const auto copied = copy();
+    if (copied.error() != ERROR_ACCESS_DENIED) return copied;
+    const auto attributes = sys::GetFileAttributesW(to.c_str());
+    if (!attributes.ok() || !(attributes.value() & kHiddenOrSystem)) return copied;
+    WritableScope replaced(to, attributes.value(), kHiddenOrSystem);
+    const auto again = copy();
+    if (again.ok()) replaced.Dismiss();
+    return again;
+}
+
 }  // namespace
 
 Status CopyWholeFile(const char* from, const char* to) {
-    return sys::CopyFileExW(WidePath(from).c_str(), WidePath(to).c_str(), nullptr, nullptr, nullptr, DWORD{0})
-        .statusAt(from);
+    return Copy(WidePath(from), WidePath(to), nullptr).statusAt(from);
 }
 
 Status CopyFileIn(const Folder& from, const std::string& name, LastName, const Folder& to, const std::string& newName,
                   const CopiedBytes& copied) {
     Observer observer{copied, 0};
-    const Status status = sys::CopyFileExW(PathIn(from, name).c_str(), PathIn(to, newName).c_str(),
-                                           copied ? &Tell : nullptr, &observer, nullptr, DWORD{0})
-                              .status();
+    const Status status = Copy(PathIn(from, name), PathIn(to, newName), copied ? &observer : nullptr).status();
     // Wine copies without the callback.
     FoundEntry copy;
     copy.name = newName;

@@ -2,6 +2,7 @@
 
 #include "platform/FileStatus.h"
 #include "platform/windows/UniqueHandle.h"
+#include "platform/windows/WritableScope.h"
 #include "platform/windows/names/WidePath.h"
 
 namespace qv::platform {
@@ -24,8 +25,18 @@ DWORD DispositionOf(const OpenRequest& request) {
 
 Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle) {
     SECURITY_ATTRIBUTES security = {sizeof security, nullptr, request.inheritable};
-    const auto file = sys::CreateFileW(WidePath(path).c_str(), AccessOf(request), SharingOf(request), &security,
-                                       DispositionOf(request), FILE_ATTRIBUTE_NORMAL, nullptr);
+    const std::wstring wide = WidePath(path);
+    const auto open = [&](DWORD attributes) {
+        return sys::CreateFileW(wide.c_str(), AccessOf(request), SharingOf(request), &security, DispositionOf(request),
+                                attributes, nullptr);
+    };
+    auto file = open(FILE_ATTRIBUTE_NORMAL);
+    if (file.error() == ERROR_ACCESS_DENIED && request.create && request.truncate) {
+        // The system overwrites a hidden or system file only by one with the same of these attributes.
+        const auto attributes = sys::GetFileAttributesW(wide.c_str());
+        const DWORD kept = attributes.ok() ? attributes.value() & kHiddenOrSystem : 0;
+        if (kept) file = open(kept);
+    }
     if (file.ok()) handle = ContractHandle(file.value());
     return file.statusAt(path);
 }

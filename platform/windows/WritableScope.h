@@ -6,16 +6,20 @@
 
 namespace qv::platform {
 
-/// Clears the read-only attribute of a file, if set, so that the file can be changed, replaced or deleted. Restores it
-/// at the end of the scope, unless Dismiss was called.
+/// The attributes that prevent a file from being overwritten by a new one that lacks them.
+inline constexpr DWORD kHiddenOrSystem = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
+/// Clears the read-only attribute of a file, or the given ones, if set, so that the file can be changed, replaced or
+/// deleted. Restores them at the end of the scope, unless Dismiss was called.
 class WritableScope {
 public:
     explicit WritableScope(const std::wstring& path) : WritableScope(path, AttributesOf(path)) {}
     /// For a file whose attributes are known.
-    WritableScope(std::wstring path, DWORD attributes) : m_path(std::move(path)) {
-        if (!(attributes & FILE_ATTRIBUTE_READONLY)) return;
-        const DWORD writable = attributes & ~DWORD{FILE_ATTRIBUTE_READONLY};
-        // If the attribute cannot be cleared, the operation in the scope reports the failure.
+    WritableScope(std::wstring path, DWORD attributes, DWORD cleared = FILE_ATTRIBUTE_READONLY)
+        : m_path(std::move(path)) {
+        if (!(attributes & cleared)) return;
+        const DWORD writable = attributes & ~cleared;
+        // If an attribute cannot be cleared, the operation in the scope reports the failure.
         if (sys::SetFileAttributesW(m_path.c_str(), writable).ok()) m_attributes = attributes;
     }
     ~WritableScope() {

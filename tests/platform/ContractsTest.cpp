@@ -2,6 +2,7 @@
 
 #include "platform/AtomicFile.h"
 #include "platform/FileCopy.h"
+#include "platform/FileOpen.h"
 #include "platform/FileStatus.h"
 #include "platform/FolderFiles.h"
 #include "platform/Locale.h"
@@ -115,6 +116,27 @@ TEST_F(PlatformContracts, ReusesStaleTemporaryNames) {
     EXPECT_TRUE(second.Commit(IfExists::Fail, Durability::Deferred).ok());
     EXPECT_TRUE(first.Commit(IfExists::Replace, Durability::Deferred).ok());
     EXPECT_EQ(m_folder.Tree(), ".qv2.tmp/ .qv2.tmp/is a folder x=first");
+}
+
+// Windows refuses to overwrite such files unless the request has the same attributes. Wine does not.
+TEST_F(PlatformContracts, OverwritesHiddenAndSystemFiles) {
+    if (!HasDriveLetters()) GTEST_SKIP() << "files have no such attributes here";
+    MakeTree(m_folder.Native(), {"from", "old"});
+    ASSERT_TRUE(ChangeStatus(m_folder / "old", -1, kHidden | kSystem).ok());
+    int refusals = 2;
+    const SystemFaults faults([&](const SystemFaults::Call& call) {
+        const bool overwrites = call.kind == CallKind::Copy || call.kind == CallKind::Open;
+        return overwrites && refusals-- > 0 ? SystemFaults::Of(FileCause::AccessDenied) : SystemFaults::Fault{};
+    });
+    EXPECT_FALSE(CopyWholeFile(m_folder / "from", m_folder / "old").ok());
+    FileHandle handle = kNoFile;
+    refusals = 1;
+    ASSERT_TRUE(OpenFile(m_folder / "old", {.write = true, .create = true, .truncate = true}, handle).ok());
+    EXPECT_TRUE(CloseFile(handle).ok());
+    refusals = 1;  // the file has its attributes again
+    EXPECT_TRUE(CopyWholeFile(m_folder / "from", m_folder / "old").ok());
+    EXPECT_EQ(InfoOf("old").attributes & kHidden, 0u);
+    EXPECT_EQ(m_folder.Read("old"), "from");
 }
 
 TEST_F(PlatformContracts, CopyPreservesMetadataReplacesFilesOnly) {
