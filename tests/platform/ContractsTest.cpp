@@ -5,9 +5,7 @@
 #include "platform/FileOpen.h"
 #include "platform/FileStatus.h"
 #include "platform/FolderFiles.h"
-#include "platform/Locale.h"
 #include "platform/RemovalWatch.h"
-#include "platform/Time.h"
 #include "tests/support/FileTests.h"
 
 namespace qv::platform {
@@ -168,11 +166,6 @@ TEST_F(PlatformContracts, TheRemovalOfAnOpenFileEndsTheWait) {
     ASSERT_TRUE(file.Open(m_folder / "lock", CFile::modeRead | CFile::shareDenyNone));
     ASSERT_TRUE(file.CloseAndRemove());
     watch->WaitFor(std::chrono::hours(1));
-}
-
-TEST_F(PlatformContracts, BoundaryValues) {
-    EXPECT_EQ(FromSeconds(-kSecondsFrom1601To1970), (CalendarTime{.year = 1601}));
-    EXPECT_EQ(ListSeparator(1), "");
 }
 
 }  // namespace

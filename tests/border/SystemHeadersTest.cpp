@@ -1,4 +1,4 @@
-// Listeners beside the message loop of a Windows program.
+// Listeners beside the message loop of a Windows program, and drawing on the system's device contexts.
 
 #include <windows.h>
 
@@ -7,6 +7,7 @@
 #include <future>
 #include <stdexcept>
 
+#include "qvcommon/DIBitmap.h"
 #include "qvcommon/UserMessages.h"
 
 namespace {
@@ -51,6 +52,19 @@ TEST(MessageLoop, DefersHandlerExceptionToNextPump) {
     EXPECT_EQ(sent.get(), 1);
     EXPECT_THROW(CUserMessageListener::PumpMessages(0), std::runtime_error);
     EXPECT_FALSE(CUserMessageListener::PumpMessages(0));
+}
+
+TEST(DeviceContext, FailuresAreNotCountedAsDrawn) {
+    struct OnePixel : CDIBitmap {
+        OnePixel() {
+            m_info.reset(new DibInfo{{40, 1, 1, 1, 32, 0, 0, 0, 0, 0, 0}, {}});
+            m_bits = std::make_unique<BYTE[]>(m_bitsSize = 4);
+        }
+    } picture;
+    const HDC context = ::CreateCompatibleDC(nullptr);
+    EXPECT_EQ(picture.DrawDIB(CDC(context), 9, 9), 1) << "nothing is visible there";
+    EXPECT_EQ(picture.DrawDIB(CDC(static_cast<HDC>(::GetCurrentObject(context, OBJ_BITMAP))), 0, 0), 0);
+    ::DeleteDC(context);
 }
 
 }  // namespace
