@@ -167,11 +167,13 @@ void CCopyTree::Level::CopyEntries() {
         Upcoming next = std::move(m_upcoming.front());
         m_upcoming.pop_front();
         m_entry = std::move(next.entry);
-        m_entryCopy = std::move(next.copy);
+        // Complete before the observer is called, so that it may open the file in any way.
+        if (next.copy) m_entryCopy.emplace(next.copy.Get());
         TellPassedOver(next.passedOver);
         CopyNext();
         // Stop copying ahead when the copies are not used.
-        if (std::exchange(m_entryCopy, {})) m_ahead.isWanted = false;
+        if (m_entryCopy) m_ahead.isWanted = false;
+        m_entryCopy.reset();
     }
     TellPassedOver(search.TakePassedOver());
     Report(search.LeftOut());
@@ -241,7 +243,11 @@ Status CCopyTree::Level::CopyEntry() {
     qv::platform::CopiedBytes copied;
     if (ICopyProgress* const progress = m_copy.m_progress)
         copied = [progress](std::uint64_t bytes) { progress->OnCopyBytes(bytes); };
-    if (m_entryCopy) return m_entryCopy.Get().Commit(copied);
+    if (m_entryCopy) {
+        qv::platform::FileCopy copy = std::move(*m_entryCopy);
+        m_entryCopy.reset();
+        return copy.Commit(copied);
+    }
     return qv::platform::CopyFileIn(m_from, m_entry.name, SourceOf(m_entry), m_to, m_entry.name, copied);
 }
 

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -83,5 +84,5 @@ private:
     Ahead& m_ahead;
     std::deque<Upcoming> m_upcoming;  // no copies are among them while a subfolder is copied
     qv::platform::FoundEntry m_entry;
-    qv::Task<qv::platform::FileCopy> m_entryCopy;
+    std::optional<qv::platform::FileCopy> m_entryCopy;
 };

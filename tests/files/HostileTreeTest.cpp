@@ -145,7 +145,7 @@ TEST(HostileTree, ExceptionOfObserverEndsSearch) {
         void OnLeftOut(const QvLeftOut&) override { throw 1; }
     } throwing;
     const TempFolder folder;
-    MakeTree(folder.Native(), {"a", "b", "c"});
+    MakeTree(folder.Native(), {"a", "b", "c", "d", "e", "f", "g", "h"});
     const SystemFaults faults(SystemFaults::Always(CallKind::Status, FileCause::HardIO, "b"));
     CFileFind find;
     find.SetLeftOut(&throwing);

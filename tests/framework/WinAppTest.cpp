@@ -74,7 +74,6 @@ TEST(WinApp, StoresStringsInProfile) {
         }
     }
     CWinApp* const before = AfxGetApp();
-    EXPECT_TRUE(before);
     auto first = std::make_unique<CWinApp>("a"), second = std::make_unique<CWinApp>("b");
     first.reset();
     second.reset();
