@@ -1,14 +1,13 @@
 #pragma once
 
-#include <vector>
-
 #include "qvcommon/XmlDom.h"
 
 namespace qv {
 
-/// Replaces an element's content with nodes. Old elements that recur in the new content keep their node identity: first
-/// those with identical markup, then those with the same name and "typ". O(n).
-/// @throws _com_error E_INVALIDARG for nodes that are not allowed there; nothing is changed then.
-void ReplaceContent(const MSXML2::IXMLDOMElement& element, std::vector<MSXML2::IXMLDOMNode> fresh);
+/// Gives an element the attributes and the content of another. Old children that recur in the new content keep their
+/// node identity, as in CXmlHelper::SetXml. O(n).
+/// @throws _com_error E_INVALIDARG if an attribute's prefix has another namespace at the target, or elements would nest
+/// too deeply; nothing is changed then.
+void MakeEqual(const MSXML2::IXMLDOMElement& target, const MSXML2::IXMLDOMElement& source);
 
 }  // namespace qv

@@ -1,17 +1,45 @@
 #include "qvcommon/XmlDomElement.h"
-#include "xml/Elements.h"
+
+#include <algorithm>
+
 #include "xml/Fragments.h"
 #include "xml/dom/Backend.h"
 
-// Setting a text may replace elements that have wrappers.
-bool CXmlDomElement::HoldsElements(std::string_view path, int index) const {
-    const Node node = m_element.selectSingleNode(CString(path) + CXmlHelper::GetTagIndex(index));
-    return node && node.get_nodeType() == MSXML2::NODE_ELEMENT && node.selectSingleNode("*");
+namespace {
+
+using Node = MSXML2::IXMLDOMNode;
+
+bool IsAttribute(const Node& node) {
+    return node.get_nodeType() == MSXML2::NODE_ATTRIBUTE;
 }
 
-BOOL CXmlDomElement::Changed(bool elements, BOOL result) {
-    if (elements && result) ParseAgain();
-    return result;
+Node ParentOrOwner(const Node& node) {
+    return IsAttribute(node) ? qv::dom::OwnerOf(node.Get()) : node.get_parentNode();
+}
+
+// Returns false for a node that an earlier removal left without a parent.
+bool RemoveNode(const Node& node) {
+    const Node above = ParentOrOwner(node);
+    if (!above) return false;
+    if (IsAttribute(node))
+        qv::dom::RemoveAttribute(above.Get(), qv::dom::NameOf(node.Get()));
+    else
+        above.removeChild(node);
+    return true;
+}
+
+}  // namespace
+
+// Setting a text may replace elements that have wrappers.
+void CXmlDomElement::PrepareText(std::string_view path, int index) {
+    const Node node = m_element.selectSingleNode(CString(path) + CXmlHelper::GetTagIndex(index));
+    if (node && node.get_nodeType() == MSXML2::NODE_ELEMENT && node.selectSingleNode("*")) PrepareChange(node);
+}
+
+// Called before the content of a node changes, so that wrappers are also updated if the change fails halfway. A path may
+// lead outside this element.
+void CXmlDomElement::PrepareChange(const Node& node) {
+    (qv::dom::Holds(m_element.Get(), node.Get()) ? this : m_root)->ParseAgain();
 }
 
 BOOL CXmlDomElement::GetAttribute(std::string_view name, CString& value) {
@@ -27,8 +55,8 @@ BOOL CXmlDomElement::GetAttributeArray(std::string_view path, std::string_view n
 }
 
 BOOL CXmlDomElement::SetString(std::string_view path, std::string_view value, int index) {
-    const bool replaces = HoldsElements(path, index);
-    return Changed(replaces, CXmlHelper::SetString(m_element, path, value, index));
+    PrepareText(path, index);
+    return CXmlHelper::SetString(m_element, path, value, index);
 }
 
 BOOL CXmlDomElement::GetString(std::string_view path, CString& value, int index) {
@@ -48,8 +76,8 @@ BOOL CXmlDomElement::GetInteger(std::string_view path, int& value, int index) {
 }
 
 BOOL CXmlDomElement::SetInteger(std::string_view path, int value, int index) {
-    const bool replaces = HoldsElements(path, index);
-    return Changed(replaces, CXmlHelper::SetInteger(m_element, path, value, index));
+    PrepareText(path, index);
+    return CXmlHelper::SetInteger(m_element, path, value, index);
 }
 
 BOOL CXmlDomElement::GetIntegerArray(std::string_view path, CUIntArray& values, int mode) {
@@ -61,8 +89,8 @@ BOOL CXmlDomElement::GetDouble(std::string_view path, double& value, int index) 
 }
 
 BOOL CXmlDomElement::SetDouble(std::string_view path, double value, int index) {
-    const bool replaces = HoldsElements(path, index);
-    return Changed(replaces, CXmlHelper::SetDouble(m_element, path, value, index));
+    PrepareText(path, index);
+    return CXmlHelper::SetDouble(m_element, path, value, index);
 }
 
 BOOL CXmlDomElement::GetBool(std::string_view path, BOOL& value, int index) {
@@ -70,8 +98,8 @@ BOOL CXmlDomElement::GetBool(std::string_view path, BOOL& value, int index) {
 }
 
 BOOL CXmlDomElement::SetBool(std::string_view path, BOOL value, int index) {
-    const bool replaces = HoldsElements(path, index);
-    return Changed(replaces, CXmlHelper::SetBool(m_element, path, value, index));
+    PrepareText(path, index);
+    return CXmlHelper::SetBool(m_element, path, value, index);
 }
 
 BOOL CXmlDomElement::GetBoolArray(std::string_view path, CUIntArray& values, int mode) {
@@ -83,27 +111,23 @@ BOOL CXmlDomElement::GetDate(std::string_view path, COleDateTime& value, int ind
 }
 
 BOOL CXmlDomElement::SetDate(std::string_view path, const COleDateTime& value, int index) {
-    const bool replaces = HoldsElements(path, index);
-    return Changed(replaces, CXmlHelper::SetDate(m_element, path, value, index));
+    PrepareText(path, index);
+    return CXmlHelper::SetDate(m_element, path, value, index);
 }
 
 BOOL CXmlDomElement::RemoveNodes(std::string_view path) {
-    BOOL removed = 0;
-    for (const Node& node : m_element.selectNodes(path)) {
-        const bool attribute = node.get_nodeType() == MSXML2::NODE_ATTRIBUTE;
-        const Node above = attribute ? qv::dom::OwnerOf(node.Get()) : node.get_parentNode();
-        if (!above) continue;
-        if (attribute)
-            qv::dom::RemoveAttribute(above.Get(), qv::dom::NameOf(node.Get()));
-        else
-            above.removeChild(node);
-        removed = 1;
-    }
-    return Changed(true, removed);
+    const std::vector<Node> nodes = m_element.selectNodes(path);
+    const auto isInside = [&](const Node& node) {
+        const Node above = ParentOrOwner(node);
+        return above && qv::dom::Holds(m_element.Get(), above.Get());
+    };
+    (std::all_of(nodes.begin(), nodes.end(), isInside) ? this : m_root)->ParseAgain();
+    return std::count_if(nodes.begin(), nodes.end(), RemoveNode) > 0;
 }
 
 BOOL CXmlDomElement::SetXml(std::string_view xml) {
-    return Changed(true, CXmlHelper::SetXml(m_element, xml));
+    ParseAgain();
+    return CXmlHelper::SetXml(m_element, xml);
 }
 
 CXmlDomElement* CXmlDomElement::AppendXml(std::string_view xml, BOOL root) {
@@ -145,14 +169,10 @@ void CXmlDomElement::RemoveChildren() {
 }
 
 void CXmlDomElement::SyncNode(const CXmlDomElement& source) {
-    SyncNode(m_element, source.m_element);
     ParseAgain();
+    SyncNode(m_element, source.m_element);
 }
 
 void CXmlDomElement::SyncNode(const Element& target, const Element& source) {
-    if (target == source) return;
-    std::vector<Node> copies;
-    for (const Node& child : qv::ChildrenOf(source)) copies.push_back(qv::dom::Clone(child.Get()));
-    qv::dom::CopyAttributes(target.Get(), source.Get());
-    qv::ReplaceContent(target, std::move(copies));
+    if (!(target == source)) qv::MakeEqual(target, source);
 }

@@ -45,11 +45,11 @@ void RequireRoom(const Node& parent, const Nodes& nodes) {
             _com_raise_error(_com_error::kInvalidArg, "elements are nested too deeply");
 }
 
-// Exactly as KeyOfElement.
+// KeyOfElement in UTF-8, and the namespace.
 std::string KeyOf(const Node& node) {
     std::string key = qv::dom::NameOf(node.Get()), type;
     if (qv::dom::GetAttribute(node.Get(), "typ", type)) (key += ' ') += type;
-    return key;
+    return (key += '\n') += qv::dom::NamespaceOf(node.Get());
 }
 
 std::string MarkupOf(const Node& node) {
@@ -83,7 +83,7 @@ void TakeOver(const Element& to, const Element& from) {
     InsertAll(to, ChildrenOf(from), nullptr);
 }
 
-// Replaces new elements by the old ones that they repeat: first by markup, then by name and type.
+// Replaces new elements by the old ones that they repeat: first by markup, then by name, type and namespace.
 void Merge(const Nodes& old, Nodes& fresh) {
     Nodes elements;
     std::copy_if(old.begin(), old.end(), std::back_inserter(elements), IsElement);
@@ -99,20 +99,30 @@ void Merge(const Nodes& old, Nodes& fresh) {
     Reusable similar(elements, KeyOf);
     for (Node* const node : open) {
         Node kept = similar.Take(KeyOf(*node));
-        if (!kept) continue;
+        if (!kept || !qv::dom::CanCopyAttributes(kept.Get(), node->Get())) continue;
         TakeOver(Element(kept), Element(*node));
         *node = std::move(kept);
     }
 }
 
-}  // namespace
-
-void qv::ReplaceContent(const Element& element, Nodes fresh) {
-    RequireRoom(element, fresh);
+// The nodes must have passed RequireRoom.
+void ReplaceContent(const Element& element, Nodes fresh) {
     const Nodes old = ChildrenOf(element);
     for (const Node& child : old) element.removeChild(child);
     Merge(old, fresh);
     InsertAll(element, fresh, nullptr);
+}
+
+}  // namespace
+
+void qv::MakeEqual(const Element& target, const Element& source) {
+    Nodes copies;
+    for (const Node& child : ChildrenOf(source)) copies.push_back(dom::Clone(child.Get()));
+    RequireRoom(target, copies);
+    if (!dom::CanCopyAttributes(target.Get(), source.Get()))
+        _com_raise_error(_com_error::kInvalidArg, "a prefix of the attributes has another meaning there");
+    dom::CopyAttributes(target.Get(), source.Get());
+    ReplaceContent(target, std::move(copies));
 }
 
 CString CXmlHelper::GetInnerXml(std::string_view xml) {
@@ -129,7 +139,9 @@ BOOL CXmlHelper::SetXml(const Element& element, std::string_view xml) {
     element.Get();
     const Element wrapper = Parse(CString("<x>") + xml + "</x>");
     if (!wrapper) return 0;
-    qv::ReplaceContent(element, ChildrenOf(wrapper));
+    Nodes fresh = ChildrenOf(wrapper);
+    RequireRoom(element, fresh);
+    ReplaceContent(element, std::move(fresh));
     return 1;
 }
 

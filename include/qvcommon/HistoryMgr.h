@@ -20,7 +20,8 @@ struct QvPoint {
 /// The visited pages, newest first, the current page, and a pending step back or forward.
 ///
 /// The view calls GetBackUrl or GetForwardUrl, navigates there, and calls UpdateHistory once the page is shown: only
-/// then does the position move. If another page is shown instead, it is an ordinary visit, and the step is dropped.
+/// then does the position move. If another page is shown instead, it is an ordinary visit, and the step is dropped;
+/// showing the current page again changes nothing.
 /// Positions count from the newest page: back is up, forward is down. URLs are compared byte by byte. The order of the
 /// virtual members is part of the interface. Not thread-safe.
 class QVCOMMON_API CHistoryMgr : public CObject {

@@ -24,7 +24,8 @@
 /// **Documents from outside are limited**, equally in every encoding: elements nest at most 256 deep; a document type
 /// declaration may name an external subset, which is never read, and declare elements, attributes and notations, but no
 /// entities; references to others than the five of XML are rejected; at most 100,000 attributes may be defaulted by
-/// declarations; a text has at most 2^31 - 1 bytes. Nothing is ever fetched from the network or disk.
+/// declarations, with values of 10,000,000 bytes in all; a text has at most 2^31 - 1 bytes. Nothing is ever fetched
+/// from the network or disk.
 ///
 /// Costs: libxml2 compares the attributes of one tag with each other, so loading a tag with n of them is O(n^2).
 /// Setting an attribute with a prefix compares it with the others of its element that have one, and moving a node looks
@@ -133,8 +134,8 @@ public:
     /// Moves a node, of this or another document, to the end of the children. Handles to it and to its descendants
     /// remain valid.
     /// @return the node.
-    /// @throws _com_error E_INVALIDARG for an ancestor of this node or itself, a second root, or what cannot be a
-    /// child.
+    /// @throws _com_error E_INVALIDARG for an ancestor of this node or itself, a second root, a root before the document
+    /// type declaration, the XML declaration or a node before it, or what cannot be a child.
     IXMLDOMNode appendChild(const IXMLDOMNode& child) const;
     /// Does the same, inserting before a child of this node; at the end for a null `reference`.
     IXMLDOMNode insertBefore(const IXMLDOMNode& child, const IXMLDOMNode& reference) const;

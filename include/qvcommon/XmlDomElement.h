@@ -117,7 +117,8 @@ public:
     /// Removes all child elements, wrapped or not; texts, comments and attributes are kept.
     void RemoveChildren();
     /// Makes this element equal to the other: its attributes and content. Elements that are the same in both keep their
-    /// nodes and wrappers (CXmlHelper::SetXml).
+    /// nodes and wrappers (CXmlHelper::SetXml). @throws _com_error E_INVALIDARG if an attribute's prefix has another
+    /// namespace here; nothing is changed then.
     void SyncNode(const CXmlDomElement& source);
     static void SyncNode(const Element& target, const Element& source);
 
@@ -127,8 +128,8 @@ private:
     std::vector<std::unique_ptr<CXmlDomElement>> MakeChildren(const std::vector<int>& indexes, std::vector<bool>& keep);
     std::unique_ptr<CXmlDomElement> MakeChild(const Element& element);
     void ParseAgain();
-    bool HoldsElements(std::string_view path, int index) const;
-    BOOL Changed(bool elements, BOOL result);
+    void PrepareText(std::string_view path, int index);
+    void PrepareChange(const Node& node);
     void DeleteChildren();
 
     CXmlDomElement* m_root = nullptr;

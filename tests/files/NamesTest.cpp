@@ -249,9 +249,6 @@ TEST(Names, FileTimesHave64Bits) {
         CFile::SetStatus(folder / "x", status);
         ASSERT_TRUE(CFile::GetStatus(folder / "x", status));
         if (status.m_mtime != seconds) continue;  // the file system holds fewer years
-        CFile::SetStatus(folder / "x", status);
-        ASSERT_TRUE(CFile::GetStatus(folder / "x", status));
-        EXPECT_EQ(status.m_mtime, seconds);
         LONG time = 7;
         const bool fits = std::abs(seconds) < 2147000000;
         EXPECT_EQ(CFileUtils::GetDateModified(folder / "x", time), fits);

@@ -116,6 +116,41 @@ TEST_F(XmlDomElement, RemovesNodesSelectedByPath) {
     EXPECT_EQ(root.GetXml(), "<r><a x=\"1\"/><b y=\"3\"/></r>");
 }
 
+// Equal names are not equal elements if their namespaces differ.
+TEST_F(XmlDomElement, NewContentKeepsItsNamespaces) {
+    const struct {
+        const char *document, *content, *result;
+    } rows[] = {
+        {"<r xmlns='u'><a>1</a></r>", "<a>2</a><a>3</a>", "<r xmlns=\"u\"><a xmlns=\"\">2</a><a xmlns=\"\">3</a></r>"},
+        {"<r><a xmlns='u'><b/></a></r>", "<a><b/></a>", "<r><a><b/></a></r>"},
+    };
+    for (const auto& [document, content, result] : rows) {
+        root.LoadXml(document);
+        EXPECT_EQ(root.SetXml(content), 1);
+        EXPECT_EQ(root.GetXml(), result);
+    }
+    root.LoadXml("<r xmlns:p='u'><a xmlns:p='w'/></r>");
+    root.SetXml("<a xmlns:p='v' p:k='1'/>");
+    EXPECT_EQ(root.GetDomElement().selectSingleNode("a/@p:k").get_namespaceURI(), "v");
+    const CString before = root.GetXml();
+    CXmlDomElement other;
+    other.LoadXml("<r xmlns:p='v' k='1' p:l='2'><b/></r>");
+    EXPECT_EQ(ComCodeOf([&] { root.SyncNode(other); }), _com_error::kInvalidArg);
+    EXPECT_EQ(root.GetXml(), before);
+}
+
+TEST_F(XmlDomElement, UpdatesWrappersOutsideTheChangedOne) {
+    root.LoadXml("<r><a/><b><a/></b><b/></r>");
+    CXmlDomElement* const first = root.GetElement("a");
+    EXPECT_EQ(root.GetElement("b")->GetChildren().GetSize(), 1);
+    EXPECT_EQ(first->SetString("../b", "text"), 1);
+    EXPECT_EQ(g_alive, 4);
+    EXPECT_EQ(root.GetElement("b")->GetChildren().GetSize(), 0);
+    EXPECT_EQ(first->RemoveNodes("../b[1]|."), 1);
+    EXPECT_THAT(Keys(), ElementsAre("b"));
+    EXPECT_EQ(g_alive, 1);
+}
+
 TEST_F(XmlDomElement, UnchangedWhenFactoryThrows) {
     root.LoadXml("<r><a>1</a><a>2</a></r>");
     const CXmlDomElementArray before = root.GetChildren();

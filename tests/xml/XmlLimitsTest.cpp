@@ -15,6 +15,7 @@ namespace {
 
 using MSXML2::IXMLDOMDocument;
 using MSXML2::IXMLDOMElement;
+using MSXML2::IXMLDOMNode;
 
 std::string Nested(int levels, const std::string& start, const std::string& space = "") {
     std::string text;
@@ -84,13 +85,15 @@ TEST(XmlLimits, SameInEveryEncoding) {
 }
 
 TEST(XmlLimits, BoundDefaultAttributes) {
-    std::string text = "<!DOCTYPE a [<!ATTLIST b";
-    for (int i = 0; i < 200; ++i) text += " k" + std::to_string(i) + " CDATA ''";
-    text += ">]><a>";
-    for (int i = 0; i < 501; ++i) text += "<b/>";
-    const IXMLDOMDocument document = CXmlHelper::CreateDocument();
-    EXPECT_FALSE(document.loadXML(text + "</a>"));
-    EXPECT_EQ(document.get_parseError().get_reason(), "Too many attributes are given by default");
+    std::string many, elements;
+    for (int i = 0; i < 200; ++i) many += " k" + std::to_string(i) + " CDATA ''";
+    for (int i = 0; i < 501; ++i) elements += "<b/>";
+    const std::string big = "'" + std::string(20'000, 'x') + "'";
+    for (const std::string& defaults : {many, " k CDATA " + big, " xmlns:p CDATA " + big}) {
+        const IXMLDOMDocument document = CXmlHelper::CreateDocument();
+        EXPECT_FALSE(document.loadXML("<!DOCTYPE a [<!ATTLIST b" + defaults + ">]><a>" + elements + "</a>"));
+        EXPECT_EQ(document.get_parseError().get_reason(), "Too many attributes are given by default");
+    }
 }
 
 // What XML cannot hold raises and changes nothing; what is accepted is saved and loaded again as the same.
@@ -109,6 +112,10 @@ TEST(XmlLimits, RejectUnrepresentableContent) {
         CXmlHelper::SetXml(IXMLDOMElement(r.selectSingleNode(path)), xml);
     };
     const Change addRoot = [](Root r, Text xml, Text) { CXmlHelper::AppendXml(r.get_ownerDocument(), xml, 0); };
+    const Change move = [](Root r, Text path, Text before) {
+        const IXMLDOMNode node = r.selectSingleNode(path);
+        (path == "." ? r.get_parentNode() : IXMLDOMNode(r)).insertBefore(node, r.selectSingleNode(before));
+    };
     std::string deep = "r";
     for (int i = 0; i < 300; ++i) deep += "/a";
     const std::string times = wide && !qv::platform::HasDriveLetters() ? "r/@\xC3\x97" : "r/@u:k",
@@ -119,7 +126,8 @@ TEST(XmlLimits, RejectUnrepresentableContent) {
         std::vector<std::pair<std::string, std::string>> texts;
     } rows[] = {
         {false, put, {{"a", "\x01"}, {"comment()", "a--b"}, {"comment()", "x-->y"}, {"comment()", "x-"}}},
-        {false, put, {{"c/text()", "]]>"}, {"c/text()", "a\rb"}}},
+        {false, put, {{"c/text()", "]]>"}, {"c/text()", "a\rb"}, {"comment()", "a\rb"}}},
+        {false, put, {{"processing-instruction()", "a?>b"}, {"processing-instruction()", "a\rb"}}},
         {true, put, {{"a", "a\rb\r\nc"}}},
         {!wide, put, {{"a", "\xEF\xBF\xBF"}}},
         {!wide, set, {{"k", "\xEF\xBF\xBE"}}},
@@ -132,6 +140,7 @@ TEST(XmlLimits, RejectUnrepresentableContent) {
         {false, append, {{Nested(256, "<a>"), ""}}},
         {false, fill, {{"a", Nested(255, "<a>")}}},
         {false, addRoot, {{"<x><!--c--><b/></x>", ""}}},
+        {false, move, {{".", "/comment()"}, {"a/text()", "a/text()"}}},
     };
     for (const auto& [taken, change, texts] : rows)
         for (const auto& [first, second] : texts) {
@@ -139,7 +148,8 @@ TEST(XmlLimits, RejectUnrepresentableContent) {
             const IXMLDOMDocument document = CXmlHelper::CreateDocument(), again = CXmlHelper::CreateDocument();
             document.put_preserveWhiteSpace(true);
             again.put_preserveWhiteSpace(true);
-            ASSERT_TRUE(document.loadXML("<r xmlns:p='v' p:k='1'><a>x</a><c><![CDATA[y]]></c><!--z--></r>"));
+            ASSERT_TRUE(document.loadXML(
+                "<!--d--><!DOCTYPE r><r xmlns:p='v' p:k='1'><a>x</a><c><![CDATA[y]]></c><!--z--><?p i?></r>"));
             const CString before = document.get_xml();
             const auto code =
                 ComCodeOf([&, c = change, &f = first, &s = second] { c(document.get_documentElement(), f, s); });

@@ -212,23 +212,11 @@ TEST(XmlNodes, InvalidOperationsRaise) {
     EXPECT_EQ(ComCodeOf([&] { a.appendChild(a); }), invalid);
     EXPECT_EQ(ComCodeOf([&] { root.removeChild(b); }), invalid);
     EXPECT_EQ(ComCodeOf([&] { root.insertBefore(a, b); }), invalid);
-    EXPECT_EQ(ComCodeOf([&] { root.setAttribute("1 bad", "v"); }), invalid);
-    EXPECT_EQ(ComCodeOf([&] { root.put_text("a\x01"); }), invalid);
     EXPECT_EQ(ComCodeOf([&] { root.get_ownerDocument().createElement("a b"); }), invalid);
     EXPECT_EQ(ComCodeOf([&] { CXmlHelper::AppendXml(root.get_ownerDocument(), "<second/>", 1); }), invalid);
     EXPECT_EQ(ComCodeOf([&] { IXMLDOMNode().get_text(); }), _com_error::kPointer);
     EXPECT_EQ(ComCodeOf([&] { CXmlHelper::AppendXml(root, "<bad>", 1); }), _com_error::kPointer);
     EXPECT_EQ(root.get_xml(), "<r><a><b/></a></r>");
-    const IXMLDOMElement texts = CXmlHelper::GetDocumentElement("<r><!--c--><![CDATA[d]]><?p i?></r>");
-    for (const auto& row : {std::pair{"comment()", "a--b"},
-                            {"comment()", "a-"},
-                            {"comment()", "a\rb"},
-                            {"text()", "a]]>b"},
-                            {"text()", "a\rb"},
-                            {"processing-instruction()", "a?>b"},
-                            {"processing-instruction()", "a\rb"}})
-        EXPECT_EQ(ComCodeOf([&] { texts.selectSingleNode(row.first).put_text(row.second); }), invalid) << row.first;
-    EXPECT_EQ(texts.get_xml(), "<r><!--c--><![CDATA[d]]><?p i?></r>");
     EXPECT_STREQ(_com_error(_com_error::kPointer).ErrorMessage(), "Invalid pointer");
     EXPECT_EQ(a, b.get_parentNode());
     EXPECT_FALSE(a == b);

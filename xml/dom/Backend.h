@@ -70,7 +70,10 @@ bool GetAttribute(Node& element, std::string_view name, std::string& value);
 /// without a namespace or make two attributes of an element equal.
 bool SetAttribute(Node& element, std::string_view name, std::string_view value);
 bool RemoveAttribute(Node& element, std::string_view name);
-/// Replaces an element's attributes by those of another. Namespace declarations are not attributes here.
+/// Whether each prefix of an attribute of `from` has the same namespace at `to`, or none.
+bool CanCopyAttributes(Node& to, Node& from);
+/// Replaces an element's attributes by those of another, for which CanCopyAttributes must be true. Namespace
+/// declarations are not attributes here; missing ones are added.
 void CopyAttributes(Node& to, Node& from);
 
 // The tree (Tree.cpp)
@@ -80,6 +83,8 @@ IXMLDOMNode FirstChild(Node& node);
 IXMLDOMNode NextSibling(Node& node);
 IXMLDOMNode PreviousSibling(Node& node);
 Node* OwnerDocument(Node& node);
+/// Whether a child of a document precedes its document type declaration.
+bool IsBeforeType(Node& child);
 /// Inserts before `reference`, a child of `parent`, or at the end if it is null.
 void Insert(Node& parent, Node& child, Node* reference);
 void Remove(Node& parent, Node& child);

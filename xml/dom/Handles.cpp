@@ -61,8 +61,8 @@ void RequireFit(const IXMLDOMNode& parent, const IXMLDOMNode& child) {
     const bool note = inner == NODE_COMMENT || inner == NODE_PROCESSING_INSTRUCTION;
     Require((outer == NODE_ELEMENT && (text || note || inner == NODE_ELEMENT)) ||
                 (outer == NODE_DOCUMENT && (note || inner == NODE_ELEMENT)),
-            "the node cannot stand here");
-    Require(!dom::Holds(child.Get(), parent.Get()), "a node cannot stand inside itself");
+            "the node cannot be a child of the other");
+    Require(!dom::Holds(child.Get(), parent.Get()), "a node cannot be inside itself");
     if (inner == NODE_ELEMENT)
         Require(dom::DepthOf(parent.Get()) + dom::HeightOf(child.Get()) <= dom::kMaxDepth,
                 "elements are nested too deeply");
@@ -71,6 +71,16 @@ void RequireFit(const IXMLDOMNode& parent, const IXMLDOMNode& child) {
 void RequireNoOtherRoot(const IXMLDOMNode& document, const IXMLDOMNode& child) {
     const IXMLDOMNode root = dom::DocumentElement(document.Get());
     Require(!root || root == child, "a document has one root");
+}
+
+void RequireRootAfterType(const IXMLDOMNode& reference) {
+    Require(!reference || !dom::IsBeforeType(reference.Get()), "the root follows the document type declaration");
+}
+
+// A COM DOM has a node for the XML declaration, which must remain the first.
+void RequireNoDeclaration(const IXMLDOMNode& node) {
+    Require(!node || node.get_nodeType() != NODE_PROCESSING_INSTRUCTION || dom::NameOf(node.Get()) != "xml",
+            "the XML declaration is the first node");
 }
 
 }  // namespace
@@ -159,15 +169,20 @@ IXMLDOMNode IXMLDOMNode::appendChild(const IXMLDOMNode& child) const {
 
 IXMLDOMNode IXMLDOMNode::insertBefore(const IXMLDOMNode& child, const IXMLDOMNode& reference) const {
     RequireFit(*this, child);
-    if (get_nodeType() == NODE_DOCUMENT && child.get_nodeType() == NODE_ELEMENT) RequireNoOtherRoot(*this, child);
+    Require(!reference || IsChildOf(reference, *this), "the reference is not a child of the node");
+    RequireNoDeclaration(child);
+    RequireNoDeclaration(reference);
+    if (get_nodeType() == NODE_DOCUMENT && child.get_nodeType() == NODE_ELEMENT) {
+        RequireNoOtherRoot(*this, child);
+        RequireRootAfterType(reference);
+    }
     if (child == reference) return child;
-    Require(!reference || IsChildOf(reference, *this), "the reference is no child of the node");
     dom::Insert(Get(), child.Get(), reference.m_node);
     return child;
 }
 
 IXMLDOMNode IXMLDOMNode::removeChild(const IXMLDOMNode& child) const {
-    Require(IsChildOf(child, *this), "the node is no child of the other");
+    Require(IsChildOf(child, *this), "the node is not a child of the other");
     dom::Remove(Get(), child.Get());
     return child;
 }

@@ -15,6 +15,18 @@ constexpr int kMaxDepth = 256;
 /// number that no DOM uses.
 constexpr auto kRefused = static_cast<HRESULT>(0xC00CE000);
 
+/// Attributes that declarations of a document type give by default: a short document can give long ones often.
+struct Defaults {
+    long long number = 0, bytes = 0;  ///< of their values
+
+    Defaults& operator+=(const Defaults& other) {
+        number += other.number;
+        bytes += other.bytes;
+        return *this;
+    }
+    bool AreTooMany() const { return number > 100'000 || bytes > 10'000'000; }
+};
+
 /// The maximum size of a document and of a text of this library; checked before a text is read.
 constexpr std::size_t kLongestDocument = 0x7FFFFFFF;
 MSXML2::IXMLDOMParseError TooLong();

@@ -155,6 +155,15 @@ bool RemoveAttribute(Node& element, std::string_view name) {
     return true;
 }
 
+bool CanCopyAttributes(Node& to, Node& from) {
+    for (const xmlAttr* attribute = from.node->properties; attribute; attribute = attribute->next) {
+        const std::string_view prefix = PrefixOf(View(attribute->name));
+        const xmlChar* const uri = prefix.empty() ? nullptr : UriOf(to.node, prefix);
+        if (uri && View(uri) != View(UriOf(from.node, prefix))) return false;
+    }
+    return true;
+}
+
 void CopyAttributes(Node& to, Node& from) {
     if (to.node == from.node) return;
     for (xmlAttr* attribute = to.node->properties; attribute;) {
@@ -167,8 +176,7 @@ void CopyAttributes(Node& to, Node& from) {
         const std::string value = ValueOfAttribute(AsNode(attribute));
         if (!prefix.empty() && !UriOf(to.node, prefix))
             AddDeclaration(*to.tree, to.node, prefix, View(UriOf(from.node, prefix)));
-        if (!SetAttribute(to, name, value))
-            _com_raise_error(_com_error::kInvalidArg, "two attributes would be the same");
+        SetAttribute(to, name, value);
     }
 }
 

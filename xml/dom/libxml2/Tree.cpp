@@ -59,6 +59,12 @@ Node* OwnerDocument(Node& node) {
     return AcquireNode(*node.tree, reinterpret_cast<xmlNode*>(node.tree->doc));
 }
 
+bool IsBeforeType(Node& child) {
+    const xmlNode* next = child.node->next;
+    while (next && next->type != XML_DTD_NODE) next = next->next;
+    return next;
+}
+
 void Insert(Node& parent, Node& child, Node* reference) {
     const std::vector<Binding> bindings = BindingsOf(*child.tree, child.node);
     Adopt(*parent.tree, child);

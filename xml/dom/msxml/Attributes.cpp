@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <set>
 
 #include "xml/dom/Held.h"
@@ -146,6 +147,15 @@ bool RemoveAttribute(Node& element, std::string_view name) {
     else
         Check(map->removeQualifiedItem(Text(LocalPartOf(name)).Get(), Text(uri).Get(), removed.Receive()));
     return true;
+}
+
+bool CanCopyAttributes(Node& to, Node& from) {
+    const std::vector<IXMLDOMNode> attributes = Attributes(from);
+    return std::none_of(attributes.begin(), attributes.end(), [&](const IXMLDOMNode& attribute) {
+        const std::string name = NameOf(attribute.Get());
+        const std::optional<std::string> uri = HasPrefix(name) ? UriOf(to, PrefixOf(name)) : std::nullopt;
+        return uri && *uri != NamespaceOf(attribute.Get());
+    });
 }
 
 void CopyAttributes(Node& to, Node& from) {

@@ -68,6 +68,13 @@ Node* OwnerDocument(Node& node) {
     return document ? new Node{document.Detach()} : nullptr;
 }
 
+bool IsBeforeType(Node& child) {
+    const MSXML2::IXMLDOMDocument document(OwnerDocument(child));
+    const std::vector<IXMLDOMNode> children = ChildrenOfDocument(document.Get());
+    const auto isChild = [&](const IXMLDOMNode& node) { return SameNode(node.Get(), child); };
+    return std::any_of(std::find_if(children.begin(), children.end(), isChild), children.end(), IsType);
+}
+
 void Insert(Node& parent, Node& child, Node* reference) {
     const Variant before(reference ? Com(*reference) : nullptr);
     ComPtr<::IXMLDOMNode> inserted;

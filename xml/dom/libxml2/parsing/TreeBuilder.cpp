@@ -3,6 +3,7 @@
 #include <libxml/SAX2.h>
 #include <libxml/valid.h>
 
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -98,6 +99,7 @@ struct TreeBuilder::Handlers {
         xmlSAX2AttributeDecl(data, element, name, type, kind, nullptr, choices);
         xmlAttribute* const declared = value && !again ? find() : nullptr;
         if (!declared) return;
+        BuilderOf(data).m_declaresByDefault |= IsDeclaration(View(name));
         declared->defaultValue = xmlDictLookup(context->dict, Xml(Literal(View(value)).c_str()), -1);
     }
 
@@ -105,9 +107,9 @@ struct TreeBuilder::Handlers {
                              const xmlChar** uris, int count, int defaulted, const xmlChar** attributes) {
         xmlParserCtxt* const context = ContextOf(data);
         TreeBuilder& self = BuilderOf(data);
-        self.m_defaults += defaulted;
+        self.CountDefaults(declarations, uris, defaulted, attributes + (count - defaulted) * kParts);
         if (++self.m_depth > kMaxDepth) return self.Refuse(context, "Elements are nested too deeply");
-        if (self.m_defaults > kMostDefaults) return self.Refuse(context, "Too many attributes are given by default");
+        if (self.m_defaults.AreTooMany()) return self.Refuse(context, "Too many attributes are given by default");
         self.m_namespaces |= declarations > 0;
         const auto depth = static_cast<std::size_t>(self.m_depth);
         self.m_hasBlanks[depth] = false;
@@ -179,6 +181,16 @@ void TreeBuilder::Refuse(xmlParserCtxt* context, const char* reason) {
         m_problem = {kRefused, reason, context->input ? context->input->line : 0,
                      context->input ? context->input->col : 0};
     xmlStopParser(context);
+}
+
+// Defaulted attributes follow the others. Declarations are not marked: all count if some are given by default.
+void TreeBuilder::CountDefaults(int declarations, const xmlChar** uris, int defaulted, const xmlChar** attributes) {
+    m_defaults.number += defaulted;
+    for (int i = 0; i < defaulted; ++i)
+        m_defaults.bytes += attributes[i * kParts + End] - attributes[i * kParts + Value];
+    if (!m_declaresByDefault) return;
+    m_defaults.number += declarations;
+    for (int i = 0; i < declarations; ++i) m_defaults.bytes += std::ssize(View(uris[2 * i + 1]));
 }
 
 void TreeBuilder::DropBlanks(xmlNode* element) const {

@@ -19,7 +19,7 @@ using Doc = std::unique_ptr<xmlDoc, FreeDoc>;
 std::string Literal(std::string_view value);
 
 /// Builds a tree with qualified names while libxml2 parses, in one pass. Stops at the first error or limit: more than
-/// kMaxDepth nested elements, more than kMostDefaults attributes from declarations alone, an entity declaration, a
+/// kMaxDepth nested elements, too many Defaults, an entity declaration, a
 /// reference to an undeclared entity. Nothing external is ever opened.
 class TreeBuilder {
 public:
@@ -32,18 +32,18 @@ public:
     const MSXML2::IXMLDOMParseError& Problem() const { return m_problem; }
     bool HasNamespaces() const { return m_namespaces; }
 
-    static constexpr int kMostDefaults = 100'000;
-
 private:
     struct Handlers;
 
     void Refuse(xmlParserCtxt* context, const char* reason);
     void DropBlanks(xmlNode* element) const;
+    void CountDefaults(int declarations, const xmlChar** uris, int defaulted, const xmlChar** attributes);
 
     bool m_keepSpace;
     bool m_namespaces = false;
     int m_depth = 0;
-    int m_defaults = 0;
+    Defaults m_defaults;
+    bool m_declaresByDefault = false;  // a document type gives namespace declarations
     // By depth: xml:space, and whether there may be blank texts.
     std::array<bool, kMaxDepth + 1> m_preserves = {}, m_hasBlanks = {};
     MSXML2::IXMLDOMParseError m_problem;

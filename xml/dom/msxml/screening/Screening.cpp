@@ -12,8 +12,6 @@ namespace {
 
 using MSXML2::IXMLDOMParseError;
 
-constexpr long long kMostDefaults = 100'000;
-
 IXMLDOMParseError ProblemAt(std::string_view text, std::size_t position, const char* reason) {
     const std::string_view before = text.substr(0, position);
     const auto line = std::count(before.begin(), before.end(), '\n') + 1;
@@ -105,18 +103,26 @@ private:
         if (rest.starts_with("<!ENTITY")) return "The document type declaration must not declare entities";
         const std::size_t start = m_at;
         SkipToUnquoted(">");
-        // Each default needs at least a name and two quotes.
-        const std::string_view declaration = m_text.substr(start, m_at - start);
-        if (rest.starts_with("<!ATTLIST"))
-            m_defaults += (std::count(declaration.begin(), declaration.end(), '"') +
-                           std::count(declaration.begin(), declaration.end(), '\'')) /
-                          2;
+        if (rest.starts_with("<!ATTLIST")) CountDefaults(m_text.substr(start, m_at - start));
         return nullptr;
     }
 
+    // Only defaults have quotes.
+    void CountDefaults(std::string_view declaration) {
+        for (;;) {
+            const std::size_t open = declaration.find_first_of("\"'");
+            const std::size_t close = open == declaration.npos ? open : declaration.find(declaration[open], open + 1);
+            if (close == declaration.npos) return;
+            ++m_declared.number;
+            m_declared.bytes += static_cast<long long>(close - open) - 1;
+            declaration.remove_prefix(close + 1);
+        }
+    }
+
     const char* Tag() {
-        m_given += m_defaults;
-        if (m_given > kMostDefaults) return "Too many attributes are given by default";
+        // Of all elements, since this does not know their names.
+        m_given += m_declared;
+        if (m_given.AreTooMany()) return "Too many attributes are given by default";
         const std::size_t start = m_at;
         const bool empty = SkipToUnquoted(">") && m_text[m_at - 1] == '/';
         const std::size_t end = m_at;
@@ -132,7 +138,7 @@ private:
     std::size_t m_at = 0;
     bool m_inSubset = false;
     int m_depth = 0;
-    long long m_defaults = 0, m_given = 0;
+    Defaults m_declared, m_given;
 };
 
 }  // namespace
