@@ -6,13 +6,14 @@
 #include <utility>
 
 #include "qvcommon/FileUtils.h"
+#include "tools/qv/Operands.h"
 #include "tools/qv/Visible.h"
 
 namespace qv::tool {
 namespace {
 
 std::string ToLibraryForm(const std::string& path) {
-    return CFileUtils::GetLibraryPath(path.c_str()).AsStd();
+    return CFileUtils::GetLibraryPath(Unmarked(path).c_str()).AsStd();
 }
 
 // The parser's own messages name its types.
@@ -39,6 +40,7 @@ CLI::Validator WordOf(const std::vector<std::string>& words, ToValue toValue) {
     const std::string list = CLI::detail::join(words, ",");
     return CLI::Validator(
         [=](std::string& text) {
+            text = Unmarked(text);
             if (std::ranges::find(words, text) == words.end())
                 return "'" + text + "' is not one of " + CLI::detail::join(words, ", ");
             text = toValue(text);
@@ -69,7 +71,7 @@ Option& Option::ShowDefault() {
 }
 
 Option& Option::TakeOneEach() {
-    m_option->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    m_option->expected(1)->allow_extra_args(false)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     return *this;
 }
 
@@ -104,19 +106,19 @@ Command Command::AddFamily(const char* name, const char* description) {
 }
 
 Option Command::AddOption(const char* names, std::string& value, const char* description) {
-    return Option(*m_app->add_option(names, value, description));
+    return Option(*m_app->add_option(names, value, description)->transform(Unmarked));
 }
 
 Option Command::AddOption(const char* names, std::vector<std::string>& values, const char* description) {
-    return Option(*m_app->add_option(names, values, description));
+    return Option(*m_app->add_option(names, values, description)->transform(Unmarked));
 }
 
 Option Command::AddOption(const char* names, int& value, const char* description) {
-    return Option(*m_app->add_option(names, value, description)->check(WholeNumber(value)));
+    return Option(*m_app->add_option(names, value, description)->transform(Unmarked)->check(WholeNumber(value)));
 }
 
 Option Command::AddOption(const char* names, unsigned& value, const char* description) {
-    return Option(*m_app->add_option(names, value, description)->check(WholeNumber(value)));
+    return Option(*m_app->add_option(names, value, description)->transform(Unmarked)->check(WholeNumber(value)));
 }
 
 Option Command::AddOption(const char* names, int& value, const std::map<std::string, int>& words,

@@ -7,6 +7,7 @@
 
 #include "tools/qv/CommandDescription.h"
 #include "tools/qv/Commands.h"
+#include "tools/qv/Operands.h"
 #include "tools/qv/Usage.h"
 
 namespace qv::tool {
@@ -81,7 +82,7 @@ void AddPrinter(CLI::App& app, const char* option, std::string (*text)(const Com
 void AddHelp(CLI::App& app) {
     CLI::App& help = *app.add_subcommand("help", "Show the help of a command");
     const auto words = std::make_shared<std::vector<std::string>>();
-    help.add_option("COMMAND", *words, "The command; by default all commands");
+    help.add_option("COMMAND", *words, "The command; by default all commands")->transform(Unmarked);
     Command(help).AddExample("qv help text wrap");
     help.callback([&app, words] {
         const CLI::App* command = &app;
@@ -139,6 +140,7 @@ void SetUp(CLI::App& app, std::string_view first) {
     app.name("qv");
     app.formatter(std::make_shared<HelpText>());
     app.require_subcommand(1);
+    app.allow_windows_style_options(false);  // commands inherit it
     app.set_version_flag("--version", kVersion, "Print the version and exit");
     AddPrinter(app, "--bash-completion", &BashCompletion, "Print a completion script for bash and exit");
     AddPrinter(app, "--fish-completion", &FishCompletion, "Print a completion script for fish and exit");
@@ -162,7 +164,7 @@ int Run(int argc, char** argv) {
     CLI::App app{"The QvCommon command-line companion"};
     SetUp(app, argc > 1 ? argv[1] : "");
     try {
-        app.parse(argc, argv);
+        app.parse(MarkOperands(argc, argv));
         return kDone;
     } catch (const CommandExit& ended) {
         return ended.status;

@@ -6,6 +6,8 @@
 #include <numeric>
 #include <optional>
 
+#include "tools/qv/Operands.h"
+
 namespace qv::tool {
 namespace {
 
@@ -74,13 +76,6 @@ bool TakesOperands(const CLI::App& command) {
                                [](const CLI::Option* option) { return option->get_positional(); });
 }
 
-// Returns the remaining words before "--"; those after it are operands.
-std::vector<std::string> WordsLeftOver(const CLI::App& app) {
-    std::vector<std::string> words = app.remaining(true);
-    words.erase(std::ranges::find(words, "--"), words.end());
-    return words;
-}
-
 }  // namespace
 
 std::string ProblemWith(const std::string& word, const CLI::App& command) {
@@ -89,8 +84,8 @@ std::string ProblemWith(const std::string& word, const CLI::App& command) {
         return "unknown option '" + word + "'" + Suggest(word, OptionNames(command), otherwise);
     }
     const std::vector<std::string> commands = CommandNames(command);
-    if (commands.empty()) return "unexpected argument '" + word + "'";
-    return "unknown command '" + word + "'" + Suggest(word, commands, "");
+    if (commands.empty()) return "unexpected argument '" + Unmarked(word) + "'";
+    return "unknown command '" + Unmarked(word) + "'" + Suggest(word, commands, "");
 }
 
 std::string ExplainUsage(const CLI::App& app, const std::string& problem) {
@@ -99,7 +94,7 @@ std::string ExplainUsage(const CLI::App& app, const std::string& problem) {
 
 std::string ExplainUsage(const CLI::App& app, const CLI::ParseError& error) {
     const bool isAboutValue = error.get_name() == "ValidationError";
-    const std::vector<std::string> unknown = isAboutValue ? std::vector<std::string>() : WordsLeftOver(app);
+    const std::vector<std::string> unknown = isAboutValue ? std::vector<std::string>() : app.remaining(true);
     const CLI::App& command = *InnermostCommand(app).command;
     if (!unknown.empty()) return ExplainUsage(app, ProblemWith(unknown.front(), command));
     const bool lacksCommand = !CommandNames(command).empty() && error.get_name() == "RequiredError";
