@@ -4,23 +4,34 @@
 #include <limits>
 
 #include "framework/FileErrors.h"
+#include "platform/Process.h"
 #include "platform/StandardStreams.h"
 
 namespace {
 
+constexpr const char* kInput = "standard input";
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max(), kChunk = 1 << 16;
 
 }  // namespace
 
+void AfxPrepareConsole() {
+    qv::platform::OccupyStandardStreams();
+    qv::platform::ResetChildSignal();
+}
+
+std::size_t AfxReadStandardInput(void* buffer, std::size_t size) {
+    std::size_t count = 0;
+    qv::ThrowIfFailed(qv::platform::ReadBytes(qv::platform::StandardInput(), buffer, size, count), kInput);
+    return count;
+}
+
 CString AfxReadStandardInput() {
-    const char* const name = "standard input";
     std::string text;
     const std::size_t longest = std::min(kLongestText, text.max_size() - kChunk);
     for (std::size_t size = 0, count = 0;; size += count) {
-        if (size > longest) AfxThrowFileException(CFileException::generic, -1, name);
+        if (size > longest) AfxThrowFileException(CFileException::generic, -1, kInput);
         if (text.size() < size + kChunk) text.resize(std::min(2 * size, longest) + kChunk);
-        const qv::platform::FileHandle input = qv::platform::StandardInput();
-        qv::ThrowIfFailed(qv::platform::ReadBytes(input, text.data() + size, text.size() - size, count), name);
+        count = AfxReadStandardInput(text.data() + size, text.size() - size);
         if (count == 0) {
             text.resize(size);
             return CString(std::move(text));

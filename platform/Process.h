@@ -32,6 +32,9 @@ Status WaitForProcess(std::intptr_t process, int& exitStatus);
 /// Does the same for a program that uses this one's terminal: interrupts from there do not end this program meanwhile,
 /// and a request to terminate is passed on. Only for single-threaded programs.
 Status WaitForForegroundProcess(std::intptr_t process, int& exitStatus);
+/// On Linux, resets SIGCHLD to its default if it is ignored, which a program inherits: the waits would fail. No-op on
+/// Windows.
+void ResetChildSignal();
 /// Terminates the program at once; WaitForProcess must still be called.
 void KillProcess(std::intptr_t process);
 

@@ -120,6 +120,13 @@ Status WaitForForegroundProcess(std::intptr_t process, int& exitStatus) {
     }
 }
 
+void ResetChildSignal() {
+    struct sigaction action {};
+    if (!sys::sigaction(SIGCHLD, nullptr, &action).ok() || action.sa_handler != SIG_IGN) return;
+    action.sa_handler = SIG_DFL;
+    sys::sigaction(SIGCHLD, &action, nullptr).IgnoreError();  // these arguments are valid
+}
+
 void KillProcess(std::intptr_t process) {
     sys::kill(static_cast<pid_t>(process), SIGKILL).IgnoreError();  // a process that cannot be killed has ended
 }

@@ -125,6 +125,7 @@ QV_SYSTEM_CALL(Process, pipe2);
 QV_SYSTEM_CALL(Process, waitpid);
 QV_SYSTEM_CALL(Process, waitid);
 QV_SYSTEM_CALL(Process, kill);
+QV_SYSTEM_CALL(Process, sigaction);
 // The C library's own declaration lacks C linkage in some versions.
 inline constexpr SystemCall pidfd_open(
     CallKind::Process, "pidfd_open",

@@ -191,6 +191,8 @@ Status WaitForForegroundProcess(std::intptr_t process, int& exitStatus) {
     return waited;
 }
 
+void ResetChildSignal() {}
+
 void KillProcess(std::intptr_t process) {
     sys::TerminateProcess(SystemHandle(process), 1).IgnoreError();  // it may have ended by itself
 }

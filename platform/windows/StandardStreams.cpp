@@ -24,6 +24,8 @@ FileHandle StandardOutput() {
     return Stream(STD_OUTPUT_HANDLE);
 }
 
+void OccupyStandardStreams() {}
+
 bool IsReaderGone(std::uint32_t error) {
     return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
 }

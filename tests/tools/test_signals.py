@@ -62,6 +62,13 @@ class Signals(unittest.TestCase):
             self.assertEqual(done.returncode, 1, done.stderr)
             self.assertIn("temporary", done.stderr)
 
+    def test_state_left_by_the_parent_is_undone(self):
+        def status(state, command):
+            return subprocess.run([QV, "lock", "d", "--", "sh", "-c", command], cwd=self.folder, preexec_fn=state,
+                                  check=False, stderr=subprocess.DEVNULL).returncode
+        self.assertEqual(status(lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN), "exit 7"), 7)
+        self.assertNotEqual(status(lambda: os.close(1), "echo into the lock"), 0)
+
     def check_targets(self):
         subprocess.run([QV, "list", "a.cab"], cwd=self.folder, check=True, stdout=subprocess.DEVNULL)
         with open(self.path("d.xml"), encoding="utf-8") as file:

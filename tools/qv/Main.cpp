@@ -42,6 +42,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    AfxPrepareConsole();
     int status = qv::tool::kDone;
     if (!qv::tool::PrintVersion(argc, argv)) {
         std::setlocale(LC_ALL, "");

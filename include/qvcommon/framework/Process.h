@@ -42,7 +42,7 @@ public:
 
     /// Closes the child's input, waits until the child has ended, and returns its exit status. A child terminated by a
     /// signal on Linux gives 128 plus the signal's number; one terminated by Kill gives any status but 0. -1 if there
-    /// is no child.
+    /// is no child, or if this program ignores SIGCHLD (AfxPrepareConsole).
     int Wait();
     /// Does the same for a child that controls the terminal: its interrupt and quit keys end the child and not this
     /// program, and on Linux SIGTERM and SIGHUP are passed on to the child. Only for a single-threaded program.

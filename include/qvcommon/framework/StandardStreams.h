@@ -5,6 +5,15 @@
 
 #include "qvcommon/framework/File.h"
 
+/// To be called first in main by programs of the console, before threads start. Undoes what a parent program may have
+/// left: on Linux, opens /dev/null for each standard stream that is closed, so that no file takes its number (the stream
+/// still fails), and resets an ignored SIGCHLD, with which no child returns its status. No-op on Windows.
+QVCOMMON_API void QVCOMMON_CALL AfxPrepareConsole();
+
+/// Reads the next bytes of standard input; returns how many, 0 at its end.
+/// @throws CFileException* if it cannot be read.
+QVCOMMON_API std::size_t QVCOMMON_CALL AfxReadStandardInput(void* buffer, std::size_t size);
+
 /// Reads all of standard input.
 /// @throws CFileException* if it cannot be read, or is too long for a string (2^31 - 1 bytes).
 QVCOMMON_API CString QVCOMMON_CALL AfxReadStandardInput();
