@@ -94,6 +94,8 @@ TEST(XmlCommand, PreservesBytesInAnyEnvironment) {
     EXPECT_EQ(RunProgram("env", {"-i", qv, "xml", "get", file, "a/b"}).output, "Gr\u00F6\u00DFe \u65E5\n");
     EXPECT_EQ(RunProgram("env", {"-i", qv, "text", "title-case"}, "\u00C4h \u00E9T\u00C9").output,
               "\u00C4h \u00C9t\u00E9");
+    EXPECT_EQ(RunProgram("env", {"LC_ALL=de_DE.UTF-8", qv, "xml", "set", file, "a/b", "1.5", "--type=double"}).status,
+              0);
     const char* const western = "LC_ALL=en_US.ISO-8859-1";
     if (!ScopedLocale("en_US.ISO-8859-1")) GTEST_SKIP() << "no single-byte locale is installed";
     const CStringArray set = {western, qv, "xml", "set", file, "a/b", "Gr\366\337e"};

@@ -1,10 +1,10 @@
 #include "tools/qv/ChartData.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 #include "qvcommon/StringHelper.h"
+#include "tools/qv/Numbers.h"
 
 namespace qv::tool {
 namespace {
@@ -77,9 +77,7 @@ bool ReadNumber(std::string_view field, double& value) {
     value = std::numeric_limits<double>::quiet_NaN();
     field = Trimmed(field);
     if (IsMissing(field)) return true;
-    if (field.starts_with('+')) field.remove_prefix(1);
-    const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
-    return error == std::errc() && end == field.data() + field.size();
+    return ParseNumber(field, value);
 }
 
 /// The columns of a text.

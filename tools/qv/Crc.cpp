@@ -1,6 +1,7 @@
 #include "tools/qv/Crc.h"
 
 #include "qvcommon/Checksum.h"
+#include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Documents.h"
 #include "tools/qv/Visible.h"
 
@@ -43,6 +44,18 @@ private:
     const Next& m_next;
 };
 
+std::optional<unsigned long> CrcOfStandardInput() try {
+    std::vector<char> buffer(1 << 16);
+    unsigned long crc = 0;
+    while (const std::size_t count = AfxReadStandardInput(buffer.data(), buffer.size()))
+        crc = ContinueCRC(crc, {buffer.data(), count});
+    return crc;
+} catch (CFileException* error) {
+    Complain(MessageOf(*error));
+    error->Delete();
+    return std::nullopt;
+}
+
 }  // namespace
 
 unsigned long CrcOf(const std::string& path, Progress& progress) {
@@ -59,7 +72,7 @@ void SumEach(const std::vector<std::string>& paths, Progress& progress, const Ne
         EachChecksum checksums(first, progress, next);
         FileCRCs(files, checksums);
         if (end < paths.size()) {
-            next(end, MemCRC(ReadDocument(paths[end])));
+            next(end, CrcOfStandardInput());
             progress.Add();
             ++end;
         }

@@ -85,27 +85,32 @@ std::optional<unsigned long> CrcFrom(const std::string& digits) {
     return std::stoul(digits, nullptr, 16);
 }
 
-// Returns where the name begins in "DIGITS  NAME" and "DIGITS *NAME". With other separators, the name cannot begin
-// with one.
-std::size_t NameAfter(std::size_t digits, const std::string& line) {
-    const std::string marks = line.substr(digits, 2);
-    const bool isExact = marks == "  " || marks == " *";
-    return isExact && digits + 2 < line.size() ? digits + 2 : line.find_first_not_of(" \t*", digits);
+constexpr std::size_t kDigits = 8;
+
+std::optional<Expected> ParseNameAt(std::size_t name, const std::string& line) {
+    const auto crc = CrcFrom(line.substr(0, kDigits));
+    if (!crc || name <= kDigits || name >= line.size()) return std::nullopt;
+    return Expected{PathFrom(line.substr(name)), *crc};
 }
 
-// Parses "DIGITS  NAME", optionally with "*" as the second separator, as this tool and rhash write it, or "NAME
-// DIGITS", as in SFV files.
+// Parses "NAME DIGITS", as in SFV files.
+std::optional<Expected> ParseNameFirst(const std::string& line) {
+    const std::size_t last = line.size() - kDigits, end = line.find_last_not_of(" \t", last - 1);
+    const auto crc = CrcFrom(line.substr(last));
+    if (!crc || end == line.npos || end + 1 == last) return std::nullopt;
+    return Expected{PathFrom(line.substr(0, end + 1)), *crc};
+}
+
+// Parses "DIGITS  NAME" and "DIGITS *NAME", as this tool and rhash write them, then "NAME DIGITS", whose name may begin
+// with digits and one space, then digits with other separators, with which the name cannot begin.
 std::optional<Expected> ParseLine(const std::string& line) {
-    constexpr std::size_t kDigits = 8;
-    if (line.size() > kDigits + 1) {
-        const std::size_t name = NameAfter(kDigits, line);
-        const auto first = CrcFrom(line.substr(0, kDigits));
-        if (first && name > kDigits && name != line.npos) return Expected{PathFrom(line.substr(name)), *first};
-        const std::size_t last = line.size() - kDigits, end = line.find_last_not_of(" \t", last - 1);
-        const auto crc = CrcFrom(line.substr(last));
-        if (crc && end + 1 < last && end != line.npos) return Expected{PathFrom(line.substr(0, end + 1)), *crc};
-    }
-    return std::nullopt;
+    if (line.size() <= kDigits + 1) return std::nullopt;
+    const std::string marks = line.substr(kDigits, 2);
+    std::optional<Expected> expected;
+    if (marks == "  " || marks == " *") expected = ParseNameAt(kDigits + 2, line);
+    if (!expected) expected = ParseNameFirst(line);
+    if (!expected) expected = ParseNameAt(line.find_first_not_of(" \t*", kDigits), line);
+    return expected;
 }
 
 class Checker {

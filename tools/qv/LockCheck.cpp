@@ -100,7 +100,7 @@ bool IsKeptByServer(const CString& kind) {
 }  // namespace
 
 std::vector<LockCheck> CheckLocks(const std::string& folder) {
-    if (!CFileUtils::IsDirectory(folder.c_str())) throw CommandError(folder + " is not a folder");
+    if (!CFileUtils::IsDirectory(folder.c_str())) throw FailedOn(folder, "not a folder");
     const CString place = CFileUtils::TerminateDir(folder.c_str());
     const CString path = place + ".qv-check-" + std::to_string(std::random_device()()) + ".doc";
     const auto make = [&] { CFile(path, CFile::modeCreate | CFile::modeWrite).Close(); };

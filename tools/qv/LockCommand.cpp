@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "qvcommon/FileUtils.h"
 #include "qvcommon/LockFile.h"
 #include "qvcommon/framework/Process.h"
 #include "tools/qv/Commands.h"
@@ -60,7 +61,7 @@ int RunLocked(const Options& options) {
     for (std::size_t i = 1; i < options.command.size(); ++i) arguments.Add(options.command[i]);
     CProcess command;
     try {
-        command.Start(options.command[0].c_str(), arguments);
+        command.Start(CFileUtils::GetLibraryPath(options.command[0].c_str()), arguments);
     } catch (CFileException* error) {
         return NotStarted(options.command[0], error);
     }

@@ -68,8 +68,8 @@ and "description".
 .B qv watch
 "folder", "time".
 .SH NOTES
-Paths may use the system's separator or a backslash. Where - means a standard stream, use ./- for a file of that name. Long
-operations show their progress if standard error is a terminal.
+Where - means a standard stream, use ./- for a file of that name. Long operations show their progress if standard error is
+a terminal.
 .SH SEE ALSO
 .BR find (1),
 .BR cabextract (1),

@@ -9,6 +9,7 @@
 #include "qvcommon/framework/StandardStreams.h"
 #include "tools/qv/Commands.h"
 #include "tools/qv/Documents.h"
+#include "tools/qv/Numbers.h"
 #include "tools/qv/Progress.h"
 #include "tools/qv/Utf8Path.h"
 #include "tools/qv/Visible.h"
@@ -71,17 +72,10 @@ void Print(const CString& line) {
     AfxWriteStandardOutput(line + "\n");
 }
 
-int WholeNumber(const std::string& text) {
-    std::size_t end = 0;
-    const int value = std::stoi(text, &end);
-    if (end != text.size()) throw std::invalid_argument(text);
-    return value;
-}
-
-double Number(const std::string& text) {
-    std::size_t end = 0;
-    const double value = std::stod(text, &end);
-    if (end != text.size()) throw std::invalid_argument(text);
+template <class T>
+T Number(const std::string& text) {
+    T value{};
+    if (!ParseNumber(text, value)) throw std::invalid_argument(text);
     return value;
 }
 
@@ -102,8 +96,8 @@ COleDateTime Date(const std::string& text) {
 void CheckValue(const std::string& type, const std::string& text) {
     const std::size_t first = text.find_first_not_of(" \t\r\n"), last = text.find_last_not_of(" \t\r\n");
     const std::string value = first == text.npos ? "" : text.substr(first, last - first + 1);
-    if (type == "integer") WholeNumber(value);
-    if (type == "double") Number(value);
+    if (type == "integer") Number<int>(value);
+    if (type == "double") Number<double>(value);
     if (type == "bool" && value.find_first_not_of("-0123456789") != value.npos) TruthValue(value);
     if (type == "date") Date(value);
 }
@@ -112,11 +106,11 @@ void CheckValue(const std::string& type, const std::string& text) {
 bool SetValue(const Document& document, const Options& options) {
     const std::string& value = options.value;
     try {
-        if (options.type == "integer") return CXmlHelper::SetInteger(document, options.path, WholeNumber(value));
-        if (options.type == "double") return CXmlHelper::SetDouble(document, options.path, Number(value));
+        if (options.type == "integer") return CXmlHelper::SetInteger(document, options.path, Number<int>(value));
+        if (options.type == "double") return CXmlHelper::SetDouble(document, options.path, Number<double>(value));
         if (options.type == "bool") return CXmlHelper::SetBool(document, options.path, TruthValue(value));
         if (options.type == "date") return CXmlHelper::SetDate(document, options.path, Date(value));
-    } catch (const std::logic_error&) {  // raised by the standard library for texts that are not numbers
+    } catch (const std::invalid_argument&) {
         throw CommandError("\"" + value + "\" is not a valid " + options.type);
     }
     return CXmlHelper::SetString(document, options.path, value);
@@ -126,7 +120,7 @@ bool SetValue(const Document& document, const Options& options) {
 bool GetValue(const Document& document, const Options& options, CString& text) {
     if (const auto node = document.selectSingleNode(options.path)) try {
             CheckValue(options.type, CString(node.get_text()).AsStd());
-        } catch (const std::logic_error&) {
+        } catch (const std::invalid_argument&) {
             throw CommandError("\"" + CString(node.get_text()).AsStd() + "\" at " + options.path + " is not a valid " +
                                options.type);
         }
