@@ -25,9 +25,9 @@ struct QvCabinetDescription {
     int diskNumber = 0;                               ///< of the disk that the cabinet is for
     BOOL failOnIncompressible = 0;                    ///< non-zero: a block that does not compress is a failure
     std::uint16_t setId = 0;                          ///< the same in all cabinets of a set
-    CString diskName;                                 ///< of the disk that the cabinet is for; may be empty
-    CString cabinetName;                              ///< the file's name
-    CString cabinetPath;                              ///< its folder, with the final separator
+    CString diskName = {};                            ///< of the disk that the cabinet is for; may be empty
+    CString cabinetName = {};                         ///< the file's name
+    CString cabinetPath = {};                         ///< its folder, with the final separator
 };
 
 /// The contents of a cabinet's header.

@@ -38,12 +38,10 @@ TEST(CabinetEngine, RoundtripsAllSizesWithAndWithoutReserves) {
             for (const bool reserves : {false, true}) {
                 SCOPED_TRACE(std::to_string(size) + (reserves ? " with reserves" : ""));
                 MemoryMaker maker;
-                QvCabinetDescription cabinet;
-                cabinet.maximumSize = size + (reserves ? 1000 : 0);
+                QvCabinetDescription cabinet = {.maximumSize = size};
                 if (reserves) {
-                    cabinet.headerReserve = 777;
-                    cabinet.folderReserve = 255;
-                    cabinet.dataReserve = 9;
+                    cabinet = {
+                        .maximumSize = size + 1000, .headerReserve = 777, .folderReserve = 255, .dataReserve = 9};
                 }
                 ASSERT_TRUE(Make(maker, Members(), cabinet, compression).done);
                 for (const auto& [name, bytes] : maker.files)
@@ -68,10 +66,8 @@ TEST(CabinetEngine, WritesTheSameBytesWithAnyNumberOfThreads) {
 
 TEST(CabinetEngine, StartsNewCabinetAtMemberLimit) {
     MemoryMaker maker;
-    QvCabinetDescription cabinet;
     QvCabinetError error;
-    cabinet.cabinetName = "set0";
-    const auto writer = CabinetWriter::Create(maker, cabinet, error, 1);
+    const auto writer = CabinetWriter::Create(maker, {.cabinetName = "set0"}, error, 1);
     for (const auto& [source, content] : {std::pair<const char*, const char*>{"m", "member"}, {"e", ""}})
         maker.files[source] = content;
     for (int i = 0; i < 70000; ++i)
@@ -87,8 +83,7 @@ TEST(CabinetEngine, StartsNewCabinetAtMemberLimit) {
 
 TEST(CabinetEngine, NotifiesOfTheNextCabinetAndOfPartialFiles) {
     MemoryMaker maker;
-    QvCabinetDescription cabinet;
-    cabinet.maximumSize = 100000;
+    const QvCabinetDescription cabinet = {.maximumSize = 100000};
     ASSERT_TRUE(Make(maker, {{"a", Prose(9000)}, {"f", Noise(150000, 2)}, {"z", "end"}}, cabinet).done);
     MemoryReader whole, second, lost, passing;
     whole.files = second.files = lost.files = passing.files = maker.files;
@@ -113,8 +108,7 @@ TEST(CabinetEngine, NotifiesOfTheNextCabinetAndOfPartialFiles) {
 /// Whichever call fails, the engine reports it, releases everything and leaves no incomplete cabinet.
 TEST(CabinetEngine, ReportsFailureOfEachCallback) {
     const Files members = {{"a", Prose(50000)}, {"b", ""}, {"c", Noise(40000, 5)}};
-    QvCabinetDescription cabinet;
-    cabinet.maximumSize = 30000;
+    const QvCabinetDescription cabinet = {.maximumSize = 30000};
     long call = 0;
     for (bool done = false; !done && call < 1000; ++call) {
         MemoryMaker maker;
@@ -160,12 +154,8 @@ TEST(CabinetEngine, RejectsInvalidMembers) {
         EXPECT_EQ(error.error, number);
         EXPECT_FALSE(writer->FlushCabinet(false)) << "a failed writer refuses further calls";
     }
-    QvCabinetDescription tiny;
-    tiny.maximumSize = 40;
-    EXPECT_EQ(Make(maker, {{"b", "y"}}, tiny).error.error, 6);
-    tiny = {};
-    tiny.failOnIncompressible = 1;
-    EXPECT_EQ(Make(maker, {{"b", Noise(40000, 1)}}, tiny).error.error, 8);
+    EXPECT_EQ(Make(maker, {{"b", "y"}}, {.maximumSize = 40}).error.error, 6);
+    EXPECT_EQ(Make(maker, {{"n", Noise(40000, 1)}}, {.failOnIncompressible = 1}).error.error, 8);
 }
 
 }  // namespace

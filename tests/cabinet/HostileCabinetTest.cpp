@@ -118,11 +118,9 @@ TEST(HostileCabinet, StaysWithinItsLimits) {
 /// Every cut of an archive, and every flip of one bit.
 TEST(HostileCabinet, SurvivesTruncationAndBitFlips) {
     MemoryMaker maker;
-    QvCabinetDescription cabinet;
-    cabinet.dataReserve = 3;
     const std::map<std::string, std::string> members = {
         {"a", "some words, and the same words, and the same words"}, {"c", ""}, {"d", std::string(33000, 'z')}};
-    ASSERT_TRUE(Make(maker, members, cabinet).done);
+    ASSERT_TRUE(Make(maker, members, {.dataReserve = 3}).done);
     const std::string whole = maker.files["set0"], data = maker.files["a"] + maker.files["d"];
     ASSERT_EQ(ErrorOf(whole, &data), 0);
     for (std::size_t length = 0; length < whole.size(); ++length)
