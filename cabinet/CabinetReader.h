@@ -17,7 +17,8 @@ enum class Coverage {
     All,  ///< without gaps, up to the end, which takes reading all of it
 };
 
-/// Cabinets beyond these limits are refused as corrupt before anything is extracted. Each counts over the whole set.
+/// Cabinets beyond these limits are refused as corrupt before the member that exceeds them is extracted. Each counts
+/// over the whole set: its further cabinets are opened early if the expansion depends on their sizes.
 struct ReadLimits {
     std::uint64_t members;
     std::uint64_t totalSize;  ///< of the members, as stated by the cabinet
@@ -66,6 +67,7 @@ private:
     struct Place {
         CString name, folder;
         std::uint16_t number, setId;
+        bool hasNext;
     };
 
     void CopySet(const CString& name, const CString& folder);
@@ -82,6 +84,7 @@ private:
     unsigned FolderOf(const MemberEntry& member, const OpenCabinet& cabinet) const;
     void CheckOrder(const MemberEntry& member, unsigned folder);
     void Count(const MemberEntry& member);
+    bool ExpandsTooFar() const;
     std::unique_ptr<OpenCabinet> OpenPlace(Serial serial);
     std::unique_ptr<OpenCabinet> OpenPath(const CString& path,
                                           OpenCabinet::Depth depth = OpenCabinet::Depth::Everything);

@@ -116,8 +116,8 @@ private:
 struct QvCabinetLimits {
     std::uint64_t members = 1'000'000;                  ///< maximum number of members
     std::uint64_t totalSize = std::uint64_t{64} << 30;  ///< maximum bytes of all members
-    /// Maximum ratio of the size of all members to that of the cabinets. Compression alone does not exceed 4096: each
-    /// 32 KB of data have a header of 8 bytes.
+    /// Maximum ratio of the size of all members to that of all cabinets of the set, which are opened early if the ratio
+    /// depends on their sizes. Compression alone does not exceed 4096: each 32 KB of data have a header of 8 bytes.
     std::uint64_t expansion = 4096;
 };
 

@@ -113,6 +113,16 @@ TEST(HostileCabinet, StaysWithinItsLimits) {
     reader.files["set0"] = With(Stored({{"bomb", 5}}), 44, "\xFF\xFF\xFF\x7F");
     EXPECT_EQ(reader.Copy(), 4);
     EXPECT_FALSE(reader.files.contains("target bomb"));
+    // All cabinets of the set count, not only the one in which the member begins.
+    MemoryMaker maker;
+    std::size_t total = 2'000'000, size = 0;
+    ASSERT_TRUE(Make(maker, {{"f", std::string(total, '\0')}, {"z", ""}}, {.maximumSize = 1000}).done);
+    for (const auto& [name, bytes] : maker.files) size += name.starts_with("set") ? bytes.size() : 0;
+    reader.files = maker.files;
+    EXPECT_EQ(reader.Copy("set0", {2, total, total / size - 1}), 4);
+    EXPECT_FALSE(reader.files.contains("target f"));
+    EXPECT_EQ(reader.Copy("set0", {2, total, total / size + 1}), 0);
+    EXPECT_EQ(reader.members.size(), 2u);
 }
 
 /// Every cut of an archive, and every flip of one bit.
