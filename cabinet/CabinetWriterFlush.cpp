@@ -75,6 +75,8 @@ void CabinetWriter::WriteCabinet(const Plan& plan, bool hasNext) {
         const auto size = static_cast<std::uint32_t>(HeaderSize(false) + plan.size);
         if (m_callbacks.GetNextCabinet(next, size) == 0) throw EngineFailure{WriteError::Aborted};
         CheckNames(next);
+        // Compressed blocks are already stored with their reserve.
+        if (next.dataReserve != m_description.dataReserve) throw EngineFailure{WriteError::CabinetFile};
     }
     CheckNames(m_description);
     const unsigned flags = (m_hasPrevious ? kHasPrevious : 0u) | (hasNext ? kHasNext : 0u) |

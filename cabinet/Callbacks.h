@@ -56,7 +56,8 @@ public:
                            BOOL continued) = 0;
     /// -1 stops.
     virtual long Status(StatusType type, std::uint32_t first, std::uint32_t second) = 0;
-    /// Another cabinet is needed: its number is set, the callee sets its name. 0 stops.
+    /// Another cabinet is needed: its number is set, the callee sets its name and may change sizes and reserves, except
+    /// that another dataReserve is refused (error 6). 0 stops.
     virtual int GetNextCabinet(QvCabinetDescription& cabinet, std::uint32_t previousSize) = 0;
     /// Opens a file to be stored and returns its date, time and attributes.
     virtual Handle GetOpenInfo(const CString& path, std::uint16_t& date, std::uint16_t& time,

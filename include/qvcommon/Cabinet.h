@@ -71,8 +71,9 @@ public:
     /// written to the cabinet so far, and the total. 2: a cabinet is complete; its size, twice. Returning -1 aborts
     /// (number 7). The default accepts everything.
     virtual long Status(UINT type, DWORD first, DWORD second);
-    /// Names the first or the next cabinet of a set: "%s.cab" or, unless its number is 0, "%s%d.cab". Returning 0
-    /// aborts (number 7).
+    /// Names the first or the next cabinet of a set: "%s.cab" or, unless its number is 0, "%s%d.cab". An override may
+    /// also change sizes and reserves; a `dataReserve` other than that of the first cabinet is refused (number 6).
+    /// Returning 0 aborts (number 7).
     virtual BOOL GetNextCab(QvCabinetDescription& cabinet, DWORD previousSize);
 
 protected:

@@ -20,7 +20,7 @@ struct QvCabinetDescription {
     std::uint32_t maximumSize = 0x7FFFFFFF;           ///< of a cabinet; the set grows by one when it is reached
     std::uint32_t folderThreshold = 0x7FFFFFFF;       ///< a folder of this size is closed before the next file
     std::uint16_t headerReserve = 0;                  ///< bytes reserved in the header, at most 60000
-    std::uint8_t folderReserve = 0, dataReserve = 0;  ///< and in each folder and data block
+    std::uint8_t folderReserve = 0, dataReserve = 0;  ///< and in each folder, and each data block of the set
     int cabinetNumber = 0;                            ///< in the set, from 0
     int diskNumber = 0;                               ///< of the disk that the cabinet is for
     BOOL failOnIncompressible = 0;                    ///< non-zero: a block that does not compress is a failure

@@ -42,6 +42,7 @@ TEST(CabinetEngine, RoundtripsAllSizesWithAndWithoutReserves) {
                 if (reserves) {
                     cabinet = {
                         .maximumSize = size + 1000, .headerReserve = 777, .folderReserve = 255, .dataReserve = 9};
+                    maker.changeNext = [](QvCabinetDescription& next) { next.headerReserve = next.folderReserve = 5; };
                 }
                 ASSERT_TRUE(Make(maker, Members(), cabinet, compression).done);
                 for (const auto& [name, bytes] : maker.files)
@@ -156,6 +157,8 @@ TEST(CabinetEngine, RejectsInvalidMembers) {
     }
     EXPECT_EQ(Make(maker, {{"b", "y"}}, {.maximumSize = 40}).error.error, 6);
     EXPECT_EQ(Make(maker, {{"n", Noise(40000, 1)}}, {.failOnIncompressible = 1}).error.error, 8);
+    maker.changeNext = [](QvCabinetDescription& next) { next.dataReserve = 1; };
+    EXPECT_EQ(Make(maker, {{"n", Noise(40000, 1)}}, {.maximumSize = 30000}).error.error, 6);
 }
 
 }  // namespace

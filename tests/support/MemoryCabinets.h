@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -117,6 +118,7 @@ public:
     long Status(qv::cabinet::StatusType, std::uint32_t, std::uint32_t) override { return Answer(); }
     int GetNextCabinet(QvCabinetDescription& cabinet, std::uint32_t) override {
         cabinet.cabinetName.Format("set%d", cabinet.cabinetNumber);
+        changeNext(cabinet);
         return Fails() ? 0 : 1;
     }
     Handle GetOpenInfo(const CString& path, std::uint16_t& date, std::uint16_t& time,
@@ -128,6 +130,7 @@ public:
     }
 
     std::string placed;  ///< each member and its cabinet's number, with "+" if it is continued
+    std::function<void(QvCabinetDescription&)> changeNext = [](QvCabinetDescription&) {};
 
 private:
     static constexpr const char *kStore = "store", *kNew = " being made";
