@@ -25,6 +25,9 @@ public:
           m_removesItself(removesItself),
           m_atFailure(atFailure) {}
 
+    /// Whether the first folder could be opened.
+    bool HasWalked() const { return m_hasWalked; }
+
 protected:
     /// Called for what could not be deleted. The walk continues unless this raises an exception.
     virtual void OnStay(const Status& failure, const CString& path) = 0;
@@ -47,6 +50,7 @@ protected:
 
     // Deleting the folder reports what prevents it.
     void OnEnd(const Place& first) override {
+        m_hasWalked = true;
         if (m_removesItself) first.folder.MakeWritable().IgnoreError();
     }
 
@@ -72,6 +76,7 @@ private:
 
     const bool m_removesItself;
     const AtFailure m_atFailure;
+    bool m_hasWalked = false;
 };
 
 /// Raises the first failure, after which nothing more is deleted.
@@ -113,8 +118,10 @@ Status RemoveItself(const CString& directory) {
 
 Status Remove(const CString& folder, int removeItself, TreeRemoval& removal) {
     if (!CFileUtils::IsExist(folder)) return {};
-    if (!removeItself || !qv::platform::IsFolderLink(folder)) removal.Walk(folder);
-    return removeItself ? RemoveItself(folder) : Status();
+    if (removeItself && qv::platform::IsFolderLink(folder)) return RemoveItself(folder);
+    removal.Walk(folder);
+    // A folder that could not be opened was reported, and stays even if it is empty, as a subfolder does.
+    return removeItself && removal.HasWalked() ? RemoveItself(folder) : Status();
 }
 
 }  // namespace

@@ -144,7 +144,8 @@ public:
     static void DelTree(const char* directory, int removeItself);
     /// Does the same, but what cannot be deleted or read is reported to the observer, including folders, except those
     /// that remain because of something reported in them, and everything else is deleted, by several threads in a large
-    /// tree. Raises what the observer raises; part of the rest may be deleted then.
+    /// tree. A folder that cannot be opened is kept even if it is empty; one that can be opened but not read to its end
+    /// is deleted if nothing remains in it. Raises what the observer raises; part of the rest may be deleted then.
     static void DelTree(const char* directory, int removeItself, ILeftOut& leftOut);
 
     /// Flags of the shell operations. Windows supports more, and receives all bits.

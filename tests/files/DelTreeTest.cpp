@@ -61,11 +61,12 @@ TEST(DelTree, LargeTreeReportsUndeletedEntries) {
     EXPECT_EQ(ReadTree(folder.Native("tree")).size(), 100u);
     CFileUtils::DelTree(folder / "tree", 1, log);
     EXPECT_FALSE(folder.Has("tree"));
-    MakeTree(folder.Native(), {"file", "closed/a"});
+    MakeTree(folder.Native(), {"file", "closed/"});
     log.paths.clear();
     const SystemFaults faults(SystemFaults::Always(CallKind::OpenFolder, FileCause::AccessDenied, "closed"));
     for (const char* const name : {"file", "closed"}) CFileUtils::DelTree(folder / name, 1, log);
     EXPECT_EQ(log.paths, std::vector{(folder / "closed").AsStd()});
+    EXPECT_TRUE(folder.Has("closed")) << "it was reported, so it stays, though it is empty";
 }
 
 TEST(DelTree, LeavesCurrentFolderBeforeDeleting) {
