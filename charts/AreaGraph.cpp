@@ -37,18 +37,16 @@ void StackUp(std::vector<Series>& all) {
     }
 }
 
-void AppendPoint(std::string& path, const Point& point) {
+void AppendVertex(std::string& path, const Point& point) {
     path += path.empty() || path.back() == 'z' ? 'M' : 'L';
-    AppendCoordinate(path, point.x);
-    path += ' ';
-    AppendCoordinate(path, point.y);
+    AppendPoint(path, point.x, point.y);
 }
 
 std::string LinePath(const Runs& runs) {
     std::string path;
     for (const auto& run : runs) {
         std::string line;
-        for (const Point& point : run) AppendPoint(line, point);
+        for (const Point& point : run) AppendVertex(line, point);
         // A point without neighbours is drawn as a dot.
         path += run.size() == 1 ? line + "h0" : line;
     }
@@ -59,9 +57,9 @@ std::string LinePath(const Runs& runs) {
 std::string AreaPath(const Runs& runs, double base) {
     std::string path;
     for (const auto& run : runs) {
-        AppendPoint(path, {run.front().x, base});
-        for (const Point& point : run) AppendPoint(path, point);
-        AppendPoint(path, {run.back().x, base});
+        AppendVertex(path, {run.front().x, base});
+        for (const Point& point : run) AppendVertex(path, point);
+        AppendVertex(path, {run.back().x, base});
         path += 'z';
     }
     return path;
@@ -70,9 +68,9 @@ std::string AreaPath(const Runs& runs, double base) {
 std::string BandPath(const Runs& top, const Runs& bottom) {
     std::string path;
     for (const auto& run : top)
-        for (const Point& point : run) AppendPoint(path, point);
+        for (const Point& point : run) AppendVertex(path, point);
     for (auto run = bottom.rbegin(); run != bottom.rend(); ++run)
-        for (auto point = run->rbegin(); point != run->rend(); ++point) AppendPoint(path, *point);
+        for (auto point = run->rbegin(); point != run->rend(); ++point) AppendVertex(path, *point);
     return path.empty() ? path : path + 'z';
 }
 

@@ -111,10 +111,8 @@ private:
     // Wide bars have a tooltip each; a series' narrow bars are merged into one path.
     void Bar(std::size_t s, std::size_t i, double left, double width, double y1, double y2) {
         const std::size_t begin = m_path.size();
-        (m_path += 'M');
-        AppendCoordinate(m_path, left);
-        m_path += ' ';
-        AppendCoordinate(m_path, y1);
+        m_path += 'M';
+        AppendPoint(m_path, left, y1);
         m_path += 'V';
         AppendCoordinate(m_path, y2);
         m_path += 'h';

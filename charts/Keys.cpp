@@ -14,9 +14,7 @@ constexpr int kRound = 0, kSquare = 1;  // line caps that draw marks as lines of
 
 void AppendBox(std::string& path, const Box& box) {
     path += 'M';
-    AppendCoordinate(path, box.left);
-    path += ' ';
-    AppendCoordinate(path, box.top);
+    AppendPoint(path, box.left, box.top);
     path += 'h';
     AppendCoordinate(path, box.Width());
     path += 'v';
@@ -67,17 +65,13 @@ void DrawFilled(Svg& svg, const Keys& keys, std::size_t key, std::string_view pa
 void AppendMark(std::string& path, int pattern, double x, double y, double size) {
     path += 'M';
     if (pattern == kRound || pattern == kSquare) {
-        AppendCoordinate(path, x);
-        path += ' ';
-        AppendCoordinate(path, y);
+        AppendPoint(path, x, y);
         path += "h0";
         return;
     }
     for (const Corner& corner : Corners(pattern)) {
         if (path.back() != 'M') path += 'L';
-        AppendCoordinate(path, x + corner.x * size / 2);
-        path += ' ';
-        AppendCoordinate(path, y + corner.y * size / 2);
+        AppendPoint(path, x + corner.x * size / 2, y + corner.y * size / 2);
     }
     path += 'z';
 }

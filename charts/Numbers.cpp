@@ -79,6 +79,12 @@ void AppendCoordinate(std::string& out, double value) {
     if (size % 10) (out += '.') += static_cast<char>('0' + size % 10);
 }
 
+void AppendPoint(std::string& out, double x, double y) {
+    AppendCoordinate(out, x);
+    out += ' ';
+    AppendCoordinate(out, y);
+}
+
 std::u32string WithMinus(const std::string& number) {
     std::u32string text(number.begin(), number.end());
     std::ranges::replace(text, U'-', U'\u2212');

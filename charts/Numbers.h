@@ -11,6 +11,8 @@ std::string Shortest(double value);
 
 /// Appends a coordinate, rounded to a tenth of a pixel.
 void AppendCoordinate(std::string& out, double value);
+/// Appends two coordinates with a space between them.
+void AppendPoint(std::string& out, double x, double y);
 
 /// Returns the label of a tick: a multiple of `step` on an axis whose greatest absolute value is `magnitude`. All
 /// labels of an axis have the same number of decimals. The minus is U+2212.

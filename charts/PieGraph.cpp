@@ -60,27 +60,21 @@ struct Circle {
 
 void AppendArc(std::string& path, const Circle& circle, const Point& to, bool large) {
     path += 'A';
-    AppendCoordinate(path, circle.radius);
-    path += ' ';
-    AppendCoordinate(path, circle.radius);
+    AppendPoint(path, circle.radius, circle.radius);
     path += large ? " 0 1 1 " : " 0 0 1 ";
-    AppendCoordinate(path, to.x);
-    path += ' ';
-    AppendCoordinate(path, to.y);
+    AppendPoint(path, to.x, to.y);
 }
 
-void AppendPoint(std::string& path, char command, const Point& point) {
+void AppendStep(std::string& path, char command, const Point& point) {
     path += command;
-    AppendCoordinate(path, point.x);
-    path += ' ';
-    AppendCoordinate(path, point.y);
+    AppendPoint(path, point.x, point.y);
 }
 
 std::string SlicePath(const Circle& circle, double from, double to) {
     std::string path;
     const bool whole = to - from > 0.9999;
-    if (!whole) AppendPoint(path, 'M', {circle.x, circle.y});
-    AppendPoint(path, whole ? 'M' : 'L', circle.At(from));
+    if (!whole) AppendStep(path, 'M', {circle.x, circle.y});
+    AppendStep(path, whole ? 'M' : 'L', circle.At(from));
     if (to - from > 0.5) AppendArc(path, circle, circle.At((from + to) / 2), false);
     AppendArc(path, circle, circle.At(to), false);
     return path + 'z';

@@ -7,6 +7,7 @@
 #include "files/BackOff.h"
 #include "files/PathParts.h"
 #include "framework/FileErrors.h"
+#include "framework/WriteInParts.h"
 #include "platform/Clock.h"
 #include "platform/FileStatus.h"
 #include "platform/Memory.h"
@@ -77,9 +78,7 @@ void ReadInto(std::string& text, CFile& file, std::size_t size) {
 
 /// Writes a text of any length.
 void WriteAll(CFile& file, std::string_view text) {
-    constexpr std::size_t kLargestWrite = 1 << 30;
-    for (; !text.empty(); text.remove_prefix(std::min(text.size(), kLargestWrite)))
-        file.Write(text.data(), static_cast<UINT>(std::min(text.size(), kLargestWrite)));
+    qv::WriteInParts(text, [&file](const char* data, UINT size) { file.Write(data, size); });
 }
 
 bool OpenToMake(CFile& file, const CString& path, int multiUser, int createDirectory, CFileException* error) {

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "framework/WriteInParts.h"
 #include "platform/File.h"
 
 IMPLEMENT_DYNAMIC(CStdioFile, CFile)
@@ -11,7 +12,6 @@ IMPLEMENT_DYNAMIC(CStdioFile, CFile)
 namespace {
 
 constexpr std::size_t kBufferSize = 32 * 1024;
-constexpr std::size_t kLargestWrite = 1 << 30;
 
 }  // namespace
 
@@ -186,11 +186,7 @@ void CStdioFile::WriteBuffer() {
 }
 
 void CStdioFile::WriteThrough(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const std::size_t part = std::min(bytes.size(), kLargestWrite);
-        CFile::Write(bytes.data(), static_cast<UINT>(part));
-        bytes.remove_prefix(part);
-    }
+    qv::WriteInParts(bytes, [this](const char* data, UINT size) { CFile::Write(data, size); });
 }
 
 void CStdioFile::Put(std::string_view bytes) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "framework/WriteInParts.h"
 #include "imaging/Icon.h"
 #include "imaging/Png.h"
 #include "qvcommon/Exceptions.h"
@@ -33,8 +34,8 @@ std::vector<BYTE> RestOf(CFile& file) {
 }
 
 void WriteTo(CFile& file, Bytes bytes) {
-    for (; !bytes.empty(); bytes = bytes.subspan(std::min<std::size_t>(bytes.size(), kLargestTransfer)))
-        file.Write(bytes.data(), static_cast<UINT>(std::min<std::size_t>(bytes.size(), kLargestTransfer)));
+    qv::WriteInParts({reinterpret_cast<const char*>(bytes.data()), bytes.size()},
+                     [&file](const char* data, UINT size) { file.Write(data, size); });
 }
 
 template <class Save>
