@@ -22,7 +22,8 @@ enum class CodePage {
 CodePage CurrentCodePage();
 
 /// Returns the length in bytes of the well-formed character at `position`; 1 for a byte that is not part of one, which
-/// then counts as a character of the single-byte code page.
+/// then counts as a character of the single-byte code page. The systems' tables of a double-byte page may differ in
+/// which pairs of bytes are characters.
 std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page);
 
 /// Convert to upper or lower case, whole characters at a time; the length may change.

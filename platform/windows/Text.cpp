@@ -140,6 +140,16 @@ std::string MapText(std::string_view text, Case which) {
     return out;
 }
 
+// Lead bytes alone do not make a character of two bytes. Does not change the last error.
+bool IsPair(std::string_view bytes, UINT page) {
+    if (bytes.size() < 2 || !::IsDBCSLeadByteEx(page, static_cast<BYTE>(bytes[0]))) return false;
+    const DWORD errorBefore = ::GetLastError();
+    wchar_t wide[2];
+    const bool valid = ::MultiByteToWideChar(page, MB_ERR_INVALID_CHARS, bytes.data(), 2, wide, 2) > 0;
+    ::SetLastError(errorBefore);
+    return valid;
+}
+
 bool TestWide(std::string_view character, WORD mask) {
     const std::u16string wide = ToWide(character);
     WORD type = 0;
@@ -155,8 +165,7 @@ CodePage CurrentCodePage() {
 std::size_t CharacterLength(std::string_view text, std::size_t position, CodePage page) {
     if (page == CodePage::SingleByte || ascii::IsAscii(text[position])) return 1;
     if (page == CodePage::Utf8) return DecodeUtf8(text, position).length;
-    const auto byte = static_cast<BYTE>(text[position]);
-    return ::IsDBCSLeadByteEx(CodePageNumber(), byte) && position + 1 < text.size() ? 2 : 1;
+    return IsPair(text.substr(position), CodePageNumber()) ? 2 : 1;
 }
 
 std::string ToUpper(std::string_view text) {

@@ -118,6 +118,8 @@ TEST(String, DoesNotMatchHalfOfCharacter) {
     EXPECT_EQ(CString("\x81\x81\x81").Find("\x81"), 2);  // the lead byte alone, at the end
     EXPECT_EQ(CString("\x81\x81\x81\x81").Find("\x81\x81\x81"), -1);
     EXPECT_EQ(CString(std::string(9000, '\x81')).Find(std::string(1001, '\x81')), -1);
+    // Two bytes that are not one character: with a byte that never is a trail byte, and with one that is.
+    EXPECT_EQ(H::SplitCharsString("\x81\nx\x85\\b", "\\\n"), (CStringArray{"\x81", "x\x85", "b"}));
 }
 
 TEST(String, CollatesZeroBytes) {
