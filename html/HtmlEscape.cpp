@@ -1,3 +1,4 @@
+#include "framework/CharacterSet.h"
 #include "html/Entities.h"
 #include "html/Escaper.h"
 #include "platform/Hex.h"
@@ -88,6 +89,24 @@ CString Escape(std::string_view text) {
     return qv::html::Escaper<Rule>(text).Escape();
 }
 
+// Whether the byte is a character by itself.
+bool IsCharacter(std::string_view byte) {
+    return IsAscii(byte[0]) || qv::platform::FromWide(qv::platform::ToWide(byte)) == byte;
+}
+
+// A browser may read a lead byte without a trail byte, and the backslash of the escape after it, as one character.
+template <class Rule>
+CString EscapeScript(std::string_view text) {
+    if (qv::platform::CurrentCodePage() != CodePage::DoubleByte) return Escape<Rule>(text);
+    std::string whole;
+    whole.reserve(text.size());
+    qv::ForEachCharacter(text, [&whole](std::string_view c) {
+        const bool kept = c.size() > 1 || Rule::Specials::Has(c[0]) || IsCharacter(c);
+        whole += kept ? c : "?";
+    });
+    return Escape<Rule>(whole);
+}
+
 bool IsPlainInScripts(char c) {
     return qv::ascii::IsLetterOrDigit(c) || !IsAscii(c) || std::string_view(" -._").find(c) != std::string_view::npos;
 }
@@ -108,7 +127,7 @@ CString CHtmlWriter::CleanFloatOver(std::string_view text) {
 }
 
 CString CHtmlWriter::CleanScriptParameter(std::string_view text, int inAttributeOnly) {
-    return inAttributeOnly ? Escape<PlainScriptRule>(text) : Escape<NestedScriptRule>(text);
+    return inAttributeOnly ? EscapeScript<PlainScriptRule>(text) : EscapeScript<NestedScriptRule>(text);
 }
 
 CString CHtmlWriter::Dirty(std::string_view text) {

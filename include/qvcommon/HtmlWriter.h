@@ -251,7 +251,9 @@ public:
     static CString CleanFloatOver(std::string_view text);
     /// Escapes script strings in single quotes within an attribute. \ and ' always get a backslash, " becomes "&quot;",
     /// line feeds are dropped. With `inAttributeOnly` 0 the string is parsed as HTML again when the script runs, so
-    /// entities are escaped twice ("<" becomes "&amp;lt;") and a carriage return becomes "<br>".
+    /// entities are escaped twice ("<" becomes "&amp;lt;") and a carriage return becomes "<br>". In a double-byte code
+    /// page, bytes that are not part of a well-formed character and not escaped become "?": a browser could read them
+    /// and the backslash after them as one character.
     static CString CleanScriptParameter(std::string_view text, int inAttributeOnly = 0);
     /// Undoes Clean, except for what Clean dropped or merged: line feeds, and in a multibyte code page the single byte
     /// 0xA0, which is decoded to the character.

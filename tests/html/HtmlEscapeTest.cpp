@@ -73,6 +73,15 @@ TEST(HtmlEscapeExamples, ExactOutput) {
     EXPECT_EQ(CHtmlWriter::Clean(std::string_view("\0<\0", 3)), std::string_view("\0&lt;\0", 6));
 }
 
+// In code page 932 the bytes 83 5C are one letter and 85 5C are not; B1 is a letter by itself.
+TEST(HtmlEscapeExamples, NoLeadByteTakesBackslash) {
+    const ScopedCodePage japanese(932);
+    if (!IsDoubleByte()) GTEST_SKIP() << "no such code page here";
+    for (const int flag : {0, 1})
+        EXPECT_EQ(CHtmlWriter::CleanScriptParameter("\x81');\x81\n\\ \x85\\ \x83\\' \xB1'", flag),
+                  "?\\');?\\\\ ?\\\\ \x83\\\\' \xB1\\'");
+}
+
 // The code page, in which these bytes are other characters, must not matter.
 TEST_P(HtmlEscape, PreservesUtf8) {
     constexpr const char* letters = "\xC3\xA0\xC2\xA0\xE2\x80\xA6\xF0\x9F\x98\xA0\xA0\xC3";

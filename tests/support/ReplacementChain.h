@@ -7,6 +7,10 @@
 
 namespace qv::test {
 
+inline bool IsDoubleByte() {
+    return platform::CurrentCodePage() == platform::CodePage::DoubleByte;
+}
+
 inline void ReplaceNoBreakSpaces(CString& text) {
     if (platform::CurrentCodePage() != platform::CodePage::Utf8) {
         text.Replace("\xA0", "&nbsp;");
