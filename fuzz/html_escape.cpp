@@ -9,7 +9,8 @@ using namespace qv::test;
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     if (size == 0) return 0;
-    _setmbcp(data[0] & 1 ? 65001 : 1252);
+    constexpr int pages[] = {1252, 65001, 936};
+    _setmbcp(pages[data[0] % std::size(pages)]);
     const CString text(std::string_view(reinterpret_cast<const char*>(data) + 1, size - 1));
     const bool same = CHtmlWriter::Clean(text) == ChainClean(text) &&
                       CHtmlWriter::CleanFloatOver(text) == ChainCleanFloatOver(text) &&

@@ -24,6 +24,8 @@ class Characters {
 public:
     explicit Characters(std::string_view text) : m_text(text), m_page(platform::CurrentCodePage()) {}
 
+    bool AreUtf8() const { return m_page == platform::CodePage::Utf8; }
+
     // Returns the character that contains the byte at `position`. Positions must not decrease from call to call.
     std::string_view At(std::size_t position) {
         if (m_page == platform::CodePage::SingleByte) return m_text.substr(position, 1);
@@ -58,7 +60,8 @@ inline std::size_t EndOfLineFeeds(std::string_view text, std::size_t position) {
 inline bool LineFeedsSplitBytes(std::string_view text, std::size_t position) {
     if (position == 0 || ascii::IsAscii(text[position - 1])) return false;
     const std::size_t end = EndOfLineFeeds(text, position);
-    return end < text.size() && !ascii::IsAscii(text[end]);
+    if (end == text.size()) return false;
+    return !ascii::IsAscii(text[end]) || platform::CurrentCodePage() == platform::CodePage::DoubleByte;
 }
 
 inline std::string WithoutLineFeeds(std::string_view text) {
@@ -211,7 +214,8 @@ private:
         }
         if (!m_characters) m_characters.emplace(m_text);
         const std::string_view character = m_characters->At(position);
-        if (*hit == kNoBreakSpace && character == kNoBreakSpaceUtf8) return hit - 1;
+        // In some double-byte pages the two bytes are a letter.
+        if (*hit == kNoBreakSpace && m_characters->AreUtf8() && character == kNoBreakSpaceUtf8) return hit - 1;
         return character.size() > 1 ? nullptr : hit;
     }
 

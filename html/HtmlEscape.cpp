@@ -111,9 +111,21 @@ bool IsPlainInScripts(char c) {
     return qv::ascii::IsLetterOrDigit(c) || !IsAscii(c) || std::string_view(" -._").find(c) != std::string_view::npos;
 }
 
+// Whether the byte forms a character with some byte after it.
+bool IsLeadByte(char byte, CodePage page) {
+    for (int trail = 0x30; trail < 0x100; ++trail) {
+        const char pair[] = {byte, static_cast<char>(trail)};
+        if (qv::platform::CharacterLength({pair, 2}, 0, page) == 2) return true;
+    }
+    return false;
+}
+
+// The mark itself where the byte would swallow the one after it.
 std::string_view NoBreakSpaceInCodePage() {
-    return qv::platform::CurrentCodePage() == CodePage::Utf8 ? qv::html::kNoBreakSpaceUtf8
-                                                             : qv::html::kNoBreakSpaceUtf8.substr(1);
+    const CodePage page = qv::platform::CurrentCodePage();
+    if (page == CodePage::Utf8) return qv::html::kNoBreakSpaceUtf8;
+    const bool leads = page == CodePage::DoubleByte && IsLeadByte(qv::html::kNoBreakSpace, page);
+    return leads ? "&nbsp;" : qv::html::kNoBreakSpaceUtf8.substr(1);
 }
 
 }  // namespace

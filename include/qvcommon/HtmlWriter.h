@@ -241,8 +241,8 @@ public:
 
     // Escaping (html/HtmlEscape.cpp)
     //
-    // The non-breaking space is byte 0xA0 in a single-byte code page; in a multibyte one it is the character U+00A0 and
-    // the byte 0xA0 where that is not part of a well-formed character.
+    // The non-breaking space is the byte 0xA0, in a multibyte code page only where that is not part of a well-formed
+    // character; in UTF-8 also the character U+00A0.
 
     /// Escapes text between tags: & < > " and the non-breaking space become entities, a carriage return becomes "<br>",
     /// line feeds are dropped. Clean("a<b\r\n") gives "a&lt;b<br>".
@@ -255,8 +255,9 @@ public:
     /// page, bytes that are not part of a well-formed character and not escaped become "?": a browser could read them
     /// and the backslash after them as one character.
     static CString CleanScriptParameter(std::string_view text, int inAttributeOnly = 0);
-    /// Undoes Clean, except for what Clean dropped or merged: line feeds, and in a multibyte code page the single byte
-    /// 0xA0, which is decoded to the character.
+    /// Undoes Clean, except for what Clean dropped or merged: line feeds, and in UTF-8 the single byte 0xA0, which is
+    /// decoded to the character. "&nbsp;" is kept in a double-byte code page where 0xA0 is a lead byte, such as 936:
+    /// the byte would form a character with the next one.
     static CString Dirty(std::string_view text);
 
     // For pages in UTF-8, regardless of the process's code page. Only ASCII characters are escaped: the non-breaking

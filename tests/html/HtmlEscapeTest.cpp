@@ -24,7 +24,7 @@ protected:
     ScopedCodePage m_page{GetParam()};
 };
 
-INSTANTIATE_TEST_SUITE_P(CodePages, HtmlEscape, testing::Values(1252, 65001));
+INSTANTIATE_TEST_SUITE_P(CodePages, HtmlEscape, testing::Values(1252, 65001, 936));
 
 TEST_P(HtmlEscape, MatchesSequentialReplacement) {
     const std::string_view pieces[] = {
