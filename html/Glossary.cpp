@@ -39,7 +39,16 @@ std::string_view LastCharacter(std::string_view text, CodePage page) {
     return text.substr(begin);
 }
 
-/// Finds every occurrence of every term as a whole word, ordered by end.
+// Only the term with the lowest index can win at a start. Leaves the hits sorted by start.
+void KeepLowestTerms(std::vector<GlossaryHit>& hits) {
+    std::sort(hits.begin(), hits.end(), [](const GlossaryHit& a, const GlossaryHit& b) {
+        return a.begin != b.begin ? a.begin < b.begin : a.term < b.term;
+    });
+    const auto sameStart = [](const GlossaryHit& a, const GlossaryHit& b) { return a.begin == b.begin; };
+    hits.erase(std::unique(hits.begin(), hits.end(), sameStart), hits.end());
+}
+
+/// Finds the occurrences of the terms as whole words: for each start that of the lowest term, sorted by start.
 class TermSearch {
 public:
     TermSearch(std::string_view text, const CStringArray& terms) : m_text(text) {
@@ -49,6 +58,7 @@ public:
     std::vector<GlossaryHit> Run() {
         const PatternSet set(m_patterns);
         m_reader.IsByBytes() ? WalkBytes(set) : WalkCharacters(set);
+        KeepLowestTerms(m_hits);
         return std::move(m_hits);
     }
 
@@ -81,14 +91,26 @@ private:
     // `before` is the start of the previous character.
     void Consider(std::size_t term, std::size_t begin, std::size_t end, std::size_t before) {
         const bool startsWord = begin == 0 || !IsLetterOrDigit(m_text.substr(before, begin - before));
-        if (startsWord && EndsWord(m_text, end, m_reader.Page())) m_hits.push_back({begin, end, term});
+        if (startsWord && EndsWord(m_text, end, m_reader.Page())) Add({begin, end, term});
     }
     void Consider(std::size_t term, std::size_t begin, std::size_t end) { Consider(term, begin, end, begin - 1); }
+
+    // Terms that are parts of each other may occur far more often than the text has bytes.
+    void Add(const GlossaryHit& hit) {
+        if (m_hits.size() == m_most) {
+            KeepLowestTerms(m_hits);
+            m_most = 2 * m_hits.size() + kFew;
+        }
+        m_hits.push_back(hit);
+    }
+
+    static constexpr std::size_t kFew = 1024;
 
     std::string_view m_text;
     CaseReader m_reader{CaseRule::Ignore};
     std::vector<PatternSet::Units> m_patterns;
     std::vector<GlossaryHit> m_hits;
+    std::size_t m_most = kFew;  // before they are reduced
 };
 
 }  // namespace
@@ -101,17 +123,15 @@ bool IsWholeWord(std::string_view text, std::size_t begin, std::size_t end) {
 
 std::vector<GlossaryHit> FindTerms(std::string_view text, const CStringArray& terms) {
     std::vector<GlossaryHit> hits = TermSearch(text, terms).Run();
-    // Occurrences of one term are already sorted by position.
-    std::stable_sort(hits.begin(), hits.end(),
-                     [](const GlossaryHit& a, const GlossaryHit& b) { return a.term < b.term; });
-    std::vector<bool> taken(text.size() + 1);
-    std::erase_if(hits, [&](const GlossaryHit& hit) {
-        if (taken[hit.begin]) return true;
-        std::fill(taken.begin() + static_cast<std::ptrdiff_t>(hit.begin),
-                  taken.begin() + static_cast<std::ptrdiff_t>(hit.end) + 1, true);
+    // Only an accepted hit of the same or a lower term that starts earlier drops another one. The accepted ones that
+    // may reach the next start have descending terms.
+    std::vector<GlossaryHit> open;
+    std::erase_if(hits, [&open](const GlossaryHit& hit) {
+        while (!open.empty() && open.back().end < hit.begin) open.pop_back();
+        if (!open.empty() && open.back().term <= hit.term) return true;
+        open.push_back(hit);
         return false;
     });
-    std::sort(hits.begin(), hits.end(), [](const GlossaryHit& a, const GlossaryHit& b) { return a.begin < b.begin; });
     return hits;
 }
 

@@ -185,8 +185,10 @@ public:
     /// Returns Clean(text), with every term in it in a span that pops up its explanation. Terms match whole words,
     /// ignoring case; a plural "s" or "es" after a term stays outside the span. A match is dropped if it starts in, or
     /// right after, a match of an earlier term of the array, or an earlier match of the same term. (A match that starts
-    /// before such a match and overlaps it is kept: the common text then appears in both spans.) An empty term never
-    /// matches. O(n) in the sizes of the text, the terms and the result.
+    /// before such a match and overlaps it is kept, and the text continues after the later match: with the terms "cat"
+    /// and "the cat sat", the text "the cat sat" shows "the cat sat", "cat", " sat".) An empty term never matches.
+    /// Memory is O(n) in the sizes of the text, the terms and the result; time is O(n log n) in these and in the number
+    /// of all occurrences of terms, including dropped ones.
     /// @throws CInvalidArgException* if there are fewer explanations than terms.
     static CString GetGlossarizedText(std::string_view text, const CStringArray& terms,
                                       const CStringArray& explanations);

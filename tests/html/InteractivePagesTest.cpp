@@ -3,6 +3,7 @@
 #include <map>
 #include <random>
 
+#include "html/Glossary.h"
 #include "html/GoldenBarsPage.h"
 #include "html/GoldenPopupsPage.h"
 #include "html/GoldenQuickMenuPage.h"
@@ -105,6 +106,14 @@ TEST(Glossary, MatchesReferenceInUtf8) {
     const Utf8Locale locale;
     if (!locale) GTEST_SKIP() << "no UTF-8 locale";
     CompareOnRandomTexts({"a", "A", "\xC3\xA9", "\xC3\x89", " ", "s", "\xE9", "\xC3", "\xE2\x82\xAC", "b-"});
+}
+
+TEST(Glossary, KeepsFewOfManyCompetingTerms) {
+    const CString text('-', 1000);
+    CStringArray terms;
+    for (int i = 0; i < 40; ++i) terms.Add(CString('-', 1 + (i * 7 + 5) % 40));
+    EXPECT_EQ(CHtmlWriter::GetGlossarizedText(text, terms, terms), qv::test::MarkTermByTerm(text, terms, terms));
+    EXPECT_LT(qv::html::FindTerms(text, terms).capacity(), 8000u);  // of 40000 occurrences
 }
 
 TEST(Glossary, KnowsWholeWords) {
