@@ -8,6 +8,8 @@ CString CEscapedStringReplacer::ReplaceEscapes(std::string_view text) {
     // GetEscapedText may change the markers; this loop uses the original ones.
     const CString startFind = m_startFind, endFind = m_endFind;
     if (startFind.IsEmpty()) return text;
+    const std::string source(text);  // GetEscapedText may change the caller's string
+    text = source;
     const qv::CaseRule rule = qv::CaseRuleFor(!m_caseSensitive);
     qv::TextSearch starts(text, startFind, rule), ends(text, endFind, rule);
     std::string out;

@@ -21,7 +21,8 @@ public:
     /// The search for the next start marker begins at the end marker, not after it: if both markers are the same, each
     /// end marker is the next start marker, and "%" on both sides makes regions of b and c in "a%b%c%d". A start marker
     /// without an end marker is still replaced, and the text after it is kept. An empty start marker never matches; an
-    /// empty end marker matches right after the start marker. O(n) in the text and the result.
+    /// empty end marker matches right after the start marker. O(n) in the text and the result. GetEscapedText may change
+    /// the string that the text is in, such as an element of the array of CGetEscapedStrings.
     virtual CString ReplaceEscapes(std::string_view text);
 
     /// Non-zero: markers are case-sensitive.
