@@ -238,7 +238,8 @@ public:
 
     /// Converts a page to plain text, for a mail or a note: "p" and "br" start a line, "li" a line with "* ", other
     /// tags and newlines become a blank, blanks are collapsed, the five entities produced by Clean are decoded, and
-    /// lines end in CR LF. Closing tags are other tags. Time and memory are O(n).
+    /// lines end in CR LF. Closing tags are other tags; so are "<br/>" and "<p" before a newline, because a name ends
+    /// only at a blank or at ">". Time and memory are O(n).
     static CString HtmlToPlainText(std::string_view html);
 
     // Escaping (html/HtmlEscape.cpp)

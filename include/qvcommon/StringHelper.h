@@ -24,6 +24,9 @@ public:
     // Comparisons that ignore case compare lower-case forms, as CString::CompareNoCase does. An element "matches" a
     // string if it equals it or, with a no-case flag, equals it ignoring case. Members that look up many strings are
     // O(n) in the number of elements, not quadratic.
+    //
+    // StartsWith and EndsWith compare as many bytes as the prefix or the suffix has. So ignoring case, a part whose
+    // other case has a different number of bytes does not match, and a suffix may match inside a double-byte character.
 
     /// Returns 1 if the strings are equal, else 0.
     static int Equals(std::string_view a, std::string_view b, int caseSensitive = 1);
@@ -249,8 +252,8 @@ public:
     static void FromString(std::string_view text, CUIntArray& values);
 
     /// Returns the integer part, the separator, and the fraction in units of 1/base, truncated to a whole number of at
-    /// least two characters: 2.5 to the base 60 with ":" is "2:30". The parts of a negative value have the sign: -2.05 is
-    /// "-2:-3", -0.5 is "0:-30".
+    /// least two characters: 2.5 to the base 60 with ":" is "2:30". The parts of a negative value have the sign: -2.5 is
+    /// "-2:-30", -0.5 is "0:-30".
     static CString ToBasedString(double value, int base, std::string_view separator);
 
     /// Returns the value in the unit `unitNames[index]`, that is divided by `thresholds[index]`: "1.5 KB". Index -2
@@ -334,7 +337,8 @@ public:
     // return 1 if the marker was found, else 0 without changes.
     //
     // A CString moves the kept part to its front, which costs O(n) per call. A view only moves its ends, so that
-    // consuming a long string in many calls takes linear time in total.
+    // consuming a long string in many calls takes linear time in total, unless GetStringBetween misses an end marker:
+    // each such call searches all of the rest.
 
     /// Keeps the text BEFORE the marker's first occurrence.
     static int StripBefore(CString& text, std::string_view marker);
@@ -393,10 +397,12 @@ public:
     static CString ReplaceBetween(std::string_view text, std::string_view startMarker, std::string_view endMarker,
                                   std::string_view replacement);
 
-    /// Wraps the text into lines of at most `width` bytes, for display. It is trimmed; its own newlines are kept. A
-    /// longer line ends at the last space among its first `width` bytes, else after as many whole characters as fit, at
-    /// least one. A rest that is no longer than `width`, including newlines, is not broken again. All newlines become
-    /// CR LF. A width below 1 counts as 1.
+    /// Wraps the text into lines of at most `width` bytes, for display. It is trimmed; its own newlines are kept, and
+    /// count as one byte. While the rest is longer than `width`, its first `width` bytes determine the end of the line:
+    /// their first newline, else their last space unless that is the first byte, else the end of as many whole
+    /// characters as fit, at least one. So a newline directly after them is not noticed: at width 3 "abc\ndef" has an
+    /// empty line in the middle, and at width 5 the first line of "ab cd\nefgh" is "ab". A rest that is no longer than
+    /// `width` is kept as it is. All newlines become CR LF. A width below 1 counts as 1.
     static CString MakeMultiLine(std::string_view text, int width);
 
     // Addresses and forms (core/StringHelperUrl.cpp)
@@ -413,9 +419,9 @@ public:
     /// the character in its place is dropped, if the second is missing both are; at the end of the text the incomplete
     /// escape is dropped.
     static void Unescape(CString& text);
-    /// Decodes "%" and two hexadecimal digits, from left to right; "+" is kept. Decoding continues at the position of
-    /// the last sequence, so that sequences formed by decoding are decoded too: "%2541" becomes "A". A "%" without two
-    /// hexadecimal digits is kept.
+    /// Decodes "%" and two hexadecimal digits, from left to right; "+" is kept. Each sequence is decoded everywhere in
+    /// the text at once, and decoding continues at its position, so that sequences formed by decoding are decoded too:
+    /// "%2541" becomes "A", and "%32%25%3235" becomes "2#5". A "%" without two hexadecimal digits is kept.
     static CString UnEscapeUrl(std::string_view text);
     /// Splits the fields of form data, "name=value&name=value", unescapes both parts and appends them to the arrays.
     /// The first "=" separates them; fields without one are ignored.
