@@ -132,8 +132,10 @@ TEST_F(XmlDomElement, NewContentKeepsItsNamespaces) {
     root.LoadXml("<r xmlns:p='u'><a xmlns:p='w'/></r>");
     root.SetXml("<a xmlns:p='v' p:k='1'/>");
     EXPECT_EQ(root.GetDomElement().selectSingleNode("a/@p:k").get_namespaceURI(), "v");
-    const CString before = root.GetXml();
     CXmlDomElement other;
+    other.LoadXml("<r xml:lang='de'/>");
+    for (int i = 0; i < 2; ++i) root.SyncNode(other);
+    const CString before = root.GetXml();
     other.LoadXml("<r xmlns:p='v' k='1' p:l='2'><b/></r>");
     EXPECT_EQ(ComCodeOf([&] { root.SyncNode(other); }), _com_error::kInvalidArg);
     EXPECT_EQ(root.GetXml(), before);

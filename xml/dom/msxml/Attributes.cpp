@@ -153,7 +153,9 @@ bool CanCopyAttributes(Node& to, Node& from) {
     const std::vector<IXMLDOMNode> attributes = Attributes(from);
     return std::none_of(attributes.begin(), attributes.end(), [&](const IXMLDOMNode& attribute) {
         const std::string name = NameOf(attribute.Get());
-        const std::optional<std::string> uri = HasPrefix(name) ? UriOf(to, PrefixOf(name)) : std::nullopt;
+        // Some DOMs put "xml:lang" in no namespace when it is set.
+        if (!HasPrefix(name) || PrefixOf(name) == "xml") return false;
+        const std::optional<std::string> uri = UriOf(to, PrefixOf(name));
         return uri && *uri != NamespaceOf(attribute.Get());
     });
 }

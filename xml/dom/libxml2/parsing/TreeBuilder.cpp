@@ -99,7 +99,8 @@ struct TreeBuilder::Handlers {
         xmlSAX2AttributeDecl(data, element, name, type, kind, nullptr, choices);
         xmlAttribute* const declared = value && !again ? find() : nullptr;
         if (!declared) return;
-        BuilderOf(data).m_declaresByDefault |= IsDeclaration(View(name));
+        if (IsDeclaration(View(name)))
+            BuilderOf(data).m_defaultedNamespaces[std::string(View(element))] += {1, std::ssize(View(value))};
         declared->defaultValue = xmlDictLookup(context->dict, Xml(Literal(View(value)).c_str()), -1);
     }
 
@@ -107,7 +108,8 @@ struct TreeBuilder::Handlers {
                              const xmlChar** uris, int count, int defaulted, const xmlChar** attributes) {
         xmlParserCtxt* const context = ContextOf(data);
         TreeBuilder& self = BuilderOf(data);
-        self.CountDefaults(declarations, uris, defaulted, attributes + (count - defaulted) * kParts);
+        const xmlChar* const name = QualifiedName(context, prefix, local);
+        self.CountDefaults(View(name), attributes + (count - defaulted) * kParts, defaulted);
         if (++self.m_depth > kMaxDepth) return self.Refuse(context, "Elements are nested too deeply");
         if (self.m_defaults.AreTooMany()) return self.Refuse(context, "Too many attributes are given by default");
         self.m_namespaces |= declarations > 0;
@@ -127,8 +129,7 @@ struct TreeBuilder::Handlers {
         // libxml2 searches all previous attributes for each one it adds.
         constexpr int kFewAttributes = 32;
         const int few = count <= kFewAttributes ? count : 0;
-        xmlSAX2StartElementNs(data, QualifiedName(context, prefix, local), nullptr, nullptr, declarations, uris, few, 0,
-                              attributes);
+        xmlSAX2StartElementNs(data, name, nullptr, nullptr, declarations, uris, few, 0, attributes);
         if (few < count && !context->disableSAX && !AppendAttributes(context->node, attributes, count))
             self.Refuse(context, "There is not enough memory");
     }
@@ -183,14 +184,14 @@ void TreeBuilder::Refuse(xmlParserCtxt* context, const char* reason) {
     xmlStopParser(context);
 }
 
-// Defaulted attributes follow the others. Declarations are not marked: all count if some are given by default.
-void TreeBuilder::CountDefaults(int declarations, const xmlChar** uris, int defaulted, const xmlChar** attributes) {
-    m_defaults.number += defaulted;
-    for (int i = 0; i < defaulted; ++i)
-        m_defaults.bytes += attributes[i * kParts + End] - attributes[i * kParts + Value];
-    if (!m_declaresByDefault) return;
-    m_defaults.number += declarations;
-    for (int i = 0; i < declarations; ++i) m_defaults.bytes += std::ssize(View(uris[2 * i + 1]));
+// The parser does not count namespace declarations among the defaulted attributes, and does not mark them.
+void TreeBuilder::CountDefaults(std::string_view element, const xmlChar** attributes, int count) {
+    m_defaults.number += count;
+    for (const xmlChar** parts = attributes; count > 0; --count, parts += kParts)
+        m_defaults.bytes += parts[End] - parts[Value];
+    if (m_defaultedNamespaces.empty()) return;
+    const auto namespaces = m_defaultedNamespaces.find(element);
+    if (namespaces != m_defaultedNamespaces.end()) m_defaults += namespaces->second;
 }
 
 void TreeBuilder::DropBlanks(xmlNode* element) const {

@@ -37,13 +37,13 @@ private:
 
     void Refuse(xmlParserCtxt* context, const char* reason);
     void DropBlanks(xmlNode* element) const;
-    void CountDefaults(int declarations, const xmlChar** uris, int defaulted, const xmlChar** attributes);
+    void CountDefaults(std::string_view element, const xmlChar** attributes, int count);
 
     bool m_keepSpace;
     bool m_namespaces = false;
     int m_depth = 0;
     Defaults m_defaults;
-    bool m_declaresByDefault = false;  // a document type gives namespace declarations
+    KeyedMap<std::string, Defaults> m_defaultedNamespaces;  // by element
     // By depth: xml:space, and whether there may be blank texts.
     std::array<bool, kMaxDepth + 1> m_preserves = {}, m_hasBlanks = {};
     MSXML2::IXMLDOMParseError m_problem;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "core/KeyedHash.h"
+#include "platform/Ascii.h"
 #include "platform/Utf8.h"
 #include "xml/dom/Characters.h"
 #include "xml/dom/Held.h"
@@ -27,6 +29,11 @@ std::size_t FindBroken(std::string_view text) {
         i += c.length;
     }
     return text.npos;
+}
+
+// Returns the name at the start of a tag's or declaration's content.
+std::string_view NameIn(std::string_view content) {
+    return content.substr(0, content.find_first_of(" \t\r\n/>"));
 }
 
 // Moves from one piece of markup to the next.
@@ -103,25 +110,27 @@ private:
         if (rest.starts_with("<!ENTITY")) return "The document type declaration must not declare entities";
         const std::size_t start = m_at;
         SkipToUnquoted(">");
-        if (rest.starts_with("<!ATTLIST")) CountDefaults(m_text.substr(start, m_at - start));
+        constexpr std::string_view attributes = "<!ATTLIST";
+        if (rest.starts_with(attributes)) CountDefaults(m_text.substr(start, m_at - start).substr(attributes.size()));
         return nullptr;
     }
 
     // Only defaults have quotes.
     void CountDefaults(std::string_view declaration) {
+        Defaults& declared = m_declared[NameIn(ascii::TrimmedLeft(declaration, IsSpace))];
         for (;;) {
             const std::size_t open = declaration.find_first_of("\"'");
             const std::size_t close = open == declaration.npos ? open : declaration.find(declaration[open], open + 1);
             if (close == declaration.npos) return;
-            ++m_declared.number;
-            m_declared.bytes += static_cast<long long>(close - open) - 1;
+            ++declared.number;
+            declared.bytes += static_cast<long long>(close - open) - 1;
             declaration.remove_prefix(close + 1);
         }
     }
 
     const char* Tag() {
-        // Of all elements, since this does not know their names.
-        m_given += m_declared;
+        if (const auto declared = m_declared.find(NameIn(m_text.substr(m_at + 1))); declared != m_declared.end())
+            m_given += declared->second;
         if (m_given.AreTooMany()) return "Too many attributes are given by default";
         const std::size_t start = m_at;
         const bool empty = SkipToUnquoted(">") && m_text[m_at - 1] == '/';
@@ -138,7 +147,8 @@ private:
     std::size_t m_at = 0;
     bool m_inSubset = false;
     int m_depth = 0;
-    Defaults m_declared, m_given;
+    KeyedMap<std::string_view, Defaults> m_declared;  // by element
+    Defaults m_given;
 };
 
 }  // namespace
