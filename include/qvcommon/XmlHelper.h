@@ -55,7 +55,7 @@ public:
     /// Replaces the markup inside an element, keeping its attributes. Child elements that recur in the new markup keep
     /// their nodes: first identical ones, then, in order, those with the same name, namespace and "typ" attribute, whose
     /// attributes and content are replaced, unless a prefix of the new attributes has another namespace there. Markup
-    /// without declarations is in no namespace, whatever the element's is. O(n).
+    /// without declarations is in no namespace, regardless of the element's. O(n).
     /// @return 0 if the markup does not parse; nothing is changed then.
     static BOOL SetXml(const Element& element, std::string_view xml);
 

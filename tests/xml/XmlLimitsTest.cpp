@@ -54,6 +54,7 @@ TEST(XmlLimits, SameInEveryEncoding) {
         std::string text;
         const char* reason;  // null: it loads
     };
+    const char* const invalidDefault = "An attribute that is given by default is not valid in a tag";
     const Row rows[] = {
         {"<a t='~'>~</a>", nullptr},
         {Nested(256, "<a t='~'>"), nullptr},
@@ -64,6 +65,8 @@ TEST(XmlLimits, SameInEveryEncoding) {
          nullptr},
         {"<!DOCTYPE a [<!-- ~ --><!ENTITY e 'x'>]><a>&e;</a>",
          "The document type declaration must not declare entities"},
+        {"<!DOCTYPE a [<!ATTLIST a k (x | y) 'x' l NOTATION (n) #IMPLIED :m CDATA #FIXED '~'>]><a/>", invalidDefault},
+        {"<!DOCTYPE a [<!ATTLIST a k CDATA #REQUIRED xmlns:l CDATA ''>]><a k='~'/>", invalidDefault},
         {"<!DOCTYPE a [<!ENTITY % e 'x'>]><a/>", "The document type declaration must not declare entities"},
         {"<!DOCTYPE a [<!ENTITY e SYSTEM 'm' NDATA n>]><a/>",
          "The document type declaration must not declare entities"},

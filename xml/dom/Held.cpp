@@ -95,4 +95,8 @@ bool CanDeclare(std::string_view prefix, std::string_view uri) {
     return prefix != "xml" && prefix != "xmlns" && !reserved && (prefix.empty() || !uri.empty());
 }
 
+bool CanDefault(std::string_view name, std::string_view value) {
+    return IsName(name) && (!IsDeclaration(name) || CanDeclare(DeclaredPrefix(name), value));
+}
+
 }  // namespace qv::dom

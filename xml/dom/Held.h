@@ -27,6 +27,11 @@ struct Defaults {
     bool AreTooMany() const { return number > 100'000 || bytes > 10'000'000; }
 };
 
+/// Whether an attribute that a document type gives by default can be written in a tag, as it is when the document is
+/// saved.
+bool CanDefault(std::string_view name, std::string_view value);
+constexpr const char* kBadDefault = "An attribute that is given by default is not valid in a tag";
+
 /// The maximum size of a document and of a text of this library; checked before a text is read.
 constexpr std::size_t kLongestDocument = 0x7FFFFFFF;
 MSXML2::IXMLDOMParseError TooLong();

@@ -99,6 +99,7 @@ struct TreeBuilder::Handlers {
         xmlSAX2AttributeDecl(data, element, name, type, kind, nullptr, choices);
         xmlAttribute* const declared = value && !again ? find() : nullptr;
         if (!declared) return;
+        if (!CanDefault(View(name), View(value))) return BuilderOf(data).Refuse(context, kBadDefault);
         if (IsDeclaration(View(name)))
             BuilderOf(data).m_defaultedNamespaces[std::string(View(element))] += {1, std::ssize(View(value))};
         declared->defaultValue = xmlDictLookup(context->dict, Xml(Literal(View(value)).c_str()), -1);

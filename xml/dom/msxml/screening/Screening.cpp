@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <optional>
 
 #include "core/KeyedHash.h"
 #include "platform/Ascii.h"
@@ -31,10 +33,57 @@ std::size_t FindBroken(std::string_view text) {
     return text.npos;
 }
 
-// Returns the name at the start of a tag's or declaration's content.
-std::string_view NameIn(std::string_view content) {
+std::string_view NameOfTag(std::string_view content) {
     return content.substr(0, content.find_first_of(" \t\r\n/>"));
 }
+
+/// Reads the content of an attribute list, up to its end or the first mistake, which the DOM reports.
+class AttributeList {
+public:
+    explicit AttributeList(std::string_view content) : m_rest(content) {}
+
+    struct Default {
+        std::string_view name, value;
+    };
+
+    /// Returns the next attribute with a default, or nullopt.
+    std::optional<Default> NextDefault() {
+        for (std::string_view name = Word(); !name.empty(); name = Word()) {
+            if (const std::string_view type = Word(); type.empty() || type == "NOTATION") SkipChoices();
+            const std::string_view rule = Word();
+            if (rule.empty() || rule == "#FIXED") return Default{name, Quoted()};
+        }
+        return std::nullopt;
+    }
+
+    /// Returns the next characters before a space, a quote or a list of choices.
+    std::string_view Word() {
+        m_rest = ascii::TrimmedLeft(m_rest, IsSpace);
+        return Take(std::min(m_rest.find_first_of(" \t\r\n\"'("), m_rest.size()));
+    }
+
+private:
+    std::string_view Take(std::size_t size) {
+        const std::string_view taken = m_rest.substr(0, size);
+        m_rest.remove_prefix(size);
+        return taken;
+    }
+
+    // Also skips what precedes the parenthesis.
+    void SkipChoices() { Take(std::min(m_rest.find(')'), m_rest.size() - 1) + 1); }
+
+    // The next character is a quote, unless the list is wrong.
+    std::string_view Quoted() {
+        m_rest = ascii::TrimmedLeft(m_rest, IsSpace);
+        if (m_rest.empty()) return {};
+        const char quote = Take(1)[0];
+        const std::string_view text = Take(std::min(m_rest.find(quote), m_rest.size()));
+        Take(std::min<std::size_t>(1, m_rest.size()));
+        return text;
+    }
+
+    std::string_view m_rest;
+};
 
 // Moves from one piece of markup to the next.
 class Scanner {
@@ -110,26 +159,22 @@ private:
         if (rest.starts_with("<!ENTITY")) return "The document type declaration must not declare entities";
         const std::size_t start = m_at;
         SkipToUnquoted(">");
-        constexpr std::string_view attributes = "<!ATTLIST";
-        if (rest.starts_with(attributes)) CountDefaults(m_text.substr(start, m_at - start).substr(attributes.size()));
+        constexpr std::string_view list = "<!ATTLIST";
+        if (!rest.starts_with(list)) return nullptr;
+        return CountDefaults(AttributeList(m_text.substr(start, m_at - start).substr(list.size())));
+    }
+
+    const char* CountDefaults(AttributeList list) {
+        Defaults& declared = m_declared[list.Word()];
+        while (const auto attribute = list.NextDefault()) {
+            if (!CanDefault(attribute->name, attribute->value)) return kBadDefault;
+            declared += {1, std::ssize(attribute->value)};
+        }
         return nullptr;
     }
 
-    // Only defaults have quotes.
-    void CountDefaults(std::string_view declaration) {
-        Defaults& declared = m_declared[NameIn(ascii::TrimmedLeft(declaration, IsSpace))];
-        for (;;) {
-            const std::size_t open = declaration.find_first_of("\"'");
-            const std::size_t close = open == declaration.npos ? open : declaration.find(declaration[open], open + 1);
-            if (close == declaration.npos) return;
-            ++declared.number;
-            declared.bytes += static_cast<long long>(close - open) - 1;
-            declaration.remove_prefix(close + 1);
-        }
-    }
-
     const char* Tag() {
-        if (const auto declared = m_declared.find(NameIn(m_text.substr(m_at + 1))); declared != m_declared.end())
+        if (const auto declared = m_declared.find(NameOfTag(m_text.substr(m_at + 1))); declared != m_declared.end())
             m_given += declared->second;
         if (m_given.AreTooMany()) return "Too many attributes are given by default";
         const std::size_t start = m_at;
