@@ -113,10 +113,15 @@ bool HasAttributeDeclarations(const xmlDoc* doc) {
 
 // When the document is read again, they would give defaults to elements that were added or have lost them.
 void LeaveOutAttributeDeclarations(const xmlDoc* doc) {
-    for (xmlNode* node = AttributeDeclaration(doc->intSubset->children); node;) {
+    xmlDtd* const subset = doc->intSubset;
+    for (xmlNode* node = AttributeDeclaration(subset->children); node;) {
         xmlNode* const declaration = std::exchange(node, AttributeDeclaration(node->next));
         xmlUnlinkNode(declaration);
     }
+    if (subset->children) return;
+    // libxml2 writes an empty subset in brackets while it has tables, which it does not have when it is read again.
+    xmlFreeElementTable(static_cast<xmlElementTable*>(std::exchange(subset->elements, nullptr)));
+    xmlFreeAttributeTable(static_cast<xmlAttributeTable*>(std::exchange(subset->attributes, nullptr)));
 }
 
 }  // namespace
