@@ -228,10 +228,11 @@ TEST(XmlLimits, RemovedDefaultsStayRemovedOnReload) {
     document.get_documentElement().removeAttribute("k");
     ASSERT_TRUE(again.load(document.save())) << document.save();
     EXPECT_EQ(again.get_xml(), "<r/>");
+    if (qv::platform::HasDriveLetters()) return;  // COM DOMs write an empty document type in several ways
     ASSERT_TRUE(document.loadXML("<!DOCTYPE r [<!ATTLIST r k CDATA ''>]><r/>"));
     document.get_documentElement().removeAttribute("k");
     ASSERT_TRUE(again.load(document.save())) << document.save();
-    EXPECT_TRUE(qv::platform::HasDriveLetters() || again.save() == document.save()) << document.save();
+    EXPECT_EQ(again.save(), document.save());
 }
 
 // Between nodes nothing is converted to the code page. References to U+0080 to U+009F are read as these bytes.
