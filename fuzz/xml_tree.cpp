@@ -61,6 +61,11 @@ private:
         if (!text.empty() || node.get_nodeType() != MSXML2::NODE_TEXT) node.put_text(text);
     }
 
+    // An element that copies one around it doubles the tree.
+    static void Sync(const IXMLDOMElement& to, const IXMLDOMElement& from) {
+        if (CString(from.get_xml()).GetLength() < 2000) CXmlDomElement::SyncNode(to, from);
+    }
+
     IXMLDOMNode At(char c) const { return m_held[static_cast<unsigned char>(c) % m_held.size()]; }
 
     void Run(char operation, const IXMLDOMNode& a, const IXMLDOMNode& b, std::string_view text) {
@@ -78,7 +83,7 @@ private:
             case 8: return Hold(a.selectSingleNode(text));
             case 9: return static_cast<void>(CXmlHelper::SetXml(element, text));
             case 10: return Hold(CXmlHelper::AppendXml(a, text, 1));
-            case 11: return CXmlDomElement::SyncNode(element, IXMLDOMElement(b));
+            case 11: return Sync(element, IXMLDOMElement(b));
             case 12: return static_cast<void>(CXmlHelper::AddElement(a, name, value));
             case 13: return static_cast<void>(m_documents[1].loadXML(text));
             case 14: return Hold(a.get_firstChild());
