@@ -38,6 +38,7 @@ void CabinetReader::Count(const MemberEntry& member) {
     ++m_members;
     m_totalSize += member.size;
     if (m_members > m_limits.members || m_totalSize > m_limits.totalSize) throw EngineFailure{ReadError::Corrupt};
+    if (!ExpandsTooFar()) return;
     const CString path = m_where.cabinet;
     while (ExpandsTooFar() && m_places.back().hasNext) OpenPlace(static_cast<Serial>(m_places.size()));
     m_where.cabinet = path;

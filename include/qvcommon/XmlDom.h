@@ -24,8 +24,9 @@
 /// **Documents from outside are limited**, equally in every encoding: elements nest at most 256 deep; a document type
 /// declaration may name an external subset, which is never read, and declare elements, attributes and notations, but no
 /// entities; references to others than the five of XML are rejected; at most 100,000 attributes may be defaulted by
-/// declarations, with values of 10,000,000 bytes in all and names that are valid in a tag; a text has at most
-/// 2^31 - 1 bytes. Nothing is ever fetched from the network or disk.
+/// declarations, with values of 10,000,000 bytes in all and names that are valid in a tag (on Windows, a default also
+/// counts for elements that give the attribute themselves; on Linux only that of a namespace declaration does); a text
+/// has at most 2^31 - 1 bytes. Nothing is ever fetched from the network or disk.
 ///
 /// Costs: libxml2 compares the attributes of one tag with each other, so loading a tag with n of them is O(n^2).
 /// Setting an attribute with a prefix compares it with the others of its element that have one, and moving a node looks

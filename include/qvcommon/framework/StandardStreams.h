@@ -5,12 +5,14 @@
 
 #include "qvcommon/framework/File.h"
 
-/// To be called first in main by programs of the console, before threads start. Undoes what a parent program may have
-/// left: on Linux, opens /dev/null for each standard stream that is closed, so that no file takes its number (the stream
-/// still fails), and resets an ignored SIGCHLD, with which no child returns its status. No-op on Windows.
+/// To be called first in main by console programs, before threads start. Undoes what a parent program may have left: on
+/// Linux, opens /dev/null for each standard stream that is closed, so that no file takes its number (using the stream
+/// still fails), and resets an ignored SIGCHLD, with which no child returns its status. No-op on Windows. Never throws;
+/// what cannot be undone is left as it is.
 QVCOMMON_API void QVCOMMON_CALL AfxPrepareConsole();
 
-/// Reads the next bytes of standard input; returns how many, 0 at its end.
+/// Reads up to `size` of the next bytes of standard input into a buffer of the caller; returns how many, 0 at the
+/// end. One thread at a time.
 /// @throws CFileException* if it cannot be read.
 QVCOMMON_API std::size_t QVCOMMON_CALL AfxReadStandardInput(void* buffer, std::size_t size);
 

@@ -19,8 +19,8 @@ using Doc = std::unique_ptr<xmlDoc, FreeDoc>;
 std::string Literal(std::string_view value);
 
 /// Builds a tree with qualified names while libxml2 parses, in one pass. Stops at the first error or limit: more than
-/// kMaxDepth nested elements, too many Defaults, an entity declaration, a
-/// reference to an undeclared entity. Nothing external is ever opened.
+/// kMaxDepth nested elements, too many Defaults, an entity declaration, a reference to an undeclared entity. Nothing
+/// external is ever opened.
 class TreeBuilder {
 public:
     explicit TreeBuilder(bool keepSpace) : m_keepSpace(keepSpace) {}
