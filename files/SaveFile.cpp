@@ -21,12 +21,6 @@ bool IsMissing(const CString& path) {
     return qv::platform::StatusOf(path, info).cause() == qv::platform::FileCause::FileNotFound;
 }
 
-/// The new version of a private document must not be readable to others; the document's permissions are applied at the
-/// end.
-qv::platform::Access AccessFor(const CString& target) {
-    return IsMissing(target) ? qv::platform::Access::AsUmaskSays : qv::platform::Access::Owner;
-}
-
 }  // namespace
 
 CSaveFile::CSaveFile() = default;
@@ -46,7 +40,8 @@ BOOL CSaveFile::Open(const char* fileName, UINT, CFileException* error) {
     CSaveFile::Abort();
     auto version = std::make_unique<Version>();
     version->target = CString(qv::platform::LinkTarget(name));
-    const Status created = version->file.Create(version->target, AccessFor(version->target));
+    const auto access = qv::platform::AccessForUpdate(version->target, qv::platform::Access::AsUmaskSays);
+    const Status created = version->file.Create(version->target, access);
     if (!created.ok() && error) qv::Describe(created, name, *error);
     if (!created.ok()) return 0;
     m_version = std::move(version);

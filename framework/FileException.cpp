@@ -44,7 +44,8 @@ constexpr const char* kMessages[] = {"%s: nothing went wrong.",
                                      "%s ended too early."};
 
 const char* PatternFor(int cause, LONG osError) {
-    if (osError > 0 && qv::platform::MeansNoLocks(static_cast<unsigned long>(osError)))
+    if (cause == CFileException::invalidFile && osError > 0 &&
+        qv::platform::MeansNoLocks(static_cast<unsigned long>(osError)))
         return "%s cannot be locked on its file system.";
     const bool known = cause >= 0 && cause < static_cast<int>(std::size(kMessages));
     return kMessages[known ? cause : CFileException::generic];

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/File.h"
+#include "platform/FileStatus.h"
 #include "platform/Folder.h"
 
 namespace qv::platform {
@@ -15,8 +16,11 @@ enum class IfExists {
     Replace,
     /// As if the file were written in place: refused if it is not writable (AccessDenied), and while another handle
     /// denies writing (SharingViolation). The new version keeps mode, owner, group, access lists and extended
-    /// attributes as far as the user may set them; on Windows attributes, access lists and streams.
-    Update
+    /// attributes as far as the user may set them; on Windows attributes, access lists and streams. Where the file system
+    /// does not support locks, it fails on Linux with InvalidFile, as opening for writing does.
+    Update,
+    /// Does the same, but on file systems without locks succeeds regardless of other handles.
+    UpdateEvenWithoutLocks
 };
 /// Access to the new file on Linux; on Windows the folder's access list applies. AsFolder: world-readable, and writable
 /// for all users who can write to the folder.
@@ -64,6 +68,13 @@ private:
 
     std::unique_ptr<Body> m_body;
 };
+
+/// Returns the access to create the new version of a file with: `ifMissing`, or Owner if the file exists. A private
+/// file's new version must not be readable to others before Commit applies the file's permissions.
+inline Access AccessForUpdate(const std::string& target, Access ifMissing) {
+    FileInfo info;
+    return StatusOf(target.c_str(), info).cause() == FileCause::FileNotFound ? ifMissing : Access::Owner;
+}
 
 /// Deletes a file durably: after success a crash of the machine does not restore its name.
 Status RemoveSynced(const char* path);

@@ -23,6 +23,14 @@ inline void AppendHex(std::string& out, char byte, HexCase letters = HexCase::Up
     AppendHex(out, static_cast<unsigned char>(byte), letters);
 }
 
+/// Two upper-case digits for each byte.
+inline std::string HexText(std::string_view bytes) {
+    std::string text;
+    text.reserve(2 * bytes.size());
+    for (const char byte : bytes) AppendHex(text, byte);
+    return text;
+}
+
 /// 0 to 15 for a digit, in either case; -1 for any other character.
 constexpr int HexDigitValue(char c) {
     if (ascii::IsDigit(c)) return c - '0';

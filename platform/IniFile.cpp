@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/AtomicFile.h"
 #include "platform/FileLock.h"
 #include "platform/FileOpen.h"
 #include "platform/FileStatus.h"
@@ -55,12 +54,12 @@ Status ReadOpened(const std::string& path, std::string& text) {
     return ReadWhole(file.Handle(), static_cast<std::size_t>(info.size), text);
 }
 
-Status ReplaceText(const std::string& path, const std::string& text) {
+Status ReplaceText(const std::string& path, const std::string& text, Access access) {
     if (text.size() > kLargestIniFile) return {FileCause::InvalidFile, 0};
     AtomicFile file;
-    if (const Status created = file.Create(path.c_str()); !created.ok()) return created;
+    if (const Status created = file.Create(path.c_str(), AccessForUpdate(path, access)); !created.ok()) return created;
     if (const Status written = WriteBytes(file.Handle(), text.data(), text.size()); !written.ok()) return written;
-    return file.Commit(IfExists::Update, Durability::Synced);
+    return file.Commit(IfExists::UpdateEvenWithoutLocks, Durability::Synced);
 }
 
 }  // namespace
@@ -72,14 +71,15 @@ Status ReadIniFile(const std::string& path, std::string& text) {
     return ReadOpened(path, text);
 }
 
-Status ChangeIniFile(const std::string& path, const std::function<std::string(std::string text)>& change) {
+Status ChangeIniFile(const std::string& path, const std::function<std::string(std::string text)>& change,
+                     Access access) {
     const std::string target = LinkTarget(path.c_str());
     FileLock lock;
     if (const Status taken = lock.Take(target, FileLockKind::Write); !taken.ok()) return taken;
     std::string text;
     if (const Status read = ReadOpened(target, text); !read.ok()) return read;
     const std::string changed = change(text);
-    return changed == text ? Status() : ReplaceText(target, changed);
+    return changed == text ? Status() : ReplaceText(target, changed, access);
 }
 
 }  // namespace qv::platform

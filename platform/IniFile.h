@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/Status.h"
+#include "platform/AtomicFile.h"
 
 namespace qv::platform {
 
@@ -17,12 +17,13 @@ inline constexpr std::size_t kLargestIniFile = std::size_t{16} << 20;
 Status ReadIniFile(const std::string& path, std::string& text);
 
 /// Replaces the text by `change(text)`, atomically. Writers are serialized: no change is applied to a text that another
-/// one has replaced. A text that does not change is not written. The folder must exist; a new file is accessible to the
-/// user only, an existing one keeps its attributes, and a link is followed.
+/// one has replaced. A text that does not change is not written. The folder must exist. `access` applies to a new file; an
+/// existing one keeps its attributes, and a link is followed.
 ///
 /// Writers lock a file beside it with ".lock" appended to the name, which is not deleted. On file systems without locks
 /// they do not wait, and the last one wins. `change` must not read or change the same file; an exception from it leaves
 /// the file unchanged.
-Status ChangeIniFile(const std::string& path, const std::function<std::string(std::string text)>& change);
+Status ChangeIniFile(const std::string& path, const std::function<std::string(std::string text)>& change,
+                     Access access = Access::Owner);
 
 }  // namespace qv::platform

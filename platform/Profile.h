@@ -20,7 +20,8 @@ struct ProfilePlace {
 /// user has no folder for settings: nothing is stored then.
 std::string ProfileFile(const ProfilePlace& place);
 
-/// Returns nullopt if the value does not exist or cannot be read. Names are case-insensitive.
+/// Returns nullopt if the value does not exist or cannot be read. Names are case-insensitive. Integers and bytes of the
+/// registry are read in their text form; lists, which only other programs write, count as missing.
 std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* section, const char* entry);
 
 /// Sets the value. A null value deletes the entry, a null entry the section; deleting what does not exist succeeds.
@@ -28,7 +29,7 @@ std::optional<std::string> ReadProfile(const ProfilePlace& place, const char* se
 /// processes.
 bool WriteProfile(const ProfilePlace& place, const char* section, const char* entry, const char* value);
 
-/// Returns the names of the section's entries that have a text, or with null those of the sections. Empty if they
+/// Returns the names of the section's entries that can be read, or with null those of the sections. Empty if they
 /// cannot be read.
 std::vector<std::string> ListProfile(const ProfilePlace& place, const char* section);
 

@@ -29,8 +29,7 @@ enum class FileCause {
 /// Returns the cause for a system error number; Generic for unknown numbers, None for 0.
 FileCause CauseOf(unsigned long error);
 
-/// Returns whether an error means that the file system does not support locks, or has run out of them. Always false on
-/// Windows.
+/// Returns whether the error of a lock means that the file system does not support locks, or has run out of them.
 bool MeansNoLocks(unsigned long error);
 /// Returns whether an error means that the name already exists.
 bool MeansNameTaken(unsigned long error);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "platform/Status.h"
+#include "platform/AtomicFile.h"
 
 namespace qv::platform {
 
@@ -20,8 +20,9 @@ enum class UserFolderKind {
 /// exist. Variables without an absolute path are ignored.
 std::string UserFolder(UserFolderKind kind);
 
-/// Creates the folder and its missing parents, on Linux with access for the user only. Succeeds if it exists.
-Status MakeUserFolder(const std::string& path);
+/// Creates the folder and its missing parents. On Linux Access::Owner gives access to the user only; otherwise others may
+/// read. Succeeds if the name exists, regardless of its type.
+Status MakeUserFolder(const std::string& path, Access access = Access::Owner);
 
 /// Makes the folder, in the system's form, replace all these folders in this process; null restores them. Returns
 /// false, without effect, if settings are not stored in a folder. Must not be called while other threads use the

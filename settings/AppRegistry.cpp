@@ -3,6 +3,7 @@
 #include <mutex>
 
 #include "framework/FileErrors.h"
+#include "platform/FileStatus.h"
 #include "platform/Path.h"
 #include "platform/Process.h"
 #include "platform/UserFolders.h"
@@ -32,6 +33,9 @@ CString OwnFolder(qv::platform::UserFolderKind kind) {
     if (all.empty()) qv::ThrowIfFailed({qv::platform::FileCause::BadPath, 0}, OwnPath());
     const CString folder = all + '\\' + OwnPath();
     qv::ThrowIfFailed(qv::platform::MakeUserFolder(folder), folder);
+    qv::platform::FileInfo info;
+    qv::ThrowIfFailed(StatusOf(folder, info), folder);
+    if (!(info.attributes & qv::platform::kDirectory)) qv::ThrowIfFailed({qv::platform::FileCause::BadPath, 0}, folder);
     return folder + '\\';
 }
 

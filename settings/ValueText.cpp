@@ -79,10 +79,7 @@ CStringArray ReadListText(std::string_view text) {
 }
 
 CString BytesText(std::string_view bytes) {
-    CString text;
-    text.reserve(2 * bytes.size());
-    for (const char byte : bytes) AppendHex(text.AsStd(), byte);
-    return text;
+    return CString(HexText(bytes));
 }
 
 std::optional<CString> ReadBytesText(std::string_view text) {

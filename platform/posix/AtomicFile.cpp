@@ -93,7 +93,8 @@ private:
     mode_t Mode() const { return access == Access::Owner ? kOwnerOnly : kAsUmaskSays; }
     Result<int> TakeFreeTarget() const;
     Result<int> ReplaceTarget(bool exists);
-    Status ClaimTarget(UniqueFd& existing) const;
+    Status OpenTarget(IfExists ifExists, UniqueFd& existing) const;
+    Status ClaimTarget(IfExists ifExists, UniqueFd& existing) const;
 
     const int folder;  // the base of the names; AT_FDCWD for a path
     const Access access;
@@ -165,13 +166,21 @@ Result<int> AtomicFile::Body::ReplaceTarget(bool exists) {
     return sys::renameat(folder, temporary.c_str(), folder, target.c_str());
 }
 
-/// Opens the target as if for writing, and copies its attributes to the new version. Opens nothing if there is no
-/// target.
-Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
+Status AtomicFile::Body::OpenTarget(IfExists ifExists, UniqueFd& existing) const {
     FileHandle handle = kNoFile;
     const Status opened = OpenFile(LibraryPath(target).c_str(), {.write = true, .denyWrite = true}, handle);
+    if (opened.ok()) existing = UniqueFd(static_cast<int>(handle));
+    if (ifExists != IfExists::UpdateEvenWithoutLocks || !MeansNoLocks(opened.error())) return opened;
+    const auto plain = sys::openat(folder, target.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0);
+    existing = UniqueFd(plain);
+    return StatusOf(plain);
+}
+
+/// Opens the target as if for writing, and copies its attributes to the new version. Opens nothing if there is no
+/// target.
+Status AtomicFile::Body::ClaimTarget(IfExists ifExists, UniqueFd& existing) const {
+    const Status opened = OpenTarget(ifExists, existing);
     if (!opened.ok()) return opened.cause() == FileCause::FileNotFound ? Status() : opened;
-    existing = UniqueFd(static_cast<int>(handle));
     struct stat status;
     if (const auto asked = sys::fstat(existing.Get(), &status); !asked.ok()) return asked.status();
     if (!S_ISREG(status.st_mode)) return {FileCause::AccessDenied, EPERM};
@@ -181,8 +190,8 @@ Status AtomicFile::Body::ClaimTarget(UniqueFd& existing) const {
 
 Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     UniqueFd existing;  // claimed until the new version is in place, whose attributes are synced with its data
-    if (ifExists == IfExists::Update)
-        if (const Status claimed = ClaimTarget(existing); !claimed.ok()) return claimed;
+    if (ifExists == IfExists::Update || ifExists == IfExists::UpdateEvenWithoutLocks)
+        if (const Status claimed = ClaimTarget(ifExists, existing); !claimed.ok()) return claimed;
     if (const Status flushed = FlushToFileSystem(file.Get()); !flushed.ok()) return flushed;
     UniqueFd openedFolder;
     if (durability == Durability::Synced) {

@@ -3,6 +3,8 @@
 /// @file Byte-range locks owned by the open file description: they also exclude other descriptors of this process, and
 /// are released when the last duplicate of the descriptor is closed. Network file systems support them too.
 
+#include <cerrno>
+
 #include "platform/posix/System.h"
 
 namespace qv::platform {
@@ -16,13 +18,20 @@ struct ByteRange {
 
 namespace detail {
 
+/// File systems reject locks with different error numbers; all are mapped to one, which MeansNoLocks.
+inline Result<int> WithOneRefusal(const Result<int>& call) {
+    const auto error = call.error();
+    const bool refused = error == EACCES || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
+    return refused ? Result<int>::OfError(-1, ENOLCK) : call;
+}
+
 inline Result<int> CallOfdLock(int file, int command, struct flock& lock, OfdLockKind kind, const ByteRange& range) {
     lock = {};
     lock.l_type = static_cast<short>(kind);
     lock.l_whence = SEEK_SET;
     lock.l_start = range.start;
     lock.l_len = range.length;
-    return sys::fcntl_lock(file, command, &lock);
+    return WithOneRefusal(sys::fcntl_lock(file, command, &lock));
 }
 
 }  // namespace detail
@@ -40,7 +49,6 @@ inline Result<int> WaitForOfdLock(int file, OfdLockKind kind, const ByteRange& r
     return detail::CallOfdLock(file, F_OFD_SETLKW, lock, kind, range);
 }
 
-/// EACCES is not a conflict: some user-space file systems reject all locks with it.
 inline bool IsLockConflict(const Result<int>& set) {
     return set.error() == EAGAIN;
 }

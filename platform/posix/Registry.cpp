@@ -45,20 +45,22 @@ std::string FileOf(const RegistryKey& key, const ProfilePlace& place) {
     return UserFolder(UserFolderKind::MachineSettings) + '\\' + place.company + '\\' + place.application + ".ini";
 }
 
+/// All users may read the machine's settings.
+Access AccessTo(const RegistryKey& key) {
+    return key.root == RegistryRoot::Machine ? Access::AsFolder : Access::Owner;
+}
+
 Status Change(const RegistryKey& key,
               const std::function<std::string(const std::string& text, const std::string&)>& change) {
     const Section section = SectionOf(key.path);
     const std::string file = FileOf(key, section.place);
     if (file.empty()) return {FileCause::BadPath, ENOENT};
-    return ChangeIniFile(file, [&](const std::string& text) { return change(text, section.name); });
+    const auto changeSection = [&](const std::string& text) { return change(text, section.name); };
+    return ChangeIniFile(file, changeSection, AccessTo(key));
 }
 
 std::string TextOf(const RegistryValue& value) {
-    if (value.type != RegistryType::Bytes) return value.data;
-    std::string digits;
-    digits.reserve(2 * value.data.size());
-    for (const char byte : value.data) AppendHex(digits, byte);
-    return digits;
+    return value.type == RegistryType::Bytes ? HexText(value.data) : value.data;
 }
 
 bool IsMissing(const Status& status) {
@@ -88,7 +90,8 @@ Status ReadRegistryValue(const RegistryKey& key, const std::string& name, Regist
 
 Status WriteRegistryValue(const RegistryKey& key, const std::string& name, const RegistryValue& value) {
     const std::string file = FileOf(key, SectionOf(key.path).place);
-    if (const Status made = MakeUserFolder(file.substr(0, file.rfind('\\'))); !made.ok()) return made;
+    const std::string folder = file.substr(0, file.rfind('\\'));
+    if (const Status made = MakeUserFolder(folder, AccessTo(key)); !made.ok()) return made;
     return Change(key, [&](const std::string& text, const std::string& section) {
         return WithIniValue(text, section, name, TextOf(value));
     });

@@ -54,12 +54,16 @@ bool UseUserFolder(const char* folder) {
     return true;
 }
 
-Status MakeUserFolder(const std::string& path) {
+Status MakeUserFolder(const std::string& path, Access access) {
     const std::string native = NativePath(path);
+    const mode_t mode = access == Access::Owner ? 0700 : 0755;
     Status made;
     for (std::size_t end = 0; end != native.npos;) {
         end = native.find('/', end + 1);
-        const auto call = sys::mkdirat(AT_FDCWD, native.substr(0, end).c_str(), 0700);
+        const std::string folder = native.substr(0, end);
+        const auto call = sys::mkdirat(AT_FDCWD, folder.c_str(), mode);
+        if (call.ok() && access != Access::Owner)  // regardless of the umask
+            sys::fchmodat(AT_FDCWD, folder.c_str(), mode, 0).IgnoreError();
         // A parent folder that cannot be created, because it exists or is mounted read-only, is not an error by itself.
         made = call.error() == EEXIST ? Status() : call.statusAt(path.c_str());
     }

@@ -173,7 +173,8 @@ Status AtomicFile::Body::Commit(IfExists ifExists, Durability durability) {
     if (const Status kept = MarkForDeletion(file, false); !kept.ok()) return kept;
     const DWORD flags =
         (synced ? MOVEFILE_WRITE_THROUGH : 0) | (ifExists == IfExists::Replace ? MOVEFILE_REPLACE_EXISTING : 0);
-    const Status moved = ifExists == IfExists::Update ? UpdateTarget(flags) : MoveToTarget(flags);
+    const bool updates = ifExists == IfExists::Update || ifExists == IfExists::UpdateEvenWithoutLocks;
+    const Status moved = updates ? UpdateTarget(flags) : MoveToTarget(flags);
     if (moved.ok())
         // All data is in the file already, and the target is the new version.
         file.Close().IgnoreError();

@@ -20,7 +20,7 @@ Status FileLock::Take(const std::string& path, FileLockKind kind) {
     OVERLAPPED start = {};
     const DWORD flags = kind == FileLockKind::Write ? LOCKFILE_EXCLUSIVE_LOCK : 0;
     const auto locked = sys::LockFileEx(file.Get(), flags, DWORD{0}, DWORD{1}, DWORD{0}, &start);
-    if (!locked.ok()) return locked.status();
+    if (!locked.ok() && !MeansNoLocks(locked.error())) return locked.status();
     m_lock = ContractHandle(file.Release());
     return {};
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/Hex.h"
 #include "platform/Registry.h"
 #include "platform/windows/System.h"
 #include "platform/windows/names/WidePath.h"
@@ -20,7 +21,13 @@ RegistryKey KeyOf(const ProfilePlace& place, const char* section) {
 std::optional<std::string> ReadFromRegistry(const ProfilePlace& place, const char* section, const char* entry) {
     RegistryValue value;
     if (!ReadRegistryValue(KeyOf(place, section), entry, value).ok()) return std::nullopt;
-    return value.type == RegistryType::Text ? std::optional(value.data) : std::nullopt;
+    switch (value.type) {
+        case RegistryType::Text:
+        case RegistryType::Integer: return value.data;
+        case RegistryType::Bytes: return HexText(value.data);
+        case RegistryType::Texts: break;
+    }
+    return std::nullopt;
 }
 
 /// A section that contains others is not deleted: "a", if "a\\b" exists.
@@ -28,6 +35,13 @@ bool DeleteKey(const ProfilePlace& place, const char* section) {
     const std::wstring path = ToSystem(KeyOf(place, section).path);
     const Status deleted = sys::RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str()).status();
     return deleted.ok() || deleted.error() == ERROR_FILE_NOT_FOUND;
+}
+
+std::vector<std::string> ListRegistry(const ProfilePlace& place, const char* section) {
+    std::vector<std::string> names;
+    ListRegistryValues(KeyOf(place, section), names).IgnoreError();  // the names so far
+    std::erase_if(names, [&](const std::string& name) { return !ReadFromRegistry(place, section, name.c_str()); });
+    return names;
 }
 
 /// Adds the subkeys of a key, prefixed with their path. The system limits the depth.
@@ -105,11 +119,9 @@ bool WriteProfile(const ProfilePlace& place, const char* section, const char* en
 
 std::vector<std::string> ListProfile(const ProfilePlace& place, const char* section) {
     if (place.company.empty()) return ListFile(place, section);
+    if (section) return ListRegistry(place, section);
     std::vector<std::string> names;
-    if (section)
-        ListRegistryValues(KeyOf(place, section), names).IgnoreError();  // the names so far
-    else
-        AddKeys(KeyOf(place), "", names);
+    AddKeys(KeyOf(place), "", names);
     return names;
 }
 

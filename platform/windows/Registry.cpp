@@ -92,15 +92,26 @@ RegistryValue Decoded(DWORD type, const std::string& raw) {
     return {RegistryType::Bytes, raw};
 }
 
-Status SetValue(const UniqueKey& key, const std::wstring& name, DWORD type, const void* data, std::size_t size) {
-    return sys::RegSetValueExW(key.Get(), name.c_str(), DWORD{0}, type, static_cast<const BYTE*>(data),
-                               static_cast<DWORD>(size))
-        .status();
+/// A value as the registry stores it.
+struct Encoded {
+    DWORD type;
+    std::string raw;
+};
+
+Encoded EncodedAs(DWORD type, const void* data, std::size_t size) {
+    return {type, std::string(static_cast<const char*>(data), size)};
 }
 
-Status SetText(const UniqueKey& key, const std::wstring& name, const std::string& text) {
-    const auto wide = ToSystemExactly(text);
-    return wide ? SetValue(key, name, REG_SZ, wide->c_str(), (wide->size() + 1) * sizeof(wchar_t)) : kNotHeld;
+/// Returns nullopt for a text that the system cannot store unchanged.
+std::optional<Encoded> EncodedOf(const RegistryValue& value) {
+    if (value.type == RegistryType::Bytes) return Encoded{REG_BINARY, value.data};
+    if (value.type == RegistryType::Integer) {
+        const auto number = static_cast<DWORD>(std::strtoul(value.data.c_str(), nullptr, 10));
+        return EncodedAs(REG_DWORD, &number, sizeof number);
+    }
+    const auto wide = ToSystemExactly(value.data);
+    if (!wide) return std::nullopt;
+    return EncodedAs(REG_SZ, wide->c_str(), (wide->size() + 1) * sizeof(wchar_t));
 }
 
 /// Lists the names returned by an indexed call until there are no further ones.
@@ -133,14 +144,14 @@ Status ReadRegistryValue(const RegistryKey& key, const std::string& name, Regist
 
 Status WriteRegistryValue(const RegistryKey& key, const std::string& name, const RegistryValue& value) {
     const auto wide = ToSystemExactly(name);
-    if (!wide) return kNotHeld;
+    const auto encoded = EncodedOf(value);
+    if (!wide || !encoded) return kNotHeld;
     UniqueKey created;
     if (const Status status = CreateRegistryKey(key, created); !status.ok()) return status;
-    if (value.type == RegistryType::Bytes)
-        return SetValue(created, *wide, REG_BINARY, value.data.data(), value.data.size());
-    if (value.type != RegistryType::Integer) return SetText(created, *wide, value.data);
-    const auto number = static_cast<DWORD>(std::strtoul(value.data.c_str(), nullptr, 10));
-    return SetValue(created, *wide, REG_DWORD, &number, sizeof number);
+    return sys::RegSetValueExW(created.Get(), wide->c_str(), DWORD{0}, encoded->type,
+                               reinterpret_cast<const BYTE*>(encoded->raw.data()),
+                               static_cast<DWORD>(encoded->raw.size()))
+        .status();
 }
 
 Status DeleteRegistryValue(const RegistryKey& key, const std::string& name) {

@@ -54,8 +54,8 @@ FileCause CauseOf(unsigned long error) {
     }
 }
 
-bool MeansNoLocks(unsigned long) {
-    return false;
+bool MeansNoLocks(unsigned long error) {
+    return error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
 }
 
 bool MeansNameTaken(unsigned long error) {

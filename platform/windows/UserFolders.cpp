@@ -29,7 +29,7 @@ bool UseUserFolder(const char*) {
     return false;
 }
 
-Status MakeUserFolder(const std::string& path) {
+Status MakeUserFolder(const std::string& path, Access) {
     Status made;
     // The drive and the share before the first folder exist, or nothing can be created.
     for (std::size_t end = path.find('\\'); end != path.npos;) {

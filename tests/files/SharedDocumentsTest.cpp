@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "platform/Process.h"
+#include "qvcommon/ProfileStore.h"
 #include "qvcommon/SaveFile.h"
 #include "tests/files/Locking.h"
 #include "tests/support/FileTests.h"
@@ -121,6 +122,8 @@ TEST(SharedDocuments, ReportsMissingLockSupport) {
     CFile file;
     EXPECT_FALSE(file.Open(folder / "new", CFile::modeCreate | CFile::modeWrite));
     EXPECT_TRUE(fs::is_empty(folder.Native())) << "a failed open leaves no file";
+    for (int value = 1; value < 3; ++value) ProfileStore(folder / "a.ini").SetInteger("s", "e", value);
+    EXPECT_EQ(ProfileStore(folder / "a.ini").GetInteger("s", "e", 0), 2) << "settings need no locks";
 }
 
 TEST(SharedDocuments, AtomicSavePreservesModeAndLinks) {

@@ -6,11 +6,13 @@
 #include "qvcommon/ProfileStore.h"
 #include "qvcommon/framework/File.h"
 #include "tests/support/FileFailure.h"
+#include "tests/support/ScopedCodePage.h"
 #include "tests/support/ScopedProfile.h"
 
 namespace {
 
 using testing::UnorderedElementsAre;
+namespace fs = std::filesystem;
 
 /// An application whose settings are deleted afterwards.
 class RegistryTest : public testing::Test {
@@ -64,6 +66,15 @@ TEST_F(RegistryTest, SharesApplicationProfile) {
     DWORD size = 0;
     EXPECT_TRUE(CCommonAppRegistry("bars").GetInteger("SIZE", size));
     EXPECT_EQ(size, 5u);
+    CCommonAppRegistry("Bars").SetInteger("width", 640);
+    CCommonAppRegistry("Bars").SetBytes("colour", "\xC0\xFE");
+    EXPECT_EQ(ProfileStore().GetInteger("Bars", "width", 0), 640);
+    EXPECT_EQ(m_app.GetProfileString("Bars", "colour"), "C0FE");
+    EXPECT_THAT(ProfileStore().GetEntries("Bars").AsStd(), UnorderedElementsAre("group", "size", "width", "colour"));
+    if (!m_app.IsFile()) GTEST_SKIP() << "access lists decide";
+    CRegHelper("Software\\NewCompany\\a", CRegHelper::localMachine).SetInteger("n", 1);
+    for (const auto& [name, mode] : {std::pair{"NewCompany", 0755}, {"NewCompany/a.ini", 0644}})
+        EXPECT_EQ(fs::status(m_folder.Native(name)).permissions(), static_cast<fs::perms>(mode)) << "read by all users";
 }
 
 TEST_F(RegistryTest, NestedKeys) {
@@ -92,10 +103,15 @@ TEST_F(RegistryTest, RejectsUnstorableValues) {
     EXPECT_TRUE(Raised<CInvalidArgException>([&] { key.SetString("n", zero); }));
     EXPECT_TRUE(Raised<CInvalidArgException>([&] { key.SetString(zero, "v"); }));
     EXPECT_TRUE(Raised<CInvalidArgException>([] { CRegHelper("").DeleteKey(); }));
-    if (!m_app.IsFile()) GTEST_SKIP() << "the registry is no file";
+    if (!m_app.IsFile()) {
+        const ScopedCodePage utf8(65001);
+        EXPECT_TRUE(Raised<CFileException>([&] { key.SetString("n", "\xFF"); }));
+        EXPECT_TRUE(CCommonAppRegistry("").GetKeyNames().IsEmpty());
+        GTEST_SKIP() << "the registry is no file";
+    }
     m_folder.Write("QvCommonTests", "a file in the folder's place");
     EXPECT_EQ(FileFailureOf([&] { key.SetString("n", "v"); }).second, "Software\\QvCommonTests\\QvCommonTests\\s");
-    std::filesystem::remove(m_folder.Native("QvCommonTests"));
+    fs::remove(m_folder.Native("QvCommonTests"));
 }
 
 TEST_F(RegistryTest, ApplicationFolders) {
@@ -110,6 +126,10 @@ TEST_F(RegistryTest, ApplicationFolders) {
         EXPECT_TRUE(CFileUtils::IsDirectory(path)) << path.AsStd();
         EXPECT_EQ(path.Right(29), "\\QvCommonTests\\QvCommonTests\\");
     }
+    if (!m_app.IsFile()) GTEST_SKIP() << "these folders are the user's own";
+    m_folder.Write("QvCommonTests/Other", "a file in the folder's place");
+    AfxGetApp()->m_pszAppName = "Other";
+    EXPECT_TRUE(Raised<CFileException>(&GetDataDirectory));
 }
 
 }  // namespace

@@ -23,10 +23,8 @@ bool IsGranted(const ShareResult& outcome) {
     return outcome.ok() && outcome.value() == ShareOutcome::Granted;
 }
 
-/// File systems reject locks with different error numbers; all are mapped to one.
 ShareResult LockFailure(unsigned long error) {
-    const bool refused = error == EACCES || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
-    return ShareResult::OfError(ShareOutcome::OthersSeen, refused ? ENOLCK : error);
+    return ShareResult::OfError(ShareOutcome::OthersSeen, error);
 }
 
 /// A conflicting lock of another program, of any kind, counts as another opener.
