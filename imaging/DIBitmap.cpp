@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "imaging/DibFormat.h"
 
@@ -29,6 +30,14 @@ BOOL CDIBitmap::CreatePalette() {
     m_palette.reset();
     if (m_info && GetBitsPerPixel() <= deepestWithPalette) m_palette = std::make_unique<CBmpPalette>(*this);
     return m_palette != nullptr;
+}
+
+void CDIBitmap::TakeFrom(CDIBitmap& other) noexcept {
+    m_info = std::move(other.m_info);
+    m_bits = std::move(other.m_bits);
+    m_palette = std::move(other.m_palette);
+    m_padded = other.m_padded;
+    m_bitsSize = std::exchange(other.m_bitsSize, 0);
 }
 
 int CDIBitmap::GetColorCount() const {
@@ -58,7 +67,7 @@ std::int64_t CDIBitmap::RowCount() const {
 }
 
 bool CDIBitmap::HoldsRows(std::int64_t rowSize) const {
-    if (!m_info || !m_bits || GetWidth() < 0) return false;
+    if (!m_info || !m_bits || HasRunLengths(m_info->header) || GetWidth() < 0) return false;
     return rowSize == 0 || RowCount() <= static_cast<std::int64_t>(m_bitsSize) / rowSize;
 }
 
@@ -69,7 +78,7 @@ std::int64_t CDIBitmap::PresentRowSize() const {
 BOOL CDIBitmap::PadBits() {
     const std::int64_t padded = GetBytesPerLine(GetBitsPerPixel(), GetWidth());
     const std::int64_t packed = LastByte(GetBitsPerPixel(), GetWidth());
-    if (!m_info || !m_bits) return 0;
+    if (!m_info || !m_bits || HasRunLengths(m_info->header)) return 0;
     if (m_padded || padded == packed) return 1;
     if (!HoldsRows(padded)) return 0;
     // Rows only move up, so the last one moves first and none is overwritten before it has moved.
@@ -84,7 +93,7 @@ BOOL CDIBitmap::PadBits() {
 BOOL CDIBitmap::UnPadBits() {
     const std::int64_t padded = GetBytesPerLine(GetBitsPerPixel(), GetWidth());
     const std::int64_t packed = LastByte(GetBitsPerPixel(), GetWidth());
-    if (!m_info || !m_bits) return 0;
+    if (!m_info || !m_bits || HasRunLengths(m_info->header)) return 0;
     if (!m_padded || padded == packed) return 1;
     if (!HoldsRows(padded)) return 0;
     for (std::int64_t row = 1; row < RowCount(); ++row)

@@ -107,10 +107,12 @@ DWORD CDIBitmap::LoadAs(CFile& file, bool converts) {
     } else {
         ReadCore(file, *info);
     }
-    ReadRows(file, start, fileHeader.data());
-    m_info = std::move(info);
-    CreatePalette();
-    m_padded = 1;
+    CDIBitmap loaded;
+    loaded.ReadRows(file, start, fileHeader.data());
+    loaded.m_info = std::move(info);
+    loaded.m_padded = 1;
+    loaded.CreatePalette();
+    TakeFrom(loaded);
     return size;
 }
 

@@ -73,8 +73,6 @@ std::int64_t CDIBitmap::SavedSize() const {
 }
 
 bool CDIBitmap::CanSave() const {
-    // That layout does not store the size of run lengths.
-    if (!m_info || HasRunLengths(m_info->header)) return false;
     if (!HoldsRows(GetBytesPerLine(GetBitsPerPixel(), GetWidth()))) return false;
     const std::int64_t counted = RowCount() * CountedRow(GetBitsPerPixel(), GetWidth());
     return std::max(SavedSize(), counted) <= kLargestFile - kLargestHead;
@@ -121,17 +119,24 @@ std::size_t CDIBitmap::WholeTableSize(DibHeader& header) const {
 }
 
 BOOL CDIBitmap::SaveWhole(const char* path) {
-    return CanSaveWhole() && SaveAs(path, [this](CFile& file) { return SaveWhole(file); });
+    if (!CanSaveWhole()) return 0;
+    const auto padded = PaddedRowsToSave();  // before the file loses its content
+    return SaveAs(path, [&](CFile& file) { return WriteWhole(file, padded.get()); });
 }
 
 BOOL CDIBitmap::SaveWhole(CFile& file) {
-    if (!CanSaveWhole()) return 0;
+    return CanSaveWhole() && WriteWhole(file, PaddedRowsToSave().get());
+}
+
+// Null if the bitmap's own bytes are written.
+std::unique_ptr<BYTE[]> CDIBitmap::PaddedRowsToSave() const {
+    return m_padded || HasRunLengths(m_info->header) ? nullptr : CopyPaddedRows();
+}
+
+BOOL CDIBitmap::WriteWhole(CFile& file, const BYTE* padded) const {
     DibHeader header = m_info->header;
     const std::size_t table = WholeTableSize(header);
     const std::int64_t size = WholeSize();
-    const bool needsPadding = !m_padded && !HasRunLengths(header);
-    const std::unique_ptr<BYTE[]> copy = needsPadding ? CopyPaddedRows() : nullptr;
-
     const std::size_t inHeader = ToVersion4(header) ? sizeof kAlphaMasks : 0;
     const std::int64_t offset = static_cast<std::int64_t>(kFileHeaderSize + header.size + table - inHeader);
     header.imageSize = static_cast<DWORD>(size);
@@ -141,6 +146,6 @@ BOOL CDIBitmap::SaveWhole(CFile& file) {
     file.Write(masksAndColours, static_cast<UINT>(inHeader));
     if (inHeader) file.Write(&kVersion4Rest, sizeof kVersion4Rest);
     file.Write(masksAndColours + inHeader, static_cast<UINT>(table - inHeader));
-    file.Write(copy ? copy.get() : m_bits.get(), static_cast<UINT>(size));
+    file.Write(padded ? padded : m_bits.get(), static_cast<UINT>(size));
     return 1;
 }

@@ -15,10 +15,14 @@ constexpr UINT kLargestRead = 1 << 30;
 
 }  // namespace
 
-EmfRecordReader::EmfRecordReader(CFile& file)
-    : m_file(file), m_position(file.GetPosition()), m_length(file.GetLength()), m_block(kBlock) {}
+void EmfRecordReader::Begin() {
+    m_position = m_file.GetPosition();
+    m_length = m_file.GetLength();
+    m_block.resize(kBlock);
+}
 
 EmfRecordReader::Result EmfRecordReader::Next() try {
+    if (m_block.empty()) Begin();
     if (!Fill(kStart)) return Result::End;
     DWORD size = 0;
     std::memcpy(&size, m_block.data() + m_next + offsetof(EmfRecord, size), sizeof size);
@@ -28,10 +32,16 @@ EmfRecordReader::Result EmfRecordReader::Next() try {
 } catch (CFileException* failed) {
     failed->Delete();
     return Result::Unreadable;
+} catch (const std::bad_alloc&) {
+    return Result::NoMemory;
 }
 
-void EmfRecordReader::Settle() {
+bool EmfRecordReader::Settle() try {
     m_file.Seek(static_cast<std::int64_t>(m_position), CFile::begin);
+    return true;
+} catch (CFileException* failed) {
+    failed->Delete();
+    return false;
 }
 
 // Makes `count` bytes, at most a block, available at m_next; false if the file ends before.

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstdint>
+#include <new>
 
 #include "framework/WriteInParts.h"
 #include "imaging/Icon.h"
@@ -17,7 +19,9 @@ constexpr UINT kLargestTransfer = 1 << 30;
 
 std::vector<BYTE> RestOf(CFile& file) {
     const std::uint64_t length = file.GetLength(), position = file.GetPosition();
-    std::vector<BYTE> bytes(static_cast<std::size_t>(length - std::min(position, length)));
+    const std::uint64_t rest = length - std::min(position, length);
+    if (rest > PTRDIFF_MAX) throw std::bad_alloc();
+    std::vector<BYTE> bytes(static_cast<std::size_t>(rest));
     std::size_t size = 0;
     for (UINT count = 1; count > 0 && size < bytes.size(); size += count)
         count = file.Read(bytes.data() + size,

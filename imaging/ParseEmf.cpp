@@ -70,10 +70,10 @@ int CParseEmf::ProcessMetafileRecords(CFile& file) {
     while ((result = reader.Next()) == EmfRecordReader::Result::Record) {
         const DWORD type = reader.Record()->type;  // before a hook changes it
         ParseMetafileRecord(reader.Record());
-        if (type == kEndOfFile) {
-            reader.Settle();
-            return 1;
-        }
+        if (type != kEndOfFile) continue;
+        if (reader.Settle()) return 1;
+        result = EmfRecordReader::Result::Unreadable;
+        break;
     }
     if (result == EmfRecordReader::Result::Unreadable) Error(kUnreadableRecord);
     if (result == EmfRecordReader::Result::NoMemory) Error(kNoMemory);

@@ -61,11 +61,13 @@ void NewDib::SetGreyColours() {
 }
 
 void NewDib::MoveTo(CDIBitmap& target) {
-    target.m_bitsSize = static_cast<std::size_t>(pitch * info->header.height);
-    target.m_info = std::move(info);
-    target.m_bits = std::move(rows);
-    target.m_padded = 1;
-    target.CreatePalette();
+    CDIBitmap made;  // complete before the target changes
+    made.m_bitsSize = static_cast<std::size_t>(pitch * info->header.height);
+    made.m_info = std::move(info);
+    made.m_bits = std::move(rows);
+    made.m_padded = 1;
+    made.CreatePalette();
+    target.TakeFrom(made);
 }
 
 bool IsPictureSize(std::int64_t width, std::int64_t height) {

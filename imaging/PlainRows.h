@@ -43,7 +43,7 @@ struct NewDib {
     BYTE* Row(int y) { return rows.get() + (info->header.height - 1 - std::int64_t{y}) * pitch; }
     /// Sets greys from black to white, as many as the depth allows.
     void SetGreyColours();
-    /// Replaces the content of the target.
+    /// Replaces the content of the target. @throws std::bad_alloc, leaving the target unchanged
     void MoveTo(CDIBitmap& target);
 
     std::unique_ptr<DibInfo> info;

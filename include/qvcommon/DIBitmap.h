@@ -106,10 +106,11 @@ public:
     ///
     /// Areas are in pixels, or in logical units of a device context, from the top left corner. Scaling uses the nearest
     /// pixel. The output is clipped to the target. Pixels of 16 and 32 bits are decoded with their masks; indices
-    /// without a colour are black, as are pixels missing from truncated run lengths.
+    /// without a colour are black. Pixels that run lengths skip or do not reach have colour 0.
     ///
     /// @return 1; 0 with nothing drawn if the object is empty or lacks rows, has an invalid depth, an area is empty,
     /// the part is outside the bitmap, or the system cannot draw on the target (on Linux: on a device context).
+    /// @throws std::bad_alloc, with nothing drawn, if packed rows or run lengths cannot be converted.
     virtual BOOL DrawDIB(const CDC& target, int x, int y);
     virtual BOOL DrawDIB(const CDC& target, int x, int y, int width, int height);
     virtual BOOL DrawDIB(const CDC& target, int x, int y, int width, int height, int partX, int partY, int partWidth,
@@ -131,21 +132,24 @@ public:
     /// unchanged.
     ///
     /// @return 1; 0 with nothing written if the object is empty or lacks rows, has an invalid depth or compression, or
-    /// the file would reach 4 GB. @throws CFileException*; how much was written is then unspecified.
+    /// the file would reach 4 GB. @throws CFileException*; how much was written is then unspecified. std::bad_alloc,
+    /// with nothing written, if packed rows cannot be padded.
     BOOL SaveWhole(CFile& file);
     /// Creates or truncates the file. @return 0 also if it cannot be created; no file is touched if there is nothing to
-    /// save.
+    /// save or memory is short.
     BOOL SaveWhole(const char* path);
 
     /// Converts rows from packed, each a whole number of bytes, to padded, each a whole number of 32-bit words; the
     /// padding is zero. No-op if the padded flag is set. Neither the flag nor the buffer changes: the buffer must have
     /// room for all padded rows.
-    /// @return 1; 0 with nothing moved if there is no bitmap or its buffer is too small.
+    /// @return 1; 0 with nothing moved if there is no bitmap, its buffer is too small, or it is run-length encoded and
+    /// thus has no rows.
     BOOL PadBits();
     /// Converts padded rows to packed, if the padded flag is set.
     BOOL UnPadBits();
 
-    /// Returns the palette; null for an empty bitmap and one of more than 8 bits per pixel. Valid until the next Load.
+    /// Returns the palette; null for an empty bitmap and one of more than 8 bits per pixel. Valid until this object is
+    /// loaded again or receives another picture from CImageHelper.
     const CBmpPalette* GetPalette() const { return m_palette.get(); }
 
 protected:
@@ -174,6 +178,7 @@ protected:
     std::size_t m_bitsSize = 0;              ///< size of m_bits in bytes
 
 private:
+    void TakeFrom(CDIBitmap& other) noexcept;
     DWORD LoadAs(CFile& file, bool converts);
     void ReadRows(CFile& file, std::uint64_t start, const BYTE* fileHeader);
     std::int64_t RowCount() const;
@@ -184,6 +189,8 @@ private:
     std::int64_t SavedSize() const;
     bool CanSave() const;
     std::int64_t WholeSize() const;
+    std::unique_ptr<BYTE[]> PaddedRowsToSave() const;
+    BOOL WriteWhole(CFile& file, const BYTE* padded) const;
     bool CanSaveWhole() const;
     std::size_t WholeTableSize(DibHeader& header) const;
 };

@@ -54,8 +54,9 @@ public:
     static void ReadPng(const char* path, CDIBitmap& picture);
 
     /// Writes a PNG file at the file's position. Bitmaps of 1, 4 and 8 bits keep their depth and palette, which becomes
-    /// grey if it is a ramp from black to white; others are written with 8 bits per channel, with alpha only if a pixel
-    /// is not opaque. A density in the header is kept. Nothing else is written: no time, no text.
+    /// grey if it is a ramp from black to white; run lengths are written with 8 bits per pixel. Others are written with
+    /// 8 bits per channel, with alpha only if a pixel is not opaque. A density in the header is kept. Nothing else is
+    /// written: no time, no text.
     /// @throws CFileException*; how much was written is then unspecified.
     static BOOL WritePng(CFile& file, const CDIBitmap& picture);
     /// Saves it atomically. @throws CFileException*, leaving the file unchanged.
@@ -65,7 +66,8 @@ public:
     /// the end of the file. Pictures are PNG, or bitmaps of 1, 4, 8, 16, 24 or 32 bits with a mask. Pixels whose mask
     /// is set become transparent black: inversion of the screen is not supported. A bitmap of 32 bits uses its alpha
     /// instead, unless it is 0 everywhere.
-    /// @throws as ReadPng; also if pictures overlap, or have more than `mostPixels` pixels together.
+    /// @throws as ReadPng; also if the pictures together are longer than the file or have more than `mostPixels`
+    /// pixels.
     static Pictures ReadIcon(CFile& file);
     static Pictures ReadIcon(const char* path);
 

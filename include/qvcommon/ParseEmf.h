@@ -64,7 +64,7 @@ public:
     virtual void OnSetWindowOrgEx(EmfRecord* record);  ///< type 10
 
     /// Raises a CVorbexException* with severity 48, the number as code, and its text. If an override returns instead,
-    /// reading ends with 0.
+    /// reading ends with 0; after 3 it continues, and OnHeader receives the record.
     virtual void Error(int number);
 
     /// Reads the records from the file's position up to the end-of-file record (type 14).
@@ -75,7 +75,9 @@ public:
     /// @return 1 after the end-of-file record, with the file's position after it; 0 if the file ends before another
     /// record's first 12 bytes.
     /// @throws CVorbexException*: Error(5) if a record's size is below 8 or beyond the rest of the file, or if reading
-    /// fails; Error(6) if memory for the record cannot be allocated. The file's position is then unspecified.
+    /// fails; Error(6) if memory cannot be allocated.
+    ///
+    /// Reads ahead: the file's position is unspecified while a hook runs, after 0, and after an exception.
     virtual int ProcessMetafileRecords(CFile& file);
 
     /// Raises Error(3) unless the type is 1 and the signature, the word at byte 40, is 0x464D4520.

@@ -98,6 +98,11 @@ TEST_F(DIBitmap, PadsAndUnpadsRowsInPlace) {
         bitmap.m_padded = padded;
         EXPECT_EQ(padded ? bitmap.UnPadBits() : bitmap.PadBits(), 0);
         EXPECT_EQ(bitmap.Bits(), "abcde...fghij...klmno..");
+        const std::string runs("\0\3abc\0\0\0\0\3def\0\0\0\0\3", 18);
+        Load(BitmapFile({.width = 3, .height = 3, .bits = 8, .compression = 1, .rows = runs}));
+        bitmap.m_padded = padded;
+        EXPECT_EQ(bitmap.UnPadBits() + bitmap.PadBits(), 0);
+        EXPECT_EQ(bitmap.Bits(), runs);
     }
 }
 

@@ -126,6 +126,7 @@ TEST_F(ParseEmf, StopsAfterEndRecordAndClosesOnError) {
         const SystemFaults faults(SystemFaults::Always(qv::platform::CallKind::Read, qv::platform::FileCause::HardIO));
         EXPECT_EQ(Outcome(walk, m_folder / "a.emf"), 105);
     }
+    EXPECT_EQ(Raised<CVorbexException>([&] { walk.ProcessMetafileRecords(file); })->GetCode(), 5) << "it is closed";
     EXPECT_TRUE(file.Open(m_folder / "a.emf", CFile::modeRead | CFile::shareExclusive));
 
     m_folder.Write("cut.emf", HeaderRecord() + Record(70, std::string(1 << 20, 'c')).substr(0, 1 << 19));

@@ -166,6 +166,12 @@ TEST_F(Png, RejectsMalformedFiles) {
         EXPECT_TRUE(CImageHelper::AreEqual(bitmap, again)) << "it is unchanged";
     });
     EXPECT_TRUE(Raised<CFileException>([&] { CImageHelper::ReadPng(m_folder / "none.png", bitmap); }));
+    struct : CFile {
+        std::uint64_t GetLength() const override { return 1ull << 63; }
+    } endless;
+    m_folder.Write("endless.png", good);
+    ASSERT_TRUE(endless.Open(m_folder / "endless.png", CFile::modeRead));
+    EXPECT_THROW(CImageHelper::ReadPng(endless, bitmap), std::bad_alloc);
 }
 
 /// Another program writes pictures of all kinds, and reads them as written again. It is asked for 16 bits a sample, since
