@@ -106,8 +106,19 @@ Swatch CAreaGraph::KeySwatch() const {
     return m_stacked ? Swatch::Filled : Swatch::Line;
 }
 
-void CAreaGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
+void CAreaGraph::Check() const {
     if (m_stacked && m_logarithmic) AfxThrowInvalidArgException();
+}
+
+// When stacked, a missing x value is a contradiction, which drawing detects, and a missing y value counts as 0.
+bool CAreaGraph::HasData() const {
+    if (!m_stacked) return CPointGraph::HasData();
+    return std::ranges::any_of(AllSeries(), [](const Series& series) {
+        return std::ranges::any_of(series.y, [](double y) { return !IsMissing(y); });
+    });
+}
+
+void CAreaGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
     std::vector<Series> all = Points(false);
     for (Series& series : all) SortByX(series);
     if (m_stacked) StackUp(all);

@@ -144,8 +144,11 @@ private:
 
 }  // namespace
 
-void CBarGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
+void CBarGraph::Check() const {
     if (m_stacked && m_logarithmic) AfxThrowInvalidArgException();
+}
+
+void CBarGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
     const auto most = std::max<std::size_t>(2, static_cast<std::size_t>(box.Width() / kNarrowest));
     const Bars bars = FoldedBars(AllSeries(), CountPositions(), most, [this](std::size_t i) { return CategoryAt(i); });
     HorizontalAxis x;

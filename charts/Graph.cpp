@@ -79,12 +79,6 @@ Swatch CGraph::KeySwatch() const {
     return Swatch::Filled;
 }
 
-bool CGraph::HasData() const {
-    return std::ranges::any_of(m_series, [](const Series& series) {
-        return std::ranges::any_of(series.y, [](double value) { return !IsMissing(value); });
-    });
-}
-
 CString CGraph::Name() const {
     return m_title.IsEmpty() ? CString(Kind()) : m_title;
 }
@@ -110,6 +104,7 @@ unsigned long CGraph::Checksum() const {
 }
 
 CString CGraph::GetSvg() const {
+    Check();
     const std::vector<CString> names = KeyNames();
     Svg svg(m_id.IsEmpty() ? "qv" + std::to_string(Checksum()) : m_id.AsStd());
     Box box = BeginPicture(svg, {svg.Id(), m_width, m_height, m_title, Name(), Description()}, names.size());
@@ -124,6 +119,12 @@ CString CGraph::GetSvg() const {
     svg.HiddenTable(Characters(Name()), Values());
     EndPicture(svg);
     return CString(svg.Take());
+}
+
+bool CAxisGraph::HasData() const {
+    return std::ranges::any_of(AllSeries(), [this](const Series& series) {
+        return std::ranges::any_of(series.y, [this](double y) { return !IsMissing(y) && (!m_logarithmic || y > 0); });
+    });
 }
 
 std::string CAxisGraph::Settings() const {

@@ -85,6 +85,7 @@ Swatch CGraphManager::KeySwatch() const {
 
 void CGraphManager::DrawGraph(Svg& svg, const CGraph& graph, const Box& cell, const Keys& keys) const {
     const Box room = DrawHeading(svg, cell, Label(graph.m_title, kHeadingSize, Label::Weight::Bold), "subtitle");
+    graph.Check();
     if (graph.HasData())
         graph.Draw(svg, room, keys);
     else

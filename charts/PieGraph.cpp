@@ -39,13 +39,18 @@ std::vector<Slice> SlicesOf(const std::vector<double>& values, int most, const a
         Fold(positions.size(), static_cast<std::size_t>(most), [&](std::size_t i) { return values[positions[i]]; });
     std::vector<Slice> slices;
     for (const std::size_t i : folding.kept) slices.push_back({nameOf(positions[i]), values[positions[i]], 0});
-    double all = 0, others = 0;
+    double all = 0;
+    Slice others{"Others (" + std::to_string(folding.folded) + ')', 0, 0};
     for (std::size_t i = 0; i < positions.size(); ++i) {
-        all += values[positions[i]] / greatest;
-        if (folding.folded && !folding.isKept[i]) others = Bounded(others + values[positions[i]]);
+        const double value = values[positions[i]], part = value / greatest;
+        all += part;
+        if (!folding.folded || folding.isKept[i]) continue;
+        others.value = Bounded(others.value + value);
+        others.share += part;  // the sum of the values may exceed all doubles
     }
-    if (folding.folded) slices.push_back({"Others (" + std::to_string(folding.folded) + ')', others, 0});
-    for (Slice& slice : slices) slice.share = slice.value / greatest / all;
+    for (Slice& slice : slices) slice.share = slice.value / greatest;
+    if (folding.folded) slices.push_back(others);
+    for (Slice& slice : slices) slice.share /= all;
     return slices;
 }
 

@@ -1,6 +1,8 @@
 #include "charts/Plot.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "charts/DateTicks.h"
 
@@ -8,12 +10,15 @@ namespace qv::charts {
 namespace {
 
 constexpr double kTitleRow = 20, kTickDistance = 30, kBelowAxis = 20, kLabelGap = 8, kMark = 4;
+constexpr double kLeastWithTitles = 110;      // height of a picture whose axes have titles
+constexpr double kLine = kTickSize + 1;       // minimum distance of labels one below the other
 constexpr double kAscent = kTickSize * 0.36;  // from a line's middle to its base line
 
 }  // namespace
 
 Plot::Plot(Svg& svg, const Box& box, HorizontalAxis x, VerticalAxis y)
     : m_svg(svg), m_box(box), m_x(std::move(x)), m_y(std::move(y)) {
+    if (box.Height() < kLeastWithTitles) m_x.title = m_y.title = CString();
     Box inner = box;
     inner.top += m_y.title.IsEmpty() ? kTickSize / 2 : kTitleRow + kTickSize / 2;
     inner.bottom -= m_x.title.IsEmpty() ? 0 : kTitleRow;
@@ -57,9 +62,12 @@ void Plot::PlaceHorizontal(const Box& box) {
 }
 
 void Plot::DrawAxes() {
+    double labelled = std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i < m_yTicks.size(); ++i) {
         const double y = m_yScale.At(m_yTicks[i].value);
         m_svg.Line(m_area.left, y, m_area.right, y, "grid");
+        if (std::abs(y - labelled) < kLine) continue;
+        labelled = y;
         m_svg.Text(m_yLabels[i], m_area.left - kLabelGap, y + kAscent, Anchor::End, "");
     }
     for (const double x : m_xLabels.ticks) m_svg.Line(x, m_area.bottom, x, m_area.bottom + kMark, "axis");

@@ -13,6 +13,19 @@ double PositionOf(const Series& series, std::size_t i, bool dates) {
     return dates ? EvenDays(series.x[i]) : series.x[i];
 }
 
+/// How values become points.
+struct PointRules {
+    bool dates, logarithmicX, logarithmicY;
+
+    /// A missing x value makes y missing too.
+    Point At(const Series& series, std::size_t i) const {
+        double x = PositionOf(series, i, dates), y = series.y[i];
+        if (IsMissing(x) || (logarithmicX && x <= 0)) x = kMissing;
+        if (IsMissing(x) || IsMissing(y) || (logarithmicY && y <= 0)) y = kMissing;
+        return {x, y};
+    }
+};
+
 }  // namespace
 
 int CPointGraph::AddSeries(std::string_view name, std::vector<double> x, std::vector<double> y) {
@@ -32,19 +45,31 @@ int CPointGraph::AddSeries(std::string_view name, std::span<const COleDateTime> 
 }
 
 std::vector<Series> CPointGraph::Points(bool logarithmicX) const {
+    const PointRules rules{m_dates, logarithmicX, m_logarithmic};
     std::vector<Series> points;
     for (const Series& series : AllSeries()) {
-        Series& drawn = points.emplace_back(Series{series.name, {}, series.y});
-        drawn.x.resize(series.y.size());
-        for (std::size_t i = 0; i < drawn.y.size(); ++i) {
-            double& x = drawn.x[i];
-            double& y = drawn.y[i];
-            x = PositionOf(series, i, m_dates);
-            if (IsMissing(x) || (logarithmicX && x <= 0)) x = kMissing;
-            if (IsMissing(x) || IsMissing(y) || (m_logarithmic && y <= 0)) y = kMissing;
+        Series& drawn = points.emplace_back(Series{series.name, {}, {}});
+        drawn.x.reserve(series.y.size());
+        drawn.y.reserve(series.y.size());
+        for (std::size_t i = 0; i < series.y.size(); ++i) {
+            const Point point = rules.At(series, i);
+            drawn.x.push_back(point.x);
+            drawn.y.push_back(point.y);
         }
     }
     return points;
+}
+
+bool CPointGraph::HasPoints(bool logarithmicX) const {
+    const PointRules rules{m_dates, logarithmicX, m_logarithmic};
+    for (const Series& series : AllSeries())
+        for (std::size_t i = 0; i < series.y.size(); ++i)
+            if (!IsMissing(rules.At(series, i).y)) return true;
+    return false;
+}
+
+bool CPointGraph::HasData() const {
+    return HasPoints(false);
 }
 
 Table CPointGraph::Values() const {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string_view>
 
 #include "charts/Characters.h"
 #include "charts/DateTicks.h"
@@ -15,8 +16,14 @@ constexpr double kDateRoom = 0.02;               // margin beside the first and 
 constexpr std::size_t kFew = 300, kMany = 5000;  // points of a series
 constexpr std::size_t kHinted = 200;             // points of a picture with tooltips
 
-const char* MarkSize(std::size_t count) {
-    return count <= kFew ? "7" : count <= kMany ? "4.5" : "2.5";
+struct MarkSize {
+    double pixels;
+    std::string_view text;
+};
+
+MarkSize MarkSizeOf(std::size_t count) {
+    if (count <= kFew) return {7, "7"};
+    return count <= kMany ? MarkSize{4.5, "4.5"} : MarkSize{2.5, "2.5"};
 }
 
 CString HintText(const Series& series, std::size_t i, bool dates) {
@@ -41,7 +48,7 @@ void DrawMany(Svg& svg, const Plot& plot, const Series& series, const Keys& keys
         if (!IsMissing(series.y[i]))
             points.push_back({plot.X(series.x[i]) - area.left, plot.Y(series.y[i]) - area.top});
     std::string path;
-    const double size = std::stod(MarkSize(series.y.size()));
+    const double size = MarkSizeOf(series.y.size()).pixels;
     for (const Point& point : ThinPoints(points, area.Width(), area.Height()))
         AppendMark(path, keys.Pattern(key), point.x + area.left, point.y + area.top, size);
     svg.Path(path, keys.MarkClasses(key));
@@ -53,12 +60,19 @@ Swatch CScatterGraph::KeySwatch() const {
     return Swatch::Mark;
 }
 
+bool CScatterGraph::HasLogarithmicX() const {
+    return m_logarithmicX && !m_dates;
+}
+
+bool CScatterGraph::HasData() const {
+    return HasPoints(HasLogarithmicX());
+}
+
 void CScatterGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
-    const bool logarithmicX = m_logarithmicX && !m_dates;
-    const std::vector<Series> all = Points(logarithmicX);
+    const std::vector<Series> all = Points(HasLogarithmicX());
     HorizontalAxis x;
     x.dates = m_dates;
-    x.logarithmic = logarithmicX;
+    x.logarithmic = HasLogarithmicX();
     x.roundedOut = true;
     x.title = m_xTitle;
     VerticalAxis y{{}, m_logarithmic, m_yTitle};
@@ -76,7 +90,7 @@ void CScatterGraph::Draw(Svg& svg, const Box& box, const Keys& keys) const {
     plot.DrawAxes();
     plot.DrawBaseLine();
     for (std::size_t s = 0; s < all.size(); ++s) {
-        svg << "<g stroke-width=\"" << std::string_view(MarkSize(all[s].y.size())) << "\">\n";
+        svg << "<g stroke-width=\"" << MarkSizeOf(all[s].y.size()).text << "\">\n";
         if (count <= kHinted)
             DrawHinted(svg, plot, all[s], keys, s, m_dates);
         else

@@ -121,7 +121,10 @@ private:
     virtual qv::charts::Swatch KeySwatch() const;
     /// Whether the chart, when alone, draws its own legend.
     virtual bool HasOwnLegend() const { return false; }
-    virtual bool HasData() const;
+    /// @throws CInvalidArgException* if settings contradict each other, regardless of the values.
+    virtual void Check() const {}
+    /// Whether there is a value to draw.
+    virtual bool HasData() const = 0;
     virtual void Draw(qv::charts::Svg& svg, const qv::charts::Box& box, const qv::charts::Keys& keys) const = 0;
     /// The table for screen readers.
     virtual qv::charts::Table Values() const = 0;
@@ -140,7 +143,8 @@ private:
 /// decimals; from a million on "M", "bn" and "tn" mean 6, 9 and 12 zeros.
 class QVCOMMON_API CAxisGraph : public CGraph {
 public:
-    /// Sets the axis titles: y above the axis, x below its right end. An empty string draws no title.
+    /// Sets the axis titles: y above the axis, x below its right end. An empty string draws no title, and a chart that is
+    /// too low for them has none.
     void SetAxisTitles(const char* x, const char* y) {
         m_xTitle = x;
         m_yTitle = y;
@@ -153,6 +157,7 @@ protected:
     CString m_xTitle, m_yTitle;  ///< empty for none
     bool m_logarithmic = false;  ///< of the y axis
 
+    bool HasData() const override;
     std::string Settings() const override;
 };
 
@@ -167,6 +172,7 @@ public:
 
 private:
     const char* Kind() const override { return "Bar chart"; }
+    void Check() const override;
     void Draw(qv::charts::Svg& svg, const qv::charts::Box& box, const qv::charts::Keys& keys) const override;
     qv::charts::Table Values() const override;
     std::string Settings() const override;
@@ -212,10 +218,13 @@ public:
 protected:
     bool m_dates = false;  ///< x values are days
 
+    bool HasData() const override;
     qv::charts::Table Values() const override;
     std::string Settings() const override;
     /// Returns copies of the series with all x values present, with dates on a linear scale and missing values as NaN.
     std::vector<qv::charts::Series> Points(bool logarithmicX) const;
+    /// Returns whether any of them is not missing.
+    bool HasPoints(bool logarithmicX) const;
 };
 
 /// Lines with the area below them filled, in the order of their x values. Of the values in a column of pixels the
@@ -228,6 +237,8 @@ public:
 
 private:
     const char* Kind() const override { return "Area chart"; }
+    void Check() const override;
+    bool HasData() const override;
     qv::charts::Swatch KeySwatch() const override;
     void Draw(qv::charts::Svg& svg, const qv::charts::Box& box, const qv::charts::Keys& keys) const override;
     std::string Settings() const override;
@@ -244,6 +255,8 @@ public:
 
 private:
     const char* Kind() const override { return "Scatter chart"; }
+    bool HasLogarithmicX() const;
+    bool HasData() const override;
     qv::charts::Swatch KeySwatch() const override;
     void Draw(qv::charts::Svg& svg, const qv::charts::Box& box, const qv::charts::Keys& keys) const override;
     std::string Settings() const override;

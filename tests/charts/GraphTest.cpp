@@ -11,6 +11,7 @@
 #include "qvcommon/StringHelper.h"
 #include "tests/support/Raised.h"
 #include "tests/support/SampleCharts.h"
+#include "tests/support/ScopedLocale.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Tool.h"
 
@@ -58,16 +59,22 @@ std::vector<DrawnText> TextsOf(const std::string& svg) {
     return texts;
 }
 
+Box PictureOf(const std::string& svg) {
+    std::smatch size;
+    std::regex_search(svg, size, std::regex("viewBox=\"0 0 (\\d+) (\\d+)\""));
+    return {0, 0, std::stod(size[1]), std::stod(size[2])};
+}
+
 TEST(Graph, LabelsStayInsideWithoutOverlap) {
-    for (const auto& [width, height] : {std::pair(720, 400), {320, 280}, {160, 120}, {1500, 300}})
-        for (const SampleChart& chart : SampleCharts(width, std::max(height, 280))) {
-            if (chart.name == "manager") continue;
+    for (const auto& [width, height] : {std::pair(720, 400), {320, 280}, {160, 120}, {720, 150}, {1500, 300}})
+        for (const SampleChart& chart : SampleCharts(width, height)) {
+            const Box picture = PictureOf(chart.svg);
             const std::vector<DrawnText> texts = TextsOf(chart.svg);
             EXPECT_EQ(static_cast<int>(texts.size()), CStringHelper::CountOf(chart.svg, "<text ")) << chart.name;
             for (std::size_t i = 0; i < texts.size(); ++i) {
                 const Box& box = texts[i].box;
-                EXPECT_TRUE(box.left >= -0.5 && box.right <= width + 0.5 && box.top >= 0 &&
-                            box.bottom <= std::max(height, 280))
+                EXPECT_TRUE(box.left >= -0.5 && box.right <= picture.right + 0.5 && box.top >= 0 &&
+                            box.bottom <= picture.bottom)
                     << chart.name << ' ' << width << ": " << texts[i].text;
                 for (std::size_t j = 0; j < i; ++j)
                     EXPECT_FALSE(box.Meets(texts[j].box))
@@ -146,6 +153,24 @@ TEST(Graph, TablesHaveTheValues) {
     EXPECT_EQ(TableOf(area), "Series|Values|Minimum|Maximum\nplain|1|7|7\nat|1|1|1\ndated|1|2|2\nmany|98|5|5\n");
 }
 
+TEST(Graph, ChartsOfMissingValuesHaveNoData) {
+    CBarGraph bars;
+    bars.SetLogarithmic(true);
+    bars.AddSeries("", {0, -1});
+    CScatterGraph points;
+    points.SetLogarithmicX(true);
+    points.AddSeries("", {-1, 0, kNone}, {1, 2, 3});
+    CAreaGraph area;
+    area.AddSeries("", {{COleDateTime(2025, 2, 30, 0, 0, 0)}}, {2});
+    for (const CGraph* const graph : std::initializer_list<const CGraph*>{&bars, &points, &area})
+        EXPECT_GE(graph->GetSvg().Find("No data"), 0);
+    for (int i = 0; i < 3; ++i) points.AddSeries("", std::vector<double>(301, 1));
+    const CString svg = points.GetSvg();
+    EXPECT_LT(svg.Find("No data"), 0);
+    const ScopedLocale german(GermanLocale());
+    EXPECT_EQ(points.GetSvg(), svg) << "bytes do not depend on the locale";
+}
+
 TEST(Graph, ThinningKeepsPeaksAndGaps) {
     // By columns of a pixel: five points of which four stay, a gap that is seen, one that is not.
     const std::vector<Point> points = {{0.1, 5},     {0.2, 9}, {0.3, 1},     {0.4, 4}, {0.5, 6},
@@ -168,6 +193,10 @@ TEST(Graph, FoldsSmallestPreservingOrder) {
     EXPECT_EQ(folding.kept, (std::vector<std::size_t>{4, 5, 7}));
     EXPECT_EQ(folding.folded, 5u);
 
+    CPieGraph pie;
+    pie.SetMostSlices(3);
+    pie.AddSeries("", std::vector<double>(10, 1e308));
+    EXPECT_GE(pie.GetSvg().Find(">80.0%<"), 0) << "the sum of the others exceeds all doubles";
     CBarGraph bars;
     bars.AddSeries("", std::vector<double>(1000000, 1));
     const CString svg = bars.GetSvg();
@@ -179,7 +208,7 @@ TEST(Graph, RejectsInvalidCharts) {
     CBarGraph bars;
     bars.SetStacked(true);
     bars.SetLogarithmic(true);
-    bars.AddSeries("", {1});
+    bars.AddSeries("", {-1});
     CAreaGraph areas;
     areas.SetStacked(true);
     areas.AddSeries("", {1, 2}, {1, 2});

@@ -125,7 +125,7 @@ std::vector<SampleChart> SampleCharts(int width, int height) {
     add("hours", hours);
     CGraphManager manager;
     manager.SetTitle("Several charts with one legend");
-    manager.SetSize(std::max(width, 400), 2 * height);
+    manager.SetSize(std::max(width, 400), std::max(2 * height, 380));
     manager.Add(Bars(false));
     manager.Add(Bars(true));
     manager.Add(Area(false));
