@@ -18,7 +18,8 @@
 
 namespace qv::platform {
 
-/// Maximum length of class names in bytes; on Linux "/", "%" and a leading dot count three.
+/// Maximum length of class names in bytes; on Linux "/", "%", a leading dot and the dot of a final ".lock"
+/// count three.
 inline constexpr std::size_t kLongestClassName = 240;
 /// Longer texts are neither sent nor received.
 inline constexpr std::size_t kLongestMessage = 64 << 20;

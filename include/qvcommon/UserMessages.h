@@ -27,7 +27,8 @@ struct CCopyData {
 /// A hidden window that receives strings. At most one of a name exists among the programs of a user, even if two create
 /// it at the same moment; the name is free again when the listener is destroyed or its program terminates.
 ///
-/// docs/formats/messages.md describes the protocol on Linux. Other users can neither listen in a user's name, nor send,
+/// docs/formats/messages.md describes the protocol on Linux. There a listener that continues to run after the user's
+/// last session has ended is no longer found, and its name is free. Other users can neither listen in a user's name, nor send,
 /// nor read. On Windows programs without elevation may send to an elevated listener.
 ///
 /// A listener belongs to the thread that created it. Its strings arrive there, one after the other, while that thread
@@ -41,8 +42,8 @@ public:
 
     /// Creates the window. With `perProcess` non-zero the name is local to this process.
     /// @return non-zero; 0 if the name is in use, this object already has a window, the name is empty or longer than
-    /// 240 bytes, or the system refuses. (On Linux "/", "%" and a leading dot count three bytes. On Windows names that
-    /// differ only in case are the same.)
+    /// 240 bytes, or the system refuses. (On Linux "/", "%", a leading dot and the dot of a final ".lock" count three
+    /// bytes. On Windows names that differ only in case are the same.)
     int Create(const char* name, int perProcess);
 
     /// Returns whether a listener of the name is active: with `perProcess` non-zero one of this process that was

@@ -45,6 +45,7 @@ LRESULT Take(HWND window, HWND sender, const COPYDATASTRUCT& data) {
 }
 
 LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_CLOSE) return 0;  // from another program: only the listener's owner destroys the window
     if (message != WM_COPYDATA) return ::DefWindowProcA(window, message, first, second);
     return Take(window, reinterpret_cast<HWND>(first), *reinterpret_cast<const COPYDATASTRUCT*>(second));
 }

@@ -54,6 +54,14 @@ TEST(MessageLoop, DefersHandlerExceptionToNextPump) {
     EXPECT_FALSE(CUserMessageListener::PumpMessages(0));
 }
 
+// Programs that end others send it to all their windows.
+TEST(MessageLoop, CloseMessageKeepsListener) {
+    CUserMessageListener listener;
+    ASSERT_TRUE(listener.Create("qvtest message loop", 1));
+    ::SendMessageA(listener.m_hWnd, WM_CLOSE, 0, 0);
+    EXPECT_EQ(CUserMessageListener::SendUserMessage("qvtest message loop", 1, "text"), 1);
+}
+
 TEST(DeviceContext, FailuresAreNotCountedAsDrawn) {
     struct OnePixel : CDIBitmap {
         OnePixel() {

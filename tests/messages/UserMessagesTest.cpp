@@ -91,6 +91,11 @@ TEST(UserMessages, AtMostOneListenerPerName) {
     EXPECT_EQ(Send(name, "own"), 1);
     EXPECT_EQ(first.m_texts, std::vector<std::string>{"own"});
     EXPECT_FALSE(CUserMessageListener::PumpMessages(1));
+    // A name that could be that of another one's lock file.
+    Listener locked;
+    EXPECT_TRUE(locked.Create(name + ".lock", 0));
+    EXPECT_EQ(Send(name + ".lock", "other") + Send(name, "still"), 2);
+    EXPECT_TRUE(CUserMessageListener::DoesListenerExist(name, 0));
 }
 
 TEST(UserMessages, OneOfConcurrentListenersWins) {

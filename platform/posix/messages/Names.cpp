@@ -55,10 +55,14 @@ std::string MessageFolder() {
     return IsPrivateFolder(folder) ? folder : "";
 }
 
+constexpr std::string_view kLockEnd = ".lock";
+
+// No socket has the name of another one's lock file.
 std::string Escaped(const std::string& name) {
+    const std::size_t lockEnd = name.ends_with(kLockEnd) ? name.size() - kLockEnd.size() : name.npos;
     std::string out;
-    for (const char c : name) {
-        if (c == '/' || c == '%' || c == '\0' || (c == '.' && out.empty()))
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        if (const char c = name[i]; c == '/' || c == '%' || c == '\0' || (c == '.' && i == 0) || i == lockEnd)
             AppendPercent(out, c);
         else
             out += c;
@@ -78,8 +82,6 @@ std::string Digest(const std::string& name) {
     }
     return out;
 }
-
-constexpr std::string_view kLockEnd = ".lock";
 
 std::string LockPath(const std::string& socketPath) {
     return socketPath + std::string(kLockEnd);

@@ -35,6 +35,11 @@ Frame::State Connection::Receive() {
     return m_frame.Add({buffer, static_cast<std::size_t>(size.value())});
 }
 
+bool Connection::HasUnread() const {
+    char byte;
+    return sys::recv(m_socket.Get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT).error() != EAGAIN;
+}
+
 void Connection::Reply(Answer answer) const {
     // A sender that is gone needs no answer.
     sys::send(m_socket.Get(), &answer, 1, MSG_NOSIGNAL | MSG_DONTWAIT).IgnoreError();
@@ -113,13 +118,14 @@ std::optional<Connection> Server::TakeMessage(int descriptor) {
 void Server::Handle(Connection message) {
     const std::string sender(message.Received().Sender());
     m_receiver->OnMessage(sender.empty() ? nullptr : HandleOf(sender), 0, message.Received().Text());
+    if (!m_listener) return;  // closed by the receiver: the end of the connection is the answer
     message.Reply(Answer::Handled);
-    if (m_listener) Keep(std::move(message).Next());
+    Keep(std::move(message).Next());
 }
 
 void Server::DropSilent() {
     std::erase_if(m_connections, [now = SteadyNow()](const Connection& one) {
-        if (now - one.LastHeard() <= kPatience) return false;
+        if (now - one.LastHeard() <= kPatience || one.HasUnread()) return false;
         one.Reply(Answer::NotTaken);
         return true;
     });

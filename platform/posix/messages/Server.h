@@ -27,6 +27,8 @@ public:
     std::chrono::steady_clock::time_point LastHeard() const { return m_lastHeard; }
 
     Frame::State Receive();
+    /// Returns whether Receive would find anything: data, the end of the connection, or an error.
+    bool HasUnread() const;
     void Reply(Answer answer) const;
     /// Returns the connection without its frame, for the next one.
     Connection Next() && { return Connection(std::move(m_socket)); }
