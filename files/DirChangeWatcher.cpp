@@ -16,7 +16,7 @@ struct CDirChangeWatcher::Watch {
     std::atomic<bool> watching = false, stopping = false;
     bool isLast = false;  // guarded: another thread is stopping the watcher, so OnChange can no longer restart it
     std::atomic<std::thread::id> thread = {};
-    std::shared_ptr<Watch> before = {};  // the watch whose OnChange started this one
+    std::shared_ptr<Watch> before = {};  // guarded: the watch whose OnChange started this one, until it has ended
 
     bool IsOwnThread() const { return thread.load() == std::this_thread::get_id(); }
 
@@ -69,9 +69,12 @@ void CDirChangeWatcher::Stop() {
         const bool inOnChange = std::ranges::any_of(watches, [](const auto& watch) { return watch->IsOwnThread(); });
         for (const auto& watch : watches) watch->isLast |= !inOnChange;
     }
-    bool ended = true;
-    for (const auto& watch : watches) ended &= watch->End();
-    if (ended) Replace(nullptr);
+    std::shared_ptr<Watch> own;
+    for (const auto& watch : watches)
+        if (!watch->End()) own = watch;
+    if (!own) return Replace(nullptr);
+    const std::scoped_lock guard(m_guard);
+    own->before.reset();
 }
 
 int CDirChangeWatcher::HasChanged(int reset) {

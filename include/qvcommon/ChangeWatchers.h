@@ -22,7 +22,8 @@
 /// to folders below the watched one are not followed.
 /// When the watched folder is removed, OnChange is called once more, the watch ends and IsWatching returns 0. On
 /// Windows a folder that is deleted while watched disappears for others at once, but the watch may not notice until
-/// Stop. A watched folder that is renamed stays watched; on Linux, with subfolders, this ends the watch in the same
+/// Stop; on Linux it does not notice while a program has the folder open or as its current folder. A watched folder that
+/// is renamed stays watched; on Linux, with subfolders, this ends the watch in the same
 /// way, as does renaming a folder above it once a new subfolder must be found.
 /// On Linux the watch also ends when the file system is unmounted, and when the system runs out of watches or
 /// descriptors, so that no changes are missed silently; Windows refuses to remove the volume.
@@ -44,9 +45,8 @@ public:
     /// watcher.
     virtual int Start();
     /// Called on the watcher's thread; must not throw. The base sets the flag that HasChanged reads. It may call every
-    /// member, and destroy the object: Stop called from here returns at once, and the watch ends when OnChange has
-    /// returned. (A watcher that is restarted from its own OnChange retains a little memory for each previous watch
-    /// until another thread stops it.)
+    /// member, and destroy the object: Stop called from here does not wait for this call, and the watch ends when
+    /// OnChange has returned.
     virtual void OnChange();
     /// Stops the watch; waits until OnChange has returned for the last time. No-op if nothing is watched.
     virtual void Stop();

@@ -86,6 +86,11 @@ TEST(DirChangeWatcher, UnmountEndsWatch) {
     }
 }
 
+// 0 on systems that do not list them.
+std::ptrdiff_t CountHandles() {
+    return OnWindows() ? 0 : std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+}
+
 // Stops, restarts or deletes its watcher inside OnChange.
 struct Acting : CDirChangeWatcher {
     ~Acting() override { Stop(); }
@@ -114,6 +119,12 @@ TEST(DirChangeWatcher, OnChangeMayStopRestartOrDelete) {
         ASSERT_TRUE(acted->WaitFor(kPatience));
         if (&act == &acts[2]) continue;
         EXPECT_EQ(watcher->IsWatching(), &act == &acts[1]);
+        const std::ptrdiff_t handles = CountHandles();
+        for (int more = 0; watcher->IsWatching() && more < 20; ++more) {
+            tree.Write(std::to_string(++files), "");
+            ASSERT_TRUE(acted->WaitFor(kPatience));
+        }
+        EXPECT_LE(CountHandles(), handles + 9) << "each former watch has some";
         delete watcher;
     }
 }
