@@ -13,7 +13,7 @@ namespace qv {
 ///     ----------------+------+---------------------------------------------------------------------------
 ///     readers         |  32  | number of holders; the highest bit means that the count is full
 ///     writer          |   1  | held by a writer
-///     queueing        |   1  | new writers do not overtake waiting ones
+///     queueing        |   1  | new writers announce that they wait before they take the lock
 ///     writer woken    |   1  | a waiting writer has been woken and has not read the word since
 ///     readers wait    |   1  | readers sleep, or are about to
 ///     waiting writers |  28  | number
@@ -23,9 +23,9 @@ namespace qv {
 ///     state of the lock       | StartRead   | StartWrite             | EndRead                   | EndWrite
 ///     ------------------------+-------------+------------------------+---------------------------+-----------------
 ///     free                    | readers + 1 | writer                 |                           |
-///     free, writers wait      | waits       | writer; waits if       |                           |
-///                             |             | queueing, unless it    |                           |
-///                             |             | has waited             |                           |
+///     free, writers wait      | waits       | writer; if queueing,   |                           |
+///                             |             | announces first that   |                           |
+///                             |             | it waits               |                           |
 ///     readers                 | readers + 1 | waits                  | readers - 1               |
 ///     readers, full           | waits       | waits                  | readers - 1; wakes        |
 ///                             |             |                        | waiting readers           |
@@ -41,7 +41,8 @@ namespace qv {
 /// is lost between the two. A woken thread competes with arriving ones: until it runs, the lock may be taken and
 /// released many times. Meanwhile "writer woken" and the absence of "readers wait" prevent the others from waking more
 /// threads, which would find the lock taken. A writer that has been woken kPatience times without success sets
-/// "queueing" until it has written.
+/// "queueing" until it has written: the others then lose time, and clear "writer woken", so that it is woken again. A
+/// strict queue would make the longest waits of many threads longer, since each turn would cost a wake-up.
 ///
 /// Limits. Readers beyond 2^31 wait until another one ends. Each waiting writer is a thread, and no system has 2^28
 /// threads (Linux has 2^22 at most). A lock must outlive every call: a releasing thread may read the word once more

@@ -21,8 +21,8 @@
 ///
 /// Waits have no timeout. Not re-entrant: a thread that holds the lock and requests to write, or that writes and
 /// requests to read, deadlocks; one that reads and requests to read deadlocks if a writer is waiting. Readers starve
-/// while writers keep arriving. A writer that others have overtaken several times is no longer overtaken by later
-/// writers.
+/// while writers keep arriving. A writer that others have overtaken several times is overtaken less often, since
+/// later writers must queue first, but there is no bound.
 ///
 /// At most 2^31 readers hold the lock at once; further ones wait until another one ends.
 ///
