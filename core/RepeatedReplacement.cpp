@@ -18,8 +18,8 @@ RepeatedReplacement::RepeatedReplacement(std::string find, std::string replaceme
 
 void RepeatedReplacement::Run(std::string& text) {
     m_budget = kBudget + kBudgetPerByte * text.size();
-    // Single bytes may be halves of characters there, so only whole passes find valid matches.
-    const bool byCharacters = HasTrailBytes(text);
+    // If matches may be parts of characters, only whole passes find valid ones.
+    const bool byCharacters = MayMatchPart(text, m_find);
     std::size_t hit = FindExact(text, m_find);
     while (hit != text.npos && !IsOverBudget()) {
         ReplaceOnce(text, hit);

@@ -139,7 +139,7 @@ int CStringHelper::CountOf(std::string_view text, std::string_view find) {
 }
 
 int CStringHelper::CountOf(std::string_view text, char c) {
-    if (qv::HasTrailBytes(text)) return CountOf(text, std::string_view(&c, 1));
+    if (qv::MayMatchPart(text, {&c, 1})) return CountOf(text, std::string_view(&c, 1));
     return static_cast<int>(std::count(text.begin(), text.end(), c));
 }
 

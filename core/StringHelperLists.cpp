@@ -25,7 +25,7 @@ public:
     Cutter(std::string_view text, std::string_view separator)
         : m_text(text),
           m_separator(separator),
-          m_isShort(!separator.empty() && separator.size() <= kShort && !qv::HasTrailBytes(text)) {}
+          m_isShort(!separator.empty() && separator.size() <= kShort && !qv::MayMatchPart(text, separator)) {}
 
     template <class Keep>
     void Cut(Keep keep) const {

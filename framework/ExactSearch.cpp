@@ -14,9 +14,20 @@ bool HasTrailBytes(std::string_view text) {
     return platform::CurrentCodePage() == CodePage::DoubleByte && !ascii::IsAscii(text);
 }
 
+bool MayMatchPart(std::string_view text, std::string_view find) {
+    const CodePage page = platform::CurrentCodePage();
+    if (page != CodePage::Utf8) return page == CodePage::DoubleByte && !ascii::IsAscii(text);
+    const auto isInner = [&](std::size_t i) { return (static_cast<unsigned char>(find[i]) & 0xC0) == 0x80; };
+    if (find.empty() || isInner(0)) return !find.empty();
+    std::size_t last = find.size() - 1;
+    while (isInner(last)) --last;
+    return !ascii::IsAscii(find[last]) && CharacterLength(find, last, page) == 1;
+}
+
 // Returns the first occurrence at or after `found` that splits no character.
 std::size_t ExactSearch::FindWhole(std::size_t found) {
-    if (platform::CurrentCodePage() != CodePage::DoubleByte) return found;
+    if (!m_isChecked) m_isChecked = MayMatchPart(m_text, m_find);
+    if (!*m_isChecked) return found;
     while (found != kNowhere && !IsWhole(found)) {
         SpendsTooMuch(found);
         found = FindBytes(found + 1);
@@ -27,11 +38,12 @@ std::size_t ExactSearch::FindWhole(std::size_t found) {
 // An occurrence must begin and end at character boundaries. Both positions only move forward, so all occurrences
 // together take linear time.
 bool ExactSearch::IsWhole(std::size_t position) {
-    while (m_boundary < position) m_boundary += CharacterLength(m_text, m_boundary, CodePage::DoubleByte);
+    const CodePage page = platform::CurrentCodePage();
+    while (m_boundary < position) m_boundary += CharacterLength(m_text, m_boundary, page);
     if (m_boundary != position) return false;
     const std::size_t end = position + m_find.size();
     m_endBoundary = std::max(m_endBoundary, m_boundary);
-    while (m_endBoundary < end) m_endBoundary += CharacterLength(m_text, m_endBoundary, CodePage::DoubleByte);
+    while (m_endBoundary < end) m_endBoundary += CharacterLength(m_text, m_endBoundary, page);
     return m_endBoundary == end;
 }
 

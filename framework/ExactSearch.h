@@ -15,6 +15,10 @@ namespace qv {
 /// UTF-8.
 bool HasTrailBytes(std::string_view text);
 
+/// Returns true if the bytes of `find` may occur in the text as a part of a character: in UTF-8 only if they begin within
+/// a character, or end within one.
+bool MayMatchPart(std::string_view text, std::string_view find);
+
 /// Iterates over the occurrences of one text in another. All calls together are O(n) in both texts, for any input;
 /// construction is almost free. Keeps references to both texts, which must not change.
 class ExactSearch {
@@ -60,6 +64,7 @@ private:
     std::optional<PatternAutomaton> m_automaton;
     std::size_t m_read = 0, m_state = 0, m_last = kNowhere;
 
+    std::optional<bool> m_isChecked;                // whether occurrences may be parts of characters
     std::size_t m_boundary = 0, m_endBoundary = 0;  // character boundaries in the text
 };
 

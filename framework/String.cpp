@@ -32,7 +32,7 @@ int CString::Find(std::string_view text, int start) const {
 }
 
 int CString::ReverseFind(char c) const {
-    if (!qv::HasTrailBytes(*this)) return Position(rfind(c));
+    if (!qv::MayMatchPart(*this, {&c, 1})) return Position(rfind(c));
     std::size_t last = npos;
     qv::ForEachCharacter(*this, [&](std::string_view character) {
         if (character.size() == 1 && character[0] == c) last = static_cast<std::size_t>(character.data() - data());
@@ -70,14 +70,15 @@ int CString::Replace(std::string_view find, std::string_view replacement) {
 
 int CString::Replace(char find, char replacement) {
     if (find == replacement) return 0;
-    if (qv::HasTrailBytes(*this)) return Replace(std::string_view(&find, 1), std::string_view(&replacement, 1));
+    if (qv::MayMatchPart(*this, {&find, 1}))
+        return Replace(std::string_view(&find, 1), std::string_view(&replacement, 1));
     const auto count = std::count(begin(), end(), find);
     std::replace(begin(), end(), find, replacement);
     return static_cast<int>(count);
 }
 
 int CString::Remove(char c) {
-    if (qv::HasTrailBytes(*this)) return Replace(std::string_view(&c, 1), {});
+    if (qv::MayMatchPart(*this, {&c, 1})) return Replace(std::string_view(&c, 1), {});
     return static_cast<int>(std::erase(AsStd(), c));
 }
 

@@ -78,6 +78,15 @@ TEST(StringHelperReplace, DoesNotSplitMultibyteCharacters) {
     // Upper-casing shortens what precedes the occurrence, and the occurrence itself.
     EXPECT_EQ(H::FindNoCase("\u0131\u017F\u2C65 M\u0131\u017F\u017F x", "miss"), 8);
     EXPECT_EQ(H::FindNoCase("\xA9\u00E9", "\xA9", 1), -1);
+    for (const char* const part : {"\xA0", "\xC3", "\xA0 ", " \xC3"}) {
+        CString whole = "\u00E0 \u00E0";
+        EXPECT_EQ(whole.Find(part) + H::CountOf(whole, part) + whole.Replace(part, " "), -1) << "of another character";
+        EXPECT_EQ(H::SplitString(whole, part, 1).GetSize(), 1);
+        EXPECT_EQ(whole.ReverseFind(part[0]) + H::CountOf(whole, part[0]), part[0] == ' ' ? 3 : -1);
+    }
+    CString stray = "\u00E0\xA0";
+    EXPECT_EQ(stray.Find('\xA0') + stray.ReverseFind('\xA0') + stray.Replace('\xA0', '-') + stray.Remove('\xA0'), 5);
+    EXPECT_EQ(stray, "\u00E0-");
     CString text = "M\u0131\u017F\u017F";
     H::ReplaceNoCase(text, "iS", "*");
     EXPECT_EQ(text, "M*\u017F");
