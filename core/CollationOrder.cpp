@@ -42,7 +42,8 @@ public:
     }
 
     int Collate(std::uint32_t a, std::uint32_t b) const {
-        return m_plain ? std::strcoll(m_texts[a].data(), m_texts[b].data()) : platform::Collate(m_texts[a], m_texts[b]);
+        return m_plain ? platform::CollateStrings(m_texts[a].data(), m_texts[b].data())
+                       : platform::Collate(m_texts[a], m_texts[b]);
     }
 
 private:

@@ -106,7 +106,8 @@ private:
 
     template <class Settle>
     static void SortEqual(Place first, Place last, bool descending, Settle settle) {
-        std::sort(first, last, [&](const Item& a, const Item& b) {
+        // A collation need not be transitive for texts that are not well-formed: std::sort could leave the range.
+        std::stable_sort(first, last, [&](const Item& a, const Item& b) {
             const int order = settle(a.index, b.index);
             return order == 0 ? a.index < b.index : (order < 0) != descending;
         });

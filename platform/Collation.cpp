@@ -1,4 +1,5 @@
 #include <cstring>
+#include <limits>
 
 #include "platform/Text.h"
 
@@ -28,11 +29,14 @@ bool HasZero(std::string_view text) {
     return text.find('\0') != text.npos;
 }
 
+// What the C library of Windows returns for bytes that are no characters: of both orders, and as the size of a key.
+constexpr int kFailed = std::numeric_limits<int>::max();
+
 // A text that is a prefix of the other one is first.
 int CollatePieces(std::string_view a, std::string_view b) {
     Pieces left(a), right(b);
     for (;;) {
-        const int order = std::strcoll(left.Next().c_str(), right.Next().c_str());
+        const int order = CollateStrings(left.Next().c_str(), right.Next().c_str());
         if (order != 0) return order;
         if (left.AtEnd() || right.AtEnd()) return right.AtEnd() - left.AtEnd();
     }
@@ -42,6 +46,10 @@ void AppendPieceKey(const std::string& piece, std::string& key) {
     const std::size_t start = key.size(), guess = 4 * piece.size() + 16;
     key.resize(start + guess);
     const std::size_t needed = std::strxfrm(key.data() + start, piece.c_str(), guess);
+    if (needed >= static_cast<std::size_t>(kFailed)) {
+        key.replace(start, key.npos, piece);
+        return;
+    }
     key.resize(start + needed + 1);
     if (needed >= guess) std::strxfrm(key.data() + start, piece.c_str(), needed + 1);
     key.pop_back();
@@ -49,10 +57,15 @@ void AppendPieceKey(const std::string& piece, std::string& key) {
 
 }  // namespace
 
+int CollateStrings(const char* a, const char* b) {
+    const int order = std::strcoll(a, b);
+    return order == kFailed && std::strcoll(b, a) == kFailed ? std::strcmp(a, b) : order;
+}
+
 int Collate(std::string_view a, std::string_view b) {
     if (!CollatesInCodePage()) return CollatePieces(ForCollation(a), ForCollation(b));
     if (HasZero(a) || HasZero(b)) return CollatePieces(a, b);
-    return std::strcoll(std::string(a).c_str(), std::string(b).c_str());
+    return CollateStrings(std::string(a).c_str(), std::string(b).c_str());
 }
 
 std::size_t AppendCollationKey(std::string_view text, std::string& key) {

@@ -60,6 +60,8 @@ std::string_view TrimmedRight(std::string_view text);
 
 /// Compares two texts by the locale's collation: < 0, 0, > 0. Texts with zero bytes are compared piece by piece.
 int Collate(std::string_view a, std::string_view b);
+/// Does the same for zero-terminated texts if CollatesInCodePage. Bytes that the C library rejects are compared as bytes.
+int CollateStrings(const char* a, const char* b);
 /// Appends to `key` bytes whose byte order is that of the collation except for rare texts, for which collation and keys
 /// of some systems differ: callers that need the order of Collate must fix up neighbours with it. Returns the number of
 /// bytes.
