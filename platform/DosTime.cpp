@@ -10,7 +10,8 @@ DosTime ToDosTime(std::int64_t seconds) {
     constexpr DosTime kFirst = {1 << 5 | 1, 0};
     constexpr DosTime kLast = {127 << 9 | 12 << 5 | 31, 23 << 11 | 59 << 5 | 29};
     const std::optional<CalendarTime> local = ToLocal(seconds);
-    if (!local || local->year < 1980) return kFirst;
+    if (!local) return seconds < 0 ? kFirst : kLast;
+    if (local->year < 1980) return kFirst;
     if (local->year > 2107) return kLast;
     return {static_cast<std::uint16_t>((local->year - 1980) << 9 | local->month << 5 | local->day),
             static_cast<std::uint16_t>(local->hour << 11 | local->minute << 5 | local->second / 2)};

@@ -35,8 +35,9 @@ public:
     /// Returns the sum over the `n` periods i of (in[i] - out[i]) * (1 - rate)^i: each period's net amount, discounted
     /// by the factor 1 - rate per period. 0 if n is 0 or less.
     static double GetNpr(const double* in, const double* out, int n, double rate);
-    /// Returns the rate at which GetNpr is 0, to within 0.015, searched upwards from 0 by doubling and halving. If no
-    /// such rate exists, returns an unspecified rate after at most 1000 steps of two GetNpr each.
+    /// Returns the rate at which GetNpr is 0, to within 0.015, searched upwards from 0 by doubling and halving. It is
+    /// found if GetNpr is negative below it and positive above; otherwise, as for a loan, or if there is no such rate,
+    /// returns an unspecified rate after at most 1000 steps of two GetNpr each.
     static double GetIrr(const double* in, const double* out, int n);
 
     /// Truncates the value, without rounding, after `places` decimals: (2.999, 2) gives 2.99, (-1.555, 1) gives -1.5.

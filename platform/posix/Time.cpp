@@ -3,12 +3,14 @@
 #include <stdlib.h>
 #include <time.h>
 
+#include <limits>
+
 namespace qv::platform {
 
 std::optional<CalendarTime> ToLocal(std::int64_t seconds) {
     const time_t time = seconds;
     struct tm local = {};
-    if (!::localtime_r(&time, &local)) return std::nullopt;
+    if (!::localtime_r(&time, &local) || local.tm_year > std::numeric_limits<int>::max() - 1900) return std::nullopt;
     return CalendarTime{local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
                         local.tm_hour,        local.tm_min,     local.tm_sec};
 }

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <limits>
+
 #include "platform/DosTime.h"
 #include "platform/Path.h"
 #include "platform/Text.h"
@@ -70,6 +72,7 @@ TEST(Cabinet, UsesBareMemberNamesWithoutManifest) {
 }
 
 TEST(Cabinet, PreservesTimesAndAttributes) {
+    EXPECT_EQ(qv::platform::ToDosTime(std::numeric_limits<std::int64_t>::max()).date >> 9, 2107 - 1980);
     for (const qv::platform::DosTime& time : {qv::platform::DosTime{1 << 5 | 1, 0},
                                               {(2024 - 1980) << 9 | 2 << 5 | 29, 13 << 11 | 59 << 5 | 29},
                                               {127 << 9 | 12 << 5 | 31, 23 << 11 | 59 << 5 | 29}}) {
