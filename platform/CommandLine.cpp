@@ -2,20 +2,20 @@
 
 namespace qv::platform {
 
-void AppendArgument(std::string& commandLine, std::string_view argument) {
-    if (!commandLine.empty()) commandLine += ' ';
-    if (!argument.empty() && argument.find_first_of(" \t\n\v\"") == argument.npos) {
+void AppendArgument(std::wstring& commandLine, std::wstring_view argument) {
+    if (!commandLine.empty()) commandLine += L' ';
+    if (!argument.empty() && argument.find_first_of(L" \t\n\v\"") == argument.npos) {
         commandLine += argument;
         return;
     }
-    commandLine += '"';
+    commandLine += L'"';
     std::size_t backslashes = 0;
-    for (const char c : argument) {
-        if (c == '"') commandLine.append(backslashes + 1, '\\');
-        backslashes = c == '\\' ? backslashes + 1 : 0;
+    for (const wchar_t c : argument) {
+        if (c == L'"') commandLine.append(backslashes + 1, L'\\');
+        backslashes = c == L'\\' ? backslashes + 1 : 0;
         commandLine += c;
     }
-    commandLine.append(backslashes, '\\') += '"';
+    commandLine.append(backslashes, L'\\') += L'"';
 }
 
 }  // namespace qv::platform

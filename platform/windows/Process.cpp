@@ -1,7 +1,9 @@
 #include "platform/Process.h"
 
+#include <algorithm>
 #include <mutex>
 
+#include "platform/Ascii.h"
 #include "platform/CommandLine.h"
 #include "platform/windows/UniqueHandle.h"
 #include "platform/windows/names/WidePath.h"
@@ -131,17 +133,44 @@ FileHandle OurEnd(UniqueHandle& pipe) {
     return pipe ? ContractHandle(pipe.Release()) : kNoFile;
 }
 
-std::string CommandLine(const char* program, const std::vector<std::string>& arguments) {
-    std::string commandLine;
-    AppendArgument(commandLine, program);
-    for (const std::string& argument : arguments) AppendArgument(commandLine, argument);
-    return commandLine;
+/// The system runs batch files by the command interpreter, which has other rules for arguments.
+bool IsBatchFile(std::string program) {
+    while (program.ends_with('.') || program.ends_with(' ')) program.pop_back();
+    const std::string end = program.substr(program.size() - std::min<std::size_t>(program.size(), 4));
+    return ascii::EqualsIgnoreCase(end, ".bat") || ascii::EqualsIgnoreCase(end, ".cmd");
+}
+
+/// Appends a text to a batch file's command line, in quotes. Returns false if these do not protect it from the
+/// interpreter, or would not in a line of the batch file that uses an argument without them.
+bool AppendToBatch(std::wstring& commandLine, std::wstring_view text) {
+    const std::wstring_view refused = commandLine.empty() ? L"\"%!" : L"\"%!^&|<>";
+    const auto isRefused = [=](wchar_t c) { return c < L' ' || refused.find(c) != refused.npos; };
+    if (std::ranges::any_of(text, isRefused)) return false;
+    if (!commandLine.empty()) commandLine += L' ';
+    (commandLine += L'"').append(text) += L'"';
+    return true;
+}
+
+Status CommandLine(const std::string& program, const std::vector<std::string>& arguments, std::wstring& line) {
+    const bool isBatch = IsBatchFile(program);
+    const auto append = [&](const std::string& text) -> Status {
+        const auto wide = ToSystemExactly(text);
+        if (!wide) return Status::OfError(ERROR_NO_UNICODE_TRANSLATION);
+        if (isBatch) return AppendToBatch(line, *wide) ? Status() : Status::OfError(ERROR_BAD_ARGUMENTS);
+        AppendArgument(line, *wide);
+        return {};
+    };
+    Status appended = append(program);
+    for (auto next = arguments.begin(); appended.ok() && next != arguments.end(); ++next) appended = append(*next);
+    return appended;
 }
 
 }  // namespace
 
 Status StartProcess(const char* program, const std::vector<std::string>& arguments, bool pipeInput, bool pipeOutput,
                     ChildProcess& child) {
+    std::wstring commandLine;
+    if (const Status made = CommandLine(program, arguments, commandLine); !made.ok()) return made;
     Pipe input, output;
     if (pipeInput)
         if (const Status made = input.Make(); !made.ok()) return made;
@@ -153,8 +182,7 @@ Status StartProcess(const char* program, const std::vector<std::string>& argumen
                             .Or(MakeStream(UniqueHandle(), STD_ERROR_HANDLE, streams.errors));
     if (!made.ok()) return made;
     UniqueHandle process;
-    if (const Status started = Create(ToSystem(CommandLine(program, arguments)), streams, process); !started.ok())
-        return started;
+    if (const Status started = Create(std::move(commandLine), streams, process); !started.ok()) return started;
     child = {ContractHandle(process.Release()), OurEnd(input.write), OurEnd(output.read)};
     return {};
 }

@@ -5,8 +5,11 @@
 #include <iostream>
 
 #include "platform/CommandLine.h"
+#include "platform/Path.h"
+#include "qvcommon/FileUtils.h"
 #include "tests/support/Child.h"
 #include "tests/support/FileFailure.h"
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -35,14 +38,14 @@ TEST(Process, PassesArgumentsUnchanged) {
 }
 
 TEST(Process, QuotesArgumentsOnlyWhenNecessary) {
-    using Row = std::tuple<const char*, const char*>;
-    for (const auto& [argument, quoted] : {Row{"", "\"\""}, Row{"a\\b\\", "a\\b\\"}, Row{"a b\\", "\"a b\\\\\""},
-                                           Row{"\"", "\"\\\"\""}, Row{"\\\\\"", "\"\\\\\\\\\\\"\""}}) {
-        std::string line;
+    using Row = std::tuple<const wchar_t*, const wchar_t*>;
+    for (const auto& [argument, quoted] : {Row{L"", L"\"\""}, Row{L"a\\b\\", L"a\\b\\"}, Row{L"a b\\", L"\"a b\\\\\""},
+                                           Row{L"\"", L"\"\\\"\""}, Row{L"\\\\\"", L"\"\\\\\\\\\\\"\""}}) {
+        std::wstring line;
         qv::platform::AppendArgument(line, argument);
         EXPECT_EQ(line, quoted);
-        qv::platform::AppendArgument(line, "x");
-        EXPECT_EQ(line, std::string(quoted) + " x");
+        qv::platform::AppendArgument(line, L"x");
+        EXPECT_EQ(line, std::wstring(quoted) + L" x");
     }
 }
 
@@ -66,6 +69,19 @@ TEST(Process, WriteToExitedProcessFails) {
     EXPECT_EQ(LineFrom(child), "");
     EXPECT_FALSE(child.WriteInput(std::string(1 << 20, 'x')));
     EXPECT_EQ(child.Wait(), 0);
+}
+
+// The command interpreter would run a part of such arguments.
+TEST(Process, BatchFilesTakeOnlyVerbatimArguments) {
+    if (!qv::platform::HasDriveLetters()) GTEST_SKIP() << "no program is run by a command interpreter";
+    const TempFolder folder;
+    folder.Write("show (1).cmd", "@echo [%~1]\r\n");
+    const CString program = CFileUtils::GetNativePath(folder / "show (1).cmd");
+    CProcess child;
+    child.Start(program, {"two (words), or=so;"}, CProcess::pipeOutput);
+    EXPECT_EQ(LineFrom(child), "[two (words), or=so;]");
+    for (const char* const argument : {"a&b", "%PATH%", "\"", "a b\" & c", "line\nbreak"})
+        EXPECT_TRUE(Raised<CFileException>([&] { child.Start(program, {argument}); })) << argument;
 }
 
 TEST(Process, MissingProgramIsNamed) {

@@ -5,7 +5,9 @@
 #include "qvcommon/framework/Collections.h"
 #include "qvcommon/framework/StdioFile.h"
 
-/// A child program, started without a shell: its arguments arrive verbatim.
+/// A child program, started without a shell: its arguments arrive verbatim. What cannot arrive so is refused on Windows:
+/// texts that are not well-formed in the code page, and for batch files (.bat, .cmd), which the command interpreter
+/// runs, control characters and any of "%!^&|<>.
 ///
 /// Not thread-safe; but one thread may read Output() while another one uses the other members.
 class QVCOMMON_API CProcess {
