@@ -3,6 +3,7 @@
 #include "files/PathParts.h"
 #include "platform/Error.h"
 #include "platform/FileOpen.h"
+#include "platform/FileStatus.h"
 #include "platform/Path.h"
 #include "platform/Time.h"
 #include "qvcommon/FileUtils.h"
@@ -233,8 +234,16 @@ bool CCopyTree::Level::IsUpToDate() {
     // If it stays read-only, the copy reports the refusal.
     if (!m_copy.m_dryRun && target.attributes & kReadOnly && !target.IsFolder())
         m_to.MakeWritable(NativePath(target.name)).IgnoreError();
+    if (m_copy.m_laterOnly && m_entry.IsLink()) return IsLinkUpToDate();
     const bool known = m_copy.m_laterOnly && m_entry.written != 0;
     return known && target.written / kTicksPerSecond >= m_entry.written / kTicksPerSecond;
+}
+
+/// A search may report a link's own time, which is not that of its file.
+bool CCopyTree::Level::IsLinkUpToDate() const {
+    qv::platform::FileInfo from, to;
+    return StatusOf(From(), from).ok() && StatusOf(To(), to).ok() && from.modified != -1 &&
+           to.modified >= from.modified;
 }
 
 Status CCopyTree::Level::CopyEntry() {

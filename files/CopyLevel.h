@@ -62,6 +62,7 @@ private:
     void CopyNext();
     void CopyFile();
     bool IsUpToDate();
+    bool IsLinkUpToDate() const;
     qv::platform::Status CheckEntry() const;
     void Tell(const QvLeftOut& leftOut) const;
     void TellPassedOver(const std::vector<qv::platform::PassedOver>& passedOver) const;

@@ -16,7 +16,8 @@ enum class IfExists {
     Replace,
     /// As if the file were written in place: refused if it is not writable (AccessDenied), and while another handle
     /// denies writing (SharingViolation). The new version keeps mode, owner, group, access lists and extended
-    /// attributes as far as the user may set them; on Windows attributes, access lists and streams. Where the file system
+    /// attributes as far as the user may set them; on Windows attributes, access lists and streams. There the system may
+    /// rename twice: for a moment a reader may find no file, and a crash then leaves only ".qvN.new". Where the file system
     /// does not support locks, it fails on Linux with InvalidFile, as opening for writing does.
     Update,
     /// Does the same, but on file systems without locks succeeds regardless of other handles.

@@ -31,7 +31,8 @@ struct OpenRequest {
 /// With `folderAccess`, on Linux, a created file is world-readable, and writable for all users who can write to the
 /// folder, regardless of the umask; it gets the folder's group if the user may set it. A read-only file is opened for
 /// reading even if writing was requested: share modes work just as well. Links are not followed (BadPath), and only
-/// regular files are opened (AccessDenied). On Windows the folder's access list applies as always.
+/// regular files are opened (AccessDenied). On Windows the folder's access list applies as always, and links are refused
+/// (BadPath).
 Status OpenFile(const char* path, const OpenRequest& request, FileHandle& handle);
 
 /// Returns whether the user may read the file, by a single query that opens nothing on Linux; there a share mode that

@@ -45,7 +45,7 @@ Status CreateFolder(const char* path);
 Status RemoveFolder(const char* path);
 /// Returns whether the path's last name is a link to a folder.
 bool IsFolderLink(const char* path);
-/// Returns the path of the target of a link, which need not exist. Returns any other path unchanged.
+/// Returns the path of the target of a link, which on Linux need not exist. Returns any other path unchanged.
 std::string LinkTarget(const char* path);
 /// Returns whether the path names a regular file, not a link, owned by this user; on Windows the owner is ignored.
 bool IsOwnFile(const char* path);

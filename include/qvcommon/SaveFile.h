@@ -15,7 +15,9 @@
 ///     file.Commit();
 ///
 /// Commit preserves the file's metadata as far as the user may set it: on Linux mode, owner, group, access lists and
-/// extended attributes; on Windows attributes, access lists and streams. If the path is a link, its target is saved.
+/// extended attributes; on Windows attributes, access lists and streams. To keep these, Windows may rename twice: for a
+/// moment readers may find no file, and a crash then leaves the new version in ".qvN.new" beside it. If the path is a
+/// link, its target is saved; on Windows the target must exist.
 /// Other hard links of the file keep the old version, unless CommitInPlace is used. The folder must be writable and
 /// have room for both versions.
 ///
@@ -37,7 +39,7 @@ public:
     /// Replaces the file by the new version, once it has reached the disk. The object is then closed in any case.
     /// @throws CFileException* leaving the file unchanged: accessDenied if the file may not be written,
     /// sharingViolation while another opener denies writing it (on Windows while it is open at all), or what could not
-    /// be stored.
+    /// be stored. If only its new name could not be flushed to the disk, the new version is in place nevertheless.
     void Commit();
 
     /// Writes the new version into the existing file, which keeps its identity: all its hard links see the new content,

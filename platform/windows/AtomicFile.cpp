@@ -56,6 +56,14 @@ bool IsTaken(const Result<HANDLE>& made, const std::wstring& path) {
                                             sys::GetFileAttributesW(path.c_str()).error() == ERROR_ACCESS_DENIED);
 }
 
+Result<HANDLE> TakeName(const std::wstring& path) {
+    const auto made = CreateAs(path);
+    // Access may have been denied by a file that has lost the name since.
+    const bool isFree = made.error() == ERROR_ACCESS_DENIED && !IsTaken(made, path);
+    const bool again = MeansNameTaken(made.error()) ? RemoveAbandoned(path) : isFree;
+    return again ? CreateAs(path) : made;
+}
+
 struct TemporaryFile {
     UniqueHandle file;
     std::wstring path;
@@ -65,8 +73,7 @@ struct TemporaryFile {
 Result<HANDLE> CreateTemporaryFile(const std::wstring& folder, TemporaryFile& temporary) {
     for (int number = 1; number <= kMostTemporaryNames; ++number) {
         const std::wstring path = folder + L".qv" + std::to_wstring(number) + L".tmp";
-        auto made = CreateAs(path);
-        if (MeansNameTaken(made.error()) && RemoveAbandoned(path)) made = CreateAs(path);
+        const auto made = TakeName(path);
         if (!made.ok() && IsTaken(made, path)) continue;
         temporary = {UniqueHandle(made), path};
         // Without the mark the owner still deletes the file.
@@ -86,6 +93,14 @@ Status ReplaceTarget(const std::wstring& target, const std::wstring& version) {
     // A file that cannot be deleted now is overwritten by the next one with the name.
     sys::DeleteFileW(version.c_str()).IgnoreError();
     return replaced.status();
+}
+
+/// ReplaceFile has no option for it. A file that cannot be opened for that is in use already.
+Status FlushName(const std::wstring& target) {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const UniqueHandle file(
+        sys::CreateFileW(target.c_str(), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    return file ? FlushToDisk(ContractHandle(file.Get())) : Status();
 }
 
 }  // namespace
@@ -159,7 +174,8 @@ Status AtomicFile::Body::UpdateTarget(DWORD flags) {
     const auto renamed = sys::MoveFileExW(temporary.c_str(), closed.c_str(), DWORD{MOVEFILE_REPLACE_EXISTING});
     if (!renamed.ok()) return renamed.status();
     if (const Status kept = file.Close(); !kept.ok()) return kept;
-    const Status replaced = ReplaceTarget(target, closed);
+    Status replaced = ReplaceTarget(target, closed);
+    if (replaced.ok() && (flags & MOVEFILE_WRITE_THROUGH)) replaced = FlushName(target);
     // If marks are not supported; otherwise it is deleted with its handle.
     MarkForDeletion(guard.file, true).IgnoreError();
     return replaced;

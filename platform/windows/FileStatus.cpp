@@ -1,5 +1,6 @@
 #include "platform/FileStatus.h"
 
+#include "platform/FolderFiles.h"
 #include "platform/windows/FileTime.h"
 #include "platform/windows/FindData.h"
 #include "platform/windows/UniqueHandle.h"
@@ -42,15 +43,31 @@ Status ChangeTime(const std::wstring& path, std::int64_t modified) {
     return sys::SetFileTime(file.Get(), nullptr, nullptr, &time).status();
 }
 
+/// The attributes of a link are its own: those of its target are changed by handle.
 Status ChangeAttributes(const std::wstring& path, unsigned attributes) {
-    const DWORD changed = attributes & kSettable;
-    return sys::SetFileAttributesW(path.c_str(), changed ? changed : FILE_ATTRIBUTE_NORMAL).status();
+    if (!IsLinkAt(path)) {
+        const DWORD changed = attributes & kSettable;
+        return sys::SetFileAttributesW(path.c_str(), changed ? changed : FILE_ATTRIBUTE_NORMAL).status();
+    }
+    const auto opened = OpenAnything(path, FILE_WRITE_ATTRIBUTES);
+    if (!opened.ok()) return opened.status();
+    const UniqueHandle file(opened);
+    return StampFile(ContractHandle(file.Get()), {.time = -1, .attributes = attributes});
+}
+
+Status StatusOfTarget(const std::wstring& path, FileInfo& info) {
+    const auto opened = OpenAnything(path, FILE_READ_ATTRIBUTES);
+    if (!opened.ok()) return opened.status();
+    const UniqueHandle file(opened);
+    return StatusOf(ContractHandle(file.Get()), "", info);
 }
 
 Status StatusAt(const std::wstring& path, FileInfo& info) {
     if (IsVolumeRoot(path)) return Status::OfError(ERROR_BAD_PATHNAME);
     WIN32_FILE_ATTRIBUTE_DATA data;
     const auto asked = sys::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
+    if (asked.ok() && data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT && IsLinkAt(path))
+        return StatusOfTarget(path, info);
     if (asked.ok()) info = InfoOf(data);
     return asked.status();
 }
@@ -79,7 +96,8 @@ Status ChangeStatus(const char* path, std::int64_t modified, unsigned attributes
     FileInfo now;
     if (const Status known = StatusAt(wide, now); !known.ok()) return known;
     if (modified != -1 && modified != now.modified) {
-        WritableScope writable(wide, now.attributes);  // the time of a read-only file cannot be set
+        // The time of a read-only file cannot be set. The scope would change a link itself.
+        WritableScope writable(wide, IsLinkAt(wide) ? 0 : now.attributes);
         if (const Status stamped = ChangeTime(wide, modified); !stamped.ok()) return stamped;
         writable.Dismiss();
     }
@@ -132,6 +150,11 @@ Result<DWORD> LinkAttributesAt(std::wstring path) {
     return isLink ? attributes.value() : attributes.value() & ~DWORD{FILE_ATTRIBUTE_REPARSE_POINT};
 }
 
+bool IsLinkAt(const std::wstring& path) {
+    const auto attributes = LinkAttributesAt(path);
+    return attributes.ok() && (attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT);
+}
+
 bool IsFolderLink(const char* path) {
     std::wstring name = WidePath(path);
     while (name.size() > 1 && (name.back() == L'\\' || name.back() == L'/')) name.pop_back();
@@ -140,8 +163,7 @@ bool IsFolderLink(const char* path) {
 
 std::string LinkTarget(const char* path) {
     const std::wstring wide = WidePath(path);
-    const auto attributes = LinkAttributesAt(wide);
-    if (!attributes.ok() || !(attributes.value() & FILE_ATTRIBUTE_REPARSE_POINT)) return path;
+    if (!IsLinkAt(wide)) return path;
     const UniqueHandle file(OpenAnything(wide, 0));
     std::wstring target(32768, L'\0');
     const auto size = sys::GetFinalPathNameByHandleW(file.Get(), target.data(), static_cast<DWORD>(target.size()),

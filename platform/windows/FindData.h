@@ -23,6 +23,8 @@ bool IsFolderLinkAt(const std::wstring& path);
 /// Returns the attributes of the file at the path. Only links to other places have FILE_ATTRIBUTE_REPARSE_POINT: other
 /// reparse points, such as the folders of cloud storage, are like plain files and folders.
 Result<DWORD> LinkAttributesAt(std::wstring path);
+/// Returns whether the path is a link to another place.
+bool IsLinkAt(const std::wstring& path);
 
 /// Copies what the system's searches report of an entry except its names, on disks and on servers.
 template <class Data>

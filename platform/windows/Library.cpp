@@ -25,7 +25,9 @@ private:
 LibraryHandle OpenLibrary(const char* path, std::string& problem) {
     const NoErrorWindows quiet;
     constexpr DWORD kFlags = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
-    const auto loaded = sys::LoadLibraryExW(WideFullPath(WidePath(path)).c_str(), HANDLE{}, kFlags);
+    const std::wstring wide = WidePath(path);
+    const std::wstring full = wide.starts_with(L"\\\\?\\") ? wide : WideFullPath(wide);
+    const auto loaded = sys::LoadLibraryExW(full.c_str(), HANDLE{}, kFlags);
     if (!loaded.ok()) problem = ErrorMessage(loaded.error());
     return reinterpret_cast<LibraryHandle>(loaded.value());
 }

@@ -89,6 +89,10 @@ TEST_F(CopyTreeTest, LaterOnlyCopiesNewerFiles) {
     m_folder.Write("to/older", "changed");
     EXPECT_EQ(Copy("to", 0), "start;missing;newer;older;same;finish;");
     EXPECT_EQ(m_folder.Tree("to"), m_folder.Tree("from"));
+    std::error_code noLinks;
+    fs::create_symlink("older", m_folder.Native("from/link"), noLinks);
+    EXPECT_EQ(Copy("to", 1), noLinks ? "start;finish;" : "start;link;finish;");
+    EXPECT_EQ(Copy("to", 1), "start;finish;") << "the time of the link's file counts";
 }
 
 TEST_F(CopyTreeTest, DryRunsReportTheSameAndChangeNothing) {

@@ -122,7 +122,8 @@ public:
     /// With modeFolderAccess, on Linux, a new file can be written by all users who can write to its folder, and is
     /// world-readable, regardless of the umask. A read-only one is opened for reading even if writing was requested,
     /// and still claims its share modes. Links are not followed (badPath), and only regular files are opened
-    /// (accessDenied). On Windows the folder's access list applies, with or without the flag.
+    /// (accessDenied). On Windows the folder's access list applies, with or without the flag; with it links are refused
+    /// (badPath).
     /// @return non-zero on success; on 0, `*error`, if given, has cause, system error and name, and the object is
     /// closed.
     virtual BOOL Open(const char* fileName, UINT openFlags, CFileException* error = nullptr);

@@ -132,7 +132,7 @@ std::wstring WideFullPath(const std::wstring& path) {
         const auto length = sys::GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
         if (!length.ok()) return {};
         full.resize(length.value());
-        if (length.value() < size) return full;
+        if (length.value() < size) return Plain(full);
     }
 }
 
